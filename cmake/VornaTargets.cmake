@@ -1,0 +1,49 @@
+# The flags that every target of ours carries, and the two ways to make one: a layer and a test.
+
+add_library(vorna_flags INTERFACE)
+target_compile_options(vorna_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor -Werror
+    $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
+    $<$<CXX_COMPILER_ID:Clang>:-Wshadow>)
+target_compile_definitions(vorna_flags INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH QT_STRICT_ITERATORS)
+target_include_directories(vorna_flags INTERFACE ${PROJECT_SOURCE_DIR})
+
+if(VORNA_SANITIZE)
+    target_compile_options(vorna_flags INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(vorna_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(VORNA_TIDY)
+    find_program(VORNA_CLANG_TIDY clang-tidy REQUIRED)
+endif()
+
+function(vorna_check_style target)
+    if(VORNA_TIDY)
+        set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY
+            "${VORNA_CLANG_TIDY};--warnings-as-errors=*;--quiet")
+    endif()
+endfunction()
+
+# vorna_add_layer(name SOURCES ... LINKS ...): one static library of the layer diagram.
+function(vorna_add_layer name)
+    cmake_parse_arguments(LAYER "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${LAYER_SOURCES})
+    target_link_libraries(${name} PUBLIC vorna_flags ${LAYER_LINKS})
+    vorna_check_style(${name})
+endfunction()
+
+# vorna_add_test(name LINKS ... [LABELS ...] [SOURCES ...]): tests/<name>.cpp as one QtTest binary and one
+# CTest entry, run on the offscreen platform with settings of its own.
+function(vorna_add_test name)
+    cmake_parse_arguments(TEST "" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    add_executable(${name} ${name}.cpp ${TEST_SOURCES})
+    target_link_libraries(${name} PRIVATE vorna_flags vorna_test_support ${TEST_LINKS} Qt5::Test)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        LABELS "${TEST_LABELS}"
+        TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;UBSAN_OPTIONS=print_stacktrace=1")
+endfunction()
