@@ -1,0 +1,74 @@
+#include "app/addingsettings.h"
+
+#include <QSettings>
+
+namespace {
+
+const QString linkToFilesKey = QStringLiteral("MainWindow/linkToFiles");
+const QString lastFileAddDirKey = QStringLiteral("MainWindow/lastFileAddDir");
+
+bool flag(const char *key, bool defaultValue)
+{
+    return QSettings().value(QLatin1String(key), defaultValue).toBool();
+}
+
+} // namespace
+
+namespace AddingSettings {
+
+bool duplicateManagementEnabled()
+{
+    return flag("PreferencesDialog/duplicateManagementEnabled", true);
+}
+
+bool listDuplicates()
+{
+    return flag("PreferencesDialog/listDuplicates", true);
+}
+
+bool checkForNameDuplicates()
+{
+    return flag("PreferencesDialog/checkForNameDuplicates", false);
+}
+
+bool autoTagging()
+{
+    return flag("PreferencesDialog/autoTagging", true);
+}
+
+bool createNodes()
+{
+    return flag("PreferencesDialog/createNodes", true);
+}
+
+bool autoTagRecursionLimitSet()
+{
+    return flag("PreferencesDialog/autoTagRecursionLimitSet", true);
+}
+
+int autoTagRecursionLimit()
+{
+    return QSettings().value(QStringLiteral("PreferencesDialog/autoTagRecursionLimit"), 10000).toInt();
+}
+
+bool linkToFiles()
+{
+    return QSettings().value(linkToFilesKey, true).toBool();
+}
+
+void setLinkToFiles(bool link)
+{
+    QSettings().setValue(linkToFilesKey, link);
+}
+
+QString lastFileAddDir(const QString &defaultDir)
+{
+    return QSettings().value(lastFileAddDirKey, defaultDir).toString();
+}
+
+void setLastFileAddDir(const QString &dir)
+{
+    QSettings().setValue(lastFileAddDirKey, dir);
+}
+
+} // namespace AddingSettings

@@ -1,0 +1,72 @@
+#include "app/messages.h"
+
+#include <QPushButton>
+
+namespace {
+
+std::function<Messages::Answer(const Messages::Box &)> &responder()
+{
+    static std::function<Messages::Answer(const Messages::Box &)> function;
+    return function;
+}
+
+void show(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
+{
+    Messages::Box box;
+    box.icon = icon;
+    box.title = title;
+    box.text = text;
+    Messages::run(parent, box);
+}
+
+} // namespace
+
+namespace Messages {
+
+Answer run(QWidget *parent, const Box &box)
+{
+    if (responder())
+        return responder()(box);
+
+    QMessageBox message(box.icon, box.title, box.text, box.buttons, parent);
+    // A name from a database must not turn into markup.
+    message.setTextFormat(Qt::PlainText);
+    message.setInformativeText(box.informativeText);
+    message.setDetailedText(box.detailedText);
+    message.setWindowFlags(message.windowFlags() | box.extraFlags);
+    if (box.defaultButton != QMessageBox::NoButton)
+        message.setDefaultButton(box.defaultButton);
+    QList<QAbstractButton *> actionButtons;
+    for (const QString &action : box.actions)
+        actionButtons.append(message.addButton(action, QMessageBox::ActionRole));
+    message.activateWindow();
+    message.exec();
+
+    Answer answer;
+    answer.action = actionButtons.indexOf(message.clickedButton());
+    if (answer.action < 0)
+        answer.button = message.standardButton(message.clickedButton());
+    return answer;
+}
+
+void information(QWidget *parent, const QString &title, const QString &text)
+{
+    show(parent, QMessageBox::Information, title, text);
+}
+
+void warning(QWidget *parent, const QString &title, const QString &text)
+{
+    show(parent, QMessageBox::Warning, title, text);
+}
+
+void critical(QWidget *parent, const QString &title, const QString &text)
+{
+    show(parent, QMessageBox::Critical, title, text);
+}
+
+void setResponder(const std::function<Answer(const Box &)> &function)
+{
+    responder() = function;
+}
+
+} // namespace Messages

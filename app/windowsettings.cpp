@@ -1,0 +1,108 @@
+#include "app/windowsettings.h"
+
+#include "app/dbspecifierlackingpassword.h"
+
+#include <QSettings>
+
+namespace {
+
+const QString lastVersionUsedKey = QStringLiteral("lastVersionUsed");
+const QString lastVersionDifferentKey = QStringLiteral("lastVersionDifferent");
+const QString lastDatabaseDirKey = QStringLiteral("MainWindow/lastDBdir");
+const QString recentDatabasesKey = QStringLiteral("MainWindow/recentDatabases_DBSpecifier2");
+const QString showIconViewKey = QStringLiteral("MainWindow/showIconView");
+const QString searchLineKey = QStringLiteral("MainWindow/fileSearchLineVisibility");
+const QString editModeKey = QStringLiteral("MainWindow/editModeActivated");
+
+} // namespace
+
+namespace WindowSettings {
+
+QByteArray layout(const QString &key)
+{
+    return QSettings().value(key).toByteArray();
+}
+
+void setLayout(const QString &key, const QByteArray &state)
+{
+    QSettings().setValue(key, state);
+}
+
+QString lastVersionUsed()
+{
+    return QSettings().value(lastVersionUsedKey, QString()).toString();
+}
+
+bool noteVersion(const QString &version)
+{
+    QSettings settings;
+    const bool differs = settings.value(lastVersionUsedKey, QString()).toString() != version;
+    if (differs)
+        settings.setValue(lastVersionUsedKey, version);
+    settings.setValue(lastVersionDifferentKey, differs);
+    return differs;
+}
+
+QString lastDatabaseDir(const QString &defaultDir)
+{
+    return QSettings().value(lastDatabaseDirKey, defaultDir).toString();
+}
+
+void setLastDatabaseDir(const QString &dir)
+{
+    QSettings().setValue(lastDatabaseDirKey, dir);
+}
+
+QQueue<DBDetails> recentDatabases()
+{
+    QQueue<DBDetails> databases;
+    const auto stored = QSettings().value(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>();
+    for (const DBSpecifierLackingPassword &specifier : stored) {
+        if (!specifier.isNull())
+            databases.enqueue(specifier.toDetails());
+    }
+    return databases;
+}
+
+void setRecentDatabases(const QQueue<DBDetails> &databases)
+{
+    QQueue<DBSpecifierLackingPassword> stored;
+    for (const DBDetails &details : databases) {
+        const auto specifier = DBSpecifierLackingPassword::fromDetails(details);
+        if (!specifier.isNull())
+            stored.enqueue(specifier);
+    }
+    QSettings().setValue(recentDatabasesKey, QVariant::fromValue(stored));
+}
+
+bool showIconView()
+{
+    return QSettings().value(showIconViewKey, true).toBool();
+}
+
+void setShowIconView(bool show)
+{
+    QSettings().setValue(showIconViewKey, show);
+}
+
+bool isFileSearchLineVisible()
+{
+    return QSettings().value(searchLineKey, false).toBool();
+}
+
+void setFileSearchLineVisible(bool visible)
+{
+    QSettings().setValue(searchLineKey, visible);
+}
+
+bool isEditModeActivated()
+{
+    return QSettings().value(editModeKey, false).toBool();
+}
+
+void setEditModeActivated(bool activated)
+{
+    QSettings().setValue(editModeKey, activated);
+}
+
+} // namespace WindowSettings
