@@ -1,0 +1,113 @@
+#pragma once
+
+#include "db/queryrunner.h"
+#include "db/syncrunner.h"
+#include "db/tabledata.h"
+
+#include <QHash>
+#include <QMetaMethod>
+#include <QObject>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <functional>
+
+class AbstractQueryConstructor;
+
+/** What the slices of a joined result leave out: see BaseDBProvider::runSyncInSlices. */
+struct SliceKey
+{
+    int keyColumn = -1;         ///< position of the key, a number; -1 fills every column of every row
+    QVector<int> newKeyColumns; ///< positions that every row carries
+};
+
+/**
+ * The base of all classes that hold the SQL of one domain. It borrows the query constructor. "Sync" helpers
+ * use the default connection (main thread), "async" ones the worker's connection (worker thread); nothing
+ * here makes a thread. Errors go out as signals, results as bools.
+ */
+class BaseDBProvider : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit BaseDBProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+    ~BaseDBProvider() override;
+
+    /** Assigns the rows to `table`, whose holder owns them; rows held before are not freed. */
+    bool runSync(const QString &query, TableData &table, const QString &connectionName = QString());
+    bool runAsync(const QString &query, TableData &table);
+    bool runAsyncWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder,
+                          TableData &table);
+    /** For statements whose rows nobody wants. */
+    bool runSync(const QString &query, const QString &connectionName = QString());
+    bool runAsync(const QString &query);
+    bool runAsyncWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder);
+
+    /**
+     * Runs a statement with "?" for its values, kept prepared from its first use on. Values need no quoting.
+     * For statements that repeat many times; all calls on one provider come from one thread. An empty name
+     * means the default connection.
+     */
+    bool runPrepared(const QString &statement, const QVariantList &values,
+                     const QString &connectionName = QString());
+    /** The same with the rows of the result, owned by the holder of `table`. */
+    bool runPrepared(const QString &statement, const QVariantList &values, TableData &table,
+                     const QString &connectionName = QString());
+    /** Lets go of the prepared statements; needed before their connection is closed. */
+    void clearPrepared();
+
+    /** Receives lent rows, which are filled anew for the next slice. */
+    using SliceTaker = std::function<void(const TableData &)>;
+    /**
+     * Reads a large result on the default connection, handing it on in slices of at most `sliceRows`. The
+     * rows are lent: they are reused for the next slice and freed at the end. With a key column, a row whose
+     * key equals the one before carries only `newKeyColumns`, its other values are invalid; the result must
+     * be ordered by that key. True when all rows were handed on.
+     */
+    bool runSyncInSlices(const QString &query, int sliceRows, const SliceTaker &take,
+                         const SliceKey &key = SliceKey());
+
+    // An empty name means the default connection. Begin and commit report their failure by errorOccured.
+    bool beginTransaction(const QString &connectionName = QString());
+    bool commitTransaction(const QString &connectionName = QString());
+    bool rollbackTransaction(const QString &connectionName = QString());
+
+    // The one savepoint of the worker's connection; it does not nest.
+    bool setSavepoint();
+    bool releaseSavepoint();
+    /** Goes back to the savepoint and releases it. */
+    bool rollbackToSavepoint();
+    /** True from a failed way back on until the next transaction: the running one must not go on. */
+    bool isSavepointLost() const { return m_savepointLost; }
+
+signals:
+    void connectionError();
+    void errorOccured(QSqlError error);
+
+protected:
+    const AbstractQueryConstructor *constructor() const { return m_constructor; }
+
+    /**
+     * A read request: runs the statement on the default connection and answers by the provider's signal,
+     * before it returns. The receiver of that signal owns the rows; with no receiver they are freed.
+     */
+    template <class Provider, class Table>
+    void request(const QString &query, void (Provider::*reply)(bool, Table))
+    {
+        SyncRunner runner;
+        forwardErrors(runner);
+        if (isSignalConnected(QMetaMethod::fromSignal(reply)))
+            connect(&runner, &QueryRunner::queryFinished, static_cast<Provider *>(this), reply);
+        runner.run(query);
+    }
+    /** Passes a runner's two error signals on as the provider's own. */
+    void forwardErrors(const QueryRunner &runner);
+
+private:
+    QSqlQuery *preparedQuery(const QString &statement, const QString &connectionName);
+
+    const AbstractQueryConstructor *m_constructor;
+    QHash<QString, QHash<QString, QSqlQuery>> m_prepared;
+    bool m_savepointLost = false;
+};

@@ -1,0 +1,115 @@
+#include "db/queryrunner.h"
+
+#include "app/constants.h"
+
+#include <QMetaMethod>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+namespace {
+// A server refuses everything but a rollback while a transaction has failed; the connection itself is fine.
+const QLatin1String failedTransaction("25P02");
+} // namespace
+
+QueryRunner::QueryRunner(QObject *parent) : QObject(parent) {}
+
+bool QueryRunner::isConnectionAlive(const QSqlDatabase &database)
+{
+    if (!database.isValid() || !database.isOpen())
+        return false;
+    // A file cannot be lost as a server can, and asking it would double the work of every statement.
+    if (database.driverName() == Constants::sqliteDriver)
+        return true;
+    QSqlQuery query(database);
+    if (query.exec(QStringLiteral("select 1;")))
+        return query.next() && query.isValid();
+    return query.lastError().nativeErrorCode() == failedTransaction;
+}
+
+QStringList QueryRunner::columnNames(const QSqlQuery &query)
+{
+    const QSqlRecord record = query.record();
+    QStringList names;
+    names.reserve(record.count());
+    for (int i = 0; i < record.count(); ++i)
+        names.append(record.fieldName(i));
+    return names;
+}
+
+bool QueryRunner::readRows(QSqlQuery &query, TableData &table)
+{
+    if (!query.next())
+        return !query.lastError().isValid();
+    const QStringList columns = columnNames(query);
+    TableData rows;
+    do {
+        QVector<QVariant> values;
+        values.reserve(columns.size());
+        for (int i = 0; i < columns.size(); ++i)
+            values.append(query.value(i));
+        auto *row = new TableRowData(columns);
+        row->setValues(std::move(values));
+        rows.append(row);
+    } while (query.next());
+    if (query.lastError().isValid()) {
+        freeRows(rows);
+        return false;
+    }
+    table = rows;
+    return true;
+}
+
+void QueryRunner::runOn(const QString &connectionName, const QString &query)
+{
+    TableData table;
+    runOn(connectionName, query, table);
+    if (!isSignalConnected(QMetaMethod::fromSignal(&QueryRunner::queryFinished)))
+        freeRows(table);
+}
+
+bool QueryRunner::runOn(const QString &connectionName, const QString &query, TableData &table)
+{
+    const QSqlDatabase database = QSqlDatabase::database(connectionName, false);
+    if (!checkConnection(database))
+        return false;
+    QSqlQuery statement(database);
+    statement.setForwardOnly(true);
+    return finish(statement, statement.exec(query), table);
+}
+
+bool QueryRunner::runBlobOn(const QString &connectionName, const QString &query, const QByteArray &blob,
+                            const QString &placeholder, TableData &table)
+{
+    const QSqlDatabase database = QSqlDatabase::database(connectionName, false);
+    if (!checkConnection(database))
+        return false;
+    QSqlQuery statement(database);
+    statement.setForwardOnly(true);
+    if (!statement.prepare(query))
+        return finish(statement, false, table);
+    statement.bindValue(placeholder, QVariant(blob), QSql::In);
+    return finish(statement, statement.exec(), table);
+}
+
+bool QueryRunner::checkConnection(const QSqlDatabase &database)
+{
+    if (isConnectionAlive(database))
+        return true;
+    emit connectionError();
+    return false;
+}
+
+bool QueryRunner::finish(QSqlQuery &query, bool executed, TableData &table)
+{
+    TableData rows;
+    const bool success = executed && readRows(query, rows);
+    if (!success)
+        emit errorOccured(query.lastError());
+    else
+        table = rows;
+    // Receivers may run statements of their own on this connection, so this one gives up its lock first.
+    query.finish();
+    emit queryFinished(success, rows);
+    return success;
+}

@@ -1,0 +1,57 @@
+#include "db/transaction.h"
+
+#include "db/basedbprovider.h"
+
+Transaction::Transaction(BaseDBProvider &provider, const QString &connectionName)
+    : m_provider(provider),
+      m_connectionName(connectionName),
+      m_isActive(provider.beginTransaction(connectionName))
+{
+}
+
+Transaction::~Transaction()
+{
+    rollBack();
+}
+
+bool Transaction::commit()
+{
+    if (!m_isActive)
+        return false;
+    if (!m_provider.commitTransaction(m_connectionName)) {
+        rollBack();
+        return false;
+    }
+    m_isActive = false;
+    return true;
+}
+
+void Transaction::rollBack()
+{
+    if (m_isActive)
+        m_provider.rollbackTransaction(m_connectionName);
+    m_isActive = false;
+}
+
+Savepoint::Savepoint(BaseDBProvider &provider) : m_provider(provider), m_isActive(provider.setSavepoint()) {}
+
+Savepoint::~Savepoint()
+{
+    rollBack();
+}
+
+bool Savepoint::release()
+{
+    if (!m_isActive || !m_provider.releaseSavepoint())
+        return false;
+    m_isActive = false;
+    return true;
+}
+
+bool Savepoint::rollBack()
+{
+    if (!m_isActive)
+        return false;
+    m_isActive = false;
+    return m_provider.rollbackToSavepoint();
+}
