@@ -1,0 +1,10 @@
+#include "core/signalcontainer.h"
+
+SignalContainer::~SignalContainer() = default;
+
+SignalContainer::SignalContainer(const SignalContainer & /*other*/) : QObject() {}
+
+SignalContainer &SignalContainer::operator=(const SignalContainer & /*other*/)
+{
+    return *this;
+}
