@@ -17,77 +17,6 @@ QSqlDatabase openConnection(const QString &connectionName)
     return QSqlDatabase::database(orDefault(connectionName), false);
 }
 
-/** Fills the lent rows of one slice after the other. */
-class SliceReader
-{
-public:
-    SliceReader(QSqlQuery &query, int sliceRows, const SliceKey &key)
-        : m_query(query),
-          m_columns(QueryRunner::columnNames(query)),
-          m_sliceRows(qMax(1, sliceRows)),
-          m_key(key)
-    {
-    }
-    ~SliceReader() { qDeleteAll(m_rows); }
-    SliceReader(const SliceReader &) = delete;
-    SliceReader &operator=(const SliceReader &) = delete;
-
-    void readAll(const BaseDBProvider::SliceTaker &take)
-    {
-        int filled = 0;
-        while (m_query.next()) {
-            fillRow(filled++);
-            if (filled == m_sliceRows) {
-                take(m_rows);
-                filled = 0;
-            }
-        }
-        if (filled > 0 && !m_query.lastError().isValid())
-            take(m_rows.mid(0, filled));
-    }
-
-private:
-    void fillRow(int index)
-    {
-        if (index == m_rows.size()) {
-            m_rows.append(new TableRowData(m_columns));
-            m_isPartial.append(false);
-        }
-        TableRowData &row = *m_rows.at(index);
-        const bool repeats = repeatsKey();
-        if (!repeats) {
-            for (int i = 0; i < m_columns.size(); ++i)
-                row.setAt(i, m_query.value(i));
-        } else {
-            // A row that was partial in the slice before has nothing else to empty.
-            if (!m_isPartial.at(index))
-                row.setValues(QVector<QVariant>(m_columns.size()));
-            for (const int column : m_key.newKeyColumns)
-                row.setAt(column, m_query.value(column));
-        }
-        m_isPartial[index] = repeats;
-    }
-
-    bool repeatsKey()
-    {
-        if (m_key.keyColumn < 0)
-            return false;
-        const qint64 key = m_query.value(m_key.keyColumn).toLongLong();
-        const bool repeats = m_hasKey && key == m_lastKey;
-        m_lastKey = key;
-        m_hasKey = true;
-        return repeats;
-    }
-
-    QSqlQuery &m_query;
-    QStringList m_columns;
-    int m_sliceRows;
-    SliceKey m_key;
-    TableData m_rows;
-    QVector<bool> m_isPartial;
-    qint64 m_lastKey = 0;
-    bool m_hasKey = false;
-};
 } // namespace
 
 BaseDBProvider::BaseDBProvider(const AbstractQueryConstructor *constructor, QObject *parent)
@@ -156,20 +85,23 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
 bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &values, TableData &table,
                                  const QString &connectionName)
 {
-    QSqlQuery *query = preparedQuery(statement, orDefault(connectionName));
+    const QString connection = orDefault(connectionName);
+    QSqlQuery *query = preparedQuery(statement, connection);
     if (!query)
         return false;
     for (int i = 0; i < values.size(); ++i)
         query->bindValue(i, values.at(i));
     const bool success = query->exec() && QueryRunner::readRows(*query, table);
-    const QSqlError error = query->lastError();
-    query->finish();
-    if (!success) {
-        // A statement that failed may be one that its server no longer knows: the next use prepares it anew.
-        m_prepared[orDefault(connectionName)].remove(statement);
-        emit errorOccured(error);
+    if (success) {
+        if (query->isSelect())
+            query->finish();
+        return true;
     }
-    return success;
+    // A statement that failed may be one that its server no longer knows: the next use prepares it anew.
+    const QSqlError error = query->lastError();
+    m_prepared[connection].remove(statement);
+    emit errorOccured(error);
+    return false;
 }
 
 void BaseDBProvider::clearPrepared()
@@ -185,17 +117,18 @@ QSqlQuery *BaseDBProvider::preparedQuery(const QString &statement, const QString
         return nullptr;
     }
     QHash<QString, QSqlQuery> &ofConnection = m_prepared[connectionName];
-    auto place = ofConnection.find(statement);
-    if (place == ofConnection.end()) {
-        QSqlQuery query(database);
-        query.setForwardOnly(true);
-        if (!query.prepare(statement)) {
-            emit errorOccured(query.lastError());
-            return nullptr;
-        }
-        place = ofConnection.insert(statement, query);
+    const auto place = ofConnection.find(statement);
+    // A connection that was removed and added again has a new driver, to which the old statement means
+    // nothing.
+    if (place != ofConnection.end() && place->driver() == database.driver())
+        return &place.value();
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.prepare(statement)) {
+        emit errorOccured(query.lastError());
+        return nullptr;
     }
-    return &place.value();
+    return &ofConnection.insert(statement, query).value();
 }
 
 bool BaseDBProvider::runSyncInSlices(const QString &query, int sliceRows, const SliceTaker &take,
@@ -207,13 +140,41 @@ bool BaseDBProvider::runSyncInSlices(const QString &query, int sliceRows, const 
         return false;
     }
     QSqlQuery statement(database);
+    if (executeForwardOnly(statement, query))
+        SliceReader(sliceRows, take).read(statement, key);
+    return !reportError(statement);
+}
+
+bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQuery, int sliceRows,
+                                   const SliceTaker &take)
+{
+    const QSqlDatabase database = openConnection(QString());
+    if (!QueryRunner::isConnectionAlive(database)) {
+        emit connectionError();
+        return false;
+    }
+    QSqlQuery links(database);
+    QSqlQuery statement(database);
+    // A server sends one open result at a time: there the links are fetched whole before the other starts.
+    links.setForwardOnly(database.driverName() == Constants::sqliteDriver);
+    if (links.exec(linksQuery) && executeForwardOnly(statement, query))
+        SliceReader(sliceRows, take).readJoined(statement, links);
+    const bool linksFailed = reportError(links);
+    return !reportError(statement) && !linksFailed;
+}
+
+bool BaseDBProvider::executeForwardOnly(QSqlQuery &statement, const QString &query)
+{
     statement.setForwardOnly(true);
-    if (statement.exec(query))
-        SliceReader(statement, sliceRows, key).readAll(take);
+    return statement.exec(query);
+}
+
+bool BaseDBProvider::reportError(const QSqlQuery &statement)
+{
     const QSqlError error = statement.lastError();
     if (error.isValid())
         emit errorOccured(error);
-    return !error.isValid();
+    return error.isValid();
 }
 
 bool BaseDBProvider::beginTransaction(const QString &connectionName)
@@ -243,20 +204,28 @@ bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
 
 bool BaseDBProvider::setSavepoint()
 {
-    return runAsync(QStringLiteral("SAVEPOINT S1;"));
+    return runOnSavepoint(QStringLiteral("SAVEPOINT S1;"));
 }
 
 bool BaseDBProvider::releaseSavepoint()
 {
-    return runAsync(QStringLiteral("RELEASE SAVEPOINT S1;"));
+    return runOnSavepoint(QStringLiteral("RELEASE SAVEPOINT S1;"));
 }
 
 bool BaseDBProvider::rollbackToSavepoint()
 {
     // Without the release the name would pile up, one level for each failed item.
-    const bool isBack = runAsync(QStringLiteral("ROLLBACK TO SAVEPOINT S1;")) && releaseSavepoint();
+    const bool isBack = runOnSavepoint(QStringLiteral("ROLLBACK TO SAVEPOINT S1;")) && releaseSavepoint();
     m_savepointLost = m_savepointLost || !isBack;
     return isBack;
+}
+
+bool BaseDBProvider::runOnSavepoint(const QString &statement)
+{
+    // Two a file: worth keeping prepared where the back-end can prepare them.
+    if (openConnection(Constants::workerConnection).driverName() == Constants::sqliteDriver)
+        return runPrepared(statement, {}, Constants::workerConnection);
+    return runAsync(statement);
 }
 
 void BaseDBProvider::forwardErrors(const QueryRunner &runner)

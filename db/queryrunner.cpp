@@ -39,6 +39,8 @@ QStringList QueryRunner::columnNames(const QSqlQuery &query)
 
 bool QueryRunner::readRows(QSqlQuery &query, TableData &table)
 {
+    if (!query.isSelect())
+        return true;
     if (!query.next())
         return !query.lastError().isValid();
     const QStringList columns = columnNames(query);

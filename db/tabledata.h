@@ -35,6 +35,8 @@ public:
     const QVariant &at(int index) const { return m_values.at(index); }
     void setAt(int index, const QVariant &value) { m_values[index] = value; }
     void setAt(int index, QVariant &&value) { m_values[index] = std::move(value); }
+    /** Makes every value invalid and keeps the columns. */
+    void clearValues() { m_values.fill(QVariant()); }
     /** Takes the values of all columns at once, in column order. */
     void setValues(QVector<QVariant> values);
 
