@@ -1,0 +1,8 @@
+#include "resources/resources.h"
+
+#include <QtGlobal>
+
+void initResources()
+{
+    Q_INIT_RESOURCE(vorna);
+}
