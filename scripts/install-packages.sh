@@ -1,0 +1,36 @@
+#!/bin/bash
+# Installs the Debian 12 packages that building, running and testing need, and says which.
+# Does nothing when all are there. Needs root or sudo only when something is missing.
+set -euo pipefail
+
+build=(
+    g++ cmake ninja-build ccache git              # compiler and build tools
+    qtbase5-dev                                   # Qt 5.15: Core, Gui, Widgets, Sql, Network, Test
+    libsqlite3-dev                                # the plain reference loops of the benchmarks
+    librsvg2-bin                                  # icons: SVG to PNG at build time
+)
+run=(
+    libqt5sql5-sqlite libqt5sql5-psql             # database drivers
+    qt5-image-formats-plugins libqt5svg5          # WebP, TIFF, SVG ... as thumbnails
+    fonts-dejavu-core
+    xvfb xauth openbox xdotool imagemagick        # a virtual display and a picture of it
+)
+test=(
+    postgresql-15 sqlite3
+)
+
+missing=()
+for package in "${build[@]}" "${run[@]}" "${test[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing Debian packages: ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { echo "Run this as root, or install sudo." >&2; exit 1; }
+    as_root=(sudo)
+fi
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
