@@ -1,0 +1,43 @@
+#include "ui/dialogs/helpwindow.h"
+
+#include "app/windowsettings.h"
+
+#include <QFile>
+#include <QTextBrowser>
+
+HelpWindow::HelpWindow(int mode, QWidget *parent) : QMainWindow(parent), m_browser(new QTextBrowser(this))
+{
+    setObjectName(QStringLiteral("HelpWindow"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    // The program ends with its main window, also while a help text is open.
+    setAttribute(Qt::WA_QuitOnClose, false);
+    resize(660, 635);
+
+    m_browser->setObjectName(QStringLiteral("helpBrowser"));
+    m_browser->setOpenExternalLinks(true);
+    m_browser->setSearchPaths({QStringLiteral(":/help")});
+    setCentralWidget(m_browser);
+
+    if (mode == QuickStartGuide) {
+        setWindowTitle(tr("Quick Start Guide"));
+        m_geometryKey = WindowSettings::quickStartGeometry;
+        showDocument(QStringLiteral(":help/QuickStartGuide.htm"));
+    } else {
+        setWindowTitle(tr("Manual"));
+        m_geometryKey = WindowSettings::manualGeometry;
+        showDocument(QStringLiteral(":help/HelpFile.html"));
+    }
+    restoreGeometry(WindowSettings::layout(m_geometryKey));
+}
+
+HelpWindow::~HelpWindow()
+{
+    WindowSettings::setLayout(m_geometryKey, saveGeometry());
+}
+
+void HelpWindow::showDocument(const QString &resource)
+{
+    QFile file(resource);
+    if (file.open(QIODevice::ReadOnly))
+        m_browser->setHtml(QString::fromUtf8(file.readAll()));
+}

@@ -1,0 +1,40 @@
+#include "ui/dialogs/popupmessager.h"
+
+#include "app/messages.h"
+
+#include <QMessageBox>
+#include <QTimer>
+
+namespace {
+constexpr int temporaryBoxMilliseconds = 2000;
+}
+
+PopupMessager::PopupMessager(QWidget *parent) : QObject(parent), m_window(parent) {}
+
+void PopupMessager::showTempWarning(const QString &title, const QString &text)
+{
+    if (!m_temporaryBox) {
+        m_temporaryBox =
+            new QMessageBox(QMessageBox::Warning, QString(), QString(), QMessageBox::NoButton, m_window);
+        m_temporaryBox->setObjectName(QStringLiteral("temporaryWarning"));
+        m_temporaryBox->setTextFormat(Qt::PlainText);
+        m_temporaryBox->setModal(false);
+    }
+    if (m_temporaryBox->isVisible())
+        return;
+    m_temporaryBox->setWindowTitle(title);
+    m_temporaryBox->setText(text);
+    m_temporaryBox->show();
+    m_temporaryBox->raise();
+    QTimer::singleShot(temporaryBoxMilliseconds, m_temporaryBox, &QWidget::hide);
+}
+
+void PopupMessager::showWarning(const QString &title, const QString &text)
+{
+    Messages::warning(m_window, title, text);
+}
+
+void PopupMessager::showBrowsingTreeDuplicated()
+{
+    showWarning(tr("Tag already exists"), tr("There is already a tag with this name."));
+}

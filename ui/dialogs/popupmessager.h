@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+
+class QMessageBox;
+class QWidget;
+
+/** Shows short messages of the open database. Owned by the main window, on the GUI thread. */
+class PopupMessager : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** The parent is also the window over which the boxes stand. */
+    explicit PopupMessager(QWidget *parent);
+
+public slots:
+    /** A box that goes away by itself after two seconds; one that comes while it still shows is dropped. */
+    void showTempWarning(const QString &title, const QString &text);
+    void showWarning(const QString &title, const QString &text);
+    void showBrowsingTreeDuplicated();
+
+private:
+    QWidget *m_window;
+    QMessageBox *m_temporaryBox = nullptr;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+class QAction;
+class QLineEdit;
+class QMainWindow;
+class QMenu;
+class QToolBar;
+
+/**
+ * The menus, tool bars and shared controls of the main window while it is being set up: the window makes one
+ * on the stack, and the main view and the docks take their places in it. All it points to belongs to the
+ * window.
+ */
+class MainUi
+{
+public:
+    /** Builds the menus in the menu bar's order and adds the five tool bars, still empty. */
+    explicit MainUi(QMainWindow *window);
+
+    QMenu *databaseMenu;
+    QMenu *fileMenu;
+    QMenu *tagMenu;
+    QMenu *nodeMenu;
+    QMenu *viewMenu;
+    QMenu *editMenu;
+    QMenu *helpMenu;
+
+    QToolBar *tagFilterBar;
+    QToolBar *tagToolsBar;
+    QToolBar *fileToolsBar;
+    QToolBar *viewModeBar;
+    QToolBar *searchFilesBar;
+
+    /** "Edit Mode", checkable; stands in the tag tools, heeded by the main view and the tags dock. */
+    QAction *editMode;
+    /** "Link Tags to Files"; its data holds the ids of the tags selected in the tags dock. */
+    QAction *linkTagsToFiles;
+    /** Searches file names, descriptions and id codes; its place is the search bar. */
+    QLineEdit *searchEdit;
+    /** Narrows the tag table; its place is the tag filter bar. */
+    QLineEdit *tagFilterEdit;
+};
