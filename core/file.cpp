@@ -37,8 +37,6 @@ const KnownExtension knownExtensions[] = {
     {QLatin1String("mov"), videoIcon},
 };
 
-constexpr int longestKnownExtension = 4;
-
 // Each thread that makes records has its own, so that none of them needs a lock.
 TextPool &folders()
 {
@@ -55,10 +53,8 @@ TextPool &types()
 // The kind of icon of an extension without its dot, or the fallback when it is none of ours.
 qint8 iconKindOf(QStringView extension, qint8 fallback)
 {
-    if (extension.size() > longestKnownExtension)
-        return fallback;
     for (const KnownExtension &known : knownExtensions) {
-        if (extension.compare(known.text, Qt::CaseInsensitive) == 0)
+        if (extension.size() == known.text.size() && extension.compare(known.text, Qt::CaseInsensitive) == 0)
             return known.iconKind;
     }
     return fallback;

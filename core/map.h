@@ -47,9 +47,9 @@ public:
     /** Removes a key and gives what stood there, or a default value when it was not there. */
     V take(const K &key)
     {
-        const V value = m_items.value(key);
+        V taken = m_items.value(key);
         remove(key);
-        return value;
+        return taken;
     }
 
     V value(const K &key, const V &fallback = V()) const { return m_items.value(key, fallback); }

@@ -2,7 +2,7 @@
 
 SignalContainer::~SignalContainer() = default;
 
-SignalContainer::SignalContainer(const SignalContainer & /*other*/) : QObject() {}
+SignalContainer::SignalContainer(const SignalContainer & /*other*/) : SignalContainer() {}
 
 SignalContainer &SignalContainer::operator=(const SignalContainer & /*other*/)
 {
