@@ -196,16 +196,14 @@ void TestTreeNodes::collectsRequirements_data()
 void TestTreeNodes::collectsRequirements()
 {
     QFETCH(QString, chain);
-    TBnode *node = nullptr;
+    TBnode *node = makeNode(owner(), -1, AllFiles);
     for (int depth = 0; depth < chain.size(); ++depth) {
         const QChar kind = chain.at(depth);
         const NodeType type = kind == QLatin1Char('s') ? AllFiles : TagNode;
         TBnode *next = makeNode(owner(), depth, type, kind == QLatin1Char('i'));
-        if (node)
-            node->addChild(next);
+        node->addChild(next);
         node = next;
     }
-    QVERIFY(node);
     QVector<qint64> required;
     QVector<qint64> excluded;
     node->collectTagRequirements(required, excluded);
