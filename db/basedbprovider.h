@@ -68,9 +68,9 @@ public:
                        const SliceTaker &take);
 
     // An empty name means the default connection. Begin and commit report their failure by errorOccured.
-    bool beginTransaction(const QString &connectionName = QString());
-    bool commitTransaction(const QString &connectionName = QString());
-    bool rollbackTransaction(const QString &connectionName = QString());
+    virtual bool beginTransaction(const QString &connectionName = QString());
+    virtual bool commitTransaction(const QString &connectionName = QString());
+    virtual bool rollbackTransaction(const QString &connectionName = QString());
 
     // The one savepoint of the worker's connection; it does not nest.
     bool setSavepoint();
@@ -100,6 +100,8 @@ protected:
             connect(&runner, &QueryRunner::queryFinished, static_cast<Provider *>(this), reply);
         runner.run(query);
     }
+    /** For a begin of another kind: no savepoint is lost in a new transaction. */
+    void forgetLostSavepoint() { m_savepointLost = false; }
     /** Passes a runner's two error signals on as the provider's own. */
     void forwardErrors(const QueryRunner &runner);
 

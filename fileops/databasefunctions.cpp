@@ -1,0 +1,123 @@
+#include "fileops/databasefunctions.h"
+
+#include "app/constants.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QMutex>
+#include <QSqlDatabase>
+#include <QSqlError>
+
+namespace {
+QSqlDatabase connectionOf(const QString &name)
+{
+    return name.isEmpty() ? QSqlDatabase::database(QLatin1String(QSqlDatabase::defaultConnection), false)
+                          : QSqlDatabase::database(name, false);
+}
+
+QString withSingleQuotes(QString statement)
+{
+    if (statement.contains(QLatin1Char('"'))) {
+        statement.replace(QLatin1Char('\''), QLatin1String("''"));
+        statement.replace(QLatin1Char('"'), QLatin1Char('\''));
+    }
+    return statement;
+}
+
+QDir baseFolder(const Database::PathLocator &locator)
+{
+    if (locator.isLocal)
+        return QFileInfo(locator.databasePath).absoluteDir();
+    return QDir(QFileInfo(QStringLiteral(".")).absoluteFilePath());
+}
+
+QSqlQuery pathQuery(const QString &connectionName, const QString &column, qint64 fileId)
+{
+    return Database::execQuery(connectionName,
+                               QStringLiteral("SELECT %1 FROM file_paths, files WHERE file_id=%2 "
+                                              "AND path_id=storage_id AND internal=0;")
+                                   .arg(column, QString::number(fileId)));
+}
+} // namespace
+
+Database::PathLocator Database::pathLocator(const QString &connectionName)
+{
+    const QSqlDatabase database = connectionOf(connectionName);
+    return {database.driverName() == Constants::sqliteDriver, database.databaseName()};
+}
+
+QSqlQuery Database::execQuery(const QString &connectionName, const QString &statement)
+{
+    QSqlQuery query(connectionOf(connectionName));
+    query.exec(withSingleQuotes(statement));
+    query.next();
+    return query;
+}
+
+QString Database::getAbsoluteFilePath(const QString &connectionName, qint64 fileId)
+{
+    const QSqlQuery query = pathQuery(connectionName, QStringLiteral("path"), fileId);
+    if (query.lastError().isValid()) {
+        qDebug() << "Invalid query in Database::getAbsoluteFilePath(id)";
+        return QString();
+    }
+    return query.isValid() ? query.value(0).toString() : QString();
+}
+
+QString Database::getRelativeFilePath(const QString &connectionName, qint64 fileId)
+{
+    const QSqlQuery query = pathQuery(connectionName, QStringLiteral("rel_path"), fileId);
+    return query.isValid() ? query.value(0).toString() : QString();
+}
+
+bool Database::writeBlock(const QByteArray &data, qint64 id, qint64 nextId, bool hasNext)
+{
+    execQuery(QString(), hasNext
+                             ? QStringLiteral("INSERT INTO storage_info VALUES (%1, %2);").arg(id).arg(nextId)
+                             : QStringLiteral("INSERT INTO storage_info VALUES (%1,0);").arg(id));
+    QSqlQuery query(connectionOf(QString()));
+    query.prepare(QStringLiteral("INSERT INTO storage VALUES (%1, :FILE);").arg(id));
+    query.bindValue(QStringLiteral(":FILE"), data, QSql::In | QSql::Binary);
+    return query.exec();
+}
+
+QString Database::relativePath(const QString &absolutePath, const PathLocator &locator)
+{
+    return baseFolder(locator).relativeFilePath(absolutePath);
+}
+
+QString Database::absolutePath(const QString &relativePath, const PathLocator &locator)
+{
+    return baseFolder(locator).path() + QLatin1Char('/') + relativePath;
+}
+
+QVector<qint64> Database::listResults(const QString &connectionName, const QString &statement)
+{
+    static QMutex mutex;
+    QMutexLocker locker(&mutex);
+    QSqlQuery query = execQuery(connectionName, statement);
+    locker.unlock();
+
+    QVector<qint64> results;
+    if (!query.isValid()) {
+        qDebug().noquote() << "Database::listResults() - ERROR :" << query.lastError().databaseText();
+        qDebug().noquote() << "No results:" << statement;
+        return results;
+    }
+    do {
+        const QVariant value = query.value(0);
+        if (!value.isValid()) {
+            qDebug() << "Query value(0) is not valid.";
+            break;
+        }
+        bool isNumber = false;
+        const qint64 number = value.toLongLong(&isNumber);
+        if (isNumber && !value.isNull())
+            results.append(number);
+        else if (!value.isNull())
+            qDebug().noquote() << "Database::listResults: Error: result is not a long long int.\n"
+                               << statement << "\n";
+    } while (query.next());
+    return results;
+}

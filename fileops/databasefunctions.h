@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSqlQuery>
+#include <QString>
+#include <QVector>
+
+/**
+ * Small helpers on a connection for code that is no worker. An empty connection name means the default one;
+ * each call belongs to the thread of its connection.
+ */
+namespace Database {
+/** Where relative paths start. */
+struct PathLocator
+{
+    bool isLocal = false;
+    QString databasePath; ///< the database file of a local database
+};
+
+/** The locator of an added connection. */
+PathLocator pathLocator(const QString &connectionName);
+
+/**
+ * Runs a fixed text and stands on its first row, if there is one. Double quotes around literals become single
+ * ones, so nothing that holds a value may come through here.
+ */
+QSqlQuery execQuery(const QString &connectionName, const QString &statement);
+
+/** The path of an external file; empty when there is none. */
+QString getAbsoluteFilePath(const QString &connectionName, qint64 fileId);
+QString getRelativeFilePath(const QString &connectionName, qint64 fileId);
+
+/** Stores one block on the default connection; `nextId` counts only with `hasNext`. */
+bool writeBlock(const QByteArray &data, qint64 id, qint64 nextId, bool hasNext);
+
+/** A path relative to the folder of the database file; on a server to the current folder. */
+QString relativePath(const QString &absolutePath, const PathLocator &locator);
+/** The reverse, by plain joining. */
+QString absolutePath(const QString &relativePath, const PathLocator &locator);
+
+/** The numbers in the first column of a result; nulls and other values are left out. */
+QVector<qint64> listResults(const QString &connectionName, const QString &statement);
+} // namespace Database

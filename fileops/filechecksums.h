@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
+
+/** What one reading of a file told. */
+struct FileChecksum
+{
+    bool isRead = false; ///< false: missing, no regular file, or broken off by an error; no checksum then
+    quint32 checksum = 0;
+    qint64 size = 0;     ///< bytes read
+    qint64 modified = 0; ///< seconds since 1970
+};
+
+/** The fingerprints of whole files. Nothing is held in memory beyond a few slices. Any thread. */
+namespace FileChecksums {
+/**
+ * How many files one call of ofFiles reads side by side at best: give it lists of this size and test for a
+ * stop between them.
+ */
+constexpr int batchSize = 8;
+
+/** Of one file, read in slices; `shouldEnd` is asked before each and breaks the reading off. */
+FileChecksum ofFile(const QString &path, const std::function<bool()> &shouldEnd = {});
+
+/** Of each path in turn; small files are hashed several at a time, so this is the fast way for many. */
+QVector<FileChecksum> ofFiles(const QStringList &paths, const std::function<bool()> &shouldEnd = {});
+} // namespace FileChecksums

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QFileInfo>
+#include <QHash>
+#include <QMetaType>
+#include <QPair>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/** What a queued record asks for. The numbers cross threads and are what the worker switches on. */
+enum FileOperationType {
+    AddFilesOperationType = 0,
+    AddHyperlinksOperationType = 1,
+    AddFileListOperationType = 2,
+    UnusedOperationType = 3, ///< passes through the queue without any effect
+    DeleteFilesOperationType = 4,
+    LoadThumbnailsOperationType = 5,
+    ExtractFilesOperationType = 6,
+    ExtractToTemporaryOperationType = 7,
+    CheckExternalFilesOperationType = 8,
+    AutoLinkFilesOperationType = 9,
+    ExportOperationType = 10,
+    ImportOperationType = 11,
+    RemakeThumbnailsOperationType = 12
+};
+Q_DECLARE_METATYPE(FileOperationType)
+
+/** One request to the worker, by value. A field that the type does not use stays empty. */
+struct FileOperation
+{
+    FileOperationType type = UnusedOperationType;
+    QStringList paths;             ///< files, folders or hyperlinks to add
+    QVector<qint64> fileIds;       ///< the files that the operation concerns
+    QVector<qint64> tagIds;        ///< tags for the added files
+    bool fromSelectedNode = false; ///< the add may make browsing nodes
+    qint64 nodeId = 0;             ///< the node under which new nodes go
+    QString exportPath;
+    QPair<qint64, qint64> fileToExtract{-1, -1};
+
+    int exportForm = 0;
+    QVector<qint64> exportFileIds;
+    QVector<qint64> exportTagIds;
+    bool exportDescriptions = false;
+    bool addAllTagsOfFiles = false;
+    bool exportTagGroups = false;
+    bool exportTagRelationships = false;
+
+    QFileInfo importSource;
+    bool importFiles = false;
+    bool importDescriptions = false;
+    bool importTags = false;
+    bool importNodes = false;
+    bool importTagRelationships = false;
+    bool importFileTags = false;
+    bool importTagGroups = false;
+    int descriptionMerge = 0;
+
+    bool notifyDuplicates = false;            ///< automatic adds only
+    QHash<QString, QString> hyperlinkDetails; ///< column of `files` to value, for added hyperlinks
+};
+Q_DECLARE_METATYPE(FileOperation)

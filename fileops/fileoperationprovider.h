@@ -1,0 +1,87 @@
+#pragma once
+
+#include "app/dbdetails.h"
+#include "db/basedbprovider.h"
+#include "fileops/deletedfilerepresentations.h"
+#include "fileops/fileoperation.h"
+#include "fileops/presentableduplicates.h"
+#include "fileops/shellfile.h"
+
+#include <QImage>
+#include <QPair>
+
+class FileOperationWorker;
+class QThread;
+
+/**
+ * The front of file operations on the main thread: it turns requests into queued records, owns the worker and
+ * its thread, and hands the worker's news on. Requests return at once; the thread runs only while there is
+ * work. Destroying the provider ends a running operation and waits for it.
+ */
+class FileOperationProvider : public BaseDBProvider
+{
+    Q_OBJECT
+
+public:
+    /** The details are those of the worker's own connection. */
+    FileOperationProvider(const AbstractQueryConstructor *constructor, const DBDetails &details,
+                          QObject *parent = nullptr);
+    ~FileOperationProvider() override;
+
+    /** Makes the worker and its thread; the first request does it otherwise. */
+    void start();
+
+    /** Adds files as they stand: no folders, no duplicate check, no tags. Nothing for an empty list. */
+    void addFilesList(const QStringList &paths);
+    /** Existing paths are added as files, all other texts as hyperlinks after them. */
+    void addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+                  qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
+    void deleteFiles(const QVector<qint64> &ids);
+    void loadThumbnails(const QVector<qint64> &ids);
+    void setBrowsingTreeId(qint64 id);
+    /** Ends the running operation and those in the queue; nothing when idle. */
+    void cancelOperations();
+    bool isBusy() const;
+
+signals:
+    void filesAdded();
+    void filesUpdated();
+    void filesRemoved(QVector<qint64> ids);
+    void fileLoaded();
+    /** The receiver owns the image; without a receiver it is freed. */
+    void thumbnailLoaded(qlonglong fileId, QImage *image);
+    void updateTags(QVector<qint64> ids);
+    void updateNodes(QVector<qint64> ids);
+    void updatedFiles(QVector<qint64> ids);
+    void startedFilesOperation(QString label);
+    void filesOperationProgress(QString text, int percent);
+    void finishedFilesOperation();
+    void extractedTempFiles(QVector<QPair<qint64, QString>> files);
+    void duplicatesReady(PresentableDuplicates duplicates);
+    /** Text, then title. */
+    void error(QString text, QString title);
+    void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
+    void noLongerPresent(QVector<qint64> ids);
+    void present(QVector<qint64> ids);
+    void importNotification(QList<ShellFile> files);
+    void filesImported();
+    void remadeAllThumbnails();
+
+protected:
+    /** The worker of the back-end, without a parent. */
+    virtual FileOperationWorker *createWorker(const QString &connectionName) = 0;
+    const DBDetails &details() const { return m_details; }
+
+    /** Queues a record and arms the start of the thread. */
+    void enqueue(const FileOperation &operation);
+
+private:
+    void connectWorker();
+    void connectProgress();
+    void armStart();
+    void takeThumbnail(qlonglong fileId, QImage *image);
+
+    DBDetails m_details;
+    FileOperationWorker *m_worker = nullptr;
+    QThread *m_thread = nullptr;
+};

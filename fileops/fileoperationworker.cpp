@@ -1,0 +1,225 @@
+#include "fileops/fileoperationworker.h"
+
+#include "app/constants.h"
+#include "fileops/deletefilesoperation.h"
+#include "fileops/loadthumbnailsoperation.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QSqlDatabase>
+
+FileOperationWorker::FileOperationWorker(const QString &connectionName, const DBDetails &details,
+                                         const AbstractQueryConstructor *constructor)
+    : FileOperationQueries(constructor), m_connectionName(connectionName), m_details(details)
+{
+}
+
+FileOperationWorker::~FileOperationWorker()
+{
+    qDeleteAll(m_queue);
+    qDeleteAll(m_imagesOnTheirWay);
+}
+
+void FileOperationWorker::enqueue(const FileOperation &operation)
+{
+    auto *record = new FileOperation(operation);
+    const QMutexLocker locker(&m_queueMutex);
+    // Views ask for one picture after the other: what waits last takes further ones along.
+    if (operation.type == LoadThumbnailsOperationType && !m_queue.isEmpty() &&
+        m_queue.last()->type == LoadThumbnailsOperationType) {
+        m_queue.last()->fileIds += operation.fileIds;
+        delete record;
+        return;
+    }
+    m_queue.append(record);
+}
+
+void FileOperationWorker::cancel()
+{
+    // Under the lock of the queue, else a flag set just behind the last operation would end the next one.
+    const QMutexLocker locker(&m_queueMutex);
+    if (m_isRunning || !m_queue.isEmpty())
+        cancelAll();
+}
+
+void FileOperationWorker::cancelAll()
+{
+    const QMutexLocker locker(&m_cancelMutex);
+    m_cancel = true;
+}
+
+void FileOperationWorker::stop()
+{
+    const QMutexLocker locker(&m_stopMutex);
+    m_stop = true;
+}
+
+bool FileOperationWorker::isBusy() const
+{
+    const QMutexLocker locker(&m_queueMutex);
+    return m_isRunning || !m_queue.isEmpty();
+}
+
+bool FileOperationWorker::hasQueued() const
+{
+    const QMutexLocker locker(&m_queueMutex);
+    return !m_queue.isEmpty();
+}
+
+bool FileOperationWorker::isStopped() const
+{
+    const QMutexLocker locker(&m_stopMutex);
+    return m_stop;
+}
+
+bool FileOperationWorker::isCanceled() const
+{
+    const QMutexLocker locker(&m_cancelMutex);
+    return m_cancel;
+}
+
+bool FileOperationWorker::nextIdCode(QString &idCode)
+{
+    static const QString statement = QStringLiteral("SELECT 1 FROM files WHERE id_code=?;");
+    // Some 80 million codes exist: so many misses in turn mean that none is free.
+    for (int attempts = 0; attempts < 1000; ++attempts) {
+        idCode = m_idCodes.generate();
+        TableData table;
+        if (!runFast(statement, {idCode}, table))
+            return false;
+        const bool isFree = table.isEmpty();
+        freeRows(table);
+        if (isFree)
+            return true;
+    }
+    return false;
+}
+
+void FileOperationWorker::sendThumbnail(qint64 fileId, QImage *image)
+{
+    {
+        const QMutexLocker locker(&m_imagesMutex);
+        m_imagesOnTheirWay.insert(image);
+    }
+    emit thumbnailLoaded(fileId, image);
+}
+
+void FileOperationWorker::imageTaken(QImage *image)
+{
+    const QMutexLocker locker(&m_imagesMutex);
+    m_imagesOnTheirWay.remove(image);
+}
+
+int FileOperationWorker::percent(int done, int total)
+{
+    return total > 0 ? qRound(static_cast<float>(done) / static_cast<float>(total) * 100.0F) : 100;
+}
+
+void FileOperationWorker::runOperationQueue()
+{
+    {
+        const QMutexLocker locker(&m_queueMutex);
+        m_isRunning = true;
+    }
+    if (hasQueued() && !isStopped()) {
+        if (openConnection()) {
+            FileOperation operation;
+            while (!isStopped() && takeNext(operation))
+                dispatch(operation);
+        } else {
+            dropQueue();
+        }
+        removeConnection();
+    }
+    finishRun();
+    emit finished();
+}
+
+bool FileOperationWorker::openConnection()
+{
+    const bool isLocal = m_details.type() == Constants::localDatabase;
+    QSqlDatabase database = QSqlDatabase::addDatabase(
+        isLocal ? Constants::sqliteDriver : Constants::postgresDriver, m_connectionName);
+    // Opening would put a new, empty database in the place of one that is gone.
+    if (isLocal && !QFileInfo::exists(m_details.databaseName())) {
+        emit errorOccured(QSqlError(QString(),
+                                    tr("The database file \"%1\" is missing.").arg(m_details.databaseName()),
+                                    QSqlError::ConnectionError));
+        return false;
+    }
+    database.setHostName(m_details.host());
+    database.setDatabaseName(m_details.databaseName());
+    database.setUserName(m_details.user());
+    database.setPassword(m_details.password());
+    if (m_details.port() > 0)
+        database.setPort(m_details.port());
+    database.setConnectOptions(connectOptions());
+    if (!database.open()) {
+        qDebug() << "FileOperationWorker::runOperationQueue() - cannot open the connection:"
+                 << database.lastError().text();
+        emit errorOccured(database.lastError());
+        return false;
+    }
+    prepareConnection();
+    return true;
+}
+
+void FileOperationWorker::removeConnection()
+{
+    clearPrepared();
+    QSqlDatabase::database(m_connectionName, false).close();
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+bool FileOperationWorker::takeNext(FileOperation &operation)
+{
+    const QMutexLocker locker(&m_queueMutex);
+    if (m_queue.isEmpty())
+        return false;
+    operation = *m_queue.first();
+    delete m_queue.takeFirst();
+    return true;
+}
+
+void FileOperationWorker::dropQueue()
+{
+    const QMutexLocker locker(&m_queueMutex);
+    qDeleteAll(m_queue);
+    m_queue.clear();
+}
+
+void FileOperationWorker::finishRun()
+{
+    const QMutexLocker locker(&m_queueMutex);
+    m_isRunning = false;
+    // A record that came in the meantime keeps a cancel that was meant for it.
+    if (m_queue.isEmpty()) {
+        const QMutexLocker cancelLocker(&m_cancelMutex);
+        m_cancel = false;
+    }
+    const QMutexLocker stopLocker(&m_stopMutex);
+    m_stop = false;
+}
+
+void FileOperationWorker::dispatch(const FileOperation &operation)
+{
+    switch (operation.type) {
+    case DeleteFilesOperationType:
+        if (!operation.fileIds.isEmpty())
+            runAnnounced<DeleteFilesOperation>(operation, tr("Deleting files..."));
+        break;
+    case LoadThumbnailsOperationType:
+        LoadThumbnailsOperation(*this, operation).run();
+        break;
+    default:
+        break;
+    }
+}
+
+template <class Operation>
+void FileOperationWorker::runAnnounced(const FileOperation &operation, const QString &label)
+{
+    emit startedOpration(operation.type, label);
+    Operation(*this, operation).run();
+    emit finishedOpration(operation.type);
+}

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "app/dbdetails.h"
+#include "fileops/deletedfilerepresentations.h"
+#include "fileops/fileoperation.h"
+#include "fileops/fileoperationqueries.h"
+#include "fileops/idcodegenerator.h"
+#include "fileops/presentableduplicates.h"
+#include "fileops/shellfile.h"
+
+#include <QImage>
+#include <QList>
+#include <QMutex>
+#include <QPair>
+#include <QSet>
+
+/**
+ * The background half of file operations: a queue of records, each run by an operation class, on the thread
+ * that FileOperationProvider owns. It opens the worker's connection for each run through the queue and
+ * removes it afterwards. The methods of the first group may be called from any thread, all else on the
+ * worker's.
+ */
+class FileOperationWorker : public FileOperationQueries
+{
+    Q_OBJECT
+
+public:
+    FileOperationWorker(const QString &connectionName, const DBDetails &details,
+                        const AbstractQueryConstructor *constructor);
+    ~FileOperationWorker() override;
+
+    void enqueue(const FileOperation &operation);
+    /** Ends the running operation and, each at its first check, those in the queue; nothing when idle. */
+    void cancel();
+    /** Ends everything; for the destruction of the provider only. */
+    void stop();
+    /** True while something is queued or running. */
+    bool isBusy() const;
+    bool hasQueued() const;
+    bool isStopped() const;
+    bool isCanceled() const;
+    /** The question at the head of every long loop: stopped, or canceled? */
+    bool shouldEnd() const { return isStopped() || isCanceled(); }
+    /** The receiver of thumbnailLoaded says so when it has taken an image over. */
+    void imageTaken(QImage *image);
+
+    /** For an operation whose failure must end those behind it too. */
+    void cancelAll();
+    QString connectionName() const { return m_connectionName; }
+    /** A handle that no file has yet. */
+    bool nextIdCode(QString &idCode);
+    /** Emits thumbnailLoaded; until imageTaken, the image counts as this worker's. */
+    void sendThumbnail(qint64 fileId, QImage *image);
+
+    /** Percent of a batch done, for operationProgress. */
+    static int percent(int done, int total);
+
+public slots:
+    void runOperationQueue();
+
+signals:
+    void filesAdded();
+    void filesUpdated();
+    void filesRemoved(QVector<qint64> ids);
+    void fileLoaded();
+    void thumbnailLoaded(qlonglong fileId, QImage *image);
+    void startedOpration(FileOperationType type, QString label);
+    void operationProgress(FileOperationType type, QString text, int percent);
+    void finishedOpration(FileOperationType type);
+    /** Text, then title. */
+    void error(QString text, QString title);
+    void finished();
+    void updateTags(QVector<qint64> ids);
+    void updateNodes(QVector<qint64> ids);
+    void updatedFiles(QVector<qint64> ids);
+    void extractedTempFiles(QVector<QPair<qint64, QString>> files);
+    void duplicatesReady(PresentableDuplicates duplicates);
+    void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
+    void noLongerPresent(QVector<qint64> ids);
+    void present(QVector<qint64> ids);
+    void importNotification(QList<ShellFile> files);
+    void remadeAllThumbnails();
+
+protected:
+    const DBDetails &details() const { return m_details; }
+    /** The driver's options for the worker's connection. */
+    virtual QString connectOptions() const { return QString(); }
+    /** Called once the connection is open. */
+    virtual void prepareConnection() {}
+
+private:
+    bool openConnection();
+    void removeConnection();
+    bool takeNext(FileOperation &operation);
+    void dispatch(const FileOperation &operation);
+    template <class Operation>
+    void runAnnounced(const FileOperation &operation, const QString &label);
+    void dropQueue();
+    void finishRun();
+
+    const QString m_connectionName;
+    const DBDetails m_details;
+    IdCodeGenerator m_idCodes;
+
+    mutable QMutex m_queueMutex;
+    QList<FileOperation *> m_queue;
+    bool m_isRunning = false; ///< guarded with the queue
+
+    mutable QMutex m_stopMutex;
+    bool m_stop = false;
+    mutable QMutex m_cancelMutex;
+    bool m_cancel = false;
+
+    QMutex m_imagesMutex;
+    QSet<QImage *> m_imagesOnTheirWay;
+};

@@ -1,0 +1,50 @@
+#include "fileops/sqlitefileoperationworker.h"
+
+QString SqliteFileOperationWorker::connectOptions() const
+{
+    return QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000");
+}
+
+void SqliteFileOperationWorker::prepareConnection()
+{
+    // The unique id codes are written at random places of their index: 64 MiB keep it in memory.
+    runAsync(QStringLiteral("PRAGMA cache_size=-65536;"));
+}
+
+bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
+{
+    if (connectionName != this->connectionName())
+        return FileOperationWorker::beginTransaction(connectionName);
+    forgetLostSavepoint();
+    m_lastIds.clear();
+    m_isInTransaction = runAsync(QStringLiteral("BEGIN IMMEDIATE;"));
+    return m_isInTransaction;
+}
+
+bool SqliteFileOperationWorker::commitTransaction(const QString &connectionName)
+{
+    const bool success = FileOperationWorker::commitTransaction(connectionName);
+    m_isInTransaction = m_isInTransaction && !success;
+    return success;
+}
+
+bool SqliteFileOperationWorker::rollbackTransaction(const QString &connectionName)
+{
+    m_isInTransaction = false;
+    return FileOperationWorker::rollbackTransaction(connectionName);
+}
+
+bool SqliteFileOperationWorker::nextId(const QString &table, const QString &column, qint64 &id)
+{
+    if (!m_isInTransaction)
+        return FileOperationWorker::nextId(table, column, id);
+    const auto last = m_lastIds.find(table);
+    if (last != m_lastIds.end()) {
+        id = ++last.value();
+        return true;
+    }
+    if (!FileOperationWorker::nextId(table, column, id))
+        return false;
+    m_lastIds.insert(table, id);
+    return true;
+}

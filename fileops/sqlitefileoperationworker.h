@@ -1,0 +1,28 @@
+#pragma once
+
+#include "fileops/fileoperationworker.h"
+
+/** The worker of a local database, whose only writer it is while it holds a transaction. */
+class SqliteFileOperationWorker : public FileOperationWorker
+{
+    Q_OBJECT
+
+public:
+    using FileOperationWorker::FileOperationWorker;
+
+    /** Within a transaction the highest key is read once and counted on from there. */
+    bool nextId(const QString &table, const QString &column, qint64 &id) override;
+
+    /** Takes the write lock at once, so that no edit of the window comes between reading and writing. */
+    bool beginTransaction(const QString &connectionName) override;
+    bool commitTransaction(const QString &connectionName) override;
+    bool rollbackTransaction(const QString &connectionName) override;
+
+protected:
+    QString connectOptions() const override;
+    void prepareConnection() override;
+
+private:
+    bool m_isInTransaction = false;
+    QHash<QString, qint64> m_lastIds;
+};

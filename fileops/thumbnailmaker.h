@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+class FileOperationQueries;
+
+/**
+ * Makes the small pictures of image files: 128 by 128 pixels, the picture centred on a transparent canvas.
+ * Large pictures are read at a reduced size and huge ones refused, so that memory stays bounded. Worker's
+ * thread.
+ */
+class ThumbnailMaker
+{
+public:
+    explicit ThumbnailMaker(FileOperationQueries &queries) : m_queries(queries) {}
+
+    /** Stores the thumbnail of a file as a new row, or in place of the one that is there. */
+    bool makeThumbnail(const QString &path, qint64 thumbnailId, bool isNew);
+
+    /** True for a file name whose ending is one of an image format that can be read. */
+    static bool isImageName(const QString &path);
+    /** The canvas with the picture; null when the file is no picture that can be read. Any thread. */
+    static QImage thumbnailOf(const QString &path);
+
+private:
+    FileOperationQueries &m_queries;
+};
