@@ -156,9 +156,13 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
     QSqlQuery links(database);
     QSqlQuery statement(database);
     // A server sends one open result at a time: there the links are fetched whole before the other starts.
+    // The names of their columns come first too, as the driver asks the server for them.
     links.setForwardOnly(database.driverName() == Constants::sqliteDriver);
-    if (links.exec(linksQuery) && executeForwardOnly(statement, query))
-        SliceReader(sliceRows, take).readJoined(statement, links);
+    if (links.exec(linksQuery)) {
+        const QStringList linkColumns = QueryRunner::columnNames(links);
+        if (executeForwardOnly(statement, query))
+            SliceReader(sliceRows, take).readJoined(statement, links, linkColumns);
+    }
     const bool linksFailed = reportError(links);
     return !reportError(statement) && !linksFailed;
 }

@@ -33,11 +33,11 @@ void SliceReader::read(QSqlQuery &query, const SliceKey &key)
     finish(!query.lastError().isValid());
 }
 
-void SliceReader::readJoined(QSqlQuery &query, QSqlQuery &links)
+void SliceReader::readJoined(QSqlQuery &query, QSqlQuery &links, const QStringList &linkColumns)
 {
     m_columns = QueryRunner::columnNames(query);
     const int ownColumns = m_columns.size();
-    m_columns += QueryRunner::columnNames(links).mid(1);
+    m_columns += linkColumns.mid(1);
     const QVector<int> keyOnly{0};
     bool hasLink = links.next();
     qint64 linkKey = hasLink ? links.value(0).toLongLong() : 0;

@@ -32,7 +32,7 @@ public:
     /** Reads an executed query to its end, or to an error that its lastError() tells. */
     void read(QSqlQuery &query, const SliceKey &key);
     /** Reads two executed queries, both ordered by their first column, as one LEFT JOIN. */
-    void readJoined(QSqlQuery &query, QSqlQuery &links);
+    void readJoined(QSqlQuery &query, QSqlQuery &links, const QStringList &linkColumns);
 
 private:
     TableRowData &nextRow();
