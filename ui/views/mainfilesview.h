@@ -1,0 +1,112 @@
+#pragma once
+
+#include <QModelIndex>
+#include <QPointer>
+#include <QWidget>
+
+class Delegate;
+class File;
+class FileActions;
+class ListView;
+class MainUi;
+class MainViewController;
+class QAbstractItemView;
+class QDropEvent;
+class QItemSelection;
+class QItemSelectionModel;
+class QKeyEvent;
+class QLineEdit;
+class QStackedWidget;
+class QUrl;
+class TableView;
+class TitleWidget;
+
+/**
+ * The centre of the window: the files of the present selection as thumbnails or as a table, and the commands
+ * on them. Both views share one model and one selection. Holds no data: gestures become calls on the
+ * controller. GUI thread.
+ */
+class MainFilesView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit MainFilesView(QWidget *parent = nullptr);
+    /** Stores the state of the table's header when a database is open. */
+    ~MainFilesView() override;
+
+    /** Fills the menu and the bars that belong to files. Once, while the window is set up. */
+    void takePlaces(MainUi &ui);
+
+    /** Borrowed; null, before the database closes, empties and disables the view. */
+    void setController(MainViewController *controller);
+
+signals:
+    /** The first of the files that have been selected; 0 when none is any more. */
+    void fileSelected(qlonglong fileId);
+    void statusTextChanged(QString text);
+
+public slots:
+    void updateActionsAvailability();
+    void iconViewSelected(bool on);
+    void openContextMenu(const QPoint &pos);
+    void openFileExternally();
+    /** The flag bypasses the program's own viewer. */
+    void openFile(const QModelIndex &index, bool forceExternal);
+    void openFile(const QModelIndex &index);
+    void openFileManager();
+    void deleteSelectedItems();
+    void deleteSelectedItemsFromNode();
+    void showFileProperties();
+    void showRelatedFiles();
+    void searchFile();
+    /** The tags stand in the data of the action that was triggered. */
+    void linkTagsToFiles();
+    void fileDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight);
+    void fileSelectionChanged(const QItemSelection &selected);
+    void addFiles();
+    void addHyperlinks();
+    void changeEditMode(bool on);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void makeViews();
+    void setUpView(QAbstractItemView *view);
+    void connectActions();
+    void attachModel();
+    void detachModel();
+    void connectModel();
+    void restoreHeader();
+    void saveHeader();
+
+    QAbstractItemView *currentView() const;
+    QItemSelectionModel *selection() const;
+    bool isWritable() const;
+    /** False, after telling the user so, for a read-only database; silently false without one. */
+    bool mayEdit();
+    const File *fileAt(const QModelIndex &index) const;
+    int selectedCount() const;
+    QVector<qint64> selectedIds() const;
+    const File *firstSelectedFile() const;
+    qint64 nodeToRemoveFrom() const;
+    void updateStatusText();
+    void updateEmptyText();
+    void followRequirements();
+
+    bool handleKey(QKeyEvent *event);
+    bool handleDrag(QDropEvent *event);
+    bool handleDrop(QDropEvent *event);
+    void addUrls(const QList<QUrl> &urls);
+
+    TitleWidget *m_title;
+    QStackedWidget *m_stack;
+    ListView *m_listView;
+    TableView *m_tableView;
+    FileActions *m_actions;
+    QPointer<MainViewController> m_controller;
+    QPointer<QLineEdit> m_searchEdit;
+    bool m_isEditMode = false;
+    bool m_isSearching = false;
+};

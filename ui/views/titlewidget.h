@@ -1,0 +1,48 @@
+#pragma once
+
+#include "core/nodetype.h"
+
+#include <QPointer>
+#include <QVector>
+#include <QWidget>
+
+class MainViewController;
+class QLabel;
+
+/**
+ * The bar above the main view: says in words which requirement gave the files below, and takes tags dropped
+ * on it as a new requirement. GUI thread.
+ */
+class TitleWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TitleWidget(QWidget *parent = nullptr);
+
+    /** Borrowed; null clears the bar. */
+    void setController(MainViewController *controller);
+
+public slots:
+    void clear();
+    void setRequirements(NodeType type, QVector<qint64> required, QVector<qint64> eitherOr,
+                         QVector<qint64> excluded);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void showTexts(const QString &heading, const QString &text);
+    QString requirementText() const;
+    void refreshNames();
+
+    QPointer<MainViewController> m_controller;
+    QLabel *m_heading;
+    QLabel *m_text;
+    // What the bar says, so that it can be said anew when a tag gets another name.
+    NodeType m_type = NodeType(0);
+    QVector<qint64> m_required;
+    QVector<qint64> m_eitherOr;
+    QVector<qint64> m_excluded;
+};
