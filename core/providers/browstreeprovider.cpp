@@ -1,0 +1,168 @@
+#include "core/providers/browstreeprovider.h"
+
+#include "core/providers/chunks.h"
+#include "core/providers/singlevalue.h"
+#include "db/abstractqueryconstructor.h"
+#include "db/transaction.h"
+
+namespace {
+const QLatin1String nodesTable("tb_nodes");
+const QLatin1String linksTable("tb_node_links");
+
+QString flagText(bool isSet)
+{
+    return isSet ? QStringLiteral("1") : QStringLiteral("0");
+}
+} // namespace
+
+BrowsTreeProvider::BrowsTreeProvider(const AbstractQueryConstructor *constructor, QObject *parent)
+    : BaseDBProvider(constructor, parent)
+{
+}
+
+void BrowsTreeProvider::loadAllNodes()
+{
+    request(selectText() + constructor()->statementEnd(), &BrowsTreeProvider::gotAllNodesInfo);
+}
+
+void BrowsTreeProvider::loadNodes(const QVector<qint64> &ids)
+{
+    Chunks::forEach(ids, Chunks::idsPerStatement, [this](const QVector<qint64> &part) {
+        const QString condition =
+            SqlText::fill(QStringLiteral(" WHERE node_id IN (%1)"), {SqlText::idList(part)});
+        request(selectText() + condition + constructor()->statementEnd(), &BrowsTreeProvider::gotNodesInfo);
+        return true;
+    });
+}
+
+qint64 BrowsTreeProvider::addNode(qint64 tagId, bool trOption, bool inverted, qint64 parentId)
+{
+    const qint64 id = insertNode(tagId, trOption, inverted);
+    if (id <= 0)
+        return 0;
+    // A link that fails leaves a node at the top level, and so the node is shown in either case.
+    addLink(parentId, id);
+    loadNode(id);
+    return id;
+}
+
+qint64 BrowsTreeProvider::addNodeAbove(qint64 tagId, bool trOption, bool inverted, qint64 parentId,
+                                       qint64 childId)
+{
+    // The new node must be among the records before its child moves below it.
+    const qint64 id = addNode(tagId, trOption, inverted, parentId);
+    if (id > 0)
+        updateParent({childId}, id);
+    return id;
+}
+
+bool BrowsTreeProvider::addLink(qint64 parentId, qint64 childId)
+{
+    return runSync(linkInsertText(parentId, childId) + constructor()->statementEnd());
+}
+
+void BrowsTreeProvider::removeNodes(const QVector<qint64> &ids)
+{
+    const QString statement =
+        constructor()->deleteQuery(nodesTable) + QLatin1String(" WHERE node_id IN (%1)");
+    if (!ids.isEmpty() && runForIds(statement, ids))
+        emit nodesRemoved(ids);
+}
+
+void BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QString &value)
+{
+    const QString statement = constructor()->updateQuery({column}, nodesTable, {value}) +
+                              SqlText::fill(QStringLiteral(" WHERE node_id=%1"), {QString::number(id)});
+    if (runSync(statement + constructor()->statementEnd()))
+        emit nodeValueUpdated(id, column, value);
+}
+
+void BrowsTreeProvider::updateParent(const QVector<qint64> &ids, qint64 parentId)
+{
+    const QString statement =
+        constructor()->updateQuery({QStringLiteral("parent_id")}, linksTable, {QString::number(parentId)}) +
+        QLatin1String(" WHERE child_id IN (%1)");
+    if (!ids.isEmpty() && runForIds(statement, ids))
+        emit nodeParentUpdated(ids, parentId);
+}
+
+void BrowsTreeProvider::loadAutolinks() {}
+
+void BrowsTreeProvider::addAutolink(const QString &, const QString &, const QString &) {}
+
+void BrowsTreeProvider::addAutolinkToNode(const QString &, qint64) {}
+
+void BrowsTreeProvider::removeAutolinkFromNode(const QString &, qint64) {}
+
+void BrowsTreeProvider::removeAutolink(const QString &) {}
+
+void BrowsTreeProvider::updateAutolink(const QString &, const QString &, const QString &) {}
+
+void BrowsTreeProvider::loadAllTrees() {}
+
+void BrowsTreeProvider::addTree(const QString &) {}
+
+void BrowsTreeProvider::removeTree(qint64) {}
+
+void BrowsTreeProvider::updateTree(qint64, const QString &, const QString &) {}
+
+void BrowsTreeProvider::setCurrentTree(qint64) {}
+
+void BrowsTreeProvider::loadNode(qint64 id)
+{
+    const QString condition =
+        SqlText::fill(QStringLiteral(" WHERE tb_nodes.node_id=%1"), {QString::number(id)});
+    request(selectText() + condition + constructor()->statementEnd(), &BrowsTreeProvider::nodesAdded);
+}
+
+void BrowsTreeProvider::removeLinks(const QVector<qint64> &childIds)
+{
+    runForIds(constructor()->deleteQuery(linksTable) + QLatin1String(" WHERE child_id IN (%1)"), childIds);
+}
+
+QStringList BrowsTreeProvider::nodeColumns() const
+{
+    return {QStringLiteral("tb_nodes.*"), QStringLiteral("tags.tag_name as node_name"),
+            QStringLiteral("tb_node_links.parent_id as node_parent_id")};
+}
+
+QString BrowsTreeProvider::selectText() const
+{
+    const QString tags = constructor()->joinQuery(LeftJoin, QStringLiteral("tags"),
+                                                  QStringLiteral("tags.tag_id=tb_nodes.tag_id"));
+    const QString links = constructor()->joinQuery(LeftJoin, linksTable,
+                                                   QStringLiteral("tb_node_links.child_id=tb_nodes.node_id"));
+    return constructor()->selectQuery(nodeColumns(), nodesTable + tags + links);
+}
+
+QString BrowsTreeProvider::insertText(qint64 tagId, bool trOption, bool inverted) const
+{
+    return constructor()->insertQuery(
+        {QStringLiteral("tag_id"), QStringLiteral("tr_options"), QStringLiteral("inverted")}, nodesTable,
+        {{QString::number(tagId), flagText(trOption), flagText(inverted)}});
+}
+
+QString BrowsTreeProvider::linkInsertText(qint64 parentId, qint64 childId) const
+{
+    return constructor()->insertQuery({QStringLiteral("parent_id"), QStringLiteral("child_id")}, linksTable,
+                                      {{QString::number(parentId), QString::number(childId)}});
+}
+
+qint64 BrowsTreeProvider::insertNode(qint64 tagId, bool trOption, bool inverted)
+{
+    if (!runSync(insertText(tagId, trOption, inverted) + constructor()->statementEnd()))
+        return 0;
+    return SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("node_id"))).toLongLong();
+}
+
+bool BrowsTreeProvider::runForIds(const QString &statement, const QVector<qint64> &ids)
+{
+    const auto run = [this, &statement](const QVector<qint64> &part) {
+        return runSync(SqlText::fill(statement, {SqlText::idList(part)}) + constructor()->statementEnd());
+    };
+    if (ids.size() <= Chunks::idsPerStatement)
+        return Chunks::forEach(ids, Chunks::idsPerStatement, run);
+    Transaction transaction(*this);
+    return transaction.isActive() && Chunks::forEach(ids, Chunks::idsPerStatement, run) &&
+           transaction.commit();
+}

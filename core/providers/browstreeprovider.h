@@ -1,0 +1,78 @@
+#pragma once
+
+#include "db/basedbprovider.h"
+
+/**
+ * The statements of the browsing trees that both back-ends share. GUI thread, default connection; each
+ * operation is over, and its signal out, when it returns. The auto link operations are a local database's,
+ * the operations over trees a server's: here both do nothing.
+ */
+class BrowsTreeProvider : public BaseDBProvider
+{
+    Q_OBJECT
+
+public:
+    explicit BrowsTreeProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+
+    virtual void loadAllNodes();
+    virtual void loadNodes(const QVector<qint64> &ids);
+
+    /** Inserts a node below a parent (0 the top level), emits nodesAdded; gives its id, 0 on failure. */
+    virtual qint64 addNode(qint64 tagId, bool trOption, bool inverted, qint64 parentId);
+    /** The same between a child and its parent: nodesAdded comes first, then nodeParentUpdated. */
+    virtual qint64 addNodeAbove(qint64 tagId, bool trOption, bool inverted, qint64 parentId, qint64 childId);
+    virtual bool addLink(qint64 parentId, qint64 childId);
+
+    /** Removes the rows of the nodes alone; NodeRemover takes their links along. */
+    virtual void removeNodes(const QVector<qint64> &ids);
+    virtual void updateNode(qint64 id, const QString &column, const QString &value);
+    virtual void updateParent(const QVector<qint64> &ids, qint64 parentId);
+
+    virtual void loadAutolinks();
+    virtual void addAutolink(const QString &path, const QString &relPath, const QString &linkId);
+    virtual void addAutolinkToNode(const QString &linkId, qint64 nodeId);
+    virtual void removeAutolinkFromNode(const QString &linkId, qint64 nodeId);
+    virtual void removeAutolink(const QString &linkId);
+    virtual void updateAutolink(const QString &linkId, const QString &absPath, const QString &relPath);
+
+    virtual void loadAllTrees();
+    virtual void addTree(const QString &name);
+    virtual void removeTree(qint64 id);
+    virtual void updateTree(qint64 id, const QString &column, const QString &value);
+    virtual void setCurrentTree(qint64 id);
+
+    virtual void loadNode(qint64 id);
+    virtual void removeLinks(const QVector<qint64> &childIds);
+
+signals:
+    void gotAllNodesInfo(bool ok, const TableData &table);
+    void gotNodesInfo(bool ok, const TableData &table);
+    void nodesAdded(bool ok, const TableData &table);
+    void nodesRemoved(const QVector<qint64> &ids);
+    void nodeValueUpdated(qlonglong id, const QString &column, const QString &value);
+    void nodeParentUpdated(const QVector<qint64> &ids, qlonglong parentId);
+    void gotAllAutolinksInfo(bool ok, const TableData &table);
+    void addedNewAutolink(const QString &path, const QString &relPath, const QString &linkId);
+    void addedAutolinkToNode(bool ok, const QString &linkId, qlonglong nodeId);
+    void removedAutolinkFromNode(bool ok, const QString &linkId, qlonglong nodeId);
+    void removedAutolink(bool ok, const QString &linkId);
+    void updatedAutolink(bool ok, const QString &linkId, const QString &absPath, const QString &relPath);
+    void gotAllBrowsTreesInfo(bool ok, const TableData &table);
+    void addedNewBrowsingTree(qlonglong id, const QString &name);
+    void removedBrowsingTree(qlonglong id);
+    void updatedBrowsingTree(qlonglong id, const QString &name);
+
+protected:
+    /** The columns of the shared select, in the order of the statement. */
+    virtual QStringList nodeColumns() const;
+    QString selectText() const;
+    /** The insert of a node without its end, so that a dialect may add to it. */
+    QString insertText(qint64 tagId, bool trOption, bool inverted) const;
+    virtual QString linkInsertText(qint64 parentId, qint64 childId) const;
+    /** Runs the insert of a node and gives its id, 0 on failure. */
+    virtual qint64 insertNode(qint64 tagId, bool trOption, bool inverted);
+
+private:
+    /** Fills %1 of a statement without values with the ids and runs it, all of them or none. */
+    bool runForIds(const QString &statement, const QVector<qint64> &ids);
+};

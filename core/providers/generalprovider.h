@@ -1,0 +1,34 @@
+#pragma once
+
+#include "db/basedbprovider.h"
+
+#include <QDateTime>
+#include <QStringList>
+
+/** Answers what a database is: its version, whether it may be written, when it last changed. GUI thread. */
+class GeneralProvider : public BaseDBProvider
+{
+    Q_OBJECT
+
+public:
+    explicit GeneralProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+
+    /** When any client last wrote; false where the back-end does not keep that. */
+    virtual bool lastChangeDate(QDateTime &date);
+
+    /** Runs the statements one by one until one fails; an empty name stands for the default connection. */
+    virtual bool runStatements(const QStringList &statements, const QString &connectionName);
+
+    /** Answers by gotDBVerion. */
+    virtual void loadVersion();
+
+    /** Answers by gotDBReadonly; leaves no row behind, and its failing insert is no error. */
+    virtual void probeReadOnly();
+
+signals:
+    void gotDBVerion(bool ok, const TableData &table);
+    void gotDBReadonly(bool readOnly);
+
+private:
+    bool canWrite();
+};

@@ -1,0 +1,138 @@
+#include "core/providers/groupsprovider.h"
+
+#include "core/providers/chunks.h"
+#include "core/providers/singlevalue.h"
+#include "db/abstractqueryconstructor.h"
+#include "db/transaction.h"
+
+#include <algorithm>
+
+namespace {
+const QLatin1String groupsTable("tag_groups");
+const QLatin1String linksTable("tag_group_links");
+const QLatin1String groupColumn("tag_group_id");
+} // namespace
+
+GroupsProvider::GroupsProvider(const AbstractQueryConstructor *constructor, QObject *parent)
+    : BaseDBProvider(constructor, parent)
+{
+}
+
+qint64 GroupsProvider::addGroup(const QString &name)
+{
+    if (!runSync(insertText(name) + constructor()->statementEnd()))
+        return 0;
+    const qint64 id =
+        SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("group_id"))).toLongLong();
+    if (id > 0)
+        loadGroups({id});
+    return id;
+}
+
+void GroupsProvider::loadAllGroups()
+{
+    request(selectText() + constructor()->statementEnd(), &GroupsProvider::gotAllGroupsInfo);
+}
+
+void GroupsProvider::loadGroups(const QVector<qint64> &ids)
+{
+    Chunks::forEach(ids, Chunks::idsPerStatement, [this](const QVector<qint64> &part) {
+        const QString condition =
+            constructor()->inClause(QStringLiteral("tag_groups.tag_group_id"), SqlText::idTexts(part));
+        request(selectText() + constructor()->whereClause(condition) + constructor()->statementEnd(),
+                &GroupsProvider::groupsUpdated);
+        return true;
+    });
+}
+
+bool GroupsProvider::renameGroup(qint64 id, const QString &name)
+{
+    const QString condition = SqlText::fill(QStringLiteral("tag_group_id=%1"), {QString::number(id)});
+    const bool ok = runSync(constructor()->updateQuery({QStringLiteral("name")}, groupsTable, {name}) +
+                            constructor()->whereClause(condition) + constructor()->statementEnd());
+    emit groupsRenamed(ok, id, name);
+    return ok;
+}
+
+bool GroupsProvider::removeGroups(const QVector<qint64> &ids)
+{
+    if (ids.isEmpty())
+        return true;
+    const bool ok = runRemoval(ids);
+    emit groupsRemoved(ok, ids);
+    return ok;
+}
+
+bool GroupsProvider::setGroupTags(qint64 groupId, const QVector<qint64> &removedTagIds,
+                                  const QVector<qint64> &addedTagIds)
+{
+    if (removedTagIds.isEmpty() && addedTagIds.isEmpty())
+        return true;
+    if (!runTagChange(groupId, removedTagIds, addedTagIds))
+        return false;
+    loadGroups({groupId});
+    return true;
+}
+
+QString GroupsProvider::selectText() const
+{
+    const QString condition = QStringLiteral("tag_groups.tag_group_id = tag_group_links.tag_group_id");
+    return constructor()->selectQuery(
+        {QStringLiteral("tag_groups.*"), QStringLiteral("tag_group_links.tag_id")},
+        groupsTable + constructor()->joinQuery(LeftJoin, linksTable, condition));
+}
+
+QString GroupsProvider::insertText(const QString &name) const
+{
+    return constructor()->insertQuery({QStringLiteral("name")}, groupsTable, {{name}});
+}
+
+bool GroupsProvider::runRemoval(const QVector<qint64> &ids)
+{
+    Transaction transaction(*this);
+    const auto remove = [this](const QVector<qint64> &part) {
+        const QString end =
+            constructor()->whereClause(constructor()->inClause(groupColumn, SqlText::idTexts(part))) +
+            constructor()->statementEnd();
+        return runSync(constructor()->deleteQuery(linksTable) + end) &&
+               runSync(constructor()->deleteQuery(groupsTable) + end);
+    };
+    return transaction.isActive() && Chunks::forEach(ids, Chunks::idsPerStatement, remove) &&
+           transaction.commit();
+}
+
+bool GroupsProvider::runTagChange(qint64 groupId, const QVector<qint64> &removedTagIds,
+                                  const QVector<qint64> &addedTagIds)
+{
+    Transaction transaction(*this);
+    // A tag that is added goes first too: one that is in the group already would fail the whole insert.
+    return transaction.isActive() && removeTagLinks(groupId, removedTagIds) &&
+           removeTagLinks(groupId, addedTagIds) && addTagLinks(groupId, addedTagIds) && transaction.commit();
+}
+
+bool GroupsProvider::removeTagLinks(qint64 groupId, const QVector<qint64> &tagIds)
+{
+    return Chunks::forEach(tagIds, Chunks::idsPerStatement, [this, groupId](const QVector<qint64> &part) {
+        const QString condition =
+            SqlText::fill(QStringLiteral("tag_group_id='%1'"), {QString::number(groupId)}) +
+            constructor()->logicalOperator(AndOperator) +
+            constructor()->inClause(QStringLiteral("tag_id"), SqlText::idTexts(part));
+        return runSync(constructor()->deleteQuery(linksTable) + constructor()->whereClause(condition) +
+                       constructor()->statementEnd());
+    });
+}
+
+bool GroupsProvider::addTagLinks(qint64 groupId, const QVector<qint64> &tagIds)
+{
+    QVector<qint64> distinct = tagIds;
+    std::sort(distinct.begin(), distinct.end());
+    distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
+    return Chunks::forEach(distinct, Chunks::idsPerStatement, [this, groupId](const QVector<qint64> &part) {
+        QVector<QStringList> rows;
+        rows.reserve(part.size());
+        for (const qint64 tagId : part)
+            rows.append({QString::number(tagId), QString::number(groupId)});
+        return runSync(constructor()->insertQuery({QStringLiteral("tag_id"), groupColumn}, linksTable, rows) +
+                       constructor()->statementEnd());
+    });
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "db/basedbprovider.h"
+
+/**
+ * The statements of the tag groups. GUI thread, default connection; each operation is over, and its signal
+ * out, when it returns. What takes more than one statement is one transaction.
+ */
+class GroupsProvider : public BaseDBProvider
+{
+    Q_OBJECT
+
+public:
+    explicit GroupsProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+
+    /** Adds a row and emits groupsUpdated with it. Gives the new id, 0 on failure. */
+    virtual qint64 addGroup(const QString &name);
+
+    /** One row a tag in a group; a group without tags comes once, with a null tag_id. */
+    void loadAllGroups();
+    void loadGroups(const QVector<qint64> &ids);
+
+    bool renameGroup(qint64 id, const QString &name);
+
+    /** Removes the groups and their links to tags; the tags stay. */
+    bool removeGroups(const QVector<qint64> &ids);
+
+    /** Takes tags out of a group and puts others in; tags that are in it already are left as they are. */
+    bool setGroupTags(qint64 groupId, const QVector<qint64> &removedTagIds,
+                      const QVector<qint64> &addedTagIds);
+
+signals:
+    void gotAllGroupsInfo(bool ok, const TableData &table);
+    void groupsRemoved(bool ok, const QVector<qint64> &ids);
+    void groupsRenamed(bool ok, qlonglong id, const QString &name);
+    void groupsUpdated(bool ok, const TableData &table);
+
+protected:
+    QString selectText() const;
+    /** The insert of a new group without its end, so that a dialect may add to it. */
+    QString insertText(const QString &name) const;
+
+private:
+    bool runRemoval(const QVector<qint64> &ids);
+    bool runTagChange(qint64 groupId, const QVector<qint64> &removedTagIds,
+                      const QVector<qint64> &addedTagIds);
+    bool removeTagLinks(qint64 groupId, const QVector<qint64> &tagIds);
+    bool addTagLinks(qint64 groupId, const QVector<qint64> &tagIds);
+};

@@ -1,0 +1,156 @@
+#include "core/providers/mainviewprovider.h"
+
+#include "core/providers/chunks.h"
+#include "db/abstractqueryconstructor.h"
+#include "db/transaction.h"
+
+namespace {
+constexpr int rowsPerSlice = 4096;
+constexpr int filesPerReload = 4000;
+} // namespace
+
+MainViewProvider::MainViewProvider(const AbstractQueryConstructor *constructor, QObject *parent)
+    : BaseDBProvider(constructor, parent)
+{
+}
+
+void MainViewProvider::loadAllFiles()
+{
+    const auto hand = [this](const TableData &slice) { emit gotAllFilesInfo(true, slice); };
+    const bool ok = runSyncJoined(filesText(QString()), tagsText(QString()), rowsPerSlice, hand);
+    emit gotAllFilesInfo(ok, TableData());
+}
+
+void MainViewProvider::loadFiles(const QVector<qint64> &ids)
+{
+    const bool ok = Chunks::forEach(ids, filesPerReload, [this](const QVector<qint64> &part) {
+        TableData rows;
+        const bool isRead = readFiles(part, rows);
+        // Only now, when no result is open any more, a receiver may run statements of its own.
+        if (isRead)
+            emit filesUpdated(true, rows);
+        freeRows(rows);
+        return isRead;
+    });
+    if (!ok)
+        emit filesUpdated(false, TableData());
+}
+
+bool MainViewProvider::updateFile(qint64 id, const QString &column, const QString &value)
+{
+    const QString condition = SqlText::fill(QStringLiteral("file_id = %1"), {QString::number(id)});
+    return updateAndLoad(id, constructor()->updateQuery({column}, QStringLiteral("files"), {value}),
+                         condition);
+}
+
+bool MainViewProvider::updateFilePath(qint64 id, const QString &column, const QString &value)
+{
+    // An internal file's storage_id names a block, whose number may be that of another file's path.
+    const QString condition = SqlText::fill(
+        QStringLiteral("path_id = (SELECT storage_id from files where file_id = %1 and internal = 0)"),
+        {QString::number(id)});
+    return updateAndLoad(id, constructor()->updateQuery({column}, QStringLiteral("file_paths"), {value}),
+                         condition);
+}
+
+bool MainViewProvider::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+{
+    return changeLinks(fileIds, tagIds, &MainViewProvider::linkText);
+}
+
+bool MainViewProvider::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+{
+    return changeLinks(fileIds, tagIds, &MainViewProvider::unlinkText);
+}
+
+QString MainViewProvider::filesText(const QString &condition) const
+{
+    const QString paths =
+        constructor()->joinQuery(LeftJoin, QStringLiteral("file_paths"),
+                                 QStringLiteral("files.storage_id=file_paths.path_id AND files.internal=0"));
+    return constructor()->selectQuery({QStringLiteral("files.*"), QStringLiteral("file_paths.*")},
+                                      QLatin1String("files") + paths) +
+           condition + QLatin1String(" ORDER BY files.file_id") + constructor()->statementEnd();
+}
+
+QString MainViewProvider::tagsText(const QString &condition) const
+{
+    return constructor()->selectQuery({QStringLiteral("file_id"), QStringLiteral("tag_id")},
+                                      QStringLiteral("file_tag")) +
+           condition + QLatin1String(" ORDER BY file_id") + constructor()->statementEnd();
+}
+
+QString MainViewProvider::linkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const
+{
+    const QString files = constructor()->inClause(QStringLiteral("files.file_id"), SqlText::idTexts(fileIds));
+    const QString tags = constructor()->inClause(QStringLiteral("tags.tag_id"), SqlText::idTexts(tagIds));
+    const QString isNew = QStringLiteral("NOT EXISTS (SELECT 1 FROM file_tag"
+                                         " WHERE file_tag.file_id=files.file_id"
+                                         " AND file_tag.tag_id=tags.tag_id)");
+    const QString both = constructor()->logicalOperator(AndOperator);
+    const QString pairs =
+        constructor()->selectQuery({QStringLiteral("files.file_id"), QStringLiteral("tags.tag_id")},
+                                   QStringLiteral("files CROSS JOIN tags"));
+    return QLatin1String("INSERT INTO file_tag (file_id,tag_id) ") + pairs +
+           constructor()->whereClause(files + both + tags + both + isNew);
+}
+
+QString MainViewProvider::unlinkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const
+{
+    return constructor()->deleteQuery(QStringLiteral("file_tag")) +
+           constructor()->whereClause(
+               constructor()->inClause(QStringLiteral("file_id"), SqlText::idTexts(fileIds)) +
+               constructor()->logicalOperator(AndOperator) +
+               constructor()->inClause(QStringLiteral("tag_id"), SqlText::idTexts(tagIds)));
+}
+
+bool MainViewProvider::readFiles(const QVector<qint64> &ids, TableData &rows)
+{
+    const QStringList texts = SqlText::idTexts(ids);
+    const auto condition = [this, &texts](const QString &column) {
+        return constructor()->whereClause(constructor()->inClause(column, texts));
+    };
+    const auto keep = [&rows](const TableData &slice) {
+        for (const TableRowData *row : slice) {
+            auto *copy = new TableRowData(row->columns());
+            for (int i = 0; i < row->columns().size(); ++i)
+                copy->setAt(i, row->at(i));
+            rows.append(copy);
+        }
+    };
+    return runSyncJoined(filesText(condition(QStringLiteral("files.file_id"))),
+                         tagsText(condition(QStringLiteral("file_id"))), rowsPerSlice, keep);
+}
+
+bool MainViewProvider::updateAndLoad(qint64 id, const QString &update, const QString &condition)
+{
+    if (!runSync(update + constructor()->whereClause(condition) + constructor()->statementEnd()))
+        return false;
+    loadFiles({id});
+    return true;
+}
+
+bool MainViewProvider::changeLinks(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
+                                   LinkStatement statement)
+{
+    if (fileIds.isEmpty() || tagIds.isEmpty())
+        return true;
+    if (!runLinkChange(fileIds, tagIds, statement))
+        return false;
+    loadFiles(fileIds);
+    return true;
+}
+
+bool MainViewProvider::runLinkChange(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
+                                     LinkStatement statement)
+{
+    Transaction transaction(*this);
+    const auto runForFiles = [this, &tagIds, statement](const QVector<qint64> &files) {
+        return Chunks::forEach(
+            tagIds, Chunks::idsPerStatement, [this, &files, statement](const QVector<qint64> &tags) {
+                return runSync((this->*statement)(files, tags) + constructor()->statementEnd());
+            });
+    };
+    return transaction.isActive() && Chunks::forEach(fileIds, Chunks::idsPerStatement, runForFiles) &&
+           transaction.commit();
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "db/basedbprovider.h"
+
+/**
+ * The statements of the file records. GUI thread, default connection; each operation is over, and its signals
+ * out, when it returns.
+ *
+ * Rows come one for each pair of file and tag; a row that follows another one of its file carries file_id and
+ * tag_id only, its other values are invalid. The rows of both signals are lent: they live until the receiver
+ * returns and are filled anew after that, so it copies what it needs and frees nothing.
+ */
+class MainViewProvider : public BaseDBProvider
+{
+    Q_OBJECT
+
+public:
+    explicit MainViewProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+
+    /**
+     * Streams all files in slices through gotAllFilesInfo; the rows of one file may stand in two slices, and
+     * a receiver runs no statement until the end. That is an empty slice: with true when all files were
+     * handed on, with false when the reading failed.
+     */
+    void loadAllFiles();
+
+    /**
+     * Emits filesUpdated once for each piece of some thousand files. All rows of a file stand in one piece,
+     * so that each piece is a whole answer for its files. Ids without a file have no rows; a failure ends
+     * with false and an empty table.
+     */
+    void loadFiles(const QVector<qint64> &ids);
+
+    /** Writes one column of "files" and loads the file again; false on failure. */
+    bool updateFile(qint64 id, const QString &column, const QString &value);
+    /** The same for a column of "file_paths"; the file must be an external one. */
+    bool updateFilePath(qint64 id, const QString &column, const QString &value);
+
+    /** Links each of the files to each of the tags, leaving out what is linked: all or nothing. */
+    bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
+    bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
+
+signals:
+    void gotAllFilesInfo(bool ok, const TableData &table);
+    void filesUpdated(bool ok, const TableData &table);
+    void filesAdded(bool ok, const TableData &table);
+    void filesRemoved(bool ok, const TableData &table);
+
+protected:
+    /** All columns of the files and of the external ones' paths, file_id first, in its order. */
+    QString filesText(const QString &condition) const;
+    /** The tags of the files, in the same order. */
+    QString tagsText(const QString &condition) const;
+    QString linkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const;
+    QString unlinkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const;
+
+private:
+    using LinkStatement = QString (MainViewProvider::*)(const QVector<qint64> &,
+                                                        const QVector<qint64> &) const;
+
+    /** Reads the rows of some files; the holder of `rows` owns them, also after a failure. */
+    bool readFiles(const QVector<qint64> &ids, TableData &rows);
+    bool updateAndLoad(qint64 id, const QString &update, const QString &condition);
+    bool changeLinks(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds, LinkStatement statement);
+    bool runLinkChange(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
+                       LinkStatement statement);
+};

@@ -1,0 +1,94 @@
+#include "core/providers/postgresbrowstreeprovider.h"
+
+#include "core/providers/singlevalue.h"
+#include "db/abstractqueryconstructor.h"
+#include "db/sqltext.h"
+
+namespace {
+const QLatin1String treesTable("browsing_trees");
+} // namespace
+
+PostgresBrowsTreeProvider::PostgresBrowsTreeProvider(const AbstractQueryConstructor *constructor,
+                                                     QObject *parent)
+    : BrowsTreeProvider(constructor, parent)
+{
+}
+
+void PostgresBrowsTreeProvider::loadAllNodes()
+{
+    const QString condition =
+        SqlText::fill(QStringLiteral("tb_node_links.browsing_tree_id=%1"), {QString::number(m_currentTree)});
+    request(selectText() + constructor()->whereClause(condition) + constructor()->statementEnd(),
+            &BrowsTreeProvider::gotAllNodesInfo);
+}
+
+void PostgresBrowsTreeProvider::loadAllTrees()
+{
+    request(constructor()->selectQuery({QStringLiteral("*")}, treesTable) + constructor()->statementEnd(),
+            &BrowsTreeProvider::gotAllBrowsTreesInfo);
+}
+
+void PostgresBrowsTreeProvider::addTree(const QString &name)
+{
+    const qint64 id =
+        SingleValue::read(*this, treeInsertText(name) + constructor()->statementEnd()).toLongLong();
+    if (id > 0)
+        emit addedNewBrowsingTree(id, name);
+}
+
+void PostgresBrowsTreeProvider::removeTree(qint64 id)
+{
+    const QString condition = SqlText::fill(QStringLiteral(" WHERE tree_id=%1 "), {QString::number(id)});
+    if (runSync(constructor()->deleteQuery(treesTable) + condition + constructor()->statementEnd()))
+        emit removedBrowsingTree(id);
+}
+
+void PostgresBrowsTreeProvider::updateTree(qint64 id, const QString &column, const QString &value)
+{
+    TableData table;
+    const bool ok = runSync(treeUpdateText(id, column, value) + constructor()->statementEnd(), table);
+    // no row: another client removed the tree
+    if (ok && !table.isEmpty())
+        emit updatedBrowsingTree(table.constFirst()->at(0).toLongLong(),
+                                 table.constFirst()->at(1).toString());
+    freeRows(table);
+}
+
+void PostgresBrowsTreeProvider::setCurrentTree(qint64 id)
+{
+    m_currentTree = id;
+}
+
+QStringList PostgresBrowsTreeProvider::nodeColumns() const
+{
+    return BrowsTreeProvider::nodeColumns() << QStringLiteral("tb_node_links.browsing_tree_id");
+}
+
+qint64 PostgresBrowsTreeProvider::insertNode(qint64 tagId, bool trOption, bool inverted)
+{
+    return SingleValue::read(*this, insertText(tagId, trOption, inverted) +
+                                        QLatin1String(" RETURNING node_id ") + constructor()->statementEnd())
+        .toLongLong();
+}
+
+QString PostgresBrowsTreeProvider::treeInsertText(const QString &name) const
+{
+    return constructor()->insertQuery({QStringLiteral("tree_name")}, treesTable, {{name}}) +
+           QLatin1String(" RETURNING tree_id ");
+}
+
+QString PostgresBrowsTreeProvider::treeUpdateText(qint64 id, const QString &column,
+                                                  const QString &value) const
+{
+    return constructor()->updateQuery({column}, treesTable, {value}) +
+           SqlText::fill(QStringLiteral(" WHERE tree_id=%1"), {QString::number(id)}) +
+           QLatin1String(" RETURNING tree_id, tree_name");
+}
+
+QString PostgresBrowsTreeProvider::linkInsertText(qint64 parentId, qint64 childId) const
+{
+    return constructor()->insertQuery(
+        {QStringLiteral("parent_id"), QStringLiteral("child_id"), QStringLiteral("browsing_tree_id")},
+        QStringLiteral("tb_node_links"),
+        {{QString::number(parentId), QString::number(childId), QString::number(m_currentTree)}});
+}

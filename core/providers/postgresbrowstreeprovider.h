@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/providers/browstreeprovider.h"
+
+/** The browsing trees of a server database: several named ones, of which the current one is read and written.
+ */
+class PostgresBrowsTreeProvider : public BrowsTreeProvider
+{
+    Q_OBJECT
+
+public:
+    explicit PostgresBrowsTreeProvider(const AbstractQueryConstructor *constructor,
+                                       QObject *parent = nullptr);
+
+    void loadAllNodes() override;
+
+    void loadAllTrees() override;
+    void addTree(const QString &name) override;
+    void removeTree(qint64 id) override;
+    void updateTree(qint64 id, const QString &column, const QString &value) override;
+    void setCurrentTree(qint64 id) override;
+
+protected:
+    QStringList nodeColumns() const override;
+    QString linkInsertText(qint64 parentId, qint64 childId) const override;
+    qint64 insertNode(qint64 tagId, bool trOption, bool inverted) override;
+
+    QString treeInsertText(const QString &name) const;
+    QString treeUpdateText(qint64 id, const QString &column, const QString &value) const;
+
+private:
+    qint64 m_currentTree = 0;
+};

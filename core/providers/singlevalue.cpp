@@ -1,0 +1,13 @@
+#include "core/providers/singlevalue.h"
+
+#include "db/basedbprovider.h"
+
+QVariant SingleValue::read(BaseDBProvider &provider, const QString &statement)
+{
+    TableData table;
+    QVariant value;
+    if (provider.runSync(statement, table) && !table.isEmpty())
+        value = table.constFirst()->at(0);
+    freeRows(table);
+    return value;
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/providers/noderemover.h"
+
+/** All that goes with a list of tags. Computed from the records by the caller. */
+struct TagRemovalPlan : NodeRemovalPlan
+{
+    QVector<qint64> tagIds;
+    QStringList removedPaths;
+};
+
+/**
+ * Removes tags with everything that refers to them (files' and groups' links, nodes, relationship paths,
+ * linked folders) in one transaction: all of it or nothing. Lives for one removal on the stack of its caller,
+ * GUI thread, default connection; it emits errors only, and the caller merges the plan when run() gives true.
+ */
+class TagRemover : public NodeRemover
+{
+    Q_OBJECT
+
+public:
+    explicit TagRemover(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+
+    bool run(const TagRemovalPlan &plan);
+
+private:
+    using Pairs = QVector<QPair<qint64, qint64>>;
+
+    bool removeTags(const TagRemovalPlan &plan);
+    /** Nodes of the tags that the records did not hold: those of other trees, or just added by the worker. */
+    bool removeUnknownNodes(const QVector<qint64> &tagIds);
+    bool removePaths(const TagRemovalPlan &plan);
+    /** Appends two columns of the rows whose column is one of the ids. */
+    bool readPairs(const QString &first, const QString &second, const QString &table, const QString &column,
+                   const QVector<qint64> &ids, Pairs &pairs);
+};

@@ -1,0 +1,84 @@
+#include "core/providers/tagsprovider.h"
+
+#include "core/providers/chunks.h"
+#include "core/providers/singlevalue.h"
+#include "db/abstractqueryconstructor.h"
+#include "db/transaction.h"
+
+#include <QDateTime>
+
+TagsProvider::TagsProvider(const AbstractQueryConstructor *constructor, QObject *parent)
+    : BaseDBProvider(constructor, parent)
+{
+}
+
+qint64 TagsProvider::addTag(const QString &name)
+{
+    if (!runSync(insertText(name) + constructor()->statementEnd()))
+        return 0;
+    const qint64 id =
+        SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("tag_id"))).toLongLong();
+    if (id > 0)
+        loadTags({id});
+    return id;
+}
+
+void TagsProvider::loadAllTags()
+{
+    request(selectText() + constructor()->statementEnd(), &TagsProvider::gotAllTagInfo);
+}
+
+void TagsProvider::loadTags(const QVector<qint64> &ids)
+{
+    Chunks::forEach(ids, Chunks::idsPerStatement, [this](const QVector<qint64> &part) {
+        request(selectText() + conditionText(part) + constructor()->statementEnd(),
+                &TagsProvider::tagsUpdated);
+        return true;
+    });
+}
+
+bool TagsProvider::updateTag(qint64 id, const QString &column, const QString &value)
+{
+    const QString condition = SqlText::fill(QStringLiteral("tag_id=%1"), {QString::number(id)});
+    const QString statement = constructor()->updateQuery({column}, QStringLiteral("tags"), {value}) +
+                              constructor()->whereClause(condition) + constructor()->statementEnd();
+    if (!runSync(statement))
+        return false;
+    loadTags({id});
+    return true;
+}
+
+bool TagsProvider::removeTags(const QVector<qint64> &ids)
+{
+    if (ids.isEmpty())
+        return true;
+    Transaction transaction(*this);
+    const auto remove = [this](const QVector<qint64> &part) {
+        return runSync(constructor()->deleteQuery(QStringLiteral("tags")) + conditionText(part) +
+                       constructor()->statementEnd());
+    };
+    const bool ok = transaction.isActive() && Chunks::forEach(ids, Chunks::idsPerStatement, remove) &&
+                    transaction.commit();
+    // whoever listens may run statements of its own, which must not be part of a failed removal
+    transaction.rollBack();
+    emit tagsRemoved(ok, ids);
+    return ok;
+}
+
+QString TagsProvider::selectText() const
+{
+    return constructor()->selectQuery({QStringLiteral("*")}, QStringLiteral("tags"));
+}
+
+QString TagsProvider::insertText(const QString &name) const
+{
+    return constructor()->insertQuery(
+        {QStringLiteral("tag_name"), QStringLiteral("tag_description"), QStringLiteral("creation_date")},
+        QStringLiteral("tags"), {{name, QString(), QString::number(QDateTime::currentSecsSinceEpoch())}});
+}
+
+QString TagsProvider::conditionText(const QVector<qint64> &ids) const
+{
+    return constructor()->whereClause(
+        constructor()->inClause(QStringLiteral("tag_id"), SqlText::idTexts(ids)));
+}
