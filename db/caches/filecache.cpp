@@ -1,0 +1,175 @@
+#include "db/caches/filecache.h"
+
+#include "core/file.h"
+#include "db/caches/filecolumns.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+FileCache::FileCache() = default;
+
+FileCache::~FileCache()
+{
+    abandonLoad();
+    qDeleteAll(m_files.items());
+}
+
+QList<File *> FileCache::clear()
+{
+    Map<qint64, File *> old;
+    old.swap(m_files);
+    m_missing.clear();
+    return old.values();
+}
+
+void FileCache::beginLoad()
+{
+    abandonLoad();
+}
+
+void FileCache::addSlice(const TableData &rows)
+{
+    if (rows.isEmpty())
+        return;
+    if (!m_columns || !m_columns->fits(rows.first()->columns()))
+        m_columns = std::make_unique<FileColumns>(rows.first()->columns());
+    for (const TableRowData *row : rows) {
+        const qint64 fileId = m_columns->fileId(*row);
+        if (!m_current || m_current->id() != fileId) {
+            finishFile();
+            startFile(*row, fileId);
+        }
+        const qint64 tagId = m_columns->tagId(*row);
+        if (tagId > 0)
+            m_currentTags.append(tagId);
+    }
+}
+
+void FileCache::startFile(const TableRowData &row, qint64 fileId)
+{
+    // Rows in the order of their ids need no look-up.
+    m_current = fileId > m_highestId ? nullptr : m_loading.value(fileId);
+    if (m_current) {
+        m_currentTags = m_current->tags();
+        return;
+    }
+    m_current = m_columns->makeFile(row);
+    m_loading.insert(fileId, m_current);
+    m_highestId = qMax(m_highestId, fileId);
+}
+
+void FileCache::finishFile()
+{
+    if (m_current && !m_currentTags.isEmpty())
+        m_current->setTags(m_currentTags);
+    m_currentTags.resize(0);
+}
+
+QList<File *> FileCache::finishLoad()
+{
+    finishFile();
+    m_current = nullptr;
+    m_highestId = 0;
+    m_columns.reset();
+    m_files.swap(m_loading);
+    m_missing.clear();
+    const QList<File *> old = m_loading.values();
+    m_loading.clear();
+    return old;
+}
+
+void FileCache::abandonLoad()
+{
+    qDeleteAll(m_loading.items());
+    m_loading.clear();
+    m_current = nullptr;
+    m_highestId = 0;
+    m_columns.reset();
+    m_currentTags.resize(0);
+}
+
+FileCache::Merge FileCache::merge(const TableData &rows)
+{
+    Merge result;
+    if (rows.isEmpty())
+        return result;
+    const FileColumns columns(rows.first()->columns());
+    struct FileRows
+    {
+        const TableRowData *first = nullptr; // the one that carries all values of its file
+        QVector<qint64> tags;
+    };
+    QHash<qint64, int> places;
+    QVector<FileRows> gathered;
+    for (const TableRowData *row : rows) {
+        const qint64 fileId = columns.fileId(*row);
+        const int place = places.value(fileId, gathered.size());
+        if (place == gathered.size()) {
+            places.insert(fileId, place);
+            gathered.append(FileRows{row, {}});
+        }
+        const qint64 tagId = columns.tagId(*row);
+        if (tagId > 0)
+            gathered[place].tags.append(tagId);
+    }
+    for (const auto &[row, tags] : qAsConst(gathered)) {
+        File *file = m_files.value(columns.fileId(*row));
+        if (!file) {
+            file = columns.makeFile(*row);
+            file->setTags(tags);
+            m_files.insert(file->id(), file);
+            result.added.insert(file->id(), file);
+            continue;
+        }
+        const bool tagsDiffer = file->tags() != tags;
+        file->setTags(tags);
+        if (columns.update(*file, *row) || tagsDiffer)
+            result.changed.append(file->id());
+    }
+    return result;
+}
+
+QList<File *> FileCache::take(const QVector<qint64> &fileIds)
+{
+    QList<File *> taken;
+    for (const qint64 fileId : fileIds) {
+        File *file = m_files.take(fileId);
+        if (!file)
+            continue;
+        taken.append(file);
+        m_missing.remove(fileId);
+    }
+    return taken;
+}
+
+QVector<qint64> FileCache::forgetTags(const QVector<qint64> &tagIds)
+{
+    const QSet<qint64> gone(tagIds.cbegin(), tagIds.cend());
+    const auto isGone = [&gone](qint64 tagId) { return gone.contains(tagId); };
+    QVector<qint64> changed;
+    for (File *file : qAsConst(m_files)) {
+        if (std::none_of(file->tags().cbegin(), file->tags().cend(), isGone))
+            continue;
+        QVector<qint64> tags = file->tags();
+        tags.erase(std::remove_if(tags.begin(), tags.end(), isGone), tags.end());
+        file->setTags(tags);
+        changed.append(file->id());
+    }
+    return changed;
+}
+
+QVector<qint64> FileCache::setMissing(const QVector<qint64> &fileIds, bool missing)
+{
+    QVector<qint64> changed;
+    for (const qint64 fileId : fileIds) {
+        if (!m_files.contains(fileId) || m_missing.contains(fileId) == missing)
+            continue;
+        if (missing)
+            m_missing.insert(fileId);
+        else
+            m_missing.remove(fileId);
+        changed.append(fileId);
+    }
+    return changed;
+}

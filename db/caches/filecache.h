@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/map.h"
+#include "db/tabledata.h"
+
+#include <QSet>
+#include <QVector>
+
+#include <memory>
+
+class File;
+class FileColumns;
+
+/**
+ * All file records by id, owned, and which external files are known to be missing. Rows come from a join, one
+ * for each tag of a file; those of one file follow each other. A full load runs in slices: begin, a slice at
+ * a time, finish or abandon. GUI thread.
+ */
+class FileCache
+{
+public:
+    FileCache();
+    ~FileCache();
+    FileCache(const FileCache &) = delete;
+    FileCache &operator=(const FileCache &) = delete;
+
+    Map<qint64, File *> &map() { return m_files; }
+    const Map<qint64, File *> &map() const { return m_files; }
+
+    /** Empties the cache and gives the old records for deletion. */
+    QList<File *> clear();
+
+    /** Forgets what an unfinished load had read. */
+    void beginLoad();
+    /** The rows stay the caller's. */
+    void addSlice(const TableData &rows);
+    /** Makes what was read the contents and gives the records held before for deletion. */
+    QList<File *> finishLoad();
+    void abandonLoad();
+
+    struct Merge
+    {
+        Map<qint64, File *> added;
+        QVector<qint64> changed; ///< known files with another value or tag list
+    };
+    /** Takes in all rows of the files that stand in them; they stay the caller's. */
+    Merge merge(const TableData &rows);
+
+    /** Takes records out; the caller becomes their owner. Unknown ids are passed over. */
+    QList<File *> take(const QVector<qint64> &fileIds);
+
+    /** Takes tags off all files; gives the ids of those that had one. */
+    QVector<qint64> forgetTags(const QVector<qint64> &tagIds);
+
+    bool isMissing(qint64 fileId) const { return m_missing.contains(fileId); }
+    const QSet<qint64> &missing() const { return m_missing; }
+    /** Notes the state; gives the known files for which it is another one than before. */
+    QVector<qint64> setMissing(const QVector<qint64> &fileIds, bool missing);
+
+private:
+    void finishFile();
+    void startFile(const TableRowData &row, qint64 fileId);
+
+    Map<qint64, File *> m_files;
+    QSet<qint64> m_missing;
+
+    // A load under way.
+    Map<qint64, File *> m_loading;
+    std::unique_ptr<FileColumns> m_columns;
+    File *m_current = nullptr;
+    qint64 m_highestId = 0;
+    QVector<qint64> m_currentTags;
+};

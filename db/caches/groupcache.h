@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/map.h"
+#include "db/tabledata.h"
+
+#include <QVector>
+
+class GroupItem;
+
+/**
+ * The tag groups by id, owned. Models hold the map itself and listen to it, so it stays the same object as
+ * long as the manager lives; a group is complete with its tags before the map tells of it. GUI thread.
+ */
+class GroupCache
+{
+public:
+    GroupCache() = default;
+    ~GroupCache();
+    GroupCache(const GroupCache &) = delete;
+    GroupCache &operator=(const GroupCache &) = delete;
+
+    Map<qint64, GroupItem *> &map() { return m_groups; }
+    const Map<qint64, GroupItem *> &map() const { return m_groups; }
+
+    /** The rows of both come one for each tag of a group and stay the caller's. */
+    void replaceAll(const TableData &rows);
+    void merge(const TableData &rows);
+
+    void rename(qint64 groupId, const QString &name);
+    void remove(const QVector<qint64> &groupIds);
+    /** Takes tags out of every group. */
+    void forgetTags(const QVector<qint64> &tagIds);
+
+private:
+    Map<qint64, GroupItem *> m_groups;
+};

@@ -1,0 +1,232 @@
+#include "db/caches/nodecache.h"
+
+#include "core/tbnode.h"
+
+#include <QDebug>
+#include <QSet>
+
+/** The values of one row of the select of nodes. */
+struct NodeCache::Row
+{
+    explicit Row(const TableRowData &row)
+        : id(row.value(QStringLiteral("node_id")).toLongLong()),
+          parentId(row.value(QStringLiteral("node_parent_id")).toLongLong()),
+          tagId(row.value(QStringLiteral("tag_id")).toLongLong()),
+          treeId(row.value(QStringLiteral("browsing_tree_id")).toLongLong()),
+          name(row.value(QStringLiteral("node_name")).toString()),
+          inverted(row.value(QStringLiteral("inverted")).toInt() != 0),
+          trOption(row.value(QStringLiteral("tr_options")).toInt() != 0)
+    {
+    }
+
+    TBnode *makeNode() const
+    {
+        return new TBnode(nullptr, tagId, id, inverted, trOption, treeId, name, TagNode);
+    }
+
+    qint64 id;
+    qint64 parentId;
+    qint64 tagId;
+    qint64 treeId;
+    QString name;
+    bool inverted;
+    bool trOption;
+};
+
+namespace {
+using ChildLists = QHash<TBnode *, QList<TBnode *>>;
+using ParentHash = QHash<TBnode *, TBnode *>;
+
+void attachAll(const ChildLists &childrenByParent)
+{
+    for (auto it = childrenByParent.cbegin(); it != childrenByParent.cend(); ++it)
+        it.key()->addChildren(it.value());
+}
+
+/** The parent as the database knows it: what a model attached is none. */
+TBnode *tagParent(const TBnode *node)
+{
+    TBnode *parent = node->parentNode();
+    return parent && parent->nodeType() == TagNode ? parent : nullptr;
+}
+
+/** Damaged rows may name each other as parents, which would send every walk through the tree round for ever.
+ */
+void breakCircles(ParentHash &parents, const QVector<TBnode *> &nodes)
+{
+    QSet<TBnode *> safe;
+    for (TBnode *start : nodes) {
+        QSet<TBnode *> way;
+        for (TBnode *node = start; node && !safe.contains(node); node = parents.value(node)) {
+            if (way.contains(node)) {
+                parents.remove(node);
+                break;
+            }
+            way.insert(node);
+        }
+        safe.unite(way);
+    }
+}
+
+/** True when the node stands below the other one, or is it. */
+bool isWithin(const TBnode *node, const TBnode *other)
+{
+    for (; node; node = node->parentNode()) {
+        if (node == other)
+            return true;
+    }
+    return false;
+}
+} // namespace
+
+NodeCache::~NodeCache()
+{
+    qDeleteAll(m_nodes.items());
+}
+
+TBnode *NodeCache::parentFor(qint64 nodeId, qint64 parentId) const
+{
+    return parentId > 0 && parentId != nodeId ? m_nodes.value(parentId) : nullptr;
+}
+
+QList<TBnode *> NodeCache::replaceAll(const TableData &rows)
+{
+    Map<qint64, TBnode *> old;
+    old.swap(m_nodes);
+    merge(rows);
+    return old.values();
+}
+
+Map<qint64, TBnode *> NodeCache::merge(const TableData &rows)
+{
+    Map<qint64, TBnode *> merged;
+    QSet<TBnode *> fresh;
+    QVector<QPair<TBnode *, qint64>> placements;
+    for (const TableRowData *data : rows) {
+        const Row row(*data);
+        if (row.id <= 0) // a tag without a node
+            continue;
+        TBnode *node = m_nodes.value(row.id);
+        if (node) {
+            node->setName(row.name);
+            node->setInverted(row.inverted);
+            node->setTrOption(row.trOption);
+        } else {
+            node = row.makeNode();
+            m_nodes.insert(row.id, node);
+            fresh.insert(node);
+        }
+        merged.insert(row.id, node);
+        placements.append({node, row.parentId});
+    }
+    place(placements, fresh);
+    return merged;
+}
+
+void NodeCache::place(const QVector<QPair<TBnode *, qint64>> &placements, const QSet<TBnode *> &fresh)
+{
+    ParentHash parents;
+    QVector<TBnode *> order;
+    for (const auto &[node, parentId] : placements) {
+        TBnode *parent = parentFor(node->id(), parentId);
+        if (fresh.contains(node)) {
+            if (parent && !parents.contains(node))
+                order.append(node);
+            if (parent)
+                parents.insert(node, parent);
+        } else if (parent != tagParent(node)) {
+            move({node->id()}, parent ? parent->id() : 0);
+        }
+    }
+    breakCircles(parents, order);
+    // New nodes come together first, so that a model learns of a new branch as a whole and only once.
+    ChildLists amongNew;
+    ChildLists belowKnown;
+    for (TBnode *node : qAsConst(order)) {
+        TBnode *parent = parents.value(node);
+        if (parent)
+            (fresh.contains(parent) ? amongNew : belowKnown)[parent].append(node);
+    }
+    attachAll(amongNew);
+    attachAll(belowKnown);
+}
+
+Map<qint64, TBnode *> NodeCache::move(const QVector<qint64> &nodeIds, qint64 parentId)
+{
+    TBnode *parent = parentId > 0 ? m_nodes.value(parentId) : nullptr;
+    if (parentId > 0 && !parent)
+        qDebug("Failed to update nodes parent id=%s", qPrintable(QString::number(parentId)));
+    Map<qint64, TBnode *> moved;
+    QList<TBnode *> newChildren;
+    for (const qint64 nodeId : nodeIds) {
+        TBnode *node = m_nodes.value(nodeId);
+        if (!node || (parent && isWithin(parent, node))) {
+            qDebug("Failed to update nodes parent id=%s", qPrintable(QString::number(nodeId)));
+            continue;
+        }
+        if (moved.contains(nodeId))
+            continue;
+        detach(node);
+        newChildren.append(node);
+        moved.insert(nodeId, node);
+    }
+    if (parent)
+        parent->addChildren(newChildren);
+    return moved;
+}
+
+NodeCache::Removal NodeCache::take(const QVector<qint64> &nodeIds)
+{
+    Removal removal;
+    QSet<TBnode *> gone;
+    for (const qint64 nodeId : nodeIds) {
+        TBnode *node = m_nodes.value(nodeId);
+        if (node)
+            gone.insert(node);
+    }
+    // Children that stay leave first; then one signal for each branch that goes.
+    for (TBnode *node : qAsConst(gone)) {
+        const QList<TBnode *> children = node->children();
+        for (TBnode *child : children) {
+            if (gone.contains(child))
+                continue;
+            detach(child);
+            removal.orphaned.insert(child->id(), child);
+        }
+    }
+    for (TBnode *node : qAsConst(gone)) {
+        if (!gone.contains(node->parentNode()))
+            detach(node);
+    }
+    for (TBnode *node : qAsConst(gone)) {
+        m_nodes.remove(node->id());
+        removal.removed.append(node);
+    }
+    return removal;
+}
+
+void NodeCache::setValue(qint64 nodeId, const QString &column, const QString &value)
+{
+    TBnode *node = m_nodes.value(nodeId);
+    if (!node)
+        return;
+    if (column == QLatin1String("inverted"))
+        node->setInverted(value.toLongLong() != 0);
+    else if (column == QLatin1String("tr_options"))
+        node->setTrOption(value.toLongLong() != 0);
+}
+
+void NodeCache::renameTags(const QHash<qint64, QString> &namesByTag)
+{
+    for (TBnode *node : qAsConst(m_nodes)) {
+        const auto found = namesByTag.constFind(node->tagId());
+        if (found != namesByTag.constEnd())
+            node->setName(found.value());
+    }
+}
+
+void NodeCache::detach(TBnode *node)
+{
+    if (node->parentNode())
+        node->parentNode()->removeChild(node);
+}

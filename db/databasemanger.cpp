@@ -1,0 +1,315 @@
+#include "db/databasemanger.h"
+
+#include "app/constants.h"
+#include "core/providers/browstreeprovider.h"
+#include "core/providers/generalprovider.h"
+#include "core/providers/groupsprovider.h"
+#include "core/providers/mainviewprovider.h"
+#include "core/providers/relationtreeprovider.h"
+#include "core/providers/tagsprovider.h"
+#include "db/abstractqueryconstructor.h"
+#include "db/connections.h"
+#include "db/databaseversioncheck.h"
+#include "db/pendingreloads.h"
+#include "fileops/fileoperationprovider.h"
+#include "fileops/thumbnailcache.h"
+
+#include <QDebug>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTimer>
+
+DatabaseManger::DatabaseManger(const QString &driver, const QString &database, const QString &host,
+                               const QString &user, const QString &password, int port, QObject *parent)
+    : QObject(parent),
+      m_driverName(driver),
+      m_hostName(host),
+      m_port(port),
+      m_databaseName(database),
+      m_userName(user),
+      m_password(password),
+      m_thumbnailCache(new ThumbnailCache(this)),
+      m_pendingReloads(new PendingReloads(this))
+{
+    connect(m_thumbnailCache, &ThumbnailCache::imageLoaded, this, &DatabaseManger::thumbnailUpdated);
+    connect(m_pendingReloads, &PendingReloads::due, this, &DatabaseManger::retryReload);
+}
+
+DatabaseManger::~DatabaseManger()
+{
+    DatabaseManger::closeDB();
+    // Providers borrow the query constructor, so they go before it; the caches go last, as members.
+    delete m_providers.relationTree;
+    delete m_providers.mainView;
+    delete m_providers.general;
+    delete m_providers.groups;
+    delete m_providers.tags;
+    delete m_providers.browsTree;
+    delete m_thumbnailCache;
+    m_constructor.reset();
+    qDeleteAll(m_autoLinks.items());
+}
+
+bool DatabaseManger::checkDatabaseVersion(const QString &driver, const QString &database, const QString &host,
+                                          const QString &user, const QString &password, int port)
+{
+    return DatabaseVersionCheck({Connections::typeOf(driver), host, port, database, user, password}).run();
+}
+
+QStringList DatabaseManger::tagNames(const DBDetails &details)
+{
+    QStringList names;
+    const QString name = Constants::temporaryConnection;
+    if (!Connections::isDatabaseThere(details) || !Connections::open(name, details).isOpen)
+        return names;
+    {
+        QSqlQuery query(QSqlDatabase::database(name, false));
+        query.setForwardOnly(true);
+        query.exec(QStringLiteral("SELECT tag_name FROM tags"));
+        while (query.next())
+            names.append(query.value(0).toString());
+    }
+    Connections::close(name);
+    return names;
+}
+
+void DatabaseManger::setConstructor(std::unique_ptr<AbstractQueryConstructor> constructor)
+{
+    m_constructor = std::move(constructor);
+}
+
+void DatabaseManger::setProviders(const Providers &providers)
+{
+    m_providers = providers;
+    m_thumbnailCache->setProvider(m_providers.fileOperation);
+    connectTags();
+    connectGroups();
+    connectNodes();
+    connectFiles();
+    connectRelations();
+    connectFileOperations();
+    connectFileNews();
+    connect(m_providers.general, &GeneralProvider::gotDBVerion, this, &DatabaseManger::loadedDBVerion);
+    connect(m_providers.general, &GeneralProvider::gotDBReadonly, this, &DatabaseManger::setReadOnly);
+    connect(m_providers.general, &BaseDBProvider::errorOccured, this, &DatabaseManger::gotProviderError);
+}
+
+void DatabaseManger::connectTags()
+{
+    TagsProvider *tags = m_providers.tags;
+    connect(tags, &TagsProvider::gotAllTagInfo, this, &DatabaseManger::gotAllTags);
+    connect(tags, &TagsProvider::tagsUpdated, this, &DatabaseManger::gotTagsUpdated);
+    connect(tags, &TagsProvider::tagsRemoved, this, &DatabaseManger::gotTagsRemoved);
+    connectErrors(tags);
+}
+
+void DatabaseManger::connectGroups()
+{
+    GroupsProvider *groups = m_providers.groups;
+    connect(groups, &GroupsProvider::gotAllGroupsInfo, this, &DatabaseManger::gotAllGroups);
+    connect(groups, &GroupsProvider::groupsRemoved, this, &DatabaseManger::gotGroupsRemoved);
+    connect(groups, &GroupsProvider::groupsRenamed, this, &DatabaseManger::gotGroupRenamed);
+    connect(groups, &GroupsProvider::groupsUpdated, this, &DatabaseManger::gotGroupsUpdated);
+    connectErrors(groups);
+}
+
+void DatabaseManger::connectNodes()
+{
+    BrowsTreeProvider *nodes = m_providers.browsTree;
+    connect(nodes, &BrowsTreeProvider::gotAllNodesInfo, this, &DatabaseManger::gotAllBrowsNodes);
+    connect(nodes, &BrowsTreeProvider::gotNodesInfo, this, &DatabaseManger::gotBrowsNodes);
+    connect(nodes, &BrowsTreeProvider::nodesAdded, this, &DatabaseManger::gotAddedBrowsNodes);
+    connect(nodes, &BrowsTreeProvider::nodesRemoved, this, &DatabaseManger::gotRemovesBrowsNodes);
+    connect(nodes, &BrowsTreeProvider::nodeValueUpdated, this, &DatabaseManger::gotUpdatedBrowsNode);
+    connect(nodes, &BrowsTreeProvider::nodeParentUpdated, this, &DatabaseManger::gotNodesParentChanged);
+    connectErrors(nodes);
+}
+
+void DatabaseManger::connectFiles()
+{
+    MainViewProvider *files = m_providers.mainView;
+    connect(files, &MainViewProvider::gotAllFilesInfo, this, &DatabaseManger::gotAllFiles);
+    connect(files, &MainViewProvider::filesUpdated, this, &DatabaseManger::gotUpdatedFiles);
+    connectErrors(files);
+}
+
+void DatabaseManger::connectRelations()
+{
+    RelationTreeProvider *relations = m_providers.relationTree;
+    connect(relations, &RelationTreeProvider::gotAllNodesInfo, this, &DatabaseManger::gotAllRelationNodes);
+    connect(relations, &RelationTreeProvider::nodesAdded, this, &DatabaseManger::gotRelationNodesAdded);
+    connect(relations, &RelationTreeProvider::nodesRemoved, this, &DatabaseManger::gotRelationNodesRemoved);
+    connectErrors(relations);
+}
+
+void DatabaseManger::connectFileOperations()
+{
+    using Source = FileOperationProvider;
+    Source *files = m_providers.fileOperation;
+    connect(files, &Source::updateTags, this, [this](const QVector<qint64> &ids) {
+        updateTags(ids);
+        refreshModificationDate();
+    });
+    connect(files, &Source::updateNodes, this, [this](const QVector<qint64> &ids) {
+        reloadNodes(ids);
+        refreshModificationDate();
+    });
+    connect(files, &Source::updatedFiles, this, [this](const QVector<qint64> &ids) {
+        reloadFiles(ids);
+        reloadThumbnails(ids);
+        refreshModificationDate();
+    });
+    connect(files, &Source::filesRemoved, this, [this](const QVector<qint64> &ids) {
+        gotFilesRemoved(ids);
+        refreshModificationDate();
+    });
+    connect(files, &Source::filesImported, this, &DatabaseManger::reloadAllData);
+    connect(files, &Source::noLongerPresent, this, &DatabaseManger::gotMissedFileIds);
+    connect(files, &Source::present, this, &DatabaseManger::gotFoundFileIds);
+    connect(files, &Source::errorOccured, this, &DatabaseManger::errorOccured);
+}
+
+void DatabaseManger::connectFileNews()
+{
+    using Source = FileOperationProvider;
+    Source *files = m_providers.fileOperation;
+    connect(files, &Source::startedFilesOperation, this, &DatabaseManger::startedAddingFiles);
+    connect(files, &Source::filesOperationProgress, this, &DatabaseManger::addingFilesProgress);
+    connect(files, &Source::finishedFilesOperation, this, &DatabaseManger::finishedAddingFiles);
+    connect(files, &Source::duplicatesReady, this, &DatabaseManger::duplicatesReady);
+    connect(files, &Source::filesModified, this, &DatabaseManger::filesModified);
+    connect(files, &Source::extractedTempFiles, this, &DatabaseManger::extractedTempFiles);
+    connect(files, &Source::importNotification, this, &DatabaseManger::importNotification);
+    connect(files, &Source::remadeAllThumbnails, m_thumbnailCache, &ThumbnailCache::clearCache);
+    connect(files, &Source::remadeAllThumbnails, this, &DatabaseManger::remadeAllThumbnails);
+    // The worker says text and title, everybody above the manager title and text.
+    connect(files, &Source::error, this,
+            [this](const QString &text, const QString &title) { emit error(title, text); });
+}
+
+void DatabaseManger::connectErrors(BaseDBProvider *provider)
+{
+    connect(provider, &BaseDBProvider::connectionError, this, &DatabaseManger::connectionError);
+    connect(provider, &BaseDBProvider::errorOccured, this, &DatabaseManger::gotProviderError);
+}
+
+void DatabaseManger::gotProviderError(const QSqlError &error)
+{
+    // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    if (m_driverName != Constants::sqliteDriver || (code != 5 && code != 6)) {
+        emit errorOccured(error);
+        return;
+    }
+    m_sawBusy = true;
+    if (!m_isReloading)
+        emit showTempWarning(tr("Warning"), tr("The database is busy. Please try again."));
+}
+
+QSqlError DatabaseManger::openDB()
+{
+    const Connections::Result main = Connections::open(Connections::mainName(), details(), connectOptions());
+    if (!main.isDriverLoaded) {
+        qDebug() << "DBManager::openDB 1:" << main.error;
+        return main.error;
+    }
+    if (!main.isOpen) {
+        qDebug() << "DBManager::openDB 0:" << main.error;
+        return main.error;
+    }
+    m_isOpen = true;
+    // A connection serves the thread that opened it: the worker opens its own, this one only tells that it
+    // can.
+    const Connections::Result worker = Connections::open(Constants::workerConnection, details());
+    Connections::close(Constants::workerConnection);
+    if (worker.isDriverLoaded && !worker.isOpen) {
+        qDebug() << "DBManager::openDB error open async connection:" << worker.error;
+        return worker.error;
+    }
+    readReadOnlyState();
+    loadDBVersion();
+    return {};
+}
+
+void DatabaseManger::closeDB()
+{
+    // Waits for the worker, which uses the database until then. No request may come after it.
+    delete m_providers.fileOperation;
+    m_providers.fileOperation = nullptr;
+    Connections::close(Constants::workerConnection);
+    if (m_isOpen)
+        Connections::close(Connections::mainName());
+    m_isOpen = false;
+}
+
+DBDetails DatabaseManger::details() const
+{
+    return {Connections::typeOf(m_driverName), m_hostName, m_port, m_databaseName, m_userName, m_password};
+}
+
+void DatabaseManger::readReadOnlyState()
+{
+    if (m_providers.general)
+        m_providers.general->probeReadOnly();
+}
+
+void DatabaseManger::loadDBVersion()
+{
+    if (m_providers.general)
+        m_providers.general->loadVersion();
+}
+
+void DatabaseManger::loadedDBVerion(bool ok, const TableData &rows)
+{
+    if (ok && !rows.isEmpty() && rows.first())
+        m_dbVersion = rows.first()->value(QStringLiteral("version")).toString();
+    qDeleteAll(rows);
+}
+
+void DatabaseManger::reloadAllData()
+{
+    emit aboutToReloadAllData();
+    m_thumbnailCache->clearCache();
+    loadBrowsingTrees();
+    setCurrentBrowsingTree(currentBrowsingTree());
+    loadAllFiles();
+    loadAllNodes();
+    loadAllTags();
+    loadAllGroups();
+    loadAllRelationNodes();
+    emit allDataReloaded();
+}
+
+void DatabaseManger::loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load)
+{
+    m_sawBusy = false;
+    m_isReloading = true;
+    load();
+    m_isReloading = false;
+    if (m_sawBusy)
+        m_pendingReloads->add(kind, ids);
+}
+
+void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
+{
+    switch (kind) {
+    case PendingReloads::Tags:
+        updateTags(ids);
+        break;
+    case PendingReloads::Nodes:
+        reloadNodes(ids);
+        break;
+    case PendingReloads::Files:
+        reloadFiles(ids);
+        break;
+    default:
+        break;
+    }
+}
+
+void DatabaseManger::runFileOperation(const std::function<void(FileOperationProvider &)> &request)
+{
+    FileOperationProvider *files = m_providers.fileOperation;
+    if (files)
+        QTimer::singleShot(0, files, [files, request] { request(*files); });
+}

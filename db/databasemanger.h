@@ -1,0 +1,298 @@
+#pragma once
+
+#include "app/dbdetails.h"
+#include "core/recordtypes.h"
+#include "db/caches/filecache.h"
+#include "db/caches/groupcache.h"
+#include "db/caches/nodecache.h"
+#include "db/caches/relationcache.h"
+#include "db/caches/tagcache.h"
+#include "db/tabledata.h"
+#include "fileops/deletedfilerepresentations.h"
+#include "fileops/presentableduplicates.h"
+#include "fileops/shellfile.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QImage>
+#include <QObject>
+#include <QSqlError>
+
+#include <functional>
+#include <memory>
+
+class AbstractQueryConstructor;
+class BaseDBProvider;
+class BrowsTreeProvider;
+class FileOperationProvider;
+class GeneralProvider;
+class GroupsProvider;
+class MainViewProvider;
+class PendingReloads;
+class RelationTreeProvider;
+class TagsProvider;
+class ThumbnailCache;
+struct NodeRemovalPlan;
+
+/**
+ * The one object through which everything else reaches an open database. It owns the connections, the
+ * providers with their SQL, the records of all domains and the thumbnails. Operations run on the main thread
+ * and have merged their result when they return, except for file operations, which a worker runs; either way
+ * the news goes out as signals. One manager serves one database and is never opened on another.
+ *
+ * Writing operations do nothing when isDataCurrent() says no. They do not ask whether the database is
+ * read-only: whoever offers an edit does.
+ */
+class DatabaseManger : public QObject
+{
+    Q_OBJECT
+
+public:
+    DatabaseManger(const QString &driver, const QString &database, const QString &host, const QString &user,
+                   const QString &password, int port, QObject *parent = nullptr);
+    ~DatabaseManger() override;
+
+    /**
+     * Whether a database can be opened, asked on a connection of its own before any manager exists. Shows the
+     * boxes that belong to the answer, and upgrades an older schema when the user agrees. Never makes a file.
+     */
+    static bool checkDatabaseVersion(const QString &driver, const QString &database, const QString &host,
+                                     const QString &user, const QString &password, int port);
+    /** The names of all tags of a database that is not open; empty when it cannot be read. */
+    static QStringList tagNames(const DBDetails &details);
+
+    /** An invalid error, or one of the type NoError, is success. */
+    virtual QSqlError openDB();
+    /** Ends file operations and waits for them, then closes the connections. Nothing can be asked after it.
+     */
+    virtual void closeDB();
+    /** 1 for a local database, 2 for one on a server. */
+    virtual int dbType() const = 0;
+    /** Makes a new, empty database; only where the back-end is a file. */
+    virtual bool createDatabase() = 0;
+
+    DBDetails details() const;
+    QString databaseName() const { return m_databaseName; }
+    QString hostName() const { return m_hostName; }
+    int port() const { return m_port; }
+    QString userName() const { return m_userName; }
+    QString password() const { return m_password; }
+    /** True until the test at opening has found that the database can be written. */
+    bool isReadOnly() const { return m_readOnly; }
+    QString dbVersion() const { return m_dbVersion; }
+
+    // The records. All pointers are borrowed.
+    const TableData &tags() const { return m_tags.rows(); }
+    QString tagName(qint64 tagId) const { return m_tags.name(tagId); }
+    bool hasTag(qint64 tagId) const { return m_tags.row(tagId) != nullptr; }
+    bool hasTagNamed(const QString &name) const { return m_tags.hasName(name); }
+    Map<qint64, GroupItem *> *groups() { return &m_groups.map(); }
+    Map<QString, AutoLink *> &autoLinks() { return m_autoLinks; }
+    Map<qint64, TBnode *> &nodes() { return m_nodes.map(); }
+    Vector<QPair<QString, TRnode *>> &relationNodes() { return m_relations.nodes(); }
+    /** Null for an unknown path. */
+    TRnode *relationNode(const QString &path) const { return m_relations.node(path); }
+    Map<qint64, File *> &files() { return m_files.map(); }
+    /** Null for an unknown file. */
+    File *file(qint64 fileId) const { return m_files.map().value(fileId); }
+    Map<qint64, QString> &browsingTrees() { return m_browsingTrees; }
+    /** Whether the file of an external record was not there at the last look. */
+    bool isMissing(qint64 fileId) const { return m_files.isMissing(fileId); }
+    const QSet<qint64> &missingFiles() const { return m_files.missing(); }
+    ThumbnailCache *thumbnailCache() const { return m_thumbnailCache; }
+
+    void loadAllTags();
+    /** Gives the id of the new tag, which is linked to the files too; 0 on failure. */
+    qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
+    void renameTag(qint64 tagId, const QString &name);
+    void changeTagDescription(qint64 tagId, const QString &text);
+    /** Removes the tags with all that refers to them, all or nothing; nodes below theirs move up. */
+    bool removeTags(const QVector<qint64> &tagIds);
+
+    void loadAllGroups();
+    /** Gives the id of the new group, 0 on failure. */
+    qint64 addGroup(const QString &name, bool visible);
+    void renameGroup(qint64 groupId, const QString &name);
+    void removeGroups(const QVector<qint64> &groupIds);
+    /** Makes this the whole list of the group's tags. */
+    void setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+
+    void loadAllNodes();
+    /** Gives the id of the new node, 0 on failure; parent 0 is the top level. */
+    qint64 addNodeBelow(qint64 tagId, qint64 parentId);
+    /** The same between a node and its parent. */
+    qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
+    /** Removes nodes with all below them. */
+    bool removeNodes(const QVector<qint64> &nodeIds);
+    /** Removes nodes alone: their children move up to the nearest node that stays. */
+    bool removeNodesKeepingChildren(const QVector<qint64> &nodeIds);
+    void updateNode(qint64 nodeId, const QString &column, const QString &value);
+    virtual qint64 currentBrowsingTree() const = 0;
+    virtual void setCurrentBrowsingTree(qint64 treeId) = 0;
+    void loadBrowsingTrees();
+
+    void loadAllRelationNodes();
+    /** Puts tags below a path, at the top level for an empty one; places that exist are left out. */
+    void addRelations(const QString &parentPath, const QVector<qint64> &tagIds);
+    /** Removes paths with all below them. */
+    void removeRelations(const QStringList &paths);
+
+    void loadAllFiles();
+    bool updateFile(qint64 fileId, const QString &column, const QString &value);
+    bool updateFilePath(qint64 fileId, const QString &column, const QString &value);
+    bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
+    bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
+    void reloadThumbnails(const QVector<qint64> &fileIds);
+
+    // File operations: queued for the worker, from the event loop.
+    void addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+                  qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
+    void addFilesList(const QStringList &paths);
+    void deleteFiles(const QVector<qint64> &fileIds);
+    void cancelOperations();
+    bool isBusy() const;
+
+    /** Whether the records are those of the database, so that an edit may go ahead. */
+    virtual bool isDataCurrent() = 0;
+    /** Notes the state of the database after a change of our own. */
+    virtual void refreshModificationDate() = 0;
+
+signals:
+    void connectionError();
+    void errorOccured(QSqlError error);
+    /** Title and text. */
+    void error(QString title, QString text);
+    /** The rows stay the manager's, as all records do. */
+    void tagsLoaded(TableData tags);
+    /** Tags that were not known before; a known one tells of its change by TableRowData::dataUpdated. */
+    void tagsAdded(TableData tags);
+    void tagsRemoved(QVector<qint64> tagIds);
+    void browsingNodeLoaded(const Map<qint64, TBnode *> &nodes);
+    void addedBrowsingNodes(const Map<qint64, TBnode *> &nodes);
+    void filesLoaded(const Map<qint64, File *> &files);
+    void filesAdded(const Map<qint64, File *> &files);
+    void filesRemoved(QVector<qint64> fileIds);
+    void relatshipsNodeLoaded(const Vector<QPair<QString, TRnode *>> &nodes);
+    void addedRelatshipsNodes(const Vector<QPair<QString, TRnode *>> &nodes);
+    /** The image stays the thumbnail cache's. */
+    void thumbnailUpdated(qlonglong fileId, QImage *image);
+    /** Title and text. */
+    void showTempWarning(QString title, QString text);
+    void startedAddingFiles(QString label);
+    void addingFilesProgress(QString text, int percent);
+    void finishedAddingFiles();
+    void extractedTempFiles(QVector<QPair<qint64, QString>> files);
+    void duplicatesReady(PresentableDuplicates duplicates);
+    void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
+    /** Files that are missing now and were not, or the other way round. */
+    void updateMissedFiles(QVector<qint64> fileIds);
+    void importNotification(QList<ShellFile> files);
+    void aboutToReloadAllData();
+    void allDataReloaded();
+    void remadeAllThumbnails();
+    /** Known files whose tags or values a merge changed: one list, once a merge. */
+    void filesChanged(QVector<qint64> fileIds);
+    /** Known tags that have another name now. Nodes and relationships have it already. */
+    void tagsRenamed(QVector<qint64> tagIds);
+    /** The map of groups has been filled anew. */
+    void groupsLoaded();
+
+public slots:
+    /** Reads these rows again and merges them; when the database is busy it is tried again later. */
+    void updateTags(const QVector<qint64> &tagIds);
+    void reloadNodes(const QVector<qint64> &nodeIds);
+    void reloadFiles(const QVector<qint64> &fileIds);
+    void reloadAllData();
+
+protected slots:
+    void gotAllTags(bool ok, const TableData &rows);
+    void gotTagsUpdated(bool ok, const TableData &rows);
+    void gotTagsRemoved(bool ok, const QVector<qint64> &tagIds);
+    void gotAllGroups(bool ok, const TableData &rows);
+    void gotGroupsRemoved(bool ok, const QVector<qint64> &groupIds);
+    void gotGroupRenamed(bool ok, qlonglong groupId, const QString &name);
+    void gotGroupsUpdated(bool ok, const TableData &rows);
+    void gotAllBrowsNodes(bool ok, const TableData &rows);
+    void gotBrowsNodes(bool ok, const TableData &rows);
+    void gotAddedBrowsNodes(bool ok, const TableData &rows);
+    void gotRemovesBrowsNodes(const QVector<qint64> &nodeIds);
+    void gotUpdatedBrowsNode(qlonglong nodeId, const QString &column, const QString &value);
+    void gotNodesParentChanged(const QVector<qint64> &nodeIds, qlonglong parentId);
+    void gotAllFiles(bool ok, const TableData &rows);
+    void gotUpdatedFiles(bool ok, const TableData &rows);
+    void gotFilesRemoved(const QVector<qint64> &fileIds);
+    void gotAllRelationNodes(bool ok, const TableData &rows);
+    void gotRelationNodesAdded(bool ok, const QStringList &paths);
+    void gotRelationNodesRemoved(bool ok, const QStringList &paths);
+    void loadedDBVerion(bool ok, const TableData &rows);
+    void gotFoundFileIds(const QVector<qint64> &fileIds);
+    void gotMissedFileIds(const QVector<qint64> &fileIds);
+
+protected:
+    /** What a back-end makes in its constructor, each with the manager as its parent. */
+    struct Providers
+    {
+        BrowsTreeProvider *browsTree = nullptr;
+        TagsProvider *tags = nullptr;
+        GroupsProvider *groups = nullptr;
+        GeneralProvider *general = nullptr;
+        MainViewProvider *mainView = nullptr;
+        RelationTreeProvider *relationTree = nullptr;
+        FileOperationProvider *fileOperation = nullptr;
+    };
+    void setConstructor(std::unique_ptr<AbstractQueryConstructor> constructor);
+    const AbstractQueryConstructor *constructor() const { return m_constructor.get(); }
+    /** Takes the providers and makes all connections to them. */
+    void setProviders(const Providers &providers);
+    const Providers &providers() const { return m_providers; }
+
+    /** The options of the connection on which the window's statements run. */
+    virtual QString connectOptions() const { return {}; }
+    /** Settles isReadOnly() at opening. */
+    virtual void readReadOnlyState();
+    void setReadOnly(bool readOnly) { m_readOnly = readOnly; }
+    void loadDBVersion();
+    QString driverName() const { return m_driverName; }
+
+private:
+    void connectTags();
+    void connectGroups();
+    void connectNodes();
+    void connectFiles();
+    void connectRelations();
+    void connectFileOperations();
+    void connectFileNews();
+    void connectErrors(BaseDBProvider *provider);
+    void gotProviderError(const QSqlError &error);
+    void updateTag(qint64 tagId, const QString &column, const QString &value);
+    bool runRemoval(const NodeRemovalPlan &plan);
+    void mergeRemoval(const NodeRemovalPlan &plan);
+    bool editFiles(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &edit);
+    /** Runs a load; when the database was busy its ids are kept for another try. */
+    void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load);
+    void retryReload(int kind, const QVector<qint64> &ids);
+    void runFileOperation(const std::function<void(FileOperationProvider &)> &request);
+
+    QString m_driverName;
+    QString m_hostName;
+    int m_port;
+    QString m_databaseName;
+    QString m_userName;
+    QString m_password;
+    bool m_readOnly = true;
+    QString m_dbVersion;
+    TagCache m_tags;
+    GroupCache m_groups;
+    Map<QString, AutoLink *> m_autoLinks;
+    NodeCache m_nodes;
+    RelationCache m_relations;
+    FileCache m_files;
+    Map<qint64, QString> m_browsingTrees;
+    Providers m_providers;
+    std::unique_ptr<AbstractQueryConstructor> m_constructor;
+    ThumbnailCache *m_thumbnailCache;
+    PendingReloads *m_pendingReloads;
+    bool m_isOpen = false;
+    bool m_isReloading = false; // a busy database is no news for the user then
+    bool m_sawBusy = false;
+};

@@ -1,0 +1,327 @@
+// The operations of the manager: what a caller asks for goes to the provider of its domain.
+#include "core/groupitem.h"
+#include "core/providers/browstreeprovider.h"
+#include "core/providers/groupsprovider.h"
+#include "core/providers/mainviewprovider.h"
+#include "core/providers/relationtreeprovider.h"
+#include "core/providers/tagremoval.h"
+#include "core/providers/tagsprovider.h"
+#include "core/tbnode.h"
+#include "db/databasemanger.h"
+#include "db/pendingreloads.h"
+#include "db/removalplans.h"
+#include "fileops/fileoperationprovider.h"
+#include "fileops/thumbnailcache.h"
+
+#include <QSet>
+
+namespace {
+QVector<qint64> without(const QVector<qint64> &ids, const QVector<qint64> &others)
+{
+    const QSet<qint64> excluded(others.cbegin(), others.cend());
+    QVector<qint64> rest;
+    for (const qint64 id : ids) {
+        if (!excluded.contains(id))
+            rest.append(id);
+    }
+    return rest;
+}
+} // namespace
+
+void DatabaseManger::loadAllTags()
+{
+    if (m_providers.tags)
+        m_providers.tags->loadAllTags();
+}
+
+qint64 DatabaseManger::addTag(const QString &name, const QVector<qint64> &fileIds)
+{
+    if (!m_providers.tags || !isDataCurrent())
+        return 0;
+    const qint64 tagId = m_providers.tags->addTag(name);
+    refreshModificationDate();
+    if (tagId > 0 && !fileIds.isEmpty())
+        linkTags(fileIds, {tagId});
+    return tagId;
+}
+
+void DatabaseManger::renameTag(qint64 tagId, const QString &name)
+{
+    updateTag(tagId, QStringLiteral("tag_name"), name);
+}
+
+void DatabaseManger::changeTagDescription(qint64 tagId, const QString &text)
+{
+    updateTag(tagId, QStringLiteral("tag_description"), text);
+}
+
+void DatabaseManger::updateTag(qint64 tagId, const QString &column, const QString &value)
+{
+    if (!m_providers.tags || !isDataCurrent())
+        return;
+    m_providers.tags->updateTag(tagId, column, value);
+    refreshModificationDate();
+}
+
+void DatabaseManger::updateTags(const QVector<qint64> &tagIds)
+{
+    if (m_providers.tags)
+        loadOrKeep(PendingReloads::Tags, tagIds, [this, &tagIds] { m_providers.tags->loadTags(tagIds); });
+}
+
+bool DatabaseManger::removeTags(const QVector<qint64> &tagIds)
+{
+    if (tagIds.isEmpty() || !isDataCurrent())
+        return false;
+    const TagRemovalPlan plan = RemovalPlans::tags(m_nodes.map(), m_relations, tagIds);
+    TagRemover remover(constructor());
+    connectErrors(&remover);
+    if (!remover.run(plan))
+        return false;
+    gotRelationNodesRemoved(true, plan.removedPaths);
+    mergeRemoval(plan);
+    m_groups.forgetTags(tagIds);
+    const QVector<qint64> changed = m_files.forgetTags(tagIds);
+    if (!changed.isEmpty())
+        emit filesChanged(changed);
+    gotTagsRemoved(true, tagIds);
+    refreshModificationDate();
+    return true;
+}
+
+void DatabaseManger::loadAllGroups()
+{
+    if (m_providers.groups)
+        m_providers.groups->loadAllGroups();
+}
+
+qint64 DatabaseManger::addGroup(const QString &name, bool visible)
+{
+    if (!m_providers.groups || !isDataCurrent())
+        return 0;
+    const qint64 groupId = m_providers.groups->addGroup(name);
+    GroupItem *group = m_groups.map().value(groupId);
+    if (group)
+        group->setVisible(visible);
+    refreshModificationDate();
+    return groupId;
+}
+
+void DatabaseManger::renameGroup(qint64 groupId, const QString &name)
+{
+    if (!m_providers.groups || !isDataCurrent())
+        return;
+    m_providers.groups->renameGroup(groupId, name);
+    refreshModificationDate();
+}
+
+void DatabaseManger::removeGroups(const QVector<qint64> &groupIds)
+{
+    if (!m_providers.groups || !isDataCurrent())
+        return;
+    m_providers.groups->removeGroups(groupIds);
+    refreshModificationDate();
+}
+
+void DatabaseManger::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
+{
+    const GroupItem *group = m_groups.map().value(groupId);
+    if (!group || !m_providers.groups || !isDataCurrent())
+        return;
+    m_providers.groups->setGroupTags(groupId, without(group->tags(), tagIds), without(tagIds, group->tags()));
+    refreshModificationDate();
+}
+
+void DatabaseManger::loadAllNodes()
+{
+    if (m_providers.browsTree)
+        m_providers.browsTree->loadAllNodes();
+}
+
+void DatabaseManger::reloadNodes(const QVector<qint64> &nodeIds)
+{
+    if (m_providers.browsTree)
+        loadOrKeep(PendingReloads::Nodes, nodeIds,
+                   [this, &nodeIds] { m_providers.browsTree->loadNodes(nodeIds); });
+}
+
+qint64 DatabaseManger::addNodeBelow(qint64 tagId, qint64 parentId)
+{
+    if (!m_providers.browsTree || !isDataCurrent())
+        return 0;
+    const qint64 nodeId = m_providers.browsTree->addNode(tagId, true, false, parentId);
+    refreshModificationDate();
+    return nodeId;
+}
+
+qint64 DatabaseManger::addNodeAbove(qint64 tagId, qint64 nodeId)
+{
+    const TBnode *node = m_nodes.map().value(nodeId);
+    if (!node || !m_providers.browsTree || !isDataCurrent())
+        return 0;
+    const TBnode *parent = node->parentNode();
+    const qint64 parentId = parent && parent->nodeType() == TagNode ? parent->id() : 0;
+    const qint64 newId = m_providers.browsTree->addNodeAbove(tagId, true, false, parentId, nodeId);
+    refreshModificationDate();
+    return newId;
+}
+
+bool DatabaseManger::removeNodes(const QVector<qint64> &nodeIds)
+{
+    return isDataCurrent() && runRemoval(RemovalPlans::subtrees(m_nodes.map(), nodeIds));
+}
+
+bool DatabaseManger::removeNodesKeepingChildren(const QVector<qint64> &nodeIds)
+{
+    return isDataCurrent() && runRemoval(RemovalPlans::keepingChildren(m_nodes.map(), nodeIds));
+}
+
+bool DatabaseManger::runRemoval(const NodeRemovalPlan &plan)
+{
+    if (plan.isEmpty())
+        return true;
+    NodeRemover remover(constructor());
+    connectErrors(&remover);
+    if (!remover.run(plan))
+        return false;
+    mergeRemoval(plan);
+    refreshModificationDate();
+    return true;
+}
+
+void DatabaseManger::updateNode(qint64 nodeId, const QString &column, const QString &value)
+{
+    if (!m_providers.browsTree || !isDataCurrent())
+        return;
+    m_providers.browsTree->updateNode(nodeId, column, value);
+    refreshModificationDate();
+}
+
+void DatabaseManger::loadBrowsingTrees()
+{
+    if (m_providers.browsTree)
+        m_providers.browsTree->loadAllTrees();
+}
+
+void DatabaseManger::loadAllRelationNodes()
+{
+    if (m_providers.relationTree)
+        m_providers.relationTree->loadAllNodes();
+}
+
+void DatabaseManger::addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
+{
+    if (!m_providers.relationTree || !isDataCurrent())
+        return;
+    const QString prefix = parentPath.isEmpty() ? QString() : parentPath + QLatin1Char('.');
+    QVector<qint64> fresh;
+    // One path that is there already would fail the insert of all.
+    for (const qint64 tagId : tagIds) {
+        if (!m_relations.contains(prefix + QString::number(tagId)))
+            fresh.append(tagId);
+    }
+    m_providers.relationTree->addPaths(parentPath, fresh);
+    refreshModificationDate();
+}
+
+void DatabaseManger::removeRelations(const QStringList &paths)
+{
+    if (!m_providers.relationTree || !isDataCurrent())
+        return;
+    m_providers.relationTree->removePaths(m_relations.withDescendants(paths));
+    refreshModificationDate();
+}
+
+void DatabaseManger::loadAllFiles()
+{
+    if (!m_providers.mainView)
+        return;
+    // Old records and new ones together would need twice the memory, so the views are emptied first.
+    const QList<File *> old = m_files.clear();
+    if (!old.isEmpty())
+        emit filesLoaded(m_files.map());
+    qDeleteAll(old);
+    m_files.beginLoad();
+    m_providers.mainView->loadAllFiles();
+}
+
+void DatabaseManger::reloadFiles(const QVector<qint64> &fileIds)
+{
+    if (m_providers.mainView)
+        loadOrKeep(PendingReloads::Files, fileIds,
+                   [this, &fileIds] { m_providers.mainView->loadFiles(fileIds); });
+}
+
+bool DatabaseManger::updateFile(qint64 fileId, const QString &column, const QString &value)
+{
+    return editFiles({fileId},
+                     [&](MainViewProvider &files) { return files.updateFile(fileId, column, value); });
+}
+
+bool DatabaseManger::updateFilePath(qint64 fileId, const QString &column, const QString &value)
+{
+    return editFiles({fileId},
+                     [&](MainViewProvider &files) { return files.updateFilePath(fileId, column, value); });
+}
+
+bool DatabaseManger::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+{
+    return editFiles(fileIds, [&](MainViewProvider &files) { return files.linkTags(fileIds, tagIds); });
+}
+
+bool DatabaseManger::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+{
+    return editFiles(fileIds, [&](MainViewProvider &files) { return files.unlinkTags(fileIds, tagIds); });
+}
+
+bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,
+                               const std::function<bool(MainViewProvider &)> &edit)
+{
+    if (!m_providers.mainView || !isDataCurrent())
+        return false;
+    m_sawBusy = false;
+    const bool edited = edit(*m_providers.mainView);
+    // The worker may have taken the database between the edit and the reading of what it made.
+    if (edited && m_sawBusy)
+        m_pendingReloads->add(PendingReloads::Files, fileIds);
+    refreshModificationDate();
+    return edited;
+}
+
+void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
+{
+    m_thumbnailCache->reloadHeld(fileIds);
+}
+
+void DatabaseManger::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+                              qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails)
+{
+    if (!isDataCurrent())
+        return;
+    runFileOperation([=](FileOperationProvider &files) {
+        files.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
+    });
+}
+
+void DatabaseManger::addFilesList(const QStringList &paths)
+{
+    if (isDataCurrent())
+        runFileOperation([paths](FileOperationProvider &files) { files.addFilesList(paths); });
+}
+
+void DatabaseManger::deleteFiles(const QVector<qint64> &fileIds)
+{
+    if (!fileIds.isEmpty() && isDataCurrent())
+        runFileOperation([fileIds](FileOperationProvider &files) { files.deleteFiles(fileIds); });
+}
+
+void DatabaseManger::cancelOperations()
+{
+    if (m_providers.fileOperation)
+        m_providers.fileOperation->cancelOperations();
+}
+
+bool DatabaseManger::isBusy() const
+{
+    return m_providers.fileOperation && m_providers.fileOperation->isBusy();
+}

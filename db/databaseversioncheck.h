@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/dbdetails.h"
+
+#include <QCoreApplication>
+
+class QSqlDatabase;
+
+/**
+ * The questions before a database is opened: can it be read, is it one of ours, and may it be upgraded when
+ * it is an old one. Works on "tempConnection", shows the boxes, and leaves no connection behind. Main thread.
+ */
+class DatabaseVersionCheck
+{
+    Q_DECLARE_TR_FUNCTIONS(DatabaseVersionCheck)
+
+public:
+    explicit DatabaseVersionCheck(const DBDetails &details);
+
+    /** True when the database can be opened as it is now. A missing file gives false and is not made. */
+    bool run() const;
+
+private:
+    bool askUser(const QSqlDatabase &database) const;
+    bool upgrade(const QSqlDatabase &database) const;
+    void explainUnknown(const QSqlDatabase &database) const;
+
+    DBDetails m_details;
+};

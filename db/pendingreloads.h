@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+#include <QVector>
+
+/**
+ * Rows that were to be read again while another connection held the database locked. They are asked for once
+ * more a little later, so that what the worker stored is shown even when the first look failed. GUI thread.
+ */
+class PendingReloads : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Kind { Tags, Nodes, Files };
+
+    explicit PendingReloads(QObject *parent = nullptr);
+
+    void add(int kind, const QVector<qint64> &ids);
+    bool isEmpty() const { return m_ids.isEmpty(); }
+
+signals:
+    /** The ids are no longer kept: they come back by add() when the database is busy still. */
+    void due(int kind, QVector<qint64> ids);
+
+private:
+    void handOut();
+
+    QMap<int, QSet<qint64>> m_ids;
+    QTimer m_timer;
+};
