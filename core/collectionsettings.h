@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+class Collection;
+
+/**
+ * The settings that belong to one database, kept in the user's store under keys made of the database's place.
+ * Nothing is cached: each call reads or writes the store by itself. GUI thread.
+ */
+class CollectionSettings : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CollectionSettings(Collection *collection);
+
+    /** The tab of tag groups that was shown, by its index. */
+    int tagGroupIndex() const;
+    void setTagGroupIndex(int index);
+
+    /** The ids of the groups that are shown as tabs, in their order. */
+    QList<int> tagGroupOrder() const;
+    void setTagGroupOrder(const QList<int> &groupIds);
+
+    /** The browsing tree in use; 0 is the default one. */
+    qint64 browsingTree() const;
+    void setBrowsingTree(qint64 treeId);
+
+    /** Which relationship paths are expanded. */
+    QHash<QString, bool> relationExpansion() const;
+    void setRelationExpansion(const QHash<QString, bool> &expanded);
+
+    qint64 selectedTag() const;
+    void setSelectedTag(qint64 tagId);
+
+    /** The children of each browsing node in their hand-made order, as far as there is one. */
+    QMap<qint64, QList<qint64>> nodeOrder() const;
+    void setNodeOrder(const QMap<qint64, QList<qint64>> &order);
+
+private:
+    QString description() const;
+    QString shortName() const;
+
+    const Collection *m_collection;
+};

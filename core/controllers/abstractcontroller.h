@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QObject>
+
+class AbstractQueryConstructor;
+class Collection;
+class DatabaseManger;
+
+/**
+ * What the views and models of one domain talk to. A controller belongs to its collection and borrows the
+ * manager. Whoever offers an edit asks isReadOnly() first and shows showReadOnlyMessage() when it is so.
+ */
+class AbstractController : public QObject
+{
+    Q_OBJECT
+
+public:
+    AbstractController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                       Collection *collection);
+    ~AbstractController() override;
+
+    /** False without a manager. */
+    virtual bool isReadOnly() const;
+    virtual void showReadOnlyMessage();
+    /** The first load of the domain's records, after opening. */
+    virtual void load() = 0;
+
+    Collection *collection() const { return m_collection; }
+
+protected:
+    DatabaseManger *manager() const { return m_manager; }
+    const AbstractQueryConstructor *queryConstructor() const { return m_queryConstructor; }
+    /** True when an edit may go on; otherwise the user has been told why not. */
+    bool mayWrite();
+
+private:
+    DatabaseManger *m_manager;
+    const AbstractQueryConstructor *m_queryConstructor;
+    Collection *m_collection;
+};

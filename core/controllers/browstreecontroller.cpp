@@ -1,0 +1,171 @@
+#include "core/controllers/browstreecontroller.h"
+
+#include "core/collection.h"
+#include "core/collectionsettings.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/relationscontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "db/databasemanger.h"
+
+#include <algorithm>
+
+namespace {
+QString flagText(bool value)
+{
+    return value ? QStringLiteral("1") : QStringLiteral("0");
+}
+} // namespace
+
+BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                                         Collection *collection)
+    : AbstractController(manager, constructor, collection)
+{
+    if (manager)
+        connect(&manager->nodes(), &SignalContainer::itemDeleted, this, &BrowsTreeController::nodeDeleted);
+}
+
+void BrowsTreeController::setPeers(MainViewController *mainView, TagsController *tags,
+                                   RelationsController *relations)
+{
+    m_mainView = mainView;
+    m_tags = tags;
+    m_relations = relations;
+}
+
+void BrowsTreeController::load()
+{
+    if (!manager())
+        return;
+    manager()->loadBrowsingTrees();
+    manager()->setCurrentBrowsingTree(collection()->settings()->browsingTree());
+    manager()->loadAllNodes();
+}
+
+void BrowsTreeController::changeInversion(qint64 nodeId, bool inverted)
+{
+    if (manager() && mayWrite())
+        manager()->updateNode(nodeId, QStringLiteral("inverted"), flagText(inverted));
+}
+
+void BrowsTreeController::changeTrOption(qint64 nodeId, bool trOption)
+{
+    if (manager() && mayWrite())
+        manager()->updateNode(nodeId, QStringLiteral("tr_options"), flagText(trOption));
+}
+
+void BrowsTreeController::addNodesBelow(const QVector<qint64> &tagIds, qint64 nodeId)
+{
+    if (!manager() || !mayWrite())
+        return;
+    for (const qint64 tagId : tagIds)
+        manager()->addNodeBelow(tagId, qMax<qint64>(0, nodeId));
+}
+
+void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
+{
+    if (!manager() || !mayWrite())
+        return;
+    for (const qint64 tagId : tagIds)
+        manager()->addNodeAbove(tagId, nodeId);
+}
+
+void BrowsTreeController::addTagNodes(const QVector<qint64> &tagIds, qint64 nodeId, bool above)
+{
+    if (above && nodeId > 0)
+        addNodesAbove(tagIds, nodeId);
+    else
+        addNodesBelow(tagIds, nodeId);
+}
+
+void BrowsTreeController::removeNodes(const QVector<qint64> &nodeIds)
+{
+    if (manager() && mayWrite())
+        manager()->removeNodesKeepingChildren(nodeIds);
+}
+
+void BrowsTreeController::removeNodesWithSubtree(const QVector<qint64> &nodeIds)
+{
+    if (manager() && mayWrite())
+        manager()->removeNodes(nodeIds);
+}
+
+bool BrowsTreeController::hasChildren(const QVector<qint64> &nodeIds) const
+{
+    return std::any_of(nodeIds.cbegin(), nodeIds.cend(), [this](qint64 nodeId) {
+        const TBnode *node = nodeById(nodeId);
+        return node && node->childrenCount() > 0;
+    });
+}
+
+TBnode *BrowsTreeController::nodeById(qint64 nodeId) const
+{
+    return manager() ? manager()->nodes().value(nodeId) : nullptr;
+}
+
+void BrowsTreeController::nodeActivated(NodeType type, qint64 nodeId, const QVector<qint64> &required,
+                                        const QVector<qint64> &excluded)
+{
+    if (!m_mainView)
+        return;
+    if (type != TagNode) {
+        m_mainView->showSpecialNode(type);
+    } else {
+        QHash<qint64, QVector<qint64>> alternatives;
+        QVector<qint64> excludedWidened;
+        // The option of the node itself counts, whatever the nodes above it say.
+        const TBnode *node = nodeById(nodeId);
+        if (node && node->trOption() && m_relations) {
+            excludedWidened = m_relations->descendantsOf(excluded);
+            for (const qint64 tagId : required)
+                alternatives.insert(tagId, m_relations->descendantsOf({tagId}));
+        }
+        m_mainView->showTagRequirements(required, {}, excluded, alternatives, {}, excludedWidened);
+    }
+    setCurrentNode(type, nodeId);
+    if (m_tags)
+        m_tags->clearMark();
+}
+
+void BrowsTreeController::clearCurrentNode()
+{
+    setCurrentNode(0, 0);
+}
+
+void BrowsTreeController::setCurrentNode(int type, qint64 nodeId)
+{
+    const qint64 id = type == TagNode ? nodeId : 0;
+    if (type == m_currentType && id == m_currentId)
+        return;
+    m_currentType = type;
+    m_currentId = id;
+    emit currentNodeChanged(m_currentType, m_currentId);
+}
+
+void BrowsTreeController::nodeDeleted(const QVariant &nodeId)
+{
+    if (currentTagNodeId() > 0 && nodeId.toLongLong() == currentTagNodeId())
+        clearCurrentNode();
+}
+
+QVector<qint64> BrowsTreeController::tagsOfNode(qint64 nodeId) const
+{
+    QVector<qint64> required;
+    QVector<qint64> excluded;
+    const TBnode *node = nodeById(nodeId);
+    if (node)
+        node->collectTagRequirements(required, excluded);
+    return required;
+}
+
+void BrowsTreeController::addFilesToNode(qint64 nodeId, const QVector<qint64> &fileIds)
+{
+    const QVector<qint64> tagIds = tagsOfNode(nodeId);
+    if (m_mainView && !tagIds.isEmpty() && mayWrite())
+        m_mainView->linkTags(fileIds, tagIds);
+}
+
+void BrowsTreeController::addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls)
+{
+    if (m_mainView && mayWrite())
+        m_mainView->addUrls(urls, tagsOfNode(nodeId), true, qMax<qint64>(0, nodeId));
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/controllers/abstractcontroller.h"
+#include "core/recordtypes.h"
+
+#include <QList>
+#include <QUrl>
+#include <QVector>
+
+class MainViewController;
+class RelationsController;
+class TagsController;
+
+/** The browsing tree: making and removing nodes, and showing the files that a node selects. GUI thread. */
+class BrowsTreeController : public AbstractController
+{
+    Q_OBJECT
+
+public:
+    BrowsTreeController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                        Collection *collection);
+
+    void setPeers(MainViewController *mainView, TagsController *tags, RelationsController *relations);
+    void load() override;
+
+    void changeInversion(qint64 nodeId, bool inverted);
+    void changeTrOption(qint64 nodeId, bool trOption);
+
+    /** One node for each tag below a node; an id not above 0 is the top level. */
+    void addNodesBelow(const QVector<qint64> &tagIds, qint64 nodeId);
+    /** The same between a node and its parent, the first tag at the top. */
+    void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
+    void addTagNodes(const QVector<qint64> &tagIds, qint64 nodeId, bool above);
+    /** Removes nodes alone: their children rise to the nearest node above that stays. */
+    void removeNodes(const QVector<qint64> &nodeIds);
+    void removeNodesWithSubtree(const QVector<qint64> &nodeIds);
+
+    /** Whether one of the nodes has children. */
+    bool hasChildren(const QVector<qint64> &nodeIds) const;
+    /** Null for an unknown node. */
+    TBnode *nodeById(qint64 nodeId) const;
+
+    /** Shows what a node selects; the two lists are those of TBnode::collectTagRequirements. */
+    void nodeActivated(NodeType type, qint64 nodeId, const QVector<qint64> &required,
+                       const QVector<qint64> &excluded);
+    void clearCurrentNode();
+    /** The node whose files are shown; 0 for the special nodes and for none. */
+    qint64 currentNodeId() const { return m_currentId; }
+    /** The kind of that node, 0 for none. */
+    int currentNodeType() const { return m_currentType; }
+    /** The same for a node of a tag alone. */
+    qint64 currentTagNodeId() const { return m_currentType == TagNode ? m_currentId : 0; }
+
+    /** Links files to the tags on the way down to a node; inverted ones are left out. */
+    void addFilesToNode(qint64 nodeId, const QVector<qint64> &fileIds);
+    /** Adds files, folders and hyperlinks to the database, with those tags. */
+    void addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls);
+
+signals:
+    /** The type is 0 when no node is current any more. */
+    void currentNodeChanged(int type, qlonglong nodeId);
+
+private:
+    void setCurrentNode(int type, qint64 nodeId);
+    void nodeDeleted(const QVariant &nodeId);
+    QVector<qint64> tagsOfNode(qint64 nodeId) const;
+
+    MainViewController *m_mainView = nullptr;
+    TagsController *m_tags = nullptr;
+    RelationsController *m_relations = nullptr;
+    int m_currentType = 0;
+    qint64 m_currentId = 0;
+};

@@ -1,0 +1,146 @@
+#include "core/controllers/groupscontroller.h"
+
+#include "core/collection.h"
+#include "core/collectionsettings.h"
+#include "db/databasemanger.h"
+
+GroupsController::GroupsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                                   Collection *collection)
+    : AbstractController(manager, constructor, collection)
+{
+    if (manager)
+        connect(manager, &DatabaseManger::groupsLoaded, this, &GroupsController::restoreTabs);
+}
+
+void GroupsController::load()
+{
+    if (manager())
+        manager()->loadAllGroups();
+}
+
+qint64 GroupsController::addGroup(const QString &name, bool visible)
+{
+    if (!manager() || !mayWrite())
+        return 0;
+    if (isNameTaken(name, 0)) {
+        emit groupDuplicated();
+        return 0;
+    }
+    const qint64 groupId = manager()->addGroup(name.simplified(), visible);
+    if (groupId > 0)
+        noteTab(groupId, visible);
+    return groupId;
+}
+
+bool GroupsController::renameGroup(qint64 groupId, const QString &name)
+{
+    if (!manager() || !mayWrite())
+        return false;
+    if (isNameTaken(name, groupId)) {
+        emit groupDuplicated();
+        return false;
+    }
+    manager()->renameGroup(groupId, name.simplified());
+    return true;
+}
+
+bool GroupsController::isNameTaken(const QString &name, qint64 exceptFor) const
+{
+    for (const GroupItem *group : qAsConst(*groups())) {
+        if (group->id() != exceptFor && group->name() == name)
+            return true;
+    }
+    return false;
+}
+
+void GroupsController::setGroupVisible(const QVector<qint64> &groupIds, bool visible)
+{
+    for (const qint64 groupId : groupIds) {
+        GroupItem *group = groups() ? groups()->value(groupId) : nullptr;
+        if (!group)
+            continue;
+        group->setVisible(visible);
+        noteTab(groupId, visible);
+    }
+}
+
+void GroupsController::noteTab(qint64 groupId, bool visible)
+{
+    QList<int> order = tabOrder();
+    const int id = static_cast<int>(groupId);
+    if (order.contains(id) == visible)
+        return;
+    if (visible)
+        order.append(id);
+    else
+        order.removeAll(id);
+    setTabOrder(order);
+}
+
+void GroupsController::removeGroups(const QVector<qint64> &groupIds)
+{
+    if (!manager() || !mayWrite())
+        return;
+    manager()->removeGroups(groupIds);
+    for (const qint64 groupId : groupIds) {
+        if (!groups()->contains(groupId))
+            noteTab(groupId, false);
+    }
+}
+
+void GroupsController::assignTags(const QVector<qint64> &tagIds, const QVector<qint64> &groupIds)
+{
+    if (!manager() || !mayWrite())
+        return;
+    for (const qint64 groupId : groupIds) {
+        const GroupItem *group = groups()->value(groupId);
+        if (!group)
+            continue;
+        QVector<qint64> tags = group->tags();
+        for (const qint64 tagId : tagIds) {
+            if (!tags.contains(tagId))
+                tags.append(tagId);
+        }
+        manager()->setGroupTags(groupId, tags);
+    }
+}
+
+void GroupsController::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
+{
+    if (manager() && mayWrite())
+        manager()->setGroupTags(groupId, tagIds);
+}
+
+void GroupsController::restoreTabs()
+{
+    if (!groups())
+        return;
+    const QList<int> order = tabOrder();
+    for (GroupItem *group : qAsConst(*groups()))
+        group->setVisible(order.contains(static_cast<int>(group->id())));
+}
+
+QList<int> GroupsController::tabOrder() const
+{
+    return collection()->settings()->tagGroupOrder();
+}
+
+void GroupsController::setTabOrder(const QList<int> &groupIds)
+{
+    collection()->settings()->setTagGroupOrder(groupIds);
+}
+
+int GroupsController::currentTab() const
+{
+    return collection()->settings()->tagGroupIndex();
+}
+
+void GroupsController::setCurrentTab(int index)
+{
+    collection()->settings()->setTagGroupIndex(index);
+}
+
+Map<qint64, GroupItem *> *GroupsController::groups() const
+{
+    return manager() ? manager()->groups() : nullptr;
+}

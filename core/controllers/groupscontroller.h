@@ -1,0 +1,50 @@
+#pragma once
+
+#include "core/controllers/abstractcontroller.h"
+#include "core/recordtypes.h"
+
+#include <QList>
+#include <QVector>
+
+/**
+ * Tag groups. Names and tags are in the database; which groups are tabs, and in which order, is in the
+ * settings of this database. GUI thread.
+ */
+class GroupsController : public AbstractController
+{
+    Q_OBJECT
+
+public:
+    GroupsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                     Collection *collection);
+
+    void load() override;
+
+    /** Gives the id of the new group, 0 when the name is taken or on failure. */
+    qint64 addGroup(const QString &name, bool visible = true);
+    /** False when another group has the name. */
+    bool renameGroup(qint64 groupId, const QString &name);
+    void setGroupVisible(const QVector<qint64> &groupIds, bool visible);
+    void removeGroups(const QVector<qint64> &groupIds);
+    /** Adds the tags to each of the groups. */
+    void assignTags(const QVector<qint64> &tagIds, const QVector<qint64> &groupIds);
+    /** Makes this the whole list of the group's tags. */
+    void setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+
+    /** Shows those groups as tabs that are noted in the settings, and no others. */
+    void restoreTabs();
+    QList<int> tabOrder() const;
+    void setTabOrder(const QList<int> &groupIds);
+    int currentTab() const;
+    void setCurrentTab(int index);
+
+    /** All groups by id; null without a manager. */
+    Map<qint64, GroupItem *> *groups() const;
+
+signals:
+    void groupDuplicated();
+
+private:
+    bool isNameTaken(const QString &name, qint64 exceptFor) const;
+    void noteTab(qint64 groupId, bool visible);
+};

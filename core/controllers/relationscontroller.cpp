@@ -1,0 +1,77 @@
+#include "core/controllers/relationscontroller.h"
+
+#include "db/databasemanger.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+RelationsController::RelationsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                                         Collection *collection)
+    : AbstractController(manager, constructor, collection)
+{
+}
+
+void RelationsController::load()
+{
+    if (manager())
+        manager()->loadAllRelationNodes();
+}
+
+bool RelationsController::isLegal(const QString &nodePath, const QVector<qint64> &tagIds) const
+{
+    const TRnode *target = manager() ? manager()->relationNode(nodePath) : nullptr;
+    if (!target)
+        return !nodePath.isEmpty() || !isAnyAtTop(tagIds);
+    return !tagIds.contains(target->id()) && !target->hasAncestorIn(tagIds) &&
+           !target->hasDescendantIn(tagIds);
+}
+
+bool RelationsController::isAnyAtTop(const QVector<qint64> &tagIds) const
+{
+    // A path of one piece stands at the top.
+    return manager() && std::any_of(tagIds.cbegin(), tagIds.cend(), [this](qint64 tagId) {
+               return manager()->relationNode(QString::number(tagId)) != nullptr;
+           });
+}
+
+void RelationsController::addChildren(const QString &parentPath, const QVector<qint64> &tagIds)
+{
+    if (manager() && mayWrite())
+        manager()->addRelations(parentPath, tagIds);
+}
+
+void RelationsController::removeNode(const QString &path)
+{
+    if (manager() && mayWrite())
+        manager()->removeRelations({path});
+}
+
+QString RelationsController::tagName(qint64 tagId) const
+{
+    return manager() ? manager()->tagName(tagId) : QString();
+}
+
+template <typename Related>
+QVector<qint64> RelationsController::collect(const QVector<qint64> &tagIds, Related related) const
+{
+    QVector<qint64> ids;
+    if (!manager() || tagIds.isEmpty())
+        return ids;
+    const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
+    for (const auto &item : qAsConst(manager()->relationNodes())) {
+        if (wanted.contains(item.second->id()))
+            ids += related(*item.second);
+    }
+    return ids;
+}
+
+QVector<qint64> RelationsController::descendantsOf(const QVector<qint64> &tagIds) const
+{
+    return collect(tagIds, [](const TRnode &node) { return node.descendantIds(); });
+}
+
+QVector<qint64> RelationsController::ancestorsOf(const QVector<qint64> &tagIds) const
+{
+    return collect(tagIds, [](const TRnode &node) { return node.ancestorIds(); });
+}

@@ -1,0 +1,201 @@
+#include "core/controllers/tagscontroller.h"
+
+#include "core/controllers/mainviewcontroller.h"
+#include "db/databasemanger.h"
+
+#include <QRegExp>
+#include <QSet>
+#include <QSortFilterProxyModel>
+
+#include <algorithm>
+
+TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                               Collection *collection)
+    : AbstractController(manager, constructor, collection), m_filterProxy(new QSortFilterProxyModel(this))
+{
+    m_filterProxy->setFilterKeyColumn(0);
+    if (!manager)
+        return;
+    connect(manager, &DatabaseManger::tagsLoaded, this, &TagsController::loadedDataFromDB);
+    connect(manager, &DatabaseManger::filesLoaded, this, &TagsController::dropCounts);
+    connect(manager, &DatabaseManger::filesAdded, this, &TagsController::dropCounts);
+    connect(manager, &DatabaseManger::filesRemoved, this, &TagsController::dropCounts);
+    connect(manager, &DatabaseManger::filesChanged, this, &TagsController::dropCounts);
+}
+
+void TagsController::setPeers(BrowsTreeController *browsTree, GroupsController *groups,
+                              MainViewController *mainView, RelationsController *relations)
+{
+    m_browsTree = browsTree;
+    m_groups = groups;
+    m_mainView = mainView;
+    m_relations = relations;
+}
+
+void TagsController::load()
+{
+    if (manager())
+        manager()->loadAllTags();
+}
+
+void TagsController::loadedDataFromDB(const TableData &)
+{
+    if (m_markedTagIds.isEmpty())
+        return;
+    // What was selected is shown again, as far as its tags are still there.
+    QVector<qint64> remaining;
+    for (const qint64 tagId : qAsConst(m_markedTagIds)) {
+        if (manager()->hasTag(tagId))
+            remaining.append(tagId);
+    }
+    if (remaining.isEmpty())
+        clearMark();
+    else if (m_isEitherOr)
+        showTagsEitherOr(remaining);
+    else
+        showTagsSelected(remaining);
+}
+
+qint64 TagsController::addTag(const QString &name, const QVector<qint64> &fileIds)
+{
+    if (!manager() || !mayWrite())
+        return 0;
+    // Compared as it was typed: a name with a blank more passes, and is then stored without it.
+    if (manager()->hasTagNamed(name)) {
+        emit tagDuplicated();
+        return 0;
+    }
+    return manager()->addTag(name.simplified(), fileIds);
+}
+
+bool TagsController::renameTag(qint64 tagId, const QString &name)
+{
+    if (!manager() || !mayWrite())
+        return false;
+    if (manager()->hasTagNamed(name)) {
+        emit tagDuplicated();
+        return false;
+    }
+    manager()->renameTag(tagId, name.simplified());
+    return true;
+}
+
+void TagsController::changeDescription(qint64 tagId, const QString &text)
+{
+    if (manager() && mayWrite())
+        manager()->changeTagDescription(tagId, text);
+}
+
+void TagsController::removeTags(const QVector<qint64> &tagIds)
+{
+    if (!manager() || !mayWrite() || !manager()->removeTags(tagIds))
+        return;
+    QVector<qint64> marked = m_markedTagIds;
+    const auto isRemoved = [&tagIds](qint64 tagId) { return tagIds.contains(tagId); };
+    marked.erase(std::remove_if(marked.begin(), marked.end(), isRemoved), marked.end());
+    markTags(marked);
+    if (m_mainView)
+        m_mainView->forgetTags(tagIds);
+}
+
+void TagsController::setTagFilter(const QString &text)
+{
+    m_filterProxy->setFilterRegExp(QRegExp(text, Qt::CaseInsensitive, QRegExp::Wildcard));
+}
+
+void TagsController::linkFilesToTag(qint64 tagId, const QVector<qint64> &fileIds)
+{
+    if (m_mainView && mayWrite())
+        m_mainView->linkTags(fileIds, {tagId});
+}
+
+void TagsController::addFilesToTag(qint64 tagId, const QList<QUrl> &urls)
+{
+    if (m_mainView && mayWrite())
+        m_mainView->addUrls(urls, {tagId});
+}
+
+bool TagsController::isTagInUse(const QVector<qint64> &tagIds) const
+{
+    if (!manager())
+        return false;
+    const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
+    for (const TBnode *node : qAsConst(manager()->nodes())) {
+        if (wanted.contains(node->tagId()))
+            return true;
+    }
+    for (const auto &item : qAsConst(manager()->relationNodes())) {
+        if (wanted.contains(item.second->id()))
+            return true;
+    }
+    return std::any_of(tagIds.cbegin(), tagIds.cend(),
+                       [this](qint64 tagId) { return filesCount(tagId) > 0; });
+}
+
+qint64 TagsController::filesCount(qint64 tagId) const
+{
+    if (!m_areCountsValid)
+        countFiles();
+    return m_fileCounts.value(tagId, 0);
+}
+
+void TagsController::countFiles() const
+{
+    m_fileCounts.clear();
+    if (!manager())
+        return;
+    for (const File *file : qAsConst(manager()->files())) {
+        for (const qint64 tagId : file->tags())
+            ++m_fileCounts[tagId];
+    }
+    m_areCountsValid = true;
+}
+
+void TagsController::dropCounts()
+{
+    m_areCountsValid = false;
+}
+
+QHash<qint64, QString> TagsController::tagsNames(const QVector<qint64> &tagIds) const
+{
+    QHash<qint64, QString> names;
+    for (const qint64 tagId : tagIds) {
+        if (manager() && manager()->hasTag(tagId))
+            names.insert(tagId, manager()->tagName(tagId));
+    }
+    return names;
+}
+
+QString TagsController::tagName(qint64 tagId) const
+{
+    return manager() ? manager()->tagName(tagId) : QString();
+}
+
+void TagsController::showTagsSelected(const QVector<qint64> &tagIds)
+{
+    if (m_mainView)
+        m_mainView->showTagsSelected(tagIds);
+    m_isEitherOr = false;
+    markTags(tagIds);
+}
+
+void TagsController::showTagsEitherOr(const QVector<qint64> &tagIds)
+{
+    if (m_mainView)
+        m_mainView->showTagsEitherOr(tagIds);
+    m_isEitherOr = true;
+    markTags(tagIds);
+}
+
+void TagsController::markTags(const QVector<qint64> &tagIds)
+{
+    if (m_markedTagIds == tagIds)
+        return;
+    m_markedTagIds = tagIds;
+    emit markedTagsChanged(m_markedTagIds);
+}
+
+void TagsController::clearMark()
+{
+    markTags({});
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "core/controllers/abstractcontroller.h"
+#include "db/tabledata.h"
+
+#include <QHash>
+#include <QList>
+#include <QUrl>
+#include <QVector>
+
+class BrowsTreeController;
+class GroupsController;
+class MainViewController;
+class QSortFilterProxyModel;
+class RelationsController;
+
+/** Tags: adding, naming, removing, and showing the files that bear them. GUI thread. */
+class TagsController : public AbstractController
+{
+    Q_OBJECT
+
+public:
+    TagsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                   Collection *collection);
+
+    void setPeers(BrowsTreeController *browsTree, GroupsController *groups, MainViewController *mainView,
+                  RelationsController *relations);
+    void load() override;
+
+    /** Gives the id of the new tag, which is linked to the files too; 0 when the name is taken, or on
+     * failure. */
+    qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
+    /** False when the name is taken. */
+    bool renameTag(qint64 tagId, const QString &name);
+    void changeDescription(qint64 tagId, const QString &text);
+    /** Removes the tags with their nodes, relationships and links to files, all or nothing. */
+    void removeTags(const QVector<qint64> &tagIds);
+
+    /** Narrows the table to names that match the text, in which * and ? stand for anything. */
+    void setTagFilter(const QString &text);
+    void linkFilesToTag(qint64 tagId, const QVector<qint64> &fileIds);
+    /** Adds files, folders and hyperlinks to the database, with this tag. */
+    void addFilesToTag(qint64 tagId, const QList<QUrl> &urls);
+
+    /** Whether a node, a relationship or a file has one of the tags. */
+    bool isTagInUse(const QVector<qint64> &tagIds) const;
+    /** How many files bear the tag itself. */
+    qint64 filesCount(qint64 tagId) const;
+    QHash<qint64, QString> tagsNames(const QVector<qint64> &tagIds) const;
+    /** Empty for an unknown tag. */
+    QString tagName(qint64 tagId) const;
+
+    /** Shows the files with all of the tags, or with one of them, and marks the tags in the table. */
+    void showTagsSelected(const QVector<qint64> &tagIds);
+    void showTagsEitherOr(const QVector<qint64> &tagIds);
+    /** The tags whose files are shown. */
+    QVector<qint64> selectedTagIds() const { return m_markedTagIds; }
+    void markTags(const QVector<qint64> &tagIds);
+    void clearMark();
+
+    /** What the table of tags shows; its source is set with the models of the tags. */
+    QSortFilterProxyModel *filterProxy() const { return m_filterProxy; }
+
+signals:
+    void tagDuplicated();
+    void markedTagsChanged(QVector<qint64> tagIds);
+
+public slots:
+    void loadedDataFromDB(const TableData &tags);
+
+private:
+    void dropCounts();
+    void countFiles() const;
+
+    BrowsTreeController *m_browsTree = nullptr;
+    GroupsController *m_groups = nullptr;
+    MainViewController *m_mainView = nullptr;
+    RelationsController *m_relations = nullptr;
+    QSortFilterProxyModel *m_filterProxy;
+    QVector<qint64> m_markedTagIds;
+    bool m_isEitherOr = false;
+    // Counted in one walk over all files and dropped with any change to them.
+    mutable QHash<qint64, qint64> m_fileCounts;
+    mutable bool m_areCountsValid = false;
+};
