@@ -67,6 +67,7 @@ private slots:
     void upgrades_data();
     void upgrades();
     void addsMissingRelativeColumn();
+    void fillsAttachedSource();
     void refusesUnknown_data();
     void refusesUnknown();
     void currentStaysUntouched();
@@ -313,6 +314,17 @@ void TestDatabaseUpdater::addsMissingRelativeColumn()
     run({text("UPDATE vorna_version SET version='2.0.6'")});
     QVERIFY(update());
     QCOMPARE(value(text("SELECT count(*) FROM file_paths WHERE rel_path IS NULL")).toInt(), 0);
+}
+
+void TestDatabaseUpdater::fillsAttachedSource()
+{
+    build(text("2.0.6"));
+    run({text("CREATE TABLE fileSource (a INTEGER)"), text("ATTACH ':memory:' AS fileSource"),
+         text("CREATE TABLE fileSource.files (file_id INTEGER PRIMARY KEY, file_path TEXT)"),
+         SqlText::fill(text("INSERT INTO fileSource.files VALUES(5,%1)"),
+                       {SqlText::quoted(m_dir->filePath(text("a's/b")))})});
+    QVERIFY(update());
+    QCOMPARE(value(text("SELECT file_rel_path FROM fileSource.files")).toString(), text("a's/b"));
 }
 
 void TestDatabaseUpdater::refusesUnknown_data()

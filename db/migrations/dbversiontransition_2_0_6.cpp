@@ -21,7 +21,7 @@ QStringList selectionTable()
 }
 } // namespace
 
-bool DBVersionTransition_2_0_6::run(QSqlDatabase database)
+bool DBVersionTransition_2_0_6::run(const QSqlDatabase &database)
 {
     QStringList statements;
     if (!MigrationStatements::hasTable(database, QStringLiteral("tb_settings")))

@@ -6,5 +6,5 @@
 class DBVersionTransition_2_0_6
 {
 public:
-    bool run(QSqlDatabase database);
+    bool run(const QSqlDatabase &database);
 };

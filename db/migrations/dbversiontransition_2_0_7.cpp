@@ -125,7 +125,7 @@ bool updatePaths(QSqlDatabase database, const FailureLog &log)
 }
 } // namespace
 
-bool DBVersionTransition_2_0_7::run(QSqlDatabase database)
+bool DBVersionTransition_2_0_7::run(const QSqlDatabase &database)
 {
     qDebug() << "DataBase migrating to v 2.0.7";
     if (database.driverName() != Constants::sqliteDriver)

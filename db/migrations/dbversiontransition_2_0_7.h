@@ -9,5 +9,5 @@
 class DBVersionTransition_2_0_7
 {
 public:
-    bool run(QSqlDatabase database);
+    bool run(const QSqlDatabase &database);
 };

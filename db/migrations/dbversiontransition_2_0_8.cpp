@@ -5,7 +5,7 @@
 
 #include <QDebug>
 
-bool DBVersionTransition_2_0_8::run(QSqlDatabase database)
+bool DBVersionTransition_2_0_8::run(const QSqlDatabase &database)
 {
     qDebug() << "DataBase migrating to v 2.0.8";
     const QString version = DataBaseVersions::name(Version_2_0_8);

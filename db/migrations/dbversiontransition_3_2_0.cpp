@@ -5,7 +5,7 @@
 
 #include <QDebug>
 
-bool DBVersionTransition_3_2_0::run(QSqlDatabase database)
+bool DBVersionTransition_3_2_0::run(const QSqlDatabase &database)
 {
     qDebug() << "DataBase migrating to v 3_2_0";
     return MigrationStatements::runAsOne(

@@ -6,5 +6,5 @@
 class DBVersionTransition_3_2_0
 {
 public:
-    bool run(QSqlDatabase database);
+    bool run(const QSqlDatabase &database);
 };

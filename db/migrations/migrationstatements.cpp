@@ -36,7 +36,7 @@ bool runAsOne(QSqlDatabase database, const QStringList &statements, const Failur
     return true;
 }
 
-bool stampProgramVersion(QSqlDatabase database, const QString &version, const FailureLog &log)
+bool stampProgramVersion(const QSqlDatabase &database, const QString &version, const FailureLog &log)
 {
     // A file between the two statements would have no version and never open again.
     return runAsOne(

@@ -18,7 +18,7 @@ bool run(const QSqlDatabase &database, const QStringList &statements, const Fail
 bool runAsOne(QSqlDatabase database, const QStringList &statements, const FailureLog &log);
 
 /** Replaces the row of vorna_version in one transaction. */
-bool stampProgramVersion(QSqlDatabase database, const QString &version, const FailureLog &log);
+bool stampProgramVersion(const QSqlDatabase &database, const QString &version, const FailureLog &log);
 
 /** The statements that leave scheme_version with this one row. */
 QStringList schemaStamp(const QSqlDatabase &database, const QString &version);
