@@ -1,6 +1,9 @@
 #include "fileops/fileoperationworker.h"
 
 #include "app/constants.h"
+#include "fileops/addfilelistoperation.h"
+#include "fileops/addfilesoperation.h"
+#include "fileops/addhyperlinksoperation.h"
 #include "fileops/deletefilesoperation.h"
 #include "fileops/loadthumbnailsoperation.h"
 
@@ -204,6 +207,15 @@ void FileOperationWorker::finishRun()
 void FileOperationWorker::dispatch(const FileOperation &operation)
 {
     switch (operation.type) {
+    case AddFilesOperationType:
+        AddFilesOperation(*this, operation).run();
+        break;
+    case AddHyperlinksOperationType:
+        AddHyperlinksOperation(*this, operation).run();
+        break;
+    case AddFileListOperationType:
+        AddFileListOperation(*this, operation).run();
+        break;
     case DeleteFilesOperationType:
         if (!operation.fileIds.isEmpty())
             runAnnounced<DeleteFilesOperation>(operation, tr("Deleting files..."));

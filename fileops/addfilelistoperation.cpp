@@ -1,0 +1,61 @@
+#include "fileops/addfilelistoperation.h"
+
+#include "app/addingsettings.h"
+#include "db/transaction.h"
+#include "fileops/fileoperationworker.h"
+
+#include <QFileInfo>
+
+AddFileListOperation::AddFileListOperation(FileOperationWorker &worker, const FileOperation &request)
+    : AddOperation(worker, request, AddFilesOperationType)
+{
+}
+
+void AddFileListOperation::run()
+{
+    announceFiles(AddingSettings::linkToFiles());
+    addFilesToDB();
+    emit m_worker.finishedOpration(m_type);
+}
+
+void AddFileListOperation::addFilesToDB()
+{
+    Transaction transaction(m_worker, m_worker.connectionName());
+    if (!transaction.isActive())
+        return;
+    emit m_worker.operationProgress(m_type, FileOperationWorker::tr("Gathering file information"), 0);
+    QStringList files;
+    QStringList hyperlinks;
+    for (const QString &path : m_request.paths) {
+        // Names of hyperlinks meet those of files too, and these come back the same way.
+        if (FileAdder::isLocal(path))
+            files.append(path);
+        else if (!path.isEmpty())
+            hyperlinks.append(path);
+    }
+    QVector<qint64> added =
+        addBatch(files, AddingSettings::linkToFiles() ? ExternalStorage : InternalStorage);
+    added += addBatch(hyperlinks, HyperlinkStorage);
+    if (!mayCommit()) {
+        qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
+        return;
+    }
+    if (transaction.commit() && !added.isEmpty())
+        emit m_worker.updatedFiles(added);
+}
+
+QVector<qint64> AddFileListOperation::addBatch(const QStringList &paths, StorageMode mode)
+{
+    FileBatchRequest batch;
+    batch.type = m_type;
+    batch.mode = mode;
+    for (const QString &path : paths) {
+        // Only what is a file by now is opened: a pipe of the same name would wake its writer.
+        if (mode == HyperlinkStorage || QFileInfo(path).isFile())
+            batch.paths.append(path);
+        else
+            qDebug("Failed to open file - %s", qUtf8Printable(path));
+    }
+    batch.paths.removeDuplicates();
+    return FileBatch(m_worker, batch).addFilesListToDb();
+}

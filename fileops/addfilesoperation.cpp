@@ -1,0 +1,78 @@
+#include "fileops/addfilesoperation.h"
+
+#include "app/addingsettings.h"
+#include "db/transaction.h"
+#include "fileops/fileoperationworker.h"
+#include "fileops/folderexpansion.h"
+#include "fileops/nodebuilder.h"
+
+#include <QDebug>
+
+AddFilesOperation::AddFilesOperation(FileOperationWorker &worker, const FileOperation &request)
+    : AddOperation(worker, request, AddFilesOperationType)
+{
+}
+
+void AddFilesOperation::run()
+{
+    announceFiles(AddingSettings::linkToFiles());
+    const bool isToldAll = addFilesToDB();
+    emit m_worker.finishedOpration(m_type);
+    if (isToldAll)
+        emit m_worker.duplicatesReady(m_duplicates);
+}
+
+bool AddFilesOperation::addFilesToDB()
+{
+    FolderExpansion expansion([this] { return m_worker.shouldEnd(); });
+    expansion.expand(m_request.paths);
+    Transaction transaction(m_worker, m_worker.connectionName());
+    if (!transaction.isActive())
+        return true;
+    FileBatchRequest batch;
+    batch.type = m_type;
+    batch.mode = AddingSettings::linkToFiles() ? ExternalStorage : InternalStorage;
+    batch.tagIds = m_request.tagIds;
+    if (AddingSettings::autoTagging())
+        makeTagsAndNodes(expansion, batch);
+    emit m_worker.operationProgress(m_type, FileOperationWorker::tr("Gathering file information"), 0);
+    batch.paths = expansion.files();
+    if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
+        return false;
+    QVector<qint64> fileIds = FileBatch(m_worker, batch).addFilesListToDb();
+    fileIds += linkMatchedFiles(batch);
+    finish(transaction, fileIds);
+    return true;
+}
+
+void AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch)
+{
+    const bool isLimited = AddingSettings::autoTagRecursionLimitSet();
+    const int limit = AddingSettings::autoTagRecursionLimit();
+    batch.folderTags = FolderTags(expansion.folders(), isLimited, limit);
+    batch.tagIdsByName = m_worker.createTags(batch.folderTags.allNames(), &m_newTags);
+    if (AddingSettings::createNodes() && m_request.fromSelectedNode)
+        m_newNodes = NodeBuilder(m_worker, batch.tagIdsByName, isLimited, limit)
+                         .build(expansion.folders(), m_request.nodeId);
+}
+
+void AddFilesOperation::finish(Transaction &transaction, const QVector<qint64> &fileIds)
+{
+    if (!mayCommit()) {
+        qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
+        transaction.rollBack();
+        // Nothing was added, so there is nothing to report as left out either.
+        m_duplicates = PresentableDuplicates();
+        return;
+    }
+    if (!transaction.commit()) {
+        m_duplicates = PresentableDuplicates();
+        return;
+    }
+    if (!m_newTags.isEmpty())
+        emit m_worker.updateTags(m_newTags);
+    if (!m_newNodes.isEmpty())
+        emit m_worker.updateNodes(m_newNodes);
+    if (!fileIds.isEmpty())
+        emit m_worker.updatedFiles(fileIds);
+}

@@ -1,0 +1,68 @@
+#include "fileops/addhyperlinksoperation.h"
+
+#include "app/addingsettings.h"
+#include "db/abstractqueryconstructor.h"
+#include "db/sqltext.h"
+#include "db/transaction.h"
+#include "fileops/fileoperationworker.h"
+
+AddHyperlinksOperation::AddHyperlinksOperation(FileOperationWorker &worker, const FileOperation &request)
+    : AddOperation(worker, request, AddHyperlinksOperationType)
+{
+}
+
+void AddHyperlinksOperation::run()
+{
+    emit m_worker.startedOpration(m_type, FileOperationWorker::tr("Creating hyperlinks into database..."));
+    const bool isToldAll = addHyperlinksToDB();
+    emit m_worker.finishedOpration(m_type);
+    if (isToldAll)
+        emit m_worker.duplicatesReady(m_duplicates);
+}
+
+bool AddHyperlinksOperation::addHyperlinksToDB()
+{
+    Transaction transaction(m_worker, m_worker.connectionName());
+    if (!transaction.isActive())
+        return true;
+    FileBatchRequest batch;
+    batch.type = m_type;
+    batch.mode = HyperlinkStorage;
+    batch.tagIds = m_request.tagIds;
+    for (const QString &text : m_request.paths) {
+        // A file that has vanished is no hyperlink.
+        if (!FileAdder::isLocal(text))
+            batch.paths.append(text);
+    }
+    batch.paths.removeDuplicates();
+    if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
+        return false;
+    const QVector<qint64> added = FileBatch(m_worker, batch).addFilesListToDb();
+    applyDetails(added);
+    const QVector<qint64> linked = linkMatchedFiles(batch);
+    if (!mayCommit()) {
+        qDebug("FileOperationWorker::addHyperlinksToDB() - stopped or canceled! Exiting.");
+        m_duplicates = PresentableDuplicates();
+    } else if (!transaction.commit()) {
+        m_duplicates = PresentableDuplicates();
+    } else if (!added.isEmpty() || !linked.isEmpty()) {
+        emit m_worker.updatedFiles(added + linked);
+    }
+    return true;
+}
+
+void AddHyperlinksOperation::applyDetails(const QVector<qint64> &fileIds)
+{
+    const QStringList columns = m_request.hyperlinkDetails.keys();
+    const QStringList values = m_request.hyperlinkDetails.values();
+    if (columns.isEmpty())
+        return;
+    const AbstractQueryConstructor &sql = *m_worker.constructor();
+    const QString update = sql.updateQuery(columns, QStringLiteral("files"), values);
+    for (const qint64 id : fileIds) {
+        Savepoint savepoint(m_worker);
+        if (m_worker.runAsync(update + sql.whereClause(QStringLiteral("file_id = ") + QString::number(id)) +
+                              sql.statementEnd()))
+            savepoint.release();
+    }
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "fileops/addoperation.h"
+
+/** Adds hyperlinks: texts that name nothing on this computer. One transaction, as with files. */
+class AddHyperlinksOperation : private AddOperation
+{
+public:
+    AddHyperlinksOperation(FileOperationWorker &worker, const FileOperation &request);
+
+    void run();
+
+private:
+    /** False when duplicate management failed: then nothing more is to be told. */
+    bool addHyperlinksToDB();
+    void applyDetails(const QVector<qint64> &fileIds);
+};

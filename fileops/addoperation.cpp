@@ -1,0 +1,58 @@
+#include "fileops/addoperation.h"
+
+#include "app/addingsettings.h"
+#include "db/transaction.h"
+#include "fileops/duplicatemanager.h"
+#include "fileops/fileoperationworker.h"
+
+bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
+{
+    DuplicateManager manager;
+    QObject::connect(&manager, &DuplicateManager::operationProgress, &m_worker,
+                     &FileOperationWorker::operationProgress);
+    const QStringList paths = batch.paths;
+    QStringList kept;
+    if (!manager.addFilesToDB(paths, AddingSettings::checkForNameDuplicates(), m_worker, batch.paths, kept,
+                              batch.folderTags, batch.inheritedTags)) {
+        emit m_worker.error(FileOperationWorker::tr("A database-related duplicate management error occurred "
+                                                    "while preparing to add files"),
+                            FileOperationWorker::tr("Error adding files"));
+        m_worker.cancelAll();
+        return false;
+    }
+    batch.checksums = manager.checksums();
+    m_duplicates = manager.presentableDuplicates();
+    return true;
+}
+
+QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
+{
+    QVector<qint64> linked;
+    TagLinker linker(m_worker);
+    for (const DuplicateMatch &match : qAsConst(m_duplicates.contentMatches)) {
+        QStringList names;
+        for (const DuplicateFileInfo &added : match.addedFiles)
+            names.append(added.tagNames);
+        const QVector<qint64> tagIds = TagLinker::idsFor(names, batch.tagIdsByName, batch.tagIds);
+        for (const DuplicateFileInfo &file : match.databaseFiles) {
+            if (!mayCommit())
+                return linked;
+            Savepoint savepoint(m_worker);
+            if (savepoint.isActive() && linker.linkFile(file.fileId, tagIds) && savepoint.release())
+                linked.append(file.fileId);
+        }
+    }
+    return linked;
+}
+
+bool AddOperation::mayCommit() const
+{
+    return !m_worker.shouldEnd() && !m_worker.isSavepointLost();
+}
+
+void AddOperation::announceFiles(bool isLinking)
+{
+    emit m_worker.startedOpration(m_type, isLinking
+                                              ? FileOperationWorker::tr("Linking to files...")
+                                              : FileOperationWorker::tr("Copying files into database..."));
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "fileops/databasefunctions.h"
+#include "fileops/filechecksums.h"
+
+#include <QByteArray>
+#include <QString>
+
+class FileOperationWorker;
+
+/** How the contents of a file are kept: the values of the column `internal`. */
+enum StorageMode { ExternalStorage = 0, InternalStorage = 1, HyperlinkStorage = 2 };
+
+/**
+ * Writes the rows of one new file after the other within the running transaction of the worker: contents or
+ * path, thumbnail and the row in `files`. A few queries remain prepared and one block is held between files.
+ */
+class FileAdder
+{
+public:
+    enum Outcome {
+        Added,
+        Skipped, ///< not added, and nothing was written
+        Failed   ///< not added; what was written is to be rolled back
+    };
+
+    FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId);
+
+    /** `known` may hold what an earlier reading of the file told; it is used while the file is unchanged. */
+    Outcome addFilesList(const QString &path, const FileChecksum &known, qint64 &fileId);
+
+    /** True for texts that name something on this computer, which never become hyperlinks. */
+    static bool isLocal(const QString &text);
+
+private:
+    struct NewFile;
+
+    Outcome gather(const QString &path, const FileChecksum &known, NewFile &file);
+    bool gatherExternal(const QString &path, const FileChecksum &known, NewFile &file);
+    bool reserveIds(const QString &path, NewFile &file);
+    bool storeContents(const QString &path, const FileChecksum &known, NewFile &file);
+    bool endChain(qint64 storageId);
+    bool isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const;
+    bool readStoredChecksum(qint64 storageId, qint64 size, quint32 &result);
+    bool insertRows(const QString &path, const NewFile &file);
+    QString relativePath(const QString &path);
+
+    FileOperationWorker &m_worker;
+    StorageMode m_mode;
+    qint64 m_loadId;
+    Database::PathLocator m_locator;
+    QByteArray m_block;
+    QString m_lastFolder;
+    QString m_lastRelativeFolder;
+};
