@@ -3,13 +3,16 @@
 #include "core/collection.h"
 #include "core/collectionsettings.h"
 #include "db/databasemanger.h"
+#include "models/taggroupmodel.h"
 
 GroupsController::GroupsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                    Collection *collection)
     : AbstractController(manager, constructor, collection)
 {
-    if (manager)
-        connect(manager, &DatabaseManger::groupsLoaded, this, &GroupsController::restoreTabs);
+    if (!manager)
+        return;
+    connect(manager, &DatabaseManger::groupsLoaded, this, &GroupsController::restoreTabs);
+    m_model = new TagGroupModel(this, manager->groups(), this);
 }
 
 void GroupsController::load()

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QVector>
 
+class TagGroupModel;
+
 /**
  * Tag groups. Names and tags are in the database; which groups are tabs, and in which order, is in the
  * settings of this database. GUI thread.
@@ -40,6 +42,8 @@ public:
 
     /** All groups by id; null without a manager. */
     Map<qint64, GroupItem *> *groups() const;
+    /** The list of groups for the dialogs; null without a manager. */
+    TagGroupModel *model() const { return m_model; }
 
 signals:
     void groupDuplicated();
@@ -47,4 +51,6 @@ signals:
 private:
     bool isNameTaken(const QString &name, qint64 exceptFor) const;
     void noteTab(qint64 groupId, bool visible);
+
+    TagGroupModel *m_model = nullptr;
 };

@@ -2,6 +2,8 @@
 
 #include "core/controllers/mainviewcontroller.h"
 #include "db/databasemanger.h"
+#include "models/tagsgroupproxy.h"
+#include "models/tagstablemodel.h"
 
 #include <QRegExp>
 #include <QSet>
@@ -11,9 +13,13 @@
 
 TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                Collection *collection)
-    : AbstractController(manager, constructor, collection), m_filterProxy(new QSortFilterProxyModel(this))
+    : AbstractController(manager, constructor, collection),
+      m_groupProxy(new TagsGroupProxy(this)),
+      m_filterProxy(new QSortFilterProxyModel(this))
 {
     m_filterProxy->setFilterKeyColumn(0);
+    m_filterProxy->setSortCaseSensitivity(Qt::CaseInsensitive);
+    m_filterProxy->setSortLocaleAware(true);
     if (!manager)
         return;
     connect(manager, &DatabaseManger::tagsLoaded, this, &TagsController::loadedDataFromDB);
@@ -21,6 +27,11 @@ TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConst
     connect(manager, &DatabaseManger::filesAdded, this, &TagsController::dropCounts);
     connect(manager, &DatabaseManger::filesRemoved, this, &TagsController::dropCounts);
     connect(manager, &DatabaseManger::filesChanged, this, &TagsController::dropCounts);
+
+    // After the connections above: the model asks for the counts that they have dropped.
+    m_tableModel = new TagsTableModel(this, manager, this);
+    m_groupProxy->setSourceModel(m_tableModel);
+    m_filterProxy->setSourceModel(m_groupProxy);
 }
 
 void TagsController::setPeers(BrowsTreeController *browsTree, GroupsController *groups,

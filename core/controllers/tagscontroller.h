@@ -13,6 +13,8 @@ class GroupsController;
 class MainViewController;
 class QSortFilterProxyModel;
 class RelationsController;
+class TagsGroupProxy;
+class TagsTableModel;
 
 /** Tags: adding, naming, removing, and showing the files that bear them. GUI thread. */
 class TagsController : public AbstractController
@@ -58,7 +60,11 @@ public:
     void markTags(const QVector<qint64> &tagIds);
     void clearMark();
 
-    /** What the table of tags shows; its source is set with the models of the tags. */
+    /** All tags; null without a manager. */
+    TagsTableModel *tableModel() const { return m_tableModel; }
+    /** The tags of one tab. */
+    TagsGroupProxy *groupProxy() const { return m_groupProxy; }
+    /** What the table of tags shows: those of the tab that match the filter. */
     QSortFilterProxyModel *filterProxy() const { return m_filterProxy; }
 
 signals:
@@ -76,6 +82,8 @@ private:
     GroupsController *m_groups = nullptr;
     MainViewController *m_mainView = nullptr;
     RelationsController *m_relations = nullptr;
+    TagsTableModel *m_tableModel = nullptr;
+    TagsGroupProxy *m_groupProxy;
     QSortFilterProxyModel *m_filterProxy;
     QVector<qint64> m_markedTagIds;
     bool m_isEitherOr = false;
