@@ -1,11 +1,14 @@
 #include "core/controllers/browstreecontroller.h"
 
+#include "app/viewsettings.h"
 #include "core/collection.h"
 #include "core/collectionsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/databasemanger.h"
+#include "models/brtreesortermodel.h"
+#include "models/tbtreemodel.h"
 
 #include <algorithm>
 
@@ -18,10 +21,17 @@ QString flagText(bool value)
 
 BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                          Collection *collection)
-    : AbstractController(manager, constructor, collection)
+    : AbstractController(manager, constructor, collection),
+      m_model(new TBtreeModel(this, this)),
+      m_sorterModel(new BrTreeSorterModel(this, this))
 {
-    if (manager)
-        connect(&manager->nodes(), &SignalContainer::itemDeleted, this, &BrowsTreeController::nodeDeleted);
+    m_sorterModel->setSourceModel(m_model);
+    connect(m_sorterModel, &BrTreeSorterModel::orderChanged, this, &BrowsTreeController::storeOrder);
+    if (!manager)
+        return;
+    connect(&manager->nodes(), &SignalContainer::itemDeleted, this, &BrowsTreeController::nodeDeleted);
+    connect(manager, &DatabaseManger::browsingNodeLoaded, this, &BrowsTreeController::nodesLoaded);
+    connect(manager, &DatabaseManger::addedBrowsingNodes, this, &BrowsTreeController::nodesAdded);
 }
 
 void BrowsTreeController::setPeers(MainViewController *mainView, TagsController *tags,
@@ -36,6 +46,7 @@ void BrowsTreeController::load()
 {
     if (!manager())
         return;
+    reloadSorting();
     manager()->loadBrowsingTrees();
     manager()->setCurrentBrowsingTree(collection()->settings()->browsingTree());
     manager()->loadAllNodes();
@@ -138,13 +149,75 @@ void BrowsTreeController::setCurrentNode(int type, qint64 nodeId)
         return;
     m_currentType = type;
     m_currentId = id;
+    markCurrentNode();
     emit currentNodeChanged(m_currentType, m_currentId);
+}
+
+void BrowsTreeController::markCurrentNode()
+{
+    if (m_currentType == 0)
+        m_model->clearCurrentNode();
+    else
+        m_model->setCurrentNode(NodeType(m_currentType), nodeById(m_currentId));
+}
+
+void BrowsTreeController::nodesLoaded(const Map<qint64, TBnode *> &nodes)
+{
+    m_model->initRootNode(nodes);
+    markCurrentNode();
+}
+
+void BrowsTreeController::nodesAdded(const Map<qint64, TBnode *> &nodes)
+{
+    m_model->attachNodes(nodes);
+    for (const TBnode *node : nodes)
+        m_manualOrder.nodeAdded(node->parentNode() ? node->parentNode()->id() : 0, node->id());
+    // A node that was moved has left the model for a moment, and its mark with it.
+    markCurrentNode();
 }
 
 void BrowsTreeController::nodeDeleted(const QVariant &nodeId)
 {
-    if (currentTagNodeId() > 0 && nodeId.toLongLong() == currentTagNodeId())
+    const qint64 id = nodeId.toLongLong();
+    if (currentTagNodeId() > 0 && id == currentTagNodeId())
         clearCurrentNode();
+    QMap<qint64, QList<qint64>> order;
+    m_manualOrder.save(order);
+    for (auto list = order.constBegin(); list != order.constEnd(); ++list) {
+        if (list.key() == id || list.value().contains(id))
+            m_manualOrder.nodeRemoved(list.key(), id);
+    }
+    if (!order.isEmpty())
+        storeOrder();
+}
+
+void BrowsTreeController::reloadSorting()
+{
+    m_manualOrder.load(collection()->settings()->nodeOrder());
+    m_manualOrder.setTree(m_model->rootNode());
+    m_sorterModel->setSorting(ViewSettings::nodeSortingType(), &m_manualOrder);
+}
+
+void BrowsTreeController::storeOrder()
+{
+    QMap<qint64, QList<qint64>> order;
+    m_manualOrder.save(order);
+    collection()->settings()->setNodeOrder(order);
+}
+
+qint64 BrowsTreeController::currentBrowsingTree() const
+{
+    return manager() ? manager()->currentBrowsingTree() : 0;
+}
+
+QString BrowsTreeController::currentTreeName() const
+{
+    return manager() ? manager()->browsingTrees().value(manager()->currentBrowsingTree()) : QString();
+}
+
+bool BrowsTreeController::allowsManualMoves() const
+{
+    return !isReadOnly() && m_sorterModel->sortMode() == ViewSettings::ManualSorting;
 }
 
 QVector<qint64> BrowsTreeController::tagsOfNode(qint64 nodeId) const

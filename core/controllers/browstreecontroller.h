@@ -2,13 +2,16 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "core/recordtypes.h"
+#include "models/manualnodessorter.h"
 
 #include <QList>
 #include <QUrl>
 #include <QVector>
 
+class BrTreeSorterModel;
 class MainViewController;
 class RelationsController;
+class TBtreeModel;
 class TagsController;
 
 /** The browsing tree: making and removing nodes, and showing the files that a node selects. GUI thread. */
@@ -51,6 +54,19 @@ public:
     /** The same for a node of a tag alone. */
     qint64 currentTagNodeId() const { return m_currentType == TagNode ? m_currentId : 0; }
 
+    /** The id of the tree that is shown; 0 for the one tree of a local database. */
+    qint64 currentBrowsingTree() const;
+    /** Empty where the database has only one tree. */
+    QString currentTreeName() const;
+    /** Whether nodes can be put in order by hand. */
+    bool allowsManualMoves() const;
+    /** Reads the way of sorting anew and applies it. */
+    void reloadSorting();
+
+    TBtreeModel *model() const { return m_model; }
+    /** What a view shows: the tree in its order. */
+    BrTreeSorterModel *sorterModel() const { return m_sorterModel; }
+
     /** Links files to the tags on the way down to a node; inverted ones are left out. */
     void addFilesToNode(qint64 nodeId, const QVector<qint64> &fileIds);
     /** Adds files, folders and hyperlinks to the database, with those tags. */
@@ -63,11 +79,18 @@ signals:
 private:
     void setCurrentNode(int type, qint64 nodeId);
     void nodeDeleted(const QVariant &nodeId);
+    void nodesLoaded(const Map<qint64, TBnode *> &nodes);
+    void nodesAdded(const Map<qint64, TBnode *> &nodes);
+    void markCurrentNode();
+    void storeOrder();
     QVector<qint64> tagsOfNode(qint64 nodeId) const;
 
     MainViewController *m_mainView = nullptr;
     TagsController *m_tags = nullptr;
     RelationsController *m_relations = nullptr;
+    TBtreeModel *m_model;
+    BrTreeSorterModel *m_sorterModel;
+    ManualNodesSorter m_manualOrder;
     int m_currentType = 0;
     qint64 m_currentId = 0;
 };

@@ -1,6 +1,7 @@
 #include "core/controllers/relationscontroller.h"
 
 #include "db/databasemanger.h"
+#include "models/trmodel.h"
 
 #include <QSet>
 
@@ -8,8 +9,13 @@
 
 RelationsController::RelationsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                          Collection *collection)
-    : AbstractController(manager, constructor, collection)
+    : AbstractController(manager, constructor, collection), m_model(new TRmodel(this, this))
 {
+    if (!manager)
+        return;
+    connect(manager, &DatabaseManger::relatshipsNodeLoaded, m_model, &TRmodel::resetNodes);
+    connect(manager, &DatabaseManger::addedRelatshipsNodes, m_model, &TRmodel::addedNewNodes);
+    connect(manager, &DatabaseManger::tagsRenamed, m_model, &TRmodel::repaintNames);
 }
 
 void RelationsController::load()

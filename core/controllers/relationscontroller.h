@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVector>
 
+class TRmodel;
+
 /** The trees of tag relationships: a tag stands for all tags below it. GUI thread. */
 class RelationsController : public AbstractController
 {
@@ -24,6 +26,8 @@ public:
     /** Removes a place with all below it; tags and files stay. */
     void removeNode(const QString &path);
 
+    TRmodel *model() const { return m_model; }
+
     QString tagName(qint64 tagId) const;
     /** The tags below every place of the tags, with repeats. */
     QVector<qint64> descendantsOf(const QVector<qint64> &tagIds) const;
@@ -33,4 +37,6 @@ private:
     bool isAnyAtTop(const QVector<qint64> &tagIds) const;
     template <typename Related>
     QVector<qint64> collect(const QVector<qint64> &tagIds, Related related) const;
+
+    TRmodel *m_model;
 };

@@ -1,0 +1,136 @@
+#include "models/manualnodessorter.h"
+
+#include "core/tbnode.h"
+
+#include <algorithm>
+
+namespace {
+
+const TBnode *findNode(const TBnode *node, qint64 id)
+{
+    if (!node || (node->id() == id && id >= 0))
+        return node;
+    for (const TBnode *child : node->children()) {
+        if (const TBnode *found = findNode(child, id))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool ManualNodesSorter::lessThan(qint64 parentId, qint64 leftId, qint64 rightId) const
+{
+    if (!m_order.contains(parentId))
+        return leftId < rightId;
+    const QHash<qint64, int> &places = positions(parentId);
+    const int left = places.value(leftId, -1);
+    const int right = places.value(rightId, -1);
+    if (left < 0 && right < 0)
+        return leftId < rightId;
+    if (left < 0 || right < 0)
+        return right < 0;
+    return left < right;
+}
+
+void ManualNodesSorter::moveNode(qint64 parentId, qint64 nodeId, qint64 siblingId, bool before)
+{
+    if (nodeId == siblingId)
+        return;
+    QList<qint64> &list = completeList(parentId);
+    list.removeAll(nodeId);
+    const int at = list.indexOf(siblingId);
+    list.insert(at < 0 ? list.size() : at + (before ? 0 : 1), nodeId);
+    m_positions.remove(parentId);
+}
+
+void ManualNodesSorter::moveToRow(qint64 parentId, qint64 nodeId, int row)
+{
+    QList<qint64> &list = completeList(parentId);
+    const int present = list.indexOf(nodeId);
+    // A row behind the node's own place moves up by one when the node is taken out.
+    const int target = present >= 0 && row > present ? row - 1 : row;
+    list.removeAll(nodeId);
+    list.insert(qBound(0, target, list.size()), nodeId);
+    m_positions.remove(parentId);
+}
+
+void ManualNodesSorter::nodeAdded(qint64 parentId, qint64 nodeId)
+{
+    const auto list = m_order.find(parentId);
+    if (list == m_order.end() || list->contains(nodeId))
+        return;
+    list->append(nodeId);
+    m_positions.remove(parentId);
+}
+
+void ManualNodesSorter::nodeRemoved(qint64 parentId, qint64 nodeId)
+{
+    const auto list = m_order.find(parentId);
+    if (list != m_order.end())
+        list->removeAll(nodeId);
+    m_order.remove(nodeId);
+    m_positions.remove(parentId);
+    m_positions.remove(nodeId);
+}
+
+void ManualNodesSorter::load(const QMap<qint64, QList<qint64>> &order)
+{
+    m_order = order;
+    m_positions.clear();
+}
+
+void ManualNodesSorter::save(QMap<qint64, QList<qint64>> &order) const
+{
+    order = m_order;
+}
+
+void ManualNodesSorter::setTree(TBnode *root)
+{
+    m_root = root;
+}
+
+QList<qint64> &ManualNodesSorter::completeList(qint64 parentId)
+{
+    QList<qint64> children;
+    if (const TBnode *parent = findNode(m_root, parentId)) {
+        for (const TBnode *child : parent->children()) {
+            if (child->nodeType() == TagNode)
+                children.append(child->id());
+        }
+    }
+    std::sort(children.begin(), children.end(),
+              [this, parentId](qint64 left, qint64 right) { return lessThan(parentId, left, right); });
+    m_positions.remove(parentId);
+    QList<qint64> &list = m_order[parentId];
+    if (!children.isEmpty())
+        list = children;
+    return list;
+}
+
+const QHash<qint64, int> &ManualNodesSorter::positions(qint64 parentId) const
+{
+    auto places = m_positions.find(parentId);
+    if (places == m_positions.end()) {
+        places = m_positions.insert(parentId, {});
+        const QList<qint64> list = m_order.value(parentId);
+        for (int i = 0; i < list.size(); ++i)
+            places->insert(list.at(i), i);
+    }
+    return *places;
+}
+
+QDataStream &operator<<(QDataStream &stream, const ManualNodesSorter &sorter)
+{
+    QMap<qint64, QList<qint64>> order;
+    sorter.save(order);
+    return stream << order;
+}
+
+QDataStream &operator>>(QDataStream &stream, ManualNodesSorter &sorter)
+{
+    QMap<qint64, QList<qint64>> order;
+    stream >> order;
+    sorter.load(order);
+    return stream;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "models/abstractnodessorter.h"
+
+#include <QDataStream>
+#include <QHash>
+#include <QMetaType>
+
+/**
+ * The order of browsing nodes that a person has made by hand: for each parent the ids of its children. Nodes
+ * without a place stand behind those with one, by their ids. A plain value that goes into the settings; the
+ * tree is only borrowed and not copied into a stream.
+ */
+class ManualNodesSorter : public AbstractNodesSorter
+{
+public:
+    bool lessThan(qint64 parentId, qint64 leftId, qint64 rightId) const override;
+    void moveNode(qint64 parentId, qint64 nodeId, qint64 siblingId, bool before) override;
+    void moveToRow(qint64 parentId, qint64 nodeId, int row) override;
+    void nodeAdded(qint64 parentId, qint64 nodeId) override;
+    void nodeRemoved(qint64 parentId, qint64 nodeId) override;
+    void load(const QMap<qint64, QList<qint64>> &order) override;
+    void save(QMap<qint64, QList<qint64>> &order) const override;
+    void setTree(TBnode *root) override;
+
+private:
+    /** The list of a parent that holds all its present children, those without a place behind the others. */
+    QList<qint64> &completeList(qint64 parentId);
+    const QHash<qint64, int> &positions(qint64 parentId) const;
+
+    QMap<qint64, QList<qint64>> m_order;
+    /** The place of each child in the list of its parent, made when it is first asked for. */
+    mutable QHash<qint64, QHash<qint64, int>> m_positions;
+    TBnode *m_root = nullptr;
+};
+
+QDataStream &operator<<(QDataStream &stream, const ManualNodesSorter &sorter);
+QDataStream &operator>>(QDataStream &stream, ManualNodesSorter &sorter);
+
+Q_DECLARE_METATYPE(ManualNodesSorter)

@@ -1,0 +1,214 @@
+#include "models/trmodel.h"
+
+#include "app/constants.h"
+#include "core/controllers/relationscontroller.h"
+#include "models/idlistmime.h"
+#include "models/treeroles.h"
+
+TRmodel::TRmodel(RelationsController *controller, QObject *parent)
+    : QAbstractItemModel(parent), m_controller(controller), m_root(0)
+{
+    connectNode(&m_root);
+}
+
+TRmodel::~TRmodel() = default;
+
+QVariant TRmodel::data(const QModelIndex &index, int role) const
+{
+    const TRnode *node = nodeAt(index);
+    if (!node)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return m_controller ? m_controller->tagName(node->id()) : node->name();
+    case RelationRole::TagId:
+        return node->id();
+    case RelationRole::StoredName:
+        return node->name();
+    case RelationRole::Path:
+        return pathOf(index);
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags TRmodel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return Qt::ItemIsDropEnabled;
+    return Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDropEnabled | Qt::ItemIsDragEnabled;
+}
+
+int TRmodel::rowCount(const QModelIndex &parent) const
+{
+    if (parent.column() > 0)
+        return 0;
+    return parent.isValid() ? nodeAt(parent)->childrenCount() : m_root.childrenCount();
+}
+
+int TRmodel::columnCount(const QModelIndex &) const
+{
+    return 1;
+}
+
+QModelIndex TRmodel::index(int row, int column, const QModelIndex &parent) const
+{
+    const TRnode *parentNode = parent.isValid() ? nodeAt(parent) : &m_root;
+    TRnode *child = column == 0 ? parentNode->childAt(row) : nullptr;
+    return child ? createIndex(row, column, child) : QModelIndex();
+}
+
+QModelIndex TRmodel::parent(const QModelIndex &index) const
+{
+    const TRnode *node = nodeAt(index);
+    return node ? indexOf(node->parentNode()) : QModelIndex();
+}
+
+QStringList TRmodel::mimeTypes() const
+{
+    return {Constants::tagMimeType};
+}
+
+QMimeData *TRmodel::mimeData(const QModelIndexList &indexes) const
+{
+    QVector<qint64> ids;
+    for (const QModelIndex &index : indexes) {
+        const TRnode *node = nodeAt(index);
+        if (node && !ids.contains(node->id()))
+            ids.append(node->id());
+    }
+    if (ids.isEmpty())
+        return nullptr;
+    return IdListMime::pack(Constants::tagMimeType, ids);
+}
+
+TRnode *TRmodel::nodeAt(const QModelIndex &index) const
+{
+    return index.isValid() ? static_cast<TRnode *>(index.internalPointer()) : nullptr;
+}
+
+QModelIndex TRmodel::indexOf(const TRnode *node) const
+{
+    if (!node || node == &m_root || !node->parentNode())
+        return {};
+    const int row = node->parentNode()->indexOf(node);
+    return row < 0 ? QModelIndex() : createIndex(row, 0, const_cast<TRnode *>(node));
+}
+
+QString TRmodel::pathOf(const QModelIndex &index) const
+{
+    const TRnode *node = nodeAt(index);
+    if (!node)
+        return {};
+    QStringList pieces;
+    for (const qint64 id : node->ancestorIds())
+        pieces.append(QString::number(id));
+    pieces.append(QString::number(node->id()));
+    return pieces.join(QLatin1Char('.'));
+}
+
+QModelIndex TRmodel::indexOfPath(const QString &path) const
+{
+    const TRnode *node = &m_root;
+    for (const QString &piece : path.split(QLatin1Char('.'))) {
+        const qint64 id = piece.toLongLong();
+        const TRnode *next = nullptr;
+        for (const TRnode *child : node->children()) {
+            if (child->id() == id)
+                next = child;
+        }
+        if (!next)
+            return {};
+        node = next;
+    }
+    return indexOf(node);
+}
+
+void TRmodel::resetNodes(const Vector<QPair<QString, TRnode *>> &nodes)
+{
+    beginResetModel();
+    const QSignalBlocker blocker(&m_root);
+    for (TRnode *child : m_root.children())
+        disconnectNode(child);
+    m_root.removeAllChildren();
+    for (const auto &entry : nodes) {
+        if (!entry.second->parentNode()) {
+            m_root.addChild(entry.second);
+            connectNode(entry.second);
+        }
+    }
+    endResetModel();
+}
+
+void TRmodel::addedNewNodes(const Vector<QPair<QString, TRnode *>> &nodes)
+{
+    for (const auto &entry : nodes) {
+        if (!entry.second->parentNode())
+            m_root.addChild(entry.second);
+    }
+}
+
+void TRmodel::clear()
+{
+    resetNodes({});
+}
+
+void TRmodel::repaintNames()
+{
+    repaintBelow(QModelIndex());
+}
+
+void TRmodel::repaintBelow(const QModelIndex &parent)
+{
+    const int rows = rowCount(parent);
+    if (rows == 0)
+        return;
+    emit dataChanged(index(0, 0, parent), index(rows - 1, 0, parent));
+    for (int row = 0; row < rows; ++row)
+        repaintBelow(index(row, 0, parent));
+}
+
+void TRmodel::beforeAddedChildrenNode(const QList<TRnode *> &children, TRnode *parentNode)
+{
+    const int count = parentNode->childrenCount();
+    beginInsertRows(indexOf(parentNode), count, count + children.size() - 1);
+}
+
+void TRmodel::addedChildrenNode(const QList<TRnode *> &children)
+{
+    endInsertRows();
+    for (TRnode *child : children)
+        connectNode(child);
+}
+
+void TRmodel::beforeRemoveChildrenNode(const QList<TRnode *> &children, TRnode *parentNode)
+{
+    // One node, or all children of the parent: either way one run of rows.
+    const int first = children.isEmpty() ? -1 : parentNode->indexOf(children.first());
+    beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
+    for (TRnode *child : children)
+        disconnectNode(child);
+}
+
+void TRmodel::removedChildrenNode(const QList<TRnode *> &)
+{
+    endRemoveRows();
+}
+
+void TRmodel::connectNode(TRnode *node)
+{
+    constexpr auto once = Qt::UniqueConnection;
+    connect(node, &TRnode::aboutToAddchildren, this, &TRmodel::beforeAddedChildrenNode, once);
+    connect(node, &TRnode::childrenNodesAdded, this, &TRmodel::addedChildrenNode, once);
+    connect(node, &TRnode::aboutToRemoveNodes, this, &TRmodel::beforeRemoveChildrenNode, once);
+    connect(node, &TRnode::childrenNodesRemoved, this, &TRmodel::removedChildrenNode, once);
+    for (TRnode *child : node->children())
+        connectNode(child);
+}
+
+void TRmodel::disconnectNode(TRnode *node)
+{
+    disconnect(node, nullptr, this, nullptr);
+    for (TRnode *child : node->children())
+        disconnectNode(child);
+}

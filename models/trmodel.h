@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/trnode.h"
+#include "core/vector.h"
+
+#include <QAbstractItemModel>
+#include <QPair>
+
+class RelationsController;
+
+/**
+ * The tag relationship trees. The hidden root belongs to the model, the other nodes to the manager; the model
+ * mirrors their signals. Owned by its controller, on the GUI thread.
+ */
+class TRmodel : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    explicit TRmodel(RelationsController *controller, QObject *parent = nullptr);
+    ~TRmodel() override;
+
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex parent(const QModelIndex &index) const override;
+
+    QStringList mimeTypes() const override;
+    /** The tag ids of the entries, each once. */
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+
+    TRnode *nodeAt(const QModelIndex &index) const;
+    QModelIndex indexOf(const TRnode *node) const;
+    /** The relationship_path of an entry; empty for an invalid index. */
+    QString pathOf(const QModelIndex &index) const;
+    /** The entry at a path; invalid when there is none. */
+    QModelIndex indexOfPath(const QString &path) const;
+
+public slots:
+    /** Shows all the nodes in place of those shown before. */
+    void resetNodes(const Vector<QPair<QString, TRnode *>> &nodes);
+    /** Puts those of the nodes that have no parent at the top. */
+    void addedNewNodes(const Vector<QPair<QString, TRnode *>> &nodes);
+    void clear();
+    /** Names are looked up by the tag's id, so that a renamed tag only needs a repaint. */
+    void repaintNames();
+
+private slots:
+    void beforeAddedChildrenNode(const QList<TRnode *> &children, TRnode *parentNode);
+    void addedChildrenNode(const QList<TRnode *> &children);
+    void beforeRemoveChildrenNode(const QList<TRnode *> &children, TRnode *parentNode);
+    void removedChildrenNode(const QList<TRnode *> &children);
+
+private:
+    void connectNode(TRnode *node);
+    void disconnectNode(TRnode *node);
+    void repaintBelow(const QModelIndex &parent);
+
+    RelationsController *m_controller;
+    TRnode m_root;
+};
