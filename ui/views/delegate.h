@@ -3,8 +3,8 @@
 #include <QStyledItemDelegate>
 
 /**
- * Paints and edits the items of both file views. Sizes never depend on the item, so that laying out a million
- * of them asks for no picture. GUI thread.
+ * Paints items and edits them in place. Sizes never depend on a picture, so that laying out a million items
+ * asks for none. GUI thread.
  */
 class Delegate : public QStyledItemDelegate
 {
@@ -12,6 +12,9 @@ class Delegate : public QStyledItemDelegate
 
 public:
     explicit Delegate(QObject *parent = nullptr);
+
+    /** The column of a table that shows its picture alone and is not edited; -1, the default, is none. */
+    void setPictureColumn(int column) { m_pictureColumn = column; }
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
@@ -32,5 +35,8 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
+    bool showsPictureAlone(const QStyleOptionViewItem &option, const QModelIndex &index) const;
     void abandon(QWidget *editor);
+
+    int m_pictureColumn = -1;
 };

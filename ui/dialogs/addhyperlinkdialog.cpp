@@ -1,0 +1,45 @@
+#include "ui/dialogs/addhyperlinkdialog.h"
+
+#include "app/messages.h"
+#include "ui_addhyperlinkdialog.h"
+
+#include <QDir>
+#include <QUrl>
+
+AddHyperlinkDialog::AddHyperlinkDialog(QWidget *parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::AddHyperlinkDialog>())
+{
+    m_ui->setupUi(this);
+    connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &AddHyperlinkDialog::accept);
+    connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &AddHyperlinkDialog::reject);
+}
+
+AddHyperlinkDialog::~AddHyperlinkDialog() = default;
+
+QString AddHyperlinkDialog::hyperlink() const
+{
+    return m_ui->hyperlinkEdit->text().trimmed();
+}
+
+QString AddHyperlinkDialog::description() const
+{
+    return m_ui->descriptionEdit->text().trimmed();
+}
+
+void AddHyperlinkDialog::accept()
+{
+    const QUrl url(hyperlink());
+    QString refusal;
+    // A path counts as local even when no file is there, as it would never become a hyperlink.
+    if (url.isLocalFile() || QDir::isAbsolutePath(hyperlink()))
+        refusal = tr("Hyperlinks is file on the local file system");
+    else if (url.isEmpty())
+        refusal = tr("Hyperlink must not be empty.");
+
+    if (refusal.isEmpty()) {
+        QDialog::accept();
+        return;
+    }
+    Messages::warning(this, tr("Error"), refusal);
+    m_ui->hyperlinkEdit->setFocus();
+}

@@ -1,0 +1,48 @@
+#include "ui/dialogs/propertiesdialog.h"
+
+#include "core/file.h"
+
+#include <QDialogButtonBox>
+#include <QLocale>
+#include <QTextEdit>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int internalFile = 1;
+
+} // namespace
+
+PropertiesDialog::PropertiesDialog(const File &file, QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("PropertiesDialog"));
+    setWindowTitle(tr("File Properties"));
+
+    auto *edit = new QTextEdit(this);
+    edit->setObjectName(QStringLiteral("propertiesTextEdit"));
+    edit->setAccessibleName(tr("File Properties"));
+    edit->setReadOnly(true);
+    edit->setStyleSheet(QStringLiteral("QTextEdit {background-color: transparent; border: none; }"));
+    edit->setPlainText(text(file));
+
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    connect(buttons, &QDialogButtonBox::accepted, this, &PropertiesDialog::accept);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(edit);
+    layout->addWidget(buttons);
+    resize(480, 280);
+}
+
+QString PropertiesDialog::text(const File &file)
+{
+    const QString dateFormat = QStringLiteral("ddd dd MMM yyyy hh:mm:ss");
+    const bool isInternal = file.internal() == internalFile;
+    const QString inside = QStringLiteral("internal");
+    // All values in one call: a name may hold "%1" itself.
+    return tr("Name: %1\nDescription: %2\nAdded: %3\nModified: %4\nSize: %5 bytes\nAbsolute path: %6\n"
+              "Relative path: %7\n")
+        .arg(file.name(), file.description(), QLocale().toString(file.additionDate(), dateFormat),
+             QLocale().toString(file.modificationDate(), dateFormat), QString::number(file.size()),
+             isInternal ? inside : file.path(), isInternal ? inside : file.relPath());
+}

@@ -1,0 +1,125 @@
+#include "ui/views/fileopening.h"
+
+#include "app/messages.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QUrl>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("FileOpening", text);
+}
+
+bool isAllowedScheme(const QString &scheme)
+{
+    static const QStringList schemes = {QStringLiteral("http"), QStringLiteral("https"),
+                                        QStringLiteral("ftp"), QStringLiteral("mailto")};
+    return schemes.contains(scheme);
+}
+
+QUrl harmlessLocalUrl(const QString &path)
+{
+    const QFileInfo info(path);
+    // What a link on the disk leads to counts as well as its own name.
+    const auto isLauncher = [](const QString &name) {
+        return name.endsWith(QLatin1String(".desktop"), Qt::CaseInsensitive);
+    };
+    const bool startsProgram =
+        (info.isFile() && info.isExecutable()) || isLauncher(path) || isLauncher(info.canonicalFilePath());
+    return startsProgram ? QUrl() : QUrl::fromLocalFile(path);
+}
+
+bool warnWhenGone(QWidget *parent, const QString &path)
+{
+    if (QFileInfo::exists(path))
+        return false;
+    Messages::warning(parent, tr("File No Longer Present"),
+                      tr("This file is no longer present in its original path. It may have been moved, "
+                         "deleted or renamed."));
+    return true;
+}
+
+void openFolder(const QString &path)
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+}
+
+#ifndef Q_OS_WIN
+void askFileManager(QWidget *parent, const QString &path)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openFolder(path);
+        return;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    call << QStringList(QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())) << QString();
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), parent);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, parent, [watcher, path] {
+        if (watcher->isError())
+            openFolder(path);
+        watcher->deleteLater();
+    });
+}
+#endif
+
+} // namespace
+
+QUrl FileOpening::linkTarget(const QString &text)
+{
+    const QString link = text.trimmed();
+    if (link.isEmpty())
+        return {};
+    if (QDir::isAbsolutePath(link))
+        return harmlessLocalUrl(link);
+    QUrl url(link, QUrl::TolerantMode);
+    if (!isAllowedScheme(url.scheme()) && !url.isLocalFile()) {
+        // "host:port" reads like a scheme, too; what has a real one of another kind keeps it here.
+        url = QUrl::fromUserInput(link);
+    }
+    if (url.isLocalFile())
+        return harmlessLocalUrl(url.toLocalFile());
+    return url.isValid() && isAllowedScheme(url.scheme()) ? url : QUrl();
+}
+
+void FileOpening::openHyperlink(QWidget *parent, const QString &text)
+{
+    const QUrl url = linkTarget(text);
+    if (url.isEmpty() || !QDesktopServices::openUrl(url))
+        Messages::warning(parent, tr("Error"), tr("Failed opening hyperlink."));
+}
+
+void FileOpening::openExternalFile(QWidget *parent, const QString &path)
+{
+    if (warnWhenGone(parent, path) || QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        return;
+    // It may have gone while the desktop looked for a program.
+    if (!warnWhenGone(parent, path))
+        Messages::warning(parent, tr("Error opening file"),
+                          tr("Vorna is unable to open this file. There may not be any application "
+                             "associated with the file type."));
+}
+
+void FileOpening::showInFileManager(QWidget *parent, const QString &path)
+{
+    if (warnWhenGone(parent, path))
+        return;
+#ifdef Q_OS_WIN
+    QProcess::startDetached(QStringLiteral("explorer"),
+                            {QStringLiteral("/n,/select,"), QDir::toNativeSeparators(path)});
+#else
+    askFileManager(parent, path);
+#endif
+}

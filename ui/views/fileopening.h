@@ -1,0 +1,19 @@
+#pragma once
+
+class QString;
+class QUrl;
+class QWidget;
+
+/** Hands files and links over to the programs of the desktop. Failures are told in boxes. GUI thread. */
+namespace FileOpening {
+/**
+ * What a link stands for; empty when it must not be opened. Web, FTP and mail addresses may be, also without
+ * their scheme, and local paths unless they would start a program.
+ */
+QUrl linkTarget(const QString &text);
+
+void openHyperlink(QWidget *parent, const QString &text);
+void openExternalFile(QWidget *parent, const QString &path);
+/** Shows the file in the system's file manager, or opens its folder where none can be asked. */
+void showInFileManager(QWidget *parent, const QString &path);
+} // namespace FileOpening

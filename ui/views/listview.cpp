@@ -1,0 +1,103 @@
+#include "ui/views/listview.h"
+
+#include "ui/views/delegate.h"
+#include "ui/views/emptyhint.h"
+
+#include <QDrag>
+#include <QDragMoveEvent>
+#include <QMimeData>
+#include <QScrollBar>
+
+namespace {
+
+constexpr int thumbnailSide = 128;
+constexpr int gap = 8;
+// One step of the layout: small enough for the window to stay alive while a million items find their places.
+constexpr int itemsAStep = 5000;
+
+} // namespace
+
+ListView::ListView(QWidget *parent) : QListView(parent)
+{
+    // This order: each of the three undoes what the later ones set.
+    setViewMode(IconMode);
+    setMovement(Static);
+    setDragDropMode(DragDrop);
+    viewport()->setAcceptDrops(true);
+    setDragDropOverwriteMode(true);
+
+    setResizeMode(Adjust);
+    setLayoutMode(Batched);
+    setBatchSize(itemsAStep);
+    setUniformItemSizes(true);
+    setIconSize({thumbnailSide, thumbnailSide});
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideRight);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectRows);
+    setVerticalScrollMode(ScrollPerPixel);
+    verticalScrollBar()->setSingleStep(thumbnailSide / 4);
+    updateGrid();
+}
+
+void ListView::setEmptyText(const QString &text)
+{
+    m_emptyText = text;
+    viewport()->update();
+}
+
+void ListView::keyboardSearch(const QString &typed)
+{
+    // Keys that an open editor refuses come back here and must not move to another file.
+    if (isEditing())
+        return;
+    const QModelIndex found = m_nameSearch.find(model(), currentIndex(), typed, m_nameRole);
+    if (found.isValid())
+        setCurrentIndex(found);
+}
+
+void ListView::startDrag(Qt::DropActions supportedActions)
+{
+    if (!selectionModel() || !selectionModel()->hasSelection())
+        return;
+    QMimeData *data = model()->mimeData(selectionModel()->selectedIndexes());
+    if (!data)
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(data);
+    drag->exec(supportedActions);
+}
+
+void ListView::dragMoveEvent(QDragMoveEvent *event)
+{
+    QListView::dragMoveEvent(event);
+    // A file that is dropped where it came from would be moved about in the layout.
+    if (event->source() == this)
+        event->ignore();
+}
+
+void ListView::dropEvent(QDropEvent *event)
+{
+    if (event->source() == this)
+        event->ignore();
+    else
+        QListView::dropEvent(event);
+}
+
+void ListView::paintEvent(QPaintEvent *event)
+{
+    QListView::paintEvent(event);
+    paintEmptyHint(this, m_emptyText);
+}
+
+void ListView::changeEvent(QEvent *event)
+{
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        updateGrid();
+}
+
+void ListView::updateGrid()
+{
+    setGridSize(Delegate::thumbnailItemSize(viewOptions()) + QSize(gap, gap));
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ui/views/namesearch.h"
+
+#include <QListView>
+
+/** The files as thumbnails. Differs from its base in that a drag leaves the selection as it is. */
+class ListView : public QListView
+{
+    Q_OBJECT
+
+public:
+    explicit ListView(QWidget *parent = nullptr);
+
+    /** Shown while there are no rows. */
+    void setEmptyText(const QString &text);
+    /** The role that typed letters are looked for in. */
+    void setNameRole(int role) { m_nameRole = role; }
+    bool isEditing() const { return state() == EditingState; }
+    void keyboardSearch(const QString &typed) override;
+
+protected:
+    void startDrag(Qt::DropActions supportedActions) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void updateGrid();
+
+    NameSearch m_nameSearch;
+    QString m_emptyText;
+    int m_nameRole = Qt::DisplayRole;
+};

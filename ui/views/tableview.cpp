@@ -1,0 +1,148 @@
+#include "ui/views/tableview.h"
+
+#include "ui/views/emptyhint.h"
+
+#include <QDrag>
+#include <QDragMoveEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMimeData>
+
+TableView::TableView(QWidget *parent) : QTableView(parent)
+{
+    setDragDropMode(DragDrop);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectRows);
+    setShowGrid(false);
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideRight);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setTabKeyNavigation(false);
+
+    // Rows of one height, which nobody measures.
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+void TableView::setEmptyText(const QString &text)
+{
+    m_emptyText = text;
+    viewport()->update();
+}
+
+void TableView::keyboardSearch(const QString &typed)
+{
+    // Keys that an open editor refuses come back here and must not move to another row.
+    if (isEditing())
+        return;
+    if (m_nameRole < 0) {
+        QTableView::keyboardSearch(typed);
+        return;
+    }
+    const QModelIndex found = m_nameSearch.find(model(), currentIndex(), typed, m_nameRole);
+    if (found.isValid())
+        setCurrentIndex(found);
+}
+
+bool TableView::offerKey(QKeyEvent *event)
+{
+    event->ignore();
+    emit keyPressed(event);
+    return event->isAccepted();
+}
+
+void TableView::keyPressEvent(QKeyEvent *event)
+{
+    // Tab was offered when the focus was about to move.
+    if (event->key() != Qt::Key_Tab && offerKey(event))
+        return;
+    event->accept();
+    QTableView::keyPressEvent(event);
+}
+
+bool TableView::focusNextPrevChild(bool next)
+{
+    QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+    if (next && offerKey(&tab))
+        return true;
+    return QTableView::focusNextPrevChild(next);
+}
+
+void TableView::startDrag(Qt::DropActions supportedActions)
+{
+    if (!selectionModel() || !selectionModel()->hasSelection())
+        return;
+    QMimeData *data = model()->mimeData(selectionModel()->selectedIndexes());
+    if (!data)
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(data);
+    if (!supportedActions.testFlag(Qt::MoveAction) || dragDropMode() == InternalMove)
+        drag->exec(supportedActions, Qt::CopyAction);
+    else
+        drag->exec(supportedActions);
+}
+
+void TableView::dragEnterEvent(QDragEnterEvent *event)
+{
+    QTableView::dragEnterEvent(event);
+    if (event->mimeData()->hasUrls())
+        beginUrlDrag();
+}
+
+void TableView::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (m_isUrlDrag)
+        setCurrentIndex(indexAt(event->pos()));
+    QTableView::dragMoveEvent(event);
+    if (event->source() == this)
+        event->ignore();
+}
+
+void TableView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    endUrlDrag();
+    QTableView::dragLeaveEvent(event);
+}
+
+void TableView::dropEvent(QDropEvent *event)
+{
+    endUrlDrag();
+    if (event->source() == this)
+        event->ignore();
+    else
+        QTableView::dropEvent(event);
+}
+
+void TableView::beginUrlDrag()
+{
+    if (m_isUrlDrag || !selectionModel())
+        return;
+    m_isUrlDrag = true;
+    m_palette = palette();
+    m_current = currentIndex();
+    m_selection = selectionModel()->selection();
+    QPalette marking = m_palette;
+    marking.setColor(QPalette::Highlight, QColor(204, 232, 255));
+    marking.setColor(QPalette::HighlightedText, Qt::black);
+    setPalette(marking);
+}
+
+void TableView::endUrlDrag()
+{
+    if (!m_isUrlDrag)
+        return;
+    m_isUrlDrag = false;
+    setPalette(m_palette);
+    selectionModel()->setCurrentIndex(m_current, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(m_selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_selection.clear();
+}
+
+void TableView::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    paintEmptyHint(this, m_emptyText);
+}

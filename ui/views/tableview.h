@@ -1,0 +1,54 @@
+#pragma once
+
+#include "ui/views/namesearch.h"
+
+#include <QItemSelection>
+#include <QPersistentModelIndex>
+#include <QTableView>
+
+/**
+ * A table of files or tags, selected by whole rows. Differs from its base in that a drag leaves the selection
+ * as it is, in that others may handle keys first, and in that files dragged over it mark their target.
+ */
+class TableView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit TableView(QWidget *parent = nullptr);
+
+    /** Shown while there are no rows. */
+    void setEmptyText(const QString &text);
+    /** The role that typed letters are looked for in; without one they are looked for in what is shown. */
+    void setNameRole(int role) { m_nameRole = role; }
+    bool isEditing() const { return state() == EditingState; }
+    void keyboardSearch(const QString &typed) override;
+
+signals:
+    /** Comes before the table's own handling, which accepting the event suppresses. */
+    void keyPressed(QKeyEvent *event);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void startDrag(Qt::DropActions supportedActions) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool offerKey(QKeyEvent *event);
+    void beginUrlDrag();
+    void endUrlDrag();
+
+    NameSearch m_nameSearch;
+    QString m_emptyText;
+    int m_nameRole = -1;
+    // How the table stood before files were dragged over it.
+    bool m_isUrlDrag = false;
+    QPalette m_palette;
+    QPersistentModelIndex m_current;
+    QItemSelection m_selection;
+};
