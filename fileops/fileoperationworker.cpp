@@ -86,7 +86,7 @@ bool FileOperationWorker::nextIdCode(QString &idCode)
     static const QString statement = QStringLiteral("SELECT 1 FROM files WHERE id_code=?;");
     // Some 80 million codes exist: so many misses in turn mean that none is free.
     for (int attempts = 0; attempts < 1000; ++attempts) {
-        idCode = m_idCodes.generate();
+        idCode = drawIdCode();
         TableData table;
         if (!runFast(statement, {idCode}, table))
             return false;

@@ -83,6 +83,8 @@ signals:
 
 protected:
     const DBDetails &details() const { return m_details; }
+    /** A handle, free or not. */
+    virtual QString drawIdCode() const { return m_idCodes.generate(); }
     /** The driver's options for the worker's connection. */
     virtual QString connectOptions() const { return QString(); }
     /** Called once the connection is open. */

@@ -39,6 +39,9 @@ qint64 pixels(const QSize &size)
 /** Reads a picture, a large one at twice the size of its thumbnail where its format can do that. */
 QImage readPicture(const QString &path)
 {
+    // A pipe would be waited for without end.
+    if (!QFileInfo(path).isFile())
+        return QImage();
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     const QSize size = reader.size();
