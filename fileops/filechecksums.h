@@ -16,12 +16,6 @@ struct FileChecksum
 
 /** The fingerprints of whole files. Nothing is held in memory beyond a few slices. Any thread. */
 namespace FileChecksums {
-/**
- * How many files one call of ofFiles reads side by side at best: give it lists of this size and test for a
- * stop between them.
- */
-constexpr int batchSize = 8;
-
 /** Of one file, read in slices; `shouldEnd` is asked before each and breaks the reading off. */
 FileChecksum ofFile(const QString &path, const std::function<bool()> &shouldEnd = {});
 
