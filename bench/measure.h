@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QtGlobal>
+
+/** What a benchmark reads of its own process: CPU time of all threads, and memory. Linux. */
+namespace Measure {
+double cpuSeconds();
+qint64 residentBytes();
+/** The most that was resident since resetPeak(). */
+qint64 peakBytes();
+void resetPeak();
+} // namespace Measure
