@@ -1,0 +1,180 @@
+#include "models/fileindex.h"
+
+#include "core/file.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+namespace {
+
+// Up to this id the number of a tag stands in a plain table, which is what a million files are read with.
+constexpr qint64 largestSmallTagId = 1 << 20;
+constexpr qint32 noNumber = -1;
+
+quint8 kindOf(const File &file)
+{
+    const qint32 kind = file.internal();
+    return kind >= 0 && kind < 255 ? static_cast<quint8>(kind) : quint8(255);
+}
+
+// Takes the given positions, which ascend, out of an array in one sweep.
+template <typename Array>
+void eraseAt(Array &array, const QVector<int> &positions)
+{
+    auto target = array.begin() + positions.first();
+    for (int i = 0; i < positions.size(); ++i) {
+        const auto from = array.begin() + positions.at(i) + 1;
+        const auto to = i + 1 < positions.size() ? array.begin() + positions.at(i + 1) : array.end();
+        target = std::move(from, to, target);
+    }
+    array.erase(target, array.end());
+}
+
+} // namespace
+
+void FileIndex::clear()
+{
+    const quint64 revision = m_revision;
+    *this = FileIndex();
+    m_revision = revision + 1;
+}
+
+void FileIndex::reserve(int rows)
+{
+    const auto size = static_cast<size_t>(rows);
+    m_ids.reserve(rows);
+    m_kinds.reserve(size);
+    m_additions.reserve(size);
+    m_tagStarts.reserve(size);
+    m_tagCounts.reserve(size);
+}
+
+void FileIndex::append(const File &file)
+{
+    readTags(file.tags());
+    m_areIdsAscending = m_areIdsAscending && (m_ids.isEmpty() || m_ids.last() < file.id());
+    m_rowsById.clear();
+    m_ids.append(file.id());
+    m_kinds.push_back(kindOf(file));
+    m_additions.push_back(file.additionSeconds());
+    m_tagStarts.push_back(static_cast<quint32>(m_tags.size()));
+    m_tagCounts.push_back(static_cast<quint32>(m_scratch.size()));
+    m_tags.insert(m_tags.end(), m_scratch.begin(), m_scratch.end());
+    m_usedTags += m_scratch.size();
+    ++m_revision;
+}
+
+bool FileIndex::update(int row, const File &file)
+{
+    const auto at = static_cast<size_t>(row);
+    readTags(file.tags());
+    const bool isKindKept = m_kinds[at] == kindOf(file) && m_additions[at] == file.additionSeconds();
+    if (isKindKept && hasScratchTags(row))
+        return false;
+    m_kinds[at] = kindOf(file);
+    m_additions[at] = file.additionSeconds();
+    m_usedTags -= m_tagCounts[at];
+    m_usedTags += m_scratch.size();
+    if (m_scratch.size() <= m_tagCounts[at]) {
+        std::copy(m_scratch.begin(), m_scratch.end(), m_tags.begin() + m_tagStarts[at]);
+    } else {
+        m_tagStarts[at] = static_cast<quint32>(m_tags.size());
+        m_tags.insert(m_tags.end(), m_scratch.begin(), m_scratch.end());
+    }
+    m_tagCounts[at] = static_cast<quint32>(m_scratch.size());
+    dropUnusedTags();
+    ++m_revision;
+    return true;
+}
+
+void FileIndex::removeRows(const QVector<int> &rows)
+{
+    if (rows.isEmpty())
+        return;
+    for (int row : rows)
+        m_usedTags -= m_tagCounts[static_cast<size_t>(row)];
+    eraseAt(m_ids, rows);
+    eraseAt(m_kinds, rows);
+    eraseAt(m_additions, rows);
+    eraseAt(m_tagStarts, rows);
+    eraseAt(m_tagCounts, rows);
+    m_rowsById.clear();
+    dropUnusedTags();
+    ++m_revision;
+}
+
+int FileIndex::rowOf(qint64 fileId) const
+{
+    if (m_areIdsAscending) {
+        const auto found = std::lower_bound(m_ids.cbegin(), m_ids.cend(), fileId);
+        if (found == m_ids.cend() || *found != fileId)
+            return -1;
+        return static_cast<int>(found - m_ids.cbegin());
+    }
+    if (m_rowsById.empty())
+        sortRows();
+    const auto found = std::lower_bound(m_rowsById.begin(), m_rowsById.end(), fileId,
+                                        [this](int row, qint64 id) { return m_ids.at(row) < id; });
+    return found != m_rowsById.end() && m_ids.at(*found) == fileId ? *found : -1;
+}
+
+void FileIndex::sortRows() const
+{
+    m_rowsById.resize(static_cast<size_t>(m_ids.size()));
+    std::iota(m_rowsById.begin(), m_rowsById.end(), 0);
+    std::sort(m_rowsById.begin(), m_rowsById.end(),
+              [this](int left, int right) { return m_ids.at(left) < m_ids.at(right); });
+}
+
+quint32 FileIndex::numberOf(qint64 tagId)
+{
+    const bool isSmall = tagId >= 0 && tagId < largestSmallTagId;
+    const auto at = static_cast<size_t>(tagId);
+    if (isSmall && at < m_smallTagNumbers.size() && m_smallTagNumbers[at] != noNumber)
+        return static_cast<quint32>(m_smallTagNumbers[at]);
+    const int known = tagNumber(tagId);
+    if (known >= 0)
+        return static_cast<quint32>(known);
+    const int number = m_tagIds.size();
+    m_tagIds.append(tagId);
+    m_tagNumbers.insert(tagId, number);
+    if (isSmall) {
+        if (at >= m_smallTagNumbers.size())
+            m_smallTagNumbers.resize(at + 1, noNumber);
+        m_smallTagNumbers[at] = number;
+    }
+    return static_cast<quint32>(number);
+}
+
+void FileIndex::readTags(const QVector<qint64> &tagIds)
+{
+    m_scratch.clear();
+    for (qint64 tagId : tagIds) {
+        const quint32 number = numberOf(tagId);
+        // A repeated tag would count twice and pass for one that all files have.
+        if (std::find(m_scratch.begin(), m_scratch.end(), number) == m_scratch.end())
+            m_scratch.push_back(number);
+    }
+}
+
+bool FileIndex::hasScratchTags(int row) const
+{
+    const TagNumbers present = tagsAt(row);
+    return std::equal(present.begin(), present.end(), m_scratch.begin(), m_scratch.end());
+}
+
+void FileIndex::dropUnusedTags()
+{
+    constexpr size_t slack = 4096;
+    if (m_tags.size() < 2 * m_usedTags + slack)
+        return;
+    std::vector<quint32> kept;
+    kept.reserve(m_usedTags);
+    for (int row = 0; row < size(); ++row) {
+        const TagNumbers tags = tagsAt(row);
+        m_tagStarts[static_cast<size_t>(row)] = static_cast<quint32>(kept.size());
+        kept.insert(kept.end(), tags.begin(), tags.end());
+    }
+    m_tags.swap(kept);
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QHash>
+#include <QVector>
+
+/**
+ * Which tags a file must, may or must not have. Files meet all of required, one of eitherOr and none of
+ * excluded; the other lists widen these by the descendants in the relationship trees. Exclusion wins, and
+ * exclusion alone selects nothing.
+ */
+struct TagRequirements
+{
+    QVector<qint64> required;
+    QVector<qint64> eitherOr;
+    QVector<qint64> excluded;
+    /** For a tag of required those that satisfy it in its place. */
+    QHash<qint64, QVector<qint64>> requiredAlternatives;
+    /** Counts only beside an eitherOr that is not empty. */
+    QVector<qint64> eitherOrWidened;
+    QVector<qint64> excludedWidened;
+};

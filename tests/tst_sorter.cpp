@@ -1,0 +1,307 @@
+#include "models/contentshost.h"
+#include "models/contentsmodel.h"
+#include "models/filefiltermodel.h"
+#include "models/sorter.h"
+#include "tests/support/filerecords.h"
+#include "tests/support/settingssandbox.h"
+
+#include <QAbstractItemModelTester>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+using Ids = QVector<qint64>;
+
+/** Names tags by their ids; a prefix lets all of them be renamed. */
+class NamingHost : public ContentsHost
+{
+public:
+    bool isWritable() const override { return true; }
+    bool mayEdit() override { return true; }
+    QString joinedTagNames(const Ids &tagIds) const override
+    {
+        QStringList names;
+        for (qint64 tagId : tagIds)
+            names.append(QString::number(isReversed ? 100 - tagId : tagId));
+        return names.join(QLatin1String(", "));
+    }
+    bool isFileMissing(qint64) const override { return false; }
+    const QImage *thumbnailOf(qint64) const override { return nullptr; }
+    bool renameFile(qint64, const QString &) override { return false; }
+    bool describeFile(qint64, const QString &) override { return false; }
+    bool linkTagsToFile(qint64, const Ids &) override { return false; }
+
+    bool isReversed = false;
+};
+
+struct Views
+{
+    Views()
+    {
+        contents.setHost(&host);
+        filter.setSourceModel(&contents);
+        sorter.setSourceModel(&filter);
+        filter.setSpecialNode(AllFiles);
+    }
+
+    void fill(int count)
+    {
+        QRandomGenerator random(5);
+        const QStringList names{QStringLiteral("IMG_%1.jpg"), QStringLiteral("note %1"),
+                                QStringLiteral("z%1.TXT"), QStringLiteral("\U0001F600 %1"),
+                                QStringLiteral("IM%1")};
+        for (int i = 0; i < count; ++i) {
+            const QString name = names.at(random.bounded(names.size())).arg(random.bounded(count / 2));
+            const QString description = random.bounded(2) ? QString() : QString::number(random.bounded(30));
+            files.append(records.add({random.bounded(20) + 10, random.bounded(20) + 50}, random.bounded(3),
+                                     name, random.bounded(count), description));
+        }
+        contents.loadFiles(FileRecords::map(files));
+        // The tester looks at all rows at each signal: seconds a test where rows are many.
+        if (count < 1000)
+            new QAbstractItemModelTester(&sorter, QAbstractItemModelTester::FailureReportingMode::QtTest,
+                                         &sorter);
+    }
+
+    Ids shown() const
+    {
+        Ids ids;
+        for (int row = 0; row < sorter.rowCount(); ++row)
+            ids.append(sorter.fileAt(row)->id());
+        return ids;
+    }
+
+    // Records in the order of a column by a comparison of their values, equal ones by id.
+    Ids expected(int column) const
+    {
+        QVector<File *> sorted;
+        for (File *file : files) {
+            if (contents.rowOf(file->id()) >= 0)
+                sorted.append(file);
+        }
+        std::sort(sorted.begin(), sorted.end(), [this, column](const File *left, const File *right) {
+            const int order = compare(*left, *right, column);
+            return order != 0 ? order < 0 : left->id() < right->id();
+        });
+        Ids ids;
+        for (const File *file : sorted)
+            ids.append(file->id());
+        return ids;
+    }
+
+    int compare(const File &left, const File &right, int column) const
+    {
+        const auto number = [](qint64 a, qint64 b) { return a < b ? -1 : a > b ? 1 : 0; };
+        switch (column) {
+        case ContentsModel::ModificationDateColumn:
+            return number(left.modificationSeconds(), right.modificationSeconds());
+        case ContentsModel::SizeColumn:
+            return number(left.size(), right.size());
+        case ContentsModel::AdditionDateColumn:
+            return number(left.additionSeconds(), right.additionSeconds());
+        case ContentsModel::LoadIdColumn:
+            return number(left.loadId(), right.loadId());
+        case ContentsModel::TypeColumn:
+            return left.type().compare(right.type());
+        case ContentsModel::TagsColumn:
+            return host.joinedTagNames(left.tags()).compare(host.joinedTagNames(right.tags()));
+        case ContentsModel::DescriptionColumn:
+            return left.description().compare(right.description());
+        case ContentsModel::IdCodeColumn:
+            return left.idCode().compare(right.idCode());
+        default:
+            return left.name().compare(right.name());
+        }
+    }
+
+    NamingHost host;
+    FileRecords records;
+    QVector<File *> files;
+    ContentsModel contents;
+    FileFilterModel filter;
+    Sorter sorter;
+};
+
+} // namespace
+
+/** Search text and order of the main view. Long tables are sorted by ranks, short ones by values. */
+class TestSorter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void search_data();
+    void search();
+    void unsortedFilesKeepTheirArrival();
+    void ordersByEachColumn_data();
+    void ordersByEachColumn();
+    void orderFollowsChanges_data();
+    void orderFollowsChanges();
+    void orderFollowsTagNames_data();
+    void orderFollowsTagNames();
+    void orderFollowsChangesOfHiddenFiles();
+
+private:
+    SettingsSandbox m_sandbox;
+};
+
+void TestSorter::search_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<Ids>("shown");
+    QTest::newRow("empty shows all") << QString() << Ids{1, 2, 3, 4};
+    QTest::newRow("name") << QStringLiteral("report") << Ids{1, 2};
+    QTest::newRow("name in another case") << QStringLiteral("REPORT.PDF") << Ids{1};
+    QTest::newRow("letters beyond ASCII") << QStringLiteral("ÄRGER") << Ids{3};
+    QTest::newRow("description") << QStringLiteral("holiday") << Ids{3};
+    QTest::newRow("id code") << QStringLiteral("CODE4") << Ids{4};
+    QTest::newRow("emoji") << QStringLiteral("\U0001F600") << Ids{4};
+    QTest::newRow("no wildcard") << QStringLiteral("*") << Ids();
+    QTest::newRow("blank counts") << QStringLiteral("my rep") << Ids{2};
+    QTest::newRow("quote and percent") << QStringLiteral("%1\"'") << Ids{4};
+}
+
+void TestSorter::search()
+{
+    QFETCH(QString, text);
+    Views views;
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    views.contents.loadFiles(FileRecords::map(
+        {views.records.add({}, 1, QStringLiteral("Report.pdf"), now),
+         views.records.add({}, 1, QStringLiteral("my report"), now),
+         views.records.add({}, 1, QStringLiteral("kein ärger"), now, QStringLiteral("Holiday plans")),
+         views.records.add({}, 1, QStringLiteral("\U0001F600 %1\"'"), now)}));
+    views.sorter.setFilterText(text);
+    QTEST(views.shown(), "shown");
+
+    // What comes or changes later meets the text as well.
+    File *late = views.records.add({}, 1, QStringLiteral("late"), now);
+    views.contents.addFiles(FileRecords::map({late}));
+    late->setData(Name, text + QLatin1Char('x'));
+    views.contents.updateFiles({late->id()});
+    QVERIFY(views.shown().contains(late->id()));
+}
+
+void TestSorter::unsortedFilesKeepTheirArrival()
+{
+    Views views;
+    views.records.setNextId(50);
+    File *first = views.records.add({}, 1, QStringLiteral("b"));
+    views.records.setNextId(20);
+    File *second = views.records.add({}, 1, QStringLiteral("a"));
+    views.contents.loadFiles(FileRecords::map({first}));
+    views.contents.addFiles(FileRecords::map({second}));
+    QCOMPARE(views.sorter.sortColumn(), -1);
+    QCOMPARE(views.shown(), (Ids{50, 20}));
+    QCOMPARE(views.contents.rowOf(20), 1);
+    views.sorter.sort(ContentsModel::NameColumn);
+    QCOMPARE(views.shown(), (Ids{20, 50}));
+    views.sorter.sort(-1);
+    QCOMPARE(views.shown(), (Ids{50, 20}));
+}
+
+void TestSorter::ordersByEachColumn_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<int>("count");
+    for (int column = 0; column <= ContentsModel::LoadIdColumn; ++column) {
+        QTest::addRow("column %d by values", column) << column << 200;
+        QTest::addRow("column %d by ranks", column) << column << 3000;
+    }
+}
+
+void TestSorter::ordersByEachColumn()
+{
+    QFETCH(int, column);
+    QFETCH(int, count);
+    Views views;
+    views.fill(count);
+    views.sorter.sort(column, Qt::AscendingOrder);
+    Ids expected = views.expected(column);
+    QCOMPARE(views.shown(), expected);
+    views.sorter.sort(column, Qt::DescendingOrder);
+    std::reverse(expected.begin(), expected.end());
+    QCOMPARE(views.shown(), expected);
+    views.filter.setSpecialNode(AllInternalFiles);
+    views.filter.setSpecialNode(AllFiles);
+    QCOMPARE(views.shown(), expected);
+}
+
+void TestSorter::orderFollowsChanges_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("by values") << 200;
+    QTest::newRow("by ranks") << 3000;
+}
+
+void TestSorter::orderFollowsChanges()
+{
+    QFETCH(int, count);
+    Views views;
+    views.fill(count);
+    views.sorter.sort(ContentsModel::NameColumn);
+    QCOMPARE(views.shown().size(), count);
+
+    File *renamed = views.files.at(count / 3);
+    renamed->setData(Name, QStringLiteral("!first of all"));
+    views.contents.updateFiles({renamed->id()});
+    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+
+    File *added = views.records.add({}, 1, QStringLiteral("m in the middle"));
+    views.files.append(added);
+    views.contents.addFiles(FileRecords::map({added}));
+    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+
+    views.contents.removeFiles({views.files.at(0)->id(), views.files.at(count / 2)->id()});
+    File *again = views.files.at(count / 4);
+    again->setData(Name, QStringLiteral("\"second"));
+    views.contents.updateFiles({again->id()});
+    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+}
+
+void TestSorter::orderFollowsTagNames_data()
+{
+    orderFollowsChanges_data();
+}
+
+void TestSorter::orderFollowsTagNames()
+{
+    QFETCH(int, count);
+    Views views;
+    views.fill(count);
+    QSignalSpy changes(&views.sorter, &QAbstractItemModel::dataChanged);
+    views.host.isReversed = true;
+    views.sorter.refreshTagNames();
+    QCOMPARE(changes.size(), 1);
+
+    views.sorter.sort(ContentsModel::TagsColumn);
+    QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
+    views.host.isReversed = false;
+    views.sorter.refreshTagNames();
+    QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
+}
+
+void TestSorter::orderFollowsChangesOfHiddenFiles()
+{
+    Views views;
+    views.fill(3000);
+    views.sorter.sort(ContentsModel::NameColumn);
+    QCOMPARE(views.shown().size(), 3000);
+    File *hidden = views.files.at(700);
+    hidden->setData(Internal, 0);
+    views.contents.updateFiles({hidden->id()});
+    views.filter.setSpecialNode(AllInternalFiles);
+    QVERIFY(!views.shown().contains(hidden->id()));
+    hidden->setData(Name, QStringLiteral("zzz last"));
+    views.contents.updateFiles({hidden->id()});
+    views.filter.setSpecialNode(AllFiles);
+    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+}
+
+QTEST_MAIN(TestSorter)
+#include "tst_sorter.moc"
