@@ -8,6 +8,15 @@
 #include <QKeyEvent>
 #include <QMimeData>
 
+namespace {
+// The base answers with the action that was proposed: after a move the other program deletes its files.
+void copyUrls(QDropEvent *event)
+{
+    if (event->mimeData()->hasUrls())
+        event->setDropAction(Qt::CopyAction);
+}
+} // namespace
+
 TableView::TableView(QWidget *parent) : QTableView(parent)
 {
     setDragDropMode(DragDrop);
@@ -87,8 +96,10 @@ void TableView::startDrag(Qt::DropActions supportedActions)
 
 void TableView::dragEnterEvent(QDragEnterEvent *event)
 {
+    copyUrls(event);
     QTableView::dragEnterEvent(event);
-    if (event->mimeData()->hasUrls())
+    // A drag that is refused here never leaves, so nothing would take the marking back.
+    if (event->isAccepted() && event->mimeData()->hasUrls())
         beginUrlDrag();
 }
 
@@ -96,7 +107,9 @@ void TableView::dragMoveEvent(QDragMoveEvent *event)
 {
     if (m_isUrlDrag)
         setCurrentIndex(indexAt(event->pos()));
+    copyUrls(event);
     QTableView::dragMoveEvent(event);
+    copyUrls(event);
     if (event->source() == this)
         event->ignore();
 }
@@ -110,10 +123,13 @@ void TableView::dragLeaveEvent(QDragLeaveEvent *event)
 void TableView::dropEvent(QDropEvent *event)
 {
     endUrlDrag();
-    if (event->source() == this)
+    if (event->source() == this) {
         event->ignore();
-    else
-        QTableView::dropEvent(event);
+        return;
+    }
+    copyUrls(event);
+    QTableView::dropEvent(event);
+    copyUrls(event);
 }
 
 void TableView::beginUrlDrag()

@@ -1,0 +1,441 @@
+// The form of the tags dock, its commands and their places, and the table of tags. The tabs of the groups
+// stand in tagstabledocktabs.cpp.
+#include "ui/docks/tagstabledock.h"
+
+#include "app/messages.h"
+#include "app/windowsettings.h"
+#include "core/controllers/groupscontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "models/tagroles.h"
+#include "models/tagsgroupproxy.h"
+#include "models/tagstablemodel.h"
+#include "ui/dialogs/taggroupform.h"
+#include "ui/docks/tagactionid.h"
+#include "ui/mainui.h"
+#include "ui/views/delegate.h"
+#include "ui/views/tableview.h"
+#include "ui/views/taggroupbar.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSortFilterProxyModel>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+constexpr int filterEditWidth = 53;
+constexpr int markSide = 16;
+constexpr int rowPadding = 6;
+} // namespace
+
+TagsTableDock::TagsTableDock(QWidget *parent) : AbstractDock(tr("Tags"), parent)
+{
+    setObjectName(QStringLiteral("TagsTableDock"));
+    buildForm();
+    makeActions();
+    updateActionsAvailability();
+}
+
+TagsTableDock::~TagsTableDock()
+{
+    if (m_actions.contains(EditModeAction))
+        WindowSettings::setEditModeActivated(m_isEditMode);
+    setGroupsController(nullptr);
+    setTagsController(nullptr);
+}
+
+void TagsTableDock::buildForm()
+{
+    auto *form = new QWidget(this);
+    m_table = new TableView(form);
+    m_bar = new TagGroupBar(form);
+    auto *layout = new QVBoxLayout(form);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_table);
+    layout->addWidget(m_bar);
+    setWidget(form);
+    buildTable();
+
+    connect(m_bar, &QTabBar::currentChanged, this, &TagsTableDock::switchGroup, Qt::UniqueConnection);
+    connect(m_bar, &QTabBar::currentChanged, this, &TagsTableDock::updateTabStyle, Qt::UniqueConnection);
+    connect(m_bar, &QTabBar::tabMoved, this, &TagsTableDock::saveOrder);
+    connect(m_bar, &QWidget::customContextMenuRequested, this, &TagsTableDock::execTabContextMenu);
+    connect(m_bar, &TagGroupBar::tagsDropped, this, &TagsTableDock::addTagsToGroup);
+}
+
+void TagsTableDock::buildTable()
+{
+    m_table->setObjectName(QStringLiteral("tagsTable"));
+    m_table->setAccessibleName(tr("Tags"));
+    m_table->setItemDelegate(new Delegate(m_table));
+    m_table->setIconSize({markSide, markSide});
+    m_table->setEmptyText(tr("No tags to show"));
+    m_table->setAcceptDrops(true);
+    m_table->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setSortingEnabled(true);
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + rowPadding);
+
+    QHeaderView *header = m_table->horizontalHeader();
+    header->setHighlightSections(false);
+    header->setStretchLastSection(true);
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header, &QWidget::customContextMenuRequested, this, &TagsTableDock::execHeaderViewContextMenu);
+    connect(m_table, &QWidget::customContextMenuRequested, this, &TagsTableDock::execViewContextMenu);
+    // Not activated(): some styles send it for a single click, and a click only selects here.
+    connect(m_table, &QAbstractItemView::doubleClicked, this, &TagsTableDock::slotTagOpened);
+    connect(m_table, &TableView::keyPressed, this, &TagsTableDock::slotKeyPressed);
+}
+
+QAction *TagsTableDock::makeAction(int key, const QString &text, const QString &icon,
+                                   void (TagsTableDock::*slot)())
+{
+    auto *action = new QAction(text, this);
+    if (!icon.isEmpty())
+        action->setIcon(QIcon(icon));
+    connect(action, &QAction::triggered, this, slot);
+    m_actions.insert(key, action);
+    return action;
+}
+
+void TagsTableDock::makeActions()
+{
+    const QString add = QStringLiteral(":icons/add.png");
+    const QString remove = QStringLiteral(":icons/delete.png");
+    makeAction(AssignGroupsAction, tr("Assign Tag Groups"), {}, &TagsTableDock::assignTagGroups);
+    makeAction(AddTagAction, tr("Add"), add, &TagsTableDock::slotAddNewTag);
+    makeAction(DeleteTagAction, tr("Delete"), remove, &TagsTableDock::slotDeleteTag);
+    makeAction(RenameTagAction, tr("Rename"), QStringLiteral(":icons/edit.png"),
+               &TagsTableDock::slotRenameTag);
+    makeAction(AddGroupAction, tr("Add Tag Group"), add, &TagsTableDock::slotAddGroup);
+    makeAction(DeleteGroupAction, tr("Delete Current Group"), remove, &TagsTableDock::slotRemoveCurrentGroup);
+
+    QAction *newTag = makeAction(NewTagAction, tr("New Tag"), QStringLiteral(":/icons/newTag3.png"),
+                                 &TagsTableDock::slotAddNewTag);
+    newTag->setShortcut(QKeySequence::New);
+    newTag->setAutoRepeat(false);
+    QAction *all = makeAction(ActivateAndAction, tr("All of the Tags"),
+                              QStringLiteral(":icons/amperstand.png"), &TagsTableDock::slotActivateTagsAnd);
+    all->setToolTip(tr("Show files having all of the selected tags (Tab)"));
+    QAction *any = makeAction(ActivateOrAction, tr("Any of the Tags"), QStringLiteral(":icons/or.png"),
+                              &TagsTableDock::slotActivateTagsOr);
+    any->setToolTip(tr("Show files having at least one of the selected tags (Ctrl+=)"));
+}
+
+void TagsTableDock::takePlaces(MainUi &ui)
+{
+    m_filterEdit = ui.tagFilterEdit;
+    m_filterEdit->setMaximumWidth(filterEditWidth);
+    ui.tagFilterBar->addWidget(m_filterEdit);
+    connect(m_filterEdit, &QLineEdit::textChanged, this, &TagsTableDock::slotFilterTags);
+
+    m_actions.insert(TagMenuAction, ui.tagMenu->menuAction());
+    for (const int key : {AssignGroupsAction, AddTagAction, DeleteTagAction, RenameTagAction})
+        ui.tagMenu->addAction(m_actions.value(key));
+    m_actions.insert(EditModeAction, ui.editMode);
+    ui.tagToolsBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    for (const int key : {NewTagAction, ActivateAndAction, ActivateOrAction, EditModeAction})
+        ui.tagToolsBar->addAction(m_actions.value(key));
+    m_actions.insert(LinkTagsAction, ui.linkTagsToFiles);
+
+    connect(ui.editMode, &QAction::toggled, this, &TagsTableDock::slotEditModeChanged);
+    ui.editMode->setChecked(WindowSettings::isEditModeActivated());
+    updateActionsAvailability();
+}
+
+void TagsTableDock::setTagsController(TagsController *controller)
+{
+    if (m_tags == controller && (controller || !m_proxy))
+        return;
+    detachTags();
+    m_tags = controller;
+    if (m_tags)
+        attachTags();
+    updateActionsAvailability();
+}
+
+void TagsTableDock::detachTags()
+{
+    if (m_table->model())
+        saveHeader();
+    m_proxy = nullptr;
+    m_table->setModel(nullptr);
+    if (m_filterEdit)
+        m_filterEdit->clear();
+}
+
+void TagsTableDock::attachTags()
+{
+    m_proxy = m_tags->groupProxy();
+    m_proxy->setGroupId(m_bar->currentGroup());
+    QSortFilterProxyModel *model = m_tags->filterProxy();
+    m_table->setModel(model);
+    restoreHeader();
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &TagsTableDock::updateActionsAvailability);
+    // Rows that a layout change or a reset takes away leave the selection without a word.
+    connect(model, &QAbstractItemModel::layoutChanged, this, &TagsTableDock::updateActionsAvailability);
+    connect(model, &QAbstractItemModel::modelReset, this, &TagsTableDock::updateActionsAvailability);
+    slotFilterTags(m_filterEdit ? m_filterEdit->text() : QString());
+}
+
+void TagsTableDock::saveHeader() const
+{
+    WindowSettings::setLayout(WindowSettings::tagTableHeader, m_table->horizontalHeader()->saveState());
+}
+
+void TagsTableDock::restoreHeader()
+{
+    QHeaderView *header = m_table->horizontalHeader();
+    if (!header->restoreState(WindowSettings::layout(WindowSettings::tagTableHeader))) {
+        showNameColumnOnly(true);
+        header->setSortIndicator(TagsTableModel::NameColumn, Qt::AscendingOrder);
+    }
+    m_table->sortByColumn(header->sortIndicatorSection(), header->sortIndicatorOrder());
+}
+
+bool TagsTableDock::isNameColumnAlone() const
+{
+    for (int column = TagsTableModel::DescriptionColumn; column < TagsTableModel::ColumnCount; ++column) {
+        if (!m_table->isColumnHidden(column))
+            return false;
+    }
+    return true;
+}
+
+void TagsTableDock::showNameColumnOnly(bool alone)
+{
+    for (int column = TagsTableModel::DescriptionColumn; column < TagsTableModel::ColumnCount; ++column)
+        m_table->setColumnHidden(column, alone);
+}
+
+QVector<qint64> TagsTableDock::selectedTagIds() const
+{
+    QVector<qint64> tagIds;
+    if (!m_table->selectionModel())
+        return tagIds;
+    QModelIndexList rows = m_table->selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    for (const QModelIndex &row : qAsConst(rows)) {
+        const qint64 tagId = row.data(TagRoles::TagId).toLongLong();
+        if (tagId > 0)
+            tagIds.append(tagId);
+    }
+    return tagIds;
+}
+
+void TagsTableDock::updateActionsAvailability()
+{
+    const bool isWritable = m_tags && !m_tags->isReadOnly();
+    const QVector<qint64> tagIds = selectedTagIds();
+    const bool hasSelection = m_tags && !tagIds.isEmpty();
+    const auto enable = [this](std::initializer_list<int> keys, bool isEnabled) {
+        for (const int key : keys) {
+            if (QAction *action = m_actions.value(key))
+                action->setEnabled(isEnabled);
+        }
+    };
+    enable({TagMenuAction, AddTagAction, NewTagAction}, isWritable);
+    enable({AssignGroupsAction, DeleteTagAction, RenameTagAction}, isWritable && hasSelection);
+    enable({ActivateAndAction, ActivateOrAction}, hasSelection);
+    enable({AddGroupAction, DeleteGroupAction}, m_groups && !m_groups->isReadOnly());
+    if (m_linkTagsToFiles)
+        m_linkTagsToFiles->setData(QVariant::fromValue(tagIds));
+    if (m_filterEdit)
+        m_filterEdit->setEnabled(m_tags);
+    m_table->setEnabled(m_tags);
+}
+
+bool TagsTableDock::mayEdit()
+{
+    if (!m_tags)
+        return false;
+    if (!m_tags->isReadOnly())
+        return true;
+    m_tags->showReadOnlyMessage();
+    return false;
+}
+
+void TagsTableDock::execHeaderViewContextMenu(const QPoint &pos)
+{
+    QMenu menu;
+    QAction *alone = menu.addAction(tr("Hide all columns except Name"));
+    alone->setCheckable(true);
+    alone->setChecked(isNameColumnAlone());
+    connect(alone, &QAction::toggled, this, &TagsTableDock::showNameColumnOnly);
+    menu.exec(m_table->horizontalHeader()->mapToGlobal(pos));
+}
+
+void TagsTableDock::execViewContextMenu(const QPoint &pos)
+{
+    if (!m_tags || m_tags->isReadOnly())
+        return;
+    QMenu menu(tr("Tag Operations"));
+    const int count = selectedTagIds().size();
+    menu.addAction(m_actions.value(AddTagAction));
+    if (count > 0) {
+        menu.addAction(m_actions.value(AssignGroupsAction));
+        menu.addAction(m_actions.value(DeleteTagAction));
+    }
+    if (count == 1)
+        menu.addAction(m_actions.value(RenameTagAction));
+    menu.exec(m_table->viewport()->mapToGlobal(pos));
+}
+
+void TagsTableDock::slotTagOpened(const QModelIndex &index)
+{
+    const qint64 tagId = index.data(TagRoles::TagId).toLongLong();
+    if (m_isEditMode || !m_tags || tagId <= 0)
+        return;
+    m_tags->showTagsEitherOr({tagId});
+    emit anyOfTagsActivated({tagId});
+}
+
+void TagsTableDock::slotFilterTags(const QString &text)
+{
+    if (m_tags)
+        m_tags->setTagFilter(text);
+}
+
+void TagsTableDock::slotKeyPressed(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Delete)) {
+        slotDeleteTag();
+        event->accept();
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Return:
+        event->accept();
+        break;
+    case Qt::Key_Tab:
+        // With nothing to show the focus may move on.
+        if (!m_isEditMode && !selectedTagIds().isEmpty()) {
+            slotActivateTagsAnd();
+            event->accept();
+        }
+        break;
+    case Qt::Key_Equal:
+        if (event->modifiers() == Qt::ControlModifier) {
+            slotActivateTagsAnd();
+            event->accept();
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+bool TagsTableDock::askForName(const QString &title, const QString &label, QString &name)
+{
+    bool isGiven = false;
+    name = QInputDialog::getText(this, title, label, QLineEdit::Normal, QString(), &isGiven);
+    return isGiven && !name.simplified().isEmpty();
+}
+
+void TagsTableDock::slotAddNewTag()
+{
+    if (!mayEdit())
+        return;
+    if (m_filterEdit)
+        m_filterEdit->clear();
+    QString name;
+    do {
+        if (!askForName(tr("New Tag"), tr("Tag name:"), name))
+            return;
+        // The database may have been closed behind the dialog.
+        if (!m_tags)
+            return;
+        const qint64 tagId = m_tags->addTag(name);
+        const qint64 groupId = m_bar->currentGroup();
+        if (tagId > 0 && groupId > 0 && m_groups)
+            m_groups->assignTags({tagId}, {groupId});
+    } while (m_isEditMode);
+}
+
+void TagsTableDock::slotDeleteTag()
+{
+    const QVector<qint64> tagIds = selectedTagIds();
+    if (tagIds.isEmpty() || !mayEdit())
+        return;
+    if (m_tags->isTagInUse(tagIds)) {
+        Messages::Box box;
+        box.icon = QMessageBox::Question;
+        box.title = tr("Tags In Use");
+        box.text =
+            tr("Some of the tags chosen for deletion are in use by being linked to files, nodes or tag "
+               "relationships. Deletion of these tags will result in the deletion of all of these links "
+               "and all relevant nodes and tag relationships.\nWould you like to delete the tags that "
+               "are in use?");
+        box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
+        box.defaultButton = QMessageBox::Cancel;
+        if (Messages::run(this, box).button != QMessageBox::Ok || !m_tags)
+            return;
+    }
+    m_tags->removeTags(tagIds);
+}
+
+void TagsTableDock::assignTagGroups()
+{
+    const QVector<qint64> tagIds = selectedTagIds();
+    if (tagIds.isEmpty() || !mayEditGroups())
+        return;
+    TagGroupForm form(m_groups, tagIds, this);
+    form.exec();
+}
+
+void TagsTableDock::slotRenameTag()
+{
+    const QModelIndexList rows =
+        m_table->selectionModel() ? m_table->selectionModel()->selectedRows() : QModelIndexList();
+    QModelIndex index = m_table->currentIndex();
+    if (rows.size() == 1)
+        index = rows.first(); // the current row need not be the selected one
+    if (!index.isValid() || !mayEdit())
+        return;
+    const QModelIndex name = index.sibling(index.row(), TagsTableModel::NameColumn);
+    m_table->setCurrentIndex(name);
+    m_table->edit(name);
+}
+
+void TagsTableDock::slotActivateTagsOr()
+{
+    const QVector<qint64> tagIds = selectedTagIds();
+    if (!m_tags || tagIds.isEmpty())
+        return;
+    clearActivation();
+    m_tags->showTagsEitherOr(tagIds);
+    emit anyOfTagsActivated(tagIds);
+}
+
+void TagsTableDock::slotActivateTagsAnd()
+{
+    const QVector<qint64> tagIds = selectedTagIds();
+    if (!m_tags || tagIds.isEmpty())
+        return;
+    m_tags->showTagsSelected(tagIds);
+    emit allOfTagsActivated(tagIds);
+}
+
+void TagsTableDock::clearActivation()
+{
+    if (m_tags)
+        m_tags->clearMark();
+}
+
+void TagsTableDock::slotEditModeChanged(bool on)
+{
+    m_isEditMode = on;
+    m_table->setEditTriggers(on ? QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
+                                : QAbstractItemView::NoEditTriggers);
+    emit editModeChanged(on);
+}

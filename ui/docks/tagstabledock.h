@@ -1,0 +1,105 @@
+#pragma once
+
+#include "ui/docks/abstractdock.h"
+
+#include <QHash>
+#include <QPointer>
+#include <QVector>
+
+class GroupsController;
+class GroupItem;
+class MainUi;
+class QAction;
+class QKeyEvent;
+class QLineEdit;
+class QModelIndex;
+class TableView;
+class TagGroupBar;
+class TagsController;
+class TagsGroupProxy;
+
+/**
+ * The dock of the tags: their table, the bar of tag groups below it, and the commands on tags and groups. It
+ * asks the two controllers, which it borrows from setting to setting, and tells which tags were activated.
+ */
+class TagsTableDock : public AbstractDock
+{
+    Q_OBJECT
+
+public:
+    explicit TagsTableDock(QWidget *parent = nullptr);
+    ~TagsTableDock() override;
+
+    /** Puts the commands and the filter into the menus and bars of the window; once, when it is set up. */
+    void takePlaces(MainUi &ui);
+    /** Null on closing: what the user arranged is kept for the next time. */
+    void setTagsController(TagsController *controller);
+    void setGroupsController(GroupsController *controller);
+
+signals:
+    void editModeChanged(bool on);
+    void anyOfTagsActivated(QVector<qint64> tagIds);
+    void allOfTagsActivated(QVector<qint64> tagIds);
+
+public slots:
+    void updateActionsAvailability();
+    void execHeaderViewContextMenu(const QPoint &pos);
+    void execViewContextMenu(const QPoint &pos);
+    void execTabContextMenu(const QPoint &pos);
+    void slotTagOpened(const QModelIndex &index);
+    void slotFilterTags(const QString &text);
+    void slotKeyPressed(QKeyEvent *event);
+    void slotAddNewTag();
+    void slotDeleteTag();
+    void assignTagGroups();
+    void slotRenameTag();
+    void slotAddGroup();
+    void slotRemoveCurrentGroup();
+    void slotActivateTagsOr();
+    void slotActivateTagsAnd();
+    void slotEditModeChanged(bool on);
+    void updateTabStyle();
+    void clearActivation();
+    void slotGroupNameChanged(const QString &name);
+    void slotGroupVisibilityChanged(bool visible);
+    void slotGroupCreated(const QVariant &groupId);
+
+private:
+    void buildForm();
+    void buildTable();
+    void makeActions();
+    QAction *makeAction(int key, const QString &text, const QString &icon, void (TagsTableDock::*slot)());
+    QVector<qint64> selectedTagIds() const;
+    bool mayEdit();
+    bool mayEditGroups();
+    bool askForName(const QString &title, const QString &label, QString &name);
+    void showNameColumnOnly(bool alone);
+    bool isNameColumnAlone() const;
+
+    void detachTags();
+    void attachTags();
+    void restoreHeader();
+    void saveHeader() const;
+
+    void switchGroup();
+    void detachGroups();
+    void attachGroups();
+    void followGroup(const GroupItem *group);
+    void removeGroupTab(const QVariant &groupId);
+    void rememberTabs();
+    void bringBackTabs();
+    void saveOrder();
+    void addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId);
+
+    TableView *m_table = nullptr;
+    TagGroupBar *m_bar = nullptr;
+    QPointer<TagsController> m_tags;
+    QPointer<GroupsController> m_groups;
+    QPointer<TagsGroupProxy> m_proxy; // of the controller, and set with it
+    bool m_isEditMode = false;
+    QPointer<QLineEdit> m_filterEdit;
+    QPointer<QAction> m_linkTagsToFiles;
+    QHash<int, QAction *> m_actions;
+    qint64 m_rememberedGroup = 0; // the current tab while all records are read again
+    bool m_isArranging = false;   // tabs are moved by the program
+};

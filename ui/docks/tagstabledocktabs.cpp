@@ -1,0 +1,183 @@
+// The tabs of the tags dock: a tab for each group that is shown as one, kept in step with the groups.
+#include "core/collection.h"
+#include "core/controllers/groupscontroller.h"
+#include "models/tagsgroupproxy.h"
+#include "ui/docks/tagactionid.h"
+#include "ui/docks/tagstabledock.h"
+#include "ui/views/taggroupbar.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScopedValueRollback>
+
+void TagsTableDock::setGroupsController(GroupsController *controller)
+{
+    if (m_groups == controller && controller)
+        return;
+    detachGroups();
+    m_groups = controller;
+    if (m_groups)
+        attachGroups();
+    updateActionsAvailability();
+}
+
+void TagsTableDock::detachGroups()
+{
+    if (m_groups) {
+        saveOrder();
+        m_groups->setCurrentTab(m_bar->currentIndex());
+        if (const GroupMap *groups = m_groups->groups()) {
+            groups->disconnect(this);
+            for (const GroupItem *group : qAsConst(*groups))
+                group->disconnect(this);
+        }
+        m_groups->collection()->disconnect(this);
+    }
+    m_groups = nullptr;
+    const QScopedValueRollback<bool> arranging(m_isArranging, true);
+    m_bar->removeGroupTabs();
+}
+
+void TagsTableDock::attachGroups()
+{
+    const GroupMap *groups = m_groups->groups();
+    if (!groups)
+        return;
+    connect(groups, &SignalContainer::itemInserted, this, &TagsTableDock::slotGroupCreated);
+    connect(groups, &SignalContainer::itemDeleted, this, &TagsTableDock::removeGroupTab);
+    connect(m_groups->collection(), &Collection::aboutToReloadAllData, this, &TagsTableDock::rememberTabs);
+    connect(m_groups->collection(), &Collection::allDataReloaded, this, &TagsTableDock::bringBackTabs);
+
+    const QScopedValueRollback<bool> arranging(m_isArranging, true);
+    for (const GroupItem *group : qAsConst(*groups))
+        followGroup(group);
+    m_bar->setOrder(m_groups->tabOrder());
+    const int index = m_groups->currentTab();
+    m_bar->setCurrentIndex(index < m_bar->count() ? index : 0);
+}
+
+void TagsTableDock::followGroup(const GroupItem *group)
+{
+    connect(group, &GroupItem::groupVisibilityChanged, this, &TagsTableDock::slotGroupVisibilityChanged,
+            Qt::UniqueConnection);
+    connect(group, &GroupItem::groupNameChanged, this, &TagsTableDock::slotGroupNameChanged,
+            Qt::UniqueConnection);
+    if (group->isVisible())
+        m_bar->addGroupTab(group->id(), group->name());
+}
+
+void TagsTableDock::slotGroupCreated(const QVariant &groupId)
+{
+    const GroupItem *group = m_groups ? m_groups->groups()->value(groupId.toLongLong()) : nullptr;
+    if (group)
+        followGroup(group);
+}
+
+void TagsTableDock::removeGroupTab(const QVariant &groupId)
+{
+    m_bar->removeGroupTab(groupId.toLongLong());
+}
+
+void TagsTableDock::slotGroupVisibilityChanged(bool visible)
+{
+    const auto *group = qobject_cast<const GroupItem *>(sender());
+    if (!group)
+        return;
+    if (visible)
+        m_bar->addGroupTab(group->id(), group->name());
+    else
+        m_bar->removeGroupTab(group->id());
+}
+
+void TagsTableDock::slotGroupNameChanged(const QString &name)
+{
+    if (const auto *group = qobject_cast<const GroupItem *>(sender()))
+        m_bar->renameGroupTab(group->id(), name);
+}
+
+void TagsTableDock::rememberTabs()
+{
+    saveOrder();
+    m_rememberedGroup = m_bar->currentGroup();
+}
+
+void TagsTableDock::bringBackTabs()
+{
+    if (!m_groups)
+        return;
+    const QScopedValueRollback<bool> arranging(m_isArranging, true);
+    m_bar->setOrder(m_groups->tabOrder());
+    const int index = m_bar->indexOfGroup(m_rememberedGroup);
+    if (index >= 0)
+        m_bar->setCurrentIndex(index);
+}
+
+void TagsTableDock::saveOrder()
+{
+    if (m_groups && !m_isArranging)
+        m_groups->setTabOrder(m_bar->order());
+}
+
+void TagsTableDock::switchGroup()
+{
+    if (m_proxy)
+        m_proxy->setGroupId(m_bar->currentGroup());
+}
+
+void TagsTableDock::updateTabStyle()
+{
+    const bool isDTags = m_bar->currentGroup() == TagsGroupProxy::DTagsTab;
+    setStyleSheet(isDTags ? QStringLiteral("QTableView{background-color: rgb(230,255,230); color: black; "
+                                           "alternate-background-color: rgb(218,246,218);}")
+                          : QString());
+    if (m_filterEdit)
+        m_filterEdit->clear();
+}
+
+bool TagsTableDock::mayEditGroups()
+{
+    if (!m_groups)
+        return false;
+    if (!m_groups->isReadOnly())
+        return true;
+    m_groups->showReadOnlyMessage();
+    return false;
+}
+
+void TagsTableDock::execTabContextMenu(const QPoint &pos)
+{
+    QMenu menu;
+    menu.addAction(m_actions.value(AddGroupAction));
+    if (m_bar->currentGroup() > 0)
+        menu.addAction(m_actions.value(DeleteGroupAction));
+    menu.exec(m_bar->mapToGlobal(pos));
+}
+
+void TagsTableDock::slotAddGroup()
+{
+    if (!mayEditGroups())
+        return;
+    QString name;
+    do {
+        if (!askForName(tr("Group name"), tr("Name of new group:"), name))
+            return;
+        name.remove(QLatin1Char('"'));
+        if (name.simplified().isEmpty() || !m_groups)
+            return;
+        m_groups->addGroup(name, true);
+    } while (m_isEditMode);
+}
+
+void TagsTableDock::slotRemoveCurrentGroup()
+{
+    const qint64 groupId = m_bar->currentGroup();
+    if (groupId > 0 && mayEditGroups())
+        m_groups->removeGroups({groupId});
+}
+
+void TagsTableDock::addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId)
+{
+    if (mayEditGroups())
+        m_groups->assignTags(tagIds, {groupId});
+}
