@@ -140,6 +140,8 @@ public:
     void loadAllFiles();
     bool updateFile(qint64 fileId, const QString &column, const QString &value);
     bool updateFilePath(qint64 fileId, const QString &column, const QString &value);
+    /** Writes name and paths of an external file, all or nothing; the file on the disk is left alone. */
+    bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath);
     bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     void reloadThumbnails(const QVector<qint64> &fileIds);

@@ -264,6 +264,13 @@ bool DatabaseManger::updateFilePath(qint64 fileId, const QString &column, const 
                      [&](MainViewProvider &files) { return files.updateFilePath(fileId, column, value); });
 }
 
+bool DatabaseManger::renameFile(qint64 fileId, const QString &name, const QString &path,
+                                const QString &relPath)
+{
+    return editFiles({fileId},
+                     [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
+}
+
 bool DatabaseManger::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
     return editFiles(fileIds, [&](MainViewProvider &files) { return files.linkTags(fileIds, tagIds); });

@@ -28,6 +28,9 @@ public:
     void setSpecialNode(NodeType type);
     void setTagRequirements(const TagRequirements &requirements);
 
+    /** Whether a row of the ContentsModel meets the selection. */
+    bool isShown(int contentsRow) const { return m_selection.isAccepted(contentsRow); }
+    const TagRequirements &requirements() const { return m_selection.requirements(); }
     NodeType nodeType() const { return m_selection.nodeType(); }
     const QVector<qint64> &required() const { return m_selection.requirements().required; }
     const QVector<qint64> &eitherOr() const { return m_selection.requirements().eitherOr; }

@@ -47,10 +47,15 @@ void Sorter::setFilterText(const QString &text)
 {
     if (m_filterText == text)
         return;
-    m_filterText = text;
-    m_matcher.setPattern(text);
+    prepareFilterText(text);
     openPass();
     invalidate();
+}
+
+void Sorter::prepareFilterText(const QString &text)
+{
+    m_filterText = text;
+    m_matcher.setPattern(text);
 }
 
 const File *Sorter::fileAt(int row) const

@@ -30,6 +30,8 @@ public:
     const QString &filterText() const { return m_filterText; }
     /** Looked for in name, description and id code, in this order, without regard to case. */
     void setFilterText(const QString &text);
+    /** The same, but the rows are looked at only with the next change of the source, which has to follow. */
+    void prepareFilterText(const QString &text);
 
     /** Null outside the rows. */
     const File *fileAt(int row) const;

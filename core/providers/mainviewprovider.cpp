@@ -38,19 +38,24 @@ void MainViewProvider::loadFiles(const QVector<qint64> &ids)
 
 bool MainViewProvider::updateFile(qint64 id, const QString &column, const QString &value)
 {
-    const QString condition = SqlText::fill(QStringLiteral("file_id = %1"), {QString::number(id)});
-    return updateAndLoad(id, constructor()->updateQuery({column}, QStringLiteral("files"), {value}),
-                         condition);
+    return updateAndLoad(id, updateText(id, column, value));
 }
 
 bool MainViewProvider::updateFilePath(qint64 id, const QString &column, const QString &value)
 {
-    // An internal file's storage_id names a block, whose number may be that of another file's path.
-    const QString condition = SqlText::fill(
-        QStringLiteral("path_id = (SELECT storage_id from files where file_id = %1 and internal = 0)"),
-        {QString::number(id)});
-    return updateAndLoad(id, constructor()->updateQuery({column}, QStringLiteral("file_paths"), {value}),
-                         condition);
+    return updateAndLoad(id, updatePathText(id, {column}, {value}));
+}
+
+bool MainViewProvider::renameFile(qint64 id, const QString &name, const QString &path, const QString &relPath)
+{
+    Transaction transaction(*this);
+    const bool isDone =
+        transaction.isActive() && runSync(updateText(id, QStringLiteral("file_name"), name)) &&
+        runSync(updatePathText(id, {QStringLiteral("path"), QStringLiteral("rel_path")}, {path, relPath})) &&
+        transaction.commit();
+    if (isDone)
+        loadFiles({id});
+    return isDone;
 }
 
 bool MainViewProvider::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
@@ -122,9 +127,27 @@ bool MainViewProvider::readFiles(const QVector<qint64> &ids, TableData &rows)
                          tagsText(condition(QStringLiteral("file_id"))), rowsPerSlice, keep);
 }
 
-bool MainViewProvider::updateAndLoad(qint64 id, const QString &update, const QString &condition)
+QString MainViewProvider::updateText(qint64 id, const QString &column, const QString &value) const
 {
-    if (!runSync(update + constructor()->whereClause(condition) + constructor()->statementEnd()))
+    const QString condition = SqlText::fill(QStringLiteral("file_id = %1"), {QString::number(id)});
+    return constructor()->updateQuery({column}, QStringLiteral("files"), {value}) +
+           constructor()->whereClause(condition) + constructor()->statementEnd();
+}
+
+QString MainViewProvider::updatePathText(qint64 id, const QStringList &columns,
+                                         const QStringList &values) const
+{
+    // An internal file's storage_id names a block, whose number may be that of another file's path.
+    const QString condition = SqlText::fill(
+        QStringLiteral("path_id = (SELECT storage_id from files where file_id = %1 and internal = 0)"),
+        {QString::number(id)});
+    return constructor()->updateQuery(columns, QStringLiteral("file_paths"), values) +
+           constructor()->whereClause(condition) + constructor()->statementEnd();
+}
+
+bool MainViewProvider::updateAndLoad(qint64 id, const QString &update)
+{
+    if (!runSync(update))
         return false;
     loadFiles({id});
     return true;

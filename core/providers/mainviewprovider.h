@@ -36,6 +36,9 @@ public:
     /** The same for a column of "file_paths"; the file must be an external one. */
     bool updateFilePath(qint64 id, const QString &column, const QString &value);
 
+    /** Writes name and both paths of an external file, all or nothing, and loads the file again. */
+    bool renameFile(qint64 id, const QString &name, const QString &path, const QString &relPath);
+
     /** Links each of the files to each of the tags, leaving out what is linked: all or nothing. */
     bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
@@ -60,7 +63,9 @@ private:
 
     /** Reads the rows of some files; the holder of `rows` owns them, also after a failure. */
     bool readFiles(const QVector<qint64> &ids, TableData &rows);
-    bool updateAndLoad(qint64 id, const QString &update, const QString &condition);
+    QString updateText(qint64 id, const QString &column, const QString &value) const;
+    QString updatePathText(qint64 id, const QStringList &columns, const QStringList &values) const;
+    bool updateAndLoad(qint64 id, const QString &update);
     bool changeLinks(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds, LinkStatement statement);
     bool runLinkChange(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
                        LinkStatement statement);

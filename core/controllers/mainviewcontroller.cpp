@@ -1,0 +1,348 @@
+#include "core/controllers/mainviewcontroller.h"
+
+#include "app/messages.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/relationscontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "core/file.h"
+#include "core/filerenaming.h"
+#include "db/databasemanger.h"
+#include "fileops/thumbnailcache.h"
+#include "models/contentsmodel.h"
+#include "models/filefiltermodel.h"
+#include "models/sorter.h"
+
+#include <QDebug>
+#include <QDesktopServices>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qint32 externalKind = 0;
+constexpr qint32 hyperlinkKind = 2;
+
+bool dropTags(QVector<qint64> &list, const QVector<qint64> &tagIds)
+{
+    const auto isGone = [&tagIds](qint64 tagId) { return tagIds.contains(tagId); };
+    const auto firstGone = std::remove_if(list.begin(), list.end(), isGone);
+    const bool isChanged = firstGone != list.end();
+    list.erase(firstGone, list.end());
+    return isChanged;
+}
+
+} // namespace
+
+MainViewController::MainViewController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                                       Collection *collection)
+    : AbstractController(manager, constructor, collection),
+      m_contents(new ContentsModel(this)),
+      m_filter(new FileFilterModel(this)),
+      m_sorter(new Sorter(this))
+{
+    m_contents->setHost(this);
+    m_filter->setSourceModel(m_contents);
+    m_sorter->setSourceModel(m_filter);
+    if (manager)
+        connectManager();
+}
+
+// Proxies go before their sources, and the table before the host that it asks.
+MainViewController::~MainViewController()
+{
+    delete m_sorter;
+    delete m_filter;
+    delete m_contents;
+}
+
+void MainViewController::connectManager()
+{
+    const DatabaseManger *source = manager();
+    connect(source, &DatabaseManger::filesLoaded, this, &MainViewController::loadedFilesDataFromDB);
+    connect(source, &DatabaseManger::filesAdded, m_contents, &ContentsModel::addFiles);
+    connect(source, &DatabaseManger::filesRemoved, m_contents, &ContentsModel::removeFiles);
+    connect(source, &DatabaseManger::filesChanged, m_contents, &ContentsModel::updateFiles);
+    connect(source, &DatabaseManger::updateMissedFiles, m_contents, &ContentsModel::repaintFiles);
+    connect(source, &DatabaseManger::thumbnailUpdated, m_contents, &ContentsModel::repaintFile);
+    connect(source, &DatabaseManger::aboutToReloadAllData, m_contents, &ContentsModel::clear);
+    connect(source, &DatabaseManger::tagsLoaded, m_sorter, &Sorter::refreshTagNames);
+    connect(source, &DatabaseManger::tagsRenamed, m_sorter, &Sorter::refreshTagNames);
+    connect(source, &DatabaseManger::startedAddingFiles, this, &MainViewController::startedAddingFiles);
+    connect(source, &DatabaseManger::addingFilesProgress, this, &MainViewController::addingFilesProgress);
+    connect(source, &DatabaseManger::finishedAddingFiles, this, &MainViewController::finishedAddingFiles);
+    connect(source, &DatabaseManger::filesModified, this, &MainViewController::filesModified);
+    connect(source, &DatabaseManger::extractedTempFiles, this, &MainViewController::gotExtractedTempFiles);
+}
+
+void MainViewController::setPeers(TagsController *tags, BrowsTreeController *browsTree,
+                                  RelationsController *relations)
+{
+    m_tags = tags;
+    m_browsTree = browsTree;
+    m_relations = relations;
+}
+
+void MainViewController::load()
+{
+    if (manager())
+        manager()->loadAllFiles();
+}
+
+void MainViewController::loadedFilesDataFromDB(const Map<qint64, File *> &files)
+{
+    m_contents->loadFiles(files);
+}
+
+void MainViewController::showSpecialNode(NodeType type)
+{
+    m_sorter->prepareFilterText(QString());
+    m_filter->setSpecialNode(type);
+    emit tagRequirementsChanged(type, {}, {}, {});
+}
+
+void MainViewController::showTagRequirements(const QVector<qint64> &required, const QVector<qint64> &eitherOr,
+                                             const QVector<qint64> &excluded,
+                                             const QHash<qint64, QVector<qint64>> &requiredAlternatives,
+                                             const QVector<qint64> &eitherOrWidened,
+                                             const QVector<qint64> &excludedWidened)
+{
+    showRequirements({required, eitherOr, excluded, requiredAlternatives, eitherOrWidened, excludedWidened});
+}
+
+void MainViewController::showRequirements(const TagRequirements &requirements)
+{
+    m_sorter->prepareFilterText(QString());
+    m_filter->setTagRequirements(requirements);
+    emit tagRequirementsChanged(TagNode, requirements.required, requirements.eitherOr, requirements.excluded);
+}
+
+void MainViewController::setFileFilterString(const QString &text)
+{
+    qDebug() << "MainViewController::setFileFilterString()";
+    if (m_browsTree)
+        m_browsTree->clearCurrentNode();
+    if (m_tags)
+        m_tags->clearMark();
+    m_sorter->prepareFilterText(text);
+    m_filter->setSpecialNode(AllFiles);
+    emit tagRequirementsChanged(AllFiles, {}, {}, {});
+}
+
+void MainViewController::showTagsSelected(const QVector<qint64> &tagIds)
+{
+    TagRequirements requirements;
+    requirements.required = tagIds;
+    for (qint64 tagId : tagIds) {
+        if (m_relations)
+            requirements.requiredAlternatives.insert(tagId, m_relations->descendantsOf({tagId}));
+    }
+    showRequirements(requirements);
+    if (m_browsTree)
+        m_browsTree->clearCurrentNode();
+}
+
+void MainViewController::showTagsEitherOr(const QVector<qint64> &tagIds)
+{
+    TagRequirements requirements;
+    requirements.eitherOr = tagIds;
+    if (m_relations)
+        requirements.eitherOrWidened = m_relations->descendantsOf(tagIds);
+    showRequirements(requirements);
+    if (m_browsTree)
+        m_browsTree->clearCurrentNode();
+}
+
+void MainViewController::showRelated(const QVector<qint64> &fileIds)
+{
+    const File *file = m_contents->fileAt(fileIds.isEmpty() ? -1 : m_contents->rowOf(fileIds.first()));
+    if (!file)
+        return;
+    const QVector<qint64> tagIds = file->tags();
+    // The tags are marked in their table, as if they had been chosen there.
+    if (m_tags)
+        m_tags->showTagsSelected(tagIds);
+    else
+        showTagsSelected(tagIds);
+}
+
+QVector<qint64> MainViewController::shownFileIds() const
+{
+    return m_filter->acceptedFiles();
+}
+
+QVector<qint64> MainViewController::missingFileIds() const
+{
+    QVector<qint64> ids;
+    if (!manager())
+        return ids;
+    for (qint64 fileId : manager()->missingFiles()) {
+        const int row = m_contents->rowOf(fileId);
+        if (row >= 0 && m_filter->isShown(row))
+            ids.append(fileId);
+    }
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+void MainViewController::addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds,
+                                 bool fromSelectedNode, qint64 nodeId)
+{
+    QStringList paths;
+    for (const QUrl &url : urls) {
+        const QString path = url.isLocalFile() ? url.toLocalFile() : url.toString();
+        if (!path.isEmpty())
+            paths.append(path);
+    }
+    if (manager() && !paths.isEmpty() && mayWrite())
+        manager()->addFiles(paths, tagIds, fromSelectedNode, nodeId);
+}
+
+void MainViewController::addFilesList(const QStringList &paths)
+{
+    if (manager() && !paths.isEmpty() && mayWrite())
+        manager()->addFilesList(paths);
+}
+
+void MainViewController::deleteFiles(const QVector<qint64> &fileIds)
+{
+    if (manager() && !fileIds.isEmpty() && mayWrite())
+        manager()->deleteFiles(fileIds);
+}
+
+void MainViewController::cancelOperations()
+{
+    if (manager())
+        manager()->cancelOperations();
+}
+
+void MainViewController::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+{
+    if (manager() && !fileIds.isEmpty() && !tagIds.isEmpty() && mayWrite())
+        manager()->linkTags(fileIds, tagIds);
+}
+
+void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+{
+    if (manager() && !fileIds.isEmpty() && !tagIds.isEmpty() && mayWrite())
+        manager()->unlinkTags(fileIds, tagIds);
+}
+
+bool MainViewController::updateFileName(qint64 fileId, const QString &text)
+{
+    const File *file = manager() ? manager()->file(fileId) : nullptr;
+    const QString name = text.trimmed();
+    if (!file || name.isEmpty() || name == file->name() || !mayWrite())
+        return false;
+    // The name of a hyperlink is its address.
+    if (file->internal() != hyperlinkKind && name.contains(QLatin1Char('/'))) {
+        Messages::warning(nullptr, tr("Rename File"), tr("The name of a file must not contain \"/\"."));
+        return false;
+    }
+    if (file->internal() == externalKind)
+        return renameExternalFile(*file, name);
+    return manager()->updateFile(fileId, QStringLiteral("file_name"), name);
+}
+
+bool MainViewController::renameExternalFile(const File &file, const QString &name)
+{
+    const qint64 fileId = file.id();
+    FileRenaming renaming(file.path(), file.relPath(), name);
+    if (renaming.isNameTaken()) {
+        Messages::warning(nullptr, tr("Rename File"), tr("There is already a file with this name."));
+        return false;
+    }
+    if (!manager()->isDataCurrent())
+        return false;
+    if (!renaming.run()) {
+        Messages::warning(nullptr, tr("Rename File"), tr("The file could not be renamed."));
+        return false;
+    }
+    if (!manager()->renameFile(fileId, name, renaming.newPath(), renaming.newRelPath()))
+        return false;
+    renaming.keep();
+    return true;
+}
+
+bool MainViewController::updateFileDescription(qint64 fileId, const QString &text)
+{
+    const File *file = manager() ? manager()->file(fileId) : nullptr;
+    if (!file || text == file->description() || !mayWrite())
+        return false;
+    return manager()->updateFile(fileId, QStringLiteral("file_description"), text);
+}
+
+void MainViewController::forgetTags(const QVector<qint64> &tagIds)
+{
+    if (m_filter->nodeType() != TagNode)
+        return;
+    TagRequirements requirements = m_filter->requirements();
+    bool isAsked = false;
+    for (QVector<qint64> *list : {&requirements.required, &requirements.eitherOr, &requirements.excluded})
+        isAsked = dropTags(*list, tagIds) || isAsked;
+    if (isAsked)
+        showRequirements(requirements);
+}
+
+QVariant MainViewController::fileData(qint64 fileId, DataType type) const
+{
+    const File *file = m_contents->fileAt(m_contents->rowOf(fileId));
+    return file ? file->data(type) : QVariant();
+}
+
+QString MainViewController::tagNames(const QVector<qint64> &tagIds) const
+{
+    QStringList names;
+    names.reserve(tagIds.size());
+    for (qint64 tagId : tagIds) {
+        const QString name = m_tags ? m_tags->tagName(tagId) : QString();
+        if (!name.isEmpty())
+            names.append(name);
+    }
+    return names.join(QLatin1String(", "));
+}
+
+void MainViewController::gotExtractedTempFiles(const QVector<QPair<qint64, QString>> &files)
+{
+    for (const auto &file : files)
+        QDesktopServices::openUrl(QUrl::fromLocalFile(file.second));
+}
+
+bool MainViewController::isWritable() const
+{
+    return !isReadOnly();
+}
+
+bool MainViewController::mayEdit()
+{
+    return mayWrite();
+}
+
+QString MainViewController::joinedTagNames(const QVector<qint64> &tagIds) const
+{
+    return tagNames(tagIds);
+}
+
+bool MainViewController::isFileMissing(qint64 fileId) const
+{
+    return manager() && manager()->isMissing(fileId);
+}
+
+const QImage *MainViewController::thumbnailOf(qint64 fileId) const
+{
+    return manager() ? manager()->thumbnailCache()->thumbnail(fileId) : nullptr;
+}
+
+bool MainViewController::renameFile(qint64 fileId, const QString &name)
+{
+    return updateFileName(fileId, name);
+}
+
+bool MainViewController::describeFile(qint64 fileId, const QString &description)
+{
+    return updateFileDescription(fileId, description);
+}
+
+bool MainViewController::linkTagsToFile(qint64 fileId, const QVector<qint64> &tagIds)
+{
+    return manager() && mayWrite() && manager()->linkTags({fileId}, tagIds);
+}

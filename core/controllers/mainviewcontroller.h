@@ -1,0 +1,126 @@
+#pragma once
+
+#include "core/controllers/abstractcontroller.h"
+#include "core/datatype.h"
+#include "core/nodetype.h"
+#include "core/recordtypes.h"
+#include "fileops/deletedfilerepresentations.h"
+#include "models/contentshost.h"
+#include "models/tagrequirements.h"
+
+#include <QHash>
+#include <QList>
+#include <QPair>
+#include <QStringList>
+#include <QUrl>
+#include <QVariant>
+#include <QVector>
+
+class BrowsTreeController;
+class ContentsModel;
+class File;
+class FileFilterModel;
+class RelationsController;
+class Sorter;
+class TagsController;
+
+/**
+ * The files of the main view: what is shown, and every edit of a file. It owns the table of all files with
+ * the filter and the sorter above it. A selection of a node or of tags and a search text exclude each other.
+ * GUI thread.
+ */
+class MainViewController : public AbstractController, private ContentsHost
+{
+    Q_OBJECT
+
+public:
+    MainViewController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
+                       Collection *collection);
+    ~MainViewController() override;
+
+    void setPeers(TagsController *tags, BrowsTreeController *browsTree, RelationsController *relations);
+    void load() override;
+
+    /** Types 1 to 7. */
+    void showSpecialNode(NodeType type);
+    void showTagRequirements(const QVector<qint64> &required, const QVector<qint64> &eitherOr,
+                             const QVector<qint64> &excluded,
+                             const QHash<qint64, QVector<qint64>> &requiredAlternatives,
+                             const QVector<qint64> &eitherOrWidened, const QVector<qint64> &excludedWidened);
+    /** Shows all files that the text is found in; an empty text shows all files. */
+    void setFileFilterString(const QString &text);
+    /** Shows the files with all of the tags, or with one of them; a tag below counts for the tag. */
+    void showTagsSelected(const QVector<qint64> &tagIds);
+    void showTagsEitherOr(const QVector<qint64> &tagIds);
+    /** Shows the files with all the tags of the first of these files. */
+    void showRelated(const QVector<qint64> &fileIds);
+    /** The files that meet the requirements, whatever the search text. */
+    QVector<qint64> shownFileIds() const;
+    /** Those of the shown files whose external file was not there at the last look. */
+    QVector<qint64> missingFileIds() const;
+
+    /** Adds local files and folders as such, all other URLs as hyperlinks. */
+    void addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds = {}, bool fromSelectedNode = false,
+                 qint64 nodeId = 0);
+    /** Adds files as they are: no look into folders, no look for duplicates, no tags. */
+    void addFilesList(const QStringList &paths);
+    /** Deletes files from the database; external ones stay on the disk. */
+    void deleteFiles(const QVector<qint64> &fileIds);
+    void cancelOperations();
+
+    void linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
+    void unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
+    /**
+     * Renames a file, an external one on the disk first. False when nothing has changed: for an empty or an
+     * equal name silently, for one that cannot be had after telling why.
+     */
+    bool updateFileName(qint64 fileId, const QString &text);
+    bool updateFileDescription(qint64 fileId, const QString &text);
+    /** These tags are gone; a selection that asks for one of them goes on without it. */
+    void forgetTags(const QVector<qint64> &tagIds);
+
+    /** Invalid for an unknown file. */
+    QVariant fileData(qint64 fileId, DataType type) const;
+    /** The names in the order of the ids, joined by ", ". */
+    QString tagNames(const QVector<qint64> &tagIds) const;
+
+    ContentsModel *contentsModel() const { return m_contents; }
+    FileFilterModel *filterModel() const { return m_filter; }
+    /** What views show. */
+    Sorter *sorter() const { return m_sorter; }
+
+signals:
+    /** Type, required, eitherOr, excluded. */
+    void tagRequirementsChanged(NodeType type, QVector<qint64> required, QVector<qint64> eitherOr,
+                                QVector<qint64> excluded);
+    void startedAddingFiles(QString label);
+    void addingFilesProgress(QString text, int percent);
+    void finishedAddingFiles();
+    void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
+
+public slots:
+    void loadedFilesDataFromDB(const Map<qint64, File *> &files);
+    /** Opens each of the extracted files with the program that the system has for it. */
+    void gotExtractedTempFiles(const QVector<QPair<qint64, QString>> &files);
+
+private:
+    bool isWritable() const override;
+    bool mayEdit() override;
+    QString joinedTagNames(const QVector<qint64> &tagIds) const override;
+    bool isFileMissing(qint64 fileId) const override;
+    const QImage *thumbnailOf(qint64 fileId) const override;
+    bool renameFile(qint64 fileId, const QString &name) override;
+    bool describeFile(qint64 fileId, const QString &description) override;
+    bool linkTagsToFile(qint64 fileId, const QVector<qint64> &tagIds) override;
+
+    void connectManager();
+    void showRequirements(const TagRequirements &requirements);
+    bool renameExternalFile(const File &file, const QString &name);
+
+    TagsController *m_tags = nullptr;
+    BrowsTreeController *m_browsTree = nullptr;
+    RelationsController *m_relations = nullptr;
+    ContentsModel *m_contents;
+    FileFilterModel *m_filter;
+    Sorter *m_sorter;
+};
