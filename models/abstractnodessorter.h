@@ -20,7 +20,7 @@ public:
     virtual bool lessThan(qint64 parentId, qint64 leftId, qint64 rightId) const = 0;
     /** Puts a node before or behind one of its siblings. */
     virtual void moveNode(qint64 parentId, qint64 nodeId, qint64 siblingId, bool before);
-    /** Puts a node at a row among its siblings as they stand. */
+    /** Puts a node at a row of its parent as they are shown; at the top the fixed nodes count too. */
     virtual void moveToRow(qint64 parentId, qint64 nodeId, int row);
     virtual void nodeAdded(qint64 parentId, qint64 nodeId);
     virtual void nodeRemoved(qint64 parentId, qint64 nodeId);

@@ -3,8 +3,8 @@
 #include "app/constants.h"
 #include "app/viewsettings.h"
 #include "core/controllers/browstreecontroller.h"
-#include "core/nodetype.h"
 #include "models/naturalorder.h"
+#include "models/tbtreemodel.h"
 #include "models/treeroles.h"
 
 #include <QDataStream>
@@ -102,10 +102,10 @@ bool BrTreeSorterModel::filterAcceptsRow(int sourceRow, const QModelIndex &sourc
 bool BrTreeSorterModel::canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                                         const QModelIndex &parent) const
 {
-    if (!data->hasFormat(Constants::nodeMimeType) ||
+    if (!m_controller || !m_controller->allowsManualMoves() || !data->hasFormat(Constants::nodeMimeType) ||
         !QSortFilterProxyModel::canDropMimeData(data, action, row, column, parent))
         return false;
-    const QModelIndex dragged = findNode(readDrag(*data).nodeId);
+    const QModelIndex dragged = indexOfNode(TagNode, readDrag(*data).nodeId);
     if (!dragged.isValid() || !parent.isValid())
         return false;
     if (dragged.parent() == parent) {
@@ -118,7 +118,7 @@ bool BrTreeSorterModel::canDropMimeData(const QMimeData *data, Qt::DropAction ac
             return false;
         }
     }
-    return dragged.parent() == parent.parent() && row < 0 && column < 0;
+    return typeOf(parent) == TagNode && dragged.parent() == parent.parent() && row < 0 && column < 0;
 }
 
 bool BrTreeSorterModel::dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
@@ -127,12 +127,11 @@ bool BrTreeSorterModel::dropMimeData(const QMimeData *data, Qt::DropAction actio
     if (!m_sorter || !canDropMimeData(data, action, row, column, parent))
         return false;
     const NodeDrag drag = readDrag(*data);
-    const qint64 parentId = findNode(drag.nodeId).data(NodeRole::ParentId).toLongLong();
+    const qint64 parentId = indexOfNode(TagNode, drag.nodeId).data(NodeRole::ParentId).toLongLong();
     if (row < 0)
         m_sorter->moveNode(parentId, drag.nodeId, idOf(parent), !drag.below);
     else
-        m_sorter->moveToRow(parentId, drag.nodeId,
-                            typeOf(parent) == AllFiles ? row - fixedTypes.size() : row);
+        m_sorter->moveToRow(parentId, drag.nodeId, row);
     // The view still holds positions of the drag; the order changes when it has ended.
     QTimer::singleShot(0, this, [this] {
         invalidate();
@@ -141,17 +140,11 @@ bool BrTreeSorterModel::dropMimeData(const QMimeData *data, Qt::DropAction actio
     return true;
 }
 
-QModelIndex BrTreeSorterModel::findNode(qint64 id, const QModelIndex &parent) const
+QModelIndex BrTreeSorterModel::indexOfNode(NodeType type, qint64 id) const
 {
-    if (id <= 0)
+    const auto *tree = qobject_cast<const TBtreeModel *>(sourceModel());
+    if (!tree || !m_controller)
         return {};
-    for (int row = 0; row < rowCount(parent); ++row) {
-        const QModelIndex child = index(row, 0, parent);
-        if (typeOf(child) == TagNode && idOf(child) == id)
-            return child;
-        const QModelIndex found = findNode(id, child);
-        if (found.isValid())
-            return found;
-    }
-    return {};
+    const TBnode *node = type == TagNode ? m_controller->nodeById(id) : tree->fixedNode(type);
+    return mapFromSource(tree->indexOf(node));
 }

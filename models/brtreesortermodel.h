@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/nodetype.h"
 #include "models/abstractnodessorter.h"
 
 #include <QSortFilterProxyModel>
@@ -21,6 +22,9 @@ public:
     void setSorting(int mode, AbstractNodesSorter *sorter);
     int sortMode() const { return m_sortMode; }
 
+    /** Where a node is shown, invalid when it is not; the id counts for nodes of tags alone. */
+    QModelIndex indexOfNode(NodeType type, qint64 id) const;
+
     bool canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                          const QModelIndex &parent) const override;
     bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
@@ -36,8 +40,6 @@ protected:
 
 private:
     bool tagNodeLessThan(const QModelIndex &left, const QModelIndex &right) const;
-    /** The index of a node of a tag anywhere below, invalid when it is not shown. */
-    QModelIndex findNode(qint64 id, const QModelIndex &parent = QModelIndex()) const;
 
     BrowsTreeController *m_controller;
     AbstractNodesSorter *m_sorter = nullptr;

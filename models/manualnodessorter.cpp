@@ -1,6 +1,9 @@
 #include "models/manualnodessorter.h"
 
+#include "app/specialnodes.h"
 #include "core/tbnode.h"
+
+#include <QSet>
 
 #include <algorithm>
 
@@ -37,7 +40,7 @@ void ManualNodesSorter::moveNode(qint64 parentId, qint64 nodeId, qint64 siblingI
 {
     if (nodeId == siblingId)
         return;
-    QList<qint64> &list = completeList(parentId);
+    QList<qint64> &list = completeList(parentId, nodeId);
     list.removeAll(nodeId);
     const int at = list.indexOf(siblingId);
     list.insert(at < 0 ? list.size() : at + (before ? 0 : 1), nodeId);
@@ -46,10 +49,11 @@ void ManualNodesSorter::moveNode(qint64 parentId, qint64 nodeId, qint64 siblingI
 
 void ManualNodesSorter::moveToRow(qint64 parentId, qint64 nodeId, int row)
 {
-    QList<qint64> &list = completeList(parentId);
+    QList<qint64> &list = completeList(parentId, nodeId);
+    const int place = parentId == 0 ? row - SpecialNodes::shortTexts().size() : row;
     const int present = list.indexOf(nodeId);
-    // A row behind the node's own place moves up by one when the node is taken out.
-    const int target = present >= 0 && row > present ? row - 1 : row;
+    // A place behind the node's own moves up by one when the node is taken out.
+    const int target = present >= 0 && place > present ? place - 1 : place;
     list.removeAll(nodeId);
     list.insert(qBound(0, target, list.size()), nodeId);
     m_positions.remove(parentId);
@@ -90,21 +94,28 @@ void ManualNodesSorter::setTree(TBnode *root)
     m_root = root;
 }
 
-QList<qint64> &ManualNodesSorter::completeList(qint64 parentId)
+QList<qint64> &ManualNodesSorter::completeList(qint64 parentId, qint64 nodeId)
 {
     QList<qint64> children;
-    if (const TBnode *parent = findNode(m_root, parentId)) {
+    const TBnode *parent = findNode(m_root, parentId);
+    const TBnode *moved = findNode(parent, nodeId);
+    if (moved) {
         for (const TBnode *child : parent->children()) {
-            if (child->nodeType() == TagNode)
+            if (child->nodeType() == TagNode && child->treeId() == moved->treeId())
                 children.append(child->id());
         }
     }
     std::sort(children.begin(), children.end(),
               [this, parentId](qint64 left, qint64 right) { return lessThan(parentId, left, right); });
-    m_positions.remove(parentId);
+    // Rows count what is shown; nodes of other trees at the top keep their order behind it.
     QList<qint64> &list = m_order[parentId];
-    if (!children.isEmpty())
-        list = children;
+    const QSet<qint64> shown(children.cbegin(), children.cend());
+    for (const qint64 id : qAsConst(list)) {
+        if (!shown.contains(id))
+            children.append(id);
+    }
+    list = children;
+    m_positions.remove(parentId);
     return list;
 }
 

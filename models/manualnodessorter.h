@@ -24,8 +24,8 @@ public:
     void setTree(TBnode *root) override;
 
 private:
-    /** The list of a parent that holds all its present children, those without a place behind the others. */
-    QList<qint64> &completeList(qint64 parentId);
+    /** The list of a parent, filled up with all its children as they stand in the tree of one of them. */
+    QList<qint64> &completeList(qint64 parentId, qint64 nodeId);
     const QHash<qint64, int> &positions(qint64 parentId) const;
 
     QMap<qint64, QList<qint64>> m_order;

@@ -10,6 +10,7 @@
 #include <QDebug>
 #include <QMimeData>
 #include <QPixmap>
+#include <QTextDocument>
 
 namespace {
 
@@ -48,7 +49,7 @@ QVariant TBtreeModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return displayText(*node);
     case Qt::ToolTipRole:
-        return SpecialNodes::longTexts().value(node->nodeType(), displayText(*node));
+        return toolTip(*node);
     case Qt::DecorationRole:
         return node == m_currentNode ? QVariant(currentMark()) : QVariant();
     case Qt::ForegroundRole:
@@ -317,6 +318,13 @@ void TBtreeModel::repaint(TBnode *node)
     const QModelIndex index = indexOf(node);
     if (index.isValid())
         emit dataChanged(index, index);
+}
+
+QString TBtreeModel::toolTip(const TBnode &node)
+{
+    const QString text = SpecialNodes::longTexts().value(node.nodeType(), displayText(node));
+    // The name of a tag may look like markup, which a tool tip would carry out.
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }
 
 QString TBtreeModel::displayText(const TBnode &node)

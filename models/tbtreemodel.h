@@ -39,6 +39,8 @@ public:
     TBnode *nodeAt(const QModelIndex &index) const;
     QModelIndex indexOf(const TBnode *node) const;
     TBnode *rootNode() const { return m_root.get(); }
+    /** "All files" or one of the nodes of a fixed selection; null for the type of tag nodes. */
+    TBnode *fixedNode(NodeType type) const;
     TBnode *allFilesNode() const { return m_allFilesNode.get(); }
 
     /** Marks the node whose files are in the main view; the node counts for type 8 alone. Null clears it. */
@@ -62,11 +64,11 @@ private slots:
 
 private:
     void makeFixedNodes();
-    TBnode *fixedNode(NodeType type) const;
     void attachAll(const QMap<qint64, TBnode *> &nodes);
     void connectNode(TBnode *node);
     void disconnectNode(TBnode *node);
     void repaint(TBnode *node);
+    static QString toolTip(const TBnode &node);
     static QString displayText(const TBnode &node);
 
     BrowsTreeController *m_controller;

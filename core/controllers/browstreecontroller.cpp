@@ -10,6 +10,8 @@
 #include "models/brtreesortermodel.h"
 #include "models/tbtreemodel.h"
 
+#include <QTimer>
+
 #include <algorithm>
 
 namespace {
@@ -32,6 +34,11 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
     connect(&manager->nodes(), &SignalContainer::itemDeleted, this, &BrowsTreeController::nodeDeleted);
     connect(manager, &DatabaseManger::browsingNodeLoaded, this, &BrowsTreeController::nodesLoaded);
     connect(manager, &DatabaseManger::addedBrowsingNodes, this, &BrowsTreeController::nodesAdded);
+}
+
+BrowsTreeController::~BrowsTreeController()
+{
+    forgetDeletedNodes();
 }
 
 void BrowsTreeController::setPeers(MainViewController *mainView, TagsController *tags,
@@ -110,7 +117,20 @@ bool BrowsTreeController::hasChildren(const QVector<qint64> &nodeIds) const
 
 TBnode *BrowsTreeController::nodeById(qint64 nodeId) const
 {
+    if (nodeId == 0)
+        return m_model->allFilesNode();
     return manager() ? manager()->nodes().value(nodeId) : nullptr;
+}
+
+TBnode *BrowsTreeController::rootNode() const
+{
+    return m_model->rootNode();
+}
+
+bool BrowsTreeController::hasAutolinks(qint64 nodeId) const
+{
+    const TBnode *node = nodeById(nodeId);
+    return node && node->hasAutolinks();
 }
 
 void BrowsTreeController::nodeActivated(NodeType type, qint64 nodeId, const QVector<qint64> &required,
@@ -164,11 +184,16 @@ void BrowsTreeController::markCurrentNode()
 void BrowsTreeController::nodesLoaded(const Map<qint64, TBnode *> &nodes)
 {
     m_model->initRootNode(nodes);
-    markCurrentNode();
+    if (m_currentType == TagNode && !nodes.contains(m_currentId))
+        clearCurrentNode();
+    else
+        markCurrentNode();
 }
 
 void BrowsTreeController::nodesAdded(const Map<qint64, TBnode *> &nodes)
 {
+    // The database may give the id of a removed node to a new one.
+    forgetDeletedNodes();
     m_model->attachNodes(nodes);
     for (const TBnode *node : nodes)
         m_manualOrder.nodeAdded(node->parentNode() ? node->parentNode()->id() : 0, node->id());
@@ -181,13 +206,33 @@ void BrowsTreeController::nodeDeleted(const QVariant &nodeId)
     const qint64 id = nodeId.toLongLong();
     if (currentTagNodeId() > 0 && id == currentTagNodeId())
         clearCurrentNode();
+    // A whole branch goes node by node; its places are given up together.
+    if (m_deletedNodes.isEmpty())
+        QTimer::singleShot(0, this, &BrowsTreeController::forgetDeletedNodes);
+    m_deletedNodes.insert(id);
+}
+
+void BrowsTreeController::forgetDeletedNodes()
+{
+    if (m_deletedNodes.isEmpty())
+        return;
     QMap<qint64, QList<qint64>> order;
     m_manualOrder.save(order);
+    bool isChanged = false;
     for (auto list = order.constBegin(); list != order.constEnd(); ++list) {
-        if (list.key() == id || list.value().contains(id))
+        const bool isParentGone = m_deletedNodes.contains(list.key());
+        if (isParentGone)
+            m_manualOrder.nodeRemoved(0, list.key());
+        isChanged |= isParentGone;
+        for (const qint64 id : list.value()) {
+            if (!m_deletedNodes.contains(id))
+                continue;
             m_manualOrder.nodeRemoved(list.key(), id);
+            isChanged = true;
+        }
     }
-    if (!order.isEmpty())
+    m_deletedNodes.clear();
+    if (isChanged)
         storeOrder();
 }
 

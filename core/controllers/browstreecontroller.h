@@ -5,6 +5,7 @@
 #include "models/manualnodessorter.h"
 
 #include <QList>
+#include <QSet>
 #include <QUrl>
 #include <QVector>
 
@@ -23,6 +24,8 @@ public:
     BrowsTreeController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                         Collection *collection);
 
+    ~BrowsTreeController() override;
+
     void setPeers(MainViewController *mainView, TagsController *tags, RelationsController *relations);
     void load() override;
 
@@ -40,8 +43,11 @@ public:
 
     /** Whether one of the nodes has children. */
     bool hasChildren(const QVector<qint64> &nodeIds) const;
-    /** Null for an unknown node. */
+    /** The id 0 is that of "All files". Null for an unknown node. */
     TBnode *nodeById(qint64 nodeId) const;
+    /** The hidden root above "All files". */
+    TBnode *rootNode() const;
+    bool hasAutolinks(qint64 nodeId) const;
 
     /** Shows what a node selects; the two lists are those of TBnode::collectTagRequirements. */
     void nodeActivated(NodeType type, qint64 nodeId, const QVector<qint64> &required,
@@ -79,6 +85,7 @@ signals:
 private:
     void setCurrentNode(int type, qint64 nodeId);
     void nodeDeleted(const QVariant &nodeId);
+    void forgetDeletedNodes();
     void nodesLoaded(const Map<qint64, TBnode *> &nodes);
     void nodesAdded(const Map<qint64, TBnode *> &nodes);
     void markCurrentNode();
@@ -93,4 +100,5 @@ private:
     ManualNodesSorter m_manualOrder;
     int m_currentType = 0;
     qint64 m_currentId = 0;
+    QSet<qint64> m_deletedNodes; ///< still in the order by hand
 };

@@ -1,0 +1,152 @@
+#include "ui/docks/browsingtreeviewdock.h"
+
+#include "core/collection.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/nodetype.h"
+#include "models/treeroles.h"
+#include "ui/mainui.h"
+#include "ui/views/tbtreeview.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace {
+
+enum NodeAction {
+    MenuAction = 0,
+    DeleteAction = 1,
+    DeleteTreeAction = 2,
+    RelationsAction = 3,
+    InvertAction = 4
+};
+
+} // namespace
+
+BrowsingTreeViewDock::BrowsingTreeViewDock(QWidget *parent)
+    : TreeViewDock(tr("Browsing Tree"), new TBtreeView, parent), m_view(static_cast<TBtreeView *>(widget()))
+{
+    connect(m_view, &QWidget::customContextMenuRequested, this, &BrowsingTreeViewDock::openContextMenu);
+}
+
+QAction *BrowsingTreeViewDock::addAction(int key, const QString &text, const QString &icon)
+{
+    auto *action = new QAction(text, this);
+    if (!icon.isEmpty())
+        action->setIcon(QIcon(icon));
+    m_actions.insert(key, action);
+    return action;
+}
+
+void BrowsingTreeViewDock::takePlaces(MainUi &ui)
+{
+    m_actions.insert(MenuAction, ui.nodeMenu->menuAction());
+    QAction *remove = addAction(DeleteAction, tr("Delete"), QStringLiteral(":icons/minus.png"));
+    connect(remove, &QAction::triggered, this, &BrowsingTreeViewDock::deleteSelectedNodes);
+    QAction *removeTree =
+        addAction(DeleteTreeAction, tr("Delete with subtree"), QStringLiteral(":icons/delete.png"));
+    connect(removeTree, &QAction::triggered, this, &BrowsingTreeViewDock::deleteSelectedNodeTree);
+    QAction *relations = addAction(RelationsAction, tr("Tag Relationships Enabled"));
+    connect(relations, &QAction::triggered, this, &BrowsingTreeViewDock::setNodeRelationships);
+    QAction *invert = addAction(InvertAction, tr("Tag Node Inverted"));
+    connect(invert, &QAction::triggered, this, &BrowsingTreeViewDock::setNodeInverted);
+    relations->setCheckable(true);
+    invert->setCheckable(true);
+    ui.nodeMenu->addActions({remove, relations, invert});
+    updateActionsAvailability();
+}
+
+void BrowsingTreeViewDock::setController(BrowsTreeController *controller)
+{
+    m_controller = controller;
+    m_view->setController(controller);
+    // Without a model the view still has a selection, of a model that stays empty.
+    if (m_view->model()) {
+        connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+                &BrowsingTreeViewDock::updateActionsAvailability);
+        connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
+                &BrowsingTreeViewDock::updateActionsAvailability);
+        connect(m_view->model(), &QAbstractItemModel::dataChanged, this,
+                &BrowsingTreeViewDock::updateActionsAvailability);
+        connect(m_view->model(), &QAbstractItemModel::modelReset, this,
+                &BrowsingTreeViewDock::updateActionsAvailability);
+    }
+    updateTitle();
+    updateActionsAvailability();
+}
+
+void BrowsingTreeViewDock::followReloads(Collection *collection)
+{
+    connect(collection, &Collection::aboutToReloadAllData, m_view,
+            qOverload<>(&TBtreeView::saveExpandedState));
+    connect(collection, &Collection::allDataReloaded, m_view, qOverload<>(&TBtreeView::restoreExpandedState));
+}
+
+void BrowsingTreeViewDock::slotExpandAllFiles()
+{
+    m_view->slotExpandAllFiles();
+}
+
+void BrowsingTreeViewDock::updateTitle()
+{
+    const QString name = m_controller ? m_controller->currentTreeName() : QString();
+    setWindowTitle(name.isEmpty() ? tr("Browsing Tree") : tr("Browsing Tree: %1").arg(name));
+}
+
+void BrowsingTreeViewDock::updateActionsAvailability()
+{
+    if (m_actions.isEmpty())
+        return;
+    const QModelIndex current = currentTagNode();
+    const bool isTagNode = current.isValid();
+    const bool isEnabled = isTagNode && !m_controller->isReadOnly();
+    for (const int key : {DeleteAction, DeleteTreeAction, RelationsAction, InvertAction})
+        m_actions.value(key)->setEnabled(isEnabled);
+    m_actions.value(RelationsAction)->setChecked(isTagNode && current.data(NodeRole::TrOption).toBool());
+    m_actions.value(InvertAction)->setChecked(isTagNode && current.data(NodeRole::Inverted).toBool());
+}
+
+QModelIndex BrowsingTreeViewDock::currentTagNode() const
+{
+    const QModelIndex current = m_view->currentIndex();
+    return m_controller && current.data(NodeRole::Type).toInt() == TagNode ? current : QModelIndex();
+}
+
+void BrowsingTreeViewDock::openContextMenu(const QPoint &position)
+{
+    const QModelIndex index = m_view->indexAt(position);
+    if (!m_controller || index.data(NodeRole::Type).toInt() != TagNode)
+        return;
+    QMenu menu(this);
+    for (const int key : {RelationsAction, InvertAction, DeleteAction, DeleteTreeAction})
+        menu.addAction(m_actions.value(key));
+    menu.exec(m_view->viewport()->mapToGlobal(position));
+}
+
+void BrowsingTreeViewDock::setNodeRelationships()
+{
+    const QModelIndex current = currentTagNode();
+    if (current.isValid())
+        m_controller->changeTrOption(current.data(NodeRole::Id).toLongLong(),
+                                     !current.data(NodeRole::TrOption).toBool());
+    // The check mark has changed with the click, the node perhaps not.
+    updateActionsAvailability();
+}
+
+void BrowsingTreeViewDock::setNodeInverted()
+{
+    const QModelIndex current = currentTagNode();
+    if (current.isValid())
+        m_controller->changeInversion(current.data(NodeRole::Id).toLongLong(),
+                                      !current.data(NodeRole::Inverted).toBool());
+    updateActionsAvailability();
+}
+
+void BrowsingTreeViewDock::deleteSelectedNodes()
+{
+    m_view->deleteSelectedNodes();
+}
+
+void BrowsingTreeViewDock::deleteSelectedNodeTree()
+{
+    m_view->deleteSelectedNodeTree();
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ui/docks/treeviewdock.h"
+
+#include <QHash>
+#include <QModelIndex>
+
+class BrowsTreeController;
+class MainUi;
+class QAction;
+class TBtreeView;
+
+/** The dock of the browsing tree and the home of the "Node" menu. */
+class BrowsingTreeViewDock : public TreeViewDock
+{
+    Q_OBJECT
+
+public:
+    explicit BrowsingTreeViewDock(QWidget *parent = nullptr);
+
+    /** Fills the "Node" menu. */
+    void takePlaces(MainUi &ui);
+    /** Null takes the tree away. */
+    void setController(BrowsTreeController *controller);
+    void followReloads(Collection *collection) override;
+
+public slots:
+    void slotExpandAllFiles();
+    void updateActionsAvailability();
+    void openContextMenu(const QPoint &position);
+    void setNodeRelationships();
+    void setNodeInverted();
+    void deleteSelectedNodes();
+    void deleteSelectedNodeTree();
+    /** Names the tree that is shown, where the database has several. */
+    void updateTitle();
+
+private:
+    QAction *addAction(int key, const QString &text, const QString &icon = QString());
+    /** Invalid when another kind of node, or none, is current. */
+    QModelIndex currentTagNode() const;
+
+    TBtreeView *m_view;
+    BrowsTreeController *m_controller = nullptr;
+    QHash<int, QAction *> m_actions;
+};

@@ -1,0 +1,387 @@
+#include "ui/views/tbtreeview.h"
+
+#include "app/constants.h"
+#include "app/messages.h"
+#include "app/viewsettings.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/nodetype.h"
+#include "core/tbnode.h"
+#include "models/brtreesortermodel.h"
+#include "models/idlistmime.h"
+#include "models/treeroles.h"
+#include "ui/views/viewstyle.h"
+
+#include <QDataStream>
+#include <QDropEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QScrollBar>
+
+namespace {
+
+NodeType typeOf(const QModelIndex &index)
+{
+    return NodeType(index.data(NodeRole::Type).toInt());
+}
+
+qint64 idOf(const QModelIndex &index)
+{
+    return index.data(NodeRole::Id).toLongLong();
+}
+
+bool takesDrops(const QModelIndex &index)
+{
+    return index.isValid() && (typeOf(index) == AllFiles || typeOf(index) == TagNode);
+}
+
+bool isNodeDrag(const QDropEvent &event)
+{
+    return event.mimeData()->hasFormat(Constants::nodeMimeType);
+}
+
+bool isForeignDrag(const QDropEvent &event)
+{
+    const QMimeData *data = event.mimeData();
+    return data->hasFormat(Constants::tagMimeType) || data->hasFormat(Constants::fileMimeType) ||
+           data->hasUrls();
+}
+
+/** What comes from elsewhere is never taken away from there: a moved file would be deleted by its owner. */
+void acceptAsCopy(QDropEvent *event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+} // namespace
+
+TBtreeView::TBtreeView(QWidget *parent) : QTreeView(parent)
+{
+    setObjectName(QStringLiteral("tbView"));
+    setAccessibleName(tr("Browsing Tree"));
+    setHeaderHidden(true);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    // An internal-move view would refuse all that comes from outside.
+    setDragDropMode(QAbstractItemView::DragDrop);
+    setDefaultDropAction(Qt::MoveAction);
+    auto *style = new ViewStyle;
+    style->setParent(this);
+    setStyle(style);
+    connect(this, &QAbstractItemView::clicked, this, &TBtreeView::activatedNode);
+}
+
+void TBtreeView::setController(BrowsTreeController *controller)
+{
+    m_controller = controller;
+    setModel(controller ? controller->sorterModel() : nullptr);
+    setEnabled(controller);
+    m_expandedNodes.clear();
+    if (model())
+        expand(model()->index(0, 0));
+}
+
+QVector<qint64> TBtreeView::selectedNodeIds() const
+{
+    QVector<qint64> ids;
+    if (!selectionModel())
+        return ids;
+    for (const QModelIndex &index : selectionModel()->selectedRows()) {
+        if (typeOf(index) == TagNode)
+            ids.append(idOf(index));
+    }
+    return ids;
+}
+
+void TBtreeView::slotExpandAllFiles()
+{
+    expandAll();
+}
+
+void TBtreeView::deleteSelectedNodes()
+{
+    deleteNodes(&BrowsTreeController::removeNodes);
+}
+
+void TBtreeView::deleteSelectedNodeTree()
+{
+    deleteNodes(&BrowsTreeController::removeNodesWithSubtree);
+}
+
+void TBtreeView::deleteNodes(void (BrowsTreeController::*remove)(const QVector<qint64> &))
+{
+    const QVector<qint64> ids = selectedNodeIds();
+    if (ids.isEmpty() || refusesEdits() || !confirmDeletion(ids))
+        return;
+    // The database may have been closed behind the question.
+    if (m_controller)
+        keepExpansionOver([&] { (m_controller->*remove)(ids); });
+}
+
+bool TBtreeView::refusesEdits() const
+{
+    if (!m_controller)
+        return true;
+    if (!m_controller->isReadOnly())
+        return false;
+    m_controller->showReadOnlyMessage();
+    return true;
+}
+
+bool TBtreeView::confirmDeletion(const QVector<qint64> &ids)
+{
+    if (!m_controller->hasChildren(ids))
+        return true;
+    const bool isOne = ids.size() == 1;
+    Messages::Box box;
+    box.icon = QMessageBox::Warning;
+    box.text = tr("Do you really want to delete %1non-leaf node%2 from this tree?")
+                   .arg(isOne ? tr("a ") : QString(), isOne ? QString() : tr("s"));
+    box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
+    box.defaultButton = QMessageBox::Cancel;
+    return Messages::run(this, box).button == QMessageBox::Ok;
+}
+
+void TBtreeView::activatedNode(const QModelIndex &index)
+{
+    if (!m_controller || !index.isValid())
+        return;
+    QVector<qint64> required;
+    QVector<qint64> excluded;
+    const NodeType type = typeOf(index);
+    const qint64 id = idOf(index);
+    if (type == TagNode) {
+        if (const TBnode *node = m_controller->nodeById(id))
+            node->collectTagRequirements(required, excluded);
+    }
+    m_controller->nodeActivated(type, id, required, excluded);
+}
+
+void TBtreeView::saveExpandedState()
+{
+    m_expandedNodes.clear();
+    m_selectedNodes.clear();
+    if (!model())
+        return;
+    saveExpandedState(QModelIndex());
+    m_scrollPosition = verticalScrollBar()->value();
+    const QModelIndex current = currentIndex();
+    if (selectionModel()->isSelected(current))
+        m_selectedNodes.append({typeOf(current), idOf(current)});
+    for (const QModelIndex &index : selectionModel()->selectedRows()) {
+        if (index != current)
+            m_selectedNodes.append({typeOf(index), idOf(index)});
+    }
+}
+
+void TBtreeView::saveExpandedState(const QModelIndex &parent)
+{
+    if (!model())
+        return;
+    for (int row = 0; row < model()->rowCount(parent); ++row) {
+        const QModelIndex child = model()->index(row, 0, parent);
+        if (!isExpanded(child))
+            continue;
+        m_expandedNodes.insert(idOf(child));
+        saveExpandedState(child);
+    }
+}
+
+void TBtreeView::restoreExpandedState()
+{
+    if (!model())
+        return;
+    // With a layout pending the view only notes what is open; else it would lay out anew for each node.
+    scheduleDelayedItemsLayout();
+    restoreExpandedState(QModelIndex());
+    restoreSelection();
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(m_scrollPosition);
+}
+
+void TBtreeView::restoreExpandedState(const QModelIndex &parent)
+{
+    if (!model())
+        return;
+    for (int row = 0; row < model()->rowCount(parent); ++row) {
+        const QModelIndex child = model()->index(row, 0, parent);
+        if (!m_expandedNodes.contains(idOf(child)))
+            continue;
+        setExpanded(child, true);
+        restoreExpandedState(child);
+    }
+}
+
+void TBtreeView::restoreSelection()
+{
+    QItemSelection selection;
+    QModelIndex current;
+    for (const NodeKey &key : qAsConst(m_selectedNodes)) {
+        const QModelIndex index = m_controller->sorterModel()->indexOfNode(key.first, key.second);
+        if (!index.isValid())
+            continue;
+        selection.select(index, index);
+        if (!current.isValid())
+            current = index;
+    }
+    if (!current.isValid())
+        return;
+    selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void TBtreeView::keepExpansionOver(const std::function<void()> &edit)
+{
+    saveExpandedState();
+    edit();
+    restoreExpandedState();
+}
+
+void TBtreeView::makeCurrent(const QModelIndex &index)
+{
+    // Not by setCurrentIndex of the view, for which a held Ctrl or Shift means more than one node.
+    if (selectionModel() && index != currentIndex())
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+}
+
+void TBtreeView::dragEnterEvent(QDragEnterEvent *event)
+{
+    QTreeView::dragEnterEvent(event);
+    if (!m_controller || m_controller->isReadOnly()) {
+        event->ignore();
+        return;
+    }
+    m_currentBeforeDrag = currentIndex();
+    if (isNodeDrag(*event))
+        event->acceptProposedAction();
+    else if (isForeignDrag(*event))
+        acceptAsCopy(event);
+}
+
+void TBtreeView::dragMoveEvent(QDragMoveEvent *event)
+{
+    const QModelIndex target = indexAt(event->pos());
+    setProperty("is_above", isAboveCentre(event->pos()));
+    // The base class knows the model's own type alone, so what comes from elsewhere is judged behind it.
+    QTreeView::dragMoveEvent(event);
+    if (isNodeDrag(*event))
+        return;
+    if (!m_controller || m_controller->isReadOnly() || !takesDrops(target) || !isForeignDrag(*event)) {
+        event->ignore();
+        return;
+    }
+    makeCurrent(target);
+    acceptAsCopy(event);
+}
+
+void TBtreeView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    QTreeView::dragLeaveEvent(event);
+    makeCurrent(m_currentBeforeDrag);
+}
+
+void TBtreeView::dropEvent(QDropEvent *event)
+{
+    if (!m_controller || m_controller->isReadOnly()) {
+        event->ignore();
+        return;
+    }
+    if (isNodeDrag(*event)) {
+        dropNode(event);
+        return;
+    }
+    stopAutoScroll();
+    setState(QAbstractItemView::NoState);
+    viewport()->update();
+    const QModelIndex target = indexAt(event->pos());
+    if (!takesDrops(target) || !isForeignDrag(*event)) {
+        event->ignore();
+        return;
+    }
+    acceptAsCopy(event);
+    const NodeKey key(typeOf(target), idOf(target));
+    dropOnNode(event, key.second);
+    if (!m_controller)
+        return;
+    // A node above the target takes the target out and in again, so its index is looked up anew.
+    const QModelIndex present = m_controller->sorterModel()->indexOfNode(key.first, key.second);
+    if (present.isValid()) {
+        makeCurrent(present);
+        expand(present);
+    }
+}
+
+void TBtreeView::dropNode(QDropEvent *event)
+{
+    qint64 nodeId = 0;
+    QDataStream(event->mimeData()->data(Constants::nodeMimeType)) >> nodeId;
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << nodeId << !isAboveCentre(event->pos());
+    QMimeData data;
+    data.setData(Constants::nodeMimeType, bytes);
+    QDropEvent placed(event->posF(), event->possibleActions(), &data, event->mouseButtons(),
+                      event->keyboardModifiers());
+    placed.setDropAction(event->dropAction());
+    QTreeView::dropEvent(&placed);
+    event->setDropAction(placed.dropAction());
+    event->setAccepted(placed.isAccepted());
+}
+
+void TBtreeView::dropOnNode(QDropEvent *event, qint64 nodeId)
+{
+    const QMimeData *data = event->mimeData();
+    if (data->hasFormat(Constants::fileMimeType))
+        m_controller->addFilesToNode(nodeId, IdListMime::unpack(data, Constants::fileMimeType));
+    else if (data->hasUrls())
+        m_controller->addUrlsToNode(nodeId, data->urls());
+    if (data->hasFormat(Constants::tagMimeType))
+        dropTags(event, nodeId);
+}
+
+void TBtreeView::dropTags(QDropEvent *event, qint64 nodeId)
+{
+    const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
+    if (tagIds.isEmpty())
+        return;
+    const bool above = asksForAbove(*event, nodeId);
+    // The question has waited: the node, or the whole database, may have gone meanwhile.
+    if (m_controller && m_controller->nodeById(nodeId))
+        keepExpansionOver([&] { m_controller->addTagNodes(tagIds, nodeId, above); });
+}
+
+bool TBtreeView::asksForAbove(const QDropEvent &event, qint64 nodeId)
+{
+    if (nodeId <= 0)
+        return false;
+    if (event.keyboardModifiers() & Qt::AltModifier)
+        return true;
+    if (!ViewSettings::asksForNodePlace())
+        return false;
+    constexpr int liftedPixels = 15;
+    QMenu menu(tr("Create new node"), this);
+    const QAction *above = menu.addAction(tr("Add above"));
+    menu.addAction(tr("Add below"));
+    return menu.exec(viewport()->mapToGlobal(event.pos() - QPoint(0, liftedPixels))) == above;
+}
+
+bool TBtreeView::isAboveCentre(const QPoint &position) const
+{
+    return position.y() < visualRect(indexAt(position)).center().y();
+}
+
+void TBtreeView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Delete)) {
+        deleteSelectedNodes();
+        event->accept();
+    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        activatedNode(currentIndex());
+        event->accept();
+    } else {
+        QTreeView::keyPressEvent(event);
+    }
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "core/nodetype.h"
+
+#include <QPair>
+#include <QPersistentModelIndex>
+#include <QSet>
+#include <QTreeView>
+
+#include <functional>
+
+class BrowsTreeController;
+
+/**
+ * The browsing tree as a surface for gestures: a click shows a node's files, dropped tags become nodes,
+ * dropped files get the tags of a node, a dragged node gets another place. Borrows its controller.
+ */
+class TBtreeView : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    explicit TBtreeView(QWidget *parent = nullptr);
+
+    /** Null takes the tree away. */
+    void setController(BrowsTreeController *controller);
+    /** The ids of the selected nodes of tags. */
+    QVector<qint64> selectedNodeIds() const;
+
+public slots:
+    void slotExpandAllFiles();
+    void deleteSelectedNodes();
+    void deleteSelectedNodeTree();
+    void activatedNode(const QModelIndex &index);
+    /** Notes which nodes are open and which are selected, so that a reload can be survived. */
+    void saveExpandedState();
+    void saveExpandedState(const QModelIndex &parent);
+    void restoreExpandedState();
+    void restoreExpandedState(const QModelIndex &parent);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    using NodeKey = QPair<NodeType, qint64>;
+
+    bool refusesEdits() const;
+    bool confirmDeletion(const QVector<qint64> &ids);
+    void deleteNodes(void (BrowsTreeController::*remove)(const QVector<qint64> &));
+    bool isAboveCentre(const QPoint &position) const;
+    void makeCurrent(const QModelIndex &index);
+    void restoreSelection();
+    /** Runs an edit that may move branches, which come back closed. */
+    void keepExpansionOver(const std::function<void()> &edit);
+    void dropNode(QDropEvent *event);
+    void dropOnNode(QDropEvent *event, qint64 nodeId);
+    void dropTags(QDropEvent *event, qint64 nodeId);
+    /** Whether a node made by a drop of tags goes above its target. */
+    bool asksForAbove(const QDropEvent &event, qint64 nodeId);
+
+    BrowsTreeController *m_controller = nullptr;
+    QPersistentModelIndex m_currentBeforeDrag;
+    QSet<qint64> m_expandedNodes;
+    QVector<NodeKey> m_selectedNodes; ///< the current one first, while it is selected
+    int m_scrollPosition = 0;
+};

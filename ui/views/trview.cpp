@@ -1,0 +1,262 @@
+#include "ui/views/trview.h"
+
+#include "app/constants.h"
+#include "app/messages.h"
+#include "core/collection.h"
+#include "core/collectionsettings.h"
+#include "core/controllers/relationscontroller.h"
+#include "models/idlistmime.h"
+#include "models/treeroles.h"
+#include "models/trmodel.h"
+
+#include <QDropEvent>
+#include <QMenu>
+#include <QMimeData>
+
+TRview::TRview(QWidget *parent) : QTreeView(parent)
+{
+    setObjectName(QStringLiteral("trView"));
+    setAccessibleName(tr("Tag Relationships"));
+    setHeaderHidden(true);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDragDropMode(QAbstractItemView::DragDrop);
+    setDropIndicatorShown(false);
+    connect(this, &QWidget::customContextMenuRequested, this, &TRview::openContextMenu);
+    // Shown behind the drop: a box within it would hold up the program that the drag comes from.
+    connect(this, &TRview::tagRelationshipNotAllowed, this, &TRview::showRefusal, Qt::QueuedConnection);
+}
+
+void TRview::showRefusal()
+{
+    Messages::warning(this, tr("Error creating tag relationship"),
+                      tr("This is an illegal tag relationship."));
+}
+
+void TRview::setController(RelationsController *controller)
+{
+    if (m_controller) {
+        saveExpandedState();
+        m_controller->collection()->settings()->setRelationExpansion(m_expandedPaths);
+    }
+    m_controller = controller;
+    setModel(controller ? controller->model() : nullptr);
+    setEnabled(controller);
+    m_expandedPaths.clear();
+    if (controller) {
+        m_expandedPaths = controller->collection()->settings()->relationExpansion();
+        restoreExpandedState();
+    }
+}
+
+bool TRview::isWritable() const
+{
+    return m_controller && !m_controller->isReadOnly();
+}
+
+void TRview::deleteSelectedNode()
+{
+    const QModelIndex index = currentIndex();
+    if (!index.isValid() || !m_controller)
+        return;
+    if (m_controller->isReadOnly()) {
+        m_controller->showReadOnlyMessage();
+        return;
+    }
+    const QString path = index.data(RelationRole::Path).toString();
+    if (model()->rowCount(index) > 0 && !confirmDeletion())
+        return;
+    // The database may have been closed behind the question.
+    if (m_controller)
+        m_controller->removeNode(path);
+}
+
+bool TRview::confirmDeletion()
+{
+    Messages::Box box;
+    box.icon = QMessageBox::Warning;
+    box.text = tr("Do you really want to delete a non-leaf node from this tree?");
+    box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
+    box.defaultButton = QMessageBox::Cancel;
+    return Messages::run(this, box).button == QMessageBox::Ok;
+}
+
+void TRview::deleteSelectedSubtree()
+{
+    const QModelIndex index = currentIndex();
+    if (index.isValid() && isWritable())
+        m_controller->removeNode(index.data(RelationRole::Path).toString());
+}
+
+void TRview::openContextMenu(const QPoint &position)
+{
+    if (!indexAt(position).isValid() || !isWritable())
+        return;
+    QMenu menu(tr("Tag Relationship Operations"), this);
+    menu.addAction(QIcon(QStringLiteral(":/icons/delete.png")), tr("Delete Relationship Subtree"), this,
+                   &TRview::deleteSelectedSubtree);
+    menu.exec(viewport()->mapToGlobal(position));
+}
+
+void TRview::saveExpandedState()
+{
+    m_expandedPaths.clear();
+    collectExpanded(QModelIndex(), m_expandedPaths);
+    m_currentPath = currentIndex().data(RelationRole::Path).toString();
+}
+
+void TRview::collectExpanded(const QModelIndex &parent, QHash<QString, bool> &state) const
+{
+    if (!model())
+        return;
+    for (int row = 0; row < model()->rowCount(parent); ++row) {
+        const QModelIndex child = model()->index(row, 0, parent);
+        if (model()->rowCount(child) == 0)
+            continue;
+        state.insert(child.data(RelationRole::Path).toString(), isExpanded(child));
+        collectExpanded(child, state);
+    }
+}
+
+void TRview::restoreExpandedState()
+{
+    const auto *trees = qobject_cast<const TRmodel *>(model());
+    if (!trees)
+        return;
+    // With a layout pending the view only notes what is open; else it would lay out anew for each entry.
+    scheduleDelayedItemsLayout();
+    for (auto entry = m_expandedPaths.constBegin(); entry != m_expandedPaths.constEnd(); ++entry) {
+        const QModelIndex index = trees->indexOfPath(entry.key());
+        if (index.isValid())
+            setExpanded(index, entry.value());
+    }
+    const QModelIndex current = trees->indexOfPath(m_currentPath);
+    if (current.isValid())
+        makeCurrent(current);
+}
+
+void TRview::makeCurrent(const QModelIndex &index)
+{
+    if (selectionModel() && index != currentIndex())
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+}
+
+void TRview::startDrag(Qt::DropActions supportedActions)
+{
+    // The entry under the cursor becomes current in a drag, so what is dragged is noted before.
+    for (const QModelIndex &index : selectedIndexes())
+        m_draggedPaths.insert(index.data(RelationRole::TagId).toLongLong(),
+                              index.data(RelationRole::Path).toString());
+    QTreeView::startDrag(supportedActions);
+    m_draggedPaths.clear();
+}
+
+bool TRview::takes(const QDropEvent &event) const
+{
+    return isWritable() && event.mimeData()->hasFormat(Constants::tagMimeType);
+}
+
+void TRview::dragEnterEvent(QDragEnterEvent *event)
+{
+    QTreeView::dragEnterEvent(event);
+    if (!takes(*event)) {
+        event->ignore();
+        return;
+    }
+    m_currentBeforeDrag = currentIndex();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void TRview::dragMoveEvent(QDragMoveEvent *event)
+{
+    QTreeView::dragMoveEvent(event);
+    if (!takes(*event)) {
+        event->ignore();
+        return;
+    }
+    makeCurrent(indexAt(event->pos()));
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void TRview::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    QTreeView::dragLeaveEvent(event);
+    makeCurrent(m_currentBeforeDrag);
+}
+
+void TRview::dropEvent(QDropEvent *event)
+{
+    stopAutoScroll();
+    setState(QAbstractItemView::NoState);
+    const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
+    if (!isWritable() || tagIds.isEmpty()) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+
+    const QPersistentModelIndex target = indexAt(event->pos());
+    const QString parentPath = target.data(RelationRole::Path).toString();
+    for (const qint64 tagId : tagIds) {
+        if (!addBelow(parentPath, tagId, m_draggedPaths.value(tagId))) {
+            emit tagRelationshipNotAllowed();
+            break;
+        }
+    }
+    if (target.isValid())
+        expand(target);
+}
+
+bool TRview::addBelow(const QString &parentPath, qint64 tagId, const QString &sourcePath)
+{
+    if (!m_controller->isLegal(parentPath, {tagId}))
+        return false;
+    const auto *trees = qobject_cast<const TRmodel *>(model());
+    const TRnode *source = trees->nodeAt(trees->indexOfPath(sourcePath));
+    if (source) {
+        // A tag of the subtree that stands on the way to its new place would become its own ancestor.
+        const QVector<qint64> below = source->descendantIds();
+        for (const QString &piece : parentPath.split(QLatin1Char('.'))) {
+            if (below.contains(piece.toLongLong()))
+                return false;
+        }
+    }
+    m_controller->addChildren(parentPath, {tagId});
+    if (source) {
+        const QString prefix = parentPath.isEmpty() ? QString() : parentPath + QLatin1Char('.');
+        copySubtree(sourcePath, prefix + QString::number(tagId));
+    }
+    return true;
+}
+
+void TRview::copySubtree(const QString &sourcePath, const QString &targetPath)
+{
+    const auto *trees = qobject_cast<const TRmodel *>(model());
+    const TRnode *source = trees->nodeAt(trees->indexOfPath(sourcePath));
+    // Where a level could not be written, those below it would hang in the air.
+    if (!source || source->childrenCount() == 0 || !trees->indexOfPath(targetPath).isValid())
+        return;
+    QVector<qint64> childIds;
+    for (const TRnode *child : source->children())
+        childIds.append(child->id());
+    m_controller->addChildren(targetPath, childIds);
+    for (const qint64 id : childIds) {
+        const QString piece = QLatin1Char('.') + QString::number(id);
+        copySubtree(sourcePath + piece, targetPath + piece);
+    }
+}
+
+void TRview::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Delete)) {
+        deleteSelectedNode();
+        event->accept();
+    } else {
+        QTreeView::keyPressEvent(event);
+    }
+}
