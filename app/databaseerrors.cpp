@@ -1,0 +1,94 @@
+#include "app/databaseerrors.h"
+
+#include "app/messages.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QMap>
+#include <QSqlError>
+#include <QTimer>
+#include <QWidget>
+
+namespace {
+constexpr int diskError = 10;
+}
+
+DatabaseErrors::DatabaseErrors(QWidget *window) : QObject(window), m_window(window) {}
+
+void DatabaseErrors::report(const QSqlError &error)
+{
+    if (!error.isValid())
+        return;
+    qDebug() << "Database error:" << error;
+    // The low byte is the primary result code, whether or not the driver reports extended ones.
+    const int number = error.nativeErrorCode().toInt() & 0xff;
+    const QString text = advice(number);
+    if (text.isEmpty() || m_isShowing)
+        return;
+    m_isShowing = true;
+    QTimer::singleShot(0, this, [this, number, text] { show(number, text); });
+}
+
+void DatabaseErrors::reportConnectionLoss()
+{
+    if (m_isConnectionLost)
+        return;
+    m_isConnectionLost = true;
+    QTimer::singleShot(0, this, [this] {
+        Messages::critical(m_window, tr("Connection problem"), tr("Could not connect to the database."));
+        emit closeRequested();
+        m_isConnectionLost = false;
+    });
+}
+
+QString DatabaseErrors::advice(int number)
+{
+    switch (number) {
+    case 3:
+        return tr("This may be a result of the file permissions of the database file.");
+    case 8:
+        return tr("This may be a result of the permissions of the database file.");
+    case diskError:
+        return tr("This is the result of a disk I/O error.");
+    case 11:
+        return tr("The database file may be corrupt.");
+    case 13:
+        return tr("The database is full.");
+    case 14:
+        return tr("The database file could not be opened.");
+    case 23:
+        return tr("This may be a result of authorization issues.");
+    case 26:
+        return tr("The file opened is not a database file.");
+    default:
+        return {};
+    }
+}
+
+void DatabaseErrors::show(int number, const QString &advice)
+{
+    if (number == diskError)
+        askHowToGoOn(advice);
+    else
+        Messages::critical(m_window, tr("Error Accessing Database"),
+                           tr("An error has occurred accessing the database. ") + advice);
+    m_isShowing = false;
+}
+
+void DatabaseErrors::askHowToGoOn(const QString &advice)
+{
+    Messages::Box box;
+    box.icon = QMessageBox::Critical;
+    box.title = tr("Error");
+    box.text = tr("Application can't continue to work with the current database, due to error.\n"
+                  "What do you want to do?");
+    box.detailedText = advice;
+    box.buttons = QMessageBox::NoButton;
+    box.actions = {tr("Open another database"), tr("Exit application")};
+    if (Messages::run(m_window, box).action == 0) {
+        emit openAnotherRequested();
+        return;
+    }
+    QCoreApplication::exit(0);
+    emit closeRequested();
+}

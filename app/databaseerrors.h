@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+
+class QSqlError;
+class QWidget;
+
+/**
+ * Turns the errors of an open database into boxes. The first error shows its box from the event loop, further
+ * ones only reach the log until that box is closed. Owned by the main window.
+ */
+class DatabaseErrors : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DatabaseErrors(QWidget *window);
+
+    void report(const QSqlError &error);
+    void reportConnectionLoss();
+
+signals:
+    void openAnotherRequested();
+    void closeRequested();
+
+private:
+    /** What a person can make of an error number of SQLite; empty for numbers without advice. */
+    static QString advice(int number);
+    void show(int number, const QString &advice);
+    void askHowToGoOn(const QString &advice);
+
+    QWidget *m_window;
+    bool m_isShowing = false;
+    bool m_isConnectionLost = false;
+};

@@ -1,0 +1,74 @@
+#include "app/constants.h"
+#include "app/crashwriter.h"
+#include "app/mainwindow.h"
+#include "app/windowsettings.h"
+#include "core/metatypes.h"
+#include "resources/resources.h"
+#include "ui/dialogs/helpwindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QIcon>
+#include <QSplashScreen>
+#include <QTextStream>
+
+namespace {
+
+struct FirstDatabase
+{
+    QString path;
+    MainWindow::StartupSource source = MainWindow::FromCommandLine;
+};
+
+FirstDatabase chooseFirstDatabase(int argc, char *argv[], bool isFirstRun)
+{
+    FirstDatabase first;
+    if (argc == 2) {
+        first.path = QString::fromUtf8(argv[1]);
+    } else if (isFirstRun) {
+        first.path = QDir::currentPath() + QStringLiteral("/demo.vrn");
+        first.source = MainWindow::Demo;
+    }
+    return first;
+}
+
+void applyStyleSheet(QApplication &application)
+{
+    QFile file(QStringLiteral(":/misc/styleSheet.txt"));
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+        application.setStyleSheet(QTextStream(&file).readAll());
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    installCrashWriter();
+
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    initResources();
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/vorna.png")));
+    QCoreApplication::setApplicationName(Constants::applicationName);
+    QCoreApplication::setOrganizationName(Constants::organizationName);
+    registerMetaTypes();
+
+    QSplashScreen splash(QPixmap(QStringLiteral(":misc/vornaSplash.png")));
+    splash.show();
+    splash.showMessage(QObject::tr("Opening database..."), Qt::AlignRight, Qt::black);
+
+    const QString lastVersion = WindowSettings::lastVersionUsed();
+    const bool showQuickStart = WindowSettings::noteVersion(Constants::programVersion);
+    const FirstDatabase first = chooseFirstDatabase(argc, argv, lastVersion.isEmpty());
+    applyStyleSheet(application);
+
+    MainWindow window;
+    window.openStartupDatabase(first.path, first.source);
+    window.show();
+    if (showQuickStart)
+        (new HelpWindow(HelpWindow::QuickStartGuide))->show();
+    splash.finish(&window);
+    return QApplication::exec();
+}

@@ -1,0 +1,291 @@
+#include "app/mainwindow.h"
+
+#include "app/actionid.h"
+#include "app/addingsettings.h"
+#include "app/collectionidentity.h"
+#include "app/constants.h"
+#include "app/databaseerrors.h"
+#include "app/filedialogs.h"
+#include "app/messages.h"
+#include "app/recentdatabases.h"
+#include "app/windowsettings.h"
+#include "core/collection.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "ui/dialogs/duplicateprompt.h"
+#include "ui/dialogs/fileoperationprogress.h"
+#include "ui/dialogs/helpwindow.h"
+#include "ui/dialogs/popupmessager.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QSqlError>
+#include <QThread>
+#include <QTimer>
+
+#include <memory>
+
+MainWindow::~MainWindow()
+{
+    closeDatabase();
+    m_recentDatabases->save();
+    WindowSettings::setLayout(WindowSettings::mainWindowState, saveState());
+    WindowSettings::setLayout(WindowSettings::mainWindowGeometry, saveGeometry());
+}
+
+bool MainWindow::openDatabase(const DBDetails &details)
+{
+    if (!Collection::canOpen(details))
+        return false;
+    closeDatabase();
+
+    bool opened = false;
+    m_collection = makeCollection(details.type(), details.host(), details.databaseName(), details.user(),
+                                  details.password(), details.port());
+    if (m_collection) {
+        m_collection->setParent(this);
+        connectCollection();
+        const QSqlError error = m_collection->open();
+        opened = !error.isValid() || error.type() == QSqlError::NoError;
+        if (opened) {
+            m_collection->load();
+            attachControllers();
+            m_recentDatabases->remember(details);
+        } else {
+            closeDatabase();
+        }
+    }
+    updateDatabaseActions();
+    updateWindowTitle();
+    return opened;
+}
+
+void MainWindow::closeDatabase()
+{
+    if (m_collection) {
+        detachControllers();
+        m_collection->close();
+        delete m_collection;
+        m_collection = nullptr;
+        m_progress->hide();
+    }
+    updateDatabaseActions();
+    updateWindowTitle();
+    QSettings().sync();
+}
+
+void MainWindow::openStartupDatabase(const QString &path, StartupSource source)
+{
+    if (!path.isEmpty()) {
+        const bool exists = QFileInfo(path).isFile();
+        const bool opened = exists && openDatabase(DBDetails::local(QFileInfo(path).absoluteFilePath()));
+        if (!opened && (exists || source == FromCommandLine))
+            Messages::warning(this, tr("Failed to Open Database"),
+                              tr("The selected database could not be opened successfully."));
+    } else {
+        const DBDetails newest = m_recentDatabases->newest();
+        if (newest.type() == Constants::localDatabase) {
+            if (QFileInfo::exists(newest.databaseName()))
+                openDatabase(newest);
+            else
+                m_recentDatabases->dropMissing();
+        }
+    }
+    updateWindowTitle();
+}
+
+void MainWindow::openRecentDatabase(const DBDetails &details)
+{
+    if (details.type() != Constants::localDatabase)
+        return;
+    if (QFileInfo::exists(details.databaseName()))
+        openDatabase(details);
+    else
+        m_recentDatabases->dropMissing();
+}
+
+void MainWindow::slotOpenDb()
+{
+    const QString path =
+        FileDialogs::openFile(this, tr("Open Database"), WindowSettings::lastDatabaseDir(QDir::homePath()),
+                              Constants::databaseFilter);
+    const QFileInfo file(path);
+    if (path.isEmpty() || !file.exists())
+        return;
+    WindowSettings::setLastDatabaseDir(file.absolutePath());
+    if (!openDatabase(DBDetails::local(file.absoluteFilePath())))
+        Messages::warning(this, tr("Failed to Open Database"),
+                          tr("The selected database could not be opened successfully."));
+}
+
+void MainWindow::newDatabase()
+{
+    QString path =
+        FileDialogs::saveFile(this, tr("Create New Database"),
+                              WindowSettings::lastDatabaseDir(QDir::homePath()), Constants::databaseFilter);
+    if (path.isEmpty())
+        return;
+    path = QFileInfo(path).absoluteFilePath();
+    WindowSettings::setLastDatabaseDir(QFileInfo(path).absolutePath());
+    if (!path.endsWith(Constants::databaseExtension)) {
+        path += Constants::databaseExtension;
+        // The dialog has asked about the name as typed, not about this one.
+        if (QFileInfo::exists(path)) {
+            Messages::Box box;
+            box.icon = QMessageBox::Warning;
+            box.title = tr("Create New Database");
+            box.text = tr("%1 already exists.\nDo you want to replace it?").arg(path);
+            box.buttons = QMessageBox::Yes | QMessageBox::Cancel;
+            box.defaultButton = QMessageBox::Cancel;
+            if (Messages::run(this, box).button != QMessageBox::Yes)
+                return;
+        }
+    }
+    if (makeRoomForDatabase(path))
+        createDatabase(path);
+}
+
+bool MainWindow::makeRoomForDatabase(const QString &path)
+{
+    const QFileInfo file(path);
+    if (file.exists()) {
+        const bool isOpen = m_collection && QFileInfo(m_collection->databaseName()).canonicalFilePath() ==
+                                                file.canonicalFilePath();
+        if (isOpen || !file.isFile() || !QFile::remove(path)) {
+            Messages::warning(this, tr("Failed to create database"),
+                              isOpen ? tr("Cannot remove currently open database.")
+                                     : tr("Failed to remove existent database."));
+            return false;
+        }
+    }
+    // A journal that an older file left behind would be played into the new one.
+    QFile::remove(path + QStringLiteral("-journal"));
+    return true;
+}
+
+void MainWindow::createDatabase(const QString &path)
+{
+    const std::unique_ptr<Collection> maker(
+        makeCollection(Constants::localDatabase, QString(), path, QString(), QString(), 0));
+    if (!maker->createDatabase()) {
+        QFile::remove(path);
+        Messages::warning(this, tr("Failed to create database"),
+                          tr("A database could not be created at this place."));
+        return;
+    }
+    if (openDatabase(DBDetails::local(path)))
+        return;
+    Messages::warning(this, tr("Failed to open database"), tr("Failed to open new database."));
+    QFile::remove(path);
+    closeDatabase();
+}
+
+void MainWindow::closeWhenIdle()
+{
+    // A box, a menu or a drag that is open runs a loop of its own above objects that closing would delete.
+    constexpr int retryMilliseconds = 50;
+    QTimer::singleShot(0, this, [this] {
+        if (QThread::currentThread()->loopLevel() > 1)
+            QTimer::singleShot(retryMilliseconds, this, &MainWindow::closeWhenIdle);
+        else
+            closeDatabase();
+    });
+}
+
+void MainWindow::showDatabaseVersion()
+{
+    if (!m_collection)
+        return;
+    Messages::information(
+        this, tr("Database Info"),
+        tr("Version of Vorna used to create the currently open database: %1\nDatabase permissions: %2")
+            .arg(m_collection->dbVersion(), m_collection->isReadOnly() ? tr("read-only") : tr("writable")));
+}
+
+void MainWindow::showManual()
+{
+    (new HelpWindow(HelpWindow::Manual))->show();
+}
+
+void MainWindow::showNameplate()
+{
+    QMessageBox::about(this, tr("Nameplate"),
+                       QStringLiteral("<h4>%1</h4><p>%2</p><p>%3</p>")
+                           .arg(Constants::applicationName, tr("Version %1").arg(Constants::programVersion),
+                                Constants::organizationName));
+}
+
+void MainWindow::showGroupDublicated()
+{
+    Messages::information(this, tr("Tag Group Name Conflict"),
+                          tr("A tag group with this name already exists."));
+}
+
+void MainWindow::showTagDublicated()
+{
+    Messages::warning(this, tr("Tag already exists"), tr("There is already a tag with this name."));
+}
+
+void MainWindow::slotExternalToggled(bool external)
+{
+    AddingSettings::setLinkToFiles(external);
+}
+
+void MainWindow::startAddingFilesProgresDialog(const QString &text)
+{
+    m_progress->startProgress(text);
+    m_progress->setMaximumToPercent();
+}
+
+void MainWindow::progressAddingFilesDialog(const QString &text, int value)
+{
+    m_progress->doingSomething(text);
+    if (value < 0)
+        m_progress->setProgressUnknown();
+    else
+        m_progress->setProgress(value);
+}
+
+void MainWindow::finishAddingFilesProgresDialog()
+{
+    m_progress->hide();
+}
+
+void MainWindow::promptAboutDuplicates(const PresentableDuplicates &duplicates)
+{
+    PresentableDuplicates shown = duplicates;
+    if (!AddingSettings::listDuplicates()) {
+        // Only the report may be silenced: files of equal names were left out and wait for an answer.
+        shown.contentMatches.clear();
+        shown.externalDuplicateGroups.clear();
+    }
+    const bool isEmpty = shown.contentMatches.isEmpty() && shown.nameMatches.isEmpty() &&
+                         shown.externalDuplicateGroups.isEmpty();
+    if (!m_collection)
+        return;
+    QStringList kept;
+    if (!isEmpty) {
+        DuplicatePrompt prompt(shown, m_collection->mainViewController(), this);
+        if (prompt.exec() == QDialog::Accepted)
+            kept = prompt.chosenPaths();
+    }
+    if (m_collection)
+        m_collection->mainViewController()->addFilesList(kept);
+}
+
+void MainWindow::slotConnectionError()
+{
+    m_errors->reportConnectionLoss();
+}
+
+void MainWindow::slotDBErrorOccured(const QSqlError &error)
+{
+    m_errors->report(error);
+}
+
+void MainWindow::updateWindowTitle()
+{
+    setWindowTitle(tr("Vorna - ") +
+                   (m_collection ? CollectionIdentity::displayText(m_collection->details()) : QString()));
+}

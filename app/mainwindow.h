@@ -1,0 +1,103 @@
+#pragma once
+
+#include "app/dbdetails.h"
+#include "fileops/presentableduplicates.h"
+
+#include <QHash>
+#include <QMainWindow>
+
+class BrowsingTreeViewDock;
+class Collection;
+class DatabaseErrors;
+class FileOperationProgress;
+class MainFilesView;
+class MainUi;
+class MetaInfoDock;
+class PopupMessager;
+class QSqlError;
+class RecentDatabases;
+class RelationTreeViewDock;
+class TagsTableDock;
+
+/**
+ * The program's only top-level window. It owns the open Collection: every gesture that opens, creates or
+ * closes a database ends here, and so do the collection's errors. GUI thread.
+ */
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /** Where the database that is opened at the start comes from. */
+    enum StartupSource { FromCommandLine, Demo };
+
+    explicit MainWindow(QWidget *parent = nullptr);
+    /** Closes the database and stores the window's state. */
+    ~MainWindow() override;
+
+    /**
+     * Opens a database in place of the open one. False when that fails: then the open one stays, if the new
+     * one was refused before it was touched.
+     */
+    bool openDatabase(const DBDetails &details);
+    void closeDatabase();
+
+    /**
+     * Opens the first database of a run: the given path, or with an empty one the newest of the recent list.
+     * A missing file opens and creates nothing; only one from the command line is worth a word.
+     */
+    void openStartupDatabase(const QString &path, StartupSource source = FromCommandLine);
+
+    /** The open collection or null. */
+    Collection *collection() const { return m_collection; }
+
+public slots:
+    void slotOpenDb();
+    void newDatabase();
+    void showDatabaseVersion();
+    void showManual();
+    void showNameplate();
+    void showGroupDublicated();
+    void showTagDublicated();
+    void slotExternalToggled(bool external);
+    void startAddingFilesProgresDialog(const QString &text);
+    void progressAddingFilesDialog(const QString &text, int value);
+    void finishAddingFilesProgresDialog();
+    void promptAboutDuplicates(const PresentableDuplicates &duplicates);
+    void slotConnectionError();
+    void slotDBErrorOccured(const QSqlError &error);
+    /** Puts all docks back to their places and shows them. */
+    void setDocksArrangement();
+
+private:
+    void makeDocks();
+    void setUpCommands(MainUi &ui);
+    void fillDatabaseMenu(MainUi &ui);
+    void fillOtherMenus(MainUi &ui);
+    void fillFileTools(MainUi &ui);
+    QAction *addAction(int id, const QString &text, const QString &icon = QString());
+    void restoreLayout();
+
+    void connectCollection();
+    void attachControllers();
+    void detachControllers();
+    void openRecentDatabase(const DBDetails &details);
+    void closeWhenIdle();
+    bool makeRoomForDatabase(const QString &path);
+    void createDatabase(const QString &path);
+
+    void updateWindowTitle();
+    void updateDatabaseActions();
+
+    PopupMessager *m_popupMessager;
+    FileOperationProgress *m_progress;
+    DatabaseErrors *m_errors;
+    RecentDatabases *m_recentDatabases;
+    MainFilesView *m_mainView = nullptr;
+    TagsTableDock *m_tagsDock = nullptr;
+    RelationTreeViewDock *m_relationsDock = nullptr;
+    MetaInfoDock *m_metadataDock = nullptr;
+    BrowsingTreeViewDock *m_browsingDock = nullptr;
+    QHash<int, QAction *> m_actions;
+    Collection *m_collection = nullptr;
+};

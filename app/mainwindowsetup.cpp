@@ -1,0 +1,219 @@
+// The construction of MainWindow: its docks, menus and tool bars, and the wiring of a collection.
+
+#include "app/actionid.h"
+#include "app/addingsettings.h"
+#include "app/databaseerrors.h"
+#include "app/mainwindow.h"
+#include "app/recentdatabases.h"
+#include "app/windowsettings.h"
+#include "core/collection.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/groupscontroller.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/relationscontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "ui/dialogs/fileoperationprogress.h"
+#include "ui/dialogs/helpwindow.h"
+#include "ui/dialogs/popupmessager.h"
+#include "ui/docks/browsingtreeviewdock.h"
+#include "ui/docks/metainfodock.h"
+#include "ui/docks/relationtreeviewdock.h"
+#include "ui/docks/tagstabledock.h"
+#include "ui/mainui.h"
+#include "ui/views/mainfilesview.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QToolBar>
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent),
+      m_popupMessager(new PopupMessager(this)),
+      m_progress(new FileOperationProgress(this)),
+      m_errors(new DatabaseErrors(this)),
+      m_recentDatabases(new RecentDatabases(this))
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    resize(768, 589);
+    statusBar();
+
+    makeDocks();
+    MainUi ui(this);
+    setUpCommands(ui);
+    setCentralWidget(m_mainView);
+    setDocksArrangement();
+
+    connect(m_mainView, &MainFilesView::fileSelected, m_metadataDock, &MetaInfoDock::selectFile);
+    connect(m_mainView, &MainFilesView::statusTextChanged, this,
+            [this](const QString &text) { statusBar()->showMessage(text, 0); });
+    connect(m_recentDatabases, &RecentDatabases::chosen, this, &MainWindow::openRecentDatabase);
+    connect(m_errors, &DatabaseErrors::openAnotherRequested, this, &MainWindow::slotOpenDb);
+    connect(m_errors, &DatabaseErrors::closeRequested, this, &MainWindow::closeWhenIdle);
+    m_recentDatabases->load();
+    updateDatabaseActions();
+    restoreLayout();
+    updateWindowTitle();
+}
+
+void MainWindow::makeDocks()
+{
+    m_mainView = new MainFilesView(this);
+    m_tagsDock = new TagsTableDock(this);
+    m_tagsDock->setObjectName(QStringLiteral("TagsDock"));
+    m_relationsDock = new RelationTreeViewDock(this);
+    m_relationsDock->setObjectName(QStringLiteral("RelationsDock"));
+    m_metadataDock = new MetaInfoDock(this);
+    m_metadataDock->setObjectName(QStringLiteral("MetaDataDock"));
+    m_browsingDock = new BrowsingTreeViewDock(this);
+    m_browsingDock->setObjectName(QStringLiteral("BrowsingTreeDock"));
+}
+
+void MainWindow::setDocksArrangement()
+{
+    setDockOptions(QMainWindow::AllowNestedDocks | QMainWindow::AllowTabbedDocks);
+    const QList<QDockWidget *> docks{m_tagsDock, m_metadataDock, m_relationsDock, m_browsingDock};
+    for (QDockWidget *dock : docks)
+        dock->setFloating(false);
+    addDockWidget(Qt::LeftDockWidgetArea, m_tagsDock);
+    addDockWidget(Qt::RightDockWidgetArea, m_metadataDock);
+    splitDockWidget(m_tagsDock, m_relationsDock, Qt::Horizontal);
+    splitDockWidget(m_relationsDock, m_metadataDock, Qt::Vertical);
+    tabifyDockWidget(m_relationsDock, m_browsingDock);
+    for (QDockWidget *dock : docks)
+        dock->show();
+    m_browsingDock->raise();
+}
+
+void MainWindow::setUpCommands(MainUi &ui)
+{
+    fillDatabaseMenu(ui);
+    m_mainView->takePlaces(ui);
+    m_tagsDock->takePlaces(ui);
+    m_browsingDock->takePlaces(ui);
+    fillOtherMenus(ui);
+    fillFileTools(ui);
+}
+
+QAction *MainWindow::addAction(int id, const QString &text, const QString &icon)
+{
+    auto *action = new QAction(text, this);
+    if (!icon.isEmpty())
+        action->setIcon(QIcon(icon));
+    m_actions.insert(id, action);
+    return action;
+}
+
+void MainWindow::fillDatabaseMenu(MainUi &ui)
+{
+    QMenu *menu = ui.databaseMenu;
+    QAction *open = addAction(OpenAction, tr("Open"), QStringLiteral(":/icons/folder.png"));
+    connect(open, &QAction::triggered, this, &MainWindow::slotOpenDb);
+    QAction *create =
+        addAction(NewDatabaseAction, tr("New Local Database"), QStringLiteral(":/icons/new.png"));
+    connect(create, &QAction::triggered, this, &MainWindow::newDatabase);
+    QAction *exit = addAction(ExitAction, tr("Exit"), QStringLiteral(":/icons/close.png"));
+    connect(exit, &QAction::triggered, this, &QWidget::close);
+
+    menu->addAction(open);
+    menu->addAction(create);
+    menu->addSeparator();
+    menu->addActions(m_recentDatabases->actions());
+    menu->addSeparator();
+    menu->addAction(exit);
+}
+
+void MainWindow::fillOtherMenus(MainUi &ui)
+{
+    QAction *info = addAction(DatabaseInfoAction, tr("Database Info"));
+    connect(info, &QAction::triggered, this, &MainWindow::showDatabaseVersion);
+    QAction *docks = addAction(ShowAllDocksAction, tr("Show All Docks"));
+    connect(docks, &QAction::triggered, this, &MainWindow::setDocksArrangement);
+    ui.viewMenu->addActions({info, docks});
+
+    ui.editMenu->addAction(ui.editMode);
+
+    QAction *guide = addAction(QuickStartAction, tr("Quick Start Guide"));
+    connect(guide, &QAction::triggered, this, [] { (new HelpWindow(HelpWindow::QuickStartGuide))->show(); });
+    QAction *manual = addAction(ManualAction, tr("Manual"));
+    connect(manual, &QAction::triggered, this, &MainWindow::showManual);
+    QAction *nameplate = addAction(NameplateAction, tr("Nameplate"));
+    connect(nameplate, &QAction::triggered, this, &MainWindow::showNameplate);
+    ui.helpMenu->addActions({guide, manual, nameplate});
+}
+
+void MainWindow::fillFileTools(MainUi &ui)
+{
+    QAction *external = addAction(ExternalAction, tr("Ext"));
+    external->setToolTip(tr("Link to files (keep external)"));
+    QAction *internal = addAction(InternalAction, tr("Int"));
+    internal->setToolTip(tr("Copy files into database (make internal)"));
+    auto *kinds = new QActionGroup(this);
+    for (QAction *action : {external, internal}) {
+        action->setCheckable(true);
+        kinds->addAction(action);
+    }
+    (AddingSettings::linkToFiles() ? external : internal)->setChecked(true);
+    connect(external, &QAction::toggled, this, &MainWindow::slotExternalToggled);
+    ui.fileToolsBar->addActions({external, internal});
+}
+
+void MainWindow::restoreLayout()
+{
+    restoreState(WindowSettings::layout(WindowSettings::mainWindowState));
+    restoreGeometry(WindowSettings::layout(WindowSettings::mainWindowGeometry));
+}
+
+void MainWindow::connectCollection()
+{
+    Collection *collection = m_collection;
+    connect(collection, &Collection::showTempWarning, m_popupMessager, &PopupMessager::showTempWarning);
+    connect(collection, &Collection::showError, m_popupMessager, &PopupMessager::showWarning);
+    connect(collection, &Collection::duplicatesReady, this, &MainWindow::promptAboutDuplicates);
+    connect(collection, &Collection::connectionError, this, &MainWindow::slotConnectionError);
+    connect(collection, &Collection::errorOccured, this, &MainWindow::slotDBErrorOccured);
+    connect(collection, &Collection::allDataReloaded, m_browsingDock, &BrowsingTreeViewDock::updateTitle);
+    m_browsingDock->followReloads(collection);
+    m_relationsDock->followReloads(collection);
+
+    connect(collection->tagsController(), &TagsController::tagDuplicated, this,
+            &MainWindow::showTagDublicated, Qt::UniqueConnection);
+    connect(collection->groupsController(), &GroupsController::groupDuplicated, this,
+            &MainWindow::showGroupDublicated, Qt::UniqueConnection);
+    MainViewController *files = collection->mainViewController();
+    connect(files, &MainViewController::startedAddingFiles, this, &MainWindow::startAddingFilesProgresDialog,
+            Qt::UniqueConnection);
+    connect(files, &MainViewController::addingFilesProgress, this, &MainWindow::progressAddingFilesDialog,
+            Qt::UniqueConnection);
+    connect(files, &MainViewController::finishedAddingFiles, this,
+            &MainWindow::finishAddingFilesProgresDialog, Qt::UniqueConnection);
+    connect(m_progress, &FileOperationProgress::canceled, files, &MainViewController::cancelOperations,
+            Qt::UniqueConnection);
+}
+
+void MainWindow::attachControllers()
+{
+    m_tagsDock->setTagsController(m_collection->tagsController());
+    m_tagsDock->setGroupsController(m_collection->groupsController());
+    m_relationsDock->setController(m_collection->relationsController());
+    m_browsingDock->setController(m_collection->browsTreeController());
+    m_mainView->setController(m_collection->mainViewController());
+    m_metadataDock->setController(m_collection->mainViewController());
+}
+
+void MainWindow::detachControllers()
+{
+    m_browsingDock->setController(nullptr);
+    m_tagsDock->setTagsController(nullptr);
+    m_tagsDock->setGroupsController(nullptr);
+    m_mainView->setController(nullptr);
+    m_relationsDock->setController(nullptr);
+    m_metadataDock->setController(nullptr);
+}
+
+void MainWindow::updateDatabaseActions()
+{
+    m_actions.value(DatabaseInfoAction)->setEnabled(m_collection);
+}
