@@ -21,6 +21,14 @@ std::unique_ptr<AbstractQueryConstructor> makeConstructor(int type)
     return std::make_unique<SqliteQueryConstructor>();
 }
 
+// Several statements wait for a lock in turn, and the window stands still with them.
+const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=500");
+
+QString busyTimeout(const DBDetails &details)
+{
+    return details.type() == Constants::localDatabase ? shortBusyTimeout : QString();
+}
+
 /** Writes a row that names nothing, and takes it back. */
 bool isReadOnly(QSqlDatabase database)
 {
@@ -45,7 +53,7 @@ bool DatabaseVersionCheck::run() const
         qDebug() << "Could not open database connection " << name << "ERROR: no such file";
         return false;
     }
-    const Connections::Result opened = Connections::open(name, m_details);
+    const Connections::Result opened = Connections::open(name, m_details, busyTimeout(m_details));
     if (!opened.isOpen) {
         qDebug() << "Could not open database connection " << name << "ERROR:" << opened.error;
         return false;

@@ -11,6 +11,7 @@
 #include "db/connections.h"
 #include "db/schema.h"
 #include "db/sqlitequeryconstructor.h"
+#include "db/transaction.h"
 #include "fileops/sqlitefileoperationprovider.h"
 
 #include <QDir>
@@ -75,11 +76,20 @@ bool SQLiteDBManager::createDatabase()
     const QString name = Constants::temporaryConnection;
     if (!Connections::open(name, details()).isOpen)
         return false;
-    const bool created =
-        providers().general && providers().general->runStatements(
-                                   QStringList(pageSizeStatement) + Schema::creationStatements(), name);
+    const bool created = makeTables(name);
     Connections::close(name);
     return created;
+}
+
+bool SQLiteDBManager::makeTables(const QString &connectionName)
+{
+    GeneralProvider *general = providers().general;
+    if (!general || !general->runStatements({pageSizeStatement}, connectionName))
+        return false;
+    // One write to the disk instead of one a table.
+    Transaction transaction(*general, connectionName);
+    return transaction.isActive() && general->runStatements(Schema::creationStatements(), connectionName) &&
+           transaction.commit();
 }
 
 QString SQLiteDBManager::connectOptions() const

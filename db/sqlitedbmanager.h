@@ -17,7 +17,7 @@ public:
     QSqlError openDB() override;
     void closeDB() override;
     int dbType() const override;
-    /** Makes the file and its tables; the file stays behind when that fails half-way. */
+    /** Makes the file and its tables; an empty file stays behind when that fails half-way. */
     bool createDatabase() override;
 
     qint64 currentBrowsingTree() const override;
@@ -33,6 +33,8 @@ protected:
     void readReadOnlyState() override;
 
 private:
+    bool makeTables(const QString &connectionName);
+
     QFileSystemWatcher *m_folderWatcher;
     bool m_closing = false;
 };
