@@ -20,13 +20,13 @@ public:
 
     bool isFull() const { return m_checksums.size() == groupFiles || m_used + sliceSize > groupBytes; }
 
-    /** False when the file is too large for here, or grew while it was read. */
+    /** False when the file is too large for here. One that grows meanwhile counts as it was on opening. */
     bool take(RegularFile &file, FileChecksum &result)
     {
         if (file.size() >= sliceSize)
             return false;
-        // One byte more than there should be, to notice a file that grew.
-        const qint64 count = file.read(m_bytes.get() + m_used, file.size() + 1);
+        // Some files of the system name no size and have contents all the same.
+        const qint64 count = file.read(m_bytes.get() + m_used, qMax(qint64(1), file.size()));
         if (count < 0 || count > file.size())
             return count < 0;
         result.isRead = true;

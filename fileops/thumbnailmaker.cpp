@@ -10,12 +10,16 @@
 #include <QPainter>
 #include <QSet>
 
+#include <limits>
+
 namespace {
 constexpr int edge = 128;
-// What is decoded whole may take this many pixels, some 256 MiB; what is read at a reduced size costs time
-// only.
-constexpr qint64 maxWholePixels = 64LL * 1024 * 1024;
-constexpr qint64 maxScaledPixels = 512LL * 1024 * 1024;
+constexpr qint64 millionPixels = 1000 * 1000;
+// A picture that is decoded whole takes up to 16 bytes a pixel, the copy for scaling included.
+constexpr qint64 maxWholePixels = 64 * millionPixels;
+// At a reduced size a progressive JPEG still keeps some 6 bytes a pixel, a plain PNG nothing.
+constexpr qint64 maxJpegPixels = 160 * millionPixels;
+constexpr qint64 maxPlainPngPixels = 500 * millionPixels;
 constexpr qint64 maxUnsizedBytes = 16LL * 1024 * 1024;
 
 int roundedShare(int length, int whole)
@@ -36,6 +40,30 @@ qint64 pixels(const QSize &size)
     return static_cast<qint64>(size.width()) * size.height();
 }
 
+/** True for the one kind of PNG that is reduced line by line while it is read. */
+bool isPlainPng(const QImageReader &reader)
+{
+    constexpr int interlaceAt = 28;
+    const QImage::Format format = reader.imageFormat();
+    if (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32)
+        return false;
+    QFile file(reader.fileName());
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray head = file.read(interlaceAt + 1);
+    return head.size() > interlaceAt && head.at(interlaceAt) == 0;
+}
+
+qint64 pixelLimit(const QImageReader &reader)
+{
+    const QByteArray format = reader.format();
+    if (format == "svg" || format == "svgz")
+        return std::numeric_limits<qint64>::max();
+    if (format == "jpeg" || format == "jpg")
+        return maxJpegPixels;
+    return format == "png" && isPlainPng(reader) ? maxPlainPngPixels : maxWholePixels;
+}
+
 /** Reads a picture, a large one at twice the size of its thumbnail where its format can do that. */
 QImage readPicture(const QString &path)
 {
@@ -45,12 +73,11 @@ QImage readPicture(const QString &path)
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     const QSize size = reader.size();
-    const bool isScaling = reader.supportsOption(QImageIOHandler::ScaledSize);
     if (size.isValid() && !size.isEmpty()) {
-        if (pixels(size) > (isScaling ? maxScaledPixels : maxWholePixels))
+        if (pixels(size) > pixelLimit(reader))
             return QImage();
-        const QSize reduced = fitted(size) * 2;
-        if (isScaling && reduced.width() < size.width() && reduced.height() < size.height())
+        const QSize reduced = (fitted(size) * 2).boundedTo(size);
+        if (reduced != size && reader.supportsOption(QImageIOHandler::ScaledSize))
             reader.setScaledSize(reduced);
     } else if (QFileInfo(path).size() > maxUnsizedBytes) {
         return QImage();

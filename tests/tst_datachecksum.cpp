@@ -66,6 +66,7 @@ private slots:
     void hashesStreamsSideBySide();
     void readsLinksAsLatin1();
     void readsFilesOfAllSizes();
+    void readsFilesThatNameNoSize();
     void hasNoneForWhatCannotBeRead_data();
     void hasNoneForWhatCannotBeRead();
     void endsWhenAsked();
@@ -196,6 +197,17 @@ void TestDataChecksum::readsFilesOfAllSizes()
         if (i != 40)
             QCOMPARE(results.at(i).modified, QFileInfo(paths.at(i)).lastModified().toSecsSinceEpoch());
     }
+}
+
+void TestDataChecksum::readsFilesThatNameNoSize()
+{
+    const QString path = QStringLiteral("/proc/version");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray contents = file.readAll();
+    QVERIFY(!contents.isEmpty());
+    QCOMPARE(FileChecksums::ofFiles({path}).first().checksum, defined(contents));
+    QCOMPARE(FileChecksums::ofFiles({path}).first().size, qint64(contents.size()));
 }
 
 void TestDataChecksum::hasNoneForWhatCannotBeRead_data()
