@@ -14,10 +14,10 @@
 
 namespace {
 
-const QPixmap &currentMark()
+/** Read once: the toolkit keeps pictures of files by name. */
+QPixmap currentMark()
 {
-    static const QPixmap mark(QStringLiteral(":/icons/current.png"), "PNG");
-    return mark;
+    return QPixmap(QStringLiteral(":/icons/current.png"), "PNG");
 }
 
 QVector<qint64> requiredTags(const TBnode &node)
@@ -324,7 +324,7 @@ QString TBtreeModel::toolTip(const TBnode &node)
 {
     const QString text = SpecialNodes::longTexts().value(node.nodeType(), displayText(node));
     // The name of a tag may look like markup, which a tool tip would carry out.
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
 }
 
 QString TBtreeModel::displayText(const TBnode &node)

@@ -1,0 +1,624 @@
+#include "app/specialnodes.h"
+#include "app/viewsettings.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/relationscontroller.h"
+#include "core/tbnode.h"
+#include "models/brtreesortermodel.h"
+#include "models/idlistmime.h"
+#include "models/naturalorder.h"
+#include "models/tbtreemodel.h"
+#include "models/treeroles.h"
+#include "models/trmodel.h"
+#include "tests/support/collectionfixture.h"
+
+#include <QAbstractItemModelTester>
+#include <QColor>
+#include <QDataStream>
+#include <QLoggingCategory>
+#include <QMimeData>
+#include <QRandomGenerator>
+#include <QTest>
+
+namespace {
+
+const int fixedRows = 6;
+
+/** One line for each tag node below an index: "id|parent|inverted|name", sorted. */
+void collectNodes(const QAbstractItemModel &model, const QModelIndex &parent, QStringList &lines)
+{
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        if (index.data(NodeRole::Type).toInt() == TagNode) {
+            const QString name = index.data().toString();
+            const bool isInverted = index.data(NodeRole::Inverted).toBool();
+            lines.append(QStringLiteral("%1|%2|%3|%4")
+                             .arg(index.data(NodeRole::Id).toString(), parent.data(NodeRole::Id).toString(),
+                                  QString::number(isInverted), isInverted ? name.mid(2) : name));
+        }
+        collectNodes(model, index, lines);
+    }
+}
+
+QStringList nodesOf(const QAbstractItemModel &model)
+{
+    QStringList lines;
+    collectNodes(model, QModelIndex(), lines);
+    lines.sort();
+    return lines;
+}
+
+void collectPaths(const QAbstractItemModel &model, const QModelIndex &parent, QStringList &paths)
+{
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        paths.append(index.data(RelationRole::Path).toString());
+        collectPaths(model, index, paths);
+    }
+}
+
+QStringList namesBelow(const QModelIndex &parent, int firstRow = 0)
+{
+    QStringList names;
+    for (int row = firstRow; row < parent.model()->rowCount(parent); ++row)
+        names.append(parent.model()->index(row, 0, parent).data().toString());
+    return names;
+}
+
+void fillNodeDrag(QMimeData &data, qint64 nodeId, bool below = false)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << nodeId << below;
+    data.setData(Constants::nodeMimeType, bytes);
+}
+
+/** Random edits of a whole collection. */
+class RandomEdits
+{
+public:
+    RandomEdits(CollectionFixture &fixture, quint32 seed) : m_fixture(fixture), m_random(seed)
+    {
+        for (int i = 0; i < 12; ++i)
+            m_fixture.addTags({QStringLiteral("tag %1").arg(i)});
+    }
+
+    void step()
+    {
+        BrowsTreeController &tree = *m_fixture.collection().browsTreeController();
+        RelationsController &relations = *m_fixture.collection().relationsController();
+        const qint64 node = anyOf(m_fixture.manager().nodes().keys());
+        switch (m_random.bounded(13)) {
+        case 0:
+        case 1:
+        case 2:
+            return tree.addNodesBelow({anyTag()}, m_random.bounded(4) == 0 ? 0 : node);
+        case 3:
+            return tree.addNodesAbove({anyTag(), anyTag()}, node);
+        case 4:
+            return tree.removeNodes({node, anyOf(m_fixture.manager().nodes().keys())});
+        case 5:
+            return m_random.bounded(3) == 0 ? tree.removeNodesWithSubtree({node}) : void();
+        case 6:
+            return tree.changeInversion(node, m_random.bounded(2) == 0);
+        case 7:
+            return m_fixture.manager().renameTag(anyTag(), QString::number(m_random.bounded(100)));
+        case 8:
+            return m_fixture.manager().reloadAllData();
+        case 9:
+            return tree.nodeActivated(node > 0 ? TagNode : AllFiles, node, {}, {});
+        case 10:
+            return m_random.bounded(4) == 0 ? removeTag() : moveByHand(node);
+        case 11:
+            return addRelation(relations);
+        default:
+            return m_random.bounded(3) == 0 ? relations.removeNode(anyPath()) : addRelation(relations);
+        }
+    }
+
+private:
+    qint64 anyOf(const QList<qint64> &ids)
+    {
+        return ids.isEmpty() ? 0 : ids.at(m_random.bounded(ids.size()));
+    }
+    qint64 anyTag()
+    {
+        return m_fixture.rows(QStringLiteral("SELECT tag_id FROM tags ORDER BY random() LIMIT 1"))
+            .value(0)
+            .toLongLong();
+    }
+    void removeTag()
+    {
+        m_fixture.manager().removeTags({anyTag()});
+        m_fixture.addTags({QStringLiteral("new %1").arg(++m_newTags)});
+    }
+    QString anyPath()
+    {
+        const auto &nodes = m_fixture.manager().relationNodes();
+        return nodes.isEmpty() ? QString() : nodes.at(m_random.bounded(nodes.size())).first;
+    }
+    void addRelation(RelationsController &relations)
+    {
+        const QString path = m_random.bounded(3) == 0 ? QString() : anyPath();
+        const qint64 tag = anyTag();
+        if (relations.isLegal(path, {tag}))
+            relations.addChildren(path, {tag});
+    }
+    void moveByHand(qint64 nodeId)
+    {
+        BrTreeSorterModel &sorter = *m_fixture.collection().browsTreeController()->sorterModel();
+        const QModelIndex parent = sorter.indexOfNode(TagNode, nodeId).parent();
+        QMimeData data;
+        fillNodeDrag(data, nodeId);
+        if (parent.isValid())
+            sorter.dropMimeData(&data, Qt::MoveAction, m_random.bounded(sorter.rowCount(parent) + 1), 0,
+                                parent);
+    }
+
+    CollectionFixture &m_fixture;
+    QRandomGenerator m_random;
+    int m_newTags = 0;
+};
+
+} // namespace
+
+class TestTreeModels : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
+    void randomEditsKeepModelsAndDatabaseTogether_data();
+    void randomEditsKeepModelsAndDatabaseTogether();
+    void nodesStandInOrder_data();
+    void nodesStandInOrder();
+    void naturalOrderIsAnOrder();
+    void nodesAreMovedByHand_data();
+    void nodesAreMovedByHand();
+    void placesOfRemovedNodesAreGivenUp();
+    void rolesTellOfNodes_data();
+    void rolesTellOfNodes();
+    void dropsAreJudged_data();
+    void dropsAreJudged();
+    void nothingIsMovedOutsideOfManualSorting();
+    void currentNodeOutlivesEdits();
+    void relationsFollowTheirTags();
+    void relationsAreLegal_data();
+    void relationsAreLegal();
+};
+
+void TestTreeModels::randomEditsKeepModelsAndDatabaseTogether_data()
+{
+    QTest::addColumn<int>("sorting");
+    QTest::newRow("by hand") << int(ViewSettings::ManualSorting);
+    QTest::newRow("by name") << int(ViewSettings::AlphabeticalSorting);
+    QTest::newRow("by id") << 3;
+}
+
+void TestTreeModels::randomEditsKeepModelsAndDatabaseTogether()
+{
+    QFETCH(int, sorting);
+    CollectionFixture fixture;
+    QVERIFY(fixture.isReady());
+    fixture.set("PreferencesDialog/nodeSortingType", sorting);
+    BrowsTreeController *tree = fixture.collection().browsTreeController();
+    tree->reloadSorting();
+    TRmodel *relations = fixture.collection().relationsController()->model();
+    constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
+    QAbstractItemModelTester treeTester(tree->model(), mode);
+    QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
+    QAbstractItemModelTester relationsTester(relations, mode);
+
+    RandomEdits edits(fixture, 20 + quint32(sorting));
+    for (int step = 0; step < 250 && !QTest::currentTestFailed(); ++step) {
+        edits.step();
+        QCoreApplication::processEvents();
+        QStringList stored = fixture.rows(QStringLiteral(
+            "SELECT n.node_id, coalesce(parent_id,0), inverted, tag_name FROM tb_nodes n LEFT JOIN "
+            "tb_node_links ON child_id=n.node_id JOIN tags USING(tag_id)"));
+        stored.sort();
+        QCOMPARE(nodesOf(*tree->model()), stored);
+        QCOMPARE(nodesOf(*tree->sorterModel()), stored);
+        QStringList paths;
+        collectPaths(*relations, QModelIndex(), paths);
+        paths.sort();
+        QCOMPARE(paths, fixture.rows(QStringLiteral("SELECT * FROM tag_relationships ORDER BY 1")));
+    }
+    QVERIFY(!fixture.manager().nodes().isEmpty() && relations->rowCount() > 0);
+}
+
+void TestTreeModels::nodesStandInOrder_data()
+{
+    QTest::addColumn<int>("sorting");
+    QTest::addColumn<QStringList>("made");
+    QTest::addColumn<QStringList>("shown");
+    const auto list = [](const char *names) { return QString::fromUtf8(names).split(QLatin1Char(',')); };
+    const int byName = ViewSettings::AlphabeticalSorting;
+    QTest::newRow("names without case") << byName << list("pear,Apple,fig") << list("Apple,fig,pear");
+    QTest::newRow("numbers by value") << byName << list("Job 10,Job 9,Job 2") << list("Job 2,Job 9,Job 10");
+    QTest::newRow("numbers inside") << byName << list("a10b,a10a,a9z") << list("a9z,a10a,a10b");
+    QTest::newRow("longer than any integer")
+        << byName << list("v99999999999999999999999,v100000000000000000000000,v3")
+        << list("v3,v99999999999999999999999,v100000000000000000000000");
+    QTest::newRow("digits first") << byName << list("b,a,-,7") << list("7,-,a,b");
+    QTest::newRow("a beginning before the whole") << byName << list("ab,a,abc") << list("a,ab,abc");
+    QTest::newRow("leading zeros") << byName << list("07b,7a,006") << list("006,7a,07b");
+    QTest::newRow("only the case differs") << byName << list("FIG,fig,Fig") << list("FIG,fig,Fig");
+    QTest::newRow("letters beyond ASCII last") << byName << list("Ökonomie,zebra") << list("zebra,Ökonomie");
+    QTest::newRow("by hand without an order")
+        << int(ViewSettings::ManualSorting) << list("c,a,b") << list("c,a,b");
+    QTest::newRow("by id") << 3 << list("c,a,b") << list("c,a,b");
+    QTest::newRow("by id for an unknown way") << 77 << list("c,a,b") << list("c,a,b");
+}
+
+void TestTreeModels::nodesStandInOrder()
+{
+    QFETCH(int, sorting);
+    QFETCH(QStringList, made);
+    QFETCH(QStringList, shown);
+    CollectionFixture fixture;
+    fixture.set("PreferencesDialog/nodeSortingType", sorting);
+    BrowsTreeController *tree = fixture.collection().browsTreeController();
+    tree->reloadSorting();
+    tree->addNodesBelow(fixture.addTags(made), 0);
+    const QModelIndex allFiles = tree->sorterModel()->index(0, 0);
+    QCOMPARE(namesBelow(allFiles, fixedRows), shown);
+    QCOMPARE(namesBelow(allFiles).mid(0, fixedRows), SpecialNodes::shortTexts().values());
+
+    fixture.reopen();
+    QCOMPARE(namesBelow(fixture.collection().browsTreeController()->sorterModel()->index(0, 0), fixedRows),
+             shown);
+}
+
+void TestTreeModels::naturalOrderIsAnOrder()
+{
+    // A sort needs it: never both ways, and without circles.
+    QRandomGenerator random(4);
+    const QString alphabet = QStringLiteral("0179aB-é ");
+    QStringList texts;
+    for (int i = 0; i < 60; ++i) {
+        QString text;
+        for (int length = int(random.bounded(6)); length > 0; --length)
+            text.append(alphabet.at(int(random.bounded(alphabet.size()))));
+        texts.append(text);
+    }
+    for (const QString &a : qAsConst(texts)) {
+        for (const QString &b : qAsConst(texts)) {
+            QVERIFY2(!naturalLessThan(a, b) || !naturalLessThan(b, a), qPrintable(a + b));
+            for (const QString &c : qAsConst(texts)) {
+                if (naturalLessThan(a, b) && naturalLessThan(b, c))
+                    QVERIFY2(naturalLessThan(a, c), qPrintable(a + QLatin1Char('/') + b + c));
+            }
+        }
+    }
+}
+
+void TestTreeModels::nodesAreMovedByHand_data()
+{
+    QTest::addColumn<QString>("moved");
+    QTest::addColumn<QString>("sibling"); // empty: between rows
+    QTest::addColumn<int>("row");         // among the tag nodes
+    QTest::addColumn<bool>("below");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("to the top") << "c"
+                                << "" << 0 << false << "c,a,b,d";
+    QTest::newRow("to the bottom") << "a"
+                                   << "" << 4 << false << "b,c,d,a";
+    QTest::newRow("up") << "d"
+                        << "" << 1 << false << "a,d,b,c";
+    QTest::newRow("down") << "a"
+                          << "" << 3 << false << "b,c,a,d";
+    QTest::newRow("to its own row") << "b"
+                                    << "" << 1 << false << "a,b,c,d";
+    QTest::newRow("to the row behind itself") << "b"
+                                              << "" << 2 << false << "a,b,c,d";
+    QTest::newRow("above a sibling") << "d"
+                                     << "b" << -1 << false << "a,d,b,c";
+    QTest::newRow("below a sibling") << "d"
+                                     << "b" << -1 << true << "a,b,d,c";
+    QTest::newRow("below the last") << "a"
+                                    << "d" << -1 << true << "b,c,d,a";
+    QTest::newRow("on itself") << "b"
+                               << "b" << -1 << true << "a,b,c,d";
+}
+
+void TestTreeModels::nodesAreMovedByHand()
+{
+    QFETCH(QString, moved);
+    QFETCH(QString, sibling);
+    QFETCH(int, row);
+    QFETCH(bool, below);
+    QFETCH(QString, expected);
+    CollectionFixture fixture;
+    const QStringList names{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
+                            QStringLiteral("d")};
+    const QVector<qint64> tags = fixture.addTags(names);
+    fixture.collection().browsTreeController()->addNodesBelow(tags, 0);
+    const qint64 first = fixture.manager().nodes().keys().first();
+    fixture.collection().browsTreeController()->addNodesBelow(tags, first);
+
+    for (const qint64 parentId : {qint64(0), first}) {
+        BrTreeSorterModel *sorter = fixture.collection().browsTreeController()->sorterModel();
+        const auto parent = [&] { return sorter->indexOfNode(parentId == 0 ? AllFiles : TagNode, parentId); };
+        const int offset = parentId == 0 ? fixedRows : 0;
+        const auto child = [&](const QString &name) {
+            return sorter->index(offset + names.indexOf(name), 0, parent());
+        };
+        QMimeData data;
+        fillNodeDrag(data, child(moved).data(NodeRole::Id).toLongLong(), below);
+        const bool isDone = sibling.isEmpty()
+                                ? sorter->dropMimeData(&data, Qt::MoveAction, offset + row, 0, parent())
+                                : sorter->dropMimeData(&data, Qt::MoveAction, -1, -1, child(sibling));
+        QVERIFY(isDone);
+        QTRY_COMPARE(namesBelow(parent(), offset).join(QLatin1Char(',')), expected);
+    }
+    fixture.reopen();
+    BrTreeSorterModel *sorter = fixture.collection().browsTreeController()->sorterModel();
+    QCOMPARE(namesBelow(sorter->index(0, 0), fixedRows).join(QLatin1Char(',')), expected);
+    QCOMPARE(namesBelow(sorter->indexOfNode(TagNode, first)).join(QLatin1Char(',')), expected);
+}
+
+void TestTreeModels::placesOfRemovedNodesAreGivenUp()
+{
+    CollectionFixture fixture;
+    BrowsTreeController *tree = fixture.collection().browsTreeController();
+    const QVector<qint64> tags =
+        fixture.addTags({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+    tree->addNodesBelow(tags, 0);
+    const QList<qint64> nodes = fixture.manager().nodes().keys();
+    QMimeData data;
+    fillNodeDrag(data, nodes.at(2));
+    QVERIFY(tree->sorterModel()->dropMimeData(&data, Qt::MoveAction, fixedRows, 0,
+                                              tree->sorterModel()->index(0, 0)));
+    // The database gives the highest id again; the new node is a new one for the order too.
+    tree->removeNodes({nodes.at(2)});
+    tree->addNodesBelow({tags.at(2)}, 0);
+    QCOMPARE(fixture.manager().nodes().keys(), nodes);
+    fixture.reopen();
+    QCOMPARE(namesBelow(fixture.collection().browsTreeController()->sorterModel()->index(0, 0), fixedRows)
+                 .join(QLatin1Char(',')),
+             QStringLiteral("a,b,c"));
+}
+
+void TestTreeModels::rolesTellOfNodes_data()
+{
+    QTest::addColumn<QString>("node");
+    QTest::addColumn<int>("role");
+    QTest::addColumn<QVariant>("expected");
+    const auto row = [](const char *node, const char *what, int role, const QVariant &expected) {
+        QTest::addRow("%s: %s", node, what) << QString::fromLatin1(node) << role << expected;
+    };
+    row("all", "name", Qt::DisplayRole, QStringLiteral("All files"));
+    row("all", "id", NodeRole::Id, 0);
+    row("all", "parent", NodeRole::ParentId, -1);
+    row("all", "type", NodeRole::Type, 1);
+    row("all", "current", NodeRole::CurrentId, 2);
+    row("internal", "name", Qt::DisplayRole, QStringLiteral("All Internal Files"));
+    row("internal", "tool tip", Qt::ToolTipRole,
+        QStringLiteral("All files with their contents in the database."));
+    row("internal", "id", NodeRole::Id, -1);
+    row("internal", "type", NodeRole::Type, 4);
+    row("internal", "tag", NodeRole::TagId, 0);
+    row("top", "name", Qt::DisplayRole, QStringLiteral("one"));
+    row("top", "id", NodeRole::Id, 1);
+    row("top", "parent", NodeRole::ParentId, 0);
+    row("top", "type", NodeRole::Type, 8);
+    row("top", "inverted", NodeRole::Inverted, false);
+    row("top", "relationships", NodeRole::TrOption, true);
+    row("top", "mark", Qt::DecorationRole, QVariant());
+    row("top", "colour", Qt::ForegroundRole, QVariant());
+    row("below", "name with the mark of inversion", Qt::DisplayRole, QStringLiteral("- <b>two"));
+    row("below", "harmless tool tip", Qt::ToolTipRole, QStringLiteral("<p>- &lt;b&gt;two</p>"));
+    row("below", "parent", NodeRole::ParentId, 1);
+    row("below", "inverted", NodeRole::Inverted, true);
+    row("below", "relationships", NodeRole::TrOption, false);
+    row("below", "tag", NodeRole::TagId, 2);
+    row("below", "tree", NodeRole::TreeId, 0);
+    row("below", "required tags", NodeRole::Required, QVariant::fromValue(QVector<qint64>{1}));
+    row("below", "no link", NodeRole::HasAutolinks, false);
+    row("below", "no first link", NodeRole::FirstAutolink, QString());
+    row("linked", "link", NodeRole::FirstAutolink, QStringLiteral("7"));
+    row("linked", "colour", Qt::ForegroundRole, QColor(Qt::blue));
+}
+
+void TestTreeModels::rolesTellOfNodes()
+{
+    QFETCH(QString, node);
+    QFETCH(int, role);
+    QFETCH(QVariant, expected);
+    CollectionFixture fixture;
+    BrowsTreeController *tree = fixture.collection().browsTreeController();
+    const QVector<qint64> tags =
+        fixture.addTags({QStringLiteral("one"), QStringLiteral("<b>two"), QStringLiteral("three")});
+    tree->addNodesBelow({tags.at(0)}, 0);
+    tree->addNodesBelow({tags.at(1)}, 1);
+    tree->addNodesBelow({tags.at(2)}, 0);
+    tree->changeInversion(2, true);
+    tree->changeTrOption(2, false);
+    tree->nodeById(3)->addAutolink(QStringLiteral("7"));
+    tree->nodeActivated(TagNode, 2, {tags.at(0)}, {tags.at(1)});
+
+    const QHash<QString, QPair<NodeType, qint64>> places{{QStringLiteral("all"), {AllFiles, 0}},
+                                                         {QStringLiteral("internal"), {AllInternalFiles, 0}},
+                                                         {QStringLiteral("top"), {TagNode, 1}},
+                                                         {QStringLiteral("below"), {TagNode, 2}},
+                                                         {QStringLiteral("linked"), {TagNode, 3}}};
+    const auto place = places.value(node);
+    const QVariant found = tree->sorterModel()->indexOfNode(place.first, place.second).data(role);
+    QCOMPARE(found.isValid(), expected.isValid());
+    QCOMPARE(found.toString(), expected.toString());
+    QCOMPARE(found.value<QColor>(), expected.value<QColor>());
+    QCOMPARE(found.value<QVector<qint64>>(), expected.value<QVector<qint64>>());
+    QVERIFY(tree->sorterModel()->indexOfNode(TagNode, 2).data(Qt::DecorationRole).isValid());
+}
+
+void TestTreeModels::dropsAreJudged_data()
+{
+    QTest::addColumn<qint64>("moved");
+    QTest::addColumn<int>("targetType");
+    QTest::addColumn<qint64>("target");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<bool>("accepted");
+    const auto row = [](const char *name, qint64 moved, int type, qint64 target, int at, bool accepted) {
+        QTest::newRow(name) << moved << type << target << at << accepted;
+    };
+    // Nodes 1 and 2 at the top, 3 and 4 below 1, 5 below 2.
+    row("top node on its sibling", 1, TagNode, 2, -1, true);
+    row("top node behind the fixed rows", 2, AllFiles, 0, 6, true);
+    row("top node at the end", 1, AllFiles, 0, 8, true);
+    row("top node among the fixed rows", 1, AllFiles, 0, 3, false);
+    row("top node on all files itself", 1, AllFiles, 0, -1, false);
+    row("top node on a fixed node", 1, AllInternalFiles, -1, -1, false);
+    row("child on its sibling", 3, TagNode, 4, -1, true);
+    row("child between its siblings", 3, TagNode, 1, 0, true);
+    row("child on its parent", 3, TagNode, 1, -1, false);
+    row("child below another parent", 3, TagNode, 2, 0, false);
+    row("child on another branch", 3, TagNode, 5, -1, false);
+    row("child to the top", 3, AllFiles, 0, 6, false);
+    row("unknown node", 99, TagNode, 1, -1, false);
+    row("not a node", -1, TagNode, 1, -1, false);
+}
+
+void TestTreeModels::dropsAreJudged()
+{
+    QFETCH(qint64, moved);
+    QFETCH(int, targetType);
+    QFETCH(qint64, target);
+    QFETCH(int, row);
+    QFETCH(bool, accepted);
+    CollectionFixture fixture;
+    BrowsTreeController *tree = fixture.collection().browsTreeController();
+    const QVector<qint64> tags = fixture.addTags({QStringLiteral("one"), QStringLiteral("two")});
+    tree->addNodesBelow(tags, 0);
+    tree->addNodesBelow(tags, 1);
+    tree->addNodesBelow({tags.first()}, 2);
+    BrTreeSorterModel *sorter = tree->sorterModel();
+    const QModelIndex parent = sorter->indexOfNode(NodeType(targetType), target);
+    QVERIFY(parent.isValid());
+    const int column = row < 0 ? -1 : 0;
+
+    QMimeData data;
+    fillNodeDrag(data, moved);
+    QCOMPARE(sorter->canDropMimeData(&data, Qt::MoveAction, row, column, parent), accepted);
+    QCOMPARE(sorter->dropMimeData(&data, Qt::MoveAction, row, column, parent), accepted);
+    QVERIFY(!sorter->canDropMimeData(&data, Qt::MoveAction, row, column, QModelIndex()));
+    const std::unique_ptr<QMimeData> foreign(IdListMime::pack(Constants::tagMimeType, {moved}));
+    QVERIFY(!sorter->canDropMimeData(foreign.get(), Qt::CopyAction, row, column, parent));
+
+    const bool takesFiles = targetType == TagNode || targetType == AllFiles;
+    QCOMPARE(parent.flags().testFlag(Qt::ItemIsDropEnabled), takesFiles);
+    QCOMPARE(parent.flags().testFlag(Qt::ItemIsDragEnabled), targetType == TagNode);
+}
+
+void TestTreeModels::nothingIsMovedOutsideOfManualSorting()
+{
+    CollectionFixture fixture;
+    BrowsTreeController *tree = fixture.collection().browsTreeController();
+    tree->addNodesBelow(fixture.addTags({QStringLiteral("one"), QStringLiteral("two")}), 0);
+    BrTreeSorterModel *sorter = tree->sorterModel();
+    QMimeData data;
+    fillNodeDrag(data, 1, true);
+    QVERIFY(sorter->canDropMimeData(&data, Qt::MoveAction, -1, -1, sorter->indexOfNode(TagNode, 2)));
+    fixture.set("PreferencesDialog/nodeSortingType", int(ViewSettings::AlphabeticalSorting));
+    tree->reloadSorting();
+    const QModelIndex target = sorter->indexOfNode(TagNode, 2);
+    QVERIFY(!target.flags().testFlag(Qt::ItemIsDragEnabled));
+    QVERIFY(!sorter->dropMimeData(&data, Qt::MoveAction, -1, -1, target));
+}
+
+void TestTreeModels::currentNodeOutlivesEdits()
+{
+    CollectionFixture fixture;
+    BrowsTreeController *tree = fixture.collection().browsTreeController();
+    const QVector<qint64> tags = fixture.addTags({QStringLiteral("one"), QStringLiteral("two")});
+    tree->addNodesBelow({tags.at(0)}, 0);
+    tree->addNodesBelow({tags.at(1)}, 1);
+    const auto marked = [tree](qint64 nodeId) {
+        const QModelIndex index = tree->sorterModel()->indexOfNode(TagNode, nodeId);
+        return index.data(Qt::DecorationRole).isValid();
+    };
+    QCOMPARE(tree->sorterModel()->index(0, 0).data(NodeRole::CurrentId).toLongLong(), 0);
+    tree->nodeActivated(TagNode, 2, tags, {});
+    QVERIFY(marked(2) && !marked(1));
+    fixture.manager().reloadAllData();
+    QVERIFY(marked(2));
+    tree->addNodesAbove({tags.at(0)}, 1); // moves the branch
+    QVERIFY(marked(2));
+    tree->removeNodes({1}); // lets it rise
+    QVERIFY(marked(2));
+    QCOMPARE(tree->currentTagNodeId(), 2);
+
+    // Another program removes the node; a reload finds it gone.
+    QVERIFY(QSqlQuery().exec(QStringLiteral("DELETE FROM tb_nodes WHERE node_id=2")));
+    fixture.manager().reloadAllData();
+    QCOMPARE(tree->currentTagNodeId(), 0);
+    QCOMPARE(tree->currentNodeType(), 0);
+}
+
+void TestTreeModels::relationsFollowTheirTags()
+{
+    CollectionFixture fixture;
+    const QVector<qint64> tags =
+        fixture.addTags({QStringLiteral("animals"), QStringLiteral("lions"), QStringLiteral("cubs")});
+    RelationsController *relations = fixture.collection().relationsController();
+    relations->addChildren(QString(), {tags.at(0), tags.at(1)});
+    relations->addChildren(QStringLiteral("1"), {tags.at(1)});
+    relations->addChildren(QStringLiteral("1.2"), {tags.at(2)});
+    TRmodel *model = relations->model();
+    fixture.manager().renameTag(tags.at(1), QStringLiteral("big cats"));
+    for (const char *path : {"2", "1.2"})
+        QCOMPARE(model->indexOfPath(QLatin1String(path)).data().toString(), QStringLiteral("big cats"));
+    const QModelIndex cubs = model->indexOfPath(QStringLiteral("1.2.3"));
+    QCOMPARE(cubs.data(RelationRole::TagId).toLongLong(), tags.at(2));
+    QCOMPARE(cubs.data(RelationRole::Path).toString(), QStringLiteral("1.2.3"));
+    QVERIFY(!model->indexOfPath(QStringLiteral("1.3")).isValid());
+    const QModelIndexList dragged{cubs, model->indexOfPath(QStringLiteral("2")),
+                                  model->indexOfPath(QStringLiteral("1.2"))};
+    const std::unique_ptr<QMimeData> data(model->mimeData(dragged));
+    QCOMPARE(data->formats(), QStringList(Constants::tagMimeType));
+    QCOMPARE(IdListMime::unpack(data.get(), Constants::tagMimeType), (QVector<qint64>{3, 2}));
+    fixture.manager().removeTags({tags.at(1)});
+    QStringList paths;
+    collectPaths(*model, QModelIndex(), paths);
+    QCOMPARE(paths, QStringList(QStringLiteral("1")));
+}
+
+void TestTreeModels::relationsAreLegal_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QVector<qint64>>("tags");
+    QTest::addColumn<bool>("isLegal");
+    const auto row = [](const char *name, const char *path, const QVector<qint64> &tags, bool isLegal) {
+        QTest::newRow(name) << QString::fromLatin1(path) << tags << isLegal;
+    };
+    // Paths 7, 7.12, 7.12.3 and 9.
+    row("a tag below itself", "7", {7}, false);
+    row("a tag below its descendant", "7.12", {7}, false);
+    row("a tag that stands further down", "7", {3}, false);
+    row("a tag that is a child", "7", {12}, false);
+    row("a tag of another tree", "9", {3}, true);
+    row("a whole tree below another", "9", {7}, true);
+    row("one of two", "7", {4, 12}, false);
+    row("a top tag at the top", "", {9}, false);
+    row("a lower tag at the top", "", {12}, true);
+    row("an unknown place", "5.6", {5}, true);
+    row("a new tag at the bottom", "7.12.3", {4}, true);
+}
+
+void TestTreeModels::relationsAreLegal()
+{
+    QFETCH(QString, path);
+    QFETCH(QVector<qint64>, tags);
+    QFETCH(bool, isLegal);
+    CollectionFixture fixture;
+    for (int i = 1; i <= 12; ++i)
+        fixture.addTags({QStringLiteral("tag %1").arg(i)});
+    RelationsController *relations = fixture.collection().relationsController();
+    relations->addChildren(QString(), {7, 9});
+    relations->addChildren(QStringLiteral("7"), {12});
+    relations->addChildren(QStringLiteral("7.12"), {3});
+    QCOMPARE(relations->isLegal(path, tags), isLegal);
+}
+
+QTEST_MAIN(TestTreeModels)
+
+#include "tst_treemodels.moc"
