@@ -7,7 +7,7 @@
 #include <QFileInfo>
 
 AddFileListOperation::AddFileListOperation(FileOperationWorker &worker, const FileOperation &request)
-    : AddOperation(worker, request, AddFilesOperationType)
+    : AddOperation(worker, request, FileOperationType::AddFilesOperation)
 {
 }
 

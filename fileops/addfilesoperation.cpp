@@ -9,7 +9,7 @@
 #include <QDebug>
 
 AddFilesOperation::AddFilesOperation(FileOperationWorker &worker, const FileOperation &request)
-    : AddOperation(worker, request, AddFilesOperationType)
+    : AddOperation(worker, request, FileOperationType::AddFilesOperation)
 {
 }
 

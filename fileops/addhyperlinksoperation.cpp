@@ -7,7 +7,7 @@
 #include "fileops/fileoperationworker.h"
 
 AddHyperlinksOperation::AddHyperlinksOperation(FileOperationWorker &worker, const FileOperation &request)
-    : AddOperation(worker, request, AddHyperlinksOperationType)
+    : AddOperation(worker, request, FileOperationType::AddHyperlinksOperation)
 {
 }
 

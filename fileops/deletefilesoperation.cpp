@@ -48,7 +48,7 @@ QVector<qint64> DeleteFilesOperation::removeContents()
             break;
         const int percent = FileOperationWorker::percent(i, m_request.fileIds.size());
         if (percent != shownPercent)
-            emit m_worker.operationProgress(DeleteFilesOperationType, QString(), percent);
+            emit m_worker.operationProgress(FileOperationType::DeleteFilesOperation, QString(), percent);
         shownPercent = percent;
 
         const qint64 fileId = m_request.fileIds.at(i);

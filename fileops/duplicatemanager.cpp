@@ -85,8 +85,8 @@ bool DuplicateManager::readPaths(const QStringList &paths)
     for (int from = 0; from < paths.size(); from += filesInRead) {
         const int percent = ProgressThrottle::percent(from, paths.size(), 0, readBand);
         if (m_progress.isDue(percent))
-            emit operationProgress(AddFilesOperationType, tr("Grouping files with duplicate content"),
-                                   percent);
+            emit operationProgress(FileOperationType::AddFilesOperation,
+                                   tr("Grouping files with duplicate content"), percent);
         const QStringList part = paths.mid(from, filesInRead);
         const QVector<FileChecksum> read =
             FileChecksums::ofFiles(part, [this] { return m_worker->shouldEnd(); });
@@ -279,7 +279,7 @@ void DuplicateManager::keepOne(const Content &content, const FolderTags &folderT
 
 bool DuplicateManager::takeOutNameMatches(const FolderTags &folderTags)
 {
-    emit operationProgress(AddFilesOperationType, tr("Grouping name duplicates"), wholeBand);
+    emit operationProgress(FileOperationType::AddFilesOperation, tr("Grouping name duplicates"), wholeBand);
     QHash<QString, QVector<int>> byName;
     QStringList names;
     for (int i = 0; i < m_candidates.size(); ++i) {
@@ -350,6 +350,6 @@ void DuplicateManager::reportExamining(int number, int percent, bool isLast)
 {
     if (m_progress.isDue(percent, isLast))
         emit operationProgress(
-            AddFilesOperationType,
+            FileOperationType::AddFilesOperation,
             tr("Grouping by content...\nExamining file number  ") + QString::number(number), percent);
 }

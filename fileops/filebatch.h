@@ -18,8 +18,8 @@ struct FileBatchRequest
     QStringList paths;
     QVector<FileChecksum> checksums; ///< of earlier readings; empty when there were none
     StorageMode mode = ExternalStorage;
-    FileOperationType type = AddFilesOperationType; ///< for the progress
-    QVector<qint64> tagIds;                         ///< for every file
+    FileOperationType type = FileOperationType::AddFilesOperation; ///< for the progress
+    QVector<qint64> tagIds;                                        ///< for every file
     FolderTags folderTags;
     QHash<QString, qint64> tagIdsByName;
     QHash<QString, QStringList> inheritedTags; ///< path to names, in place of those of its folder

@@ -9,27 +9,27 @@
 #include <QVector>
 
 /** What a queued record asks for. The numbers cross threads and are what the worker switches on. */
-enum FileOperationType {
-    AddFilesOperationType = 0,
-    AddHyperlinksOperationType = 1,
-    AddFileListOperationType = 2,
-    UnusedOperationType = 3, ///< passes through the queue without any effect
-    DeleteFilesOperationType = 4,
-    LoadThumbnailsOperationType = 5,
-    ExtractFilesOperationType = 6,
-    ExtractToTemporaryOperationType = 7,
-    CheckExternalFilesOperationType = 8,
-    AutoLinkFilesOperationType = 9,
-    ExportOperationType = 10,
-    ImportOperationType = 11,
-    RemakeThumbnailsOperationType = 12
+enum class FileOperationType {
+    AddFilesOperation = 0,
+    AddHyperlinksOperation = 1,
+    AddFileListOperation = 2,
+    UnusedOperation = 3, ///< passes through the queue without any effect
+    DeleteFilesOperation = 4,
+    LoadThumbnailsOperation = 5,
+    ExtractFilesOperation = 6,
+    ExtractToTemporaryOperation = 7,
+    CheckExternalFilesOperation = 8,
+    AutoLinkFilesOperation = 9,
+    ExportOperation = 10,
+    ImportOperation = 11,
+    RemakeThumbnailsOperation = 12
 };
 Q_DECLARE_METATYPE(FileOperationType)
 
 /** One request to the worker, by value. A field that the type does not use stays empty. */
 struct FileOperation
 {
-    FileOperationType type = UnusedOperationType;
+    FileOperationType type = FileOperationType::UnusedOperation;
     QStringList paths;             ///< files, folders or hyperlinks to add
     QVector<qint64> fileIds;       ///< the files that the operation concerns
     QVector<qint64> tagIds;        ///< tags for the added files

@@ -96,7 +96,7 @@ void FileOperationProvider::connectProgress()
         m_worker, &Worker::finishedOpration, this,
         [this](FileOperationType type) {
             emit finishedFilesOperation();
-            if (type == ImportOperationType)
+            if (type == FileOperationType::ImportOperation)
                 emit filesImported();
         },
         queued);
@@ -128,7 +128,7 @@ void FileOperationProvider::addFilesList(const QStringList &paths)
     if (paths.isEmpty())
         return;
     FileOperation operation;
-    operation.type = AddFileListOperationType;
+    operation.type = FileOperationType::AddFileListOperation;
     operation.paths = paths;
     enqueue(operation);
 }
@@ -138,13 +138,13 @@ void FileOperationProvider::addFiles(const QStringList &paths, const QVector<qin
                                      const QHash<QString, QString> &hyperlinkDetails)
 {
     FileOperation files;
-    files.type = AddFilesOperationType;
+    files.type = FileOperationType::AddFilesOperation;
     files.tagIds = tagIds;
     files.fromSelectedNode = fromSelectedNode;
     files.nodeId = nodeId;
     files.hyperlinkDetails = hyperlinkDetails;
     FileOperation hyperlinks = files;
-    hyperlinks.type = AddHyperlinksOperationType;
+    hyperlinks.type = FileOperationType::AddHyperlinksOperation;
     for (const QString &path : paths) {
         const QString local = localPath(path);
         if (!local.isEmpty())
@@ -161,7 +161,7 @@ void FileOperationProvider::addFiles(const QStringList &paths, const QVector<qin
 void FileOperationProvider::deleteFiles(const QVector<qint64> &ids)
 {
     FileOperation operation;
-    operation.type = DeleteFilesOperationType;
+    operation.type = FileOperationType::DeleteFilesOperation;
     operation.fileIds = ids;
     enqueue(operation);
 }
@@ -169,7 +169,7 @@ void FileOperationProvider::deleteFiles(const QVector<qint64> &ids)
 void FileOperationProvider::loadThumbnails(const QVector<qint64> &ids)
 {
     FileOperation operation;
-    operation.type = LoadThumbnailsOperationType;
+    operation.type = FileOperationType::LoadThumbnailsOperation;
     operation.fileIds = ids;
     enqueue(operation);
 }

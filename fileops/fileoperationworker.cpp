@@ -28,8 +28,8 @@ void FileOperationWorker::enqueue(const FileOperation &operation)
     auto *record = new FileOperation(operation);
     const QMutexLocker locker(&m_queueMutex);
     // Views ask for one picture after the other: what waits last takes further ones along.
-    if (operation.type == LoadThumbnailsOperationType && !m_queue.isEmpty() &&
-        m_queue.last()->type == LoadThumbnailsOperationType) {
+    if (operation.type == FileOperationType::LoadThumbnailsOperation && !m_queue.isEmpty() &&
+        m_queue.last()->type == FileOperationType::LoadThumbnailsOperation) {
         m_queue.last()->fileIds += operation.fileIds;
         delete record;
         return;
@@ -207,20 +207,20 @@ void FileOperationWorker::finishRun()
 void FileOperationWorker::dispatch(const FileOperation &operation)
 {
     switch (operation.type) {
-    case AddFilesOperationType:
+    case FileOperationType::AddFilesOperation:
         AddFilesOperation(*this, operation).run();
         break;
-    case AddHyperlinksOperationType:
+    case FileOperationType::AddHyperlinksOperation:
         AddHyperlinksOperation(*this, operation).run();
         break;
-    case AddFileListOperationType:
+    case FileOperationType::AddFileListOperation:
         AddFileListOperation(*this, operation).run();
         break;
-    case DeleteFilesOperationType:
+    case FileOperationType::DeleteFilesOperation:
         if (!operation.fileIds.isEmpty())
             runAnnounced<DeleteFilesOperation>(operation, tr("Deleting files..."));
         break;
-    case LoadThumbnailsOperationType:
+    case FileOperationType::LoadThumbnailsOperation:
         LoadThumbnailsOperation(*this, operation).run();
         break;
     default:

@@ -327,7 +327,7 @@ void TestFileOperations::runsARecordThatComesAtTheLastMoment()
 {
     addManyFiles(2);
     FileOperation late;
-    late.type = DeleteFilesOperationType;
+    late.type = FileOperationType::DeleteFilesOperation;
     late.fileIds = {2};
     bool isQueued = false;
     FileOperationWorker *worker = m_provider->worker;
