@@ -75,8 +75,8 @@ public:
 
     /** Links files to the tags on the way down to a node; inverted ones are left out. */
     void addFilesToNode(qint64 nodeId, const QVector<qint64> &fileIds);
-    /** Adds files, folders and hyperlinks to the database, with those tags. */
-    void addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls);
+    /** Adds files, folders and hyperlinks to the database, with those tags; the text describes hyperlinks. */
+    void addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls, const QString &linkDescription = QString());
 
 signals:
     /** The type is 0 when no node is current any more. */

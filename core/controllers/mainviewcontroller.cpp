@@ -185,7 +185,7 @@ QVector<qint64> MainViewController::missingFileIds() const
 }
 
 void MainViewController::addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds,
-                                 bool fromSelectedNode, qint64 nodeId)
+                                 bool fromSelectedNode, qint64 nodeId, const QString &linkDescription)
 {
     QStringList paths;
     for (const QUrl &url : urls) {
@@ -193,8 +193,11 @@ void MainViewController::addUrls(const QList<QUrl> &urls, const QVector<qint64> 
         if (!path.isEmpty())
             paths.append(path);
     }
+    QHash<QString, QString> linkDetails;
+    if (!linkDescription.isEmpty())
+        linkDetails.insert(QStringLiteral("file_description"), linkDescription);
     if (manager() && !paths.isEmpty() && mayWrite())
-        manager()->addFiles(paths, tagIds, fromSelectedNode, nodeId);
+        manager()->addFiles(paths, tagIds, fromSelectedNode, nodeId, linkDetails);
 }
 
 void MainViewController::addFilesList(const QStringList &paths)

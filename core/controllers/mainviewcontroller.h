@@ -59,9 +59,9 @@ public:
     /** Those of the shown files whose external file was not there at the last look. */
     QVector<qint64> missingFileIds() const;
 
-    /** Adds local files and folders as such, all other URLs as hyperlinks. */
+    /** Adds local files and folders as such, all other URLs as hyperlinks, described by the last text. */
     void addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds = {}, bool fromSelectedNode = false,
-                 qint64 nodeId = 0);
+                 qint64 nodeId = 0, const QString &linkDescription = QString());
     /** Adds files as they are: no look into folders, no look for duplicates, no tags. */
     void addFilesList(const QStringList &paths);
     /** Deletes files from the database; external ones stay on the disk. */
