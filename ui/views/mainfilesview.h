@@ -18,6 +18,7 @@ class QKeyEvent;
 class QLineEdit;
 class QStackedWidget;
 class QUrl;
+class SelectedFiles;
 class TableView;
 class TitleWidget;
 
@@ -87,9 +88,7 @@ private:
     /** False, after telling the user so, for a read-only database; silently false without one. */
     bool mayEdit();
     const File *fileAt(const QModelIndex &index) const;
-    int selectedCount() const;
-    QVector<qint64> selectedIds() const;
-    const File *firstSelectedFile() const;
+    SelectedFiles selectedFiles() const;
     qint64 nodeToRemoveFrom() const;
     void updateStatusText();
     void updateEmptyText();
@@ -98,7 +97,7 @@ private:
     bool handleKey(QKeyEvent *event);
     bool handleDrag(QDropEvent *event);
     bool handleDrop(QDropEvent *event);
-    void addUrls(const QList<QUrl> &urls);
+    void addUrls(const QList<QUrl> &urls, const QString &linkDescription = QString());
 
     TitleWidget *m_title;
     QStackedWidget *m_stack;

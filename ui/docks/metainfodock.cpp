@@ -1,0 +1,147 @@
+#include "ui/docks/metainfodock.h"
+
+#include "core/collection.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "core/file.h"
+#include "models/contentsmodel.h"
+#include "models/tagstablemodel.h"
+
+#include <QFormLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace {
+
+QString kindText(const File &file)
+{
+    switch (file.internal()) {
+    case 0:
+        return MetaInfoDock::tr("Link to a file");
+    case 1:
+        return MetaInfoDock::tr("Inside the database");
+    default:
+        return MetaInfoDock::tr("Hyperlink");
+    }
+}
+
+QString dateText(const QDateTime &date)
+{
+    return QLocale().toString(date, QLocale::ShortFormat);
+}
+
+} // namespace
+
+MetaInfoDock::MetaInfoDock(QWidget *parent) : AbstractDock(tr("Metadata"), parent)
+{
+    setObjectName(QStringLiteral("MetaInfoDock"));
+    auto *area = new QScrollArea(this);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setAccessibleName(windowTitle());
+
+    auto *contents = new QWidget(area);
+    auto *layout = new QVBoxLayout(contents);
+    m_name = new QLabel(contents);
+    m_name->setObjectName(QStringLiteral("nameLabel"));
+    m_name->setTextFormat(Qt::PlainText);
+    m_name->setWordWrap(true);
+    m_name->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    layout->addWidget(m_name);
+
+    m_facts = new QWidget(contents);
+    auto *form = new QFormLayout(m_facts);
+    form->setContentsMargins(0, 0, 0, 0);
+    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    m_tags = addFact(form, tr("Tags:"), "tagsLabel");
+    m_description = addFact(form, tr("Description:"), "descriptionLabel");
+    m_kind = addFact(form, tr("Kept as:"), "kindLabel");
+    m_size = addFact(form, tr("Size:"), "sizeLabel");
+    m_modified = addFact(form, tr("Modified:"), "modifiedLabel");
+    m_added = addFact(form, tr("Added:"), "addedLabel");
+    m_idCode = addFact(form, tr("ID code:"), "idCodeLabel");
+    layout->addWidget(m_facts);
+    layout->addStretch(1);
+
+    area->setWidget(contents);
+    setWidget(area);
+    clear();
+}
+
+QLabel *MetaInfoDock::addFact(QFormLayout *form, const QString &title, const char *objectName)
+{
+    auto *label = new QLabel(m_facts);
+    label->setObjectName(QLatin1String(objectName));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    label->setAccessibleName(title);
+    form->addRow(title, label);
+    return label;
+}
+
+void MetaInfoDock::setController(MainViewController *controller)
+{
+    if (m_controller) {
+        m_controller->contentsModel()->disconnect(this);
+        m_controller->collection()->tagsController()->tableModel()->disconnect(this);
+    }
+    m_controller = controller;
+    selectFile(0);
+    if (!m_controller)
+        return;
+    connect(m_controller->contentsModel(), &ContentsModel::contentsChanged, this, &MetaInfoDock::refresh);
+    connect(m_controller->collection()->tagsController()->tableModel(), &QAbstractItemModel::dataChanged,
+            this, &MetaInfoDock::refresh);
+}
+
+void MetaInfoDock::selectFile(qlonglong fileId)
+{
+    m_fileId = fileId;
+    refresh();
+}
+
+void MetaInfoDock::refresh()
+{
+    const File *file = nullptr;
+    if (m_controller && m_fileId > 0) {
+        const ContentsModel *model = m_controller->contentsModel();
+        file = model->fileAt(model->rowOf(m_fileId));
+    }
+    if (file)
+        showFile(*file);
+    else
+        clear();
+}
+
+void MetaInfoDock::showFile(const File &file)
+{
+    QFont bold = font();
+    bold.setBold(true);
+    m_name->setFont(bold);
+    m_name->setEnabled(true);
+    m_name->setText(file.name());
+    m_tags->setText(m_controller->tagNames(file.tags()));
+    m_description->setText(file.description());
+    m_kind->setText(kindText(file));
+    m_size->setText(
+        tr("%1 (%2 bytes)").arg(QLocale().formattedDataSize(file.size()), QLocale().toString(file.size())));
+    m_modified->setText(dateText(file.modificationDate()));
+    m_added->setText(dateText(file.additionDate()));
+    m_idCode->setText(file.idCode());
+    m_facts->show();
+}
+
+void MetaInfoDock::clear()
+{
+    m_name->setFont(font());
+    m_name->setEnabled(false);
+    m_name->setText(tr("No file selected"));
+    m_facts->hide();
+    for (QLabel *label : {m_tags, m_description, m_kind, m_size, m_modified, m_added, m_idCode})
+        label->clear();
+}

@@ -1,0 +1,128 @@
+#include "ui/views/fileactions.h"
+
+#include "app/windowsettings.h"
+#include "ui/mainui.h"
+
+#include <QActionGroup>
+#include <QLineEdit>
+#include <QMenu>
+#include <QToolBar>
+
+FileActions::FileActions(QObject *parent) : QObject(parent)
+{
+    makeActions();
+}
+
+QAction *FileActions::add(Key key, const QString &text, const char *objectName, const char *icon)
+{
+    auto *action = new QAction(text, this);
+    action->setObjectName(QLatin1String(objectName));
+    if (icon)
+        action->setIcon(QIcon(QLatin1String(icon)));
+    m_actions.insert(key, action);
+    return action;
+}
+
+void FileActions::makeActions()
+{
+    add(List, tr("List"), "listAction", ":icons/listView.png")->setCheckable(true);
+    add(Thumbnails, tr("Thumbnails"), "thumbnailsAction", ":icons/iconView.png")->setCheckable(true);
+    add(FileSearch, tr("File Search"), "fileSearchAction", ":icons/search.png")->setCheckable(true);
+    add(AddFiles, tr("Add Files"), "addFilesAction", ":/icons/addFiles.png");
+    add(AddHyperlink, tr("Add Hyperlink"), "addHyperlinkAction", ":/icons/add-hyperlink.png");
+    add(RemoveFromNode, tr("Remove from node"), "removeFromNodeAction")->setData(qint64(0));
+    add(Delete, tr("Delete"), "deleteFilesAction", ":/icons/delete.png");
+    add(OpenExternally, tr("Open for Viewing"), "openExternallyAction");
+    add(ShowInFileManager, tr("Show in Explorer"), "showInExplorerAction");
+    add(DeleteFromContext, tr("Delete"), "deleteFromContextAction", ":/icons/delete.png");
+    add(Properties, tr("Properties"), "propertiesAction");
+    add(ShowRelated, tr("Show related files"), "showRelatedAction");
+
+    auto *group = new QActionGroup(this);
+    group->addAction(action(Thumbnails));
+    group->addAction(action(List));
+}
+
+void FileActions::takePlaces(MainUi &ui)
+{
+    m_actions.insert(FileMenu, ui.fileMenu->menuAction());
+    m_actions.insert(LinkTags, ui.linkTagsToFiles);
+    for (const Key key : {AddFiles, AddHyperlink, RemoveFromNode, Delete, LinkTags})
+        ui.fileMenu->addAction(action(key));
+    ui.fileToolsBar->addAction(action(AddFiles));
+    ui.fileToolsBar->addAction(action(AddHyperlink));
+    makeViewMode(ui);
+    makeSearch(ui);
+}
+
+void FileActions::makeViewMode(MainUi &ui)
+{
+    ui.viewModeBar->addAction(action(Thumbnails));
+    ui.viewModeBar->addAction(action(List));
+    action(WindowSettings::showIconView() ? Thumbnails : List)->setChecked(true);
+}
+
+void FileActions::makeSearch(MainUi &ui)
+{
+    m_searchEdit = ui.searchEdit;
+    ui.searchEdit->setMinimumWidth(200);
+    ui.searchEdit->setMaximumWidth(320);
+    ui.searchFilesBar->addAction(action(FileSearch));
+    QAction *line = ui.searchFilesBar->addWidget(ui.searchEdit);
+    m_actions.insert(SearchLine, line);
+
+    const bool isVisible = WindowSettings::isFileSearchLineVisible();
+    line->setVisible(isVisible);
+    action(FileSearch)->setChecked(isVisible);
+    connect(action(FileSearch), &QAction::toggled, this, [this](bool on) {
+        action(SearchLine)->setVisible(on);
+        WindowSettings::setFileSearchLineVisible(on);
+        if (on && m_searchEdit)
+            m_searchEdit->setFocus();
+    });
+}
+
+void FileActions::updateAvailability(bool isWritable, bool hasSelection, qint64 nodeId)
+{
+    const auto setEnabled = [this](Key key, bool enabled) {
+        if (QAction *known = action(key))
+            known->setEnabled(enabled);
+    };
+    setEnabled(FileMenu, isWritable);
+    setEnabled(AddFiles, isWritable);
+    setEnabled(AddHyperlink, isWritable);
+    action(RemoveFromNode)->setData(nodeId);
+    setEnabled(RemoveFromNode, hasSelection && nodeId > 0);
+    setEnabled(Delete, hasSelection);
+    setEnabled(LinkTags, hasSelection && isWritable);
+}
+
+QString FileActions::deleteText(const SelectedFilesFacts &facts)
+{
+    const bool isOne = facts.count == 1;
+    if (facts.areAllInternal)
+        return isOne ? tr("Delete File") : tr("Delete Files");
+    if (facts.hasHyperlink || facts.areAllExternal)
+        return isOne ? tr("Delete Link") : tr("Delete Links");
+    return isOne ? tr("Delete Item") : tr("Delete Items");
+}
+
+void FileActions::fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, bool isWritable)
+{
+    const bool isOne = facts.count == 1;
+    // What lies inside the database cannot be handed to another program from there.
+    if (!facts.hasMissing && isOne && !facts.areAllInternal) {
+        action(OpenExternally)->setText(facts.isPicture ? tr("Open Externally") : tr("Open for Viewing"));
+        menu.addAction(action(OpenExternally));
+    }
+    if (facts.areAllExternal && !facts.hasHyperlink && !facts.hasMissing && isOne)
+        menu.addAction(action(ShowInFileManager));
+    if (isWritable && facts.count > 0) {
+        action(DeleteFromContext)->setText(deleteText(facts));
+        menu.addAction(action(DeleteFromContext));
+    }
+    if (isOne) {
+        menu.addAction(action(ShowRelated));
+        menu.addAction(action(Properties));
+    }
+}

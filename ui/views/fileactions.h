@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QVector>
+
+class MainUi;
+class QAction;
+class QLineEdit;
+class QMenu;
+
+/** What a selection of files is made of, as far as commands depend on it. */
+struct SelectedFilesFacts
+{
+    int count = 0;
+    bool areAllInternal = false;
+    bool areAllExternal = false;
+    bool hasHyperlink = false;
+    bool hasMissing = false;
+    /** The first file has a thumbnail of its own. */
+    bool isPicture = false;
+};
+
+/**
+ * The commands on files: makes them, puts them into the menu and the bars, and decides which are offered.
+ * What they do is the business of the view that owns this. GUI thread.
+ */
+class FileActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** The keys of the table of commands. */
+    enum Key : int {
+        FileMenu = 0,
+        List = 1,
+        Thumbnails = 2,
+        FileSearch = 3,
+        AddFiles = 4,
+        AddHyperlink = 5,
+        RemoveFromNode = 9,
+        Delete = 10,
+        LinkTags = 11,
+        OpenExternally = 15,
+        ShowInFileManager = 16,
+        DeleteFromContext = 17,
+        Properties = 19,
+        ShowRelated = 20,
+        SearchLine = 27
+    };
+
+    explicit FileActions(QObject *parent);
+
+    /** Fills the menu "File" and the bars that belong to files. */
+    void takePlaces(MainUi &ui);
+    /** Null for the keys of the window while takePlaces has not run. */
+    QAction *action(Key key) const { return m_actions.value(key); }
+
+    /** The node is that of "Remove from node", 0 for none. */
+    void updateAvailability(bool isWritable, bool hasSelection, qint64 nodeId);
+    /** Appends the entries that fit the selection. */
+    void fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, bool isWritable);
+
+private:
+    QAction *add(Key key, const QString &text, const char *objectName, const char *icon = nullptr);
+    void makeActions();
+    void makeViewMode(MainUi &ui);
+    void makeSearch(MainUi &ui);
+    static QString deleteText(const SelectedFilesFacts &facts);
+
+    QHash<int, QAction *> m_actions;
+    QPointer<QLineEdit> m_searchEdit;
+};

@@ -1,0 +1,336 @@
+#include "ui/views/mainfilesview.h"
+
+#include "app/windowsettings.h"
+#include "core/collection.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/file.h"
+#include "models/contentsmodel.h"
+#include "models/filefiltermodel.h"
+#include "models/modelroles.h"
+#include "models/sorter.h"
+#include "ui/mainui.h"
+#include "ui/views/delegate.h"
+#include "ui/views/fileactions.h"
+#include "ui/views/listview.h"
+#include "ui/views/selectedfiles.h"
+#include "ui/views/tableview.h"
+#include "ui/views/titlewidget.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int tablePictureSide = 40;
+constexpr int tableRowHeight = 48;
+constexpr int nameColumnWidth = 250;
+
+// A view makes a selection model with each model and leaves the one before to us.
+void giveModel(QAbstractItemView *view, QAbstractItemModel *model)
+{
+    QItemSelectionModel *before = view->selectionModel();
+    view->setModel(model);
+    delete before;
+}
+
+} // namespace
+
+MainFilesView::MainFilesView(QWidget *parent)
+    : QWidget(parent),
+      m_title(new TitleWidget(this)),
+      m_stack(new QStackedWidget(this)),
+      m_listView(new ListView(m_stack)),
+      m_tableView(new TableView(m_stack)),
+      m_actions(new FileActions(this))
+{
+    setObjectName(QStringLiteral("MainFilesView"));
+    makeViews();
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_title);
+    layout->addWidget(m_stack, 1);
+    connectActions();
+    setController(nullptr);
+}
+
+MainFilesView::~MainFilesView()
+{
+    detachModel();
+}
+
+void MainFilesView::makeViews()
+{
+    m_listView->setObjectName(QStringLiteral("ListView"));
+    m_tableView->setObjectName(QStringLiteral("TableView"));
+    m_listView->setAccessibleName(tr("Files as thumbnails"));
+    m_tableView->setAccessibleName(tr("Files as a table"));
+    m_listView->setNameRole(ContentsRoles::Name);
+    m_tableView->setNameRole(ContentsRoles::Name);
+
+    m_tableView->setIconSize({tablePictureSide, tablePictureSide});
+    m_tableView->verticalHeader()->setDefaultSectionSize(tableRowHeight);
+    m_tableView->setAlternatingRowColors(true);
+    m_tableView->horizontalHeader()->setSectionsMovable(true);
+
+    auto *delegate = new Delegate(this);
+    delegate->setPictureColumn(ContentsModel::ThumbnailColumn);
+    for (QAbstractItemView *view :
+         {static_cast<QAbstractItemView *>(m_listView), static_cast<QAbstractItemView *>(m_tableView)}) {
+        view->setItemDelegate(delegate);
+        setUpView(view);
+    }
+}
+
+void MainFilesView::setUpView(QAbstractItemView *view)
+{
+    m_stack->addWidget(view);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(view, &QWidget::customContextMenuRequested, this, &MainFilesView::openContextMenu);
+    connect(view, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (!m_isEditMode)
+            openFile(index);
+    });
+    // Drags arrive at the viewport, keys at the view.
+    view->installEventFilter(this);
+    view->viewport()->installEventFilter(this);
+}
+
+void MainFilesView::connectActions()
+{
+    const auto onTriggered = [this](FileActions::Key key, void (MainFilesView::*slot)()) {
+        connect(m_actions->action(key), &QAction::triggered, this, slot);
+    };
+    onTriggered(FileActions::AddFiles, &MainFilesView::addFiles);
+    onTriggered(FileActions::AddHyperlink, &MainFilesView::addHyperlinks);
+    onTriggered(FileActions::RemoveFromNode, &MainFilesView::deleteSelectedItemsFromNode);
+    onTriggered(FileActions::Delete, &MainFilesView::deleteSelectedItems);
+    onTriggered(FileActions::OpenExternally, &MainFilesView::openFileExternally);
+    onTriggered(FileActions::ShowInFileManager, &MainFilesView::openFileManager);
+    onTriggered(FileActions::DeleteFromContext, &MainFilesView::deleteSelectedItems);
+    onTriggered(FileActions::Properties, &MainFilesView::showFileProperties);
+    onTriggered(FileActions::ShowRelated, &MainFilesView::showRelatedFiles);
+    connect(m_actions->action(FileActions::Thumbnails), &QAction::toggled, this,
+            &MainFilesView::iconViewSelected);
+}
+
+void MainFilesView::takePlaces(MainUi &ui)
+{
+    m_actions->takePlaces(ui);
+    m_searchEdit = ui.searchEdit;
+    connect(ui.searchEdit, &QLineEdit::returnPressed, this, &MainFilesView::searchFile);
+    connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
+    connect(ui.editMode, &QAction::toggled, this, &MainFilesView::changeEditMode);
+    changeEditMode(ui.editMode->isChecked());
+    iconViewSelected(m_actions->action(FileActions::Thumbnails)->isChecked());
+    updateActionsAvailability();
+}
+
+void MainFilesView::setController(MainViewController *controller)
+{
+    detachModel();
+    if (m_controller)
+        m_controller->disconnect(this);
+    m_controller = controller;
+    m_title->setController(controller);
+    m_title->setEnabled(controller);
+    m_stack->setEnabled(controller);
+    if (m_searchEdit)
+        m_searchEdit->clear();
+    if (controller) {
+        connect(controller, &MainViewController::tagRequirementsChanged, this,
+                &MainFilesView::followRequirements);
+        attachModel();
+    }
+    updateEmptyText();
+    updateActionsAvailability();
+    emit statusTextChanged(QString());
+}
+
+void MainFilesView::attachModel()
+{
+    // The header state would bring back a sorted column, and a million rows never sort by themselves.
+    m_tableView->setSortingEnabled(false);
+    giveModel(m_listView, m_controller->sorter());
+    giveModel(m_tableView, m_controller->sorter());
+    QItemSelectionModel *ofTable = m_tableView->selectionModel();
+    m_tableView->setSelectionModel(m_listView->selectionModel());
+    delete ofTable;
+    restoreHeader();
+    m_tableView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    m_tableView->setSortingEnabled(true);
+    connectModel();
+}
+
+void MainFilesView::connectModel()
+{
+    connect(selection(), &QItemSelectionModel::selectionChanged, this, &MainFilesView::fileSelectionChanged);
+    connect(selection(), &QItemSelectionModel::currentRowChanged, this, &MainFilesView::updateStatusText);
+    const QAbstractItemModel *model = m_controller->sorter();
+    connect(model, &QAbstractItemModel::dataChanged, this, &MainFilesView::fileDataChanged);
+    connect(model, &QAbstractItemModel::modelReset, this, &MainFilesView::updateStatusText);
+    connect(model, &QAbstractItemModel::rowsInserted, this, &MainFilesView::updateStatusText);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &MainFilesView::updateStatusText);
+    connect(model, &QAbstractItemModel::layoutChanged, this, &MainFilesView::updateStatusText);
+    // A reset takes the selection away without a word about it.
+    connect(model, &QAbstractItemModel::modelReset, this, &MainFilesView::updateActionsAvailability);
+}
+
+void MainFilesView::detachModel()
+{
+    if (!m_controller || !m_listView->model())
+        return;
+    saveHeader();
+    m_controller->sorter()->disconnect(this);
+    QItemSelectionModel *shared = selection();
+    shared->disconnect(this);
+    // The table must not lose the shared selection model while it still shows the model.
+    m_tableView->setModel(nullptr);
+    m_listView->setModel(nullptr);
+    delete shared;
+    emit fileSelected(0);
+}
+
+void MainFilesView::restoreHeader()
+{
+    QHeaderView *header = m_tableView->horizontalHeader();
+    const QByteArray state = WindowSettings::layout(WindowSettings::fileTableHeader);
+    if (state.isEmpty() || !header->restoreState(state))
+        m_tableView->setColumnWidth(ContentsModel::NameColumn, nameColumnWidth);
+    header->setSectionsMovable(true);
+}
+
+void MainFilesView::saveHeader()
+{
+    WindowSettings::setLayout(WindowSettings::fileTableHeader, m_tableView->horizontalHeader()->saveState());
+}
+
+void MainFilesView::iconViewSelected(bool on)
+{
+    m_stack->setCurrentWidget(on ? static_cast<QWidget *>(m_listView) : m_tableView);
+    WindowSettings::setShowIconView(on);
+}
+
+void MainFilesView::changeEditMode(bool on)
+{
+    m_isEditMode = on;
+    for (QAbstractItemView *view :
+         {static_cast<QAbstractItemView *>(m_listView), static_cast<QAbstractItemView *>(m_tableView)}) {
+        view->setEditTriggers(on ? view->editTriggers() | QAbstractItemView::DoubleClicked |
+                                       QAbstractItemView::EditKeyPressed
+                                 : QAbstractItemView::NoEditTriggers);
+    }
+}
+
+QAbstractItemView *MainFilesView::currentView() const
+{
+    return static_cast<QAbstractItemView *>(m_stack->currentWidget());
+}
+
+QItemSelectionModel *MainFilesView::selection() const
+{
+    return m_listView->selectionModel();
+}
+
+bool MainFilesView::isWritable() const
+{
+    return m_controller && !m_controller->isReadOnly();
+}
+
+bool MainFilesView::mayEdit()
+{
+    if (m_controller && m_controller->isReadOnly())
+        m_controller->showReadOnlyMessage();
+    return isWritable();
+}
+
+const File *MainFilesView::fileAt(const QModelIndex &index) const
+{
+    return m_controller && index.isValid() ? m_controller->sorter()->fileAt(index.row()) : nullptr;
+}
+
+SelectedFiles MainFilesView::selectedFiles() const
+{
+    return m_controller ? SelectedFiles(selection(), m_controller->sorter())
+                        : SelectedFiles(nullptr, nullptr);
+}
+
+qint64 MainFilesView::nodeToRemoveFrom() const
+{
+    if (!m_controller)
+        return 0;
+    const BrowsTreeController *tree = m_controller->collection()->browsTreeController();
+    const qint64 nodeId = tree->currentTagNodeId();
+    const TBnode *node = nodeId > 0 ? tree->nodeById(nodeId) : nullptr;
+    // The files of an inverted node do not have its tag.
+    return node && !node->isInverted() ? nodeId : 0;
+}
+
+void MainFilesView::updateActionsAvailability()
+{
+    m_actions->updateAvailability(isWritable(), !selectedFiles().isEmpty(), nodeToRemoveFrom());
+}
+
+void MainFilesView::updateStatusText()
+{
+    if (!m_controller || !selection() || !currentView()->model())
+        return;
+    const int total = currentView()->model()->rowCount();
+    const int count = selectedFiles().count();
+    const QModelIndex current = currentView()->currentIndex();
+    if (count == 1 && current.isValid())
+        emit statusTextChanged(
+            tr("%1 of %2").arg(QString::number(current.row() + 1), QString::number(total)));
+    else if (count > 1)
+        emit statusTextChanged(tr("%1 selected").arg(count));
+    else
+        emit statusTextChanged(tr("%1 files").arg(total));
+}
+
+void MainFilesView::updateEmptyText()
+{
+    QString text;
+    if (!m_controller)
+        text = tr("No database is open.\nOpen one or make a new one in the Database menu.");
+    else if (m_controller->filterModel()->nodeType() == NodeType(0))
+        text = tr("Choose a browsing node or tags to see their files.\n"
+                  "Drop files or folders here to add them.");
+    else if (!m_controller->sorter()->filterText().isEmpty())
+        text = tr("No file matches the search.");
+    else
+        text = tr("No files here.");
+    m_listView->setEmptyText(text);
+    m_tableView->setEmptyText(text);
+}
+
+void MainFilesView::followRequirements()
+{
+    // A search tells of its own new requirement, too; any other ends the search.
+    if (!m_isSearching && m_searchEdit)
+        m_searchEdit->clear();
+    updateEmptyText();
+    updateActionsAvailability();
+}
+
+void MainFilesView::fileSelectionChanged(const QItemSelection &selected)
+{
+    const File *file = selected.isEmpty() ? nullptr : fileAt(selected.first().topLeft());
+    if (file)
+        emit fileSelected(file->id());
+    else if (selectedFiles().isEmpty())
+        emit fileSelected(0);
+    updateActionsAvailability();
+    updateStatusText();
+}
+
+void MainFilesView::fileDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight)
+{
+    // Most news are pictures of files that nobody has selected.
+    if (selectedFiles().intersectsRows(topLeft.row(), bottomRight.row()))
+        updateActionsAvailability();
+}

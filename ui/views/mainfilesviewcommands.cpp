@@ -1,0 +1,244 @@
+// What the commands and gestures of the main view do; its set-up and its news stand in mainfilesview.cpp.
+
+#include "ui/views/mainfilesview.h"
+
+#include "app/addingsettings.h"
+#include "app/filedialogs.h"
+#include "app/messages.h"
+#include "core/collection.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/file.h"
+#include "core/tbnode.h"
+#include "ui/dialogs/addhyperlinkdialog.h"
+#include "ui/dialogs/propertiesdialog.h"
+#include "ui/views/fileactions.h"
+#include "ui/views/fileopening.h"
+#include "ui/views/listview.h"
+#include "ui/views/selectedfiles.h"
+#include "ui/views/tableview.h"
+
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QUrl>
+
+namespace {
+
+constexpr int externalFile = 0;
+constexpr int hyperlink = 2;
+
+} // namespace
+
+void MainFilesView::openContextMenu(const QPoint &pos)
+{
+    if (!m_controller)
+        return;
+    QMenu menu(this);
+    m_actions->fillContextMenu(menu, selectedFiles().facts(m_controller->missingFileIds()), isWritable());
+    if (!menu.isEmpty())
+        menu.exec(currentView()->viewport()->mapToGlobal(pos));
+}
+
+void MainFilesView::openFileExternally()
+{
+    openFile(currentView()->currentIndex(), true);
+}
+
+void MainFilesView::openFile(const QModelIndex &index)
+{
+    openFile(index, false);
+}
+
+void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)
+{
+    // There is no viewer of our own to be passed by.
+    Q_UNUSED(forceExternal)
+    const File *file = fileAt(index);
+    if (!file)
+        return;
+    if (file->internal() == hyperlink)
+        FileOpening::openHyperlink(this, file->name());
+    else if (file->internal() == externalFile)
+        FileOpening::openExternalFile(this, file->path());
+    else
+        emit statusTextChanged(
+            tr("\"%1\" is kept inside the database and cannot be opened from there.").arg(file->name()));
+}
+
+void MainFilesView::openFileManager()
+{
+    const File *file = selectedFiles().first();
+    if (file && file->internal() == externalFile)
+        FileOpening::showInFileManager(this, file->path());
+}
+
+void MainFilesView::deleteSelectedItems()
+{
+    if (!mayEdit() || selectedFiles().isEmpty())
+        return;
+    const SelectedFilesFacts facts = selectedFiles().facts();
+    QString noun = facts.areAllExternal ? tr("link") : tr("file");
+    if (facts.count > 1)
+        noun += QLatin1Char('s');
+
+    Messages::Box box;
+    box.icon = QMessageBox::Warning;
+    box.text = tr("Do you really want to delete the selected %1?").arg(noun);
+    box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
+    box.defaultButton = QMessageBox::Cancel;
+    box.extraFlags = Qt::WindowStaysOnTopHint;
+    const QVector<qint64> ids = selectedFiles().ids();
+    // The database may have gone while the box stood open.
+    if (Messages::run(this, box).button == QMessageBox::Ok && m_controller)
+        m_controller->deleteFiles(ids);
+}
+
+void MainFilesView::deleteSelectedItemsFromNode()
+{
+    if (!mayEdit())
+        return;
+    const qint64 nodeId = nodeToRemoveFrom();
+    const QVector<qint64> ids = selectedFiles().ids();
+    if (nodeId == 0 || ids.isEmpty())
+        return;
+    const TBnode *node = m_controller->collection()->browsTreeController()->nodeById(nodeId);
+    m_controller->unlinkTags(ids, {node->tagId()});
+}
+
+void MainFilesView::showFileProperties()
+{
+    if (const File *file = selectedFiles().first()) {
+        PropertiesDialog dialog(*file, this);
+        dialog.exec();
+    }
+}
+
+void MainFilesView::showRelatedFiles()
+{
+    if (const File *file = selectedFiles().first())
+        m_controller->showRelated({file->id()});
+}
+
+void MainFilesView::searchFile()
+{
+    if (!m_controller || !m_searchEdit)
+        return;
+    m_isSearching = true;
+    m_controller->setFileFilterString(m_searchEdit->text());
+    m_isSearching = false;
+    updateEmptyText();
+}
+
+void MainFilesView::linkTagsToFiles()
+{
+    const auto *action = qobject_cast<const QAction *>(sender());
+    if (!action || !mayEdit())
+        return;
+    const auto tagIds = action->data().value<QVector<qint64>>();
+    const QVector<qint64> fileIds = selectedFiles().ids();
+    if (tagIds.isEmpty())
+        emit statusTextChanged(tr("Select the tags in the tags dock first."));
+    else if (!fileIds.isEmpty())
+        m_controller->linkTags(fileIds, tagIds);
+}
+
+void MainFilesView::addFiles()
+{
+    if (!mayEdit())
+        return;
+    const QStringList paths =
+        FileDialogs::openFiles(this, tr("Add Files"), AddingSettings::lastFileAddDir(QDir::homePath()));
+    if (paths.isEmpty())
+        return;
+    AddingSettings::setLastFileAddDir(QFileInfo(paths.first()).absolutePath());
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls << QUrl::fromLocalFile(path);
+    addUrls(urls);
+}
+
+void MainFilesView::addHyperlinks()
+{
+    if (!mayEdit())
+        return;
+    AddHyperlinkDialog dialog(this);
+    if (dialog.exec() != QDialog::Accepted || !m_controller)
+        return;
+    addUrls({QUrl(dialog.hyperlink())}, dialog.description());
+}
+
+void MainFilesView::addUrls(const QList<QUrl> &urls, const QString &linkDescription)
+{
+    if (!m_controller || urls.isEmpty())
+        return;
+    BrowsTreeController *tree = m_controller->collection()->browsTreeController();
+    const qint64 nodeId = tree->currentTagNodeId();
+    if (nodeId > 0)
+        tree->addUrlsToNode(nodeId, urls, linkDescription);
+    else
+        m_controller->addUrls(urls, {}, false, 0, linkDescription);
+}
+
+bool MainFilesView::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return watched == currentView() && handleKey(static_cast<QKeyEvent *>(event));
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+        return handleDrag(static_cast<QDropEvent *>(event));
+    case QEvent::Drop:
+        return handleDrop(static_cast<QDropEvent *>(event));
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+bool MainFilesView::handleKey(QKeyEvent *event)
+{
+    // Keys that an editor in the view has no use for come on to the view.
+    if (m_listView->isEditing() || m_tableView->isEditing())
+        return false;
+    if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::ShiftModifier) {
+        deleteSelectedItems();
+        return true;
+    }
+    if (event->matches(QKeySequence::Delete)) {
+        deleteSelectedItemsFromNode();
+        return true;
+    }
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isReturn && isPlain && !m_isEditMode && currentView()->currentIndex().isValid()) {
+        openFile(currentView()->currentIndex());
+        return true;
+    }
+    return false;
+}
+
+bool MainFilesView::handleDrag(QDropEvent *event)
+{
+    if (!isWritable()) {
+        event->ignore();
+        return true;
+    }
+    if (!event->mimeData()->hasUrls())
+        return false;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    return true;
+}
+
+bool MainFilesView::handleDrop(QDropEvent *event)
+{
+    if (!handleDrag(event))
+        return false;
+    if (event->isAccepted() && isWritable())
+        addUrls(event->mimeData()->urls());
+    return true;
+}

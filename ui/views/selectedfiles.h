@@ -1,0 +1,37 @@
+#pragma once
+
+#include "ui/views/fileactions.h"
+
+#include <QVector>
+
+class File;
+class QItemSelectionModel;
+class Sorter;
+
+/**
+ * Reads the selection of a file view, of which rows are selected whole. Made for one use: the records that it
+ * hands out are borrowed from the cache.
+ */
+class SelectedFiles
+{
+public:
+    /** Null for either is an empty selection. */
+    SelectedFiles(const QItemSelectionModel *selection, const Sorter *sorter)
+        : m_selection(selection), m_sorter(sorter)
+    {
+    }
+
+    bool isEmpty() const;
+    int count() const;
+    bool intersectsRows(int first, int last) const;
+    /** Null without a selection. */
+    const File *first() const;
+    QVector<const File *> all() const;
+    QVector<qint64> ids() const;
+    /** Missing are the files that are not in their places; none are given where that does not matter. */
+    SelectedFilesFacts facts(const QVector<qint64> &missing = {}) const;
+
+private:
+    const QItemSelectionModel *m_selection;
+    const Sorter *m_sorter;
+};
