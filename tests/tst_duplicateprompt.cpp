@@ -1,4 +1,4 @@
-#include "tests/support/collectionfixture.h"
+#include "tests/support/filesfixture.h"
 #include "ui/dialogs/duplicateprompt.h"
 
 #include <QAbstractButton>
@@ -116,7 +116,7 @@ void TestDuplicatePrompt::tagsOfKnownFilesAreTold()
 {
     QFETCH(QUrl, url);
     QFETCH(QString, noun);
-    CollectionFixture fixture;
+    FilesFixture fixture;
     const QVector<qint64> tagIds = {fixture.tags()->addTag(QStringLiteral("Red")),
                                     fixture.tags()->addTag(QStringLiteral("Blue"))};
     const qint64 fileId =

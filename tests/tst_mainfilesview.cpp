@@ -1,9 +1,8 @@
 #include "app/addingsettings.h"
-#include "app/messages.h"
 #include "app/windowsettings.h"
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
-#include "tests/support/collectionfixture.h"
+#include "tests/support/filesfixture.h"
 #include "ui/mainui.h"
 #include "ui/views/listview.h"
 #include "ui/views/mainfilesview.h"
@@ -54,7 +53,7 @@ private slots:
     void headerComesBackUnsorted();
 
 private:
-    void open(CollectionFixture::Access access = CollectionFixture::Writable);
+    void open(FilesFixture::Access access = FilesFixture::Writable);
     QAction *action(const char *name) const
     {
         const QList<QAction *> found = m_window->findChildren<QAction *>(QLatin1String(name));
@@ -68,26 +67,16 @@ private:
     QStringList menuTexts();
     const File *file(qint64 id) { return m_fixture->file(id); }
 
-    std::unique_ptr<CollectionFixture> m_fixture;
+    std::unique_ptr<FilesFixture> m_fixture;
     std::unique_ptr<QMainWindow> m_window;
     std::unique_ptr<MainUi> m_ui;
     MainFilesView *m_view = nullptr;
-    QStringList m_boxes;
-    QMessageBox::StandardButton m_answer = QMessageBox::Ok;
     QList<QUrl> m_opened;
 };
 
 void TestMainFilesView::init()
 {
-    m_boxes.clear();
     m_opened.clear();
-    m_answer = QMessageBox::Ok;
-    Messages::setResponder([this](const Messages::Box &box) {
-        m_boxes << box.text;
-        Messages::Answer answer;
-        answer.button = m_answer;
-        return answer;
-    });
     for (const char *scheme : {"file", "http", "https"})
         QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "noteOpened");
 }
@@ -99,14 +88,13 @@ void TestMainFilesView::cleanup()
     m_window.reset();
     m_view = nullptr;
     m_fixture.reset();
-    Messages::setResponder({});
     for (const char *scheme : {"file", "http", "https"})
         QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
 }
 
-void TestMainFilesView::open(CollectionFixture::Access access)
+void TestMainFilesView::open(FilesFixture::Access access)
 {
-    m_fixture = std::make_unique<CollectionFixture>(access);
+    m_fixture = std::make_unique<FilesFixture>(access);
     m_window = std::make_unique<QMainWindow>();
     m_ui = std::make_unique<MainUi>(m_window.get());
     m_view = new MainFilesView(m_window.get());
@@ -167,7 +155,7 @@ void TestMainFilesView::commandsFollowState()
     QFETCH(bool, isReadOnly);
     QFETCH(bool, isSelected);
     QFETCH(QStringList, enabled);
-    open(isReadOnly ? CollectionFixture::ReadOnly : CollectionFixture::Writable);
+    open(isReadOnly ? FilesFixture::ReadOnly : FilesFixture::Writable);
     if (isSelected) {
         const qint64 id = m_fixture->addExternal(QStringLiteral("a.txt"));
         showAll();
@@ -219,7 +207,7 @@ void TestMainFilesView::deleteKeyUnlinksTagOfNode()
     QVERIFY(file(id));
     QCOMPARE(file(id)->hasTag(tagId), !isUnlinked);
     QVERIFY(file(id)->hasTag(otherTagId));
-    QVERIFY(m_boxes.isEmpty());
+    QVERIFY(m_fixture->takeBoxes().isEmpty());
 }
 
 void TestMainFilesView::shiftDeleteAsks_data()
@@ -248,11 +236,12 @@ void TestMainFilesView::shiftDeleteAsks()
         ids << m_fixture->add(QUrl(QStringLiteral("https://example.org/")));
     showAll();
     select(ids);
-    m_answer = isAgreed ? QMessageBox::Ok : QMessageBox::Cancel;
+    m_fixture->answerBoxesWith(isAgreed ? QMessageBox::Ok : QMessageBox::Cancel);
 
     QTest::keyClick(list(), Qt::Key_Delete, Qt::ShiftModifier);
     m_fixture->wait();
-    QCOMPARE(m_boxes, QStringList{QStringLiteral("Do you really want to delete the selected %1?").arg(noun)});
+    QCOMPARE(m_fixture->takeBoxes(),
+             QStringList{QStringLiteral("Do you really want to delete the selected %1?").arg(noun)});
     for (qint64 id : qAsConst(ids))
         QCOMPARE(file(id) == nullptr, isAgreed);
     QVERIFY(file(other));
@@ -260,7 +249,7 @@ void TestMainFilesView::shiftDeleteAsks()
 
 void TestMainFilesView::readOnlyIsLeftAlone()
 {
-    open(CollectionFixture::ReadOnly);
+    open(FilesFixture::ReadOnly);
     const QString path = m_fixture->write(QStringLiteral("a.txt"));
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(path)});
@@ -270,7 +259,7 @@ void TestMainFilesView::readOnlyIsLeftAlone()
     QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(list()->viewport(), &drop);
     m_fixture->wait();
-    QCOMPARE(m_fixture->manager()->files().size(), 0);
+    QCOMPARE(m_fixture->manager().files().size(), 0);
 }
 
 void TestMainFilesView::statusTellsSelection()
@@ -366,7 +355,7 @@ void TestMainFilesView::dropAddsFiles()
     QCOMPARE(drop.dropAction(), Qt::CopyAction);
     m_fixture->wait();
 
-    const QList<File *> files = m_fixture->manager()->files().values();
+    const QList<File *> files = m_fixture->manager().files().values();
     QCOMPARE(files.size(), 2);
     for (const File *added : files)
         QCOMPARE(added->tags(), isNodeCurrent ? QVector<qint64>{tagId} : QVector<qint64>());
@@ -428,7 +417,7 @@ void TestMainFilesView::doubleClickOpensUnlessEditing()
     m_ui->editMode->setChecked(false);
     emit list()->doubleClicked(model->index(0, 0));
     QCOMPARE(m_opened.size(), 2);
-    QVERIFY(m_boxes.isEmpty());
+    QVERIFY(m_fixture->takeBoxes().isEmpty());
 }
 
 void TestMainFilesView::editorKeys_data()

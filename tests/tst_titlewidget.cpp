@@ -1,7 +1,7 @@
 #include "app/constants.h"
 #include "models/idlistmime.h"
 #include "models/sorter.h"
-#include "tests/support/collectionfixture.h"
+#include "tests/support/filesfixture.h"
 #include "ui/views/titlewidget.h"
 
 #include <QDropEvent>
@@ -29,7 +29,7 @@ private:
     QString heading() const { return m_bar->findChild<QLabel *>(QStringLiteral("headingLabel"))->text(); }
     QString text() const { return m_bar->findChild<QLabel *>(QStringLiteral("requirementsLabel"))->text(); }
 
-    std::unique_ptr<CollectionFixture> m_fixture;
+    std::unique_ptr<FilesFixture> m_fixture;
     std::unique_ptr<TitleWidget> m_bar;
     // The tags "A" to "D", counted from 1 as in the rows of the tests.
     QVector<qint64> m_tagIds;
@@ -37,7 +37,7 @@ private:
 
 void TestTitleWidget::init()
 {
-    m_fixture = std::make_unique<CollectionFixture>();
+    m_fixture = std::make_unique<FilesFixture>();
     m_bar = std::make_unique<TitleWidget>();
     m_bar->setController(m_fixture->mainView());
     m_tagIds = {0};
