@@ -84,7 +84,7 @@ void DatabaseErrors::askHowToGoOn(const QString &advice)
                   "What do you want to do?");
     box.detailedText = advice;
     box.buttons = QMessageBox::NoButton;
-    box.actions = {tr("Open another database"), tr("Exit application")};
+    box.actions = QStringList{tr("Open another database"), tr("Exit application")};
     if (Messages::run(m_window, box).action == 0) {
         emit openAnotherRequested();
         return;
