@@ -46,4 +46,8 @@ function(vorna_add_test name)
         LABELS "${TEST_LABELS}"
         TIMEOUT 300
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;UBSAN_OPTIONS=print_stacktrace=1")
+    # The private server has one database, which such tests empty and fill.
+    if("postgres" IN_LIST TEST_LABELS)
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK postgres)
+    endif()
 endfunction()

@@ -1,0 +1,83 @@
+#!/bin/bash
+# road.sh PROGRAM DRAGSOURCE: the road of a beginner in a real window, with a real pointer: a new database, a
+# folder dropped on the browsing tree, clicks, the database closed and opened again. Runs inside Xvfb.
+set -euo pipefail
+program=$1 dragsource=$2
+
+work=$(mktemp -d)
+# The session bus and the settings are of this run alone.
+export HOME=$work XDG_CONFIG_HOME=$work/config XDG_RUNTIME_DIR=$work QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8
+trap 'kill $(jobs -p) 2>/dev/null || true; wait 2>/dev/null || true; rm -rf "$work"' EXIT
+mkdir -p "$XDG_CONFIG_HOME/Tallowfen Software"
+printf '[General]\nlastVersionUsed=4.1.3\n' >"$XDG_CONFIG_HOME/Tallowfen Software/Vorna.conf"
+
+fail() { echo "FAILED: $*" >&2; [ -z "${VORNA_E2E_PICTURE:-}" ] || import -window root "$VORNA_E2E_PICTURE"; exit 1; }
+within() { # within SECONDS COMMAND...: waits until the command succeeds
+    local end=$((SECONDS + $1)); shift
+    until "$@" >/dev/null 2>&1; do [ $SECONDS -lt $end ] || return 1; sleep 0.2; done
+}
+query() { sqlite3 -readonly "$db" "$1"; }
+equals() { [ "$(query "$1")" = "$2" ]; }
+window() { xdotool search --onlyvisible --name "$1" | head -n 1 | grep .; }
+start() {
+    (cd "$work" && exec "$program" "$@" >"$work/log" 2>&1) &
+    app=$!
+    within 20 window '^Vorna - ' || fail "no window"
+    main=$(window '^Vorna - ')
+    xdotool windowactivate --sync "$main" windowsize --sync "$main" 1260 760 windowmove "$main" 8 24
+    sleep 1
+}
+# drag X Y: from the drag source to a point, with the small and the large moves of a hand
+drag() {
+    xdotool mousemove 1150 670 mousedown 1; sleep 0.2
+    xdotool mousemove 1146 666; sleep 0.1; xdotool mousemove 1140 660; sleep 0.2
+    xdotool mousemove 800 400; sleep 0.1; xdotool mousemove 500 250; sleep 0.1
+    xdotool mousemove $(($1 + 4)) $(($2 + 1)); sleep 0.2; xdotool mousemove "$1" "$2"; sleep 0.4
+    xdotool mouseup 1
+}
+close_window() { xdotool windowactivate --sync "$main" key alt+F4; within 10 not_running || fail "still running"; wait "$app"; }
+not_running() { ! kill -0 "$app"; }
+
+folder="$work/Field notes"
+mkdir -p "$folder/O'Neil \"x\" %1/deep"
+for i in $(seq 40); do echo "note $i" >"$folder/note $i.txt"; done
+for i in $(seq 20); do echo "leaf $i" >"$folder/O'Neil \"x\" %1/leaf $i ☃.txt"; done
+cp "$folder/note 1.txt" "$folder/O'Neil \"x\" %1/deep/Copy of note 1.txt"
+
+openbox & sleep 0.5
+
+# A new database by the menu and the dialog.
+start
+db=$work/first.vrn
+xdotool key --clearmodifiers alt+d; sleep 0.5; xdotool key Down Return
+within 10 window '^Create New Database' || fail "no dialog"
+xdotool type --delay 20 "$db"; xdotool key Return
+within 10 equals "select count(*) from tags" 0 || fail "no new database"
+within 10 window "^Vorna - $db" || fail "the new database is not open"
+
+# The folder on "All files", kept external.
+"$dragsource" "$folder" &
+source=$!
+within 10 window '^Drag source' || fail "no drag source"
+drag 340 113
+within 20 equals "select count(*) from files" 60 || fail "files: $(query 'select count(*) from files')"
+equals "select count(*) from files where internal=0" 60 || fail "not all external"
+equals "select group_concat(tag_name, '|') from (select tag_name from tags order by 1)" \
+    "Field notes|O'Neil \"x\" %1|deep" || fail "tags: $(query 'select tag_name from tags')"
+equals "select count(*) from tb_nodes" 3 || fail "nodes"
+equals "select count(*) from file_tag ft join tags t using (tag_id) where tag_name like 'O''Neil%'" 21 || fail "links"
+within 10 window '^Duplicates' || fail "the copy was not reported"
+xdotool key Return
+sleep 0.5
+kill $source
+
+# Closed and opened again: it is the newest of the recent list.
+close_window
+equals "pragma integrity_check" ok || fail "integrity"
+start
+within 10 window "^Vorna - $db" || fail "not opened again"
+xdotool mousemove 340 113 click 1; sleep 1
+[ -z "${VORNA_E2E_PICTURE:-}" ] || import -window root "$VORNA_E2E_PICTURE"
+close_window
+ls "$work"/*.dmp 2>/dev/null && fail "a crash dump was written"
+echo "The road was walked."
