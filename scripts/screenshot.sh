@@ -28,8 +28,9 @@ for guide in \$(xdotool search --onlyvisible --name '^Quick Start Guide' 2>/dev/
 done
 xdotool windowactivate --sync "\$window" windowsize "\$window" 1260 760 windowmove "\$window" 8 24
 sleep 1
-# The first node of the browsing tree: all files.
-xdotool key --window "\$window" Tab || true
+# A click on the first node of the browsing tree shows all files; then the thumbnails come.
+xdotool mousemove 340 113 click 1
+sleep 2
 import -window root "$picture"
 xdotool windowactivate --sync "\$window" key alt+F4
 for _ in \$(seq 50); do kill -0 \$app 2>/dev/null || break; sleep 0.1; done

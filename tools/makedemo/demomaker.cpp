@@ -68,7 +68,7 @@ bool DemoMaker::make()
     addRelationships();
 
     AddingSettings::setLinkToFiles(false);
-    if (!addTexts(DemoContents::texts(), m_folder.path()) || !addPictures())
+    if (!addPictures() || !addTexts(DemoContents::texts(), m_folder.path()))
         return false;
     AddingSettings::setLinkToFiles(true);
     return QDir().mkpath(m_externalFolder) && addTexts(DemoContents::externalTexts(), m_externalFolder) &&

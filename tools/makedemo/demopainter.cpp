@@ -17,10 +17,12 @@ constexpr int height = 420;
 /** The same numbers for the same name on every machine. */
 QRandomGenerator numbersFor(const QString &name)
 {
-    quint32 seed = 17;
+    quint32 seed = 2166136261U; // FNV-1a
     for (const QChar c : name)
-        seed = seed * 31 + c.unicode();
-    return QRandomGenerator(seed);
+        seed = (seed ^ c.unicode()) * 16777619U;
+    QRandomGenerator numbers(seed);
+    numbers.discard(8);
+    return numbers;
 }
 
 QColor shade(double hue, double saturation, double value)
@@ -62,7 +64,8 @@ void paintFlower(QPainter &painter, QRandomGenerator &numbers)
     painter.drawLine(centre, QPointF(width / 2.0 + numbers.bounded(60) - 30, height));
     painter.setPen(Qt::NoPen);
 
-    const double hue = numbers.generateDouble();
+    // Around the red end of the circle, so that no flower is as green as its stem.
+    const double hue = 0.55 + numbers.generateDouble() * 0.62;
     const int petals = 6 + numbers.bounded(9);
     for (int ring = 0; ring < 2; ++ring) {
         const double length = ring == 0 ? 140 : 96;
