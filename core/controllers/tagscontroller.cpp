@@ -2,6 +2,7 @@
 
 #include "core/controllers/mainviewcontroller.h"
 #include "db/databasemanger.h"
+#include "models/filefiltermodel.h"
 #include "models/tagsgroupproxy.h"
 #include "models/tagstablemodel.h"
 
@@ -41,6 +42,9 @@ void TagsController::setPeers(BrowsTreeController *browsTree, GroupsController *
     m_groups = groups;
     m_mainView = mainView;
     m_relations = relations;
+    if (m_mainView)
+        connect(m_mainView->filterModel(), &FileFilterModel::dTagsChanged, m_groupProxy,
+                &TagsGroupProxy::setDTagIds, Qt::UniqueConnection);
 }
 
 void TagsController::load()
