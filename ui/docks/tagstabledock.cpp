@@ -248,8 +248,8 @@ void TagsTableDock::updateActionsAvailability()
     enable({AssignGroupsAction, DeleteTagAction, RenameTagAction}, isWritable && hasSelection);
     enable({ActivateAndAction, ActivateOrAction}, hasSelection);
     enable({AddGroupAction, DeleteGroupAction}, m_groups && !m_groups->isReadOnly());
-    if (m_linkTagsToFiles)
-        m_linkTagsToFiles->setData(QVariant::fromValue(tagIds));
+    if (QAction *link = m_actions.value(LinkTagsAction))
+        link->setData(QVariant::fromValue(tagIds));
     if (m_filterEdit)
         m_filterEdit->setEnabled(m_tags);
     m_table->setEnabled(m_tags);

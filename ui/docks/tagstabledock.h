@@ -98,8 +98,7 @@ private:
     QPointer<TagsGroupProxy> m_proxy; // of the controller, and set with it
     bool m_isEditMode = false;
     QPointer<QLineEdit> m_filterEdit;
-    QPointer<QAction> m_linkTagsToFiles;
-    QHash<int, QAction *> m_actions;
-    qint64 m_rememberedGroup = 0; // the current tab while all records are read again
-    bool m_isArranging = false;   // tabs are moved by the program
+    QHash<int, QPointer<QAction>> m_actions; // some are the window's, and go before the docks
+    qint64 m_rememberedGroup = 0;            // the current tab while all records are read again
+    bool m_isArranging = false;              // tabs are moved by the program
 };
