@@ -10,6 +10,7 @@
 #include "db/databasemanger.h"
 #include "fileops/fileoperationtypes.h"
 
+#include <QFile>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTemporaryDir>
@@ -25,7 +26,7 @@ public:
     {
         registerRecordTypes();
         registerFileOperationTypes();
-        make()->createDatabase();
+        placeFile();
         open();
     }
 
@@ -81,6 +82,19 @@ public:
     }
 
 private:
+    /** The tables are made once a process, and copied from then on. */
+    void placeFile()
+    {
+        static const QTemporaryDir folder;
+        const QString empty = folder.filePath(QStringLiteral("empty.vrn"));
+        if (QFile::exists(empty)) {
+            QFile::copy(empty, path());
+        } else {
+            make()->createDatabase();
+            QFile::copy(path(), empty);
+        }
+    }
+
     std::unique_ptr<Collection> make()
     {
         return std::unique_ptr<Collection>(makeCollection(1, {}, path(), {}, {}, 0));

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QStringList>
+#include <QTimer>
+
+/**
+ * Answers the text dialogs that come up, one after the other, in place of a person. A null text presses
+ * Cancel, as does every dialog that there is no answer for.
+ */
+class DialogAnswers
+{
+public:
+    explicit DialogAnswers(const QStringList &answers) : m_answers(answers)
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { answer(); });
+        m_timer.start(5);
+    }
+
+    /** Titles and labels of the dialogs so far. */
+    const QStringList &seen() const { return m_seen; }
+
+private:
+    void answer()
+    {
+        auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        m_seen.append(dialog->windowTitle() + QLatin1Char('|') + dialog->labelText());
+        const QString text = m_answers.isEmpty() ? QString() : m_answers.takeFirst();
+        dialog->setTextValue(text);
+        text.isNull() ? dialog->reject() : dialog->accept();
+    }
+
+    QStringList m_answers;
+    QStringList m_seen;
+    QTimer m_timer;
+};
