@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <ctime>
 
-
 /** A plain database for the references: errors end the benchmark. */
 class PlainDatabase
 {

@@ -14,9 +14,9 @@
 
 namespace {
 
-bool isUnchanged(const FileChecksum &known, const RegularFile &file)
+bool isUnchanged(const FileChecksum &known, const FileStamp &now)
 {
-    return known.isRead && known.size == file.size() && known.modified == file.modified();
+    return known.isRead && known.stamp == now && known.size == now.size;
 }
 
 QString nameOf(const QString &path)
@@ -94,13 +94,9 @@ FileAdder::Outcome FileAdder::gather(const QString &path, const FileChecksum &kn
 bool FileAdder::gatherExternal(const QString &path, const FileChecksum &known, NewFile &file)
 {
     FileChecksum told = known;
-    {
-        RegularFile opened;
-        if (!opened.open(path))
-            return false;
-        if (!isUnchanged(known, opened))
-            told = FileChecksums::ofFile(path, [this] { return m_worker.shouldEnd(); });
-    }
+    // Opening it once more would cost more than all its rows.
+    if (!isUnchanged(known, RegularFile::stampOf(path)))
+        told = FileChecksums::ofFile(path, [this] { return m_worker.shouldEnd(); });
     file.size = told.size;
     file.modified = told.modified;
     file.checksum = told.checksum;
@@ -124,7 +120,7 @@ bool FileAdder::storeContents(const QString &path, const FileChecksum &known, Ne
     RegularFile source;
     if (!source.open(path))
         return false;
-    const bool isKnown = isUnchanged(known, source);
+    const bool isKnown = isUnchanged(known, source.stamp());
     DataChecksum checksum;
     qint64 blockId = file.storageId;
     qint64 lastId = 0;
@@ -177,8 +173,7 @@ bool FileAdder::endChain(qint64 storageId)
 
 bool FileAdder::isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const
 {
-    RegularFile file;
-    return storedSize == known.size && file.open(path) && isUnchanged(known, file);
+    return storedSize == known.size && isUnchanged(known, RegularFile::stampOf(path));
 }
 
 bool FileAdder::readStoredChecksum(qint64 storageId, qint64 size, quint32 &result)

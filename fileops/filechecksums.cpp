@@ -16,7 +16,7 @@ constexpr int groupFiles = 64;
 class Group
 {
 public:
-    Group() : m_bytes(std::make_unique<char[]>(groupBytes)) {}
+    Group() : m_bytes(new char[groupBytes]) {}
 
     bool isFull() const { return m_checksums.size() == groupFiles || m_used + sliceSize > groupBytes; }
 
@@ -32,6 +32,7 @@ public:
         result.isRead = true;
         result.size = count;
         result.modified = file.modified();
+        result.stamp = file.stamp();
         m_starts.push_back(m_used);
         m_results.push_back(&result);
         m_checksums.emplace_back();
@@ -84,6 +85,7 @@ FileChecksum FileChecksums::ofFile(const QString &path, const std::function<bool
     result.isRead = true;
     result.checksum = checksum.take();
     result.modified = file.modified();
+    result.stamp = file.stamp();
     return result;
 }
 

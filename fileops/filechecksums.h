@@ -1,5 +1,7 @@
 #pragma once
 
+#include "fileops/regularfile.h"
+
 #include <QStringList>
 #include <QVector>
 
@@ -12,6 +14,7 @@ struct FileChecksum
     quint32 checksum = 0;
     qint64 size = 0;     ///< bytes read
     qint64 modified = 0; ///< seconds since 1970
+    FileStamp stamp;     ///< on opening
 };
 
 /** The fingerprints of whole files. Nothing is held in memory beyond a few slices. Any thread. */

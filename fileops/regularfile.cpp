@@ -7,6 +7,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace {
+constexpr qint64 nanoseconds = 1000000000;
+
+FileStamp stampFrom(const struct stat &status)
+{
+    if (!S_ISREG(status.st_mode))
+        return {};
+    return {status.st_size, status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
+}
+} // namespace
+
 RegularFile::~RegularFile()
 {
     close();
@@ -24,9 +35,20 @@ bool RegularFile::open(const QString &path)
         close();
         return false;
     }
-    m_size = status.st_size;
-    m_modified = status.st_mtim.tv_sec;
+    m_stamp = stampFrom(status);
     return true;
+}
+
+qint64 RegularFile::modified() const
+{
+    const qint64 seconds = m_stamp.modified / nanoseconds;
+    return m_stamp.modified % nanoseconds < 0 ? seconds - 1 : seconds;
+}
+
+FileStamp RegularFile::stampOf(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? stampFrom(status) : FileStamp();
 }
 
 void RegularFile::close()

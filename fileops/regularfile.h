@@ -4,6 +4,17 @@
 
 class QString;
 
+/** Tells whether a file was written to between two looks. */
+struct FileStamp
+{
+    qint64 size = -1;    ///< -1 for what is no regular file
+    qint64 modified = 0; ///< nanoseconds since 1970
+};
+inline bool operator==(const FileStamp &left, const FileStamp &right)
+{
+    return left.size == right.size && left.modified == right.modified;
+}
+
 /**
  * A regular file opened for one reading from start to end, without the buffers and checks of QFile. Links are
  * followed; folders, pipes, sockets and devices do not open, so that no reading waits for ever.
@@ -21,14 +32,16 @@ public:
     void close();
 
     /** Size in bytes and time of the last change in seconds since 1970, as they were on opening. */
-    qint64 size() const { return m_size; }
-    qint64 modified() const { return m_modified; }
+    qint64 size() const { return m_stamp.size; }
+    qint64 modified() const;
+    const FileStamp &stamp() const { return m_stamp; }
+    /** The stamp of a file as it is now, without opening it. */
+    static FileStamp stampOf(const QString &path);
 
     /** Fills up to `length` bytes; fewer only at the end of the file. -1 on an error. */
     qint64 read(char *bytes, qint64 length);
 
 private:
     int m_descriptor = -1;
-    qint64 m_size = 0;
-    qint64 m_modified = 0;
+    FileStamp m_stamp;
 };

@@ -9,6 +9,8 @@ void SqliteFileOperationWorker::prepareConnection()
 {
     // The unique id codes are written at random places of their index: 64 MiB keep it in memory.
     runAsync(QStringLiteral("PRAGMA cache_size=-65536;"));
+    // Else the pages that a savepoint touches go through a file on the disk as soon as they are a few.
+    runAsync(QStringLiteral("PRAGMA temp_store=MEMORY;"));
 }
 
 bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
