@@ -193,7 +193,9 @@ bool FileAdder::readStoredChecksum(qint64 storageId, qint64 size, quint32 &resul
 bool FileAdder::insertRows(const QString &path, const NewFile &file)
 {
     QString idCode;
-    if (!m_worker.nextIdCode(idCode))
+    if (!m_checksIdCodes)
+        idCode = m_worker.drawIdCode();
+    else if (!m_worker.nextIdCode(idCode))
         return false;
     static const QString insertFile =
         QStringLiteral("INSERT INTO files (file_id,file_name,file_description,file_size,addition_date,"

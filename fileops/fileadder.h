@@ -29,6 +29,12 @@ public:
     /** `known` may hold what an earlier reading of the file told; it is used while the file is unchanged. */
     Outcome addFilesList(const QString &path, const FileChecksum &known, qint64 &fileId);
 
+    /**
+     * Whether handles are asked for in the database first. Without that, which saves a tenth of the time, a
+     * file fails by chance and is to be tried again with it.
+     */
+    void setChecksIdCodes(bool checks) { m_checksIdCodes = checks; }
+
     /** True for texts that name something on this computer, which never become hyperlinks. */
     static bool isLocal(const QString &text);
 
@@ -48,6 +54,7 @@ private:
     FileOperationWorker &m_worker;
     StorageMode m_mode;
     qint64 m_loadId;
+    bool m_checksIdCodes = true;
     Database::PathLocator m_locator;
     QByteArray m_block;
     QString m_lastFolder;

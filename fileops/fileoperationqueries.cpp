@@ -145,18 +145,29 @@ bool FileOperationQueries::readChecksums(const QVector<qint64> &checksums,
 {
     if (checksums.isEmpty())
         return true;
-    // One list for all: the column has no index, so each statement walks the whole table.
+    // One list for all: the column has no index, so each statement walks the whole table. A list longer than
+    // the table costs more than the table itself.
+    QVariantList count;
+    if (!readRow(QStringLiteral("SELECT count(*) FROM files;"), {}, count))
+        return false;
+    const bool readsAll = count.first().toLongLong() < checksums.size();
     const QString condition =
-        constructor()->inClause(QStringLiteral("data_checksum"), SqlText::idTexts(checksums));
+        readsAll ? QString()
+                 : constructor()->whereClause(constructor()->inClause(QStringLiteral("data_checksum"),
+                                                                      SqlText::idTexts(checksums)));
     TableData table;
     if (!runAsync(constructor()->selectQuery({QStringLiteral("data_checksum"), QStringLiteral("file_id")},
                                              QStringLiteral("files")) +
-                      constructor()->whereClause(condition) + constructor()->statementEnd(),
+                      condition + constructor()->statementEnd(),
                   table))
         return false;
-    checksumsByFile.reserve(checksumsByFile.size() + table.size());
-    for (const TableRowData *row : qAsConst(table))
-        checksumsByFile.insert(row->at(1).toLongLong(), row->at(0).toLongLong());
+    const QSet<qint64> wanted =
+        readsAll ? QSet<qint64>(checksums.cbegin(), checksums.cend()) : QSet<qint64>();
+    for (const TableRowData *row : qAsConst(table)) {
+        const qint64 checksum = row->at(0).toLongLong();
+        if (!readsAll || wanted.contains(checksum))
+            checksumsByFile.insert(row->at(1).toLongLong(), checksum);
+    }
     freeRows(table);
     return true;
 }

@@ -49,6 +49,8 @@ public:
     QString connectionName() const { return m_connectionName; }
     /** A handle that no file has yet. */
     bool nextIdCode(QString &idCode);
+    /** A handle that most likely no file has yet; when one has, the insert fails. */
+    virtual QString drawIdCode() const { return m_idCodes.generate(); }
     /** Emits thumbnailLoaded; until imageTaken, the image counts as this worker's. */
     void sendThumbnail(qint64 fileId, QImage *image);
 
@@ -83,8 +85,6 @@ signals:
 
 protected:
     const DBDetails &details() const { return m_details; }
-    /** A handle, free or not. */
-    virtual QString drawIdCode() const { return m_idCodes.generate(); }
     /** The driver's options for the worker's connection. */
     virtual QString connectOptions() const { return QString(); }
     /** Called once the connection is open. */

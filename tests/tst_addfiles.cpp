@@ -1,6 +1,7 @@
 #include "app/addingsettings.h"
 #include "fileops/blockstorage.h"
 #include "fileops/datachecksum.h"
+#include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/addingfixture.h"
 
 #include <QSettings>
@@ -29,6 +30,32 @@ const QString tree =
 
 } // namespace
 
+/** Draws each handle four times in turn. */
+class RepeatingWorker : public SqliteFileOperationWorker
+{
+public:
+    using SqliteFileOperationWorker::SqliteFileOperationWorker;
+    QString drawIdCode() const override
+    {
+        return QStringLiteral("BCDF") + QString::number(200 + m_draws++ / 4);
+    }
+
+private:
+    mutable int m_draws = 0;
+};
+
+class RepeatingProvider : public SqliteFileOperationProvider
+{
+public:
+    using SqliteFileOperationProvider::SqliteFileOperationProvider;
+
+protected:
+    FileOperationWorker *createWorker(const QString &connectionName) override
+    {
+        return new RepeatingWorker(connectionName, details(), constructor());
+    }
+};
+
 class TestAddFiles : public QObject
 {
     Q_OBJECT
@@ -55,7 +82,7 @@ private slots:
     void copiesKeepAllTags();
     void matchedFileGetsTags();
     void nameMatchesStayOut();
-    void idCodesAreDistinctAndClean();
+    void usedIdCodesAreDrawnAgain();
     void failedFileLeavesTheOthers();
     void cancelRollsBack();
     void lockedDatabaseTells();
@@ -397,17 +424,21 @@ void TestAddFiles::nameMatchesStayOut()
     QCOMPARE(fixture.rows(allFiles), QStringList({QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
 }
 
-void TestAddFiles::idCodesAreDistinctAndClean()
+void TestAddFiles::usedIdCodesAreDrawnAgain()
 {
     AddingFixture fixture;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 30; ++i)
         fixture.write(QStringLiteral("top/%1.txt").arg(i), QByteArray::number(i));
-    fixture.add({fixture.path(QStringLiteral("top"))});
-    QCOMPARE(fixture.count(QStringLiteral("files")), 300);
-    QCOMPARE(fixture.rows(QStringLiteral("SELECT count(DISTINCT id_code) FROM files WHERE id_code GLOB "
-                                         "'[B-DF-HJ-NPR-TV-Z][B-DF-HJ-NPR-TV-Z][B-DF-HJ-NPR-TV-Z]"
-                                         "[B-DF-HJ-NPR-TV-Z][2-9][2-9][2-9]'")),
-             QStringList(QStringLiteral("300")));
+    const SqliteQueryConstructor constructor;
+    RepeatingProvider provider(&constructor, DBDetails::local(fixture.databasePath()), nullptr);
+    QSignalSpy errors(&provider, &FileOperationProvider::errorOccured);
+    QSignalSpy finished(&provider, &FileOperationProvider::finishedFilesOperation);
+    provider.addFiles({fixture.path(QStringLiteral("top"))}, {}, false, 0);
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(fixture.rows(QStringLiteral("SELECT count(*), count(DISTINCT id_code) FROM files")),
+             QStringList(QStringLiteral("30|30")));
+    QCOMPARE(fixture.count(QStringLiteral("file_paths")), 30);
+    QCOMPARE(errors.size(), 0);
 }
 
 void TestAddFiles::failedFileLeavesTheOthers()
