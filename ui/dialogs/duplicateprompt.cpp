@@ -11,16 +11,19 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QProgressDialog>
+#include <QTextDocument>
 
 namespace {
 
 constexpr int pathRole = Qt::UserRole;
 constexpr int hyperlink = 2;
+constexpr int sizeColumnWidth = 110;
+constexpr int dateColumnWidth = 200;
 
 void fillColumns(QTreeWidgetItem &item, const QString &text, const DuplicateFileInfo &file)
 {
     item.setText(0, text);
-    item.setToolTip(0, text);
+    item.setToolTip(0, Qt::convertFromPlainText(text));
     if (!file.lastModified.isValid())
         return;
     item.setText(1, QLocale().toString(file.size));
@@ -83,8 +86,11 @@ void DuplicatePrompt::showNameMatches(const QList<DuplicateMatch> &matches)
     for (const DuplicateMatch &match : matches)
         addNameMatch(match);
     m_ui->nameMatchesTree->expandAll();
-    m_ui->nameMatchesTree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    m_ui->nameMatchesTree->header()->setStretchLastSection(false);
+    QHeaderView *header = m_ui->nameMatchesTree->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
+    header->resizeSection(1, sizeColumnWidth);
+    header->resizeSection(2, dateColumnWidth);
     m_ui->nameMatchesTree->setUpdatesEnabled(true);
 
     const bool hasChoices = !m_choices.isEmpty();
@@ -107,7 +113,8 @@ void DuplicatePrompt::addNameMatch(const DuplicateMatch &match)
     name->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
     name->setFirstColumnSpanned(true);
     for (const DuplicateFileInfo &file : match.addedFiles) {
-        name->setText(0, QFileInfo(file.path).fileName());
+        if (name->text(0).isEmpty())
+            name->setText(0, QFileInfo(file.path).fileName());
         auto *choice = new QTreeWidgetItem(name);
         fillColumns(*choice, file.path, file);
         choice->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);

@@ -11,9 +11,15 @@
 #include <QLabel>
 #include <QLocale>
 #include <QScrollArea>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace {
+
+constexpr int narrowest = 180;
+
+// A long word must not widen the dock.
+const QSizePolicy narrowable(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
 QString kindText(const File &file)
 {
@@ -25,6 +31,12 @@ QString kindText(const File &file)
     default:
         return MetaInfoDock::tr("Hyperlink");
     }
+}
+
+QString sizeText(qint64 size)
+{
+    const QString bytes = MetaInfoDock::tr("%1 bytes").arg(QLocale().toString(size));
+    return size < 1024 ? bytes : MetaInfoDock::tr("%1 (%2)").arg(QLocale().formattedDataSize(size), bytes);
 }
 
 QString dateText(const QDateTime &date)
@@ -40,6 +52,7 @@ MetaInfoDock::MetaInfoDock(QWidget *parent) : AbstractDock(tr("Metadata"), paren
     auto *area = new QScrollArea(this);
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
+    area->setMinimumWidth(narrowest);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setAccessibleName(windowTitle());
 
@@ -50,13 +63,14 @@ MetaInfoDock::MetaInfoDock(QWidget *parent) : AbstractDock(tr("Metadata"), paren
     m_name->setTextFormat(Qt::PlainText);
     m_name->setWordWrap(true);
     m_name->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_name->setSizePolicy(narrowable);
     layout->addWidget(m_name);
 
     m_facts = new QWidget(contents);
     auto *form = new QFormLayout(m_facts);
     form->setContentsMargins(0, 0, 0, 0);
     form->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    form->setRowWrapPolicy(QFormLayout::WrapAllRows);
     m_tags = addFact(form, tr("Tags:"), "tagsLabel");
     m_description = addFact(form, tr("Description:"), "descriptionLabel");
     m_kind = addFact(form, tr("Kept as:"), "kindLabel");
@@ -80,7 +94,14 @@ QLabel *MetaInfoDock::addFact(QFormLayout *form, const QString &title, const cha
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setAccessibleName(title);
-    form->addRow(title, label);
+    label->setSizePolicy(narrowable);
+    auto *titleLabel = new QLabel(title, m_facts);
+    QFont small = titleLabel->font();
+    // Fonts that are given in pixels have no size in points.
+    if (small.pointSizeF() > 0)
+        small.setPointSizeF(small.pointSizeF() * 0.85);
+    titleLabel->setFont(small);
+    form->addRow(titleLabel, label);
     return label;
 }
 
@@ -125,11 +146,11 @@ void MetaInfoDock::showFile(const File &file)
     m_name->setFont(bold);
     m_name->setEnabled(true);
     m_name->setText(file.name());
+    m_name->setToolTip(Qt::convertFromPlainText(file.name()));
     m_tags->setText(m_controller->tagNames(file.tags()));
     m_description->setText(file.description());
     m_kind->setText(kindText(file));
-    m_size->setText(
-        tr("%1 (%2 bytes)").arg(QLocale().formattedDataSize(file.size()), QLocale().toString(file.size())));
+    m_size->setText(sizeText(file.size()));
     m_modified->setText(dateText(file.modificationDate()));
     m_added->setText(dateText(file.additionDate()));
     m_idCode->setText(file.idCode());
@@ -141,6 +162,7 @@ void MetaInfoDock::clear()
     m_name->setFont(font());
     m_name->setEnabled(false);
     m_name->setText(tr("No file selected"));
+    m_name->setToolTip(QString());
     m_facts->hide();
     for (QLabel *label : {m_tags, m_description, m_kind, m_size, m_modified, m_added, m_idCode})
         label->clear();

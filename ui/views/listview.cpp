@@ -49,11 +49,12 @@ void ListView::setEmptyText(const QString &text)
 void ListView::keyboardSearch(const QString &typed)
 {
     // Keys that an open editor refuses come back here and must not move to another file.
-    if (isEditing())
+    if (isEditing() || !model())
         return;
-    const QModelIndex found = m_nameSearch.find(model(), currentIndex(), typed, m_nameRole);
-    if (found.isValid())
-        setCurrentIndex(found);
+    const QModelIndex current = currentIndex();
+    const int row = m_nameSearch.find(model()->rowCount(), current.row(), typed);
+    if (row >= 0)
+        setCurrentIndex(model()->index(row, qMax(0, current.column())));
 }
 
 void ListView::startDrag(Qt::DropActions supportedActions)

@@ -14,8 +14,8 @@ public:
 
     /** Shown while there are no rows. */
     void setEmptyText(const QString &text);
-    /** The role that typed letters are looked for in. */
-    void setNameRole(int role) { m_nameRole = role; }
+    /** The names that typed letters are looked for in. */
+    void setNames(const NameSearch::NameAt &nameAt) { m_nameSearch.setNames(nameAt); }
     bool isEditing() const { return state() == EditingState; }
     void keyboardSearch(const QString &typed) override;
 
@@ -31,5 +31,4 @@ private:
 
     NameSearch m_nameSearch;
     QString m_emptyText;
-    int m_nameRole = Qt::DisplayRole;
 };

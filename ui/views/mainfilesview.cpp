@@ -7,7 +7,6 @@
 #include "core/file.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
-#include "models/modelroles.h"
 #include "models/sorter.h"
 #include "ui/mainui.h"
 #include "ui/views/delegate.h"
@@ -18,8 +17,10 @@
 #include "ui/views/titlewidget.h"
 
 #include <QAction>
+#include <QDateTime>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QLocale>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -28,6 +29,7 @@ namespace {
 constexpr int tablePictureSide = 40;
 constexpr int tableRowHeight = 48;
 constexpr int nameColumnWidth = 250;
+constexpr int columnMargin = 24;
 
 // A view makes a selection model with each model and leaves the one before to us.
 void giveModel(QAbstractItemView *view, QAbstractItemModel *model)
@@ -69,8 +71,9 @@ void MainFilesView::makeViews()
     m_tableView->setObjectName(QStringLiteral("TableView"));
     m_listView->setAccessibleName(tr("Files as thumbnails"));
     m_tableView->setAccessibleName(tr("Files as a table"));
-    m_listView->setNameRole(ContentsRoles::Name);
-    m_tableView->setNameRole(ContentsRoles::Name);
+    const auto nameAt = [this](int row) { return m_controller->sorter()->fileAt(row)->name(); };
+    m_listView->setNames(nameAt);
+    m_tableView->setNames(nameAt);
 
     m_tableView->setIconSize({tablePictureSide, tablePictureSide});
     m_tableView->verticalHeader()->setDefaultSectionSize(tableRowHeight);
@@ -200,8 +203,14 @@ void MainFilesView::restoreHeader()
 {
     QHeaderView *header = m_tableView->horizontalHeader();
     const QByteArray state = WindowSettings::layout(WindowSettings::fileTableHeader);
-    if (state.isEmpty() || !header->restoreState(state))
-        m_tableView->setColumnWidth(ContentsModel::NameColumn, nameColumnWidth);
+    if (state.isEmpty() || !header->restoreState(state)) {
+        header->resizeSection(ContentsModel::NameColumn, nameColumnWidth);
+        const QDateTime longDate({2000, 12, 28}, {22, 58, 58});
+        const QString text = QLocale().toString(longDate, QLocale::ShortFormat);
+        const int width = m_tableView->fontMetrics().horizontalAdvance(text) + columnMargin;
+        header->resizeSection(ContentsModel::ModificationDateColumn, width);
+        header->resizeSection(ContentsModel::AdditionDateColumn, width);
+    }
     header->setSectionsMovable(true);
 }
 

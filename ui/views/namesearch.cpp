@@ -1,13 +1,11 @@
 #include "ui/views/namesearch.h"
 
-#include <QAbstractItemModel>
 #include <QApplication>
 
-QModelIndex NameSearch::find(const QAbstractItemModel *model, const QModelIndex &current,
-                             const QString &typed, int role)
+int NameSearch::find(int rowCount, int current, const QString &typed)
 {
-    if (!model || model->rowCount() == 0 || typed.isEmpty())
-        return {};
+    if (!m_nameAt || rowCount == 0 || typed.isEmpty())
+        return -1;
     const bool isNew =
         !m_sinceLastKey.isValid() || m_sinceLastKey.elapsed() > QApplication::keyboardInputInterval();
     m_sinceLastKey.start();
@@ -15,10 +13,12 @@ QModelIndex NameSearch::find(const QAbstractItemModel *model, const QModelIndex 
     const bool isRepeated = !isNew && m_text == typed;
     m_text = isNew || isRepeated ? typed : m_text + typed;
 
-    int row = current.isValid() ? current.row() : 0;
-    if (current.isValid() && (isNew || isRepeated))
-        row = (row + 1) % model->rowCount();
-    const QModelIndex start = model->index(row, 0);
-    const QModelIndexList found = model->match(start, role, m_text, 1, Qt::MatchStartsWith | Qt::MatchWrap);
-    return found.isEmpty() ? QModelIndex() : found.first().sibling(found.first().row(), current.column());
+    int row = qMax(0, current);
+    if (current >= 0 && (isNew || isRepeated))
+        ++row;
+    for (int tried = 0; tried < rowCount; ++tried, ++row) {
+        if (m_nameAt(row % rowCount).startsWith(m_text, Qt::CaseInsensitive))
+            return row % rowCount;
+    }
+    return -1;
 }

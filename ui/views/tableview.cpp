@@ -46,13 +46,14 @@ void TableView::keyboardSearch(const QString &typed)
     // Keys that an open editor refuses come back here and must not move to another row.
     if (isEditing())
         return;
-    if (m_nameRole < 0) {
+    if (!m_nameSearch.hasNames()) {
         QTableView::keyboardSearch(typed);
         return;
     }
-    const QModelIndex found = m_nameSearch.find(model(), currentIndex(), typed, m_nameRole);
-    if (found.isValid())
-        setCurrentIndex(found);
+    const QModelIndex current = currentIndex();
+    const int row = m_nameSearch.find(model()->rowCount(), current.row(), typed);
+    if (row >= 0)
+        setCurrentIndex(model()->index(row, qMax(0, current.column())));
 }
 
 bool TableView::offerKey(QKeyEvent *event)

@@ -19,8 +19,8 @@ public:
 
     /** Shown while there are no rows. */
     void setEmptyText(const QString &text);
-    /** The role that typed letters are looked for in; without one they are looked for in what is shown. */
-    void setNameRole(int role) { m_nameRole = role; }
+    /** The names that typed letters are looked for in; without them they are looked for in what is shown. */
+    void setNames(const NameSearch::NameAt &nameAt) { m_nameSearch.setNames(nameAt); }
     bool isEditing() const { return state() == EditingState; }
     void keyboardSearch(const QString &typed) override;
 
@@ -45,7 +45,6 @@ private:
 
     NameSearch m_nameSearch;
     QString m_emptyText;
-    int m_nameRole = -1;
     // How the table stood before files were dragged over it.
     bool m_isUrlDrag = false;
     QPalette m_palette;
