@@ -2,8 +2,9 @@
 
 #include "app/collectionidentity.h"
 #include "core/collection.h"
+#include "core/metatypes.h"
+#include "models/manualnodessorter.h"
 
-#include <QDataStream>
 #include <QSettings>
 #include <QVariant>
 
@@ -21,6 +22,8 @@ void write(const QString &key, const QVariant &value)
 
 CollectionSettings::CollectionSettings(Collection *collection) : QObject(collection), m_collection(collection)
 {
+    // Without the operators of its types the store would drop what it is given.
+    registerMetaTypes();
 }
 
 QString CollectionSettings::description() const
@@ -45,18 +48,12 @@ void CollectionSettings::setTagGroupIndex(int index)
 
 QList<int> CollectionSettings::tagGroupOrder() const
 {
-    QList<int> groupIds;
-    for (const QVariant &value : read(description() + QLatin1String("/TagGroupBar/tagGroupOrder")).toList())
-        groupIds.append(value.toInt());
-    return groupIds;
+    return read(description() + QLatin1String("/TagGroupBar/tagGroupOrder")).value<QList<int>>();
 }
 
 void CollectionSettings::setTagGroupOrder(const QList<int> &groupIds)
 {
-    QVariantList values;
-    for (const int groupId : groupIds)
-        values.append(groupId);
-    write(description() + QLatin1String("/TagGroupBar/tagGroupOrder"), values);
+    write(description() + QLatin1String("/TagGroupBar/tagGroupOrder"), QVariant::fromValue(groupIds));
 }
 
 qint64 CollectionSettings::browsingTree() const
@@ -71,19 +68,12 @@ void CollectionSettings::setBrowsingTree(qint64 treeId)
 
 QHash<QString, bool> CollectionSettings::relationExpansion() const
 {
-    const QVariantMap stored = read(QLatin1String("TRview/expansionState_") + description()).toMap();
-    QHash<QString, bool> expanded;
-    for (auto it = stored.cbegin(); it != stored.cend(); ++it)
-        expanded.insert(it.key(), it.value().toBool());
-    return expanded;
+    return read(QLatin1String("TRview/expansionState_") + description()).value<QHash<QString, bool>>();
 }
 
 void CollectionSettings::setRelationExpansion(const QHash<QString, bool> &expanded)
 {
-    QVariantMap stored;
-    for (auto it = expanded.cbegin(); it != expanded.cend(); ++it)
-        stored.insert(it.key(), it.value());
-    write(QLatin1String("TRview/expansionState_") + description(), stored);
+    write(QLatin1String("TRview/expansionState_") + description(), QVariant::fromValue(expanded));
 }
 
 qint64 CollectionSettings::selectedTag() const
@@ -98,19 +88,14 @@ void CollectionSettings::setSelectedTag(qint64 tagId)
 
 QMap<qint64, QList<qint64>> CollectionSettings::nodeOrder() const
 {
-    QByteArray bytes = read(description() + QLatin1String("/BrowsingTreeOrder")).toByteArray();
-    QDataStream stream(&bytes, QIODevice::ReadOnly);
-    stream.setVersion(QDataStream::Qt_5_12);
     QMap<qint64, QList<qint64>> order;
-    stream >> order;
-    return stream.status() == QDataStream::Ok ? order : QMap<qint64, QList<qint64>>();
+    read(description() + QLatin1String("/BrowsingTreeOrder")).value<ManualNodesSorter>().save(order);
+    return order;
 }
 
 void CollectionSettings::setNodeOrder(const QMap<qint64, QList<qint64>> &order)
 {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(QDataStream::Qt_5_12);
-    stream << order;
-    write(description() + QLatin1String("/BrowsingTreeOrder"), bytes);
+    ManualNodesSorter sorter;
+    sorter.load(order);
+    write(description() + QLatin1String("/BrowsingTreeOrder"), QVariant::fromValue(sorter));
 }
