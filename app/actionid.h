@@ -7,6 +7,7 @@ enum ActionId {
     ExitAction = 11,
     DatabaseInfoAction = 12,
     ShowAllDocksAction = 13,
+    EditMenuAction = 16,
     QuickStartAction = 20,
     ManualAction = 21,
     NameplateAction = 24,

@@ -11,7 +11,16 @@
 
 namespace {
 constexpr int diskError = 10;
+constexpr int openAnotherButton = 0;
+
+/** The primary result code of SQLite; 0 for an error of a server, whose codes are five signs long. */
+int resultCode(const QSqlError &error)
+{
+    const QString code = error.nativeErrorCode();
+    // The low byte is the primary code, whether or not the driver reports extended ones.
+    return code.size() < 5 ? code.toInt() & 0xff : 0;
 }
+} // namespace
 
 DatabaseErrors::DatabaseErrors(QWidget *window) : QObject(window), m_window(window) {}
 
@@ -20,8 +29,7 @@ void DatabaseErrors::report(const QSqlError &error)
     if (!error.isValid())
         return;
     qDebug() << "Database error:" << error;
-    // The low byte is the primary result code, whether or not the driver reports extended ones.
-    const int number = error.nativeErrorCode().toInt() & 0xff;
+    const int number = resultCode(error);
     const QString text = advice(number);
     if (text.isEmpty() || m_isShowing)
         return;
@@ -37,7 +45,6 @@ void DatabaseErrors::reportConnectionLoss()
     QTimer::singleShot(0, this, [this] {
         Messages::critical(m_window, tr("Connection problem"), tr("Could not connect to the database."));
         emit closeRequested();
-        m_isConnectionLost = false;
     });
 }
 
@@ -67,15 +74,24 @@ QString DatabaseErrors::advice(int number)
 
 void DatabaseErrors::show(int number, const QString &advice)
 {
-    if (number == diskError)
-        askHowToGoOn(advice);
-    else
+    if (number != diskError) {
         Messages::critical(m_window, tr("Error Accessing Database"),
                            tr("An error has occurred accessing the database. ") + advice);
+        m_isShowing = false;
+        return;
+    }
+    const int button = askHowToGoOn(advice);
+    // The next database tells of errors of its own.
     m_isShowing = false;
+    if (button == openAnotherButton) {
+        emit openAnotherRequested();
+        return;
+    }
+    QCoreApplication::exit(0);
+    emit closeRequested();
 }
 
-void DatabaseErrors::askHowToGoOn(const QString &advice)
+int DatabaseErrors::askHowToGoOn(const QString &advice)
 {
     Messages::Box box;
     box.icon = QMessageBox::Critical;
@@ -85,10 +101,5 @@ void DatabaseErrors::askHowToGoOn(const QString &advice)
     box.detailedText = advice;
     box.buttons = QMessageBox::NoButton;
     box.actions = QStringList{tr("Open another database"), tr("Exit application")};
-    if (Messages::run(m_window, box).action == 0) {
-        emit openAnotherRequested();
-        return;
-    }
-    QCoreApplication::exit(0);
-    emit closeRequested();
+    return Messages::run(m_window, box).action;
 }

@@ -17,7 +17,9 @@ public:
     explicit DatabaseErrors(QWidget *window);
 
     void report(const QSqlError &error);
+    /** Shows its box and asks for the end of the database, once until databaseClosed(). */
     void reportConnectionLoss();
+    void databaseClosed() { m_isConnectionLost = false; }
 
 signals:
     void openAnotherRequested();
@@ -27,7 +29,8 @@ private:
     /** What a person can make of an error number of SQLite; empty for numbers without advice. */
     static QString advice(int number);
     void show(int number, const QString &advice);
-    void askHowToGoOn(const QString &advice);
+    /** The index of the chosen button. */
+    int askHowToGoOn(const QString &advice);
 
     QWidget *m_window;
     bool m_isShowing = false;

@@ -19,8 +19,11 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
+#include <QScopedValueRollback>
 #include <QSettings>
 #include <QSqlError>
+#include <QStatusBar>
 #include <QThread>
 #include <QTimer>
 
@@ -39,7 +42,9 @@ bool MainWindow::openDatabase(const DBDetails &details)
     if (!Collection::canOpen(details))
         return false;
     closeDatabase();
+    statusBar()->clearMessage();
 
+    const QScopedValueRollback<bool> busy(m_isBusy, true);
     bool opened = false;
     m_collection = makeCollection(details.type(), details.host(), details.databaseName(), details.user(),
                                   details.password(), details.port());
@@ -51,7 +56,7 @@ bool MainWindow::openDatabase(const DBDetails &details)
         if (opened) {
             m_collection->load();
             attachControllers();
-            m_recentDatabases->remember(details);
+            rememberRecentDatabase();
         } else {
             closeDatabase();
         }
@@ -69,6 +74,7 @@ void MainWindow::closeDatabase()
         delete m_collection;
         m_collection = nullptr;
         m_progress->hide();
+        m_errors->databaseClosed();
     }
     updateDatabaseActions();
     updateWindowTitle();
@@ -81,28 +87,38 @@ void MainWindow::openStartupDatabase(const QString &path, StartupSource source)
         const bool exists = QFileInfo(path).isFile();
         const bool opened = exists && openDatabase(DBDetails::local(QFileInfo(path).absoluteFilePath()));
         if (!opened && (exists || source == FromCommandLine))
-            Messages::warning(this, tr("Failed to Open Database"),
-                              tr("The selected database could not be opened successfully."));
+            warnOfFailedOpening();
     } else {
         const DBDetails newest = m_recentDatabases->newest();
         if (newest.type() == Constants::localDatabase) {
             if (QFileInfo::exists(newest.databaseName()))
                 openDatabase(newest);
             else
-                m_recentDatabases->dropMissing();
+                rememberRecentDatabase();
         }
     }
     updateWindowTitle();
+}
+
+void MainWindow::rememberRecentDatabase()
+{
+    m_recentDatabases->remember(m_collection ? m_collection->details() : DBDetails());
 }
 
 void MainWindow::openRecentDatabase(const DBDetails &details)
 {
     if (details.type() != Constants::localDatabase)
         return;
-    if (QFileInfo::exists(details.databaseName()))
-        openDatabase(details);
-    else
-        m_recentDatabases->dropMissing();
+    if (!QFileInfo::exists(details.databaseName()))
+        rememberRecentDatabase();
+    else if (!openDatabase(details))
+        warnOfFailedOpening();
+}
+
+void MainWindow::warnOfFailedOpening()
+{
+    Messages::warning(this, tr("Failed to Open Database"),
+                      tr("The selected database could not be opened successfully."));
 }
 
 void MainWindow::slotOpenDb()
@@ -115,8 +131,7 @@ void MainWindow::slotOpenDb()
         return;
     WindowSettings::setLastDatabaseDir(file.absolutePath());
     if (!openDatabase(DBDetails::local(file.absoluteFilePath())))
-        Messages::warning(this, tr("Failed to Open Database"),
-                          tr("The selected database could not be opened successfully."));
+        warnOfFailedOpening();
 }
 
 void MainWindow::newDatabase()
@@ -128,38 +143,45 @@ void MainWindow::newDatabase()
         return;
     path = QFileInfo(path).absoluteFilePath();
     WindowSettings::setLastDatabaseDir(QFileInfo(path).absolutePath());
-    if (!path.endsWith(Constants::databaseExtension)) {
+    // The dialog has asked about the name as typed, not about a longer one.
+    const bool isAppended = !path.endsWith(Constants::databaseExtension);
+    if (isAppended)
         path += Constants::databaseExtension;
-        // The dialog has asked about the name as typed, not about this one.
-        if (QFileInfo::exists(path)) {
-            Messages::Box box;
-            box.icon = QMessageBox::Warning;
-            box.title = tr("Create New Database");
-            box.text = tr("%1 already exists.\nDo you want to replace it?").arg(path);
-            box.buttons = QMessageBox::Yes | QMessageBox::Cancel;
-            box.defaultButton = QMessageBox::Cancel;
-            if (Messages::run(this, box).button != QMessageBox::Yes)
-                return;
-        }
-    }
-    if (makeRoomForDatabase(path))
+    if (makeRoomForDatabase(path, isAppended))
         createDatabase(path);
 }
 
-bool MainWindow::makeRoomForDatabase(const QString &path)
+bool MainWindow::isOpen(const QString &path) const
+{
+    return m_collection &&
+           QFileInfo(m_collection->databaseName()).canonicalFilePath() == QFileInfo(path).canonicalFilePath();
+}
+
+bool MainWindow::makeRoomForDatabase(const QString &path, bool mustAsk)
 {
     const QFileInfo file(path);
-    if (file.exists()) {
-        const bool isOpen = m_collection && QFileInfo(m_collection->databaseName()).canonicalFilePath() ==
-                                                file.canonicalFilePath();
-        if (isOpen || !file.isFile() || !QFile::remove(path)) {
-            Messages::warning(this, tr("Failed to create database"),
-                              isOpen ? tr("Cannot remove currently open database.")
-                                     : tr("Failed to remove existent database."));
-            return false;
-        }
+    if (!file.exists())
+        return true;
+    const QString title = tr("Failed to create database");
+    if (isOpen(path)) {
+        Messages::warning(this, title, tr("Cannot remove currently open database."));
+        return false;
     }
-    // A journal that an older file left behind would be played into the new one.
+    if (mustAsk) {
+        Messages::Box box;
+        box.icon = QMessageBox::Warning;
+        box.title = tr("Create New Database");
+        box.text = tr("%1 already exists.\nDo you want to replace it?").arg(path);
+        box.buttons = QMessageBox::Yes | QMessageBox::Cancel;
+        box.defaultButton = QMessageBox::Cancel;
+        if (Messages::run(this, box).button != QMessageBox::Yes)
+            return false;
+    }
+    if (!file.isFile() || !QFile::remove(path)) {
+        Messages::warning(this, title, tr("Failed to remove existent database."));
+        return false;
+    }
+    // A journal that the old file left behind is no part of the new one.
     QFile::remove(path + QStringLiteral("-journal"));
     return true;
 }
@@ -183,13 +205,23 @@ void MainWindow::createDatabase(const QString &path)
 
 void MainWindow::closeWhenIdle()
 {
-    // A box, a menu or a drag that is open runs a loop of its own above objects that closing would delete.
-    constexpr int retryMilliseconds = 50;
-    QTimer::singleShot(0, this, [this] {
-        if (QThread::currentThread()->loopLevel() > 1)
-            QTimer::singleShot(retryMilliseconds, this, &MainWindow::closeWhenIdle);
-        else
+    // Another database may be open by then: it is not the one that was meant.
+    const QPointer<Collection> doomed = m_collection;
+    runWhenIdle([this, doomed] {
+        if (doomed && doomed == m_collection)
             closeDatabase();
+    });
+}
+
+void MainWindow::runWhenIdle(const std::function<void()> &step, int milliseconds)
+{
+    // A box, a menu or a drag that is open runs a loop of its own above objects that a close would delete.
+    constexpr int retryMilliseconds = 50;
+    QTimer::singleShot(milliseconds, this, [this, step] {
+        if (m_isBusy || QThread::currentThread()->loopLevel() > 1)
+            runWhenIdle(step, retryMilliseconds);
+        else
+            step();
     });
 }
 
@@ -264,14 +296,16 @@ void MainWindow::promptAboutDuplicates(const PresentableDuplicates &duplicates)
                          shown.externalDuplicateGroups.isEmpty();
     if (!m_collection)
         return;
+    const QScopedValueRollback<bool> busy(m_isBusy, true);
+    const QPointer<Collection> asked = m_collection;
     QStringList kept;
     if (!isEmpty) {
         DuplicatePrompt prompt(shown, m_collection->mainViewController(), this);
         if (prompt.exec() == QDialog::Accepted)
             kept = prompt.chosenPaths();
     }
-    if (m_collection)
-        m_collection->mainViewController()->addFilesList(kept);
+    if (asked)
+        asked->mainViewController()->addFilesList(kept);
 }
 
 void MainWindow::slotConnectionError()
@@ -286,6 +320,8 @@ void MainWindow::slotDBErrorOccured(const QSqlError &error)
 
 void MainWindow::updateWindowTitle()
 {
-    setWindowTitle(tr("Vorna - ") +
-                   (m_collection ? CollectionIdentity::displayText(m_collection->details()) : QString()));
+    QString name = m_collection ? CollectionIdentity::displayText(m_collection->details()) : QString();
+    // Alone it would stand for the mark of unsaved changes.
+    name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+    setWindowTitle(tr("Vorna - ") + name);
 }

@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QMainWindow>
 
+#include <functional>
+
 class BrowsingTreeViewDock;
 class Collection;
 class DatabaseErrors;
@@ -81,9 +83,16 @@ private:
     void connectCollection();
     void attachControllers();
     void detachControllers();
+    void rememberRecentDatabase();
     void openRecentDatabase(const DBDetails &details);
+    /** The user's choice could not be opened. */
+    void warnOfFailedOpening();
     void closeWhenIdle();
-    bool makeRoomForDatabase(const QString &path);
+    /** Runs a step once no box, menu or drag is open and nothing is in the middle of using the collection. */
+    void runWhenIdle(const std::function<void()> &step, int milliseconds = 0);
+    bool isOpen(const QString &path) const;
+    /** False when a file that is there may not or cannot be replaced; the user knows why. */
+    bool makeRoomForDatabase(const QString &path, bool mustAsk);
     void createDatabase(const QString &path);
 
     void updateWindowTitle();
@@ -100,4 +109,5 @@ private:
     BrowsingTreeViewDock *m_browsingDock = nullptr;
     QHash<int, QAction *> m_actions;
     Collection *m_collection = nullptr;
+    bool m_isBusy = false; // inside a step that goes on with the collection after a loop of its own
 };

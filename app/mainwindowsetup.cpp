@@ -50,7 +50,8 @@ MainWindow::MainWindow(QWidget *parent)
     connect(m_mainView, &MainFilesView::statusTextChanged, this,
             [this](const QString &text) { statusBar()->showMessage(text, 0); });
     connect(m_recentDatabases, &RecentDatabases::chosen, this, &MainWindow::openRecentDatabase);
-    connect(m_errors, &DatabaseErrors::openAnotherRequested, this, &MainWindow::slotOpenDb);
+    connect(m_errors, &DatabaseErrors::openAnotherRequested, this,
+            [this] { runWhenIdle([this] { slotOpenDb(); }); });
     connect(m_errors, &DatabaseErrors::closeRequested, this, &MainWindow::closeWhenIdle);
     m_recentDatabases->load();
     updateDatabaseActions();
@@ -134,6 +135,7 @@ void MainWindow::fillOtherMenus(MainUi &ui)
     ui.viewMenu->addActions({info, docks});
 
     ui.editMenu->addAction(ui.editMode);
+    m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
 
     QAction *guide = addAction(QuickStartAction, tr("Quick Start Guide"));
     connect(guide, &QAction::triggered, this, [] { (new HelpWindow(HelpWindow::QuickStartGuide))->show(); });
@@ -215,5 +217,6 @@ void MainWindow::detachControllers()
 
 void MainWindow::updateDatabaseActions()
 {
-    m_actions.value(DatabaseInfoAction)->setEnabled(m_collection);
+    for (const int id : {DatabaseInfoAction, EditMenuAction})
+        m_actions.value(id)->setEnabled(m_collection);
 }

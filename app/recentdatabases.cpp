@@ -53,16 +53,10 @@ void RecentDatabases::remember(const DBDetails &open)
 {
     QList<DBDetails> kept = entries();
     kept.erase(std::remove_if(kept.begin(), kept.end(), isGone), kept.end());
-    kept.removeAll(open);
-    kept.prepend(open.withPassword(QString()));
-    setEntries(kept);
-    save();
-}
-
-void RecentDatabases::dropMissing()
-{
-    QList<DBDetails> kept = entries();
-    kept.erase(std::remove_if(kept.begin(), kept.end(), isGone), kept.end());
+    if (!CollectionIdentity::displayText(open).isEmpty()) {
+        kept.removeAll(open);
+        kept.prepend(open.withPassword(QString()));
+    }
     setEntries(kept);
     save();
 }

@@ -25,9 +25,8 @@ public:
 
     void load();
     void save() const;
-    /** Drops local entries whose file is gone, moves the open database to the top, and saves. */
-    void remember(const DBDetails &open);
-    void dropMissing();
+    /** Drops local entries whose file is gone, moves the open database, if any, to the top, and saves. */
+    void remember(const DBDetails &open = {});
 
 signals:
     void chosen(const DBDetails &details);

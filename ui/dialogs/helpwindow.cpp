@@ -2,6 +2,7 @@
 
 #include "app/windowsettings.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QTextBrowser>
 
@@ -28,6 +29,8 @@ HelpWindow::HelpWindow(int mode, QWidget *parent) : QMainWindow(parent), m_brows
         showDocument(QStringLiteral(":help/HelpFile.html"));
     }
     restoreGeometry(WindowSettings::layout(m_geometryKey));
+    // Nobody owns the window: without this its place would be forgotten when the program ends.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &QWidget::close);
 }
 
 HelpWindow::~HelpWindow()

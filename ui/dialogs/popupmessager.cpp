@@ -19,6 +19,10 @@ void PopupMessager::showTempWarning(const QString &title, const QString &text)
         m_temporaryBox->setObjectName(QStringLiteral("temporaryWarning"));
         m_temporaryBox->setTextFormat(Qt::PlainText);
         m_temporaryBox->setModal(false);
+        // One timer, so that the end of a box that was closed by hand does not cut the next one short.
+        m_hideTimer = new QTimer(this);
+        m_hideTimer->setSingleShot(true);
+        connect(m_hideTimer, &QTimer::timeout, m_temporaryBox, &QWidget::hide);
     }
     if (m_temporaryBox->isVisible())
         return;
@@ -26,7 +30,7 @@ void PopupMessager::showTempWarning(const QString &title, const QString &text)
     m_temporaryBox->setText(text);
     m_temporaryBox->show();
     m_temporaryBox->raise();
-    QTimer::singleShot(temporaryBoxMilliseconds, m_temporaryBox, &QWidget::hide);
+    m_hideTimer->start(temporaryBoxMilliseconds);
 }
 
 void PopupMessager::showWarning(const QString &title, const QString &text)

@@ -3,6 +3,7 @@
 #include <QObject>
 
 class QMessageBox;
+class QTimer;
 class QWidget;
 
 /** Shows short messages of the open database. Owned by the main window, on the GUI thread. */
@@ -23,4 +24,5 @@ public slots:
 private:
     QWidget *m_window;
     QMessageBox *m_temporaryBox = nullptr;
+    QTimer *m_hideTimer = nullptr;
 };
