@@ -69,7 +69,37 @@ equals "select count(*) from file_tag ft join tags t using (tag_id) where tag_na
 within 10 window '^Duplicates' || fail "the copy was not reported"
 xdotool key Return
 sleep 0.5
-kill $source
+kill $source; wait $source 2>/dev/null || true
+
+# Pictures on the node of a tag, their contents copied into the database this time; one is known already.
+pictures="$work/Pictures"
+mkdir "$pictures"
+for i in $(seq 6); do convert -size 300x200 "gradient:hsl($((i * 50)),60%,50%)-white" "$pictures/view $i.png"; done
+cp "$folder/note 7.txt" "$pictures/seven.txt"
+xdotool mousemove 360 65 click 1
+"$dragsource" "$pictures" &
+source=$!
+within 10 window '^Drag source' || fail "no second drag source"
+drag 348 234
+within 20 equals "select count(*) from files where internal=1" 6 || fail "not all internal"
+equals "select count(*) from thumbnails" 6 || fail "thumbnails"
+equals "select count(*) from files join file_tag using (file_id) join tags using (tag_id)
+    where internal=1 and tag_name in ('Field notes', 'Pictures')" 12 || fail "tags of the node and of the folder"
+equals "select count(*) from files join file_tag using (file_id) join tags using (tag_id)
+    where file_name='note 7.txt' and tag_name='Pictures'" 1 || fail "the matched file has not got its folder's tag"
+within 10 window '^Duplicates' || fail "the known file was not reported"
+xdotool key Return; sleep 0.5
+kill $source; wait $source 2>/dev/null || true
+
+# A search by name, then all that it shows deleted for good.
+xdotool mousemove 492 65 click 1; sleep 0.5
+xdotool type "view 3"; xdotool key Return; sleep 0.5
+xdotool mousemove 640 180 click 1; sleep 0.3
+xdotool key shift+Delete; sleep 0.5
+xdotool key Tab; sleep 0.2; xdotool key Return
+within 10 equals "select count(*) from files where file_name like 'view%'" 5 || fail "not deleted"
+equals "select count(*) from storage" 5 || fail "blocks of the deleted file"
+equals "select count(*) from file_tag where file_id not in (select file_id from files)" 0 || fail "orphans"
 
 # Closed and opened again: it is the newest of the recent list.
 close_window
