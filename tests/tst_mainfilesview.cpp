@@ -192,15 +192,15 @@ void TestMainFilesView::deleteKeyUnlinksTagOfNode()
     const qint64 otherTagId = m_fixture->tags()->addTag(QStringLiteral("B"));
     const qint64 id = m_fixture->addExternal(QStringLiteral("a.txt"), {tagId, otherTagId});
     const qint64 nodeId = m_fixture->addNode(tagId);
+    // The file stays selected when the node is clicked, and in view when the node is turned afterwards.
+    showAll();
+    select({id});
     if (isNodeCurrent)
         m_fixture->activate(nodeId);
-    else
-        showAll();
-    // The files of the node stay in view while it is turned, until it is clicked again.
-    select({id});
     if (isInverted)
         m_fixture->tree()->changeInversion(nodeId, true);
-    m_view->updateActionsAvailability();
+    QVERIFY(list()->selectionModel()->hasSelection());
+    emit m_ui->fileMenu->aboutToShow();
     QCOMPARE(action("removeFromNodeAction")->isEnabled(), isUnlinked);
 
     QTest::keyClick(list(), Qt::Key_Delete);
@@ -422,39 +422,48 @@ void TestMainFilesView::doubleClickOpensUnlessEditing()
 
 void TestMainFilesView::editorKeys_data()
 {
+    QTest::addColumn<bool>("asTable");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<int>("end");
     QTest::addColumn<QString>("name");
-    QTest::newRow("return takes it") << QStringLiteral("new") << int(Qt::Key_Return) << QStringLiteral("new");
-    QTest::newRow("esc leaves it") << QStringLiteral("new") << int(Qt::Key_Escape)
-                                   << QStringLiteral("https://a/");
-    QTest::newRow("quotes vanish") << QStringLiteral("\"n\"e\"w\"") << int(Qt::Key_Return)
-                                   << QStringLiteral("new");
-    QTest::newRow("empty is refused")
-        << QStringLiteral(" ") << int(Qt::Key_Return) << QStringLiteral("https://a/");
+    const QString before = QStringLiteral("https://example.org/a/name/too/long/to/be/shown/in/full");
+    const QString after = QStringLiteral("new");
+    QTest::newRow("return takes it") << true << after << int(Qt::Key_Return) << after;
+    QTest::newRow("esc leaves it") << true << after << int(Qt::Key_Escape) << before;
+    QTest::newRow("quotes vanish") << true << QStringLiteral("\"n\"e\"w\"") << int(Qt::Key_Return) << after;
+    QTest::newRow("empty is refused") << true << QStringLiteral(" ") << int(Qt::Key_Return) << before;
+    QTest::newRow("thumbnail") << false << after << int(Qt::Key_Return) << after;
+    QTest::newRow("untouched thumbnail") << false << QString() << int(Qt::Key_Return) << before;
 }
 
 void TestMainFilesView::editorKeys()
 {
+    QFETCH(bool, asTable);
     QFETCH(QString, typed);
     QFETCH(int, end);
     QFETCH(QString, name);
     open();
-    showTable();
-    const qint64 id = m_fixture->add(QUrl(QStringLiteral("https://a/")));
+    if (asTable)
+        showTable();
+    QAbstractItemView *view = asTable ? table() : list();
+    const QString before = QStringLiteral("https://example.org/a/name/too/long/to/be/shown/in/full");
+    const qint64 id = m_fixture->add(QUrl(before));
     showAll();
     m_ui->editMode->setChecked(true);
-    const QModelIndex index = m_fixture->mainView()->sorter()->index(0, ContentsModel::NameColumn);
-    table()->setCurrentIndex(index);
-    table()->edit(index);
-    QPointer<SpecialLineEdit> editor = table()->findChild<SpecialLineEdit *>();
+    const QModelIndex index = m_fixture->mainView()->sorter()->index(
+        0, asTable ? ContentsModel::NameColumn : ContentsModel::ThumbnailColumn);
+    view->setCurrentIndex(index);
+    view->edit(index);
+    QPointer<SpecialLineEdit> editor = view->findChild<SpecialLineEdit *>();
     QVERIFY(editor);
-    QCOMPARE(editor->text(), QStringLiteral("https://a/"));
+    QCOMPARE(editor->text(), before);
+    QVERIFY(view->visualRect(index).contains(editor->geometry()));
     editor->selectAll();
     QTest::keyClicks(editor, typed);
     QTest::keyClick(editor.data(), Qt::Key(end));
     QTRY_VERIFY(!editor);
     QCOMPARE(file(id)->name(), name);
+    QVERIFY(m_opened.isEmpty());
 }
 
 void TestMainFilesView::linksTagsOfAction()

@@ -21,6 +21,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMenu>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -128,6 +129,7 @@ void MainFilesView::takePlaces(MainUi &ui)
     m_searchEdit = ui.searchEdit;
     connect(ui.searchEdit, &QLineEdit::returnPressed, this, &MainFilesView::searchFile);
     connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
+    connect(ui.fileMenu, &QMenu::aboutToShow, this, &MainFilesView::updateActionsAvailability);
     connect(ui.editMode, &QAction::toggled, this, &MainFilesView::changeEditMode);
     changeEditMode(ui.editMode->isChecked());
     iconViewSelected(m_actions->action(FileActions::Thumbnails)->isChecked());
@@ -137,8 +139,10 @@ void MainFilesView::takePlaces(MainUi &ui)
 void MainFilesView::setController(MainViewController *controller)
 {
     detachModel();
-    if (m_controller)
+    if (m_controller) {
         m_controller->disconnect(this);
+        m_controller->collection()->browsTreeController()->disconnect(this);
+    }
     m_controller = controller;
     m_title->setController(controller);
     m_title->setEnabled(controller);
@@ -148,6 +152,9 @@ void MainFilesView::setController(MainViewController *controller)
     if (controller) {
         connect(controller, &MainViewController::tagRequirementsChanged, this,
                 &MainFilesView::followRequirements);
+        // A node becomes the current one only after its files are shown.
+        connect(controller->collection()->browsTreeController(), &BrowsTreeController::currentNodeChanged,
+                this, &MainFilesView::updateActionsAvailability);
         attachModel();
     }
     updateEmptyText();
@@ -322,6 +329,8 @@ void MainFilesView::followRequirements()
     // A search tells of its own new requirement, too; any other ends the search.
     if (!m_isSearching && m_searchEdit)
         m_searchEdit->clear();
+    m_listView->scrollToTop();
+    m_tableView->scrollToTop();
     updateEmptyText();
     updateActionsAvailability();
 }
