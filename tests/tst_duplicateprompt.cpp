@@ -117,8 +117,8 @@ void TestDuplicatePrompt::tagsOfKnownFilesAreTold()
     QFETCH(QUrl, url);
     QFETCH(QString, noun);
     FilesFixture fixture;
-    const QVector<qint64> tagIds = {fixture.tags()->addTag(QStringLiteral("Red")),
-                                    fixture.tags()->addTag(QStringLiteral("Blue"))};
+    const QVector<qint64> tagIds = {fixture.tags().addTag(QStringLiteral("Red")),
+                                    fixture.tags().addTag(QStringLiteral("Blue"))};
     const qint64 fileId =
         url.isEmpty() ? fixture.addExternal(QStringLiteral("known.txt"), tagIds) : fixture.add(url, tagIds);
     PresentableDuplicates duplicates;
@@ -126,7 +126,7 @@ void TestDuplicatePrompt::tagsOfKnownFilesAreTold()
     match.addedFiles = {info("/in/new.txt")};
     match.databaseFiles = {info("known", fileId)};
     duplicates.contentMatches << match;
-    const DuplicatePrompt prompt(duplicates, fixture.mainView());
+    const DuplicatePrompt prompt(duplicates, &fixture.mainView());
 
     const QString text = report(prompt);
     QVERIFY(

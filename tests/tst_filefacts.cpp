@@ -32,20 +32,20 @@ void TestFileFacts::dockFollowsFile()
     const QVector<qint64> tagIds = fixture.addTags({QStringLiteral("Red"), QStringLiteral("Blue")});
     const qint64 id = fixture.addExternal(QStringLiteral("<b>100%1<i>.txt"), tagIds);
     MetaInfoDock dock;
-    dock.setController(fixture.mainView());
+    dock.setController(&fixture.mainView());
     dock.selectFile(id);
     QCOMPARE(textOf(dock, "nameLabel"), QStringLiteral("<b>100%1<i>.txt"));
     QCOMPARE(dock.findChild<QLabel *>(QStringLiteral("nameLabel"))->textFormat(), Qt::PlainText);
     QCOMPARE(textOf(dock, "tagsLabel"), QStringLiteral("Red, Blue"));
 
-    fixture.tags()->renameTag(tagIds.first(), QStringLiteral("Green"));
+    fixture.tags().renameTag(tagIds.first(), QStringLiteral("Green"));
     QCOMPARE(textOf(dock, "tagsLabel"), QStringLiteral("Green, Blue"));
-    fixture.mainView()->unlinkTags({id}, {tagIds.first()});
+    fixture.mainView().unlinkTags({id}, {tagIds.first()});
     QCOMPARE(textOf(dock, "tagsLabel"), QStringLiteral("Blue"));
-    fixture.mainView()->updateFileDescription(id, QStringLiteral("of %2 things"));
+    fixture.mainView().updateFileDescription(id, QStringLiteral("of %2 things"));
     QCOMPARE(textOf(dock, "descriptionLabel"), QStringLiteral("of %2 things"));
-    fixture.mainView()->deleteFiles({id});
-    fixture.wait();
+    fixture.mainView().deleteFiles({id});
+    fixture.waitForWorker();
     QCOMPARE(textOf(dock, "nameLabel"), QStringLiteral("No file selected"));
     QCOMPARE(textOf(dock, "tagsLabel"), QString());
 }
@@ -64,7 +64,7 @@ void TestFileFacts::dockIsEmptied()
     FilesFixture fixture;
     const qint64 known = fixture.addExternal(QStringLiteral("a.txt"));
     MetaInfoDock dock;
-    dock.setController(fixture.mainView());
+    dock.setController(&fixture.mainView());
     dock.selectFile(known);
     QCOMPARE(textOf(dock, "nameLabel"), QStringLiteral("a.txt"));
     dock.selectFile(id);

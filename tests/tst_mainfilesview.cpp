@@ -62,7 +62,7 @@ private:
     QAbstractItemView *list() const { return m_view->findChild<ListView *>(); }
     QAbstractItemView *table() const { return m_view->findChild<TableView *>(); }
     void showTable() { action("listAction")->setChecked(true); }
-    void showAll() { m_fixture->mainView()->showSpecialNode(AllFiles); }
+    void showAll() { m_fixture->mainView().showSpecialNode(AllFiles); }
     void select(const QVector<qint64> &ids);
     QStringList menuTexts();
     const File *file(qint64 id) { return m_fixture->file(id); }
@@ -100,7 +100,7 @@ void TestMainFilesView::open(FilesFixture::Access access)
     m_view = new MainFilesView(m_window.get());
     m_view->takePlaces(*m_ui);
     m_window->setCentralWidget(m_view);
-    m_view->setController(m_fixture->mainView());
+    m_view->setController(&m_fixture->mainView());
     m_window->resize(1024, 700);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
@@ -108,7 +108,7 @@ void TestMainFilesView::open(FilesFixture::Access access)
 
 void TestMainFilesView::select(const QVector<qint64> &ids)
 {
-    const Sorter *sorter = m_fixture->mainView()->sorter();
+    const Sorter *sorter = m_fixture->mainView().sorter();
     list()->clearSelection();
     for (int row = 0; row < sorter->rowCount(); ++row) {
         if (!ids.contains(sorter->fileAt(row)->id()))
@@ -188,8 +188,8 @@ void TestMainFilesView::deleteKeyUnlinksTagOfNode()
     QFETCH(bool, isInverted);
     QFETCH(bool, isUnlinked);
     open();
-    const qint64 tagId = m_fixture->tags()->addTag(QStringLiteral("A"));
-    const qint64 otherTagId = m_fixture->tags()->addTag(QStringLiteral("B"));
+    const qint64 tagId = m_fixture->tags().addTag(QStringLiteral("A"));
+    const qint64 otherTagId = m_fixture->tags().addTag(QStringLiteral("B"));
     const qint64 id = m_fixture->addExternal(QStringLiteral("a.txt"), {tagId, otherTagId});
     const qint64 nodeId = m_fixture->addNode(tagId);
     // The file stays selected when the node is clicked, and in view when the node is turned afterwards.
@@ -198,7 +198,7 @@ void TestMainFilesView::deleteKeyUnlinksTagOfNode()
     if (isNodeCurrent)
         m_fixture->activate(nodeId);
     if (isInverted)
-        m_fixture->tree()->changeInversion(nodeId, true);
+        m_fixture->tree().changeInversion(nodeId, true);
     QVERIFY(list()->selectionModel()->hasSelection());
     emit m_ui->fileMenu->aboutToShow();
     QCOMPARE(action("removeFromNodeAction")->isEnabled(), isUnlinked);
@@ -239,7 +239,7 @@ void TestMainFilesView::shiftDeleteAsks()
     m_fixture->answerBoxesWith(isAgreed ? QMessageBox::Ok : QMessageBox::Cancel);
 
     QTest::keyClick(list(), Qt::Key_Delete, Qt::ShiftModifier);
-    m_fixture->wait();
+    m_fixture->waitForWorker();
     QCOMPARE(m_fixture->takeBoxes(),
              QStringList{QStringLiteral("Do you really want to delete the selected %1?").arg(noun)});
     for (qint64 id : qAsConst(ids))
@@ -258,8 +258,8 @@ void TestMainFilesView::readOnlyIsLeftAlone()
     QVERIFY(!enter.isAccepted());
     QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(list()->viewport(), &drop);
-    m_fixture->wait();
-    QCOMPARE(m_fixture->manager().files().size(), 0);
+    m_fixture->waitForWorker();
+    QCOMPARE(m_fixture->manager()->files().size(), 0);
 }
 
 void TestMainFilesView::statusTellsSelection()
@@ -291,10 +291,10 @@ void TestMainFilesView::statusTellsSelection()
 void TestMainFilesView::searchIsEndedByNode()
 {
     open();
-    const qint64 tagId = m_fixture->tags()->addTag(QStringLiteral("A"));
+    const qint64 tagId = m_fixture->tags().addTag(QStringLiteral("A"));
     const qint64 hit = m_fixture->addExternal(QStringLiteral("Report %1.txt"), {tagId});
     m_fixture->addExternal(QStringLiteral("other.txt"), {tagId});
-    const Sorter *sorter = m_fixture->mainView()->sorter();
+    const Sorter *sorter = m_fixture->mainView().sorter();
 
     action("fileSearchAction")->setChecked(true);
     QTRY_VERIFY(m_ui->searchEdit->isVisible());
@@ -334,7 +334,7 @@ void TestMainFilesView::dropAddsFiles()
     open();
     if (asTable)
         showTable();
-    const qint64 tagId = m_fixture->tags()->addTag(QStringLiteral("A"));
+    const qint64 tagId = m_fixture->tags().addTag(QStringLiteral("A"));
     const qint64 nodeId = m_fixture->addNode(tagId);
     if (isNodeCurrent)
         m_fixture->activate(nodeId);
@@ -353,9 +353,9 @@ void TestMainFilesView::dropAddsFiles()
     QApplication::sendEvent(target, &drop);
     QVERIFY(drop.isAccepted());
     QCOMPARE(drop.dropAction(), Qt::CopyAction);
-    m_fixture->wait();
+    m_fixture->waitForWorker();
 
-    const QList<File *> files = m_fixture->manager().files().values();
+    const QList<File *> files = m_fixture->manager()->files().values();
     QCOMPARE(files.size(), 2);
     for (const File *added : files)
         QCOMPARE(added->tags(), isNodeCurrent ? QVector<qint64>{tagId} : QVector<qint64>());
@@ -406,7 +406,7 @@ void TestMainFilesView::doubleClickOpensUnlessEditing()
     AddingSettings::setLinkToFiles(false);
     m_fixture->addExternal(QStringLiteral("inside.txt"));
     showAll();
-    const QAbstractItemModel *model = m_fixture->mainView()->sorter();
+    const QAbstractItemModel *model = m_fixture->mainView().sorter();
     emit list()->doubleClicked(model->index(1, 0));
     QVERIFY(m_opened.isEmpty());
     emit list()->doubleClicked(model->index(0, 0));
@@ -450,7 +450,7 @@ void TestMainFilesView::editorKeys()
     const qint64 id = m_fixture->add(QUrl(before));
     showAll();
     m_ui->editMode->setChecked(true);
-    const QModelIndex index = m_fixture->mainView()->sorter()->index(
+    const QModelIndex index = m_fixture->mainView().sorter()->index(
         0, asTable ? ContentsModel::NameColumn : ContentsModel::ThumbnailColumn);
     view->setCurrentIndex(index);
     view->edit(index);
@@ -469,8 +469,8 @@ void TestMainFilesView::editorKeys()
 void TestMainFilesView::linksTagsOfAction()
 {
     open();
-    const QVector<qint64> tagIds = {m_fixture->tags()->addTag(QStringLiteral("A")),
-                                    m_fixture->tags()->addTag(QStringLiteral("B"))};
+    const QVector<qint64> tagIds = {m_fixture->tags().addTag(QStringLiteral("A")),
+                                    m_fixture->tags().addTag(QStringLiteral("B"))};
     const QVector<qint64> ids = {m_fixture->addExternal(QStringLiteral("a"), {tagIds.first()}),
                                  m_fixture->addExternal(QStringLiteral("b"))};
     const qint64 other = m_fixture->addExternal(QStringLiteral("c"));
@@ -512,14 +512,14 @@ void TestMainFilesView::headerComesBackUnsorted()
     header->resizeSection(ContentsModel::NameColumn, 321);
     header->moveSection(7, 2);
     header->setSortIndicator(ContentsModel::NameColumn, Qt::AscendingOrder);
-    QCOMPARE(m_fixture->mainView()->sorter()->fileAt(0)->name(), QStringLiteral("a"));
+    QCOMPARE(m_fixture->mainView().sorter()->fileAt(0)->name(), QStringLiteral("a"));
 
     m_view->setController(nullptr);
-    m_view->setController(m_fixture->mainView());
+    m_view->setController(&m_fixture->mainView());
     QCOMPARE(header->sectionSize(ContentsModel::NameColumn), 321);
     QCOMPARE(header->visualIndex(7), 2);
     QCOMPARE(header->sortIndicatorSection(), -1);
-    QCOMPARE(m_fixture->mainView()->sorter()->fileAt(0)->name(), QStringLiteral("b"));
+    QCOMPARE(m_fixture->mainView().sorter()->fileAt(0)->name(), QStringLiteral("b"));
 }
 
 QTEST_MAIN(TestMainFilesView)

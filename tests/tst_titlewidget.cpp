@@ -39,10 +39,10 @@ void TestTitleWidget::init()
 {
     m_fixture = std::make_unique<FilesFixture>();
     m_bar = std::make_unique<TitleWidget>();
-    m_bar->setController(m_fixture->mainView());
+    m_bar->setController(&m_fixture->mainView());
     m_tagIds = {0};
     for (const char *name : {"A", "B", "C", "D"})
-        m_tagIds << m_fixture->tags()->addTag(QLatin1String(name));
+        m_tagIds << m_fixture->tags().addTag(QLatin1String(name));
 }
 
 void TestTitleWidget::cleanup()
@@ -100,15 +100,15 @@ void TestTitleWidget::tellsWhatIsShown()
 
 void TestTitleWidget::namesAreNoMarkup()
 {
-    const qint64 tagId = m_fixture->tags()->addTag(QStringLiteral("a<b>&%1 \U0001F600"));
-    m_fixture->mainView()->showTagsSelected({tagId});
+    const qint64 tagId = m_fixture->tags().addTag(QStringLiteral("a<b>&%1 \U0001F600"));
+    m_fixture->mainView().showTagsSelected({tagId});
     QCOMPARE(text(), QStringLiteral(" a&lt;b&gt;&amp;%1 \U0001F600 "));
 }
 
 void TestTitleWidget::newNameOfTagIsTold()
 {
-    m_fixture->mainView()->showTagsSelected({m_tagIds.at(1)});
-    m_fixture->tags()->renameTag(m_tagIds.at(1), QStringLiteral("Z"));
+    m_fixture->mainView().showTagsSelected({m_tagIds.at(1)});
+    m_fixture->tags().renameTag(m_tagIds.at(1), QStringLiteral("Z"));
     QCOMPARE(text(), QStringLiteral(" Z "));
 }
 
@@ -126,7 +126,7 @@ void TestTitleWidget::droppedTagsBecomeRequirement()
     QApplication::sendEvent(m_bar.get(), &drop);
 
     QCOMPARE(text(), QStringLiteral(" A <i>and</i>  B "));
-    QCOMPARE(m_fixture->mainView()->shownFileIds(), QVector<qint64>{both});
+    QCOMPARE(m_fixture->mainView().shownFileIds(), QVector<qint64>{both});
 }
 
 void TestTitleWidget::foreignDragIsRefused_data()
@@ -152,11 +152,11 @@ void TestTitleWidget::foreignDragIsRefused()
 
 void TestTitleWidget::closingClears()
 {
-    m_fixture->mainView()->showTagsSelected({m_tagIds.at(1)});
+    m_fixture->mainView().showTagsSelected({m_tagIds.at(1)});
     m_bar->setController(nullptr);
     QCOMPARE(heading(), QString());
     QCOMPARE(text(), QStringLiteral("No tag or browsing node open"));
-    m_fixture->mainView()->showSpecialNode(AllFiles);
+    m_fixture->mainView().showSpecialNode(AllFiles);
     QCOMPARE(text(), QStringLiteral("No tag or browsing node open"));
 }
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "core/controllers/browstreecontroller.h"
-#include "core/controllers/mainviewcontroller.h"
-#include "core/controllers/tagscontroller.h"
+#include "app/constants.h"
 #include "core/file.h"
 #include "models/contentsmodel.h"
 #include "tests/support/collectionfixture.h"
@@ -27,14 +25,10 @@ public:
         unlock();
     }
 
-    MainViewController *mainView() { return collection().mainViewController(); }
-    TagsController *tags() { return collection().tagsController(); }
-    BrowsTreeController *tree() { return collection().browsTreeController(); }
-
     /** Writes a file with contents of its own into the folder. Its path. */
     QString write(const QString &name)
     {
-        QFile file(path(name));
+        QFile file(folder() + QLatin1Char('/') + name);
         if (!file.open(QIODevice::WriteOnly) || file.write(name.toUtf8()) < 0)
             qFatal("cannot write %s", qPrintable(file.fileName()));
         return file.fileName();
@@ -43,10 +37,10 @@ public:
     /** Adds one file or link and gives its id. */
     qint64 add(const QUrl &url, const QVector<qint64> &tagIds = {})
     {
-        const QList<qint64> before = manager().files().keys();
-        mainView()->addUrls({url}, tagIds);
-        wait();
-        for (qint64 id : manager().files().keys()) {
+        const QList<qint64> before = manager()->files().keys();
+        mainView().addUrls({url}, tagIds);
+        waitForWorker();
+        for (qint64 id : manager()->files().keys()) {
             if (!before.contains(id))
                 return id;
         }
@@ -60,8 +54,8 @@ public:
     /** A node of a tag at the top level of the browsing tree. */
     qint64 addNode(qint64 tagId)
     {
-        tree()->addNodesBelow({tagId}, 0);
-        for (const TBnode *node : manager().nodes().values()) {
+        tree().addNodesBelow({tagId}, 0);
+        for (const TBnode *node : manager()->nodes().values()) {
             if (node->tagId() == tagId)
                 return node->id();
         }
@@ -72,25 +66,18 @@ public:
     {
         QVector<qint64> required;
         QVector<qint64> excluded;
-        tree()->nodeById(nodeId)->collectTagRequirements(required, excluded);
-        tree()->nodeActivated(TagNode, nodeId, required, excluded);
+        tree().nodeById(nodeId)->collectTagRequirements(required, excluded);
+        tree().nodeActivated(TagNode, nodeId, required, excluded);
     }
 
     /** Null when the file is not in the database. */
-    const File *file(qint64 id) { return manager().file(id); }
-    /** Until file operations are through and their news have arrived. */
-    void wait()
-    {
-        // The manager hands requests to the worker from the event loop.
-        QCoreApplication::processEvents();
-        waitForWorker();
-    }
+    const File *file(qint64 id) { return manager()->file(id); }
 
 private:
     void lock() const
     {
         QSqlDatabase database = QSqlDatabase::addDatabase(Constants::sqliteDriver, QStringLiteral("lock"));
-        database.setDatabaseName(path(QStringLiteral("test.vrn")));
+        database.setDatabaseName(path());
         database.open();
         QSqlQuery(database).exec(QStringLiteral("BEGIN IMMEDIATE"));
     }
