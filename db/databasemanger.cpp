@@ -19,6 +19,19 @@
 #include <QSqlQuery>
 #include <QTimer>
 
+namespace {
+/** Whether another connection to a local file was in the way. */
+bool isBusyError(const QSqlError &error)
+{
+    // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    // Of a commit that fails the driver keeps the text alone.
+    const QString text = error.databaseText();
+    return code == 5 || code == 6 || text == QLatin1String("database is locked") ||
+           text == QLatin1String("database table is locked");
+}
+} // namespace
+
 DatabaseManger::DatabaseManger(const QString &driver, const QString &database, const QString &host,
                                const QString &user, const QString &password, int port, QObject *parent)
     : QObject(parent),
@@ -195,9 +208,7 @@ void DatabaseManger::connectErrors(BaseDBProvider *provider)
 
 void DatabaseManger::gotProviderError(const QSqlError &error)
 {
-    // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
-    const int code = error.nativeErrorCode().toInt() & 0xff;
-    if (m_driverName != Constants::sqliteDriver || (code != 5 && code != 6)) {
+    if (m_driverName != Constants::sqliteDriver || !isBusyError(error)) {
         emit errorOccured(error);
         return;
     }
@@ -236,9 +247,11 @@ void DatabaseManger::closeDB()
     // Waits for the worker, which uses the database until then. No request may come after it.
     delete m_providers.fileOperation;
     m_providers.fileOperation = nullptr;
-    Connections::close(Constants::workerConnection);
-    if (m_isOpen)
+    // A manager that never opened must not close what another one uses under the same names.
+    if (m_isOpen) {
+        Connections::close(Constants::workerConnection);
         Connections::close(Connections::mainName());
+    }
     m_isOpen = false;
 }
 

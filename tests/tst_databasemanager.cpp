@@ -57,10 +57,12 @@ private slots:
     void writeProtectedFileOpensReadOnly();
     void tagNamesOfAClosedDatabase();
     void editOfABusyDatabaseWarnsAtOnce();
+    void editThatCannotBeCommittedWarns();
     void reloadOfABusyDatabaseComesLater();
     void reloadEmptiesTheViewsFirst();
     void addedFileArrivesAndGoes();
     void closingInTheMiddleOfAnAddLeavesNothingHalf();
+    void makingAnotherDatabaseLeavesTheWorkerAlone();
     void missingFilesAreToldWhenTheirStateChanges();
     void workerErrorHasTitleFirst();
 
@@ -304,6 +306,27 @@ void TestDatabaseManager::editOfABusyDatabaseWarnsAtOnce()
     QVERIFY(manager->addTag(QStringLiteral("later")) > 0);
 }
 
+void TestDatabaseManager::editThatCannotBeCommittedWarns()
+{
+    LocalManager manager;
+    manager.addFiles(1);
+    const qint64 tagId = manager->addTag(QStringLiteral("paper"));
+    QSignalSpy temporary(manager.get(), &DatabaseManger::showTempWarning);
+    QSignalSpy errors(manager.get(), &DatabaseManger::errorOccured);
+    OtherConnection other(manager.path());
+    {
+        // A reader in the middle of its rows lets others write, but not commit.
+        QSqlQuery reader(QSqlDatabase::database(QStringLiteral("other")));
+        QVERIFY(reader.exec(QStringLiteral("SELECT tag_id FROM tags UNION ALL SELECT file_id FROM files")));
+        QVERIFY(!manager->linkTags({1}, {tagId}));
+    }
+    QCOMPARE(temporary.size(), 1);
+    QVERIFY(errors.isEmpty());
+    QCOMPARE(manager.value("SELECT count(*) FROM file_tag"), QStringLiteral("0"));
+    QVERIFY(manager->linkTags({1}, {tagId}));
+    QCOMPARE(manager->file(1)->tags(), QVector<qint64>{tagId});
+}
+
 void TestDatabaseManager::reloadOfABusyDatabaseComesLater()
 {
     LocalManager manager;
@@ -378,6 +401,23 @@ void TestDatabaseManager::closingInTheMiddleOfAnAddLeavesNothingHalf()
     const int files = manager->files().size();
     QVERIFY(files == 0 || files == paths.size());
     QCOMPARE(manager.value("SELECT count(*) FROM file_paths"), QString::number(files));
+}
+
+void TestDatabaseManager::makingAnotherDatabaseLeavesTheWorkerAlone()
+{
+    LocalManager manager;
+    QStringList paths;
+    for (int i = 0; i < 400; ++i) {
+        paths.append(manager.folder() + QStringLiteral("/file%1.txt").arg(i));
+        write(paths.last(), QByteArray::number(i));
+    }
+    QSignalSpy progress(manager.get(), &DatabaseManger::addingFilesProgress);
+    manager->addFiles(paths, {}, false, 0);
+    QTRY_VERIFY(!progress.isEmpty());
+    SQLiteDBManager(Constants::sqliteDriver, manager.folder() + QStringLiteral("/other.vrn"), {}, {}, {}, 0)
+        .createDatabase();
+    QTRY_VERIFY(!manager->isBusy());
+    QTRY_COMPARE(manager->files().size(), paths.size());
 }
 
 void TestDatabaseManager::missingFilesAreToldWhenTheirStateChanges()
