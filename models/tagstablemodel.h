@@ -6,6 +6,7 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QPixmap>
+#include <QSet>
 #include <QVector>
 
 class DatabaseManger;
@@ -82,6 +83,7 @@ private:
     void setField(TagItem *item, const QString &column, const QVariant &value);
     QHash<qint64, QVector<qint64>> groupsOf(const QVector<qint64> &tagIds) const;
     void applyGroup(qint64 groupId, const QVector<qint64> &tagIds);
+    void removeInOneGo(const QSet<qint64> &tagIds);
     void releaseItem(int row);
     void announceRow(qint64 tagId);
     void announceRows(int first, int last);

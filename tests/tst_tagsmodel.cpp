@@ -67,6 +67,7 @@ private slots:
     void duplicateIdsMakeNoSecondRow();
     void removal_data();
     void removal();
+    void manyScatteredRemovals();
     void mark();
     void fileCountsFollowTheFiles();
     void dragCarriesEachTagOnce();
@@ -241,6 +242,25 @@ void TestTagsModel::removal()
     QCOMPARE(removals.count(), ranges);
     QCOMPARE(fourth.isValid(), !removed.contains(4));
     QCOMPARE(model()->rowOf(4), fourth.isValid() ? fourth.row() : -1);
+}
+
+void TestTagsModel::manyScatteredRemovals()
+{
+    model()->loadTags(rowsOfTags(1, 1000));
+    const QPersistentModelIndex kept = m_open->tags().filterProxy()->index(999, 0);
+    const QPersistentModelIndex gone = m_open->tags().filterProxy()->index(998, 0);
+    Ids odd;
+    for (qint64 id = 1; id <= 1000; id += 2)
+        odd.append(id);
+    const QSignalSpy removals(model(), &QAbstractItemModel::rowsRemoved);
+    model()->removeTags(odd);
+    QCOMPARE(removals.count(), 0);
+    QCOMPARE(m_open->tags().filterProxy()->rowCount(), 500);
+    QCOMPARE(kept.row(), 499);
+    QCOMPARE(kept.data().toString(), QStringLiteral("t1000"));
+    QVERIFY(!gone.isValid());
+    QCOMPARE(model()->rowOf(1000), 499);
+    QCOMPARE(model()->rowOf(999), -1);
 }
 
 void TestTagsModel::mark()

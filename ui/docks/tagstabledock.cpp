@@ -218,15 +218,28 @@ void TagsTableDock::showNameColumnOnly(bool alone)
         m_table->setColumnHidden(column, alone);
 }
 
+QVector<int> TagsTableDock::selectedRows() const
+{
+    QVector<int> rows;
+    if (!m_table->selectionModel())
+        return rows;
+    // The toolkit's own list asks every range about every row.
+    const QItemSelection selection = m_table->selectionModel()->selection();
+    for (const QItemSelectionRange &range : selection) {
+        for (int row = range.top(); range.isValid() && row <= range.bottom(); ++row)
+            rows.append(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
 QVector<qint64> TagsTableDock::selectedTagIds() const
 {
     QVector<qint64> tagIds;
-    if (!m_table->selectionModel())
-        return tagIds;
-    QModelIndexList rows = m_table->selectionModel()->selectedRows();
-    std::sort(rows.begin(), rows.end());
-    for (const QModelIndex &row : qAsConst(rows)) {
-        const qint64 tagId = row.data(TagRoles::TagId).toLongLong();
+    const QVector<int> rows = selectedRows();
+    for (const int row : rows) {
+        const qint64 tagId = m_table->model()->index(row, 0).data(TagRoles::TagId).toLongLong();
         if (tagId > 0)
             tagIds.append(tagId);
     }
@@ -395,14 +408,12 @@ void TagsTableDock::assignTagGroups()
 
 void TagsTableDock::slotRenameTag()
 {
-    const QModelIndexList rows =
-        m_table->selectionModel() ? m_table->selectionModel()->selectedRows() : QModelIndexList();
-    QModelIndex index = m_table->currentIndex();
-    if (rows.size() == 1)
-        index = rows.first(); // the current row need not be the selected one
-    if (!index.isValid() || !mayEdit())
+    // The current row need not be the selected one.
+    const QVector<int> rows = selectedRows();
+    const int row = rows.size() == 1 ? rows.first() : m_table->currentIndex().row();
+    if (row < 0 || !mayEdit())
         return;
-    const QModelIndex name = index.sibling(index.row(), TagsTableModel::NameColumn);
+    const QModelIndex name = m_table->model()->index(row, TagsTableModel::NameColumn);
     m_table->setCurrentIndex(name);
     m_table->edit(name);
 }

@@ -69,6 +69,7 @@ private:
     void buildTable();
     void makeActions();
     QAction *makeAction(int key, const QString &text, const QString &icon, void (TagsTableDock::*slot)());
+    QVector<int> selectedRows() const;
     QVector<qint64> selectedTagIds() const;
     bool mayEdit();
     bool mayEditGroups();
