@@ -55,7 +55,7 @@ QSqlError SQLiteDBManager::openDB()
     // SQLite would make an empty file where none is.
     if (!Connections::isDatabaseThere(details()))
         return {QString(), tr("The database file does not exist."), QSqlError::ConnectionError};
-    const QSqlError error = DatabaseManger::openDB();
+    QSqlError error = DatabaseManger::openDB();
     m_closing = false;
     return error;
 }
