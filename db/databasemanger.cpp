@@ -247,6 +247,7 @@ void DatabaseManger::closeDB()
     // Waits for the worker, which uses the database until then. No request may come after it.
     delete m_providers.fileOperation;
     m_providers.fileOperation = nullptr;
+    m_pendingReloads->clear();
     // A manager that never opened must not close what another one uses under the same names.
     if (m_isOpen) {
         Connections::close(Constants::workerConnection);

@@ -3,7 +3,8 @@
 #include <algorithm>
 
 namespace {
-constexpr int retryMilliseconds = 300;
+// A try may stand at a locked database for a moment: with long pauses between, the window stays usable.
+constexpr int retryMilliseconds = 800;
 } // namespace
 
 PendingReloads::PendingReloads(QObject *parent) : QObject(parent)
@@ -21,6 +22,12 @@ void PendingReloads::add(int kind, const QVector<qint64> &ids)
     for (const qint64 id : ids)
         kept.insert(id);
     m_timer.start();
+}
+
+void PendingReloads::clear()
+{
+    m_timer.stop();
+    m_ids.clear();
 }
 
 void PendingReloads::handOut()

@@ -20,7 +20,8 @@ public:
     explicit PendingReloads(QObject *parent = nullptr);
 
     void add(int kind, const QVector<qint64> &ids);
-    bool isEmpty() const { return m_ids.isEmpty(); }
+    /** Forgets all, for a database that closes. */
+    void clear();
 
 signals:
     /** The ids are no longer kept: they come back by add() when the database is busy still. */

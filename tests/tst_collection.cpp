@@ -119,10 +119,21 @@ void TestCollection::reloadKeepsWhatIsShown()
     const qint64 tagId = collection.tags().addTag(QStringLiteral("tag"), {2, 3});
     collection.tags().showTagsSelected({tagId});
     QCOMPARE(collection.mainView().shownFileIds(), QVector<qint64>({2, 3}));
-    collection.run(QStringLiteral("INSERT INTO file_tag VALUES(4,%1)").arg(tagId));
+    // Somebody else links a file to a tag and puts that tag below the selected one.
+    const qint64 below = collection.tags().addTag(QStringLiteral("below"));
+    collection.run(QStringLiteral("INSERT INTO file_tag VALUES(4,%1)").arg(below));
+    collection.run(
+        QStringLiteral("INSERT INTO tag_relationships VALUES('%1'),('%1.%2')").arg(tagId).arg(below));
     collection.manager()->reloadAllData();
     QCOMPARE(collection.mainView().shownFileIds(), QVector<qint64>({2, 3, 4}));
     QCOMPARE(collection.tags().selectedTagIds(), QVector<qint64>{tagId});
+
+    const qint64 nodeId = collection.manager()->addNodeBelow(tagId, 0);
+    collection.tree().nodeActivated(TagNode, nodeId, {tagId}, {});
+    collection.run(QStringLiteral("DELETE FROM tag_relationships WHERE relationship_path LIKE '%.%'"));
+    collection.manager()->reloadAllData();
+    QCOMPARE(collection.mainView().shownFileIds(), QVector<qint64>({2, 3}));
+    QCOMPARE(collection.tree().currentTagNodeId(), nodeId);
 }
 
 void TestCollection::managerNewsReachTheWindow()

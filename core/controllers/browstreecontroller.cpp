@@ -32,6 +32,7 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
     if (!manager)
         return;
     connect(&manager->nodes(), &SignalContainer::itemDeleted, this, &BrowsTreeController::nodeDeleted);
+    connect(manager, &DatabaseManger::allDataReloaded, this, &BrowsTreeController::showCurrentNodeAgain);
     connect(manager, &DatabaseManger::browsingNodeLoaded, this, &BrowsTreeController::nodesLoaded);
     connect(manager, &DatabaseManger::addedBrowsingNodes, this, &BrowsTreeController::nodesAdded);
 }
@@ -155,6 +156,17 @@ void BrowsTreeController::nodeActivated(NodeType type, qint64 nodeId, const QVec
     setCurrentNode(type, nodeId);
     if (m_tags)
         m_tags->clearMark();
+}
+
+void BrowsTreeController::showCurrentNodeAgain()
+{
+    const TBnode *node = nodeById(currentTagNodeId());
+    if (currentTagNodeId() <= 0 || !node)
+        return;
+    QVector<qint64> required;
+    QVector<qint64> excluded;
+    node->collectTagRequirements(required, excluded);
+    nodeActivated(TagNode, node->id(), required, excluded);
 }
 
 void BrowsTreeController::clearCurrentNode()

@@ -84,6 +84,8 @@ signals:
 
 private:
     void setCurrentNode(int type, qint64 nodeId);
+    /** After a reload, as the tags on its way and below them may be others now. */
+    void showCurrentNodeAgain();
     void nodeDeleted(const QVariant &nodeId);
     void forgetDeletedNodes();
     void nodesLoaded(const Map<qint64, TBnode *> &nodes);

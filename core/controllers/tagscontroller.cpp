@@ -24,6 +24,8 @@ TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConst
     if (!manager)
         return;
     connect(manager, &DatabaseManger::tagsLoaded, this, &TagsController::loadedDataFromDB);
+    // The tags below a tag count too, and relationships are the last that a reload brings.
+    connect(manager, &DatabaseManger::allDataReloaded, this, &TagsController::showSelectionAgain);
     connect(manager, &DatabaseManger::filesLoaded, this, &TagsController::dropCounts);
     connect(manager, &DatabaseManger::filesAdded, this, &TagsController::dropCounts);
     connect(manager, &DatabaseManger::filesRemoved, this, &TagsController::dropCounts);
@@ -55,20 +57,22 @@ void TagsController::load()
 
 void TagsController::loadedDataFromDB(const TableData &)
 {
-    if (m_markedTagIds.isEmpty())
-        return;
-    // What was selected is shown again, as far as its tags are still there.
     QVector<qint64> remaining;
     for (const qint64 tagId : qAsConst(m_markedTagIds)) {
         if (manager()->hasTag(tagId))
             remaining.append(tagId);
     }
-    if (remaining.isEmpty())
-        clearMark();
-    else if (m_isEitherOr)
-        showTagsEitherOr(remaining);
+    markTags(remaining);
+}
+
+void TagsController::showSelectionAgain()
+{
+    if (m_markedTagIds.isEmpty())
+        return;
+    if (m_isEitherOr)
+        showTagsEitherOr(m_markedTagIds);
     else
-        showTagsSelected(remaining);
+        showTagsSelected(m_markedTagIds);
 }
 
 qint64 TagsController::addTag(const QString &name, const QVector<qint64> &fileIds)

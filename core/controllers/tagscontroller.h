@@ -72,9 +72,11 @@ signals:
     void markedTagsChanged(QVector<qint64> tagIds);
 
 public slots:
+    /** Marks of tags that are no longer there go. */
     void loadedDataFromDB(const TableData &tags);
 
 private:
+    void showSelectionAgain();
     void dropCounts();
     void countFiles() const;
 
