@@ -1,0 +1,200 @@
+#include "app/crashwriter.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <cstdlib>
+#include <pwd.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+const std::uintptr_t badAddress = 0x18;
+
+[[gnu::no_sanitize("undefined")]] void readBadAddress()
+{
+    // Through the environment, so that no compiler sees the fault coming.
+    const std::uintptr_t offset = getenv("NO_SUCH_NAME") ? 1 : 0;
+    *reinterpret_cast<volatile int *>(badAddress + offset) = 1;
+}
+
+int overflowStack(int depth)
+{
+    volatile char room[4096];
+    room[0] = static_cast<char>(depth);
+    return depth < 0 ? 0 : overflowStack(depth + 1) + room[0];
+}
+
+void fault(int kind)
+{
+    switch (kind) {
+    case 1:
+        readBadAddress();
+        break;
+    case 2:
+        abort();
+    case 3:
+        overflowStack(0);
+        break;
+    case 4:
+        std::thread(readBadAddress).join();
+        break;
+    default:
+        raise(kind - 100);
+        break;
+    }
+}
+
+/** Faults in a child whose working directory is the folder. Its status as wait() tells it. */
+int runChild(const QString &folder, int kind)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        // No core beside the dump, and no reports of the test's own or of a sanitizer.
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_CORE, &none);
+        for (const int number : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTERM})
+            signal(number, SIG_DFL);
+        umask(0);
+        if (chdir(QFile::encodeName(folder).constData()) == 0) {
+            installCrashWriter();
+            fault(kind);
+        }
+        _exit(42);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+} // namespace
+
+/** A process that faults leaves one dump in its working directory and ends by its signal all the same. */
+class TestCrashWriter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void writesDump_data();
+    void writesDump();
+    void folderWithoutRoomIsNoHindrance();
+    void linkInItsPlaceIsNotFollowed();
+    void otherSignalsAreLeftAlone();
+};
+
+void TestCrashWriter::writesDump_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QByteArray>("address");
+    QTest::newRow("bad address") << 1 << SIGSEGV << QByteArray("\naddress 0x18\n");
+    QTest::newRow("abort") << 2 << SIGABRT << QByteArray("\naddress 0x");
+    QTest::newRow("stack overflow") << 3 << SIGSEGV << QByteArray("\naddress 0x7");
+    QTest::newRow("other thread") << 4 << SIGSEGV << QByteArray("\naddress 0x18\n");
+    QTest::newRow("bus error") << 100 + SIGBUS << SIGBUS << QByteArray();
+    QTest::newRow("division by zero") << 100 + SIGFPE << SIGFPE << QByteArray();
+    QTest::newRow("bad instruction") << 100 + SIGILL << SIGILL << QByteArray();
+}
+
+void TestCrashWriter::writesDump()
+{
+    QFETCH(int, kind);
+    QFETCH(int, number);
+    QFETCH(QByteArray, address);
+    const QTemporaryDir folder;
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    const int status = runChild(folder.path(), kind);
+    QVERIFY(WIFSIGNALED(status));
+    QCOMPARE(WTERMSIG(status), number);
+
+    const QStringList dumps = QDir(folder.path()).entryList(QDir::Files);
+    QCOMPARE(dumps.size(), 1);
+    const QString user = QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
+    const QRegularExpressionMatch match =
+        QRegularExpression(QStringLiteral("^Vorna_(\\d{4}-\\d{2}-\\d{2}-\\d{6})_(.+)\\.dmp$"))
+            .match(dumps.first());
+    QVERIFY2(match.hasMatch(), qPrintable(dumps.first()));
+    QCOMPARE(match.captured(2), user);
+    QDateTime stamp = QDateTime::fromString(match.captured(1), QStringLiteral("yyyy-MM-dd-HHmmss"));
+    stamp.setTimeSpec(Qt::UTC);
+    QVERIFY2(qAbs(before.secsTo(stamp)) <= 60, qPrintable(dumps.first()));
+
+    QFile dump(folder.filePath(dumps.first()));
+    QCOMPARE(int(dump.permissions()),
+             int(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser));
+    QVERIFY(dump.open(QIODevice::ReadOnly));
+    const QByteArray text = dump.readAll();
+    QVERIFY2(text.startsWith("signal " + QByteArray::number(number) + "\naddress 0x"),
+             text.left(60).constData());
+    QVERIFY2(text.contains(address), text.left(60).constData());
+    const int trace = text.indexOf("\nbacktrace\n");
+    const int map = text.indexOf("\nmemory map\n");
+    QVERIFY(trace > 0 && map > trace);
+    QVERIFY(text.mid(trace, map - trace).count("[0x") >= 2);
+    QVERIFY(text.mid(map).contains("[stack]"));
+}
+
+void TestCrashWriter::folderWithoutRoomIsNoHindrance()
+{
+    // A folder that is gone: no file can be made there, whoever asks.
+    QTemporaryDir folder;
+    const QString gone = folder.filePath(QStringLiteral("gone"));
+    QDir().mkdir(gone);
+    const pid_t child = fork();
+    if (child == 0) {
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_CORE, &none);
+        signal(SIGABRT, SIG_DFL);
+        if (chdir(QFile::encodeName(gone).constData()) == 0 &&
+            rmdir(QFile::encodeName(gone).constData()) == 0) {
+            installCrashWriter();
+            abort();
+        }
+        _exit(42);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    QVERIFY(WIFSIGNALED(status));
+    QCOMPARE(WTERMSIG(status), SIGABRT);
+}
+
+void TestCrashWriter::linkInItsPlaceIsNotFollowed()
+{
+    const QTemporaryDir folder;
+    const QString victim = folder.filePath(QStringLiteral("victim"));
+    QFile file(victim);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("mine") == 4);
+    file.close();
+    const QString user = QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    QDir().mkdir(folder.filePath(QStringLiteral("in")));
+    for (int second = 0; second < 60; ++second) {
+        const QString stamp = now.addSecs(second).toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
+        QFile::link(victim, folder.filePath(QStringLiteral("in/Vorna_%1_%2.dmp").arg(stamp, user)));
+    }
+    const int status = runChild(folder.filePath(QStringLiteral("in")), 2);
+    QCOMPARE(WTERMSIG(status), SIGABRT);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("mine"));
+}
+
+void TestCrashWriter::otherSignalsAreLeftAlone()
+{
+    const QTemporaryDir folder;
+    const int status = runChild(folder.path(), 100 + SIGTERM);
+    QVERIFY(WIFSIGNALED(status));
+    QCOMPARE(WTERMSIG(status), SIGTERM);
+    QVERIFY(QDir(folder.path()).isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestCrashWriter)
+#include "tst_crashwriter.moc"
