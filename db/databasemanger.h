@@ -171,6 +171,9 @@ signals:
     void tagsRemoved(QVector<qint64> tagIds);
     void browsingNodeLoaded(const Map<qint64, TBnode *> &nodes);
     void addedBrowsingNodes(const Map<qint64, TBnode *> &nodes);
+    /** Around a removal of so many nodes that a model had better start anew. */
+    void aboutToRemoveManyNodes();
+    void removedManyNodes();
     void filesLoaded(const Map<qint64, File *> &files);
     void filesAdded(const Map<qint64, File *> &files);
     void filesRemoved(QVector<qint64> fileIds);

@@ -217,31 +217,49 @@ void TBtreeModel::attachAll(const QMap<qint64, TBnode *> &nodes)
         m_allFilesNode->addChildren(orphans);
 }
 
+void TBtreeModel::beginManyChanges()
+{
+    m_isResetting = true;
+    beginResetModel();
+}
+
+void TBtreeModel::endManyChanges()
+{
+    m_isResetting = false;
+    endResetModel();
+}
+
 void TBtreeModel::beforeAddedChildrenNode(const QList<TBnode *> &children, TBnode *parentNode)
 {
+    if (m_isResetting)
+        return;
     const int count = parentNode->childrenCount();
     beginInsertRows(indexOf(parentNode), count, count + children.size() - 1);
 }
 
 void TBtreeModel::addedChildrenNode(const QList<TBnode *> &children)
 {
-    endInsertRows();
+    if (!m_isResetting)
+        endInsertRows();
     for (TBnode *child : children)
         connectNode(child);
 }
 
 void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBnode *parentNode)
 {
-    // One node, or all children of the parent: either way one run of rows.
-    const int first = children.isEmpty() ? -1 : parentNode->indexOf(children.first());
-    beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
+    if (!m_isResetting) {
+        // One node, or all children of the parent: either way one run of rows.
+        const int first = parentNode->indexOf(children.first());
+        beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
+    }
     for (TBnode *child : children)
         disconnectNode(child);
 }
 
 void TBtreeModel::removedChildrenNode(const QList<TBnode *> &)
 {
-    endRemoveRows();
+    if (!m_isResetting)
+        endRemoveRows();
 }
 
 void TBtreeModel::chagedNodeName(const QString &)
@@ -315,7 +333,7 @@ void TBtreeModel::disconnectNode(TBnode *node)
 
 void TBtreeModel::repaint(TBnode *node)
 {
-    const QModelIndex index = indexOf(node);
+    const QModelIndex index = m_isResetting ? QModelIndex() : indexOf(node);
     if (index.isValid())
         emit dataChanged(index, index);
 }

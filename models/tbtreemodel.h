@@ -53,6 +53,9 @@ public slots:
     void initRootNode(const Map<qint64, TBnode *> &nodes);
     /** Puts those of the nodes that have no parent under "All files". */
     void attachNodes(const Map<qint64, TBnode *> &nodes);
+    /** Between the two, changes of the tree are not told row by row but by one reset. */
+    void beginManyChanges();
+    void endManyChanges();
 
 private slots:
     void beforeAddedChildrenNode(const QList<TBnode *> &children, TBnode *parentNode);
@@ -76,4 +79,5 @@ private:
     std::unique_ptr<TBnode> m_allFilesNode;
     std::vector<std::unique_ptr<TBnode>> m_fixedNodes;
     TBnode *m_currentNode = nullptr;
+    bool m_isResetting = false;
 };

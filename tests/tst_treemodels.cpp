@@ -16,6 +16,7 @@
 #include <QLoggingCategory>
 #include <QMimeData>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -153,6 +154,7 @@ private slots:
     void rolesTellOfNodes_data();
     void rolesTellOfNodes();
     void currentNodeOutlivesEdits();
+    void manyNodesGoAtOnce();
     void relationsFollowTheirTags();
     void relationsAreLegal_data();
     void relationsAreLegal();
@@ -296,6 +298,40 @@ void TestTreeModels::currentNodeOutlivesEdits()
     fixture.manager()->reloadAllData();
     QCOMPARE(tree->currentTagNodeId(), 0);
     QCOMPARE(tree->currentNodeType(), 0);
+}
+
+void TestTreeModels::manyNodesGoAtOnce()
+{
+    CollectionFixture fixture;
+    fixture.addTags({QStringLiteral("a"), QStringLiteral("b")});
+    // Node n below n / 3; the odd ones bear the second tag.
+    const QString numbers =
+        QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<900) ");
+    QVERIFY(fixture.run(numbers + QStringLiteral("INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) "
+                                                 "SELECT i,1+i%2,1,0 FROM n")));
+    QVERIFY(fixture.run(numbers +
+                        QStringLiteral("INSERT INTO tb_node_links(parent_id,child_id) SELECT i/3,i FROM n")));
+    fixture.manager()->loadAllNodes();
+    BrowsTreeController *tree = &fixture.tree();
+    tree->nodeActivated(TagNode, 898, {1}, {});
+    constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
+    QAbstractItemModelTester treeTester(tree->model(), mode);
+    QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
+    QSignalSpy resets(tree->sorterModel(), &QAbstractItemModel::modelReset);
+    QSignalSpy removals(tree->sorterModel(), &QAbstractItemModel::rowsRemoved);
+    QVERIFY(fixture.manager()->removeTags({2}));
+    QCOMPARE(resets.size(), 1);
+    QCOMPARE(removals.size(), 0);
+    QStringList stored =
+        fixture.rows(QStringLiteral("SELECT child_id, parent_id, 0, 'a' FROM tb_node_links"));
+    stored.sort();
+    QCOMPARE(stored.size(), 450);
+    QCOMPARE(nodesOf(*tree->sorterModel()), stored);
+    QCOMPARE(tree->sorterModel()->index(0, 0).data(NodeRole::CurrentId).toLongLong(), 898);
+    tree->addNodesBelow({1}, 898);
+    tree->removeNodes({2});
+    QCOMPARE(resets.size(), 1);
+    QCOMPARE(tree->sorterModel()->rowCount(tree->sorterModel()->indexOfNode(TagNode, 898)), 1);
 }
 
 void TestTreeModels::relationsFollowTheirTags()

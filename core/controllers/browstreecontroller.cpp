@@ -35,6 +35,8 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
     connect(manager, &DatabaseManger::allDataReloaded, this, &BrowsTreeController::showCurrentNodeAgain);
     connect(manager, &DatabaseManger::browsingNodeLoaded, this, &BrowsTreeController::nodesLoaded);
     connect(manager, &DatabaseManger::addedBrowsingNodes, this, &BrowsTreeController::nodesAdded);
+    connect(manager, &DatabaseManger::aboutToRemoveManyNodes, m_model, &TBtreeModel::beginManyChanges);
+    connect(manager, &DatabaseManger::removedManyNodes, m_model, &TBtreeModel::endManyChanges);
 }
 
 BrowsTreeController::~BrowsTreeController()

@@ -76,12 +76,20 @@ TBtreeView::TBtreeView(QWidget *parent) : QTreeView(parent)
 
 void TBtreeView::setController(BrowsTreeController *controller)
 {
+    if (model())
+        disconnect(model(), nullptr, this, nullptr);
     m_controller = controller;
+    m_expandedNodes.clear();
+    m_selectedNodes.clear();
     setModel(controller ? controller->sorterModel() : nullptr);
     setEnabled(controller);
-    m_expandedNodes.clear();
-    if (model())
-        expand(model()->index(0, 0));
+    if (!model())
+        return;
+    // Made behind setModel, so that the selection is restored when its model has forgotten it.
+    connect(model(), &QAbstractItemModel::modelAboutToBeReset, this,
+            qOverload<>(&TBtreeView::saveExpandedState));
+    connect(model(), &QAbstractItemModel::modelReset, this, qOverload<>(&TBtreeView::restoreExpandedState));
+    expand(model()->index(0, 0));
 }
 
 QVector<qint64> TBtreeView::selectedNodeIds() const
