@@ -3,24 +3,50 @@
 #include "app/viewsettings.h"
 #include "models/contentsmodel.h"
 
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+// The elements of a sorted vector that another one lacks.
+std::vector<int> lackingIn(const std::vector<int> &other, const std::vector<int> &rows)
+{
+    std::vector<int> lacking;
+    std::set_difference(rows.begin(), rows.end(), other.begin(), other.end(), std::back_inserter(lacking));
+    return lacking;
+}
+
+} // namespace
+
 FileFilterModel::FileFilterModel(QObject *parent) : QSortFilterProxyModel(parent) {}
 
 void FileFilterModel::setSourceModel(QAbstractItemModel *sourceModel)
 {
+    beginResetModel();
     if (m_contents)
         disconnect(m_contents, nullptr, this, nullptr);
     m_contents = qobject_cast<ContentsModel *>(sourceModel);
-    if (m_contents) {
-        // Slots run in the order of connecting: the bits have to be there when the base class asks for them.
-        connect(m_contents, &QAbstractItemModel::rowsInserted, this, &FileFilterModel::followContents);
-        connect(m_contents, &QAbstractItemModel::dataChanged, this, &FileFilterModel::followRecords);
-        connect(m_contents, &QAbstractItemModel::rowsRemoved, this, &FileFilterModel::followRows);
-        connect(m_contents, &QAbstractItemModel::layoutChanged, this, &FileFilterModel::followRows);
-        connect(m_contents, &QAbstractItemModel::modelReset, this, &FileFilterModel::followRows);
-        connect(m_contents, &ContentsModel::contentsChanged, this, &FileFilterModel::announceDTags);
-        runSelection();
-    }
-    QSortFilterProxyModel::setSourceModel(sourceModel);
+    // Not that of QSortFilterProxyModel, whose mapping would follow the source beside ours.
+    QAbstractProxyModel::setSourceModel(sourceModel);
+    if (m_contents)
+        connectContents();
+    runSelection();
+    showNewRows();
+    endResetModel();
+}
+
+void FileFilterModel::connectContents()
+{
+    using Model = QAbstractItemModel;
+    connect(m_contents, &Model::dataChanged, this, &FileFilterModel::sourceDataChanged);
+    connect(m_contents, &Model::rowsInserted, this, &FileFilterModel::sourceRowsInserted);
+    connect(m_contents, &Model::rowsAboutToBeRemoved, this, &FileFilterModel::sourceRowsAboutToBeRemoved);
+    connect(m_contents, &Model::rowsRemoved, this, &FileFilterModel::sourceRowsRemoved);
+    connect(m_contents, &Model::layoutAboutToBeChanged, this, &FileFilterModel::sourceLayoutAboutToBeChanged);
+    connect(m_contents, &Model::layoutChanged, this, &FileFilterModel::sourceLayoutChanged);
+    connect(m_contents, &Model::modelAboutToBeReset, this, &FileFilterModel::beginResetModel);
+    connect(m_contents, &Model::modelReset, this, &FileFilterModel::sourceReset);
+    connect(m_contents, &ContentsModel::contentsChanged, this, &FileFilterModel::announceDTags);
 }
 
 void FileFilterModel::setSpecialNode(NodeType type)
@@ -38,40 +64,9 @@ void FileFilterModel::setTagRequirements(const TagRequirements &requirements)
 void FileFilterModel::applySelection()
 {
     runSelection();
-    invalidate();
+    showChangesInOneGo();
     m_announcedDTags = dTags();
     emit dTagsChanged(m_announcedDTags);
-}
-
-void FileFilterModel::runSelection()
-{
-    m_areAcceptedFilesKnown = false;
-    if (!m_contents)
-        return;
-    m_selection.run(m_contents->fileIndex());
-    m_seenRevision = m_contents->fileIndex().revision();
-}
-
-void FileFilterModel::followContents()
-{
-    if (m_contents->fileIndex().revision() != m_seenRevision)
-        runSelection();
-}
-
-void FileFilterModel::followRecords(const QModelIndex &topLeft, const QModelIndex &bottomRight,
-                                    const QVector<int> &roles)
-{
-    // Another picture moves no file.
-    if (roles == QVector<int>{Qt::DecorationRole})
-        return;
-    followContents();
-    emit recordsChanged(topLeft.row(), bottomRight.row());
-}
-
-void FileFilterModel::followRows()
-{
-    followContents();
-    emit recordsChanged(-1, -1);
 }
 
 void FileFilterModel::announceDTags()
@@ -82,21 +77,244 @@ void FileFilterModel::announceDTags()
     emit dTagsChanged(m_announcedDTags);
 }
 
+void FileFilterModel::runSelection()
+{
+    if (!m_contents) {
+        m_newRows.clear();
+        return;
+    }
+    m_selection.run(m_contents->fileIndex(), m_newRows);
+    m_seenRevision = m_contents->fileIndex().revision();
+}
+
+void FileFilterModel::showNewRows()
+{
+    m_rows.swap(m_newRows);
+    m_areAcceptedFilesKnown = false;
+}
+
+// A change of layout leads views and proxies above to the rows that are left, and lets them look at all of
+// them once.
+void FileFilterModel::showChangesInOneGo()
+{
+    emit layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> contentsRows;
+    contentsRows.reserve(static_cast<size_t>(before.size()));
+    for (const QModelIndex &index : before)
+        contentsRows.push_back(contentsRow(index.row()));
+    showNewRows();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (int i = 0; i < before.size(); ++i) {
+        const int row = contentsRows[static_cast<size_t>(i)];
+        after.append(isShown(row) ? createIndex(placeOf(row), before.at(i).column()) : QModelIndex());
+    }
+    changePersistentIndexList(before, after);
+    emit layoutChanged();
+}
+
+// After a change of few rows of the source: single ones go and come, as a rule none or one run.
+void FileFilterModel::showChanges()
+{
+    constexpr size_t mostOneByOne = 32;
+    const std::vector<int> gone = lackingIn(m_newRows, m_rows);
+    const std::vector<int> come = lackingIn(m_rows, m_newRows);
+    const bool isOneRun =
+        gone.empty() && !come.empty() && placeOf(come.front()) == static_cast<int>(m_rows.size());
+    if (!isOneRun && gone.size() + come.size() > mostOneByOne) {
+        showChangesInOneGo();
+        return;
+    }
+    m_areAcceptedFilesKnown = false;
+    for (int row : gone) {
+        const int place = placeOf(row);
+        beginRemoveRows(QModelIndex(), place, place);
+        m_rows.erase(m_rows.begin() + place);
+        endRemoveRows();
+    }
+    if (isOneRun) {
+        beginInsertRows(QModelIndex(), rowCount(), rowCount() + static_cast<int>(come.size()) - 1);
+        m_rows.insert(m_rows.end(), come.begin(), come.end());
+        endInsertRows();
+        return;
+    }
+    for (int row : come) {
+        const int place = placeOf(row);
+        beginInsertRows(QModelIndex(), place, place);
+        m_rows.insert(m_rows.begin() + place, row);
+        endInsertRows();
+    }
+}
+
+void FileFilterModel::sourceDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                                        const QVector<int> &roles)
+{
+    // Another picture moves no file.
+    if (roles != QVector<int>{Qt::DecorationRole}) {
+        emit recordsChanged(topLeft.row(), bottomRight.row());
+        // The first of several signals finds all changes in the index.
+        if (m_contents->fileIndex().revision() != m_seenRevision) {
+            runSelection();
+            showChanges();
+        }
+    }
+    const int first = placeOf(topLeft.row());
+    const int last = placeOf(bottomRight.row() + 1) - 1;
+    if (first <= last)
+        emit dataChanged(index(first, topLeft.column()), index(last, bottomRight.column()), roles);
+}
+
+// The source appends, so that no row gets another number.
+void FileFilterModel::sourceRowsInserted()
+{
+    runSelection();
+    showChanges();
+}
+
+void FileFilterModel::sourceRowsAboutToBeRemoved(const QModelIndex & /*parent*/, int first, int last)
+{
+    const int firstPlace = placeOf(first);
+    const int lastPlace = placeOf(last + 1) - 1;
+    m_isRemoving = firstPlace <= lastPlace;
+    if (m_isRemoving)
+        beginRemoveRows(QModelIndex(), firstPlace, lastPlace);
+}
+
+void FileFilterModel::sourceRowsRemoved(const QModelIndex & /*parent*/, int first, int last)
+{
+    const auto firstGone = m_rows.begin() + placeOf(first);
+    const auto kept = m_rows.erase(firstGone, m_rows.begin() + placeOf(last + 1));
+    std::for_each(kept, m_rows.end(), [first, last](int &row) { row -= last - first + 1; });
+    m_areAcceptedFilesKnown = false;
+    emit recordsChanged(-1, -1);
+    if (m_isRemoving)
+        endRemoveRows();
+    m_isRemoving = false;
+    runSelection();
+    showChanges();
+}
+
+void FileFilterModel::sourceLayoutAboutToBeChanged()
+{
+    emit layoutAboutToBeChanged();
+    m_layoutIndexes = persistentIndexList();
+    m_layoutSources.clear();
+    m_layoutSources.reserve(m_layoutIndexes.size());
+    for (const QModelIndex &index : qAsConst(m_layoutIndexes))
+        m_layoutSources.append(mapToSource(index));
+}
+
+void FileFilterModel::sourceLayoutChanged()
+{
+    runSelection();
+    showNewRows();
+    emit recordsChanged(-1, -1);
+    QModelIndexList after;
+    after.reserve(m_layoutSources.size());
+    for (const QPersistentModelIndex &source : qAsConst(m_layoutSources))
+        after.append(mapFromSource(source));
+    changePersistentIndexList(m_layoutIndexes, after);
+    m_layoutIndexes.clear();
+    m_layoutSources.clear();
+    emit layoutChanged();
+}
+
+void FileFilterModel::sourceReset()
+{
+    runSelection();
+    showNewRows();
+    emit recordsChanged(-1, -1);
+    endResetModel();
+}
+
+int FileFilterModel::placeOf(int contentsRow) const
+{
+    return static_cast<int>(std::lower_bound(m_rows.begin(), m_rows.end(), contentsRow) - m_rows.begin());
+}
+
+bool FileFilterModel::isShown(int contentsRow) const
+{
+    return std::binary_search(m_rows.begin(), m_rows.end(), contentsRow);
+}
+
 const QVector<qint64> &FileFilterModel::acceptedFiles() const
 {
-    if (!m_areAcceptedFilesKnown) {
-        m_acceptedFiles = m_contents ? m_selection.acceptedFiles(m_contents->fileIndex()) : QVector<qint64>();
-        m_areAcceptedFilesKnown = true;
+    if (m_areAcceptedFilesKnown)
+        return m_acceptedFiles;
+    m_acceptedFiles.resize(rowCount());
+    if (m_contents) {
+        const QVector<qint64> &ids = m_contents->fileIndex().ids();
+        std::transform(m_rows.begin(), m_rows.end(), m_acceptedFiles.begin(),
+                       [&ids](int row) { return ids.at(row); });
     }
+    m_areAcceptedFilesKnown = true;
     return m_acceptedFiles;
 }
 
 const File *FileFilterModel::fileAt(int row) const
 {
-    return m_contents ? m_contents->fileAt(contentsRow(row)) : nullptr;
+    return row >= 0 && row < rowCount() ? m_contents->fileAt(contentsRow(row)) : nullptr;
 }
+
+QModelIndex FileFilterModel::index(int row, int column, const QModelIndex &parent) const
+{
+    const bool isInside = row >= 0 && row < rowCount(parent) && column >= 0 && column < columnCount(parent);
+    return isInside ? createIndex(row, column) : QModelIndex();
+}
+
+QModelIndex FileFilterModel::parent(const QModelIndex & /*child*/) const
+{
+    return {};
+}
+
+QModelIndex FileFilterModel::sibling(int row, int column, const QModelIndex &index) const
+{
+    return index.isValid() ? this->index(row, column) : QModelIndex();
+}
+
+int FileFilterModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int FileFilterModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() || !m_contents ? 0 : m_contents->columnCount();
+}
+
+bool FileFilterModel::hasChildren(const QModelIndex &parent) const
+{
+    return rowCount(parent) > 0;
+}
+
+QModelIndex FileFilterModel::mapToSource(const QModelIndex &proxyIndex) const
+{
+    if (!proxyIndex.isValid() || proxyIndex.row() >= rowCount())
+        return {};
+    return m_contents->index(contentsRow(proxyIndex.row()), proxyIndex.column());
+}
+
+QModelIndex FileFilterModel::mapFromSource(const QModelIndex &sourceIndex) const
+{
+    if (!sourceIndex.isValid() || !isShown(sourceIndex.row()))
+        return {};
+    return createIndex(placeOf(sourceIndex.row()), sourceIndex.column());
+}
+
+QVariant FileFilterModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    return m_contents ? m_contents->headerData(section, orientation, role) : QVariant();
+}
+
+bool FileFilterModel::removeRows(int /*row*/, int /*count*/, const QModelIndex & /*parent*/)
+{
+    return false;
+}
+
+void FileFilterModel::sort(int /*column*/, Qt::SortOrder /*order*/) {}
 
 bool FileFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
-    return m_contents && !sourceParent.isValid() && m_selection.isAccepted(sourceRow);
+    return !sourceParent.isValid() && isShown(sourceRow);
 }

@@ -3,16 +3,22 @@
 #include "core/nodetype.h"
 #include "models/fileselection.h"
 
+#include <QPersistentModelIndex>
 #include <QSortFilterProxyModel>
 #include <QVector>
+
+#include <vector>
 
 class ContentsModel;
 class File;
 
 /**
- * Shows of a ContentsModel the files that meet the selection. A change of the selection or of the files makes
- * one pass over the index of all files, before Qt asks row by row, so that each answer is the reading of a
- * bit. Never calls invalidateFilter(), which is quadratic. GUI thread.
+ * Shows of a ContentsModel the files that meet the selection. Each change of the selection or of the files
+ * makes one pass over the index of all files, which gives the shown rows in the order of the source.
+ *
+ * The mapping is our own: that of the base class asks row by row and then sorts what is in order already,
+ * which takes most of the time of a click at a million files; its invalidateFilter() is even quadratic. So
+ * none of the base class's mapping, sorting and pattern functions has an effect here. GUI thread.
  */
 class FileFilterModel : public QSortFilterProxyModel
 {
@@ -28,8 +34,6 @@ public:
     void setSpecialNode(NodeType type);
     void setTagRequirements(const TagRequirements &requirements);
 
-    /** Whether a row of the ContentsModel meets the selection. */
-    bool isShown(int contentsRow) const { return m_selection.isAccepted(contentsRow); }
     const TagRequirements &requirements() const { return m_selection.requirements(); }
     NodeType nodeType() const { return m_selection.nodeType(); }
     const QVector<qint64> &required() const { return m_selection.requirements().required; }
@@ -40,10 +44,25 @@ public:
     const QVector<qint64> &dTags() const { return m_selection.dTags(); }
 
     /** The row of the ContentsModel behind a row here. */
-    int contentsRow(int row) const { return mapToSource(index(row, 0)).row(); }
+    int contentsRow(int row) const { return m_rows[static_cast<size_t>(row)]; }
+    /** Whether a row of the ContentsModel is shown. */
+    bool isShown(int contentsRow) const;
     /** Null outside the rows. */
     const File *fileAt(int row) const;
     const ContentsModel *contents() const { return m_contents; }
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex parent(const QModelIndex &child) const override;
+    QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex mapToSource(const QModelIndex &proxyIndex) const override;
+    QModelIndex mapFromSource(const QModelIndex &sourceIndex) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
+    /** Does nothing: files are sorted by the Sorter above. */
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 signals:
     /** The tags on some but not all shown files; once, when a change is through. */
@@ -58,17 +77,36 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
+    void connectContents();
+    void sourceDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                           const QVector<int> &roles);
+    void sourceRowsInserted();
+    void sourceRowsAboutToBeRemoved(const QModelIndex &parent, int first, int last);
+    void sourceRowsRemoved(const QModelIndex &parent, int first, int last);
+    void sourceLayoutAboutToBeChanged();
+    void sourceLayoutChanged();
+    void sourceReset();
+
     void applySelection();
     void runSelection();
-    void followContents();
-    void followRecords(const QModelIndex &topLeft, const QModelIndex &bottomRight, const QVector<int> &roles);
-    void followRows();
+    void showChanges();
+    void showChangesInOneGo();
+    void showNewRows();
     void announceDTags();
+    /** The place of the first shown row that is not before a row of the ContentsModel. */
+    int placeOf(int contentsRow) const;
 
     ContentsModel *m_contents = nullptr;
     FileSelection m_selection;
+    // The shown rows of the ContentsModel, ascending, and those of the last pass until they are shown.
+    std::vector<int> m_rows;
+    std::vector<int> m_newRows;
     quint64 m_seenRevision = 0;
     QVector<qint64> m_announcedDTags;
     mutable QVector<qint64> m_acceptedFiles;
     mutable bool m_areAcceptedFilesKnown = false;
+    // Between the two signals of a change of layout or of a removal below.
+    QModelIndexList m_layoutIndexes;
+    QVector<QPersistentModelIndex> m_layoutSources;
+    bool m_isRemoving = false;
 };

@@ -12,6 +12,13 @@ namespace {
 constexpr qint64 largestSmallTagId = 1 << 20;
 constexpr qint32 noNumber = -1;
 
+// The room that so many tags take: whole groups, and one for none.
+size_t roomFor(size_t tags)
+{
+    constexpr size_t group = FileIndex::tagsPerGroup;
+    return tags == 0 ? group : (tags + group - 1) / group * group;
+}
+
 quint8 kindOf(const File &file)
 {
     const qint32 kind = file.internal();
@@ -48,6 +55,7 @@ void FileIndex::reserve(int rows)
     m_additions.reserve(size);
     m_tagStarts.reserve(size);
     m_tagCounts.reserve(size);
+    m_tags.reserve(size * tagsPerGroup);
 }
 
 void FileIndex::append(const File &file)
@@ -58,10 +66,9 @@ void FileIndex::append(const File &file)
     m_ids.append(file.id());
     m_kinds.push_back(kindOf(file));
     m_additions.push_back(file.additionSeconds());
-    m_tagStarts.push_back(static_cast<quint32>(m_tags.size()));
+    m_tagStarts.push_back(appendScratch());
     m_tagCounts.push_back(static_cast<quint32>(m_scratch.size()));
-    m_tags.insert(m_tags.end(), m_scratch.begin(), m_scratch.end());
-    m_usedTags += m_scratch.size();
+    m_usedRoom += roomFor(m_scratch.size());
     ++m_revision;
 }
 
@@ -74,14 +81,13 @@ bool FileIndex::update(int row, const File &file)
         return false;
     m_kinds[at] = kindOf(file);
     m_additions[at] = file.additionSeconds();
-    m_usedTags -= m_tagCounts[at];
-    m_usedTags += m_scratch.size();
-    if (m_scratch.size() <= m_tagCounts[at]) {
-        std::copy(m_scratch.begin(), m_scratch.end(), m_tags.begin() + m_tagStarts[at]);
-    } else {
-        m_tagStarts[at] = static_cast<quint32>(m_tags.size());
-        m_tags.insert(m_tags.end(), m_scratch.begin(), m_scratch.end());
-    }
+    const size_t oldRoom = roomFor(m_tagCounts[at]);
+    const size_t newRoom = roomFor(m_scratch.size());
+    m_usedRoom = m_usedRoom - oldRoom + newRoom;
+    if (newRoom <= oldRoom)
+        writeScratch(m_tagStarts[at]);
+    else
+        m_tagStarts[at] = appendScratch();
     m_tagCounts[at] = static_cast<quint32>(m_scratch.size());
     dropUnusedTags();
     ++m_revision;
@@ -93,7 +99,7 @@ void FileIndex::removeRows(const QVector<int> &rows)
     if (rows.isEmpty())
         return;
     for (int row : rows)
-        m_usedTags -= m_tagCounts[static_cast<size_t>(row)];
+        m_usedRoom -= roomFor(m_tagCounts[static_cast<size_t>(row)]);
     eraseAt(m_ids, rows);
     eraseAt(m_kinds, rows);
     eraseAt(m_additions, rows);
@@ -136,7 +142,7 @@ quint32 FileIndex::numberOf(qint64 tagId)
     const int known = tagNumber(tagId);
     if (known >= 0)
         return static_cast<quint32>(known);
-    const int number = m_tagIds.size();
+    const int number = numberCount();
     m_tagIds.append(tagId);
     m_tagNumbers.insert(tagId, number);
     if (isSmall) {
@@ -164,17 +170,34 @@ bool FileIndex::hasScratchTags(int row) const
     return std::equal(present.begin(), present.end(), m_scratch.begin(), m_scratch.end());
 }
 
+void FileIndex::writeScratch(size_t start)
+{
+    const auto end = std::copy(m_scratch.begin(), m_scratch.end(), m_tags.begin() + start);
+    const size_t room = roomFor(m_scratch.size());
+    // Fillers that differ by their place, as counting one and the same would wait for itself.
+    std::iota(end, m_tags.begin() + start + room, 0);
+}
+
+quint32 FileIndex::appendScratch()
+{
+    const size_t start = m_tags.size();
+    m_tags.resize(start + roomFor(m_scratch.size()));
+    writeScratch(start);
+    return static_cast<quint32>(start);
+}
+
 void FileIndex::dropUnusedTags()
 {
     constexpr size_t slack = 4096;
-    if (m_tags.size() < 2 * m_usedTags + slack)
+    if (m_tags.size() < 2 * m_usedRoom + slack)
         return;
     std::vector<quint32> kept;
-    kept.reserve(m_usedTags);
+    kept.reserve(m_usedRoom);
     for (int row = 0; row < size(); ++row) {
-        const TagNumbers tags = tagsAt(row);
-        m_tagStarts[static_cast<size_t>(row)] = static_cast<quint32>(kept.size());
-        kept.insert(kept.end(), tags.begin(), tags.end());
+        const auto at = static_cast<size_t>(row);
+        const auto start = m_tags.begin() + m_tagStarts[at];
+        m_tagStarts[at] = static_cast<quint32>(kept.size());
+        kept.insert(kept.end(), start, start + static_cast<std::ptrdiff_t>(roomFor(m_tagCounts[at])));
     }
     m_tags.swap(kept);
 }

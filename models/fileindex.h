@@ -38,22 +38,33 @@ public:
     /** -1 for an id that has no row. */
     int rowOf(qint64 fileId) const;
 
-    /** The value of File::internal(). */
-    quint8 kindAt(int row) const { return m_kinds[static_cast<size_t>(row)]; }
+    // Arrays with one value a row, for passes over all rows; valid until the next change.
+    /** The values of File::internal(). */
+    const quint8 *kinds() const { return m_kinds.data(); }
     /** Seconds since the epoch. */
-    qint64 additionAt(int row) const { return m_additions[static_cast<size_t>(row)]; }
-    bool hasTags(int row) const { return m_tagCounts[static_cast<size_t>(row)] > 0; }
+    const qint64 *additions() const { return m_additions.data(); }
+    /** Where the tags of a row begin in tagNumbers(), and how many they are. */
+    const quint32 *tagStarts() const { return m_tagStarts.data(); }
+    const quint32 *tagCounts() const { return m_tagCounts.data(); }
+    /**
+     * The tags of each row fill whole groups of tagsPerGroup, at least one; what is left of the last group
+     * holds numbers below firstTagNumber, which are no tags. So a pass takes groups at a step and seldom has
+     * to guess how long a row is.
+     */
+    const quint32 *tagNumbers() const { return m_tags.data(); }
+    static constexpr int tagsPerGroup = 8;
+    static constexpr int firstTagNumber = tagsPerGroup;
     TagNumbers tagsAt(int row) const
     {
         const quint32 *first = m_tags.data() + m_tagStarts[static_cast<size_t>(row)];
         return {first, first + m_tagCounts[static_cast<size_t>(row)]};
     }
 
-    /** Numbers run from 0 to one less than this. A number is never given to another tag. */
-    int tagCount() const { return m_tagIds.size(); }
+    /** Numbers run from firstTagNumber to one less than this, and none is given to a second tag. */
+    int numberCount() const { return firstTagNumber + m_tagIds.size(); }
     /** -1 for a tag that no file has had yet. */
     int tagNumber(qint64 tagId) const { return m_tagNumbers.value(tagId, -1); }
-    qint64 tagId(int number) const { return m_tagIds.at(number); }
+    qint64 tagId(int number) const { return m_tagIds.at(number - firstTagNumber); }
 
     /** Grows with every change. */
     quint64 revision() const { return m_revision; }
@@ -62,6 +73,8 @@ private:
     quint32 numberOf(qint64 tagId);
     void readTags(const QVector<qint64> &tagIds);
     bool hasScratchTags(int row) const;
+    void writeScratch(size_t start);
+    quint32 appendScratch();
     void dropUnusedTags();
     void sortRows() const;
 
@@ -72,7 +85,7 @@ private:
     std::vector<quint32> m_tagCounts;
     // The tags of all rows; a row that got another list leaves its old one behind until the next clean-up.
     std::vector<quint32> m_tags;
-    size_t m_usedTags = 0;
+    size_t m_usedRoom = 0;
 
     QHash<qint64, int> m_tagNumbers;
     QVector<qint64> m_tagIds;

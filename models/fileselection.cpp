@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -28,13 +29,50 @@ void mark(std::vector<quint8> &marks, const FileIndex &index, const QVector<qint
     }
 }
 
+// Writes the rows of a range that meet the condition and gives the end of what was written. No branch hangs
+// on the condition, as whether the next file is accepted is nothing that a processor can guess.
 template <typename Condition>
-void acceptRows(std::vector<quint8> &accepted, Condition condition)
+int *keepRows(int first, int last, int *target, Condition condition)
 {
-    const int size = static_cast<int>(accepted.size());
-    for (int row = 0; row < size; ++row)
-        accepted[static_cast<size_t>(row)] = condition(row) ? 1 : 0;
+    for (int row = first; row < last; ++row) {
+        *target = row;
+        target += condition(row) ? 1 : 0;
+    }
+    return target;
 }
+
+/** The bits of all tags of a row, from pointers that no write to the result can make the compiler read anew.
+ */
+class Marker
+{
+public:
+    Marker(const FileIndex &index, const std::vector<quint8> &marks)
+        : m_starts(index.tagStarts()),
+          m_counts(index.tagCounts()),
+          m_tags(index.tagNumbers()),
+          m_marks(marks.data())
+    {
+    }
+
+    quint8 operator()(int row) const
+    {
+        const quint32 *tag = m_tags + m_starts[row];
+        const quint32 *last = tag + m_counts[row];
+        quint8 met = 0;
+        do {
+            for (int i = 0; i < FileIndex::tagsPerGroup; ++i)
+                met |= m_marks[tag[i]];
+            tag += FileIndex::tagsPerGroup;
+        } while (tag < last);
+        return met;
+    }
+
+private:
+    const quint32 *m_starts;
+    const quint32 *m_counts;
+    const quint32 *m_tags;
+    const quint8 *m_marks;
+};
 
 } // namespace
 
@@ -51,60 +89,69 @@ void FileSelection::setRequirements(const TagRequirements &requirements)
     m_requirements = requirements;
 }
 
-void FileSelection::run(const FileIndex &index)
+void FileSelection::run(const FileIndex &index, std::vector<int> &rows)
 {
-    m_accepted.resize(static_cast<size_t>(index.size()));
     m_dTags.clear();
-    if (m_nodeType == TagNode)
-        runTags(index);
-    else
-        runSpecial(index);
+    // One more, since each row is written before it is known whether it stays.
+    rows.resize(static_cast<size_t>(index.size()) + 1);
+    const int count = m_nodeType == TagNode ? runTags(index, rows.data()) : runSpecial(index, rows.data());
+    rows.resize(static_cast<size_t>(count));
 }
 
-void FileSelection::runSpecial(const FileIndex &index)
+int FileSelection::runSpecial(const FileIndex &index, int *rows) const
 {
-    const auto acceptKind = [this, &index](quint8 kind) {
-        acceptRows(m_accepted, [&index, kind](int row) { return index.kindAt(row) == kind; });
+    const auto keep = [&index, rows](auto condition) {
+        return static_cast<int>(keepRows(0, index.size(), rows, condition) - rows);
     };
+    const quint8 *kinds = index.kinds();
+    const quint32 *tagCounts = index.tagCounts();
     switch (m_nodeType) {
+    case AllFiles:
+        return keep([](int) { return true; });
     case AllFilesWithTags:
-        acceptRows(m_accepted, [&index](int row) { return index.hasTags(row); });
-        return;
+        return keep([tagCounts](int row) { return tagCounts[row] > 0; });
     case AllFilesWithoutTags:
-        acceptRows(m_accepted, [&index](int row) { return !index.hasTags(row); });
-        return;
+        return keep([tagCounts](int row) { return tagCounts[row] == 0; });
     case AllInternalFiles:
-        acceptKind(internalKind);
-        return;
+        return keep([kinds](int row) { return kinds[row] == internalKind; });
     case AllExternalFiles:
-        acceptKind(externalKind);
-        return;
+        return keep([kinds](int row) { return kinds[row] == externalKind; });
     case AllHyperlinks:
-        acceptKind(hyperlinkKind);
-        return;
+        return keep([kinds](int row) { return kinds[row] == hyperlinkKind; });
     case RecentlyAddedFiles: {
         const qint64 oldest = QDateTime::currentSecsSinceEpoch() - qint64(m_newFilesTimeout);
-        acceptRows(m_accepted, [&index, oldest](int row) { return index.additionAt(row) > oldest; });
-        return;
+        const qint64 *additions = index.additions();
+        return keep([additions, oldest](int row) { return additions[row] > oldest; });
     }
     default:
-        std::fill(m_accepted.begin(), m_accepted.end(), m_nodeType == AllFiles ? 1 : 0);
+        return 0;
     }
 }
 
-void FileSelection::runTags(const FileIndex &index)
+int FileSelection::runTags(const FileIndex &index, int *rows)
 {
     const std::vector<Round> rounds = compiledRounds(index);
-    m_counts.assign(static_cast<size_t>(index.tagCount()), 0);
-    std::fill(m_accepted.begin(), m_accepted.end(), rounds.empty() ? 0 : 1);
-    int acceptedCount = 0;
+    m_counts.assign(static_cast<size_t>(index.numberCount()), 0);
+    int *target = rows;
     for (int first = 0; first < index.size() && !rounds.empty(); first += rowsPerBlock) {
-        const int last = std::min(first + rowsPerBlock, index.size());
-        for (const Round &round : rounds)
-            applyRound(round, index, first, last);
-        acceptedCount += countTags(index, first, last);
+        int *const blockStart = target;
+        for (const Round &round : rounds) {
+            const Marker marker(index, round.marks);
+            const quint8 tested = round.tested;
+            const quint8 wanted = round.wanted;
+            const auto isMet = [&marker, tested, wanted](int row) {
+                return (marker(row) & tested) == wanted;
+            };
+            if (&round == &rounds.front())
+                target = keepRows(first, std::min(first + rowsPerBlock, index.size()), blockStart, isMet);
+            else
+                target = std::remove_if(blockStart, target, std::not_fn(isMet));
+        }
+        countTags(index, blockStart, target);
     }
-    findDTags(index, acceptedCount);
+    const int count = static_cast<int>(target - rows);
+    findDTags(index, count);
+    return count;
 }
 
 QVector<QVector<qint64>> FileSelection::requiredGroups() const
@@ -131,7 +178,7 @@ std::vector<FileSelection::Round> FileSelection::compiledRounds(const FileIndex 
         const int place = i % groupsPerRound;
         if (place == 0) {
             rounds.emplace_back();
-            rounds.back().marks.resize(static_cast<size_t>(index.tagCount()));
+            rounds.back().marks.resize(static_cast<size_t>(index.numberCount()));
         }
         Round &round = rounds.back();
         const auto bit = static_cast<quint8>(1U << place);
@@ -147,51 +194,30 @@ std::vector<FileSelection::Round> FileSelection::compiledRounds(const FileIndex 
     return rounds;
 }
 
-void FileSelection::applyRound(const Round &round, const FileIndex &index, int first, int last)
+void FileSelection::countTags(const FileIndex &index, const int *first, const int *last)
 {
-    const quint8 *marks = round.marks.data();
-    quint8 *accepted = m_accepted.data();
-    for (int row = first; row < last; ++row) {
-        quint8 met = 0;
-        for (quint32 number : index.tagsAt(row))
-            met |= marks[number];
-        accepted[row] &= static_cast<quint8>((met & round.tested) == round.wanted);
-    }
-}
-
-int FileSelection::countTags(const FileIndex &index, int first, int last)
-{
-    const quint8 *accepted = m_accepted.data();
+    const quint32 *starts = index.tagStarts();
+    const quint32 *tagCounts = index.tagCounts();
     quint32 *counts = m_counts.data();
-    int count = 0;
-    for (int row = first; row < last; ++row) {
-        if (!accepted[row])
-            continue;
-        ++count;
-        for (quint32 number : index.tagsAt(row))
-            ++counts[number];
+    for (; first != last; ++first) {
+        const quint32 *tag = index.tagNumbers() + starts[*first];
+        const quint32 *lastTag = tag + tagCounts[*first];
+        // Fillers are counted as well, in places that nobody reads.
+        do {
+            for (int i = 0; i < FileIndex::tagsPerGroup; ++i)
+                ++counts[tag[i]];
+            tag += FileIndex::tagsPerGroup;
+        } while (tag < lastTag);
     }
-    return count;
 }
 
 void FileSelection::findDTags(const FileIndex &index, int acceptedCount)
 {
     const auto all = static_cast<quint32>(acceptedCount);
-    for (int number = 0; number < index.tagCount(); ++number) {
+    for (int number = FileIndex::firstTagNumber; number < index.numberCount(); ++number) {
         const quint32 count = m_counts[static_cast<size_t>(number)];
         if (count > 0 && count < all)
             m_dTags.append(index.tagId(number));
     }
     std::sort(m_dTags.begin(), m_dTags.end());
-}
-
-QVector<qint64> FileSelection::acceptedFiles(const FileIndex &index) const
-{
-    QVector<qint64> ids;
-    ids.reserve(static_cast<int>(std::count(m_accepted.begin(), m_accepted.end(), 1)));
-    for (int row = 0; row < index.size(); ++row) {
-        if (isAccepted(row))
-            ids.append(index.idAt(row));
-    }
-    return ids;
 }

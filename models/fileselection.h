@@ -11,7 +11,7 @@ class FileIndex;
 
 /**
  * The selection of the main view: the requirements, and what one pass of them over the index of all files
- * gave: an accept bit a row and how many accepted files have each tag. GUI thread.
+ * gave: the accepted rows and, from how many of them have each tag, the D-Tags. GUI thread.
  */
 class FileSelection
 {
@@ -24,16 +24,9 @@ public:
     void setSpecialNode(NodeType type, unsigned int newFilesTimeout);
     void setRequirements(const TagRequirements &requirements);
 
-    /** Looks at all rows anew. */
-    void run(const FileIndex &index);
+    /** Looks at all rows anew and gives the accepted ones, ascending, in a vector that it takes over. */
+    void run(const FileIndex &index, std::vector<int> &rows);
 
-    bool isAccepted(int row) const
-    {
-        const auto at = static_cast<size_t>(row);
-        return at < m_accepted.size() && m_accepted[at] != 0;
-    }
-    /** The ids of the accepted files in the order of their rows. */
-    QVector<qint64> acceptedFiles(const FileIndex &index) const;
     /** Tags that are on some but not on all of the accepted files, by rising id; only for TagNode. */
     const QVector<qint64> &dTags() const { return m_dTags; }
 
@@ -49,16 +42,14 @@ private:
 
     std::vector<Round> compiledRounds(const FileIndex &index) const;
     QVector<QVector<qint64>> requiredGroups() const;
-    void runSpecial(const FileIndex &index);
-    void runTags(const FileIndex &index);
-    void applyRound(const Round &round, const FileIndex &index, int first, int last);
-    int countTags(const FileIndex &index, int first, int last);
+    int runSpecial(const FileIndex &index, int *rows) const;
+    int runTags(const FileIndex &index, int *rows);
+    void countTags(const FileIndex &index, const int *first, const int *last);
     void findDTags(const FileIndex &index, int acceptedCount);
 
     NodeType m_nodeType = NodeType(0);
     TagRequirements m_requirements;
     unsigned int m_newFilesTimeout = 0;
-    std::vector<quint8> m_accepted;
     std::vector<quint32> m_counts;
     QVector<qint64> m_dTags;
 };

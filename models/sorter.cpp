@@ -77,10 +77,17 @@ void Sorter::refreshTagNames()
     }
 }
 
+bool Sorter::isFoundIn(const QString &text) const
+{
+    // The matcher needs twice the time of a plain search for a single character.
+    if (m_filterText.size() == 1)
+        return text.contains(m_filterText.at(0), Qt::CaseInsensitive);
+    return m_matcher.indexIn(text) >= 0;
+}
+
 bool Sorter::isMatch(const File &file) const
 {
-    return m_matcher.indexIn(file.name()) >= 0 || m_matcher.indexIn(file.description()) >= 0 ||
-           m_matcher.indexIn(file.idCode()) >= 0;
+    return isFoundIn(file.name()) || isFoundIn(file.description()) || isFoundIn(file.idCode());
 }
 
 bool Sorter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
@@ -104,8 +111,8 @@ bool Sorter::lessThan(const QModelIndex &left, const QModelIndex &right) const
     const int column = left.column();
     if (m_isPassOpen)
         closePass(column);
-    const int leftRow = m_filter->mapToSource(left).row();
-    const int rightRow = m_filter->mapToSource(right).row();
+    const int leftRow = m_filter->contentsRow(left.row());
+    const int rightRow = m_filter->contentsRow(right.row());
     if (m_ranks.column() == column) {
         const int leftRank = m_ranks.rankOf(leftRow);
         const int rightRank = m_ranks.rankOf(rightRow);

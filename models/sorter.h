@@ -45,6 +45,7 @@ protected:
     bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
 
 private:
+    bool isFoundIn(const QString &text) const;
     bool isMatch(const File &file) const;
     void openPass();
     void closePass(int column) const;

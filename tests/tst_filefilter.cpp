@@ -322,7 +322,7 @@ void TestFileFilter::staysExactOverChanges_data()
 {
     QTest::addColumn<int>("mostAtOnce");
     QTest::addColumn<int>("steps");
-    QTest::newRow("few rows at once") << 5 << 300;
+    QTest::newRow("few rows at once") << 5 << 150;
     QTest::newRow("many rows at once") << 700 << 30;
 }
 
