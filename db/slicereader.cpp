@@ -57,10 +57,12 @@ void SliceReader::readJoined(QSqlQuery &query, QSqlQuery &links, const QStringLi
             continue;
         }
         fillLink(row, links, ownColumns);
-        for (nextLink(); hasLink && linkKey == key; nextLink()) {
+        nextLink();
+        while (hasLink && linkKey == key) {
             TableRowData &further = nextRow();
             fillPartly(further, query, keyOnly);
             fillLink(further, links, ownColumns);
+            nextLink();
         }
     }
     finish(!query.lastError().isValid() && !links.lastError().isValid());
