@@ -27,7 +27,7 @@ void FileFilterModel::setSourceModel(QAbstractItemModel *sourceModel)
         disconnect(m_contents, nullptr, this, nullptr);
     m_contents = qobject_cast<ContentsModel *>(sourceModel);
     // Not that of QSortFilterProxyModel, whose mapping would follow the source beside ours.
-    QAbstractProxyModel::setSourceModel(sourceModel);
+    QAbstractProxyModel::setSourceModel(sourceModel); // NOLINT(bugprone-parent-virtual-call)
     if (m_contents)
         connectContents();
     runSelection();
