@@ -68,6 +68,8 @@ private slots:
     void droppedFileOnANodeGetsItsTags();
     void nodeSelectsItsFiles();
     void widerNodeCountsTagsBelow();
+    void newTagIsNoRelativeByItsId_data();
+    void newTagIsNoRelativeByItsId();
     void removedNodeIsNoLongerCurrent();
     void reloadKeepsTheCurrentNode();
     void nodesAboveAndBelow();
@@ -324,6 +326,31 @@ void TestControllers::widerNodeCountsTagsBelow()
     QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
     collection.tree().changeTrOption(nodeId, false);
     collection.tree().nodeActivated(TagNode, nodeId, {animal}, {});
+    QCOMPARE(collection.mainView().shownFileIds(), Ids{1});
+}
+
+void TestControllers::newTagIsNoRelativeByItsId_data()
+{
+    QTest::addColumn<bool>("isEitherOr");
+    QTest::newRow("all of the tags") << false;
+    QTest::newRow("any of the tags") << true;
+}
+
+void TestControllers::newTagIsNoRelativeByItsId()
+{
+    QFETCH(bool, isEitherOr);
+    LocalCollection collection;
+    collection.addFiles(3);
+    const qint64 animal = collection.tags().addTag(QStringLiteral("animal"), {1});
+    const qint64 lion = collection.tags().addTag(QStringLiteral("lion"), {2});
+    collection.relations().addChildren({}, {animal});
+    collection.relations().addChildren(QString::number(animal), {lion});
+    if (isEitherOr)
+        collection.tags().showTagsEitherOr({animal});
+    else
+        collection.tags().showTagsSelected({animal});
+    collection.tags().removeTags({lion});
+    QCOMPARE(collection.tags().addTag(QStringLiteral("house"), {3}), lion);
     QCOMPARE(collection.mainView().shownFileIds(), Ids{1});
 }
 

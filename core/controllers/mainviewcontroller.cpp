@@ -282,8 +282,15 @@ void MainViewController::forgetTags(const QVector<qint64> &tagIds)
     bool isAsked = false;
     for (QVector<qint64> *list : {&requirements.required, &requirements.eitherOr, &requirements.excluded})
         isAsked = dropTags(*list, tagIds) || isAsked;
+    // The database may give the id of a removed tag to a new one, which is no relative of those asked for.
+    bool isWidened = dropTags(requirements.eitherOrWidened, tagIds);
+    isWidened = dropTags(requirements.excludedWidened, tagIds) || isWidened;
+    for (QVector<qint64> &alternatives : requirements.requiredAlternatives)
+        isWidened = dropTags(alternatives, tagIds) || isWidened;
     if (isAsked)
         showRequirements(requirements);
+    else if (isWidened)
+        m_filter->setTagRequirements(requirements);
 }
 
 QVariant MainViewController::fileData(qint64 fileId, DataType type) const
