@@ -127,6 +127,7 @@ void TestTitleWidget::droppedTagsBecomeRequirement()
 
     QCOMPARE(text(), QStringLiteral(" A <i>and</i>  B "));
     QCOMPARE(m_fixture->mainView().shownFileIds(), QVector<qint64>{both});
+    QCOMPARE(m_fixture->tags().selectedTagIds(), QVector<qint64>({m_tagIds.at(1), m_tagIds.at(2)}));
 }
 
 void TestTitleWidget::foreignDragIsRefused_data()

@@ -148,7 +148,7 @@ void TitleWidget::dropEvent(QDropEvent *event)
         const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
         event->acceptProposedAction();
         if (!tagIds.isEmpty())
-            m_controller->showTagsSelected(tagIds);
+            m_controller->collection()->tagsController()->showTagsSelected(tagIds); // which marks them
     }
     QWidget::dropEvent(event);
 }
