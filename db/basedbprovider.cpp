@@ -100,7 +100,7 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
     // A statement that failed may be one that its server no longer knows: the next use prepares it anew.
     const QSqlError error = query->lastError();
     m_prepared[connection].remove(statement);
-    emit errorOccured(error);
+    tellError(error);
     return false;
 }
 
@@ -125,7 +125,7 @@ QSqlQuery *BaseDBProvider::preparedQuery(const QString &statement, const QString
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.prepare(statement)) {
-        emit errorOccured(query.lastError());
+        tellError(query.lastError());
         return nullptr;
     }
     return &ofConnection.insert(statement, query).value();
@@ -236,5 +236,11 @@ void BaseDBProvider::forwardErrors(const QueryRunner &runner)
 {
     connect(&runner, &QueryRunner::connectionError, this, &BaseDBProvider::connectionError,
             Qt::DirectConnection);
-    connect(&runner, &QueryRunner::errorOccured, this, &BaseDBProvider::errorOccured, Qt::DirectConnection);
+    connect(&runner, &QueryRunner::errorOccured, this, &BaseDBProvider::tellError, Qt::DirectConnection);
+}
+
+void BaseDBProvider::tellError(const QSqlError &error)
+{
+    m_lastError = error;
+    emit errorOccured(error);
 }

@@ -79,6 +79,8 @@ public:
     bool rollbackToSavepoint();
     /** True from a failed way back on until the next transaction: the running one must not go on. */
     bool isSavepointLost() const { return m_savepointLost; }
+    /** The last error of a statement, also of one that failed while the signals were blocked. */
+    QSqlError lastError() const { return m_lastError; }
 
 signals:
     void connectionError();
@@ -109,9 +111,11 @@ private:
     bool executeForwardOnly(QSqlQuery &statement, const QString &query);
     bool reportError(const QSqlQuery &statement);
     bool runOnSavepoint(const QString &statement);
+    void tellError(const QSqlError &error);
     QSqlQuery *preparedQuery(const QString &statement, const QString &connectionName);
 
     const AbstractQueryConstructor *m_constructor;
     QHash<QString, QHash<QString, QSqlQuery>> m_prepared;
+    QSqlError m_lastError;
     bool m_savepointLost = false;
 };

@@ -33,8 +33,8 @@ bool AddFilesOperation::addFilesToDB()
     batch.type = m_type;
     batch.mode = AddingSettings::linkToFiles() ? ExternalStorage : InternalStorage;
     batch.tagIds = m_request.tagIds;
-    if (AddingSettings::autoTagging())
-        makeTagsAndNodes(expansion, batch);
+    if (AddingSettings::autoTagging() && !makeTagsAndNodes(expansion, batch))
+        return true;
     emit m_worker.operationProgress(m_type, FileOperationWorker::tr("Gathering file information"), 0);
     batch.paths = expansion.files();
     if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
@@ -45,15 +45,22 @@ bool AddFilesOperation::addFilesToDB()
     return true;
 }
 
-void AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch)
+bool AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch)
 {
     const bool isLimited = AddingSettings::autoTagRecursionLimitSet();
     const int limit = AddingSettings::autoTagRecursionLimit();
     batch.folderTags = FolderTags(expansion.folders(), isLimited, limit);
-    batch.tagIdsByName = m_worker.createTags(batch.folderTags.allNames(), &m_newTags);
+    const QStringList names = batch.folderTags.allNames();
+    batch.tagIdsByName = m_worker.createTags(names, &m_newTags);
+    // The statement that failed may have ended the whole transaction: files would be added one by one then.
+    if (batch.tagIdsByName.size() < names.size()) {
+        qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
+        return false;
+    }
     if (AddingSettings::createNodes() && m_request.fromSelectedNode)
         m_newNodes = NodeBuilder(m_worker, batch.tagIdsByName, isLimited, limit)
                          .build(expansion.folders(), m_request.nodeId);
+    return true;
 }
 
 void AddFilesOperation::finish(Transaction &transaction, const QVector<qint64> &fileIds)

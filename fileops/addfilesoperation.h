@@ -19,7 +19,8 @@ public:
 private:
     /** False when duplicate management failed: then nothing more is to be told. */
     bool addFilesToDB();
-    void makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch);
+    /** False when the tags cannot be made; then nothing is to be added. */
+    bool makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch);
     void finish(Transaction &transaction, const QVector<qint64> &fileIds);
 
     QVector<qint64> m_newTags;

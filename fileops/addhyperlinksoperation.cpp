@@ -60,6 +60,8 @@ void AddHyperlinksOperation::applyDetails(const QVector<qint64> &fileIds)
     const AbstractQueryConstructor &sql = *m_worker.constructor();
     const QString update = sql.updateQuery(columns, QStringLiteral("files"), values);
     for (const qint64 id : fileIds) {
+        if (!mayCommit())
+            return;
         Savepoint savepoint(m_worker);
         if (m_worker.runAsync(update + sql.whereClause(QStringLiteral("file_id = ") + QString::number(id)) +
                               sql.statementEnd()))

@@ -86,9 +86,19 @@ FileAdder::Outcome FileAdder::gather(const QString &path, const FileChecksum &kn
     }
     if (!reserveIds(path, file) || (m_mode == InternalStorage && !storeContents(path, known, file)))
         return Failed;
-    if (file.thumbnailId > 0 && !ThumbnailMaker(m_worker).makeThumbnail(path, file.thumbnailId, true))
-        file.thumbnailId = 0;
-    return Added;
+    return addThumbnail(path, file.thumbnailId) ? Added : Failed;
+}
+
+bool FileAdder::addThumbnail(const QString &path, qint64 &thumbnailId)
+{
+    if (thumbnailId == 0)
+        return true;
+    const QImage canvas = ThumbnailMaker::thumbnailOf(path);
+    if (canvas.isNull())
+        thumbnailId = 0;
+    // A row that does not go in may have ended the whole transaction, as a full disk does: going on would
+    // write the rest of this file outside of it.
+    return thumbnailId == 0 || ThumbnailMaker(m_worker).store(canvas, thumbnailId, true);
 }
 
 bool FileAdder::gatherExternal(const QString &path, const FileChecksum &known, NewFile &file)

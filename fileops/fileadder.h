@@ -46,6 +46,8 @@ private:
     bool reserveIds(const QString &path, NewFile &file);
     bool storeContents(const QString &path, const FileChecksum &known, NewFile &file);
     bool endChain(qint64 storageId);
+    /** An id of 0 for what is no picture; false when the database refuses the row. */
+    bool addThumbnail(const QString &path, qint64 &thumbnailId);
     bool isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const;
     bool readStoredChecksum(qint64 storageId, qint64 size, quint32 &result);
     bool insertRows(const QString &path, const NewFile &file);

@@ -73,7 +73,20 @@ bool FileBatch::addRun(int from, int to)
     if (isGood && savepoint.release())
         return true;
     m_added.resize(addedBefore);
+    takeBackRun(savepoint);
     return false;
+}
+
+void FileBatch::takeBackRun(Savepoint &savepoint)
+{
+    const QSqlError cause = m_worker.lastError();
+    {
+        const QSignalBlocker blocker(&m_worker);
+        savepoint.rollBack();
+    }
+    // Then nothing is tried again, and what was kept silent is the only word that says why.
+    if (m_worker.isSavepointLost())
+        emit m_worker.errorOccured(cause);
 }
 
 bool FileBatch::addSingly(int from, int to)

@@ -11,6 +11,7 @@
 #include <QVector>
 
 class FileOperationWorker;
+class Savepoint;
 
 /** What a batch adds, and the tags that it links. The checksums, when given, stand beside the paths. */
 struct FileBatchRequest
@@ -43,6 +44,7 @@ public:
 private:
     int runLength() const;
     bool addRun(int from, int to);
+    void takeBackRun(Savepoint &savepoint);
     bool addSingly(int from, int to);
     FileAdder::Outcome addFile(int index, qint64 &fileId);
     QVector<qint64> tagIdsFor(const QString &path);

@@ -89,8 +89,11 @@ QImage readPicture(const QString &path)
 bool ThumbnailMaker::makeThumbnail(const QString &path, qint64 thumbnailId, bool isNew)
 {
     const QImage canvas = thumbnailOf(path);
-    if (canvas.isNull())
-        return false;
+    return !canvas.isNull() && store(canvas, thumbnailId, isNew);
+}
+
+bool ThumbnailMaker::store(const QImage &canvas, qint64 thumbnailId, bool isNew)
+{
     QByteArray png;
     QBuffer buffer(&png);
     if (!buffer.open(QIODevice::WriteOnly) || !canvas.save(&buffer, "PNG"))
@@ -128,7 +131,7 @@ QImage ThumbnailMaker::thumbnailOf(const QString &path)
 {
     const QImage picture = readPicture(path);
     if (picture.isNull()) {
-        qDebug() << "Failed load image data:" << path;
+        qDebug("Failed load image data: %s", qUtf8Printable(path));
         return QImage();
     }
     const QImage scaled =

@@ -18,6 +18,8 @@ public:
 
     /** Stores the thumbnail of a file as a new row, or in place of the one that is there. */
     bool makeThumbnail(const QString &path, qint64 thumbnailId, bool isNew);
+    /** The same with a canvas that was made before. */
+    bool store(const QImage &canvas, qint64 thumbnailId, bool isNew);
 
     /** True for a file name whose ending is one of an image format that can be read. */
     static bool isImageName(const QString &path);

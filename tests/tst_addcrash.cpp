@@ -2,9 +2,13 @@
 #include "tests/support/addingfixture.h"
 
 #include <QEventLoop>
+#include <QImage>
 #include <QProcess>
+#include <QSqlError>
 
 #include <csignal>
+
+Q_DECLARE_METATYPE(QSqlError)
 
 namespace {
 
@@ -38,6 +42,8 @@ class TestAddCrash : public QObject
 private slots:
     void killedInTheMiddle_data();
     void killedInTheMiddle();
+    void transactionLost_data();
+    void transactionLost();
 };
 
 void TestAddCrash::killedInTheMiddle_data()
@@ -91,6 +97,48 @@ void TestAddCrash::killedInTheMiddle()
     AddingSettings::setLinkToFiles(mode == QLatin1String("external"));
     fixture.add({fixture.path(QStringLiteral("top"))}, {}, true, 0);
     QCOMPARE(fixture.count(QStringLiteral("files")), files + 1);
+}
+
+void TestAddCrash::transactionLost_data()
+{
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<bool>("link");
+    for (const char *table : {"tags", "tb_nodes", "files", "thumbnails", "file_paths", "file_tag"})
+        QTest::newRow(table) << QString::fromLatin1(table) << true;
+    for (const char *table : {"storage", "storage_info"})
+        QTest::newRow(table) << QString::fromLatin1(table) << false;
+}
+
+void TestAddCrash::transactionLost()
+{
+    QFETCH(QString, table);
+    QFETCH(bool, link);
+    AddingFixture fixture;
+    AddingSettings::setLinkToFiles(link);
+    // A full disk ends the whole transaction like this, and with its journal gone has room for further rows.
+    QVERIFY(fixture.run(
+        QStringLiteral("CREATE TRIGGER full BEFORE INSERT ON %1 WHEN (SELECT count(*) FROM %1)=%2 "
+                       "BEGIN SELECT raise(ROLLBACK, 'disk full'); END")
+            .arg(table)
+            .arg(table == QLatin1String("tags") || table == QLatin1String("tb_nodes") ? 0 : 3)));
+    QImage picture(2, 2, QImage::Format_RGB32);
+    for (int i = 0; i < 20; ++i) {
+        picture.fill(QColor(i, 0, 0));
+        fixture.write(QStringLiteral("top/%1.png").arg(i), QByteArray());
+        QVERIFY(picture.save(fixture.path(QStringLiteral("top/%1.png").arg(i))));
+    }
+    QSignalSpy errors(&fixture.provider(), &FileOperationProvider::errorOccured);
+    QSignalSpy files(&fixture.provider(), &FileOperationProvider::updatedFiles);
+    QSignalSpy finished(&fixture.provider(), &FileOperationProvider::finishedFilesOperation);
+    fixture.add({fixture.path(QStringLiteral("top"))}, {}, true, 0);
+
+    for (const char *name : {"files", "file_paths", "file_tag", "tags", "tb_nodes", "tb_node_links",
+                             "thumbnails", "storage", "storage_info"})
+        QVERIFY2(fixture.count(QLatin1String(name)) == 0, name);
+    QCOMPARE(files.size(), 0);
+    QCOMPARE(finished.size(), 1);
+    QVERIFY(!errors.isEmpty());
+    QVERIFY(errors.first().first().value<QSqlError>().text().contains(QLatin1String("disk full")));
 }
 
 int main(int argc, char **argv)
