@@ -135,13 +135,15 @@ bool FileAdder::storeContents(const QString &path, const FileChecksum &known, Ne
     qint64 blockId = file.storageId;
     qint64 lastId = 0;
     bool hasNext = true;
+    // Some files of the system name no size and have contents all the same.
+    const qint64 length = source.size() > 0 ? source.size() : BLOCK_SIZE;
     m_block.reserve(BLOCK_SIZE);
     while (hasNext) {
         if (m_worker.shouldEnd()) {
             qDebug("FileOperationWorker::addFilesList() - stopped! Exiting.");
             return false;
         }
-        const qint64 wanted = qMin(BLOCK_SIZE, source.size() - file.size);
+        const qint64 wanted = qMin(BLOCK_SIZE, length - file.size);
         m_block.resize(int(wanted));
         const qint64 count = source.read(m_block.data(), wanted);
         if (count < 0)
@@ -155,7 +157,7 @@ bool FileAdder::storeContents(const QString &path, const FileChecksum &known, Ne
             checksum.update(m_block.constData(), count);
         file.size += count;
         // A read that came short has met the end of a file that shrank meanwhile.
-        hasNext = count == wanted && file.size < source.size();
+        hasNext = count == wanted && file.size < length;
         lastId = blockId;
         if (!m_worker.insertBlock(m_block, lastId, hasNext, blockId)) {
             qDebug("Inserting block failed.");

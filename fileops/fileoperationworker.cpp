@@ -6,6 +6,7 @@
 #include "fileops/addhyperlinksoperation.h"
 #include "fileops/deletefilesoperation.h"
 #include "fileops/loadthumbnailsoperation.h"
+#include "fileops/regularfile.h"
 
 #include <QDebug>
 #include <QFileInfo>
@@ -163,12 +164,15 @@ bool FileOperationWorker::openConnection()
         emit errorOccured(database.lastError());
         return false;
     }
+    if (isLocal)
+        RegularFile::keepShut(m_details.databaseName());
     prepareConnection();
     return true;
 }
 
 void FileOperationWorker::removeConnection()
 {
+    RegularFile::keepShut(QString());
     clearPrepared();
     QSqlDatabase::database(m_connectionName, false).close();
     QSqlDatabase::removeDatabase(m_connectionName);

@@ -1,6 +1,7 @@
 #include "fileops/regularfile.h"
 
 #include <QFile>
+#include <QMutex>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -16,6 +17,25 @@ FileStamp stampFrom(const struct stat &status)
         return {};
     return {status.st_size, status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
 }
+
+/** The file that must not be opened, by its place on the disk, as links give it other names. */
+struct ShutFile
+{
+    QMutex mutex;
+    bool isSet = false;
+    dev_t device = 0;
+    ino_t node = 0;
+};
+ShutFile shutFile;
+
+/** Asked before opening: once it is open, closing it does the harm. */
+bool isShut(const QByteArray &path)
+{
+    const QMutexLocker locker(&shutFile.mutex);
+    struct stat status = {};
+    return shutFile.isSet && ::stat(path.constData(), &status) == 0 && status.st_dev == shutFile.device &&
+           status.st_ino == shutFile.node;
+}
 } // namespace
 
 RegularFile::~RegularFile()
@@ -26,8 +46,10 @@ RegularFile::~RegularFile()
 bool RegularFile::open(const QString &path)
 {
     close();
+    const QByteArray name = QFile::encodeName(path);
     // Without O_NONBLOCK opening a pipe waits for a writer that may never come.
-    m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (!isShut(name))
+        m_descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (m_descriptor < 0)
         return false;
     struct stat status = {};
@@ -49,6 +71,16 @@ FileStamp RegularFile::stampOf(const QString &path)
 {
     struct stat status = {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? stampFrom(status) : FileStamp();
+}
+
+void RegularFile::keepShut(const QString &path)
+{
+    struct stat status = {};
+    const bool isThere = !path.isEmpty() && ::stat(QFile::encodeName(path).constData(), &status) == 0;
+    const QMutexLocker locker(&shutFile.mutex);
+    shutFile.isSet = isThere;
+    shutFile.device = status.st_dev;
+    shutFile.node = status.st_ino;
 }
 
 void RegularFile::close()

@@ -37,6 +37,12 @@ public:
     const FileStamp &stamp() const { return m_stamp; }
     /** The stamp of a file as it is now, without opening it. */
     static FileStamp stampOf(const QString &path);
+    /**
+     * This file does not open by whatever name until the next call; an empty path lets all open. For the
+     * database itself: closing any descriptor of a file drops all locks that the process holds on it. Any
+     * thread.
+     */
+    static void keepShut(const QString &path);
 
     /** Fills up to `length` bytes; fewer only at the end of the file. -1 on an error. */
     qint64 read(char *bytes, qint64 length);

@@ -74,6 +74,7 @@ private slots:
     void linksAreNotFollowedBelow();
     void repeatedAndUncleanPaths();
     void specialFilesStayClosed();
+    void contentsWithoutASize();
     void unreadableIsSkipped();
     void changedBetweenReadings();
     void hyperlinks();
@@ -299,10 +300,28 @@ void TestAddFiles::specialFilesStayClosed()
     fixture.write(QStringLiteral("top/a.txt"), "a");
     const QString pipe = top + QStringLiteral("/pipe");
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    fixture.add({top, pipe, QStringLiteral("/dev/zero")});
-    fixture.provider().addFilesList({pipe, QStringLiteral("/dev/zero")});
+    // Closing the database's own file would drop the locks of SQLite, so it is none of the files either.
+    const QString database = fixture.databasePath();
+    const QString otherName = top + QStringLiteral("/hard link.png");
+    QCOMPARE(::link(QFile::encodeName(database).constData(), QFile::encodeName(otherName).constData()), 0);
+    fixture.add({top, pipe, database, QStringLiteral("/dev/zero")});
+    fixture.provider().addFilesList({pipe, database, QStringLiteral("/dev/zero")});
     fixture.wait();
     QCOMPARE(fixture.rows(allFiles), QStringList(QStringLiteral("a.txt")));
+}
+
+void TestAddFiles::contentsWithoutASize()
+{
+    AddingFixture fixture;
+    AddingSettings::setLinkToFiles(false);
+    QFile source(QStringLiteral("/proc/version"));
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    const QByteArray bytes = source.readAll();
+    fixture.add({source.fileName()});
+    QCOMPARE(fixture.rows(QStringLiteral("SELECT file_size,data_checksum FROM files")),
+             QStringList(QStringLiteral("%1|%2").arg(bytes.size()).arg(DataChecksum::ofBytes(bytes))));
+    QCOMPARE(fixture.rows(QStringLiteral("SELECT CAST(data AS TEXT) FROM storage")),
+             QStringList(QString::fromUtf8(bytes)));
 }
 
 void TestAddFiles::unreadableIsSkipped()
