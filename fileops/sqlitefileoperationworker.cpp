@@ -7,10 +7,9 @@ QString SqliteFileOperationWorker::connectOptions() const
 
 void SqliteFileOperationWorker::prepareConnection()
 {
-    // The unique id codes are written at random places of their index: 64 MiB keep it in memory.
-    runAsync(QStringLiteral("PRAGMA cache_size=-65536;"));
     // Else the pages that a savepoint touches go through a file on the disk as soon as they are a few.
     runAsync(QStringLiteral("PRAGMA temp_store=MEMORY;"));
+    m_hasLargeCache = false;
 }
 
 bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
@@ -20,6 +19,10 @@ bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
     forgetLostSavepoint();
     m_lastIds.clear();
     m_isInTransaction = runAsync(QStringLiteral("BEGIN IMMEDIATE;"));
+    // The unique id codes are written at random places of their index: 64 MiB keep it in memory. Only now, as
+    // this reads the database, for which it would wait and fail by itself while another program locks it.
+    if (m_isInTransaction && !m_hasLargeCache)
+        m_hasLargeCache = runAsync(QStringLiteral("PRAGMA cache_size=-65536;"));
     return m_isInTransaction;
 }
 

@@ -24,5 +24,6 @@ protected:
 
 private:
     bool m_isInTransaction = false;
+    bool m_hasLargeCache = false;
     QHash<QString, qint64> m_lastIds;
 };

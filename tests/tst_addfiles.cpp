@@ -508,7 +508,7 @@ void TestAddFiles::cancelRollsBack()
 void TestAddFiles::lockedDatabaseTells()
 {
     AddingFixture fixture;
-    QVERIFY(fixture.run(QStringLiteral("BEGIN IMMEDIATE")));
+    QVERIFY(fixture.run(QStringLiteral("BEGIN EXCLUSIVE")));
     QSignalSpy errors(&fixture.provider(), &FileOperationProvider::errorOccured);
     QSignalSpy files(&fixture.provider(), &FileOperationProvider::updatedFiles);
     QSignalSpy finished(&fixture.provider(), &FileOperationProvider::finishedFilesOperation);
