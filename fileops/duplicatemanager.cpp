@@ -83,13 +83,15 @@ bool DuplicateManager::readPaths(const QStringList &paths)
 {
     m_candidates.reserve(paths.size());
     for (int from = 0; from < paths.size(); from += filesInRead) {
-        const int percent = ProgressThrottle::percent(from, paths.size(), 0, readBand);
-        if (m_progress.isDue(percent))
-            emit operationProgress(FileOperationType::AddFilesOperation,
-                                   tr("Grouping files with duplicate content"), percent);
         const QStringList part = paths.mid(from, filesInRead);
-        const QVector<FileChecksum> read =
-            FileChecksums::ofFiles(part, [this] { return m_worker->shouldEnd(); });
+        const QVector<FileChecksum> read = FileChecksums::ofFiles(
+            part, [this] { return m_worker->shouldEnd(); },
+            [&](int index) {
+                const int percent = ProgressThrottle::percent(from + index, paths.size(), 0, readBand);
+                if (m_progress.isDue(percent))
+                    emit operationProgress(FileOperationType::AddFilesOperation,
+                                           tr("Grouping files with duplicate content"), percent);
+            });
         if (hasEnded())
             return false;
         for (int i = 0; i < part.size(); ++i)

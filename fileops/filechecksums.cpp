@@ -89,7 +89,8 @@ FileChecksum FileChecksums::ofFile(const QString &path, const std::function<bool
     return result;
 }
 
-QVector<FileChecksum> FileChecksums::ofFiles(const QStringList &paths, const std::function<bool()> &shouldEnd)
+QVector<FileChecksum> FileChecksums::ofFiles(const QStringList &paths, const std::function<bool()> &shouldEnd,
+                                             const std::function<void(int)> &atFile)
 {
     QVector<FileChecksum> results(paths.size());
     FileChecksum *places = results.data();
@@ -97,6 +98,8 @@ QVector<FileChecksum> FileChecksums::ofFiles(const QStringList &paths, const std
     for (int i = 0; i < paths.size(); ++i) {
         if (shouldEnd && shouldEnd())
             break;
+        if (atFile)
+            atFile(i);
         RegularFile file;
         if (file.open(paths.at(i)) && !group.take(file, places[i]))
             places[i] = ofFile(paths.at(i), shouldEnd);

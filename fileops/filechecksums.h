@@ -22,6 +22,10 @@ namespace FileChecksums {
 /** Of one file, read in slices; `shouldEnd` is asked before each and breaks the reading off. */
 FileChecksum ofFile(const QString &path, const std::function<bool()> &shouldEnd = {});
 
-/** Of each path in turn; small files are hashed several at a time, so this is the fast way for many. */
-QVector<FileChecksum> ofFiles(const QStringList &paths, const std::function<bool()> &shouldEnd = {});
+/**
+ * Of each path in turn; small files are hashed several at a time, so this is the fast way for many.
+ * `atFile` hears the index of each path before it is read.
+ */
+QVector<FileChecksum> ofFiles(const QStringList &paths, const std::function<bool()> &shouldEnd = {},
+                              const std::function<void(int)> &atFile = {});
 } // namespace FileChecksums
