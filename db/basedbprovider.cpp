@@ -194,6 +194,15 @@ bool BaseDBProvider::beginTransaction(const QString &connectionName)
 bool BaseDBProvider::commitTransaction(const QString &connectionName)
 {
     QSqlDatabase database = openConnection(connectionName);
+    // The driver of SQLite keeps the number of a failed commit to itself, and with it that the disk is full
+    // or the database busy; a statement tells.
+    if (database.driverName() == Constants::sqliteDriver) {
+        QSqlQuery query(database);
+        if (query.exec(QStringLiteral("COMMIT;")))
+            return true;
+        emit errorOccured(query.lastError());
+        return false;
+    }
     if (database.commit())
         return true;
     emit errorOccured(database.lastError());

@@ -7,6 +7,7 @@
 #include "support/localdatabase.h"
 
 #include <QSignalSpy>
+#include <QSqlError>
 #include <QtTest>
 
 #include <memory>
@@ -42,6 +43,7 @@ private slots:
     void probe();
     void probeOfReadOnlyFile();
     void statementsStopAtTheFirstFailure();
+    void failedCommitTellsItsNumber();
 
 private:
     std::unique_ptr<LocalDatabase> m_database;
@@ -322,6 +324,31 @@ void TestProviders::statementsStopAtTheFirstFailure()
     QCOMPARE(errors.count(), 1);
     QCOMPARE(m_database->rows("SELECT name FROM sqlite_master WHERE name IN ('one','two')"),
              QStringList({QStringLiteral("one")}));
+}
+
+void TestProviders::failedCommitTellsItsNumber()
+{
+    TagsProvider tags(m_database->constructor());
+    QSqlError told;
+    connect(&tags, &BaseDBProvider::errorOccured, &tags, [&told](const QSqlError &error) { told = error; });
+    m_database->run("PRAGMA busy_timeout=0");
+    const QString other = QStringLiteral("other");
+    {
+        // Somebody who reads lets nobody commit.
+        QSqlDatabase reader = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), other);
+        reader.setDatabaseName(QSqlDatabase::database().databaseName());
+        QVERIFY(reader.open() && reader.transaction());
+        QVERIFY(QSqlQuery(reader).exec(QStringLiteral("SELECT * FROM tags")));
+        Transaction transaction(tags);
+        QVERIFY(m_database->run("INSERT INTO tag_groups VALUES (1,'x')"));
+        QVERIFY(!transaction.commit());
+    }
+    QSqlDatabase::database(other).close();
+    QSqlDatabase::removeDatabase(other);
+    QCOMPARE(told.nativeErrorCode(), QStringLiteral("5"));
+    // The failed one is rolled back, and the next begins.
+    QCOMPARE(m_database->value("SELECT count(*) FROM tag_groups"), QStringLiteral("0"));
+    QVERIFY(Transaction(tags).commit());
 }
 
 QTEST_GUILESS_MAIN(TestProviders)
