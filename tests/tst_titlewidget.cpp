@@ -75,6 +75,8 @@ void TestTitleWidget::tellsWhatIsShown_data()
     row("all three groups", {1}, {2, 3}, {4}, " A <i>and</i> ( B <i>or</i>  C ), <i>without:</i>  D ");
     QTest::newRow("everything") << 1 << Numbers() << Numbers() << Numbers() << QString()
                                 << QStringLiteral("All files");
+    QTest::newRow("no tag left") << 8 << Numbers() << Numbers() << Numbers() << QString()
+                                 << QStringLiteral("No tag or browsing node open");
     QTest::newRow("unknown type") << 9 << Numbers() << Numbers() << Numbers() << QString() << QString();
 }
 

@@ -81,7 +81,10 @@ void TitleWidget::setRequirements(NodeType type, QVector<qint64> required, QVect
     m_required = required;
     m_eitherOr = eitherOr;
     m_excluded = excluded;
-    if (type == TagNode)
+    // The tags that were asked for may all have been removed.
+    if (type == TagNode && required.isEmpty() && eitherOr.isEmpty() && excluded.isEmpty())
+        clear();
+    else if (type == TagNode)
         showTexts(tr("Tag Requirements:"), requirementText());
     else if (type == AllFiles)
         showTexts(QString(), SpecialNodes::allFiles);
