@@ -1,4 +1,5 @@
 #include "app/crashwriter.h"
+#include "tests/support/text.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -84,117 +85,108 @@ class TestCrashWriter : public QObject
     Q_OBJECT
 
 private slots:
-    void writesDump_data();
-    void writesDump();
-    void folderWithoutRoomIsNoHindrance();
-    void linkInItsPlaceIsNotFollowed();
-    void otherSignalsAreLeftAlone();
-};
+    void writesDump_data()
+    {
+        addColumns<int, int, QByteArray>("kind", "number", "address");
+        addRow("bad address", 1, SIGSEGV, QByteArray("\naddress 0x18\n"));
+        addRow("abort", 2, SIGABRT, QByteArray("\naddress 0x"));
+        addRow("stack overflow", 3, SIGSEGV, QByteArray("\naddress 0x7"));
+        addRow("other thread", 4, SIGSEGV, QByteArray("\naddress 0x18\n"));
+        addRow("bus error", 100 + SIGBUS, SIGBUS, QByteArray());
+        addRow("division by zero", 100 + SIGFPE, SIGFPE, QByteArray());
+        addRow("bad instruction", 100 + SIGILL, SIGILL, QByteArray());
+    }
 
-void TestCrashWriter::writesDump_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QByteArray>("address");
-    QTest::newRow("bad address") << 1 << SIGSEGV << QByteArray("\naddress 0x18\n");
-    QTest::newRow("abort") << 2 << SIGABRT << QByteArray("\naddress 0x");
-    QTest::newRow("stack overflow") << 3 << SIGSEGV << QByteArray("\naddress 0x7");
-    QTest::newRow("other thread") << 4 << SIGSEGV << QByteArray("\naddress 0x18\n");
-    QTest::newRow("bus error") << 100 + SIGBUS << SIGBUS << QByteArray();
-    QTest::newRow("division by zero") << 100 + SIGFPE << SIGFPE << QByteArray();
-    QTest::newRow("bad instruction") << 100 + SIGILL << SIGILL << QByteArray();
-}
+    void writesDump()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, number);
+        QFETCH(QByteArray, address);
+        const QTemporaryDir folder;
+        const QDateTime before = QDateTime::currentDateTimeUtc();
+        const int status = runChild(folder.path(), kind);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(WTERMSIG(status), number);
 
-void TestCrashWriter::writesDump()
-{
-    QFETCH(int, kind);
-    QFETCH(int, number);
-    QFETCH(QByteArray, address);
-    const QTemporaryDir folder;
-    const QDateTime before = QDateTime::currentDateTimeUtc();
-    const int status = runChild(folder.path(), kind);
-    QVERIFY(WIFSIGNALED(status));
-    QCOMPARE(WTERMSIG(status), number);
+        const QStringList dumps = QDir(folder.path()).entryList(QDir::Files);
+        QCOMPARE(dumps.size(), 1);
+        const QString user = QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
+        const QRegularExpressionMatch match =
+            QRegularExpression("^Vorna_(\\d{4}-\\d{2}-\\d{2}-\\d{6})_(.+)\\.dmp$"_s).match(dumps.first());
+        QVERIFY2(match.hasMatch(), qPrintable(dumps.first()));
+        QCOMPARE(match.captured(2), user);
+        QDateTime stamp = QDateTime::fromString(match.captured(1), "yyyy-MM-dd-HHmmss"_s);
+        stamp.setTimeSpec(Qt::UTC);
+        QVERIFY2(qAbs(before.secsTo(stamp)) <= 60, qPrintable(dumps.first()));
 
-    const QStringList dumps = QDir(folder.path()).entryList(QDir::Files);
-    QCOMPARE(dumps.size(), 1);
-    const QString user = QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
-    const QRegularExpressionMatch match =
-        QRegularExpression(QStringLiteral("^Vorna_(\\d{4}-\\d{2}-\\d{2}-\\d{6})_(.+)\\.dmp$"))
-            .match(dumps.first());
-    QVERIFY2(match.hasMatch(), qPrintable(dumps.first()));
-    QCOMPARE(match.captured(2), user);
-    QDateTime stamp = QDateTime::fromString(match.captured(1), QStringLiteral("yyyy-MM-dd-HHmmss"));
-    stamp.setTimeSpec(Qt::UTC);
-    QVERIFY2(qAbs(before.secsTo(stamp)) <= 60, qPrintable(dumps.first()));
+        QFile dump(folder.filePath(dumps.first()));
+        QCOMPARE(int(dump.permissions()),
+                 int(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser));
+        QVERIFY(dump.open(QIODevice::ReadOnly));
+        const QByteArray text = dump.readAll();
+        QVERIFY2(text.startsWith("signal " + QByteArray::number(number) + "\naddress 0x"),
+                 text.left(60).constData());
+        QVERIFY2(text.contains(address), text.left(60).constData());
+        const int trace = text.indexOf("\nbacktrace\n");
+        const int map = text.indexOf("\nmemory map\n");
+        QVERIFY(trace > 0 && map > trace);
+        QVERIFY(text.mid(trace, map - trace).count("[0x") >= 2);
+        QVERIFY(text.mid(map).contains("[stack]"));
+    }
 
-    QFile dump(folder.filePath(dumps.first()));
-    QCOMPARE(int(dump.permissions()),
-             int(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser));
-    QVERIFY(dump.open(QIODevice::ReadOnly));
-    const QByteArray text = dump.readAll();
-    QVERIFY2(text.startsWith("signal " + QByteArray::number(number) + "\naddress 0x"),
-             text.left(60).constData());
-    QVERIFY2(text.contains(address), text.left(60).constData());
-    const int trace = text.indexOf("\nbacktrace\n");
-    const int map = text.indexOf("\nmemory map\n");
-    QVERIFY(trace > 0 && map > trace);
-    QVERIFY(text.mid(trace, map - trace).count("[0x") >= 2);
-    QVERIFY(text.mid(map).contains("[stack]"));
-}
-
-void TestCrashWriter::folderWithoutRoomIsNoHindrance()
-{
-    // A folder that is gone: no file can be made there, whoever asks.
-    QTemporaryDir folder;
-    const QString gone = folder.filePath(QStringLiteral("gone"));
-    QDir().mkdir(gone);
-    const pid_t child = fork();
-    if (child == 0) {
-        const rlimit none{0, 0};
-        setrlimit(RLIMIT_CORE, &none);
-        signal(SIGABRT, SIG_DFL);
-        if (chdir(QFile::encodeName(gone).constData()) == 0 &&
-            rmdir(QFile::encodeName(gone).constData()) == 0) {
-            installCrashWriter();
-            abort();
+    void folderWithoutRoomIsNoHindrance()
+    {
+        // A folder that is gone: no file can be made there, whoever asks.
+        QTemporaryDir folder;
+        const QString gone = folder.filePath("gone"_s);
+        QDir().mkdir(gone);
+        const pid_t child = fork();
+        if (child == 0) {
+            const rlimit none{0, 0};
+            setrlimit(RLIMIT_CORE, &none);
+            signal(SIGABRT, SIG_DFL);
+            if (chdir(QFile::encodeName(gone).constData()) == 0 &&
+                rmdir(QFile::encodeName(gone).constData()) == 0) {
+                installCrashWriter();
+                abort();
+            }
+            _exit(42);
         }
-        _exit(42);
+        int status = 0;
+        waitpid(child, &status, 0);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(WTERMSIG(status), SIGABRT);
     }
-    int status = 0;
-    waitpid(child, &status, 0);
-    QVERIFY(WIFSIGNALED(status));
-    QCOMPARE(WTERMSIG(status), SIGABRT);
-}
 
-void TestCrashWriter::linkInItsPlaceIsNotFollowed()
-{
-    const QTemporaryDir folder;
-    const QString victim = folder.filePath(QStringLiteral("victim"));
-    QFile file(victim);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("mine") == 4);
-    file.close();
-    const QString user = QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    QDir().mkdir(folder.filePath(QStringLiteral("in")));
-    for (int second = 0; second < 60; ++second) {
-        const QString stamp = now.addSecs(second).toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
-        QFile::link(victim, folder.filePath(QStringLiteral("in/Vorna_%1_%2.dmp").arg(stamp, user)));
+    void linkInItsPlaceIsNotFollowed()
+    {
+        const QTemporaryDir folder;
+        const QString victim = folder.filePath("victim"_s);
+        QFile file(victim);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("mine") == 4);
+        file.close();
+        const QString user = QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        QDir().mkdir(folder.filePath("in"_s));
+        for (int second = 0; second < 60; ++second) {
+            const QString stamp = now.addSecs(second).toString("yyyy-MM-dd-HHmmss"_s);
+            QFile::link(victim, folder.filePath("in/Vorna_%1_%2.dmp"_s.arg(stamp, user)));
+        }
+        const int status = runChild(folder.filePath("in"_s), 2);
+        QCOMPARE(WTERMSIG(status), SIGABRT);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("mine"));
     }
-    const int status = runChild(folder.filePath(QStringLiteral("in")), 2);
-    QCOMPARE(WTERMSIG(status), SIGABRT);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("mine"));
-}
 
-void TestCrashWriter::otherSignalsAreLeftAlone()
-{
-    const QTemporaryDir folder;
-    const int status = runChild(folder.path(), 100 + SIGTERM);
-    QVERIFY(WIFSIGNALED(status));
-    QCOMPARE(WTERMSIG(status), SIGTERM);
-    QVERIFY(QDir(folder.path()).isEmpty());
-}
+    void otherSignalsAreLeftAlone()
+    {
+        const QTemporaryDir folder;
+        const int status = runChild(folder.path(), 100 + SIGTERM);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(WTERMSIG(status), SIGTERM);
+        QVERIFY(QDir(folder.path()).isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestCrashWriter)
 #include "tst_crashwriter.moc"

@@ -1,5 +1,6 @@
 #include "fileops/datachecksum.h"
 #include "fileops/filechecksums.h"
+#include "tests/support/text.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -56,193 +57,168 @@ class TestDataChecksum : public QObject
     Q_OBJECT
 
 private slots:
-    void givesKnownValues_data();
-    void givesKnownValues();
-    void followsItsDefinition_data();
-    void followsItsDefinition();
-    void isTheSameInSlices();
-    void startsAnewAfterTake();
-    void hashesStreamsSideBySide_data();
-    void hashesStreamsSideBySide();
-    void readsLinksAsLatin1();
-    void readsFilesOfAllSizes();
-    void readsFilesThatNameNoSize();
-    void hasNoneForWhatCannotBeRead_data();
-    void hasNoneForWhatCannotBeRead();
-    void endsWhenAsked();
-};
+    void givesKnownValues_data()
+    {
+        addColumns<QByteArray, quint32>("bytes", "expected");
+        addRow("nothing", QByteArray(), 0U);
+        addRow("one byte", QByteArray("a"), 0x61U);
+        addRow("two bytes", QByteArray("ab"), 0x672U);
+        addRow("bytes are unsigned", QByteArray("\xff"), 0xFFU);
+        addRow("top bits come back 23 places down", QByteArray("\x10\0\0\0\0\0\0", 7), 0x20U);
+        addRow("and move on from there", QByteArray("\x10\0\0\0\0\0\0\0", 8), 0x200U);
+    }
 
-void TestDataChecksum::givesKnownValues_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<quint32>("expected");
-    QTest::newRow("nothing") << QByteArray() << 0U;
-    QTest::newRow("one byte") << QByteArray("a") << 0x61U;
-    QTest::newRow("two bytes") << QByteArray("ab") << 0x672U;
-    QTest::newRow("bytes are unsigned") << QByteArray("\xff") << 0xFFU;
-    QTest::newRow("top bits come back 23 places down") << QByteArray("\x10\0\0\0\0\0\0", 7) << 0x20U;
-    QTest::newRow("and move on from there") << QByteArray("\x10\0\0\0\0\0\0\0", 8) << 0x200U;
-}
+    void givesKnownValues()
+    {
+        QFETCH(QByteArray, bytes);
+        QTEST(DataChecksum::ofBytes(bytes), "expected");
+    }
 
-void TestDataChecksum::givesKnownValues()
-{
-    QFETCH(QByteArray, bytes);
-    QTEST(DataChecksum::ofBytes(bytes), "expected");
-}
+    void followsItsDefinition_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        for (int length = 0; length < 40; ++length)
+            QTest::addRow("%d random bytes", length) << randomBytes(length, static_cast<quint32>(length));
+        addRow("many random bytes", randomBytes(1000003, 7));
+        addRow("small bytes", randomBytes(100001, 8, '\x0f'));
+        addRow("all ones", QByteArray(5000, '\xff'));
+        addRow("zeros after ones", QByteArray(50, '\xff') + QByteArray(50, '\0'));
+        addRow("f0 all along", QByteArray(5001, '\xf0'));
+        addRow("long carries", carryingBytes(3000));
+    }
 
-void TestDataChecksum::followsItsDefinition_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    for (int length = 0; length < 40; ++length)
-        QTest::addRow("%d random bytes", length) << randomBytes(length, static_cast<quint32>(length));
-    QTest::newRow("many random bytes") << randomBytes(1000003, 7);
-    QTest::newRow("small bytes") << randomBytes(100001, 8, '\x0f');
-    QTest::newRow("all ones") << QByteArray(5000, '\xff');
-    QTest::newRow("zeros after ones") << QByteArray(50, '\xff') + QByteArray(50, '\0');
-    QTest::newRow("f0 all along") << QByteArray(5001, '\xf0');
-    QTest::newRow("long carries") << carryingBytes(3000);
-}
+    void followsItsDefinition()
+    {
+        QFETCH(QByteArray, bytes);
+        QCOMPARE(DataChecksum::ofBytes(bytes), defined(bytes));
+        QVERIFY((DataChecksum::ofBytes(bytes) & 0xF0000000U) == 0);
+    }
 
-void TestDataChecksum::followsItsDefinition()
-{
-    QFETCH(QByteArray, bytes);
-    QCOMPARE(DataChecksum::ofBytes(bytes), defined(bytes));
-    QVERIFY((DataChecksum::ofBytes(bytes) & 0xF0000000U) == 0);
-}
-
-void TestDataChecksum::isTheSameInSlices()
-{
-    const QByteArray bytes = randomBytes(5000, 3);
-    QRandomGenerator random(4);
-    for (int round = 0; round < 200; ++round) {
-        DataChecksum checksum;
-        int place = 0;
-        while (place < bytes.size()) {
-            const int length = qMin(random.bounded(300), bytes.size() - place);
-            checksum.update(bytes.constData() + place, length);
-            place += length;
+    void isTheSameInSlices()
+    {
+        const QByteArray bytes = randomBytes(5000, 3);
+        QRandomGenerator random(4);
+        for (int round = 0; round < 200; ++round) {
+            DataChecksum checksum;
+            int place = 0;
+            while (place < bytes.size()) {
+                const int length = qMin(random.bounded(300), bytes.size() - place);
+                checksum.update(bytes.constData() + place, length);
+                place += length;
+            }
+            QCOMPARE(checksum.take(), defined(bytes));
         }
-        QCOMPARE(checksum.take(), defined(bytes));
     }
-}
 
-void TestDataChecksum::startsAnewAfterTake()
-{
-    DataChecksum checksum;
-    checksum.update("abc", 3);
-    checksum.take();
-    checksum.update("xyz", 3);
-    QCOMPARE(checksum.take(), defined("xyz"));
-    QCOMPARE(checksum.take(), 0U);
-}
-
-void TestDataChecksum::hashesStreamsSideBySide_data()
-{
-    QTest::addColumn<QVector<int>>("lengths");
-    QTest::newRow("none") << QVector<int>();
-    QTest::newRow("one") << QVector<int>{100};
-    QTest::newRow("three") << QVector<int>{5, 0, 100};
-    QTest::newRow("four alike") << QVector<int>{1000, 1000, 1000, 1000};
-    QTest::newRow("empty ones among them") << QVector<int>{0, 0, 7, 0, 9, 0, 1, 0, 0, 300, 2, 0};
-    QTest::newRow("one long, many short") << QVector<int>{50000, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-    QTest::newRow("falling") << QVector<int>{900, 800, 700, 600, 500, 400, 300, 200, 100};
-}
-
-void TestDataChecksum::hashesStreamsSideBySide()
-{
-    QFETCH(QVector<int>, lengths);
-    std::vector<QByteArray> contents;
-    std::vector<DataChecksum> checksums(static_cast<size_t>(lengths.size()));
-    for (int i = 0; i < lengths.size(); ++i)
-        contents.push_back(randomBytes(lengths.at(i), static_cast<quint32>(i)));
-    std::vector<DataChecksum::Stream> streams;
-    for (size_t i = 0; i < contents.size(); ++i) {
-        checksums[i].update("before", 6);
-        streams.push_back({&checksums[i], contents[i].constData(), contents[i].size()});
+    void hashesStreamsSideBySide_data()
+    {
+        QTest::addColumn<QVector<int>>("lengths");
+        addRow("none", QVector<int>());
+        addRow("one", QVector<int>{100});
+        addRow("three", QVector<int>{5, 0, 100});
+        addRow("four alike", QVector<int>{1000, 1000, 1000, 1000});
+        addRow("empty ones among them", QVector<int>{0, 0, 7, 0, 9, 0, 1, 0, 0, 300, 2, 0});
+        addRow("one long, many short", QVector<int>{50000, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11});
+        addRow("falling", QVector<int>{900, 800, 700, 600, 500, 400, 300, 200, 100});
     }
-    DataChecksum::updateAll(streams.data(), static_cast<int>(streams.size()));
-    for (size_t i = 0; i < contents.size(); ++i)
-        QCOMPARE(checksums[i].take(), defined("before" + contents[i]));
-}
 
-void TestDataChecksum::readsLinksAsLatin1()
-{
-    QCOMPARE(DataChecksum::ofHyperlink(QStringLiteral("https://example.org/caf\u00e9")),
-             defined("https://example.org/caf\xe9"));
-}
-
-void TestDataChecksum::readsFilesOfAllSizes()
-{
-    const QVector<int> lengths = {0, 1, 2600, 262143, 262144, 262145, 524288, 1000000, 3, 0};
-    QTemporaryDir folder;
-    QStringList paths;
-    QVector<QByteArray> contents;
-    for (int i = 0; i < 150; ++i) {
-        contents.append(randomBytes(i < lengths.size() ? lengths.at(i) : i * 97, static_cast<quint32>(i)));
-        paths.append(folder.filePath(QString::number(i)));
-        QVERIFY(writeFile(paths.last(), contents.last()));
+    void hashesStreamsSideBySide()
+    {
+        QFETCH(QVector<int>, lengths);
+        std::vector<QByteArray> contents;
+        std::vector<DataChecksum> checksums(static_cast<size_t>(lengths.size()));
+        for (int i = 0; i < lengths.size(); ++i)
+            contents.push_back(randomBytes(lengths.at(i), static_cast<quint32>(i)));
+        std::vector<DataChecksum::Stream> streams;
+        for (size_t i = 0; i < contents.size(); ++i) {
+            checksums[i].update("before", 6);
+            streams.push_back({&checksums[i], contents[i].constData(), contents[i].size()});
+        }
+        DataChecksum::updateAll(streams.data(), static_cast<int>(streams.size()));
+        for (size_t i = 0; i < contents.size(); ++i)
+            QCOMPARE(checksums[i].take(), defined("before" + contents[i]));
     }
-    paths.insert(40, folder.filePath(QStringLiteral("missing")));
-    contents.insert(40, QByteArray());
 
-    const QVector<FileChecksum> results = FileChecksums::ofFiles(paths);
-    QCOMPARE(results.size(), paths.size());
-    for (int i = 0; i < paths.size(); ++i) {
-        const FileChecksum single = FileChecksums::ofFile(paths.at(i));
-        QCOMPARE(results.at(i).isRead, i != 40);
-        QCOMPARE(single.isRead, i != 40);
-        QCOMPARE(results.at(i).checksum, defined(contents.at(i)));
-        QCOMPARE(single.checksum, defined(contents.at(i)));
-        QCOMPARE(results.at(i).size, qint64(contents.at(i).size()));
-        if (i != 40)
-            QCOMPARE(results.at(i).modified, QFileInfo(paths.at(i)).lastModified().toSecsSinceEpoch());
+    void readsLinksAsLatin1()
+    {
+        QCOMPARE(DataChecksum::ofHyperlink("https://example.org/caf\u00e9"_s),
+                 defined("https://example.org/caf\xe9"));
     }
-}
 
-void TestDataChecksum::readsFilesThatNameNoSize()
-{
-    const QString path = QStringLiteral("/proc/version");
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray contents = file.readAll();
-    QVERIFY(!contents.isEmpty());
-    QCOMPARE(FileChecksums::ofFiles({path}).first().checksum, defined(contents));
-    QCOMPARE(FileChecksums::ofFiles({path}).first().size, qint64(contents.size()));
-}
+    void readsFilesOfAllSizes()
+    {
+        const QVector<int> lengths = {0, 1, 2600, 262143, 262144, 262145, 524288, 1000000, 3, 0};
+        QTemporaryDir folder;
+        QStringList paths;
+        QVector<QByteArray> contents;
+        for (int i = 0; i < 150; ++i) {
+            contents.append(
+                randomBytes(i < lengths.size() ? lengths.at(i) : i * 97, static_cast<quint32>(i)));
+            paths.append(folder.filePath(QString::number(i)));
+            QVERIFY(writeFile(paths.last(), contents.last()));
+        }
+        paths.insert(40, folder.filePath("missing"_s));
+        contents.insert(40, QByteArray());
 
-void TestDataChecksum::hasNoneForWhatCannotBeRead_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::newRow("missing") << QStringLiteral("/nowhere/at/all");
-    QTest::newRow("folder") << QStringLiteral("/");
-    QTest::newRow("device") << QStringLiteral("/dev/zero");
-    QTest::newRow("pipe") << QStringLiteral("pipe");
-}
-
-void TestDataChecksum::hasNoneForWhatCannotBeRead()
-{
-    QFETCH(QString, path);
-    QTemporaryDir folder;
-    if (path == QLatin1String("pipe")) {
-        path = folder.filePath(path);
-        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        const QVector<FileChecksum> results = FileChecksums::ofFiles(paths);
+        QCOMPARE(results.size(), paths.size());
+        for (int i = 0; i < paths.size(); ++i) {
+            const FileChecksum single = FileChecksums::ofFile(paths.at(i));
+            QCOMPARE(results.at(i).isRead, i != 40);
+            QCOMPARE(single.isRead, i != 40);
+            QCOMPARE(results.at(i).checksum, defined(contents.at(i)));
+            QCOMPARE(single.checksum, defined(contents.at(i)));
+            QCOMPARE(results.at(i).size, qint64(contents.at(i).size()));
+            if (i != 40)
+                QCOMPARE(results.at(i).modified, QFileInfo(paths.at(i)).lastModified().toSecsSinceEpoch());
+        }
     }
-    QVERIFY(!FileChecksums::ofFile(path).isRead);
-    const QVector<FileChecksum> results = FileChecksums::ofFiles({path, path});
-    QCOMPARE(results.size(), 2);
-    QVERIFY(!results.at(0).isRead && !results.at(1).isRead);
-}
 
-void TestDataChecksum::endsWhenAsked()
-{
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("large"));
-    QVERIFY(writeFile(path, randomBytes(2000000, 1)));
-    int asked = 0;
-    const FileChecksum result = FileChecksums::ofFile(path, [&asked] { return ++asked == 3; });
-    QVERIFY(!result.isRead);
-    QCOMPARE(asked, 3);
-}
+    void readsFilesThatNameNoSize()
+    {
+        const QString path = "/proc/version"_s;
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray contents = file.readAll();
+        QVERIFY(!contents.isEmpty());
+        QCOMPARE(FileChecksums::ofFiles({path}).first().checksum, defined(contents));
+        QCOMPARE(FileChecksums::ofFiles({path}).first().size, qint64(contents.size()));
+    }
+
+    void hasNoneForWhatCannotBeRead_data()
+    {
+        QTest::addColumn<QString>("path");
+        addRow("missing", "/nowhere/at/all"_s);
+        addRow("folder", "/"_s);
+        addRow("device", "/dev/zero"_s);
+        addRow("pipe", "pipe"_s);
+    }
+
+    void hasNoneForWhatCannotBeRead()
+    {
+        QFETCH(QString, path);
+        QTemporaryDir folder;
+        if (path == QLatin1String("pipe")) {
+            path = folder.filePath(path);
+            QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        }
+        QVERIFY(!FileChecksums::ofFile(path).isRead);
+        const QVector<FileChecksum> results = FileChecksums::ofFiles({path, path});
+        QCOMPARE(results.size(), 2);
+        QVERIFY(!results.at(0).isRead && !results.at(1).isRead);
+    }
+
+    void endsWhenAsked()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("large"_s);
+        QVERIFY(writeFile(path, randomBytes(2000000, 1)));
+        int asked = 0;
+        const FileChecksum result = FileChecksums::ofFile(path, [&asked] { return ++asked == 3; });
+        QVERIFY(!result.isRead);
+        QCOMPARE(asked, 3);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestDataChecksum)
 #include "tst_datachecksum.moc"

@@ -1,4 +1,4 @@
-#include "tests/support/filesfixture.h"
+#include "tests/support/localcollection.h"
 #include "ui/dialogs/duplicateprompt.h"
 
 #include <QAbstractButton>
@@ -39,161 +39,119 @@ class TestDuplicatePrompt : public QObject
     Q_OBJECT
 
 private slots:
-    void reportsContentMatches();
-    void reportsCopiesInBatch();
-    void tagsOfKnownFilesAreTold_data();
-    void tagsOfKnownFilesAreTold();
-    void asksAboutNames_data();
-    void asksAboutNames();
-    void withoutNameMatchesNothingIsChosen();
-    void checkBoxesChoosePaths();
-    void selectAndDeselectAll();
+    void reportsContentMatches()
+    {
+        PresentableDuplicates duplicates;
+        DuplicateMatch match;
+        match.addedFiles = {info("/in/100%1.txt"), info("/in/copy %2.txt")};
+        match.databaseFiles = {info("/old/a.txt", 1), info("/old/b.txt", 2)};
+        duplicates.contentMatches << match;
+        const DuplicatePrompt prompt(duplicates, nullptr);
+
+        const QString text = report(prompt);
+        QCOMPARE(prompt.windowTitle(), "Duplicates"_s);
+        QVERIFY(
+            text.startsWith("The following 2 files and hyperlinks will not be added to the database:\n"_s));
+        QVERIFY(text.contains("/in/100%1.txt  Size: 42  Last Modified: "_s));
+        QVERIFY(text.contains("/in/copy %2.txt  Size: 42"_s));
+        QVERIFY(text.contains("    Content matched other external file\n"_s));
+        QVERIFY(text.contains("    Content matched the following files in the database:\n"
+                              "Database file: /old/a.txt   Size: 42 Last Modified: "_s));
+        QVERIFY(text.indexOf("/old/b.txt"_s) > text.indexOf("/old/a.txt"_s));
+    }
+
+    void reportsCopiesInBatch()
+    {
+        PresentableDuplicates duplicates;
+        ExternalDuplicateGroup group;
+        group.keptFile = info("/in/kept.txt");
+        group.ignoredFiles = {info("/in/one.txt"), info("/in/two.txt"), info("/in/three.txt")};
+        duplicates.externalDuplicateGroups << group;
+        const DuplicatePrompt prompt(duplicates, nullptr);
+
+        const QString text = report(prompt);
+        QVERIFY(text.startsWith("The following 3 files "_s));
+        QVERIFY(text.contains("External content duplicate group."_s));
+        QCOMPARE(text.count("    Content matched other external file\n"_s), 3);
+        QVERIFY(text.contains("Content matched /in/kept.txt, which was added to the database.\n"_s));
+        QVERIFY(prompt.chosenPaths().isEmpty());
+    }
+
+    void tagsOfKnownFilesAreTold_data()
+    {
+        addColumns<QUrl, QString>("url", "noun");
+        addRow("file", QUrl(), "file"_s);
+        addRow("hyperlink", QUrl("https://example.org/x"_s), "hyperlink"_s);
+    }
+
+    void tagsOfKnownFilesAreTold()
+    {
+        QFETCH(QUrl, url);
+        QFETCH(QString, noun);
+        LocalCollection fixture;
+        const QVector<qint64> tagIds = {fixture.tags().addTag("Red"_s), fixture.tags().addTag("Blue"_s)};
+        const qint64 fileId =
+            url.isEmpty() ? fixture.addExternal("known.txt"_s, tagIds) : fixture.add(url, tagIds);
+        PresentableDuplicates duplicates;
+        DuplicateMatch match;
+        match.addedFiles = {info("/in/new.txt")};
+        match.databaseFiles = {info("known", fileId)};
+        duplicates.contentMatches << match;
+        const DuplicatePrompt prompt(duplicates, &fixture.mainView());
+
+        const QString text = report(prompt);
+        QVERIFY(text.contains("    Content matched the following %1 in the database:\n"_s.arg(noun)));
+        QVERIFY(text.contains("\n           Tags: Red, Blue\n"_s));
+    }
+
+    void asksAboutNames_data()
+    {
+        addColumns<QStringList, QString>("paths", "heading");
+        const QString start = "The following files have matching names. Deselect "_s;
+        addRow("none", QStringList(), "No name duplicates."_s);
+        addRow("one", QStringList{"/in/a"_s}, start + "the checked file if you do not want it added."_s);
+        addRow("several", QStringList{"/in/a"_s, "/in/b"_s}, start + "those you do not want added."_s);
+    }
+
+    void asksAboutNames()
+    {
+        QFETCH(QStringList, paths);
+        const DuplicatePrompt prompt(nameMatches(paths), nullptr);
+        QTEST(nameHeading(prompt), "heading");
+        QCOMPARE(prompt.chosenPaths(), paths);
+    }
+
+    void checkBoxesChoosePaths()
+    {
+        // Two files of one name, one of them with a sign that texts with places to fill would trip over.
+        PresentableDuplicates duplicates;
+        DuplicateMatch match;
+        match.addedFiles = {info("/x/%1 \"q\".txt"), info("/y/%1 \"q\".txt")};
+        duplicates.nameMatches << match;
+        DuplicatePrompt prompt(duplicates, nullptr);
+        auto *tree = prompt.findChild<QTreeWidget *>("nameMatchesTree"_s);
+        QCOMPARE(tree->topLevelItemCount(), 1);
+        QCOMPARE(tree->topLevelItem(0)->text(0), "%1 \"q\".txt"_s);
+        QCOMPARE(tree->topLevelItem(0)->childCount(), 2);
+
+        tree->topLevelItem(0)->child(0)->setCheckState(0, Qt::Unchecked);
+        QCOMPARE(prompt.chosenPaths(), QStringList{"/y/%1 \"q\".txt"_s});
+    }
 
 private:
     static QString report(const DuplicatePrompt &prompt)
     {
-        return prompt.findChild<QPlainTextEdit *>(QStringLiteral("contentMatchesEdit"))->toPlainText();
+        return prompt.findChild<QPlainTextEdit *>("contentMatchesEdit"_s)->toPlainText();
     }
     static QString nameHeading(const DuplicatePrompt &prompt)
     {
-        return prompt.findChild<QLabel *>(QStringLiteral("nameMatchesLabel"))->text();
+        return prompt.findChild<QLabel *>("nameMatchesLabel"_s)->text();
     }
     static void click(DuplicatePrompt &prompt, const char *button)
     {
         prompt.findChild<QAbstractButton *>(QLatin1String(button))->click();
     }
 };
-
-void TestDuplicatePrompt::reportsContentMatches()
-{
-    PresentableDuplicates duplicates;
-    DuplicateMatch match;
-    match.addedFiles = {info("/in/100%1.txt"), info("/in/copy %2.txt")};
-    match.databaseFiles = {info("/old/a.txt", 1), info("/old/b.txt", 2)};
-    duplicates.contentMatches << match;
-    const DuplicatePrompt prompt(duplicates, nullptr);
-
-    const QString text = report(prompt);
-    QCOMPARE(prompt.windowTitle(), QStringLiteral("Duplicates"));
-    QVERIFY(text.startsWith(
-        QStringLiteral("The following 2 files and hyperlinks will not be added to the database:\n")));
-    QVERIFY(text.contains(QStringLiteral("/in/100%1.txt  Size: 42  Last Modified: ")));
-    QVERIFY(text.contains(QStringLiteral("/in/copy %2.txt  Size: 42")));
-    QVERIFY(text.contains(QStringLiteral("    Content matched other external file\n")));
-    QVERIFY(text.contains(QStringLiteral("    Content matched the following files in the database:\n"
-                                         "Database file: /old/a.txt   Size: 42 Last Modified: ")));
-    QVERIFY(text.indexOf(QStringLiteral("/old/b.txt")) > text.indexOf(QStringLiteral("/old/a.txt")));
-}
-
-void TestDuplicatePrompt::reportsCopiesInBatch()
-{
-    PresentableDuplicates duplicates;
-    ExternalDuplicateGroup group;
-    group.keptFile = info("/in/kept.txt");
-    group.ignoredFiles = {info("/in/one.txt"), info("/in/two.txt"), info("/in/three.txt")};
-    duplicates.externalDuplicateGroups << group;
-    const DuplicatePrompt prompt(duplicates, nullptr);
-
-    const QString text = report(prompt);
-    QVERIFY(text.startsWith(QStringLiteral("The following 3 files ")));
-    QVERIFY(text.contains(QStringLiteral("External content duplicate group.")));
-    QCOMPARE(text.count(QStringLiteral("    Content matched other external file\n")), 3);
-    QVERIFY(
-        text.contains(QStringLiteral("Content matched /in/kept.txt, which was added to the database.\n")));
-    QVERIFY(prompt.chosenPaths().isEmpty());
-}
-
-void TestDuplicatePrompt::tagsOfKnownFilesAreTold_data()
-{
-    QTest::addColumn<QUrl>("url");
-    QTest::addColumn<QString>("noun");
-    QTest::newRow("file") << QUrl() << QStringLiteral("file");
-    QTest::newRow("hyperlink") << QUrl(QStringLiteral("https://example.org/x"))
-                               << QStringLiteral("hyperlink");
-}
-
-void TestDuplicatePrompt::tagsOfKnownFilesAreTold()
-{
-    QFETCH(QUrl, url);
-    QFETCH(QString, noun);
-    FilesFixture fixture;
-    const QVector<qint64> tagIds = {fixture.tags().addTag(QStringLiteral("Red")),
-                                    fixture.tags().addTag(QStringLiteral("Blue"))};
-    const qint64 fileId =
-        url.isEmpty() ? fixture.addExternal(QStringLiteral("known.txt"), tagIds) : fixture.add(url, tagIds);
-    PresentableDuplicates duplicates;
-    DuplicateMatch match;
-    match.addedFiles = {info("/in/new.txt")};
-    match.databaseFiles = {info("known", fileId)};
-    duplicates.contentMatches << match;
-    const DuplicatePrompt prompt(duplicates, &fixture.mainView());
-
-    const QString text = report(prompt);
-    QVERIFY(
-        text.contains(QStringLiteral("    Content matched the following %1 in the database:\n").arg(noun)));
-    QVERIFY(text.contains(QStringLiteral("\n           Tags: Red, Blue\n")));
-}
-
-void TestDuplicatePrompt::asksAboutNames_data()
-{
-    QTest::addColumn<QStringList>("paths");
-    QTest::addColumn<QString>("heading");
-    const QString start = QStringLiteral("The following files have matching names. Deselect ");
-    QTest::newRow("none") << QStringList() << QStringLiteral("No name duplicates.");
-    QTest::newRow("one") << QStringList{QStringLiteral("/in/a")}
-                         << start + QStringLiteral("the checked file if you do not want it added.");
-    QTest::newRow("several") << QStringList{QStringLiteral("/in/a"), QStringLiteral("/in/b")}
-                             << start + QStringLiteral("those you do not want added.");
-}
-
-void TestDuplicatePrompt::asksAboutNames()
-{
-    QFETCH(QStringList, paths);
-    QFETCH(QString, heading);
-    const DuplicatePrompt prompt(nameMatches(paths), nullptr);
-    QCOMPARE(nameHeading(prompt), heading);
-    QCOMPARE(prompt.chosenPaths(), paths);
-}
-
-void TestDuplicatePrompt::withoutNameMatchesNothingIsChosen()
-{
-    PresentableDuplicates duplicates;
-    ExternalDuplicateGroup group;
-    group.keptFile = info("/in/kept");
-    group.ignoredFiles = {info("/in/copy")};
-    duplicates.externalDuplicateGroups << group;
-    DuplicatePrompt prompt(duplicates, nullptr);
-    prompt.selectAll();
-    QVERIFY(prompt.chosenPaths().isEmpty());
-    QCOMPARE(prompt.findChild<QTabWidget *>(QStringLiteral("tabs"))->currentIndex(), 0);
-}
-
-void TestDuplicatePrompt::checkBoxesChoosePaths()
-{
-    // Two files of one name, one of them with a sign that texts with places to fill would trip over.
-    PresentableDuplicates duplicates;
-    DuplicateMatch match;
-    match.addedFiles = {info("/x/%1 \"q\".txt"), info("/y/%1 \"q\".txt")};
-    duplicates.nameMatches << match;
-    DuplicatePrompt prompt(duplicates, nullptr);
-    auto *tree = prompt.findChild<QTreeWidget *>(QStringLiteral("nameMatchesTree"));
-    QCOMPARE(tree->topLevelItemCount(), 1);
-    QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("%1 \"q\".txt"));
-    QCOMPARE(tree->topLevelItem(0)->childCount(), 2);
-
-    tree->topLevelItem(0)->child(0)->setCheckState(0, Qt::Unchecked);
-    QCOMPARE(prompt.chosenPaths(), QStringList{QStringLiteral("/y/%1 \"q\".txt")});
-}
-
-void TestDuplicatePrompt::selectAndDeselectAll()
-{
-    const QStringList paths = {QStringLiteral("/in/a"), QStringLiteral("/in/b"), QStringLiteral("/in/c")};
-    DuplicatePrompt prompt(nameMatches(paths), nullptr);
-    click(prompt, "deselectAllButton");
-    QVERIFY(prompt.chosenPaths().isEmpty());
-    click(prompt, "selectAllButton");
-    QCOMPARE(prompt.chosenPaths(), paths);
-}
 
 QTEST_MAIN(TestDuplicatePrompt)
 #include "tst_duplicateprompt.moc"

@@ -5,6 +5,7 @@
 #include "models/sorter.h"
 #include "tests/support/filerecords.h"
 #include "tests/support/settingssandbox.h"
+#include "tests/support/text.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
@@ -162,259 +163,197 @@ class TestFileFilter : public QObject
 
 private slots:
     void init() { SettingsSandbox::clear(); }
-    void nothingIsShownBeforeASelection();
-    void specialNodes_data();
-    void specialNodes();
-    void recentFilesFollowTheTimeout_data();
-    void recentFilesFollowTheTimeout();
-    void ruleByRule_data();
-    void ruleByRule();
-    void randomRequirements_data();
-    void randomRequirements();
-    void staysExactOverChanges_data();
-    void staysExactOverChanges();
-    void dTagsGoOutOnceAChange();
-    void repeatedTagsCountOnce();
+
+    void recentFilesFollowTheTimeout_data()
+    {
+        addColumns<QVariant, int, bool>("minutes", "age", "isShown");
+        addRow("4 of 5 minutes", QVariant(), 240, true);
+        addRow("5 of 5 minutes", QVariant(), 300, false);
+        addRow("5 of 10 minutes", QVariant(10), 300, true);
+        addRow("10 of 10 minutes", QVariant(10), 600, false);
+        addRow("from the future", QVariant(), -3600, true);
+        addRow("no number: 4 minutes", QVariant("soon"_s), 240, true);
+        addRow("no number: 6 minutes", QVariant("soon"_s), 360, false);
+    }
+
+    void recentFilesFollowTheTimeout()
+    {
+        QFETCH(QVariant, minutes);
+        QFETCH(int, age);
+        QFETCH(bool, isShown);
+        if (minutes.isValid())
+            QSettings().setValue("NewFiles/timeout"_s, minutes);
+        Models models;
+        const qint64 added = QDateTime::currentSecsSinceEpoch() - age;
+        models.contents.loadFiles(FileRecords::map({models.records.add({}, 1, "a"_s, added)}));
+        models.filter.setSpecialNode(RecentlyAddedFiles);
+        QCOMPARE(models.sorter.rowCount(), isShown ? 1 : 0);
+    }
+
+    void ruleByRule_data()
+    {
+        addColumns<TagRequirements, Ids, Ids>("wanted", "shown", "dTags");
+        // The files, by id: 1 {}, 2 {10}, 3 {10,11}, 4 {10,12}, 5 {11,12}, 6 {13}
+        addRow("one tag", TagRequirements{{10}, {}, {}, {}, {}, {}}, Ids{2, 3, 4}, Ids{11, 12});
+        addRow("two tags", TagRequirements{{10, 11}, {}, {}, {}, {}, {}}, Ids{3}, Ids());
+        addRow("any of two", TagRequirements{{}, {11, 13}, {}, {}, {}, {}}, Ids{3, 5, 6},
+               Ids{10, 11, 12, 13});
+        addRow("tag without another", TagRequirements{{10}, {}, {11}, {}, {}, {}}, Ids{2, 4}, Ids{12});
+        addRow("exclusion alone", TagRequirements{{}, {}, {11}, {}, {}, {}}, Ids(), Ids());
+        addRow("exclusion wins", TagRequirements{{10}, {}, {10}, {}, {}, {}}, Ids(), Ids());
+        addRow("an alternative", TagRequirements{{13}, {}, {}, {{13, {12}}}, {}, {}}, Ids{4, 5, 6},
+               Ids{10, 11, 12, 13});
+        addRow("alternative of another tag", TagRequirements{{13}, {}, {}, {{10, {12}}}, {}, {}}, Ids{6},
+               Ids());
+        addRow("widened choice", TagRequirements{{}, {13}, {}, {}, {12}, {}}, Ids{4, 5, 6},
+               Ids{10, 11, 12, 13});
+        addRow("widening of no choice", TagRequirements{{}, {}, {}, {}, {12}, {}}, Ids(), Ids());
+        addRow("widened exclusion", TagRequirements{{10}, {}, {13}, {}, {}, {12}}, Ids{2, 3}, Ids{11});
+        addRow("choice beside a tag", TagRequirements{{10}, {11, 12}, {}, {}, {}, {}}, Ids{3, 4},
+               Ids{11, 12});
+        addRow("tag that no file has", TagRequirements{{10, 99}, {}, {}, {}, {}, {}}, Ids(), Ids());
+    }
+
+    void ruleByRule()
+    {
+        QFETCH(TagRequirements, wanted);
+        Models models;
+        QVector<File *> files;
+        const QVector<Ids> tagSets{{}, {10}, {10, 11}, {10, 12}, {11, 12}, {13}};
+        for (const Ids &tags : tagSets)
+            files.append(models.records.add(tags));
+        models.contents.loadFiles(FileRecords::map(files));
+        models.filter.setTagRequirements(wanted);
+        QTEST(models.filter.acceptedFiles(), "shown");
+        QTEST(models.filter.dTags(), "dTags");
+        QCOMPARE(models.sorter.rowCount(), models.filter.acceptedFiles().size());
+    }
+
+    void randomRequirements_data()
+    {
+        addColumns<int, int, int>("tagTotal", "mostRequired", "mostTagsOfAFile");
+        addRow("few tags, short lists", 6, 2, 6);
+        addRow("many tags, short lists", 200, 2, 6);
+        addRow("long lists of required tags", 40, 25, 40);
+    }
+
+    void randomRequirements()
+    {
+        QFETCH(int, tagTotal);
+        QFETCH(int, mostRequired);
+        QFETCH(int, mostTagsOfAFile);
+        QRandomGenerator random(11);
+        Models models(false);
+        for (int i = 0; i < 400; ++i)
+            models.files.append(models.records.add(randomTags(random, mostTagsOfAFile, tagTotal)));
+        models.contents.loadFiles(FileRecords::map(models.files));
+        int hits = 0;
+        for (int i = 0; i < 400; ++i) {
+            TagRequirements wanted;
+            wanted.required = randomTags(random, mostRequired, tagTotal + 2);
+            wanted.eitherOr = random.bounded(2) ? Ids() : randomTags(random, 3, tagTotal + 2);
+            wanted.excluded = random.bounded(2) ? Ids() : randomTags(random, 2, tagTotal + 2);
+            wanted.eitherOrWidened = randomTags(random, 2, tagTotal);
+            wanted.excludedWidened = random.bounded(3) ? Ids() : randomTags(random, 2, tagTotal);
+            for (qint64 tag : wanted.required)
+                wanted.requiredAlternatives.insert(tag, randomTags(random, tagTotal / 4 + 1, tagTotal));
+            models.filter.setTagRequirements(wanted);
+            models.check(TagNode, wanted);
+            hits += models.sorter.rowCount() > 0 ? 1 : 0;
+        }
+        QVERIFY(hits > 50);
+    }
+
+    void staysExactOverChanges_data()
+    {
+        addColumns<int, int>("mostAtOnce", "steps");
+        addRow("few rows at once", 5, 150);
+        addRow("many rows at once", 700, 30);
+    }
+
+    void staysExactOverChanges()
+    {
+        QFETCH(int, mostAtOnce);
+        QFETCH(int, steps);
+        QRandomGenerator random(23);
+        // The tester looks at all rows at each signal, which takes minutes where there are many of both.
+        Models models(mostAtOnce < 100);
+        models.fill(random, mostAtOnce * 3, 6);
+        const TagRequirements wanted{{1}, {}, {2}, {{1, {3}}}, {}, {}};
+        NodeType type = TagNode;
+        models.filter.setTagRequirements(wanted);
+        Ids announced = models.filter.dTags();
+        connect(&models.filter, &FileFilterModel::dTagsChanged, this,
+                [&announced](const Ids &tags) { announced = tags; });
+        for (int step = 0; step < steps && !QTest::currentTestFailed(); ++step) {
+            const int count = random.bounded(mostAtOnce) + 1;
+            QVector<File *> touched;
+            Ids ids;
+            for (int i = 0; i < count && !models.files.isEmpty(); ++i) {
+                touched.append(models.files.at(random.bounded(models.files.size())));
+                ids.append(touched.last()->id());
+            }
+            switch (random.bounded(5)) {
+            case 0:
+                touched.clear();
+                for (int i = 0; i < count; ++i)
+                    touched.append(models.records.add(randomTags(random, 6, 8), random.bounded(3)));
+                models.files += touched;
+                models.contents.addFiles(FileRecords::map(touched));
+                break;
+            case 1:
+                for (File *file : touched)
+                    models.files.removeOne(file);
+                models.contents.removeFiles(ids);
+                break;
+            case 4:
+                type = NodeType(random.bounded(int(AllFiles), int(TagNode) + 1));
+                if (type == TagNode)
+                    models.filter.setTagRequirements(wanted);
+                else
+                    models.filter.setSpecialNode(type);
+                break;
+            default:
+                for (File *file : touched) {
+                    file->setTags(randomTags(random, 8, 8));
+                    file->setData(Internal, random.bounded(3));
+                }
+                models.contents.updateFiles(ids);
+            }
+            models.check(type, wanted);
+            QCOMPARE(announced, models.filter.dTags());
+        }
+    }
+
+    void dTagsGoOutOnceAChange()
+    {
+        Models models(false);
+        QVector<File *> files;
+        for (int i = 0; i < 1000; ++i)
+            files.append(models.records.add({1, i % 9 + 2}));
+        models.contents.loadFiles(FileRecords::map(files));
+        QSignalSpy spy(&models.filter, &FileFilterModel::dTagsChanged);
+        models.filter.setTagRequirements({{1}, {}, {}, {}, {}, {}});
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(spy.takeFirst().first().value<Ids>(), (Ids{2, 3, 4, 5, 6, 7, 8, 9, 10}));
+
+        Ids everyNinth;
+        for (int i = 0; i < files.size(); i += 9)
+            everyNinth.append(files.at(i)->id());
+        models.contents.removeFiles(everyNinth);
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(spy.takeFirst().first().value<Ids>(), (Ids{3, 4, 5, 6, 7, 8, 9, 10}));
+
+        models.contents.repaintFiles({files.at(1)->id()});
+        QCOMPARE(spy.size(), 0);
+        models.filter.setSpecialNode(AllFiles);
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(spy.takeFirst().first().value<Ids>(), Ids());
+    }
 
 private:
     SettingsSandbox m_sandbox;
 };
-
-void TestFileFilter::nothingIsShownBeforeASelection()
-{
-    Models models;
-    QRandomGenerator random(1);
-    models.fill(random, 50, 5);
-    QCOMPARE(models.contents.rowCount(), 50);
-    QCOMPARE(models.sorter.rowCount(), 0);
-    QVERIFY(models.filter.acceptedFiles().isEmpty());
-}
-
-void TestFileFilter::specialNodes_data()
-{
-    QTest::addColumn<int>("type");
-    for (int type = AllFiles; type <= RecentlyAddedFiles; ++type)
-        QTest::addRow("type %d", type) << type;
-}
-
-void TestFileFilter::specialNodes()
-{
-    QFETCH(int, type);
-    Models models;
-    QRandomGenerator random(7);
-    models.fill(random, 300, 5);
-    models.filter.setTagRequirements({{1}, {}, {}, {}, {}, {}});
-    models.filter.setSpecialNode(NodeType(type));
-    models.check(NodeType(type), {});
-    QVERIFY(models.sorter.rowCount() > 0);
-    QVERIFY(models.filter.required().isEmpty());
-}
-
-void TestFileFilter::recentFilesFollowTheTimeout_data()
-{
-    QTest::addColumn<QVariant>("minutes");
-    QTest::addColumn<int>("age");
-    QTest::addColumn<bool>("isShown");
-    QTest::newRow("4 of 5 minutes") << QVariant() << 240 << true;
-    QTest::newRow("5 of 5 minutes") << QVariant() << 300 << false;
-    QTest::newRow("5 of 10 minutes") << QVariant(10) << 300 << true;
-    QTest::newRow("10 of 10 minutes") << QVariant(10) << 600 << false;
-    QTest::newRow("from the future") << QVariant() << -3600 << true;
-    QTest::newRow("no number: 4 minutes") << QVariant(QStringLiteral("soon")) << 240 << true;
-    QTest::newRow("no number: 6 minutes") << QVariant(QStringLiteral("soon")) << 360 << false;
-}
-
-void TestFileFilter::recentFilesFollowTheTimeout()
-{
-    QFETCH(QVariant, minutes);
-    QFETCH(int, age);
-    QFETCH(bool, isShown);
-    if (minutes.isValid())
-        QSettings().setValue(QStringLiteral("NewFiles/timeout"), minutes);
-    Models models;
-    const qint64 added = QDateTime::currentSecsSinceEpoch() - age;
-    models.contents.loadFiles(FileRecords::map({models.records.add({}, 1, QStringLiteral("a"), added)}));
-    models.filter.setSpecialNode(RecentlyAddedFiles);
-    QCOMPARE(models.sorter.rowCount(), isShown ? 1 : 0);
-}
-
-void TestFileFilter::ruleByRule_data()
-{
-    QTest::addColumn<TagRequirements>("wanted");
-    QTest::addColumn<Ids>("shown");
-    QTest::addColumn<Ids>("dTags");
-    // The files, by id: 1 {}, 2 {10}, 3 {10,11}, 4 {10,12}, 5 {11,12}, 6 {13}
-    QTest::newRow("one tag") << TagRequirements{{10}, {}, {}, {}, {}, {}} << Ids{2, 3, 4} << Ids{11, 12};
-    QTest::newRow("two tags") << TagRequirements{{10, 11}, {}, {}, {}, {}, {}} << Ids{3} << Ids();
-    QTest::newRow("any of two") << TagRequirements{{}, {11, 13}, {}, {}, {}, {}} << Ids{3, 5, 6}
-                                << Ids{10, 11, 12, 13};
-    QTest::newRow("tag without another")
-        << TagRequirements{{10}, {}, {11}, {}, {}, {}} << Ids{2, 4} << Ids{12};
-    QTest::newRow("exclusion alone") << TagRequirements{{}, {}, {11}, {}, {}, {}} << Ids() << Ids();
-    QTest::newRow("exclusion wins") << TagRequirements{{10}, {}, {10}, {}, {}, {}} << Ids() << Ids();
-    QTest::newRow("an alternative") << TagRequirements{{13}, {}, {}, {{13, {12}}}, {}, {}} << Ids{4, 5, 6}
-                                    << Ids{10, 11, 12, 13};
-    QTest::newRow("alternative of another tag")
-        << TagRequirements{{13}, {}, {}, {{10, {12}}}, {}, {}} << Ids{6} << Ids();
-    QTest::newRow("widened choice") << TagRequirements{{}, {13}, {}, {}, {12}, {}} << Ids{4, 5, 6}
-                                    << Ids{10, 11, 12, 13};
-    QTest::newRow("widening of no choice") << TagRequirements{{}, {}, {}, {}, {12}, {}} << Ids() << Ids();
-    QTest::newRow("widened exclusion")
-        << TagRequirements{{10}, {}, {13}, {}, {}, {12}} << Ids{2, 3} << Ids{11};
-    QTest::newRow("choice beside a tag")
-        << TagRequirements{{10}, {11, 12}, {}, {}, {}, {}} << Ids{3, 4} << Ids{11, 12};
-    QTest::newRow("tag that no file has") << TagRequirements{{10, 99}, {}, {}, {}, {}, {}} << Ids() << Ids();
-}
-
-void TestFileFilter::ruleByRule()
-{
-    QFETCH(TagRequirements, wanted);
-    Models models;
-    QVector<File *> files;
-    const QVector<Ids> tagSets{{}, {10}, {10, 11}, {10, 12}, {11, 12}, {13}};
-    for (const Ids &tags : tagSets)
-        files.append(models.records.add(tags));
-    models.contents.loadFiles(FileRecords::map(files));
-    models.filter.setTagRequirements(wanted);
-    QTEST(models.filter.acceptedFiles(), "shown");
-    QTEST(models.filter.dTags(), "dTags");
-    QCOMPARE(models.sorter.rowCount(), models.filter.acceptedFiles().size());
-}
-
-void TestFileFilter::randomRequirements_data()
-{
-    QTest::addColumn<int>("tagTotal");
-    QTest::addColumn<int>("mostRequired");
-    QTest::addColumn<int>("mostTagsOfAFile");
-    QTest::newRow("few tags, short lists") << 6 << 2 << 6;
-    QTest::newRow("many tags, short lists") << 200 << 2 << 6;
-    QTest::newRow("long lists of required tags") << 40 << 25 << 40;
-}
-
-void TestFileFilter::randomRequirements()
-{
-    QFETCH(int, tagTotal);
-    QFETCH(int, mostRequired);
-    QFETCH(int, mostTagsOfAFile);
-    QRandomGenerator random(11);
-    Models models(false);
-    for (int i = 0; i < 400; ++i)
-        models.files.append(models.records.add(randomTags(random, mostTagsOfAFile, tagTotal)));
-    models.contents.loadFiles(FileRecords::map(models.files));
-    int hits = 0;
-    for (int i = 0; i < 400; ++i) {
-        TagRequirements wanted;
-        wanted.required = randomTags(random, mostRequired, tagTotal + 2);
-        wanted.eitherOr = random.bounded(2) ? Ids() : randomTags(random, 3, tagTotal + 2);
-        wanted.excluded = random.bounded(2) ? Ids() : randomTags(random, 2, tagTotal + 2);
-        wanted.eitherOrWidened = randomTags(random, 2, tagTotal);
-        wanted.excludedWidened = random.bounded(3) ? Ids() : randomTags(random, 2, tagTotal);
-        for (qint64 tag : wanted.required)
-            wanted.requiredAlternatives.insert(tag, randomTags(random, tagTotal / 4 + 1, tagTotal));
-        models.filter.setTagRequirements(wanted);
-        models.check(TagNode, wanted);
-        hits += models.sorter.rowCount() > 0 ? 1 : 0;
-    }
-    QVERIFY(hits > 50);
-}
-
-void TestFileFilter::staysExactOverChanges_data()
-{
-    QTest::addColumn<int>("mostAtOnce");
-    QTest::addColumn<int>("steps");
-    QTest::newRow("few rows at once") << 5 << 150;
-    QTest::newRow("many rows at once") << 700 << 30;
-}
-
-void TestFileFilter::staysExactOverChanges()
-{
-    QFETCH(int, mostAtOnce);
-    QFETCH(int, steps);
-    QRandomGenerator random(23);
-    // The tester looks at all rows at each signal, which takes minutes where there are many of both.
-    Models models(mostAtOnce < 100);
-    models.fill(random, mostAtOnce * 3, 6);
-    const TagRequirements wanted{{1}, {}, {2}, {{1, {3}}}, {}, {}};
-    NodeType type = TagNode;
-    models.filter.setTagRequirements(wanted);
-    Ids announced = models.filter.dTags();
-    connect(&models.filter, &FileFilterModel::dTagsChanged, this,
-            [&announced](const Ids &tags) { announced = tags; });
-    for (int step = 0; step < steps && !QTest::currentTestFailed(); ++step) {
-        const int count = random.bounded(mostAtOnce) + 1;
-        QVector<File *> touched;
-        Ids ids;
-        for (int i = 0; i < count && !models.files.isEmpty(); ++i) {
-            touched.append(models.files.at(random.bounded(models.files.size())));
-            ids.append(touched.last()->id());
-        }
-        switch (random.bounded(5)) {
-        case 0:
-            touched.clear();
-            for (int i = 0; i < count; ++i)
-                touched.append(models.records.add(randomTags(random, 6, 8), random.bounded(3)));
-            models.files += touched;
-            models.contents.addFiles(FileRecords::map(touched));
-            break;
-        case 1:
-            for (File *file : touched)
-                models.files.removeOne(file);
-            models.contents.removeFiles(ids);
-            break;
-        case 4:
-            type = NodeType(random.bounded(int(AllFiles), int(TagNode) + 1));
-            if (type == TagNode)
-                models.filter.setTagRequirements(wanted);
-            else
-                models.filter.setSpecialNode(type);
-            break;
-        default:
-            for (File *file : touched) {
-                file->setTags(randomTags(random, 8, 8));
-                file->setData(Internal, random.bounded(3));
-            }
-            models.contents.updateFiles(ids);
-        }
-        models.check(type, wanted);
-        QCOMPARE(announced, models.filter.dTags());
-    }
-}
-
-void TestFileFilter::dTagsGoOutOnceAChange()
-{
-    Models models(false);
-    QVector<File *> files;
-    for (int i = 0; i < 1000; ++i)
-        files.append(models.records.add({1, i % 9 + 2}));
-    models.contents.loadFiles(FileRecords::map(files));
-    QSignalSpy spy(&models.filter, &FileFilterModel::dTagsChanged);
-    models.filter.setTagRequirements({{1}, {}, {}, {}, {}, {}});
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.takeFirst().first().value<Ids>(), (Ids{2, 3, 4, 5, 6, 7, 8, 9, 10}));
-
-    Ids everyNinth;
-    for (int i = 0; i < files.size(); i += 9)
-        everyNinth.append(files.at(i)->id());
-    models.contents.removeFiles(everyNinth);
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.takeFirst().first().value<Ids>(), (Ids{3, 4, 5, 6, 7, 8, 9, 10}));
-
-    models.contents.repaintFiles({files.at(1)->id()});
-    QCOMPARE(spy.size(), 0);
-    models.filter.setSpecialNode(AllFiles);
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.takeFirst().first().value<Ids>(), Ids());
-}
-
-void TestFileFilter::repeatedTagsCountOnce()
-{
-    Models models;
-    QVector<File *> files{models.records.add({1}), models.records.add({1})};
-    files.at(0)->addTags({2, 2});
-    models.contents.loadFiles(FileRecords::map(files));
-    models.filter.setTagRequirements({{1}, {}, {}, {}, {}, {}});
-    QCOMPARE(models.filter.dTags(), Ids{2});
-}
 
 QTEST_MAIN(TestFileFilter)
 #include "tst_filefilter.moc"

@@ -1,8 +1,8 @@
 #include "fileops/fileoperationworker.h"
 #include "fileops/sqlitefileoperationprovider.h"
 #include "fileops/sqlitefileoperationworker.h"
-#include "support/settingssandbox.h"
-#include "support/workerdatabase.h"
+#include "tests/support/database.h"
+#include "tests/support/settingssandbox.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -10,9 +10,9 @@
 #include <numeric>
 
 namespace {
-const QString noOrphans = QStringLiteral(
+const char *const noOrphans =
     "SELECT (SELECT count(*) FROM files WHERE internal=1 AND file_size>0) = (SELECT count(*) FROM "
-    "storage) AND (SELECT count(*) FROM storage) = (SELECT count(*) FROM storage_info)");
+    "storage) AND (SELECT count(*) FROM storage) = (SELECT count(*) FROM storage_info)";
 
 /** Waits less long for a lock. */
 class ImpatientWorker : public SqliteFileOperationWorker
@@ -21,7 +21,7 @@ public:
     using SqliteFileOperationWorker::SqliteFileOperationWorker;
 
 protected:
-    QString connectOptions() const override { return QStringLiteral("QSQLITE_BUSY_TIMEOUT=200"); }
+    QString connectOptions() const override { return "QSQLITE_BUSY_TIMEOUT=200"_s; }
 };
 
 /** Lets a test reach the worker and queue any record. */
@@ -59,347 +59,290 @@ class TestFileOperations : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void deletesWhatBelongsToTheFileOnly_data();
-    void deletesWhatBelongsToTheFileOnly();
-    void deletesThumbnailsAndTags();
-    void deletesNothingForAnEmptyList();
-    void leavesAFileThatFails();
-    void removesNothingWhenTheWayBackIsLost();
-    void removesNothingWhenTheCommitFails();
-    void passesUnusedRecordsSilently();
-    void cancelEndsTheWholeQueue();
-    void cancelWhileIdleIsForgotten();
-    void destructionWaitsForTheRunningOperation();
-    void runsARecordThatComesAtTheLastMoment();
-    void answersEachOfManyRequests();
-    void tellsOfAMissingDatabase();
-    void createsTagsOnce();
+    void init()
+    {
+        m_settings = std::make_unique<SettingsSandbox>();
+        m_database = std::make_unique<LocalDatabase>();
+        m_provider = std::make_unique<OpenProvider>(m_database->constructor(), m_database->details());
+        m_provider->start();
+    }
+
+    void cleanup()
+    {
+        m_provider.reset();
+        m_database.reset();
+    }
+
+    void deletesWhatBelongsToTheFileOnly_data()
+    {
+        addColumns<QVector<qint64>, QStringList, QStringList>("ids", "blocks", "paths");
+        const QString b1 = "1"_s;
+        const QString b2 = "2"_s;
+        const QString b3 = "3"_s;
+        const QString b4 = "4"_s;
+        const QString b5 = "5"_s;
+        const QStringList allPaths = {b1, b4};
+        addRow("chain with another's block inside", QVector<qint64>{1}, QStringList{b2, b4}, allPaths);
+        addRow("chain around another's", QVector<qint64>{2}, QStringList{b1, b3, b5}, allPaths);
+        addRow("external file whose path id is a block's id", QVector<qint64>{3},
+               QStringList{b1, b2, b3, b4, b5}, QStringList{b4});
+        addRow("empty file whose reserved id is a block's id", QVector<qint64>{5},
+               QStringList{b1, b2, b3, b4, b5}, allPaths);
+        addRow("hyperlink", QVector<qint64>{6}, QStringList{b1, b2, b3, b4, b5}, allPaths);
+        addRow("all of them", QVector<qint64>{6, 5, 4, 3, 2, 1}, QStringList(), QStringList());
+    }
+
+    void deletesWhatBelongsToTheFileOnly()
+    {
+        QFETCH(QVector<qint64>, ids);
+        for (const auto &link :
+             {qMakePair(1, 3), qMakePair(2, 4), qMakePair(3, 5), qMakePair(4, 0), qMakePair(5, 0)})
+            QVERIFY(m_database->addBlock(link.first, link.second, "bytes"));
+        m_database->run("INSERT INTO file_paths VALUES (1, '/a', 'a'), (4, '/b', 'b')"_s);
+        m_database->addFile(1, 1, 15, 1);
+        m_database->addFile(2, 1, 10, 2);
+        m_database->addFile(3, 0, 10, 1);
+        m_database->addFile(4, 0, 10, 4);
+        m_database->addFile(5, 1, 0, 2);
+        m_database->addFile(6, 2, 0, 0);
+
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
+        QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
+        m_provider->deleteFiles(ids);
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(removed.count(), 1);
+        QCOMPARE(idsOf(removed.first()), ids);
+        QCOMPARE(started.first().first().toString(), "Deleting files..."_s);
+        QTEST(m_database->rows("SELECT storage_id FROM storage ORDER BY 1"_s), "blocks");
+        QTEST(m_database->rows("SELECT storage_id FROM storage_info ORDER BY 1"_s), "blocks");
+        QTEST(m_database->rows("SELECT path_id FROM file_paths ORDER BY 1"_s), "paths");
+        QCOMPARE(m_database->count("files"_s), 6 - ids.size());
+    }
+
+    void deletesThumbnailsAndTags()
+    {
+        m_database->addFile(1, 2, 0, 0, 11);
+        m_database->addFile(2, 2, 0, 0, 12);
+        m_database->run("INSERT INTO thumbnails VALUES (11, 'a'), (12, 'b')"_s);
+        m_database->run("INSERT INTO file_tag VALUES (1, 1), (1, 2), (2, 1)"_s);
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        m_provider->deleteFiles({1});
+        QTRY_COMPARE(removed.count(), 1);
+        QCOMPARE(m_database->rows("SELECT * FROM file_tag"_s), QStringList{"2|1"_s});
+        QCOMPARE(m_database->rows("SELECT * FROM thumbnails"_s), QStringList{"12|b"_s});
+    }
+
+    void leavesAFileThatFails()
+    {
+        addManyFiles(3);
+        m_database->addBlock(4, 0, "y");
+        m_database->run("UPDATE storage_info SET continue_id=4 WHERE storage_id=2"_s);
+        m_database->run("CREATE TRIGGER refuse BEFORE DELETE ON storage_info WHEN old.storage_id=4 BEGIN "
+                        "SELECT RAISE(ABORT, 'refused'); END"_s);
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        QSignalSpy errors(m_provider.get(), &FileOperationProvider::errorOccured);
+        m_provider->deleteFiles({1, 2, 3});
+        QTRY_COMPARE(removed.count(), 1);
+        QCOMPARE(idsOf(removed.first()), QVector<qint64>({1, 3}));
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(m_database->rows("SELECT file_id FROM files"_s), QStringList{"2"_s});
+        QCOMPARE(m_database->rows("SELECT storage_id FROM storage"_s), QStringList({"2"_s, "4"_s}));
+    }
+
+    void removesNothingWhenTheWayBackIsLost()
+    {
+        addManyFiles(4);
+        m_database->run("CREATE TRIGGER break BEFORE DELETE ON storage WHEN old.storage_id=3 BEGIN "
+                        "SELECT RAISE(ROLLBACK, 'all is lost'); END"_s);
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
+        m_provider->deleteFiles({1, 2, 3, 4});
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(removed.count(), 0);
+        QCOMPARE(m_database->count("files"_s), 4);
+        QCOMPARE(m_database->count("storage"_s), 4);
+    }
+
+    void removesNothingWhenTheCommitFails()
+    {
+        addManyFiles(3);
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
+        QSignalSpy errors(m_provider.get(), &FileOperationProvider::errorOccured);
+        {
+            QSqlQuery reading;
+            reading.setForwardOnly(true);
+            QVERIFY(reading.exec("SELECT * FROM files"_s) && reading.next());
+            m_provider->deleteFiles({1, 2});
+            QTRY_COMPARE(finished.count(), 1);
+        }
+        QCOMPARE(removed.count(), 0);
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(m_database->count("files"_s), 3);
+        m_provider->deleteFiles({1, 2});
+        QTRY_COMPARE(removed.count(), 1);
+    }
+
+    void cancelEndsTheWholeQueue()
+    {
+        addManyFiles(400);
+        // In the worker's thread, so that the cancel comes while the first operation runs.
+        connect(
+            m_provider->worker, &FileOperationWorker::operationProgress, m_provider->worker,
+            [this](FileOperationType, const QString &, int percent) {
+                if (percent == 50)
+                    m_provider->cancelOperations();
+            },
+            Qt::DirectConnection);
+        QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
+        QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        m_provider->deleteFiles(range(1, 200));
+        m_provider->deleteFiles(range(201, 100));
+        m_provider->deleteFiles(range(301, 100));
+        QTRY_COMPARE(finished.count(), 3);
+        QCOMPARE(started.count(), 3);
+        QCOMPARE(removed.count(), 3);
+        const int done = idsOf(removed.at(0)).size();
+        QVERIFY(done >= 90 && done <= 110);
+        QVERIFY(idsOf(removed.at(1)).isEmpty() && idsOf(removed.at(2)).isEmpty());
+        QCOMPARE(m_database->count("files"_s), 400 - done);
+        QCOMPARE(m_database->value(noOrphans), "1"_s);
+
+        QVERIFY(waitUntilIdle());
+        m_provider->deleteFiles({400});
+        QTRY_COMPARE(removed.count(), 4);
+        QCOMPARE(idsOf(removed.at(3)), QVector<qint64>{400});
+    }
+
+    void cancelWhileIdleIsForgotten()
+    {
+        addManyFiles(2);
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        m_provider->cancelOperations();
+        m_provider->deleteFiles({1});
+        QTRY_COMPARE(removed.count(), 1);
+        QCOMPARE(idsOf(removed.first()), QVector<qint64>{1});
+        QVERIFY(waitUntilIdle());
+        m_provider->cancelOperations();
+        m_provider->deleteFiles({2});
+        QTRY_COMPARE(removed.count(), 2);
+        QCOMPARE(idsOf(removed.last()), QVector<qint64>{2});
+    }
+
+    void destructionWaitsForTheRunningOperation()
+    {
+        const int count = 20000;
+        addManyFiles(count);
+        QSignalSpy progress(m_provider.get(), &FileOperationProvider::filesOperationProgress);
+        m_provider->deleteFiles(range(1, count));
+        m_provider->deleteFiles(range(1, count));
+        QTRY_VERIFY(progress.count() > 2);
+        m_provider.reset();
+        const int left = m_database->count("files"_s);
+        QVERIFY(left > 0 && left < count);
+        QCOMPARE(m_database->value(noOrphans), "1"_s);
+        QVERIFY(!QSqlDatabase::contains(Constants::workerConnection));
+        QVERIFY(m_database->run("DELETE FROM files"_s));
+    }
+
+    void runsARecordThatComesAtTheLastMoment()
+    {
+        addManyFiles(2);
+        FileOperation late;
+        late.type = FileOperationType::DeleteFilesOperation;
+        late.fileIds = {2};
+        bool isQueued = false;
+        FileOperationWorker *worker = m_provider->worker;
+        // Behind the worker's last look into the queue, and without a start of its own.
+        connect(
+            worker, &FileOperationWorker::finished, worker,
+            [&isQueued, &late, worker] {
+                if (!isQueued)
+                    worker->enqueue(late);
+                isQueued = true;
+            },
+            Qt::DirectConnection);
+        QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
+        m_provider->deleteFiles({1});
+        QTRY_COMPARE(removed.count(), 2);
+        QCOMPARE(m_database->count("files"_s), 0);
+    }
+
+    void answersEachOfManyRequests()
+    {
+        QVector<qint64> answered;
+        connect(m_provider.get(), &FileOperationProvider::thumbnailLoaded, this,
+                [&answered](qlonglong id, QImage *image) {
+                    answered.append(id);
+                    delete image;
+                });
+        for (int id = 1; id <= 500; ++id) {
+            m_provider->loadThumbnails({id});
+            // Spread over all moments of the thread's starting and ending.
+            if (id % 3 == 0)
+                QTest::qWait(id % 7);
+        }
+        QTRY_COMPARE(answered, range(1, 500));
+    }
+
+    void tellsOfAMissingDatabase()
+    {
+        addManyFiles(1);
+        QVERIFY(QFile::remove(m_database->path()));
+        QSignalSpy errors(m_provider.get(), &FileOperationProvider::errorOccured);
+        QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
+        m_provider->deleteFiles({1});
+        QTRY_COMPARE(errors.count(), 1);
+        QVERIFY(waitUntilIdle());
+        QVERIFY(!QFile::exists(m_database->path()));
+        QCOMPARE(started.count(), 0);
+        QVERIFY(!QSqlDatabase::contains(Constants::workerConnection));
+    }
+
+    void createsTagsOnce()
+    {
+        const QStringList names = {"plain"_s, "O'Neil"_s, "12\" disc"_s, "100 %1"_s, "plain"_s};
+        m_database->run("INSERT INTO tags (tag_id, tag_name, creation_date) VALUES (9, 'O''Neil', 1)"_s);
+        QVERIFY(m_database->openWorkerConnection());
+        SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
+                                         m_database->constructor());
+        QVector<qint64> created;
+        const QHash<QString, qint64> ids = worker.createTags(names, &created);
+        QCOMPARE(ids.size(), 4);
+        QCOMPARE(ids.value("O'Neil"_s), qint64(9));
+        QCOMPARE(created.size(), 3);
+        QVERIFY(!created.contains(9));
+        for (const QString &name : names)
+            QVERIFY(ids.value(name) > 0);
+        created.clear();
+        QCOMPARE(worker.createTags(names, &created), ids);
+        QVERIFY(created.isEmpty());
+        QCOMPARE(m_database->count("tags"_s), 4);
+        QVERIFY(worker.createTags({}).isEmpty());
+    }
 
 private:
-    void addManyFiles(int count);
-    bool waitUntilIdle() const;
+    void addManyFiles(int count)
+    {
+        m_database->run("BEGIN"_s);
+        for (int id = 1; id <= count; ++id) {
+            m_database->addFile(id, 1, 1, id);
+            m_database->addBlock(id, 0, "x");
+        }
+        m_database->run("COMMIT"_s);
+    }
+
+    bool waitUntilIdle() const
+    {
+        return QTest::qWaitFor([this] { return !m_provider->isBusy(); });
+    }
 
     std::unique_ptr<SettingsSandbox> m_settings;
-    std::unique_ptr<WorkerDatabase> m_database;
+    std::unique_ptr<LocalDatabase> m_database;
     std::unique_ptr<OpenProvider> m_provider;
 };
-
-void TestFileOperations::init()
-{
-    m_settings = std::make_unique<SettingsSandbox>();
-    m_database = std::make_unique<WorkerDatabase>();
-    m_provider = std::make_unique<OpenProvider>(m_database->constructor(), m_database->details());
-    m_provider->start();
-}
-
-void TestFileOperations::cleanup()
-{
-    m_provider.reset();
-    m_database.reset();
-}
-
-void TestFileOperations::addManyFiles(int count)
-{
-    m_database->run(QStringLiteral("BEGIN"));
-    for (int id = 1; id <= count; ++id) {
-        m_database->addFile(id, 1, 1, id);
-        m_database->addBlock(id, 0, "x");
-    }
-    m_database->run(QStringLiteral("COMMIT"));
-}
-
-bool TestFileOperations::waitUntilIdle() const
-{
-    return QTest::qWaitFor([this] { return !m_provider->isBusy(); });
-}
-
-void TestFileOperations::deletesWhatBelongsToTheFileOnly_data()
-{
-    QTest::addColumn<QVector<qint64>>("ids");
-    QTest::addColumn<QStringList>("blocks");
-    QTest::addColumn<QStringList>("paths");
-    const QString b1 = QStringLiteral("1");
-    const QString b2 = QStringLiteral("2");
-    const QString b3 = QStringLiteral("3");
-    const QString b4 = QStringLiteral("4");
-    const QString b5 = QStringLiteral("5");
-    const QStringList allPaths = {b1, b4};
-    QTest::newRow("chain with another's block inside")
-        << QVector<qint64>{1} << QStringList{b2, b4} << allPaths;
-    QTest::newRow("chain around another's") << QVector<qint64>{2} << QStringList{b1, b3, b5} << allPaths;
-    QTest::newRow("external file whose path id is a block's id")
-        << QVector<qint64>{3} << QStringList{b1, b2, b3, b4, b5} << QStringList{b4};
-    QTest::newRow("empty file whose reserved id is a block's id")
-        << QVector<qint64>{5} << QStringList{b1, b2, b3, b4, b5} << allPaths;
-    QTest::newRow("hyperlink") << QVector<qint64>{6} << QStringList{b1, b2, b3, b4, b5} << allPaths;
-    QTest::newRow("all of them") << QVector<qint64>{6, 5, 4, 3, 2, 1} << QStringList() << QStringList();
-}
-
-void TestFileOperations::deletesWhatBelongsToTheFileOnly()
-{
-    QFETCH(QVector<qint64>, ids);
-    for (const auto &link :
-         {qMakePair(1, 3), qMakePair(2, 4), qMakePair(3, 5), qMakePair(4, 0), qMakePair(5, 0)})
-        QVERIFY(m_database->addBlock(link.first, link.second, "bytes"));
-    m_database->run(QStringLiteral("INSERT INTO file_paths VALUES (1, '/a', 'a'), (4, '/b', 'b')"));
-    m_database->addFile(1, 1, 15, 1);
-    m_database->addFile(2, 1, 10, 2);
-    m_database->addFile(3, 0, 10, 1);
-    m_database->addFile(4, 0, 10, 4);
-    m_database->addFile(5, 1, 0, 2);
-    m_database->addFile(6, 2, 0, 0);
-
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
-    QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
-    m_provider->deleteFiles(ids);
-    QTRY_COMPARE(finished.count(), 1);
-    QCOMPARE(removed.count(), 1);
-    QCOMPARE(idsOf(removed.first()), ids);
-    QCOMPARE(started.first().first().toString(), QStringLiteral("Deleting files..."));
-    QTEST(m_database->rows(QStringLiteral("SELECT storage_id FROM storage ORDER BY 1")), "blocks");
-    QTEST(m_database->rows(QStringLiteral("SELECT storage_id FROM storage_info ORDER BY 1")), "blocks");
-    QTEST(m_database->rows(QStringLiteral("SELECT path_id FROM file_paths ORDER BY 1")), "paths");
-    QCOMPARE(m_database->count(QStringLiteral("files")), 6 - ids.size());
-}
-
-void TestFileOperations::deletesThumbnailsAndTags()
-{
-    m_database->addFile(1, 2, 0, 0, 11);
-    m_database->addFile(2, 2, 0, 0, 12);
-    m_database->run(QStringLiteral("INSERT INTO thumbnails VALUES (11, 'a'), (12, 'b')"));
-    m_database->run(QStringLiteral("INSERT INTO file_tag VALUES (1, 1), (1, 2), (2, 1)"));
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    m_provider->deleteFiles({1});
-    QTRY_COMPARE(removed.count(), 1);
-    QCOMPARE(m_database->rows(QStringLiteral("SELECT * FROM file_tag")), QStringList{QStringLiteral("2|1")});
-    QCOMPARE(m_database->rows(QStringLiteral("SELECT * FROM thumbnails")),
-             QStringList{QStringLiteral("12|b")});
-}
-
-void TestFileOperations::deletesNothingForAnEmptyList()
-{
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
-    m_provider->deleteFiles({});
-    QVERIFY(waitUntilIdle());
-    QCoreApplication::sendPostedEvents();
-    QCOMPARE(removed.count() + started.count(), 0);
-}
-
-void TestFileOperations::leavesAFileThatFails()
-{
-    addManyFiles(3);
-    m_database->addBlock(4, 0, "y");
-    m_database->run(QStringLiteral("UPDATE storage_info SET continue_id=4 WHERE storage_id=2"));
-    m_database->run(
-        QStringLiteral("CREATE TRIGGER refuse BEFORE DELETE ON storage_info WHEN old.storage_id=4 BEGIN "
-                       "SELECT RAISE(ABORT, 'refused'); END"));
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    QSignalSpy errors(m_provider.get(), &FileOperationProvider::errorOccured);
-    m_provider->deleteFiles({1, 2, 3});
-    QTRY_COMPARE(removed.count(), 1);
-    QCOMPARE(idsOf(removed.first()), QVector<qint64>({1, 3}));
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(m_database->rows(QStringLiteral("SELECT file_id FROM files")), QStringList{QStringLiteral("2")});
-    QCOMPARE(m_database->rows(QStringLiteral("SELECT storage_id FROM storage")),
-             QStringList({QStringLiteral("2"), QStringLiteral("4")}));
-}
-
-void TestFileOperations::removesNothingWhenTheWayBackIsLost()
-{
-    addManyFiles(4);
-    m_database->run(
-        QStringLiteral("CREATE TRIGGER break BEFORE DELETE ON storage WHEN old.storage_id=3 BEGIN "
-                       "SELECT RAISE(ROLLBACK, 'all is lost'); END"));
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
-    m_provider->deleteFiles({1, 2, 3, 4});
-    QTRY_COMPARE(finished.count(), 1);
-    QCOMPARE(removed.count(), 0);
-    QCOMPARE(m_database->count(QStringLiteral("files")), 4);
-    QCOMPARE(m_database->count(QStringLiteral("storage")), 4);
-}
-
-void TestFileOperations::removesNothingWhenTheCommitFails()
-{
-    addManyFiles(3);
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
-    QSignalSpy errors(m_provider.get(), &FileOperationProvider::errorOccured);
-    {
-        QSqlQuery reading;
-        reading.setForwardOnly(true);
-        QVERIFY(reading.exec(QStringLiteral("SELECT * FROM files")) && reading.next());
-        m_provider->deleteFiles({1, 2});
-        QTRY_COMPARE(finished.count(), 1);
-    }
-    QCOMPARE(removed.count(), 0);
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(m_database->count(QStringLiteral("files")), 3);
-    m_provider->deleteFiles({1, 2});
-    QTRY_COMPARE(removed.count(), 1);
-}
-
-void TestFileOperations::passesUnusedRecordsSilently()
-{
-    addManyFiles(1);
-    QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
-    QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
-    QSignalSpy progress(m_provider.get(), &FileOperationProvider::filesOperationProgress);
-    FileOperation unused;
-    unused.fileIds = {1};
-    m_provider->enqueue(unused);
-    QVERIFY(waitUntilIdle());
-    QCoreApplication::sendPostedEvents();
-    QCOMPARE(started.count() + finished.count() + progress.count(), 0);
-    m_provider->deleteFiles({1});
-    QTRY_COMPARE(finished.count(), 1);
-    QCOMPARE(m_database->count(QStringLiteral("files")), 0);
-}
-
-void TestFileOperations::cancelEndsTheWholeQueue()
-{
-    addManyFiles(400);
-    // In the worker's thread, so that the cancel comes while the first operation runs.
-    connect(
-        m_provider->worker, &FileOperationWorker::operationProgress, m_provider->worker,
-        [this](FileOperationType, const QString &, int percent) {
-            if (percent == 50)
-                m_provider->cancelOperations();
-        },
-        Qt::DirectConnection);
-    QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
-    QSignalSpy finished(m_provider.get(), &FileOperationProvider::finishedFilesOperation);
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    m_provider->deleteFiles(range(1, 200));
-    m_provider->deleteFiles(range(201, 100));
-    m_provider->deleteFiles(range(301, 100));
-    QTRY_COMPARE(finished.count(), 3);
-    QCOMPARE(started.count(), 3);
-    QCOMPARE(removed.count(), 3);
-    const int done = idsOf(removed.at(0)).size();
-    QVERIFY(done >= 90 && done <= 110);
-    QVERIFY(idsOf(removed.at(1)).isEmpty() && idsOf(removed.at(2)).isEmpty());
-    QCOMPARE(m_database->count(QStringLiteral("files")), 400 - done);
-    QVERIFY(m_database->value(noOrphans).toBool());
-
-    QVERIFY(waitUntilIdle());
-    m_provider->deleteFiles({400});
-    QTRY_COMPARE(removed.count(), 4);
-    QCOMPARE(idsOf(removed.at(3)), QVector<qint64>{400});
-}
-
-void TestFileOperations::cancelWhileIdleIsForgotten()
-{
-    addManyFiles(2);
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    m_provider->cancelOperations();
-    m_provider->deleteFiles({1});
-    QTRY_COMPARE(removed.count(), 1);
-    QCOMPARE(idsOf(removed.first()), QVector<qint64>{1});
-    QVERIFY(waitUntilIdle());
-    m_provider->cancelOperations();
-    m_provider->deleteFiles({2});
-    QTRY_COMPARE(removed.count(), 2);
-    QCOMPARE(idsOf(removed.last()), QVector<qint64>{2});
-}
-
-void TestFileOperations::destructionWaitsForTheRunningOperation()
-{
-    const int count = 20000;
-    addManyFiles(count);
-    QSignalSpy progress(m_provider.get(), &FileOperationProvider::filesOperationProgress);
-    m_provider->deleteFiles(range(1, count));
-    m_provider->deleteFiles(range(1, count));
-    QTRY_VERIFY(progress.count() > 2);
-    m_provider.reset();
-    const int left = m_database->count(QStringLiteral("files"));
-    QVERIFY(left > 0 && left < count);
-    QVERIFY(m_database->value(noOrphans).toBool());
-    QVERIFY(!QSqlDatabase::contains(Constants::workerConnection));
-    QVERIFY(m_database->run(QStringLiteral("DELETE FROM files")));
-}
-
-void TestFileOperations::runsARecordThatComesAtTheLastMoment()
-{
-    addManyFiles(2);
-    FileOperation late;
-    late.type = FileOperationType::DeleteFilesOperation;
-    late.fileIds = {2};
-    bool isQueued = false;
-    FileOperationWorker *worker = m_provider->worker;
-    // Behind the worker's last look into the queue, and without a start of its own.
-    connect(
-        worker, &FileOperationWorker::finished, worker,
-        [&isQueued, &late, worker] {
-            if (!isQueued)
-                worker->enqueue(late);
-            isQueued = true;
-        },
-        Qt::DirectConnection);
-    QSignalSpy removed(m_provider.get(), &FileOperationProvider::filesRemoved);
-    m_provider->deleteFiles({1});
-    QTRY_COMPARE(removed.count(), 2);
-    QCOMPARE(m_database->count(QStringLiteral("files")), 0);
-}
-
-void TestFileOperations::answersEachOfManyRequests()
-{
-    QVector<qint64> answered;
-    connect(m_provider.get(), &FileOperationProvider::thumbnailLoaded, this,
-            [&answered](qlonglong id, QImage *image) {
-                answered.append(id);
-                delete image;
-            });
-    for (int id = 1; id <= 500; ++id) {
-        m_provider->loadThumbnails({id});
-        // Spread over all moments of the thread's starting and ending.
-        if (id % 3 == 0)
-            QTest::qWait(id % 7);
-    }
-    QTRY_COMPARE(answered, range(1, 500));
-}
-
-void TestFileOperations::tellsOfAMissingDatabase()
-{
-    addManyFiles(1);
-    QVERIFY(QFile::remove(m_database->path()));
-    QSignalSpy errors(m_provider.get(), &FileOperationProvider::errorOccured);
-    QSignalSpy started(m_provider.get(), &FileOperationProvider::startedFilesOperation);
-    m_provider->deleteFiles({1});
-    QTRY_COMPARE(errors.count(), 1);
-    QVERIFY(waitUntilIdle());
-    QVERIFY(!QFile::exists(m_database->path()));
-    QCOMPARE(started.count(), 0);
-    QVERIFY(!QSqlDatabase::contains(Constants::workerConnection));
-}
-
-void TestFileOperations::createsTagsOnce()
-{
-    const QStringList names = {QStringLiteral("plain"), QStringLiteral("O'Neil"), QStringLiteral("12\" disc"),
-                               QStringLiteral("100 %1"), QStringLiteral("plain")};
-    m_database->run(
-        QStringLiteral("INSERT INTO tags (tag_id, tag_name, creation_date) VALUES (9, 'O''Neil', 1)"));
-    QVERIFY(m_database->openWorkerConnection());
-    SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
-                                     m_database->constructor());
-    QVector<qint64> created;
-    const QHash<QString, qint64> ids = worker.createTags(names, &created);
-    QCOMPARE(ids.size(), 4);
-    QCOMPARE(ids.value(QStringLiteral("O'Neil")), qint64(9));
-    QCOMPARE(created.size(), 3);
-    QVERIFY(!created.contains(9));
-    for (const QString &name : names)
-        QVERIFY(ids.value(name) > 0);
-    created.clear();
-    QCOMPARE(worker.createTags(names, &created), ids);
-    QVERIFY(created.isEmpty());
-    QCOMPARE(m_database->count(QStringLiteral("tags")), 4);
-    QVERIFY(worker.createTags({}).isEmpty());
-}
 
 QTEST_GUILESS_MAIN(TestFileOperations)
 #include "tst_fileoperations.moc"

@@ -1,3 +1,4 @@
+#include "tests/support/text.h"
 #include "ui/views/delegate.h"
 #include "ui/views/listview.h"
 #include "ui/views/speciallineedit.h"
@@ -28,7 +29,7 @@ public:
             ++m_pictures;
         return QStandardItemModel::data(index, role);
     }
-    QStringList mimeTypes() const override { return {QStringLiteral("text/uri-list")}; }
+    QStringList mimeTypes() const override { return {"text/uri-list"_s}; }
     bool dropMimeData(const QMimeData *, Qt::DropAction, int, int, const QModelIndex &) override
     {
         return true;
@@ -50,18 +51,127 @@ class TestFileViews : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void lettersFindNames_data();
-    void lettersFindNames();
-    void layoutAsksForNoPictures();
-    void keyIsOfferedFirst();
-    void tabIsOfferedAndShiftTabLeaves();
-    void filesOverTableMarkTheirRow_data();
-    void filesOverTableMarkTheirRow();
-    void quoteInEditorMovesNothing();
-    void editorTellsHowItEnds_data();
-    void editorTellsHowItEnds();
+    void init()
+    {
+        m_model.clear();
+        for (const char *name : {"Anna", "anton", "Berta", "\"quoted\"", "Antje"}) {
+            m_model.appendRow({new QStandardItem(QLatin1String("\n") + QLatin1String(name)),
+                               new QStandardItem(QLatin1String(name))});
+        }
+        m_window = std::make_unique<QWidget>();
+        m_list = new ListView(m_window.get());
+        m_table = new TableView(m_window.get());
+        m_delegate = new Delegate(m_window.get());
+        auto *layout = new QVBoxLayout(m_window.get());
+        layout->addWidget(new QLineEdit(m_window.get()));
+        for (QAbstractItemView *view :
+             {static_cast<QAbstractItemView *>(m_list), static_cast<QAbstractItemView *>(m_table)}) {
+            layout->addWidget(view);
+            view->setModel(&m_model);
+            view->setItemDelegate(m_delegate);
+        }
+        const auto nameAt = [this](int row) { return m_model.item(row, 1)->text(); };
+        m_list->setNames(nameAt);
+        m_table->setNames(nameAt);
+        m_window->resize(600, 600);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+
+    void cleanup() { m_window.reset(); }
+
+    void lettersFindNames_data()
+    {
+        QTest::addColumn<QStringList>("typed"); // each after a pause
+        QTest::addColumn<int>("row");
+        addRow("from the current row on", QStringList{"a"_s}, 1);
+        addRow("word", QStringList{"ant"_s}, 1);
+        addRow("same letter goes on", QStringList{"aa"_s}, 4);
+        addRow("goes round", QStringList{"aaa"_s}, 0);
+        addRow("second try", QStringList{"b"_s, "an"_s}, 4);
+        addRow("no such name", QStringList{"x"_s}, 0);
+    }
+
+    void lettersFindNames()
+    {
+        QFETCH(QStringList, typed);
+        QFETCH(int, row);
+        const int interval = QApplication::keyboardInputInterval();
+        QApplication::setKeyboardInputInterval(150);
+        for (QAbstractItemView *view :
+             {static_cast<QAbstractItemView *>(m_list), static_cast<QAbstractItemView *>(m_table)}) {
+            view->setCurrentIndex(m_model.index(0, 0));
+            for (const QString &word : typed) {
+                QTest::qSleep(200);
+                for (const QChar letter : word)
+                    view->keyboardSearch(letter);
+            }
+            QCOMPARE(view->currentIndex().row(), row);
+            QCOMPARE(view->currentIndex().column(), 0);
+        }
+        QApplication::setKeyboardInputInterval(interval);
+    }
+
+    void layoutAsksForNoPictures()
+    {
+        m_list->hide();
+        m_model.takePictureCount();
+        for (int i = 0; i < 1000; ++i)
+            m_model.appendRow(new QStandardItem(QString::number(i)));
+        m_list->doItemsLayout();
+        m_list->sizeHintForColumn(0);
+        QCOMPARE(m_model.takePictureCount(), 0);
+    }
+
+    void keyIsOfferedFirst()
+    {
+        m_table->setCurrentIndex(m_model.index(0, 0));
+        bool isAccepted = false;
+        int rowBefore = -1;
+        connect(m_table, &TableView::keyPressed, this, [&](QKeyEvent *event) {
+            rowBefore = m_table->currentIndex().row();
+            event->setAccepted(isAccepted);
+        });
+        QTest::keyClick(m_table, Qt::Key_Down);
+        QCOMPARE(rowBefore, 0);
+        QCOMPARE(m_table->currentIndex().row(), 1);
+        isAccepted = true;
+        QTest::keyClick(m_table, Qt::Key_Down);
+        QCOMPARE(m_table->currentIndex().row(), 1);
+    }
+
+    void filesOverTableMarkTheirRow_data()
+    {
+        QTest::addColumn<bool>("isDropped");
+        addRow("drag leaves", false);
+        addRow("drop", true);
+    }
+
+    void filesOverTableMarkTheirRow()
+    {
+        QFETCH(bool, isDropped);
+        const QColor highlight = m_table->palette().color(QPalette::Highlight);
+        m_table->setCurrentIndex(m_model.index(0, 0));
+        m_table->selectionModel()->select(m_model.index(1, 0),
+                                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        QMimeData data;
+        data.setUrls({QUrl("https://example.org/"_s)});
+        const QPoint pos = m_table->visualRect(m_model.index(3, 0)).center();
+
+        QDragEnterEvent enter(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_table->viewport(), &enter);
+        QDragMoveEvent move(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_table->viewport(), &move);
+        QCOMPARE(m_table->currentIndex().row(), 3);
+        QCOMPARE(m_table->palette().color(QPalette::Highlight), QColor(204, 232, 255));
+
+        QDragLeaveEvent leave;
+        QDropEvent drop(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_table->viewport(), isDropped ? static_cast<QEvent *>(&drop) : &leave);
+        QCOMPARE(m_table->palette().color(QPalette::Highlight), highlight);
+        QCOMPARE(m_table->currentIndex().row(), 0);
+        QCOMPARE(m_table->selectionModel()->selectedRows().size(), 2);
+    }
 
 private:
     CountingModel m_model;
@@ -70,190 +180,6 @@ private:
     TableView *m_table = nullptr;
     Delegate *m_delegate = nullptr;
 };
-
-void TestFileViews::init()
-{
-    m_model.clear();
-    for (const char *name : {"Anna", "anton", "Berta", "\"quoted\"", "Antje"}) {
-        m_model.appendRow({new QStandardItem(QLatin1String("\n") + QLatin1String(name)),
-                           new QStandardItem(QLatin1String(name))});
-    }
-    m_window = std::make_unique<QWidget>();
-    m_list = new ListView(m_window.get());
-    m_table = new TableView(m_window.get());
-    m_delegate = new Delegate(m_window.get());
-    auto *layout = new QVBoxLayout(m_window.get());
-    layout->addWidget(new QLineEdit(m_window.get()));
-    for (QAbstractItemView *view :
-         {static_cast<QAbstractItemView *>(m_list), static_cast<QAbstractItemView *>(m_table)}) {
-        layout->addWidget(view);
-        view->setModel(&m_model);
-        view->setItemDelegate(m_delegate);
-    }
-    const auto nameAt = [this](int row) { return m_model.item(row, 1)->text(); };
-    m_list->setNames(nameAt);
-    m_table->setNames(nameAt);
-    m_window->resize(600, 600);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-}
-
-void TestFileViews::cleanup()
-{
-    m_window.reset();
-}
-
-void TestFileViews::lettersFindNames_data()
-{
-    QTest::addColumn<QStringList>("typed"); // each after a pause
-    QTest::addColumn<int>("row");
-    QTest::newRow("first letter") << QStringList{QStringLiteral("b")} << 2;
-    QTest::newRow("from the current row on") << QStringList{QStringLiteral("a")} << 1;
-    QTest::newRow("word") << QStringList{QStringLiteral("ant")} << 1;
-    QTest::newRow("longer word") << QStringList{QStringLiteral("antj")} << 4;
-    QTest::newRow("same letter goes on") << QStringList{QStringLiteral("aa")} << 4;
-    QTest::newRow("goes round") << QStringList{QStringLiteral("aaa")} << 0;
-    QTest::newRow("second try") << QStringList{QStringLiteral("b"), QStringLiteral("an")} << 4;
-    QTest::newRow("no such name") << QStringList{QStringLiteral("x")} << 0;
-}
-
-void TestFileViews::lettersFindNames()
-{
-    QFETCH(QStringList, typed);
-    QFETCH(int, row);
-    const int interval = QApplication::keyboardInputInterval();
-    QApplication::setKeyboardInputInterval(150);
-    for (QAbstractItemView *view :
-         {static_cast<QAbstractItemView *>(m_list), static_cast<QAbstractItemView *>(m_table)}) {
-        view->setCurrentIndex(m_model.index(0, 0));
-        for (const QString &word : typed) {
-            QTest::qSleep(200);
-            for (const QChar letter : word)
-                view->keyboardSearch(letter);
-        }
-        QCOMPARE(view->currentIndex().row(), row);
-        QCOMPARE(view->currentIndex().column(), 0);
-    }
-    QApplication::setKeyboardInputInterval(interval);
-}
-
-void TestFileViews::layoutAsksForNoPictures()
-{
-    m_list->hide();
-    m_model.takePictureCount();
-    for (int i = 0; i < 1000; ++i)
-        m_model.appendRow(new QStandardItem(QString::number(i)));
-    m_list->doItemsLayout();
-    m_list->sizeHintForColumn(0);
-    QCOMPARE(m_model.takePictureCount(), 0);
-}
-
-void TestFileViews::keyIsOfferedFirst()
-{
-    m_table->setCurrentIndex(m_model.index(0, 0));
-    bool isAccepted = false;
-    int rowBefore = -1;
-    connect(m_table, &TableView::keyPressed, this, [&](QKeyEvent *event) {
-        rowBefore = m_table->currentIndex().row();
-        event->setAccepted(isAccepted);
-    });
-    QTest::keyClick(m_table, Qt::Key_Down);
-    QCOMPARE(rowBefore, 0);
-    QCOMPARE(m_table->currentIndex().row(), 1);
-    isAccepted = true;
-    QTest::keyClick(m_table, Qt::Key_Down);
-    QCOMPARE(m_table->currentIndex().row(), 1);
-}
-
-void TestFileViews::tabIsOfferedAndShiftTabLeaves()
-{
-    QList<int> keys;
-    connect(m_table, &TableView::keyPressed, this, [&keys](QKeyEvent *event) {
-        keys << event->key();
-        event->setAccepted(event->key() == Qt::Key_Tab);
-    });
-    m_table->setFocus();
-    QTest::keyClick(m_table, Qt::Key_Tab);
-    QCOMPARE(keys, QList<int>{Qt::Key_Tab});
-    QVERIFY(m_table->hasFocus());
-    QTest::keyClick(m_table, Qt::Key_Backtab, Qt::ShiftModifier);
-    QVERIFY(!m_table->hasFocus());
-}
-
-void TestFileViews::filesOverTableMarkTheirRow_data()
-{
-    QTest::addColumn<bool>("isDropped");
-    QTest::newRow("drag leaves") << false;
-    QTest::newRow("drop") << true;
-}
-
-void TestFileViews::filesOverTableMarkTheirRow()
-{
-    QFETCH(bool, isDropped);
-    const QColor highlight = m_table->palette().color(QPalette::Highlight);
-    m_table->setCurrentIndex(m_model.index(0, 0));
-    m_table->selectionModel()->select(m_model.index(1, 0),
-                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    QMimeData data;
-    data.setUrls({QUrl(QStringLiteral("https://example.org/"))});
-    const QPoint pos = m_table->visualRect(m_model.index(3, 0)).center();
-
-    QDragEnterEvent enter(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_table->viewport(), &enter);
-    QDragMoveEvent move(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_table->viewport(), &move);
-    QCOMPARE(m_table->currentIndex().row(), 3);
-    QCOMPARE(m_table->palette().color(QPalette::Highlight), QColor(204, 232, 255));
-
-    QDragLeaveEvent leave;
-    QDropEvent drop(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_table->viewport(), isDropped ? static_cast<QEvent *>(&drop) : &leave);
-    QCOMPARE(m_table->palette().color(QPalette::Highlight), highlight);
-    QCOMPARE(m_table->currentIndex().row(), 0);
-    QCOMPARE(m_table->selectionModel()->selectedRows().size(), 2);
-}
-
-void TestFileViews::quoteInEditorMovesNothing()
-{
-    m_table->setCurrentIndex(m_model.index(0, 1));
-    m_table->edit(m_model.index(0, 1));
-    QPointer<SpecialLineEdit> editor = m_table->findChild<SpecialLineEdit *>();
-    QVERIFY(editor);
-    editor->setText(QStringLiteral("A"));
-    QTest::keyClicks(editor, QStringLiteral("\"B\""));
-    QVERIFY(editor);
-    QCOMPARE(editor->text(), QStringLiteral("AB"));
-    QCOMPARE(m_table->currentIndex().row(), 0);
-}
-
-void TestFileViews::editorTellsHowItEnds_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("finished");
-    QTest::addColumn<int>("escaped");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("return") << int(Qt::Key_Return) << 1 << 0 << QStringLiteral("new");
-    QTest::newRow("esc") << int(Qt::Key_Escape) << 0 << 1 << QStringLiteral("Anna");
-}
-
-void TestFileViews::editorTellsHowItEnds()
-{
-    QFETCH(int, key);
-    QFETCH(int, finished);
-    QFETCH(int, escaped);
-    QFETCH(QString, text);
-    QSignalSpy finishedSpy(m_delegate, &Delegate::finishedEditing);
-    QSignalSpy escapedSpy(m_delegate, &Delegate::escPressed);
-    m_table->edit(m_model.index(0, 1));
-    QPointer<SpecialLineEdit> editor = m_table->findChild<SpecialLineEdit *>();
-    QVERIFY(editor);
-    editor->setText(QStringLiteral("new"));
-    QTest::keyClick(editor.data(), Qt::Key(key));
-    QTRY_VERIFY(!editor);
-    QCOMPARE(finishedSpy.size(), finished);
-    QCOMPARE(escapedSpy.size(), escaped);
-    QCOMPARE(m_model.item(0, 1)->text(), text);
-}
 
 QTEST_MAIN(TestFileViews)
 #include "tst_fileviews.moc"

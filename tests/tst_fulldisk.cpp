@@ -16,9 +16,8 @@ namespace {
 const char *const variable = "VORNA_SMALL_DISK";
 constexpr qint64 mebibyte = 1 << 20;
 
-const QString fullBox =
-    QStringLiteral("Error Accessing Database: An error has occurred accessing the database. "
-                   "The database is full.");
+const QString fullBox = "Error Accessing Database: An error has occurred accessing the database. "
+                        "The database is full."_s;
 
 } // namespace
 
@@ -31,21 +30,106 @@ class TestFullDisk : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void batchIsRolledBack_data();
-    void batchIsRolledBack();
-    void newDatabaseWithoutRoom();
+    void init()
+    {
+        m_disk = QString::fromLocal8Bit(qgetenv(variable));
+        if (m_disk.isEmpty())
+            QSKIP("VORNA_SMALL_DISK names no folder.");
+        if (QStorageInfo(m_disk).bytesAvailable() > 200 * mebibyte)
+            QSKIP("VORNA_SMALL_DISK has too much room.");
+        m_fixture = std::make_unique<WindowFixture>();
+        m_fixture->answerBoxes([](const Messages::Box &) { return Messages::Answer{QMessageBox::Ok, -1}; });
+        QVERIFY(QFile::copy(m_fixture->makeDatabase("new.vrn"_s), onDisk("x.vrn"_s)));
+        QVERIFY(m_fixture->window().openDatabase(DBDetails::local(onDisk("x.vrn"_s))));
+    }
+
+    void cleanup()
+    {
+        m_fixture.reset();
+        for (const char *name : {"x.vrn", "x.vrn-journal", "new.vrn", "filler", "bystander"})
+            QFile::remove(onDisk(QLatin1String(name)));
+    }
+
+    void batchIsRolledBack_data()
+    {
+        addColumns<int, qint64, bool>("count", "size", "isExternal");
+        // More than the cache of the connection, so that it fails in the middle; and less, so that the commit
+        // fails.
+        addRow("many small ones", 3000, qint64(40000), false);
+        addRow("a large one", 1, 120 * mebibyte, false);
+        addRow("fails at the end", 30, mebibyte, false);
+        addRow("external ones", 20000, qint64(0), true);
+    }
+
+    void batchIsRolledBack()
+    {
+        QFETCH(int, count);
+        QFETCH(qint64, size);
+        QFETCH(bool, isExternal);
+        QFile bystander(onDisk("bystander"_s));
+        QVERIFY(bystander.open(QIODevice::WriteOnly) && bystander.write(QByteArray(70000, 'b')) == 70000);
+        bystander.close();
+        QDir().mkdir(m_fixture->path("in"_s));
+        for (int i = 0; i < count; ++i) {
+            const QByteArray head = QByteArray::number(i);
+            m_fixture->write("in/%1 %2.dat"_s.arg(i).arg(QString(isExternal ? 100 : 1, QLatin1Char('n'))),
+                             head + QByteArray(int(size), 'c'));
+        }
+        AddingSettings::setLinkToFiles(isExternal);
+        add(m_fixture->write("first.txt"_s, "kept"));
+        QCOMPARE(fileCount(), 1);
+        if (isExternal)
+            fillDisk(mebibyte);
+
+        add(m_fixture->path("in"_s));
+        QCOMPARE(m_fixture->takeBoxes(), QStringList{fullBox});
+        QCOMPARE(fileCount(), 1);
+        QCOMPARE(tagCount(), 0);
+        QCOMPARE(integrity(), "ok"_s);
+        QVERIFY(!QFile::exists(onDisk("x.vrn-journal"_s)));
+        QCOMPARE(WindowFixture::read(bystander.fileName()), QByteArray(70000, 'b'));
+
+        // With room again, all goes on, and a new opening finds the same.
+        QFile::remove(onDisk("filler"_s));
+        add(m_fixture->write("second.txt"_s, "also kept"));
+        QCOMPARE(fileCount(), 2);
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        QVERIFY(m_fixture->window().openDatabase(DBDetails::local(onDisk("x.vrn"_s))));
+        QCOMPARE(fileCount(), 2);
+    }
+
+    void newDatabaseWithoutRoom()
+    {
+        fillDisk(0);
+        m_fixture->chooseFile(onDisk("new.vrn"_s));
+        m_fixture->window().newDatabase();
+        QCOMPARE(m_fixture->takeBoxes(),
+                 QStringList{"Failed to create database: A database could not be created at this place."_s});
+        QVERIFY(!QFile::exists(onDisk("new.vrn"_s)));
+        QCOMPARE(m_fixture->openPath(), onDisk("x.vrn"_s));
+    }
 
 private:
     QString onDisk(const QString &name) const { return m_disk + QLatin1Char('/') + name; }
-    void fillDisk(qint64 left);
+
+    void fillDisk(qint64 left)
+    {
+        QFile filler(onDisk("filler"_s));
+        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        for (qint64 chunk = mebibyte; chunk >= 4096; chunk /= 2) {
+            while (QStorageInfo(m_disk).bytesAvailable() >= left + chunk) {
+                if (filler.write(QByteArray(int(chunk), 'f')) < chunk)
+                    break;
+            }
+        }
+    }
+
     MainViewController *files() { return m_fixture->window().collection()->mainViewController(); }
     int fileCount() { return files()->contentsModel()->rowCount(); }
     int tagCount() { return m_fixture->window().collection()->tagsController()->tableModel()->rowCount(); }
     QString integrity()
     {
-        QSqlQuery query(QStringLiteral("PRAGMA integrity_check"));
+        QSqlQuery query("PRAGMA integrity_check"_s);
         return query.next() ? query.value(0).toString() : QString();
     }
     /** Until the operation is through. */
@@ -60,101 +144,6 @@ private:
     std::unique_ptr<WindowFixture> m_fixture;
     QString m_disk;
 };
-
-void TestFullDisk::init()
-{
-    m_disk = QString::fromLocal8Bit(qgetenv(variable));
-    if (m_disk.isEmpty())
-        QSKIP("VORNA_SMALL_DISK names no folder.");
-    if (QStorageInfo(m_disk).bytesAvailable() > 200 * mebibyte)
-        QSKIP("VORNA_SMALL_DISK has too much room.");
-    m_fixture = std::make_unique<WindowFixture>();
-    m_fixture->answerBoxes([](const Messages::Box &) { return Messages::Answer{QMessageBox::Ok, -1}; });
-    QVERIFY(QFile::copy(m_fixture->makeDatabase(QStringLiteral("new.vrn")), onDisk(QStringLiteral("x.vrn"))));
-    QVERIFY(m_fixture->window().openDatabase(DBDetails::local(onDisk(QStringLiteral("x.vrn")))));
-}
-
-void TestFullDisk::cleanup()
-{
-    m_fixture.reset();
-    for (const char *name : {"x.vrn", "x.vrn-journal", "new.vrn", "filler", "bystander"})
-        QFile::remove(onDisk(QLatin1String(name)));
-}
-
-void TestFullDisk::fillDisk(qint64 left)
-{
-    QFile filler(onDisk(QStringLiteral("filler")));
-    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    for (qint64 chunk = mebibyte; chunk >= 4096; chunk /= 2) {
-        while (QStorageInfo(m_disk).bytesAvailable() >= left + chunk) {
-            if (filler.write(QByteArray(int(chunk), 'f')) < chunk)
-                break;
-        }
-    }
-}
-
-void TestFullDisk::batchIsRolledBack_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<qint64>("size");
-    QTest::addColumn<bool>("isExternal");
-    // More than the cache of the connection, so that it fails in the middle; and less, so that the commit
-    // fails.
-    QTest::newRow("many small ones") << 3000 << qint64(40000) << false;
-    QTest::newRow("a large one") << 1 << 120 * mebibyte << false;
-    QTest::newRow("fails at the end") << 30 << mebibyte << false;
-    QTest::newRow("external ones") << 20000 << qint64(0) << true;
-}
-
-void TestFullDisk::batchIsRolledBack()
-{
-    QFETCH(int, count);
-    QFETCH(qint64, size);
-    QFETCH(bool, isExternal);
-    QFile bystander(onDisk(QStringLiteral("bystander")));
-    QVERIFY(bystander.open(QIODevice::WriteOnly) && bystander.write(QByteArray(70000, 'b')) == 70000);
-    bystander.close();
-    QDir().mkdir(m_fixture->path(QStringLiteral("in")));
-    for (int i = 0; i < count; ++i) {
-        const QByteArray head = QByteArray::number(i);
-        m_fixture->write(
-            QStringLiteral("in/%1 %2.dat").arg(i).arg(QString(isExternal ? 100 : 1, QLatin1Char('n'))),
-            head + QByteArray(int(size), 'c'));
-    }
-    AddingSettings::setLinkToFiles(isExternal);
-    add(m_fixture->write(QStringLiteral("first.txt"), "kept"));
-    QCOMPARE(fileCount(), 1);
-    if (isExternal)
-        fillDisk(mebibyte);
-
-    add(m_fixture->path(QStringLiteral("in")));
-    QCOMPARE(m_fixture->takeBoxes(), QStringList{fullBox});
-    QCOMPARE(fileCount(), 1);
-    QCOMPARE(tagCount(), 0);
-    QCOMPARE(integrity(), QStringLiteral("ok"));
-    QVERIFY(!QFile::exists(onDisk(QStringLiteral("x.vrn-journal"))));
-    QCOMPARE(WindowFixture::read(bystander.fileName()), QByteArray(70000, 'b'));
-
-    // With room again, all goes on, and a new opening finds the same.
-    QFile::remove(onDisk(QStringLiteral("filler")));
-    add(m_fixture->write(QStringLiteral("second.txt"), "also kept"));
-    QCOMPARE(fileCount(), 2);
-    QCOMPARE(m_fixture->takeBoxes(), QStringList());
-    QVERIFY(m_fixture->window().openDatabase(DBDetails::local(onDisk(QStringLiteral("x.vrn")))));
-    QCOMPARE(fileCount(), 2);
-}
-
-void TestFullDisk::newDatabaseWithoutRoom()
-{
-    fillDisk(0);
-    m_fixture->chooseFile(onDisk(QStringLiteral("new.vrn")));
-    m_fixture->window().newDatabase();
-    QCOMPARE(m_fixture->takeBoxes(),
-             QStringList{QStringLiteral(
-                 "Failed to create database: A database could not be created at this place.")});
-    QVERIFY(!QFile::exists(onDisk(QStringLiteral("new.vrn"))));
-    QCOMPARE(m_fixture->openPath(), onDisk(QStringLiteral("x.vrn")));
-}
 
 QTEST_MAIN(TestFullDisk)
 #include "tst_fulldisk.moc"

@@ -1,271 +1,149 @@
 #include "db/postgresqueryconstructor.h"
 #include "db/sqlitequeryconstructor.h"
+#include "tests/support/text.h"
 
 #include <QtTest>
 
-#include <functional>
-
-using Call = std::function<QStringList(const AbstractQueryConstructor &)>;
-Q_DECLARE_METATYPE(Call)
-
 namespace {
-QString text(const char *literal)
+
+using Constructor = const AbstractQueryConstructor &;
+
+const QString t = "t"_s;
+const QStringList ab = {"a"_s, "b"_s};
+
+/** Makes rows of what a constructor says, beside what it should say in its dialect. */
+struct Rows
 {
-    return QString::fromLatin1(literal);
+    void operator()(const char *name, const QStringList &made, const QStringList &sqlite,
+                    const QStringList &postgres) const
+    {
+        QTest::addRow("%s, %s", isSqlite ? "sqlite" : "postgres", name)
+            << made << (isSqlite ? sqlite : postgres);
+    }
+    /** One statement, which both dialects write alike unless the last text is given. */
+    void operator()(const char *name, const QString &made, const char *sqlite,
+                    const char *postgres = nullptr) const
+    {
+        (*this)(name, QStringList{made}, {QString::fromUtf8(sqlite)},
+                {QString::fromUtf8(postgres ? postgres : sqlite)});
+    }
+
+    bool isSqlite;
+};
+
+void addSelectsAndClauses(Constructor c, const Rows &row)
+{
+    row("select", c.selectQuery(ab, t, false), "SELECT  a,b FROM t");
+    row("select distinct", c.selectQuery(ab, t, true), "SELECT DISTINCT a,b FROM t");
+    row("select from a text with a place", c.selectQuery({"'%3'"_s}, "(%1)"_s, false),
+        "SELECT  '%3' FROM (%1)");
+    row("count", c.countQuery("a"_s, t, false), "SELECT  COUNT(a) FROM t");
+    row("count distinct", c.countQuery("a"_s, t, true), "SELECT DISTINCT COUNT(a) FROM t");
+    row("where", c.whereClause("a='%1'"_s), " WHERE a='%1'");
+    row("and", c.logicalOperator(AndOperator), " AND ");
+    row("or", c.logicalOperator(OrOperator), " OR ");
+    row("not", c.logicalOperator(NotOperator), " NOT ");
+    row("no operator", c.logicalOperator(NoOperator), "");
+    row("in", c.inClause("id"_s, {"1"_s, "it's"_s, "%1"_s}), " id IN ('1', 'it''s', '%1')");
+    row("group by", c.groupByClause(ab), " GROUP BY a,b");
+    row("end", c.statementEnd(), ";");
 }
 
-QStringList list(std::initializer_list<const char *> literals)
+void addWrites(Constructor c, const Rows &row)
 {
-    QStringList result;
-    for (const char *literal : literals)
-        result.append(text(literal));
-    return result;
+    row("insert of two rows", c.insertQuery(ab, t, {{"1"_s, "2"_s}, {"3"_s, "4"_s}}),
+        "INSERT INTO t ('a','b') VALUES ('1', '2'),('3', '4')",
+        "INSERT INTO t (\"a\",\"b\") VALUES ('1', '2'),('3', '4')");
+    row("insert in the table's order", c.insertQuery({}, t, {QStringList{"1"_s, QString()}}),
+        "INSERT INTO t VALUES ('1', '')");
+    row("insert without rows", c.insertQuery({}, t, {}), "INSERT INTO t VALUES ");
+    row("insert of hostile values",
+        c.insertQuery({}, t, {QStringList{"O'Brien"_s, "%1 \\"_s, "x\" --"_s}, {"a"_s, "b"_s, "c"_s}}),
+        "INSERT INTO t VALUES ('O''Brien', '%1 \\', 'x\" --'),('a', 'b', 'c')");
+    row("update", c.updateQuery(ab, t, {"1"_s, "O'N"_s}), "UPDATE t SET 'a' = '1','b' = 'O''N'",
+        "UPDATE t SET \"a\" = '1',\"b\" = 'O''N'");
+    row("update of fewer values than columns", c.updateQuery(ab + QStringList{"c"_s}, t, {"1"_s, "2"_s}),
+        "UPDATE t SET 'a' = '1','b' = '2'", "UPDATE t SET \"a\" = '1',\"b\" = '2'");
+    row("update without values", c.updateQuery(ab, t, {}), "");
+    row("delete", c.deleteQuery(t), "DELETE FROM t ");
 }
+
+void addJoins(Constructor c, const Rows &row)
+{
+    const auto join = [&](JoinKind kind) { return c.joinQuery(kind, "tags"_s, "a=b"_s); };
+    row("plain join", join(PlainJoin), "  JOIN tags ON a=b");
+    row("inner join", join(InnerJoin), "  INNER JOIN tags ON a=b");
+    row("left join", join(LeftJoin), "  LEFT JOIN tags ON a=b");
+    row("left outer join", join(LeftOuterJoin), "  LEFT OUTER JOIN tags ON a=b");
+    row("right join", join(RightJoin), "  JOIN tags ON a=b", "  RIGHT JOIN tags ON a=b");
+    row("simple join", join(SimpleJoin), "  JOIN tags ON a=b");
+    row("full outer join", join(FullOuterJoin), "  JOIN tags ON a=b", "  FULL OUTER JOIN tags ON a=b");
+    row("natural join", join(NaturalJoin), "  NATURAL JOIN tags WHERE a=b");
+}
+
+void addKeysAndConstraints(Constructor c, const Rows &row)
+{
+    row("last id", c.lastIdQuery("tag_id"_s), "select last_insert_rowid() as tag_id;", "");
+    row("highest id", c.maxIdQuery("load_id"_s, "files"_s), " SELECT IFNULL(max(load_id)+1, 1) FROM files ",
+        " SELECT coalesce(max(load_id)+1, 1) FROM files ");
+    row("next id", c.nextIdQuery("storage_id"_s, "storage"_s),
+        " SELECT IFNULL(max(storage_id)+1, 1) FROM storage ", " SELECT nextval('storage_storage_id_seq') ");
+    const QStringList columns = {"a INTEGER"_s, "b TEXT"_s};
+    const QStringList rebuild = {"CREATE TABLE tnew (a INTEGER, b TEXT);"_s,
+                                 "INSERT INTO tnew SELECT * FROM t;"_s, "DROP TABLE t;"_s,
+                                 "ALTER TABLE tnew RENAME TO t;"_s};
+    const QString dropped = "ALTER TABLE t DROP CONSTRAINT c;"_s;
+    row("drop constraint", c.dropConstraintQueries(t, "c"_s, columns), rebuild, {dropped});
+    row("add constraint", c.addConstraintQueries(t, "c"_s, "CHECK (a>0)"_s, columns), rebuild,
+        {dropped, "ALTER TABLE t ADD CONSTRAINT c CHECK (a>0);"_s});
+    row("constraint exists", c.constraintExistsQuery(t, "c"_s), "",
+        "select * from information_schema.table_constraints where table_name='t' and constraint_name='c';");
+    row("constraint definition", c.constraintDefinitionQuery(t, "c"_s), "",
+        "SELECT pg_get_expr(conbin, conrelid) FROM pg_constraint WHERE conrelid =  (SELECT oid FROM pg_class "
+        "WHERE relname LIKE 't' and conname='c');");
+}
+
 } // namespace
 
-/** The texts of both dialects side by side: one row is one call. */
+/** The texts of both dialects, a row a call. */
 class TestQueryConstructors : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void texts_data();
-    void texts();
-    void callersValuesStay();
-
-private:
-    void addRow(const char *name, const Call &call, const QStringList &sqlite, const QStringList &postgres);
-    /** A row of one statement, which both dialects write alike unless the last text is given. */
-    void addOne(const char *name, const std::function<QString(const AbstractQueryConstructor &)> &call,
-                const char *sqlite, const char *postgres = nullptr);
-    void addSelects();
-    void addWrites();
-    void addJoins();
-    void addClauses();
-    void addKeys();
-    void addConstraints();
-};
-
-using Constructor = const AbstractQueryConstructor &;
-
-void TestQueryConstructors::addRow(const char *name, const Call &call, const QStringList &sqlite,
-                                   const QStringList &postgres)
-{
-    QTest::newRow(name) << call << sqlite << postgres;
-}
-
-void TestQueryConstructors::addOne(const char *name, const std::function<QString(Constructor)> &call,
-                                   const char *sqlite, const char *postgres)
-{
-    addRow(name, [call](Constructor c) { return QStringList{call(c)}; }, {text(sqlite)},
-           {text(postgres ? postgres : sqlite)});
-}
-
-void TestQueryConstructors::addSelects()
-{
-    addOne(
-        "select",
-        [](Constructor c) {
-            return c.selectQuery(list({"a", "b"}), text("t"), false);
-        },
-        "SELECT  a,b FROM t");
-    addOne(
-        "select distinct",
-        [](Constructor c) {
-            return c.selectQuery(list({"a", "b"}), text("t"), true);
-        },
-        "SELECT DISTINCT a,b FROM t");
-    addOne(
-        "select from a text with a place",
-        [](Constructor c) { return c.selectQuery(list({"'%3'"}), text("(%1)"), false); },
-        "SELECT  '%3' FROM (%1)");
-    addOne(
-        "count", [](Constructor c) { return c.countQuery(text("a"), text("t"), false); },
-        "SELECT  COUNT(a) FROM t");
-    addOne(
-        "count distinct", [](Constructor c) { return c.countQuery(text("a"), text("t"), true); },
-        "SELECT DISTINCT COUNT(a) FROM t");
-}
-
-void TestQueryConstructors::addWrites()
-{
-    addOne(
-        "insert of two rows",
-        [](Constructor c) {
-            return c.insertQuery(list({"a", "b"}), text("t"), {list({"1", "2"}), list({"3", "4"})});
-        },
-        "INSERT INTO t ('a','b') VALUES ('1', '2'),('3', '4')",
-        "INSERT INTO t (\"a\",\"b\") VALUES ('1', '2'),('3', '4')");
-    addOne(
-        "insert in the table's order",
-        [](Constructor c) {
-            return c.insertQuery({}, text("t"), {list({"1", ""})});
-        },
-        "INSERT INTO t VALUES ('1', '')");
-    addOne(
-        "insert without rows", [](Constructor c) { return c.insertQuery({}, text("t"), {}); },
-        "INSERT INTO t VALUES ");
-    addOne(
-        "insert of hostile values",
-        [](Constructor c) {
-            return c.insertQuery({}, text("t"),
-                                 {list({"O'Brien", "%1 \\", "x\" --"}), list({"a", "b", "c"})});
-        },
-        "INSERT INTO t VALUES ('O''Brien', '%1 \\', 'x\" --'),('a', 'b', 'c')");
-    addOne(
-        "update",
-        [](Constructor c) {
-            return c.updateQuery(list({"a", "b"}), text("t"), list({"1", "O'N"}));
-        },
-        "UPDATE t SET 'a' = '1','b' = 'O''N'", "UPDATE t SET \"a\" = '1',\"b\" = 'O''N'");
-    addOne(
-        "update of fewer values than columns",
-        [](Constructor c) {
-            return c.updateQuery(list({"a", "b", "c"}), text("t"), list({"1", "2"}));
-        },
-        "UPDATE t SET 'a' = '1','b' = '2'", "UPDATE t SET \"a\" = '1',\"b\" = '2'");
-    addOne(
-        "update without values", [](Constructor c) { return c.updateQuery(list({"a"}), text("t"), {}); }, "");
-    addOne(
-        "delete", [](Constructor c) { return c.deleteQuery(text("t")); }, "DELETE FROM t ");
-}
-
-void TestQueryConstructors::addJoins()
-{
-    struct Row
+    void texts_data()
     {
-        JoinKind kind;
-        const char *name;
-        const char *sqlite;
-        const char *postgres;
-    };
-    static const Row rows[] = {
-        {PlainJoin, "plain join", "  JOIN tags ON a=b", "  JOIN tags ON a=b"},
-        {InnerJoin, "inner join", "  INNER JOIN tags ON a=b", "  INNER JOIN tags ON a=b"},
-        {LeftJoin, "left join", "  LEFT JOIN tags ON a=b", "  LEFT JOIN tags ON a=b"},
-        {LeftOuterJoin, "left outer join", "  LEFT OUTER JOIN tags ON a=b", "  LEFT OUTER JOIN tags ON a=b"},
-        {RightJoin, "right join", "  JOIN tags ON a=b", "  RIGHT JOIN tags ON a=b"},
-        {SimpleJoin, "simple join", "  JOIN tags ON a=b", "  JOIN tags ON a=b"},
-        {FullOuterJoin, "full outer join", "  JOIN tags ON a=b", "  FULL OUTER JOIN tags ON a=b"},
-        {NaturalJoin, "natural join", "  NATURAL JOIN tags WHERE a=b", "  NATURAL JOIN tags WHERE a=b"},
-    };
-    for (const Row &row : rows) {
-        const JoinKind kind = row.kind;
-        addOne(
-            row.name, [kind](Constructor c) { return c.joinQuery(kind, text("tags"), text("a=b")); },
-            row.sqlite, row.postgres);
+        addColumns<QStringList, QStringList>("made", "expected");
+        const SqliteQueryConstructor sqlite;
+        const PostgresQueryConstructor postgres;
+        for (Constructor c :
+             {std::cref<AbstractQueryConstructor>(sqlite), std::cref<AbstractQueryConstructor>(postgres)}) {
+            const Rows row{&c == &sqlite};
+            addSelectsAndClauses(c, row);
+            addWrites(c, row);
+            addJoins(c, row);
+            addKeysAndConstraints(c, row);
+        }
     }
-}
 
-void TestQueryConstructors::addClauses()
-{
-    addOne(
-        "where", [](Constructor c) { return c.whereClause(text("a='%1'")); }, " WHERE a='%1'");
-    addOne(
-        "and", [](Constructor c) { return c.logicalOperator(AndOperator); }, " AND ");
-    addOne(
-        "or", [](Constructor c) { return c.logicalOperator(OrOperator); }, " OR ");
-    addOne(
-        "not", [](Constructor c) { return c.logicalOperator(NotOperator); }, " NOT ");
-    addOne(
-        "no operator", [](Constructor c) { return c.logicalOperator(NoOperator); }, "");
-    addOne(
-        "in",
-        [](Constructor c) {
-            return c.inClause(text("id"), list({"1", "it's", "%1"}));
-        },
-        " id IN ('1', 'it''s', '%1')");
-    addOne(
-        "group by",
-        [](Constructor c) {
-            return c.groupByClause(list({"a", "b"}));
-        },
-        " GROUP BY a,b");
-    addOne(
-        "end", [](Constructor c) { return c.statementEnd(); }, ";");
-    addRow(
-        "reserved operations",
-        [](Constructor c) {
-            return QStringList{c.reservedQueryA(text("a"), text("b")), c.reservedQueryB(text("a"), text("b")),
-                               c.reservedQueryC(text("a"))};
-        },
-        list({"", "", ""}), list({"", "", ""}));
-}
+    void texts()
+    {
+        QFETCH(QStringList, made);
+        QTEST(made, "expected");
+    }
 
-void TestQueryConstructors::addKeys()
-{
-    addOne(
-        "last id", [](Constructor c) { return c.lastIdQuery(text("tag_id")); },
-        "select last_insert_rowid() as tag_id;", "");
-    addOne(
-        "highest id", [](Constructor c) { return c.maxIdQuery(text("load_id"), text("files")); },
-        " SELECT IFNULL(max(load_id)+1, 1) FROM files ", " SELECT coalesce(max(load_id)+1, 1) FROM files ");
-    addOne(
-        "next id", [](Constructor c) { return c.nextIdQuery(text("storage_id"), text("storage")); },
-        " SELECT IFNULL(max(storage_id)+1, 1) FROM storage ", " SELECT nextval('storage_storage_id_seq') ");
-}
-
-void TestQueryConstructors::addConstraints()
-{
-    const QStringList rebuild =
-        list({"CREATE TABLE tnew (a INTEGER, b TEXT);", "INSERT INTO tnew SELECT * FROM t;", "DROP TABLE t;",
-              "ALTER TABLE tnew RENAME TO t;"});
-    addRow(
-        "drop constraint",
-        [](Constructor c) {
-            return c.dropConstraintQueries(text("t"), text("c"), list({"a INTEGER", "b TEXT"}));
-        },
-        rebuild, list({"ALTER TABLE t DROP CONSTRAINT c;"}));
-    addRow(
-        "add constraint",
-        [](Constructor c) {
-            return c.addConstraintQueries(text("t"), text("c"), text("CHECK (a>0)"),
-                                          list({"a INTEGER", "b TEXT"}));
-        },
-        rebuild, list({"ALTER TABLE t DROP CONSTRAINT c;", "ALTER TABLE t ADD CONSTRAINT c CHECK (a>0);"}));
-    addOne(
-        "constraint exists", [](Constructor c) { return c.constraintExistsQuery(text("t"), text("c")); }, "",
-        "select * from information_schema.table_constraints where table_name='t' and constraint_name='c';");
-    addOne(
-        "constraint definition",
-        [](Constructor c) { return c.constraintDefinitionQuery(text("t"), text("c")); }, "",
-        "SELECT pg_get_expr(conbin, conrelid) FROM pg_constraint WHERE conrelid =  (SELECT oid FROM pg_class "
-        "WHERE relname LIKE 't' and conname='c');");
-}
-
-void TestQueryConstructors::texts_data()
-{
-    QTest::addColumn<Call>("call");
-    QTest::addColumn<QStringList>("sqlite");
-    QTest::addColumn<QStringList>("postgres");
-    addSelects();
-    addWrites();
-    addJoins();
-    addClauses();
-    addKeys();
-    addConstraints();
-}
-
-void TestQueryConstructors::texts()
-{
-    QFETCH(Call, call);
-    QFETCH(QStringList, sqlite);
-    QFETCH(QStringList, postgres);
-    QCOMPARE(call(SqliteQueryConstructor()), sqlite);
-    QCOMPARE(call(PostgresQueryConstructor()), postgres);
-}
-
-void TestQueryConstructors::callersValuesStay()
-{
-    const QStringList values{QStringLiteral("O'Brien")};
-    const QVector<QStringList> rows{values};
-    const SqliteQueryConstructor constructor;
-    constructor.insertQuery({}, QStringLiteral("t"), rows);
-    constructor.updateQuery({QStringLiteral("a")}, QStringLiteral("t"), values);
-    constructor.inClause(QStringLiteral("a"), values);
-    QCOMPARE(values.first(), QStringLiteral("O'Brien"));
-    QCOMPARE(rows.first(), values);
-}
+    void callersValuesStay()
+    {
+        const QStringList values{"O'Brien"_s};
+        const QVector<QStringList> rows{values};
+        const SqliteQueryConstructor constructor;
+        constructor.insertQuery({}, t, rows);
+        constructor.updateQuery({"a"_s}, t, values);
+        constructor.inClause("a"_s, values);
+        QCOMPARE(values.first(), "O'Brien"_s);
+        QCOMPARE(rows.first(), values);
+    }
+};
 
 QTEST_APPLESS_MAIN(TestQueryConstructors)
 #include "tst_queryconstructors.moc"

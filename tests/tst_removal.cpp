@@ -1,5 +1,5 @@
 #include "core/providers/tagremoval.h"
-#include "support/localdatabase.h"
+#include "tests/support/database.h"
 
 #include <QtTest>
 
@@ -7,66 +7,14 @@
 
 using Ids = QVector<qint64>;
 
-/** Removals that touch several tables: what goes, what moves, and that a failure changes nothing. */
-class TestRemoval : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void init();
-    void cleanup() { m_database.reset(); }
-
-    void tagsTakeAllAlong();
-    void unknownNodesGoToo_data();
-    void unknownNodesGoToo();
-    void nodesAlone();
-    void failureLeavesEverything_data();
-    void failureLeavesEverything();
-    void manyTags();
-
-private:
-    QStringList contents() const;
-
-    std::unique_ptr<LocalDatabase> m_database;
-};
-
-/** Tags 1, 2, 3; the tree 1(tag 1) > 2(tag 2) > 3(tag 2) > 4(tag 3); node 3 linked to one of two folders. */
-void TestRemoval::init()
-{
-    m_database = std::make_unique<LocalDatabase>();
-    QVERIFY(m_database->isReady());
-    for (const char *statement :
-         {"INSERT INTO tags VALUES (1,'a','',0,NULL),(2,'b','',0,NULL),(3,'c','',0,NULL)",
-          "INSERT INTO file_tag VALUES (10,1),(10,2),(11,2)", "INSERT INTO tag_groups VALUES (5,'g')",
-          "INSERT INTO tag_group_links VALUES (1,5),(2,5)",
-          "INSERT INTO tb_nodes VALUES (1,1,1,0),(2,2,1,0),(3,2,1,0),(4,3,1,0)",
-          "INSERT INTO tb_node_links VALUES (0,1),(1,2),(2,3),(3,4)",
-          "INSERT INTO tb_autolinks VALUES ('x','/x','x'),('y','/y','y')",
-          "INSERT INTO tb_nodes_autolinks VALUES ('x',3),('y',1)",
-          "INSERT INTO tag_relationships VALUES ('1'),('1.2'),('1.2.3'),('2'),('3'),('12'),('3.22')"})
-        QVERIFY2(m_database->run(statement), statement);
-}
-
-QStringList TestRemoval::contents() const
-{
-    QStringList result;
-    for (const char *statement :
-         {"SELECT 'tag',tag_id FROM tags", "SELECT 'file',* FROM file_tag",
-          "SELECT 'group',* FROM tag_group_links", "SELECT 'node',node_id FROM tb_nodes",
-          "SELECT 'link',* FROM tb_node_links", "SELECT 'folder',link_id FROM tb_autolinks",
-          "SELECT 'linked',* FROM tb_nodes_autolinks", "SELECT 'path',* FROM tag_relationships ORDER BY 2"})
-        result += m_database->rows(statement);
-    return result;
-}
-
 static TagRemovalPlan planOfTagTwo()
 {
     TagRemovalPlan plan;
     plan.tagIds = Ids{2};
     plan.removedNodeIds = Ids{2, 3};
     plan.newParents = {{1, {4}}};
-    plan.removedAutolinks = QStringList({QStringLiteral("x")});
-    plan.removedPaths = QStringList({QStringLiteral("1.2"), QStringLiteral("1.2.3"), QStringLiteral("2")});
+    plan.removedAutolinks = QStringList({"x"_s});
+    plan.removedPaths = QStringList({"1.2"_s, "1.2.3"_s, "2"_s});
     return plan;
 }
 
@@ -82,94 +30,135 @@ static QStringList texts(const char *const *begin, const char *const *end)
     return result;
 }
 
-void TestRemoval::tagsTakeAllAlong()
+/** Removals that touch several tables: what goes, what moves, and that a failure changes nothing. */
+class TestRemoval : public QObject
 {
-    TagRemover remover(m_database->constructor());
-    QVERIFY(remover.run(planOfTagTwo()));
-    QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
-}
+    Q_OBJECT
 
-void TestRemoval::unknownNodesGoToo_data()
-{
-    QTest::addColumn<Ids>("known");
-    QTest::addColumn<qint64>("newParent");
-    QTest::newRow("none known") << Ids{} << qint64(-1);
-    QTest::newRow("the lower known") << Ids{3} << qint64(2);
-    QTest::newRow("the upper known") << Ids{2} << qint64(-1);
-}
+private slots:
+    /** Tags 1, 2, 3; the tree 1(tag 1) > 2(tag 2) > 3(tag 2) > 4(tag 3); node 3 linked to one of two folders.
+     */
+    void init()
+    {
+        m_database = std::make_unique<LocalDatabase>();
+        for (const char *statement :
+             {"INSERT INTO tags VALUES (1,'a','',0,NULL),(2,'b','',0,NULL),(3,'c','',0,NULL)",
+              "INSERT INTO file_tag VALUES (10,1),(10,2),(11,2)", "INSERT INTO tag_groups VALUES (5,'g')",
+              "INSERT INTO tag_group_links VALUES (1,5),(2,5)",
+              "INSERT INTO tb_nodes VALUES (1,1,1,0),(2,2,1,0),(3,2,1,0),(4,3,1,0)",
+              "INSERT INTO tb_node_links VALUES (0,1),(1,2),(2,3),(3,4)",
+              "INSERT INTO tb_autolinks VALUES ('x','/x','x'),('y','/y','y')",
+              "INSERT INTO tb_nodes_autolinks VALUES ('x',3),('y',1)",
+              "INSERT INTO tag_relationships VALUES ('1'),('1.2'),('1.2.3'),('2'),('3'),('12'),('3.22')"})
+            QVERIFY2(m_database->run(statement), statement);
+    }
 
-void TestRemoval::unknownNodesGoToo()
-{
-    QFETCH(Ids, known);
-    QFETCH(qint64, newParent);
-    TagRemovalPlan plan = planOfTagTwo();
-    plan.removedNodeIds = known;
-    plan.removedPaths.clear();
-    plan.newParents.clear();
-    if (newParent > 0)
-        plan.newParents.append({newParent, {4}});
-    if (known == Ids{2})
-        plan.newParents.append({1, {3}});
-    TagRemover remover(m_database->constructor());
-    QVERIFY(remover.run(plan));
-    QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
-}
+    void cleanup() { m_database.reset(); }
 
-void TestRemoval::nodesAlone()
-{
-    NodeRemovalPlan plan;
-    plan.removedNodeIds = Ids{1};
-    plan.newParents = {{0, {2}}};
-    NodeRemover remover(m_database->constructor());
-    QVERIFY(remover.run(plan));
-    QCOMPARE(m_database->rows("SELECT parent_id,child_id FROM tb_node_links ORDER BY 2"),
-             QStringList({QStringLiteral("0|2"), QStringLiteral("2|3"), QStringLiteral("3|4")}));
-    QCOMPARE(m_database->value("SELECT count(*) FROM tags"), QStringLiteral("3"));
-    QCOMPARE(m_database->value("SELECT link_id FROM tb_nodes_autolinks"), QStringLiteral("x"));
-    QCOMPARE(m_database->value("SELECT count(*) FROM tb_autolinks"), QStringLiteral("2"));
-}
+    void tagsTakeAllAlong()
+    {
+        TagRemover remover(m_database->constructor());
+        QVERIFY(remover.run(planOfTagTwo()));
+        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
+    }
 
-void TestRemoval::failureLeavesEverything_data()
-{
-    QTest::addColumn<QString>("table");
-    for (const char *table : {"file_tag", "tag_group_links", "tb_nodes", "tb_node_links",
-                              "tb_nodes_autolinks", "tb_autolinks", "tag_relationships", "tags"})
-        QTest::newRow(table) << QString::fromLatin1(table);
-}
+    void unknownNodesGoToo_data()
+    {
+        addColumns<Ids, qint64>("known", "newParent");
+        addRow("none known", Ids{}, qint64(-1));
+        addRow("the lower known", Ids{3}, qint64(2));
+        addRow("the upper known", Ids{2}, qint64(-1));
+    }
 
-void TestRemoval::failureLeavesEverything()
-{
-    QFETCH(QString, table);
-    const QStringList before = contents();
-    const QString trigger =
-        QStringLiteral("CREATE TRIGGER no BEFORE DELETE ON %1 BEGIN SELECT raise(ABORT,'no'); END")
-            .arg(table);
-    QVERIFY(QSqlQuery().exec(trigger));
-    TagRemover remover(m_database->constructor());
-    const ErrorCount errors(remover);
-    QVERIFY(!remover.run(planOfTagTwo()));
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(contents(), before);
-    QVERIFY(QSqlQuery().exec(QStringLiteral("DROP TRIGGER no")));
-    QVERIFY(remover.run(planOfTagTwo()));
-    QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
-}
+    void unknownNodesGoToo()
+    {
+        QFETCH(Ids, known);
+        QFETCH(qint64, newParent);
+        TagRemovalPlan plan = planOfTagTwo();
+        plan.removedNodeIds = known;
+        plan.removedPaths.clear();
+        plan.newParents.clear();
+        if (newParent > 0)
+            plan.newParents.append({newParent, {4}});
+        if (known == Ids{2})
+            plan.newParents.append({1, {3}});
+        TagRemover remover(m_database->constructor());
+        QVERIFY(remover.run(plan));
+        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
+    }
 
-void TestRemoval::manyTags()
-{
-    QVERIFY(m_database->run("WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i+1 FROM n WHERE i<12099) "
+    void nodesAlone()
+    {
+        NodeRemovalPlan plan;
+        plan.removedNodeIds = Ids{1};
+        plan.newParents = {{0, {2}}};
+        NodeRemover remover(m_database->constructor());
+        QVERIFY(remover.run(plan));
+        QCOMPARE(m_database->rows("SELECT parent_id,child_id FROM tb_node_links ORDER BY 2"),
+                 QStringList({"0|2"_s, "2|3"_s, "3|4"_s}));
+        QCOMPARE(m_database->value("SELECT count(*) FROM tags"), "3"_s);
+        QCOMPARE(m_database->value("SELECT link_id FROM tb_nodes_autolinks"), "x"_s);
+        QCOMPARE(m_database->value("SELECT count(*) FROM tb_autolinks"), "2"_s);
+    }
+
+    void failureLeavesEverything_data()
+    {
+        QTest::addColumn<QString>("table");
+        for (const char *table : {"file_tag", "tag_group_links", "tb_nodes", "tb_node_links",
+                                  "tb_nodes_autolinks", "tb_autolinks", "tag_relationships", "tags"})
+            addRow(table, QString::fromLatin1(table));
+    }
+
+    void failureLeavesEverything()
+    {
+        QFETCH(QString, table);
+        const QStringList before = contents();
+        const QString trigger =
+            "CREATE TRIGGER no BEFORE DELETE ON %1 BEGIN SELECT raise(ABORT,'no'); END"_s.arg(table);
+        QVERIFY(QSqlQuery().exec(trigger));
+        TagRemover remover(m_database->constructor());
+        const ErrorCount errors(remover);
+        QVERIFY(!remover.run(planOfTagTwo()));
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(contents(), before);
+        QVERIFY(QSqlQuery().exec("DROP TRIGGER no"_s));
+        QVERIFY(remover.run(planOfTagTwo()));
+        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
+    }
+
+    void manyTags()
+    {
+        QVERIFY(
+            m_database->run("WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i+1 FROM n WHERE i<12099) "
                             "INSERT INTO tags SELECT i,'t','',0,NULL FROM n"));
-    QVERIFY(m_database->run("INSERT INTO tag_relationships SELECT tag_id FROM tags WHERE tag_id>=100"));
-    QVERIFY(m_database->run("INSERT INTO tb_nodes SELECT tag_id,tag_id,1,0 FROM tags WHERE tag_id>=100"));
-    QVERIFY(m_database->run("INSERT INTO tb_node_links SELECT 0,tag_id FROM tags WHERE tag_id>=100"));
-    QVERIFY(m_database->run("INSERT INTO file_tag SELECT 10,tag_id FROM tags WHERE tag_id>=100"));
-    TagRemovalPlan plan = planOfTagTwo();
-    for (qint64 id = 100; id < 12100; ++id)
-        plan.tagIds.append(id);
-    TagRemover remover(m_database->constructor());
-    QVERIFY(remover.run(plan));
-    QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
-}
+        QVERIFY(m_database->run("INSERT INTO tag_relationships SELECT tag_id FROM tags WHERE tag_id>=100"));
+        QVERIFY(m_database->run("INSERT INTO tb_nodes SELECT tag_id,tag_id,1,0 FROM tags WHERE tag_id>=100"));
+        QVERIFY(m_database->run("INSERT INTO tb_node_links SELECT 0,tag_id FROM tags WHERE tag_id>=100"));
+        QVERIFY(m_database->run("INSERT INTO file_tag SELECT 10,tag_id FROM tags WHERE tag_id>=100"));
+        TagRemovalPlan plan = planOfTagTwo();
+        for (qint64 id = 100; id < 12100; ++id)
+            plan.tagIds.append(id);
+        TagRemover remover(m_database->constructor());
+        QVERIFY(remover.run(plan));
+        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
+    }
+
+private:
+    QStringList contents() const
+    {
+        QStringList result;
+        for (const char *statement :
+             {"SELECT 'tag',tag_id FROM tags", "SELECT 'file',* FROM file_tag",
+              "SELECT 'group',* FROM tag_group_links", "SELECT 'node',node_id FROM tb_nodes",
+              "SELECT 'link',* FROM tb_node_links", "SELECT 'folder',link_id FROM tb_autolinks",
+              "SELECT 'linked',* FROM tb_nodes_autolinks",
+              "SELECT 'path',* FROM tag_relationships ORDER BY 2"})
+            result += m_database->rows(statement);
+        return result;
+    }
+
+    std::unique_ptr<LocalDatabase> m_database;
+};
 
 QTEST_GUILESS_MAIN(TestRemoval)
 #include "tst_removal.moc"

@@ -4,6 +4,7 @@
 #include "models/sorter.h"
 #include "tests/support/filerecords.h"
 #include "tests/support/settingssandbox.h"
+#include "tests/support/text.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
@@ -52,9 +53,7 @@ struct Views
     void fill(int count)
     {
         QRandomGenerator random(5);
-        const QStringList names{QStringLiteral("IMG_%1.jpg"), QStringLiteral("note %1"),
-                                QStringLiteral("z%1.TXT"), QStringLiteral("\U0001F600 %1"),
-                                QStringLiteral("IM%1")};
+        const QStringList names{"IMG_%1.jpg"_s, "note %1"_s, "z%1.TXT"_s, "\U0001F600 %1"_s, "IM%1"_s};
         for (int i = 0; i < count; ++i) {
             const QString name = names.at(random.bounded(names.size())).arg(random.bounded(count / 2));
             const QString description = random.bounded(2) ? QString() : QString::number(random.bounded(30));
@@ -135,173 +134,156 @@ class TestSorter : public QObject
     Q_OBJECT
 
 private slots:
-    void search_data();
-    void search();
-    void unsortedFilesKeepTheirArrival();
-    void ordersByEachColumn_data();
-    void ordersByEachColumn();
-    void orderFollowsChanges_data();
-    void orderFollowsChanges();
-    void orderFollowsTagNames_data();
-    void orderFollowsTagNames();
-    void orderFollowsChangesOfHiddenFiles();
+    void search_data()
+    {
+        addColumns<QString, Ids>("text", "shown");
+        addRow("empty shows all", QString(), Ids{1, 2, 3, 4});
+        addRow("name", "report"_s, Ids{1, 2});
+        addRow("name in another case", "REPORT.PDF"_s, Ids{1});
+        addRow("letters beyond ASCII", "ÄRGER"_s, Ids{3});
+        addRow("description", "holiday"_s, Ids{3});
+        addRow("id code", "CODE4"_s, Ids{4});
+        addRow("emoji", "\U0001F600"_s, Ids{4});
+        addRow("no wildcard", "*"_s, Ids());
+        addRow("blank counts", "my rep"_s, Ids{2});
+        addRow("quote and percent", "%1\"'"_s, Ids{4});
+    }
+
+    void search()
+    {
+        QFETCH(QString, text);
+        Views views;
+        const qint64 now = QDateTime::currentSecsSinceEpoch();
+        views.contents.loadFiles(FileRecords::map(
+            {views.records.add({}, 1, "Report.pdf"_s, now), views.records.add({}, 1, "my report"_s, now),
+             views.records.add({}, 1, "kein ärger"_s, now, "Holiday plans"_s),
+             views.records.add({}, 1, "\U0001F600 %1\"'"_s, now)}));
+        views.sorter.setFilterText(text);
+        QTEST(views.shown(), "shown");
+
+        // What comes or changes later meets the text as well.
+        File *late = views.records.add({}, 1, "late"_s, now);
+        views.contents.addFiles(FileRecords::map({late}));
+        late->setData(Name, text + QLatin1Char('x'));
+        views.contents.updateFiles({late->id()});
+        QVERIFY(views.shown().contains(late->id()));
+    }
+
+    void unsortedFilesKeepTheirArrival()
+    {
+        Views views;
+        views.records.setNextId(50);
+        File *first = views.records.add({}, 1, "b"_s);
+        views.records.setNextId(20);
+        File *second = views.records.add({}, 1, "a"_s);
+        views.contents.loadFiles(FileRecords::map({first}));
+        views.contents.addFiles(FileRecords::map({second}));
+        QCOMPARE(views.sorter.sortColumn(), -1);
+        QCOMPARE(views.shown(), (Ids{50, 20}));
+        QCOMPARE(views.contents.rowOf(20), 1);
+        views.sorter.sort(ContentsModel::NameColumn);
+        QCOMPARE(views.shown(), (Ids{20, 50}));
+        views.sorter.sort(-1);
+        QCOMPARE(views.shown(), (Ids{50, 20}));
+    }
+
+    void ordersByEachColumn_data()
+    {
+        addColumns<int, int>("column", "count");
+        for (int column = 0; column <= ContentsModel::LoadIdColumn; ++column) {
+            QTest::addRow("column %d by values", column) << column << 200;
+            QTest::addRow("column %d by ranks", column) << column << 3000;
+        }
+    }
+
+    void ordersByEachColumn()
+    {
+        QFETCH(int, column);
+        QFETCH(int, count);
+        Views views;
+        views.fill(count);
+        views.sorter.sort(column, Qt::AscendingOrder);
+        Ids expected = views.expected(column);
+        QCOMPARE(views.shown(), expected);
+        views.sorter.sort(column, Qt::DescendingOrder);
+        std::reverse(expected.begin(), expected.end());
+        QCOMPARE(views.shown(), expected);
+        views.filter.setSpecialNode(AllInternalFiles);
+        views.filter.setSpecialNode(AllFiles);
+        QCOMPARE(views.shown(), expected);
+    }
+
+    void orderFollowsChanges_data()
+    {
+        QTest::addColumn<int>("count");
+        addRow("by values", 200);
+        addRow("by ranks", 3000);
+    }
+
+    void orderFollowsChanges()
+    {
+        QFETCH(int, count);
+        Views views;
+        views.fill(count);
+        views.sorter.sort(ContentsModel::NameColumn);
+        QCOMPARE(views.shown().size(), count);
+
+        File *renamed = views.files.at(count / 3);
+        renamed->setData(Name, "!first of all"_s);
+        views.contents.updateFiles({renamed->id()});
+        QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+
+        File *added = views.records.add({}, 1, "m in the middle"_s);
+        views.files.append(added);
+        views.contents.addFiles(FileRecords::map({added}));
+        QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+
+        views.contents.removeFiles({views.files.at(0)->id(), views.files.at(count / 2)->id()});
+        File *again = views.files.at(count / 4);
+        again->setData(Name, "\"second"_s);
+        views.contents.updateFiles({again->id()});
+        QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+    }
+
+    void orderFollowsTagNames_data() { orderFollowsChanges_data(); }
+
+    void orderFollowsTagNames()
+    {
+        QFETCH(int, count);
+        Views views;
+        views.fill(count);
+        QSignalSpy changes(&views.sorter, &QAbstractItemModel::dataChanged);
+        views.host.isReversed = true;
+        views.sorter.refreshTagNames();
+        QCOMPARE(changes.size(), 1);
+
+        views.sorter.sort(ContentsModel::TagsColumn);
+        QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
+        views.host.isReversed = false;
+        views.sorter.refreshTagNames();
+        QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
+    }
+
+    void orderFollowsChangesOfHiddenFiles()
+    {
+        Views views;
+        views.fill(3000);
+        views.sorter.sort(ContentsModel::NameColumn);
+        QCOMPARE(views.shown().size(), 3000);
+        File *hidden = views.files.at(700);
+        hidden->setData(Internal, 0);
+        views.contents.updateFiles({hidden->id()});
+        views.filter.setSpecialNode(AllInternalFiles);
+        QVERIFY(!views.shown().contains(hidden->id()));
+        hidden->setData(Name, "zzz last"_s);
+        views.contents.updateFiles({hidden->id()});
+        views.filter.setSpecialNode(AllFiles);
+        QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
+    }
 
 private:
     SettingsSandbox m_sandbox;
 };
-
-void TestSorter::search_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<Ids>("shown");
-    QTest::newRow("empty shows all") << QString() << Ids{1, 2, 3, 4};
-    QTest::newRow("name") << QStringLiteral("report") << Ids{1, 2};
-    QTest::newRow("name in another case") << QStringLiteral("REPORT.PDF") << Ids{1};
-    QTest::newRow("letters beyond ASCII") << QStringLiteral("ÄRGER") << Ids{3};
-    QTest::newRow("description") << QStringLiteral("holiday") << Ids{3};
-    QTest::newRow("id code") << QStringLiteral("CODE4") << Ids{4};
-    QTest::newRow("emoji") << QStringLiteral("\U0001F600") << Ids{4};
-    QTest::newRow("no wildcard") << QStringLiteral("*") << Ids();
-    QTest::newRow("blank counts") << QStringLiteral("my rep") << Ids{2};
-    QTest::newRow("quote and percent") << QStringLiteral("%1\"'") << Ids{4};
-}
-
-void TestSorter::search()
-{
-    QFETCH(QString, text);
-    Views views;
-    const qint64 now = QDateTime::currentSecsSinceEpoch();
-    views.contents.loadFiles(FileRecords::map(
-        {views.records.add({}, 1, QStringLiteral("Report.pdf"), now),
-         views.records.add({}, 1, QStringLiteral("my report"), now),
-         views.records.add({}, 1, QStringLiteral("kein ärger"), now, QStringLiteral("Holiday plans")),
-         views.records.add({}, 1, QStringLiteral("\U0001F600 %1\"'"), now)}));
-    views.sorter.setFilterText(text);
-    QTEST(views.shown(), "shown");
-
-    // What comes or changes later meets the text as well.
-    File *late = views.records.add({}, 1, QStringLiteral("late"), now);
-    views.contents.addFiles(FileRecords::map({late}));
-    late->setData(Name, text + QLatin1Char('x'));
-    views.contents.updateFiles({late->id()});
-    QVERIFY(views.shown().contains(late->id()));
-}
-
-void TestSorter::unsortedFilesKeepTheirArrival()
-{
-    Views views;
-    views.records.setNextId(50);
-    File *first = views.records.add({}, 1, QStringLiteral("b"));
-    views.records.setNextId(20);
-    File *second = views.records.add({}, 1, QStringLiteral("a"));
-    views.contents.loadFiles(FileRecords::map({first}));
-    views.contents.addFiles(FileRecords::map({second}));
-    QCOMPARE(views.sorter.sortColumn(), -1);
-    QCOMPARE(views.shown(), (Ids{50, 20}));
-    QCOMPARE(views.contents.rowOf(20), 1);
-    views.sorter.sort(ContentsModel::NameColumn);
-    QCOMPARE(views.shown(), (Ids{20, 50}));
-    views.sorter.sort(-1);
-    QCOMPARE(views.shown(), (Ids{50, 20}));
-}
-
-void TestSorter::ordersByEachColumn_data()
-{
-    QTest::addColumn<int>("column");
-    QTest::addColumn<int>("count");
-    for (int column = 0; column <= ContentsModel::LoadIdColumn; ++column) {
-        QTest::addRow("column %d by values", column) << column << 200;
-        QTest::addRow("column %d by ranks", column) << column << 3000;
-    }
-}
-
-void TestSorter::ordersByEachColumn()
-{
-    QFETCH(int, column);
-    QFETCH(int, count);
-    Views views;
-    views.fill(count);
-    views.sorter.sort(column, Qt::AscendingOrder);
-    Ids expected = views.expected(column);
-    QCOMPARE(views.shown(), expected);
-    views.sorter.sort(column, Qt::DescendingOrder);
-    std::reverse(expected.begin(), expected.end());
-    QCOMPARE(views.shown(), expected);
-    views.filter.setSpecialNode(AllInternalFiles);
-    views.filter.setSpecialNode(AllFiles);
-    QCOMPARE(views.shown(), expected);
-}
-
-void TestSorter::orderFollowsChanges_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::newRow("by values") << 200;
-    QTest::newRow("by ranks") << 3000;
-}
-
-void TestSorter::orderFollowsChanges()
-{
-    QFETCH(int, count);
-    Views views;
-    views.fill(count);
-    views.sorter.sort(ContentsModel::NameColumn);
-    QCOMPARE(views.shown().size(), count);
-
-    File *renamed = views.files.at(count / 3);
-    renamed->setData(Name, QStringLiteral("!first of all"));
-    views.contents.updateFiles({renamed->id()});
-    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
-
-    File *added = views.records.add({}, 1, QStringLiteral("m in the middle"));
-    views.files.append(added);
-    views.contents.addFiles(FileRecords::map({added}));
-    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
-
-    views.contents.removeFiles({views.files.at(0)->id(), views.files.at(count / 2)->id()});
-    File *again = views.files.at(count / 4);
-    again->setData(Name, QStringLiteral("\"second"));
-    views.contents.updateFiles({again->id()});
-    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
-}
-
-void TestSorter::orderFollowsTagNames_data()
-{
-    orderFollowsChanges_data();
-}
-
-void TestSorter::orderFollowsTagNames()
-{
-    QFETCH(int, count);
-    Views views;
-    views.fill(count);
-    QSignalSpy changes(&views.sorter, &QAbstractItemModel::dataChanged);
-    views.host.isReversed = true;
-    views.sorter.refreshTagNames();
-    QCOMPARE(changes.size(), 1);
-
-    views.sorter.sort(ContentsModel::TagsColumn);
-    QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
-    views.host.isReversed = false;
-    views.sorter.refreshTagNames();
-    QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
-}
-
-void TestSorter::orderFollowsChangesOfHiddenFiles()
-{
-    Views views;
-    views.fill(3000);
-    views.sorter.sort(ContentsModel::NameColumn);
-    QCOMPARE(views.shown().size(), 3000);
-    File *hidden = views.files.at(700);
-    hidden->setData(Internal, 0);
-    views.contents.updateFiles({hidden->id()});
-    views.filter.setSpecialNode(AllInternalFiles);
-    QVERIFY(!views.shown().contains(hidden->id()));
-    hidden->setData(Name, QStringLiteral("zzz last"));
-    views.contents.updateFiles({hidden->id()});
-    views.filter.setSpecialNode(AllFiles);
-    QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
-}
 
 QTEST_MAIN(TestSorter)
 #include "tst_sorter.moc"

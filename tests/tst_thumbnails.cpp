@@ -2,8 +2,8 @@
 #include "fileops/sqlitefileoperationworker.h"
 #include "fileops/thumbnailcache.h"
 #include "fileops/thumbnailmaker.h"
-#include "support/settingssandbox.h"
-#include "support/workerdatabase.h"
+#include "tests/support/database.h"
+#include "tests/support/settingssandbox.h"
 
 #include <QBuffer>
 #include <QSettings>
@@ -34,45 +34,17 @@ QRect opaquePart(const QImage &image)
     return part;
 }
 
-quint32 crcOf(const QByteArray &bytes)
+/** A square black picture, a thousand times larger when it is unpacked. */
+QByteArray blackPng(int edge)
 {
-    quint32 crc = 0xFFFFFFFFU;
-    for (const char byte : bytes) {
-        crc ^= static_cast<uchar>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1U) != 0 ? (crc >> 1) ^ 0xEDB88320U : crc >> 1;
-    }
-    return ~crc;
+    QImage image(edge, edge, QImage::Format_Mono);
+    image.fill(0);
+    QByteArray png;
+    QBuffer buffer(&png);
+    image.save(&buffer, "PNG");
+    return png;
 }
 
-QByteArray number(quint32 value)
-{
-    QByteArray bytes;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        bytes.append(static_cast<char>(value >> shift));
-    return bytes;
-}
-
-QByteArray chunk(const QByteArray &type, const QByteArray &data)
-{
-    return number(static_cast<quint32>(data.size())) + type + data + number(crcOf(type + data));
-}
-
-/** A square grey picture: a thousand times larger when it is unpacked. */
-QByteArray greyPng(int edge)
-{
-    const QByteArray lines(edge * (edge + 1), '\0');
-    const QByteArray head = number(static_cast<quint32>(edge)) + number(static_cast<quint32>(edge)) +
-                            QByteArray("\x08\0\0\0\0", 5);
-    return QByteArray("\x89PNG\r\n\x1a\n") + chunk("IHDR", head) + chunk("IDAT", qCompress(lines, 1).mid(4)) +
-           chunk("IEND", QByteArray());
-}
-
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 } // namespace
 
 class TestThumbnails : public QObject
@@ -80,319 +52,240 @@ class TestThumbnails : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void fitsThePictureIntoTheCanvas_data();
-    void fitsThePictureIntoTheCanvas();
-    void keepsColoursAndTransparency();
-    void readsByContentNotByName();
-    void readsLargePictures();
-    void refusesWhatIsNoPicture_data();
-    void refusesWhatIsNoPicture();
-    void storesAndReplacesThumbnails();
-    void knowsImageNames_data();
-    void knowsImageNames();
-    void loadsThumbnailsInOrder();
-    void freesPicturesThatNobodyTakes();
-    void cacheShowsAPlaceholderFirst();
-    void cacheKeepsOneEntryAnId();
-    void cacheReloadsOnlyWhatItHolds();
-    void cacheInsertsWhatWasEvicted();
-    void cacheNeverShrinksToNothing();
-    void cacheShowsPaperForNoThumbnail();
+    void init()
+    {
+        m_settings = std::make_unique<SettingsSandbox>();
+        m_database = std::make_unique<LocalDatabase>();
+        m_provider =
+            std::make_unique<SqliteFileOperationProvider>(m_database->constructor(), m_database->details());
+    }
+
+    void cleanup()
+    {
+        m_provider.reset();
+        m_database.reset();
+        m_settings.reset();
+    }
+
+    void fitsThePictureIntoTheCanvas_data()
+    {
+        addColumns<QSize, QString, QRect>("size", "name", "part");
+        const QString png = "picture.png"_s;
+        const QString jpg = "picture.jpg"_s;
+        addRow("wide png", QSize(3000, 1000), png, QRect(0, 42, 128, 43));
+        addRow("high", QSize(1000, 3000), png, QRect(42, 0, 43, 128));
+        addRow("square", QSize(640, 640), jpg, QRect(0, 0, 128, 128));
+        addRow("small ones grow", QSize(20, 10), png, QRect(0, 32, 128, 64));
+        addRow("a line stays visible", QSize(4000, 3), png, QRect(0, 63, 128, 1));
+        addRow("half a pixel rounds up", QSize(256, 85), png, QRect(0, 42, 128, 43));
+    }
+
+    void fitsThePictureIntoTheCanvas()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QString, name);
+        const QString path = m_database->filePath(name);
+        QVERIFY(coloured(size.width(), size.height(), Qt::red).save(path));
+        const QImage thumbnail = ThumbnailMaker::thumbnailOf(path);
+        QCOMPARE(thumbnail.size(), QSize(128, 128));
+        QTEST(opaquePart(thumbnail), "part");
+    }
+
+    void keepsColoursAndTransparency()
+    {
+        QImage picture(400, 400, QImage::Format_ARGB32);
+        picture.fill(Qt::transparent);
+        for (int y = 200; y < 400; ++y) {
+            for (int x = 0; x < 400; ++x)
+                picture.setPixel(x, y, qRgba(10, 200, 30, 255));
+        }
+        QVERIFY(picture.save(filePath("half.png")));
+        const QImage thumbnail = ThumbnailMaker::thumbnailOf(filePath("half.png"));
+        QCOMPARE(qAlpha(thumbnail.pixel(64, 20)), 0);
+        QCOMPARE(thumbnail.pixel(64, 100), qRgba(10, 200, 30, 255));
+    }
+
+    void readsByContentNotByName()
+    {
+        QVERIFY(coloured(300, 300, Qt::blue).save(filePath("really.png")));
+        QVERIFY(QFile::rename(filePath("really.png"), filePath("really.jpg")));
+        QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("really.jpg")).pixel(5, 5), qRgb(0, 0, 255));
+    }
+
+    void readsLargePictures()
+    {
+        m_database->write("grey.png"_s, blackPng(3000));
+        QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("grey.png")).pixel(64, 64), qRgb(0, 0, 0));
+        QVERIFY(coloured(9000, 8000, Qt::red).save(filePath("red.png")));
+        QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("red.png")).pixel(64, 64), qRgb(255, 0, 0));
+    }
+
+    void refusesWhatIsNoPicture_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        addRow("text", QByteArray("this is no picture"));
+        addRow("nothing", QByteArray());
+        addRow("cut off", QByteArray("\x89PNG\r\n\x1a\n", 8));
+        addRow("a hundred million pixels out of few bytes", blackPng(10000));
+        addRow("pipe", QByteArray("pipe"));
+    }
+
+    void refusesWhatIsNoPicture()
+    {
+        QFETCH(QByteArray, bytes);
+        const QString path = filePath("bad.png");
+        if (bytes == "pipe")
+            QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        else
+            m_database->write("bad.png"_s, bytes);
+        QVERIFY(m_database->openWorkerConnection());
+        SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
+                                         m_database->constructor());
+        QVERIFY(!ThumbnailMaker(worker).makeThumbnail(path, 1, true));
+        QCOMPARE(m_database->count("thumbnails"_s), 0);
+    }
+
+    void storesAndReplacesThumbnails()
+    {
+        QVERIFY(coloured(300, 200, Qt::red).save(filePath("a.png")));
+        QVERIFY(coloured(300, 200, Qt::blue).save(filePath("b.png")));
+        QVERIFY(m_database->openWorkerConnection());
+        SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
+                                         m_database->constructor());
+        ThumbnailMaker maker(worker);
+        QVERIFY(maker.makeThumbnail(filePath("a.png"), 7, true));
+        QVERIFY(maker.makeThumbnail(filePath("a.png"), 8, true));
+        QVERIFY(maker.makeThumbnail(filePath("b.png"), 7, false));
+        QVERIFY(!maker.makeThumbnail(filePath("b.png"), 8, true));
+        const auto stored = [](int id) {
+            QSqlQuery query("SELECT thumbnail FROM thumbnails WHERE thumbnail_id=%1"_s.arg(id));
+            return query.next() ? query.value(0).toByteArray() : QByteArray();
+        };
+        QCOMPARE(QImage::fromData(stored(7), "PNG").pixel(64, 64), qRgb(0, 0, 255));
+        QCOMPARE(QImage::fromData(stored(8), "PNG").pixel(64, 64), qRgb(255, 0, 0));
+        QVERIFY(stored(7).size() < 4096);
+    }
+
+    void loadsThumbnailsInOrder()
+    {
+        addThumbnail(1, Qt::red);
+        addThumbnail(2, Qt::blue);
+        m_database->addFile(3, 2, 0, 0);
+        QVector<qint64> ids;
+        QVector<QRgb> colours;
+        connect(m_provider.get(), &FileOperationProvider::thumbnailLoaded, this,
+                [&ids, &colours](qlonglong id, QImage *image) {
+                    ids.append(id);
+                    colours.append(image->isNull() ? 0 : image->pixel(1, 1));
+                    delete image;
+                });
+        m_provider->loadThumbnails({2, -1, 0, 3});
+        m_provider->loadThumbnails({1, 99});
+        QTRY_COMPARE(ids, QVector<qint64>({2, 3, 1, 99}));
+        QCOMPARE(colours, QVector<QRgb>({qRgb(0, 0, 255), 0, qRgb(255, 0, 0), 0}));
+    }
+
+    void freesPicturesThatNobodyTakes()
+    {
+        // The leak checker of the sanitized build is the judge of both.
+        addThumbnail(1, Qt::red);
+        m_provider->loadThumbnails({1});
+        QTRY_VERIFY(!m_provider->isBusy());
+        QCoreApplication::sendPostedEvents();
+        m_provider->loadThumbnails({1});
+        QTRY_VERIFY(!m_provider->isBusy());
+        m_provider.reset();
+    }
+
+    void cacheShowsAPlaceholderFirst()
+    {
+        addThumbnail(1, Qt::red);
+        ThumbnailCache cache;
+        cache.setProvider(m_provider.get());
+        cache.setProvider(m_provider.get());
+        QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
+        QCOMPARE(cache.thumbnail(0), nullptr);
+        QCOMPARE(cache.thumbnail(-4), nullptr);
+        QImage *image = cache.thumbnail(1);
+        QVERIFY(image);
+        QVERIFY(image->size() != QSize(128, 128) || image->pixel(1, 1) != qRgb(255, 0, 0));
+        QTRY_COMPARE(loaded.count(), 1);
+        QCOMPARE(loaded.first().at(0).toLongLong(), 1LL);
+        QCOMPARE(cache.thumbnail(1), image);
+        QCOMPARE(image->pixel(1, 1), qRgb(255, 0, 0));
+    }
+
+    void cacheReloadsOnlyWhatItHolds()
+    {
+        addThumbnail(1, Qt::red);
+        addThumbnail(2, Qt::blue);
+        ThumbnailCache cache;
+        cache.setProvider(m_provider.get());
+        QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
+        cache.thumbnail(1);
+        QTRY_COMPARE(loaded.count(), 1);
+        cache.reloadHeld({1, 2});
+        QTRY_COMPARE(loaded.count(), 2);
+        QTRY_VERIFY(!m_provider->isBusy());
+        QVERIFY(!cache.contains(2));
+        cache.reloadThumbnail(2);
+        QTRY_COMPARE(loaded.count(), 3);
+        QVERIFY(cache.contains(2));
+        cache.remove(1);
+        QVERIFY(!cache.contains(1));
+        cache.clearCache();
+        QVERIFY(!cache.contains(2));
+    }
+
+    void cacheNeverShrinksToNothing()
+    {
+        setCacheSize(3);
+        ThumbnailCache cache;
+        for (int id = 1; id <= 4; ++id)
+            QVERIFY(cache.thumbnail(id));
+        QVERIFY(!cache.contains(1));
+        QVERIFY(cache.contains(2));
+        cache.thumbnail(2);
+        QVERIFY(cache.thumbnail(5));
+        QVERIFY(cache.contains(2) && !cache.contains(3));
+        setCacheSize(0);
+        cache.readSettings();
+        QVERIFY(cache.contains(5) && !cache.contains(2));
+        QVERIFY(cache.thumbnail(6));
+    }
+
+    void cacheShowsPaperForNoThumbnail()
+    {
+        m_database->addFile(3, 2, 0, 0);
+        ThumbnailCache cache;
+        cache.setProvider(m_provider.get());
+        QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
+        QImage *image = cache.thumbnail(3);
+        QTRY_COMPARE(loaded.count(), 1);
+        QCOMPARE(*image, QImage(":/icons/paper.png"_s));
+    }
 
 private:
-    void addThumbnail(qint64 fileId, const QColor &colour);
+    void addThumbnail(qint64 fileId, const QColor &colour)
+    {
+        QByteArray png;
+        QBuffer buffer(&png);
+        QVERIFY(buffer.open(QIODevice::WriteOnly) && coloured(128, 128, colour).save(&buffer, "PNG"));
+        QSqlQuery query;
+        query.prepare("INSERT INTO thumbnails VALUES (?, ?)"_s);
+        query.addBindValue(fileId + 1000);
+        query.addBindValue(png);
+        QVERIFY(query.exec() && m_database->addFile(fileId, 2, 0, 0, fileId + 1000));
+    }
+
     QString filePath(const char *name) const { return m_database->filePath(QString::fromLatin1(name)); }
-    void setCacheSize(int size);
+
+    void setCacheSize(int size) { QSettings().setValue("ThumbnailCache/thumbnailCacheSize"_s, size); }
 
     std::unique_ptr<SettingsSandbox> m_settings;
-    std::unique_ptr<WorkerDatabase> m_database;
+    std::unique_ptr<LocalDatabase> m_database;
     std::unique_ptr<SqliteFileOperationProvider> m_provider;
 };
-
-void TestThumbnails::init()
-{
-    m_settings = std::make_unique<SettingsSandbox>();
-    m_database = std::make_unique<WorkerDatabase>();
-    m_provider =
-        std::make_unique<SqliteFileOperationProvider>(m_database->constructor(), m_database->details());
-}
-
-void TestThumbnails::cleanup()
-{
-    m_provider.reset();
-    m_database.reset();
-    m_settings.reset();
-}
-
-void TestThumbnails::addThumbnail(qint64 fileId, const QColor &colour)
-{
-    QByteArray png;
-    QBuffer buffer(&png);
-    QVERIFY(buffer.open(QIODevice::WriteOnly) && coloured(128, 128, colour).save(&buffer, "PNG"));
-    QSqlQuery query;
-    query.prepare(QStringLiteral("INSERT INTO thumbnails VALUES (?, ?)"));
-    query.addBindValue(fileId + 1000);
-    query.addBindValue(png);
-    QVERIFY(query.exec() && m_database->addFile(fileId, 2, 0, 0, fileId + 1000));
-}
-
-void TestThumbnails::setCacheSize(int size)
-{
-    QSettings().setValue(QStringLiteral("ThumbnailCache/thumbnailCacheSize"), size);
-}
-
-void TestThumbnails::fitsThePictureIntoTheCanvas_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QRect>("part");
-    const QString png = QStringLiteral("picture.png");
-    const QString jpg = QStringLiteral("picture.jpg");
-    QTest::newRow("wide png") << QSize(3000, 1000) << png << QRect(0, 42, 128, 43);
-    QTest::newRow("wide jpg") << QSize(3000, 1000) << jpg << QRect(0, 42, 128, 43);
-    QTest::newRow("high") << QSize(1000, 3000) << png << QRect(42, 0, 43, 128);
-    QTest::newRow("square") << QSize(640, 640) << jpg << QRect(0, 0, 128, 128);
-    QTest::newRow("as large as the canvas") << QSize(128, 128) << png << QRect(0, 0, 128, 128);
-    QTest::newRow("small ones grow") << QSize(20, 10) << png << QRect(0, 32, 128, 64);
-    QTest::newRow("one pixel") << QSize(1, 1) << png << QRect(0, 0, 128, 128);
-    QTest::newRow("a line stays visible") << QSize(4000, 3) << png << QRect(0, 63, 128, 1);
-    QTest::newRow("a hundredth") << QSize(400, 300) << png << QRect(0, 16, 128, 96);
-    QTest::newRow("half a pixel rounds up") << QSize(256, 85) << png << QRect(0, 42, 128, 43);
-}
-
-void TestThumbnails::fitsThePictureIntoTheCanvas()
-{
-    QFETCH(QSize, size);
-    QFETCH(QString, name);
-    const QString path = m_database->filePath(name);
-    QVERIFY(coloured(size.width(), size.height(), Qt::red).save(path));
-    const QImage thumbnail = ThumbnailMaker::thumbnailOf(path);
-    QCOMPARE(thumbnail.size(), QSize(128, 128));
-    QTEST(opaquePart(thumbnail), "part");
-}
-
-void TestThumbnails::keepsColoursAndTransparency()
-{
-    QImage picture(400, 400, QImage::Format_ARGB32);
-    picture.fill(Qt::transparent);
-    for (int y = 200; y < 400; ++y) {
-        for (int x = 0; x < 400; ++x)
-            picture.setPixel(x, y, qRgba(10, 200, 30, 255));
-    }
-    QVERIFY(picture.save(filePath("half.png")));
-    const QImage thumbnail = ThumbnailMaker::thumbnailOf(filePath("half.png"));
-    QCOMPARE(qAlpha(thumbnail.pixel(64, 20)), 0);
-    QCOMPARE(thumbnail.pixel(64, 100), qRgba(10, 200, 30, 255));
-}
-
-void TestThumbnails::readsByContentNotByName()
-{
-    QVERIFY(coloured(300, 300, Qt::blue).save(filePath("really.png")));
-    QVERIFY(QFile::rename(filePath("really.png"), filePath("really.jpg")));
-    QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("really.jpg")).pixel(5, 5), qRgb(0, 0, 255));
-}
-
-void TestThumbnails::readsLargePictures()
-{
-    QVERIFY(writeFile(filePath("grey.png"), greyPng(3000)));
-    QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("grey.png")).pixel(64, 64), qRgb(0, 0, 0));
-    QVERIFY(coloured(9000, 8000, Qt::red).save(filePath("red.png")));
-    QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("red.png")).pixel(64, 64), qRgb(255, 0, 0));
-}
-
-void TestThumbnails::refusesWhatIsNoPicture_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("text") << QByteArray("this is no picture");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("cut off") << QByteArray("\x89PNG\r\n\x1a\n", 8);
-    QTest::newRow("a hundred million pixels out of few bytes") << greyPng(10000);
-    QTest::newRow("pipe") << QByteArray("pipe");
-}
-
-void TestThumbnails::refusesWhatIsNoPicture()
-{
-    QFETCH(QByteArray, bytes);
-    const QString path = filePath("bad.png");
-    if (bytes == "pipe")
-        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-    else
-        QVERIFY(writeFile(path, bytes));
-    QVERIFY(m_database->openWorkerConnection());
-    SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
-                                     m_database->constructor());
-    QVERIFY(!ThumbnailMaker(worker).makeThumbnail(path, 1, true));
-    QCOMPARE(m_database->count(QStringLiteral("thumbnails")), 0);
-}
-
-void TestThumbnails::storesAndReplacesThumbnails()
-{
-    QVERIFY(coloured(300, 200, Qt::red).save(filePath("a.png")));
-    QVERIFY(coloured(300, 200, Qt::blue).save(filePath("b.png")));
-    QVERIFY(m_database->openWorkerConnection());
-    SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
-                                     m_database->constructor());
-    ThumbnailMaker maker(worker);
-    QVERIFY(maker.makeThumbnail(filePath("a.png"), 7, true));
-    QVERIFY(maker.makeThumbnail(filePath("a.png"), 8, true));
-    QVERIFY(maker.makeThumbnail(filePath("b.png"), 7, false));
-    QVERIFY(!maker.makeThumbnail(filePath("b.png"), 8, true));
-    const auto stored = [this](int id) {
-        return m_database
-            ->value(QStringLiteral("SELECT thumbnail FROM thumbnails WHERE thumbnail_id=%1").arg(id))
-            .toByteArray();
-    };
-    QCOMPARE(QImage::fromData(stored(7), "PNG").pixel(64, 64), qRgb(0, 0, 255));
-    QCOMPARE(QImage::fromData(stored(8), "PNG").pixel(64, 64), qRgb(255, 0, 0));
-    QVERIFY(stored(7).size() < 4096);
-}
-
-void TestThumbnails::knowsImageNames_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("isImage");
-    QTest::newRow("png") << QStringLiteral("/a/b.png") << true;
-    QTest::newRow("upper case") << QStringLiteral("/a/B.JPG") << true;
-    QTest::newRow("jpeg") << QStringLiteral("b.jpeg") << true;
-    QTest::newRow("text") << QStringLiteral("/a/b.txt") << false;
-    QTest::newRow("no ending") << QStringLiteral("/a/png") << false;
-    QTest::newRow("only the last ending counts") << QStringLiteral("a.png.gz") << false;
-    QTest::newRow("dot at the end") << QStringLiteral("a.png.") << false;
-    QTest::newRow("empty") << QString() << false;
-}
-
-void TestThumbnails::knowsImageNames()
-{
-    QFETCH(QString, path);
-    QTEST(ThumbnailMaker::isImageName(path), "isImage");
-}
-
-void TestThumbnails::loadsThumbnailsInOrder()
-{
-    addThumbnail(1, Qt::red);
-    addThumbnail(2, Qt::blue);
-    m_database->addFile(3, 2, 0, 0);
-    QVector<qint64> ids;
-    QVector<QRgb> colours;
-    connect(m_provider.get(), &FileOperationProvider::thumbnailLoaded, this,
-            [&ids, &colours](qlonglong id, QImage *image) {
-                ids.append(id);
-                colours.append(image->isNull() ? 0 : image->pixel(1, 1));
-                delete image;
-            });
-    m_provider->loadThumbnails({2, -1, 0, 3});
-    m_provider->loadThumbnails({1, 99});
-    QTRY_COMPARE(ids, QVector<qint64>({2, 3, 1, 99}));
-    QCOMPARE(colours, QVector<QRgb>({qRgb(0, 0, 255), 0, qRgb(255, 0, 0), 0}));
-}
-
-void TestThumbnails::freesPicturesThatNobodyTakes()
-{
-    // The leak checker of the sanitized build is the judge of both.
-    addThumbnail(1, Qt::red);
-    m_provider->loadThumbnails({1});
-    QTRY_VERIFY(!m_provider->isBusy());
-    QCoreApplication::sendPostedEvents();
-    m_provider->loadThumbnails({1});
-    QTRY_VERIFY(!m_provider->isBusy());
-    m_provider.reset();
-}
-
-void TestThumbnails::cacheShowsAPlaceholderFirst()
-{
-    addThumbnail(1, Qt::red);
-    ThumbnailCache cache;
-    cache.setProvider(m_provider.get());
-    cache.setProvider(m_provider.get());
-    QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
-    QCOMPARE(cache.thumbnail(0), nullptr);
-    QCOMPARE(cache.thumbnail(-4), nullptr);
-    QImage *image = cache.thumbnail(1);
-    QVERIFY(image);
-    QVERIFY(image->size() != QSize(128, 128) || image->pixel(1, 1) != qRgb(255, 0, 0));
-    QTRY_COMPARE(loaded.count(), 1);
-    QCOMPARE(loaded.first().at(0).toLongLong(), 1LL);
-    QCOMPARE(cache.thumbnail(1), image);
-    QCOMPARE(image->pixel(1, 1), qRgb(255, 0, 0));
-}
-
-void TestThumbnails::cacheKeepsOneEntryAnId()
-{
-    addThumbnail(1, Qt::red);
-    ThumbnailCache cache;
-    cache.setProvider(m_provider.get());
-    QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
-    QImage *first = cache.thumbnail(1);
-    QCOMPARE(cache.thumbnail(1), first);
-    QTRY_COMPARE(loaded.count(), 1);
-    QTRY_VERIFY(!m_provider->isBusy());
-    QCOMPARE(cache.thumbnail(1), first);
-    QTest::qWait(20);
-    QCOMPARE(loaded.count(), 1);
-}
-
-void TestThumbnails::cacheReloadsOnlyWhatItHolds()
-{
-    addThumbnail(1, Qt::red);
-    addThumbnail(2, Qt::blue);
-    ThumbnailCache cache;
-    cache.setProvider(m_provider.get());
-    QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
-    cache.thumbnail(1);
-    QTRY_COMPARE(loaded.count(), 1);
-    cache.reloadHeld({1, 2});
-    QTRY_COMPARE(loaded.count(), 2);
-    QTRY_VERIFY(!m_provider->isBusy());
-    QVERIFY(!cache.contains(2));
-    cache.reloadThumbnail(2);
-    QTRY_COMPARE(loaded.count(), 3);
-    QVERIFY(cache.contains(2));
-    cache.remove(1);
-    QVERIFY(!cache.contains(1));
-    cache.clearCache();
-    QVERIFY(!cache.contains(2));
-}
-
-void TestThumbnails::cacheInsertsWhatWasEvicted()
-{
-    addThumbnail(1, Qt::red);
-    ThumbnailCache cache;
-    QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
-    cache.onThumbnailLoaded(1, new QImage(coloured(128, 128, Qt::red)));
-    QCOMPARE(loaded.count(), 0);
-    QVERIFY(cache.contains(1));
-    QCOMPARE(cache.thumbnail(1)->pixel(0, 0), qRgb(255, 0, 0));
-}
-
-void TestThumbnails::cacheNeverShrinksToNothing()
-{
-    setCacheSize(3);
-    ThumbnailCache cache;
-    for (int id = 1; id <= 4; ++id)
-        QVERIFY(cache.thumbnail(id));
-    QVERIFY(!cache.contains(1));
-    QVERIFY(cache.contains(2));
-    cache.thumbnail(2);
-    QVERIFY(cache.thumbnail(5));
-    QVERIFY(cache.contains(2) && !cache.contains(3));
-    setCacheSize(0);
-    cache.readSettings();
-    QVERIFY(cache.contains(5) && !cache.contains(2));
-    QVERIFY(cache.thumbnail(6));
-}
-
-void TestThumbnails::cacheShowsPaperForNoThumbnail()
-{
-    m_database->addFile(3, 2, 0, 0);
-    ThumbnailCache cache;
-    cache.setProvider(m_provider.get());
-    QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
-    QImage *image = cache.thumbnail(3);
-    QTRY_COMPARE(loaded.count(), 1);
-    QCOMPARE(*image, QImage(QStringLiteral(":/icons/paper.png")));
-}
 
 QTEST_GUILESS_MAIN(TestThumbnails)
 #include "tst_thumbnails.moc"

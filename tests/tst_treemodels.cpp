@@ -8,8 +8,8 @@
 #include "models/tbtreemodel.h"
 #include "models/treeroles.h"
 #include "models/trmodel.h"
-#include "tests/support/collectionfixture.h"
-#include "tests/support/nodedrag.h"
+#include "tests/support/drags.h"
+#include "tests/support/localcollection.h"
 
 #include <QAbstractItemModelTester>
 #include <QColor>
@@ -29,9 +29,9 @@ void collectNodes(const QAbstractItemModel &model, const QModelIndex &parent, QS
         if (index.data(NodeRole::Type).toInt() == TagNode) {
             const QString name = index.data().toString();
             const bool isInverted = index.data(NodeRole::Inverted).toBool();
-            lines.append(QStringLiteral("%1|%2|%3|%4")
-                             .arg(index.data(NodeRole::Id).toString(), parent.data(NodeRole::Id).toString(),
-                                  QString::number(isInverted), isInverted ? name.mid(2) : name));
+            lines.append("%1|%2|%3|%4"_s.arg(index.data(NodeRole::Id).toString(),
+                                             parent.data(NodeRole::Id).toString(),
+                                             QString::number(isInverted), isInverted ? name.mid(2) : name));
         }
         collectNodes(model, index, lines);
     }
@@ -58,10 +58,10 @@ void collectPaths(const QAbstractItemModel &model, const QModelIndex &parent, QS
 class RandomEdits
 {
 public:
-    RandomEdits(CollectionFixture &fixture, quint32 seed) : m_fixture(fixture), m_random(seed)
+    RandomEdits(LocalCollection &fixture, quint32 seed) : m_fixture(fixture), m_random(seed)
     {
         for (int i = 0; i < 12; ++i)
-            m_fixture.addTags({QStringLiteral("tag %1").arg(i)});
+            m_fixture.addTags({"tag %1"_s.arg(i)});
     }
 
     void step()
@@ -104,14 +104,12 @@ private:
     }
     qint64 anyTag()
     {
-        return m_fixture.rows(QStringLiteral("SELECT tag_id FROM tags ORDER BY random() LIMIT 1"))
-            .value(0)
-            .toLongLong();
+        return m_fixture.rows("SELECT tag_id FROM tags ORDER BY random() LIMIT 1"_s).value(0).toLongLong();
     }
     void removeTag()
     {
         m_fixture.manager()->removeTags({anyTag()});
-        m_fixture.addTags({QStringLiteral("new %1").arg(++m_newTags)});
+        m_fixture.addTags({"new %1"_s.arg(++m_newTags)});
     }
     QString anyPath()
     {
@@ -136,7 +134,7 @@ private:
                                 parent);
     }
 
-    CollectionFixture &m_fixture;
+    LocalCollection &m_fixture;
     QRandomGenerator m_random;
     int m_newTags = 0;
 };
@@ -148,256 +146,202 @@ class TestTreeModels : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
-    void randomEditsKeepModelsAndDatabaseTogether_data();
-    void randomEditsKeepModelsAndDatabaseTogether();
-    void rolesTellOfNodes_data();
-    void rolesTellOfNodes();
-    void currentNodeOutlivesEdits();
-    void manyNodesGoAtOnce();
-    void relationsFollowTheirTags();
-    void relationsAreLegal_data();
-    void relationsAreLegal();
-};
+    void initTestCase() { QLoggingCategory::setFilterRules("default.debug=false"_s); }
 
-void TestTreeModels::randomEditsKeepModelsAndDatabaseTogether_data()
-{
-    QTest::addColumn<int>("sorting");
-    QTest::newRow("by hand") << int(ViewSettings::ManualSorting);
-    QTest::newRow("by name") << int(ViewSettings::AlphabeticalSorting);
-    QTest::newRow("by id") << 3;
-}
-
-void TestTreeModels::randomEditsKeepModelsAndDatabaseTogether()
-{
-    QFETCH(int, sorting);
-    CollectionFixture fixture;
-    fixture.set("PreferencesDialog/nodeSortingType", sorting);
-    BrowsTreeController *tree = &fixture.tree();
-    tree->reloadSorting();
-    TRmodel *relations = fixture.relations().model();
-    constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
-    QAbstractItemModelTester treeTester(tree->model(), mode);
-    QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
-    QAbstractItemModelTester relationsTester(relations, mode);
-
-    RandomEdits edits(fixture, 20 + quint32(sorting));
-    for (int step = 0; step < 250 && !QTest::currentTestFailed(); ++step) {
-        edits.step();
-        QCoreApplication::processEvents();
-        QStringList stored = fixture.rows(QStringLiteral(
-            "SELECT n.node_id, coalesce(parent_id,0), inverted, tag_name FROM tb_nodes n LEFT JOIN "
-            "tb_node_links ON child_id=n.node_id JOIN tags USING(tag_id)"));
-        stored.sort();
-        QCOMPARE(nodesOf(*tree->model()), stored);
-        QCOMPARE(nodesOf(*tree->sorterModel()), stored);
-        QStringList paths;
-        collectPaths(*relations, QModelIndex(), paths);
-        paths.sort();
-        QCOMPARE(paths, fixture.rows(QStringLiteral("SELECT * FROM tag_relationships ORDER BY 1")));
+    void randomEditsKeepModelsAndDatabaseTogether_data()
+    {
+        QTest::addColumn<int>("sorting");
+        addRow("by hand", int(ViewSettings::ManualSorting));
+        addRow("by name", int(ViewSettings::AlphabeticalSorting));
+        addRow("by id", 3);
     }
-    QVERIFY(!fixture.manager()->nodes().isEmpty() && relations->rowCount() > 0);
-}
 
-void TestTreeModels::rolesTellOfNodes_data()
-{
-    QTest::addColumn<QString>("node");
-    QTest::addColumn<int>("role");
-    QTest::addColumn<QVariant>("expected");
-    const auto row = [](const char *node, const char *what, int role, const QVariant &expected) {
-        QTest::addRow("%s: %s", node, what) << QString::fromLatin1(node) << role << expected;
-    };
-    row("all", "name", Qt::DisplayRole, QStringLiteral("All files"));
-    row("all", "id", NodeRole::Id, 0);
-    row("all", "parent", NodeRole::ParentId, -1);
-    row("all", "type", NodeRole::Type, 1);
-    row("all", "current", NodeRole::CurrentId, 2);
-    row("internal", "name", Qt::DisplayRole, QStringLiteral("All Internal Files"));
-    row("internal", "tool tip", Qt::ToolTipRole,
-        QStringLiteral("All files with their contents in the database."));
-    row("internal", "id", NodeRole::Id, -1);
-    row("internal", "type", NodeRole::Type, 4);
-    row("internal", "tag", NodeRole::TagId, 0);
-    row("top", "name", Qt::DisplayRole, QStringLiteral("one"));
-    row("top", "id", NodeRole::Id, 1);
-    row("top", "parent", NodeRole::ParentId, 0);
-    row("top", "type", NodeRole::Type, 8);
-    row("top", "inverted", NodeRole::Inverted, false);
-    row("top", "relationships", NodeRole::TrOption, true);
-    row("top", "mark", Qt::DecorationRole, QVariant());
-    row("top", "colour", Qt::ForegroundRole, QVariant());
-    row("below", "name with the mark of inversion", Qt::DisplayRole, QStringLiteral("- <b>two"));
-    row("below", "harmless tool tip", Qt::ToolTipRole, QStringLiteral("<p>- &lt;b&gt;two</p>"));
-    row("below", "parent", NodeRole::ParentId, 1);
-    row("below", "inverted", NodeRole::Inverted, true);
-    row("below", "relationships", NodeRole::TrOption, false);
-    row("below", "tag", NodeRole::TagId, 2);
-    row("below", "tree", NodeRole::TreeId, 0);
-    row("below", "required tags", NodeRole::Required, QVariant::fromValue(QVector<qint64>{1}));
-    row("below", "no link", NodeRole::HasAutolinks, false);
-    row("below", "no first link", NodeRole::FirstAutolink, QString());
-    row("linked", "link", NodeRole::FirstAutolink, QStringLiteral("7"));
-    row("linked", "colour", Qt::ForegroundRole, QColor(Qt::blue));
-}
+    void randomEditsKeepModelsAndDatabaseTogether()
+    {
+        QFETCH(int, sorting);
+        LocalCollection fixture;
+        fixture.set("PreferencesDialog/nodeSortingType", sorting);
+        BrowsTreeController *tree = &fixture.tree();
+        tree->reloadSorting();
+        TRmodel *relations = fixture.relations().model();
+        constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
+        QAbstractItemModelTester treeTester(tree->model(), mode);
+        QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
+        QAbstractItemModelTester relationsTester(relations, mode);
 
-void TestTreeModels::rolesTellOfNodes()
-{
-    QFETCH(QString, node);
-    QFETCH(int, role);
-    QFETCH(QVariant, expected);
-    CollectionFixture fixture;
-    BrowsTreeController *tree = &fixture.tree();
-    const QVector<qint64> tags =
-        fixture.addTags({QStringLiteral("one"), QStringLiteral("<b>two"), QStringLiteral("three")});
-    tree->addNodesBelow({tags.at(0)}, 0);
-    tree->addNodesBelow({tags.at(1)}, 1);
-    tree->addNodesBelow({tags.at(2)}, 0);
-    tree->changeInversion(2, true);
-    tree->changeTrOption(2, false);
-    tree->nodeById(3)->addAutolink(QStringLiteral("7"));
-    tree->nodeActivated(TagNode, 2, {tags.at(0)}, {tags.at(1)});
+        RandomEdits edits(fixture, 20 + quint32(sorting));
+        for (int step = 0; step < 250 && !QTest::currentTestFailed(); ++step) {
+            edits.step();
+            QCoreApplication::processEvents();
+            QStringList stored = fixture.rows(
+                "SELECT n.node_id, coalesce(parent_id,0), inverted, tag_name FROM tb_nodes n LEFT JOIN "
+                "tb_node_links ON child_id=n.node_id JOIN tags USING(tag_id)"_s);
+            stored.sort();
+            QCOMPARE(nodesOf(*tree->model()), stored);
+            QCOMPARE(nodesOf(*tree->sorterModel()), stored);
+            QStringList paths;
+            collectPaths(*relations, QModelIndex(), paths);
+            paths.sort();
+            QCOMPARE(paths, fixture.rows("SELECT * FROM tag_relationships ORDER BY 1"_s));
+        }
+        QVERIFY(!fixture.manager()->nodes().isEmpty() && relations->rowCount() > 0);
+    }
 
-    const QHash<QString, QPair<NodeType, qint64>> places{{QStringLiteral("all"), {AllFiles, 0}},
-                                                         {QStringLiteral("internal"), {AllInternalFiles, 0}},
-                                                         {QStringLiteral("top"), {TagNode, 1}},
-                                                         {QStringLiteral("below"), {TagNode, 2}},
-                                                         {QStringLiteral("linked"), {TagNode, 3}}};
-    const auto place = places.value(node);
-    const QVariant found = tree->sorterModel()->indexOfNode(place.first, place.second).data(role);
-    QCOMPARE(found.isValid(), expected.isValid());
-    QCOMPARE(found.toString(), expected.toString());
-    QCOMPARE(found.value<QColor>(), expected.value<QColor>());
-    QCOMPARE(found.value<QVector<qint64>>(), expected.value<QVector<qint64>>());
-    QVERIFY(tree->sorterModel()->indexOfNode(TagNode, 2).data(Qt::DecorationRole).isValid());
-}
+    void rolesTellOfNodes_data()
+    {
+        addColumns<QString, int, QVariant>("node", "role", "expected");
+        const auto row = [](const char *node, const char *what, int role, const QVariant &expected) {
+            QTest::addRow("%s: %s", node, what) << QString::fromLatin1(node) << role << expected;
+        };
+        row("all", "name", Qt::DisplayRole, "All files"_s);
+        row("all", "id", NodeRole::Id, 0);
+        row("all", "parent", NodeRole::ParentId, -1);
+        row("all", "type", NodeRole::Type, 1);
+        row("all", "current", NodeRole::CurrentId, 2);
+        row("internal", "name", Qt::DisplayRole, "All Internal Files"_s);
+        row("internal", "tool tip", Qt::ToolTipRole, "All files with their contents in the database."_s);
+        row("internal", "id", NodeRole::Id, -1);
+        row("internal", "type", NodeRole::Type, 4);
+        row("internal", "tag", NodeRole::TagId, 0);
+        row("top", "name", Qt::DisplayRole, "one"_s);
+        row("top", "id", NodeRole::Id, 1);
+        row("top", "parent", NodeRole::ParentId, 0);
+        row("top", "type", NodeRole::Type, 8);
+        row("top", "inverted", NodeRole::Inverted, false);
+        row("top", "relationships", NodeRole::TrOption, true);
+        row("top", "mark", Qt::DecorationRole, QVariant());
+        row("top", "colour", Qt::ForegroundRole, QVariant());
+        row("below", "name with the mark of inversion", Qt::DisplayRole, "- <b>two"_s);
+        row("below", "harmless tool tip", Qt::ToolTipRole, "<p>- &lt;b&gt;two</p>"_s);
+        row("below", "parent", NodeRole::ParentId, 1);
+        row("below", "inverted", NodeRole::Inverted, true);
+        row("below", "relationships", NodeRole::TrOption, false);
+        row("below", "tag", NodeRole::TagId, 2);
+        row("below", "tree", NodeRole::TreeId, 0);
+        row("below", "required tags", NodeRole::Required, QVariant::fromValue(QVector<qint64>{1}));
+        row("below", "no link", NodeRole::HasAutolinks, false);
+        row("below", "no first link", NodeRole::FirstAutolink, QString());
+        row("linked", "link", NodeRole::FirstAutolink, "7"_s);
+        row("linked", "colour", Qt::ForegroundRole, QColor(Qt::blue));
+    }
 
-void TestTreeModels::currentNodeOutlivesEdits()
-{
-    CollectionFixture fixture;
-    BrowsTreeController *tree = &fixture.tree();
-    const QVector<qint64> tags = fixture.addTags({QStringLiteral("one"), QStringLiteral("two")});
-    tree->addNodesBelow({tags.at(0)}, 0);
-    tree->addNodesBelow({tags.at(1)}, 1);
-    const auto marked = [tree](qint64 nodeId) {
-        const QModelIndex index = tree->sorterModel()->indexOfNode(TagNode, nodeId);
-        return index.data(Qt::DecorationRole).isValid();
-    };
-    QCOMPARE(tree->sorterModel()->index(0, 0).data(NodeRole::CurrentId).toLongLong(), 0);
-    tree->nodeActivated(TagNode, 2, tags, {});
-    QVERIFY(marked(2) && !marked(1));
-    fixture.manager()->reloadAllData();
-    QVERIFY(marked(2));
-    tree->addNodesAbove({tags.at(0)}, 1); // moves the branch
-    QVERIFY(marked(2));
-    tree->removeNodes({1}); // lets it rise
-    QVERIFY(marked(2));
-    QCOMPARE(tree->currentTagNodeId(), 2);
+    void rolesTellOfNodes()
+    {
+        QFETCH(QString, node);
+        QFETCH(int, role);
+        QFETCH(QVariant, expected);
+        LocalCollection fixture;
+        BrowsTreeController *tree = &fixture.tree();
+        const QVector<qint64> tags = fixture.addTags({"one"_s, "<b>two"_s, "three"_s});
+        tree->addNodesBelow({tags.at(0)}, 0);
+        tree->addNodesBelow({tags.at(1)}, 1);
+        tree->addNodesBelow({tags.at(2)}, 0);
+        tree->changeInversion(2, true);
+        tree->changeTrOption(2, false);
+        tree->nodeById(3)->addAutolink("7"_s);
+        tree->nodeActivated(TagNode, 2, {tags.at(0)}, {tags.at(1)});
 
-    // Another program removes the node; a reload finds it gone.
-    QVERIFY(QSqlQuery().exec(QStringLiteral("DELETE FROM tb_nodes WHERE node_id=2")));
-    fixture.manager()->reloadAllData();
-    QCOMPARE(tree->currentTagNodeId(), 0);
-    QCOMPARE(tree->currentNodeType(), 0);
-}
+        const QHash<QString, QPair<NodeType, qint64>> places{{"all"_s, {AllFiles, 0}},
+                                                             {"internal"_s, {AllInternalFiles, 0}},
+                                                             {"top"_s, {TagNode, 1}},
+                                                             {"below"_s, {TagNode, 2}},
+                                                             {"linked"_s, {TagNode, 3}}};
+        const auto place = places.value(node);
+        const QVariant found = tree->sorterModel()->indexOfNode(place.first, place.second).data(role);
+        QCOMPARE(found.isValid(), expected.isValid());
+        QCOMPARE(found.toString(), expected.toString());
+        QCOMPARE(found.value<QColor>(), expected.value<QColor>());
+        QCOMPARE(found.value<QVector<qint64>>(), expected.value<QVector<qint64>>());
+        QVERIFY(tree->sorterModel()->indexOfNode(TagNode, 2).data(Qt::DecorationRole).isValid());
+    }
 
-void TestTreeModels::manyNodesGoAtOnce()
-{
-    CollectionFixture fixture;
-    fixture.addTags({QStringLiteral("a"), QStringLiteral("b")});
-    // Node n below n / 3; the odd ones bear the second tag.
-    const QString numbers =
-        QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<900) ");
-    QVERIFY(fixture.run(numbers + QStringLiteral("INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) "
-                                                 "SELECT i,1+i%2,1,0 FROM n")));
-    QVERIFY(fixture.run(numbers +
-                        QStringLiteral("INSERT INTO tb_node_links(parent_id,child_id) SELECT i/3,i FROM n")));
-    fixture.manager()->loadAllNodes();
-    BrowsTreeController *tree = &fixture.tree();
-    tree->nodeActivated(TagNode, 898, {1}, {});
-    constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
-    QAbstractItemModelTester treeTester(tree->model(), mode);
-    QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
-    QSignalSpy resets(tree->sorterModel(), &QAbstractItemModel::modelReset);
-    QSignalSpy removals(tree->sorterModel(), &QAbstractItemModel::rowsRemoved);
-    QVERIFY(fixture.manager()->removeTags({2}));
-    QCOMPARE(resets.size(), 1);
-    QCOMPARE(removals.size(), 0);
-    QStringList stored =
-        fixture.rows(QStringLiteral("SELECT child_id, parent_id, 0, 'a' FROM tb_node_links"));
-    stored.sort();
-    QCOMPARE(stored.size(), 450);
-    QCOMPARE(nodesOf(*tree->sorterModel()), stored);
-    QCOMPARE(tree->sorterModel()->index(0, 0).data(NodeRole::CurrentId).toLongLong(), 898);
-    tree->addNodesBelow({1}, 898);
-    tree->removeNodes({2});
-    QCOMPARE(resets.size(), 1);
-    QCOMPARE(tree->sorterModel()->rowCount(tree->sorterModel()->indexOfNode(TagNode, 898)), 1);
-}
+    void currentNodeOutlivesEdits()
+    {
+        LocalCollection fixture;
+        BrowsTreeController *tree = &fixture.tree();
+        const QVector<qint64> tags = fixture.addTags({"one"_s, "two"_s});
+        tree->addNodesBelow({tags.at(0)}, 0);
+        tree->addNodesBelow({tags.at(1)}, 1);
+        const auto marked = [tree](qint64 nodeId) {
+            const QModelIndex index = tree->sorterModel()->indexOfNode(TagNode, nodeId);
+            return index.data(Qt::DecorationRole).isValid();
+        };
+        QCOMPARE(tree->sorterModel()->index(0, 0).data(NodeRole::CurrentId).toLongLong(), 0);
+        tree->nodeActivated(TagNode, 2, tags, {});
+        QVERIFY(marked(2) && !marked(1));
+        fixture.manager()->reloadAllData();
+        QVERIFY(marked(2));
+        tree->addNodesAbove({tags.at(0)}, 1); // moves the branch
+        QVERIFY(marked(2));
+        tree->removeNodes({1}); // lets it rise
+        QVERIFY(marked(2));
+        QCOMPARE(tree->currentTagNodeId(), 2);
 
-void TestTreeModels::relationsFollowTheirTags()
-{
-    CollectionFixture fixture;
-    const QVector<qint64> tags =
-        fixture.addTags({QStringLiteral("animals"), QStringLiteral("lions"), QStringLiteral("cubs")});
-    RelationsController *relations = &fixture.relations();
-    relations->addChildren(QString(), {tags.at(0), tags.at(1)});
-    relations->addChildren(QStringLiteral("1"), {tags.at(1)});
-    relations->addChildren(QStringLiteral("1.2"), {tags.at(2)});
-    TRmodel *model = relations->model();
-    fixture.manager()->renameTag(tags.at(1), QStringLiteral("big cats"));
-    for (const char *path : {"2", "1.2"})
-        QCOMPARE(model->indexOfPath(QLatin1String(path)).data().toString(), QStringLiteral("big cats"));
-    const QModelIndex cubs = model->indexOfPath(QStringLiteral("1.2.3"));
-    QCOMPARE(cubs.data(RelationRole::TagId).toLongLong(), tags.at(2));
-    QCOMPARE(cubs.data(RelationRole::Path).toString(), QStringLiteral("1.2.3"));
-    QVERIFY(!model->indexOfPath(QStringLiteral("1.3")).isValid());
-    const QModelIndexList dragged{cubs, model->indexOfPath(QStringLiteral("2")),
-                                  model->indexOfPath(QStringLiteral("1.2"))};
-    const std::unique_ptr<QMimeData> data(model->mimeData(dragged));
-    QCOMPARE(data->formats(), QStringList(Constants::tagMimeType));
-    QCOMPARE(IdListMime::unpack(data.get(), Constants::tagMimeType), (QVector<qint64>{3, 2}));
-    fixture.manager()->removeTags({tags.at(1)});
-    QStringList paths;
-    collectPaths(*model, QModelIndex(), paths);
-    QCOMPARE(paths, QStringList(QStringLiteral("1")));
-}
+        // Another program removes the node; a reload finds it gone.
+        QVERIFY(QSqlQuery().exec("DELETE FROM tb_nodes WHERE node_id=2"_s));
+        fixture.manager()->reloadAllData();
+        QCOMPARE(tree->currentTagNodeId(), 0);
+        QCOMPARE(tree->currentNodeType(), 0);
+    }
 
-void TestTreeModels::relationsAreLegal_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QVector<qint64>>("tags");
-    QTest::addColumn<bool>("isLegal");
-    const auto row = [](const char *name, const char *path, const QVector<qint64> &tags, bool isLegal) {
-        QTest::newRow(name) << QString::fromLatin1(path) << tags << isLegal;
-    };
-    // Paths 7, 7.12, 7.12.3 and 9.
-    row("a tag below itself", "7", {7}, false);
-    row("a tag below its descendant", "7.12", {7}, false);
-    row("a tag that stands further down", "7", {3}, false);
-    row("a tag that is a child", "7", {12}, false);
-    row("a tag of another tree", "9", {3}, true);
-    row("a whole tree below another", "9", {7}, true);
-    row("one of two", "7", {4, 12}, false);
-    row("a top tag at the top", "", {9}, false);
-    row("a lower tag at the top", "", {12}, true);
-    row("an unknown place", "5.6", {5}, true);
-    row("a new tag at the bottom", "7.12.3", {4}, true);
-}
+    void manyNodesGoAtOnce()
+    {
+        LocalCollection fixture;
+        fixture.addTags({"a"_s, "b"_s});
+        // Node n below n / 3; the odd ones bear the second tag.
+        const QString numbers =
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<900) "_s;
+        QVERIFY(fixture.run(numbers + "INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) "
+                                      "SELECT i,1+i%2,1,0 FROM n"_s));
+        QVERIFY(fixture.run(numbers + "INSERT INTO tb_node_links(parent_id,child_id) SELECT i/3,i FROM n"_s));
+        fixture.manager()->loadAllNodes();
+        BrowsTreeController *tree = &fixture.tree();
+        tree->nodeActivated(TagNode, 898, {1}, {});
+        constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
+        QAbstractItemModelTester treeTester(tree->model(), mode);
+        QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
+        QSignalSpy resets(tree->sorterModel(), &QAbstractItemModel::modelReset);
+        QSignalSpy removals(tree->sorterModel(), &QAbstractItemModel::rowsRemoved);
+        QVERIFY(fixture.manager()->removeTags({2}));
+        QCOMPARE(resets.size(), 1);
+        QCOMPARE(removals.size(), 0);
+        QStringList stored = fixture.rows("SELECT child_id, parent_id, 0, 'a' FROM tb_node_links"_s);
+        stored.sort();
+        QCOMPARE(stored.size(), 450);
+        QCOMPARE(nodesOf(*tree->sorterModel()), stored);
+        QCOMPARE(tree->sorterModel()->index(0, 0).data(NodeRole::CurrentId).toLongLong(), 898);
+        tree->addNodesBelow({1}, 898);
+        tree->removeNodes({2});
+        QCOMPARE(resets.size(), 1);
+        QCOMPARE(tree->sorterModel()->rowCount(tree->sorterModel()->indexOfNode(TagNode, 898)), 1);
+    }
 
-void TestTreeModels::relationsAreLegal()
-{
-    QFETCH(QString, path);
-    QFETCH(QVector<qint64>, tags);
-    QFETCH(bool, isLegal);
-    CollectionFixture fixture;
-    for (int i = 1; i <= 12; ++i)
-        fixture.addTags({QStringLiteral("tag %1").arg(i)});
-    RelationsController *relations = &fixture.relations();
-    relations->addChildren(QString(), {7, 9});
-    relations->addChildren(QStringLiteral("7"), {12});
-    relations->addChildren(QStringLiteral("7.12"), {3});
-    QCOMPARE(relations->isLegal(path, tags), isLegal);
-}
+    void relationsFollowTheirTags()
+    {
+        LocalCollection fixture;
+        const QVector<qint64> tags = fixture.addTags({"animals"_s, "lions"_s, "cubs"_s});
+        RelationsController *relations = &fixture.relations();
+        relations->addChildren(QString(), {tags.at(0), tags.at(1)});
+        relations->addChildren("1"_s, {tags.at(1)});
+        relations->addChildren("1.2"_s, {tags.at(2)});
+        TRmodel *model = relations->model();
+        fixture.manager()->renameTag(tags.at(1), "big cats"_s);
+        for (const char *path : {"2", "1.2"})
+            QCOMPARE(model->indexOfPath(QLatin1String(path)).data().toString(), "big cats"_s);
+        const QModelIndex cubs = model->indexOfPath("1.2.3"_s);
+        QCOMPARE(cubs.data(RelationRole::TagId).toLongLong(), tags.at(2));
+        QCOMPARE(cubs.data(RelationRole::Path).toString(), "1.2.3"_s);
+        QVERIFY(!model->indexOfPath("1.3"_s).isValid());
+        const QModelIndexList dragged{cubs, model->indexOfPath("2"_s), model->indexOfPath("1.2"_s)};
+        const std::unique_ptr<QMimeData> data(model->mimeData(dragged));
+        QCOMPARE(data->formats(), QStringList(Constants::tagMimeType));
+        QCOMPARE(IdListMime::unpack(data.get(), Constants::tagMimeType), (QVector<qint64>{3, 2}));
+        fixture.manager()->removeTags({tags.at(1)});
+        QStringList paths;
+        collectPaths(*model, QModelIndex(), paths);
+        QCOMPARE(paths, QStringList("1"_s));
+    }
+};
 
 QTEST_MAIN(TestTreeModels)
 

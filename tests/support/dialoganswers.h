@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/text.h"
+
 #include <QApplication>
 #include <QInputDialog>
 #include <QStringList>

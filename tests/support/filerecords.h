@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/recordtypes.h"
+#include "tests/support/text.h"
 
 #include <QDateTime>
 
@@ -12,14 +13,14 @@ class FileRecords
 {
 public:
     /** Makes a file with the next id; kinds as in File::internal(). */
-    File *add(const QVector<qint64> &tags, int internal = 1, const QString &name = QStringLiteral("file.txt"),
+    File *add(const QVector<qint64> &tags, int internal = 1, const QString &name = "file.txt"_s,
               qint64 additionSeconds = QDateTime::currentSecsSinceEpoch(),
               const QString &description = QString())
     {
         const qint64 id = m_nextId++;
         auto file =
             std::make_unique<File>(id, id * 7 % 1000, additionSeconds, id * 13 % 1000, 1, name, description,
-                                   QStringLiteral("code%1").arg(id), QString(), QString(), 0, 0, 0, internal);
+                                   "code%1"_s.arg(id), QString(), QString(), 0, 0, 0, internal);
         file->setTags(tags);
         m_files.push_back(std::move(file));
         return m_files.back().get();

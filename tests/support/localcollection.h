@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/messages.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/groupscontroller.h"
@@ -9,37 +10,62 @@
 #include "core/recordtypes.h"
 #include "db/databasemanger.h"
 #include "fileops/fileoperationtypes.h"
+#include "tests/support/database.h"
+#include "tests/support/settingssandbox.h"
 
-#include <QFile>
-#include <QSqlQuery>
-#include <QSqlRecord>
-#include <QTemporaryDir>
+#include <QSettings>
+#include <QUrl>
 
-#include <functional>
-#include <memory>
-
-/** A collection over a new local database, open and loaded. Its SQL helpers use the open connection. */
-class LocalCollection
+/**
+ * A collection over a new local database, open and loaded, with settings of its own. Boxes are noted and
+ * answered by a button. Has short ways to files of each kind, tags and nodes.
+ */
+class LocalCollection : private SettingsSandbox, public Sql, public TestFolder
 {
 public:
     LocalCollection()
     {
         registerRecordTypes();
         registerFileOperationTypes();
+        Messages::setResponder([this](const Messages::Box &box) {
+            m_boxes.append(box.title.isEmpty() ? box.text : box.title + QLatin1String(": ") + box.text);
+            return Messages::Answer{m_button, -1};
+        });
         placeFile();
         open();
     }
+    ~LocalCollection()
+    {
+        close();
+        Messages::setResponder({});
+    }
+    LocalCollection(const LocalCollection &) = delete;
+    LocalCollection &operator=(const LocalCollection &) = delete;
 
     bool open()
     {
         m_collection = make();
         if (m_collection->open().isValid())
             return false;
-        run(QStringLiteral("PRAGMA synchronous=OFF")); // nobody pulls the plug on a test
+        run("PRAGMA synchronous=OFF"); // nobody pulls the plug on a test
         m_collection->load();
         return true;
     }
     void close() { m_collection.reset(); }
+    /** Closes the database and opens it again, as after a restart of the program. */
+    void reopen()
+    {
+        close();
+        open();
+    }
+    /** The same with another writer at work, which makes the database read-only, also for the superuser. */
+    void reopenReadOnly()
+    {
+        close();
+        OtherConnection lock(path());
+        lock.run("BEGIN IMMEDIATE"_s);
+        open();
+    }
 
     Collection *operator->() { return m_collection.get(); }
     Collection *get() { return m_collection.get(); }
@@ -49,36 +75,68 @@ public:
     BrowsTreeController &tree() { return *m_collection->browsTreeController(); }
     MainViewController &mainView() { return *m_collection->mainViewController(); }
     RelationsController &relations() { return *m_collection->relationsController(); }
-    QString path() const { return m_folder.filePath(QStringLiteral("test.vrn")); }
-    QString folder() const { return m_folder.path(); }
+    /** Null when the file is not in the database. */
+    const File *file(qint64 id) { return manager()->file(id); }
 
-    static bool run(const QString &statement) { return QSqlQuery().exec(statement); }
-    /** The rows of a query, each with its values between bars. */
-    static QStringList rows(const QString &statement)
+    void answerBoxesWith(QMessageBox::StandardButton button) { m_button = button; }
+    /** The boxes shown since the last call, as "title: text" or as their text alone. */
+    QStringList takeBoxes()
     {
-        QSqlQuery query(statement);
-        QStringList result;
-        while (query.next()) {
-            QStringList values;
-            for (int i = 0; i < query.record().count(); ++i)
-                values.append(query.value(i).toString());
-            result.append(values.join(QLatin1Char('|')));
-        }
-        return result;
+        QStringList boxes;
+        boxes.swap(m_boxes);
+        return boxes;
     }
-    static QString value(const char *statement)
+    static void set(const char *key, const QVariant &value)
     {
-        return rows(QString::fromUtf8(statement)).join(QLatin1Char('\n'));
+        QSettings().setValue(QString::fromLatin1(key), value);
     }
 
     /** Hyperlink files with the ids 1 to count, written behind the manager's back and then loaded. */
     void addFiles(int count)
     {
-        const QString statement =
-            QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%1) "
-                           "INSERT INTO files SELECT i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM n");
-        run(statement.arg(count));
+        fill("INSERT INTO files SELECT i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM n", count);
         manager()->loadAllFiles();
+    }
+    /** Makes tags of these names and gives their ids. */
+    QVector<qint64> addTags(const QStringList &names)
+    {
+        QVector<qint64> ids;
+        for (const QString &name : names)
+            ids.append(manager()->addTag(name));
+        return ids;
+    }
+    /** Adds one file or link and gives its id. */
+    qint64 add(const QUrl &url, const QVector<qint64> &tagIds = {})
+    {
+        const QList<qint64> before = manager()->files().keys();
+        mainView().addUrls({url}, tagIds);
+        waitForWorker();
+        for (qint64 id : manager()->files().keys()) {
+            if (!before.contains(id))
+                return id;
+        }
+        return 0;
+    }
+    /** Writes a file with contents of its own and adds it. Its id. */
+    qint64 addExternal(const QString &name, const QVector<qint64> &tagIds = {})
+    {
+        return add(QUrl::fromLocalFile(write(name, name.toUtf8())), tagIds);
+    }
+    /** A node of a tag at the top level of the browsing tree. */
+    qint64 addNode(qint64 tagId) { return manager()->addNodeBelow(tagId, 0); }
+    /** Shows the files of a node, as a click on it does. */
+    void activate(qint64 nodeId)
+    {
+        QVector<qint64> required;
+        QVector<qint64> excluded;
+        tree().nodeById(nodeId)->collectTagRequirements(required, excluded);
+        tree().nodeActivated(TagNode, nodeId, required, excluded);
+    }
+    void waitForWorker()
+    {
+        QCoreApplication::processEvents(); // a request reaches the worker from the event loop
+        QVERIFY(QTest::qWaitFor([this] { return !manager()->isBusy(); }, 60000));
+        QCoreApplication::processEvents();
     }
 
 private:
@@ -86,7 +144,7 @@ private:
     void placeFile()
     {
         static const QTemporaryDir folder;
-        const QString empty = folder.filePath(QStringLiteral("empty.vrn"));
+        const QString empty = folder.filePath("empty.vrn"_s);
         if (QFile::exists(empty)) {
             QFile::copy(empty, path());
         } else {
@@ -94,12 +152,12 @@ private:
             QFile::copy(path(), empty);
         }
     }
-
     std::unique_ptr<Collection> make()
     {
         return std::unique_ptr<Collection>(makeCollection(1, {}, path(), {}, {}, 0));
     }
 
-    QTemporaryDir m_folder;
     std::unique_ptr<Collection> m_collection;
+    QMessageBox::StandardButton m_button = QMessageBox::Ok;
+    QStringList m_boxes;
 };

@@ -6,14 +6,12 @@
 #include "app/messages.h"
 #include "core/collection.h"
 #include "core/metatypes.h"
+#include "tests/support/database.h"
 #include "tests/support/settingssandbox.h"
 
 #include <QAction>
-#include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -23,7 +21,7 @@
  * The main window with settings and a folder of its own. Boxes are noted and answered by a function, file
  * dialogs by the next of the chosen paths. All goes with the object.
  */
-class WindowFixture
+class WindowFixture : private SettingsSandbox, private TestFolder
 {
 public:
     WindowFixture()
@@ -53,23 +51,23 @@ public:
         m_window = std::make_unique<MainWindow>();
     }
 
-    QString path(const QString &name) const { return m_folder.filePath(name); }
+    QString path(const QString &name) const { return filePath(name); }
     /** Makes an empty database in the folder. Its path. */
     QString makeDatabase(const QString &name)
     {
-        const QString made = path(QStringLiteral("template"));
+        const QString made = path("template"_s);
         if (!QFile::exists(made)) {
             const std::unique_ptr<Collection> maker(
                 makeCollection(Constants::localDatabase, {}, made, {}, {}, 0));
             if (!maker->createDatabase())
-                qFatal("no database can be made in %s", qPrintable(m_folder.path()));
+                qFatal("no database can be made in %s", qPrintable(folder()));
         }
         QFile::remove(path(name));
         QFile::copy(made, path(name));
         return path(name);
     }
     /** Makes and opens a database. Its path. */
-    QString openNew(const QString &name = QStringLiteral("open.vrn"))
+    QString openNew(const QString &name = "open.vrn"_s)
     {
         const QString made = makeDatabase(name);
         if (!m_window->openDatabase(DBDetails::local(made)))
@@ -82,18 +80,8 @@ public:
         return collection ? collection->databaseName() : QString();
     }
 
-    QString write(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("cannot write %s", qPrintable(file.fileName()));
-        return file.fileName();
-    }
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    using TestFolder::read;
+    using TestFolder::write;
 
     void answerBoxes(const std::function<Messages::Answer(const Messages::Box &)> &answer)
     {
@@ -135,7 +123,7 @@ public:
     }
     QAction *recent(int number) const
     {
-        return m_window->findChild<QAction *>(QStringLiteral("recentDatabase%1").arg(number));
+        return m_window->findChild<QAction *>("recentDatabase%1"_s.arg(number));
     }
 
     /** Runs a body inside an event loop, as all code of the running program does. */
@@ -157,8 +145,6 @@ public:
     }
 
 private:
-    SettingsSandbox m_settings;
-    QTemporaryDir m_folder;
     QStringList m_boxes;
     QStringList m_choices;
     QList<FileDialogs::Request> m_requests;
