@@ -125,8 +125,9 @@ void TBtreeView::deleteNodes(void (BrowsTreeController::*remove)(const QVector<q
     if (ids.isEmpty() || refusesEdits() || !confirmDeletion(ids))
         return;
     // The database may have been closed behind the question.
-    if (m_controller)
-        keepExpansionOver([&] { (m_controller->*remove)(ids); });
+    BrowsTreeController *controller = m_controller;
+    if (controller)
+        keepExpansionOver([controller, remove, &ids] { (controller->*remove)(ids); });
 }
 
 bool TBtreeView::refusesEdits() const
