@@ -1,7 +1,6 @@
 #include "app/addingsettings.h"
 #include "fileops/blockstorage.h"
 #include "fileops/datachecksum.h"
-#include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/addingfixture.h"
 
 #include <QSettings>
@@ -28,29 +27,6 @@ const QString tree = "SELECT c.child_id, c.parent_id, tag_name FROM tb_node_link
                      "ON n.node_id=c.child_id NATURAL JOIN tags ORDER BY tag_name"_s;
 
 } // namespace
-
-/** Draws each handle four times in turn. */
-class RepeatingWorker : public SqliteFileOperationWorker
-{
-public:
-    using SqliteFileOperationWorker::SqliteFileOperationWorker;
-    QString drawIdCode() const override { return "BCDF"_s + QString::number(200 + m_draws++ / 4); }
-
-private:
-    mutable int m_draws = 0;
-};
-
-class RepeatingProvider : public SqliteFileOperationProvider
-{
-public:
-    using SqliteFileOperationProvider::SqliteFileOperationProvider;
-
-protected:
-    FileOperationWorker *createWorker(const QString &connectionName) override
-    {
-        return new RepeatingWorker(connectionName, details(), constructor());
-    }
-};
 
 class TestAddFiles : public QObject
 {
@@ -339,61 +315,6 @@ private slots:
         fixture.provider().addFilesList({one, two, "https://example.org"_s});
         fixture.wait();
         QCOMPARE(fixture.taggedNames(), QStringList({"a.txt: "_s, "a.txt: "_s, "https://example.org: "_s}));
-    }
-
-    void copiesKeepAllTags()
-    {
-        AddingFixture fixture;
-        fixture.write("top/one/report.doc"_s, "same");
-        fixture.write("top/two/Copy of report.doc"_s, "same");
-        fixture.add({fixture.path("top"_s)}, {}, true, 0);
-        QCOMPARE(fixture.taggedNames(), QStringList("report.doc: one,top,two"_s));
-        QCOMPARE(fixture.duplicates().externalDuplicateGroups.size(), 1);
-    }
-
-    void matchedFileGetsTags()
-    {
-        AddingFixture fixture;
-        fixture.run("INSERT INTO tags VALUES (7,'node','',0,'')"_s);
-        fixture.add({fixture.write("a.txt"_s, "same")}, {7});
-        fixture.write("folder/b.txt"_s, "same");
-        fixture.add({fixture.path("folder"_s)}, {7});
-        QCOMPARE(fixture.taggedNames(), QStringList("a.txt: folder,node"_s));
-        QCOMPARE(AddingFixture::idsOf(fixture.files), QVector<qint64>({1}));
-        QCOMPARE(fixture.duplicates().contentMatches.value(0).databaseFiles.value(0).fileId, 1);
-    }
-
-    void nameMatchesStayOut()
-    {
-        AddingFixture fixture;
-        set("checkForNameDuplicates", true);
-        set("listDuplicates", false);
-        const QString one = fixture.write("x/a.txt"_s, "1");
-        const QString two = fixture.write("y/a.txt"_s, "2");
-        const QString alone = fixture.write("y/b.txt"_s, "3");
-        fixture.add({one, two, alone});
-        QCOMPARE(fixture.rows(allFiles), QStringList("b.txt"_s));
-        QCOMPARE(fixture.duplicates().nameMatches.value(0).addedFiles.size(), 2);
-        fixture.provider().addFilesList({one});
-        fixture.wait();
-        QCOMPARE(fixture.rows(allFiles), QStringList({"a.txt"_s, "b.txt"_s}));
-    }
-
-    void usedIdCodesAreDrawnAgain()
-    {
-        AddingFixture fixture;
-        for (int i = 0; i < 30; ++i)
-            fixture.write("top/%1.txt"_s.arg(i), QByteArray::number(i));
-        const SqliteQueryConstructor constructor;
-        RepeatingProvider provider(&constructor, DBDetails::local(fixture.databasePath()), nullptr);
-        QSignalSpy errors(&provider, &FileOperationProvider::errorOccured);
-        QSignalSpy finished(&provider, &FileOperationProvider::finishedFilesOperation);
-        provider.addFiles({fixture.path("top"_s)}, {}, false, 0);
-        QTRY_COMPARE(finished.size(), 1);
-        QCOMPARE(fixture.rows("SELECT count(*), count(DISTINCT id_code) FROM files"_s),
-                 QStringList("30|30"_s));
-        QCOMPARE(fixture.count("file_paths"_s), 30);
-        QCOMPARE(errors.size(), 0);
     }
 
     void failedFileLeavesTheOthers()

@@ -6,6 +6,8 @@
 #include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/addingfixture.h"
 
+#include <QSettings>
+
 namespace {
 
 /** Eight bytes each, different, and of one checksum. */
@@ -276,6 +278,45 @@ private slots:
         QCOMPARE(errors.value(0).value(1).toString(), "Error adding files"_s);
         QCOMPARE(reports.size(), 0);
         QCOMPARE(fixture.count("files"_s), 0);
+    }
+
+    void copiesKeepAllTags()
+    {
+        AddingFixture fixture;
+        fixture.write("top/one/report.doc"_s, "same");
+        fixture.write("top/two/Copy of report.doc"_s, "same");
+        fixture.add({fixture.path("top"_s)}, {}, true, 0);
+        QCOMPARE(fixture.taggedNames(), QStringList("report.doc: one,top,two"_s));
+        QCOMPARE(fixture.duplicates().externalDuplicateGroups.size(), 1);
+    }
+
+    void matchedFileGetsTags()
+    {
+        AddingFixture fixture;
+        fixture.run("INSERT INTO tags VALUES (7,'node','',0,'')"_s);
+        fixture.add({fixture.write("a.txt"_s, "same")}, {7});
+        fixture.write("folder/b.txt"_s, "same");
+        fixture.add({fixture.path("folder"_s)}, {7});
+        QCOMPARE(fixture.taggedNames(), QStringList("a.txt: folder,node"_s));
+        QCOMPARE(AddingFixture::idsOf(fixture.files), QVector<qint64>({1}));
+        QCOMPARE(fixture.duplicates().contentMatches.value(0).databaseFiles.value(0).fileId, 1);
+    }
+
+    void nameMatchesStayOut()
+    {
+        AddingFixture fixture;
+        QSettings().setValue("PreferencesDialog/checkForNameDuplicates"_s, true);
+        QSettings().setValue("PreferencesDialog/listDuplicates"_s, false);
+        const QString one = fixture.write("x/a.txt"_s, "1");
+        const QString two = fixture.write("y/a.txt"_s, "2");
+        const QString alone = fixture.write("y/b.txt"_s, "3");
+        fixture.add({one, two, alone});
+        QCOMPARE(fixture.rows("SELECT file_name FROM files ORDER BY file_name"), QStringList("b.txt"_s));
+        QCOMPARE(fixture.duplicates().nameMatches.value(0).addedFiles.size(), 2);
+        fixture.provider().addFilesList({one});
+        fixture.wait();
+        QCOMPARE(fixture.rows("SELECT file_name FROM files ORDER BY file_name"),
+                 QStringList({"a.txt"_s, "b.txt"_s}));
     }
 
 private:

@@ -1,6 +1,6 @@
 #include "fileops/idcodegenerator.h"
 #include "fileops/sqlitefileoperationworker.h"
-#include "tests/support/database.h"
+#include "tests/support/addingfixture.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -17,6 +17,29 @@ public:
 
 protected:
     QString drawIdCode() const override { return drawn.size() > 1 ? drawn.takeFirst() : drawn.first(); }
+};
+
+/** Draws each handle four times in turn. */
+class RepeatingWorker : public SqliteFileOperationWorker
+{
+public:
+    using SqliteFileOperationWorker::SqliteFileOperationWorker;
+    QString drawIdCode() const override { return "BCDF"_s + QString::number(200 + m_draws++ / 4); }
+
+private:
+    mutable int m_draws = 0;
+};
+
+class RepeatingProvider : public SqliteFileOperationProvider
+{
+public:
+    using SqliteFileOperationProvider::SqliteFileOperationProvider;
+
+protected:
+    FileOperationWorker *createWorker(const QString &connectionName) override
+    {
+        return new RepeatingWorker(connectionName, details(), constructor());
+    }
 };
 } // namespace
 
@@ -72,6 +95,23 @@ private slots:
         QString code;
         QVERIFY(!worker.nextIdCode(code));
         worker.clearPrepared();
+    }
+
+    void usedIdCodesAreDrawnAgain()
+    {
+        AddingFixture fixture;
+        for (int i = 0; i < 30; ++i)
+            fixture.write("top/%1.txt"_s.arg(i), QByteArray::number(i));
+        const SqliteQueryConstructor constructor;
+        RepeatingProvider provider(&constructor, DBDetails::local(fixture.databasePath()), nullptr);
+        QSignalSpy errors(&provider, &FileOperationProvider::errorOccured);
+        QSignalSpy finished(&provider, &FileOperationProvider::finishedFilesOperation);
+        provider.addFiles({fixture.path("top"_s)}, {}, false, 0);
+        QTRY_COMPARE(finished.size(), 1);
+        QCOMPARE(fixture.rows("SELECT count(*), count(DISTINCT id_code) FROM files"_s),
+                 QStringList("30|30"_s));
+        QCOMPARE(fixture.count("file_paths"_s), 30);
+        QCOMPARE(errors.size(), 0);
     }
 };
 

@@ -3,6 +3,7 @@
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
+#include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 #include "ui/mainui.h"
@@ -14,14 +15,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
-#include <QDropEvent>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMimeData>
 #include <QSignalSpy>
-#include <QTimer>
+
+namespace {
+const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
+}
 
 /** The main view in a window on a real database: commands, keys, drops, texts and editing in place. */
 class TestMainFilesView : public QObject
@@ -35,8 +36,7 @@ private slots:
     void init()
     {
         m_opened.clear();
-        for (const char *scheme : {"file", "http", "https"})
-            QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "noteOpened");
+        QDesktopServices::setUrlHandler("https"_s, this, "noteOpened");
     }
 
     void cleanup()
@@ -46,8 +46,7 @@ private slots:
         m_window.reset();
         m_view = nullptr;
         m_fixture.reset();
-        for (const char *scheme : {"file", "http", "https"})
-            QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+        QDesktopServices::unsetUrlHandler("https"_s);
     }
 
     void commandsFollowState_data()
@@ -119,25 +118,23 @@ private slots:
 
     void shiftDeleteAsks_data()
     {
-        addColumns<int, bool, bool, QString>("count", "withLink", "isAgreed", "noun");
-        addRow("one link", 1, false, true, "link"_s);
-        addRow("two links, refused", 2, false, false, "links"_s);
-        addRow("mixed", 1, true, true, "files"_s);
+        addColumns<QStringList, bool, QString>("urls", "isAgreed", "noun");
+        const QString link = "https://example.org/"_s;
+        addRow("one link", QStringList{"0.txt"_s}, true, "link"_s);
+        addRow("two links, refused", QStringList{"0.txt"_s, "1.txt"_s}, false, "links"_s);
+        addRow("mixed", QStringList{"0.txt"_s, link}, true, "files"_s);
     }
 
     void shiftDeleteAsks()
     {
-        QFETCH(int, count);
-        QFETCH(bool, withLink);
+        QFETCH(QStringList, urls);
         QFETCH(bool, isAgreed);
         QFETCH(QString, noun);
         open();
         const qint64 other = m_fixture->addExternal("other.txt"_s);
         QVector<qint64> ids;
-        for (int i = 0; i < count; ++i)
-            ids << m_fixture->addExternal("%1.txt"_s.arg(i));
-        if (withLink)
-            ids << m_fixture->add(QUrl("https://example.org/"_s));
+        for (const QString &url : qAsConst(urls))
+            ids << (url.contains(QLatin1Char(':')) ? m_fixture->add(QUrl(url)) : m_fixture->addExternal(url));
         showAll();
         select(ids);
         m_fixture->answerBoxesWith(isAgreed ? QMessageBox::Ok : QMessageBox::Cancel);
@@ -154,14 +151,11 @@ private slots:
     void readOnlyIsLeftAlone()
     {
         open(true);
-        const QString path = m_fixture->write("a.txt"_s, "text");
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(path)});
-        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(list()->viewport(), &enter);
-        QVERIFY(!enter.isAccepted());
-        QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(list()->viewport(), &drop);
+        data.setUrls({QUrl::fromLocalFile(m_fixture->write("a.txt"_s, "text"))});
+        QCOMPARE(drop(list()->viewport(), {5, 5}, data), Qt::IgnoreAction);
+        QDropEvent unasked({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(list()->viewport(), &unasked);
         m_fixture->waitForWorker();
         QCOMPARE(m_fixture->manager()->files().size(), 0);
     }
@@ -173,21 +167,13 @@ private slots:
         QSignalSpy selected(m_view, &MainFilesView::fileSelected);
         const auto last = [&spy] { return spy.isEmpty() ? QString() : spy.last().first().toString(); };
         showAll();
-        m_view->fileSelectionChanged({});
-        QCOMPARE(last(), "0 files"_s);
-
-        QVector<qint64> ids;
-        for (const char *name : {"a.txt", "b.txt", "c.txt"})
-            ids << m_fixture->addExternal(QLatin1String(name));
-        QCOMPARE(last(), "3 files"_s);
-        select({ids.at(1)});
-        QCOMPARE(last(), "2 of 3"_s);
-        QCOMPARE(selected.last().first().toLongLong(), ids.at(1));
+        m_fixture->addExternal("a.txt"_s);
+        const qint64 id = m_fixture->addExternal("b.txt"_s);
+        select({id});
+        QCOMPARE(last(), "2 of 2"_s);
+        QCOMPARE(selected.last().first().toLongLong(), id);
         list()->selectAll();
-        QCOMPARE(last(), "3 selected"_s);
-        list()->clearSelection();
-        QCOMPARE(last(), "3 files"_s);
-        QCOMPARE(selected.last().first().toLongLong(), 0);
+        QCOMPARE(last(), "2 selected"_s);
         m_view->setController(nullptr);
         QCOMPARE(last(), QString());
     }
@@ -201,19 +187,11 @@ private slots:
         const Sorter *sorter = m_fixture->mainView().sorter();
 
         action("fileSearchAction")->setChecked(true);
-        QTRY_VERIFY(m_ui->searchEdit->isVisible());
         m_ui->searchEdit->setText("report %"_s);
         QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
         QCOMPARE(sorter->rowCount(), 1);
         QCOMPARE(sorter->fileAt(0)->id(), hit);
         QCOMPARE(m_ui->searchEdit->text(), "report %"_s);
-
-        m_ui->searchEdit->clear();
-        QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
-        QCOMPARE(sorter->rowCount(), 2);
-
-        m_ui->searchEdit->setText("report"_s);
-        QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
         m_fixture->activate(m_fixture->addNode(tagId));
         QCOMPARE(m_ui->searchEdit->text(), QString());
         QCOMPARE(sorter->rowCount(), 2);
@@ -238,10 +216,7 @@ private slots:
             showTable();
         const qint64 tagId = m_fixture->tags().addTag("A"_s);
         const qint64 nodeId = m_fixture->addNode(tagId);
-        if (isNodeCurrent)
-            m_fixture->activate(nodeId);
-        else
-            showAll();
+        isNodeCurrent ? m_fixture->activate(nodeId) : showAll();
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_fixture->write("it's %1 \u00e4.txt"_s, "text")),
                       QUrl("https://example.org/"_s)});
@@ -250,22 +225,19 @@ private slots:
         QCOMPARE(drop(target, {5, 5}, data), Qt::CopyAction);
         m_fixture->waitForWorker();
 
-        const QList<File *> files = m_fixture->manager()->files().values();
-        QCOMPARE(files.size(), 2);
-        for (const File *added : files)
+        QCOMPARE(m_fixture->manager()->files().size(), 2);
+        for (const File *added : m_fixture->manager()->files())
             QCOMPARE(added->tags(), isNodeCurrent ? QVector<qint64>{tagId} : QVector<qint64>());
     }
 
     void contextMenuFitsSelection_data()
     {
-        QTest::addColumn<QString>("kinds"); // a letter a file: Internal, External, Hyperlink
-        QTest::addColumn<QStringList>("texts");
+        addColumns<QString, QStringList>("kinds", "texts"); // a letter a file: Internal, External, Hyperlink
         const QString open = "Open for Viewing"_s;
-        const QString show = "Show in Explorer"_s;
         const QStringList single = {"Show related files"_s, "Properties"_s};
         addRow("nothing", QString(), QStringList());
         addRow("internal", "I"_s, QStringList{"Delete File"_s} + single);
-        addRow("external", "E"_s, QStringList{open, show, "Delete Link"_s} + single);
+        addRow("external", "E"_s, QStringList{open, "Show in Explorer"_s, "Delete Link"_s} + single);
         addRow("hyperlink", "H"_s, QStringList{open, "Delete Link"_s} + single);
         addRow("two external", "EE"_s, QStringList{"Delete Links"_s});
         addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s});
@@ -285,7 +257,7 @@ private slots:
         }
         showAll();
         select(ids);
-        QTEST(menuTexts(), "texts");
+        QTEST(menuTexts([this] { m_view->openContextMenu({5, 5}); }), "texts");
     }
 
     void doubleClickOpensUnlessEditing()
@@ -295,7 +267,7 @@ private slots:
         AddingSettings::setLinkToFiles(false);
         m_fixture->addExternal("inside.txt"_s);
         showAll();
-        const QAbstractItemModel *model = m_fixture->mainView().sorter();
+        const Sorter *model = m_fixture->mainView().sorter();
         emit list()->doubleClicked(model->index(1, 0));
         QVERIFY(m_opened.isEmpty());
         emit list()->doubleClicked(model->index(0, 0));
@@ -303,16 +275,12 @@ private slots:
         m_ui->editMode->setChecked(true);
         emit list()->doubleClicked(model->index(0, 0));
         QCOMPARE(m_opened.size(), 1);
-        m_ui->editMode->setChecked(false);
-        emit list()->doubleClicked(model->index(0, 0));
-        QCOMPARE(m_opened.size(), 2);
         QVERIFY(m_fixture->takeBoxes().isEmpty());
     }
 
     void editorKeys_data()
     {
         addColumns<bool, QString, int, QString>("asTable", "typed", "end", "name");
-        const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
         const QString after = "new"_s;
         addRow("return takes it", true, after, int(Qt::Key_Return), after);
         addRow("esc leaves it", true, after, int(Qt::Key_Escape), before);
@@ -332,7 +300,6 @@ private slots:
         if (asTable)
             showTable();
         QAbstractItemView *view = asTable ? table() : list();
-        const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
         const qint64 id = m_fixture->add(QUrl(before));
         showAll();
         m_ui->editMode->setChecked(true);
@@ -362,9 +329,6 @@ private slots:
         QVERIFY(table()->isVisible() && !list()->isVisible());
         QCOMPARE(table()->selectionModel()->selectedRows().size(), 1);
         QVERIFY(!WindowSettings::showIconView());
-        action("thumbnailsAction")->setChecked(true);
-        QVERIFY(list()->isVisible() && !table()->isVisible());
-        QVERIFY(WindowSettings::showIconView());
     }
 
     void headerComesBackUnsorted()
@@ -414,28 +378,13 @@ private:
     void select(const QVector<qint64> &ids)
     {
         const Sorter *sorter = m_fixture->mainView().sorter();
-        list()->clearSelection();
+        QItemSelectionModel *selection = list()->selectionModel();
+        selection->clearSelection();
         for (int row = 0; row < sorter->rowCount(); ++row) {
-            if (!ids.contains(sorter->fileAt(row)->id()))
-                continue;
-            list()->selectionModel()->setCurrentIndex(sorter->index(row, 0), QItemSelectionModel::NoUpdate);
-            list()->selectionModel()->select(sorter->index(row, 0),
-                                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            if (ids.contains(sorter->fileAt(row)->id()))
+                selection->setCurrentIndex(sorter->index(row, 0),
+                                           QItemSelectionModel::Select | QItemSelectionModel::Rows);
         }
-    }
-
-    QStringList menuTexts()
-    {
-        QStringList texts;
-        QTimer::singleShot(0, m_view, [&texts] {
-            if (QWidget *menu = QApplication::activePopupWidget()) {
-                for (const QAction *entry : menu->actions())
-                    texts << entry->text();
-                menu->close();
-            }
-        });
-        m_view->openContextMenu({5, 5});
-        return texts;
     }
 
     const File *file(qint64 id) { return m_fixture->file(id); }

@@ -234,14 +234,8 @@ private slots:
     {
         QFETCH(QStringList, selected);
         m_window->select(selected);
-        QStringList texts;
-        QTimer::singleShot(0, m_window->table, [&texts] {
-            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            for (const QAction *entry : menu->actions())
-                texts.append(entry->text());
-            menu->close();
-        });
-        emit m_window->table->customContextMenuRequested(QPoint(5, 5));
+        const QStringList texts =
+            menuTexts([this] { emit m_window->table->customContextMenuRequested(QPoint(5, 5)); });
         QTEST(texts.join(QLatin1Char(',')), "entries");
     }
 

@@ -2,6 +2,7 @@
 
 #include "tests/support/text.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QInputDialog>
 #include <QStringList>
@@ -39,3 +40,19 @@ private:
     QStringList m_seen;
     QTimer m_timer;
 };
+
+/** The entries of the menu that a call opens; it is closed again. */
+template <class Open>
+QStringList menuTexts(Open open)
+{
+    QStringList texts;
+    QTimer::singleShot(0, qApp, [&texts] {
+        if (QWidget *menu = QApplication::activePopupWidget()) {
+            for (const QAction *entry : menu->actions())
+                texts.append(entry->text());
+            menu->close();
+        }
+    });
+    open();
+    return texts;
+}
