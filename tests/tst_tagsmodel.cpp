@@ -16,6 +16,9 @@
 using Ids = QVector<qint64>;
 
 namespace {
+/** The rows made by a test, which the model only borrows. */
+TableData madeRows;
+
 /** Tags with the ids first to last, named t and their id. */
 TableData rowsOfTags(int first, int last)
 {
@@ -28,6 +31,7 @@ TableData rowsOfTags(int first, int last)
         row->setValue("creation_date"_s, 60 * id);
         rows.append(row);
     }
+    madeRows += rows;
     return rows;
 }
 
@@ -69,6 +73,9 @@ private slots:
         m_groupTester.reset();
         m_tableTester.reset();
         m_open.reset();
+        freeRows(madeRows);
+        // No event loop runs here that would delete the items of removed rows.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
     void editsGoToTheDatabase()
