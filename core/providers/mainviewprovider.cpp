@@ -5,7 +5,7 @@
 #include "db/transaction.h"
 
 namespace {
-constexpr int rowsPerSlice = 4096;
+constexpr int rowsPerSlice = 512;
 constexpr int filesPerReload = 4000;
 } // namespace
 
