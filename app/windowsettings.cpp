@@ -14,6 +14,14 @@ const QString showIconViewKey = QStringLiteral("MainWindow/showIconView");
 const QString searchLineKey = QStringLiteral("MainWindow/fileSearchLineVisibility");
 const QString editModeKey = QStringLiteral("MainWindow/editModeActivated");
 
+/** Each write rewrites the store and waits for the disk, so an equal value is left alone. */
+void store(const QString &key, const QVariant &value)
+{
+    QSettings settings;
+    if (!settings.contains(key) || settings.value(key) != value)
+        settings.setValue(key, value);
+}
+
 } // namespace
 
 namespace WindowSettings {
@@ -25,7 +33,7 @@ QByteArray layout(const QString &key)
 
 void setLayout(const QString &key, const QByteArray &state)
 {
-    QSettings().setValue(key, state);
+    store(key, state);
 }
 
 QString lastVersionUsed()
@@ -35,11 +43,9 @@ QString lastVersionUsed()
 
 bool noteVersion(const QString &version)
 {
-    QSettings settings;
-    const bool differs = settings.value(lastVersionUsedKey, QString()).toString() != version;
-    if (differs)
-        settings.setValue(lastVersionUsedKey, version);
-    settings.setValue(lastVersionDifferentKey, differs);
+    const bool differs = lastVersionUsed() != version;
+    store(lastVersionUsedKey, version);
+    store(lastVersionDifferentKey, differs);
     return differs;
 }
 
@@ -50,7 +56,7 @@ QString lastDatabaseDir(const QString &defaultDir)
 
 void setLastDatabaseDir(const QString &dir)
 {
-    QSettings().setValue(lastDatabaseDirKey, dir);
+    store(lastDatabaseDirKey, dir);
 }
 
 QQueue<DBDetails> recentDatabases()
@@ -72,7 +78,8 @@ void setRecentDatabases(const QQueue<DBDetails> &databases)
         if (!specifier.isNull())
             stored.enqueue(specifier);
     }
-    QSettings().setValue(recentDatabasesKey, QVariant::fromValue(stored));
+    if (QSettings().value(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>() != stored)
+        QSettings().setValue(recentDatabasesKey, QVariant::fromValue(stored));
 }
 
 bool showIconView()
@@ -82,7 +89,7 @@ bool showIconView()
 
 void setShowIconView(bool show)
 {
-    QSettings().setValue(showIconViewKey, show);
+    store(showIconViewKey, show);
 }
 
 bool isFileSearchLineVisible()
@@ -92,7 +99,7 @@ bool isFileSearchLineVisible()
 
 void setFileSearchLineVisible(bool visible)
 {
-    QSettings().setValue(searchLineKey, visible);
+    store(searchLineKey, visible);
 }
 
 bool isEditModeActivated()
@@ -102,7 +109,7 @@ bool isEditModeActivated()
 
 void setEditModeActivated(bool activated)
 {
-    QSettings().setValue(editModeKey, activated);
+    store(editModeKey, activated);
 }
 
 } // namespace WindowSettings

@@ -46,13 +46,14 @@ public:
         return false;
     }
 
-    /** The program's result. The splash screen may have waited for the first paint before. */
+    /** Ends the process at once: the end of a program is no part of its start. */
     int run()
     {
         QTimer idle;
         connect(&idle, &QTimer::timeout, this, [this] {
+            // The splash screen may have waited for the first paint before.
             if (m_isPainted)
-                QCoreApplication::quit();
+                _exit(0);
         });
         idle.start(0);
         return QApplication::exec();

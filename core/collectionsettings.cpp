@@ -16,7 +16,10 @@ QVariant read(const QString &key, const QVariant &fallback = QVariant())
 
 void write(const QString &key, const QVariant &value)
 {
-    QSettings().setValue(key, value);
+    // A write rewrites the store and waits for the disk, so an equal value is left alone.
+    QSettings settings;
+    if (!settings.contains(key) || settings.value(key) != value)
+        settings.setValue(key, value);
 }
 } // namespace
 
