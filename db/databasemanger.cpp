@@ -282,6 +282,10 @@ void DatabaseManger::loadedDBVerion(bool ok, const TableData &rows)
 
 void DatabaseManger::reloadAllData()
 {
+    // While another connection keeps the file to itself every load would fail and leave the views empty.
+    loadOrKeep(PendingReloads::Everything, {0}, [this] { loadDBVersion(); });
+    if (m_sawBusy)
+        return;
     emit aboutToReloadAllData();
     m_thumbnailCache->clearCache();
     loadBrowsingTrees();
@@ -315,6 +319,9 @@ void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
         break;
     case PendingReloads::Files:
         reloadFiles(ids);
+        break;
+    case PendingReloads::Everything:
+        reloadAllData();
         break;
     default:
         break;

@@ -207,6 +207,7 @@ public slots:
     void updateTags(const QVector<qint64> &tagIds);
     void reloadNodes(const QVector<qint64> &nodeIds);
     void reloadFiles(const QVector<qint64> &fileIds);
+    /** Empties and fills everything; when the database is busy all stays as it is until a later try. */
     void reloadAllData();
 
 protected slots:

@@ -15,7 +15,7 @@ class PendingReloads : public QObject
     Q_OBJECT
 
 public:
-    enum Kind { Tags, Nodes, Files };
+    enum Kind { Tags, Nodes, Files, Everything };
 
     explicit PendingReloads(QObject *parent = nullptr);
 

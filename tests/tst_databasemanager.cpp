@@ -216,11 +216,17 @@ private slots:
         QSignalSpy temporary(manager.get(), &DatabaseManger::showTempWarning);
         OtherConnection other(manager.path());
         QVERIFY(other.run("INSERT INTO tags VALUES(7,'theirs','',0,NULL)"_s));
+        manager.addFiles(3);
+        QSignalSpy begin(manager.get(), &DatabaseManger::aboutToReloadAllData);
         QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
         manager->updateTags({7});
+        manager->reloadAllData();
         QVERIFY(!manager->hasTag(7));
+        QCOMPARE(manager->files().size(), 3);
         QVERIFY(other.run("ROLLBACK"_s));
         QTRY_COMPARE(manager->tagName(7), "theirs"_s);
+        QTRY_COMPARE(begin.size(), 1);
+        QCOMPARE(manager->files().size(), 3);
         QVERIFY(temporary.isEmpty());
     }
 
