@@ -283,7 +283,7 @@ void DatabaseManger::loadedDBVerion(bool ok, const TableData &rows)
 void DatabaseManger::reloadAllData()
 {
     // While another connection keeps the file to itself every load would fail and leave the views empty.
-    loadOrKeep(PendingReloads::Everything, {0}, [this] { loadDBVersion(); });
+    loadOrKeep(PendingReloads::FullReload, {0}, [this] { loadDBVersion(); });
     if (m_sawBusy)
         return;
     emit aboutToReloadAllData();
@@ -311,16 +311,16 @@ void DatabaseManger::loadOrKeep(int kind, const QVector<qint64> &ids, const std:
 void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
 {
     switch (kind) {
-    case PendingReloads::Tags:
+    case PendingReloads::TagReload:
         updateTags(ids);
         break;
-    case PendingReloads::Nodes:
+    case PendingReloads::NodeReload:
         reloadNodes(ids);
         break;
-    case PendingReloads::Files:
+    case PendingReloads::FileReload:
         reloadFiles(ids);
         break;
-    case PendingReloads::Everything:
+    case PendingReloads::FullReload:
         reloadAllData();
         break;
     default:

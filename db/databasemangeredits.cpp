@@ -66,7 +66,8 @@ void DatabaseManger::updateTag(qint64 tagId, const QString &column, const QStrin
 void DatabaseManger::updateTags(const QVector<qint64> &tagIds)
 {
     if (m_providers.tags)
-        loadOrKeep(PendingReloads::Tags, tagIds, [this, &tagIds] { m_providers.tags->loadTags(tagIds); });
+        loadOrKeep(PendingReloads::TagReload, tagIds,
+                   [this, &tagIds] { m_providers.tags->loadTags(tagIds); });
 }
 
 bool DatabaseManger::removeTags(const QVector<qint64> &tagIds)
@@ -141,7 +142,7 @@ void DatabaseManger::loadAllNodes()
 void DatabaseManger::reloadNodes(const QVector<qint64> &nodeIds)
 {
     if (m_providers.browsTree)
-        loadOrKeep(PendingReloads::Nodes, nodeIds,
+        loadOrKeep(PendingReloads::NodeReload, nodeIds,
                    [this, &nodeIds] { m_providers.browsTree->loadNodes(nodeIds); });
 }
 
@@ -248,7 +249,7 @@ void DatabaseManger::loadAllFiles()
 void DatabaseManger::reloadFiles(const QVector<qint64> &fileIds)
 {
     if (m_providers.mainView)
-        loadOrKeep(PendingReloads::Files, fileIds,
+        loadOrKeep(PendingReloads::FileReload, fileIds,
                    [this, &fileIds] { m_providers.mainView->loadFiles(fileIds); });
 }
 
@@ -290,7 +291,7 @@ bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,
     const bool edited = edit(*m_providers.mainView);
     // The worker may have taken the database between the edit and the reading of what it made.
     if (edited && m_sawBusy)
-        m_pendingReloads->add(PendingReloads::Files, fileIds);
+        m_pendingReloads->add(PendingReloads::FileReload, fileIds);
     refreshModificationDate();
     return edited;
 }

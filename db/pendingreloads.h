@@ -15,7 +15,7 @@ class PendingReloads : public QObject
     Q_OBJECT
 
 public:
-    enum Kind { Tags, Nodes, Files, Everything };
+    enum Kind { TagReload, NodeReload, FileReload, FullReload };
 
     explicit PendingReloads(QObject *parent = nullptr);
 

@@ -8,8 +8,8 @@
 
 namespace {
 // Small enough for the processor's cache, so that hashing does not fetch the bytes from memory again.
-constexpr qint64 sliceSize = 256 * 1024;
-constexpr qint64 groupBytes = 1024 * 1024;
+constexpr qint64 sliceSize = 256LL * 1024;
+constexpr qint64 groupBytes = 1024LL * 1024;
 constexpr int groupFiles = 64;
 
 /** Small files, read one after the other and hashed side by side. */

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int sliceSize = 256 * 1024;
 // Contents up to this size are held while their group is parted, in so many groups at most.
-constexpr qint64 heldSize = 1024 * 1024;
+constexpr qint64 heldSize = 1024LL * 1024;
 constexpr int heldGroups = 16;
 
 } // namespace

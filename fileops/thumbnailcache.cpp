@@ -97,7 +97,6 @@ void ThumbnailCache::onThumbnailLoaded(qlonglong fileId, QImage *image)
 
 QImage *ThumbnailCache::insertPlaceholder(qint64 fileId)
 {
-    auto *placeholder = new QImage(QStringLiteral(":/icons/loadingthumbnail.png"));
-    m_images.insert(fileId, placeholder, 1);
-    return placeholder;
+    m_images.insert(fileId, new QImage(QStringLiteral(":/icons/loadingthumbnail.png")), 1);
+    return m_images.object(fileId);
 }

@@ -14,7 +14,7 @@
 
 namespace {
 constexpr int edge = 128;
-constexpr qint64 millionPixels = 1000 * 1000;
+constexpr qint64 millionPixels = 1000LL * 1000;
 // A picture that is decoded whole takes up to 16 bytes a pixel, the copy for scaling included.
 constexpr qint64 maxWholePixels = 64 * millionPixels;
 // At a reduced size a progressive JPEG still keeps some 6 bytes a pixel, a plain PNG nothing.
@@ -139,6 +139,6 @@ QImage ThumbnailMaker::thumbnailOf(const QString &path)
     QImage canvas(edge, edge, QImage::Format_ARGB32);
     canvas.fill(QColor(0, 0, 0, 0));
     QPainter painter(&canvas);
-    painter.drawImage(QPointF((edge - scaled.width()) / 2, (edge - scaled.height()) / 2), scaled);
+    painter.drawImage(QPoint((edge - scaled.width()) / 2, (edge - scaled.height()) / 2), scaled);
     return canvas;
 }

@@ -324,7 +324,7 @@ void TBtreeModel::connectNode(TBnode *node)
 
 void TBtreeModel::disconnectNode(TBnode *node)
 {
-    if (node == m_currentNode)
+    if (m_currentNode && node == m_currentNode)
         m_currentNode = nullptr;
     disconnect(node, nullptr, this, nullptr);
     for (TBnode *child : node->children())
