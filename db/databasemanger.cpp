@@ -25,10 +25,7 @@ bool isBusyError(const QSqlError &error)
 {
     // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
     const int code = error.nativeErrorCode().toInt() & 0xff;
-    // Of a commit that fails the driver keeps the text alone.
-    const QString text = error.databaseText();
-    return code == 5 || code == 6 || text == QLatin1String("database is locked") ||
-           text == QLatin1String("database table is locked");
+    return code == 5 || code == 6;
 }
 } // namespace
 
