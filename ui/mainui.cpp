@@ -37,7 +37,7 @@ QAction *makeEditMode(QMainWindow *window)
     auto *action = new QAction(QIcon(QStringLiteral(":/icons/edit.png")), tr("Edit Mode"), window);
     action->setObjectName(QStringLiteral("editModeAction"));
     action->setCheckable(true);
-    action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+    action->setShortcut(QKeySequence(QStringLiteral("Ctrl+E")));
     action->setAutoRepeat(false);
     return action;
 }

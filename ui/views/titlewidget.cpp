@@ -78,11 +78,11 @@ void TitleWidget::setRequirements(NodeType type, QVector<qint64> required, QVect
                                   QVector<qint64> excluded)
 {
     m_type = type;
-    m_required = required;
-    m_eitherOr = eitherOr;
-    m_excluded = excluded;
+    m_required = std::move(required);
+    m_eitherOr = std::move(eitherOr);
+    m_excluded = std::move(excluded);
     // The tags that were asked for may all have been removed.
-    if (type == TagNode && required.isEmpty() && eitherOr.isEmpty() && excluded.isEmpty())
+    if (type == TagNode && m_required.isEmpty() && m_eitherOr.isEmpty() && m_excluded.isEmpty())
         clear();
     else if (type == TagNode)
         showTexts(tr("Tag Requirements:"), requirementText());
