@@ -1,0 +1,112 @@
+#include "bench/flatlibrary.h"
+
+#include "core/file.h"
+#include "models/contentsmodel.h"
+
+#include <QCollator>
+
+#include <algorithm>
+#include <cstdlib>
+
+FlatLibrary::FlatLibrary(const ContentsModel &contents, const QStringList &tagNames) : m_tagNames(tagNames)
+{
+    const int count = contents.rowCount();
+    m_tags.reserve(static_cast<size_t>(count));
+    for (int row = 0; row < count; ++row) {
+        const QVector<qint64> tags = contents.fileAt(row)->tags();
+        m_tags.emplace_back(tags.begin(), tags.end());
+    }
+    for (int row = 0; row < count; ++row) {
+        const File &file = *contents.fileAt(row);
+        m_texts.push_back({file.name(), file.description(), file.idCode()});
+        m_dates.push_back({file.modificationSeconds(), file.id()});
+    }
+}
+
+qint64 FlatLibrary::tagOnFiles(int files) const
+{
+    std::vector<int> counts;
+    for (const std::vector<qint64> &tags : m_tags) {
+        for (const qint64 tag : tags) {
+            counts.resize(std::max(counts.size(), static_cast<size_t>(tag) + 1));
+            ++counts[static_cast<size_t>(tag)];
+        }
+    }
+    const auto isNearer = [files](int left, int right) {
+        return std::abs(left - files) < std::abs(right - files);
+    };
+    return std::min_element(counts.begin(), counts.end(), isNearer) - counts.begin();
+}
+
+qint64 FlatLibrary::countTags() const
+{
+    std::vector<quint32> counts(static_cast<size_t>(m_tagNames.size()) + 1);
+    for (const std::vector<qint64> &tags : m_tags) {
+        for (const qint64 tag : tags)
+            ++counts[static_cast<size_t>(tag)];
+    }
+    return counts[1];
+}
+
+qint64 FlatLibrary::sortByNames() const
+{
+    std::vector<const Texts *> order;
+    order.reserve(m_texts.size());
+    for (const Texts &texts : m_texts)
+        order.push_back(&texts);
+    std::sort(order.begin(), order.end(), [](const Texts *left, const Texts *right) {
+        const int result = left->name.compare(right->name);
+        return result != 0 ? result < 0 : left < right;
+    });
+    return order.front()->name.size();
+}
+
+qint64 FlatLibrary::sortByNumbers() const
+{
+    std::vector<Key> order = m_dates;
+    std::sort(order.begin(), order.end(), [](const Key &left, const Key &right) {
+        return left.number != right.number ? left.number < right.number : left.id < right.id;
+    });
+    return order.front().id;
+}
+
+qint64 FlatLibrary::search(const QString &text) const
+{
+    qint64 hits = 0;
+    for (const Texts &texts : m_texts) {
+        const bool isHit = texts.name.contains(text, Qt::CaseInsensitive) ||
+                           texts.description.contains(text, Qt::CaseInsensitive) ||
+                           texts.code.contains(text, Qt::CaseInsensitive);
+        hits += isHit ? 1 : 0;
+    }
+    return hits;
+}
+
+qint64 FlatLibrary::visitAll() const
+{
+    qint64 sum = 0;
+    for (const Key &key : m_dates)
+        sum += key.id;
+    return sum;
+}
+
+qint64 FlatLibrary::filterTagNames(const QString &text) const
+{
+    return std::count_if(m_tagNames.begin(), m_tagNames.end(),
+                         [&text](const QString &name) { return name.contains(text, Qt::CaseInsensitive); });
+}
+
+qint64 FlatLibrary::sortTagNames() const
+{
+    const QCollator collator;
+    std::vector<QCollatorSortKey> keys;
+    for (const QString &name : m_tagNames)
+        keys.push_back(collator.sortKey(name));
+    std::vector<int> order(keys.size());
+    for (size_t i = 0; i < order.size(); ++i)
+        order[i] = static_cast<int>(i);
+    std::sort(order.begin(), order.end(), [&keys](int left, int right) {
+        return keys[static_cast<size_t>(left)] < keys[static_cast<size_t>(right)];
+    });
+    return order.front();
+}
