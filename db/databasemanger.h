@@ -122,6 +122,9 @@ public:
     qint64 addNodeBelow(qint64 tagId, qint64 parentId);
     /** The same between a node and its parent. */
     qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
+    /** The same for many tags, all or none: nodes beside each other below, or a chain above. */
+    void addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
+    void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
     /** Removes nodes with all below them. */
     bool removeNodes(const QVector<qint64> &nodeIds);
     /** Removes nodes alone: their children move up to the nearest node that stays. */
@@ -271,6 +274,7 @@ private:
     void connectErrors(BaseDBProvider *provider);
     void gotProviderError(const QSqlError &error);
     void updateTag(qint64 tagId, const QString &column, const QString &value);
+    qint64 parentOf(qint64 nodeId) const;
     bool runRemoval(const NodeRemovalPlan &plan);
     void mergeRemoval(const NodeRemovalPlan &plan);
     bool editFiles(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &edit);

@@ -157,14 +157,40 @@ qint64 DatabaseManger::addNodeBelow(qint64 tagId, qint64 parentId)
 
 qint64 DatabaseManger::addNodeAbove(qint64 tagId, qint64 nodeId)
 {
-    const TBnode *node = m_nodes.map().value(nodeId);
-    if (!node || !m_providers.browsTree || !isDataCurrent())
+    if (!m_nodes.map().contains(nodeId) || !m_providers.browsTree || !isDataCurrent())
         return 0;
-    const TBnode *parent = node->parentNode();
-    const qint64 parentId = parent && parent->nodeType() == TagNode ? parent->id() : 0;
-    const qint64 newId = m_providers.browsTree->addNodeAbove(tagId, true, false, parentId, nodeId);
+    const qint64 newId = m_providers.browsTree->addNodeAbove(tagId, true, false, parentOf(nodeId), nodeId);
     refreshModificationDate();
     return newId;
+}
+
+qint64 DatabaseManger::parentOf(qint64 nodeId) const
+{
+    const TBnode *node = m_nodes.map().value(nodeId);
+    const TBnode *parent = node ? node->parentNode() : nullptr;
+    return parent && parent->nodeType() == TagNode ? parent->id() : 0;
+}
+
+void DatabaseManger::addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId)
+{
+    if (tagIds.isEmpty() || !m_providers.browsTree || !isDataCurrent())
+        return;
+    const QVector<qint64> ids = m_providers.browsTree->addNodes(tagIds, true, false, parentId);
+    if (!ids.isEmpty())
+        reloadNodes(ids);
+    refreshModificationDate();
+}
+
+void DatabaseManger::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
+{
+    if (tagIds.isEmpty() || !m_nodes.map().contains(nodeId) || !m_providers.browsTree || !isDataCurrent())
+        return;
+    const QVector<qint64> ids =
+        m_providers.browsTree->addNodesAbove(tagIds, true, false, parentOf(nodeId), nodeId);
+    // Read together with the node that they went above, which tells of its new parent.
+    if (!ids.isEmpty())
+        reloadNodes(ids + QVector<qint64>{nodeId});
+    refreshModificationDate();
 }
 
 bool DatabaseManger::removeNodes(const QVector<qint64> &nodeIds)

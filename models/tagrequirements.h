@@ -18,4 +18,11 @@ struct TagRequirements
     /** Counts only beside an eitherOr that is not empty. */
     QVector<qint64> eitherOrWidened;
     QVector<qint64> excludedWidened;
+
+    bool operator==(const TagRequirements &other) const
+    {
+        return required == other.required && eitherOr == other.eitherOr && excluded == other.excluded &&
+               requiredAlternatives == other.requiredAlternatives &&
+               eitherOrWidened == other.eitherOrWidened && excludedWidened == other.excludedWidened;
+    }
 };

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 using Ids = QVector<qint64>;
@@ -182,20 +183,51 @@ private slots:
         QCOMPARE(current.size(), 3);
     }
 
-    void widerNodeCountsTagsBelow()
+    void shownNodeFollowsEdits_data()
     {
+        addColumns<int, Ids>("edit", "shown");
+        addRow("relationships off", 0, Ids{1});
+        addRow("inverted itself", 1, Ids{3});
+        addRow("inverted above", 2, Ids{5});
+        addRow("another relative", 3, Ids({1, 2, 3}));
+        addRow("a relative less", 4, Ids{1});
+        addRow("a node above", 5, Ids{2});
+        addRow("no node above", 6, Ids({1, 2, 5}));
+    }
+
+    void shownNodeFollowsEdits()
+    {
+        QFETCH(int, edit);
+        QFETCH(Ids, shown);
         LocalCollection collection;
-        collection.addFiles(3);
-        const qint64 animal = collection.tags().addTag("animal"_s, {1});
-        const qint64 lion = collection.tags().addTag("lion"_s, {2});
-        collection.relations().addChildren({}, {animal});
-        collection.relations().addChildren(QString::number(animal), {lion});
-        const qint64 nodeId = collection.manager()->addNodeBelow(animal, 0);
-        collection.tree().nodeActivated(TagNode, nodeId, {animal}, {});
+        collection.addFiles(5);
+        TagsController &tags = collection.tags();
+        const qint64 animal = tags.addTag("animal"_s, {1, 5});
+        const qint64 lion = tags.addTag("lion"_s, {2});
+        const qint64 bear = tags.addTag("bear"_s, {3});
+        const qint64 house = tags.addTag("house"_s, {1, 2, 3});
+        const qint64 garden = tags.addTag("garden"_s, {2, 4});
+        RelationsController &relations = collection.relations();
+        const QString place = QString::number(animal);
+        relations.addChildren({}, {animal});
+        relations.addChildren(place, {lion});
+        BrowsTreeController &tree = collection.tree();
+        const qint64 top = collection.manager()->addNodeBelow(house, 0);
+        const qint64 nodeId = collection.manager()->addNodeBelow(animal, top);
+        tree.nodeActivated(TagNode, nodeId, {house, animal}, {});
         QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
-        collection.tree().changeTrOption(nodeId, false);
-        collection.tree().nodeActivated(TagNode, nodeId, {animal}, {});
-        QCOMPARE(collection.mainView().shownFileIds(), Ids{1});
+        const std::function<void()> edits[] = {
+            [&] { tree.changeTrOption(nodeId, false); },
+            [&] { tree.changeInversion(nodeId, true); },
+            [&] { tree.changeInversion(top, true); },
+            [&] { relations.addChildren(place, {bear}); },
+            [&] { relations.removeNode(place + QLatin1Char('.') + QString::number(lion)); },
+            [&] { tree.addNodesAbove({garden}, nodeId); },
+            [&] { tree.removeNodes({top}); },
+        };
+        edits[edit]();
+        QTRY_COMPARE(collection.mainView().shownFileIds(), shown);
+        QCOMPARE(tree.currentTagNodeId(), nodeId);
     }
 
     void newTagIsNoRelativeByItsId_data()

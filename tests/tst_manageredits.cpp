@@ -246,6 +246,27 @@ private slots:
             "0"_s);
     }
 
+    void nodesOfManyTagsComeTogether()
+    {
+        LocalManager manager;
+        const Ids tags = {manager->addTag("a"_s), manager->addTag("b"_s), manager->addTag("c"_s)};
+        const qint64 top = manager->addNodeBelow(tags.at(0), 0);
+        const qint64 low = manager->addNodeBelow(tags.at(0), top);
+        manager->addNodesBelow(tags.mid(1), low);
+        manager->addNodesAbove(tags.mid(1), low);
+        const QStringList places{"1"_s, "1/5"_s, "1/5/6"_s, "1/5/6/2"_s, "1/5/6/2/3"_s, "1/5/6/2/4"_s};
+        QCOMPARE(placesInMemory(manager), places);
+        QCOMPARE(placesInDatabase(), places);
+        QCOMPARE(manager->nodes().value(5)->tagId(), tags.at(1));
+
+        QVERIFY(manager.run("CREATE TRIGGER fault BEFORE INSERT ON tb_nodes WHEN NEW.tag_id=%1 "
+                            "BEGIN SELECT RAISE(ABORT,'fault'); END"_s.arg(tags.at(2))));
+        manager->addNodesBelow(tags, top);
+        manager->addNodesAbove(tags, low);
+        QCOMPARE(placesInMemory(manager), places);
+        QCOMPARE(placesInDatabase(), places);
+    }
+
     void removedSubtreeGoesAsAWhole()
     {
         LocalManager manager;

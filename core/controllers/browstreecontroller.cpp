@@ -9,8 +9,7 @@
 #include "db/databasemanger.h"
 #include "models/brtreesortermodel.h"
 #include "models/tbtreemodel.h"
-
-#include <QTimer>
+#include "models/trmodel.h"
 
 #include <algorithm>
 
@@ -29,6 +28,8 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
 {
     m_sorterModel->setSourceModel(m_model);
     connect(m_sorterModel, &BrTreeSorterModel::orderChanged, this, &BrowsTreeController::storeOrder);
+    m_followTimer.setSingleShot(true);
+    connect(&m_followTimer, &QTimer::timeout, this, &BrowsTreeController::followShownNode);
     if (!manager)
         return;
     connect(&manager->nodes(), &SignalContainer::itemDeleted, this, &BrowsTreeController::nodeDeleted);
@@ -50,6 +51,11 @@ void BrowsTreeController::setPeers(MainViewController *mainView, TagsController 
     m_mainView = mainView;
     m_tags = tags;
     m_relations = relations;
+    if (!relations)
+        return;
+    const auto follow = qOverload<>(&QTimer::start);
+    connect(relations->model(), &QAbstractItemModel::rowsInserted, &m_followTimer, follow);
+    connect(relations->model(), &QAbstractItemModel::rowsRemoved, &m_followTimer, follow);
 }
 
 void BrowsTreeController::load()
@@ -66,28 +72,35 @@ void BrowsTreeController::changeInversion(qint64 nodeId, bool inverted)
 {
     if (manager() && mayWrite())
         manager()->updateNode(nodeId, QStringLiteral("inverted"), flagText(inverted));
+    followShownNode();
 }
 
 void BrowsTreeController::changeTrOption(qint64 nodeId, bool trOption)
 {
     if (manager() && mayWrite())
         manager()->updateNode(nodeId, QStringLiteral("tr_options"), flagText(trOption));
+    followShownNode();
 }
 
 void BrowsTreeController::addNodesBelow(const QVector<qint64> &tagIds, qint64 nodeId)
 {
     if (!manager() || !mayWrite())
         return;
-    for (const qint64 tagId : tagIds)
-        manager()->addNodeBelow(tagId, qMax<qint64>(0, nodeId));
+    const qint64 parentId = qMax<qint64>(0, nodeId);
+    if (tagIds.size() == 1)
+        manager()->addNodeBelow(tagIds.first(), parentId);
+    else
+        manager()->addNodesBelow(tagIds, parentId);
 }
 
 void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
 {
     if (!manager() || !mayWrite())
         return;
-    for (const qint64 tagId : tagIds)
-        manager()->addNodeAbove(tagId, nodeId);
+    if (tagIds.size() == 1)
+        manager()->addNodeAbove(tagIds.first(), nodeId);
+    else
+        manager()->addNodesAbove(tagIds, nodeId);
 }
 
 void BrowsTreeController::addTagNodes(const QVector<qint64> &tagIds, qint64 nodeId, bool above)
@@ -141,23 +154,49 @@ void BrowsTreeController::nodeActivated(NodeType type, qint64 nodeId, const QVec
 {
     if (!m_mainView)
         return;
-    if (type != TagNode) {
+    if (type == TagNode)
+        show(requirementsOf(nodeId, required, excluded));
+    else
         m_mainView->showSpecialNode(type);
-    } else {
-        QHash<qint64, QVector<qint64>> alternatives;
-        QVector<qint64> excludedWidened;
-        // The option of the node itself counts, whatever the nodes above it say.
-        const TBnode *node = nodeById(nodeId);
-        if (node && node->trOption() && m_relations) {
-            excludedWidened = m_relations->descendantsOf(excluded);
-            for (const qint64 tagId : required)
-                alternatives.insert(tagId, m_relations->descendantsOf({tagId}));
-        }
-        m_mainView->showTagRequirements(required, {}, excluded, alternatives, {}, excludedWidened);
-    }
     setCurrentNode(type, nodeId);
     if (m_tags)
         m_tags->clearMark();
+}
+
+TagRequirements BrowsTreeController::requirementsOf(qint64 nodeId, const QVector<qint64> &required,
+                                                    const QVector<qint64> &excluded) const
+{
+    TagRequirements all;
+    all.required = required;
+    all.excluded = excluded;
+    // The option of the node itself counts, whatever the nodes above it say.
+    const TBnode *node = nodeById(nodeId);
+    if (node && node->trOption() && m_relations) {
+        all.excludedWidened = m_relations->descendantsOf(excluded);
+        for (const qint64 tagId : required)
+            all.requiredAlternatives.insert(tagId, m_relations->descendantsOf({tagId}));
+    }
+    return all;
+}
+
+void BrowsTreeController::show(const TagRequirements &requirements)
+{
+    m_shown = requirements;
+    m_mainView->showTagRequirements(requirements.required, {}, requirements.excluded,
+                                    requirements.requiredAlternatives, {}, requirements.excludedWidened);
+}
+
+void BrowsTreeController::followShownNode()
+{
+    const TBnode *node = nodeById(currentTagNodeId());
+    if (currentTagNodeId() <= 0 || !node || !m_mainView)
+        return;
+    QVector<qint64> required;
+    QVector<qint64> excluded;
+    node->collectTagRequirements(required, excluded);
+    const TagRequirements now = requirementsOf(node->id(), required, excluded);
+    if (!(now == m_shown))
+        show(now);
 }
 
 void BrowsTreeController::showCurrentNodeAgain()
@@ -213,6 +252,7 @@ void BrowsTreeController::nodesAdded(const Map<qint64, TBnode *> &nodes)
         m_manualOrder.nodeAdded(node->parentNode() ? node->parentNode()->id() : 0, node->id());
     // A node that was moved has left the model for a moment, and its mark with it.
     markCurrentNode();
+    m_followTimer.start();
 }
 
 void BrowsTreeController::nodeDeleted(const QVariant &nodeId)

@@ -3,9 +3,12 @@
 #include "core/controllers/abstractcontroller.h"
 #include "core/recordtypes.h"
 #include "models/manualnodessorter.h"
+#include "models/tagrequirements.h"
 
+#include <QHash>
 #include <QList>
 #include <QSet>
+#include <QTimer>
 #include <QUrl>
 #include <QVector>
 
@@ -83,6 +86,12 @@ signals:
     void currentNodeChanged(int type, qlonglong nodeId);
 
 private:
+    /** The two lists with the tags that stand for others, where the option of the node says so. */
+    TagRequirements requirementsOf(qint64 nodeId, const QVector<qint64> &required,
+                                   const QVector<qint64> &excluded) const;
+    void show(const TagRequirements &requirements);
+    /** Shows the current node's files anew when an edit of nodes or relationships makes them others. */
+    void followShownNode();
     void setCurrentNode(int type, qint64 nodeId);
     /** After a reload, as the tags on its way and below them may be others now. */
     void showCurrentNodeAgain();
@@ -100,6 +109,8 @@ private:
     TBtreeModel *m_model;
     BrTreeSorterModel *m_sorterModel;
     ManualNodesSorter m_manualOrder;
+    TagRequirements m_shown;
+    QTimer m_followTimer; ///< gathers the changes of one edit
     int m_currentType = 0;
     qint64 m_currentId = 0;
     QSet<qint64> m_deletedNodes; ///< still in the order by hand

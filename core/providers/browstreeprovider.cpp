@@ -56,6 +56,36 @@ qint64 BrowsTreeProvider::addNodeAbove(qint64 tagId, bool trOption, bool inverte
     return id;
 }
 
+QVector<qint64> BrowsTreeProvider::addNodes(const QVector<qint64> &tagIds, bool trOption, bool inverted,
+                                            qint64 parentId)
+{
+    Transaction transaction(*this);
+    QVector<qint64> ids;
+    for (const qint64 tagId : tagIds) {
+        const qint64 id = transaction.isActive() ? insertNode(tagId, trOption, inverted) : 0;
+        if (id <= 0 || !addLink(parentId, id))
+            return {};
+        ids.append(id);
+    }
+    return transaction.commit() ? ids : QVector<qint64>();
+}
+
+QVector<qint64> BrowsTreeProvider::addNodesAbove(const QVector<qint64> &tagIds, bool trOption, bool inverted,
+                                                 qint64 parentId, qint64 childId)
+{
+    Transaction transaction(*this);
+    QVector<qint64> ids;
+    qint64 above = parentId;
+    for (const qint64 tagId : tagIds) {
+        const qint64 id = transaction.isActive() ? insertNode(tagId, trOption, inverted) : 0;
+        if (id <= 0 || !addLink(above, id))
+            return {};
+        ids.append(id);
+        above = id;
+    }
+    return writeParent({childId}, above) && transaction.commit() ? ids : QVector<qint64>();
+}
+
 bool BrowsTreeProvider::addLink(qint64 parentId, qint64 childId)
 {
     return runSync(linkInsertText(parentId, childId) + constructor()->statementEnd());
@@ -79,11 +109,16 @@ void BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QStri
 
 void BrowsTreeProvider::updateParent(const QVector<qint64> &ids, qint64 parentId)
 {
+    if (!ids.isEmpty() && writeParent(ids, parentId))
+        emit nodeParentUpdated(ids, parentId);
+}
+
+bool BrowsTreeProvider::writeParent(const QVector<qint64> &ids, qint64 parentId)
+{
     const QString statement =
         constructor()->updateQuery({QStringLiteral("parent_id")}, linksTable, {QString::number(parentId)}) +
         QLatin1String(" WHERE child_id IN (%1)");
-    if (!ids.isEmpty() && runForIds(statement, ids))
-        emit nodeParentUpdated(ids, parentId);
+    return runForIds(statement, ids);
 }
 
 void BrowsTreeProvider::loadAutolinks() {}

@@ -22,6 +22,14 @@ public:
     /** The same between a child and its parent: nodesAdded comes first, then nodeParentUpdated. */
     virtual qint64 addNodeAbove(qint64 tagId, bool trOption, bool inverted, qint64 parentId, qint64 childId);
     virtual bool addLink(qint64 parentId, qint64 childId);
+    /**
+     * Inserts one node for each tag below a parent, all or none, without loading them. Gives the ids in the
+     * order of the tags, nothing on failure.
+     */
+    QVector<qint64> addNodes(const QVector<qint64> &tagIds, bool trOption, bool inverted, qint64 parentId);
+    /** The same as a chain between a child and its parent, the first tag at the top. */
+    QVector<qint64> addNodesAbove(const QVector<qint64> &tagIds, bool trOption, bool inverted,
+                                  qint64 parentId, qint64 childId);
 
     /** Removes the rows of the nodes alone; NodeRemover takes their links along. */
     virtual void removeNodes(const QVector<qint64> &ids);
@@ -73,6 +81,7 @@ protected:
     virtual qint64 insertNode(qint64 tagId, bool trOption, bool inverted);
 
 private:
+    bool writeParent(const QVector<qint64> &ids, qint64 parentId);
     /** Fills %1 of a statement without values with the ids and runs it, all of them or none. */
     bool runForIds(const QString &statement, const QVector<qint64> &ids);
 };
