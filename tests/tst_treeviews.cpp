@@ -235,6 +235,28 @@ private slots:
         QCOMPARE(drop(view->viewport(), over, text), Qt::IgnoreAction);
     }
 
+    void closedBranchesOpenUnderADrag()
+    {
+        TreeWindow window;
+        const QVector<qint64> tags = window.addTags({"a"_s, "b"_s});
+        window.tree().addNodesBelow(tags, 0);
+        window.tree().addNodesBelow(tags, 1);
+        TBtreeView *view = window.nodeView();
+        const QPoint over = centreOf(view, window.node(1));
+        const auto data = tagDrag(tags);
+        QDragEnterEvent enter(over, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(view->viewport(), &enter);
+        for (int move = 0; move < 2; ++move) {
+            QDragMoveEvent resting(over, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(view->viewport(), &resting);
+            QVERIFY(view->isExpanded(window.node(1)) == (move > 0));
+            QTRY_VERIFY(view->isExpanded(window.node(1)));
+        }
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(view->viewport(), &leave);
+        QVERIFY(view->isExpanded(window.node(1)));
+    }
+
     void openBranchesStayOpen()
     {
         TreeWindow window;

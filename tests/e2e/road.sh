@@ -59,7 +59,7 @@ within 10 window "^Vorna - $db" || fail "the new database is not open"
 "$dragsource" "$folder" &
 source=$!
 within 10 window '^Drag source' || fail "no drag source"
-drag 340 113
+drag 340 116
 within 20 equals "select count(*) from files" 60 || fail "files: $(query 'select count(*) from files')"
 equals "select count(*) from files where internal=0" 60 || fail "not all external"
 equals "select group_concat(tag_name, '|') from (select tag_name from tags order by 1)" \
@@ -80,7 +80,7 @@ xdotool mousemove 360 65 click 1
 "$dragsource" "$pictures" &
 source=$!
 within 10 window '^Drag source' || fail "no second drag source"
-drag 348 234
+drag 348 270
 within 20 equals "select count(*) from files where internal=1" 6 || fail "not all internal"
 equals "select count(*) from thumbnails" 6 || fail "thumbnails"
 equals "select count(*) from files join file_tag using (file_id) join tags using (tag_id)
@@ -106,7 +106,7 @@ close_window
 equals "pragma integrity_check" ok || fail "integrity"
 start
 within 10 window "^Vorna - $db" || fail "not opened again"
-xdotool mousemove 340 113 click 1; sleep 1
+xdotool mousemove 340 116 click 1; sleep 1
 [ -z "${VORNA_E2E_PICTURE:-}" ] || import -window root "$VORNA_E2E_PICTURE"
 close_window
 ls "$work"/*.dmp 2>/dev/null && fail "a crash dump was written"

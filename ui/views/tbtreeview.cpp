@@ -9,9 +9,11 @@
 #include "models/brtreesortermodel.h"
 #include "models/idlistmime.h"
 #include "models/treeroles.h"
+#include "ui/views/hoveropener.h"
 #include "ui/views/viewstyle.h"
 
 #include <QDataStream>
+#include <QDrag>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
@@ -55,7 +57,7 @@ void acceptAsCopy(QDropEvent *event)
 
 } // namespace
 
-TBtreeView::TBtreeView(QWidget *parent) : QTreeView(parent)
+TBtreeView::TBtreeView(QWidget *parent) : QTreeView(parent), m_hoverOpener(new HoverOpener(this))
 {
     setObjectName(QStringLiteral("tbView"));
     setAccessibleName(tr("Browsing Tree"));
@@ -256,6 +258,19 @@ void TBtreeView::makeCurrent(const QModelIndex &index)
         selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
 }
 
+void TBtreeView::startDrag(Qt::DropActions supportedActions)
+{
+    // Without the picture of the row, which would cover the line that shows the new place.
+    const QModelIndex dragged = currentIndex();
+    QMimeData *data =
+        dragged.flags().testFlag(Qt::ItemIsDragEnabled) ? model()->mimeData({dragged}) : nullptr;
+    if (!data)
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(data);
+    drag->exec(supportedActions, Qt::MoveAction);
+}
+
 void TBtreeView::dragEnterEvent(QDragEnterEvent *event)
 {
     QTreeView::dragEnterEvent(event);
@@ -275,11 +290,22 @@ void TBtreeView::dragMoveEvent(QDragMoveEvent *event)
     const QModelIndex target = indexAt(event->pos());
     setProperty("is_above", isAboveCentre(event->pos()));
     // The base class knows the model's own type alone, so what comes from elsewhere is judged behind it.
+    setDropIndicatorShown(true);
     QTreeView::dragMoveEvent(event);
-    if (isNodeDrag(*event))
-        return;
+    if (!isNodeDrag(*event))
+        judgeForeignDrag(event, target);
+    // Else the line would stay at the last place that was one.
+    setDropIndicatorShown(event->isAccepted());
+    if (!event->isAccepted())
+        viewport()->update();
+    m_hoverOpener->hover(m_controller && !m_controller->isReadOnly() ? target : QModelIndex());
+}
+
+void TBtreeView::judgeForeignDrag(QDragMoveEvent *event, const QModelIndex &target)
+{
     if (!m_controller || m_controller->isReadOnly() || !takesDrops(target) || !isForeignDrag(*event)) {
         event->ignore();
+        makeCurrent(m_currentBeforeDrag);
         return;
     }
     makeCurrent(target);
@@ -289,11 +315,13 @@ void TBtreeView::dragMoveEvent(QDragMoveEvent *event)
 void TBtreeView::dragLeaveEvent(QDragLeaveEvent *event)
 {
     QTreeView::dragLeaveEvent(event);
+    m_hoverOpener->stop();
     makeCurrent(m_currentBeforeDrag);
 }
 
 void TBtreeView::dropEvent(QDropEvent *event)
 {
+    m_hoverOpener->stop();
     if (!m_controller || m_controller->isReadOnly()) {
         event->ignore();
         return;

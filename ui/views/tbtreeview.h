@@ -10,6 +10,7 @@
 #include <functional>
 
 class BrowsTreeController;
+class HoverOpener;
 
 /**
  * The browsing tree as a surface for gestures: a click shows a node's files, dropped tags become nodes,
@@ -39,6 +40,7 @@ public slots:
     void restoreExpandedState(const QModelIndex &parent);
 
 protected:
+    void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
@@ -56,6 +58,8 @@ private:
     void restoreSelection();
     /** Runs an edit that may move branches, which come back closed. */
     void keepExpansionOver(const std::function<void()> &edit);
+    /** Takes tags, files and addresses over the nodes that they can be dropped on. */
+    void judgeForeignDrag(QDragMoveEvent *event, const QModelIndex &target);
     void dropNode(QDropEvent *event);
     void dropOnNode(QDropEvent *event, qint64 nodeId);
     void dropTags(QDropEvent *event, qint64 nodeId);
@@ -63,6 +67,7 @@ private:
     bool asksForAbove(const QDropEvent &event, qint64 nodeId);
 
     BrowsTreeController *m_controller = nullptr;
+    HoverOpener *m_hoverOpener;
     QPersistentModelIndex m_currentBeforeDrag;
     QSet<qint64> m_expandedNodes;
     QVector<NodeKey> m_selectedNodes; ///< the current one first, while it is selected

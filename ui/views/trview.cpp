@@ -8,12 +8,17 @@
 #include "models/idlistmime.h"
 #include "models/treeroles.h"
 #include "models/trmodel.h"
+#include "ui/views/emptyhint.h"
+#include "ui/views/hoveropener.h"
 
+#include <QDrag>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
 
-TRview::TRview(QWidget *parent) : QTreeView(parent)
+#include <algorithm>
+
+TRview::TRview(QWidget *parent) : QTreeView(parent), m_hoverOpener(new HoverOpener(this))
 {
     setObjectName(QStringLiteral("trView"));
     setAccessibleName(tr("Tag Relationships"));
@@ -45,6 +50,7 @@ void TRview::setController(RelationsController *controller)
     setModel(controller ? controller->model() : nullptr);
     setEnabled(controller);
     m_expandedPaths.clear();
+    m_currentPath.clear();
     if (controller) {
         m_expandedPaths = controller->collection()->settings()->relationExpansion();
         restoreExpandedState();
@@ -149,7 +155,12 @@ void TRview::startDrag(Qt::DropActions supportedActions)
     for (const QModelIndex &index : selectedIndexes())
         m_draggedPaths.insert(index.data(RelationRole::TagId).toLongLong(),
                               index.data(RelationRole::Path).toString());
-    QTreeView::startDrag(supportedActions);
+    if (QMimeData *data = m_draggedPaths.isEmpty() ? nullptr : model()->mimeData(selectedIndexes())) {
+        // Without the picture of the row, which would cover the entry below it.
+        auto *drag = new QDrag(this);
+        drag->setMimeData(data);
+        drag->exec(supportedActions, Qt::CopyAction);
+    }
     m_draggedPaths.clear();
 }
 
@@ -177,7 +188,9 @@ void TRview::dragMoveEvent(QDragMoveEvent *event)
         event->ignore();
         return;
     }
-    makeCurrent(indexAt(event->pos()));
+    const QModelIndex target = indexAt(event->pos());
+    makeCurrent(target);
+    m_hoverOpener->hover(target);
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
@@ -185,11 +198,13 @@ void TRview::dragMoveEvent(QDragMoveEvent *event)
 void TRview::dragLeaveEvent(QDragLeaveEvent *event)
 {
     QTreeView::dragLeaveEvent(event);
+    m_hoverOpener->stop();
     makeCurrent(m_currentBeforeDrag);
 }
 
 void TRview::dropEvent(QDropEvent *event)
 {
+    m_hoverOpener->stop();
     stopAutoScroll();
     setState(QAbstractItemView::NoState);
     const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
@@ -202,36 +217,53 @@ void TRview::dropEvent(QDropEvent *event)
 
     const QPersistentModelIndex target = indexAt(event->pos());
     const QString parentPath = target.data(RelationRole::Path).toString();
-    for (const qint64 tagId : tagIds) {
-        if (!addBelow(parentPath, tagId, m_draggedPaths.value(tagId))) {
-            emit tagRelationshipNotAllowed();
-            break;
-        }
-    }
+    if (!(m_draggedPaths.isEmpty() ? addBelow(parentPath, tagIds) : addDragged(parentPath, tagIds)))
+        emit tagRelationshipNotAllowed();
     if (target.isValid())
         expand(target);
 }
 
-bool TRview::addBelow(const QString &parentPath, qint64 tagId, const QString &sourcePath)
+bool TRview::addBelow(const QString &parentPath, const QVector<qint64> &tagIds)
 {
-    if (!m_controller->isLegal(parentPath, {tagId}))
+    // Tags beside each other make no other illegal, so those before the first illegal one go in together.
+    const auto refused = std::find_if(tagIds.cbegin(), tagIds.cend(), [&](qint64 tagId) {
+        return !m_controller->isLegal(parentPath, {tagId});
+    });
+    const int legal = static_cast<int>(refused - tagIds.cbegin());
+    if (legal > 0)
+        m_controller->addChildren(parentPath, tagIds.mid(0, legal));
+    return legal == tagIds.size();
+}
+
+bool TRview::addDragged(const QString &parentPath, const QVector<qint64> &tagIds)
+{
+    return std::all_of(tagIds.cbegin(), tagIds.cend(), [&](qint64 tagId) {
+        return addWithSubtree(parentPath, tagId, m_draggedPaths.value(tagId));
+    });
+}
+
+bool TRview::addWithSubtree(const QString &parentPath, qint64 tagId, const QString &sourcePath)
+{
+    if (!m_controller->isLegal(parentPath, {tagId}) || isBelowOwnTag(parentPath, sourcePath))
         return false;
-    const auto *trees = qobject_cast<const TRmodel *>(model());
-    const TRnode *source = trees->nodeAt(trees->indexOfPath(sourcePath));
-    if (source) {
-        // A tag of the subtree that stands on the way to its new place would become its own ancestor.
-        const QVector<qint64> below = source->descendantIds();
-        for (const QString &piece : parentPath.split(QLatin1Char('.'))) {
-            if (below.contains(piece.toLongLong()))
-                return false;
-        }
-    }
     m_controller->addChildren(parentPath, {tagId});
-    if (source) {
+    if (!sourcePath.isEmpty()) {
         const QString prefix = parentPath.isEmpty() ? QString() : parentPath + QLatin1Char('.');
         copySubtree(sourcePath, prefix + QString::number(tagId));
     }
     return true;
+}
+
+bool TRview::isBelowOwnTag(const QString &parentPath, const QString &sourcePath) const
+{
+    const auto *trees = qobject_cast<const TRmodel *>(model());
+    const TRnode *source = trees->nodeAt(trees->indexOfPath(sourcePath));
+    if (!source)
+        return false;
+    const QVector<qint64> below = source->descendantIds();
+    const QStringList pieces = parentPath.split(QLatin1Char('.'));
+    return std::any_of(pieces.cbegin(), pieces.cend(),
+                       [&below](const QString &piece) { return below.contains(piece.toLongLong()); });
 }
 
 void TRview::copySubtree(const QString &sourcePath, const QString &targetPath)
@@ -249,6 +281,13 @@ void TRview::copySubtree(const QString &sourcePath, const QString &targetPath)
         const QString piece = QLatin1Char('.') + QString::number(id);
         copySubtree(sourcePath + piece, targetPath + piece);
     }
+}
+
+void TRview::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (m_controller)
+        paintEmptyHint(this, tr("Drag tags here. A tag then stands for all tags below it."));
 }
 
 void TRview::keyPressEvent(QKeyEvent *event)

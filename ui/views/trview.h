@@ -4,6 +4,7 @@
 #include <QPersistentModelIndex>
 #include <QTreeView>
 
+class HoverOpener;
 class RelationsController;
 
 /**
@@ -37,6 +38,7 @@ protected:
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     bool isWritable() const;
@@ -45,12 +47,18 @@ private:
     void showRefusal();
     void makeCurrent(const QModelIndex &index);
     void openContextMenu(const QPoint &position);
-    /** Makes tags, each with the subtree of the entry that it was dragged from, children of a path. */
-    bool addBelow(const QString &parentPath, qint64 tagId, const QString &sourcePath);
+    /** Makes tags children of a path, up to the first one that must not be; false when there is one. */
+    bool addBelow(const QString &parentPath, const QVector<qint64> &tagIds);
+    /** The same for entries of this tree, each with its subtree. */
+    bool addDragged(const QString &parentPath, const QVector<qint64> &tagIds);
+    bool addWithSubtree(const QString &parentPath, qint64 tagId, const QString &sourcePath);
+    /** Whether a tag of the subtree stands on the way to its new place: it would be its own ancestor. */
+    bool isBelowOwnTag(const QString &parentPath, const QString &sourcePath) const;
     void copySubtree(const QString &sourcePath, const QString &targetPath);
     void collectExpanded(const QModelIndex &parent, QHash<QString, bool> &state) const;
 
     RelationsController *m_controller = nullptr;
+    HoverOpener *m_hoverOpener;
     QPersistentModelIndex m_currentBeforeDrag;
     QHash<QString, bool> m_expandedPaths;
     QString m_currentPath;
