@@ -8,6 +8,7 @@ enum ActionId {
     DatabaseInfoAction = 12,
     ShowAllDocksAction = 13,
     EditMenuAction = 16,
+    TagGroupsAction = 18,
     QuickStartAction = 20,
     ManualAction = 21,
     NameplateAction = 24,

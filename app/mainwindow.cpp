@@ -10,11 +10,13 @@
 #include "app/recentdatabases.h"
 #include "app/windowsettings.h"
 #include "core/collection.h"
+#include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "ui/dialogs/duplicateprompt.h"
 #include "ui/dialogs/fileoperationprogress.h"
 #include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/popupmessager.h"
+#include "ui/dialogs/taggroupingdialog.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -233,6 +235,18 @@ void MainWindow::showDatabaseVersion()
         this, tr("Database Info"),
         tr("Version of Vorna used to create the currently open database: %1\nDatabase permissions: %2")
             .arg(m_collection->dbVersion(), m_collection->isReadOnly() ? tr("read-only") : tr("writable")));
+}
+
+void MainWindow::showEditTagGroups()
+{
+    const QPointer<GroupsController> groups = m_collection ? m_collection->groupsController() : nullptr;
+    if (!groups || groups->isReadOnly())
+        return;
+    TagGroupingDialog(groups, this).exec();
+    if (groups) {
+        groups->load();
+        groups->refresh();
+    }
 }
 
 void MainWindow::showManual()

@@ -57,6 +57,7 @@ public slots:
     void slotOpenDb();
     void newDatabase();
     void showDatabaseVersion();
+    void showEditTagGroups();
     void showManual();
     void showNameplate();
     void showGroupDublicated();

@@ -134,7 +134,9 @@ void MainWindow::fillOtherMenus(MainUi &ui)
     connect(docks, &QAction::triggered, this, &MainWindow::setDocksArrangement);
     ui.viewMenu->addActions({info, docks});
 
-    ui.editMenu->addAction(ui.editMode);
+    QAction *groups = addAction(TagGroupsAction, tr("Tag Groups"));
+    connect(groups, &QAction::triggered, this, &MainWindow::showEditTagGroups);
+    ui.editMenu->addActions({groups, ui.editMode});
     m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
 
     QAction *guide = addAction(QuickStartAction, tr("Quick Start Guide"));
@@ -219,4 +221,5 @@ void MainWindow::updateDatabaseActions()
 {
     for (const int id : {DatabaseInfoAction, EditMenuAction})
         m_actions.value(id)->setEnabled(m_collection);
+    m_actions.value(TagGroupsAction)->setEnabled(m_collection && !m_collection->isReadOnly());
 }

@@ -217,6 +217,27 @@ private slots:
         QCOMPARE(model()->index(3, 3).data().toLongLong(), 1);
     }
 
+    void orderAndFilter_data()
+    {
+        addColumns<QString, QString, QString>("added", "filter", "shown");
+        addRow("numbers", "Job 10,Job 9,job 1"_s, "job"_s, "job 1,Job 9,Job 10"_s);
+        addRow("accents", "zebra,\u00e4rger,axe"_s, QString(), "\u00e4rger,axe,blue,green,red,zebra"_s);
+        addRow("any letters", "a1b,a22b,ab"_s, "A?*b"_s, "a1b,a22b"_s);
+        addRow("one of two", "cot,cut,cat"_s, "c[ou]t"_s, "cot,cut"_s);
+        addRow("open bracket", "a[1,a2"_s, "a["_s, "a[1"_s);
+    }
+
+    void orderAndFilter()
+    {
+        QFETCH(QString, added);
+        QFETCH(QString, filter);
+        for (const QString &name : added.split(QLatin1Char(',')))
+            m_open->tags().addTag(name);
+        m_open->tags().setTagFilter(filter);
+        m_open->tags().filterProxy()->sort(0);
+        QTEST(names(*m_open->tags().filterProxy()).join(QLatin1Char(',')), "shown");
+    }
+
     void hostileDrags_data()
     {
         QTest::addColumn<QByteArray>("bytes");

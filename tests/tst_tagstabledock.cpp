@@ -200,6 +200,17 @@ private slots:
         QCOMPARE(m_window->shown().section(QLatin1Char(','), 0, 0), "red"_s);
     }
 
+    void selectionOverAReload()
+    {
+        m_window->select({"red"_s, "green"_s, "blue"_s});
+        m_window->select({"red"_s, "green"_s});
+        // Another program takes one of the selected tags away.
+        OtherConnection(m_window->open.path()).run("DELETE FROM tags WHERE tag_name='green'"_s);
+        m_window->open.manager()->reloadAllData();
+        QCOMPARE(m_window->shown(), "blue,red"_s);
+        QCOMPARE(m_window->ui.linkTagsToFiles->data().value<Ids>(), Ids{m_window->id("red")});
+    }
+
     void dropsOnTags()
     {
         m_window->open.addFiles(2);

@@ -3,8 +3,11 @@
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/tagsdockwindow.h"
+#include "ui/dialogs/taggroupingdialog.h"
 
+#include <QCheckBox>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QtTest>
 
 using Ids = QVector<qint64>;
@@ -115,6 +118,51 @@ private slots:
         QCOMPARE(m_window->tabs(), before);
         QCOMPARE(m_window->bar->currentGroup(), warm);
         QCOMPARE(m_window->open.tags().groupProxy()->groupId(), warm);
+    }
+
+    void groupsReadAgain()
+    {
+        const qint64 warm = m_window->addGroup("warm");
+        const qint64 cold = m_window->addGroup("cold");
+        m_window->bar->moveTab(2, 3);
+        m_window->showTab(warm);
+        m_window->ui.tagFilterEdit->setText("x"_s);
+        OtherConnection(m_window->open.path())
+            .run("UPDATE tag_groups SET name='icy' WHERE tag_group_id=%1"_s.arg(cold));
+        m_window->open.groups().load();
+        QCOMPARE(m_window->tabs(), "All Tags,D-Tags,icy,warm"_s);
+        QCOMPARE(m_window->bar->currentGroup(), warm);
+        QCOMPARE(m_window->ui.tagFilterEdit->text(), "x"_s);
+    }
+
+    void groupDialog()
+    {
+        m_window->addGroup("warm");
+        TagGroupingDialog dialog(&m_window->open.groups());
+        dialog.show();
+        auto *view = dialog.findChild<TableView *>();
+        dialog.findChild<QCheckBox *>()->setChecked(true);
+        {
+            const DialogAnswers person({"c\"old"_s, "warm"_s, "new"_s});
+            QTest::mouseClick(dialog.findChildren<QPushButton *>(QString(), Qt::FindDirectChildrenOnly).at(1),
+                              Qt::LeftButton);
+            QCOMPARE(person.seen().size(), 4);
+        }
+        QCOMPARE(m_window->tabs(), "All Tags,D-Tags,warm,cold,new"_s);
+        view->setCurrentIndex(view->model()->index(1, 0));
+        QTest::keyClick(view, Qt::Key_Space);
+        QCOMPARE(m_window->tabs(), "All Tags,D-Tags,warm,new"_s);
+        view->edit(view->currentIndex());
+        auto *editor = view->findChild<QLineEdit *>();
+        QTest::keyClick(editor, Qt::Key_Delete); // of the text, not of the group
+        QTest::keyClicks(editor, "icy"_s);
+        QTest::keyClick(editor, Qt::Key_Return);
+        const QString names = "SELECT group_concat(name) FROM tag_groups"_s;
+        QTRY_COMPARE(m_window->open.rows(names), QStringList("warm,icy,new"_s));
+        dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog)); // only there does a shortcut work
+        QTest::keyClick(view, Qt::Key_Delete);
+        QCOMPARE(m_window->open.rows(names), QStringList("warm,new"_s));
     }
 
     void tabsAreKept()

@@ -21,6 +21,12 @@ void GroupsController::load()
         manager()->loadAllGroups();
 }
 
+void GroupsController::refresh()
+{
+    if (m_model)
+        m_model->updateModel();
+}
+
 qint64 GroupsController::addGroup(const QString &name, bool visible)
 {
     if (!manager() || !mayWrite())

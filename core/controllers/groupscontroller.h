@@ -22,6 +22,9 @@ public:
 
     void load() override;
 
+    /** Brings the list of groups up to date, after they were edited in it. */
+    virtual void refresh();
+
     /** Gives the id of the new group, 0 when the name is taken or on failure. */
     qint64 addGroup(const QString &name, bool visible = true);
     /** False when another group has the name. */

@@ -3,12 +3,11 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "db/databasemanger.h"
 #include "models/filefiltermodel.h"
+#include "models/tagsfilterproxy.h"
 #include "models/tagsgroupproxy.h"
 #include "models/tagstablemodel.h"
 
-#include <QRegExp>
 #include <QSet>
-#include <QSortFilterProxyModel>
 
 #include <algorithm>
 
@@ -16,11 +15,8 @@ TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConst
                                Collection *collection)
     : AbstractController(manager, constructor, collection),
       m_groupProxy(new TagsGroupProxy(this)),
-      m_filterProxy(new QSortFilterProxyModel(this))
+      m_filterProxy(new TagsFilterProxy(this))
 {
-    m_filterProxy->setFilterKeyColumn(0);
-    m_filterProxy->setSortCaseSensitivity(Qt::CaseInsensitive);
-    m_filterProxy->setSortLocaleAware(true);
     if (!manager)
         return;
     connect(manager, &DatabaseManger::tagsLoaded, this, &TagsController::loadedDataFromDB);
@@ -119,7 +115,7 @@ void TagsController::removeTags(const QVector<qint64> &tagIds)
 
 void TagsController::setTagFilter(const QString &text)
 {
-    m_filterProxy->setFilterRegExp(QRegExp(text, Qt::CaseInsensitive, QRegExp::Wildcard));
+    m_filterProxy->setNameFilter(text);
 }
 
 void TagsController::linkFilesToTag(qint64 tagId, const QVector<qint64> &fileIds)
@@ -212,6 +208,11 @@ void TagsController::markTags(const QVector<qint64> &tagIds)
         return;
     m_markedTagIds = tagIds;
     emit markedTagsChanged(m_markedTagIds);
+}
+
+QSortFilterProxyModel *TagsController::filterProxy() const
+{
+    return m_filterProxy;
 }
 
 void TagsController::clearMark()

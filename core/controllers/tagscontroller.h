@@ -13,6 +13,7 @@ class GroupsController;
 class MainViewController;
 class QSortFilterProxyModel;
 class RelationsController;
+class TagsFilterProxy;
 class TagsGroupProxy;
 class TagsTableModel;
 
@@ -65,7 +66,7 @@ public:
     /** The tags of one tab. */
     TagsGroupProxy *groupProxy() const { return m_groupProxy; }
     /** What the table of tags shows: those of the tab that match the filter. */
-    QSortFilterProxyModel *filterProxy() const { return m_filterProxy; }
+    QSortFilterProxyModel *filterProxy() const;
 
 signals:
     void tagDuplicated();
@@ -86,7 +87,7 @@ private:
     RelationsController *m_relations = nullptr;
     TagsTableModel *m_tableModel = nullptr;
     TagsGroupProxy *m_groupProxy;
-    QSortFilterProxyModel *m_filterProxy;
+    TagsFilterProxy *m_filterProxy;
     QVector<qint64> m_markedTagIds;
     bool m_isEitherOr = false;
     // Counted in one walk over all files and dropped with any change to them.

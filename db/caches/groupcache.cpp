@@ -8,17 +8,11 @@
 #include <algorithm>
 
 namespace {
-struct GroupRow
+QMap<qint64, GroupCache::GroupRow> gathered(const TableData &rows)
 {
-    QString name;
-    QVector<qint64> tags;
-};
-
-QMap<qint64, GroupRow> gathered(const TableData &rows)
-{
-    QMap<qint64, GroupRow> groups;
+    QMap<qint64, GroupCache::GroupRow> groups;
     for (const TableRowData *row : rows) {
-        GroupRow &group = groups[row->value(QStringLiteral("tag_group_id")).toLongLong()];
+        GroupCache::GroupRow &group = groups[row->value(QStringLiteral("tag_group_id")).toLongLong()];
         group.name = row->value(QStringLiteral("name")).toString();
         const qint64 tagId = row->value(QStringLiteral("tag_id")).toLongLong();
         if (tagId > 0)
@@ -35,13 +29,23 @@ GroupCache::~GroupCache()
 
 void GroupCache::replaceAll(const TableData &rows)
 {
-    remove(m_groups.keys().toVector());
-    merge(rows);
+    const QMap<qint64, GroupRow> groups = gathered(rows);
+    QVector<qint64> gone;
+    for (auto it = m_groups.begin(); it != m_groups.end(); ++it) {
+        if (!groups.contains(it.key()))
+            gone.append(it.key());
+    }
+    remove(gone);
+    mergeGroups(groups);
 }
 
 void GroupCache::merge(const TableData &rows)
 {
-    const QMap<qint64, GroupRow> groups = gathered(rows);
+    mergeGroups(gathered(rows));
+}
+
+void GroupCache::mergeGroups(const QMap<qint64, GroupRow> &groups)
+{
     for (auto it = groups.cbegin(); it != groups.cend(); ++it) {
         GroupItem *known = m_groups.value(it.key());
         if (known) {

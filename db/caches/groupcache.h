@@ -22,7 +22,16 @@ public:
     Map<qint64, GroupItem *> &map() { return m_groups; }
     const Map<qint64, GroupItem *> &map() const { return m_groups; }
 
-    /** The rows of both come one for each tag of a group and stay the caller's. */
+    struct GroupRow
+    {
+        QString name;
+        QVector<qint64> tags;
+    };
+
+    /**
+     * The rows of both come one for each tag of a group and stay the caller's. Groups that stay keep their
+     * objects, and with them their tabs.
+     */
     void replaceAll(const TableData &rows);
     void merge(const TableData &rows);
 
@@ -32,5 +41,7 @@ public:
     void forgetTags(const QVector<qint64> &tagIds);
 
 private:
+    void mergeGroups(const QMap<qint64, GroupRow> &groups);
+
     Map<qint64, GroupItem *> m_groups;
 };

@@ -4,13 +4,16 @@
 
 #include "app/messages.h"
 #include "app/windowsettings.h"
+#include "core/collection.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/tagroles.h"
 #include "models/tagsgroupproxy.h"
 #include "models/tagstablemodel.h"
+#include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/taggroupform.h"
 #include "ui/docks/tagactionid.h"
+#include "ui/docks/tagselection.h"
 #include "ui/mainui.h"
 #include "ui/views/delegate.h"
 #include "ui/views/tableview.h"
@@ -18,15 +21,12 @@
 
 #include <QAction>
 #include <QHeaderView>
-#include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSortFilterProxyModel>
 #include <QToolBar>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace {
 constexpr int filterEditWidth = 53;
@@ -54,6 +54,7 @@ void TagsTableDock::buildForm()
 {
     auto *form = new QWidget(this);
     m_table = new TableView(form);
+    m_selection = std::make_unique<TagSelection>(m_table);
     m_bar = new TagGroupBar(form);
     auto *layout = new QVBoxLayout(form);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -167,6 +168,11 @@ void TagsTableDock::detachTags()
 {
     if (m_table->model())
         saveHeader();
+    if (m_tags) {
+        const Collection *collection = m_tags->collection();
+        disconnect(collection, &Collection::aboutToReloadAllData, this, &TagsTableDock::rememberTags);
+        disconnect(collection, &Collection::allDataReloaded, this, &TagsTableDock::bringBackTags);
+    }
     m_proxy = nullptr;
     m_table->setModel(nullptr);
     if (m_filterEdit)
@@ -185,7 +191,19 @@ void TagsTableDock::attachTags()
     // Rows that a layout change or a reset takes away leave the selection without a word.
     connect(model, &QAbstractItemModel::layoutChanged, this, &TagsTableDock::updateActionsAvailability);
     connect(model, &QAbstractItemModel::modelReset, this, &TagsTableDock::updateActionsAvailability);
+    connect(m_tags->collection(), &Collection::aboutToReloadAllData, this, &TagsTableDock::rememberTags);
+    connect(m_tags->collection(), &Collection::allDataReloaded, this, &TagsTableDock::bringBackTags);
     slotFilterTags(m_filterEdit ? m_filterEdit->text() : QString());
+}
+
+void TagsTableDock::rememberTags()
+{
+    m_selection->remember();
+}
+
+void TagsTableDock::bringBackTags()
+{
+    m_selection->bringBack();
 }
 
 void TagsTableDock::saveHeader() const
@@ -218,38 +236,10 @@ void TagsTableDock::showNameColumnOnly(bool alone)
         m_table->setColumnHidden(column, alone);
 }
 
-QVector<int> TagsTableDock::selectedRows() const
-{
-    QVector<int> rows;
-    if (!m_table->selectionModel())
-        return rows;
-    // The toolkit's own list asks every range about every row.
-    const QItemSelection selection = m_table->selectionModel()->selection();
-    for (const QItemSelectionRange &range : selection) {
-        for (int row = range.top(); range.isValid() && row <= range.bottom(); ++row)
-            rows.append(row);
-    }
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    return rows;
-}
-
-QVector<qint64> TagsTableDock::selectedTagIds() const
-{
-    QVector<qint64> tagIds;
-    const QVector<int> rows = selectedRows();
-    for (const int row : rows) {
-        const qint64 tagId = m_table->model()->index(row, 0).data(TagRoles::TagId).toLongLong();
-        if (tagId > 0)
-            tagIds.append(tagId);
-    }
-    return tagIds;
-}
-
 void TagsTableDock::updateActionsAvailability()
 {
     const bool isWritable = m_tags && !m_tags->isReadOnly();
-    const QVector<qint64> tagIds = selectedTagIds();
+    const QVector<qint64> tagIds = m_selection->tagIds();
     const bool hasSelection = m_tags && !tagIds.isEmpty();
     const auto enable = [this](std::initializer_list<int> keys, bool isEnabled) {
         for (const int key : keys) {
@@ -293,7 +283,7 @@ void TagsTableDock::execViewContextMenu(const QPoint &pos)
     if (!m_tags || m_tags->isReadOnly())
         return;
     QMenu menu(tr("Tag Operations"));
-    const int count = selectedTagIds().size();
+    const int count = m_selection->tagIds().size();
     menu.addAction(m_actions.value(AddTagAction));
     if (count > 0) {
         menu.addAction(m_actions.value(AssignGroupsAction));
@@ -332,7 +322,7 @@ void TagsTableDock::slotKeyPressed(QKeyEvent *event)
         break;
     case Qt::Key_Tab:
         // With nothing to show the focus may move on.
-        if (!m_isEditMode && !selectedTagIds().isEmpty()) {
+        if (!m_isEditMode && !m_selection->tagIds().isEmpty()) {
             slotActivateTagsAnd();
             event->accept();
         }
@@ -348,13 +338,6 @@ void TagsTableDock::slotKeyPressed(QKeyEvent *event)
     }
 }
 
-bool TagsTableDock::askForName(const QString &title, const QString &label, QString &name)
-{
-    bool isGiven = false;
-    name = QInputDialog::getText(this, title, label, QLineEdit::Normal, QString(), &isGiven);
-    return isGiven && !name.simplified().isEmpty();
-}
-
 void TagsTableDock::slotAddNewTag()
 {
     if (!mayEdit())
@@ -363,7 +346,7 @@ void TagsTableDock::slotAddNewTag()
         m_filterEdit->clear();
     QString name;
     do {
-        if (!askForName(tr("New Tag"), tr("Tag name:"), name))
+        if (!NameInput::ask(this, tr("New Tag"), tr("Tag name:"), name))
             return;
         // The database may have been closed behind the dialog.
         if (!m_tags)
@@ -372,12 +355,13 @@ void TagsTableDock::slotAddNewTag()
         const qint64 groupId = m_bar->currentGroup();
         if (tagId > 0 && groupId > 0 && m_groups)
             m_groups->assignTags({tagId}, {groupId});
+        m_selection->show(tagId);
     } while (m_isEditMode);
 }
 
 void TagsTableDock::slotDeleteTag()
 {
-    const QVector<qint64> tagIds = selectedTagIds();
+    const QVector<qint64> tagIds = m_selection->tagIds();
     if (tagIds.isEmpty() || !mayEdit())
         return;
     if (m_tags->isTagInUse(tagIds)) {
@@ -399,7 +383,7 @@ void TagsTableDock::slotDeleteTag()
 
 void TagsTableDock::assignTagGroups()
 {
-    const QVector<qint64> tagIds = selectedTagIds();
+    const QVector<qint64> tagIds = m_selection->tagIds();
     if (tagIds.isEmpty() || !mayEditGroups())
         return;
     TagGroupForm form(m_groups, tagIds, this);
@@ -409,7 +393,7 @@ void TagsTableDock::assignTagGroups()
 void TagsTableDock::slotRenameTag()
 {
     // The current row need not be the selected one.
-    const QVector<int> rows = selectedRows();
+    const QVector<int> rows = m_selection->rows();
     const int row = rows.size() == 1 ? rows.first() : m_table->currentIndex().row();
     if (row < 0 || !mayEdit())
         return;
@@ -420,7 +404,7 @@ void TagsTableDock::slotRenameTag()
 
 void TagsTableDock::slotActivateTagsOr()
 {
-    const QVector<qint64> tagIds = selectedTagIds();
+    const QVector<qint64> tagIds = m_selection->tagIds();
     if (!m_tags || tagIds.isEmpty())
         return;
     clearActivation();
@@ -430,7 +414,7 @@ void TagsTableDock::slotActivateTagsOr()
 
 void TagsTableDock::slotActivateTagsAnd()
 {
-    const QVector<qint64> tagIds = selectedTagIds();
+    const QVector<qint64> tagIds = m_selection->tagIds();
     if (!m_tags || tagIds.isEmpty())
         return;
     m_tags->showTagsSelected(tagIds);

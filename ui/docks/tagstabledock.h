@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QVector>
 
+#include <memory>
+
 class GroupsController;
 class GroupItem;
 class MainUi;
@@ -16,6 +18,7 @@ class QModelIndex;
 class TableView;
 class TagGroupBar;
 class TagsController;
+class TagSelection;
 class TagsGroupProxy;
 
 /**
@@ -69,16 +72,15 @@ private:
     void buildTable();
     void makeActions();
     QAction *makeAction(int key, const QString &text, const QString &icon, void (TagsTableDock::*slot)());
-    QVector<int> selectedRows() const;
-    QVector<qint64> selectedTagIds() const;
     bool mayEdit();
     bool mayEditGroups();
-    bool askForName(const QString &title, const QString &label, QString &name);
     void showNameColumnOnly(bool alone);
     bool isNameColumnAlone() const;
 
     void detachTags();
     void attachTags();
+    void rememberTags();
+    void bringBackTags();
     void restoreHeader();
     void saveHeader() const;
 
@@ -93,6 +95,7 @@ private:
     void addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId);
 
     TableView *m_table = nullptr;
+    std::unique_ptr<TagSelection> m_selection;
     TagGroupBar *m_bar = nullptr;
     QPointer<TagsController> m_tags;
     QPointer<GroupsController> m_groups;

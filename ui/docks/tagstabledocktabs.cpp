@@ -2,7 +2,9 @@
 #include "core/collection.h"
 #include "core/controllers/groupscontroller.h"
 #include "models/tagsgroupproxy.h"
+#include "ui/dialogs/nameinput.h"
 #include "ui/docks/tagactionid.h"
+#include "ui/docks/tagselection.h"
 #include "ui/docks/tagstabledock.h"
 #include "ui/views/taggroupbar.h"
 
@@ -160,10 +162,7 @@ void TagsTableDock::slotAddGroup()
         return;
     QString name;
     do {
-        if (!askForName(tr("Group name"), tr("Name of new group:"), name))
-            return;
-        name.remove(QLatin1Char('"'));
-        if (name.simplified().isEmpty() || !m_groups)
+        if (!NameInput::askForGroup(this, name) || !m_groups)
             return;
         m_groups->addGroup(name, true);
     } while (m_isEditMode);

@@ -4,6 +4,7 @@
 #include "models/idlistmime.h"
 #include "models/tagsgroupproxy.h"
 
+#include <QAbstractButton>
 #include <QDragEnterEvent>
 #include <QFile>
 #include <QMimeData>
@@ -20,6 +21,17 @@ QString escaped(const QString &name)
 {
     // A single one would underline the next letter.
     return QString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+void paintTarget(QPainter &painter, const QRect &tab, const QColor &colour)
+{
+    constexpr int width = 2;
+    constexpr int radius = 6;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, width));
+    painter.drawRoundedRect(tab.adjusted(width, width, -2 * width, -2 * width), radius, radius);
+    painter.restore();
 }
 
 QString scrollButtonStyle()
@@ -131,13 +143,38 @@ QSize TagGroupBar::minimumTabSizeHint(int index) const
 
 void TagGroupBar::paintEvent(QPaintEvent *event)
 {
+    // Only the base can make the picture of a tab that is dragged along follow the pointer.
+    if (isTabOnTheMove()) {
+        QTabBar::paintEvent(event);
+        return;
+    }
     QStylePainter painter(this);
     for (int i = 0; i < count(); ++i) {
         QStyleOptionTab option;
         initStyleOption(&option, i);
-        if (option.rect.intersects(event->rect()))
-            painter.drawControl(QStyle::CE_TabBarTab, option);
+        if (!option.rect.intersects(event->rect()))
+            continue;
+        painter.drawControl(QStyle::CE_TabBarTab, option);
+        if (i == m_dropTarget)
+            paintTarget(painter, option.rect, palette().color(QPalette::Highlight));
     }
+}
+
+/** The tab that is dragged along is drawn by a child widget, the only one beside the scroll buttons. */
+bool TagGroupBar::isTabOnTheMove() const
+{
+    const auto children = findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    return std::any_of(children.cbegin(), children.cend(), [](const QWidget *child) {
+        return child->isVisible() && !qobject_cast<const QAbstractButton *>(child);
+    });
+}
+
+void TagGroupBar::markDropTarget(int index)
+{
+    if (m_dropTarget == index)
+        return;
+    m_dropTarget = index;
+    update();
 }
 
 void TagGroupBar::dragEnterEvent(QDragEnterEvent *event)
@@ -151,14 +188,21 @@ void TagGroupBar::dragEnterEvent(QDragEnterEvent *event)
 void TagGroupBar::dragMoveEvent(QDragMoveEvent *event)
 {
     const int index = tabAt(event->pos());
+    markDropTarget(index >= 0 && groupAt(index) > 0 ? index : -1);
     if (index >= 0 && groupAt(index) != allTags)
         event->acceptProposedAction();
     else
         event->ignore();
 }
 
+void TagGroupBar::dragLeaveEvent(QDragLeaveEvent * /*event*/)
+{
+    markDropTarget(-1);
+}
+
 void TagGroupBar::dropEvent(QDropEvent *event)
 {
+    markDropTarget(-1);
     const int index = tabAt(event->pos());
     const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
     const qint64 groupId = index >= 0 ? groupAt(index) : 0;

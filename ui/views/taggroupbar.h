@@ -40,6 +40,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     QSize minimumTabSizeHint(int index) const override;
+
+private:
+    bool isTabOnTheMove() const;
+    void markDropTarget(int index);
+
+    int m_dropTarget = -1; // the tab of a group that tags are held over
 };

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QCollator>
+#include <QSortFilterProxyModel>
+
+/**
+ * What the table of tags shows: the rows of a tab whose names match the filter, sorted as a person would:
+ * numbers in names count as numbers, and case does not count. GUI thread.
+ */
+class TagsFilterProxy : public QSortFilterProxyModel
+{
+    Q_OBJECT
+
+public:
+    explicit TagsFilterProxy(QObject *parent = nullptr);
+
+    /** Shows the names that hold the text, in any case; * and ? stand for anything, [ab] for one of these. */
+    void setNameFilter(const QString &text);
+
+protected:
+    bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
+
+private:
+    QCollator m_collator;
+};
