@@ -11,6 +11,7 @@
 class BrowsingTreeViewDock;
 class Collection;
 class DatabaseErrors;
+class ExternalFilesDock;
 class FileOperationProgress;
 class MainFilesView;
 class MainUi;
@@ -108,6 +109,7 @@ private:
     RelationTreeViewDock *m_relationsDock = nullptr;
     MetaInfoDock *m_metadataDock = nullptr;
     BrowsingTreeViewDock *m_browsingDock = nullptr;
+    ExternalFilesDock *m_externalFilesDock = nullptr;
     QHash<int, QAction *> m_actions;
     Collection *m_collection = nullptr;
     bool m_isBusy = false; // inside a step that goes on with the collection after a loop of its own

@@ -16,6 +16,7 @@
 #include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/popupmessager.h"
 #include "ui/docks/browsingtreeviewdock.h"
+#include "ui/docks/externalfilesdock.h"
 #include "ui/docks/metainfodock.h"
 #include "ui/docks/relationtreeviewdock.h"
 #include "ui/docks/tagstabledock.h"
@@ -24,10 +25,18 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QToolBar>
+
+namespace {
+constexpr int tagsWidth = 165;
+constexpr int treesWidth = 270;
+constexpr int metadataHeight = 110;
+constexpr int externalFilesHeight = 140;
+} // namespace
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent),
@@ -70,15 +79,18 @@ void MainWindow::makeDocks()
     m_metadataDock->setObjectName(QStringLiteral("MetaDataDock"));
     m_browsingDock = new BrowsingTreeViewDock(this);
     m_browsingDock->setObjectName(QStringLiteral("BrowsingTreeDock"));
+    m_externalFilesDock = new ExternalFilesDock(this);
 }
 
 void MainWindow::setDocksArrangement()
 {
     setDockOptions(QMainWindow::AllowNestedDocks | QMainWindow::AllowTabbedDocks);
-    const QList<QDockWidget *> docks{m_tagsDock, m_metadataDock, m_relationsDock, m_browsingDock};
+    const QList<QDockWidget *> docks{m_tagsDock, m_externalFilesDock, m_metadataDock, m_relationsDock,
+                                     m_browsingDock};
     for (QDockWidget *dock : docks)
         dock->setFloating(false);
     addDockWidget(Qt::LeftDockWidgetArea, m_tagsDock);
+    addDockWidget(Qt::BottomDockWidgetArea, m_externalFilesDock);
     addDockWidget(Qt::RightDockWidgetArea, m_metadataDock);
     splitDockWidget(m_tagsDock, m_relationsDock, Qt::Horizontal);
     splitDockWidget(m_relationsDock, m_metadataDock, Qt::Vertical);
@@ -86,6 +98,11 @@ void MainWindow::setDocksArrangement()
     for (QDockWidget *dock : docks)
         dock->show();
     m_browsingDock->raise();
+    // The files are what the window is for: they get all room that the docks do not need.
+    layout()->activate();
+    resizeDocks({m_tagsDock, m_relationsDock}, {tagsWidth, treesWidth}, Qt::Horizontal);
+    resizeDocks({m_externalFilesDock, m_relationsDock, m_metadataDock},
+                {externalFilesHeight, 3 * metadataHeight, metadataHeight}, Qt::Vertical);
 }
 
 void MainWindow::setUpCommands(MainUi &ui)
@@ -205,6 +222,7 @@ void MainWindow::attachControllers()
     m_browsingDock->setController(m_collection->browsTreeController());
     m_mainView->setController(m_collection->mainViewController());
     m_metadataDock->setController(m_collection->mainViewController());
+    m_externalFilesDock->setController(m_collection->mainViewController());
 }
 
 void MainWindow::detachControllers()
@@ -215,6 +233,7 @@ void MainWindow::detachControllers()
     m_mainView->setController(nullptr);
     m_relationsDock->setController(nullptr);
     m_metadataDock->setController(nullptr);
+    m_externalFilesDock->setController(nullptr);
 }
 
 void MainWindow::updateDatabaseActions()

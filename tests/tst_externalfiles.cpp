@@ -1,0 +1,97 @@
+#include "models/externalfilemodel.h"
+#include "resources/resources.h"
+#include "tests/support/database.h"
+#include "tests/support/text.h"
+#include "ui/docks/externalfilesdock.h"
+#include "ui/views/externalfileview.h"
+
+#include <QAbstractItemModelTester>
+#include <QMimeData>
+#include <QTest>
+#include <QUrl>
+
+/** The tree of the computer's files: what it shows first, what can be dragged out, and that it alters
+ * nothing. */
+class TestExternalFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        initResources();
+        m_folder.write("it's %1 \"x\" \xe2\x98\x83.txt"_s, "text");
+        m_folder.write("b.txt"_s, "text");
+        QVERIFY(QDir(m_folder.folder()).mkdir("a folder"_s));
+        m_folder.write(".hidden"_s, "text");
+        qputenv("HOME", QFile::encodeName(m_folder.folder()));
+    }
+
+    void homeIsCurrentAndInSight()
+    {
+        ExternalFilesDock dock;
+        auto *view = dock.findChild<ExternalFileView *>();
+        QVERIFY2(!view->model(), "Folders are read before anybody looks at them");
+        dock.resize(400, 160);
+        dock.show();
+        QVERIFY(!view->isEnabled());
+        QTRY_COMPARE(namesAt(*view, view->currentIndex()),
+                     QStringList({"a folder"_s, "b.txt"_s, "it's %1 \"x\" \xe2\x98\x83.txt"_s}));
+        QCOMPARE(pathAt(view->currentIndex()), QDir::homePath());
+        QVERIFY(view->isExpanded(view->currentIndex()));
+        QTRY_COMPARE(view->visualRect(view->currentIndex()).top(), 0);
+
+        // From then on it is the user who decides what is seen.
+        view->setEnabled(true);
+        QTest::keyClick(view, Qt::Key_Home);
+        m_folder.write("later.txt"_s, "text");
+        QTRY_COMPARE(
+            namesAt(*view, static_cast<QFileSystemModel *>(view->model())->index(QDir::homePath())).size(),
+            4);
+        QCoreApplication::processEvents();
+        QCOMPARE(view->visualRect(view->currentIndex()).top(), 0);
+        QCOMPARE(pathAt(view->currentIndex()), QDir::rootPath());
+    }
+
+    void rowsAreOfferedAsUrlsToBeCopied()
+    {
+        ExternalFileModel model;
+        const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        const QModelIndex home = model.setRootPath(m_folder.folder());
+        QTRY_VERIFY(model.rowCount(home) >= 3);
+        QModelIndexList rows;
+        QList<QUrl> urls;
+        for (int row = 0; row < model.rowCount(home); ++row) {
+            const QModelIndex index = model.index(row, 0, home);
+            QVERIFY(index.flags().testFlag(Qt::ItemIsDragEnabled));
+            QVERIFY(!(index.flags() & (Qt::ItemIsEditable | Qt::ItemIsDropEnabled)));
+            QVERIFY(!model.setData(index, "renamed"_s));
+            rows << index;
+            urls << QUrl::fromLocalFile(model.filePath(index));
+        }
+        const std::unique_ptr<QMimeData> data(model.mimeData(rows));
+        QCOMPARE(data->urls(), urls);
+        QCOMPARE(model.supportedDragActions(), Qt::DropActions(Qt::CopyAction));
+        QVERIFY(!model.dropMimeData(data.get(), Qt::CopyAction, -1, -1, home));
+        for (const QUrl &url : qAsConst(urls))
+            QVERIFY(QFileInfo::exists(url.toLocalFile()));
+    }
+
+private:
+    static QString pathAt(const QModelIndex &index)
+    {
+        return static_cast<const QFileSystemModel *>(index.model())->filePath(index);
+    }
+    static QStringList namesAt(const QTreeView &view, const QModelIndex &parent)
+    {
+        QStringList names;
+        for (int row = 0; row < view.model()->rowCount(parent); ++row)
+            names << view.model()->index(row, 0, parent).data().toString();
+        return names;
+    }
+
+    TestFolder m_folder;
+};
+
+QTEST_MAIN(TestExternalFiles)
+#include "tst_externalfiles.moc"

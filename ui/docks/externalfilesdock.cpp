@@ -1,0 +1,16 @@
+#include "ui/docks/externalfilesdock.h"
+
+#include "ui/views/externalfileview.h"
+
+ExternalFilesDock::ExternalFilesDock(QWidget *parent)
+    : AbstractDock(tr("External Files"), parent), m_view(new ExternalFileView(this))
+{
+    setObjectName(QStringLiteral("ExternalFilesDock"));
+    setWidget(m_view);
+    setController(nullptr);
+}
+
+void ExternalFilesDock::setController(MainViewController *controller)
+{
+    m_view->setEnabled(controller);
+}
