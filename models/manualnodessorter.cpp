@@ -94,6 +94,23 @@ void ManualNodesSorter::setTree(TBnode *root)
     m_root = root;
 }
 
+void ManualNodesSorter::fixOrder(qint64 parentId, qint64 nodeId)
+{
+    completeList(parentId, nodeId);
+}
+
+void ManualNodesSorter::replaceNode(qint64 parentId, qint64 nodeId, qint64 newId)
+{
+    QList<qint64> &list = m_order[parentId];
+    list.removeAll(newId);
+    const int at = list.indexOf(nodeId);
+    if (at < 0)
+        list.append(newId);
+    else
+        list[at] = newId;
+    m_positions.remove(parentId);
+}
+
 QList<qint64> &ManualNodesSorter::completeList(qint64 parentId, qint64 nodeId)
 {
     QList<qint64> children;

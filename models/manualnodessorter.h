@@ -23,6 +23,11 @@ public:
     void save(QMap<qint64, QList<qint64>> &order) const override;
     void setTree(TBnode *root) override;
 
+    /** Writes the present order of a node and its siblings down, so that the node's place is known. */
+    void fixOrder(qint64 parentId, qint64 nodeId);
+    /** Gives the place of a node to another one that came between it and its parent. */
+    void replaceNode(qint64 parentId, qint64 nodeId, qint64 newId);
+
 private:
     /** The list of a parent, filled up with all its children as they stand in the tree of one of them. */
     QList<qint64> &completeList(qint64 parentId, qint64 nodeId);

@@ -152,6 +152,21 @@ private slots:
         QCOMPARE(namesBelow(sorter->indexOfNode(TagNode, first)).join(QLatin1Char(',')), expected);
     }
 
+    void nodesAboveTakeThePlace()
+    {
+        LocalCollection fixture;
+        const QVector<qint64> tags = fixture.addTags("a b c x y"_s.split(QLatin1Char(' ')));
+        fixture.tree().addNodesBelow(tags.mid(0, 3), 0);
+        fixture.tree().addNodesAbove(tags.mid(3), 2);
+        fixture.tree().addNodesAbove({tags.at(4)}, 1);
+        for (int round = 0; round < 2; ++round) {
+            const BrTreeSorterModel *sorter = fixture.tree().sorterModel();
+            QCOMPARE(namesBelow(sorter->index(0, 0), fixedRows).join(QLatin1Char(',')), "y,x,c"_s);
+            QCOMPARE(namesBelow(sorter->indexOfNode(TagNode, 4)), QStringList{"y"_s});
+            fixture.reopen();
+        }
+    }
+
     void placesOfRemovedNodesAreGivenUp()
     {
         LocalCollection fixture;

@@ -95,12 +95,32 @@ void BrowsTreeController::addNodesBelow(const QVector<qint64> &tagIds, qint64 no
 
 void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
 {
-    if (!manager() || !mayWrite())
+    const TBnode *node = nodeById(nodeId);
+    if (!manager() || !node || node->nodeType() != TagNode || !mayWrite())
         return;
+    const TBnode *parent = node->parentNode();
+    const bool keepsPlace = allowsManualMoves() && parent;
+    if (keepsPlace)
+        m_manualOrder.fixOrder(parent->id(), nodeId);
     if (tagIds.size() == 1)
         manager()->addNodeAbove(tagIds.first(), nodeId);
     else
         manager()->addNodesAbove(tagIds, nodeId);
+    if (keepsPlace)
+        givePlaceToTop(parent, nodeId);
+}
+
+void BrowsTreeController::givePlaceToTop(const TBnode *parent, qint64 nodeId)
+{
+    const TBnode *top = nodeById(nodeId);
+    while (top && top->parentNode() && top->parentNode() != parent)
+        top = top->parentNode();
+    // Nothing has come between them when the database did not take the nodes.
+    if (!top || top->parentNode() != parent || top->id() == nodeId)
+        return;
+    m_manualOrder.replaceNode(parent->id(), nodeId, top->id());
+    m_sorterModel->invalidate();
+    storeOrder();
 }
 
 void BrowsTreeController::addTagNodes(const QVector<qint64> &tagIds, qint64 nodeId, bool above)

@@ -37,7 +37,7 @@ public:
 
     /** One node for each tag below a node; an id not above 0 is the top level. */
     void addNodesBelow(const QVector<qint64> &tagIds, qint64 nodeId);
-    /** The same between a node and its parent, the first tag at the top. */
+    /** The same between a node and its parent, the first tag at the top and at the node's place by hand. */
     void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
     void addTagNodes(const QVector<qint64> &tagIds, qint64 nodeId, bool above);
     /** Removes nodes alone: their children rise to the nearest node above that stays. */
@@ -100,6 +100,7 @@ private:
     void nodesLoaded(const Map<qint64, TBnode *> &nodes);
     void nodesAdded(const Map<qint64, TBnode *> &nodes);
     void markCurrentNode();
+    void givePlaceToTop(const TBnode *parent, qint64 nodeId);
     void storeOrder();
     QVector<qint64> tagsOfNode(qint64 nodeId) const;
 
