@@ -15,6 +15,8 @@
 #include <QSqlRecord>
 #include <QTemporaryDir>
 
+#include <memory>
+
 /** Statements on the default connection, for tests to look behind what is tested. */
 struct Sql
 {
@@ -95,8 +97,55 @@ private:
     QString m_name;
 };
 
-/** A new local database on the default connection, with builders for its rows. Gone with the object. */
-class LocalDatabase : public Sql, public TestFolder
+/** A new database of either kind on the default connection, with builders for its rows. */
+class TestDatabase : public Sql
+{
+public:
+    virtual ~TestDatabase() = default;
+
+    virtual DBDetails details() const = 0;
+    virtual const AbstractQueryConstructor *constructor() const = 0;
+    /** Opens what a worker uses, in the test's own thread. */
+    virtual bool openWorkerConnection() = 0;
+    void close() { QSqlDatabase::database().close(); }
+
+    /** Files 1 to count: the odd ones internal, the even ones external, each with its id as storage id. */
+    bool addFiles(int count)
+    {
+        return fill("INSERT INTO files SELECT i,'f'||i,'',0,0,0,'c'||i,1,i,NULL,0,i%2 FROM n", count) &&
+               keysTaken();
+    }
+    /** Tags 1 to count. */
+    bool addTags(int count)
+    {
+        return fill("INSERT INTO tags SELECT i,'t'||i,'',0,NULL FROM n", count) && keysTaken();
+    }
+    bool addFile(qint64 id, int internal, qint64 size, qint64 storageId, qint64 thumbnailId = 0)
+    {
+        return run("INSERT INTO files VALUES (%1, 'file%1', '', %2, 1, 1, 'C%1', 1, %3, %4, 0, %5)"_s.arg(id)
+                       .arg(size)
+                       .arg(storageId)
+                       .arg(thumbnailId)
+                       .arg(internal)) &&
+               keysTaken();
+    }
+    bool addBlock(qint64 id, qint64 continueId, const QByteArray &data)
+    {
+        QSqlQuery query;
+        query.prepare("INSERT INTO storage VALUES (?, ?)"_s);
+        query.addBindValue(id);
+        query.addBindValue(data);
+        return query.exec() && run("INSERT INTO storage_info VALUES (%1, %2)"_s.arg(id).arg(continueId)) &&
+               keysTaken();
+    }
+
+private:
+    /** Rows were put in with keys of their own, which the database must not give away again. */
+    virtual bool keysTaken() { return true; }
+};
+
+/** A new local database on the default connection. Gone with the object. */
+class LocalDatabase : public TestDatabase, public TestFolder
 {
 public:
     LocalDatabase() : m_connection(path(), QLatin1String(QSqlDatabase::defaultConnection))
@@ -108,38 +157,12 @@ public:
         run("COMMIT");
     }
 
-    DBDetails details() const { return DBDetails::local(path()); }
-    const SqliteQueryConstructor *constructor() const { return &m_constructor; }
-    void close() { QSqlDatabase::database().close(); }
-    /** Opens what a worker uses, in the test's own thread. */
-    bool openWorkerConnection()
+    DBDetails details() const override { return DBDetails::local(path()); }
+    const SqliteQueryConstructor *constructor() const override { return &m_constructor; }
+    bool openWorkerConnection() override
     {
         m_worker = std::make_unique<OtherConnection>(path(), Constants::workerConnection);
         return QSqlDatabase::database(Constants::workerConnection).isOpen();
-    }
-
-    /** Files 1 to count: the odd ones internal, the even ones external, each with its id as storage id. */
-    bool addFiles(int count)
-    {
-        return fill("INSERT INTO files SELECT i,'f'||i,'',0,0,0,'c'||i,1,i,NULL,0,i%2 FROM n", count);
-    }
-    /** Tags 1 to count. */
-    bool addTags(int count) { return fill("INSERT INTO tags SELECT i,'t'||i,'',0,NULL FROM n", count); }
-    bool addFile(qint64 id, int internal, qint64 size, qint64 storageId, qint64 thumbnailId = 0)
-    {
-        return run("INSERT INTO files VALUES (%1, 'file%1', '', %2, 1, 1, 'C%1', 1, %3, %4, 0, %5)"_s.arg(id)
-                       .arg(size)
-                       .arg(storageId)
-                       .arg(thumbnailId)
-                       .arg(internal));
-    }
-    bool addBlock(qint64 id, qint64 continueId, const QByteArray &data)
-    {
-        QSqlQuery query;
-        query.prepare("INSERT INTO storage VALUES (?, ?)"_s);
-        query.addBindValue(id);
-        query.addBindValue(data);
-        return query.exec() && run("INSERT INTO storage_info VALUES (%1, %2)"_s.arg(id).arg(continueId));
     }
 
 private:

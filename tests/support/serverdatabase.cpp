@@ -1,0 +1,129 @@
+#include "tests/support/serverdatabase.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QSqlError>
+
+const QString ServerDatabase::writer = QStringLiteral("vorna_test_writer");
+const QString ServerDatabase::reader = QStringLiteral("vorna_test_reader");
+
+namespace {
+QStringList serverParts()
+{
+    return qEnvironmentVariable("VORNA_TEST_PG").split(QLatin1Char(';'));
+}
+
+/** The connection from which databases are made and removed. */
+DBDetails maintenance()
+{
+    return ServerDatabase::detailsFor(serverParts().value(2), serverParts().value(3));
+}
+
+bool runOnServer(const QString &statement)
+{
+    ServerConnection connection(maintenance(), "maintenance"_s);
+    QSqlQuery query(connection.database());
+    if (query.exec(statement))
+        return true;
+    qWarning("%s", qPrintable(query.lastError().text()));
+    return false;
+}
+} // namespace
+
+ServerConnection::ServerConnection(const DBDetails &details, const QString &name) : m_name(name)
+{
+    QSqlDatabase database = QSqlDatabase::addDatabase(Constants::postgresDriver, name);
+    database.setHostName(details.host());
+    database.setPort(details.port());
+    database.setDatabaseName(details.databaseName());
+    database.setUserName(details.user());
+    if (!database.open())
+        qWarning("%s", qPrintable(database.lastError().text()));
+}
+
+ServerConnection::~ServerConnection()
+{
+    database().close();
+    QSqlDatabase::removeDatabase(m_name);
+}
+
+QString ServerConnection::value(const QString &statement) const
+{
+    QSqlQuery query(database());
+    return query.exec(statement) && query.next() ? query.value(0).toString() : QString();
+}
+
+ServerDatabase::ServerDatabase()
+{
+    static int number = 0;
+    m_name = "vorna_%1_%2"_s.arg(QCoreApplication::applicationPid()).arg(++number);
+    QString output;
+    if (!create(m_name) || runScript(m_name, &output) != 0)
+        qFatal("no database on the server: %s", qPrintable(output));
+    m_owner = std::make_unique<ServerConnection>(ownerDetails(), "owner"_s);
+    for (const QString &user : {writer, reader}) {
+        const QString group = user == writer ? "vorna_writer"_s : "vorna_reader"_s;
+        if (m_owner->value("SELECT rolname FROM pg_roles WHERE rolname='%1'"_s.arg(user)).isEmpty())
+            m_owner->run("CREATE ROLE %1 LOGIN IN ROLE %2"_s.arg(user, group));
+    }
+    m_default = std::make_unique<ServerConnection>(details(), QLatin1String(QSqlDatabase::defaultConnection));
+}
+
+ServerDatabase::~ServerDatabase()
+{
+    m_worker.reset();
+    m_default.reset();
+    m_owner.reset();
+    remove(m_name);
+}
+
+bool ServerDatabase::isAvailable()
+{
+    return serverParts().size() == 4;
+}
+
+bool ServerDatabase::create(const QString &name, const QString &options)
+{
+    return runOnServer("CREATE DATABASE %1 TEMPLATE template0 %2"_s.arg(name, options));
+}
+
+void ServerDatabase::remove(const QString &name)
+{
+    runOnServer("DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(name));
+}
+
+int ServerDatabase::runScript(const QString &name, QString *output)
+{
+    const DBDetails server = maintenance();
+    QProcess psql;
+    psql.setProcessChannelMode(QProcess::MergedChannels);
+    psql.start("psql"_s, {"-X"_s, "-h"_s, server.host(), "-p"_s, QString::number(server.port()), "-U"_s,
+                          server.user(), "-d"_s, name, "-f"_s, QStringLiteral(VORNA_SERVER_SCRIPT)});
+    const bool hasEnded = psql.waitForFinished();
+    if (output)
+        *output = QString::fromUtf8(psql.readAll());
+    return hasEnded && psql.exitStatus() == QProcess::NormalExit ? psql.exitCode() : -1;
+}
+
+DBDetails ServerDatabase::detailsFor(const QString &name, const QString &user)
+{
+    return DBDetails(2, serverParts().value(0), serverParts().value(1).toInt(), name, user, QString());
+}
+
+DBDetails ServerDatabase::ownerDetails() const
+{
+    return detailsFor(m_name, maintenance().user());
+}
+
+bool ServerDatabase::openWorkerConnection()
+{
+    m_worker = std::make_unique<ServerConnection>(details(), Constants::workerConnection);
+    return m_worker->database().isOpen();
+}
+
+bool ServerDatabase::keysTaken()
+{
+    return m_owner->run("SELECT setval('files_file_id_seq', max(file_id)) FROM files"_s) &&
+           m_owner->run("SELECT setval('tags_tag_id_seq', max(tag_id)) FROM tags"_s) &&
+           m_owner->run("SELECT setval('storage_storage_id_seq', max(storage_id)) FROM storage"_s);
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "db/postgresqueryconstructor.h"
+#include "tests/support/database.h"
+
+/** A further connection to a server database, as another client would have it. Gone with the object. */
+class ServerConnection
+{
+public:
+    ServerConnection(const DBDetails &details, const QString &name);
+    ~ServerConnection();
+    ServerConnection(const ServerConnection &) = delete;
+    ServerConnection &operator=(const ServerConnection &) = delete;
+
+    QSqlDatabase database() const { return QSqlDatabase::database(m_name, false); }
+    bool run(const QString &statement) { return QSqlQuery(database()).exec(statement); }
+    /** The first value of a query, empty when it fails. */
+    QString value(const QString &statement) const;
+
+private:
+    QString m_name;
+};
+
+/**
+ * A new database on the server that VORNA_TEST_PG names ("host;port;database;user"), made by the set-up
+ * script and removed with the object. The default connection is that of a writer, so that a test meets the
+ * rights that people have. A test asks isAvailable() first and skips its row without a server.
+ */
+class ServerDatabase : public TestDatabase
+{
+public:
+    ServerDatabase();
+    ~ServerDatabase() override;
+
+    static bool isAvailable();
+    /** Makes an empty database, by its owner, and removes it; for tests of the set-up itself. */
+    static bool create(const QString &name, const QString &options = QString());
+    static void remove(const QString &name);
+    /** Runs the set-up script by psql; its exit code and, into `output`, what it said. */
+    static int runScript(const QString &name, QString *output = nullptr);
+
+    static DBDetails detailsFor(const QString &name, const QString &user);
+    DBDetails details() const override { return detailsFor(m_name, writer); }
+    DBDetails readerDetails() const { return detailsFor(m_name, reader); }
+    DBDetails ownerDetails() const;
+    const PostgresQueryConstructor *constructor() const override { return &m_constructor; }
+    bool openWorkerConnection() override;
+    /** A connection with all rights, to look and to change behind the clients' backs. */
+    ServerConnection &owner() { return *m_owner; }
+
+    static const QString writer;
+    static const QString reader;
+
+private:
+    bool keysTaken() override;
+
+    QString m_name;
+    std::unique_ptr<ServerConnection> m_owner;
+    std::unique_ptr<ServerConnection> m_default;
+    std::unique_ptr<ServerConnection> m_worker;
+    PostgresQueryConstructor m_constructor;
+};
+
+/** A new database for a test that runs on both back-ends: "sqlite" or "postgres". */
+inline std::unique_ptr<TestDatabase> makeTestDatabase(const QString &backEnd)
+{
+    if (backEnd == QLatin1String("postgres"))
+        return std::make_unique<ServerDatabase>();
+    return std::make_unique<LocalDatabase>();
+}

@@ -1,0 +1,252 @@
+#include "db/databaseupdater.h"
+#include "tests/support/serverdatabase.h"
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace {
+const QString stampQuery = QStringLiteral("SELECT max(last_date) FROM tables_modification_date");
+const QString newTag = QStringLiteral("INSERT INTO tags (tag_name,creation_date) VALUES ('t',1)");
+
+/** A transaction of a random kind; true when it ends in a commit of something written. */
+bool randomTransaction(ServerConnection &client, QRandomGenerator &random)
+{
+    const auto oneIn = [&random](int n) { return random.bounded(n) == 0; };
+    const bool isRolledBack = oneIn(5);
+    client.run(oneIn(5) ? "BEGIN ISOLATION LEVEL REPEATABLE READ"_s : "BEGIN"_s);
+    client.run("SELECT count(*) FROM tags"_s);
+    if (oneIn(3))
+        client.run("SAVEPOINT S1; %1; ROLLBACK TO SAVEPOINT S1"_s.arg(newTag));
+    if (oneIn(4))
+        std::this_thread::sleep_for(std::chrono::milliseconds(random.bounded(5)));
+    client.run(oneIn(2) ? newTag : newTag + QLatin1Char(';') + newTag);
+    return client.run(isRolledBack ? "ROLLBACK"_s : "COMMIT"_s) && !isRolledBack;
+}
+} // namespace
+
+/** The script that sets up a database on a server, by what clients meet in such a database. */
+class TestServerScript : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        if (!ServerDatabase::isAvailable())
+            QSKIP("VORNA_TEST_PG names no server");
+        m_database = std::make_unique<ServerDatabase>();
+    }
+    void cleanupTestCase() { m_database.reset(); }
+
+    void columnsStandAsInALocalDatabase()
+    {
+        QSqlDatabase local = QSqlDatabase::addDatabase(Constants::sqliteDriver, "local"_s);
+        local.setDatabaseName(":memory:"_s);
+        local.open();
+        for (const QString &statement : Schema::creationStatements())
+            QSqlQuery(local).exec(statement);
+        const QString of = "SELECT string_agg(attname, ',' ORDER BY attnum) FROM pg_attribute "
+                           "WHERE attrelid=to_regclass('%1') AND attnum>0"_s;
+        QStringList tables = local.tables();
+        for (const QString &name : Sql::rows("SELECT tablename FROM pg_tables WHERE schemaname='public'")) {
+            if (!tables.removeOne(name))
+                continue; // of the server alone
+            QSqlQuery columns("SELECT group_concat(name) FROM pragma_table_info('%1')"_s.arg(name), local);
+            columns.next();
+            const QString more = name == "tb_node_links"_s ? ",browsing_tree_id"_s : QString();
+            QCOMPARE(Sql::rows(of.arg(name)).value(0), columns.value(0).toString() + more);
+        }
+        QCOMPARE(tables.size(), 5); // those that nobody uses
+        QCOMPARE(
+            Sql::value("SELECT string_agg(DISTINCT attname||' '||atttypid::regtype,',') FROM pg_attribute"
+                       " JOIN pg_tables ON attrelid=tablename::regclass WHERE schemaname='public' AND "
+                       "attnum>0 AND atttypid NOT IN (20,25)"),
+            "data bytea,id_code character,internal integer,inverted integer,last_date timestamp without "
+            "time zone,thumbnail bytea,tr_options integer,transaction_id xid8"_s);
+    }
+
+    void rulesOfTheTables()
+    {
+        QCOMPARE(Sql::value("SELECT string_agg(conname,' ' ORDER BY conname) FROM pg_constraint WHERE "
+                            "contype<>'p' AND connamespace='public'::regnamespace"),
+                 "checksum_valid files_id_code_key files_storage_id_check stamp_change "
+                 "tables_modification_date_transaction_id_key valid_node_id"_s);
+        QVERIFY(Sql::value("SELECT attname,attstorage FROM pg_attribute").contains("data|e"_s));
+        DataBaseUpdater updater(m_database->constructor(), nullptr);
+        QVERIFY(!updater.needsUpgrade(QSqlDatabase::database()));
+        QCOMPARE(Sql::value("SELECT version FROM vorna_version"), "4.1.3"_s);
+    }
+
+    void insertsOfClients_data()
+    {
+        addColumns<QString, QString>("insert", "key");
+        addRow("files", "VALUES (nextval('files_file_id_seq'),'n','',1,2,3,'AAAAAAA',1,0,NULL,0,2)"_s, "1"_s);
+        addRow("file_paths", "VALUES (nextval('file_paths_path_id_seq'),'/a','a')"_s, "1"_s);
+        addRow("thumbnails", "VALUES (nextval('thumbnails_thumbnail_id_seq'),'x')"_s, "1"_s);
+        addRow("file_tag", "VALUES (0,0)"_s, "0"_s);
+        addRow("storage", "VALUES (nextval('storage_storage_id_seq'),'x')"_s, "1"_s);
+        addRow("storage_info", "VALUES (1,0)"_s, "1"_s);
+        addRow("tags", "(\"tag_name\",\"tag_description\",\"creation_date\") VALUES ('a','','1')"_s, "1"_s);
+        addRow("tb_nodes", "(\"tag_id\",\"tr_options\",\"inverted\") VALUES ('1','1','0')"_s, "1"_s);
+        addRow("tb_node_links", "VALUES (0,1)"_s, "0"_s);
+        addRow("tag_relationships", "VALUES ('1.2')"_s, "1.2"_s);
+        addRow("browsing_trees", "(\"tree_name\") VALUES ('Default')"_s, "2"_s);
+    }
+
+    void insertsOfClients()
+    {
+        QFETCH(QString, insert);
+        const QString table = QString::fromLatin1(QTest::currentDataTag());
+        QStringList stamps = {stamp()};
+        const QString row = Sql::rows("INSERT INTO %1 %2 RETURNING *"_s.arg(table, insert)).value(0);
+        QTEST(row.section(QLatin1Char('|'), 0, 0), "key");
+        stamps += stamp();
+        QVERIFY(Sql::run("DELETE FROM "_s + table));
+        stamps += stamp();
+        QVERIFY(m_database->owner().run("TRUNCATE tables_modification_date, "_s + table));
+        stamps += stamp();
+        QVERIFY(stamps.at(0) < stamps.at(1) && stamps.at(1) < stamps.at(2) && stamps.at(2) < stamps.at(3));
+    }
+
+    void stampsFollowTheCommits()
+    {
+        ServerConnection other(m_database->details(), "other"_s);
+        QVERIFY(other.run("SET statement_timeout=2000"_s)); // waits for nobody
+        for (const QString &beginning : {"BEGIN"_s, "BEGIN ISOLATION LEVEL REPEATABLE READ"_s}) {
+            const QString before = stamp();
+            QVERIFY(Sql::run(beginning) && Sql::run(newTag) && other.run(newTag));
+            const QString early = other.value(stampQuery);
+            QVERIFY(early > before);
+            QVERIFY(Sql::run("SAVEPOINT S1") && Sql::run(newTag) && Sql::run("ROLLBACK TO SAVEPOINT S1"));
+            QVERIFY(Sql::run("COMMIT") && stamp() > early);
+        }
+    }
+
+    void nothingWrittenNothingStamped()
+    {
+        const QString before = stamp();
+        for (const QString &end : {"ROLLBACK"_s, "ROLLBACK TO SAVEPOINT S1; COMMIT"_s}) {
+            QVERIFY(Sql::run("BEGIN; SAVEPOINT S1; "_s + newTag) && Sql::run(end));
+            QCOMPARE(stamp(), before);
+        }
+    }
+
+    void aThousandCommits()
+    {
+        ServerConnection &owner = m_database->owner();
+        QVERIFY(owner.run("CREATE TABLE seen (stamp timestamp); "
+                          "CREATE FUNCTION see() RETURNS trigger LANGUAGE plpgsql AS "
+                          "'BEGIN INSERT INTO public.seen VALUES (NEW.last_date); RETURN NULL; END'; "
+                          "CREATE TRIGGER see AFTER INSERT ON tables_modification_date FOR EACH ROW "
+                          "WHEN (NEW.last_date IS NOT NULL) EXECUTE FUNCTION see()"_s));
+        std::atomic<int> committed{0};
+        std::atomic<int> running{4};
+        std::vector<std::thread> clients;
+        for (quint32 i = 0; i < 4; ++i) {
+            clients.emplace_back([&, i] {
+                ServerConnection client(m_database->details(), "client%1"_s.arg(i));
+                QRandomGenerator random(i);
+                while (committed < 1000)
+                    committed += randomTransaction(client, random) ? 1 : 0;
+                --running;
+            });
+        }
+        // Whoever sees something new sees a later stamp, and one that has passed.
+        QString lastDate;
+        int lastCount = -1;
+        int faults = 0;
+        while (running > 0) {
+            QSqlQuery look("SELECT max(last_date)::text, (SELECT count(*) FROM tags), "
+                           "max(last_date) <= clock_timestamp() AT TIME ZONE 'UTC' "
+                           "FROM tables_modification_date"_s);
+            look.next();
+            const QString date = look.value(0).toString();
+            const bool isNew = look.value(1).toInt() != lastCount;
+            faults += look.value(2).toBool() && isNew == (date > lastDate) && date >= lastDate ? 0 : 1;
+            lastDate = date;
+            lastCount = look.value(1).toInt();
+        }
+        for (std::thread &client : clients)
+            client.join();
+        QCOMPARE(faults, 0);
+        QCOMPARE(owner.value("SELECT count(DISTINCT date_trunc('milliseconds', stamp)) FROM seen"_s).toInt(),
+                 committed.load());
+    }
+
+    void rights_data()
+    {
+        addColumns<QString, bool, bool>("statement", "writerMay", "readerMay");
+        addRow("read stamps", stampQuery, true, true);
+        addRow("change a tag", "UPDATE tags SET tag_name=''"_s, true, false);
+        addRow("draw a key", "SELECT nextval('tags_tag_id_seq')"_s, true, false);
+        addRow("probe", "INSERT INTO file_tag VALUES (7,7)"_s, true, false);
+        addRow("add a stamp", "INSERT INTO tables_modification_date VALUES (now())"_s, false, false);
+        addRow("remove the stamp", "DELETE FROM tables_modification_date"_s, false, false);
+        addRow("empty the stamps", "TRUNCATE tables_modification_date"_s, false, false);
+        addRow("change the version", "UPDATE scheme_version SET version='9'"_s, false, false);
+        addRow("silence a trigger", "ALTER TABLE tags DISABLE TRIGGER note_change"_s, false, false);
+    }
+
+    void rights()
+    {
+        QFETCH(QString, statement);
+        ServerConnection reader(m_database->readerDetails(), "reader"_s);
+        QTEST(Sql::run(statement), "writerMay");
+        QTEST(reader.run(statement), "readerMay");
+    }
+
+    void refusals_data()
+    {
+        addColumns<QString, QString, QString>("options", "before", "word");
+        addRow("encoding", "ENCODING LATIN1 LOCALE 'C'"_s, "SELECT 1"_s, "is in LATIN1"_s);
+        addRow("a schema", QString(), "CREATE SCHEMA s CREATE VIEW v AS SELECT 1"_s, "it holds s.v"_s);
+        addRow("second run", QString(), QString(), "it holds public.files"_s);
+        addRow("failure half-way", QString(), "CREATE DOMAIN tb_nodes AS text"_s, "tb_nodes"_s);
+    }
+
+    void refusals()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, options);
+        QFETCH(QString, word);
+        const QString name = "vorna_refusing"_s;
+        const QString user = m_database->ownerDetails().user();
+        const QString objects = "SELECT string_agg(relname, ',' ORDER BY oid) FROM pg_class"_s;
+        QVERIFY(ServerDatabase::create(name, options));
+        {
+            ServerConnection owner(ServerDatabase::detailsFor(name, user), name);
+            QVERIFY(before.isEmpty() ? ServerDatabase::runScript(name) == 0 : owner.run(before));
+            const QString held = owner.value(objects);
+            QString output;
+            QCOMPARE(ServerDatabase::runScript(name, &output), 3);
+            QVERIFY2(output.contains(word), qPrintable(output));
+            QCOMPARE(owner.value(objects), held);
+        }
+        ServerDatabase::remove(name);
+    }
+
+    /** The last one, as the stamps of this database stay ahead of the clock. */
+    void clockThatIsPutBack()
+    {
+        const QString last = "SELECT last_value FROM tables_modification_date_last_date_seq"_s;
+        QVERIFY(m_database->owner().run(
+            "SELECT setval('tables_modification_date_last_date_seq', (%1)+3600000)"_s.arg(last)));
+        const qint64 ahead = m_database->owner().value(last).toLongLong();
+        QVERIFY(Sql::run("SET statement_timeout=2000") && Sql::run(newTag)); // does not wait for the clock
+        const QString first = stamp();
+        QVERIFY(Sql::run(newTag) && stamp() > first);
+        QCOMPARE(m_database->owner().value(last).toLongLong(), ahead + 2);
+    }
+
+private:
+    static QString stamp() { return Sql::rows(stampQuery).value(0); }
+
+    std::unique_ptr<ServerDatabase> m_database;
+};
+
+QTEST_GUILESS_MAIN(TestServerScript)
+#include "tst_serverscript.moc"
