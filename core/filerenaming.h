@@ -4,7 +4,7 @@
 
 /**
  * The renaming of one file on the disk that is undone unless keep() is called: the database follows the disk,
- * and when it cannot, the file gets its old name back. Never replaces another file.
+ * and when it cannot, the file gets its old name back, and one that it replaced its place.
  */
 class FileRenaming
 {
@@ -15,17 +15,27 @@ public:
     FileRenaming(const FileRenaming &) = delete;
     FileRenaming &operator=(const FileRenaming &) = delete;
 
-    /** Whether something has the new name already, be it a link that leads nowhere. */
+    /** Whether something else has the new name already, be it a link that leads nowhere. */
     bool isNameTaken() const;
+    /** Whether what has the name is a file, which can be replaced. */
+    bool isReplaceable() const;
+    /** Never replaces another file. */
     bool run();
-    void keep() { m_isDone = false; }
+    /** Takes the place of the file that has the new name, in one step: at no moment is there none. */
+    bool runReplacing();
+    /** Makes the renaming final. */
+    void keep();
 
     const QString &newPath() const { return m_newPath; }
     const QString &newRelPath() const { return m_newRelPath; }
 
 private:
+    bool backUpTarget();
+    void removeBackup();
+
     QString m_path;
     QString m_newPath;
     QString m_newRelPath;
+    QString m_backupPath; ///< what was replaced, until the renaming is final
     bool m_isDone = false;
 };

@@ -154,6 +154,8 @@ public:
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
     void addFilesList(const QStringList &paths);
     void deleteFiles(const QVector<qint64> &fileIds);
+    /** Copies the contents of external files into the database. */
+    void transferFiles(const QVector<qint64> &fileIds);
     void cancelOperations();
     bool isBusy() const;
 

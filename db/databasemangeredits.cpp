@@ -349,6 +349,12 @@ void DatabaseManger::deleteFiles(const QVector<qint64> &fileIds)
         runFileOperation([fileIds](FileOperationProvider &files) { files.deleteFiles(fileIds); });
 }
 
+void DatabaseManger::transferFiles(const QVector<qint64> &fileIds)
+{
+    if (!fileIds.isEmpty() && isDataCurrent())
+        runFileOperation([fileIds](FileOperationProvider &files) { files.transferFiles(fileIds); });
+}
+
 void DatabaseManger::cancelOperations()
 {
     if (m_providers.fileOperation)

@@ -92,6 +92,20 @@ QString Database::absolutePath(const QString &relativePath, const PathLocator &l
     return baseFolder(locator).path() + QLatin1Char('/') + relativePath;
 }
 
+QString Database::uniqueFileName(const QString &name, const QDir &dir)
+{
+    const auto isTaken = [&dir](const QString &tried) {
+        const QFileInfo info(dir.filePath(tried));
+        return info.exists() || info.isSymLink();
+    };
+    const int dot = name.indexOf(QLatin1Char('.'));
+    const int end = dot < 0 ? name.size() : dot;
+    QString tried = name;
+    for (int n = 1; isTaken(tried); ++n)
+        tried = QString(name.leftRef(end) + QLatin1Char('_') + QString::number(n) + name.midRef(end));
+    return tried;
+}
+
 QVector<qint64> Database::listResults(const QString &connectionName, const QString &statement)
 {
     static QMutex mutex;

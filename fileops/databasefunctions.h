@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDir>
 #include <QSqlQuery>
 #include <QString>
 #include <QVector>
@@ -37,6 +38,9 @@ bool writeBlock(const QByteArray &data, qint64 id, qint64 nextId, bool hasNext);
 QString relativePath(const QString &absolutePath, const PathLocator &locator);
 /** The reverse, by plain joining. */
 QString absolutePath(const QString &relativePath, const PathLocator &locator);
+
+/** A name that nothing in the folder has: the given one, or that with "_1", "_2" ... before its first dot. */
+QString uniqueFileName(const QString &name, const QDir &dir);
 
 /** The numbers in the first column of a result; nulls and other values are left out. */
 QVector<qint64> listResults(const QString &connectionName, const QString &statement);

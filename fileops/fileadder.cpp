@@ -1,7 +1,5 @@
 #include "fileops/fileadder.h"
 
-#include "db/sqltext.h"
-#include "fileops/blockstorage.h"
 #include "fileops/datachecksum.h"
 #include "fileops/fileoperationworker.h"
 #include "fileops/regularfile.h"
@@ -13,11 +11,6 @@
 #include <QUrl>
 
 namespace {
-
-bool isUnchanged(const FileChecksum &known, const FileStamp &now)
-{
-    return known.isRead && known.stamp == now && known.size == now.size;
-}
 
 QString nameOf(const QString &path)
 {
@@ -39,6 +32,7 @@ struct FileAdder::NewFile
 
 FileAdder::FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId)
     : m_worker(worker),
+      m_writer(worker),
       m_mode(mode),
       m_loadId(loadId),
       m_locator(Database::pathLocator(worker.connectionName()))
@@ -105,7 +99,7 @@ bool FileAdder::gatherExternal(const QString &path, const FileChecksum &known, N
 {
     FileChecksum told = known;
     // Opening it once more would cost more than all its rows.
-    if (!isUnchanged(known, RegularFile::stampOf(path)))
+    if (!known.isOf(RegularFile::stampOf(path)))
         told = FileChecksums::ofFile(path, [this] { return m_worker.shouldEnd(); });
     file.size = told.size;
     file.modified = told.modified;
@@ -127,78 +121,12 @@ bool FileAdder::reserveIds(const QString &path, NewFile &file)
 
 bool FileAdder::storeContents(const QString &path, const FileChecksum &known, NewFile &file)
 {
-    RegularFile source;
-    if (!source.open(path))
+    StoredContents stored;
+    if (m_writer.store(path, file.storageId, known, stored) != ContentWriter::Stored)
         return false;
-    const bool isKnown = isUnchanged(known, source.stamp());
-    DataChecksum checksum;
-    qint64 blockId = file.storageId;
-    qint64 lastId = 0;
-    bool hasNext = true;
-    // Some files of the system name no size and have contents all the same.
-    const qint64 length = source.size() > 0 ? source.size() : BLOCK_SIZE;
-    m_block.reserve(BLOCK_SIZE);
-    while (hasNext) {
-        if (m_worker.shouldEnd()) {
-            qDebug("FileOperationWorker::addFilesList() - stopped! Exiting.");
-            return false;
-        }
-        const qint64 wanted = qMin(BLOCK_SIZE, length - file.size);
-        m_block.resize(int(wanted));
-        const qint64 count = source.read(m_block.data(), wanted);
-        if (count < 0)
-            return false;
-        if (count == 0) {
-            qDebug("Error! Zero bytes read.");
-            break;
-        }
-        m_block.resize(int(count));
-        if (!isKnown)
-            checksum.update(m_block.constData(), count);
-        file.size += count;
-        // A read that came short has met the end of a file that shrank meanwhile.
-        hasNext = count == wanted && file.size < length;
-        lastId = blockId;
-        if (!m_worker.insertBlock(m_block, lastId, hasNext, blockId)) {
-            qDebug("Inserting block failed.");
-            return false;
-        }
-    }
-    if (hasNext && lastId > 0 && !endChain(lastId))
-        return false;
-    file.modified = source.modified();
-    if (!isKnown) {
-        file.checksum = checksum.take();
-        return true;
-    }
-    file.checksum = known.checksum;
-    // Written to while it was read: what was told before is no longer sure to be what was stored.
-    return isStill(path, known, file.size) || readStoredChecksum(file.storageId, file.size, file.checksum);
-}
-
-bool FileAdder::endChain(qint64 storageId)
-{
-    return m_worker.runAsync(
-        SqlText::fill(QStringLiteral("UPDATE storage_info SET continue_id=0 WHERE storage_id=%1;"),
-                      {QString::number(storageId)}));
-}
-
-bool FileAdder::isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const
-{
-    return storedSize == known.size && isUnchanged(known, RegularFile::stampOf(path));
-}
-
-bool FileAdder::readStoredChecksum(qint64 storageId, qint64 size, quint32 &result)
-{
-    DataChecksum checksum;
-    for (qint64 done = 0; done < size && storageId > 0;) {
-        QByteArray block;
-        if (!m_worker.readBlock(storageId, block, storageId) || block.isEmpty())
-            return false;
-        checksum.update(block.constData(), block.size());
-        done += block.size();
-    }
-    result = checksum.take();
+    file.size = stored.size;
+    file.modified = stored.modified;
+    file.checksum = stored.checksum;
     return true;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "fileops/contentwriter.h"
 #include "fileops/databasefunctions.h"
 #include "fileops/filechecksums.h"
 
-#include <QByteArray>
 #include <QString>
 
 class FileOperationWorker;
@@ -45,20 +45,17 @@ private:
     bool gatherExternal(const QString &path, const FileChecksum &known, NewFile &file);
     bool reserveIds(const QString &path, NewFile &file);
     bool storeContents(const QString &path, const FileChecksum &known, NewFile &file);
-    bool endChain(qint64 storageId);
     /** An id of 0 for what is no picture; false when the database refuses the row. */
     bool addThumbnail(const QString &path, qint64 &thumbnailId);
-    bool isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const;
-    bool readStoredChecksum(qint64 storageId, qint64 size, quint32 &result);
     bool insertRows(const QString &path, const NewFile &file);
     QString relativePath(const QString &path);
 
     FileOperationWorker &m_worker;
+    ContentWriter m_writer;
     StorageMode m_mode;
     qint64 m_loadId;
     bool m_checksIdCodes = true;
     Database::PathLocator m_locator;
-    QByteArray m_block;
     QString m_lastFolder;
     QString m_lastRelativeFolder;
 };

@@ -15,6 +15,9 @@ struct FileChecksum
     qint64 size = 0;     ///< bytes read
     qint64 modified = 0; ///< seconds since 1970
     FileStamp stamp;     ///< on opening
+
+    /** Whether this was read, and from a file that looked like the stamp. */
+    bool isOf(const FileStamp &now) const { return isRead && stamp == now && size == now.size; }
 };
 
 /** The fingerprints of whole files. Nothing is held in memory beyond a few slices. Any thread. */

@@ -22,7 +22,8 @@ enum class FileOperationType {
     AutoLinkFilesOperation = 9,
     ExportOperation = 10,
     ImportOperation = 11,
-    RemakeThumbnailsOperation = 12
+    RemakeThumbnailsOperation = 12,
+    TransferFilesOperation = 13
 };
 Q_DECLARE_METATYPE(FileOperationType)
 

@@ -166,6 +166,14 @@ void FileOperationProvider::deleteFiles(const QVector<qint64> &ids)
     enqueue(operation);
 }
 
+void FileOperationProvider::transferFiles(const QVector<qint64> &ids)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::TransferFilesOperation;
+    operation.fileIds = ids;
+    enqueue(operation);
+}
+
 void FileOperationProvider::loadThumbnails(const QVector<qint64> &ids)
 {
     FileOperation operation;

@@ -37,6 +37,8 @@ public:
     void addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
     void deleteFiles(const QVector<qint64> &ids);
+    /** Copies the contents of external files into the database, which then holds them. */
+    void transferFiles(const QVector<qint64> &ids);
     void loadThumbnails(const QVector<qint64> &ids);
     void setBrowsingTreeId(qint64 id);
     /** Ends the running operation and those in the queue; nothing when idle. */

@@ -7,6 +7,7 @@
 #include "fileops/deletefilesoperation.h"
 #include "fileops/loadthumbnailsoperation.h"
 #include "fileops/regularfile.h"
+#include "fileops/transferfilesoperation.h"
 
 #include <QDebug>
 #include <QFileInfo>
@@ -226,6 +227,10 @@ void FileOperationWorker::dispatch(const FileOperation &operation)
         break;
     case FileOperationType::LoadThumbnailsOperation:
         LoadThumbnailsOperation(*this, operation).run();
+        break;
+    case FileOperationType::TransferFilesOperation:
+        if (!operation.fileIds.isEmpty())
+            runAnnounced<TransferFilesOperation>(operation, tr("Transferring files into database..."));
         break;
     default:
         break;

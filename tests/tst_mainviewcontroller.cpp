@@ -186,6 +186,53 @@ private slots:
         QTEST(m_fixture->takeBoxes().size(), "boxes");
     }
 
+    void takenNamesAreAskedAbout_data()
+    {
+        addColumns<int, bool, QString>("answer", "isRefused", "files"); // the index of the pressed button
+        addRow("cancel", -1, false, "other.txt=other old.txt=old"_s);
+        addRow("new name", 0, false, "other.txt=other other_1.txt=old"_s);
+        addRow("replace", 1, false, "other.txt=old"_s);
+        addRow("replace, refused by the database", 1, true, "other.txt=other old.txt=old"_s);
+    }
+
+    void takenNamesAreAskedAbout()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, isRefused);
+        QFETCH(QString, files);
+        const QString path = m_fixture->write("old.txt"_s, "old");
+        const qint64 id = m_fixture->add(QUrl::fromLocalFile(path));
+        m_fixture->write("other.txt"_s, "other");
+        if (isRefused)
+            LocalCollection::run("CREATE TRIGGER refuse BEFORE UPDATE ON file_paths "
+                                 "BEGIN SELECT RAISE(ABORT, 'refused'); END"_s);
+        QStringList boxes;
+        Messages::setResponder([&](const Messages::Box &box) {
+            boxes << box.title;
+            return Messages::Answer{QMessageBox::Cancel, answer};
+        });
+        view().showSpecialNode(AllExternalFiles);
+        // The question waits until the editor that set the name is gone.
+        view().sorter()->setData(view().sorter()->index(0, ContentsModel::NameColumn), "other.txt"_s);
+        QVERIFY(boxes.isEmpty());
+        QTRY_COMPARE(boxes, QStringList{"File Extraction"_s});
+
+        QStringList found;
+        for (const QString &name : QDir(m_fixture->folder()).entryList({"o*.txt*"_s}, QDir::Files)) {
+            QFile file(m_fixture->folder() + QLatin1Char('/') + name);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            found << name + QLatin1Char('=') + QString::fromUtf8(file.readAll());
+        }
+        found.sort();
+        QStringList expected = files.split(QLatin1Char(' '));
+        expected.sort();
+        QCOMPARE(found, expected);
+        const QString name = view().fileData(id, Name).toString();
+        QVERIFY(found.contains(name + "=old"_s));
+        QCOMPARE(fileRow(id),
+                 QStringList({name, view().fileData(id, Path).toString(), name}).join(QLatin1Char('|')));
+    }
+
     void failedRenamesAreTakenBack()
     {
         const qint64 id = m_fixture->addExternal("old.txt"_s);

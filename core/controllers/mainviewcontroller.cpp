@@ -1,11 +1,10 @@
 #include "core/controllers/mainviewcontroller.h"
 
-#include "app/messages.h"
 #include "core/controllers/browstreecontroller.h"
+#include "core/controllers/filerenamer.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/file.h"
-#include "core/filerenaming.h"
 #include "db/databasemanger.h"
 #include "fileops/thumbnailcache.h"
 #include "models/contentsmodel.h"
@@ -14,13 +13,13 @@
 
 #include <QDebug>
 #include <QDesktopServices>
+#include <QTimer>
 
 #include <algorithm>
 
 namespace {
 
 constexpr qint32 externalKind = 0;
-constexpr qint32 hyperlinkKind = 2;
 
 bool dropTags(QVector<qint64> &list, const QVector<qint64> &tagIds)
 {
@@ -212,6 +211,18 @@ void MainViewController::deleteFiles(const QVector<qint64> &fileIds)
         manager()->deleteFiles(fileIds);
 }
 
+void MainViewController::transferToInternal(const QVector<qint64> &fileIds)
+{
+    QVector<qint64> external;
+    for (const qint64 fileId : fileIds) {
+        const File *file = m_contents->fileAt(m_contents->rowOf(fileId));
+        if (file && file->internal() == externalKind)
+            external.append(fileId);
+    }
+    if (manager() && !external.isEmpty() && mayWrite())
+        manager()->transferFiles(external);
+}
+
 void MainViewController::cancelOperations()
 {
     if (manager())
@@ -233,37 +244,10 @@ void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVecto
 bool MainViewController::updateFileName(qint64 fileId, const QString &text)
 {
     const File *file = manager() ? manager()->file(fileId) : nullptr;
-    const QString name = text.trimmed();
-    if (!file || name.isEmpty() || name == file->name() || !mayWrite())
+    if (!file || text.trimmed().isEmpty() || text.trimmed() == file->name() || !mayWrite())
         return false;
-    // The name of a hyperlink is its address.
-    if (file->internal() != hyperlinkKind && name.contains(QLatin1Char('/'))) {
-        Messages::warning(nullptr, tr("Rename File"), tr("The name of a file must not contain \"/\"."));
-        return false;
-    }
-    if (file->internal() == externalKind)
-        return renameExternalFile(*file, name);
-    return manager()->updateFile(fileId, QStringLiteral("file_name"), name);
-}
-
-bool MainViewController::renameExternalFile(const File &file, const QString &name)
-{
-    const qint64 fileId = file.id();
-    FileRenaming renaming(file.path(), file.relPath(), name);
-    if (renaming.isNameTaken()) {
-        Messages::warning(nullptr, tr("Rename File"), tr("There is already a file with this name."));
-        return false;
-    }
-    if (!manager()->isDataCurrent())
-        return false;
-    if (!renaming.run()) {
-        Messages::warning(nullptr, tr("Rename File"), tr("The file could not be renamed."));
-        return false;
-    }
-    if (!manager()->renameFile(fileId, name, renaming.newPath(), renaming.newRelPath()))
-        return false;
-    renaming.keep();
-    return true;
+    const FileRenamer renamer(manager());
+    return renamer.settle(renamer.tryRename(fileId, text), fileId, text);
 }
 
 bool MainViewController::updateFileDescription(qint64 fileId, const QString &text)
@@ -344,7 +328,13 @@ const QImage *MainViewController::thumbnailOf(qint64 fileId) const
 
 bool MainViewController::renameFile(qint64 fileId, const QString &name)
 {
-    return updateFileName(fileId, name);
+    const FileRenamer::Outcome outcome = FileRenamer(manager()).tryRename(fileId, name);
+    if (outcome != FileRenamer::Renamed && outcome != FileRenamer::Unchanged) {
+        // The editor that the name was typed in must be gone before a box comes up.
+        QTimer::singleShot(
+            0, this, [this, outcome, fileId, name] { FileRenamer(manager()).settle(outcome, fileId, name); });
+    }
+    return outcome == FileRenamer::Renamed;
 }
 
 bool MainViewController::describeFile(qint64 fileId, const QString &description)

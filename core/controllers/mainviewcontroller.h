@@ -66,13 +66,16 @@ public:
     void addFilesList(const QStringList &paths);
     /** Deletes files from the database; external ones stay on the disk. */
     void deleteFiles(const QVector<qint64> &fileIds);
+    /** Copies the external ones of these files into the database; on the disk they stay as they are. */
+    void transferToInternal(const QVector<qint64> &fileIds);
     void cancelOperations();
 
     void linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     void unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     /**
      * Renames a file, an external one on the disk first. False when nothing has changed: for an empty or an
-     * equal name silently, for one that cannot be had after telling why.
+     * equal name silently, for one that cannot be had after telling why. A name that another file on the disk
+     * has may be had after a question.
      */
     bool updateFileName(qint64 fileId, const QString &text);
     bool updateFileDescription(qint64 fileId, const QString &text);
@@ -115,7 +118,6 @@ private:
 
     void connectManager();
     void showRequirements(const TagRequirements &requirements);
-    bool renameExternalFile(const File &file, const QString &name);
 
     TagsController *m_tags = nullptr;
     BrowsTreeController *m_browsTree = nullptr;

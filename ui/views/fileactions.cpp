@@ -30,8 +30,11 @@ void FileActions::makeActions()
     add(FileSearch, tr("File Search"), "fileSearchAction", ":icons/search.png")->setCheckable(true);
     add(AddFiles, tr("Add Files"), "addFilesAction", ":/icons/addFiles.png");
     add(AddHyperlink, tr("Add Hyperlink"), "addHyperlinkAction", ":/icons/add-hyperlink.png");
+    add(TransferToInternal, tr("Transfer to Internal"), "transferToInternalAction");
     add(RemoveFromNode, tr("Remove from node"), "removeFromNodeAction")->setData(qint64(0));
     add(Delete, tr("Delete"), "deleteFilesAction", ":/icons/delete.png");
+    add(FileTags, tr("File Tags"), "fileTagsAction", ":icons/tag.png");
+    add(BrowsingTreeTags, tr("Browsing Tree Tags"), "browsingTreeTagsAction");
     add(OpenExternally, tr("Open for Viewing"), "openExternallyAction");
     add(ShowInFileManager, tr("Show in Explorer"), "showInExplorerAction");
     add(DeleteFromContext, tr("Delete"), "deleteFromContextAction", ":/icons/delete.png");
@@ -47,12 +50,21 @@ void FileActions::takePlaces(MainUi &ui)
 {
     m_actions.insert(FileMenu, ui.fileMenu->menuAction());
     m_actions.insert(LinkTags, ui.linkTagsToFiles);
-    for (const Key key : {AddFiles, AddHyperlink, RemoveFromNode, Delete, LinkTags})
-        ui.fileMenu->addAction(action(key));
+    fillFileMenu(*ui.fileMenu);
     ui.fileToolsBar->addAction(action(AddFiles));
     ui.fileToolsBar->addAction(action(AddHyperlink));
     makeViewMode(ui);
     makeSearch(ui);
+}
+
+void FileActions::fillFileMenu(QMenu &menu)
+{
+    auto *tags = new QMenu(tr("Tags"), &menu);
+    tags->addActions({action(FileTags), action(BrowsingTreeTags)});
+    m_actions.insert(TagsMenu, tags->menuAction());
+    for (const Key key :
+         {AddFiles, AddHyperlink, TransferToInternal, RemoveFromNode, Delete, TagsMenu, LinkTags})
+        menu.addAction(action(key));
 }
 
 void FileActions::makeViewMode(MainUi &ui)
@@ -82,7 +94,7 @@ void FileActions::makeSearch(MainUi &ui)
     });
 }
 
-void FileActions::updateAvailability(bool isWritable, bool hasSelection, qint64 nodeId)
+void FileActions::updateAvailability(bool isWritable, bool hasSelection, bool areAllInternal, qint64 nodeId)
 {
     const auto setEnabled = [this](Key key, bool enabled) {
         if (QAction *known = action(key))
@@ -91,10 +103,13 @@ void FileActions::updateAvailability(bool isWritable, bool hasSelection, qint64 
     setEnabled(FileMenu, isWritable);
     setEnabled(AddFiles, isWritable);
     setEnabled(AddHyperlink, isWritable);
+    // The context menu offers it for external files, by its own rule.
+    setEnabled(TransferToInternal, hasSelection && areAllInternal);
     action(RemoveFromNode)->setData(nodeId);
     setEnabled(RemoveFromNode, hasSelection && nodeId > 0);
     setEnabled(Delete, hasSelection);
-    setEnabled(LinkTags, hasSelection && isWritable);
+    for (const Key key : {FileTags, BrowsingTreeTags, LinkTags})
+        setEnabled(key, hasSelection && isWritable);
 }
 
 QString FileActions::deleteText(const SelectedFilesFacts &facts)
@@ -115,8 +130,14 @@ void FileActions::fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, 
         action(OpenExternally)->setText(facts.isPicture ? tr("Open Externally") : tr("Open for Viewing"));
         menu.addAction(action(OpenExternally));
     }
-    if (facts.areAllExternal && !facts.hasHyperlink && !facts.hasMissing && isOne)
-        menu.addAction(action(ShowInFileManager));
+    if (facts.areAllExternal && !facts.hasMissing) {
+        if (isOne)
+            menu.addAction(action(ShowInFileManager));
+        if (isWritable && facts.count > 0) {
+            action(TransferToInternal)->setEnabled(true);
+            menu.addAction(action(TransferToInternal));
+        }
+    }
     if (isWritable && facts.count > 0) {
         action(DeleteFromContext)->setText(deleteText(facts));
         menu.addAction(action(DeleteFromContext));

@@ -39,9 +39,13 @@ public:
         FileSearch = 3,
         AddFiles = 4,
         AddHyperlink = 5,
+        TransferToInternal = 7,
         RemoveFromNode = 9,
         Delete = 10,
         LinkTags = 11,
+        TagsMenu = 12,
+        FileTags = 13,
+        BrowsingTreeTags = 14,
         OpenExternally = 15,
         ShowInFileManager = 16,
         DeleteFromContext = 17,
@@ -58,13 +62,14 @@ public:
     QAction *action(Key key) const { return m_actions.value(key); }
 
     /** The node is that of "Remove from node", 0 for none. */
-    void updateAvailability(bool isWritable, bool hasSelection, qint64 nodeId);
+    void updateAvailability(bool isWritable, bool hasSelection, bool areAllInternal, qint64 nodeId);
     /** Appends the entries that fit the selection. */
     void fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, bool isWritable);
 
 private:
     QAction *add(Key key, const QString &text, const char *objectName, const char *icon = nullptr);
     void makeActions();
+    void fillFileMenu(QMenu &menu);
     void makeViewMode(MainUi &ui);
     void makeSearch(MainUi &ui);
     static QString deleteText(const SelectedFilesFacts &facts);

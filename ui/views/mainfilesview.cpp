@@ -22,6 +22,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QMenu>
+#include <QSet>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -96,10 +97,7 @@ void MainFilesView::setUpView(QAbstractItemView *view)
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(view, &QWidget::customContextMenuRequested, this, &MainFilesView::openContextMenu);
-    connect(view, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex &index) {
-        if (!m_isEditMode)
-            openFile(index);
-    });
+    connect(view, &QAbstractItemView::doubleClicked, this, &MainFilesView::openOrEdit);
     // Drags arrive at the viewport, keys at the view.
     view->installEventFilter(this);
     view->viewport()->installEventFilter(this);
@@ -112,6 +110,9 @@ void MainFilesView::connectActions()
     };
     onTriggered(FileActions::AddFiles, &MainFilesView::addFiles);
     onTriggered(FileActions::AddHyperlink, &MainFilesView::addHyperlinks);
+    onTriggered(FileActions::TransferToInternal, &MainFilesView::transferToInternal);
+    onTriggered(FileActions::FileTags, &MainFilesView::openFileTagsEditor);
+    onTriggered(FileActions::BrowsingTreeTags, &MainFilesView::openBrowsTagsEditor);
     onTriggered(FileActions::RemoveFromNode, &MainFilesView::deleteSelectedItemsFromNode);
     onTriggered(FileActions::Delete, &MainFilesView::deleteSelectedItems);
     onTriggered(FileActions::OpenExternally, &MainFilesView::openFileExternally);
@@ -142,6 +143,7 @@ void MainFilesView::setController(MainViewController *controller)
     if (m_controller) {
         m_controller->disconnect(this);
         m_controller->collection()->browsTreeController()->disconnect(this);
+        m_controller->collection()->disconnect(this);
     }
     m_controller = controller;
     m_title->setController(controller);
@@ -155,8 +157,12 @@ void MainFilesView::setController(MainViewController *controller)
         // A node becomes the current one only after its files are shown.
         connect(controller->collection()->browsTreeController(), &BrowsTreeController::currentNodeChanged,
                 this, &MainFilesView::updateActionsAvailability);
+        const Collection *collection = controller->collection();
+        connect(collection, &Collection::aboutToReloadAllData, this, &MainFilesView::keepSelection);
+        connect(collection, &Collection::allDataReloaded, this, &MainFilesView::restoreSelection);
         attachModel();
     }
+    applyEditTriggers();
     updateEmptyText();
     updateActionsAvailability();
     emit statusTextChanged(QString());
@@ -164,15 +170,14 @@ void MainFilesView::setController(MainViewController *controller)
 
 void MainFilesView::attachModel()
 {
-    // The header state would bring back a sorted column, and a million rows never sort by themselves.
     m_tableView->setSortingEnabled(false);
     giveModel(m_listView, m_controller->sorter());
     giveModel(m_tableView, m_controller->sorter());
     QItemSelectionModel *ofTable = m_tableView->selectionModel();
     m_tableView->setSelectionModel(m_listView->selectionModel());
     delete ofTable;
+    // Sorts by what the header brings back, which is cheap: no file is shown yet.
     restoreHeader();
-    m_tableView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     m_tableView->setSortingEnabled(true);
     connectModel();
 }
@@ -182,7 +187,12 @@ void MainFilesView::connectModel()
     connect(selection(), &QItemSelectionModel::selectionChanged, this, &MainFilesView::fileSelectionChanged);
     connect(selection(), &QItemSelectionModel::currentRowChanged, this, &MainFilesView::updateStatusText);
     const QAbstractItemModel *model = m_controller->sorter();
-    connect(model, &QAbstractItemModel::dataChanged, this, &MainFilesView::fileDataChanged);
+    connect(model, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex &first, const QModelIndex &last, const QVector<int> &roles) {
+                // Most news are pictures, on which no command depends.
+                if (roles != QVector<int>{Qt::DecorationRole})
+                    fileDataChanged(first, last);
+            });
     connect(model, &QAbstractItemModel::modelReset, this, &MainFilesView::updateStatusText);
     connect(model, &QAbstractItemModel::rowsInserted, this, &MainFilesView::updateStatusText);
     connect(model, &QAbstractItemModel::rowsRemoved, this, &MainFilesView::updateStatusText);
@@ -211,6 +221,7 @@ void MainFilesView::restoreHeader()
     QHeaderView *header = m_tableView->horizontalHeader();
     const QByteArray state = WindowSettings::layout(WindowSettings::fileTableHeader);
     if (state.isEmpty() || !header->restoreState(state)) {
+        header->setSortIndicator(-1, Qt::AscendingOrder);
         header->resizeSection(ContentsModel::NameColumn, nameColumnWidth);
         const QDateTime longDate({2000, 12, 28}, {22, 58, 58});
         const QString text = QLocale().toString(longDate, QLocale::ShortFormat);
@@ -235,12 +246,27 @@ void MainFilesView::iconViewSelected(bool on)
 void MainFilesView::changeEditMode(bool on)
 {
     m_isEditMode = on;
+    applyEditTriggers();
+}
+
+void MainFilesView::applyEditTriggers()
+{
+    // In a read-only database an editor would only open to have its text refused.
+    const bool isEditable = m_isEditMode && isWritable();
     for (QAbstractItemView *view :
          {static_cast<QAbstractItemView *>(m_listView), static_cast<QAbstractItemView *>(m_tableView)}) {
-        view->setEditTriggers(on ? view->editTriggers() | QAbstractItemView::DoubleClicked |
-                                       QAbstractItemView::EditKeyPressed
-                                 : QAbstractItemView::NoEditTriggers);
+        view->setEditTriggers(isEditable ? view->editTriggers() | QAbstractItemView::DoubleClicked |
+                                               QAbstractItemView::EditKeyPressed
+                                         : QAbstractItemView::NoEditTriggers);
     }
+}
+
+void MainFilesView::openOrEdit(const QModelIndex &index)
+{
+    if (!m_isEditMode)
+        openFile(index);
+    else
+        mayEdit();
 }
 
 QAbstractItemView *MainFilesView::currentView() const
@@ -289,7 +315,8 @@ qint64 MainFilesView::nodeToRemoveFrom() const
 
 void MainFilesView::updateActionsAvailability()
 {
-    m_actions->updateAvailability(isWritable(), !selectedFiles().isEmpty(), nodeToRemoveFrom());
+    const SelectedFiles files = selectedFiles();
+    m_actions->updateAvailability(isWritable(), !files.isEmpty(), files.areAllInternal(), nodeToRemoveFrom());
 }
 
 void MainFilesView::updateStatusText()
@@ -335,6 +362,37 @@ void MainFilesView::followRequirements()
     updateActionsAvailability();
 }
 
+void MainFilesView::keepSelection()
+{
+    const File *current = fileAt(currentView()->currentIndex());
+    m_keptCurrentId = current ? current->id() : 0;
+    m_keptIds = selectedFiles().ids();
+}
+
+void MainFilesView::restoreSelection()
+{
+    const QSet<qint64> wanted(m_keptIds.begin(), m_keptIds.end());
+    const Sorter *sorter = m_controller->sorter();
+    const int lastColumn = sorter->columnCount() - 1;
+    QItemSelection selected;
+    QModelIndex current;
+    for (int row = 0; row < sorter->rowCount() && !(wanted.isEmpty() && m_keptCurrentId == 0); ++row) {
+        const qint64 fileId = sorter->fileAt(row)->id();
+        if (fileId == m_keptCurrentId)
+            current = sorter->index(row, 0);
+        if (!wanted.contains(fileId))
+            continue;
+        // A range a run of rows: a selection of many single ranges would be slow.
+        if (!selected.isEmpty() && selected.last().bottom() == row - 1)
+            selected.last() = QItemSelectionRange(selected.last().topLeft(), sorter->index(row, lastColumn));
+        else
+            selected.append(QItemSelectionRange(sorter->index(row, 0), sorter->index(row, lastColumn)));
+    }
+    selection()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    selection()->select(selected, QItemSelectionModel::ClearAndSelect);
+    m_keptIds.clear();
+}
+
 void MainFilesView::fileSelectionChanged(const QItemSelection &selected)
 {
     const File *file = selected.isEmpty() ? nullptr : fileAt(selected.first().topLeft());
@@ -348,7 +406,6 @@ void MainFilesView::fileSelectionChanged(const QItemSelection &selected)
 
 void MainFilesView::fileDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight)
 {
-    // Most news are pictures of files that nobody has selected.
     if (selectedFiles().intersectsRows(topLeft.row(), bottomRight.row()))
         updateActionsAvailability();
 }

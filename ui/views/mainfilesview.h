@@ -2,6 +2,7 @@
 
 #include <QModelIndex>
 #include <QPointer>
+#include <QVector>
 #include <QWidget>
 
 class Delegate;
@@ -55,6 +56,8 @@ public slots:
     /** The flag bypasses the program's own viewer. */
     void openFile(const QModelIndex &index, bool forceExternal);
     void openFile(const QModelIndex &index);
+    void openFileTagsEditor();
+    void openBrowsTagsEditor();
     void openFileManager();
     void deleteSelectedItems();
     void deleteSelectedItemsFromNode();
@@ -67,6 +70,8 @@ public slots:
     void fileSelectionChanged(const QItemSelection &selected);
     void addFiles();
     void addHyperlinks();
+    /** Makes the selected external files internal. */
+    void transferToInternal();
     void changeEditMode(bool on);
 
 protected:
@@ -93,6 +98,10 @@ private:
     void updateStatusText();
     void updateEmptyText();
     void followRequirements();
+    void applyEditTriggers();
+    void openOrEdit(const QModelIndex &index);
+    void keepSelection();
+    void restoreSelection();
 
     bool handleKey(QKeyEvent *event);
     bool handleDrag(QDropEvent *event);
@@ -108,4 +117,7 @@ private:
     QPointer<QLineEdit> m_searchEdit;
     bool m_isEditMode = false;
     bool m_isSearching = false;
+    // The selected files and the current one while all data is loaded anew.
+    QVector<qint64> m_keptIds;
+    qint64 m_keptCurrentId = 0;
 };

@@ -11,7 +11,9 @@
 #include "core/file.h"
 #include "core/tbnode.h"
 #include "ui/dialogs/addhyperlinkdialog.h"
+#include "ui/dialogs/browsingtreetagsdialog.h"
 #include "ui/dialogs/propertiesdialog.h"
+#include "ui/dialogs/tagremovaldialog.h"
 #include "ui/views/fileactions.h"
 #include "ui/views/fileopening.h"
 #include "ui/views/listview.h"
@@ -42,6 +44,8 @@ void MainFilesView::openContextMenu(const QPoint &pos)
     m_actions->fillContextMenu(menu, selectedFiles().facts(m_controller->missingFileIds()), isWritable());
     if (!menu.isEmpty())
         menu.exec(currentView()->viewport()->mapToGlobal(pos));
+    // What the menu enabled by its own rule goes back to that of the bars.
+    updateActionsAvailability();
 }
 
 void MainFilesView::openFileExternally()
@@ -68,6 +72,20 @@ void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)
     else
         emit statusTextChanged(
             tr("\"%1\" is kept inside the database and cannot be opened from there.").arg(file->name()));
+}
+
+void MainFilesView::openFileTagsEditor()
+{
+    const QVector<qint64> ids = selectedFiles().ids();
+    if (!ids.isEmpty() && mayEdit())
+        TagRemovalDialog(m_controller, ids, this).exec();
+}
+
+void MainFilesView::openBrowsTagsEditor()
+{
+    const QVector<qint64> ids = selectedFiles().ids();
+    if (!ids.isEmpty() && mayEdit())
+        BrowsingTreeTagsDialog(m_controller, ids, this).exec();
 }
 
 void MainFilesView::openFileManager()
@@ -170,6 +188,17 @@ void MainFilesView::addHyperlinks()
     if (dialog.exec() != QDialog::Accepted || !m_controller)
         return;
     addUrls({QUrl(dialog.hyperlink())}, dialog.description());
+}
+
+void MainFilesView::transferToInternal()
+{
+    const SelectedFilesFacts facts = selectedFiles().facts();
+    if (facts.count == 0 || !mayEdit())
+        return;
+    if (facts.areAllInternal)
+        emit statusTextChanged(tr("The selected files are inside the database already."));
+    else
+        m_controller->transferToInternal(selectedFiles().ids());
 }
 
 void MainFilesView::addUrls(const QList<QUrl> &urls, const QString &linkDescription)

@@ -79,6 +79,21 @@ QVector<qint64> SelectedFiles::ids() const
     return ids;
 }
 
+bool SelectedFiles::areAllInternal() const
+{
+    if (isEmpty())
+        return false;
+    const QItemSelection ranges = m_selection->selection();
+    for (const QItemSelectionRange &range : ranges) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            const File *file = m_sorter->fileAt(row);
+            if (!file || file->internal() != internalFile)
+                return false;
+        }
+    }
+    return true;
+}
+
 SelectedFilesFacts SelectedFiles::facts(const QVector<qint64> &missing) const
 {
     const QSet<qint64> missingIds(missing.begin(), missing.end());

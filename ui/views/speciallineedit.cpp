@@ -3,7 +3,10 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 
-SpecialLineEdit::SpecialLineEdit(QWidget *parent) : QLineEdit(parent) {}
+SpecialLineEdit::SpecialLineEdit(QWidget *parent) : QLineEdit(parent)
+{
+    setObjectName(QStringLiteral("SpecialLineEdit"));
+}
 
 void SpecialLineEdit::keyPressEvent(QKeyEvent *event)
 {

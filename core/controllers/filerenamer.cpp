@@ -1,0 +1,104 @@
+#include "core/controllers/filerenamer.h"
+
+#include "app/messages.h"
+#include "core/file.h"
+#include "core/filerenaming.h"
+#include "core/miscoperationthread.h"
+#include "db/databasemanger.h"
+#include "fileops/databasefunctions.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace {
+
+constexpr qint32 externalKind = 0;
+constexpr qint32 hyperlinkKind = 2;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("FileRenamer", text);
+}
+
+bool refuse(const QString &reason)
+{
+    Messages::warning(nullptr, tr("Rename File"), reason);
+    return false;
+}
+
+bool isSameFile(const QString &path, const QString &other)
+{
+    return QFileInfo(path).canonicalFilePath() == QFileInfo(other).canonicalFilePath();
+}
+
+} // namespace
+
+FileRenamer::Outcome FileRenamer::tryRename(qint64 fileId, const QString &text) const
+{
+    const File *file = m_manager ? m_manager->file(fileId) : nullptr;
+    const QString name = text.trimmed();
+    if (!file || name.isEmpty() || name == file->name())
+        return Unchanged;
+    // The name of a hyperlink is its address.
+    if (file->internal() != hyperlinkKind && name.contains(QLatin1Char('/')))
+        return NameHasSlash;
+    if (file->internal() != externalKind)
+        return m_manager->updateFile(fileId, QStringLiteral("file_name"), name) ? Renamed : Unchanged;
+
+    FileRenaming renaming(file->path(), file->relPath(), name);
+    if (renaming.isNameTaken())
+        return NameTaken;
+    if (!m_manager->isDataCurrent())
+        return Unchanged;
+    return renaming.run() ? store(renaming, fileId, name) : DiskRefused;
+}
+
+FileRenamer::Outcome FileRenamer::store(FileRenaming &renaming, qint64 fileId, const QString &name) const
+{
+    if (!m_manager->renameFile(fileId, name, renaming.newPath(), renaming.newRelPath()))
+        return Unchanged;
+    renaming.keep();
+    return Renamed;
+}
+
+bool FileRenamer::settle(Outcome outcome, qint64 fileId, const QString &name) const
+{
+    switch (outcome) {
+    case NameHasSlash:
+        return refuse(tr("The name of a file must not contain \"/\"."));
+    case NameTaken:
+        return askAndRename(fileId, name.trimmed());
+    case DiskRefused:
+        return refuse(tr("The file could not be renamed."));
+    default:
+        return outcome == Renamed;
+    }
+}
+
+bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
+{
+    const File *file = m_manager->file(fileId);
+    if (!file)
+        return false;
+    FileRenaming renaming(file->path(), file->relPath(), name);
+    // The open database must not give way to a file that it records.
+    if (!renaming.isReplaceable() || isSameFile(renaming.newPath(), m_manager->databaseName()))
+        return refuse(tr("There is already a file with this name."));
+    const QDir folder = QFileInfo(renaming.newPath()).dir();
+    const QString newName = Database::uniqueFileName(name, folder);
+    switch (MiscOperationThread::askUserIfUserNewName(folder.path(), name, newName,
+                                                      MiscOperationThread::RenameQuestion)) {
+    case MiscOperationThread::UseNewNameChoice: {
+        const Outcome outcome = tryRename(fileId, newName);
+        return outcome == NameTaken ? refuse(tr("There is already a file with this name."))
+                                    : settle(outcome, fileId, newName);
+    }
+    case MiscOperationThread::ReplaceChoice:
+        // Looked up anew: the box ran a loop.
+        if (!m_manager->file(fileId) || !m_manager->isDataCurrent())
+            return false;
+        return settle(renaming.runReplacing() ? store(renaming, fileId, name) : DiskRefused, fileId, name);
+    default:
+        return false;
+    }
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtGlobal>
+
+class DatabaseManger;
+class FileRenaming;
+class QString;
+
+/**
+ * Gives files other names in the database, external ones on the disk first. A try shows no box, so that it
+ * may run while an editor is still open, which the loop of a box would delete under the view's feet; what is
+ * left to tell or to ask follows in settle(). GUI thread.
+ */
+class FileRenamer
+{
+public:
+    enum Outcome { Unchanged, Renamed, NameHasSlash, NameTaken, DiskRefused };
+
+    /** Borrowed; without one nothing is renamed. */
+    explicit FileRenamer(DatabaseManger *manager) : m_manager(manager) {}
+
+    /** The name is trimmed. */
+    Outcome tryRename(qint64 fileId, const QString &name) const;
+    /** Tells why a try failed; a taken name may be had after a question. True when the file has been renamed.
+     */
+    bool settle(Outcome outcome, qint64 fileId, const QString &name) const;
+
+private:
+    bool askAndRename(qint64 fileId, const QString &name) const;
+    Outcome store(FileRenaming &renaming, qint64 fileId, const QString &name) const;
+
+    DatabaseManger *m_manager;
+};

@@ -1,0 +1,112 @@
+#include "fileops/datachecksum.h"
+#include "tests/support/addingfixture.h"
+
+#include <QCryptographicHash>
+#include <QtTest>
+
+/** Making external files internal, on the worker and a real database. */
+class TestFileTransfer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_fixture = std::make_unique<AddingFixture>();
+        m_fixture->write("z.bin"_s, "other");
+    }
+    void cleanup() { m_fixture.reset(); }
+
+    void contentsComeOverByteForByte_data()
+    {
+        addColumns<int, int>("size", "blocks");
+        addRow("empty", 0, 0);
+        addRow("one byte", 1, 1);
+        addRow("a full block", 10000000, 1);
+        addRow("a byte more", 10000001, 2);
+    }
+
+    void contentsComeOverByteForByte()
+    {
+        QFETCH(int, size);
+        QFETCH(int, blocks);
+        const QByteArray bytes = contents(size);
+        const QString path = m_fixture->write("it's %1.bin"_s, bytes);
+        m_fixture->add({path, m_fixture->path("z.bin"_s)});
+        QSignalSpy updated(&m_fixture->provider(), &FileOperationProvider::updatedFiles);
+        m_fixture->provider().transferFiles({1, 1});
+        m_fixture->wait();
+
+        QCOMPARE(AddingFixture::idsOf(updated), QVector<qint64>{1});
+        QCOMPARE(Sql::rows("SELECT internal, file_size, data_checksum FROM files WHERE file_id=1"_s),
+                 QStringList{"1|%1|%2"_s.arg(size).arg(DataChecksum::ofBytes(bytes))});
+        QCOMPARE(Sql::count("storage"_s), blocks);
+        QCOMPARE(Sql::rows("SELECT path_id FROM file_paths"_s), QStringList{"2"_s});
+        QCOMPARE(storedHash(), hash(bytes));
+        QCOMPARE(hash(TestFolder::read(path)), hash(bytes));
+        QCOMPARE(AddingFixture::integrity(), "ok"_s);
+    }
+
+    void whatCannotBeReadStaysExternal()
+    {
+        const QString gone = m_fixture->write("gone.txt"_s, "gone");
+        m_fixture->add({gone, m_fixture->path("z.bin"_s)});
+        QFile::remove(gone);
+        QSignalSpy errors(&m_fixture->provider(), &FileOperationProvider::error);
+        m_fixture->provider().transferFiles({1, 2, 99});
+        m_fixture->wait();
+        QCOMPARE(errors.count(), 1);
+        QVERIFY(errors.first().first().toString().contains(gone));
+        QCOMPARE(Sql::rows("SELECT internal FROM files ORDER BY file_id"_s), (QStringList{"0"_s, "1"_s}));
+        QCOMPARE(Sql::rows("SELECT path_id FROM file_paths"_s), QStringList{"1"_s});
+    }
+
+    void cancelKeepsWholeFilesOnly()
+    {
+        m_fixture->add(
+            {m_fixture->write("a.bin"_s, "small"), m_fixture->write("b.bin"_s, contents(60000000))});
+        FileOperationProvider &provider = m_fixture->provider();
+        connect(&provider, &FileOperationProvider::filesOperationProgress, &provider,
+                [&provider](const QString &text, int percent) {
+                    if (text == "Transferring b.bin"_s && percent > 0)
+                        provider.cancelOperations();
+                });
+        provider.transferFiles({1, 2});
+        m_fixture->wait();
+        QCOMPARE(Sql::rows("SELECT internal FROM files ORDER BY file_id"_s), (QStringList{"1"_s, "0"_s}));
+        QCOMPARE(Sql::rows("SELECT path_id FROM file_paths"_s), QStringList{"2"_s});
+        QCOMPARE(Sql::count("storage"_s), 1);
+        QCOMPARE(Sql::count("storage_info"_s), 1);
+    }
+
+private:
+    static QByteArray contents(int size)
+    {
+        QByteArray bytes(size, 'x');
+        for (int i = 0; i < size; i += 97)
+            bytes[i] = char(i / 97);
+        return bytes;
+    }
+    static QByteArray hash(const QByteArray &bytes)
+    {
+        return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+    }
+    // Of the blocks of the first file, followed link by link.
+    static QByteArray storedHash()
+    {
+        QCryptographicHash sum(QCryptographicHash::Sha256);
+        QString id = Sql::value("SELECT storage_id FROM files WHERE file_id=1 AND file_size>0");
+        while (id.toLongLong() > 0) {
+            QSqlQuery block("SELECT data FROM storage WHERE storage_id="_s + id);
+            sum.addData(block.next() ? block.value(0).toByteArray() : QByteArray());
+            QSqlQuery next("SELECT continue_id FROM storage_info WHERE storage_id="_s + id);
+            id = next.next() ? next.value(0).toString() : QString();
+        }
+        return sum.result();
+    }
+
+    std::unique_ptr<AddingFixture> m_fixture;
+};
+
+QTEST_MAIN(TestFileTransfer)
+#include "tst_filetransfer.moc"

@@ -1,0 +1,138 @@
+#include "ui/dialogs/filetagsdialog.h"
+
+#include "core/collection.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "core/file.h"
+#include "models/contentsmodel.h"
+#include "models/naturalorder.h"
+#include "ui/views/customiconwidget.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPair>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int tagIdRole = Qt::UserRole + 1;
+constexpr int earlierStateRole = Qt::UserRole + 2;
+
+} // namespace
+
+FileTagsDialog::FileTagsDialog(MainViewController *controller, const QVector<qint64> &fileIds,
+                               PartialState partial, QWidget *parent)
+    : QDialog(parent),
+      m_controller(controller),
+      m_fileIds(fileIds),
+      m_partial(partial),
+      m_list(new QListWidget(this))
+{
+    countTags();
+    resize(380, 420);
+}
+
+void FileTagsDialog::countTags()
+{
+    const ContentsModel *files = m_controller->contentsModel();
+    for (const qint64 fileId : qAsConst(m_fileIds)) {
+        const File *file = files->fileAt(files->rowOf(fileId));
+        if (!file)
+            continue;
+        for (const qint64 tagId : file->tags())
+            ++m_counts[tagId];
+    }
+}
+
+void FileTagsDialog::build(const QVector<qint64> &tagIds, const QString &listTitle)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 16, 16, 16);
+    layout->setSpacing(12);
+    addHeading(*layout, tagIds.size());
+
+    m_list->setObjectName(QStringLiteral("tagsListWidget"));
+    m_list->setAccessibleName(tr("Tags"));
+    m_list->setStyleSheet(QStringLiteral("QListWidget {background-color: transparent;}"));
+    m_list->setUniformItemSizes(true);
+    fillList(tagIds);
+    if (!listTitle.isEmpty())
+        layout->addWidget(new QLabel(listTitle, this));
+    layout->addWidget(m_list, 1);
+
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(buttons, &QDialogButtonBox::accepted, this, &FileTagsDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &FileTagsDialog::reject);
+    layout->addWidget(buttons);
+    m_list->setFocus();
+}
+
+void FileTagsDialog::addHeading(QVBoxLayout &layout, int tagCount)
+{
+    const QString text = tagCount == 0 ? tr("There are no tags to choose from.")
+                                       : tr("Check or uncheck boxes to link or unlink the following ") +
+                                             (tagCount == 1 ? tr("tag") : tr("tags")) + tr(" from ") +
+                                             (m_fileIds.size() == 1 ? tr("this file") : tr("these files"));
+    auto *label = new QLabel(text, this);
+    label->setObjectName(QStringLiteral("headingLabel"));
+    label->setWordWrap(true);
+    auto *row = new QHBoxLayout;
+    row->setSpacing(12);
+    row->addWidget(new CustomIconWidget(QIcon(QStringLiteral(":/icons/tag.png")), 32, this), 0, Qt::AlignTop);
+    row->addWidget(label, 1);
+    layout.addLayout(row);
+}
+
+void FileTagsDialog::fillList(const QVector<qint64> &tagIds)
+{
+    const QHash<qint64, QString> names = m_controller->collection()->tagsController()->tagsNames(tagIds);
+    QVector<QPair<QString, qint64>> sorted;
+    sorted.reserve(tagIds.size());
+    for (const qint64 tagId : tagIds)
+        sorted.append({names.value(tagId), tagId});
+    std::sort(sorted.begin(), sorted.end(),
+              [](const auto &left, const auto &right) { return naturalLessThan(left.first, right.first); });
+    for (const auto &[name, tagId] : qAsConst(sorted)) {
+        const int count = m_counts.value(tagId);
+        const Qt::CheckState state = stateOf(count);
+        auto *item = new QListWidgetItem(name, m_list);
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+        // So that the user can go back to how it was.
+        if (state == Qt::PartiallyChecked)
+            item->setFlags(item->flags() | Qt::ItemIsUserTristate);
+        item->setData(tagIdRole, tagId);
+        item->setData(earlierStateRole, int(state));
+        item->setCheckState(state);
+        item->setToolTip(
+            tr("On %1 of %2 files").arg(QString::number(count), QString::number(m_fileIds.size())));
+    }
+}
+
+Qt::CheckState FileTagsDialog::stateOf(int count) const
+{
+    if (count == m_fileIds.size())
+        return Qt::Checked;
+    return count > 0 && m_partial == PartialIsTristate ? Qt::PartiallyChecked : Qt::Unchecked;
+}
+
+QVector<qint64> FileTagsDialog::tagsChangedTo(Qt::CheckState state) const
+{
+    QVector<qint64> tagIds;
+    for (int row = 0; row < m_list->count(); ++row) {
+        const QListWidgetItem *item = m_list->item(row);
+        if (item->checkState() == state && item->data(earlierStateRole).toInt() != int(state))
+            tagIds.append(item->data(tagIdRole).toLongLong());
+    }
+    return tagIds;
+}
+
+void FileTagsDialog::accept()
+{
+    m_controller->linkTags(m_fileIds, tagsChangedTo(Qt::Checked));
+    m_controller->unlinkTags(m_fileIds, tagsChangedTo(Qt::Unchecked));
+    QDialog::accept();
+}
