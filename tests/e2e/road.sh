@@ -4,47 +4,13 @@
 set -euo pipefail
 program=$1 dragsource=$2
 
-work=$(mktemp -d)
-# The session bus and the settings are of this run alone.
-export HOME=$work XDG_CONFIG_HOME=$work/config XDG_RUNTIME_DIR=$work QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8
-trap 'kill $(jobs -p) 2>/dev/null || true; wait 2>/dev/null || true; rm -rf "$work"' EXIT
-mkdir -p "$XDG_CONFIG_HOME/Tallowfen Software"
-printf '[General]\nlastVersionUsed=4.1.3\n' >"$XDG_CONFIG_HOME/Tallowfen Software/Vorna.conf"
-
-fail() { echo "FAILED: $*" >&2; [ -z "${VORNA_E2E_PICTURE:-}" ] || import -window root "$VORNA_E2E_PICTURE"; exit 1; }
-within() { # within SECONDS COMMAND...: waits until the command succeeds
-    local end=$((SECONDS + $1)); shift
-    until "$@" >/dev/null 2>&1; do [ $SECONDS -lt $end ] || return 1; sleep 0.2; done
-}
-query() { sqlite3 -readonly "$db" "$1"; }
-equals() { [ "$(query "$1")" = "$2" ]; }
-window() { xdotool search --onlyvisible --name "$1" | head -n 1 | grep .; }
-start() {
-    (cd "$work" && exec "$program" "$@" >"$work/log" 2>&1) &
-    app=$!
-    within 20 window '^Vorna - ' || fail "no window"
-    main=$(window '^Vorna - ')
-    xdotool windowactivate --sync "$main" windowsize --sync "$main" 1260 760 windowmove "$main" 8 24
-    sleep 1
-}
-# drag X Y: from the drag source to a point, with the small and the large moves of a hand
-drag() {
-    xdotool mousemove 1150 670 mousedown 1; sleep 0.2
-    xdotool mousemove 1146 666; sleep 0.1; xdotool mousemove 1140 660; sleep 0.2
-    xdotool mousemove 800 400; sleep 0.1; xdotool mousemove 500 250; sleep 0.1
-    xdotool mousemove $(($1 + 4)) $(($2 + 1)); sleep 0.2; xdotool mousemove "$1" "$2"; sleep 0.4
-    xdotool mouseup 1
-}
-close_window() { xdotool windowactivate --sync "$main" key alt+F4; within 10 not_running || fail "still running"; wait "$app"; }
-not_running() { ! kill -0 "$app"; }
+. "$(dirname "$0")/desk.sh"
 
 folder="$work/Field notes"
 mkdir -p "$folder/O'Neil \"x\" %1/deep"
 for i in $(seq 40); do echo "note $i" >"$folder/note $i.txt"; done
 for i in $(seq 20); do echo "leaf $i" >"$folder/O'Neil \"x\" %1/leaf $i ☃.txt"; done
 cp "$folder/note 1.txt" "$folder/O'Neil \"x\" %1/deep/Copy of note 1.txt"
-
-openbox & sleep 0.5
 
 # A new database by the menu and the dialog.
 start
@@ -59,7 +25,7 @@ within 10 window "^Vorna - $db" || fail "the new database is not open"
 "$dragsource" "$folder" &
 source=$!
 within 10 window '^Drag source' || fail "no drag source"
-drag 340 116
+pull 1150 670 340 116
 within 20 equals "select count(*) from files" 60 || fail "files: $(query 'select count(*) from files')"
 equals "select count(*) from files where internal=0" 60 || fail "not all external"
 equals "select group_concat(tag_name, '|') from (select tag_name from tags order by 1)" \
@@ -80,7 +46,7 @@ xdotool mousemove 360 65 click 1
 "$dragsource" "$pictures" &
 source=$!
 within 10 window '^Drag source' || fail "no second drag source"
-drag 348 270
+pull 1150 670 348 270
 within 20 equals "select count(*) from files where internal=1" 6 || fail "not all internal"
 equals "select count(*) from thumbnails" 6 || fail "thumbnails"
 equals "select count(*) from files join file_tag using (file_id) join tags using (tag_id)
