@@ -1,11 +1,14 @@
 #include "core/providers/groupsprovider.h"
 #include "core/providers/mainviewprovider.h"
+#include "core/providers/postgresbrowstreeprovider.h"
+#include "core/providers/postgresgroupsprovider.h"
+#include "core/providers/postgrestagsprovider.h"
 #include "core/providers/relationtreeprovider.h"
 #include "core/providers/sqlitebrowstreeprovider.h"
 #include "core/providers/sqlitegeneralprovider.h"
 #include "core/providers/tagsprovider.h"
 #include "db/transaction.h"
-#include "tests/support/database.h"
+#include "tests/support/serverdatabase.h"
 
 #include <QSignalSpy>
 #include <QSqlError>
@@ -16,13 +19,48 @@
 
 using Ids = QVector<qint64>;
 
-/** The providers against a real database file. */
+namespace {
+/** The providers of a back-end. */
+struct Providers
+{
+    explicit Providers(const TestDatabase &database)
+        : files(database.constructor()), relations(database.constructor())
+    {
+        if (database.details().type() == 2)
+            make<PostgresTagsProvider, PostgresGroupsProvider, PostgresBrowsTreeProvider>(database);
+        else
+            make<TagsProvider, GroupsProvider, SqliteBrowsTreeProvider>(database);
+    }
+    template <class Tags, class Groups, class Nodes>
+    void make(const TestDatabase &database)
+    {
+        tags = std::make_unique<Tags>(database.constructor());
+        groups = std::make_unique<Groups>(database.constructor());
+        nodes = std::make_unique<Nodes>(database.constructor());
+    }
+
+    std::unique_ptr<TagsProvider> tags;
+    std::unique_ptr<GroupsProvider> groups;
+    std::unique_ptr<BrowsTreeProvider> nodes;
+    MainViewProvider files;
+    RelationTreeProvider relations;
+};
+} // namespace
+
+/** The providers against real databases. */
 class TestProviders : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_database = std::make_unique<LocalDatabase>(); }
+    void initTestCase_data() { addBackEnds(); }
+    void init()
+    {
+        QFETCH_GLOBAL(QString, backEnd);
+        m_database = makeTestDatabase(backEnd);
+        if (!m_database)
+            QSKIP("VORNA_TEST_PG names no server");
+    }
     void cleanup() { m_database.reset(); }
 
     void textsComeBackAsTheyWentIn_data()
@@ -44,28 +82,29 @@ private slots:
     void textsComeBackAsTheyWentIn()
     {
         QFETCH(QString, text);
-        TagsProvider tags(m_database->constructor());
-        GroupsProvider groups(m_database->constructor());
-        MainViewProvider files(m_database->constructor());
-        SqliteBrowsTreeProvider nodes(m_database->constructor());
-        const ErrorCount errors(tags);
+        Providers all(*m_database);
+        const ErrorCount errors(*all.tags);
         QVERIFY(m_database->addFiles(2));
         QVERIFY(m_database->run("INSERT INTO file_paths VALUES (2,'',''),(1,'block','block')"));
 
-        const qint64 tagId = tags.addTag(text);
-        QVERIFY(tags.updateTag(tagId, "tag_description"_s, text));
-        QVERIFY(groups.renameGroup(groups.addGroup(text), text + text));
-        QVERIFY(files.updateFile(1, "file_name"_s, text));
-        QVERIFY(files.updateFilePath(2, "path"_s, text));
-        nodes.addAutolink(text, text, "id"_s + text);
-        nodes.updateAutolink("id"_s + text, text + text, text);
+        const qint64 tagId = all.tags->addTag(text);
+        QVERIFY(all.tags->updateTag(tagId, "tag_description"_s, text));
+        QVERIFY(all.groups->renameGroup(all.groups->addGroup(text), text + text));
+        QVERIFY(all.files.updateFile(1, "file_name"_s, text));
+        QVERIFY(all.files.updateFilePath(2, "path"_s, text));
+        all.nodes->addAutolink(text, text, "id"_s + text);
+        all.nodes->updateAutolink("id"_s + text, text + text, text);
+        all.nodes->addTree("new"_s + text);
+        all.nodes->updateTree(2, "tree_name"_s, text + text);
 
         QCOMPARE(m_database->value("SELECT tag_name FROM tags"), text);
         QCOMPARE(m_database->value("SELECT tag_description FROM tags"), text);
         QCOMPARE(m_database->value("SELECT name FROM tag_groups"), text + text);
         QCOMPARE(m_database->value("SELECT file_name FROM files WHERE file_id=1"), text);
         QCOMPARE(m_database->value("SELECT path FROM file_paths WHERE path_id=2"), text);
-        QCOMPARE(m_database->value("SELECT link_abs_path FROM tb_autolinks"), text + text);
+        QCOMPARE(m_database->value(isLocal() ? "SELECT link_abs_path FROM tb_autolinks"
+                                             : "SELECT tree_name FROM browsing_trees WHERE tree_id=2"),
+                 text + text);
         QCOMPARE(errors.count(), 0);
     }
 
@@ -73,37 +112,34 @@ private slots:
     {
         // On a closed connection each statement ends in connectionError.
         m_database->close();
-        TagsProvider tags(m_database->constructor());
-        GroupsProvider groups(m_database->constructor());
-        MainViewProvider files(m_database->constructor());
-        SqliteBrowsTreeProvider nodes(m_database->constructor());
-        RelationTreeProvider relations(m_database->constructor());
+        Providers all(*m_database);
         int signalsSeen = 0;
-        const QVector<BaseDBProvider *> all = {&tags, &groups, &files, &nodes, &relations};
-        for (BaseDBProvider *provider : all) {
+        const QVector<BaseDBProvider *> providers = {all.tags.get(), all.groups.get(), all.nodes.get(),
+                                                     &all.files, &all.relations};
+        for (BaseDBProvider *provider : providers) {
             connect(provider, &BaseDBProvider::connectionError, this, [&signalsSeen] { ++signalsSeen; });
             connect(provider, &BaseDBProvider::errorOccured, this, [&signalsSeen] { ++signalsSeen; });
         }
-        tags.loadTags({});
-        tags.removeTags({});
-        groups.loadGroups({});
-        groups.removeGroups({});
-        groups.setGroupTags(1, {}, {});
-        files.loadFiles({});
-        files.linkTags({}, {1});
-        files.linkTags({1}, {});
-        files.unlinkTags({}, {1});
-        files.unlinkTags({1}, {});
-        nodes.loadNodes({});
-        nodes.removeNodes({});
-        nodes.removeLinks({});
-        nodes.updateParent({}, 0);
-        relations.addPaths(QString(), {});
-        relations.removeByTags({}, {});
-        relations.removePaths({});
+        all.tags->loadTags({});
+        all.tags->removeTags({});
+        all.groups->loadGroups({});
+        all.groups->removeGroups({});
+        all.groups->setGroupTags(1, {}, {});
+        all.files.loadFiles({});
+        all.files.linkTags({}, {1});
+        all.files.linkTags({1}, {});
+        all.files.unlinkTags({}, {1});
+        all.files.unlinkTags({1}, {});
+        all.nodes->loadNodes({});
+        all.nodes->removeNodes({});
+        all.nodes->removeLinks({});
+        all.nodes->updateParent({}, 0);
+        all.relations.addPaths(QString(), {});
+        all.relations.removeByTags({}, {});
+        all.relations.removePaths({});
         QCOMPARE(signalsSeen, 0);
 
-        tags.loadTags({1});
+        all.tags->loadTags({1});
         QCOMPARE(signalsSeen, 1);
     }
 
@@ -138,6 +174,8 @@ private slots:
 
     void autolinks()
     {
+        if (!isLocal())
+            QSKIP("of local databases");
         SqliteBrowsTreeProvider nodes(m_database->constructor());
         QSignalSpy loaded(&nodes, &BrowsTreeProvider::gotAllAutolinksInfo);
         nodes.addAutolink("/x"_s, "x"_s, "a"_s);
@@ -156,6 +194,8 @@ private slots:
 
     void probeOfReadOnlyFile()
     {
+        if (!isLocal())
+            QSKIP("of local databases");
         QSqlDatabase database = QSqlDatabase::database();
         database.close();
         database.setConnectOptions("QSQLITE_OPEN_READONLY"_s);
@@ -173,6 +213,8 @@ private slots:
 
     void statementsStopAtTheFirstFailure()
     {
+        if (!isLocal())
+            QSKIP("of local databases");
         SqliteGeneralProvider general(m_database->constructor());
         const ErrorCount errors(general);
         QVERIFY(!general.runStatements(
@@ -184,6 +226,8 @@ private slots:
 
     void failedCommitTellsItsNumber()
     {
+        if (!isLocal())
+            QSKIP("of local databases");
         TagsProvider tags(m_database->constructor());
         QSqlError told;
         connect(&tags, &BaseDBProvider::errorOccured, &tags,
@@ -191,7 +235,7 @@ private slots:
         m_database->run("PRAGMA busy_timeout=0");
         {
             // Somebody who reads lets nobody commit.
-            OtherConnection other(m_database->path());
+            OtherConnection other(m_database->details().databaseName());
             QSqlDatabase reader = QSqlDatabase::database("other"_s);
             QVERIFY(reader.transaction());
             QVERIFY(other.run("SELECT * FROM tags"_s));
@@ -207,7 +251,9 @@ private slots:
     }
 
 private:
-    std::unique_ptr<LocalDatabase> m_database;
+    bool isLocal() const { return m_database->details().type() == 1; }
+
+    std::unique_ptr<TestDatabase> m_database;
 };
 
 QTEST_GUILESS_MAIN(TestProviders)

@@ -16,8 +16,10 @@ PostgresBrowsTreeProvider::PostgresBrowsTreeProvider(const AbstractQueryConstruc
 
 void PostgresBrowsTreeProvider::loadAllNodes()
 {
-    const QString condition =
-        SqlText::fill(QStringLiteral("tb_node_links.browsing_tree_id=%1"), {QString::number(m_currentTree)});
+    // A node whose link was not written belongs to no tree: it shows at the top level of each.
+    const QString condition = SqlText::fill(
+        QStringLiteral("(tb_node_links.browsing_tree_id=%1 OR tb_node_links.browsing_tree_id IS NULL)"),
+        {QString::number(m_currentTree)});
     request(selectText() + constructor()->whereClause(condition) + constructor()->statementEnd(),
             &BrowsTreeProvider::gotAllNodesInfo);
 }
@@ -56,7 +58,7 @@ void PostgresBrowsTreeProvider::updateTree(qint64 id, const QString &column, con
 
 void PostgresBrowsTreeProvider::setCurrentTree(qint64 id)
 {
-    m_currentTree = id;
+    m_currentTree = id > 0 ? id : defaultTree;
 }
 
 QStringList PostgresBrowsTreeProvider::nodeColumns() const

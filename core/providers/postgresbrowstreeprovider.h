@@ -2,7 +2,9 @@
 
 #include "core/providers/browstreeprovider.h"
 
-/** The browsing trees of a server database: several named ones, of which the current one is read and written.
+/**
+ * The browsing trees of a server database: several named ones, of which the current one is read and written.
+ * Until one is made current, and for the id 0, that is the default tree, which cannot be removed.
  */
 class PostgresBrowsTreeProvider : public BrowsTreeProvider
 {
@@ -29,5 +31,6 @@ protected:
     QString treeUpdateText(qint64 id, const QString &column, const QString &value) const;
 
 private:
-    qint64 m_currentTree = 0;
+    static constexpr qint64 defaultTree = 1;
+    qint64 m_currentTree = defaultTree;
 };

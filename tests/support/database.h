@@ -108,6 +108,9 @@ public:
     /** Opens what a worker uses, in the test's own thread. */
     virtual bool openWorkerConnection() = 0;
     void close() { QSqlDatabase::database().close(); }
+    /** Makes each "DELETE ON table" or the like fail for rows of a condition, until permit(). */
+    virtual bool refuse(const QString &what, const QString &condition = "1=1"_s) = 0;
+    virtual bool permit(const QString &table) = 0;
 
     /** Files 1 to count: the odd ones internal, the even ones external, each with its id as storage id. */
     bool addFiles(int count)
@@ -159,6 +162,12 @@ public:
 
     DBDetails details() const override { return DBDetails::local(path()); }
     const SqliteQueryConstructor *constructor() const override { return &m_constructor; }
+    bool refuse(const QString &what, const QString &condition = "1=1"_s) override
+    {
+        return run(
+            "CREATE TRIGGER no BEFORE %1 WHEN %2 BEGIN SELECT raise(ABORT,'no'); END"_s.arg(what, condition));
+    }
+    bool permit(const QString &) override { return run("DROP TRIGGER no"); }
     bool openWorkerConnection() override
     {
         m_worker = std::make_unique<OtherConnection>(path(), Constants::workerConnection);

@@ -1,6 +1,7 @@
 #include "tests/support/serverdatabase.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QProcess>
 #include <QSqlError>
 
@@ -27,6 +28,24 @@ bool runOnServer(const QString &statement)
         return true;
     qWarning("%s", qPrintable(query.lastError().text()));
     return false;
+}
+
+/** The database that the script made, of which each test gets a copy. It stays for the server's life. */
+QString originalDatabase()
+{
+    const QByteArray script = TestFolder::read(QStringLiteral(VORNA_SERVER_SCRIPT));
+    const QString name =
+        "vorna_"_s + QString::fromLatin1(QCryptographicHash::hash(script, QCryptographicHash::Md5).toHex());
+    if (!ServerConnection(maintenance(), "maintenance"_s)
+             .value("SELECT datname FROM pg_database WHERE datname='%1'"_s.arg(name))
+             .isEmpty())
+        return name;
+    QString output;
+    if (!ServerDatabase::create(name) || ServerDatabase::runScript(name, &output) != 0) {
+        ServerDatabase::remove(name);
+        qFatal("no database on the server: %s", qPrintable(output));
+    }
+    return name;
 }
 } // namespace
 
@@ -57,9 +76,9 @@ ServerDatabase::ServerDatabase()
 {
     static int number = 0;
     m_name = "vorna_%1_%2"_s.arg(QCoreApplication::applicationPid()).arg(++number);
-    QString output;
-    if (!create(m_name) || runScript(m_name, &output) != 0)
-        qFatal("no database on the server: %s", qPrintable(output));
+    const QString original = originalDatabase();
+    if (!runOnServer("CREATE DATABASE %1 TEMPLATE %2 STRATEGY file_copy"_s.arg(m_name, original)))
+        qFatal("no database on the server");
     m_owner = std::make_unique<ServerConnection>(ownerDetails(), "owner"_s);
     for (const QString &user : {writer, reader}) {
         const QString group = user == writer ? "vorna_writer"_s : "vorna_reader"_s;
@@ -119,6 +138,19 @@ bool ServerDatabase::openWorkerConnection()
 {
     m_worker = std::make_unique<ServerConnection>(details(), Constants::workerConnection);
     return m_worker->database().isOpen();
+}
+
+bool ServerDatabase::refuse(const QString &what, const QString &condition)
+{
+    return m_owner->run("CREATE OR REPLACE FUNCTION no() RETURNS trigger LANGUAGE plpgsql AS "
+                        "'BEGIN RAISE EXCEPTION ''no''; END'"_s) &&
+           m_owner->run("CREATE TRIGGER no BEFORE %1 FOR EACH ROW WHEN (%2) EXECUTE FUNCTION no()"_s.arg(
+               what, condition));
+}
+
+bool ServerDatabase::permit(const QString &table)
+{
+    return m_owner->run("DROP TRIGGER no ON "_s + table);
 }
 
 bool ServerDatabase::keysTaken()

@@ -45,6 +45,8 @@ public:
     DBDetails ownerDetails() const;
     const PostgresQueryConstructor *constructor() const override { return &m_constructor; }
     bool openWorkerConnection() override;
+    bool refuse(const QString &what, const QString &condition = "1=1"_s) override;
+    bool permit(const QString &table) override;
     /** A connection with all rights, to look and to change behind the clients' backs. */
     ServerConnection &owner() { return *m_owner; }
 
@@ -61,10 +63,18 @@ private:
     PostgresQueryConstructor m_constructor;
 };
 
-/** A new database for a test that runs on both back-ends: "sqlite" or "postgres". */
+/** The rows of a test that runs on both back-ends, for its initTestCase_data(). */
+inline void addBackEnds()
+{
+    QTest::addColumn<QString>("backEnd");
+    addRow("sqlite", "sqlite"_s);
+    addRow("postgres", "postgres"_s);
+}
+
+/** A new database for a row of addBackEnds(); null where no server is there. */
 inline std::unique_ptr<TestDatabase> makeTestDatabase(const QString &backEnd)
 {
-    if (backEnd == QLatin1String("postgres"))
-        return std::make_unique<ServerDatabase>();
-    return std::make_unique<LocalDatabase>();
+    if (backEnd == QLatin1String("sqlite"))
+        return std::make_unique<LocalDatabase>();
+    return ServerDatabase::isAvailable() ? std::make_unique<ServerDatabase>() : nullptr;
 }
