@@ -8,6 +8,7 @@
 #include "app/filedialogs.h"
 #include "app/messages.h"
 #include "app/recentdatabases.h"
+#include "app/replacedfile.h"
 #include "app/windowsettings.h"
 #include "core/collection.h"
 #include "core/controllers/groupscontroller.h"
@@ -149,8 +150,9 @@ void MainWindow::newDatabase()
     const bool isAppended = !path.endsWith(Constants::databaseExtension);
     if (isAppended)
         path += Constants::databaseExtension;
-    if (makeRoomForDatabase(path, isAppended))
-        createDatabase(path);
+    ReplacedFile replaced(path);
+    if (makeRoomForDatabase(replaced, path, isAppended) && createDatabase(path))
+        replaced.discard();
 }
 
 bool MainWindow::isOpen(const QString &path) const
@@ -159,7 +161,7 @@ bool MainWindow::isOpen(const QString &path) const
            QFileInfo(m_collection->databaseName()).canonicalFilePath() == QFileInfo(path).canonicalFilePath();
 }
 
-bool MainWindow::makeRoomForDatabase(const QString &path, bool mustAsk)
+bool MainWindow::makeRoomForDatabase(ReplacedFile &replaced, const QString &path, bool mustAsk)
 {
     const QFileInfo file(path);
     if (!file.exists())
@@ -179,16 +181,14 @@ bool MainWindow::makeRoomForDatabase(const QString &path, bool mustAsk)
         if (Messages::run(this, box).button != QMessageBox::Yes)
             return false;
     }
-    if (!file.isFile() || !QFile::remove(path)) {
+    if (!file.isFile() || !replaced.setAside()) {
         Messages::warning(this, title, tr("Failed to remove existent database."));
         return false;
     }
-    // A journal that the old file left behind is no part of the new one.
-    QFile::remove(path + QStringLiteral("-journal"));
     return true;
 }
 
-void MainWindow::createDatabase(const QString &path)
+bool MainWindow::createDatabase(const QString &path)
 {
     const std::unique_ptr<Collection> maker(
         makeCollection(Constants::localDatabase, QString(), path, QString(), QString(), 0));
@@ -196,13 +196,14 @@ void MainWindow::createDatabase(const QString &path)
         QFile::remove(path);
         Messages::warning(this, tr("Failed to create database"),
                           tr("A database could not be created at this place."));
-        return;
+        return false;
     }
     if (openDatabase(DBDetails::local(path)))
-        return;
+        return true;
     Messages::warning(this, tr("Failed to open database"), tr("Failed to open new database."));
     QFile::remove(path);
     closeDatabase();
+    return false;
 }
 
 void MainWindow::closeWhenIdle()

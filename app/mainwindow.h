@@ -20,6 +20,7 @@ class PopupMessager;
 class QSqlError;
 class RecentDatabases;
 class RelationTreeViewDock;
+class ReplacedFile;
 class TagsTableDock;
 
 /**
@@ -79,6 +80,7 @@ private:
     void fillDatabaseMenu(MainUi &ui);
     void fillOtherMenus(MainUi &ui);
     void fillFileTools(MainUi &ui);
+    void arrangeTabOrder(const MainUi &ui);
     QAction *addAction(int id, const QString &text, const QString &icon = QString());
     void restoreLayout();
 
@@ -94,8 +96,8 @@ private:
     void runWhenIdle(const std::function<void()> &step, int milliseconds = 0);
     bool isOpen(const QString &path) const;
     /** False when a file that is there may not or cannot be replaced; the user knows why. */
-    bool makeRoomForDatabase(const QString &path, bool mustAsk);
-    void createDatabase(const QString &path);
+    bool makeRoomForDatabase(ReplacedFile &replaced, const QString &path, bool mustAsk);
+    bool createDatabase(const QString &path);
 
     void updateWindowTitle();
     void updateDatabaseActions();

@@ -54,6 +54,7 @@ MainWindow::MainWindow(QWidget *parent)
     setUpCommands(ui);
     setCentralWidget(m_mainView);
     setDocksArrangement();
+    arrangeTabOrder(ui);
 
     connect(m_mainView, &MainFilesView::fileSelected, m_metadataDock, &MetaInfoDock::selectFile);
     connect(m_mainView, &MainFilesView::statusTextChanged, this,
@@ -113,6 +114,7 @@ void MainWindow::setUpCommands(MainUi &ui)
     m_browsingDock->takePlaces(ui);
     fillOtherMenus(ui);
     fillFileTools(ui);
+    ui.makeBarsReachable();
 }
 
 QAction *MainWindow::addAction(int id, const QString &text, const QString &icon)
@@ -179,6 +181,26 @@ void MainWindow::fillFileTools(MainUi &ui)
     (AddingSettings::linkToFiles() ? external : internal)->setChecked(true);
     connect(external, &QAction::toggled, this, &MainWindow::slotExternalToggled);
     ui.fileToolsBar->addActions({external, internal});
+}
+
+void MainWindow::arrangeTabOrder(const MainUi &ui)
+{
+    // As the eye goes: the bars, then the docks and the files from left to right and down.
+    QWidgetList parts;
+    for (QToolBar *bar : ui.toolBars())
+        parts << bar;
+    parts << m_tagsDock << m_relationsDock << m_browsingDock << m_metadataDock << m_mainView
+          << m_externalFilesDock;
+    QWidget *before = nullptr;
+    for (QWidget *part : qAsConst(parts)) {
+        for (QWidget *control : part->findChildren<QWidget *>()) {
+            if (!(control->focusPolicy() & Qt::TabFocus))
+                continue;
+            if (before)
+                setTabOrder(before, control);
+            before = control;
+        }
+    }
 }
 
 void MainWindow::restoreLayout()

@@ -6,6 +6,10 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QMenuBar>
+#include <QToolBar>
+
+#include <csignal>
+#include <sys/resource.h>
 
 namespace {
 
@@ -140,6 +144,24 @@ private slots:
         QVERIFY(!window().collection()->isReadOnly());
     }
 
+    void databaseComesBackWhenNoneCanTakeItsPlace()
+    {
+        const QString old = m_fixture->write("old.vrn"_s, "precious");
+        m_fixture->chooseFile(old);
+        // As on a disk that is all but full: a write past the limit fails.
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit little{20000, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &little);
+        window().newDatabase();
+        setrlimit(RLIMIT_FSIZE, &before);
+        QCOMPARE(m_fixture->takeBoxes(),
+                 QStringList{failedToCreate + "A database could not be created at this place."_s});
+        QCOMPARE(WindowFixture::read(old), QByteArray("precious"));
+        QCOMPARE(QFileInfo(old).dir().entryList(QDir::Files), QStringList("old.vrn"_s));
+    }
+
     void replacedDatabaseLosesJournal()
     {
         const QString path = m_fixture->makeDatabase("old.vrn"_s);
@@ -148,8 +170,8 @@ private slots:
         m_fixture->chooseFile(path);
         window().newDatabase();
         QCOMPARE(m_fixture->openPath(), path);
-        QVERIFY(!QFile::exists(path + "-journal"_s));
-        QVERIFY(QFile::exists(bystander));
+        const QStringList left{"new.vrn-journal.txt"_s, "old.vrn"_s, "template"_s};
+        QCOMPARE(QFileInfo(bystander).dir().entryList(QDir::Files), left);
     }
 
     void linkToTheOpenDatabaseIsRefused()
@@ -270,6 +292,68 @@ private slots:
         QVERIFY(window().collection());
     }
 
+    void allDocksComeBackToTheirPlaces_data()
+    {
+        QTest::addColumn<QStringList>("docks");
+        addRow("floating", QStringList({"TagsDock"_s, "BrowsingTreeDock"_s}));
+        addRow("closed", QStringList({"MetaDataDock"_s, "ExternalFilesDock"_s}));
+        addRow("stacked", QStringList({"ExternalFilesDock"_s, "TagsDock"_s, "RelationsDock"_s}));
+        addRow("at the top", QStringList({"RelationsDock"_s, "MetaDataDock"_s, "BrowsingTreeDock"_s}));
+    }
+
+    void allDocksComeBackToTheirPlaces()
+    {
+        QFETCH(QStringList, docks);
+        const QByteArray way = QTest::currentDataTag();
+        window().resize(1024, 700);
+        window().show();
+        window().setDocksArrangement();
+        QVERIFY(QTest::qWaitForWindowExposed(&window()));
+        const QStringList places = dockPlaces();
+        QCOMPARE(places.size(), 4);
+        for (const QString &name : docks) {
+            QDockWidget *dock = this->dock(name);
+            if (way == "floating")
+                dock->setFloating(true);
+            if (way == "stacked")
+                window().tabifyDockWidget(this->dock("MetaDataDock"_s), dock);
+            if (way == "at the top")
+                window().addDockWidget(Qt::TopDockWidgetArea, dock);
+            dock->setVisible(way != "closed" && way != "floating");
+        }
+        QCoreApplication::processEvents();
+        QVERIFY(dockPlaces() != places);
+        m_fixture->action("Show All Docks"_s)->trigger();
+        QTRY_COMPARE(dockPlaces(), places);
+        QCOMPARE(window().tabifiedDockWidgets(dock("RelationsDock"_s)), {dock("BrowsingTreeDock"_s)});
+    }
+
+    void dockThatTheStoredStateLacksIsShown()
+    {
+        window().removeDockWidget(dock("ExternalFilesDock"_s));
+        m_fixture->restart();
+        window().show();
+        QVERIFY(dock("ExternalFilesDock"_s)->isVisible());
+        QCOMPARE(window().dockWidgetArea(dock("ExternalFilesDock"_s)), Qt::BottomDockWidgetArea);
+    }
+
+    void windowFitsSmallScreen()
+    {
+        m_fixture->openNew();
+        m_fixture->action("File Search"_s)->setChecked(true);
+        window().show();
+        window().resize(1024, 700);
+        QCOMPARE(window().size(), QSize(1024, 700));
+        for (const QToolBar *bar : window().findChildren<QToolBar *>()) {
+            QVERIFY2(bar->sizeHint().width() <= bar->width(), qPrintable(bar->windowTitle()));
+            for (QAction *action : bar->actions()) {
+                const QWidget *control = bar->widgetForAction(action);
+                QVERIFY2(!control->accessibleName().isEmpty(), qPrintable(bar->windowTitle()));
+                QVERIFY2(control->focusPolicy() & Qt::TabFocus, qPrintable(control->accessibleName()));
+            }
+        }
+    }
+
     void layoutComesBack()
     {
         window().resize(701, 503);
@@ -283,6 +367,25 @@ private slots:
 
 private:
     MainWindow &window() { return m_fixture->window(); }
+    QDockWidget *dock(const QString &name) { return window().findChild<QDockWidget *>(name); }
+    /** Where the docks stand that can be seen inside the window. */
+    QStringList dockPlaces()
+    {
+        QStringList places;
+        for (const QDockWidget *dock : window().findChildren<QDockWidget *>()) {
+            const QRect rect = dock->geometry();
+            if (!dock->visibleRegion().isEmpty() && !dock->isFloating()) {
+                places << "%1 %2 %3,%4 %5x%6"_s.arg(dock->objectName())
+                              .arg(window().dockWidgetArea(const_cast<QDockWidget *>(dock)))
+                              .arg(rect.x())
+                              .arg(rect.y())
+                              .arg(rect.width())
+                              .arg(rect.height());
+            }
+        }
+        places.sort();
+        return places;
+    }
     void openByDialog(const QString &path)
     {
         m_fixture->chooseFile(path);

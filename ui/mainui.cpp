@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QToolBar>
+#include <QToolButton>
 
 namespace {
 
@@ -72,4 +73,23 @@ MainUi::MainUi(QMainWindow *window)
     searchEdit->setObjectName(QStringLiteral("searchEdit"));
     tagFilterEdit = makeEdit(window, tr("Tag Filter"), tr("Tag Filter"));
     tagFilterEdit->setObjectName(QStringLiteral("tagFilterEdit"));
+}
+
+QList<QToolBar *> MainUi::toolBars() const
+{
+    return {tagFilterBar, tagToolsBar, fileToolsBar, viewModeBar, searchFilesBar};
+}
+
+void MainUi::makeBarsReachable() const
+{
+    for (const QToolBar *bar : toolBars()) {
+        for (QAction *action : bar->actions()) {
+            auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
+            if (!button)
+                continue;
+            // Bars keep their buttons out of the chain of Tab, which leaves commands to the mouse alone.
+            button->setFocusPolicy(Qt::TabFocus);
+            button->setAccessibleName(action->toolTip());
+        }
+    }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QList>
+
 class QAction;
 class QLineEdit;
 class QMainWindow;
@@ -16,6 +18,11 @@ class MainUi
 public:
     /** Builds the menus in the menu bar's order and adds the five tool bars, still empty. */
     explicit MainUi(QMainWindow *window);
+
+    QList<QToolBar *> toolBars() const;
+    /** Lets the keyboard reach the buttons of the bars and names those that show a picture only. Call it
+     * last. */
+    void makeBarsReachable() const;
 
     QMenu *databaseMenu;
     QMenu *fileMenu;
