@@ -3,13 +3,13 @@
 #include "app/windowsettings.h"
 #include "core/controllers/groupscontroller.h"
 #include "models/tagroles.h"
+#include "ui/views/tableview.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
-#include <QPointer>
+#include <QLabel>
 #include <QSet>
 #include <QStandardItemModel>
-#include <QTableView>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -17,6 +17,8 @@
 namespace {
 const QString geometryKey = QStringLiteral("TagGroupForm/geometry");
 const QString headerKey = QStringLiteral("TagGroupView/header");
+constexpr QSize usualSize(360, 340);
+constexpr int rowPadding = 8;
 constexpr int earlierStateRole = GroupRoles::GroupId + 1;
 
 Qt::CheckState membership(const GroupItem &group, const QVector<qint64> &tagIds)
@@ -45,36 +47,48 @@ TagGroupForm::TagGroupForm(GroupsController *controller, const QVector<qint64> &
       m_controller(controller),
       m_tagIds(tagIds),
       m_model(new QStandardItemModel(this)),
-      m_view(new QTableView(this))
+      m_view(new TableView(this))
 {
     setObjectName(QStringLiteral("TagGroupForm"));
     setWindowTitle(tr("Assign Tag Groups"));
     fillGroups();
-
-    m_view->setObjectName(QStringLiteral("groupsTable"));
-    m_view->setAccessibleName(tr("Tag Groups"));
-    m_view->setModel(m_model);
-    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_view->setTabKeyNavigation(false);
-    m_view->verticalHeader()->hide();
-    m_view->horizontalHeader()->setHighlightSections(false);
-    m_view->horizontalHeader()->restoreState(WindowSettings::layout(headerKey));
-    m_view->horizontalHeader()->setStretchLastSection(true);
+    buildTable();
+    const QString one = tr("Check the groups that the selected tag belongs to.");
+    const QString many = tr("Check the groups that the selected tags belong to. Half checked are those that "
+                            "hold some of them.");
+    auto *hint = new QLabel(m_tagIds.size() == 1 ? one : many, this);
+    hint->setWordWrap(true);
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
+    layout->addWidget(hint);
     layout->addWidget(m_view);
     layout->addWidget(buttons);
-    restoreGeometry(WindowSettings::layout(geometryKey));
+    if (!restoreGeometry(WindowSettings::layout(geometryKey)))
+        resize(usualSize);
+}
+
+void TagGroupForm::buildTable()
+{
+    m_view->setObjectName(QStringLiteral("groupsTable"));
+    m_view->setAccessibleName(tr("Tag Groups"));
+    m_view->setEmptyText(tr("No tag groups yet"));
+    m_view->setModel(m_model);
+    m_view->setDragDropMode(QAbstractItemView::NoDragDrop);
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + rowPadding);
+    m_view->horizontalHeader()->restoreState(WindowSettings::layout(headerKey));
+    m_view->horizontalHeader()->setStretchLastSection(true);
+    m_view->setCurrentIndex(m_model->index(0, 0)); // for Space, which works the box
 }
 
 void TagGroupForm::fillGroups()
 {
     m_model->setHorizontalHeaderLabels({tr("Group")});
-    if (!m_controller->groups())
+    if (!m_controller || !m_controller->groups())
         return;
     for (const GroupItem *group : qAsConst(*m_controller->groups())) {
         const Qt::CheckState state = membership(*group, m_tagIds);
@@ -95,7 +109,7 @@ void TagGroupForm::accept()
 
 void TagGroupForm::assign()
 {
-    for (int row = 0; row < m_model->rowCount(); ++row) {
+    for (int row = 0; m_controller && row < m_model->rowCount(); ++row) {
         const QStandardItem *item = m_model->item(row);
         if (item->checkState() == item->data(earlierStateRole).toInt())
             continue;

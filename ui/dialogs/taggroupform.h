@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <QVector>
 
 class GroupsController;
 class QStandardItem;
 class QStandardItemModel;
-class QTableView;
+class TableView;
 
 /**
  * Puts tags into groups and takes them out: a box a group, checked when all of the tags are in it, half
@@ -25,11 +26,12 @@ public slots:
     void done(int result) override;
 
 private:
+    void buildTable();
     void fillGroups();
     void assign();
 
-    GroupsController *m_controller;
+    QPointer<GroupsController> m_controller;
     QVector<qint64> m_tagIds;
     QStandardItemModel *m_model;
-    QTableView *m_view;
+    TableView *m_view;
 };

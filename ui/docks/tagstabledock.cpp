@@ -13,6 +13,7 @@
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/taggroupform.h"
 #include "ui/docks/tagactionid.h"
+#include "ui/docks/tagcolumns.h"
 #include "ui/docks/tagselection.h"
 #include "ui/mainui.h"
 #include "ui/views/delegate.h"
@@ -55,6 +56,7 @@ void TagsTableDock::buildForm()
     auto *form = new QWidget(this);
     m_table = new TableView(form);
     m_selection = std::make_unique<TagSelection>(m_table);
+    m_columns = std::make_unique<TagColumns>(m_table);
     m_bar = new TagGroupBar(form);
     auto *layout = new QVBoxLayout(form);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -167,7 +169,7 @@ void TagsTableDock::setTagsController(TagsController *controller)
 void TagsTableDock::detachTags()
 {
     if (m_table->model())
-        saveHeader();
+        m_columns->save();
     if (m_tags) {
         const Collection *collection = m_tags->collection();
         disconnect(collection, &Collection::aboutToReloadAllData, this, &TagsTableDock::rememberTags);
@@ -185,7 +187,7 @@ void TagsTableDock::attachTags()
     m_proxy->setGroupId(m_bar->currentGroup());
     QSortFilterProxyModel *model = m_tags->filterProxy();
     m_table->setModel(model);
-    restoreHeader();
+    m_columns->restore();
     connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &TagsTableDock::updateActionsAvailability);
     // Rows that a layout change or a reset takes away leave the selection without a word.
@@ -204,36 +206,6 @@ void TagsTableDock::rememberTags()
 void TagsTableDock::bringBackTags()
 {
     m_selection->bringBack();
-}
-
-void TagsTableDock::saveHeader() const
-{
-    WindowSettings::setLayout(WindowSettings::tagTableHeader, m_table->horizontalHeader()->saveState());
-}
-
-void TagsTableDock::restoreHeader()
-{
-    QHeaderView *header = m_table->horizontalHeader();
-    if (!header->restoreState(WindowSettings::layout(WindowSettings::tagTableHeader))) {
-        showNameColumnOnly(true);
-        header->setSortIndicator(TagsTableModel::NameColumn, Qt::AscendingOrder);
-    }
-    m_table->sortByColumn(header->sortIndicatorSection(), header->sortIndicatorOrder());
-}
-
-bool TagsTableDock::isNameColumnAlone() const
-{
-    for (int column = TagsTableModel::DescriptionColumn; column < TagsTableModel::ColumnCount; ++column) {
-        if (!m_table->isColumnHidden(column))
-            return false;
-    }
-    return true;
-}
-
-void TagsTableDock::showNameColumnOnly(bool alone)
-{
-    for (int column = TagsTableModel::DescriptionColumn; column < TagsTableModel::ColumnCount; ++column)
-        m_table->setColumnHidden(column, alone);
 }
 
 void TagsTableDock::updateActionsAvailability()
@@ -273,8 +245,8 @@ void TagsTableDock::execHeaderViewContextMenu(const QPoint &pos)
     QMenu menu;
     QAction *alone = menu.addAction(tr("Hide all columns except Name"));
     alone->setCheckable(true);
-    alone->setChecked(isNameColumnAlone());
-    connect(alone, &QAction::toggled, this, &TagsTableDock::showNameColumnOnly);
+    alone->setChecked(m_columns->isNameAlone());
+    connect(alone, &QAction::toggled, this, [this](bool on) { m_columns->showNameAlone(on); });
     menu.exec(m_table->horizontalHeader()->mapToGlobal(pos));
 }
 

@@ -16,6 +16,7 @@ class QKeyEvent;
 class QLineEdit;
 class QModelIndex;
 class TableView;
+class TagColumns;
 class TagGroupBar;
 class TagsController;
 class TagSelection;
@@ -74,15 +75,11 @@ private:
     QAction *makeAction(int key, const QString &text, const QString &icon, void (TagsTableDock::*slot)());
     bool mayEdit();
     bool mayEditGroups();
-    void showNameColumnOnly(bool alone);
-    bool isNameColumnAlone() const;
 
     void detachTags();
     void attachTags();
     void rememberTags();
     void bringBackTags();
-    void restoreHeader();
-    void saveHeader() const;
 
     void switchGroup();
     void detachGroups();
@@ -96,6 +93,7 @@ private:
 
     TableView *m_table = nullptr;
     std::unique_ptr<TagSelection> m_selection;
+    std::unique_ptr<TagColumns> m_columns;
     TagGroupBar *m_bar = nullptr;
     QPointer<TagsController> m_tags;
     QPointer<GroupsController> m_groups;

@@ -2,11 +2,14 @@
 
 #include "ui/views/emptyhint.h"
 
+#include <QAbstractItemDelegate>
 #include <QDrag>
 #include <QDragMoveEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QToolTip>
 
 namespace {
 // The base answers with the action that was proposed: after a move the other program deletes its files.
@@ -156,6 +159,28 @@ void TableView::endUrlDrag()
     selectionModel()->setCurrentIndex(m_current, QItemSelectionModel::NoUpdate);
     selectionModel()->select(m_selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     m_selection.clear();
+}
+
+bool TableView::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip && showWholeText(*static_cast<QHelpEvent *>(event)))
+        return true;
+    return QTableView::viewportEvent(event);
+}
+
+/** As a tool tip, where a cell is too narrow for its text and the model has nothing else to say. */
+bool TableView::showWholeText(const QHelpEvent &event)
+{
+    const QModelIndex index = indexAt(event.pos());
+    const QString text = index.data().toString();
+    if (text.isEmpty() || index.data(Qt::ToolTipRole).isValid())
+        return false;
+    const QRect cell = visualRect(index);
+    if (itemDelegate(index)->sizeHint(viewOptions(), index).width() <= cell.width())
+        return false;
+    const QString marked = QLatin1String("<qt>") + text.toHtmlEscaped() + QLatin1String("</qt>");
+    QToolTip::showText(event.globalPos(), marked, viewport(), cell);
+    return true;
 }
 
 void TableView::paintEvent(QPaintEvent *event)

@@ -6,6 +6,8 @@
 #include <QPersistentModelIndex>
 #include <QTableView>
 
+class QHelpEvent;
+
 /**
  * A table of files or tags, selected by whole rows. Differs from its base in that a drag leaves the selection
  * as it is, in that others may handle keys first, and in that files dragged over it mark their target.
@@ -37,9 +39,11 @@ protected:
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
 
 private:
     bool offerKey(QKeyEvent *event);
+    bool showWholeText(const QHelpEvent &event);
     void beginUrlDrag();
     void endUrlDrag();
 

@@ -23,6 +23,12 @@ QString escaped(const QString &name)
     return QString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+QString markedUp(const QString &name)
+{
+    // As marked-up text, for a name that looks like markup would be taken for it.
+    return QLatin1String("<qt>") + name.toHtmlEscaped() + QLatin1String("</qt>");
+}
+
 void paintTarget(QPainter &painter, const QRect &tab, const QColor &colour)
 {
     constexpr int width = 2;
@@ -81,7 +87,7 @@ void TagGroupBar::addGroupTab(qint64 groupId, const QString &name)
         return;
     const int index = addTab(escaped(name));
     setTabData(index, groupId);
-    setTabToolTip(index, name.toHtmlEscaped());
+    setTabToolTip(index, markedUp(name));
 }
 
 void TagGroupBar::renameGroupTab(qint64 groupId, const QString &name)
@@ -90,7 +96,7 @@ void TagGroupBar::renameGroupTab(qint64 groupId, const QString &name)
     if (index < 0)
         return;
     setTabText(index, escaped(name));
-    setTabToolTip(index, name.toHtmlEscaped());
+    setTabToolTip(index, markedUp(name));
 }
 
 void TagGroupBar::removeGroupTab(qint64 groupId)

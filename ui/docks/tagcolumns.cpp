@@ -1,0 +1,53 @@
+#include "ui/docks/tagcolumns.h"
+
+#include "app/windowsettings.h"
+#include "models/tagstablemodel.h"
+
+#include <QHeaderView>
+#include <QTableView>
+
+void TagColumns::restore()
+{
+    QHeaderView *header = m_table->horizontalHeader();
+    if (!header->restoreState(WindowSettings::layout(WindowSettings::tagTableHeader)))
+        arrangeAtFirst();
+    updateScrollBar();
+    m_table->sortByColumn(header->sortIndicatorSection(), header->sortIndicatorOrder());
+}
+
+void TagColumns::arrangeAtFirst()
+{
+    constexpr int letters[TagsTableModel::ColumnCount] = {22, 26, 22, 8};
+    QHeaderView *header = m_table->horizontalHeader();
+    for (int column = 0; column < TagsTableModel::ColumnCount; ++column)
+        header->resizeSection(column, letters[column] * m_table->fontMetrics().averageCharWidth());
+    header->setSortIndicator(TagsTableModel::NameColumn, Qt::AscendingOrder);
+    showNameAlone(true);
+}
+
+void TagColumns::save() const
+{
+    WindowSettings::setLayout(WindowSettings::tagTableHeader, m_table->horizontalHeader()->saveState());
+}
+
+bool TagColumns::isNameAlone() const
+{
+    for (int column = TagsTableModel::DescriptionColumn; column < TagsTableModel::ColumnCount; ++column) {
+        if (!m_table->isColumnHidden(column))
+            return false;
+    }
+    return true;
+}
+
+void TagColumns::showNameAlone(bool alone)
+{
+    for (int column = TagsTableModel::DescriptionColumn; column < TagsTableModel::ColumnCount; ++column)
+        m_table->setColumnHidden(column, alone);
+    updateScrollBar();
+}
+
+/** The names alone are stretched to the width of the table, so that there is nothing to scroll to. */
+void TagColumns::updateScrollBar()
+{
+    m_table->setHorizontalScrollBarPolicy(isNameAlone() ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+}
