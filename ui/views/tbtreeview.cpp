@@ -62,6 +62,7 @@ TBtreeView::TBtreeView(QWidget *parent) : QTreeView(parent), m_hoverOpener(new H
     setObjectName(QStringLiteral("tbView"));
     setAccessibleName(tr("Browsing Tree"));
     setHeaderHidden(true);
+    setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setContextMenuPolicy(Qt::CustomContextMenu);

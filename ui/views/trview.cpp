@@ -23,6 +23,7 @@ TRview::TRview(QWidget *parent) : QTreeView(parent), m_hoverOpener(new HoverOpen
     setObjectName(QStringLiteral("trView"));
     setAccessibleName(tr("Tag Relationships"));
     setHeaderHidden(true);
+    setUniformRowHeights(true);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setContextMenuPolicy(Qt::CustomContextMenu);
     setDragEnabled(true);
