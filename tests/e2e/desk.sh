@@ -15,12 +15,13 @@ within() { # within SECONDS COMMAND...: waits until the command succeeds
 query() { sqlite3 -readonly -cmd '.timeout 3000' "$db" "$1"; }
 equals() { [ "$(query "$1")" = "$2" ]; }
 window() { xdotool search --onlyvisible --name "$1" | head -n 1 | grep .; }
+height=760 # of the window; the screen of a run is a little higher
 start() {
     (cd "$work" && exec "$program" "$@" >"$work/log" 2>&1) &
     app=$!
     within 20 window '^Vorna - ' || fail "no window"
     main=$(window '^Vorna - ')
-    xdotool windowactivate --sync "$main" windowsize --sync "$main" 1260 760 windowmove "$main" 8 24
+    xdotool windowactivate --sync "$main" windowsize --sync "$main" 1260 "$height" windowmove "$main" 8 24
     sleep 1
 }
 # pull X1 Y1 X2 Y2: from one point to another with the button held, by the small and the large moves of a hand

@@ -4,6 +4,7 @@
 set -euo pipefail
 program=$1
 . "$(dirname "$0")/desk.sh"
+height=960
 db=$work/drags.vrn
 cp "$2" "$db"
 id() { query "select tag_id from tags where tag_name='$1'"; }
@@ -29,7 +30,7 @@ within 2 newest City 0 || fail "a fixed node took a tag"
 pull 345 380 345 263; sleep 0.5
 
 # The relationships: Cooking, Outdoors, Garden, Workshop.
-xdotool mousemove 338 562 click 1; sleep 0.5
+xdotool mousemove 247 614 click 1; sleep 0.5
 pull 60 138 340 138
 within 5 has_path "$(id Outdoors).$(id Baking)" || fail "no relationship below Outdoors"
 pull 335 248 335 270
@@ -44,12 +45,12 @@ equals "select count(*) from tag_relationships" "$paths" || fail "an illegal rel
 
 close_window
 start "$db"
-xdotool mousemove 465 562 click 1; sleep 0.5
+xdotool mousemove 374 614 click 1; sleep 0.5
 pull 60 161 340 270
 within 5 newest City "$soups" || fail "the order by hand is not kept"
 # A file of Soups on City, the next node.
 xdotool mousemove 340 270 click 1; sleep 1
-pull 625 160 340 314
+pull 564 180 340 314
 within 5 equals "select count(*) from file_tag where tag_id=$(id City) and file_id in
     (select file_id from file_tag where tag_id=$(id Soups))" 1 || fail "the file has not got the tag of City"
 [ -z "${VORNA_E2E_PICTURE:-}" ] || import -window root "$VORNA_E2E_PICTURE"
