@@ -13,6 +13,8 @@ FileOperationProgress::FileOperationProgress(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::FileOperationProgress>())
 {
     m_ui->setupUi(this);
+    // Steps come with one line or with two: the window keeps its size.
+    m_ui->detailLabel->setMinimumHeight(2 * QFontMetrics(m_ui->detailLabel->font()).lineSpacing());
     // While the worker holds its transaction, an edit in the window could only fail.
     setWindowModality(Qt::ApplicationModal);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);

@@ -28,6 +28,7 @@ HelpWindow::HelpWindow(int mode, QWidget *parent) : QMainWindow(parent), m_brows
         m_geometryKey = WindowSettings::manualGeometry;
         showDocument(QStringLiteral(":help/HelpFile.html"));
     }
+    m_browser->setAccessibleName(windowTitle());
     restoreGeometry(WindowSettings::layout(m_geometryKey));
     // Nobody owns the window: without this its place would be forgotten when the program ends.
     connect(qApp, &QCoreApplication::aboutToQuit, this, &QWidget::close);

@@ -17,6 +17,7 @@
 namespace {
 
 constexpr int narrowest = 180;
+constexpr int hyperlink = 2;
 
 // A long word must not widen the dock.
 const QSizePolicy narrowable(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -69,8 +70,9 @@ MetaInfoDock::MetaInfoDock(QWidget *parent) : AbstractDock(tr("Metadata"), paren
     m_facts = new QWidget(contents);
     auto *form = new QFormLayout(m_facts);
     form->setContentsMargins(0, 0, 0, 0);
+    form->setVerticalSpacing(3);
     form->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->setRowWrapPolicy(QFormLayout::WrapAllRows);
+    form->setRowWrapPolicy(QFormLayout::DontWrapRows);
     m_tags = addFact(form, tr("Tags:"), "tagsLabel");
     m_description = addFact(form, tr("Description:"), "descriptionLabel");
     m_kind = addFact(form, tr("Kept as:"), "kindLabel");
@@ -95,13 +97,7 @@ QLabel *MetaInfoDock::addFact(QFormLayout *form, const QString &title, const cha
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setAccessibleName(title);
     label->setSizePolicy(narrowable);
-    auto *titleLabel = new QLabel(title, m_facts);
-    QFont small = titleLabel->font();
-    // Fonts that are given in pixels have no size in points.
-    if (small.pointSizeF() > 0)
-        small.setPointSizeF(small.pointSizeF() * 0.85);
-    titleLabel->setFont(small);
-    form->addRow(titleLabel, label);
+    form->addRow(title, label);
     return label;
 }
 
@@ -147,13 +143,15 @@ void MetaInfoDock::showFile(const File &file)
     m_name->setEnabled(true);
     m_name->setText(file.name());
     m_name->setToolTip(Qt::convertFromPlainText(file.name()));
-    m_tags->setText(m_controller->tagNames(file.tags()));
-    m_description->setText(file.description());
-    m_kind->setText(kindText(file));
-    m_size->setText(sizeText(file.size()));
-    m_modified->setText(dateText(file.modificationDate()));
-    m_added->setText(dateText(file.additionDate()));
-    m_idCode->setText(file.idCode());
+    const bool isHyperlink = file.internal() == hyperlink;
+    const QString tagNames = m_controller->tagNames(file.tags());
+    setFact(m_tags, tagNames.isEmpty() ? tr("none") : tagNames);
+    setFact(m_description, file.description());
+    setFact(m_kind, kindText(file));
+    setFact(m_size, isHyperlink ? QString() : sizeText(file.size()));
+    setFact(m_modified, isHyperlink ? QString() : dateText(file.modificationDate()));
+    setFact(m_added, dateText(file.additionDate()));
+    setFact(m_idCode, file.idCode());
     m_facts->show();
 }
 
@@ -166,4 +164,12 @@ void MetaInfoDock::clear()
     m_facts->hide();
     for (QLabel *label : {m_tags, m_description, m_kind, m_size, m_modified, m_added, m_idCode})
         label->clear();
+}
+
+void MetaInfoDock::setFact(QLabel *label, const QString &text)
+{
+    label->setText(text);
+    // A title without anything beside it says nothing.
+    label->setHidden(text.isEmpty());
+    static_cast<QFormLayout *>(m_facts->layout())->labelForField(label)->setHidden(text.isEmpty());
 }

@@ -26,6 +26,7 @@ public slots:
 
 private:
     QLabel *addFact(QFormLayout *form, const QString &title, const char *objectName);
+    void setFact(QLabel *label, const QString &text);
     void showFile(const File &file);
     void clear();
     void refresh();
