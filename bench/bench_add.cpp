@@ -164,8 +164,10 @@ public:
                 addFile(path, relativePath, entry->d_name, tags);
         }
         closedir(folder);
-        for (const std::string &below : folders)
-            addFolder(path + '/' + below, relativePath + '/' + below, below, tags, node);
+        for (const std::string &below : folders) {
+            const std::string name = '/' + below;
+            addFolder(path + name, relativePath + name, below, tags, node);
+        }
     }
 
 private:
@@ -320,7 +322,7 @@ double addLargePlainly(const QString &databasePath, const QString &top)
 double copyLarge(const QString &target, const QString &top)
 {
     QFile::remove(target);
-    std::vector<char> slice(128 * 1024);
+    std::vector<char> slice(std::size_t(128) * 1024);
     const double start = Measure::cpuSeconds();
     const int out = open(target.toUtf8().constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     for (int i = 0; i < largeFiles; ++i) {

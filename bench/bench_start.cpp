@@ -145,6 +145,7 @@ double childSeconds(const QStringList &arguments)
         for (const QString &argument : arguments)
             texts.push_back(QFile::encodeName(argument));
         std::vector<char *> pointers;
+        pointers.reserve(texts.size() + 1);
         for (QByteArray &text : texts)
             pointers.push_back(text.data());
         pointers.push_back(nullptr);

@@ -26,7 +26,7 @@ QVector<Group> groups()
     };
 }
 
-QVector<TextFile> texts()
+QVector<TextFile> kitchenTexts()
 {
     return {
         {s("Rye bread.txt"), list("Baking, Kitchen, Favourite"), s("Two days, little work"),
@@ -53,6 +53,12 @@ QVector<TextFile> texts()
         {s("Store cupboard.txt"), list("Cooking, Kitchen, To print"), s("What is always there"),
          s("Store cupboard\n\nFlour, oats, lentils, rice, tinned tomatoes, oil, vinegar, salt, yeast, "
            "onions.\n")},
+    };
+}
+
+QVector<TextFile> gardenTexts()
+{
+    return {
         {s("Sowing calendar.txt"), list("Garden, Vegetables, To print"), s("For a cool spring"),
          s("Sowing calendar\n\nMarch: peas, spinach under glass.\nApril: carrots, radish, lettuce.\n"
            "May, after the last frost: beans, courgettes.\nJuly: kale, chard for the autumn.\n")},
@@ -71,6 +77,12 @@ QVector<TextFile> texts()
          s("Mint\n\nIn a pot, or it is everywhere. Cut back by half in July.\n")},
         {s("Compost.txt"), list("Garden, Done"), s(""),
          s("Compost\n\nOne part green, two parts brown, turned twice a year. Cover it in winter.\n")},
+    };
+}
+
+QVector<TextFile> workshopAndTravelTexts()
+{
+    return {
         {s("Dovetail notes.txt"), list("Woodwork, Workshop, Draft"), s("Tails first"),
          s("Dovetail notes\n\nTails first, slope one to seven. Mark the pins from the tails with a "
            "knife.\n")},
@@ -102,6 +114,11 @@ QVector<TextFile> texts()
         {s("Museum list.txt"), list("City, Travel"), s("Free on Sundays"),
          s("Museum list\n\nMaps, ships, clocks, paper. One a day is enough.\n")},
     };
+}
+
+QVector<TextFile> texts()
+{
+    return kitchenTexts() + gardenTexts() + workshopAndTravelTexts();
 }
 
 QVector<Picture> pictures()
