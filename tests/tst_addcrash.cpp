@@ -1,10 +1,7 @@
 #include "app/addingsettings.h"
 #include "tests/support/addingfixture.h"
 
-#include <QEventLoop>
 #include <QImage>
-#include <QProcess>
-#include <QSqlError>
 
 #include <csignal>
 

@@ -3,19 +3,7 @@
 #include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/database.h"
 
-#include <QDir>
-#include <QtTest>
-
 namespace {
-/** Bytes that repeat at no divisor of a block's size. */
-QByteArray pattern(qint64 length)
-{
-    QByteArray period;
-    for (int i = 0; i < 997; ++i)
-        period.append(static_cast<char>(i * 31));
-    return period.repeated(static_cast<int>(length / period.size()) + 1).left(static_cast<int>(length));
-}
-
 QString contentOf(const QString &path)
 {
     QFile file(path);
@@ -40,40 +28,6 @@ private slots:
     {
         m_worker.reset();
         m_database.reset();
-    }
-
-    void storesAndReadsBack_data()
-    {
-        addColumns<qint64, QStringList>("size", "chain");
-        addRow("one byte", qint64(1), QStringList{"1|0|1"_s});
-        addRow("one byte less than a block", BLOCK_SIZE - 1, QStringList{"1|0|9999999"_s});
-        addRow("exactly a block", BLOCK_SIZE, QStringList{"1|0|10000000"_s});
-        addRow("one byte more than a block", BLOCK_SIZE + 1, QStringList{"1|2|10000000"_s, "2|0|1"_s});
-        addRow("two blocks", 2 * BLOCK_SIZE, QStringList{"1|2|10000000"_s, "2|0|10000000"_s});
-    }
-
-    void storesAndReadsBack()
-    {
-        QFETCH(qint64, size);
-        const QByteArray bytes = pattern(size);
-        qint64 id = 0;
-        QVERIFY(m_worker->nextStorageId(id));
-        for (qint64 done = 0; done < size; done += BLOCK_SIZE) {
-            qint64 next = -1;
-            QVERIFY(m_worker->insertBlock(bytes.mid(static_cast<int>(done), BLOCK_SIZE), id,
-                                          done + BLOCK_SIZE < size, next));
-            id = next;
-        }
-        QCOMPARE(id, qint64(0));
-        QTEST(m_database->rows("SELECT storage_id, continue_id, length(data) FROM storage "
-                               "NATURAL JOIN storage_info ORDER BY storage_id"_s),
-              "chain");
-
-        QVERIFY(m_database->addFile(1, 1, size, 1));
-        QVERIFY(readBack(1));
-        QFile file(target());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(file.readAll() == bytes);
     }
 
     void readsOnlyItsOwnBlocks()
@@ -170,17 +124,11 @@ private slots:
         QVERIFY(m_worker->commitTransaction(Constants::workerConnection));
     }
 
-    void doublesTheQuotesOfFixedTexts_data()
-    {
-        addColumns<QString, QString>("statement", "expected");
-        addRow("apostrophe in a double-quoted text", "SELECT \"O'Neil\";"_s, "O'Neil"_s);
-        addRow("no double quotes", "SELECT 'O''Neil';"_s, "O'Neil"_s);
-    }
-
     void doublesTheQuotesOfFixedTexts()
     {
-        QFETCH(QString, statement);
-        QTEST(Database::execQuery(QString(), statement).value(0).toString(), "expected");
+        for (const char *statement : {"SELECT \"O'Neil\";", "SELECT 'O''Neil';"})
+            QCOMPARE(Database::execQuery(QString(), QLatin1String(statement)).value(0).toString(),
+                     "O'Neil"_s);
     }
 
     void findsPathsOfExternalFilesOnly()
@@ -204,16 +152,6 @@ private slots:
         QCOMPARE(Database::absolutePath("../file"_s, locator), folder + "/../file"_s);
         const QString relative = Database::relativePath(QDir::currentPath() + "/x"_s, {});
         QCOMPARE(relative, "x"_s);
-    }
-
-    void writesBlocksWithoutAWorker()
-    {
-        QVERIFY(Database::writeBlock("first", 4, 5, true));
-        QVERIFY(Database::writeBlock("last", 5, 77, false));
-        QCOMPARE(m_database->rows("SELECT storage_id, continue_id, data FROM storage NATURAL JOIN "
-                                  "storage_info ORDER BY storage_id"_s),
-                 QStringList({"4|5|first"_s, "5|0|last"_s}));
-        QVERIFY(!Database::writeBlock("taken", 5, 0, false));
     }
 
 private:

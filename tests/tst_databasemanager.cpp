@@ -2,22 +2,10 @@
 #include "fileops/fileoperationprovider.h"
 #include "tests/support/localmanager.h"
 
-#include <QElapsedTimer>
-#include <QSignalSpy>
-#include <QTest>
-
 #include <sys/stat.h>
 
 namespace {
 constexpr int addedFiles = 400;
-QStringList warnings;
-
-void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &text)
-{
-    if (type == QtWarningMsg || type == QtCriticalMsg)
-        warnings.append(text);
-}
-
 bool check(const QString &path)
 {
     return DatabaseManger::checkDatabaseVersion(Constants::sqliteDriver, path, {}, {}, {}, 0);
@@ -33,7 +21,6 @@ private slots:
     void init()
     {
         m_boxes.clear();
-        warnings.clear();
         m_answer = QMessageBox::Ok;
         Messages::setResponder([this](const Messages::Box &box) {
             m_boxes.append(box.text);
@@ -45,70 +32,27 @@ private slots:
 
     void cleanup() { Messages::setResponder({}); }
 
-    void newDatabaseOpensClosesAndOpensAgain()
-    {
-        const QtMessageHandler before = qInstallMessageHandler(keepWarnings);
-        {
-            LocalManager manager;
-            QVERIFY(!manager->isReadOnly());
-            QCOMPARE(manager->dbVersion(), "4.1.3"_s);
-            QCOMPARE(manager->dbType(), 1);
-            QCOMPARE(manager.value("PRAGMA page_size"), "65536"_s);
-            QCOMPARE(manager.value("PRAGMA journal_mode"), "delete"_s);
-            QCOMPARE(manager.value("SELECT count(*) FROM sqlite_master WHERE type='table'"), "21"_s);
-            QCOMPARE(manager.value("SELECT count(*) FROM file_tag"), "0"_s);
-            const qint64 tagId = manager->addTag("kept"_s);
-            manager.close();
-            QVERIFY(QSqlDatabase::connectionNames().isEmpty());
-            QVERIFY(manager.open());
-            QCOMPARE(manager->tagName(tagId), "kept"_s);
-        }
-        qInstallMessageHandler(before);
-        QCOMPARE(warnings, QStringList());
-        QVERIFY(QSqlDatabase::connectionNames().isEmpty());
-        QVERIFY(m_boxes.isEmpty());
-    }
-
-    void openingAMissingFileMakesNone()
-    {
-        QTemporaryDir folder;
-        const QString path = folder.filePath("none.vrn"_s);
-        SQLiteDBManager manager(Constants::sqliteDriver, path, {}, {}, {}, 0);
-        QVERIFY(manager.openDB().isValid());
-        QVERIFY(!QFile::exists(path));
-        QVERIFY(manager.isReadOnly());
-    }
-
     void versionCheck_data()
     {
-        QTest::addColumn<QStringList>("statements"); // run on a new database of ours
-        QTest::addColumn<int>("keptBytes");          // -1 all of them
-        addColumns<bool, bool, QStringList, bool>("agrees", "opens", "boxes", "changes");
+        // What is run on a new database of ours; files that are no such database meet the window's tests.
+        addColumns<QStringList, bool, bool, QStringList, bool>("statements", "agrees", "opens", "boxes",
+                                                               "changes");
 
         const QString corrupted = "The database could be corrupted please check it."_s;
-        const QString unsupported = "The database is not supported"_s;
         const QString old = "The database was created with an earlier version of Vorna."_s;
         const QStringList makeOld = {"UPDATE vorna_version SET version='3.2.0'"_s,
                                      "UPDATE scheme_version SET version='3.2.0'"_s};
         const QString probed = "INSERT INTO file_tag VALUES(0,0)"_s;
         const QString extra = "ALTER TABLE files ADD COLUMN extra TEXT"_s;
 
-        addRow("current", QStringList(), -1, true, true, QStringList(), false);
-        addRow("nothing in it", QStringList(), 0, true, false, QStringList{corrupted}, false);
-        addRow("cut short", QStringList(), 700, true, false, QStringList{corrupted}, false);
-        addRow("cut in the middle", QStringList(), 100000, true, false, QStringList{corrupted}, false);
+        addRow("current", QStringList(), true, true, QStringList(), false);
         addRow("without versions", QStringList{"DROP TABLE vorna_version"_s, "DROP TABLE scheme_version"_s},
-               -1, true, false, QStringList{corrupted}, false);
-        addRow("unknown versions",
-               QStringList{"UPDATE vorna_version SET version='strange'"_s,
-                           "UPDATE scheme_version SET version='strange'"_s},
-               -1, true, false, QStringList{unsupported}, false);
-        addRow("probe row there, so read-only", QStringList{probed}, -1, true, true, QStringList(), false);
-        addRow("old, declined", makeOld, -1, false, false, QStringList{old}, false);
-        addRow("old, agreed", makeOld, -1, true, true, QStringList{old, "Database upgraded successfully."_s},
+               true, false, QStringList{corrupted}, false);
+        addRow("probe row there, so read-only", QStringList{probed}, true, true, QStringList(), false);
+        addRow("old, agreed", makeOld, true, true, QStringList{old, "Database upgraded successfully."_s},
                true);
-        addRow("old and read-only", makeOld + QStringList{probed}, -1, true, true, QStringList(), false);
-        addRow("old, cannot be upgraded", makeOld + QStringList{extra}, -1, true, false,
+        addRow("old and read-only", makeOld + QStringList{probed}, true, true, QStringList(), false);
+        addRow("old, cannot be upgraded", makeOld + QStringList{extra}, true, false,
                QStringList{old, "Problem occurred while upgrading database. Probably you have no "
                                 "permission to perform this operation."_s},
                false);
@@ -117,13 +61,10 @@ private slots:
     void versionCheck()
     {
         QFETCH(QStringList, statements);
-        QFETCH(int, keptBytes);
         QFETCH(bool, agrees);
         LocalManager manager;
         manager.close();
         runOn(manager.path(), statements);
-        if (keptBytes >= 0)
-            QVERIFY(QFile::resize(manager.path(), keptBytes));
         const QByteArray before = TestFolder::read(manager.path());
         m_answer = agrees ? QMessageBox::Ok : QMessageBox::Cancel;
 
@@ -132,29 +73,6 @@ private slots:
         QTEST(TestFolder::read(manager.path()) != before, "changes");
         QVERIFY(QSqlDatabase::connectionNames().isEmpty());
         QCOMPARE(QDir(manager.folder()).entryList(QDir::Files), QStringList{"test.vrn"_s});
-    }
-
-    void versionCheckOfALockedFile_data()
-    {
-        addColumns<QString, bool, int>("lock", "opens", "boxes");
-        addRow("someone writes", "BEGIN IMMEDIATE"_s, true, 0);
-        addRow("someone keeps it for himself", "BEGIN EXCLUSIVE"_s, false, 1);
-    }
-
-    void versionCheckOfALockedFile()
-    {
-        QFETCH(QString, lock);
-        LocalManager manager;
-        manager.close();
-        OtherConnection other(manager.path());
-        QVERIFY(other.run(lock));
-        QElapsedTimer timer;
-        timer.start();
-        QTEST(check(manager.path()), "opens");
-        QVERIFY2(timer.elapsed() < 9000, "the window stood still");
-        QTEST(m_boxes.size(), "boxes");
-        QVERIFY(other.run("ROLLBACK"_s));
-        QVERIFY(check(manager.path()));
     }
 
     void tagNamesOfAClosedDatabase()
@@ -230,47 +148,6 @@ private slots:
         QVERIFY(temporary.isEmpty());
     }
 
-    void reloadEmptiesTheViewsFirst()
-    {
-        LocalManager manager;
-        manager.addFiles(3);
-        QVector<int> sizes;
-        connect(manager.get(), &DatabaseManger::filesLoaded, this,
-                [&sizes](const Map<qint64, File *> &files) { sizes.append(files.size()); });
-        QSignalSpy begin(manager.get(), &DatabaseManger::aboutToReloadAllData);
-        QSignalSpy end(manager.get(), &DatabaseManger::allDataReloaded);
-        manager->reloadAllData();
-        QCOMPARE(sizes, QVector<int>({0, 3}));
-        QCOMPARE(begin.size(), 1);
-        QCOMPARE(end.size(), 1);
-    }
-
-    void addedFileArrivesAndGoes()
-    {
-        LocalManager manager;
-        const qint64 tagId = manager->addTag("paper"_s);
-        const QString path = manager.folder() + "/it's 100%1 \"odd\".txt"_s;
-        manager.write(QFileInfo(path).fileName(), "some text");
-        QSignalSpy finished(manager.get(), &DatabaseManger::finishedAddingFiles);
-        manager->addFiles({path}, {tagId}, false, 0);
-        QTRY_COMPARE(manager->files().size(), 1);
-        QTRY_COMPARE(finished.size(), 1);
-        const File *file = *manager->files().begin();
-        QCOMPARE(file->name(), QFileInfo(path).fileName());
-        QCOMPARE(file->path(), path);
-        QCOMPARE(file->tags(), QVector<qint64>{tagId});
-
-        QSignalSpy removed(manager.get(), &DatabaseManger::filesRemoved);
-        const qint64 fileId = file->id();
-        manager->deleteFiles({fileId});
-        QTRY_COMPARE(removed.size(), 1);
-        QVERIFY(!manager->file(fileId));
-        QCOMPARE(manager.value("SELECT (SELECT count(*) FROM files)+(SELECT count(*) FROM file_tag)"
-                               "+(SELECT count(*) FROM file_paths)"),
-                 "0"_s);
-        QVERIFY(QFile::exists(path));
-    }
-
     void closingInTheMiddleOfAnAddLeavesNothingHalf()
     {
         LocalManager manager;
@@ -293,25 +170,6 @@ private slots:
             .createDatabase();
         QTRY_VERIFY(!manager->isBusy());
         QTRY_COMPARE(manager->files().size(), addedFiles);
-    }
-
-    void missingFilesAreToldWhenTheirStateChanges()
-    {
-        LocalManager manager;
-        manager.addFiles(3);
-        QSignalSpy changed(manager.get(), &DatabaseManger::updateMissedFiles);
-        auto *worker = manager->findChild<FileOperationProvider *>();
-        using Ids = QVector<qint64>;
-        emit worker->noLongerPresent({1, 2, 99});
-        emit worker->noLongerPresent({2});
-        emit worker->present({2, 3});
-        emit worker->present({3});
-        QCOMPARE(changed.size(), 2);
-        QCOMPARE(changed.at(0).first().value<Ids>(), Ids({1, 2}));
-        QCOMPARE(changed.at(1).first().value<Ids>(), Ids({2}));
-        QVERIFY(manager->isMissing(1));
-        QVERIFY(!manager->isMissing(2));
-        QCOMPARE(manager->missingFiles(), QSet<qint64>{1});
     }
 
 private:

@@ -3,9 +3,6 @@
 #include "db/sqltext.h"
 #include "tests/support/database.h"
 
-#include <QSqlError>
-#include <QtTest>
-
 #include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -154,15 +151,6 @@ private slots:
             QCOMPARE(columns.value(table), dump("SELECT name FROM pragma_table_info('%1')"_s.arg(table)));
     }
 
-    void addsMissingRelativeColumn()
-    {
-        // Stamped 2.0.6 though the column is there already, as after a break between column and stamp.
-        build("2.0.7"_s);
-        run({"UPDATE vorna_version SET version='2.0.6'"_s});
-        QVERIFY(update());
-        QCOMPARE(Sql::value("SELECT count(*) FROM file_paths WHERE rel_path IS NULL"), "0"_s);
-    }
-
     void fillsAttachedSource()
     {
         build("2.0.6"_s);
@@ -181,10 +169,7 @@ private slots:
         const QString schema = "CREATE TABLE scheme_version (version TEXT);"_s;
         addRow("no table", QStringList{});
         addRow("no row", QStringList{program});
-        addRow("unparsable", QStringList{program, Schema::programVersionInsert("new"_s)});
         addRow("schema without a row", QStringList{program, Schema::programVersionInsert("2.0.6"_s), schema});
-        addRow("schema of a later program",
-               QStringList{program, schema, Schema::schemaVersionInsert("5.0.0"_s)});
         addRow("schema without the column", QStringList{"CREATE TABLE scheme_version (v TEXT);"_s});
     }
 
@@ -220,17 +205,6 @@ private slots:
         QCOMPARE(Sql::value("SELECT version FROM scheme_version"), "3.2.0"_s);
     }
 
-    void goesOnBehindFailedStep()
-    {
-        build("2.0.6"_s);
-        run({"CREATE TABLE filesnew (a INTEGER)"_s});
-        QVERIFY(!update());
-        QCOMPARE(Sql::value("SELECT version FROM scheme_version"), "3.2.0"_s);
-        run({"DROP TABLE filesnew"_s});
-        QVERIFY(update());
-        QCOMPARE(Sql::value("SELECT count(*) FROM files"), "4"_s);
-    }
-
     void negativeChecksumsBecomeZero()
     {
         build("3.2.0"_s);
@@ -250,17 +224,6 @@ private slots:
         const QString before = dump(query);
         QVERIFY(update());
         QCOMPARE(dump(query), before);
-    }
-
-    void readOnlyFails()
-    {
-        build("2.0.6"_s);
-        m_database.close();
-        m_database.setConnectOptions("QSQLITE_OPEN_READONLY"_s);
-        QVERIFY(m_database.open());
-        QVERIFY(DataBaseUpdater(&m_constructor, nullptr).isVersionKnown(m_database));
-        QVERIFY(!update());
-        QCOMPARE(Sql::value("SELECT version FROM vorna_version"), "2.0.6"_s);
     }
 
     void killedInTheMiddle()

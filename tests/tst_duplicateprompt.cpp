@@ -1,7 +1,6 @@
 #include "tests/support/localcollection.h"
 #include "ui/dialogs/duplicateprompt.h"
 
-#include <QAbstractButton>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QTabWidget>
@@ -19,18 +18,6 @@ DuplicateFileInfo info(const char *path, qint64 fileId = 0, qint64 size = 42)
     return info;
 }
 
-PresentableDuplicates nameMatches(const QStringList &paths)
-{
-    PresentableDuplicates duplicates;
-    for (const QString &path : paths) {
-        DuplicateMatch match;
-        match.databaseFiles = {info("/database/same.txt", 7)};
-        match.addedFiles = {info(qPrintable(path))};
-        duplicates.nameMatches << match;
-    }
-    return duplicates;
-}
-
 } // namespace
 
 /** What the prompt says of files that were left out, and which it hands back. */
@@ -39,30 +26,13 @@ class TestDuplicatePrompt : public QObject
     Q_OBJECT
 
 private slots:
-    void reportsContentMatches()
+    void reportsWhatWasLeftOut()
     {
         PresentableDuplicates duplicates;
         DuplicateMatch match;
         match.addedFiles = {info("/in/100%1.txt"), info("/in/copy %2.txt")};
         match.databaseFiles = {info("/old/a.txt", 1), info("/old/b.txt", 2)};
         duplicates.contentMatches << match;
-        const DuplicatePrompt prompt(duplicates, nullptr);
-
-        const QString text = report(prompt);
-        QCOMPARE(prompt.windowTitle(), "Duplicates"_s);
-        QVERIFY(
-            text.startsWith("The following 2 files and hyperlinks will not be added to the database:\n"_s));
-        QVERIFY(text.contains("/in/100%1.txt  Size: 42  Last Modified: "_s));
-        QVERIFY(text.contains("/in/copy %2.txt  Size: 42"_s));
-        QVERIFY(text.contains("    Content matched other external file\n"_s));
-        QVERIFY(text.contains("    Content matched the following files in the database:\n"
-                              "Database file: /old/a.txt   Size: 42 Last Modified: "_s));
-        QVERIFY(text.indexOf("/old/b.txt"_s) > text.indexOf("/old/a.txt"_s));
-    }
-
-    void reportsCopiesInBatch()
-    {
-        PresentableDuplicates duplicates;
         ExternalDuplicateGroup group;
         group.keptFile = info("/in/kept.txt");
         group.ignoredFiles = {info("/in/one.txt"), info("/in/two.txt"), info("/in/three.txt")};
@@ -70,9 +40,15 @@ private slots:
         const DuplicatePrompt prompt(duplicates, nullptr);
 
         const QString text = report(prompt);
-        QVERIFY(text.startsWith("The following 3 files "_s));
+        QVERIFY(
+            text.startsWith("The following 5 files and hyperlinks will not be added to the database:\n"_s));
+        QVERIFY(text.contains("/in/100%1.txt  Size: 42  Last Modified: "_s));
+        QVERIFY(text.contains("/in/copy %2.txt  Size: 42"_s));
+        QVERIFY(text.contains("    Content matched the following files in the database:\n"
+                              "Database file: /old/a.txt   Size: 42 Last Modified: "_s));
+        QVERIFY(text.indexOf("/old/b.txt"_s) > text.indexOf("/old/a.txt"_s));
         QVERIFY(text.contains("External content duplicate group."_s));
-        QCOMPARE(text.count("    Content matched other external file\n"_s), 3);
+        QCOMPARE(text.count("    Content matched other external file\n"_s), 4);
         QVERIFY(text.contains("Content matched /in/kept.txt, which was added to the database.\n"_s));
         QVERIFY(prompt.chosenPaths().isEmpty());
     }
@@ -116,8 +92,14 @@ private slots:
     void asksAboutNames()
     {
         QFETCH(QStringList, paths);
-        const DuplicatePrompt prompt(nameMatches(paths), nullptr);
-        QTEST(nameHeading(prompt), "heading");
+        PresentableDuplicates duplicates;
+        for (const QString &path : paths) {
+            DuplicateMatch match;
+            match.addedFiles = {info(qPrintable(path))};
+            duplicates.nameMatches << match;
+        }
+        const DuplicatePrompt prompt(duplicates, nullptr);
+        QTEST(prompt.findChild<QLabel *>("nameMatchesLabel"_s)->text(), "heading");
         QCOMPARE(prompt.chosenPaths(), paths);
     }
 
@@ -142,14 +124,6 @@ private:
     static QString report(const DuplicatePrompt &prompt)
     {
         return prompt.findChild<QPlainTextEdit *>("contentMatchesEdit"_s)->toPlainText();
-    }
-    static QString nameHeading(const DuplicatePrompt &prompt)
-    {
-        return prompt.findChild<QLabel *>("nameMatchesLabel"_s)->text();
-    }
-    static void click(DuplicatePrompt &prompt, const char *button)
-    {
-        prompt.findChild<QAbstractButton *>(QLatin1String(button))->click();
     }
 };
 

@@ -7,12 +7,6 @@
 #include "tests/support/settingssandbox.h"
 #include "tests/support/text.h"
 
-#include <QAbstractItemModelTester>
-#include <QRandomGenerator>
-#include <QSettings>
-#include <QSignalSpy>
-#include <QtTest>
-
 namespace {
 
 using Ids = QVector<qint64>;
@@ -195,10 +189,6 @@ private slots:
         addColumns<TagRequirements, Ids, Ids>("wanted", "shown", "dTags");
         // The files, by id: 1 {}, 2 {10}, 3 {10,11}, 4 {10,12}, 5 {11,12}, 6 {13}
         addRow("one tag", TagRequirements{{10}, {}, {}, {}, {}, {}}, Ids{2, 3, 4}, Ids{11, 12});
-        addRow("two tags", TagRequirements{{10, 11}, {}, {}, {}, {}, {}}, Ids{3}, Ids());
-        addRow("any of two", TagRequirements{{}, {11, 13}, {}, {}, {}, {}}, Ids{3, 5, 6},
-               Ids{10, 11, 12, 13});
-        addRow("tag without another", TagRequirements{{10}, {}, {11}, {}, {}, {}}, Ids{2, 4}, Ids{12});
         addRow("exclusion alone", TagRequirements{{}, {}, {11}, {}, {}, {}}, Ids(), Ids());
         addRow("exclusion wins", TagRequirements{{10}, {}, {10}, {}, {}, {}}, Ids(), Ids());
         addRow("an alternative", TagRequirements{{13}, {}, {}, {{13, {12}}}, {}, {}}, Ids{4, 5, 6},
@@ -209,9 +199,6 @@ private slots:
                Ids{10, 11, 12, 13});
         addRow("widening of no choice", TagRequirements{{}, {}, {}, {}, {12}, {}}, Ids(), Ids());
         addRow("widened exclusion", TagRequirements{{10}, {}, {13}, {}, {}, {12}}, Ids{2, 3}, Ids{11});
-        addRow("choice beside a tag", TagRequirements{{10}, {11, 12}, {}, {}, {}, {}}, Ids{3, 4},
-               Ids{11, 12});
-        addRow("tag that no file has", TagRequirements{{10, 99}, {}, {}, {}, {}, {}}, Ids(), Ids());
     }
 
     void ruleByRule()

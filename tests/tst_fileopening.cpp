@@ -5,12 +5,7 @@
 #include "tests/support/text.h"
 
 #include <QDesktopServices>
-#include <QDir>
-#include <QFile>
 #include <QLineEdit>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QUrl>
 
 /** Which links may be opened, which may be added, and what is said of the others. */
 class TestFileOpening : public QObject

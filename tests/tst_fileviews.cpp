@@ -7,12 +7,7 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QLineEdit>
-#include <QMimeData>
-#include <QPointer>
-#include <QSignalSpy>
 #include <QStandardItemModel>
-#include <QTest>
-#include <QUrl>
 #include <QVBoxLayout>
 
 /** Takes files, and counts how often it is asked for a picture. */

@@ -5,12 +5,6 @@
 #include "models/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
 
-#include <QElapsedTimer>
-#include <QFileInfo>
-#include <QSignalSpy>
-#include <QSqlQuery>
-#include <QStorageInfo>
-
 namespace {
 
 const char *const variable = "VORNA_SMALL_DISK";

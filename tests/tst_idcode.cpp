@@ -2,21 +2,15 @@
 #include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/addingfixture.h"
 
-#include <QRegularExpression>
-#include <QSet>
-#include <QtTest>
-
 namespace {
-/** Draws from a list instead of by chance. */
-class ListedWorker : public SqliteFileOperationWorker
+/** Knows but one code. */
+class PoorWorker : public SqliteFileOperationWorker
 {
 public:
     using SqliteFileOperationWorker::SqliteFileOperationWorker;
 
-    mutable QStringList drawn;
-
 protected:
-    QString drawIdCode() const override { return drawn.size() > 1 ? drawn.takeFirst() : drawn.first(); }
+    QString drawIdCode() const override { return "C1"_s; }
 };
 
 /** Draws each handle four times in turn. */
@@ -71,27 +65,12 @@ private slots:
         }
     }
 
-    void drawsAgainWhileTheCodeIsInUse()
-    {
-        LocalDatabase database;
-        QVERIFY(database.addFile(1, 2, 0, 0));
-        QVERIFY(database.addFile(2, 2, 0, 0));
-        QVERIFY(database.openWorkerConnection());
-        ListedWorker worker(Constants::workerConnection, database.details(), database.constructor());
-        worker.drawn = QStringList{"C1"_s, "C2"_s, "C1"_s, "FREE222"_s};
-        QString code;
-        QVERIFY(worker.nextIdCode(code));
-        QCOMPARE(code, "FREE222"_s);
-        worker.clearPrepared();
-    }
-
     void givesUpWhenNoCodeIsFree()
     {
         LocalDatabase database;
         QVERIFY(database.addFile(1, 2, 0, 0));
         QVERIFY(database.openWorkerConnection());
-        ListedWorker worker(Constants::workerConnection, database.details(), database.constructor());
-        worker.drawn = QStringList{"C1"_s};
+        PoorWorker worker(Constants::workerConnection, database.details(), database.constructor());
         QString code;
         QVERIFY(!worker.nextIdCode(code));
         worker.clearPrepared();

@@ -4,29 +4,8 @@
 #include "models/sorter.h"
 #include "tests/support/localcollection.h"
 
-#include <QAbstractItemModelTester>
-#include <QDesktopServices>
-#include <QFileInfo>
-#include <QSignalSpy>
-#include <QtTest>
-
 namespace {
 using Ids = QVector<qint64>;
-
-/** Takes the place of the program that the system has for a file. */
-class UrlCatcher : public QObject
-{
-    Q_OBJECT
-
-public:
-    UrlCatcher() { QDesktopServices::setUrlHandler("file"_s, this, "take"); }
-    ~UrlCatcher() override { QDesktopServices::unsetUrlHandler("file"_s); }
-
-    QList<QUrl> urls;
-
-public slots:
-    void take(const QUrl &url) { urls.append(url); }
-};
 
 } // namespace
 
@@ -180,9 +159,7 @@ private slots:
         QVERIFY(!view().updateFileName(id, name));
         QCOMPARE(fileRow(id), before);
         QCOMPARE(QDir(m_fixture->folder()).entryList(), entries);
-        QFile other(m_fixture->folder() + "/other.txt"_s);
-        QVERIFY(other.open(QIODevice::ReadOnly));
-        QCOMPARE(other.readAll(), QByteArray("other.txt"));
+        QCOMPARE(TestFolder::read(m_fixture->filePath("other.txt"_s)), QByteArray("other.txt"));
         QTEST(m_fixture->takeBoxes().size(), "boxes");
     }
 
@@ -263,22 +240,6 @@ private slots:
         QVERIFY(!view().updateFileName(99, "x"_s));
     }
 
-    void editsReachTheTable()
-    {
-        view().showSpecialNode(AllFiles);
-        QSignalSpy changes(view().sorter(), &QAbstractItemModel::dataChanged);
-        QVERIFY(view().updateFileDescription(4, "12\" disc, %1"_s));
-        QCOMPARE(changes.size(), 1);
-        QCOMPARE(view().sorter()->index(3, ContentsModel::DescriptionColumn).data().toString(),
-                 "12\" disc, %1"_s);
-        QVERIFY(!view().updateFileDescription(4, "12\" disc, %1"_s));
-
-        view().deleteFiles({2, 5});
-        m_fixture->waitForWorker();
-        QCOMPARE(view().shownFileIds(), (Ids{1, 3, 4, 6}));
-        QCOMPARE(view().sorter()->rowCount(), 4);
-    }
-
     void missingFilesAreThoseShown()
     {
         const qint64 shown = m_fixture->addExternal("a"_s, {m_tags.at(0)});
@@ -291,27 +252,6 @@ private slots:
         QCOMPARE(changes.size(), 1);
         view().showSpecialNode(AllFiles);
         QCOMPARE(view().missingFileIds(), (Ids{shown, other}));
-    }
-
-    void extractedFilesAreOpened()
-    {
-        const UrlCatcher catcher;
-        emit m_fixture->manager()->extractedTempFiles({{1, "/tmp/a b#1"_s}, {2, "/x"_s}});
-        QCOMPARE(catcher.urls,
-                 (QList<QUrl>{QUrl::fromLocalFile("/tmp/a b#1"_s), QUrl::fromLocalFile("/x"_s)}));
-    }
-
-    void tagNamesFollowTheTags()
-    {
-        view().linkTags({1}, {m_tags.at(0), m_tags.at(2)});
-        view().showSpecialNode(AllFiles);
-        const QModelIndex shown = view().sorter()->index(0, ContentsModel::TagsColumn);
-        QCOMPARE(shown.data().toString(), "a, c"_s);
-        QSignalSpy changes(view().sorter(), &QAbstractItemModel::dataChanged);
-        m_fixture->tags().renameTag(m_tags.at(0), "first"_s);
-        QCOMPARE(shown.data().toString(), "first, c"_s);
-        QVERIFY(!changes.isEmpty());
-        QCOMPARE(view().tagNames({99, m_tags.at(1)}), "b"_s);
     }
 
 private:

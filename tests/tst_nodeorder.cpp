@@ -10,10 +10,6 @@
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 
-#include <QLoggingCategory>
-#include <QRandomGenerator>
-#include <QTest>
-
 namespace {
 
 const int fixedRows = 6;

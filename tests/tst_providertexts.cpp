@@ -7,9 +7,6 @@
 #include "db/sqlitequeryconstructor.h"
 #include "tests/support/text.h"
 
-#include <QRegularExpression>
-#include <QtTest>
-
 namespace {
 // Each opens the texts of its provider to the table below.
 struct Tags : TagsProvider

@@ -2,8 +2,6 @@
 #include "db/sqlitequeryconstructor.h"
 #include "tests/support/text.h"
 
-#include <QtTest>
-
 namespace {
 
 using Constructor = const AbstractQueryConstructor &;
@@ -130,18 +128,6 @@ private slots:
     {
         QFETCH(QStringList, made);
         QTEST(made, "expected");
-    }
-
-    void callersValuesStay()
-    {
-        const QStringList values{"O'Brien"_s};
-        const QVector<QStringList> rows{values};
-        const SqliteQueryConstructor constructor;
-        constructor.insertQuery({}, t, rows);
-        constructor.updateQuery({"a"_s}, t, values);
-        constructor.inClause("a"_s, values);
-        QCOMPARE(values.first(), "O'Brien"_s);
-        QCOMPARE(rows.first(), values);
     }
 };
 

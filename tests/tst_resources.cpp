@@ -2,12 +2,8 @@
 #include "tests/support/text.h"
 
 #include <QApplication>
-#include <QDirIterator>
-#include <QFile>
 #include <QImage>
-#include <QRegularExpression>
 #include <QTabBar>
-#include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTreeView>
@@ -107,54 +103,41 @@ private slots:
         QVERIFY2(missing.isEmpty(), qPrintable(missing.join(QLatin1Char('\n'))));
     }
 
-    void styleSheetIsUnderstood_data()
+    void styleSheetsAreUnderstood()
     {
-        QTest::addColumn<QString>("path");
-        addRow("application", ":/misc/styleSheet.txt"_s);
-        addRow("tab bar", ":misc/tabBarStyleSheet.txt"_s);
-    }
+        for (const QString &path : {":/misc/styleSheet.txt"_s, ":misc/tabBarStyleSheet.txt"_s}) {
+            const QString sheet = textOf(path);
+            const QStringList pictures = captures(sheet, "url\\(([^)]+)\\)"_s);
+            QVERIFY2(!pictures.isEmpty(), qPrintable(path));
+            for (const QString &picture : pictures)
+                QVERIFY2(exists(picture), qPrintable(picture));
 
-    void styleSheetIsUnderstood()
-    {
-        QFETCH(QString, path);
-        const QString sheet = textOf(path);
-        const QStringList pictures = captures(sheet, "url\\(([^)]+)\\)"_s);
-        QVERIFY(!pictures.isEmpty());
-        for (const QString &picture : pictures)
-            QVERIFY2(exists(picture), qPrintable(picture));
-
-        QTabBar bar;
-        bar.setObjectName("solitaryTabBar"_s);
-        bar.addTab("All Tags"_s);
-        complaints.clear();
-        const QtMessageHandler before = qInstallMessageHandler(noteComplaint);
-        bar.setStyleSheet(sheet);
-        bar.ensurePolished();
-        bar.grab();
-        qInstallMessageHandler(before);
-        QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join(QLatin1Char('\n'))));
-    }
-
-    void helpLinksLeadSomewhere_data()
-    {
-        QTest::addColumn<QString>("path");
-        addRow("manual", ":help/HelpFile.html"_s);
-        addRow("quick start", ":help/QuickStartGuide.htm"_s);
+            QTabBar bar;
+            bar.setObjectName("solitaryTabBar"_s);
+            bar.addTab("All Tags"_s);
+            complaints.clear();
+            const QtMessageHandler before = qInstallMessageHandler(noteComplaint);
+            bar.setStyleSheet(sheet);
+            bar.ensurePolished();
+            bar.grab();
+            qInstallMessageHandler(before);
+            QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join(QLatin1Char('\n'))));
+        }
     }
 
     void helpLinksLeadSomewhere()
     {
-        QFETCH(QString, path);
-        const QString html = textOf(path);
-        QTextDocument document;
-        document.setHtml(html);
-        QVERIFY(document.blockCount() > 20);
-
-        const QStringList anchors = captures(html, "<a name=\"([^\"]+)\""_s);
-        for (const QString &target : captures(html, "href=\"#([^\"]+)\""_s))
-            QVERIFY2(anchors.contains(target), qPrintable(target));
-        for (const QString &picture : captures(html, "<img src=\"([^\"]+)\""_s))
-            QVERIFY2(exists(picture), qPrintable(picture));
+        for (const QString &path : {":help/HelpFile.html"_s, ":help/QuickStartGuide.htm"_s}) {
+            const QString html = textOf(path);
+            QTextDocument document;
+            document.setHtml(html);
+            QVERIFY2(document.blockCount() > 20, qPrintable(path));
+            const QStringList anchors = captures(html, "<a name=\"([^\"]+)\""_s);
+            for (const QString &target : captures(html, "href=\"#([^\"]+)\""_s))
+                QVERIFY2(anchors.contains(target), qPrintable(target));
+            for (const QString &picture : captures(html, "<img src=\"([^\"]+)\""_s))
+                QVERIFY2(exists(picture), qPrintable(picture));
+        }
     }
 };
 

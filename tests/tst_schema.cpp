@@ -1,11 +1,4 @@
-#include "db/schema.h"
-#include "tests/support/text.h"
-
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QTemporaryDir>
-#include <QtTest>
+#include "tests/support/database.h"
 
 /** A new local database in a real file. */
 class TestSchema : public QObject
@@ -13,30 +6,18 @@ class TestSchema : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_dir.reset(new QTemporaryDir);
-        QVERIFY(open().isOpen());
-        QSqlQuery query;
-        for (const QString &statement : Schema::creationStatements())
-            QVERIFY2(query.exec(statement), qPrintable(statement + query.lastError().text()));
-    }
-
-    void cleanup() { QSqlDatabase::removeDatabase(QLatin1String(QSqlDatabase::defaultConnection)); }
-
     void holdsTablesAndStampsOnly()
     {
+        const LocalDatabase database;
         const QStringList tables = QSqlDatabase::database().tables(QSql::Tables);
         QCOMPARE(tables.size(), 21);
         int rows = 0;
         for (const QString &table : tables)
-            rows += int(number("SELECT count(*) FROM "_s + table));
+            rows += Sql::count(table);
         QCOMPARE(rows, 2);
-        QSqlQuery query("SELECT v.version, s.version FROM vorna_version v, scheme_version s"_s);
-        QVERIFY(query.next());
-        QCOMPARE(query.value(0).toString(), "4.1.3"_s);
-        QCOMPARE(query.value(1).toString(), "4.1.0"_s);
-        QCOMPARE(number("SELECT count(*) FROM sqlite_master WHERE type IN ('view','trigger')"_s), 0);
+        QCOMPARE(Sql::value("SELECT v.version, s.version FROM vorna_version v, scheme_version s"),
+                 "4.1.3|4.1.0"_s);
+        QCOMPARE(Sql::value("SELECT count(*) FROM sqlite_master WHERE type IN ('view','trigger')"), "0"_s);
     }
 
     void rules_data()
@@ -64,34 +45,14 @@ private slots:
     void rules()
     {
         QFETCH(QString, statement);
-        QSqlQuery query;
+        const LocalDatabase database;
         const char *present[] = {"INSERT INTO files VALUES(NULL,'n','',0,1,1,'TAKEN00',1,0,NULL,0,0)",
                                  "INSERT INTO tb_node_links VALUES(0,7)", "INSERT INTO file_tag VALUES(1,1)",
                                  "INSERT INTO tag_group_links VALUES(1,1)"};
         for (const char *row : present)
-            QVERIFY(query.exec(QLatin1String(row)));
-        QTEST(query.exec(statement), "isAllowed");
+            QVERIFY(Sql::run(row));
+        QTEST(Sql::run(statement), "isAllowed");
     }
-
-private:
-    QSqlDatabase open(const QString &options = QString())
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE"_s);
-        database.setDatabaseName(file());
-        database.setConnectOptions(options);
-        database.open();
-        return database;
-    }
-
-    QString file() const { return m_dir->filePath("new.vrn"_s); }
-
-    static qint64 number(const QString &query)
-    {
-        QSqlQuery answer(query);
-        return answer.next() ? answer.value(0).toLongLong() : -1;
-    }
-
-    QScopedPointer<QTemporaryDir> m_dir;
 };
 
 QTEST_GUILESS_MAIN(TestSchema)

@@ -1,15 +1,9 @@
 #include "db/databaseupdater.h"
 #include "db/postgresqueryconstructor.h"
-#include "db/schema.h"
-#include "tests/support/text.h"
-
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QtTest>
+#include "tests/support/database.h"
 
 /** Upgrades on the server that VORNA_TEST_PG names, "host;port;database;user". */
-class TestServerUpdater : public QObject
+class TestServerUpdater : public QObject, private Sql
 {
     Q_OBJECT
 
@@ -54,13 +48,13 @@ private slots:
         makeFiles(storageCheck);
         QVERIFY(update());
         QVERIFY(!update());
-        QCOMPARE(value("SELECT version FROM scheme_version"_s), "4.1.0"_s);
-        QCOMPARE(value("SELECT data_checksum FROM files"_s), "0"_s);
+        QCOMPARE(value("SELECT version FROM scheme_version"), "4.1.0"_s);
+        QCOMPARE(value("SELECT data_checksum FROM files"), "0"_s);
         run({"UPDATE files SET internal=2, storage_id=0"_s});
         QVERIFY(!QSqlQuery().exec("UPDATE files SET storage_id=-1"_s));
-        QCOMPARE(value(m_constructor.constraintDefinitionQuery("files"_s, "files_storage_id_check"_s)),
-                 "(storage_id >= 0)"_s);
-        QVERIFY(value(m_constructor.constraintExistsQuery("files"_s, "internal_bool"_s)).isEmpty());
+        QCOMPARE(rows(m_constructor.constraintDefinitionQuery("files"_s, "files_storage_id_check"_s)),
+                 QStringList{"(storage_id >= 0)"_s});
+        QVERIFY(rows(m_constructor.constraintExistsQuery("files"_s, "internal_bool"_s)).isEmpty());
     }
 
     void failureChangesNothing()
@@ -68,9 +62,9 @@ private slots:
         makeFiles("storage_id > -9"_s);
         run({"UPDATE files SET storage_id=-5"_s});
         QVERIFY(!update());
-        QCOMPARE(value("SELECT version FROM scheme_version"_s), "3.2.0"_s);
-        QCOMPARE(value("SELECT data_checksum FROM files"_s), "-4"_s);
-        QVERIFY(!value(m_constructor.constraintExistsQuery("files"_s, "internal_bool"_s)).isEmpty());
+        QCOMPARE(value("SELECT version FROM scheme_version"), "3.2.0"_s);
+        QCOMPARE(value("SELECT data_checksum FROM files"), "-4"_s);
+        QVERIFY(!rows(m_constructor.constraintExistsQuery("files"_s, "internal_bool"_s)).isEmpty());
     }
 
     void olderVersionEndsWithFalse()
@@ -78,15 +72,14 @@ private slots:
         // The step to 2.0.7 leaves no stamp on a server: the chain has to end there.
         run({"UPDATE vorna_version SET version='2.0.6'"_s});
         QVERIFY(!update());
-        QCOMPARE(value("SELECT version FROM vorna_version"_s), "2.0.6"_s);
+        QCOMPARE(value("SELECT version FROM vorna_version"), "2.0.6"_s);
     }
 
 private:
-    void run(const QStringList &statements)
+    static void run(const QStringList &statements)
     {
-        QSqlQuery query;
         for (const QString &statement : statements)
-            QVERIFY2(query.exec(statement), qPrintable(statement + query.lastError().text()));
+            QVERIFY2(Sql::run(statement), qPrintable(statement));
     }
 
     void makeFiles(const QString &storageCheck)
@@ -100,12 +93,6 @@ private:
                  "CONSTRAINT internal_bool CHECK (internal IN (0,1)))"_s,
              "INSERT INTO files VALUES (1,'O''Neil','',1,2,3,'AAAAAAA',1,1,NULL,-4,0)"_s,
              "CREATE TABLE scheme_version (version TEXT)"_s, Schema::schemaVersionInsert("3.2.0"_s)});
-    }
-
-    static QString value(const QString &query)
-    {
-        QSqlQuery answer(query);
-        return answer.next() ? answer.value(0).toString() : QString();
     }
 
     bool update() { return DataBaseUpdater(&m_constructor, nullptr).update(QSqlDatabase::database()); }

@@ -1,8 +1,6 @@
 #include "db/sqltext.h"
 #include "tests/support/text.h"
 
-#include <QtTest>
-
 class TestSqlText : public QObject
 {
     Q_OBJECT

@@ -6,13 +6,6 @@
 #include "models/tagstablemodel.h"
 #include "tests/support/localcollection.h"
 
-#include <QAbstractItemModelTester>
-#include <QMimeData>
-#include <QSignalSpy>
-#include <QSortFilterProxyModel>
-#include <QUrl>
-#include <QtTest>
-
 using Ids = QVector<qint64>;
 
 namespace {
@@ -196,25 +189,6 @@ private slots:
         QVERIFY(model()->index(2, 0).data(Qt::DecorationRole).isValid());
         m_open->tags().clearMark();
         QVERIFY(!model()->index(2, 0).data(Qt::DecorationRole).isValid());
-    }
-
-    void fileCountsFollowTheFiles()
-    {
-        m_open->addFiles(3);
-        const QModelIndex red = model()->index(model()->rowOf(idOf("red"_s)), 3);
-        QCOMPARE(red.data().toLongLong(), 0);
-        QSignalSpy changes(model(), &QAbstractItemModel::dataChanged);
-        m_open->tags().linkFilesToTag(idOf("red"_s), {1, 2});
-        QCOMPARE(red.data().toLongLong(), 2);
-        QVERIFY(changes.count() > 0);
-        // Sorted by the numbers, the rows follow them.
-        QSortFilterProxyModel *shown = m_open->tags().filterProxy();
-        shown->sort(3, Qt::DescendingOrder);
-        QCOMPARE(names(*shown).first(), "red"_s);
-        m_open->tags().linkFilesToTag(idOf("blue"_s), {1, 2, 3});
-        QCOMPARE(names(*shown).first(), "blue"_s);
-        QVERIFY(m_open->tags().addTag("new"_s, {3}) > 0);
-        QCOMPARE(model()->index(3, 3).data().toLongLong(), 1);
     }
 
     void orderAndFilter_data()

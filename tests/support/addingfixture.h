@@ -4,8 +4,6 @@
 #include "tests/support/database.h"
 #include "tests/support/settingssandbox.h"
 
-#include <QSignalSpy>
-
 /** A local database with a provider of file operations on it, beside a folder for files to add. */
 class AddingFixture : private SettingsSandbox, public LocalDatabase
 {

@@ -7,13 +7,7 @@
 #include "db/sqlitequeryconstructor.h"
 #include "tests/support/text.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QSqlRecord>
-#include <QTemporaryDir>
+#include <QtSql>
 
 #include <memory>
 

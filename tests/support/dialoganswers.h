@@ -5,8 +5,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QInputDialog>
-#include <QStringList>
-#include <QTimer>
 
 /**
  * Answers the text dialogs that come up, one after the other, in place of a person. A null text presses

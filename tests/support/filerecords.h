@@ -3,8 +3,6 @@
 #include "core/recordtypes.h"
 #include "tests/support/text.h"
 
-#include <QDateTime>
-
 #include <memory>
 #include <vector>
 

@@ -13,9 +13,6 @@
 #include "tests/support/database.h"
 #include "tests/support/settingssandbox.h"
 
-#include <QSettings>
-#include <QUrl>
-
 /**
  * A collection over a new local database, open and loaded, with settings of its own. Boxes are noted and
  * answered by a button. Has short ways to files of each kind, tags and nodes.

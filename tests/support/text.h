@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QTest>
+#include <QtTest>
 
 /** Makes a literal a QString: tests are full of texts, and what they do is read easier without more words. */
 inline QString operator""_s(const char *literal, std::size_t size)

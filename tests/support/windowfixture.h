@@ -10,10 +10,6 @@
 #include "tests/support/settingssandbox.h"
 
 #include <QAction>
-#include <QEventLoop>
-#include <QSettings>
-#include <QTest>
-#include <QTimer>
 
 #include <memory>
 
