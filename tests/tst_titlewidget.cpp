@@ -83,7 +83,12 @@ private slots:
     {
         const qint64 both = m_fixture->addExternal("both"_s, {m_tagIds.at(1), m_tagIds.at(2)});
         m_fixture->addExternal("one"_s, {m_tagIds.at(1)});
-        drop(m_bar.get(), {1, 1}, *tagDrag({m_tagIds.at(1), m_tagIds.at(2)}));
+        const auto data = tagDrag({m_tagIds.at(1), m_tagIds.at(2)});
+        QDragEnterEvent enter({1, 1}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_bar.get(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop({1, 1}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_bar.get(), &drop);
         QCOMPARE(text(), " A <i>and</i>  B "_s);
         QCOMPARE(m_fixture->mainView().shownFileIds(), QVector<qint64>{both});
         QCOMPARE(m_fixture->tags().selectedTagIds(), QVector<qint64>({m_tagIds.at(1), m_tagIds.at(2)}));
