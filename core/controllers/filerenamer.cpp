@@ -10,6 +10,8 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qint32 externalKind = 0;
@@ -75,6 +77,14 @@ bool FileRenamer::settle(Outcome outcome, qint64 fileId, const QString &name) co
     }
 }
 
+bool FileRenamer::isRecorded(const QString &path) const
+{
+    const Map<qint64, File *> &files = m_manager->files();
+    return std::any_of(files.begin(), files.end(), [&path](const File *file) {
+        return file->internal() == externalKind && path.endsWith(file->name()) && file->path() == path;
+    });
+}
+
 bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
 {
     const File *file = m_manager->file(fileId);
@@ -94,6 +104,9 @@ bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
                                     : settle(outcome, fileId, newName);
     }
     case MiscOperationThread::ReplaceChoice:
+        // Two records on one file would each speak for the other's contents.
+        if (isRecorded(renaming.newPath()))
+            return refuse(tr("The other file is in the database too and cannot be replaced."));
         // Looked up anew: the box ran a loop.
         if (!m_manager->file(fileId) || !m_manager->isDataCurrent())
             return false;

@@ -26,6 +26,8 @@ public:
     bool settle(Outcome outcome, qint64 fileId, const QString &name) const;
 
 private:
+    /** Whether the path is that of an external file. */
+    bool isRecorded(const QString &path) const;
     bool askAndRename(qint64 fileId, const QString &name) const;
     Outcome store(FileRenaming &renaming, qint64 fileId, const QString &name) const;
 

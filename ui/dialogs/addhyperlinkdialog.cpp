@@ -4,6 +4,7 @@
 #include "ui_addhyperlinkdialog.h"
 
 #include <QDir>
+#include <QFile>
 #include <QUrl>
 
 AddHyperlinkDialog::AddHyperlinkDialog(QWidget *parent)
@@ -30,8 +31,9 @@ void AddHyperlinkDialog::accept()
 {
     const QUrl url(hyperlink());
     QString refusal;
-    // A path counts as local even when no file is there, as it would never become a hyperlink.
-    if (url.isLocalFile() || QDir::isAbsolutePath(hyperlink()))
+    // A path counts as local even when no file is there, as it would never become a hyperlink. Nor would the
+    // name of a file in the working directory.
+    if (url.isLocalFile() || QDir::isAbsolutePath(hyperlink()) || QFile::exists(hyperlink()))
         refusal = tr("Hyperlinks is file on the local file system");
     else if (url.isEmpty())
         refusal = tr("Hyperlink must not be empty.");

@@ -197,8 +197,9 @@ void MainFilesView::connectModel()
     connect(model, &QAbstractItemModel::rowsInserted, this, &MainFilesView::updateStatusText);
     connect(model, &QAbstractItemModel::rowsRemoved, this, &MainFilesView::updateStatusText);
     connect(model, &QAbstractItemModel::layoutChanged, this, &MainFilesView::updateStatusText);
-    // A reset takes the selection away without a word about it.
-    connect(model, &QAbstractItemModel::modelReset, this, &MainFilesView::updateActionsAvailability);
+    // Both may take the selection away without a word about it.
+    connect(model, &QAbstractItemModel::modelReset, this, &MainFilesView::tellLostSelection);
+    connect(model, &QAbstractItemModel::layoutChanged, this, &MainFilesView::tellLostSelection);
 }
 
 void MainFilesView::detachModel()
@@ -359,6 +360,14 @@ void MainFilesView::followRequirements()
     m_listView->scrollToTop();
     m_tableView->scrollToTop();
     updateEmptyText();
+    updateActionsAvailability();
+}
+
+void MainFilesView::tellLostSelection()
+{
+    if (!selectedFiles().isEmpty())
+        return;
+    emit fileSelected(0);
     updateActionsAvailability();
 }
 

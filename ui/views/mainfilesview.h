@@ -100,6 +100,7 @@ private:
     void followRequirements();
     void applyEditTriggers();
     void openOrEdit(const QModelIndex &index);
+    void tellLostSelection();
     void keepSelection();
     void restoreSelection();
 

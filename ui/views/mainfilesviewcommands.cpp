@@ -138,7 +138,10 @@ void MainFilesView::showFileProperties()
 
 void MainFilesView::showRelatedFiles()
 {
-    if (const File *file = selectedFiles().first())
+    const File *file = selectedFiles().first();
+    if (file && file->tags().isEmpty())
+        emit statusTextChanged(tr("\"%1\" has no tags that other files could share.").arg(file->name()));
+    else if (file)
         m_controller->showRelated({file->id()});
 }
 
