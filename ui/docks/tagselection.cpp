@@ -67,9 +67,13 @@ void TagSelection::bringBack()
     const QAbstractItemModel *model = m_table->model();
     const QSet<qint64> tags(m_rememberedTags.cbegin(), m_rememberedTags.cend());
     QItemSelection selection;
-    for (int row = 0; row < model->rowCount() && !tags.isEmpty(); ++row) {
-        if (tags.contains(tagAt(row)))
-            selection.select(model->index(row, 0), model->index(row, 0));
+    const int count = tags.isEmpty() ? 0 : model->rowCount();
+    for (int row = 0; row < count; ++row) {
+        const int first = row;
+        while (row < count && tags.contains(tagAt(row)))
+            ++row;
+        if (row > first)
+            selection.select(model->index(first, 0), model->index(row - 1, 0));
     }
     const QModelIndex current = model->index(rowOf(m_rememberedCurrent), 0);
     selectionModel->setCurrentIndex(current, QItemSelectionModel::NoUpdate);

@@ -33,6 +33,11 @@ namespace {
 constexpr int filterEditWidth = 53;
 constexpr int markSide = 16;
 constexpr int rowPadding = 6;
+
+QString newTagKey()
+{
+    return QKeySequence(QKeySequence::New).toString(QKeySequence::NativeText);
+}
 } // namespace
 
 TagsTableDock::TagsTableDock(QWidget *parent) : AbstractDock(tr("Tags"), parent)
@@ -79,7 +84,6 @@ void TagsTableDock::buildTable()
     m_table->setAccessibleName(tr("Tags"));
     m_table->setItemDelegate(new Delegate(m_table));
     m_table->setIconSize({markSide, markSide});
-    m_table->setEmptyText(tr("No tags to show"));
     m_table->setAcceptDrops(true);
     m_table->setContextMenuPolicy(Qt::CustomContextMenu);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -163,6 +167,7 @@ void TagsTableDock::setTagsController(TagsController *controller)
     m_tags = controller;
     if (m_tags)
         attachTags();
+    updateEmptyText();
     updateActionsAvailability();
 }
 
@@ -196,6 +201,22 @@ void TagsTableDock::attachTags()
     connect(m_tags->collection(), &Collection::aboutToReloadAllData, this, &TagsTableDock::rememberTags);
     connect(m_tags->collection(), &Collection::allDataReloaded, this, &TagsTableDock::bringBackTags);
     slotFilterTags(m_filterEdit ? m_filterEdit->text() : QString());
+}
+
+/** What an empty table tells depends on why it is empty. */
+void TagsTableDock::updateEmptyText()
+{
+    const qint64 tab = m_bar->currentGroup();
+    if (!m_tags)
+        m_table->setEmptyText({});
+    else if (m_filterEdit && !m_filterEdit->text().isEmpty())
+        m_table->setEmptyText(tr("No tag matches the filter."));
+    else if (tab == TagsGroupProxy::DTagsTab)
+        m_table->setEmptyText(tr("No tag is on some, but not all, of the open files."));
+    else if (tab == TagsGroupProxy::AllTagsTab)
+        m_table->setEmptyText(tr("No tags yet.\nMake one with %1.").arg(newTagKey()));
+    else
+        m_table->setEmptyText(tr("No tags in this group.\nDrop tags on its tab."));
 }
 
 void TagsTableDock::rememberTags()
@@ -279,6 +300,7 @@ void TagsTableDock::slotFilterTags(const QString &text)
 {
     if (m_tags)
         m_tags->setTagFilter(text);
+    updateEmptyText();
 }
 
 void TagsTableDock::slotKeyPressed(QKeyEvent *event)

@@ -78,6 +78,7 @@ private:
 
     void detachTags();
     void attachTags();
+    void updateEmptyText();
     void rememberTags();
     void bringBackTags();
 

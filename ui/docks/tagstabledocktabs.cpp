@@ -125,6 +125,7 @@ void TagsTableDock::switchGroup()
 {
     if (m_proxy)
         m_proxy->setGroupId(m_bar->currentGroup());
+    updateEmptyText();
 }
 
 void TagsTableDock::updateTabStyle()
