@@ -5,6 +5,8 @@
 #include "models/idlistmime.h"
 #include "models/treeroles.h"
 
+#include <QTextDocument>
+
 TRmodel::TRmodel(RelationsController *controller, QObject *parent)
     : QAbstractItemModel(parent), m_controller(controller), m_root(0)
 {
@@ -21,6 +23,12 @@ QVariant TRmodel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return m_controller ? m_controller->tagName(node->id()) : node->name();
+    case Qt::ToolTipRole: {
+        // For entries that are cut off. The name of a tag may look like markup, which a tool tip would carry
+        // out.
+        const QString name = index.data().toString();
+        return Qt::mightBeRichText(name) ? Qt::convertFromPlainText(name, Qt::WhiteSpaceNormal) : name;
+    }
     case RelationRole::TagId:
         return node->id();
     case RelationRole::StoredName:
