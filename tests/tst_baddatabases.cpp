@@ -73,6 +73,7 @@ private slots:
         QCOMPARE(m_fixture->takeBoxes(), boxes);
         QVERIFY(m_fixture->window().collection() == collection);
         QCOMPARE(m_fixture->window().windowTitle(), "Vorna - "_s + open());
+        QCOMPARE(m_fixture->recentTexts(), QStringList{"1 "_s + open()});
         QCOMPARE(folder(), before);
 
         // The open one can still be written.

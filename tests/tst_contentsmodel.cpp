@@ -8,15 +8,9 @@
 #include "tests/support/settingssandbox.h"
 #include "tests/support/text.h"
 
-#include <QAbstractItemModelTester>
-#include <QDataStream>
 #include <QImage>
 #include <QItemSelectionModel>
-#include <QMimeData>
 #include <QPixmap>
-#include <QSet>
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <memory>
 

@@ -5,11 +5,6 @@
 #include "ui/docks/externalfilesdock.h"
 #include "ui/views/externalfileview.h"
 
-#include <QAbstractItemModelTester>
-#include <QMimeData>
-#include <QTest>
-#include <QUrl>
-
 /** The tree of the computer's files: what it shows first, what can be dragged out, and that it alters
  * nothing. */
 class TestExternalFiles : public QObject

@@ -2,7 +2,6 @@
 #include "tests/support/addingfixture.h"
 
 #include <QCryptographicHash>
-#include <QtTest>
 
 /** Making external files internal, on the worker and a real database. */
 class TestFileTransfer : public QObject

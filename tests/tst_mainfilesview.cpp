@@ -17,7 +17,6 @@
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QMenu>
-#include <QSignalSpy>
 
 namespace {
 const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;

@@ -1,9 +1,6 @@
 #include "core/providers/mainviewprovider.h"
 #include "tests/support/serverdatabase.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
 #include <algorithm>
 #include <memory>
 #include <numeric>

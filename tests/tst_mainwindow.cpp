@@ -4,7 +4,6 @@
 #include "tests/support/windowfixture.h"
 
 #include <QDockWidget>
-#include <QFileInfo>
 #include <QMenuBar>
 #include <QToolBar>
 
@@ -78,18 +77,6 @@ private slots:
         QCOMPARE(requests.first().directory, QDir::homePath());
         QCOMPARE(requests.last().directory, m_fixture->path("other"_s));
         QVERIFY(!QFile::exists(m_fixture->path("missing.vrn"_s)));
-    }
-
-    void failedOpenKeepsDatabase()
-    {
-        const QString open = m_fixture->openNew();
-        const Collection *collection = window().collection();
-        openByDialog(m_fixture->write("bad.vrn"_s, "no database"));
-        QCOMPARE(m_fixture->openPath(), open);
-        QVERIFY(window().collection() == collection);
-        QCOMPARE(window().windowTitle(), "Vorna - "_s + open);
-        QCOMPARE(m_fixture->recentTexts(), QStringList{"1 "_s + open});
-        QCOMPARE(m_fixture->takeBoxes().count(failedToOpen), 1);
     }
 
     void newDatabase_data()

@@ -10,9 +10,7 @@
 #include "db/transaction.h"
 #include "tests/support/serverdatabase.h"
 
-#include <QSignalSpy>
 #include <QSqlError>
-#include <QtTest>
 
 #include <memory>
 #include <numeric>

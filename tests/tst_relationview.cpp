@@ -1,8 +1,6 @@
 #include "tests/support/treewindow.h"
 
 #include <QApplication>
-#include <QLoggingCategory>
-#include <QTest>
 
 #include <functional>
 #include <utility>

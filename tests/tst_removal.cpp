@@ -1,8 +1,6 @@
 #include "core/providers/tagremoval.h"
 #include "tests/support/serverdatabase.h"
 
-#include <QtTest>
-
 #include <memory>
 
 using Ids = QVector<qint64>;
@@ -59,13 +57,6 @@ private slots:
     }
 
     void cleanup() { m_database.reset(); }
-
-    void tagsTakeAllAlong()
-    {
-        TagRemover remover(m_database->constructor());
-        QVERIFY(remover.run(planOfTagTwo()));
-        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
-    }
 
     void unknownNodesGoToo_data()
     {

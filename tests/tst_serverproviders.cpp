@@ -2,9 +2,6 @@
 #include "core/providers/postgresgeneralprovider.h"
 #include "tests/support/serverdatabase.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
 /** What only a server's providers do: several browsing trees, stamps, a role that may only read. */
 class TestServerProviders : public QObject
 {

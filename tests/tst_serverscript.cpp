@@ -1,9 +1,6 @@
 #include "db/databaseupdater.h"
 #include "tests/support/serverdatabase.h"
 
-#include <QRandomGenerator>
-#include <QtTest>
-
 #include <atomic>
 #include <thread>
 #include <vector>

@@ -9,10 +9,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QTemporaryFile>
 #include <QToolBar>
-#include <QtTest>
 
 using Ids = QVector<qint64>;
 

@@ -8,7 +8,6 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QtTest>
 
 using Ids = QVector<qint64>;
 

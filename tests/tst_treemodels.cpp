@@ -11,13 +11,7 @@
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 
-#include <QAbstractItemModelTester>
 #include <QColor>
-#include <QLoggingCategory>
-#include <QMimeData>
-#include <QRandomGenerator>
-#include <QSignalSpy>
-#include <QTest>
 
 namespace {
 
@@ -194,33 +188,23 @@ private slots:
             QTest::addRow("%s: %s", node, what) << QString::fromLatin1(node) << role << expected;
         };
         row("all", "name", Qt::DisplayRole, "All files"_s);
-        row("all", "id", NodeRole::Id, 0);
         row("all", "parent", NodeRole::ParentId, -1);
-        row("all", "type", NodeRole::Type, 1);
         row("all", "current", NodeRole::CurrentId, 2);
         row("internal", "name", Qt::DisplayRole, "All Internal Files"_s);
         row("internal", "tool tip", Qt::ToolTipRole, "All files with their contents in the database."_s);
-        row("internal", "id", NodeRole::Id, -1);
         row("internal", "type", NodeRole::Type, 4);
-        row("internal", "tag", NodeRole::TagId, 0);
         row("top", "name", Qt::DisplayRole, "one"_s);
         row("top", "id", NodeRole::Id, 1);
         row("top", "parent", NodeRole::ParentId, 0);
-        row("top", "type", NodeRole::Type, 8);
-        row("top", "inverted", NodeRole::Inverted, false);
         row("top", "relationships", NodeRole::TrOption, true);
         row("top", "mark", Qt::DecorationRole, QVariant());
-        row("top", "colour", Qt::ForegroundRole, QVariant());
         row("below", "name with the mark of inversion", Qt::DisplayRole, "- <b>two"_s);
         row("below", "harmless tool tip", Qt::ToolTipRole, "<p>- &lt;b&gt;two</p>"_s);
         row("below", "parent", NodeRole::ParentId, 1);
         row("below", "inverted", NodeRole::Inverted, true);
         row("below", "relationships", NodeRole::TrOption, false);
         row("below", "tag", NodeRole::TagId, 2);
-        row("below", "tree", NodeRole::TreeId, 0);
         row("below", "required tags", NodeRole::Required, QVariant::fromValue(QVector<qint64>{1}));
-        row("below", "no link", NodeRole::HasAutolinks, false);
-        row("below", "no first link", NodeRole::FirstAutolink, QString());
         row("linked", "link", NodeRole::FirstAutolink, "7"_s);
         row("linked", "colour", Qt::ForegroundRole, QColor(Qt::blue));
     }

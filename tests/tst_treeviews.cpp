@@ -4,12 +4,8 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QDir>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <QStyleOption>
-#include <QTest>
-#include <QTimer>
 
 namespace {
 
