@@ -16,11 +16,12 @@ query() { sqlite3 -readonly -cmd '.timeout 3000' "$db" "$1"; }
 equals() { [ "$(query "$1")" = "$2" ]; }
 window() { xdotool search --onlyvisible --name "$1" | head -n 1 | grep .; }
 height=760 # of the window; the screen of a run is a little higher
+find_main() { main=$(window '^Vorna - '); }
 start() {
     (cd "$work" && exec "$program" "$@" >"$work/log" 2>&1) &
     app=$!
-    within 20 window '^Vorna - ' || fail "no window"
-    main=$(window '^Vorna - ')
+    # Found and kept in one look: a search fails when a window, such as the splash screen, goes meanwhile.
+    within 20 find_main || fail "no window"
     xdotool windowactivate --sync "$main" windowsize --sync "$main" 1260 "$height" windowmove "$main" 8 24
     sleep 1
 }
@@ -35,7 +36,7 @@ pull() {
     xdotool mousemove $(($3 + 4)) $(($4 + 1)); sleep 0.2; xdotool mousemove "$3" "$4"; sleep 0.4
     xdotool mouseup 1
 }
-close_window() { xdotool windowactivate --sync "$main" key alt+F4; within 10 not_running || fail "still running"; wait "$app"; }
+close_window() { xdotool windowactivate --sync "$main"; xdotool key alt+F4; within 10 not_running || fail "still running"; wait "$app"; }
 not_running() { ! kill -0 "$app"; }
 
 # A window manager without its own use of Alt and the mouse, which drops need.
