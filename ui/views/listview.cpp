@@ -1,6 +1,7 @@
 #include "ui/views/listview.h"
 
 #include "ui/views/delegate.h"
+#include "ui/views/dragpicture.h"
 #include "ui/views/emptyhint.h"
 
 #include <QDrag>
@@ -66,6 +67,7 @@ void ListView::startDrag(Qt::DropActions supportedActions)
         return;
     auto *drag = new QDrag(this);
     drag->setMimeData(data);
+    setDragPicture(drag, this);
     drag->exec(supportedActions);
 }
 

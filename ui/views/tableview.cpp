@@ -1,5 +1,6 @@
 #include "ui/views/tableview.h"
 
+#include "ui/views/dragpicture.h"
 #include "ui/views/emptyhint.h"
 
 #include <QAbstractItemDelegate>
@@ -92,6 +93,7 @@ void TableView::startDrag(Qt::DropActions supportedActions)
         return;
     auto *drag = new QDrag(this);
     drag->setMimeData(data);
+    setDragPicture(drag, this);
     if (!supportedActions.testFlag(Qt::MoveAction) || dragDropMode() == InternalMove)
         drag->exec(supportedActions, Qt::CopyAction);
     else
