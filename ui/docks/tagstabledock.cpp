@@ -212,7 +212,8 @@ void TagsTableDock::updateEmptyText()
     else if (m_filterEdit && !m_filterEdit->text().isEmpty())
         m_table->setEmptyText(tr("No tag matches the filter."));
     else if (tab == TagsGroupProxy::DTagsTab)
-        m_table->setEmptyText(tr("No tag is on some, but not all, of the open files."));
+        m_table->setEmptyText(tr(
+            "Open a tag or the node of one: the tags that some, but not all, of its files have stand here."));
     else if (tab == TagsGroupProxy::AllTagsTab)
         m_table->setEmptyText(tr("No tags yet.\nMake one with %1.").arg(newTagKey()));
     else
