@@ -8,6 +8,19 @@
 #include <algorithm>
 #include <cstdlib>
 
+namespace {
+
+// The first four characters, which order as the text does.
+quint64 headOf(const QString &text)
+{
+    quint64 head = 0;
+    for (int i = 0; i < 4; ++i)
+        head = head << 16 | (i < text.size() ? text.at(i).unicode() : 0);
+    return head;
+}
+
+} // namespace
+
 FlatLibrary::FlatLibrary(const ContentsModel &contents, const QStringList &tagNames) : m_tagNames(tagNames)
 {
     const int count = contents.rowCount();
@@ -21,6 +34,8 @@ FlatLibrary::FlatLibrary(const ContentsModel &contents, const QStringList &tagNa
         m_texts.push_back({file.name(), file.description(), file.idCode()});
         m_dates.push_back({file.modificationSeconds(), file.id()});
     }
+    for (const Texts &texts : m_texts)
+        m_names.push_back({headOf(texts.name), &texts.name});
 }
 
 qint64 FlatLibrary::tagOnFiles(int files) const
@@ -50,15 +65,14 @@ qint64 FlatLibrary::countTags() const
 
 qint64 FlatLibrary::sortByNames() const
 {
-    std::vector<const Texts *> order;
-    order.reserve(m_texts.size());
-    for (const Texts &texts : m_texts)
-        order.push_back(&texts);
-    std::sort(order.begin(), order.end(), [](const Texts *left, const Texts *right) {
-        const int result = left->name.compare(right->name);
-        return result != 0 ? result < 0 : left < right;
+    std::vector<NameKey> order = m_names;
+    std::sort(order.begin(), order.end(), [](const NameKey &left, const NameKey &right) {
+        if (left.head != right.head)
+            return left.head < right.head;
+        const int result = left.name->compare(*right.name);
+        return result != 0 ? result < 0 : left.name < right.name;
     });
-    return order.front()->name.size();
+    return order.front().name->size();
 }
 
 qint64 FlatLibrary::sortByNumbers() const

@@ -23,6 +23,7 @@ public:
 
     /** Counts every tag of every file: what a selection needs to know its files and its D-Tags. */
     qint64 countTags() const;
+    /** Sorts precomputed keys: four characters, and the whole name where these are equal. */
     qint64 sortByNames() const;
     qint64 sortByNumbers() const;
     /** Looks into name, description and id code of every file, without regard to case. */
@@ -39,6 +40,11 @@ private:
         QString description;
         QString code;
     };
+    struct NameKey
+    {
+        quint64 head;
+        const QString *name;
+    };
     struct Key
     {
         qint64 number;
@@ -47,6 +53,7 @@ private:
 
     std::vector<std::vector<qint64>> m_tags;
     std::vector<Texts> m_texts;
+    std::vector<NameKey> m_names;
     std::vector<Key> m_dates;
     QStringList m_tagNames;
 };

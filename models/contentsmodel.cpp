@@ -353,6 +353,7 @@ void ContentsModel::eraseRows(const QVector<int> &rows)
             m_files[target++] = m_files.at(row);
     }
     m_files.resize(target);
+    emit recordsErased(rows);
 }
 
 void ContentsModel::removeInOneGo(const QVector<int> &rows)
@@ -383,6 +384,7 @@ void ContentsModel::updateFiles(const QVector<qint64> &fileIds)
     // All rows first: the filter looks at the whole index at the first signal.
     for (int row : rows)
         m_index.update(row, *m_files.at(row));
+    emit recordsChanged(rows);
     if (isInOneGo)
         emit layoutChanged();
     else

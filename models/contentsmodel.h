@@ -77,6 +77,10 @@ public slots:
     void repaintFile(qint64 fileId);
 
 signals:
+    /** Records in these rows, ascending, have other values. Comes before the signals of the model itself. */
+    void recordsChanged(const QVector<int> &rows);
+    /** These rows, ascending, are gone and later ones have moved up; comes before the model's own signal. */
+    void recordsErased(const QVector<int> &rows);
     /** Follows, once, whatever one of the slots above has announced; proxies are settled by then. */
     void contentsChanged();
 

@@ -150,14 +150,11 @@ void FileFilterModel::showChanges()
 void FileFilterModel::sourceDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                         const QVector<int> &roles)
 {
-    // Another picture moves no file.
-    if (roles != QVector<int>{Qt::DecorationRole}) {
-        emit recordsChanged(topLeft.row(), bottomRight.row());
-        // The first of several signals finds all changes in the index.
-        if (m_contents->fileIndex().revision() != m_seenRevision) {
-            runSelection();
-            showChanges();
-        }
+    // Another picture moves no file, and the first of several signals finds all changes in the index.
+    const bool isPicture = roles == QVector<int>{Qt::DecorationRole};
+    if (!isPicture && m_contents->fileIndex().revision() != m_seenRevision) {
+        runSelection();
+        showChanges();
     }
     const int first = placeOf(topLeft.row());
     const int last = placeOf(bottomRight.row() + 1) - 1;
@@ -187,7 +184,6 @@ void FileFilterModel::sourceRowsRemoved(const QModelIndex & /*parent*/, int firs
     const auto kept = m_rows.erase(firstGone, m_rows.begin() + placeOf(last + 1));
     std::for_each(kept, m_rows.end(), [first, last](int &row) { row -= last - first + 1; });
     m_areAcceptedFilesKnown = false;
-    emit recordsChanged(-1, -1);
     if (m_isRemoving)
         endRemoveRows();
     m_isRemoving = false;
@@ -209,7 +205,6 @@ void FileFilterModel::sourceLayoutChanged()
 {
     runSelection();
     showNewRows();
-    emit recordsChanged(-1, -1);
     QModelIndexList after;
     after.reserve(m_layoutSources.size());
     for (const QPersistentModelIndex &source : qAsConst(m_layoutSources))
@@ -224,7 +219,6 @@ void FileFilterModel::sourceReset()
 {
     runSelection();
     showNewRows();
-    emit recordsChanged(-1, -1);
     endResetModel();
 }
 

@@ -67,11 +67,6 @@ public:
 signals:
     /** The tags on some but not all shown files; once, when a change is through. */
     void dTagsChanged(QVector<qint64> tagIds);
-    /**
-     * Records in these rows of the ContentsModel have other values, shown here or not; -1 and -1 when any may
-     * have, or stand in another row. Comes before the signals of the model itself.
-     */
-    void recordsChanged(int firstRow, int lastRow);
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;

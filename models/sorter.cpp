@@ -4,43 +4,18 @@
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 
-namespace {
-// Fewer rows are sorted in no time by their values, and need no table as long as all files.
-constexpr size_t fewestRankedRows = 1000;
-} // namespace
+#include <algorithm>
 
 Sorter::Sorter(QObject *parent) : QSortFilterProxyModel(parent)
 {
     m_matcher.setCaseSensitivity(Qt::CaseInsensitive);
 }
 
-void Sorter::setSourceModel(QAbstractItemModel *sourceModel)
-{
-    if (m_filter)
-        disconnect(m_filter, nullptr, this, nullptr);
-    m_filter = qobject_cast<FileFilterModel *>(sourceModel);
-    m_ranks.clear();
-    openPass();
-    if (m_filter) {
-        // Connected first, so that a pass is open when the base class loses its row mapping.
-        connect(m_filter, &FileFilterModel::recordsChanged, this, &Sorter::forgetRecords);
-        connect(m_filter, &QAbstractItemModel::layoutChanged, this, &Sorter::openPass);
-        connect(m_filter, &QAbstractItemModel::modelReset, this, &Sorter::openPass);
-    }
-    QSortFilterProxyModel::setSourceModel(sourceModel);
-}
-
 void Sorter::sort(int column, Qt::SortOrder order)
 {
-    // The base class sorts the rows that it has, without asking which are accepted.
-    if (column >= 0 && m_filter) {
-        const int rows = rowCount();
-        openPass();
-        m_passRows.reserve(static_cast<size_t>(rows));
-        for (int row = 0; row < rows; ++row)
-            m_passRows.push_back(m_filter->contentsRow(mapToSource(index(row, 0)).row()));
-    }
-    QSortFilterProxyModel::sort(column, order);
+    m_column = column;
+    m_sortOrder = order;
+    rearrange();
 }
 
 void Sorter::setFilterText(const QString &text)
@@ -48,8 +23,7 @@ void Sorter::setFilterText(const QString &text)
     if (m_filterText == text)
         return;
     prepareFilterText(text);
-    openPass();
-    invalidate();
+    rearrange();
 }
 
 void Sorter::prepareFilterText(const QString &text)
@@ -60,7 +34,7 @@ void Sorter::prepareFilterText(const QString &text)
 
 const File *Sorter::fileAt(int row) const
 {
-    return m_filter ? m_filter->fileAt(mapToSource(index(row, 0)).row()) : nullptr;
+    return row >= 0 && row < rowCount() ? m_filter->fileAt(sourceRow(row)) : nullptr;
 }
 
 void Sorter::refreshTagNames()
@@ -68,9 +42,8 @@ void Sorter::refreshTagNames()
     constexpr int column = ContentsModel::TagsColumn;
     if (m_ranks.column() == column)
         m_ranks.clear();
-    if (sortColumn() == column) {
-        openPass();
-        invalidate();
+    if (m_column == column) {
+        rearrange();
     } else if (rowCount() > 0) {
         // Straight from here: proxies below would look at every row again for a text that they do not read.
         emit dataChanged(index(0, column), index(rowCount() - 1, column), {Qt::DisplayRole});
@@ -87,60 +60,139 @@ bool Sorter::isFoundIn(const QString &text) const
 
 bool Sorter::isMatch(const File &file) const
 {
-    return isFoundIn(file.name()) || isFoundIn(file.description()) || isFoundIn(file.idCode());
+    return m_filterText.isEmpty() || isFoundIn(file.name()) || isFoundIn(file.description()) ||
+           isFoundIn(file.idCode());
 }
 
 bool Sorter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
-    if (!m_filter || sourceParent.isValid())
-        return false;
-    const bool isNoted = m_isPassOpen && sortColumn() >= 0;
-    if (m_filterText.isEmpty() && !isNoted)
-        return true;
-    const int contentsRow = m_filter->contentsRow(sourceRow);
-    const File *file = m_filter->contents()->fileAt(contentsRow);
-    if (!file || (!m_filterText.isEmpty() && !isMatch(*file)))
-        return false;
-    if (isNoted)
-        m_passRows.push_back(contentsRow);
-    return true;
+    const File *file = m_filter && !sourceParent.isValid() ? m_filter->fileAt(sourceRow) : nullptr;
+    return file && isMatch(*file);
 }
 
 bool Sorter::lessThan(const QModelIndex &left, const QModelIndex &right) const
 {
-    const int column = left.column();
-    if (m_isPassOpen)
-        closePass(column);
-    const int leftRow = m_filter->contentsRow(left.row());
-    const int rightRow = m_filter->contentsRow(right.row());
-    if (m_ranks.column() == column) {
-        const int leftRank = m_ranks.rankOf(leftRow);
-        const int rightRank = m_ranks.rankOf(rightRow);
-        if (leftRank >= 0 && rightRank >= 0)
-            return leftRank < rightRank;
+    return SortRanks::isLess(*m_filter->contents(), left.column(), m_filter->contentsRow(left.row()),
+                             m_filter->contentsRow(right.row()));
+}
+
+// Makes the mapping anew out of what the source shows now.
+void Sorter::arrange()
+{
+    m_rowsOfSource.clear();
+    m_isWhole = m_filterText.isEmpty() && m_column < 0;
+    m_rows.clear();
+    if (m_isWhole || !m_filter) {
+        m_rows.shrink_to_fit();
+        return;
     }
-    return SortRanks::isLess(*m_filter->contents(), column, leftRow, rightRow);
+    const int count = m_filter->rowCount();
+    for (int row = 0; row < count; ++row) {
+        if (m_filterText.isEmpty() || isMatch(*m_filter->fileAt(row)))
+            m_rows.push_back(row);
+    }
+    if (m_column >= 0)
+        putInOrder();
 }
 
-void Sorter::openPass()
+void Sorter::putInOrder()
 {
-    m_isPassOpen = true;
-    m_passRows.clear();
+    // Ranks go by the rows of all files, which stand in both models in the same order.
+    std::vector<int> sourceRows(static_cast<size_t>(m_filter->contents()->rowCount()));
+    for (int &row : m_rows) {
+        const int contentsRow = m_filter->contentsRow(row);
+        sourceRows[static_cast<size_t>(contentsRow)] = row;
+        row = contentsRow;
+    }
+    m_ranks.sort(*m_filter->contents(), m_column, m_rows);
+    for (int &row : m_rows)
+        row = sourceRows[static_cast<size_t>(row)];
+    if (m_sortOrder == Qt::DescendingOrder)
+        std::reverse(m_rows.begin(), m_rows.end());
 }
 
-void Sorter::closePass(int column) const
+bool Sorter::isRowLess(int leftSourceRow, int rightSourceRow) const
 {
-    m_isPassOpen = false;
-    const bool isRanked = m_ranks.column() == column && m_ranks.hasAll(m_passRows);
-    if (m_passRows.size() >= fewestRankedRows && !isRanked)
-        m_ranks.rank(*m_filter->contents(), column, m_passRows);
-    m_passRows = std::vector<int>();
+    if (m_column < 0)
+        return leftSourceRow < rightSourceRow;
+    if (m_sortOrder == Qt::DescendingOrder)
+        std::swap(leftSourceRow, rightSourceRow);
+    return SortRanks::isLess(*m_filter->contents(), m_column, m_filter->contentsRow(leftSourceRow),
+                             m_filter->contentsRow(rightSourceRow));
 }
 
-void Sorter::forgetRecords(int firstRow, int lastRow)
+int Sorter::rowOfSource(int sourceRow) const
 {
-    if (lastRow < 0)
-        m_ranks.clear();
-    else
-        m_ranks.forget(firstRow, lastRow);
+    if (m_isWhole)
+        return sourceRow;
+    if (m_column < 0) {
+        const auto found = std::lower_bound(m_rows.begin(), m_rows.end(), sourceRow);
+        const bool isShown = found != m_rows.end() && *found == sourceRow;
+        return isShown ? static_cast<int>(found - m_rows.begin()) : -1;
+    }
+    if (m_rowsOfSource.empty()) {
+        m_rowsOfSource.assign(static_cast<size_t>(m_filter->rowCount()), -1);
+        int row = 0;
+        for (const int source : m_rows)
+            m_rowsOfSource[static_cast<size_t>(source)] = row++;
+    }
+    return sourceRow < static_cast<int>(m_rowsOfSource.size())
+               ? m_rowsOfSource[static_cast<size_t>(sourceRow)]
+               : -1;
+}
+
+QModelIndex Sorter::index(int row, int column, const QModelIndex &parent) const
+{
+    const bool isInside = row >= 0 && row < rowCount(parent) && column >= 0 && column < columnCount(parent);
+    return isInside ? createIndex(row, column) : QModelIndex();
+}
+
+QModelIndex Sorter::parent(const QModelIndex & /*child*/) const
+{
+    return {};
+}
+
+QModelIndex Sorter::sibling(int row, int column, const QModelIndex &index) const
+{
+    return index.isValid() ? this->index(row, column) : QModelIndex();
+}
+
+int Sorter::rowCount(const QModelIndex &parent) const
+{
+    if (parent.isValid() || !m_filter)
+        return 0;
+    return m_isWhole ? m_filter->rowCount() : static_cast<int>(m_rows.size());
+}
+
+int Sorter::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() || !m_filter ? 0 : m_filter->columnCount();
+}
+
+bool Sorter::hasChildren(const QModelIndex &parent) const
+{
+    return rowCount(parent) > 0;
+}
+
+QModelIndex Sorter::mapToSource(const QModelIndex &proxyIndex) const
+{
+    if (!proxyIndex.isValid() || proxyIndex.row() >= rowCount())
+        return {};
+    return m_filter->index(sourceRow(proxyIndex.row()), proxyIndex.column());
+}
+
+QModelIndex Sorter::mapFromSource(const QModelIndex &sourceIndex) const
+{
+    const int row = sourceIndex.isValid() ? rowOfSource(sourceIndex.row()) : -1;
+    return row < 0 ? QModelIndex() : createIndex(row, sourceIndex.column());
+}
+
+QVariant Sorter::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    return m_filter ? m_filter->headerData(section, orientation, role) : QVariant();
+}
+
+bool Sorter::removeRows(int /*row*/, int /*count*/, const QModelIndex & /*parent*/)
+{
+    return false;
 }

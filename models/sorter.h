@@ -5,6 +5,7 @@
 #include <QSortFilterProxyModel>
 #include <QString>
 #include <QStringMatcher>
+#include <QVector>
 
 #include <vector>
 
@@ -14,7 +15,11 @@ class FileFilterModel;
 /**
  * The model that views show: of the files of a FileFilterModel those that the search text is found in, in the
  * order of a column. Until sort() is called with a column, and after sort(-1), files stand in the order of
- * their arrival and nothing is compared. GUI thread.
+ * their arrival and nothing is compared.
+ *
+ * The mapping is our own, as in the filter below: the base class compares a million rows anew whenever a few
+ * of them come. None of the base class's mapping, sorting and pattern functions has an effect here. GUI
+ * thread.
  */
 class Sorter : public QSortFilterProxyModel
 {
@@ -26,6 +31,9 @@ public:
     /** Takes a FileFilterModel that has its source. */
     void setSourceModel(QAbstractItemModel *sourceModel) override;
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+    /** -1 while files stand in the order of their arrival. */
+    int sortColumn() const { return m_column; }
+    Qt::SortOrder sortOrder() const { return m_sortOrder; }
 
     const QString &filterText() const { return m_filterText; }
     /** Looked for in name, description and id code, in this order, without regard to case. */
@@ -36,6 +44,17 @@ public:
     /** Null outside the rows. */
     const File *fileAt(int row) const;
 
+    QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex parent(const QModelIndex &child) const override;
+    QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex mapToSource(const QModelIndex &proxyIndex) const override;
+    QModelIndex mapFromSource(const QModelIndex &sourceIndex) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
+
 public slots:
     /** Tags have other names: shows and, if they are sorted by, sorts them anew. */
     void refreshTagNames();
@@ -45,18 +64,40 @@ protected:
     bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
 
 private:
+    void connectSource();
+    void sourceDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                           const QVector<int> &roles);
+    void sourceRowsAboutToBeInserted(const QModelIndex &parent, int first, int last);
+    void sourceRowsInserted(const QModelIndex &parent, int first, int last);
+    void sourceRowsAboutToBeRemoved(const QModelIndex &parent, int first, int last);
+    void sourceRowsRemoved(const QModelIndex &parent, int first, int last);
+    void sourceLayoutAboutToBeChanged();
+    void sourceLayoutChanged();
+    void sourceReset();
+
     bool isFoundIn(const QString &text) const;
     bool isMatch(const File &file) const;
-    void openPass();
-    void closePass(int column) const;
-    void forgetRecords(int firstRow, int lastRow);
+    void arrange();
+    void putInOrder();
+    void rearrange();
+    void insertRow(int sourceRow);
+    bool isInPlace(int sourceRow) const;
+    int sourceRow(int row) const { return m_isWhole ? row : m_rows[static_cast<size_t>(row)]; }
+    /** -1 for a row that is not shown. */
+    int rowOfSource(int sourceRow) const;
+    bool isRowLess(int leftSourceRow, int rightSourceRow) const;
 
     FileFilterModel *m_filter = nullptr;
     QString m_filterText;
     QStringMatcher m_matcher;
-    // A pass lasts from the loss of the row mapping to the first comparison. Meanwhile the rows that pass the
-    // text are noted, as those, if they are many, are ranked before they are compared.
-    mutable bool m_isPassOpen = false;
-    mutable std::vector<int> m_passRows;
-    mutable SortRanks m_ranks;
+    int m_column = -1;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    SortRanks m_ranks;
+    // The shown rows of the source, or all of them as they stand there, which needs no list.
+    bool m_isWhole = true;
+    std::vector<int> m_rows;
+    mutable std::vector<int> m_rowsOfSource; // empty when it has to be made anew
+    // Between the two signals of a change of layout below.
+    QModelIndexList m_layoutIndexes;
+    QVector<QPersistentModelIndex> m_layoutSources;
 };

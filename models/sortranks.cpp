@@ -1,121 +1,134 @@
 #include "models/sortranks.h"
 
-#include "core/file.h"
 #include "models/contentsmodel.h"
+#include "models/sortkeys.h"
 
 #include <algorithm>
-#include <limits>
+#include <cmath>
 
 namespace {
-
-// The value of one row. Head orders as the whole value does and settles most comparisons by itself; it is the
-// number of a number, the first four characters of a text.
-struct SortKey
-{
-    quint64 head = 0;
-    QString text;
-    qint64 fileId = 0;
-    int row = -1;
-};
-
-quint64 headOf(qint64 number)
-{
-    return static_cast<quint64>(number) ^ (quint64(1) << 63);
-}
-
-quint64 headOf(const QString &text)
-{
-    quint64 head = 0;
-    for (int i = 0; i < 4; ++i)
-        head = head << 16 | (i < text.size() ? text.at(i).unicode() : 0);
-    return head;
-}
-
-bool isLessThan(const SortKey &left, const SortKey &right)
-{
-    if (left.head != right.head)
-        return left.head < right.head;
-    const int order = left.text.compare(right.text);
-    return order != 0 ? order < 0 : left.fileId < right.fileId;
-}
-
-QString textOf(const ContentsModel &contents, const File &file, int column, int row)
-{
-    switch (column) {
-    case ContentsModel::TypeColumn:
-        return file.type();
-    case ContentsModel::TagsColumn:
-        return contents.data(contents.index(row, column)).toString();
-    case ContentsModel::DescriptionColumn:
-        return file.description();
-    case ContentsModel::IdCodeColumn:
-        return file.idCode();
-    default:
-        return file.name();
-    }
-}
-
-SortKey keyOf(const ContentsModel &contents, int column, int row)
-{
-    const File &file = *contents.fileAt(row);
-    SortKey key;
-    key.fileId = file.id();
-    key.row = row;
-    switch (column) {
-    case ContentsModel::ModificationDateColumn:
-        key.head = headOf(file.modificationSeconds());
-        break;
-    case ContentsModel::AdditionDateColumn:
-        key.head = headOf(file.additionSeconds());
-        break;
-    case ContentsModel::SizeColumn:
-        key.head = headOf(file.size());
-        break;
-    case ContentsModel::LoadIdColumn:
-        key.head = headOf(file.loadId());
-        break;
-    default:
-        key.text = textOf(contents, file, column, row);
-        key.head = headOf(key.text);
-    }
-    return key;
-}
-
+// Fewer rows are sorted in no time by their values, and need no table as long as all files.
+constexpr size_t fewestRankedRows = 1000;
+// More new rows than such a part of the order are sorted together with it.
+constexpr size_t mergedPart = 16;
 } // namespace
 
 bool SortRanks::isLess(const ContentsModel &contents, int column, int leftRow, int rightRow)
 {
-    return isLessThan(keyOf(contents, column, leftRow), keyOf(contents, column, rightRow));
+    return SortKeys::isLess(contents, column, leftRow, rightRow);
 }
 
 void SortRanks::clear()
 {
     m_column = -1;
-    m_ranks.clear();
+    m_order = {};
+    m_ranks = {};
 }
 
-bool SortRanks::hasAll(const std::vector<int> &rows) const
+void SortRanks::sort(const ContentsModel &contents, int column, std::vector<int> &rows)
 {
-    return std::all_of(rows.begin(), rows.end(), [this](int row) { return rankOf(row) >= 0; });
-}
-
-void SortRanks::forget(int firstRow, int lastRow)
-{
-    const int last = std::min(lastRow, static_cast<int>(m_ranks.size()) - 1);
-    for (int row = firstRow; row <= last; ++row)
-        m_ranks[static_cast<size_t>(row)] = -1;
-}
-
-void SortRanks::rank(const ContentsModel &contents, int column, const std::vector<int> &rows)
-{
-    std::vector<SortKey> keys;
-    keys.reserve(rows.size());
-    for (int row : rows)
-        keys.push_back(keyOf(contents, column, row));
-    std::sort(keys.begin(), keys.end(), isLessThan);
+    if (column != m_column && rows.size() < fewestRankedRows) {
+        SortKeys::sort(contents, column, rows);
+        return;
+    }
+    if (column != m_column)
+        clear();
     m_column = column;
-    m_ranks.assign(static_cast<size_t>(contents.rowCount()), -1);
+    m_ranks.resize(static_cast<size_t>(contents.rowCount()), -1);
+    std::vector<int> unranked;
+    std::copy_if(rows.begin(), rows.end(), std::back_inserter(unranked),
+                 [this](int row) { return !isRanked(row); });
+    if (!unranked.empty())
+        rankAlso(contents, unranked);
+    pick(rows);
+}
+
+void SortRanks::rankAlso(const ContentsModel &contents, const std::vector<int> &rows)
+{
+    dropForgotten();
+    std::vector<int> fresh = rows;
+    if (fresh.size() > m_order.size() / mergedPart) {
+        m_order.insert(m_order.end(), fresh.begin(), fresh.end());
+        SortKeys::sort(contents, m_column, m_order);
+        numberRows();
+        return;
+    }
+    SortKeys::sort(contents, m_column, fresh);
+    std::vector<int> merged;
+    merged.reserve(m_order.size() + fresh.size());
+    auto rest = m_order.cbegin();
+    for (const int row : fresh) {
+        const auto place = std::lower_bound(rest, m_order.cend(), row, [&](int left, int right) {
+            return isLess(contents, m_column, left, right);
+        });
+        merged.insert(merged.end(), rest, place);
+        merged.push_back(row);
+        rest = place;
+    }
+    merged.insert(merged.end(), rest, m_order.cend());
+    m_order.swap(merged);
+    numberRows();
+}
+
+// Rows that are wanted, out of the order: by a look at all of it, or, when they are few, by their ranks.
+void SortRanks::pick(std::vector<int> &rows) const
+{
+    const double comparisons = double(rows.size()) * std::log2(double(rows.size()) + 1);
+    if (comparisons < double(m_order.size())) {
+        std::sort(rows.begin(), rows.end(), [this](int left, int right) {
+            return m_ranks[static_cast<size_t>(left)] < m_ranks[static_cast<size_t>(right)];
+        });
+        return;
+    }
+    std::vector<char> isWanted(m_order.size());
+    for (const int row : rows)
+        isWanted[static_cast<size_t>(m_ranks[static_cast<size_t>(row)])] = 1;
+    auto target = rows.begin();
+    for (size_t rank = 0; rank < m_order.size(); ++rank) {
+        if (isWanted[rank])
+            *target++ = m_order[rank];
+    }
+}
+
+void SortRanks::forget(const QVector<int> &rows)
+{
+    for (const int row : rows) {
+        if (row < static_cast<int>(m_ranks.size()))
+            m_ranks[static_cast<size_t>(row)] = -1;
+    }
+}
+
+void SortRanks::erase(const QVector<int> &rows)
+{
+    if (m_ranks.empty())
+        return;
+    forget(rows);
+    dropForgotten();
+    std::vector<int> newRows(m_ranks.size());
+    auto gone = rows.cbegin();
+    int newRow = 0;
+    for (int row = 0; row < static_cast<int>(newRows.size()); ++row) {
+        newRows[static_cast<size_t>(row)] = newRow;
+        if (gone != rows.cend() && *gone == row)
+            ++gone;
+        else
+            ++newRow;
+    }
+    for (int &row : m_order)
+        row = newRows[static_cast<size_t>(row)];
+    m_ranks.assign(static_cast<size_t>(newRow), -1);
+    numberRows();
+}
+
+void SortRanks::dropForgotten()
+{
+    const auto isForgotten = [this](int row) { return !isRanked(row); };
+    m_order.erase(std::remove_if(m_order.begin(), m_order.end(), isForgotten), m_order.end());
+}
+
+void SortRanks::numberRows()
+{
     int rank = 0;
-    for (const SortKey &key : keys)
-        m_ranks[static_cast<size_t>(key.row)] = rank++;
+    for (const int row : m_order)
+        m_ranks[static_cast<size_t>(row)] = rank++;
 }

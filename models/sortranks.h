@@ -5,12 +5,11 @@
 #include <vector>
 
 class ContentsModel;
-class File;
 
 /**
- * The places of files in the order of one column, found by one sort of plain values. A view sorts by asking
- * for pairs, some twenty times a row: with a place a row each answer is a comparison of two numbers. GUI
- * thread.
+ * Puts files into the order of one column and remembers their places. What was sorted once is not compared
+ * again: later selections are picked out of the order, and files that came or changed are searched their
+ * places in it one by one. Rows are those of the ContentsModel. GUI thread.
  */
 class SortRanks
 {
@@ -20,19 +19,21 @@ public:
 
     void clear();
     int column() const { return m_column; }
-    /** -1 for a row without one. Rows are those of the ContentsModel. */
-    int rankOf(int row) const
-    {
-        const auto at = static_cast<size_t>(row);
-        return at < m_ranks.size() ? m_ranks[at] : -1;
-    }
-    bool hasAll(const std::vector<int> &rows) const;
+    /** Takes rows in any order, each once, and leaves them in that of the column. */
+    void sort(const ContentsModel &contents, int column, std::vector<int> &rows);
     /** These rows have other values now. The order of the remaining ones stands. */
-    void forget(int firstRow, int lastRow);
-    /** Ranks these rows and no others. */
-    void rank(const ContentsModel &contents, int column, const std::vector<int> &rows);
+    void forget(const QVector<int> &rows);
+    /** These rows, ascending, are gone, and those behind them have moved up. */
+    void erase(const QVector<int> &rows);
 
 private:
+    bool isRanked(int row) const { return m_ranks[static_cast<size_t>(row)] >= 0; }
+    void rankAlso(const ContentsModel &contents, const std::vector<int> &rows);
+    void dropForgotten();
+    void numberRows();
+    void pick(std::vector<int> &rows) const;
+
     int m_column = -1;
-    std::vector<int> m_ranks;
+    std::vector<int> m_order; // rows that have been sorted; a forgotten one stays until the next sort
+    std::vector<int> m_ranks; // by row: its place in the order, -1 without one
 };
