@@ -320,7 +320,7 @@ QString idList(const QVector<qint64> &ids)
     return texts.join(QLatin1Char(','));
 }
 
-void benchManyFiles(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat)
+void benchManyFiles(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat, const QString &suffix)
 {
     constexpr int from = 20000;
     constexpr qint64 tag = 4999;
@@ -342,7 +342,7 @@ void benchManyFiles(Benchmark &bench, OpenWindow &window, const FlatLibrary &fla
     const char *const untagPlainly = "DELETE FROM file_tag WHERE tag_id=4999 AND file_id IN (%1)";
     bench.run(
         {QStringLiteral("select all files (Ctrl+A)"), show, [&window] { window.table->selectAll(); }, visit});
-    bench.run({QStringLiteral("all selected: another node"),
+    bench.run({QLatin1String("all selected: another node") + suffix,
                [&window, show] {
                    show();
                    window.table->selectAll();
@@ -350,21 +350,21 @@ void benchManyFiles(Benchmark &bench, OpenWindow &window, const FlatLibrary &fla
                [&window] { window.clickNode(window.node(2)); }, [&flat] { sink = sink + flat.countTags(); }});
     bench.run(
         {QStringLiteral("select 10,000 files"), show, [&window] { window.select(from, manyFiles); }, visit});
-    bench.run({QStringLiteral("tag 10,000 selected files"),
+    bench.run({QLatin1String("tag 10,000 selected files") + suffix,
                [=, &window] {
                    window.files->unlinkTags(ids(), {tag});
                    plainly(untagPlainly);
                    selected();
                },
                [=, &window] { window.files->linkTags(ids(), {tag}); }, [=] { plainly(tagPlainly); }});
-    bench.run({QStringLiteral("untag 10,000 selected files"),
+    bench.run({QLatin1String("untag 10,000 selected files") + suffix,
                [=, &window] {
                    window.files->linkTags(ids(), {tag});
                    plainly(tagPlainly);
                    selected();
                },
                [=, &window] { window.files->unlinkTags(ids(), {tag}); }, [=] { plainly(untagPlainly); }});
-    bench.run({QStringLiteral("delete 10,000 selected files"), selected,
+    bench.run({QLatin1String("delete 10,000 selected files") + suffix, selected,
                [&window] { window.mainView->deleteSelectedItems(); },
                [=, &window] {
                    window.runPlain(QStringLiteral("BEGIN"));
@@ -422,6 +422,7 @@ void benchTags(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat)
 
 void benchAll(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat, const QTemporaryDir &folder)
 {
+    window.settle([&window] { window.mainView->iconViewSelected(false); });
     benchSelections(bench, window, flat, QString());
     benchSearch(bench, window, flat);
     benchSorting(bench, window, flat);
@@ -431,10 +432,11 @@ void benchAll(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat, con
     window.settle([&window] { window.unsort(); });
     benchAdding(bench, window, folder, "add 1,000 files");
     benchTags(bench, window, flat);
-    benchManyFiles(bench, window, flat);
-    window.mainView->iconViewSelected(true);
+    benchManyFiles(bench, window, flat, QString());
+    window.settle([&window] { window.mainView->iconViewSelected(true); });
     benchSelections(bench, window, flat, QStringLiteral(", thumbnails"));
     benchAdding(bench, window, folder, "add 1,000 files, thumbnails");
+    benchManyFiles(bench, window, flat, QStringLiteral(", thumbnails"));
 }
 
 QStringList namesOfTags(const OpenWindow &window)

@@ -16,7 +16,7 @@ namespace {
 constexpr int pulseMilliseconds = 1;
 constexpr int quietPulses = 40;
 // A pulse that took more than this of CPU had work in it.
-constexpr double workSeconds = 0.002;
+constexpr double workSeconds = 0.0004;
 
 /** How long this thread was ready to run while others had the processors: no time of ours. Linux. */
 class WaitingTime
