@@ -1,10 +1,10 @@
 // The real window over a million files and 5,000 tags: what each action costs until the window has settled,
 // and for how long the event loop stood still meanwhile, beside the least work that the action needs. Runs on
 // the offscreen platform, on a copy of the sample library, with settings of its own.
-#include "app/actionid.h"
 #include "app/constants.h"
 #include "app/mainwindow.h"
 #include "app/messages.h"
+#include "app/windowsettings.h"
 #include "bench/flatlibrary.h"
 #include "bench/measure.h"
 #include "bench/plaindatabase.h"
@@ -461,6 +461,7 @@ int main(int argc, char *argv[])
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     registerMetaTypes();
+    WindowSettings::setFileSearchLineVisible(true);
 
     QCommandLineParser parser;
     parser.addHelpOption();

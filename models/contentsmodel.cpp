@@ -41,6 +41,7 @@ constexpr int pictureSize = 128;
 
 // Each run of rows costs the proxies a pass over all rows, so that fewer runs are worth it in a large table.
 constexpr int mostRowsOneByOne = 300;
+constexpr int mostRunsOneByOne = 32;
 constexpr qint64 mostRowsVisited = 4000000;
 
 int runCount(const QVector<int> &rows)
@@ -378,17 +379,11 @@ void ContentsModel::updateFiles(const QVector<qint64> &fileIds)
     const QVector<int> rows = rowsOf(fileIds);
     if (rows.isEmpty())
         return;
-    const bool isInOneGo = isWorthOneLayoutChange(rows);
-    if (isInOneGo)
-        emit layoutAboutToBeChanged();
     // All rows first: the filter looks at the whole index at the first signal.
     for (int row : rows)
         m_index.update(row, *m_files.at(row));
     emit recordsChanged(rows);
-    if (isInOneGo)
-        emit layoutChanged();
-    else
-        emitRowsChanged(rows, {});
+    emitRowsChanged(rows, {});
     emit contentsChanged();
 }
 
@@ -402,8 +397,13 @@ void ContentsModel::repaintFile(qint64 fileId)
     repaintFiles({fileId});
 }
 
+// Unchanged rows between many changed ones cost less than many signals.
 void ContentsModel::emitRowsChanged(const QVector<int> &rows, const QVector<int> &roles)
 {
+    if (runCount(rows) > mostRunsOneByOne) {
+        emit dataChanged(index(rows.first(), 0), index(rows.last(), columnTotal - 1), roles);
+        return;
+    }
     for (int last = rows.size() - 1; last >= 0;) {
         const int first = runStart(rows, last);
         emit dataChanged(index(rows.at(first), 0), index(rows.at(last), columnTotal - 1), roles);

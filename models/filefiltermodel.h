@@ -45,6 +45,8 @@ public:
 
     /** The row of the ContentsModel behind a row here. */
     int contentsRow(int row) const { return m_rows[static_cast<size_t>(row)]; }
+    /** The row here of a row of the ContentsModel, -1 when that is not shown. */
+    int rowOfContents(int contentsRow) const { return isShown(contentsRow) ? placeOf(contentsRow) : -1; }
     /** Whether a row of the ContentsModel is shown. */
     bool isShown(int contentsRow) const;
     /** Null outside the rows. */

@@ -80,6 +80,7 @@ bool Sorter::lessThan(const QModelIndex &left, const QModelIndex &right) const
 void Sorter::arrange()
 {
     m_rowsOfSource.clear();
+    m_changedRecords.clear();
     m_isWhole = m_filterText.isEmpty() && m_column < 0;
     m_rows.clear();
     if (m_isWhole || !m_filter) {

@@ -82,6 +82,7 @@ private:
     void rearrange();
     void insertRow(int sourceRow);
     bool isInPlace(int sourceRow) const;
+    bool areChangedRowsInPlace() const;
     int sourceRow(int row) const { return m_isWhole ? row : m_rows[static_cast<size_t>(row)]; }
     /** -1 for a row that is not shown. */
     int rowOfSource(int sourceRow) const;
@@ -97,6 +98,7 @@ private:
     bool m_isWhole = true;
     std::vector<int> m_rows;
     mutable std::vector<int> m_rowsOfSource; // empty when it has to be made anew
+    QVector<int> m_changedRecords;           // rows of the ContentsModel that may have to move
     // Between the two signals of a change of layout below.
     QModelIndexList m_layoutIndexes;
     QVector<QPersistentModelIndex> m_layoutSources;

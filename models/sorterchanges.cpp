@@ -31,10 +31,14 @@ void Sorter::connectSource()
 {
     using Model = QAbstractItemModel;
     const ContentsModel *contents = m_filter->contents();
-    connect(contents, &ContentsModel::recordsChanged, this,
-            [this](const QVector<int> &rows) { m_ranks.forget(rows); });
-    connect(contents, &ContentsModel::recordsErased, this,
-            [this](const QVector<int> &rows) { m_ranks.erase(rows); });
+    connect(contents, &ContentsModel::recordsChanged, this, [this](const QVector<int> &rows) {
+        m_ranks.forget(rows);
+        m_changedRecords = rows;
+    });
+    connect(contents, &ContentsModel::recordsErased, this, [this](const QVector<int> &rows) {
+        m_ranks.erase(rows);
+        m_changedRecords.clear();
+    });
     connect(contents, &Model::modelAboutToBeReset, this, [this] { m_ranks.clear(); });
 
     connect(m_filter, &Model::dataChanged, this, &Sorter::sourceDataChanged);
@@ -79,18 +83,27 @@ bool Sorter::isInPlace(int sourceRow) const
     return isAfterPrevious && (row + 1 == rowCount() || isRowLess(sourceRow, this->sourceRow(row + 1)));
 }
 
+bool Sorter::areChangedRowsInPlace() const
+{
+    return m_isWhole ||
+           std::all_of(m_changedRecords.cbegin(), m_changedRecords.cend(), [this](int contentsRow) {
+               const int row = m_filter->rowOfContents(contentsRow);
+               return row < 0 || isInPlace(row);
+           });
+}
+
 void Sorter::sourceDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                const QVector<int> &roles)
 {
+    // Another picture moves no file, and the first of several signals finds all that have changed.
+    const bool isPicture = roles == QVector<int>{Qt::DecorationRole};
+    if (!isPicture && !areChangedRowsInPlace())
+        rearrange();
+    if (!isPicture)
+        m_changedRecords.clear();
     int first = topLeft.row();
     int last = bottomRight.row();
     if (!m_isWhole) {
-        // Another picture moves no file.
-        bool isMoved = false;
-        for (int source = first; source <= last && roles != QVector<int>{Qt::DecorationRole}; ++source)
-            isMoved = isMoved || !isInPlace(source);
-        if (isMoved)
-            rearrange();
         int lowest = rowCount();
         int highest = -1;
         for (int source = first; source <= last; ++source) {

@@ -1,7 +1,6 @@
 #include "models/tagsfilterproxy.h"
 
 #include <QLocale>
-#include <QRegExp>
 
 namespace {
 // The plain locale collates by bytes and knows no numbers.
@@ -22,11 +21,20 @@ TagsFilterProxy::TagsFilterProxy(QObject *parent)
 
 void TagsFilterProxy::setNameFilter(const QString &text)
 {
-    QRegExp filter(text, Qt::CaseInsensitive, QRegExp::Wildcard);
+    m_filter = QRegExp(text, Qt::CaseInsensitive, QRegExp::Wildcard);
     // A bracket that is not closed yet would match nothing.
-    if (!filter.isValid())
-        filter.setPatternSyntax(QRegExp::FixedString);
-    setFilterRegExp(filter);
+    if (!m_filter.isValid())
+        m_filter.setPatternSyntax(QRegExp::FixedString);
+    // Not by the base class's pattern, which takes rows out one by one.
+    invalidate();
+}
+
+bool TagsFilterProxy::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
+{
+    if (m_filter.isEmpty())
+        return true;
+    const QModelIndex name = sourceModel()->index(sourceRow, 0, sourceParent);
+    return m_filter.indexIn(name.data().toString()) >= 0;
 }
 
 bool TagsFilterProxy::lessThan(const QModelIndex &left, const QModelIndex &right) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCollator>
+#include <QRegExp>
 #include <QSortFilterProxyModel>
 
 /**
@@ -18,8 +19,10 @@ public:
     void setNameFilter(const QString &text);
 
 protected:
+    bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
     bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
 
 private:
+    QRegExp m_filter;
     QCollator m_collator;
 };

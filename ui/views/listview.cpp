@@ -100,6 +100,18 @@ void ListView::changeEvent(QEvent *event)
         updateGrid();
 }
 
+// The base asks for the place of every selected row, also while nobody sees the list.
+QRegion ListView::visualRegionForSelection(const QItemSelection &selection) const
+{
+    constexpr int mostRows = 1000;
+    if (!isVisible())
+        return {};
+    int rows = 0;
+    for (const QItemSelectionRange &range : selection)
+        rows += range.height();
+    return rows > mostRows ? QRegion(viewport()->rect()) : QListView::visualRegionForSelection(selection);
+}
+
 void ListView::updateGrid()
 {
     setGridSize(Delegate::thumbnailItemSize(viewOptions()) + QSize(gap, gap));

@@ -25,6 +25,7 @@ protected:
     void dropEvent(QDropEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
+    QRegion visualRegionForSelection(const QItemSelection &selection) const override;
 
 private:
     void updateGrid();

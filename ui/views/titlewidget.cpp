@@ -15,12 +15,17 @@
 
 namespace {
 
+// Of thousands of tags the names would fill the window, and take long to be laid out.
+constexpr int mostNames = 100;
+
 // Names and connective of each tag, with the connective after the last one cut off.
 QString joined(const QStringList &names, const QString &connective)
 {
     QString text;
-    for (const QString &name : names)
+    for (const QString &name : names.mid(0, mostNames))
         text += QStringLiteral(" %1 <i>%2</i> ").arg(name.toHtmlEscaped(), connective);
+    if (names.size() > mostNames)
+        text += QStringLiteral(" %1 <i>%2</i> ").arg(QChar(0x2026), connective);
     // The blank in front of it stays.
     text.chop(connective.size() + static_cast<int>(qstrlen("<i></i> ")));
     return text;
