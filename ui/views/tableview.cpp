@@ -60,6 +60,16 @@ void TableView::keyboardSearch(const QString &typed)
         setCurrentIndex(model()->index(row, qMax(0, current.column())));
 }
 
+// A header that knows the selection asks each time it is painted whether every row of a column is selected.
+void TableView::setSelectionModel(QItemSelectionModel *selectionModel)
+{
+    QTableView::setSelectionModel(selectionModel);
+    QItemSelectionModel *before = m_headerSelection;
+    m_headerSelection = new QItemSelectionModel(selectionModel->model(), this);
+    horizontalHeader()->setSelectionModel(m_headerSelection);
+    delete before;
+}
+
 bool TableView::offerKey(QKeyEvent *event)
 {
     event->ignore();

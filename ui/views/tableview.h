@@ -24,6 +24,8 @@ public:
     /** The names that typed letters are looked for in; without them they are looked for in what is shown. */
     void setNames(const NameSearch::NameAt &nameAt) { m_nameSearch.setNames(nameAt); }
     bool isEditing() const { return state() == EditingState; }
+    /** The header gets an empty selection of its own. */
+    void setSelectionModel(QItemSelectionModel *selectionModel) override;
     void keyboardSearch(const QString &typed) override;
 
 signals:
@@ -54,4 +56,5 @@ private:
     QPalette m_palette;
     QPersistentModelIndex m_current;
     QItemSelection m_selection;
+    QItemSelectionModel *m_headerSelection = nullptr;
 };
