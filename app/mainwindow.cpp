@@ -18,6 +18,7 @@
 #include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/popupmessager.h"
 #include "ui/dialogs/taggroupingdialog.h"
+#include "ui/docks/browsingtreeviewdock.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -60,6 +61,8 @@ bool MainWindow::openDatabase(const DBDetails &details)
             m_collection->load();
             attachControllers();
             rememberRecentDatabase();
+            // Nothing is shown yet: the next step is to choose a node.
+            m_browsingDock->widget()->setFocus();
         } else {
             closeDatabase();
         }

@@ -16,6 +16,7 @@
 #include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/popupmessager.h"
 #include "ui/docks/browsingtreeviewdock.h"
+#include "ui/docks/docktabbars.h"
 #include "ui/docks/externalfilesdock.h"
 #include "ui/docks/metainfodock.h"
 #include "ui/docks/relationtreeviewdock.h"
@@ -71,6 +72,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 void MainWindow::makeDocks()
 {
+    new DockTabBars(this);
     m_mainView = new MainFilesView(this);
     m_tagsDock = new TagsTableDock(this);
     m_tagsDock->setObjectName(QStringLiteral("TagsDock"));
@@ -155,7 +157,7 @@ void MainWindow::fillOtherMenus(MainUi &ui)
 
     QAction *groups = addAction(TagGroupsAction, tr("Tag Groups"));
     connect(groups, &QAction::triggered, this, &MainWindow::showEditTagGroups);
-    ui.editMenu->addActions({groups, ui.editMode});
+    ui.editMenu->addAction(groups);
     m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
 
     QAction *guide = addAction(QuickStartAction, tr("Quick Start Guide"));

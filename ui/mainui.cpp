@@ -84,6 +84,9 @@ void MainUi::makeBarsReachable() const
 {
     for (const QToolBar *bar : toolBars()) {
         for (QAction *action : bar->actions()) {
+            // A short cut does not reach a bar that is hidden.
+            if (!action->shortcut().isEmpty())
+                bar->window()->addAction(action);
             auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
             if (!button)
                 continue;
