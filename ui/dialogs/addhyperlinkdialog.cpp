@@ -1,16 +1,24 @@
 #include "ui/dialogs/addhyperlinkdialog.h"
 
 #include "app/messages.h"
+#include "ui/views/customiconwidget.h"
 #include "ui_addhyperlinkdialog.h"
 
 #include <QDir>
 #include <QFile>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QUrl>
 
 AddHyperlinkDialog::AddHyperlinkDialog(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::AddHyperlinkDialog>())
 {
     m_ui->setupUi(this);
+    auto *heading = new QHBoxLayout;
+    heading->setSpacing(12);
+    heading->addWidget(new CustomIconWidget(QIcon(QStringLiteral(":/icons/add-hyperlink.png")), 32, this));
+    heading->addWidget(new QLabel(tr("The address of a page or a mailbox, kept like a file."), this), 1);
+    m_ui->layout->insertLayout(0, heading);
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &AddHyperlinkDialog::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &AddHyperlinkDialog::reject);
 }
