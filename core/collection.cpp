@@ -7,6 +7,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
+#include "core/postgrescollection.h"
 #include "core/sqlitecollection.h"
 #include "db/connections.h"
 #include "db/databasemanger.h"
@@ -158,5 +159,7 @@ Collection *makeCollection(int type, const QString &host, const QString &databas
 {
     if (type == Constants::localDatabase)
         return new SqliteCollection(host, databaseName, user, password, port);
+    if (type == Constants::serverDatabase)
+        return new PostgresCollection(host, databaseName, user, password, port);
     return nullptr;
 }

@@ -17,6 +17,8 @@ QSqlDatabase openConnection(const QString &connectionName)
     return QSqlDatabase::database(orDefault(connectionName), false);
 }
 
+// The server's code for a prepared statement that it does not have.
+const QLatin1String unknownStatement("26000");
 } // namespace
 
 BaseDBProvider::BaseDBProvider(const AbstractQueryConstructor *constructor, QObject *parent)
@@ -97,10 +99,13 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
             query->finish();
         return true;
     }
-    // A statement that failed may be one that its server no longer knows: the next use prepares it anew.
     const QSqlError error = query->lastError();
-    m_prepared[connection].remove(statement);
-    tellError(error);
+    const QSqlDatabase database = openConnection(connection);
+    // The next use prepares it anew. A server keeps its own until it says that it does not know one: in a
+    // transaction that failed it would refuse to let one go.
+    if (database.driverName() == Constants::sqliteDriver || error.nativeErrorCode() == unknownStatement)
+        m_prepared[connection].remove(statement);
+    tellFailure(database, error);
     return false;
 }
 
@@ -113,7 +118,7 @@ QSqlQuery *BaseDBProvider::preparedQuery(const QString &statement, const QString
 {
     const QSqlDatabase database = QSqlDatabase::database(connectionName, false);
     if (!QueryRunner::isConnectionAlive(database)) {
-        emit connectionError();
+        loseConnection();
         return nullptr;
     }
     QHash<QString, QSqlQuery> &ofConnection = m_prepared[connectionName];
@@ -125,7 +130,7 @@ QSqlQuery *BaseDBProvider::preparedQuery(const QString &statement, const QString
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.prepare(statement)) {
-        tellError(query.lastError());
+        tellFailure(database, query.lastError());
         return nullptr;
     }
     return &ofConnection.insert(statement, query).value();
@@ -136,13 +141,13 @@ bool BaseDBProvider::runSyncInSlices(const QString &query, int sliceRows, const 
 {
     const QSqlDatabase database = openConnection(QString());
     if (!QueryRunner::isConnectionAlive(database)) {
-        emit connectionError();
+        loseConnection();
         return false;
     }
     QSqlQuery statement(database);
     if (executeForwardOnly(statement, query))
         SliceReader(sliceRows, take).read(statement, key);
-    return !reportError(statement);
+    return !reportError(database, statement);
 }
 
 bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQuery, int sliceRows,
@@ -150,7 +155,7 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
 {
     const QSqlDatabase database = openConnection(QString());
     if (!QueryRunner::isConnectionAlive(database)) {
-        emit connectionError();
+        loseConnection();
         return false;
     }
     QSqlQuery links(database);
@@ -163,8 +168,8 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
         if (executeForwardOnly(statement, query))
             SliceReader(sliceRows, take).readJoined(statement, links, linkColumns);
     }
-    const bool linksFailed = reportError(links);
-    return !reportError(statement) && !linksFailed;
+    const bool linksFailed = reportError(database, links);
+    return !linksFailed && !reportError(database, statement);
 }
 
 bool BaseDBProvider::executeForwardOnly(QSqlQuery &statement, const QString &query)
@@ -173,11 +178,11 @@ bool BaseDBProvider::executeForwardOnly(QSqlQuery &statement, const QString &que
     return statement.exec(query);
 }
 
-bool BaseDBProvider::reportError(const QSqlQuery &statement)
+bool BaseDBProvider::reportError(const QSqlDatabase &database, const QSqlQuery &statement)
 {
     const QSqlError error = statement.lastError();
     if (error.isValid())
-        emit errorOccured(error);
+        tellFailure(database, error);
     return error.isValid();
 }
 
@@ -187,7 +192,7 @@ bool BaseDBProvider::beginTransaction(const QString &connectionName)
     m_savepointLost = false;
     if (database.transaction())
         return true;
-    emit errorOccured(database.lastError());
+    tellFailure(database, database.lastError());
     return false;
 }
 
@@ -205,7 +210,7 @@ bool BaseDBProvider::commitTransaction(const QString &connectionName)
     }
     if (database.commit())
         return true;
-    emit errorOccured(database.lastError());
+    tellFailure(database, database.lastError());
     return false;
 }
 
@@ -243,9 +248,24 @@ bool BaseDBProvider::runOnSavepoint(const QString &statement)
 
 void BaseDBProvider::forwardErrors(const QueryRunner &runner)
 {
-    connect(&runner, &QueryRunner::connectionError, this, &BaseDBProvider::connectionError,
+    connect(&runner, &QueryRunner::connectionError, this, &BaseDBProvider::loseConnection,
             Qt::DirectConnection);
     connect(&runner, &QueryRunner::errorOccured, this, &BaseDBProvider::tellError, Qt::DirectConnection);
+}
+
+void BaseDBProvider::loseConnection()
+{
+    m_connectionLost = true;
+    m_savepointLost = true;
+    emit connectionError();
+}
+
+void BaseDBProvider::tellFailure(const QSqlDatabase &database, const QSqlError &error)
+{
+    if (QueryRunner::isConnectionAlive(database))
+        tellError(error);
+    else
+        loseConnection();
 }
 
 void BaseDBProvider::tellError(const QSqlError &error)

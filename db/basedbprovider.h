@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QMetaMethod>
 #include <QObject>
+#include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -79,6 +80,8 @@ public:
     bool rollbackToSavepoint();
     /** True from a failed way back on until the next transaction: the running one must not go on. */
     bool isSavepointLost() const { return m_savepointLost; }
+    /** True once a server could not be reached any more: nothing that follows on its connection succeeds. */
+    bool isConnectionLost() const { return m_connectionLost; }
     /** The last error of a statement, also of one that failed while the signals were blocked. */
     QSqlError lastError() const { return m_lastError; }
 
@@ -102,6 +105,10 @@ protected:
             connect(&runner, &QueryRunner::queryFinished, static_cast<Provider *>(this), reply);
         runner.run(query);
     }
+    /** Ends the running transaction and emits connectionError. */
+    virtual void loseConnection();
+    /** For a new connection in the place of a lost one. */
+    void forgetLostConnection() { m_connectionLost = false; }
     /** For a begin of another kind: no savepoint is lost in a new transaction. */
     void forgetLostSavepoint() { m_savepointLost = false; }
     /** Passes a runner's two error signals on as the provider's own. */
@@ -109,13 +116,16 @@ protected:
 
 private:
     bool executeForwardOnly(QSqlQuery &statement, const QString &query);
-    bool reportError(const QSqlQuery &statement);
+    bool reportError(const QSqlDatabase &database, const QSqlQuery &statement);
     bool runOnSavepoint(const QString &statement);
     void tellError(const QSqlError &error);
+    /** The same, or that the connection is lost, after a failure on it. */
+    void tellFailure(const QSqlDatabase &database, const QSqlError &error);
     QSqlQuery *preparedQuery(const QString &statement, const QString &connectionName);
 
     const AbstractQueryConstructor *m_constructor;
     QHash<QString, QHash<QString, QSqlQuery>> m_prepared;
     QSqlError m_lastError;
     bool m_savepointLost = false;
+    bool m_connectionLost = false;
 };

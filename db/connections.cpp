@@ -2,8 +2,29 @@
 
 #include "app/constants.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+namespace {
+// The time-outs are for a network that goes away: first while connecting, then while something sent is not
+// confirmed, then while an answer is waited for. Texts are quoted for standard strings, and the driver looks
+// only once, while it opens, whether they are so; names without a schema mean the program's tables.
+const QString serverOptions = QStringLiteral("connect_timeout=10;tcp_user_timeout=30000;"
+                                             "keepalives_idle=15;keepalives_interval=5;"
+                                             "options='-c standard_conforming_strings=on "
+                                             "-c search_path=public'");
+
+/** What stands between client and server may have dropped the options. */
+bool hasStandardStrings(const QSqlDatabase &database)
+{
+    QSqlQuery query(database);
+    return query.exec(QStringLiteral("SHOW standard_conforming_strings;")) && query.next() &&
+           query.value(0).toString() == QLatin1String("on");
+}
+} // namespace
 
 namespace Connections {
 QString mainName()
@@ -42,10 +63,20 @@ Result open(const QString &name, const DBDetails &details, const QString &option
             database.setPort(details.port() > 0 ? details.port() : -1);
             database.setUserName(details.user());
             database.setPassword(details.password());
-            database.setConnectOptions(options);
+            const bool isServer = details.type() == Constants::serverDatabase;
+            database.setConnectOptions(isServer ? serverOptions : options);
             result.isOpen = database.open();
+            result.error = database.lastError();
+            if (result.isOpen && isServer && !hasStandardStrings(database)) {
+                result.isOpen = false;
+                result.error = QSqlError(
+                    QString(),
+                    QCoreApplication::translate("Connections", "The server does not use standard strings."),
+                    QSqlError::ConnectionError);
+            }
+        } else {
+            result.error = database.lastError();
         }
-        result.error = database.lastError();
     }
     if (!result.isOpen)
         close(name);

@@ -22,7 +22,10 @@ struct Result
     bool isOpen = false;
     QSqlError error;
 };
-/** Adds and opens a connection; one that fails is removed again. */
+/**
+ * Adds and opens a connection; one that fails is removed again. The options are those of a local database's
+ * driver; a server's are the same everywhere: a connection that hangs counts as lost after half a minute.
+ */
 Result open(const QString &name, const DBDetails &details, const QString &options = QString());
 
 /** Closes and removes a connection; nothing when there is none. No query of it may be alive. */

@@ -101,7 +101,7 @@ void DatabaseManger::setProviders(const Providers &providers)
     connectFileNews();
     connect(m_providers.general, &GeneralProvider::gotDBVerion, this, &DatabaseManger::loadedDBVerion);
     connect(m_providers.general, &GeneralProvider::gotDBReadonly, this, &DatabaseManger::setReadOnly);
-    connect(m_providers.general, &BaseDBProvider::errorOccured, this, &DatabaseManger::gotProviderError);
+    connectErrors(m_providers.general);
 }
 
 void DatabaseManger::connectTags()
@@ -156,6 +156,7 @@ void DatabaseManger::connectFileOperations()
 {
     using Source = FileOperationProvider;
     Source *files = m_providers.fileOperation;
+    connect(files, &Source::aboutToCommit, this, &DatabaseManger::aboutToCommit);
     connect(files, &Source::updateTags, this, [this](const QVector<qint64> &ids) {
         updateTags(ids);
         refreshModificationDate();
@@ -177,6 +178,7 @@ void DatabaseManger::connectFileOperations()
     connect(files, &Source::noLongerPresent, this, &DatabaseManger::gotMissedFileIds);
     connect(files, &Source::present, this, &DatabaseManger::gotFoundFileIds);
     connect(files, &Source::errorOccured, this, &DatabaseManger::errorOccured);
+    connect(files, &Source::connectionError, this, &DatabaseManger::connectionError);
 }
 
 void DatabaseManger::connectFileNews()
@@ -283,6 +285,7 @@ void DatabaseManger::reloadAllData()
     loadOrKeep(PendingReloads::FullReload, {0}, [this] { loadDBVersion(); });
     if (m_sawBusy)
         return;
+    aboutToLoad();
     emit aboutToReloadAllData();
     m_thumbnailCache->clearCache();
     loadBrowsingTrees();

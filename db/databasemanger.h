@@ -133,6 +133,10 @@ public:
     virtual qint64 currentBrowsingTree() const = 0;
     virtual void setCurrentBrowsingTree(qint64 treeId) = 0;
     void loadBrowsingTrees();
+    /** Gives the id of the new tree, 0 on failure; several trees are a server's alone. */
+    qint64 addBrowsingTree(const QString &name);
+    bool removeBrowsingTree(qint64 treeId);
+    bool renameBrowsingTree(qint64 treeId, const QString &name);
 
     void loadAllRelationNodes();
     /** Puts tags below a path, at the top level for an empty one; places that exist are left out. */
@@ -259,6 +263,10 @@ protected:
 
     /** The options of the connection on which the window's statements run. */
     virtual QString connectOptions() const { return {}; }
+    /** Before all records are read anew. */
+    virtual void aboutToLoad() {}
+    /** The worker stores its changes; others made their last one at this time. */
+    virtual void aboutToCommit(const QDateTime &lastChange) { Q_UNUSED(lastChange) }
     /** Settles isReadOnly() at opening. */
     virtual void readReadOnlyState();
     void setReadOnly(bool readOnly) { m_readOnly = readOnly; }

@@ -230,6 +230,33 @@ void DatabaseManger::loadBrowsingTrees()
         m_providers.browsTree->loadAllTrees();
 }
 
+qint64 DatabaseManger::addBrowsingTree(const QString &name)
+{
+    if (!m_providers.browsTree || !isDataCurrent())
+        return 0;
+    const qint64 treeId = m_providers.browsTree->addTree(name);
+    refreshModificationDate();
+    return treeId;
+}
+
+bool DatabaseManger::removeBrowsingTree(qint64 treeId)
+{
+    if (!m_providers.browsTree || !isDataCurrent())
+        return false;
+    const bool isRemoved = m_providers.browsTree->removeTree(treeId);
+    refreshModificationDate();
+    return isRemoved;
+}
+
+bool DatabaseManger::renameBrowsingTree(qint64 treeId, const QString &name)
+{
+    if (!m_providers.browsTree || !isDataCurrent())
+        return false;
+    const bool isRenamed = m_providers.browsTree->updateTree(treeId, QStringLiteral("tree_name"), name);
+    refreshModificationDate();
+    return isRenamed;
+}
+
 void DatabaseManger::loadAllRelationNodes()
 {
     if (m_providers.relationTree)

@@ -77,7 +77,7 @@ bool QueryRunner::runOn(const QString &connectionName, const QString &query, Tab
         return false;
     QSqlQuery statement(database);
     statement.setForwardOnly(true);
-    return finish(statement, statement.exec(query), table);
+    return finish(database, statement, statement.exec(query), table);
 }
 
 bool QueryRunner::runBlobOn(const QString &connectionName, const QString &query, const QByteArray &blob,
@@ -89,9 +89,9 @@ bool QueryRunner::runBlobOn(const QString &connectionName, const QString &query,
     QSqlQuery statement(database);
     statement.setForwardOnly(true);
     if (!statement.prepare(query))
-        return finish(statement, false, table);
+        return finish(database, statement, false, table);
     statement.bindValue(placeholder, QVariant(blob), QSql::In);
-    return finish(statement, statement.exec(), table);
+    return finish(database, statement, statement.exec(), table);
 }
 
 bool QueryRunner::checkConnection(const QSqlDatabase &database)
@@ -102,14 +102,19 @@ bool QueryRunner::checkConnection(const QSqlDatabase &database)
     return false;
 }
 
-bool QueryRunner::finish(QSqlQuery &query, bool executed, TableData &table)
+bool QueryRunner::finish(const QSqlDatabase &database, QSqlQuery &query, bool executed, TableData &table)
 {
     TableData rows;
     const bool success = executed && readRows(query, rows);
-    if (!success)
-        emit errorOccured(query.lastError());
-    else
+    if (success) {
         table = rows;
+    } else {
+        const QSqlError error = query.lastError();
+        if (isConnectionAlive(database))
+            emit errorOccured(error);
+        else
+            emit connectionError();
+    }
     // Receivers may run statements of their own on this connection, so this one gives up its lock first.
     query.finish();
     emit queryFinished(success, rows);

@@ -12,7 +12,8 @@ class QSqlQuery;
 /**
  * Runs one statement at a time on a named connection, in the thread of its caller, which must be the thread
  * that opened the connection. A runner may live on the stack. Before each statement the connection is
- * checked; when it is down, connectionError() is the only signal. Queries run forward-only.
+ * checked; when it is down, connectionError() is the only signal. When it goes down under the statement,
+ * connectionError() takes the place of the error. Queries run forward-only.
  */
 class QueryRunner : public QObject
 {
@@ -32,7 +33,10 @@ public:
     virtual bool runWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder,
                              TableData &table, const QString &connectionName) = 0;
 
-    /** True when the connection can take a statement. On a server this costs a round trip. */
+    /**
+     * True when the connection can take a statement. On a server this costs a round trip. After a failure it
+     * tells a lost connection from a wrong statement.
+     */
     static bool isConnectionAlive(const QSqlDatabase &database);
     /** Reads what an executed query holds; false when the reading broke off, with no row in `table`. */
     static bool readRows(QSqlQuery &query, TableData &table);
@@ -52,5 +56,5 @@ protected:
 
 private:
     bool checkConnection(const QSqlDatabase &database);
-    bool finish(QSqlQuery &query, bool executed, TableData &table);
+    bool finish(const QSqlDatabase &database, QSqlQuery &query, bool executed, TableData &table);
 };

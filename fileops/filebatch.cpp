@@ -85,7 +85,9 @@ void FileBatch::takeBackRun(Savepoint &savepoint)
         savepoint.rollBack();
     }
     // Then nothing is tried again, and what was kept silent is the only word that says why.
-    if (m_worker.isSavepointLost())
+    if (m_worker.isConnectionLost())
+        emit m_worker.connectionError();
+    else if (m_worker.isSavepointLost())
         emit m_worker.errorOccured(cause);
 }
 

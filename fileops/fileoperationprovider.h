@@ -7,6 +7,7 @@
 #include "fileops/presentableduplicates.h"
 #include "fileops/shellfile.h"
 
+#include <QDateTime>
 #include <QImage>
 #include <QPair>
 
@@ -52,6 +53,8 @@ signals:
     void fileLoaded();
     /** The receiver owns the image; without a receiver it is freed. */
     void thumbnailLoaded(qlonglong fileId, QImage *image);
+    /** When any client last made a change before the one whose news follow; on a server. */
+    void aboutToCommit(QDateTime lastChange);
     void updateTags(QVector<qint64> ids);
     void updateNodes(QVector<qint64> ids);
     void updatedFiles(QVector<qint64> ids);

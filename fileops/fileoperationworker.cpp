@@ -1,6 +1,7 @@
 #include "fileops/fileoperationworker.h"
 
 #include "app/constants.h"
+#include "db/connections.h"
 #include "fileops/addfilelistoperation.h"
 #include "fileops/addfilesoperation.h"
 #include "fileops/addhyperlinksoperation.h"
@@ -10,8 +11,6 @@
 #include "fileops/transferfilesoperation.h"
 
 #include <QDebug>
-#include <QFileInfo>
-#include <QSqlDatabase>
 
 FileOperationWorker::FileOperationWorker(const QString &connectionName, const DBDetails &details,
                                          const AbstractQueryConstructor *constructor)
@@ -129,11 +128,12 @@ void FileOperationWorker::runOperationQueue()
     if (hasQueued() && !isStopped()) {
         if (openConnection()) {
             FileOperation operation;
-            while (!isStopped() && takeNext(operation))
+            while (!isStopped() && !isConnectionLost() && takeNext(operation))
                 dispatch(operation);
-        } else {
-            dropQueue();
         }
+        // Each operation behind would only meet the same.
+        if (isConnectionLost())
+            dropQueue();
         removeConnection();
     }
     finishRun();
@@ -142,41 +142,48 @@ void FileOperationWorker::runOperationQueue()
 
 bool FileOperationWorker::openConnection()
 {
-    const bool isLocal = m_details.type() == Constants::localDatabase;
-    QSqlDatabase database = QSqlDatabase::addDatabase(
-        isLocal ? Constants::sqliteDriver : Constants::postgresDriver, m_connectionName);
+    forgetLostConnection();
     // Opening would put a new, empty database in the place of one that is gone.
-    if (isLocal && !QFileInfo::exists(m_details.databaseName())) {
-        emit errorOccured(QSqlError(QString(),
-                                    tr("The database file \"%1\" is missing.").arg(m_details.databaseName()),
-                                    QSqlError::ConnectionError));
+    if (!Connections::isDatabaseThere(m_details)) {
+        failOpening(QSqlError(QString(),
+                              tr("The database file \"%1\" is missing.").arg(m_details.databaseName()),
+                              QSqlError::ConnectionError));
         return false;
     }
-    database.setHostName(m_details.host());
-    database.setDatabaseName(m_details.databaseName());
-    database.setUserName(m_details.user());
-    database.setPassword(m_details.password());
-    if (m_details.port() > 0)
-        database.setPort(m_details.port());
-    database.setConnectOptions(connectOptions());
-    if (!database.open()) {
+    const Connections::Result opened = Connections::open(m_connectionName, m_details, connectOptions());
+    if (!opened.isOpen) {
         qDebug() << "FileOperationWorker::runOperationQueue() - cannot open the connection:"
-                 << database.lastError().text();
-        emit errorOccured(database.lastError());
+                 << opened.error.text();
+        failOpening(opened.error);
         return false;
     }
-    if (isLocal)
+    if (m_details.type() == Constants::localDatabase)
         RegularFile::keepShut(m_details.databaseName());
     prepareConnection();
     return true;
+}
+
+void FileOperationWorker::failOpening(const QSqlError &error)
+{
+    dropQueue();
+    if (m_details.type() == Constants::serverDatabase)
+        loseConnection();
+    else
+        emit errorOccured(error);
+}
+
+void FileOperationWorker::loseConnection()
+{
+    // Once is enough: a batch may meet it at each of its files.
+    if (!isConnectionLost())
+        FileOperationQueries::loseConnection();
 }
 
 void FileOperationWorker::removeConnection()
 {
     RegularFile::keepShut(QString());
     clearPrepared();
-    QSqlDatabase::database(m_connectionName, false).close();
-    QSqlDatabase::removeDatabase(m_connectionName);
+    Connections::close(m_connectionName);
 }
 
 bool FileOperationWorker::takeNext(FileOperation &operation)

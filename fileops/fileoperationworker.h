@@ -72,6 +72,8 @@ signals:
     /** Text, then title. */
     void error(QString text, QString title);
     void finished();
+    /** The last change that any client has made, just before the commit of an own one; on a server. */
+    void aboutToCommit(QDateTime lastChange);
     void updateTags(QVector<qint64> ids);
     void updateNodes(QVector<qint64> ids);
     void updatedFiles(QVector<qint64> ids);
@@ -89,9 +91,11 @@ protected:
     virtual QString connectOptions() const { return QString(); }
     /** Called once the connection is open. */
     virtual void prepareConnection() {}
+    void loseConnection() override;
 
 private:
     bool openConnection();
+    void failOpening(const QSqlError &error);
     void removeConnection();
     bool takeNext(FileOperation &operation);
     void dispatch(const FileOperation &operation);

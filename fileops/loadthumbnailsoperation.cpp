@@ -20,7 +20,7 @@ void LoadThumbnailsOperation::run()
         dialect.selectQuery({QStringLiteral("thumbnail")}, from) + dialect.statementEnd();
     for (const qint64 id : m_request.fileIds) {
         // A cancel is meant for batches: a view would wait for its picture for ever.
-        if (m_worker.isStopped())
+        if (m_worker.isStopped() || m_worker.isConnectionLost())
             return;
         TableData table;
         if (id <= 0 || !m_worker.runFast(statement, {id}, table))

@@ -43,7 +43,7 @@ QVector<TransferFilesOperation::Source> TransferFilesOperation::findSources()
     sources.reserve(m_request.fileIds.size());
     QSet<qint64> seen;
     for (const qint64 fileId : m_request.fileIds) {
-        if (m_worker.shouldEnd())
+        if (m_worker.shouldEnd() || m_worker.isConnectionLost())
             return {};
         // Twice would leave the first chain without an owner.
         if (seen.contains(fileId))

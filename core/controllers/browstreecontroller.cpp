@@ -64,7 +64,7 @@ void BrowsTreeController::load()
         return;
     reloadSorting();
     manager()->loadBrowsingTrees();
-    manager()->setCurrentBrowsingTree(collection()->settings()->browsingTree());
+    makeTreeCurrent(collection()->settings()->browsingTree());
     manager()->loadAllNodes();
 }
 
@@ -332,6 +332,59 @@ qint64 BrowsTreeController::currentBrowsingTree() const
 QString BrowsTreeController::currentTreeName() const
 {
     return manager() ? manager()->browsingTrees().value(manager()->currentBrowsingTree()) : QString();
+}
+
+QMap<qint64, QString> BrowsTreeController::browsingTrees() const
+{
+    return manager() ? manager()->browsingTrees().items() : QMap<qint64, QString>();
+}
+
+bool BrowsTreeController::hasOtherTreeNamed(const QString &name, qint64 treeId) const
+{
+    const QList<qint64> ids = browsingTrees().keys(name);
+    return std::any_of(ids.cbegin(), ids.cend(), [treeId](qint64 id) { return id != treeId; });
+}
+
+bool BrowsTreeController::addTree(const QString &name)
+{
+    return manager() && !hasOtherTreeNamed(name, 0) && mayWrite() && manager()->addBrowsingTree(name) > 0;
+}
+
+bool BrowsTreeController::renameTree(qint64 treeId, const QString &name)
+{
+    return manager() && !hasOtherTreeNamed(name, treeId) && mayWrite() &&
+           manager()->renameBrowsingTree(treeId, name);
+}
+
+bool BrowsTreeController::removeTree(qint64 treeId)
+{
+    const QMap<qint64, QString> trees = browsingTrees();
+    if (!trees.contains(treeId) || treeId == trees.firstKey() || !mayWrite())
+        return false;
+    if (treeId == currentBrowsingTree())
+        selectTree(trees.firstKey());
+    return manager()->removeBrowsingTree(treeId);
+}
+
+bool BrowsTreeController::selectTree(qint64 treeId)
+{
+    if (!manager())
+        return false;
+    // The files stay: only what the collection's listeners show of the tree is put away and brought back.
+    emit collection()->aboutToReloadAllData();
+    manager()->loadBrowsingTrees();
+    makeTreeCurrent(treeId);
+    reloadSorting();
+    emit collection()->allDataReloaded();
+    return currentBrowsingTree() == treeId;
+}
+
+void BrowsTreeController::makeTreeCurrent(qint64 treeId)
+{
+    manager()->setCurrentBrowsingTree(treeId);
+    // Not always the one that was asked for: a tree that is gone is told of once.
+    if (treeId != 0)
+        collection()->settings()->setBrowsingTree(currentBrowsingTree());
 }
 
 bool BrowsTreeController::allowsManualMoves() const

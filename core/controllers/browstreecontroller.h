@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QMap>
 #include <QSet>
 #include <QTimer>
 #include <QUrl>
@@ -67,6 +68,19 @@ public:
     qint64 currentBrowsingTree() const;
     /** Empty where the database has only one tree. */
     QString currentTreeName() const;
+    /** The trees of a server by id, the default one first; empty for a local database. */
+    QMap<qint64, QString> browsingTrees() const;
+    /** False, and nothing is done, when another tree has this name; and when the database did not take it. */
+    bool addTree(const QString &name);
+    bool renameTree(qint64 treeId, const QString &name);
+    /** The default tree cannot be removed. In the place of the one that is shown the default tree is shown.
+     */
+    bool removeTree(qint64 treeId);
+    /**
+     * Shows a tree from now on, also after the next start. When another client has removed it, the default
+     * tree is shown and Collection::showError says so; false then.
+     */
+    bool selectTree(qint64 treeId);
     /** Whether nodes can be put in order by hand. */
     bool allowsManualMoves() const;
     /** Reads the way of sorting anew and applies it. */
@@ -100,6 +114,8 @@ private:
     void nodesLoaded(const Map<qint64, TBnode *> &nodes);
     void nodesAdded(const Map<qint64, TBnode *> &nodes);
     void markCurrentNode();
+    void makeTreeCurrent(qint64 treeId);
+    bool hasOtherTreeNamed(const QString &name, qint64 treeId) const;
     void givePlaceToTop(const TBnode *parent, qint64 nodeId);
     void storeOrder();
     QVector<qint64> tagsOfNode(qint64 nodeId) const;

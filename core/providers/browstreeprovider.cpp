@@ -135,11 +135,20 @@ void BrowsTreeProvider::updateAutolink(const QString &, const QString &, const Q
 
 void BrowsTreeProvider::loadAllTrees() {}
 
-void BrowsTreeProvider::addTree(const QString &) {}
+qint64 BrowsTreeProvider::addTree(const QString &)
+{
+    return 0;
+}
 
-void BrowsTreeProvider::removeTree(qint64) {}
+bool BrowsTreeProvider::removeTree(qint64)
+{
+    return false;
+}
 
-void BrowsTreeProvider::updateTree(qint64, const QString &, const QString &) {}
+bool BrowsTreeProvider::updateTree(qint64, const QString &, const QString &)
+{
+    return false;
+}
 
 void BrowsTreeProvider::setCurrentTree(qint64) {}
 

@@ -44,9 +44,11 @@ public:
     virtual void updateAutolink(const QString &linkId, const QString &absPath, const QString &relPath);
 
     virtual void loadAllTrees();
-    virtual void addTree(const QString &name);
-    virtual void removeTree(qint64 id);
-    virtual void updateTree(qint64 id, const QString &column, const QString &value);
+    /** Gives the id of the new tree, 0 on failure. */
+    virtual qint64 addTree(const QString &name);
+    virtual bool removeTree(qint64 id);
+    /** False also when there is no such tree any more. */
+    virtual bool updateTree(qint64 id, const QString &column, const QString &value);
     virtual void setCurrentTree(qint64 id);
 
     virtual void loadNode(qint64 id);

@@ -30,30 +30,35 @@ void PostgresBrowsTreeProvider::loadAllTrees()
             &BrowsTreeProvider::gotAllBrowsTreesInfo);
 }
 
-void PostgresBrowsTreeProvider::addTree(const QString &name)
+qint64 PostgresBrowsTreeProvider::addTree(const QString &name)
 {
     const qint64 id =
         SingleValue::read(*this, treeInsertText(name) + constructor()->statementEnd()).toLongLong();
     if (id > 0)
         emit addedNewBrowsingTree(id, name);
+    return id;
 }
 
-void PostgresBrowsTreeProvider::removeTree(qint64 id)
+bool PostgresBrowsTreeProvider::removeTree(qint64 id)
 {
     const QString condition = SqlText::fill(QStringLiteral(" WHERE tree_id=%1 "), {QString::number(id)});
-    if (runSync(constructor()->deleteQuery(treesTable) + condition + constructor()->statementEnd()))
-        emit removedBrowsingTree(id);
+    if (!runSync(constructor()->deleteQuery(treesTable) + condition + constructor()->statementEnd()))
+        return false;
+    emit removedBrowsingTree(id);
+    return true;
 }
 
-void PostgresBrowsTreeProvider::updateTree(qint64 id, const QString &column, const QString &value)
+bool PostgresBrowsTreeProvider::updateTree(qint64 id, const QString &column, const QString &value)
 {
     TableData table;
-    const bool ok = runSync(treeUpdateText(id, column, value) + constructor()->statementEnd(), table);
     // no row: another client removed the tree
-    if (ok && !table.isEmpty())
+    const bool ok =
+        runSync(treeUpdateText(id, column, value) + constructor()->statementEnd(), table) && !table.isEmpty();
+    if (ok)
         emit updatedBrowsingTree(table.constFirst()->at(0).toLongLong(),
                                  table.constFirst()->at(1).toString());
     freeRows(table);
+    return ok;
 }
 
 void PostgresBrowsTreeProvider::setCurrentTree(qint64 id)

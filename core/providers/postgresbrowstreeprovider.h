@@ -11,15 +11,17 @@ class PostgresBrowsTreeProvider : public BrowsTreeProvider
     Q_OBJECT
 
 public:
+    static constexpr qint64 defaultTree = 1;
+
     explicit PostgresBrowsTreeProvider(const AbstractQueryConstructor *constructor,
                                        QObject *parent = nullptr);
 
     void loadAllNodes() override;
 
     void loadAllTrees() override;
-    void addTree(const QString &name) override;
-    void removeTree(qint64 id) override;
-    void updateTree(qint64 id, const QString &column, const QString &value) override;
+    qint64 addTree(const QString &name) override;
+    bool removeTree(qint64 id) override;
+    bool updateTree(qint64 id, const QString &column, const QString &value) override;
     void setCurrentTree(qint64 id) override;
 
 protected:
@@ -31,6 +33,5 @@ protected:
     QString treeUpdateText(qint64 id, const QString &column, const QString &value) const;
 
 private:
-    static constexpr qint64 defaultTree = 1;
     qint64 m_currentTree = defaultTree;
 };

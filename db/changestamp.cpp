@@ -1,0 +1,18 @@
+#include "db/changestamp.h"
+
+#include "db/abstractqueryconstructor.h"
+
+QString ChangeStamp::query(const AbstractQueryConstructor &constructor)
+{
+    return constructor.selectQuery({QStringLiteral("max(last_date)")},
+                                   QStringLiteral("tables_modification_date")) +
+           constructor.statementEnd();
+}
+
+QDateTime ChangeStamp::of(const TableData &table)
+{
+    QDateTime date = table.isEmpty() ? QDateTime() : table.constFirst()->at(0).toDateTime();
+    // The driver takes the stamp for a local time, of which there is none in the hour that summer time skips.
+    date.setTimeSpec(Qt::UTC);
+    return date;
+}
