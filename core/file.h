@@ -32,6 +32,8 @@ public:
     const QString &name() const { return m_name; }
     const QString &description() const { return m_description; }
     QString idCode() const;
+    /** The ASCII characters of an id code of our own: eight, or fewer and a zero. Null for a foreign one. */
+    const char *ownIdCode() const { return m_hasForeignIdCode ? nullptr : m_idCode; }
     /** "." and the extension in the case of the name, "Hyperlink", or empty for a name without a dot. */
     const QString &type() const { return m_type; }
     /** The absolute path of an external file. */

@@ -61,7 +61,22 @@ bool Sorter::isFoundIn(const QString &text) const
 bool Sorter::isMatch(const File &file) const
 {
     return m_filterText.isEmpty() || isFoundIn(file.name()) || isFoundIn(file.description()) ||
-           isFoundIn(file.idCode());
+           isFoundInIdCode(file);
+}
+
+// Without a text made for each of a million files.
+bool Sorter::isFoundInIdCode(const File &file) const
+{
+    const char *own = file.ownIdCode();
+    if (!own)
+        return isFoundIn(file.idCode());
+    QChar characters[8];
+    int length = 0;
+    while (length < 8 && own[length] != 0) {
+        characters[length] = QLatin1Char(own[length]);
+        ++length;
+    }
+    return m_matcher.indexIn(characters, length) >= 0;
 }
 
 bool Sorter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const

@@ -76,6 +76,7 @@ private:
     void sourceReset();
 
     bool isFoundIn(const QString &text) const;
+    bool isFoundInIdCode(const File &file) const;
     bool isMatch(const File &file) const;
     void arrange();
     void putInOrder();

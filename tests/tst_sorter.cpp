@@ -250,6 +250,64 @@ private slots:
         QCOMPARE(views.shown(), views.expected(ContentsModel::NameColumn));
     }
 
+    void followsChangesOfMany_data()
+    {
+        addColumns<int, Qt::SortOrder, QString>("column", "order", "text");
+        addRow("as they came", -1, Qt::AscendingOrder, QString());
+        addRow("sorted", int(ContentsModel::NameColumn), Qt::AscendingOrder, QString());
+        addRow("searched", -1, Qt::AscendingOrder, "note"_s);
+        addRow("searched and sorted", int(ContentsModel::NameColumn), Qt::DescendingOrder, "note"_s);
+    }
+
+    void followsChangesOfMany()
+    {
+        QFETCH(int, column);
+        QFETCH(Qt::SortOrder, order);
+        QFETCH(QString, text);
+        Views views;
+        views.fill(200);
+        views.sorter.setFilterText(text);
+        views.sorter.sort(column, order);
+        const auto expected = [&] {
+            Ids ids = column < 0 ? views.contents.fileIndex().ids() : views.expected(column);
+            const auto isHidden = [&](qint64 id) {
+                return !views.contents.fileAt(views.contents.rowOf(id))->name().contains(text);
+            };
+            ids.erase(std::remove_if(ids.begin(), ids.end(), isHidden), ids.end());
+            if (order == Qt::DescendingOrder)
+                std::reverse(ids.begin(), ids.end());
+            return ids;
+        };
+        const QPersistentModelIndex kept = views.sorter.index(7, 0);
+        const File *keptFile = views.sorter.fileAt(7);
+        const auto isOther = [keptFile](int number, const File *file) {
+            return number % 3 == 0 && file != keptFile;
+        };
+
+        Ids others;
+        for (int i = 0; i < views.files.size(); ++i) {
+            if (!isOther(i, views.files.at(i)))
+                continue;
+            others.append(views.files.at(i)->id());
+            views.files.at(i)->setData(Name, QString("%1 note"_s).arg(i * 7919 % 1000));
+        }
+        views.contents.updateFiles(others);
+        QCOMPARE(views.shown(), expected());
+
+        QVector<File *> added;
+        for (int i = 0; i < 310; ++i)
+            added.append(views.records.add({}, 1, QString("new note %1"_s).arg(i * 7919 % 310)));
+        views.files += added;
+        views.contents.addFiles(FileRecords::map(added));
+        QCOMPARE(views.shown(), expected());
+
+        views.contents.removeFiles(others.mid(0, 5));
+        QCOMPARE(views.shown(), expected());
+        views.contents.removeFiles(others);
+        QCOMPARE(views.shown(), expected());
+        QCOMPARE(views.sorter.fileAt(kept.row()), keptFile);
+    }
+
     void orderFollowsTagNames_data() { orderFollowsChanges_data(); }
 
     void orderFollowsTagNames()
