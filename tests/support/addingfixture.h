@@ -1,26 +1,34 @@
 #pragma once
 
+#include "fileops/postgresfileoperationprovider.h"
 #include "fileops/sqlitefileoperationprovider.h"
 #include "tests/support/database.h"
 #include "tests/support/settingssandbox.h"
 
-/** A local database with a provider of file operations on it, beside a folder for files to add. */
-class AddingFixture : private SettingsSandbox, public LocalDatabase
+/**
+ * A database with a provider of file operations on it, beside a folder for files to add: a new local one, or
+ * the one that it is given.
+ */
+class AddingFixture : private SettingsSandbox, public TestFolder, public Sql
 {
 public:
-    AddingFixture() : m_provider(constructor(), details(), nullptr)
+    explicit AddingFixture(std::unique_ptr<TestDatabase> database = std::make_unique<LocalDatabase>())
+        : m_database(std::move(database)), m_provider(makeProvider(*m_database))
     {
-        m_provider.start();
-        QObject::connect(&m_provider, &FileOperationProvider::duplicatesReady, &m_provider,
+        m_provider->setBrowsingTreeId(isLocal() ? 0 : 1);
+        QObject::connect(m_provider.get(), &FileOperationProvider::duplicatesReady, m_provider.get(),
                          [this](const PresentableDuplicates &found) { m_duplicates = found; });
     }
 
-    FileOperationProvider &provider() { return m_provider; }
+    TestDatabase &database() { return *m_database; }
+    DBDetails details() const { return m_database->details(); }
+    QString databasePath() const { return details().databaseName(); }
+    bool isLocal() const { return details().type() == Constants::localDatabase; }
+    FileOperationProvider &provider() { return *m_provider; }
     QString path(const QString &name) const { return filePath("in/"_s + name); }
-    QString databasePath() const { return LocalDatabase::path(); }
     QString write(const QString &name, const QByteArray &bytes) const
     {
-        return LocalDatabase::write("in/"_s + name, bytes);
+        return TestFolder::write("in/"_s + name, bytes);
     }
     /** The ids that a signal told of first. */
     static QVector<qint64> idsOf(const QSignalSpy &spy)
@@ -36,35 +44,52 @@ public:
         m_duplicates = PresentableDuplicates();
         for (QSignalSpy *spy : {&tags, &nodes, &files, &errors, &finished})
             spy->clear();
-        m_provider.addFiles(paths, tagIds, fromSelectedNode, nodeId, details);
+        m_provider->addFiles(paths, tagIds, fromSelectedNode, nodeId, details);
         wait();
     }
     /** Until the worker is idle and its news have arrived. */
     void wait()
     {
-        QVERIFY(QTest::qWaitFor([this] { return !m_provider.isBusy(); }, 60000));
+        QVERIFY(QTest::qWaitFor([this] { return !m_provider->isBusy(); }, 60000));
         QCoreApplication::processEvents();
     }
 
     /** Names of files with their tags, sorted: "a.txt: one,two". */
     static QStringList taggedNames()
     {
-        return rows("SELECT file_name || ': ' || coalesce((SELECT group_concat(tag_name) FROM (SELECT "
-                    "tag_name FROM file_tag NATURAL JOIN tags WHERE file_tag.file_id=files.file_id ORDER BY "
-                    "tag_name)),'') FROM files ORDER BY file_name, file_id");
+        QMap<QPair<QString, qint64>, QStringList> tagsOf;
+        QSqlQuery query("SELECT file_name, files.file_id, tag_name FROM files LEFT JOIN file_tag ON "
+                        "file_tag.file_id=files.file_id LEFT JOIN tags ON tags.tag_id=file_tag.tag_id "
+                        "ORDER BY tag_name"_s);
+        while (query.next())
+            tagsOf[{query.value(0).toString(), query.value(1).toLongLong()}].append(
+                query.value(2).toString());
+        QStringList names;
+        for (auto file = tagsOf.cbegin(); file != tagsOf.cend(); ++file)
+            names.append(file.key().first + ": "_s + file->join(QLatin1Char(',')));
+        return names;
     }
-    static QString integrity() { return value("PRAGMA integrity_check"); }
+    /** "ok" for a sound file; a server looks after its own. */
+    QString integrity() const { return isLocal() ? value("PRAGMA integrity_check") : "ok"_s; }
 
 private:
-    SqliteFileOperationProvider m_provider;
+    static std::unique_ptr<FileOperationProvider> makeProvider(const TestDatabase &database)
+    {
+        if (database.details().type() == Constants::localDatabase)
+            return std::make_unique<SqliteFileOperationProvider>(database.constructor(), database.details());
+        return std::make_unique<PostgresFileOperationProvider>(database.constructor(), database.details());
+    }
+
+    std::unique_ptr<TestDatabase> m_database;
+    std::unique_ptr<FileOperationProvider> m_provider;
 
 public:
     // The news of the last add.
-    QSignalSpy tags{&m_provider, &FileOperationProvider::updateTags};
-    QSignalSpy nodes{&m_provider, &FileOperationProvider::updateNodes};
-    QSignalSpy files{&m_provider, &FileOperationProvider::updatedFiles};
-    QSignalSpy errors{&m_provider, &FileOperationProvider::errorOccured};
-    QSignalSpy finished{&m_provider, &FileOperationProvider::finishedFilesOperation};
+    QSignalSpy tags{m_provider.get(), &FileOperationProvider::updateTags};
+    QSignalSpy nodes{m_provider.get(), &FileOperationProvider::updateNodes};
+    QSignalSpy files{m_provider.get(), &FileOperationProvider::updatedFiles};
+    QSignalSpy errors{m_provider.get(), &FileOperationProvider::errorOccured};
+    QSignalSpy finished{m_provider.get(), &FileOperationProvider::finishedFilesOperation};
 
 private:
     PresentableDuplicates m_duplicates;

@@ -136,7 +136,6 @@ public:
                keysTaken();
     }
 
-private:
     /** Rows were put in with keys of their own, which the database must not give away again. */
     virtual bool keysTaken() { return true; }
 };

@@ -47,6 +47,7 @@ public:
     bool openWorkerConnection() override;
     bool refuse(const QString &what, const QString &condition = "1=1"_s) override;
     bool permit(const QString &table) override;
+    bool keysTaken() override;
     /** A connection with all rights, to look and to change behind the clients' backs. */
     ServerConnection &owner() { return *m_owner; }
 
@@ -54,8 +55,6 @@ public:
     static const QString reader;
 
 private:
-    bool keysTaken() override;
-
     QString m_name;
     std::unique_ptr<ServerConnection> m_owner;
     std::unique_ptr<ServerConnection> m_default;
