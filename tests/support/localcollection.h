@@ -14,13 +14,15 @@
 #include "tests/support/settingssandbox.h"
 
 /**
- * A collection over a new local database, open and loaded, with settings of its own. Boxes are noted and
- * answered by a button. Has short ways to files of each kind, tags and nodes.
+ * A collection over a new database, open and loaded, with settings of its own: over a local one, or over the
+ * one that it is given. Boxes are noted and answered by a button. Has short ways to files of each kind, tags
+ * and nodes.
  */
 class LocalCollection : private SettingsSandbox, public Sql, public TestFolder
 {
 public:
-    LocalCollection()
+    explicit LocalCollection(std::unique_ptr<TestDatabase> database = nullptr)
+        : m_database(std::move(database))
     {
         registerRecordTypes();
         registerFileOperationTypes();
@@ -28,7 +30,8 @@ public:
             m_boxes.append(box.title.isEmpty() ? box.text : box.title + QLatin1String(": ") + box.text);
             return Messages::Answer{m_button, -1};
         });
-        placeFile();
+        if (!m_database)
+            placeFile();
         open();
     }
     ~LocalCollection()
@@ -44,7 +47,8 @@ public:
         m_collection = make();
         if (m_collection->open().isValid())
             return false;
-        run("PRAGMA synchronous=OFF"); // nobody pulls the plug on a test
+        if (m_collection->dbType() == Constants::localDatabase)
+            run("PRAGMA synchronous=OFF"); // nobody pulls the plug on a test
         m_collection->load();
         return true;
     }
@@ -66,6 +70,8 @@ public:
 
     Collection *operator->() { return m_collection.get(); }
     Collection *get() { return m_collection.get(); }
+    /** The database that was given. */
+    TestDatabase &database() { return *m_database; }
     DatabaseManger *manager() { return m_collection->findChild<DatabaseManger *>(); }
     TagsController &tags() { return *m_collection->tagsController(); }
     GroupsController &groups() { return *m_collection->groupsController(); }
@@ -151,9 +157,12 @@ private:
     }
     std::unique_ptr<Collection> make()
     {
-        return std::unique_ptr<Collection>(makeCollection(1, {}, path(), {}, {}, 0));
+        const DBDetails of = m_database ? m_database->details() : DBDetails::local(path());
+        return std::unique_ptr<Collection>(
+            makeCollection(of.type(), of.host(), of.databaseName(), of.user(), of.password(), of.port()));
     }
 
+    std::unique_ptr<TestDatabase> m_database;
     std::unique_ptr<Collection> m_collection;
     QMessageBox::StandardButton m_button = QMessageBox::Ok;
     QStringList m_boxes;

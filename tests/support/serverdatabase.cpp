@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QSqlError>
 
+#include <unistd.h>
+
 const QString ServerDatabase::writer = QStringLiteral("vorna_test_writer");
 const QString ServerDatabase::reader = QStringLiteral("vorna_test_reader");
 
@@ -28,6 +30,32 @@ bool runOnServer(const QString &statement)
         return true;
     qWarning("%s", qPrintable(query.lastError().text()));
     return false;
+}
+
+/** Runs pg_ctl on the folder of the server, as the user to whom it belongs. */
+bool controlServer(const QStringList &arguments)
+{
+    static const QString folder =
+        ServerConnection(maintenance(), "maintenance"_s).value("SHOW data_directory"_s);
+    const QString log = folder + "/log"_s;
+    QStringList command = {"runuser"_s,
+                           "-u"_s,
+                           QFileInfo(folder).owner(),
+                           "--"_s,
+                           "/usr/lib/postgresql/15/bin/pg_ctl"_s,
+                           "-D"_s,
+                           folder,
+                           "-w"_s,
+                           "-l"_s,
+                           log};
+    if (::geteuid() != 0)
+        command = command.mid(4);
+    QProcess control;
+    control.setWorkingDirectory("/"_s);
+    control.setStandardOutputFile(QProcess::nullDevice()); // which the server keeps open
+    control.setStandardErrorFile(QProcess::nullDevice());
+    control.start(command.first(), command.mid(1) + arguments);
+    return control.waitForFinished() && control.exitCode() == 0;
 }
 
 /** The database that the script made, of which each test gets a copy. It stays for the server's life. */
@@ -122,6 +150,16 @@ int ServerDatabase::runScript(const QString &name, QString *output)
     if (output)
         *output = QString::fromUtf8(psql.readAll());
     return hasEnded && psql.exitStatus() == QProcess::NormalExit ? psql.exitCode() : -1;
+}
+
+bool ServerDatabase::stopServer(const QString &mode)
+{
+    return controlServer({"-m"_s, mode, "stop"_s});
+}
+
+bool ServerDatabase::startServer()
+{
+    return controlServer({"restart"_s}); // unlike a start it takes the options of the last one
 }
 
 DBDetails ServerDatabase::detailsFor(const QString &name, const QString &user)

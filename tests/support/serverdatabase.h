@@ -48,6 +48,9 @@ public:
     bool refuse(const QString &what, const QString &condition = "1=1"_s) override;
     bool permit(const QString &table) override;
     bool keysTaken() override;
+    /** Stops the server itself, in a mode of pg_ctl: every connection to it is gone. */
+    static bool stopServer(const QString &mode);
+    static bool startServer();
     /** A connection with all rights, to look and to change behind the clients' backs. */
     ServerConnection &owner() { return *m_owner; }
 

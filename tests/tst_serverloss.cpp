@@ -1,0 +1,157 @@
+#include "app/messages.h"
+#include "core/providers/mainviewprovider.h"
+#include "tests/support/localmanager.h"
+#include "tests/support/serverdatabase.h"
+
+#include <QElapsedTimer>
+#include <QTcpServer>
+
+namespace {
+constexpr int storedFiles = 6000;
+constexpr int addedFiles = 300;
+
+bool interrupt(const QString &event, ServerConnection &owner)
+{
+    if (event != QLatin1String("terminate"))
+        return ServerDatabase::stopServer(event);
+    return owner.run("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename='%1'"_s.arg(
+        ServerDatabase::writer));
+}
+} // namespace
+
+/** A server that goes away while a manager works with it, and comes back. */
+class TestServerLoss : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase_data()
+    {
+        QTest::addColumn<QString>("event");
+        addRow("server shut down", "fast"_s);
+        addRow("server killed", "immediate"_s);
+        addRow("connection ended by the administrator", "terminate"_s);
+    }
+
+    void init()
+    {
+        QFETCH_GLOBAL(QString, event);
+        m_event = event;
+        if (!ServerDatabase::isAvailable())
+            QSKIP("VORNA_TEST_PG names no server");
+        auto database = std::make_unique<ServerDatabase>();
+        m_server = database.get();
+        m_manager = std::make_unique<LocalManager>(std::move(database));
+        m_lost = std::make_unique<QSignalSpy>(m_manager->get(), &DatabaseManger::connectionError);
+        m_errors = std::make_unique<QSignalSpy>(m_manager->get(), &DatabaseManger::errorOccured);
+    }
+
+    void cleanup()
+    {
+        if (!m_manager)
+            return;
+        ServerConnection probe(m_server->ownerDetails(), "probe"_s);
+        if (!probe.database().isOpen())
+            QVERIFY(ServerDatabase::startServer());
+        m_errors.reset();
+        m_lost.reset();
+        m_manager.reset();
+    }
+
+    void betweenEdits()
+    {
+        QVERIFY((*m_manager)->addTag("before"_s) > 0);
+        QVERIFY(interrupt(m_event, m_server->owner()));
+        QCOMPARE((*m_manager)->addTag("lost"_s), qint64(0));
+        QCOMPARE(m_lost->size(), 1);
+        QCOMPARE(m_errors->size(), 0);
+        QVERIFY(!(*m_manager)->hasTagNamed("lost"_s));
+        reopen();
+        QVERIFY((*m_manager)->hasTagNamed("before"_s));
+        QVERIFY((*m_manager)->addTag("after"_s) > 0);
+    }
+
+    void inTheMiddleOfReading()
+    {
+        // More than what the sockets hold, so that the server is still sending.
+        QVERIFY(m_manager->fill("INSERT INTO files SELECT i,'f',repeat('long',1000),0,0,0,'c'||i,1,0,0,0,2 "
+                                "FROM n",
+                                storedFiles));
+        int slices = 0;
+        connect((*m_manager)->findChild<MainViewProvider *>(), &MainViewProvider::gotAllFilesInfo, this,
+                [&](bool, const TableData &) {
+                    if (++slices == 1)
+                        QVERIFY(interrupt(m_event, m_server->owner()));
+                });
+        (*m_manager)->loadAllFiles();
+        QCOMPARE(m_lost->size(), 1);
+        QCOMPARE(m_errors->size(), 0);
+        QVERIFY((*m_manager)->files().isEmpty());
+        reopen();
+        QCOMPARE((*m_manager)->files().size(), storedFiles);
+    }
+
+    void inTheMiddleOfAnAdd()
+    {
+        QStringList paths;
+        for (int i = 0; i < addedFiles; ++i)
+            paths.append(m_manager->write("file%1.txt"_s.arg(i), QByteArray::number(i)));
+        QSignalSpy progress(m_manager->get(), &DatabaseManger::addingFilesProgress);
+        QSignalSpy finished(m_manager->get(), &DatabaseManger::finishedAddingFiles);
+        connect(m_manager->get(), &DatabaseManger::addingFilesProgress, this, [&](const QString &text, int) {
+            if (text.startsWith(QLatin1String("Adding ")) && m_lost->isEmpty() && !m_isInterrupted) {
+                m_isInterrupted = true;
+                QVERIFY(interrupt(m_event, m_server->owner()));
+            }
+        });
+        m_isInterrupted = false;
+        (*m_manager)->addFiles(paths, {}, false, 0);
+        QTRY_COMPARE(finished.size(), 1);
+        QVERIFY(m_isInterrupted);
+        QTRY_COMPARE(m_lost->size(), 1);
+        QTRY_VERIFY(!(*m_manager)->isBusy());
+        QCOMPARE(m_errors->size(), 0);
+        reopen();
+        QVERIFY((*m_manager)->files().isEmpty());
+        for (const char *table : {"files", "file_paths", "file_tag"})
+            QCOMPARE(m_manager->count(QLatin1String(table)), 0);
+        (*m_manager)->addFiles(paths, {}, false, 0);
+        QTRY_COMPARE((*m_manager)->files().size(), addedFiles);
+    }
+
+    void serverThatDoesNotAnswer()
+    {
+        if (m_event != QLatin1String("terminate"))
+            QSKIP("ten seconds of waiting are enough once");
+        QTcpServer deaf;
+        QVERIFY(deaf.listen(QHostAddress::LocalHost));
+        m_manager->close();
+        PostgresDBManager manager(Constants::postgresDriver, "d"_s, "127.0.0.1"_s, "u"_s, {},
+                                  deaf.serverPort());
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(manager.openDB().isValid());
+        QVERIFY(timer.elapsed() < 20000);
+    }
+
+private:
+    void reopen()
+    {
+        m_manager->close();
+        if (m_event != QLatin1String("terminate")) {
+            QVERIFY(!m_manager->open());
+            QVERIFY(ServerDatabase::startServer());
+        }
+        QVERIFY(m_manager->open());
+    }
+
+    QString m_event;
+    ServerDatabase *m_server = nullptr; // the manager's
+    std::unique_ptr<LocalManager> m_manager;
+    std::unique_ptr<QSignalSpy> m_lost;
+    std::unique_ptr<QSignalSpy> m_errors;
+    bool m_isInterrupted = false;
+};
+
+QTEST_MAIN(TestServerLoss)
+#include "tst_serverloss.moc"
