@@ -76,6 +76,8 @@ bool Sorter::isFoundInIdCode(const File &file) const
         characters[length] = QLatin1Char(own[length]);
         ++length;
     }
+    if (m_filterText.size() == 1)
+        return QStringView(characters, length).contains(m_filterText.at(0), Qt::CaseInsensitive);
     return m_matcher.indexIn(characters, length) >= 0;
 }
 
