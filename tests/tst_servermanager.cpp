@@ -1,0 +1,247 @@
+#include "core/collectionsettings.h"
+#include "tests/support/localcollection.h"
+#include "tests/support/serverdatabase.h"
+
+#include <QSignalSpy>
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+namespace {
+/** How many open sockets give up what is not confirmed within this time. */
+int socketsWithTimeout(unsigned int milliseconds)
+{
+    int sockets = 0;
+    for (int fd = 3; fd < 200; ++fd) {
+        unsigned int timeout = 0;
+        socklen_t size = sizeof timeout;
+        if (::getsockopt(fd, IPPROTO_TCP, TCP_USER_TIMEOUT, &timeout, &size) == 0 && timeout == milliseconds)
+            ++sockets;
+    }
+    return sockets;
+}
+} // namespace
+
+/** What only a collection on a server does: rights, versions, others' changes, several browsing trees. */
+class TestServerManager : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        if (!ServerDatabase::isAvailable())
+            QSKIP("VORNA_TEST_PG names no server");
+        auto database = std::make_unique<ServerDatabase>();
+        m_server = database.get();
+        m_collection = std::make_unique<LocalCollection>(std::move(database));
+        m_warnings = std::make_unique<QSignalSpy>(m_collection->get(), &Collection::showTempWarning);
+        m_reloads = std::make_unique<QSignalSpy>(m_collection->get(), &Collection::allDataReloaded);
+    }
+
+    void cleanup()
+    {
+        m_warnings.reset();
+        m_reloads.reset();
+        m_collection.reset();
+    }
+
+    void versionCheck_data()
+    {
+        QTest::addColumn<QString>("statements"); // of the owner, before the check
+        addColumns<QString, bool, bool, QStringList, QString>("user", "agrees", "opens", "boxes", "version");
+        const QString old = "The database was created with an earlier version of Vorna."_s;
+        const QString makeOld =
+            "UPDATE scheme_version SET version='3.2.0'; ALTER TABLE files DROP CONSTRAINT "
+            "files_storage_id_check, ADD CONSTRAINT files_storage_id_check CHECK (storage_id>0), "
+            "ADD CONSTRAINT internal_bool CHECK (internal IN (0,1))"_s;
+        const QString reader = ServerDatabase::reader;
+        const QString writer = ServerDatabase::writer;
+        addRow("current", QString(), writer, true, true, QStringList(), "4.1.0"_s);
+        addRow("old, agreed by the owner", makeOld, "owner"_s, true, true,
+               QStringList{old, "Database upgraded successfully."_s}, "4.1.0"_s);
+        addRow("old, declined", makeOld, "owner"_s, false, false, QStringList{old}, "3.2.0"_s);
+        addRow("old, agreed by somebody else", makeOld, writer, true, false,
+               QStringList{old, "Problem occurred while upgrading database. Probably you have no permission "
+                                "to perform this operation."_s},
+               "3.2.0"_s);
+        addRow("old, for a reader", makeOld, reader, true, true, QStringList(), "3.2.0"_s);
+        addRow("without tables",
+               "DROP SCHEMA public CASCADE; CREATE SCHEMA public; GRANT USAGE ON SCHEMA "
+               "public TO PUBLIC"_s,
+               writer, true, false,
+               QStringList{"Error opening database: The database could be corrupted please check it."_s},
+               QString());
+        addRow("unknown version", "UPDATE scheme_version SET version='strange'"_s, writer, true, false,
+               QStringList{"Error opening database: The database is not supported"_s}, "strange"_s);
+        addRow("nobody's", QString(), "nobody"_s, true, false, QStringList(), "4.1.0"_s);
+    }
+
+    void versionCheck()
+    {
+        QFETCH(QString, statements);
+        QFETCH(QString, user);
+        QFETCH(bool, agrees);
+        m_collection->close();
+        QVERIFY(statements.isEmpty() || m_server->owner().run(statements));
+        m_collection->answerBoxesWith(agrees ? QMessageBox::Ok : QMessageBox::Cancel);
+        const QString name = m_server->details().databaseName();
+        const DBDetails details = user == QLatin1String("owner") ? m_server->ownerDetails()
+                                                                 : ServerDatabase::detailsFor(name, user);
+        QTEST(Collection::canOpen(details), "opens");
+        QTEST(m_collection->takeBoxes(), "boxes");
+        QTEST(m_server->owner().value("SELECT version FROM scheme_version"_s), "version");
+    }
+
+    void sessionIsAsStatementsNeedIt()
+    {
+        const QString name = "a\\' \\\\b'; DROP TABLE tags; --"_s;
+        m_collection->close();
+        const QString role = "ALTER ROLE "_s + ServerDatabase::writer;
+        QVERIFY(m_server->owner().run(role + " SET standard_conforming_strings=off"_s));
+        QVERIFY(m_server->owner().run(role + " SET search_path=elsewhere"_s));
+        QVERIFY(m_collection->open());
+        QVERIFY(m_server->owner().run(role + " RESET ALL"_s));
+        QCOMPARE(socketsWithTimeout(30000), 1);
+
+        const qint64 tagId = m_collection->tags().addTag(name);
+        const qint64 link =
+            m_collection->add(QUrl("https://example.org/\\'%1"_s, QUrl::TolerantMode), {tagId});
+        const qint64 file = m_collection->addExternal(name, {tagId});
+        m_collection->reopen();
+        QCOMPARE(m_collection->tags().tagName(tagId), name);
+        QCOMPARE(m_collection->file(file)->name(), name);
+        QCOMPARE(m_collection->file(link)->tags(), QVector<qint64>{tagId});
+    }
+
+    void readerOnlyReads()
+    {
+        m_collection->tags().addTag("theirs"_s);
+        m_collection->close();
+        const DBDetails details = m_server->readerDetails();
+        const std::unique_ptr<Collection> reader(
+            makeCollection(2, details.host(), details.databaseName(), details.user(), {}, details.port()));
+        QSignalSpy errors(reader.get(), &Collection::errorOccured);
+        QVERIFY(!reader->open().isValid());
+        reader->load();
+        QVERIFY(reader->isReadOnly());
+        QCOMPARE(reader->dbVersion(), "4.1.3"_s);
+        QCOMPARE(reader->tagsController()->tagName(1), "theirs"_s);
+        reader->browsTreeController()->addNodesBelow({1}, 0);
+        QCOMPARE(m_collection->takeBoxes(), QStringList{"Read-only Database: This database is read-only."_s});
+        QCOMPARE(errors.size(), 0);
+    }
+
+    void changeOfAnotherIsToldOnce()
+    {
+        const qint64 tagId = m_collection->tags().addTag("mine"_s);
+        QVERIFY(tagId > 0);
+        foreign("INSERT INTO tags VALUES (70,'theirs','',0,NULL)");
+        QCOMPARE(m_collection->tags().addTag("more"_s), qint64(0));
+        m_collection->tags().renameTag(tagId, "mine too"_s); // the next step goes the same way
+        QCOMPARE(m_collection->tags().tagName(tagId), "mine"_s);
+        QCOMPARE(m_warnings->size(), 1);
+        QCOMPARE(m_warnings->first(), (QVariantList{"Warning"_s, "Local data is updating."_s}));
+        QCOMPARE(m_reloads->size(), 0); // not under the feet of who edits
+        QTRY_COMPARE(m_reloads->size(), 1);
+        QCOMPARE(m_collection->tags().tagName(70), "theirs"_s);
+        QVERIFY(m_collection->tags().addTag("more"_s) > 0);
+        QVERIFY(m_collection->tags().renameTag(tagId, "mine too"_s));
+        QCOMPARE(m_collection->manager()->tags().size(), 3);
+        QCOMPARE(m_warnings->size(), 1);
+    }
+
+    void changeDuringAnOwnAddIsNotHidden()
+    {
+        const QString path = m_collection->write("a.txt"_s, "a");
+        // The worker waits for the other's lock, so that the change is there before its commit.
+        QVERIFY(m_server->owner().run("BEGIN; LOCK TABLE files IN EXCLUSIVE MODE"_s));
+        m_collection->mainView().addUrls({QUrl::fromLocalFile(path)});
+        QTRY_VERIFY(!Sql::rows("SELECT 1 FROM pg_locks WHERE NOT granted").isEmpty());
+        foreign("INSERT INTO tags VALUES (71,'theirs','',0,NULL)");
+        QVERIFY(m_server->owner().run("COMMIT"_s));
+        m_collection->waitForWorker();
+        QCOMPARE(m_collection->manager()->files().size(), 1);
+        QCOMPARE(m_collection->tags().addTag("more"_s), qint64(0));
+        QTRY_COMPARE(m_reloads->size(), 1);
+        QCOMPARE(m_collection->tags().tagName(71), "theirs"_s);
+        QVERIFY(m_collection->tags().addTag("more"_s) > 0);
+    }
+
+    void withoutAStampNothingIsWritten()
+    {
+        QVERIFY(m_server->owner().run("DELETE FROM tables_modification_date"_s));
+        QCOMPARE(m_collection->tags().addTag("lost"_s), qint64(0));
+        QCOMPARE(m_warnings->size(), 0);
+        QCOMPARE(Sql::count("tags"_s), 0);
+    }
+
+    void treesOfOneUser()
+    {
+        BrowsTreeController &tree = m_collection->tree();
+        const qint64 tagId = m_collection->tags().addTag("tag"_s);
+        const qint64 first = m_collection->addNode(tagId);
+        const QString name = "it's \\ \"mine\""_s;
+        QVERIFY(tree.addTree(name));
+        QVERIFY(!tree.addTree(name));
+        QVERIFY(!tree.renameTree(1, name));
+        QVERIFY(tree.renameTree(2, name)); // its own
+        QVERIFY(!tree.removeTree(1));
+        QVERIFY(!tree.removeTree(99));
+        QVERIFY(tree.selectTree(2));
+        QCOMPARE(tree.currentTreeName(), name);
+        QVERIFY(!tree.nodeById(first));
+        // Nodes of both kinds go into the tree that is shown: the window's and the worker's.
+        const qint64 second = m_collection->addNode(tagId);
+        m_collection->write("folder/f.txt"_s, "f");
+        tree.addUrlsToNode(0, {QUrl::fromLocalFile(m_collection->filePath("folder"_s))});
+        m_collection->waitForWorker();
+        QCOMPARE(Sql::rows("SELECT child_id, browsing_tree_id FROM tb_node_links ORDER BY 1"),
+                 QStringList({"1|1"_s, "2|2"_s, "3|2"_s}));
+        QCOMPARE(tree.nodeById(second)->treeId(), qint64(2));
+
+        m_collection->reopen();
+        QCOMPARE(m_collection->tree().currentBrowsingTree(), qint64(2));
+        QCOMPARE(m_collection->manager()->nodes().keys(), (QList<qint64>{2, 3}));
+        QVERIFY(m_collection->tree().removeTree(2));
+        QCOMPARE(m_collection->tree().browsingTrees().keys(), QList<qint64>{1});
+        QCOMPARE(m_collection->manager()->nodes().keys(), QList<qint64>{1});
+        QCOMPARE(m_collection->get()->settings()->browsingTree(), qint64(1));
+        m_collection->tags().removeTags({tagId}); // also from trees that are not shown
+        QCOMPARE(Sql::value("SELECT string_agg(node_id::text, ',') FROM tb_nodes"), "3"_s);
+    }
+
+    void treeThatAnotherRemoved()
+    {
+        BrowsTreeController &tree = m_collection->tree();
+        QVERIFY(tree.addTree("gone"_s) && tree.addTree("stays"_s) && tree.selectTree(2));
+        QSignalSpy errors(m_collection->get(), &Collection::showError);
+        foreign("DELETE FROM browsing_trees WHERE tree_id=2");
+        m_collection->tags().addTag("refused"_s);
+        QTRY_COMPARE(errors.size(), 1);
+        QCOMPARE(errors.first(),
+                 (QVariantList{"Browsing tree error"_s, "Selected browsing tree no longer exists.\n"
+                                                        "Selected default browsing tree."_s}));
+        QCOMPARE(tree.currentBrowsingTree(), qint64(1));
+        foreign("DELETE FROM browsing_trees WHERE tree_id IN (1,3)");
+        foreign("INSERT INTO browsing_trees VALUES (8,'lowest'),(9,'other')");
+        QVERIFY(!tree.selectTree(3));
+        QCOMPARE(tree.currentTreeName(), "lowest"_s);
+        QTRY_COMPARE(errors.size(), 2);
+        m_collection->reopen();
+        QCOMPARE(m_collection->tree().currentTreeName(), "lowest"_s);
+    }
+
+private:
+    /** A change by another client. */
+    void foreign(const char *statement) { QVERIFY(m_server->owner().run(QString::fromUtf8(statement))); }
+
+    ServerDatabase *m_server = nullptr; // the collection's
+    std::unique_ptr<LocalCollection> m_collection;
+    std::unique_ptr<QSignalSpy> m_warnings;
+    std::unique_ptr<QSignalSpy> m_reloads;
+};
+
+QTEST_MAIN(TestServerManager)
+#include "tst_servermanager.moc"

@@ -1,0 +1,287 @@
+#include "core/file.h"
+#include "core/groupitem.h"
+#include "core/tbnode.h"
+#include "db/postgresdbmanager.h"
+#include "db/sqltext.h"
+#include "fileops/fileoperationtypes.h"
+#include "tests/support/serverdatabase.h"
+#include "tests/support/settingssandbox.h"
+
+#include <QApplication>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTextStream>
+
+namespace {
+constexpr int steps = 400;
+
+QString idText(QVector<qint64> ids)
+{
+    std::sort(ids.begin(), ids.end());
+    return SqlText::idList(ids);
+}
+
+/** All that a client shows, read from the database alone. */
+const char *const truth =
+    "SELECT concat_ws(' ','tag',tag_id,tag_name,tag_description) FROM tags UNION ALL "
+    "SELECT concat_ws(' ','group',tag_group_id,name,(SELECT string_agg(tag_id::text,',' ORDER BY tag_id) "
+    "FROM tag_group_links l WHERE l.tag_group_id=g.tag_group_id)) FROM tag_groups g UNION ALL "
+    "SELECT concat_ws(' ','node',node_id,tag_name,parent_id,inverted,tr_options) FROM tb_nodes "
+    "NATURAL JOIN tags JOIN tb_node_links ON child_id=node_id UNION ALL "
+    "SELECT concat_ws(' ','place',relationship_path) FROM tag_relationships UNION ALL "
+    "SELECT concat_ws(' ','file',file_id,file_name,(SELECT string_agg(tag_id::text,',' ORDER BY tag_id) "
+    "FROM file_tag t WHERE t.file_id=f.file_id)) FROM files f";
+
+/** A program on the server: it edits by chance and says what it shows. */
+class Client
+{
+public:
+    explicit Client(const DBDetails &details)
+        : m_manager(Constants::postgresDriver, details.databaseName(), details.host(), details.user(), {},
+                    details.port())
+    {
+        registerRecordTypes();
+        registerFileOperationTypes();
+        if (m_manager.openDB().isValid())
+            qFatal("the server cannot be reached");
+        m_manager.loadBrowsingTrees();
+        m_manager.setCurrentBrowsingTree(0);
+        m_manager.loadAllFiles();
+        m_manager.loadAllTags();
+        m_manager.loadAllGroups();
+        m_manager.loadAllRelationNodes();
+    }
+
+    /** One guarded edit; how often it warned. */
+    int edit(quint32 seed)
+    {
+        QSignalSpy warnings(&m_manager, &DatabaseManger::showTempWarning);
+        QSignalSpy reloads(&m_manager, &DatabaseManger::allDataReloaded);
+        m_random.seed(seed);
+        change(m_random.bounded(20));
+        do
+            QTest::qWait(1);
+        while (m_manager.isBusy());
+        QTest::qWait(1);
+        return reloads.size() == warnings.size() ? warnings.size() : -1;
+    }
+
+    QStringList shown()
+    {
+        QStringList lines;
+        for (const TableRowData *tag : m_manager.tags())
+            lines.append("tag %1 %2 %3"_s.arg(tag->value("tag_id"_s).toString(),
+                                              tag->value("tag_name"_s).toString(),
+                                              tag->value("tag_description"_s).toString()));
+        for (const GroupItem *group : qAsConst(*m_manager.groups()))
+            lines.append(
+                joined("group %1 %2"_s.arg(QString::number(group->id()), group->name()), group->tags()));
+        for (const TBnode *node : qAsConst(m_manager.nodes()))
+            lines.append("node %1 %2 %3 %4 %5"_s.arg(
+                QString::number(node->id()), node->name(),
+                QString::number(node->parentNode() ? node->parentNode()->id() : 0),
+                QString::number(int(node->isInverted())), QString::number(int(node->trOption()))));
+        for (const auto &place : qAsConst(m_manager.relationNodes()))
+            lines.append("place "_s + place.first);
+        for (const File *file : qAsConst(m_manager.files()))
+            lines.append(joined("file %1 %2"_s.arg(QString::number(file->id()), file->name()), file->tags()));
+        lines.sort();
+        return lines;
+    }
+
+private:
+    static QString joined(const QString &line, const QVector<qint64> &ids)
+    {
+        return ids.isEmpty() ? line : line + QLatin1Char(' ') + idText(ids);
+    }
+    template <class Container>
+    auto oneOf(const Container &items)
+    {
+        return items.at(m_random.bounded(items.size()));
+    }
+    /** Some of the items, one at least. */
+    QVector<qint64> some(const QList<qint64> &items)
+    {
+        QVector<qint64> chosen = {oneOf(items)};
+        for (const qint64 item : items) {
+            if (!chosen.contains(item) && m_random.bounded(6) == 0)
+                chosen.append(item);
+        }
+        return chosen;
+    }
+    QList<qint64> tagIds() const
+    {
+        QList<qint64> ids;
+        for (const TableRowData *tag : m_manager.tags())
+            ids.append(tag->value("tag_id"_s).toLongLong());
+        return ids;
+    }
+    QString newName()
+    {
+        static const QStringList names = {"it's"_s, "\\"_s, "100%1"_s, "\"; --"_s,
+                                          "'); DELETE FROM tags; --"_s};
+        return oneOf(names) + QString::number(m_random.bounded(100000));
+    }
+
+    void change(int kind)
+    {
+        const QList<qint64> tags = tagIds();
+        const QList<qint64> files = m_manager.files().keys();
+        const QList<qint64> nodes = m_manager.nodes().keys();
+        const QList<qint64> groups = m_manager.groups()->keys();
+        if (kind < 3 || tags.isEmpty())
+            m_manager.addTag(newName(), files.isEmpty() ? QVector<qint64>() : some(files));
+        else if (kind < 6 || files.isEmpty())
+            m_manager.addFiles({"https://example.org/"_s + newName(), "https://example.org/"_s + newName()},
+                               some(tags), false, 0);
+        else if (kind < 8 || nodes.isEmpty())
+            m_manager.addNodesBelow(some(tags), nodes.isEmpty() ? 0 : oneOf(nodes));
+        else if (kind < 9 || groups.isEmpty())
+            m_manager.addGroup(newName(), true);
+        else
+            changeExisting(kind, tags, files, nodes, groups);
+    }
+
+    void changeExisting(int kind, const QList<qint64> &tags, const QList<qint64> &files,
+                        const QList<qint64> &nodes, const QList<qint64> &groups)
+    {
+        QStringList places(QString{});
+        for (const auto &place : qAsConst(m_manager.relationNodes()))
+            places.append(place.first);
+        switch (kind) {
+        case 9:
+            return m_manager.renameTag(oneOf(tags), newName());
+        case 10:
+            return m_manager.changeTagDescription(oneOf(tags), newName());
+        case 11:
+            return void(m_manager.removeTags({oneOf(tags)}));
+        case 12:
+            return m_manager.setGroupTags(oneOf(groups), some(tags));
+        case 13:
+            return m_random.bounded(3) ? m_manager.renameGroup(oneOf(groups), newName())
+                                       : m_manager.removeGroups({oneOf(groups)});
+        case 14:
+            return m_manager.addNodesAbove(some(tags).mid(0, 2), oneOf(nodes));
+        case 15:
+            return m_manager.updateNode(oneOf(nodes), m_random.bounded(2) ? "inverted"_s : "tr_options"_s,
+                                        QString::number(m_random.bounded(2)));
+        case 16:
+            return void(m_random.bounded(3) ? m_manager.removeNodesKeepingChildren(some(nodes))
+                                            : m_manager.removeNodes({oneOf(nodes)}));
+        case 17:
+            return m_random.bounded(4) ? m_manager.addRelations(oneOf(places), some(tags).mid(0, 2))
+                                       : m_manager.removeRelations({oneOf(places)});
+        case 18:
+            return void(m_random.bounded(2) ? m_manager.linkTags(some(files), some(tags))
+                                            : m_manager.unlinkTags(some(files), some(tags)));
+        default:
+            return m_random.bounded(2) ? m_manager.deleteFiles(some(files))
+                                       : void(m_manager.updateFile(oneOf(files), "file_name"_s, newName()));
+        }
+    }
+
+    PostgresDBManager m_manager;
+    QRandomGenerator m_random;
+};
+
+/** The life of a client's process: a seed comes in a line, an answer goes out in one. */
+int runClient(const QStringList &arguments)
+{
+    const SettingsSandbox settings;
+    Client client(
+        DBDetails(2, arguments.at(2), arguments.at(3).toInt(), arguments.at(4), arguments.at(5), {}));
+    QTextStream in(stdin);
+    QTextStream out(stdout);
+    for (QString seed = in.readLine(); !seed.isNull(); seed = in.readLine()) {
+        const int warnings = client.edit(seed.toUInt());
+        out << warnings << ' ' << client.shown().join(QLatin1Char('\n')).toUtf8().toBase64() << '\n';
+        out.flush();
+    }
+    return 0;
+}
+} // namespace
+
+/** Two programs that edit one database in turn: each sees what the other did, and no edit is lost. */
+class TestTwoClients : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void randomEditsInTurn()
+    {
+        if (!ServerDatabase::isAvailable())
+            QSKIP("VORNA_TEST_PG names no server");
+        ServerDatabase server;
+        QProcess clients[2];
+        for (QProcess &client : clients)
+            start(client, server.details());
+        QRandomGenerator random(11);
+        QString known[2];
+        known[0] = known[1] = stamp();
+        int warned = 0;
+        for (int step = 0; step < steps; ++step) {
+            const int who = random.bounded(2);
+            const bool isBehind = known[who] != stamp();
+            const QByteArray seed = QByteArray::number(random.bounded(1000000));
+            QStringList before = Sql::rows(truth);
+            QCOMPARE(edit(clients[who], seed), int(isBehind));
+            warned += int(isBehind);
+            // The edit was dropped, and what the other one did is shown.
+            if (isBehind) {
+                before.sort();
+                QCOMPARE(m_shown, before);
+                QCOMPARE(edit(clients[who], seed), 0);
+            }
+            QStringList now = Sql::rows(truth);
+            now.sort();
+            QVERIFY2(m_shown == now, qPrintable("step %1, seed %2"_s.arg(step).arg(QLatin1String(seed))));
+            known[who] = stamp();
+        }
+        QVERIFY(warned > steps / 4);
+        QVERIFY(m_shown.size() > 30);
+        for (QProcess &client : clients) {
+            client.closeWriteChannel();
+            QVERIFY(client.waitForFinished());
+        }
+    }
+
+private:
+    static void start(QProcess &client, const DBDetails &details)
+    {
+        client.setProcessChannelMode(QProcess::SeparateChannels);
+        client.setStandardErrorFile(QProcess::nullDevice());
+        client.start(QCoreApplication::applicationFilePath(),
+                     {"client"_s, details.host(), QString::number(details.port()), details.databaseName(),
+                      details.user()});
+    }
+
+    static QString stamp() { return Sql::value("SELECT max(last_date) FROM tables_modification_date"); }
+
+    /** Has a client edit, and takes what it shows then; how often it warned. */
+    int edit(QProcess &client, const QByteArray &seed)
+    {
+        client.write(seed + '\n');
+        while (!client.canReadLine()) {
+            if (!client.waitForReadyRead())
+                return -2;
+        }
+        const QList<QByteArray> answer = client.readLine().trimmed().split(' ');
+        const QByteArray lines = QByteArray::fromBase64(answer.value(1));
+        m_shown = lines.isEmpty() ? QStringList() : QString::fromUtf8(lines).split(QLatin1Char('\n'));
+        return answer.first().toInt();
+    }
+
+    QStringList m_shown;
+};
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (application.arguments().value(1) == "client"_s)
+        return runClient(application.arguments());
+    TestTwoClients test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_twoclients.moc"
