@@ -149,6 +149,9 @@ public:
     bool updateFilePath(qint64 fileId, const QString &column, const QString &value);
     /** Writes name and paths of an external file, all or nothing; the file on the disk is left alone. */
     bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath);
+    /** Links and unlinks in one transaction. */
+    bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                    const QVector<qint64> &unlinked);
     bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     void reloadThumbnails(const QVector<qint64> &fileIds);

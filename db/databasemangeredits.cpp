@@ -325,14 +325,21 @@ bool DatabaseManger::renameFile(qint64 fileId, const QString &name, const QStrin
                      [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
 }
 
+bool DatabaseManger::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                                const QVector<qint64> &unlinked)
+{
+    return editFiles(fileIds,
+                     [&](MainViewProvider &files) { return files.changeTags(fileIds, linked, unlinked); });
+}
+
 bool DatabaseManger::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    return editFiles(fileIds, [&](MainViewProvider &files) { return files.linkTags(fileIds, tagIds); });
+    return changeTags(fileIds, tagIds, {});
 }
 
 bool DatabaseManger::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    return editFiles(fileIds, [&](MainViewProvider &files) { return files.unlinkTags(fileIds, tagIds); });
+    return changeTags(fileIds, {}, tagIds);
 }
 
 bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,

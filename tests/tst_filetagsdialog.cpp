@@ -25,6 +25,7 @@ private slots:
         addRow("tree, and on to unticked", true, "some some"_s, "all/all"_s);
         addRow("tree, all the way round", true, "some some some"_s, "all some/all"_s);
         addRow("tree, several", true, "none some"_s, "all some none/all some none"_s);
+        addRow("tree, all or nothing", true, "none all refused"_s, "all some/all"_s);
     }
 
     void boxesLinkWhatWasChanged()
@@ -49,18 +50,22 @@ private slots:
         QCOMPARE(dialog->findChild<QLabel *>("headingLabel"_s)->text(),
                  "Check or uncheck boxes to link or unlink the following tags from these files"_s);
 
+        const bool isRefused = clicks.contains(QLatin1String("refused"));
+        if (isRefused)
+            LocalCollection::run("CREATE TRIGGER refuse BEFORE DELETE ON file_tag "
+                                 "BEGIN SELECT RAISE(ABORT, 'refused'); END"_s);
         dialog->show();
         for (const QString &name : clicks.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
             list->setCurrentItem(list->findItems(name, Qt::MatchExactly).value(0));
             QTest::keyClick(list, Qt::Key_Space);
         }
         QTest::keyClick(dialog.get(), Qt::Key_Return);
-        QCOMPARE(dialog->result(), int(QDialog::Accepted));
+        QCOMPARE(dialog->isVisible(), isRefused);
         QStringList linked;
         for (qint64 id : ids)
             linked << fixture.mainView().tagNames(fixture.file(id)->tags()).remove(QLatin1Char(','));
         QTEST(linked.join(QLatin1Char('/')), "linked");
-        QCOMPARE(WindowSettings::layout("BrowsingTreeTags/geometry"_s).isEmpty(), !isTree);
+        QCOMPARE(WindowSettings::layout("BrowsingTreeTags/geometry"_s).isEmpty(), !isTree || isRefused);
     }
 };
 

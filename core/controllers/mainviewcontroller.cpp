@@ -229,16 +229,22 @@ void MainViewController::cancelOperations()
         manager()->cancelOperations();
 }
 
+bool MainViewController::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                                    const QVector<qint64> &unlinked)
+{
+    if (fileIds.isEmpty() || (linked.isEmpty() && unlinked.isEmpty()))
+        return true;
+    return manager() && mayWrite() && manager()->changeTags(fileIds, linked, unlinked);
+}
+
 void MainViewController::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    if (manager() && !fileIds.isEmpty() && !tagIds.isEmpty() && mayWrite())
-        manager()->linkTags(fileIds, tagIds);
+    changeTags(fileIds, tagIds, {});
 }
 
 void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    if (manager() && !fileIds.isEmpty() && !tagIds.isEmpty() && mayWrite())
-        manager()->unlinkTags(fileIds, tagIds);
+    changeTags(fileIds, {}, tagIds);
 }
 
 bool MainViewController::updateFileName(qint64 fileId, const QString &text)

@@ -70,6 +70,9 @@ public:
     void transferToInternal(const QVector<qint64> &fileIds);
     void cancelOperations();
 
+    /** Links and unlinks in one step; false when it was refused and nothing has changed. */
+    bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                    const QVector<qint64> &unlinked);
     void linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     void unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     /**

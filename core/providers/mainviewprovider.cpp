@@ -60,12 +60,12 @@ bool MainViewProvider::renameFile(qint64 id, const QString &name, const QString 
 
 bool MainViewProvider::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    return changeLinks(fileIds, tagIds, &MainViewProvider::linkText);
+    return changeTags(fileIds, tagIds, {});
 }
 
 bool MainViewProvider::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    return changeLinks(fileIds, tagIds, &MainViewProvider::unlinkText);
+    return changeTags(fileIds, {}, tagIds);
 }
 
 QString MainViewProvider::filesText(const QString &condition) const
@@ -153,12 +153,14 @@ bool MainViewProvider::updateAndLoad(qint64 id, const QString &update)
     return true;
 }
 
-bool MainViewProvider::changeLinks(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
-                                   LinkStatement statement)
+bool MainViewProvider::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                                  const QVector<qint64> &unlinked)
 {
-    if (fileIds.isEmpty() || tagIds.isEmpty())
+    if (fileIds.isEmpty() || (linked.isEmpty() && unlinked.isEmpty()))
         return true;
-    if (!runLinkChange(fileIds, tagIds, statement))
+    Transaction transaction(*this);
+    if (!transaction.isActive() || !runLinkChange(fileIds, linked, &MainViewProvider::linkText) ||
+        !runLinkChange(fileIds, unlinked, &MainViewProvider::unlinkText) || !transaction.commit())
         return false;
     loadFiles(fileIds);
     return true;
@@ -167,13 +169,11 @@ bool MainViewProvider::changeLinks(const QVector<qint64> &fileIds, const QVector
 bool MainViewProvider::runLinkChange(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
                                      LinkStatement statement)
 {
-    Transaction transaction(*this);
-    const auto runForFiles = [this, &tagIds, statement](const QVector<qint64> &files) {
-        return Chunks::forEach(
-            tagIds, Chunks::idsPerStatement, [this, &files, statement](const QVector<qint64> &tags) {
-                return runSync((this->*statement)(files, tags) + constructor()->statementEnd());
-            });
-    };
-    return transaction.isActive() && Chunks::forEach(fileIds, Chunks::idsPerStatement, runForFiles) &&
-           transaction.commit();
+    return Chunks::forEach(
+        fileIds, Chunks::idsPerStatement, [this, &tagIds, statement](const QVector<qint64> &files) {
+            return Chunks::forEach(
+                tagIds, Chunks::idsPerStatement, [this, &files, statement](const QVector<qint64> &tags) {
+                    return runSync((this->*statement)(files, tags) + constructor()->statementEnd());
+                });
+        });
 }

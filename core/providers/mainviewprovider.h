@@ -39,7 +39,10 @@ public:
     /** Writes name and both paths of an external file, all or nothing, and loads the file again. */
     bool renameFile(qint64 id, const QString &name, const QString &path, const QString &relPath);
 
-    /** Links each of the files to each of the tags, leaving out what is linked: all or nothing. */
+    /** Links each of the files to the first tags, leaving out what is linked, and unlinks it from the others:
+        all or nothing. */
+    bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                    const QVector<qint64> &unlinked);
     bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
 
@@ -66,7 +69,6 @@ private:
     QString updateText(qint64 id, const QString &column, const QString &value) const;
     QString updatePathText(qint64 id, const QStringList &columns, const QStringList &values) const;
     bool updateAndLoad(qint64 id, const QString &update);
-    bool changeLinks(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds, LinkStatement statement);
     bool runLinkChange(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
                        LinkStatement statement);
 };

@@ -151,7 +151,7 @@ QVector<qint64> FileTagsDialog::tagsChangedTo(Qt::CheckState state) const
 
 void FileTagsDialog::accept()
 {
-    m_controller->linkTags(m_fileIds, tagsChangedTo(Qt::Checked));
-    m_controller->unlinkTags(m_fileIds, tagsChangedTo(Qt::Unchecked));
-    QDialog::accept();
+    // What a busy database refuses may go through at a second try, so the boxes stay as they are.
+    if (m_controller->changeTags(m_fileIds, tagsChangedTo(Qt::Checked), tagsChangedTo(Qt::Unchecked)))
+        QDialog::accept();
 }
