@@ -53,6 +53,7 @@ ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageI
     if (hasNext && lastId > 0 && !endChain(lastId))
         return Failed;
     stored.modified = source.modified();
+    stored.isSnapshot = source.isAsOpened();
     stored.checksum = isKnown ? known.checksum : checksum.take();
     // Written to while it was read: what was told before is no longer sure to be what was stored.
     const bool isSure = !isKnown || isStill(path, known, stored.size);

@@ -15,6 +15,7 @@ struct StoredContents
     qint64 size = 0;
     qint64 modified = 0; ///< of the file, in seconds since 1970
     quint32 checksum = 0;
+    bool isSnapshot = true; ///< false when the file was written to while it was read
 };
 
 /**

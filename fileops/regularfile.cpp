@@ -67,6 +67,12 @@ qint64 RegularFile::modified() const
     return m_stamp.modified % nanoseconds < 0 ? seconds - 1 : seconds;
 }
 
+bool RegularFile::isAsOpened() const
+{
+    struct stat status = {};
+    return ::fstat(m_descriptor, &status) == 0 && stampFrom(status) == m_stamp;
+}
+
 FileStamp RegularFile::stampOf(const QString &path)
 {
     struct stat status = {};

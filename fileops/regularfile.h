@@ -35,6 +35,8 @@ public:
     qint64 size() const { return m_stamp.size; }
     qint64 modified() const;
     const FileStamp &stamp() const { return m_stamp; }
+    /** False once the open file has been written to since it was opened. */
+    bool isAsOpened() const;
     /** The stamp of a file as it is now, without opening it. */
     static FileStamp stampOf(const QString &path);
     /**

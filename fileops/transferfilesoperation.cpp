@@ -16,7 +16,7 @@ void TransferFilesOperation::run()
 {
     const QVector<Source> sources = findSources();
     QVector<qint64> transferred;
-    for (const Source &source : sources) {
+    for (Source source : sources) {
         if (m_worker.shouldEnd()) {
             qDebug("TransferFilesOperation::run() - stopped! Exiting.");
             break;
@@ -51,9 +51,7 @@ QVector<TransferFilesOperation::Source> TransferFilesOperation::findSources()
         seen.insert(fileId);
         Source source;
         source.fileId = fileId;
-        int internal = 0;
-        if (!m_worker.readFileStorageInfo(fileId, internal, source.size, source.pathId) || internal != 0 ||
-            !m_worker.readPath(fileId, source.path))
+        if (!readRows(source))
             continue;
         source.size = qMax(qint64(0), RegularFile::stampOf(source.path).size);
         m_totalBytes += source.size;
@@ -62,17 +60,31 @@ QVector<TransferFilesOperation::Source> TransferFilesOperation::findSources()
     return sources;
 }
 
-ContentWriter::Outcome TransferFilesOperation::transfer(const Source &source)
+bool TransferFilesOperation::readRows(Source &source)
+{
+    int internal = 0;
+    qint64 recordedSize = 0;
+    return m_worker.readFileStorageInfo(source.fileId, internal, recordedSize, source.pathId) &&
+           internal == 0 && m_worker.readPath(source.fileId, source.path);
+}
+
+ContentWriter::Outcome TransferFilesOperation::transfer(Source &source)
 {
     Transaction transaction(m_worker, m_worker.connectionName());
     qint64 storageId = 0;
     if (!transaction.isActive() || !m_worker.nextStorageId(storageId))
         return ContentWriter::Failed;
+    // Since the list was made it may have been renamed, deleted or transferred by somebody else.
+    if (!readRows(source))
+        return ContentWriter::Unreadable;
     StoredContents stored;
     const ContentWriter::Outcome outcome = m_writer.store(
         source.path, storageId, {}, stored, [this, &source](qint64 bytes) { reportProgress(source, bytes); });
     if (outcome != ContentWriter::Stored)
         return outcome;
+    // Half of it old and half of it new would be nobody's contents.
+    if (!stored.isSnapshot)
+        return ContentWriter::Unreadable;
     return changeRows(source, storageId, stored) && transaction.commit() ? ContentWriter::Stored
                                                                          : ContentWriter::Failed;
 }
@@ -106,7 +118,8 @@ void TransferFilesOperation::reportUnread()
     QString paths = m_unread.mid(0, mostNamed).join(QLatin1Char('\n'));
     if (m_unread.size() > mostNamed)
         paths += QLatin1String("\n...");
-    emit m_worker.error(
-        FileOperationWorker::tr("These files could not be read and remain external:\n\n%1").arg(paths),
-        FileOperationWorker::tr("Error transferring files"));
+    emit m_worker.error(FileOperationWorker::tr(
+                            "These files could not be read, or changed meanwhile, and remain external:\n\n%1")
+                            .arg(paths),
+                        FileOperationWorker::tr("Error transferring files"));
 }

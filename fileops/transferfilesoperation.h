@@ -31,7 +31,9 @@ private:
     };
 
     QVector<Source> findSources();
-    ContentWriter::Outcome transfer(const Source &source);
+    /** Finds path and path id; false for what is no external file. */
+    bool readRows(Source &source);
+    ContentWriter::Outcome transfer(Source &source);
     bool changeRows(const Source &source, qint64 storageId, const StoredContents &stored);
     void reportProgress(const Source &source, qint64 storedBytes);
     void reportUnread();

@@ -67,22 +67,43 @@ private slots:
         QCOMPARE(Sql::rows("SELECT path_id FROM file_paths"_s), QStringList{"1"_s});
     }
 
-    void cancelKeepsWholeFilesOnly()
+    void whatComesInBetween_data()
     {
-        m_fixture->add(
-            {m_fixture->write("a.bin"_s, "small"), m_fixture->write("b.bin"_s, contents(60000000))});
+        addColumns<QString, QString>("event",
+                                     "internal"); // what happens to the second file; both files after
+        addRow("canceled", "cancel"_s, "1|0"_s);
+        addRow("grown", "grow"_s, "1|0"_s);
+        addRow("cut short", "cut"_s, "1|0"_s);
+        addRow("gone, but read through its open end", "remove"_s, "1|1"_s);
+    }
+
+    void whatComesInBetween()
+    {
+        QFETCH(QString, event);
+        QFile file(m_fixture->write("b.bin"_s, contents(60000000)));
+        m_fixture->add({m_fixture->write("a.bin"_s, "small"), file.fileName()});
         FileOperationProvider &provider = m_fixture->provider();
         connect(&provider, &FileOperationProvider::filesOperationProgress, &provider,
-                [&provider](const QString &text, int percent) {
-                    if (text == "Transferring b.bin"_s && percent > 0)
+                [&](const QString &text, int percent) {
+                    if (text != "Transferring b.bin"_s || percent == 0)
+                        return;
+                    if (event == "cancel"_s)
                         provider.cancelOperations();
+                    else if (event == "remove"_s)
+                        file.remove();
+                    else
+                        file.resize(event == "grow"_s ? 60000001 : 59999999);
                 });
+        QSignalSpy errors(&provider, &FileOperationProvider::error);
         provider.transferFiles({1, 2});
         m_fixture->wait();
-        QCOMPARE(Sql::rows("SELECT internal FROM files ORDER BY file_id"_s), (QStringList{"1"_s, "0"_s}));
-        QCOMPARE(Sql::rows("SELECT path_id FROM file_paths"_s), QStringList{"2"_s});
-        QCOMPARE(Sql::count("storage"_s), 1);
-        QCOMPARE(Sql::count("storage_info"_s), 1);
+        const bool isThrough = event == "remove"_s;
+        QTEST(Sql::rows("SELECT internal FROM files ORDER BY file_id"_s).join(QLatin1Char('|')), "internal");
+        QCOMPARE(Sql::rows("SELECT path_id FROM file_paths"_s),
+                 isThrough ? QStringList() : QStringList{"2"_s});
+        QCOMPARE(Sql::count("storage"_s), isThrough ? 7 : 1);
+        QCOMPARE(Sql::count("storage_info"_s), isThrough ? 7 : 1);
+        QCOMPARE(errors.count(), isThrough || event == "cancel"_s ? 0 : 1);
     }
 
 private:
