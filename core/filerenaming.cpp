@@ -1,10 +1,17 @@
 #include "core/filerenaming.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <cstdio>
 #include <filesystem>
+
+#ifdef Q_OS_LINUX
+#include <fcntl.h>
+#endif
 
 namespace {
 namespace fs = std::filesystem;
@@ -39,6 +46,26 @@ bool exists(const QString &path)
     const QFileInfo info(path);
     return info.exists() || info.isSymLink();
 }
+
+// QFile::rename() would copy over a file that takes the name between its look and its move.
+bool moveUnlessTaken(const QString &from, const QString &to)
+{
+#ifdef Q_OS_LINUX
+    if (::renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
+                    QFile::encodeName(to).constData(), RENAME_NOREPLACE) == 0)
+        return true;
+    // Some disks do not know the flag.
+    if (errno != EINVAL && errno != ENOSYS)
+        return false;
+#endif
+    return !exists(to) && moveOver(from, to);
+}
+
+// What the locale has no bytes for would get question marks on the disk and its own name in the database.
+bool isWritableAsBytes(const QString &path)
+{
+    return QFile::decodeName(QFile::encodeName(path)) == path;
+}
 } // namespace
 
 FileRenaming::FileRenaming(const QString &path, const QString &relPath, const QString &newName)
@@ -50,15 +77,27 @@ FileRenaming::~FileRenaming()
 {
     if (!m_isDone)
         return;
-    if (!QFile::rename(m_newPath, m_path))
+    if (!(isOwnNameInOtherCase() ? QFile::rename(m_newPath, m_path) : moveUnlessTaken(m_newPath, m_path)))
         qDebug() << "FileRenaming: could not give the old name back to" << m_newPath;
-    else if (!m_backupPath.isEmpty() && !QFile::rename(m_backupPath, m_newPath))
+    else if (!m_backupPath.isEmpty() && !moveUnlessTaken(m_backupPath, m_newPath))
         qDebug() << "FileRenaming: what was replaced is left in" << m_backupPath;
 }
 
 bool FileRenaming::isNameTaken() const
 {
-    return exists(m_newPath);
+    return exists(m_newPath) && !isOwnNameInOtherCase();
+}
+
+bool FileRenaming::isOwnNameInOtherCase() const
+{
+    const QFileInfo info(m_path);
+    const QFileInfo newInfo(m_newPath);
+    if (m_path == m_newPath || m_path.compare(m_newPath, Qt::CaseInsensitive) != 0 || !info.exists() ||
+        !newInfo.exists())
+        return false;
+    // Elsewhere both names stand in the folder.
+    const QStringList names = info.dir().entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
+    return !(names.contains(info.fileName()) && names.contains(newInfo.fileName()));
 }
 
 bool FileRenaming::isReplaceable() const
@@ -69,7 +108,10 @@ bool FileRenaming::isReplaceable() const
 
 bool FileRenaming::run()
 {
-    m_isDone = !m_path.isEmpty() && QFile::rename(m_path, m_newPath);
+    if (m_path.isEmpty() || !isWritableAsBytes(m_newPath))
+        return false;
+    // The other case of the same name takes two steps, which QFile knows.
+    m_isDone = isOwnNameInOtherCase() ? QFile::rename(m_path, m_newPath) : moveUnlessTaken(m_path, m_newPath);
     return m_isDone;
 }
 
@@ -85,8 +127,12 @@ bool FileRenaming::runReplacing()
 
 bool FileRenaming::backUpTarget()
 {
+    // Of a name that is as long as names can be only the beginning, so that the rest fits.
+    constexpr int mostLetters = 60;
+    const QFileInfo target(m_newPath);
+    const QString base = target.path() + QLatin1Char('/') + target.fileName().left(mostLetters);
     for (int n = 1; m_backupPath.isEmpty() || exists(m_backupPath); ++n)
-        m_backupPath = m_newPath + QStringLiteral(".old%1").arg(n);
+        m_backupPath = base + QStringLiteral(".old%1").arg(n);
     std::error_code error;
     fs::create_hard_link(nativePath(m_newPath), nativePath(m_backupPath), error);
     // Not every disk has a second name for a file.

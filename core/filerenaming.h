@@ -15,11 +15,12 @@ public:
     FileRenaming(const FileRenaming &) = delete;
     FileRenaming &operator=(const FileRenaming &) = delete;
 
-    /** Whether something else has the new name already, be it a link that leads nowhere. */
+    /** Whether something else has the new name already, be it a link that leads nowhere. A disk that knows no
+        difference of case finds the file itself under its name in another case, which is not taken. */
     bool isNameTaken() const;
     /** Whether what has the name is a file, which can be replaced. */
     bool isReplaceable() const;
-    /** Never replaces another file. */
+    /** Never replaces another file, not even one that came a moment ago. */
     bool run();
     /** Takes the place of the file that has the new name, in one step: at no moment is there none. */
     bool runReplacing();
@@ -30,6 +31,7 @@ public:
     const QString &newRelPath() const { return m_newRelPath; }
 
 private:
+    bool isOwnNameInOtherCase() const;
     bool backUpTarget();
     void removeBackup();
 

@@ -111,6 +111,8 @@ private slots:
         QTest::addColumn<QString>("name");
         addRow("plain", "new.txt"_s);
         addRow("another type", "new.pdf"_s);
+        addRow("other case", "OLD.TXT"_s);
+        addRow("as long as names can be", QString(251, QLatin1Char('x')) + ".txt"_s);
         addRow("quotes", "it's \"quoted\".txt"_s);
         addRow("places of values", "50%1 %2.txt"_s);
         addRow("emoji and line", "\U0001F600\nnew.txt"_s);
@@ -145,6 +147,8 @@ private slots:
         addRow("taken", "other.txt"_s, 1);
         addRow("taken by a dead link", "dead"_s, 1);
         addRow("the folder itself", "."_s, 1);
+        addRow("with an end inside", "a\0b"_s, 1);
+        addRow("half an emoji", QString(QChar(0xd83d)), 1);
         addRow("longer than names can be", QString(300, QLatin1Char('x')), 1);
     }
 

@@ -28,6 +28,12 @@ bool refuse(const QString &reason)
     return false;
 }
 
+bool isNameOfFile(const QString &name)
+{
+    return name != QLatin1String(".") && name != QLatin1String("..") && !name.contains(QLatin1Char('/')) &&
+           !name.contains(QChar(QChar::Null));
+}
+
 bool isSameFile(const QString &path, const QString &other)
 {
     return QFileInfo(path).canonicalFilePath() == QFileInfo(other).canonicalFilePath();
@@ -42,8 +48,8 @@ FileRenamer::Outcome FileRenamer::tryRename(qint64 fileId, const QString &text) 
     if (!file || name.isEmpty() || name == file->name())
         return Unchanged;
     // The name of a hyperlink is its address.
-    if (file->internal() != hyperlinkKind && name.contains(QLatin1Char('/')))
-        return NameHasSlash;
+    if (file->internal() != hyperlinkKind && !isNameOfFile(name))
+        return NameForbidden;
     if (file->internal() != externalKind)
         return m_manager->updateFile(fileId, QStringLiteral("file_name"), name) ? Renamed : Unchanged;
 
@@ -66,8 +72,8 @@ FileRenamer::Outcome FileRenamer::store(FileRenaming &renaming, qint64 fileId, c
 bool FileRenamer::settle(Outcome outcome, qint64 fileId, const QString &name) const
 {
     switch (outcome) {
-    case NameHasSlash:
-        return refuse(tr("The name of a file must not contain \"/\"."));
+    case NameForbidden:
+        return refuse(tr("The name of a file must not contain \"/\", nor be \".\" or \"..\"."));
     case NameTaken:
         return askAndRename(fileId, name.trimmed());
     case DiskRefused:
@@ -94,6 +100,7 @@ bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
     // The open database must not give way to a file that it records.
     if (!renaming.isReplaceable() || isSameFile(renaming.newPath(), m_manager->databaseName()))
         return refuse(tr("There is already a file with this name."));
+    const QString path = file->path();
     const QDir folder = QFileInfo(renaming.newPath()).dir();
     const QString newName = Database::uniqueFileName(name, folder);
     switch (MiscOperationThread::askUserIfUserNewName(folder.path(), name, newName,
@@ -107,8 +114,9 @@ bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
         // Two records on one file would each speak for the other's contents.
         if (isRecorded(renaming.newPath()))
             return refuse(tr("The other file is in the database too and cannot be replaced."));
-        // Looked up anew: the box ran a loop.
-        if (!m_manager->file(fileId) || !m_manager->isDataCurrent())
+        // Looked up anew: while the box stood open the file may have gone, or gone into the database.
+        file = m_manager->file(fileId);
+        if (!file || file->internal() != externalKind || file->path() != path || !m_manager->isDataCurrent())
             return false;
         return settle(renaming.runReplacing() ? store(renaming, fileId, name) : DiskRefused, fileId, name);
     default:
