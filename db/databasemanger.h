@@ -183,9 +183,9 @@ signals:
     void tagsRemoved(QVector<qint64> tagIds);
     void browsingNodeLoaded(const Map<qint64, TBnode *> &nodes);
     void addedBrowsingNodes(const Map<qint64, TBnode *> &nodes);
-    /** Around a removal of so many nodes that a model had better start anew. */
-    void aboutToRemoveManyNodes();
-    void removedManyNodes();
+    /** Around the change of the records that follows a removal; children may move up in between. */
+    void aboutToRemoveNodes(const QVector<qint64> &nodeIds);
+    void removedNodes();
     void filesLoaded(const Map<qint64, File *> &files);
     void filesAdded(const Map<qint64, File *> &files);
     void filesRemoved(QVector<qint64> fileIds);

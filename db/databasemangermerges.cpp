@@ -109,17 +109,13 @@ void DatabaseManger::gotNodesParentChanged(const QVector<qint64> &nodeIds, qlong
 
 void DatabaseManger::mergeRemoval(const NodeRemovalPlan &plan)
 {
-    // A view moves all its open branches up for each row that goes.
-    constexpr int many = 200;
-    const bool areMany = plan.removedNodeIds.size() > many;
-    if (areMany)
-        emit aboutToRemoveManyNodes();
+    if (plan.removedNodeIds.isEmpty())
+        return;
+    emit aboutToRemoveNodes(plan.removedNodeIds);
     for (const auto &[parentId, children] : plan.newParents)
         gotNodesParentChanged(children, parentId);
-    if (!plan.removedNodeIds.isEmpty())
-        gotRemovesBrowsNodes(plan.removedNodeIds);
-    if (areMany)
-        emit removedManyNodes();
+    gotRemovesBrowsNodes(plan.removedNodeIds);
+    emit removedNodes();
 }
 
 void DatabaseManger::gotAllFiles(bool ok, const TableData &rows)

@@ -3,8 +3,6 @@
 #include "app/specialnodes.h"
 #include "core/tbnode.h"
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace {
@@ -109,6 +107,45 @@ void ManualNodesSorter::replaceNode(qint64 parentId, qint64 nodeId, qint64 newId
     else
         list[at] = newId;
     m_positions.remove(parentId);
+}
+
+void ManualNodesSorter::liftChildren(const TBnode &parent, const QSet<qint64> &removed)
+{
+    const QList<const TBnode *> children = orderedChildren(parent);
+    QList<qint64> list;
+    for (const TBnode *child : children) {
+        list.append(child->id());
+        if (removed.contains(child->id()))
+            appendLifted(*child, removed, list);
+    }
+    if (list.size() == children.size())
+        return;
+    m_order.insert(parent.id(), list);
+    m_positions.remove(parent.id());
+}
+
+void ManualNodesSorter::appendLifted(const TBnode &removedNode, const QSet<qint64> &removed,
+                                     QList<qint64> &list) const
+{
+    for (const TBnode *child : orderedChildren(removedNode)) {
+        if (removed.contains(child->id()))
+            appendLifted(*child, removed, list);
+        else
+            list.append(child->id());
+    }
+}
+
+QList<const TBnode *> ManualNodesSorter::orderedChildren(const TBnode &parent) const
+{
+    QList<const TBnode *> children;
+    for (const TBnode *child : parent.children()) {
+        if (child->nodeType() == TagNode)
+            children.append(child);
+    }
+    std::sort(children.begin(), children.end(), [this, &parent](const TBnode *left, const TBnode *right) {
+        return lessThan(parent.id(), left->id(), right->id());
+    });
+    return children;
 }
 
 QList<qint64> &ManualNodesSorter::completeList(qint64 parentId, qint64 nodeId)

@@ -5,6 +5,7 @@
 #include <QDataStream>
 #include <QHash>
 #include <QMetaType>
+#include <QSet>
 
 /**
  * The order of browsing nodes that a person has made by hand: for each parent the ids of its children. Nodes
@@ -28,7 +29,13 @@ public:
     /** Gives the place of a node to another one that came between it and its parent. */
     void replaceNode(qint64 parentId, qint64 nodeId, qint64 newId);
 
+    /** Makes places for the children of nodes that are about to go: behind them, below a node that stays. */
+    void liftChildren(const TBnode &parent, const QSet<qint64> &removed);
+
 private:
+    void appendLifted(const TBnode &removedNode, const QSet<qint64> &removed, QList<qint64> &list) const;
+    /** The nodes of tags below a node, also those of other trees, in their order. */
+    QList<const TBnode *> orderedChildren(const TBnode &parent) const;
     /** The list of a parent, filled up with all its children as they stand in the tree of one of them. */
     QList<qint64> &completeList(qint64 parentId, qint64 nodeId);
     const QHash<qint64, int> &positions(qint64 parentId) const;

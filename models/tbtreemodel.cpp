@@ -225,6 +225,8 @@ void TBtreeModel::beginManyChanges()
 
 void TBtreeModel::endManyChanges()
 {
+    if (!m_isResetting)
+        return;
     m_isResetting = false;
     endResetModel();
 }

@@ -53,7 +53,9 @@ public slots:
     void initRootNode(const Map<qint64, TBnode *> &nodes);
     /** Puts those of the nodes that have no parent under "All files". */
     void attachNodes(const Map<qint64, TBnode *> &nodes);
-    /** Between the two, changes of the tree are not told row by row but by one reset. */
+    /** Between the two, changes of the tree are not told row by row but by one reset. An end alone does
+     * nothing.
+     */
     void beginManyChanges();
     void endManyChanges();
 

@@ -36,8 +36,8 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
     connect(manager, &DatabaseManger::allDataReloaded, this, &BrowsTreeController::showCurrentNodeAgain);
     connect(manager, &DatabaseManger::browsingNodeLoaded, this, &BrowsTreeController::nodesLoaded);
     connect(manager, &DatabaseManger::addedBrowsingNodes, this, &BrowsTreeController::nodesAdded);
-    connect(manager, &DatabaseManger::aboutToRemoveManyNodes, m_model, &TBtreeModel::beginManyChanges);
-    connect(manager, &DatabaseManger::removedManyNodes, m_model, &TBtreeModel::endManyChanges);
+    connect(manager, &DatabaseManger::aboutToRemoveNodes, this, &BrowsTreeController::nodesAboutToGo);
+    connect(manager, &DatabaseManger::removedNodes, this, &BrowsTreeController::nodesGone);
 }
 
 BrowsTreeController::~BrowsTreeController()
@@ -102,12 +102,14 @@ void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 no
     const bool keepsPlace = allowsManualMoves() && parent;
     if (keepsPlace)
         m_manualOrder.fixOrder(parent->id(), nodeId);
+    emit aboutToMoveBranches();
     if (tagIds.size() == 1)
         manager()->addNodeAbove(tagIds.first(), nodeId);
     else
         manager()->addNodesAbove(tagIds, nodeId);
     if (keepsPlace)
         givePlaceToTop(parent, nodeId);
+    emit branchesMoved();
 }
 
 void BrowsTreeController::givePlaceToTop(const TBnode *parent, qint64 nodeId)
@@ -273,6 +275,42 @@ void BrowsTreeController::nodesAdded(const Map<qint64, TBnode *> &nodes)
     // A node that was moved has left the model for a moment, and its mark with it.
     markCurrentNode();
     m_followTimer.start();
+}
+
+void BrowsTreeController::nodesAboutToGo(const QVector<qint64> &nodeIds)
+{
+    emit aboutToMoveBranches();
+    keepPlacesForChildren(nodeIds);
+    // A view moves all its open branches for each row that goes or moves.
+    constexpr int many = 50;
+    int rows = nodeIds.size();
+    for (const qint64 nodeId : nodeIds) {
+        if (const TBnode *node = nodeById(nodeId))
+            rows += node->childrenCount();
+    }
+    if (rows > many)
+        m_model->beginManyChanges();
+}
+
+void BrowsTreeController::nodesGone()
+{
+    m_model->endManyChanges();
+    emit branchesMoved();
+}
+
+void BrowsTreeController::keepPlacesForChildren(const QVector<qint64> &nodeIds)
+{
+    forgetDeletedNodes();
+    const QSet<qint64> removed(nodeIds.cbegin(), nodeIds.cend());
+    QSet<const TBnode *> parents;
+    for (const qint64 nodeId : nodeIds) {
+        const TBnode *node = nodeById(nodeId);
+        const TBnode *parent = node ? node->parentNode() : nullptr;
+        if (parent && !removed.contains(parent->id()))
+            parents.insert(parent);
+    }
+    for (const TBnode *parent : qAsConst(parents))
+        m_manualOrder.liftChildren(*parent, removed);
 }
 
 void BrowsTreeController::nodeDeleted(const QVariant &nodeId)

@@ -98,6 +98,9 @@ public:
 signals:
     /** The type is 0 when no node is current any more. */
     void currentNodeChanged(int type, qlonglong nodeId);
+    /** Around a change that takes branches out of the model and puts them in again elsewhere. */
+    void aboutToMoveBranches();
+    void branchesMoved();
 
 private:
     /** The two lists with the tags that stand for others, where the option of the node says so. */
@@ -109,6 +112,8 @@ private:
     void setCurrentNode(int type, qint64 nodeId);
     /** After a reload, as the tags on its way and below them may be others now. */
     void showCurrentNodeAgain();
+    void nodesAboutToGo(const QVector<qint64> &nodeIds);
+    void nodesGone();
     void nodeDeleted(const QVariant &nodeId);
     void forgetDeletedNodes();
     void nodesLoaded(const Map<qint64, TBnode *> &nodes);
@@ -116,6 +121,7 @@ private:
     void markCurrentNode();
     void makeTreeCurrent(qint64 treeId);
     bool hasOtherTreeNamed(const QString &name, qint64 treeId) const;
+    void keepPlacesForChildren(const QVector<qint64> &nodeIds);
     void givePlaceToTop(const TBnode *parent, qint64 nodeId);
     void storeOrder();
     QVector<qint64> tagsOfNode(qint64 nodeId) const;
