@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyleOption>
 
 namespace {
@@ -209,6 +210,7 @@ private slots:
         TreeWindow window;
         const QVector<qint64> tags = window.addTags({"a"_s, "b"_s});
         window.tree().addNodesBelow(tags, 0);
+        window.tree().addNodesBelow(tags, 2);
         TBtreeView *view = window.nodeView();
         view->setCurrentIndex(window.node(1));
         const auto data = tagDrag(tags);
@@ -221,6 +223,8 @@ private slots:
             QCOMPARE(view->currentIndex(), window.node(2));
             QCOMPARE(view->selectedNodeIds(), QVector<qint64>{2});
         }
+        QVERIFY(!view->isExpanded(window.node(2)));
+        QTRY_VERIFY(view->isExpanded(window.node(2))); // as the drag rests there
         QDragLeaveEvent leave;
         QCoreApplication::sendEvent(view->viewport(), &leave);
         QCOMPARE(view->currentIndex(), window.node(1));
@@ -229,23 +233,6 @@ private slots:
         QMimeData text;
         text.setText("vorna/tagids"_s);
         QCOMPARE(drop(view->viewport(), over, text), Qt::IgnoreAction);
-    }
-
-    void closedBranchesOpenUnderADrag()
-    {
-        TreeWindow window;
-        const QVector<qint64> tags = window.addTags({"a"_s, "b"_s});
-        window.tree().addNodesBelow(tags, 0);
-        window.tree().addNodesBelow(tags, 1);
-        TBtreeView *view = window.nodeView();
-        const QPoint over = centreOf(view, window.node(1));
-        const auto data = tagDrag(tags);
-        QDragEnterEvent enter(over, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(view->viewport(), &enter);
-        QDragMoveEvent resting(over, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(view->viewport(), &resting);
-        QVERIFY(!view->isExpanded(window.node(1)));
-        QTRY_VERIFY(view->isExpanded(window.node(1)));
     }
 
     void openBranchesStayOpen()
@@ -276,8 +263,7 @@ private slots:
         drop(view->viewport(), centreOf(view, window.node(2)), *tagDrag({tags.at(4)}), Qt::AltModifier);
         QCOMPARE(window.outline(), "a[x[b[c[d]]]]"_s);
         check({1, 2}, {3});
-        view->setCurrentIndex(window.node(5));
-        window.nodes->deleteSelectedNodes();
+        window.tags().removeTags({tags.at(4)});
         QCOMPARE(window.outline(), "a[b[c[d]]]"_s);
         check({1, 2}, {3});
     }
@@ -351,6 +337,26 @@ private slots:
         QTest::keyClick(view, Qt::Key_Return);
         QCOMPARE(window.tree().currentNodeType(), int(AllHyperlinks));
         QCOMPARE(window.mainView().shownFileIds().size(), 2);
+    }
+
+    void longNamesAreReachedSideways()
+    {
+        TreeWindow window;
+        TBtreeView *view = window.nodeView();
+        const QScrollBar *bar = view->horizontalScrollBar();
+        QCOMPARE(bar->maximum(), 0);
+        window.tree().addNodesBelow(window.addTags({"a"_s, QString(200, QLatin1Char('w')), "c"_s}), 0);
+        window.tree().addNodesBelow({3}, 2);
+        QTRY_VERIFY(bar->maximum() > 0);
+        view->slotExpandAllFiles();
+        view->horizontalScrollBar()->setValue(bar->maximum());
+        view->setCurrentIndex(window.node(2));
+        const int shown = bar->value();
+        QVERIFY(shown > 0 && view->visualRect(window.node(2)).left() >= 0);
+        view->setCurrentIndex(window.node(1));
+        QCOMPARE(bar->value(), shown);
+        window.tree().removeNodes({2});
+        QTRY_COMPARE(bar->maximum(), 0);
     }
 
     void actionsFollowTheCurrentNode()

@@ -57,19 +57,11 @@ void acceptAsCopy(QDropEvent *event)
 
 } // namespace
 
-TBtreeView::TBtreeView(QWidget *parent) : QTreeView(parent), m_hoverOpener(new HoverOpener(this))
+TBtreeView::TBtreeView(QWidget *parent) : BranchView(parent)
 {
     setObjectName(QStringLiteral("tbView"));
     setAccessibleName(tr("Browsing Tree"));
-    setHeaderHidden(true);
-    setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setContextMenuPolicy(Qt::CustomContextMenu);
-    setDragEnabled(true);
-    setAcceptDrops(true);
-    // An internal-move view would refuse all that comes from outside.
-    setDragDropMode(QAbstractItemView::DragDrop);
     setDefaultDropAction(Qt::MoveAction);
     auto *style = new ViewStyle;
     style->setParent(this);
@@ -81,6 +73,8 @@ void TBtreeView::setController(BrowsTreeController *controller)
 {
     if (model())
         disconnect(model(), nullptr, this, nullptr);
+    if (m_controller)
+        disconnect(m_controller, nullptr, this, nullptr);
     m_controller = controller;
     m_expandedNodes.clear();
     m_selectedNodes.clear();
@@ -92,6 +86,11 @@ void TBtreeView::setController(BrowsTreeController *controller)
     connect(model(), &QAbstractItemModel::modelAboutToBeReset, this,
             qOverload<>(&TBtreeView::saveExpandedState));
     connect(model(), &QAbstractItemModel::modelReset, this, qOverload<>(&TBtreeView::restoreExpandedState));
+    // Branches that move come back closed.
+    connect(controller, &BrowsTreeController::aboutToMoveBranches, this,
+            qOverload<>(&TBtreeView::saveExpandedState));
+    connect(controller, &BrowsTreeController::branchesMoved, this,
+            qOverload<>(&TBtreeView::restoreExpandedState));
     expand(model()->index(0, 0));
 }
 
@@ -128,9 +127,8 @@ void TBtreeView::deleteNodes(void (BrowsTreeController::*remove)(const QVector<q
     if (ids.isEmpty() || refusesEdits() || !confirmDeletion(ids))
         return;
     // The database may have been closed behind the question.
-    BrowsTreeController *controller = m_controller;
-    if (controller)
-        keepExpansionOver([controller, remove, &ids] { (controller->*remove)(ids); });
+    if (m_controller)
+        (m_controller->*remove)(ids);
 }
 
 bool TBtreeView::refusesEdits() const
@@ -245,20 +243,6 @@ void TBtreeView::restoreSelection()
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
-void TBtreeView::keepExpansionOver(const std::function<void()> &edit)
-{
-    saveExpandedState();
-    edit();
-    restoreExpandedState();
-}
-
-void TBtreeView::makeCurrent(const QModelIndex &index)
-{
-    // Not by setCurrentIndex of the view, for which a held Ctrl or Shift means more than one node.
-    if (selectionModel() && index != currentIndex())
-        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
-}
-
 void TBtreeView::startDrag(Qt::DropActions supportedActions)
 {
     // Without the picture of the row, which would cover the line that shows the new place.
@@ -274,12 +258,12 @@ void TBtreeView::startDrag(Qt::DropActions supportedActions)
 
 void TBtreeView::dragEnterEvent(QDragEnterEvent *event)
 {
-    QTreeView::dragEnterEvent(event);
+    BranchView::dragEnterEvent(event);
     if (!m_controller || m_controller->isReadOnly()) {
         event->ignore();
         return;
     }
-    m_currentBeforeDrag = currentIndex();
+    keepCurrent();
     if (isNodeDrag(*event))
         event->acceptProposedAction();
     else if (isForeignDrag(*event))
@@ -292,37 +276,30 @@ void TBtreeView::dragMoveEvent(QDragMoveEvent *event)
     setProperty("is_above", isAboveCentre(event->pos()));
     // The base class knows the model's own type alone, so what comes from elsewhere is judged behind it.
     setDropIndicatorShown(true);
-    QTreeView::dragMoveEvent(event);
+    BranchView::dragMoveEvent(event);
     if (!isNodeDrag(*event))
         judgeForeignDrag(event, target);
     // Else the line would stay at the last place that was one.
     setDropIndicatorShown(event->isAccepted());
     if (!event->isAccepted())
         viewport()->update();
-    m_hoverOpener->hover(m_controller && !m_controller->isReadOnly() ? target : QModelIndex());
+    hoverOpener()->hover(m_controller && !m_controller->isReadOnly() ? target : QModelIndex());
 }
 
 void TBtreeView::judgeForeignDrag(QDragMoveEvent *event, const QModelIndex &target)
 {
     if (!m_controller || m_controller->isReadOnly() || !takesDrops(target) || !isForeignDrag(*event)) {
         event->ignore();
-        makeCurrent(m_currentBeforeDrag);
+        restoreCurrent();
         return;
     }
     makeCurrent(target);
     acceptAsCopy(event);
 }
 
-void TBtreeView::dragLeaveEvent(QDragLeaveEvent *event)
-{
-    QTreeView::dragLeaveEvent(event);
-    m_hoverOpener->stop();
-    makeCurrent(m_currentBeforeDrag);
-}
-
 void TBtreeView::dropEvent(QDropEvent *event)
 {
-    m_hoverOpener->stop();
+    hoverOpener()->stop();
     if (!m_controller || m_controller->isReadOnly()) {
         event->ignore();
         return;
@@ -364,7 +341,7 @@ void TBtreeView::dropNode(QDropEvent *event)
     QDropEvent placed(event->posF(), event->possibleActions(), &data, event->mouseButtons(),
                       event->keyboardModifiers());
     placed.setDropAction(event->dropAction());
-    QTreeView::dropEvent(&placed);
+    BranchView::dropEvent(&placed);
     event->setDropAction(placed.dropAction());
     event->setAccepted(placed.isAccepted());
 }
@@ -388,7 +365,7 @@ void TBtreeView::dropTags(QDropEvent *event, qint64 nodeId)
     const bool above = asksForAbove(*event, nodeId);
     // The question has waited: the node, or the whole database, may have gone meanwhile.
     if (m_controller && m_controller->nodeById(nodeId))
-        keepExpansionOver([&] { m_controller->addTagNodes(tagIds, nodeId, above); });
+        m_controller->addTagNodes(tagIds, nodeId, above);
 }
 
 bool TBtreeView::asksForAbove(const QDropEvent &event, qint64 nodeId)
@@ -420,6 +397,6 @@ void TBtreeView::keyPressEvent(QKeyEvent *event)
         activatedNode(currentIndex());
         event->accept();
     } else {
-        QTreeView::keyPressEvent(event);
+        BranchView::keyPressEvent(event);
     }
 }

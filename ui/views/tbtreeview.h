@@ -1,22 +1,18 @@
 #pragma once
 
 #include "core/nodetype.h"
+#include "ui/views/branchview.h"
 
 #include <QPair>
-#include <QPersistentModelIndex>
 #include <QSet>
-#include <QTreeView>
-
-#include <functional>
 
 class BrowsTreeController;
-class HoverOpener;
 
 /**
  * The browsing tree as a surface for gestures: a click shows a node's files, dropped tags become nodes,
  * dropped files get the tags of a node, a dragged node gets another place. Borrows its controller.
  */
-class TBtreeView : public QTreeView
+class TBtreeView : public BranchView
 {
     Q_OBJECT
 
@@ -43,7 +39,6 @@ protected:
     void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
-    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
@@ -54,10 +49,7 @@ private:
     bool confirmDeletion(const QVector<qint64> &ids);
     void deleteNodes(void (BrowsTreeController::*remove)(const QVector<qint64> &));
     bool isAboveCentre(const QPoint &position) const;
-    void makeCurrent(const QModelIndex &index);
     void restoreSelection();
-    /** Runs an edit that may move branches, which come back closed. */
-    void keepExpansionOver(const std::function<void()> &edit);
     /** Takes tags, files and addresses over the nodes that they can be dropped on. */
     void judgeForeignDrag(QDragMoveEvent *event, const QModelIndex &target);
     void dropNode(QDropEvent *event);
@@ -67,8 +59,6 @@ private:
     bool asksForAbove(const QDropEvent &event, qint64 nodeId);
 
     BrowsTreeController *m_controller = nullptr;
-    HoverOpener *m_hoverOpener;
-    QPersistentModelIndex m_currentBeforeDrag;
     QSet<qint64> m_expandedNodes;
     QVector<NodeKey> m_selectedNodes; ///< the current one first, while it is selected
     int m_scrollPosition = 0;

@@ -18,17 +18,10 @@
 
 #include <algorithm>
 
-TRview::TRview(QWidget *parent) : QTreeView(parent), m_hoverOpener(new HoverOpener(this))
+TRview::TRview(QWidget *parent) : BranchView(parent)
 {
     setObjectName(QStringLiteral("trView"));
     setAccessibleName(tr("Tag Relationships"));
-    setHeaderHidden(true);
-    setUniformRowHeights(true);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setContextMenuPolicy(Qt::CustomContextMenu);
-    setDragEnabled(true);
-    setAcceptDrops(true);
-    setDragDropMode(QAbstractItemView::DragDrop);
     setDropIndicatorShown(false);
     connect(this, &QWidget::customContextMenuRequested, this, &TRview::openContextMenu);
     // Shown behind the drop: a box within it would hold up the program that the drag comes from.
@@ -140,14 +133,10 @@ void TRview::restoreExpandedState()
             setExpanded(index, entry.value());
     }
     const QModelIndex current = trees->indexOfPath(m_currentPath);
-    if (current.isValid())
-        makeCurrent(current);
-}
-
-void TRview::makeCurrent(const QModelIndex &index)
-{
-    if (selectionModel() && index != currentIndex())
-        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    if (!current.isValid())
+        return;
+    makeCurrent(current);
+    scrollTo(current);
 }
 
 void TRview::startDrag(Qt::DropActions supportedActions)
@@ -172,40 +161,33 @@ bool TRview::takes(const QDropEvent &event) const
 
 void TRview::dragEnterEvent(QDragEnterEvent *event)
 {
-    QTreeView::dragEnterEvent(event);
+    BranchView::dragEnterEvent(event);
     if (!takes(*event)) {
         event->ignore();
         return;
     }
-    m_currentBeforeDrag = currentIndex();
+    keepCurrent();
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
 
 void TRview::dragMoveEvent(QDragMoveEvent *event)
 {
-    QTreeView::dragMoveEvent(event);
+    BranchView::dragMoveEvent(event);
     if (!takes(*event)) {
         event->ignore();
         return;
     }
     const QModelIndex target = indexAt(event->pos());
     makeCurrent(target);
-    m_hoverOpener->hover(target);
+    hoverOpener()->hover(target);
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
 
-void TRview::dragLeaveEvent(QDragLeaveEvent *event)
-{
-    QTreeView::dragLeaveEvent(event);
-    m_hoverOpener->stop();
-    makeCurrent(m_currentBeforeDrag);
-}
-
 void TRview::dropEvent(QDropEvent *event)
 {
-    m_hoverOpener->stop();
+    hoverOpener()->stop();
     stopAutoScroll();
     setState(QAbstractItemView::NoState);
     const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
@@ -286,7 +268,7 @@ void TRview::copySubtree(const QString &sourcePath, const QString &targetPath)
 
 void TRview::paintEvent(QPaintEvent *event)
 {
-    QTreeView::paintEvent(event);
+    BranchView::paintEvent(event);
     if (m_controller)
         paintEmptyHint(this, tr("Drag tags here. A tag then stands for all tags below it."));
 }
@@ -297,6 +279,6 @@ void TRview::keyPressEvent(QKeyEvent *event)
         deleteSelectedNode();
         event->accept();
     } else {
-        QTreeView::keyPressEvent(event);
+        BranchView::keyPressEvent(event);
     }
 }

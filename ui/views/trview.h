@@ -1,17 +1,16 @@
 #pragma once
 
-#include <QHash>
-#include <QPersistentModelIndex>
-#include <QTreeView>
+#include "ui/views/branchview.h"
 
-class HoverOpener;
+#include <QHash>
+
 class RelationsController;
 
 /**
  * The tag relationship trees as a surface for gestures: a tag dropped on an entry becomes its child, an entry
  * dropped on another takes its subtree along. Borrows its controller.
  */
-class TRview : public QTreeView
+class TRview : public BranchView
 {
     Q_OBJECT
 
@@ -35,7 +34,6 @@ protected:
     void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
-    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -45,7 +43,6 @@ private:
     bool takes(const QDropEvent &event) const;
     bool confirmDeletion();
     void showRefusal();
-    void makeCurrent(const QModelIndex &index);
     void openContextMenu(const QPoint &position);
     /** Makes tags children of a path, up to the first one that must not be; false when there is one. */
     bool addBelow(const QString &parentPath, const QVector<qint64> &tagIds);
@@ -58,8 +55,6 @@ private:
     void collectExpanded(const QModelIndex &parent, QHash<QString, bool> &state) const;
 
     RelationsController *m_controller = nullptr;
-    HoverOpener *m_hoverOpener;
-    QPersistentModelIndex m_currentBeforeDrag;
     QHash<QString, bool> m_expandedPaths;
     QString m_currentPath;
     QHash<qint64, QString> m_draggedPaths; ///< by tag; empty but in a drag of entries of this tree
