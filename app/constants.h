@@ -3,8 +3,8 @@
 #include <QString>
 
 /**
- * The names that the whole program shares: versions, extensions, MIME types, connection names.
- * Settings keys stand in app/settingskeys.h.
+ * The names that the whole program shares: versions, extensions, MIME types, connection names. Settings keys
+ * stand beside the functions that read them.
  */
 namespace Constants {
 const QString programVersion = QStringLiteral("4.1.3");

@@ -1,6 +1,7 @@
 #include "core/metatypes.h"
 
 #include "app/dbspecifierlackingpassword.h"
+#include "app/liststream.h"
 #include "core/recordtypes.h"
 #include "db/tabledata.h"
 #include "fileops/deletedfilerepresentations.h"
@@ -12,6 +13,19 @@
 #include <QHash>
 #include <QSqlError>
 
+namespace {
+
+template <class List>
+void registerListStream(const char *name)
+{
+    qRegisterMetaTypeStreamOperators<List>(name);
+    QMetaType::registerStreamOperators(
+        name, [](QDataStream &stream, const void *list) { stream << *static_cast<const List *>(list); },
+        [](QDataStream &stream, void *list) { readList(stream, *static_cast<List *>(list)); });
+}
+
+} // namespace
+
 void registerMetaTypes()
 {
     qRegisterMetaType<TableData>("TableData");
@@ -21,14 +35,13 @@ void registerMetaTypes()
     qRegisterMetaType<DeletedFileRepresentations>("DeletedFileRepresentations");
 
     qRegisterMetaTypeStreamOperators<DBDetails>("DBDetails");
-    qRegisterMetaTypeStreamOperators<QQueue<DBDetails>>("QQueue<DBDetails>");
+    registerListStream<QQueue<DBDetails>>("QQueue<DBDetails>");
     qRegisterMetaTypeStreamOperators<ManualNodesSorter>("ManualNodesSorter");
-    qRegisterMetaTypeStreamOperators<QList<int>>("QList<int>");
+    registerListStream<QList<int>>("QList<int>");
     qRegisterMetaTypeStreamOperators<QHash<QString, bool>>("QHash<QString,bool>");
     qRegisterMetaType<QList<ShellFile>>("QList<ShellFile>");
     qRegisterMetaTypeStreamOperators<DBSpecifierLackingPassword>("DBSpecifierLackingPassword");
-    qRegisterMetaTypeStreamOperators<QQueue<DBSpecifierLackingPassword>>(
-        "QQueue<DBSpecifierLackingPassword>");
+    registerListStream<QQueue<DBSpecifierLackingPassword>>("QQueue<DBSpecifierLackingPassword>");
 
     qRegisterMetaType<QSqlError>("QSqlError");
     qRegisterMetaType<QVector<QPair<qint64, QString>>>("QVector<QPair<qint64,QString> >");

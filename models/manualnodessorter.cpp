@@ -1,5 +1,6 @@
 #include "models/manualnodessorter.h"
 
+#include "app/liststream.h"
 #include "app/specialnodes.h"
 #include "core/tbnode.h"
 
@@ -195,7 +196,13 @@ QDataStream &operator<<(QDataStream &stream, const ManualNodesSorter &sorter)
 QDataStream &operator>>(QDataStream &stream, ManualNodesSorter &sorter)
 {
     QMap<qint64, QList<qint64>> order;
-    stream >> order;
+    quint32 count = 0;
+    stream >> count;
+    for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        qint64 parentId = 0;
+        stream >> parentId;
+        readList(stream, order[parentId]);
+    }
     sorter.load(order);
     return stream;
 }

@@ -167,6 +167,19 @@ private slots:
         store.setValue(prefix + "TagGroupBar/currentIndex"_s, "none"_s);
         QVERIFY(collection->settings()->nodeOrder().isEmpty());
         QCOMPARE(collection->settings()->tagGroupIndex(), 0);
+
+        // Counts that no memory has room for.
+        const QByteArray count = QByteArray::fromHex("7fffffff");
+        const QByteArray order = QByteArray::fromHex("000000010000000000000007") + count;
+        for (const char *type : {"QQueue<DBSpecifierLackingPassword>", "QList<int>", "ManualNodesSorter"}) {
+            QByteArray bytes;
+            QDataStream(&bytes, QIODevice::WriteOnly) << quint32(QMetaType::User) << qint8(0) << type;
+            bytes += type[0] == 'M' ? order : count;
+            QDataStream stream(bytes);
+            QVariant value;
+            stream >> value;
+            QCOMPARE(value.typeName(), type);
+        }
     }
 
 private:
