@@ -25,15 +25,18 @@ ExternalFileView::ExternalFileView(QWidget *parent) : QTreeView(parent)
     setTextElideMode(Qt::ElideMiddle);
 }
 
-void ExternalFileView::showEvent(QShowEvent *event)
+void ExternalFileView::paintEvent(QPaintEvent *event)
 {
-    QTreeView::showEvent(event);
+    QTreeView::paintEvent(event);
+    // The window comes first, then what it takes to read folders.
     if (!m_model)
-        load();
+        QTimer::singleShot(0, this, &ExternalFileView::load);
 }
 
 void ExternalFileView::load()
 {
+    if (m_model)
+        return;
     m_model = new ExternalFileModel(this);
     // The root path is what is watched and read; "/" shows all there is.
     m_model->setRootPath(QDir::rootPath());
@@ -59,6 +62,7 @@ void ExternalFileView::openHome()
     connect(m_settling, &QTimer::timeout, this, [this] { scrollTo(m_home, PositionAtTop); });
     const auto settle = [this] { m_settling->start(); };
     connect(m_model, &QAbstractItemModel::rowsInserted, m_settling, settle);
+    connect(m_model, &QAbstractItemModel::rowsRemoved, m_settling, settle);
     connect(m_model, &QAbstractItemModel::layoutChanged, m_settling, settle);
     connect(verticalScrollBar(), &QScrollBar::actionTriggered, this, &ExternalFileView::leaveHome);
 }

@@ -9,7 +9,7 @@ class QTimer;
 
 /**
  * The tree of the computer's files, from which files and folders are dragged into the program. It changes
- * nothing on disk. Folders are read from the first time that it shows. GUI thread.
+ * nothing on disk. Folders are read once it has been painted for the first time. GUI thread.
  */
 class ExternalFileView : public QTreeView
 {
@@ -19,7 +19,7 @@ public:
     explicit ExternalFileView(QWidget *parent = nullptr);
 
 protected:
-    void showEvent(QShowEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
