@@ -23,6 +23,8 @@ ReplacedFile::~ReplacedFile()
     if (m_asidePath.isEmpty())
         return;
     QFile::remove(m_path);
+    // A journal of the new file would be played back into the old one.
+    QFile::remove(journalOf(m_path));
     moveWithJournal(m_asidePath, m_path);
 }
 
