@@ -35,12 +35,12 @@ void FileOperationProgress::doingSomething(const QString &text)
 {
     if (text.isEmpty())
         return;
-    // One long name must not stretch the window.
+    // A name must not stretch the window, neither one that is long nor one that holds line ends.
     const QFontMetrics metrics(m_ui->detailLabel->font());
-    QStringList lines = text.split(QLatin1Char('\n'));
+    QStringList lines{text.section(QLatin1Char('\n'), 0, 0), text.section(QLatin1Char('\n'), 1).simplified()};
     for (QString &line : lines)
         line = metrics.elidedText(line, Qt::ElideMiddle, m_ui->progressBar->width());
-    m_ui->detailLabel->setText(lines.join(QLatin1Char('\n')));
+    m_ui->detailLabel->setText(lines.join(QLatin1Char('\n')).trimmed());
 }
 
 void FileOperationProgress::setProgress(float percent)
