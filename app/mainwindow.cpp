@@ -41,6 +41,13 @@ MainWindow::~MainWindow()
     WindowSettings::setLayout(WindowSettings::mainWindowGeometry, saveGeometry());
 }
 
+bool MainWindow::event(QEvent *event)
+{
+    // No command has a text for the status bar; the empty ones of the menus would wipe out the count of
+    // files.
+    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
 bool MainWindow::openDatabase(const DBDetails &details)
 {
     if (!Collection::canOpen(details))

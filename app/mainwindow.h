@@ -74,6 +74,9 @@ public slots:
     /** Puts all docks back to their places and shows them. */
     void setDocksArrangement();
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     void makeDocks();
     void setUpCommands(MainUi &ui);

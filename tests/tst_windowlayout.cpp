@@ -2,6 +2,7 @@
 #include "tests/support/windowfixture.h"
 
 #include <QDockWidget>
+#include <QStatusBar>
 #include <QTabBar>
 #include <QToolBar>
 
@@ -77,6 +78,13 @@ private slots:
                 QVERIFY2(control->focusPolicy() & Qt::TabFocus, qPrintable(control->accessibleName()));
             }
         }
+    }
+
+    void menusLeaveTheStatusText()
+    {
+        window().statusBar()->showMessage("3 selected"_s);
+        m_fixture->action("Show All Docks"_s)->showStatusText(&window());
+        QCOMPARE(window().statusBar()->currentMessage(), "3 selected"_s);
     }
 
     void layoutComesBack()

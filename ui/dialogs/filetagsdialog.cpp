@@ -8,13 +8,11 @@
 #include "models/naturalorder.h"
 #include "ui/views/customiconwidget.h"
 
-#include <QApplication>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
 #include <QPair>
-#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -23,21 +21,6 @@ namespace {
 
 constexpr int tagIdRole = Qt::UserRole + 1;
 constexpr int earlierStateRole = Qt::UserRole + 2;
-
-/** Gives the boxes the colours that a transparent list takes from them: they would be black or have no edge.
- */
-class BoxDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->palette = QApplication::palette();
-    }
-};
 
 } // namespace
 
@@ -75,7 +58,6 @@ void FileTagsDialog::build(const QVector<qint64> &tagIds, const QString &listTit
     m_list->setObjectName(QStringLiteral("tagsListWidget"));
     m_list->setAccessibleName(tr("Tags"));
     m_list->setStyleSheet(QStringLiteral("QListWidget {background-color: transparent;}"));
-    m_list->setItemDelegate(new BoxDelegate(m_list));
     m_list->setUniformItemSizes(true);
     m_list->setSpacing(2);
     fillList(tagIds);

@@ -140,7 +140,7 @@ void MetaInfoDock::showFile(const File &file)
     QFont bold = font();
     bold.setBold(true);
     m_name->setFont(bold);
-    m_name->setEnabled(true);
+    m_name->setForegroundRole(QPalette::WindowText);
     m_name->setText(file.name());
     m_name->setToolTip(Qt::convertFromPlainText(file.name()));
     const bool isHyperlink = file.internal() == hyperlink;
@@ -158,7 +158,7 @@ void MetaInfoDock::showFile(const File &file)
 void MetaInfoDock::clear()
 {
     m_name->setFont(font());
-    m_name->setEnabled(false);
+    m_name->setForegroundRole(QPalette::PlaceholderText);
     m_name->setText(tr("No file selected"));
     m_name->setToolTip(QString());
     m_facts->hide();
