@@ -3,6 +3,40 @@
 #include "db/abstractqueryconstructor.h"
 #include "db/changestamp.h"
 
+namespace {
+constexpr int mostKeysAtOnce = 64;
+} // namespace
+
+void PostgresFileOperationWorker::prepareConnection()
+{
+    m_keys.clear();
+}
+
+bool PostgresFileOperationWorker::nextId(const QString &table, const QString &column, qint64 &id)
+{
+    Keys &keys = m_keys[table];
+    if (keys.used == keys.ids.size() && !takeKeys(table, column, keys))
+        return false;
+    id = keys.ids.at(keys.used++);
+    return true;
+}
+
+bool PostgresFileOperationWorker::takeKeys(const QString &table, const QString &column, Keys &keys)
+{
+    const QString statement = constructor()->nextIdQuery(column, table) +
+                              QLatin1String("FROM generate_series(1, CAST(? AS integer));");
+    const int count = qBound(1, 2 * keys.ids.size(), mostKeysAtOnce);
+    TableData rows;
+    if (!runFast(statement, {count}, rows))
+        return false;
+    keys.ids.clear();
+    keys.used = 0;
+    for (const TableRowData *row : qAsConst(rows))
+        keys.ids.append(row->at(0).toLongLong());
+    freeRows(rows);
+    return !keys.ids.isEmpty();
+}
+
 bool PostgresFileOperationWorker::insertBrowsingNodeLink(qint64 parentId, qint64 childId)
 {
     const QStringList columns = {QStringLiteral("parent_id"), QStringLiteral("child_id"),

@@ -10,6 +10,8 @@ class PostgresFileOperationWorker : public FileOperationWorker
 public:
     using FileOperationWorker::FileOperationWorker;
 
+    /** Takes keys from the server in growing numbers, as each question costs as much as a row. */
+    bool nextId(const QString &table, const QString &column, qint64 &id) override;
     /** Puts the link into the tree that is shown. */
     bool insertBrowsingNodeLink(qint64 parentId, qint64 childId) override;
     /**
@@ -17,4 +19,17 @@ public:
      * the window takes the time of its latest change for the state that it knows.
      */
     bool commitTransaction(const QString &connectionName) override;
+
+protected:
+    void prepareConnection() override;
+
+private:
+    struct Keys
+    {
+        QVector<qint64> ids; ///< nobody else gets them
+        int used = 0;
+    };
+    bool takeKeys(const QString &table, const QString &column, Keys &keys);
+
+    QHash<QString, Keys> m_keys; ///< by table, for the life of a connection
 };
