@@ -1,7 +1,8 @@
 #include "fileops/blockstorage.h"
 #include "fileops/databasefunctions.h"
+#include "fileops/postgresfileoperationworker.h"
 #include "fileops/sqlitefileoperationworker.h"
-#include "tests/support/database.h"
+#include "tests/support/serverdatabase.h"
 
 namespace {
 QString contentOf(const QString &path)
@@ -16,12 +17,19 @@ class TestBlockStorage : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase_data() { addBackEnds(); }
+
     void init()
     {
-        m_database = std::make_unique<LocalDatabase>();
+        QFETCH_GLOBAL(QString, backEnd);
+        m_database = makeTestDatabase(backEnd);
+        if (!m_database)
+            QSKIP("VORNA_TEST_PG names no server");
         QVERIFY(m_database->openWorkerConnection());
-        m_worker = std::make_unique<SqliteFileOperationWorker>(
-            Constants::workerConnection, m_database->details(), m_database->constructor());
+        if (isLocal())
+            makeWorker<SqliteFileOperationWorker>();
+        else
+            makeWorker<PostgresFileOperationWorker>();
     }
 
     void cleanup()
@@ -103,6 +111,8 @@ private slots:
 
     void countsIdsInsideATransaction()
     {
+        if (!isLocal())
+            QSKIP("a server counts by itself");
         m_database->addBlock(7, 0, "bytes");
         qint64 id = 0;
         QVERIFY(m_worker->beginTransaction(Constants::workerConnection));
@@ -145,8 +155,9 @@ private slots:
     void relatesPathsToTheDatabase()
     {
         const Database::PathLocator locator = Database::pathLocator(Constants::workerConnection);
-        QVERIFY(locator.isLocal);
-        const QString folder = QFileInfo(m_database->path()).absolutePath();
+        QCOMPARE(locator.isLocal, isLocal());
+        const QString folder =
+            isLocal() ? QFileInfo(m_database->details().databaseName()).absolutePath() : QDir::currentPath();
         QCOMPARE(Database::relativePath(folder + "/sub/file"_s, locator), "sub/file"_s);
         QCOMPARE(Database::relativePath(QFileInfo(folder).path() + "/file"_s, locator), "../file"_s);
         QCOMPARE(Database::absolutePath("../file"_s, locator), folder + "/../file"_s);
@@ -155,7 +166,14 @@ private slots:
     }
 
 private:
-    QString target() const { return m_database->filePath("target"_s); }
+    template <class Worker>
+    void makeWorker()
+    {
+        m_worker = std::make_unique<Worker>(Constants::workerConnection, m_database->details(),
+                                            m_database->constructor());
+    }
+    bool isLocal() const { return m_database->details().type() == Constants::localDatabase; }
+    QString target() const { return m_folder.filePath("target"_s); }
 
     bool readBack(qint64 fileId)
     {
@@ -163,8 +181,9 @@ private:
         return file.open(QIODevice::WriteOnly) && BlockStorage(*m_worker).readInto(fileId, file);
     }
 
-    std::unique_ptr<LocalDatabase> m_database;
-    std::unique_ptr<SqliteFileOperationWorker> m_worker;
+    TestFolder m_folder;
+    std::unique_ptr<TestDatabase> m_database;
+    std::unique_ptr<FileOperationWorker> m_worker;
 };
 
 QTEST_GUILESS_MAIN(TestBlockStorage)
