@@ -7,11 +7,13 @@
 #include "ui_duplicateprompt.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QFileInfo>
 #include <QLocale>
 #include <QProgressDialog>
 #include <QTextDocument>
+#include <QWindow>
 
 namespace {
 
@@ -19,6 +21,7 @@ constexpr int pathRole = Qt::UserRole;
 constexpr int hyperlink = 2;
 constexpr int sizeColumnWidth = 110;
 constexpr int dateColumnWidth = 200;
+constexpr int longestWaitMilliseconds = 100;
 
 void fillColumns(QTreeWidgetItem &item, const QString &text, const DuplicateFileInfo &file)
 {
@@ -43,7 +46,10 @@ DuplicatePrompt::DuplicatePrompt(const PresentableDuplicates &duplicates, MainVi
     progress.setWindowModality(Qt::ApplicationModal);
     progress.show();
     // Lets the window appear before the work; the user can touch nothing meanwhile.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    const QDeadlineTimer longestWait(longestWaitMilliseconds);
+    do
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    while (!progress.windowHandle()->isExposed() && !longestWait.hasExpired());
     build(duplicates);
 }
 
