@@ -23,11 +23,7 @@ class NotingHost : public ContentsHost
 {
 public:
     bool isWritable() const override { return !isReadOnly; }
-    bool mayEdit() override
-    {
-        ++askedEdits;
-        return !isReadOnly;
-    }
+    bool mayEdit() override { return !isReadOnly; }
     QString joinedTagNames(const Ids &tagIds) const override
     {
         QStringList names;
@@ -41,24 +37,19 @@ public:
         askedThumbnails.insert(fileId);
         return thumbnail.isNull() ? nullptr : &thumbnail;
     }
-    bool renameFile(qint64 fileId, const QString &name) override
-    {
-        calls.append("rename %1 %2"_s.arg(QString::number(fileId), name));
-        return true;
-    }
-    bool describeFile(qint64 fileId, const QString &description) override
-    {
-        calls.append("describe %1 %2"_s.arg(QString::number(fileId), description));
-        return true;
-    }
+    bool renameFile(qint64 fileId, const QString &name) override { return note("rename", fileId, name); }
+    bool describeFile(qint64 fileId, const QString &text) override { return note("describe", fileId, text); }
     bool linkTagsToFile(qint64 fileId, const Ids &tagIds) override
     {
-        calls.append("link %1 %2"_s.arg(QString::number(fileId), joinedTagNames(tagIds)));
+        return note("link", fileId, joinedTagNames(tagIds));
+    }
+    bool note(const char *edit, qint64 fileId, const QString &text)
+    {
+        calls.append("%1 %2 %3"_s.arg(QLatin1String(edit), QString::number(fileId), text));
         return true;
     }
 
     bool isReadOnly = false;
-    int askedEdits = 0;
     QSet<qint64> missing;
     QImage thumbnail;
     mutable QSet<qint64> askedThumbnails;
@@ -71,14 +62,6 @@ QByteArray streamed(const Ids &ids)
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << ids;
     return bytes;
-}
-
-// The pictures of the program are not linked here: a thumbnail of one colour shows what was drawn over it.
-QImage greenThumbnail()
-{
-    QImage image(128, 128, QImage::Format_ARGB32);
-    image.fill(Qt::green);
-    return image;
 }
 
 } // namespace
@@ -104,77 +87,56 @@ private slots:
         m_records.reset();
     }
 
-    void columnsShowTheRecord_data()
-    {
-        addColumns<int, QVariant>("column", "shown");
-        addRow("picture", 0, QVariant("\nfile 1.txt"_s));
-        addRow("name", 1, QVariant("file 1.txt"_s));
-        addRow("modified", 2, QVariant(QDateTime::fromSecsSinceEpoch(26)));
-        addRow("size", 3, QVariant(qint64(14)));
-        addRow("added", 4, QVariant(QDateTime::fromSecsSinceEpoch(1001)));
-        addRow("type", 5, QVariant(".txt"_s));
-        addRow("tags", 6, QVariant("tag1, tag3"_s));
-        addRow("description", 7, QVariant(QString()));
-        addRow("id code", 8, QVariant("code2"_s));
-        addRow("load id", 9, QVariant(qint64(1)));
-    }
-
     void columnsShowTheRecord()
     {
-        QFETCH(int, column);
+        const QVariantList shown = {"\nfile 1.txt"_s,
+                                    "file 1.txt"_s,
+                                    QDateTime::fromSecsSinceEpoch(26),
+                                    qint64(14),
+                                    QDateTime::fromSecsSinceEpoch(1001),
+                                    ".txt"_s,
+                                    "tag1, tag3"_s,
+                                    QString(),
+                                    "code2"_s,
+                                    qint64(1)};
         fill(3);
-        QTEST(at(1, column).data(), "shown");
+        for (int column = 0; column < shown.size(); ++column)
+            QCOMPARE(at(1, column).data(), shown.at(column));
     }
 
     void longNamesAreElidedForDisplayOnly()
     {
         const QString name = "a very long name "_s.repeated(20) + ".txt"_s;
         m_model->loadFiles(FileRecords::map({m_records->add({}, 1, name)}));
-        const QModelIndex index = at(0, 0);
-        QVERIFY(index.data().toString().size() < name.size());
-        QVERIFY(index.data().toString().startsWith(QLatin1Char('\n')));
-        QCOMPARE(index.data(Qt::EditRole).toString(), name);
-        QCOMPARE(index.data(Qt::ToolTipRole).toString(), name);
-        QCOMPARE(index.data(Qt::AccessibleTextRole).toString(), name);
+        QVERIFY(at(0, 0).data().toString().size() < name.size());
+        for (int role : {Qt::EditRole, Qt::ToolTipRole, Qt::AccessibleTextRole})
+            QCOMPARE(at(0, 0).data(role).toString(), name);
         QCOMPARE(at(0, 1).data().toString(), name);
     }
 
     void edits_data()
     {
-        addColumns<int, int, QString, QString>("column", "role", "text", "call");
-        const int edit = Qt::EditRole;
-        addRow("name", 1, edit, "new.txt"_s, "rename 1 new.txt"_s);
-        addRow("name under the picture", 0, edit, "new.txt"_s, "rename 1 new.txt"_s);
-        addRow("trimmed name", 1, edit, "  a b "_s, "rename 1 a b"_s);
-        addRow("blank name", 1, edit, "   "_s, QString());
-        addRow("equal name", 1, edit, " file 0.txt"_s, QString());
-        addRow("description", 7, edit, " %1'"_s, "describe 1  %1'"_s);
-        addRow("equal description", 7, edit, QString(), QString());
-        addRow("other column", 3, edit, "5"_s, QString());
+        addColumns<int, QString, QString>("column", "text", "call");
+        addRow("name", 1, "new.txt"_s, "rename 1 new.txt"_s);
+        addRow("name under the picture", 0, "new.txt"_s, "rename 1 new.txt"_s);
+        addRow("trimmed name", 1, "  a b "_s, "rename 1 a b"_s);
+        addRow("blank name", 1, "   "_s, QString());
+        addRow("equal name", 1, " file 0.txt"_s, QString());
+        addRow("description", 7, " %1'"_s, "describe 1  %1'"_s);
+        addRow("equal description", 7, QString(), QString());
+        addRow("other column", 3, "5"_s, QString());
     }
 
     void edits()
     {
         QFETCH(int, column);
-        QFETCH(int, role);
         QFETCH(QString, text);
         QFETCH(QString, call);
         fill(1);
-        QCOMPARE(m_model->setData(at(0, column), text, role), !call.isEmpty());
-        QCOMPARE(m_host->calls.join(QLatin1Char('|')), call);
-    }
-
-    void editsOfAReadOnlyDatabaseAreRefused()
-    {
-        fill(1);
+        QCOMPARE(m_model->setData(at(0, column), text), !call.isEmpty());
         m_host->isReadOnly = true;
-        QVERIFY(!m_model->setData(at(0, 1), "x"_s));
-        QVERIFY(!m_model->setData(at(0, 7), "x"_s));
-        QMimeData mime;
-        mime.setData(Constants::tagMimeType, streamed({5}));
-        QVERIFY(!m_model->dropMimeData(&mime, Qt::CopyAction, -1, -1, at(0, 0)));
-        QCOMPARE(m_host->askedEdits, 3);
-        QVERIFY(m_host->calls.isEmpty());
+        QVERIFY(!m_model->setData(at(0, column), text));
+        QCOMPARE(m_host->calls.join(QLatin1Char('|')), call);
     }
 
     void dragsHoldEachFileOnce()
@@ -208,8 +170,9 @@ private slots:
         mime.setData(type, bytes);
         const QModelIndex target = row < 0 ? QModelIndex() : at(row, 1);
         QCOMPARE(m_model->dropMimeData(&mime, Qt::CopyAction, -1, -1, target), !call.isEmpty());
-        QCOMPARE(m_host->calls.join(QLatin1Char('|')), call);
         m_host->isReadOnly = true;
+        QVERIFY(!m_model->dropMimeData(&mime, Qt::CopyAction, -1, -1, target));
+        QCOMPARE(m_host->calls.join(QLatin1Char('|')), call);
         QCOMPARE(m_model->canDropMimeData(&mime, Qt::CopyAction, -1, -1, target),
                  type == Constants::tagMimeType);
     }
@@ -219,21 +182,23 @@ private slots:
         File picture(1, 5, 0, 0, 1, "a.png"_s, {}, {}, {}, {}, 1, 7, 0, 1);
         File document(2, 5, 0, 0, 1, "a.pdf"_s, {}, {}, {}, {}, 1, 8, 0, 1);
         m_model->loadFiles(FileRecords::map({&picture, &document}));
-        m_host->thumbnail = greenThumbnail();
+        // The pictures of the program are not linked here; a colour of our own tells a thumbnail.
+        m_host->thumbnail = QImage(128, 128, QImage::Format_ARGB32);
+        m_host->thumbnail.fill(Qt::green);
         for (int row = 0; row < 2; ++row) {
             QVERIFY(at(row, 0).data(Qt::SizeHintRole).toSize().isValid());
             QVERIFY(at(row, 1).data(Qt::DecorationRole).isNull());
         }
         QVERIFY(m_host->askedThumbnails.isEmpty());
 
-        const auto shown = at(0, 0).data(Qt::DecorationRole).value<QPixmap>().toImage();
-        QCOMPARE(shown.pixelColor(64, 64), QColor(Qt::green));
+        const auto colour = [this] {
+            return at(0, 0).data(Qt::DecorationRole).value<QPixmap>().toImage().pixelColor(64, 64);
+        };
+        QCOMPARE(colour(), QColor(Qt::green));
         QVERIFY(at(1, 0).data(Qt::DecorationRole).isValid());
         QCOMPARE(m_host->askedThumbnails, QSet<qint64>{1});
-
         m_host->thumbnail.fill(Qt::red);
-        const auto repainted = at(0, 0).data(Qt::DecorationRole).value<QPixmap>().toImage();
-        QCOMPARE(repainted.pixelColor(64, 64), QColor(Qt::red));
+        QCOMPARE(colour(), QColor(Qt::red));
         m_model->loadFiles({});
     }
 
@@ -247,9 +212,9 @@ private slots:
     void rowsFollowTheRecords()
     {
         QFETCH(int, count);
+        const auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
         if (count < 100)
-            new QAbstractItemModelTester(
-                m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest, m_model.get());
+            new QAbstractItemModelTester(m_model.get(), mode, m_model.get());
         fill(count);
         QVector<File *> added;
         for (int i = 0; i < count; ++i)
@@ -295,14 +260,10 @@ private slots:
         filter.setTagRequirements({{1}, {}, {}, {}, {}, {}});
         sorter.sort(ContentsModel::NameColumn, Qt::DescendingOrder);
         QItemSelectionModel selection(&sorter);
-        QSet<qint64> chosen{1500, 1501, 1990};
-        for (int row = 0; row < sorter.rowCount(); ++row) {
-            if (chosen.contains(sorter.fileAt(row)->id()))
-                selection.select(sorter.index(row, 0),
-                                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
-            if (sorter.fileAt(row)->id() == 1501)
-                selection.setCurrentIndex(sorter.index(row, 1), QItemSelectionModel::NoUpdate);
-        }
+        const Ids chosen{1500, 1990, 1501};
+        for (qint64 id : chosen)
+            selection.setCurrentIndex(sorter.mapFromSource(filter.mapFromSource(at(int(id) - 1, 1))),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
 
         QVector<File *> added;
         Ids removed;
@@ -320,7 +281,7 @@ private slots:
         QSet<qint64> kept;
         for (const QModelIndex &index : selection.selectedRows())
             kept.insert(index.data(ContentsRoles::FileId).toLongLong());
-        QCOMPARE(kept, chosen);
+        QCOMPARE(kept, QSet<qint64>(chosen.begin(), chosen.end()));
         QCOMPARE(selection.currentIndex().data(ContentsRoles::FileId).toLongLong(), 1501);
         m_model->removeFiles({1500, 1990});
         QCOMPARE(selection.selectedRows().size(), 1);
@@ -334,8 +295,7 @@ private slots:
         QCOMPARE(changes.size(), 2);
         for (const QVariantList &change : changes)
             QCOMPARE(change.at(2).value<QVector<int>>(), QVector<int>{Qt::DecorationRole});
-        QCOMPARE(changes.at(1).at(0).toModelIndex().row(), 3);
-        QCOMPARE(changes.at(1).at(1).toModelIndex(), at(4, 9));
+        QCOMPARE(changes.at(1).mid(0, 2), (QVariantList{at(3, 0), at(4, 9)}));
     }
 
 private:

@@ -1,12 +1,10 @@
 #include "tests/support/text.h"
 #include "ui/views/delegate.h"
 #include "ui/views/listview.h"
-#include "ui/views/speciallineedit.h"
 #include "ui/views/tableview.h"
 
 #include <QApplication>
 #include <QDropEvent>
-#include <QLineEdit>
 #include <QStandardItemModel>
 #include <QVBoxLayout>
 
@@ -21,7 +19,7 @@ public:
     QVariant data(const QModelIndex &index, int role) const override
     {
         if (role == Qt::DecorationRole)
-            ++m_pictures;
+            ++pictures;
         return QStandardItemModel::data(index, role);
     }
     QStringList mimeTypes() const override { return {"text/uri-list"_s}; }
@@ -29,15 +27,8 @@ public:
     {
         return true;
     }
-    int takePictureCount()
-    {
-        const int count = m_pictures;
-        m_pictures = 0;
-        return count;
-    }
 
-private:
-    mutable int m_pictures = 0;
+    mutable int pictures = 0;
 };
 
 /** Keys, drags and editing in the two views of files, apart from any database. */
@@ -56,14 +47,12 @@ private slots:
         m_window = std::make_unique<QWidget>();
         m_list = new ListView(m_window.get());
         m_table = new TableView(m_window.get());
-        m_delegate = new Delegate(m_window.get());
+        m_views = {m_list, m_table};
         auto *layout = new QVBoxLayout(m_window.get());
-        layout->addWidget(new QLineEdit(m_window.get()));
-        for (QAbstractItemView *view :
-             {static_cast<QAbstractItemView *>(m_list), static_cast<QAbstractItemView *>(m_table)}) {
+        for (QAbstractItemView *view : m_views) {
             layout->addWidget(view);
             view->setModel(&m_model);
-            view->setItemDelegate(m_delegate);
+            view->setItemDelegate(new Delegate(view));
         }
         const auto nameAt = [this](int row) { return m_model.item(row, 1)->text(); };
         m_list->setNames(nameAt);
@@ -77,8 +66,7 @@ private slots:
 
     void lettersFindNames_data()
     {
-        QTest::addColumn<QStringList>("typed"); // each after a pause
-        QTest::addColumn<int>("row");
+        addColumns<QStringList, int>("typed", "row"); // each word after a pause
         addRow("from the current row on", QStringList{"a"_s}, 1);
         addRow("word", QStringList{"ant"_s}, 1);
         addRow("same letter goes on", QStringList{"aa"_s}, 4);
@@ -91,10 +79,8 @@ private slots:
     {
         QFETCH(QStringList, typed);
         QFETCH(int, row);
-        const int interval = QApplication::keyboardInputInterval();
         QApplication::setKeyboardInputInterval(150);
-        for (QAbstractItemView *view :
-             {static_cast<QAbstractItemView *>(m_list), static_cast<QAbstractItemView *>(m_table)}) {
+        for (QAbstractItemView *view : m_views) {
             view->setCurrentIndex(m_model.index(0, 0));
             for (const QString &word : typed) {
                 QTest::qSleep(200);
@@ -104,40 +90,36 @@ private slots:
             QCOMPARE(view->currentIndex().row(), row);
             QCOMPARE(view->currentIndex().column(), 0);
         }
-        QApplication::setKeyboardInputInterval(interval);
     }
 
     void layoutAsksForNoPictures()
     {
         m_list->hide();
-        m_model.takePictureCount();
+        m_model.pictures = 0;
         for (int i = 0; i < 1000; ++i)
             m_model.appendRow(new QStandardItem(QString::number(i)));
         m_list->doItemsLayout();
         m_list->sizeHintForColumn(0);
-        QCOMPARE(m_model.takePictureCount(), 0);
+        QCOMPARE(m_model.pictures, 0);
     }
 
     void keyIsOfferedFirst()
     {
         m_table->setCurrentIndex(m_model.index(0, 0));
-        bool isAccepted = false;
-        int rowBefore = -1;
+        int offers = 0;
         connect(m_table, &TableView::keyPressed, this, [&](QKeyEvent *event) {
-            rowBefore = m_table->currentIndex().row();
-            event->setAccepted(isAccepted);
+            QCOMPARE(m_table->currentIndex().row(), offers);
+            event->setAccepted(++offers == 2);
         });
         QTest::keyClick(m_table, Qt::Key_Down);
-        QCOMPARE(rowBefore, 0);
-        QCOMPARE(m_table->currentIndex().row(), 1);
-        isAccepted = true;
         QTest::keyClick(m_table, Qt::Key_Down);
+        QCOMPARE(offers, 2);
         QCOMPARE(m_table->currentIndex().row(), 1);
     }
 
     void filesOverTableMarkTheirRow_data()
     {
-        QTest::addColumn<bool>("isDropped");
+        addColumns<bool>("isDropped");
         addRow("drag leaves", false);
         addRow("drop", true);
     }
@@ -173,7 +155,7 @@ private:
     std::unique_ptr<QWidget> m_window;
     ListView *m_list = nullptr;
     TableView *m_table = nullptr;
-    Delegate *m_delegate = nullptr;
+    QList<QAbstractItemView *> m_views;
 };
 
 QTEST_MAIN(TestFileViews)

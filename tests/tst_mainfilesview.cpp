@@ -33,44 +33,59 @@ public slots:
 private slots:
     void init()
     {
+        m_fixture = std::make_unique<LocalCollection>();
+        m_window = std::make_unique<QMainWindow>();
+        m_ui = std::make_unique<MainUi>(m_window.get());
+        m_view = new MainFilesView(m_window.get());
+        m_view->takePlaces(*m_ui);
+        m_window->setCentralWidget(m_view);
+        m_view->setController(&m_fixture->mainView());
+        m_window->resize(1024, 700);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         m_opened.clear();
         QDesktopServices::setUrlHandler("https"_s, this, "noteOpened");
     }
 
     void cleanup()
     {
-        if (m_view)
-            m_view->setController(nullptr);
-        m_window.reset();
-        m_view = nullptr;
-        m_fixture.reset();
         QDesktopServices::unsetUrlHandler("https"_s);
+        m_view->setController(nullptr);
+        m_window.reset();
+        m_fixture.reset();
     }
 
     void commandsFollowState_data()
     {
-        addColumns<bool, bool, QString>("isReadOnly", "isSelected", "enabled");
-        addRow("nothing selected", false, false, "addFilesAction addHyperlinkAction"_s);
-        addRow("selected", false, true,
-               "addFilesAction addHyperlinkAction deleteFilesAction linkTagsToFilesAction"_s);
-        addRow("read-only", true, false, QString());
+        addColumns<bool, QString>("isReadOnly", "enabled");
+        addRow("writable", false, "addFilesAction addHyperlinkAction deleteFilesAction fileTagsAction"_s);
+        addRow("read-only", true, "deleteFilesAction"_s);
     }
 
     void commandsFollowState()
     {
         QFETCH(bool, isReadOnly);
-        QFETCH(bool, isSelected);
         QFETCH(QString, enabled);
-        open(isReadOnly);
-        if (isSelected) {
-            const qint64 id = m_fixture->addExternal("a.txt"_s);
-            showAll();
-            select({id});
+        m_fixture->addExternal("a.txt"_s);
+        if (isReadOnly) {
+            m_view->setController(nullptr);
+            m_fixture->reopenReadOnly();
+            m_view->setController(&m_fixture->mainView());
         }
         QCOMPARE(m_ui->fileMenu->menuAction()->isEnabled(), !isReadOnly);
+        QVERIFY(!action("deleteFilesAction")->isEnabled());
+        showAll();
+        list()->selectAll();
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(m_fixture->write("b.txt"_s, "b"))});
+        QCOMPARE(drop(list()->viewport(), {5, 5}, data), isReadOnly ? Qt::IgnoreAction : Qt::CopyAction);
+        QDropEvent unasked({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(list(), &unasked);
+        m_fixture->waitForWorker();
+        QCOMPARE(m_fixture->manager()->files().size(), isReadOnly ? 1 : 2);
         for (int round = 0; round < 2; ++round) {
             for (const char *name : {"addFilesAction", "addHyperlinkAction", "removeFromNodeAction",
-                                     "deleteFilesAction", "linkTagsToFilesAction"})
+                                     "deleteFilesAction", "fileTagsAction", "transferToInternalAction"})
                 QVERIFY2(action(name)->isEnabled() == enabled.contains(QLatin1String(name)), name);
             m_view->setController(nullptr);
             enabled.clear();
@@ -79,60 +94,48 @@ private slots:
 
     void deleteKeyUnlinksTagOfNode_data()
     {
-        addColumns<bool, bool, bool>("isNodeCurrent", "isInverted", "isUnlinked");
-        addRow("tag node", true, false, true);
-        addRow("inverted node", true, true, false);
-        addRow("all files", false, false, false);
+        addColumns<bool, bool>("isNodeCurrent", "isInverted");
+        addRow("tag node", true, false);
+        addRow("inverted node", true, true);
+        addRow("all files", false, false);
     }
 
     void deleteKeyUnlinksTagOfNode()
     {
         QFETCH(bool, isNodeCurrent);
         QFETCH(bool, isInverted);
-        QFETCH(bool, isUnlinked);
-        open();
-        const qint64 tagId = m_fixture->tags().addTag("A"_s);
-        const qint64 otherTagId = m_fixture->tags().addTag("B"_s);
-        QVector<qint64> tagIds = {otherTagId};
-        if (!isInverted)
-            tagIds << tagId;
-        const qint64 id = m_fixture->addExternal("a.txt"_s, tagIds);
-        const qint64 nodeId = m_fixture->manager()->addNodeBelow(tagId, m_fixture->addNode(otherTagId));
+        const bool isUnlinked = isNodeCurrent && !isInverted;
+        const QVector<qint64> tags = m_fixture->addTags({"A"_s, "B"_s});
+        const qint64 id = m_fixture->addExternal("a.txt"_s, isInverted ? tags.mid(1) : tags);
+        const qint64 nodeId = m_fixture->manager()->addNodeBelow(tags.at(0), m_fixture->addNode(tags.at(1)));
         m_fixture->tree().changeInversion(nodeId, isInverted);
         showAll();
-        select({id}); // which stays so when the node is clicked
+        list()->selectAll(); // which stays so when the node is clicked
         if (isNodeCurrent)
             m_fixture->activate(nodeId);
-        QVERIFY(list()->selectionModel()->hasSelection());
         emit m_ui->fileMenu->aboutToShow();
         QCOMPARE(action("removeFromNodeAction")->isEnabled(), isUnlinked);
 
         QTest::keyClick(list(), Qt::Key_Delete);
-        QVERIFY(file(id));
-        QCOMPARE(file(id)->hasTag(tagId), !isUnlinked && !isInverted);
-        QVERIFY(file(id)->hasTag(otherTagId));
+        QCOMPARE(file(id)->hasTag(tags.at(0)), !isUnlinked && !isInverted);
+        QVERIFY(file(id)->hasTag(tags.at(1)));
     }
 
     void shiftDeleteAsks_data()
     {
-        addColumns<QStringList, bool, QString>("urls", "isAgreed", "noun");
-        const QString link = "https://example.org/"_s;
-        addRow("one link", QStringList{"0.txt"_s}, true, "link"_s);
-        addRow("two links, refused", QStringList{"0.txt"_s, "1.txt"_s}, false, "links"_s);
-        addRow("mixed", QStringList{"0.txt"_s, link}, true, "files"_s);
+        addColumns<QString, bool, QString>("kinds", "isAgreed", "noun");
+        addRow("one link", "E"_s, true, "link"_s);
+        addRow("two links, refused", "EE"_s, false, "links"_s);
+        addRow("mixed", "EH"_s, true, "files"_s);
     }
 
     void shiftDeleteAsks()
     {
-        QFETCH(QStringList, urls);
         QFETCH(bool, isAgreed);
         QFETCH(QString, noun);
-        open();
+        QFETCH(QString, kinds);
         const qint64 other = m_fixture->addExternal("other.txt"_s);
-        QVector<qint64> ids;
-        for (const QString &url : qAsConst(urls))
-            ids << (url.contains(QLatin1Char(':')) ? m_fixture->add(QUrl(url)) : m_fixture->addExternal(url));
-        showAll();
+        const QVector<qint64> ids = addKinds(kinds);
         select(ids);
         m_fixture->answerBoxesWith(isAgreed ? QMessageBox::Ok : QMessageBox::Cancel);
 
@@ -140,89 +143,69 @@ private slots:
         m_fixture->waitForWorker();
         QCOMPARE(m_fixture->takeBoxes(),
                  QStringList{"Do you really want to delete the selected %1?"_s.arg(noun)});
-        for (qint64 id : qAsConst(ids))
+        for (qint64 id : ids)
             QCOMPARE(file(id) == nullptr, isAgreed);
         QVERIFY(file(other));
     }
 
-    void readOnlyIsLeftAlone()
-    {
-        open(true);
-        QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(m_fixture->write("a.txt"_s, "text"))});
-        QCOMPARE(drop(list()->viewport(), {5, 5}, data), Qt::IgnoreAction);
-        QDropEvent unasked({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(list()->viewport(), &unasked);
-        m_fixture->waitForWorker();
-        QCOMPARE(m_fixture->manager()->files().size(), 0);
-    }
-
     void statusTellsSelection()
     {
-        open();
-        QSignalSpy spy(m_view, &MainFilesView::statusTextChanged);
+        QSignalSpy status(m_view, &MainFilesView::statusTextChanged);
         QSignalSpy selected(m_view, &MainFilesView::fileSelected);
-        const auto last = [&spy] { return spy.isEmpty() ? QString() : spy.last().first().toString(); };
-        showAll();
-        m_fixture->addExternal("a.txt"_s);
-        const qint64 id = m_fixture->addExternal("b.txt"_s);
+        const qint64 id = addKinds("EE"_s).last();
+        QCOMPARE(status.last().first().toString(), "2 files"_s);
         select({id});
-        QCOMPARE(last(), "2 of 2"_s);
+        QCOMPARE(status.last().first().toString(), "2 of 2"_s);
         QCOMPARE(selected.last().first().toLongLong(), id);
         list()->selectAll();
-        QCOMPARE(last(), "2 selected"_s);
+        QCOMPARE(status.last().first().toString(), "2 selected"_s);
         m_view->setController(nullptr);
-        QCOMPARE(last(), QString());
+        QCOMPARE(status.last().first().toString(), QString());
     }
 
     void searchIsEndedByNode()
     {
-        open();
         const qint64 tagId = m_fixture->tags().addTag("A"_s);
         const qint64 hit = m_fixture->addExternal("Report %1.txt"_s, {tagId});
-        m_fixture->addExternal("other.txt"_s, {tagId});
+        m_fixture->addExternal("other.txt"_s);
         const Sorter *sorter = m_fixture->mainView().sorter();
 
         action("fileSearchAction")->setChecked(true);
         m_ui->searchEdit->setText("report %"_s);
-        QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
-        QCOMPARE(sorter->rowCount(), 1);
-        QCOMPARE(sorter->fileAt(0)->id(), hit);
-        QCOMPARE(m_ui->searchEdit->text(), "report %"_s);
-        m_fixture->activate(m_fixture->addNode(tagId));
-        QCOMPARE(m_ui->searchEdit->text(), QString());
-        QCOMPARE(sorter->rowCount(), 2);
+        for (int files : {1, 2}) {
+            QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
+            QCOMPARE(sorter->rowCount(), files);
+            QCOMPARE(sorter->fileAt(0)->id(), hit);
+            QCOMPARE(m_ui->searchEdit->text().isEmpty(), files == 2);
+            m_fixture->activate(m_fixture->addNode(tagId));
+            QCOMPARE(m_ui->searchEdit->text(), QString());
+        }
     }
 
     void dropAddsFiles_data()
     {
-        addColumns<bool, bool, bool>("onViewport", "asTable", "isNodeCurrent");
-        addRow("thumbnails, no node", true, false, false);
-        addRow("thumbnails, node", true, false, true);
-        addRow("table, node", true, true, true);
-        addRow("frame of the view", false, false, true);
+        addColumns<bool, bool>("onViewport", "isNodeCurrent");
+        addRow("no node", true, false);
+        addRow("node", true, true);
+        addRow("frame of the view", false, true);
     }
 
     void dropAddsFiles()
     {
         QFETCH(bool, onViewport);
-        QFETCH(bool, asTable);
         QFETCH(bool, isNodeCurrent);
-        open();
-        if (asTable)
-            showTable();
         const qint64 tagId = m_fixture->tags().addTag("A"_s);
         const qint64 nodeId = m_fixture->addNode(tagId);
         isNodeCurrent ? m_fixture->activate(nodeId) : showAll();
-        QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(m_fixture->write("it's %1 \u00e4.txt"_s, "text")),
-                      QUrl("https://example.org/"_s)});
-        QAbstractItemView *view = asTable ? table() : list();
-        QWidget *target = onViewport ? view->viewport() : view;
-        QCOMPARE(drop(target, {5, 5}, data), Qt::CopyAction);
-        m_fixture->waitForWorker();
-
-        QCOMPARE(m_fixture->manager()->files().size(), 2);
+        for (QAbstractItemView *view : {list(), table()}) {
+            const QString name = view->objectName() + " it's %1 \u00e4"_s;
+            QMimeData data;
+            data.setUrls({QUrl::fromLocalFile(m_fixture->write(name, name.toUtf8())),
+                          QUrl("https://example.org/"_s + name)});
+            QCOMPARE(drop(onViewport ? view->viewport() : view, {5, 5}, data), Qt::CopyAction);
+            m_fixture->waitForWorker();
+        }
+        QCOMPARE(m_fixture->manager()->files().size(), 4);
         for (const File *added : m_fixture->manager()->files())
             QCOMPARE(added->tags(), isNodeCurrent ? QVector<qint64>{tagId} : QVector<qint64>());
     }
@@ -245,27 +228,13 @@ private slots:
     void contextMenuFitsSelection()
     {
         QFETCH(QString, kinds);
-        open();
-        QVector<qint64> ids;
-        for (int i = 0; i < kinds.size(); ++i) {
-            AddingSettings::setLinkToFiles(kinds.at(i) == QLatin1Char('E'));
-            if (kinds.at(i) == QLatin1Char('H'))
-                ids << m_fixture->add(QUrl("https://example.org/%1"_s.arg(i)));
-            else
-                ids << m_fixture->addExternal("%1.txt"_s.arg(i));
-        }
-        showAll();
-        select(ids);
+        select(addKinds(kinds));
         QTEST(menuTexts([this] { m_view->openContextMenu({5, 5}); }), "texts");
     }
 
     void doubleClickOpensUnlessEditing()
     {
-        open();
-        const qint64 linkId = m_fixture->add(QUrl("https://example.org/a.txt"_s));
-        AddingSettings::setLinkToFiles(false);
-        m_fixture->addExternal("inside.txt"_s);
-        showAll();
+        const qint64 linkId = addKinds("HI"_s).first();
         const Sorter *model = m_fixture->mainView().sorter();
         emit list()->doubleClicked(model->index(1, 0));
         QVERIFY(m_opened.isEmpty());
@@ -294,9 +263,7 @@ private slots:
         QFETCH(QString, typed);
         QFETCH(int, end);
         QFETCH(QString, name);
-        open();
-        if (asTable)
-            showTable();
+        action("listAction")->setChecked(asTable);
         QAbstractItemView *view = asTable ? table() : list();
         const qint64 id = m_fixture->add(QUrl(before));
         showAll();
@@ -318,72 +285,62 @@ private slots:
 
     void selectionOutlivesReload()
     {
-        open();
         m_fixture->addFiles(4);
         showAll();
-        const QVector<qint64> chosen = {1, 2, 4};
-        select(chosen);
+        select({1, 2, 4});
         m_fixture->manager()->reloadAllData();
         QVector<qint64> selected;
         for (const QModelIndex &index : table()->selectionModel()->selectedRows())
             selected << index.data(Qt::UserRole + 2).toLongLong();
-        QCOMPARE(selected, chosen);
+        QCOMPARE(selected, (QVector<qint64>{1, 2, 4}));
         QCOMPARE(list()->currentIndex().data(Qt::UserRole + 2).toLongLong(), 4);
         QVERIFY(action("deleteFilesAction")->isEnabled());
     }
 
     void headerComesBack()
     {
-        open();
+        addKinds("EE"_s);
         QHeaderView *header = m_view->findChild<TableView *>()->horizontalHeader();
         QCOMPARE(header->sectionSize(ContentsModel::NameColumn), 250);
-        m_fixture->addExternal("b"_s);
-        m_fixture->addExternal("a"_s);
-        showAll();
         header->resizeSection(ContentsModel::NameColumn, 321);
         header->moveSection(7, 2);
-        header->setSortIndicator(ContentsModel::NameColumn, Qt::AscendingOrder);
-        QCOMPARE(m_fixture->mainView().sorter()->fileAt(0)->name(), "a"_s);
-
-        m_view->setController(nullptr);
-        m_view->setController(&m_fixture->mainView());
-        QCOMPARE(header->sectionSize(ContentsModel::NameColumn), 321);
-        QCOMPARE(header->visualIndex(7), 2);
-        QCOMPARE(m_fixture->mainView().sorter()->fileAt(0)->name(), "a"_s);
+        header->setSortIndicator(ContentsModel::NameColumn, Qt::DescendingOrder);
+        for (int round = 0; round < 2; ++round) {
+            QCOMPARE(m_fixture->mainView().sorter()->fileAt(0)->name(), "1.txt"_s);
+            QCOMPARE(header->sectionSize(ContentsModel::NameColumn), 321);
+            QCOMPARE(header->visualIndex(7), 2);
+            m_view->setController(nullptr);
+            m_view->setController(&m_fixture->mainView());
+        }
     }
 
 private:
-    void open(bool isReadOnly = false)
+    // Shows a file for each letter: Internal, External, Hyperlink.
+    QVector<qint64> addKinds(const QString &kinds)
     {
-        m_fixture = std::make_unique<LocalCollection>();
-        if (isReadOnly)
-            m_fixture->reopenReadOnly();
-        m_window = std::make_unique<QMainWindow>();
-        m_ui = std::make_unique<MainUi>(m_window.get());
-        m_view = new MainFilesView(m_window.get());
-        m_view->takePlaces(*m_ui);
-        m_window->setCentralWidget(m_view);
-        m_view->setController(&m_fixture->mainView());
-        m_window->resize(1024, 700);
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QVector<qint64> ids;
+        for (const QChar kind : kinds) {
+            const QString name = "%1.txt"_s.arg(ids.size());
+            AddingSettings::setLinkToFiles(kind == QLatin1Char('E'));
+            ids << (kind == QLatin1Char('H') ? m_fixture->add(QUrl("https://example.org/"_s + name))
+                                             : m_fixture->addExternal(name));
+        }
+        showAll();
+        return ids;
     }
 
     QAction *action(const char *name) const { return m_window->findChild<QAction *>(QLatin1String(name)); }
     QAbstractItemView *list() const { return m_view->findChild<ListView *>(); }
     QAbstractItemView *table() const { return m_view->findChild<TableView *>(); }
-    void showTable() { action("listAction")->setChecked(true); }
     void showAll() { m_fixture->mainView().showSpecialNode(AllFiles); }
 
     void select(const QVector<qint64> &ids)
     {
         const Sorter *sorter = m_fixture->mainView().sorter();
-        QItemSelectionModel *selection = list()->selectionModel();
-        selection->clearSelection();
         for (int row = 0; row < sorter->rowCount(); ++row) {
             if (ids.contains(sorter->fileAt(row)->id()))
-                selection->setCurrentIndex(sorter->index(row, 0),
-                                           QItemSelectionModel::Select | QItemSelectionModel::Rows);
+                list()->selectionModel()->setCurrentIndex(
+                    sorter->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
         }
     }
 

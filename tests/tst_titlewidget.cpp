@@ -6,6 +6,8 @@
 #include <QDropEvent>
 #include <QLabel>
 
+using Ids = QVector<qint64>;
+
 /** The bar above the files: its words for each requirement, and tags that are dropped on it. */
 class TestTitleWidget : public QObject
 {
@@ -17,9 +19,7 @@ private slots:
         m_fixture = std::make_unique<LocalCollection>();
         m_bar = std::make_unique<TitleWidget>();
         m_bar->setController(&m_fixture->mainView());
-        m_tagIds = {0};
-        for (const char *name : {"A", "B", "C", "D"})
-            m_tagIds << m_fixture->tags().addTag(QLatin1String(name));
+        QCOMPARE(m_fixture->addTags({"A"_s, "B"_s, "C"_s, "D"_s}), (Ids{1, 2, 3, 4}));
     }
 
     void cleanup()
@@ -30,13 +30,11 @@ private slots:
 
     void tellsWhatIsShown_data()
     {
-        using Numbers = QVector<int>;
-        addColumns<int, Numbers, Numbers, Numbers, QString, QString>("type", "required", "eitherOr",
-                                                                     "excluded", "heading", "text");
-        const QString tags = "Tag Requirements:"_s;
-        const auto row = [&tags](const char *name, const Numbers &required, const Numbers &eitherOr,
-                                 const Numbers &excluded, const char *text) {
-            addRow(name, 8, required, eitherOr, excluded, tags, QString::fromLatin1(text));
+        addColumns<int, Ids, Ids, Ids, QString, QString>("type", "required", "eitherOr", "excluded",
+                                                         "heading", "text");
+        const auto row = [](const char *name, const Ids &required, const Ids &eitherOr, const Ids &excluded,
+                            const char *text) {
+            addRow(name, 8, required, eitherOr, excluded, "Tag Requirements:"_s, QString::fromLatin1(text));
         };
         row("one tag", {1}, {}, {}, " A ");
         row("three tags", {1, 2, 3}, {}, {}, " A <i>and</i>  B <i>and</i>  C ");
@@ -44,30 +42,20 @@ private slots:
         row("two excluded", {}, {}, {2, 3}, "<i>without:</i>  B <i>or</i>  C ");
         row("required and excluded", {1}, {}, {2}, " A , <i>without:</i>  B ");
         row("all three groups", {1}, {2, 3}, {4}, " A <i>and</i> ( B <i>or</i>  C ), <i>without:</i>  D ");
-        addRow("everything", 1, Numbers(), Numbers(), Numbers(), QString(), "All files"_s);
-        addRow("no tag left", 8, Numbers(), Numbers(), Numbers(), QString(),
-               "No tag or browsing node open"_s);
-        addRow("unknown type", 9, Numbers(), Numbers(), Numbers(), QString(), QString());
+        addRow("everything", 1, Ids(), Ids(), Ids(), QString(), "All files"_s);
+        addRow("no tag left", 8, Ids(), Ids(), Ids(), QString(), "No tag or browsing node open"_s);
+        addRow("unknown type", 9, Ids(), Ids(), Ids(), QString(), QString());
     }
 
     void tellsWhatIsShown()
     {
         QFETCH(int, type);
-        QFETCH(QString, heading);
-        QFETCH(QString, text);
-        const auto ids = [this](const QVector<int> &numbers) {
-            QVector<qint64> found;
-            for (int number : numbers)
-                found << m_tagIds.at(number);
-            return found;
-        };
-        QFETCH(QVector<int>, required);
-        QFETCH(QVector<int>, eitherOr);
-        QFETCH(QVector<int>, excluded);
-
-        m_bar->setRequirements(NodeType(type), ids(required), ids(eitherOr), ids(excluded));
-        QCOMPARE(this->heading(), heading);
-        QCOMPARE(this->text(), text);
+        QFETCH(Ids, required);
+        QFETCH(Ids, eitherOr);
+        QFETCH(Ids, excluded);
+        m_bar->setRequirements(NodeType(type), required, eitherOr, excluded);
+        QTEST(heading(), "heading");
+        QTEST(text(), "text");
     }
 
     void namesAreNoMarkup()
@@ -81,32 +69,30 @@ private slots:
 
     void droppedTagsBecomeRequirement()
     {
-        const qint64 both = m_fixture->addExternal("both"_s, {m_tagIds.at(1), m_tagIds.at(2)});
-        m_fixture->addExternal("one"_s, {m_tagIds.at(1)});
-        const auto data = tagDrag({m_tagIds.at(1), m_tagIds.at(2)});
+        const qint64 both = m_fixture->addExternal("both"_s, {1, 2});
+        m_fixture->addExternal("one"_s, {1});
+        const auto data = tagDrag({1, 2});
         QDragEnterEvent enter({1, 1}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
         QApplication::sendEvent(m_bar.get(), &enter);
         QVERIFY(enter.isAccepted());
         QDropEvent drop({1, 1}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(m_bar.get(), &drop);
         QCOMPARE(text(), " A <i>and</i>  B "_s);
-        QCOMPARE(m_fixture->mainView().shownFileIds(), QVector<qint64>{both});
-        QCOMPARE(m_fixture->tags().selectedTagIds(), QVector<qint64>({m_tagIds.at(1), m_tagIds.at(2)}));
-    }
+        QCOMPARE(m_fixture->mainView().shownFileIds(), Ids{both});
+        QCOMPARE(m_fixture->tags().selectedTagIds(), (Ids{1, 2}));
 
-    void foreignDragIsRefused()
-    {
-        QMimeData data;
-        data.setData("vorna/TAGIDS"_s, QByteArray(4, 0));
-        QDragEnterEvent enter({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        enter.ignore();
-        QApplication::sendEvent(m_bar.get(), &enter);
-        QVERIFY(!enter.isAccepted());
+        QMimeData shouted;
+        shouted.setData("vorna/TAGIDS"_s, data->data("vorna/tagIDs"_s));
+        QDragEnterEvent foreign({1, 1}, Qt::CopyAction, &shouted, Qt::LeftButton, Qt::NoModifier);
+        foreign.ignore();
+        QApplication::sendEvent(m_bar.get(), &foreign);
+        QVERIFY(!foreign.isAccepted());
     }
 
     void closingClears()
     {
-        m_fixture->mainView().showTagsSelected({m_tagIds.at(1)});
+        m_fixture->mainView().showTagsSelected({1});
         m_bar->setController(nullptr);
         QCOMPARE(heading(), QString());
         QCOMPARE(text(), "No tag or browsing node open"_s);
@@ -120,8 +106,6 @@ private:
 
     std::unique_ptr<LocalCollection> m_fixture;
     std::unique_ptr<TitleWidget> m_bar;
-    // The tags "A" to "D", counted from 1 as in the rows of the tests.
-    QVector<qint64> m_tagIds;
 };
 
 QTEST_MAIN(TestTitleWidget)
