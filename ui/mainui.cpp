@@ -84,15 +84,18 @@ void MainUi::makeBarsReachable() const
 {
     for (const QToolBar *bar : toolBars()) {
         for (QAction *action : bar->actions()) {
-            // A short cut does not reach a bar that is hidden.
-            if (!action->shortcut().isEmpty())
-                bar->window()->addAction(action);
             auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
-            if (!button)
+            if (button) {
+                // Bars keep their buttons out of the chain of Tab, which leaves commands to the mouse alone.
+                button->setFocusPolicy(Qt::TabFocus);
+                button->setAccessibleName(action->toolTip());
+            }
+            if (action->shortcut().isEmpty())
                 continue;
-            // Bars keep their buttons out of the chain of Tab, which leaves commands to the mouse alone.
-            button->setFocusPolicy(Qt::TabFocus);
-            button->setAccessibleName(action->toolTip());
+            // A short cut does not reach a bar that is hidden.
+            bar->window()->addAction(action);
+            action->setToolTip(
+                tr("%1 (%2)").arg(action->toolTip(), action->shortcut().toString(QKeySequence::NativeText)));
         }
     }
 }

@@ -7,7 +7,7 @@
 #include "models/contentsmodel.h"
 #include "models/tagstablemodel.h"
 
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QScrollArea>
@@ -18,6 +18,8 @@ namespace {
 
 constexpr int narrowest = 180;
 constexpr int hyperlink = 2;
+constexpr int titleColumn = 0;
+constexpr int factColumn = 1;
 
 // A long word must not widen the dock.
 const QSizePolicy narrowable(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -68,11 +70,11 @@ MetaInfoDock::MetaInfoDock(QWidget *parent) : AbstractDock(tr("Metadata"), paren
     layout->addWidget(m_name);
 
     m_facts = new QWidget(contents);
-    auto *form = new QFormLayout(m_facts);
+    // Not a form layout, which cuts the second line off a long text in a scrolled area.
+    auto *form = new QGridLayout(m_facts);
     form->setContentsMargins(0, 0, 0, 0);
     form->setVerticalSpacing(3);
-    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    form->setColumnStretch(factColumn, 1);
     m_tags = addFact(form, tr("Tags:"), "tagsLabel");
     m_description = addFact(form, tr("Description:"), "descriptionLabel");
     m_kind = addFact(form, tr("Kept as:"), "kindLabel");
@@ -88,7 +90,7 @@ MetaInfoDock::MetaInfoDock(QWidget *parent) : AbstractDock(tr("Metadata"), paren
     clear();
 }
 
-QLabel *MetaInfoDock::addFact(QFormLayout *form, const QString &title, const char *objectName)
+QLabel *MetaInfoDock::addFact(QGridLayout *form, const QString &title, const char *objectName)
 {
     auto *label = new QLabel(m_facts);
     label->setObjectName(QLatin1String(objectName));
@@ -97,7 +99,9 @@ QLabel *MetaInfoDock::addFact(QFormLayout *form, const QString &title, const cha
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setAccessibleName(title);
     label->setSizePolicy(narrowable);
-    form->addRow(title, label);
+    const int row = form->rowCount();
+    form->addWidget(new QLabel(title, m_facts), row, titleColumn, Qt::AlignLeft | Qt::AlignTop);
+    form->addWidget(label, row, factColumn);
     return label;
 }
 
@@ -171,5 +175,8 @@ void MetaInfoDock::setFact(QLabel *label, const QString &text)
     label->setText(text);
     // A title without anything beside it says nothing.
     label->setHidden(text.isEmpty());
-    static_cast<QFormLayout *>(m_facts->layout())->labelForField(label)->setHidden(text.isEmpty());
+    auto *form = static_cast<QGridLayout *>(m_facts->layout());
+    int row, column, rows, columns;
+    form->getItemPosition(form->indexOf(label), &row, &column, &rows, &columns);
+    form->itemAtPosition(row, titleColumn)->widget()->setHidden(text.isEmpty());
 }

@@ -6,7 +6,7 @@
 
 class File;
 class MainViewController;
-class QFormLayout;
+class QGridLayout;
 class QLabel;
 
 /** Tells name, tags and a few facts of the file that is selected in the main view. GUI thread. */
@@ -25,7 +25,7 @@ public slots:
     void selectFile(qlonglong fileId);
 
 private:
-    QLabel *addFact(QFormLayout *form, const QString &title, const char *objectName);
+    QLabel *addFact(QGridLayout *form, const QString &title, const char *objectName);
     void setFact(QLabel *label, const QString &text);
     void showFile(const File &file);
     void clear();

@@ -33,6 +33,8 @@ QWidget *Delegate::createEditor(QWidget *parent, const QStyleOptionViewItem &opt
     auto *editor = new SpecialLineEdit(parent);
     editor->setFrame(false);
     editor->setAutoFillBackground(true);
+    if (!isInTable(option))
+        editor->setAlignment(Qt::AlignHCenter);
     editor->setAccessibleName(index.model()->headerData(index.column(), Qt::Horizontal).toString());
     // The toolkit hands out editors from a const function, yet news of them goes through this object.
     auto *self = const_cast<Delegate *>(this);
