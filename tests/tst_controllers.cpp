@@ -1,5 +1,6 @@
 #include "core/collectionsettings.h"
 #include "tests/support/localcollection.h"
+#include "tests/support/serverdatabase.h"
 
 #include <algorithm>
 #include <functional>
@@ -45,9 +46,19 @@ class TestControllers : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase_data() { addBackEnds(); }
+
+    void init()
+    {
+        QFETCH_GLOBAL(QString, backEnd);
+        m_backEnd = backEnd;
+        if (m_backEnd == QLatin1String("postgres") && !ServerDatabase::isAvailable())
+            QSKIP("VORNA_TEST_PG names no server");
+    }
+
     void nameIsComparedAsTypedAndStoredSimplified()
     {
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         QSignalSpy duplicated(&collection.tags(), &TagsController::tagDuplicated);
         QVERIFY(collection.tags().addTag("  two   words "_s) > 0);
         QCOMPARE(shownNames(collection.tags()), QStringList{"two words"_s});
@@ -75,7 +86,7 @@ private slots:
     void tagInUse()
     {
         QFETCH(QString, use);
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         collection.addFiles(1);
         const qint64 other = collection.tags().addTag("other"_s);
         const qint64 tagId = collection.tags().addTag("tag"_s);
@@ -94,7 +105,7 @@ private slots:
 
     void fileCountsFollowEveryChange()
     {
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         collection.addFiles(5);
         TagsController &tags = collection.tags();
         const qint64 parent = tags.addTag("parent"_s, {1, 2});
@@ -116,7 +127,7 @@ private slots:
 
     void removedGroupLosesItsTab()
     {
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         const qint64 groupId = collection.groups().addGroup("g"_s);
         collection.groups().removeGroups({groupId});
         QVERIFY(collection.groups().tabOrder().isEmpty());
@@ -128,7 +139,7 @@ private slots:
 
     void nodeSelectsItsFiles()
     {
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         collection.addFiles(4);
         const qint64 a = collection.tags().addTag("a"_s, {1, 2, 3});
         const qint64 b = collection.tags().addTag("b"_s, {2, 3});
@@ -168,7 +179,7 @@ private slots:
     {
         QFETCH(int, edit);
         QFETCH(Ids, shown);
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         collection.addFiles(5);
         TagsController &tags = collection.tags();
         const qint64 animal = tags.addTag("animal"_s, {1, 5});
@@ -209,7 +220,7 @@ private slots:
     void newTagIsNoRelativeByItsId()
     {
         QFETCH(QString, way);
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         collection.addFiles(3);
         const qint64 animal = collection.tags().addTag("animal"_s, {1});
         const qint64 lion = collection.tags().addTag("lion"_s, {2});
@@ -224,7 +235,8 @@ private slots:
             collection.tags().showTagsSelected({animal});
         QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
         collection.tags().removeTags({lion});
-        QCOMPARE(collection.tags().addTag("house"_s, {3}), lion);
+        // Only a file gives the id away again.
+        QCOMPARE(collection.tags().addTag("house"_s, {3}) == lion, m_backEnd == QLatin1String("sqlite"));
         QCOMPARE(collection.mainView().shownFileIds(), Ids{1});
     }
 
@@ -232,7 +244,7 @@ private slots:
     {
         QRandomGenerator random(5);
         for (int round = 0; round < 10; ++round) {
-            LocalCollection collection;
+            LocalCollection collection(makeTestDatabase(m_backEnd));
             QStringList paths;
             for (int i = 0; i < 30; ++i) {
                 QStringList targets = paths;
@@ -261,7 +273,7 @@ private slots:
 
     void relativesOfAllPlacesCount()
     {
-        LocalCollection collection;
+        LocalCollection collection(makeTestDatabase(m_backEnd));
         RelationsController &relations = collection.relations();
         relations.addChildren({}, {1, 2});
         relations.addChildren("1"_s, {5});
@@ -275,9 +287,13 @@ private slots:
         QVERIFY(relations.descendantsOf({}).isEmpty());
         relations.removeNode("2"_s);
         QCOMPARE(relations.descendantsOf({5}), Ids{6});
-        QCOMPARE(collection.value("SELECT group_concat(relationship_path) FROM tag_relationships"),
+        QCOMPARE(collection.rows("SELECT relationship_path FROM tag_relationships ORDER BY 1")
+                     .join(QLatin1Char(',')),
                  "1,1.5,1.5.6"_s);
     }
+
+private:
+    QString m_backEnd;
 };
 
 QTEST_MAIN(TestControllers)

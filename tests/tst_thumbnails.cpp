@@ -1,8 +1,9 @@
+#include "fileops/fileoperationworker.h"
+#include "fileops/postgresfileoperationprovider.h"
 #include "fileops/sqlitefileoperationprovider.h"
-#include "fileops/sqlitefileoperationworker.h"
 #include "fileops/thumbnailcache.h"
 #include "fileops/thumbnailmaker.h"
-#include "tests/support/database.h"
+#include "tests/support/serverdatabase.h"
 #include "tests/support/settingssandbox.h"
 
 #include <sys/stat.h>
@@ -46,12 +47,20 @@ class TestThumbnails : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase_data() { addBackEnds(); }
+
     void init()
     {
+        QFETCH_GLOBAL(QString, backEnd);
         m_settings = std::make_unique<SettingsSandbox>();
-        m_database = std::make_unique<LocalDatabase>();
-        m_provider =
-            std::make_unique<SqliteFileOperationProvider>(m_database->constructor(), m_database->details());
+        m_folder = std::make_unique<TestFolder>();
+        m_database = makeTestDatabase(backEnd);
+        if (!m_database)
+            QSKIP("VORNA_TEST_PG names no server");
+        if (backEnd == QLatin1String("sqlite"))
+            makeProvider<SqliteFileOperationProvider>();
+        else
+            makeProvider<PostgresFileOperationProvider>();
     }
 
     void cleanup()
@@ -78,7 +87,7 @@ private slots:
     {
         QFETCH(QSize, size);
         QFETCH(QString, name);
-        const QString path = m_database->filePath(name);
+        const QString path = m_folder->filePath(name);
         QVERIFY(coloured(size.width(), size.height(), Qt::red).save(path));
         const QImage thumbnail = ThumbnailMaker::thumbnailOf(path);
         QCOMPARE(thumbnail.size(), QSize(128, 128));
@@ -108,7 +117,7 @@ private slots:
 
     void readsLargePictures()
     {
-        m_database->write("grey.png"_s, blackPng(3000));
+        m_folder->write("grey.png"_s, blackPng(3000));
         QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("grey.png")).pixel(64, 64), qRgb(0, 0, 0));
         QVERIFY(coloured(9000, 8000, Qt::red).save(filePath("red.png")));
         QCOMPARE(ThumbnailMaker::thumbnailOf(filePath("red.png")).pixel(64, 64), qRgb(255, 0, 0));
@@ -131,10 +140,10 @@ private slots:
         if (bytes == "pipe")
             QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
         else
-            m_database->write("bad.png"_s, bytes);
+            m_folder->write("bad.png"_s, bytes);
         QVERIFY(m_database->openWorkerConnection());
-        SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
-                                         m_database->constructor());
+        FileOperationWorker worker(Constants::workerConnection, m_database->details(),
+                                   m_database->constructor());
         QVERIFY(!ThumbnailMaker(worker).makeThumbnail(path, 1, true));
         QCOMPARE(m_database->count("thumbnails"_s), 0);
     }
@@ -144,8 +153,8 @@ private slots:
         QVERIFY(coloured(300, 200, Qt::red).save(filePath("a.png")));
         QVERIFY(coloured(300, 200, Qt::blue).save(filePath("b.png")));
         QVERIFY(m_database->openWorkerConnection());
-        SqliteFileOperationWorker worker(Constants::workerConnection, m_database->details(),
-                                         m_database->constructor());
+        FileOperationWorker worker(Constants::workerConnection, m_database->details(),
+                                   m_database->constructor());
         ThumbnailMaker maker(worker);
         QVERIFY(maker.makeThumbnail(filePath("a.png"), 7, true));
         QVERIFY(maker.makeThumbnail(filePath("a.png"), 8, true));
@@ -254,13 +263,20 @@ private:
         QVERIFY(query.exec() && m_database->addFile(fileId, 2, 0, 0, fileId + 1000));
     }
 
-    QString filePath(const char *name) const { return m_database->filePath(QString::fromLatin1(name)); }
+    template <class Provider>
+    void makeProvider()
+    {
+        m_provider = std::make_unique<Provider>(m_database->constructor(), m_database->details());
+    }
+
+    QString filePath(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
 
     void setCacheSize(int size) { QSettings().setValue("ThumbnailCache/thumbnailCacheSize"_s, size); }
 
     std::unique_ptr<SettingsSandbox> m_settings;
-    std::unique_ptr<LocalDatabase> m_database;
-    std::unique_ptr<SqliteFileOperationProvider> m_provider;
+    std::unique_ptr<TestFolder> m_folder;
+    std::unique_ptr<TestDatabase> m_database;
+    std::unique_ptr<FileOperationProvider> m_provider;
 };
 
 QTEST_GUILESS_MAIN(TestThumbnails)

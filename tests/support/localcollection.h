@@ -98,6 +98,9 @@ public:
     void addFiles(int count)
     {
         fill("INSERT INTO files SELECT i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM n", count);
+        if (m_database)
+            m_database->keysTaken();
+        manager()->refreshModificationDate();
         manager()->loadAllFiles();
     }
     /** Makes tags of these names and gives their ids. */
