@@ -1,6 +1,7 @@
 #include "tests/support/treewindow.h"
 
 #include <QApplication>
+#include <QScrollBar>
 
 #include <functional>
 #include <utility>
@@ -20,7 +21,7 @@ private slots:
         // Paths 1, 1.2, 1.2.3 and 4.
         addRow("below an entry", "4", Ids{3}, true, "1 1.2 1.2.3 4 4.3");
         addRow("a tag of the table alone", "4", Ids{1}, true, "1 1.2 1.2.3 4 4.1");
-        addRow("two", "1.2", Ids{4, 5}, true, "1 1.2 1.2.3 1.2.4 1.2.5 4");
+        addRow("two, one of another database", "1.2", Ids{4, 99, 5}, true, "1 1.2 1.2.3 1.2.4 1.2.5 4");
         addRow("at the top", "", Ids{2}, true, "1 1.2 1.2.3 2 4");
         addRow("on itself", "4", Ids{4}, false, "1 1.2 1.2.3 4");
         addRow("on a descendant", "1.2.3", Ids{1}, false, "1 1.2 1.2.3 4");
@@ -175,6 +176,7 @@ private slots:
         window.relations().addChildren("1.2"_s, {3});
         window.relations().addChildren("2"_s, {3});
         TRview *view = window.relationView();
+        view->setMaximumHeight(40);
         view->expand(window.relation("1.2"));
         view->expand(window.relation("1"));
         view->setCurrentIndex(window.relation("1.2.3"));
@@ -182,9 +184,12 @@ private slots:
             QVERIFY(view->isExpanded(window.relation("1")) && view->isExpanded(window.relation("1.2")));
             QVERIFY(!view->isExpanded(window.relation("2")));
         };
+        QCoreApplication::processEvents();
+        view->verticalScrollBar()->setValue(3);
         window.manager()->reloadAllData();
         check();
         QCOMPARE(view->currentIndex(), window.relation("1.2.3"));
+        QCOMPARE(view->verticalScrollBar()->value(), 3);
         window.detach();
         QVERIFY(!view->isEnabled());
         window.reopen();

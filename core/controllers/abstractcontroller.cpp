@@ -4,6 +4,9 @@
 #include "core/collection.h"
 #include "db/databasemanger.h"
 
+#include <algorithm>
+#include <iterator>
+
 AbstractController::AbstractController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                        Collection *collection)
     : QObject(collection), m_manager(manager), m_queryConstructor(constructor), m_collection(collection)
@@ -28,4 +31,13 @@ bool AbstractController::mayWrite()
         return true;
     showReadOnlyMessage();
     return false;
+}
+
+QVector<qint64> AbstractController::knownTags(const QVector<qint64> &tagIds) const
+{
+    QVector<qint64> known;
+    if (m_manager)
+        std::copy_if(tagIds.cbegin(), tagIds.cend(), std::back_inserter(known),
+                     [this](qint64 tagId) { return m_manager->hasTag(tagId); });
+    return known;
 }

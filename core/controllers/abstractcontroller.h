@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QVector>
 
 class AbstractQueryConstructor;
 class Collection;
@@ -24,6 +25,9 @@ public:
     virtual void showReadOnlyMessage();
     /** The first load of the domain's records, after opening. */
     virtual void load() = 0;
+
+    /** Without ids that no tag has: what is dropped may come from a window with another database. */
+    QVector<qint64> knownTags(const QVector<qint64> &tagIds) const;
 
     Collection *collection() const { return m_collection; }
 

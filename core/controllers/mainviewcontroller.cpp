@@ -239,7 +239,12 @@ bool MainViewController::changeTags(const QVector<qint64> &fileIds, const QVecto
 
 void MainViewController::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    changeTags(fileIds, tagIds, {});
+    QVector<qint64> known;
+    for (const qint64 fileId : fileIds) {
+        if (manager() && manager()->file(fileId))
+            known.append(fileId);
+    }
+    changeTags(known, knownTags(tagIds), {});
 }
 
 void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)

@@ -353,13 +353,14 @@ void TBtreeView::dropOnNode(QDropEvent *event, qint64 nodeId)
         m_controller->addFilesToNode(nodeId, IdListMime::unpack(data, Constants::fileMimeType));
     else if (data->hasUrls())
         m_controller->addUrlsToNode(nodeId, data->urls());
-    if (data->hasFormat(Constants::tagMimeType))
+    if (m_controller && data->hasFormat(Constants::tagMimeType))
         dropTags(event, nodeId);
 }
 
 void TBtreeView::dropTags(QDropEvent *event, qint64 nodeId)
 {
-    const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
+    const QVector<qint64> tagIds =
+        m_controller->knownTags(IdListMime::unpack(event->mimeData(), Constants::tagMimeType));
     if (tagIds.isEmpty())
         return;
     const bool above = asksForAbove(*event, nodeId);

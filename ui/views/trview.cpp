@@ -15,6 +15,7 @@
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -45,6 +46,7 @@ void TRview::setController(RelationsController *controller)
     setEnabled(controller);
     m_expandedPaths.clear();
     m_currentPath.clear();
+    m_scrollPosition = 0;
     if (controller) {
         m_expandedPaths = controller->collection()->settings()->relationExpansion();
         restoreExpandedState();
@@ -105,6 +107,7 @@ void TRview::saveExpandedState()
     m_expandedPaths.clear();
     collectExpanded(QModelIndex(), m_expandedPaths);
     m_currentPath = currentIndex().data(RelationRole::Path).toString();
+    m_scrollPosition = verticalScrollBar()->value();
 }
 
 void TRview::collectExpanded(const QModelIndex &parent, QHash<QString, bool> &state) const
@@ -133,10 +136,10 @@ void TRview::restoreExpandedState()
             setExpanded(index, entry.value());
     }
     const QModelIndex current = trees->indexOfPath(m_currentPath);
-    if (!current.isValid())
-        return;
-    makeCurrent(current);
-    scrollTo(current);
+    if (current.isValid())
+        makeCurrent(current);
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(m_scrollPosition);
 }
 
 void TRview::startDrag(Qt::DropActions supportedActions)
@@ -190,8 +193,10 @@ void TRview::dropEvent(QDropEvent *event)
     hoverOpener()->stop();
     stopAutoScroll();
     setState(QAbstractItemView::NoState);
-    const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
-    if (!isWritable() || tagIds.isEmpty()) {
+    const QVector<qint64> tagIds =
+        isWritable() ? m_controller->knownTags(IdListMime::unpack(event->mimeData(), Constants::tagMimeType))
+                     : QVector<qint64>();
+    if (tagIds.isEmpty()) {
         event->ignore();
         return;
     }

@@ -57,5 +57,6 @@ private:
     RelationsController *m_controller = nullptr;
     QHash<QString, bool> m_expandedPaths;
     QString m_currentPath;
+    int m_scrollPosition = 0;
     QHash<qint64, QString> m_draggedPaths; ///< by tag; empty but in a drag of entries of this tree
 };
