@@ -1,7 +1,6 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/contentsmodel.h"
-#include "tests/support/text.h"
 #include "tests/support/windowfixture.h"
 
 #include <sys/stat.h>
@@ -14,6 +13,7 @@ const QString failedToOpen =
 const QString corrupted = "Error opening database: The database could be corrupted please check it."_s;
 const QString unsupported = "Error opening database: The database is not supported"_s;
 const QString older = ": The database was created with an earlier version of Vorna."_s;
+const QString accessError = "Error Accessing Database: An error has occurred accessing the database. "_s;
 
 /** Hyperlinks enough for a tree of many pages, on pages small enough to spoil one alone. */
 void fill(const QString &path)
@@ -41,7 +41,7 @@ private slots:
     {
         m_fixture = std::make_unique<WindowFixture>();
         m_fixture->openNew("open.vrn"_s);
-        m_fixture->window().collection()->tagsController()->addTag("Red"_s);
+        tags()->addTag("Red"_s);
     }
 
     void cleanup() { m_fixture.reset(); }
@@ -49,14 +49,11 @@ private slots:
     void isRefused_data()
     {
         QTest::addColumn<QStringList>("boxes");
-        addRow("half of a database", QStringList{corrupted, failedToOpen});
-        addRow("header alone", QStringList{corrupted, failedToOpen});
-        addRow("garbage", QStringList{corrupted, failedToOpen});
-        addRow("header, then garbage", QStringList{corrupted, failedToOpen});
-        addRow("empty file", QStringList{corrupted, failedToOpen});
+        for (const char *kind : {"half of a database", "header alone", "garbage", "header, then garbage",
+                                 "empty file", "of another program"})
+            addRow(kind, QStringList{corrupted, failedToOpen});
         addRow("folder", QStringList{failedToOpen});
         addRow("pipe", QStringList{failedToOpen});
-        addRow("of another program", QStringList{corrupted, failedToOpen});
         addRow("of a later version", QStringList{unsupported, failedToOpen});
         addRow("of an older version, declined", QStringList{older, failedToOpen});
     }
@@ -66,22 +63,22 @@ private slots:
         QFETCH(QStringList, boxes);
         make(QTest::currentDataTag(), bad());
         const Contents before = folder();
-        const Collection *collection = m_fixture->window().collection();
+        const Collection *collection = window().collection();
 
         openByDialog(bad());
         QTest::qWait(20);
         QCOMPARE(m_fixture->takeBoxes(), boxes);
-        QVERIFY(m_fixture->window().collection() == collection);
-        QCOMPARE(m_fixture->window().windowTitle(), "Vorna - "_s + open());
+        QVERIFY(window().collection() == collection);
+        QCOMPARE(window().windowTitle(), "Vorna - "_s + open());
         QCOMPARE(m_fixture->recentTexts(), QStringList{"1 "_s + open()});
         QCOMPARE(folder(), before);
 
         // The open one can still be written.
-        QVERIFY(m_fixture->window().collection()->tagsController()->addTag("Blue"_s) > 0);
+        QVERIFY(tags()->addTag("Blue"_s) > 0);
         // At the start it is told in the same words, and no database is open.
         m_fixture->restart();
-        m_fixture->window().openStartupDatabase(bad());
-        QVERIFY(!m_fixture->window().collection());
+        window().openStartupDatabase(bad());
+        QVERIFY(!window().collection());
         QCOMPARE(m_fixture->takeBoxes(), boxes);
         QCOMPARE(folder().value("bad.vrn"_s), before.value("bad.vrn"_s));
         QCOMPARE(folder().keys(), before.keys());
@@ -91,14 +88,12 @@ private slots:
     {
         m_fixture->makeDatabase("bad.vrn"_s);
         const Contents before = folder();
-        {
-            OtherConnection other(bad());
-            QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
-            openByDialog(bad());
-            QCOMPARE(m_fixture->takeBoxes(), QStringList({corrupted, failedToOpen}));
-            QCOMPARE(m_fixture->openPath(), open());
-            QVERIFY(other.run("ROLLBACK"_s));
-        }
+        OtherConnection other(bad());
+        QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
+        openByDialog(bad());
+        QCOMPARE(m_fixture->takeBoxes(), QStringList({corrupted, failedToOpen}));
+        QCOMPARE(m_fixture->openPath(), open());
+        QVERIFY(other.run("ROLLBACK"_s));
         QCOMPARE(folder(), before);
         openByDialog(bad());
         QCOMPARE(m_fixture->openPath(), bad());
@@ -128,11 +123,11 @@ private slots:
         QTest::qWait(20);
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
         QCOMPARE(m_fixture->openPath(), bad());
-        QVERIFY(m_fixture->window().collection()->isReadOnly());
-        m_fixture->window().showDatabaseVersion();
+        QVERIFY(window().collection()->isReadOnly());
+        window().showDatabaseVersion();
         QVERIFY(m_fixture->takeBoxes().value(0).endsWith(QLatin1String("permissions: read-only")));
-        m_fixture->window().collection()->tagsController()->addTag("Green"_s);
-        m_fixture->window().closeDatabase();
+        tags()->addTag("Green"_s);
+        window().closeDatabase();
         other.run("ROLLBACK"_s);
         QCOMPARE(folder(), before);
     }
@@ -142,18 +137,15 @@ private slots:
         m_fixture->makeDatabase("bad.vrn"_s);
         fill(bad());
         QByteArray bytes = WindowFixture::read(bad());
-        const int half = bytes.size() / 2 / 4096 * 4096;
-        bytes.replace(half, 3 * 4096, QByteArray(3 * 4096, 'x'));
+        bytes.replace(bytes.size() / 2 / 4096 * 4096, 3 * 4096, QByteArray(3 * 4096, 'x'));
         m_fixture->write("bad.vrn"_s, bytes);
         const Contents before = folder();
 
         openByDialog(bad());
         QTest::qWait(50);
-        QCOMPARE(m_fixture->takeBoxes(), QStringList{"Error Accessing Database: An error has "
-                                                     "occurred accessing the database. The "
-                                                     "database file may be corrupt."_s});
+        QCOMPARE(m_fixture->takeBoxes(), QStringList{accessError + "The database file may be corrupt."_s});
         QCOMPARE(m_fixture->openPath(), bad());
-        m_fixture->window().closeDatabase();
+        window().closeDatabase();
         QCOMPARE(folder(), before);
     }
 
@@ -161,37 +153,30 @@ private slots:
     {
         // Another program overwrites the open database.
         m_fixture->write("open.vrn"_s, QByteArray(200000, 'x'));
-        TagsController *tags = m_fixture->window().collection()->tagsController();
         for (int i = 0; i < 4; ++i)
-            tags->addTag("Tag %1"_s.arg(i));
+            tags()->addTag("Tag %1"_s.arg(i));
         QTest::qWait(50);
-        QCOMPARE(m_fixture->takeBoxes(), QStringList{"Error Accessing Database: An error has "
-                                                     "occurred accessing the database. The file "
-                                                     "opened is not a database file."_s});
+        QCOMPARE(m_fixture->takeBoxes(),
+                 QStringList{accessError + "The file opened is not a database file."_s});
         QCOMPARE(m_fixture->openPath(), open());
     }
 
     void leftJournalIsRolledBack()
     {
         // A copy taken in the middle of a write, with its journal, is what a crash leaves behind.
-        m_fixture->makeDatabase("live.vrn"_s);
-        const QString live = m_fixture->path("live.vrn"_s);
+        const QString live = m_fixture->makeDatabase("live.vrn"_s);
         fill(live);
-        {
-            OtherConnection writer(live);
-            QVERIFY(writer.run("PRAGMA cache_size=2"_s));
-            QVERIFY(writer.run("BEGIN IMMEDIATE"_s));
-            QVERIFY(writer.run("UPDATE files SET file_name='half done'"_s));
-            const QString journal = "-journal"_s;
-            QVERIFY(QFile::copy(live, bad()));
-            QVERIFY(QFile::copy(live + journal, bad() + journal));
-            QVERIFY(writer.run("ROLLBACK"_s));
-        }
+        OtherConnection writer(live);
+        for (const char *step :
+             {"PRAGMA cache_size=2", "BEGIN IMMEDIATE", "UPDATE files SET file_name='half done'"})
+            QVERIFY(writer.run(QString::fromUtf8(step)));
+        for (const QString &suffix : {QString(), "-journal"_s})
+            QVERIFY(QFile::copy(live + suffix, bad() + suffix));
         QVERIFY(WindowFixture::read(bad()).contains("half done"));
         openByDialog(bad());
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
         QCOMPARE(m_fixture->openPath(), bad());
-        QCOMPARE(files()->contentsModel()->rowCount(), 5000);
+        QCOMPARE(window().collection()->mainViewController()->contentsModel()->rowCount(), 5000);
         QCOMPARE(Sql::value("SELECT count(*) FROM files WHERE file_name='half done'"), "0"_s);
         QCOMPARE(Sql::value("PRAGMA integrity_check"), "ok"_s);
     }
@@ -202,12 +187,8 @@ private:
     Contents folder() const
     {
         Contents contents;
-        const QFileInfoList entries =
-            QDir(m_fixture->path(QString()))
-                .entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
-        for (const QFileInfo &entry : entries)
-            contents.insert(entry.fileName(),
-                            entry.isFile() ? WindowFixture::read(entry.filePath()) : "none");
+        for (const QFileInfo &entry : QFileInfo(open()).dir().entryInfoList(QDir::AllEntries | QDir::System))
+            contents[entry.fileName()] = entry.isFile() ? WindowFixture::read(entry.filePath()) : "none";
         return contents;
     }
     /** Makes the bad thing of a row at a path. */
@@ -223,33 +204,31 @@ private:
             {"header, then garbage", good.left(100) + QByteArray(100000, 'x')},
             {"empty file", {}},
             {"of another program", {}}};
+        const QMap<QByteArray, QString> statements{
+            {"of another program", "CREATE TABLE bookmarks (url TEXT)"_s},
+            {"of a later version", "UPDATE scheme_version SET version='9.7.5'"_s},
+            {"of an older version, declined", "UPDATE scheme_version SET version='3.2.0'"_s}};
         if (bytes.contains(kind))
             m_fixture->write(name, bytes.value(kind));
-        if (kind == "folder") {
+        if (statements.contains(kind))
+            QVERIFY(OtherConnection(path).run(statements.value(kind)));
+        if (kind == "folder" || kind == "pipe")
             QFile::remove(path);
+        if (kind == "folder")
             QDir().mkdir(path);
-        } else if (kind == "pipe") {
-            QFile::remove(path);
+        if (kind == "pipe")
             mkfifo(QFile::encodeName(path).constData(), 0600);
-        } else if (kind == "of another program") {
-            OtherConnection writer(path);
-            QVERIFY(writer.run("CREATE TABLE bookmarks (url TEXT)"_s));
-            QVERIFY(writer.run("INSERT INTO bookmarks VALUES ('https://example.org')"_s));
-        } else if (kind.contains("version")) {
-            const QString version = kind == "of a later version" ? "9.7.5"_s : "3.2.0"_s;
-            OtherConnection writer(path);
-            QVERIFY(writer.run("UPDATE scheme_version SET version='%1'"_s.arg(version)));
-        }
     }
 
     void openByDialog(const QString &path)
     {
         m_fixture->chooseFile(path);
-        m_fixture->window().slotOpenDb();
+        window().slotOpenDb();
     }
     QString open() const { return m_fixture->path("open.vrn"_s); }
     QString bad() const { return m_fixture->path("bad.vrn"_s); }
-    MainViewController *files() { return m_fixture->window().collection()->mainViewController(); }
+    MainWindow &window() { return m_fixture->window(); }
+    TagsController *tags() { return window().collection()->tagsController(); }
 
     std::unique_ptr<WindowFixture> m_fixture;
 };

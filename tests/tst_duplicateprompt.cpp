@@ -3,18 +3,19 @@
 
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QTabWidget>
 #include <QTreeWidget>
 
 namespace {
 
-DuplicateFileInfo info(const char *path, qint64 fileId = 0, qint64 size = 42)
+const QDateTime date = QDateTime::fromSecsSinceEpoch(1600000000);
+
+DuplicateFileInfo info(const char *path, qint64 fileId = 0)
 {
     DuplicateFileInfo info;
     info.fileId = fileId;
     info.path = QString::fromUtf8(path);
-    info.size = size;
-    info.lastModified = QDateTime::fromSecsSinceEpoch(1600000000);
+    info.size = 42;
+    info.lastModified = date;
     return info;
 }
 
@@ -39,17 +40,23 @@ private slots:
         duplicates.externalDuplicateGroups << group;
         const DuplicatePrompt prompt(duplicates, nullptr);
 
-        const QString text = report(prompt);
-        QVERIFY(
-            text.startsWith("The following 5 files and hyperlinks will not be added to the database:\n"_s));
-        QVERIFY(text.contains("/in/100%1.txt  Size: 42  Last Modified: "_s));
-        QVERIFY(text.contains("/in/copy %2.txt  Size: 42"_s));
-        QVERIFY(text.contains("    Content matched the following files in the database:\n"
-                              "Database file: /old/a.txt   Size: 42 Last Modified: "_s));
-        QVERIFY(text.indexOf("/old/b.txt"_s) > text.indexOf("/old/a.txt"_s));
-        QVERIFY(text.contains("External content duplicate group."_s));
-        QCOMPARE(text.count("    Content matched other external file\n"_s), 4);
-        QVERIFY(text.contains("Content matched /in/kept.txt, which was added to the database.\n"_s));
+        const QString expected =
+            "The following 5 files and hyperlinks will not be added to the database:\n\n"
+            "/in/100%1.txt  Size: 42  Last Modified: @\n"
+            "/in/copy %2.txt  Size: 42  Last Modified: @\n"
+            "    Content matched other external file\n"
+            "    Content matched the following files in the database:\n"
+            "Database file: /old/a.txt   Size: 42 Last Modified: @\n           Tags: \n"
+            "Database file: /old/b.txt   Size: 42 Last Modified: @\n           Tags: \n\n"
+            "External content duplicate group.\n"
+            "/in/one.txt  Size: 42  Last Modified: @\n"
+            "    Content matched other external file\n"
+            "/in/two.txt  Size: 42  Last Modified: @\n"
+            "    Content matched other external file\n"
+            "/in/three.txt  Size: 42  Last Modified: @\n"
+            "    Content matched other external file\n"
+            "Content matched /in/kept.txt, which was added to the database.\n\n"_s;
+        QCOMPARE(report(prompt).replace(QLocale().toString(date, QLocale::ShortFormat), "@"_s), expected);
         QVERIFY(prompt.chosenPaths().isEmpty());
     }
 
@@ -84,40 +91,31 @@ private slots:
     {
         addColumns<QStringList, QString>("paths", "heading");
         const QString start = "The following files have matching names. Deselect "_s;
+        // A sign that texts with places to fill would trip over.
+        const QString path = "/in/%1 \"q\".txt"_s;
         addRow("none", QStringList(), "No name duplicates."_s);
-        addRow("one", QStringList{"/in/a"_s}, start + "the checked file if you do not want it added."_s);
-        addRow("several", QStringList{"/in/a"_s, "/in/b"_s}, start + "those you do not want added."_s);
+        addRow("one", QStringList{path}, start + "the checked file if you do not want it added."_s);
+        addRow("several", QStringList{path, "/b"_s}, start + "those you do not want added."_s);
     }
 
     void asksAboutNames()
     {
         QFETCH(QStringList, paths);
         PresentableDuplicates duplicates;
-        for (const QString &path : paths) {
-            DuplicateMatch match;
-            match.addedFiles = {info(qPrintable(path))};
+        DuplicateMatch match;
+        for (const QString &path : paths)
+            match.addedFiles << info(qPrintable(path));
+        if (!paths.isEmpty())
             duplicates.nameMatches << match;
-        }
         const DuplicatePrompt prompt(duplicates, nullptr);
         QTEST(prompt.findChild<QLabel *>("nameMatchesLabel"_s)->text(), "heading");
         QCOMPARE(prompt.chosenPaths(), paths);
-    }
-
-    void checkBoxesChoosePaths()
-    {
-        // Two files of one name, one of them with a sign that texts with places to fill would trip over.
-        PresentableDuplicates duplicates;
-        DuplicateMatch match;
-        match.addedFiles = {info("/x/%1 \"q\".txt"), info("/y/%1 \"q\".txt")};
-        duplicates.nameMatches << match;
-        DuplicatePrompt prompt(duplicates, nullptr);
-        auto *tree = prompt.findChild<QTreeWidget *>("nameMatchesTree"_s);
-        QCOMPARE(tree->topLevelItemCount(), 1);
-        QCOMPARE(tree->topLevelItem(0)->text(0), "%1 \"q\".txt"_s);
-        QCOMPARE(tree->topLevelItem(0)->childCount(), 2);
-
-        tree->topLevelItem(0)->child(0)->setCheckState(0, Qt::Unchecked);
-        QCOMPARE(prompt.chosenPaths(), QStringList{"/y/%1 \"q\".txt"_s});
+        if (paths.isEmpty())
+            return;
+        const QTreeWidgetItem *name = prompt.findChild<QTreeWidget *>("nameMatchesTree"_s)->topLevelItem(0);
+        QCOMPARE(name->text(0), "%1 \"q\".txt"_s);
+        name->child(0)->setCheckState(0, Qt::Unchecked);
+        QCOMPARE(prompt.chosenPaths(), paths.mid(1));
     }
 
 private:

@@ -31,10 +31,9 @@ private slots:
         QCOMPARE(dock.findChild<QLabel *>("nameLabel"_s)->textFormat(), Qt::PlainText);
         QCOMPARE(textOf(dock, "tagsLabel"), "Red, Blue"_s);
 
-        fixture.tags().renameTag(tagIds.first(), "Green"_s);
-        QCOMPARE(textOf(dock, "tagsLabel"), "Green, Blue"_s);
+        fixture.tags().renameTag(tagIds.last(), "Green"_s);
         fixture.mainView().unlinkTags({id}, {tagIds.first()});
-        QCOMPARE(textOf(dock, "tagsLabel"), "Blue"_s);
+        QCOMPARE(textOf(dock, "tagsLabel"), "Green"_s);
         fixture.mainView().updateFileDescription(id, "of %2 things"_s);
         QCOMPARE(textOf(dock, "descriptionLabel"), "of %2 things"_s);
         dock.selectFile(99999);
@@ -43,7 +42,6 @@ private slots:
         fixture.mainView().deleteFiles({id});
         fixture.waitForWorker();
         QCOMPARE(textOf(dock, "nameLabel"), "No file selected"_s);
-        QCOMPARE(textOf(dock, "tagsLabel"), QString());
         dock.selectFile(fixture.addExternal("b.txt"_s));
         dock.setController(nullptr);
         QCOMPARE(textOf(dock, "nameLabel"), "No file selected"_s);
@@ -65,15 +63,12 @@ private slots:
         const File file(1, qint64(5) << 32, 1600000000, 1500000000, 1, "%1 %7"_s, "of %1"_s, "ABCD123"_s,
                         internal == 0 ? path : QString(), internal == 0 ? relPath : QString(), 1, 0, 0,
                         internal);
-        const QStringList lines = PropertiesDialog::text(file).split(QLatin1Char('\n'));
-        QCOMPARE(lines.size(), 8);
-        QCOMPARE(lines.at(0), "Name: %1 %7"_s);
-        QCOMPARE(lines.at(1), "Description: of %1"_s);
+        QStringList lines = PropertiesDialog::text(file).split(QLatin1Char('\n'));
         QVERIFY(lines.at(2).contains(QDateTime::fromSecsSinceEpoch(1600000000).toString("hh:mm:ss"_s)));
-        QVERIFY(lines.at(3).startsWith("Modified: "_s));
-        QCOMPARE(lines.at(4), "Size: 21474836480 bytes"_s);
-        QCOMPARE(lines.at(5), "Absolute path: "_s + path);
-        QCOMPARE(lines.at(6), "Relative path: "_s + relPath);
+        QVERIFY(lines.takeAt(3).startsWith("Modified: "_s));
+        lines.removeAt(2);
+        QCOMPARE(lines, QStringList({"Name: %1 %7"_s, "Description: of %1"_s, "Size: 21474836480 bytes"_s,
+                                     "Absolute path: "_s + path, "Relative path: "_s + relPath, QString()}));
     }
 };
 

@@ -1,4 +1,3 @@
-#include "tests/support/text.h"
 #include "tests/support/windowfixture.h"
 
 #include <QDockWidget>
@@ -54,15 +53,6 @@ private slots:
         QTRY_COMPARE(tabCounts(), QVector<int>({2, 2}));
     }
 
-    void dockThatTheStoredStateLacksIsShown()
-    {
-        window().removeDockWidget(dock("ExternalFilesDock"_s));
-        m_fixture->restart();
-        window().show();
-        QVERIFY(dock("ExternalFilesDock"_s)->isVisible());
-        QCOMPARE(window().dockWidgetArea(dock("ExternalFilesDock"_s)), Qt::BottomDockWidgetArea);
-    }
-
     void windowFitsSmallScreen()
     {
         m_fixture->openNew();
@@ -90,12 +80,10 @@ private slots:
     void layoutComesBack()
     {
         window().resize(701, 503);
-        auto *dock = window().findChild<QDockWidget *>("MetaDataDock"_s);
-        window().addDockWidget(Qt::BottomDockWidgetArea, dock);
+        window().addDockWidget(Qt::BottomDockWidgetArea, dock("MetaDataDock"_s));
         m_fixture->restart();
         QCOMPARE(window().size(), QSize(701, 503));
-        dock = window().findChild<QDockWidget *>("MetaDataDock"_s);
-        QCOMPARE(window().dockWidgetArea(dock), Qt::BottomDockWidgetArea);
+        QCOMPARE(window().dockWidgetArea(dock("MetaDataDock"_s)), Qt::BottomDockWidgetArea);
     }
 
 private:
@@ -114,16 +102,11 @@ private:
     QStringList dockPlaces()
     {
         QStringList places;
-        for (const QDockWidget *dock : window().findChildren<QDockWidget *>()) {
-            const QRect rect = dock->geometry();
-            if (!dock->visibleRegion().isEmpty() && !dock->isFloating()) {
-                places << "%1 %2 %3,%4 %5x%6"_s.arg(dock->objectName())
-                              .arg(window().dockWidgetArea(const_cast<QDockWidget *>(dock)))
-                              .arg(rect.x())
-                              .arg(rect.y())
-                              .arg(rect.width())
-                              .arg(rect.height());
-            }
+        for (QDockWidget *dock : window().findChildren<QDockWidget *>()) {
+            QString place;
+            QDebug(&place) << dock->objectName() << window().dockWidgetArea(dock) << dock->geometry();
+            if (!dock->visibleRegion().isEmpty() && !dock->isFloating())
+                places << place;
         }
         places.sort();
         return places;
