@@ -2,6 +2,7 @@
 
 #include "app/messages.h"
 
+#include <QApplication>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -9,23 +10,30 @@ namespace {
 constexpr int temporaryBoxMilliseconds = 2000;
 }
 
-PopupMessager::PopupMessager(QWidget *parent) : QObject(parent), m_window(parent) {}
+PopupMessager::PopupMessager(QWidget *parent)
+    : QObject(parent), m_window(parent), m_hideTimer(new QTimer(this))
+{
+    // One timer, so that the end of a box that was closed by hand does not cut the next one short.
+    m_hideTimer->setSingleShot(true);
+}
 
 void PopupMessager::showTempWarning(const QString &title, const QString &text)
 {
+    if (m_temporaryBox && m_temporaryBox->isVisible())
+        return;
+    // Below a modal dialog nobody would see it.
+    QWidget *modal = QApplication::activeModalWidget();
+    QWidget *parent = modal ? modal : m_window;
     if (!m_temporaryBox) {
         m_temporaryBox =
-            new QMessageBox(QMessageBox::Warning, QString(), QString(), QMessageBox::NoButton, m_window);
+            new QMessageBox(QMessageBox::Warning, QString(), QString(), QMessageBox::NoButton, parent);
         m_temporaryBox->setObjectName(QStringLiteral("temporaryWarning"));
         m_temporaryBox->setTextFormat(Qt::PlainText);
         m_temporaryBox->setModal(false);
-        // One timer, so that the end of a box that was closed by hand does not cut the next one short.
-        m_hideTimer = new QTimer(this);
-        m_hideTimer->setSingleShot(true);
         connect(m_hideTimer, &QTimer::timeout, m_temporaryBox, &QWidget::hide);
+    } else if (m_temporaryBox->parentWidget() != parent) {
+        m_temporaryBox->setParent(parent, m_temporaryBox->windowFlags());
     }
-    if (m_temporaryBox->isVisible())
-        return;
     m_temporaryBox->setWindowTitle(title);
     m_temporaryBox->setText(text);
     m_temporaryBox->show();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class QMessageBox;
 class QTimer;
@@ -23,6 +24,6 @@ public slots:
 
 private:
     QWidget *m_window;
-    QMessageBox *m_temporaryBox = nullptr;
-    QTimer *m_hideTimer = nullptr;
+    QPointer<QMessageBox> m_temporaryBox; // belongs to the window or to a modal dialog above it
+    QTimer *m_hideTimer;
 };
