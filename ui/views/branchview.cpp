@@ -58,7 +58,6 @@ void BranchView::fitColumn()
     const int width = qMax(0, sizeHintForColumn(0));
     if (width == header()->minimumSectionSize())
         return;
-    header()->setMaximumSectionSize(-1);
     header()->setMinimumSectionSize(width);
     header()->setSectionResizeMode(QHeaderView::Stretch);
 }
