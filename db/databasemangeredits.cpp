@@ -15,6 +15,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 QVector<qint64> without(const QVector<qint64> &ids, const QVector<qint64> &others)
 {
@@ -129,7 +131,11 @@ void DatabaseManger::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
     const GroupItem *group = m_groups.map().value(groupId);
     if (!group || !m_providers.groups || !isDataCurrent())
         return;
-    m_providers.groups->setGroupTags(groupId, without(group->tags(), tagIds), without(tagIds, group->tags()));
+    QVector<qint64> added = without(tagIds, group->tags());
+    // A tag may have gone while a dialog or a drag held on to its id.
+    const auto isGone = [this](qint64 tagId) { return !hasTag(tagId); };
+    added.erase(std::remove_if(added.begin(), added.end(), isGone), added.end());
+    m_providers.groups->setGroupTags(groupId, without(group->tags(), tagIds), added);
     refreshModificationDate();
 }
 

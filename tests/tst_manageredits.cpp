@@ -162,7 +162,7 @@ private slots:
         const GroupItem *group = manager->groups()->value(groupId);
         QVERIFY(group->isVisible());
         manager->setGroupTags(groupId, {tags.at(0), tags.at(1)});
-        manager->setGroupTags(groupId, {tags.at(1), tags.at(3)});
+        manager->setGroupTags(groupId, {tags.at(1), tags.at(3), 4711}); // there is no tag 4711
         QCOMPARE(QSet<qint64>(group->tags().cbegin(), group->tags().cend()),
                  (QSet<qint64>{tags.at(1), tags.at(3)}));
         QVERIFY(group->isVisible());
