@@ -381,7 +381,8 @@ void TagsTableDock::assignTagGroups()
     const QVector<qint64> tagIds = m_selection->tagIds();
     if (tagIds.isEmpty() || !mayEditGroups())
         return;
-    TagGroupForm form(m_groups, tagIds, this);
+    // Not below the dock: the table of the form would be coloured with that of the dock.
+    TagGroupForm form(m_groups, tagIds, parentWidget());
     form.exec();
 }
 
