@@ -173,6 +173,15 @@ void TableView::endUrlDrag()
     m_selection.clear();
 }
 
+void TableView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    // With a box in front that says why a text was refused, the base lets the focus go anywhere.
+    const bool isLast = editor && window()->focusWidget() == editor;
+    QTableView::closeEditor(editor, hint);
+    if (isLast && !isEditing())
+        setFocus();
+}
+
 bool TableView::viewportEvent(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip && showWholeText(*static_cast<QHelpEvent *>(event)))

@@ -43,6 +43,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     bool viewportEvent(QEvent *event) override;
 
+protected slots:
+    void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
+
 private:
     bool offerKey(QKeyEvent *event);
     bool showWholeText(const QHelpEvent &event);
