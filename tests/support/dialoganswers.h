@@ -39,6 +39,15 @@ private:
     QTimer m_timer;
 };
 
+/** The command with a text, null when there is none. */
+inline QAction *findAction(const QObject *owner, const QString &text)
+{
+    const QList<QAction *> actions = owner->findChildren<QAction *>();
+    const auto found = std::find_if(actions.cbegin(), actions.cend(),
+                                    [&text](const QAction *action) { return action->text() == text; });
+    return found == actions.cend() ? nullptr : *found;
+}
+
 /** The entries of the menu that a call opens; it is closed again. */
 template <class Open>
 QStringList menuTexts(Open open)

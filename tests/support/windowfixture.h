@@ -7,6 +7,7 @@
 #include "core/collection.h"
 #include "core/metatypes.h"
 #include "tests/support/database.h"
+#include "tests/support/dialoganswers.h"
 #include "tests/support/settingssandbox.h"
 
 #include <QAction>
@@ -98,14 +99,7 @@ public:
     void chooseFile(const QString &path) { m_choices.append(path); }
     const QList<FileDialogs::Request> &requests() const { return m_requests; }
 
-    QAction *action(const QString &text) const
-    {
-        for (QAction *action : m_window->findChildren<QAction *>()) {
-            if (action->text() == text)
-                return action;
-        }
-        return nullptr;
-    }
+    QAction *action(const QString &text) const { return findAction(m_window.get(), text); }
     /** The visible entries of the recent list. */
     QStringList recentTexts() const
     {
