@@ -281,9 +281,10 @@ void DatabaseManger::loadedDBVerion(bool ok, const TableData &rows)
 
 void DatabaseManger::reloadAllData()
 {
-    // While another connection keeps the file to itself every load would fail and leave the views empty.
+    // While another connection keeps the file to itself, or without its server, every load would fail and
+    // leave the views empty.
     loadOrKeep(PendingReloads::FullReload, {0}, [this] { loadDBVersion(); });
-    if (m_sawBusy)
+    if (m_sawBusy || (m_providers.general && m_providers.general->isConnectionLost()))
         return;
     aboutToLoad();
     emit aboutToReloadAllData();

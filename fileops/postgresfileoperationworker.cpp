@@ -49,9 +49,21 @@ bool PostgresFileOperationWorker::insertBrowsingNodeLink(qint64 parentId, qint64
 
 bool PostgresFileOperationWorker::commitTransaction(const QString &connectionName)
 {
+    const QDateTime lastChange = readLastChange();
+    if (lastChange.isValid() && lastChange != m_ownChange)
+        emit aboutToCommit(lastChange);
+    const bool isCommitted = FileOperationWorker::commitTransaction(connectionName);
+    // An operation may commit several times before the window hears of it.
+    if (isCommitted)
+        m_ownChange = readLastChange();
+    return isCommitted;
+}
+
+QDateTime PostgresFileOperationWorker::readLastChange()
+{
     TableData table;
-    if (connectionName == this->connectionName() && runAsync(ChangeStamp::query(*constructor()), table))
-        emit aboutToCommit(ChangeStamp::of(table));
+    const bool isRead = runAsync(ChangeStamp::query(*constructor()), table);
+    const QDateTime lastChange = isRead ? ChangeStamp::of(table) : QDateTime();
     freeRows(table);
-    return FileOperationWorker::commitTransaction(connectionName);
+    return lastChange;
 }

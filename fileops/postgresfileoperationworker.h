@@ -29,7 +29,9 @@ private:
         QVector<qint64> ids; ///< nobody else gets them
         int used = 0;
     };
+    QDateTime readLastChange();
     bool takeKeys(const QString &table, const QString &column, Keys &keys);
 
+    QDateTime m_ownChange;
     QHash<QString, Keys> m_keys; ///< by table, for the life of a connection
 };

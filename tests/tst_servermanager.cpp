@@ -152,6 +152,18 @@ private slots:
         QCOMPARE(m_warnings->size(), 1);
     }
 
+    void ownOperationOfManyCommitsIsNoNews()
+    {
+        const QVector<qint64> files = {m_collection->addExternal("a.txt"_s),
+                                       m_collection->addExternal("b.txt"_s),
+                                       m_collection->addExternal("c.txt"_s)};
+        m_collection->manager()->transferFiles(files);
+        m_collection->waitForWorker();
+        QCOMPARE(Sql::count("storage"_s), 3);
+        QVERIFY(m_collection->tags().addTag("mine"_s) > 0);
+        QCOMPARE(m_warnings->size(), 0);
+    }
+
     void changeDuringAnOwnAddIsNotHidden()
     {
         const QString path = m_collection->write("a.txt"_s, "a");
