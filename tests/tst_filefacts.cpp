@@ -36,6 +36,8 @@ private slots:
         QCOMPARE(textOf(dock, "tagsLabel"), "Green"_s);
         fixture.mainView().updateFileDescription(id, "of %2 things"_s);
         QCOMPARE(textOf(dock, "descriptionLabel"), "of %2 things"_s);
+        fixture.mainView().updateFileDescription(id, QString(1000000, QLatin1Char('x')));
+        QVERIFY(textOf(dock, "descriptionLabel").size() < 10000);
         dock.selectFile(99999);
         QCOMPARE(textOf(dock, "nameLabel"), "No file selected"_s);
         dock.selectFile(id);

@@ -18,6 +18,7 @@ namespace {
 
 constexpr int narrowest = 180;
 constexpr int hyperlink = 2;
+constexpr int longestFact = 5000; // signs
 constexpr int titleColumn = 0;
 constexpr int factColumn = 1;
 
@@ -172,7 +173,8 @@ void MetaInfoDock::clear()
 
 void MetaInfoDock::setFact(QLabel *label, const QString &text)
 {
-    label->setText(text);
+    // To break a text of megabytes into lines would hold up the window at each selection.
+    label->setText(text.size() > longestFact ? text.left(longestFact) + QChar(0x2026) : text);
     // A title without anything beside it says nothing.
     label->setHidden(text.isEmpty());
     auto *form = static_cast<QGridLayout *>(m_facts->layout());
