@@ -202,49 +202,9 @@ private slots:
         m_model->loadFiles({});
     }
 
-    void rowsFollowTheRecords_data()
-    {
-        QTest::addColumn<int>("count");
-        addRow("row by row", 40);
-        addRow("in one go", 1600);
-    }
-
-    void rowsFollowTheRecords()
-    {
-        QFETCH(int, count);
-        const auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
-        if (count < 100)
-            new QAbstractItemModelTester(m_model.get(), mode, m_model.get());
-        fill(count);
-        QVector<File *> added;
-        for (int i = 0; i < count; ++i)
-            added.append(m_records->add({}, 1, "added"_s));
-        m_model->addFiles(FileRecords::map(added));
-        QCOMPARE(m_model->rowCount(), 2 * count);
-
-        Ids removed{9999999};
-        for (int id = 1; id <= 2 * count; ++id) {
-            if (id % 3 != 0)
-                removed.append(id);
-        }
-        QSignalSpy finished(m_model.get(), &ContentsModel::contentsChanged);
-        m_model->removeFiles(removed);
-        QCOMPARE(finished.size(), 1);
-        QCOMPARE(m_model->rowCount(), 2 * count / 3);
-        for (int row = 0; row < m_model->rowCount(); ++row) {
-            QCOMPARE(at(row, 0).data(ContentsRoles::FileId).toLongLong(), 3 * (row + 1));
-            QCOMPARE(m_model->rowOf(3 * (row + 1)), row);
-        }
-        m_model->addFiles(FileRecords::map({m_files.at(2), m_files.at(0)}));
-        QCOMPARE(m_model->rowOf(1), m_model->rowCount() - 1);
-        QCOMPARE(m_model->rowOf(3), 0);
-        m_model->clear();
-        QCOMPARE(m_model->rowCount(), 0);
-    }
-
     void selectionOutlivesManyChanges_data()
     {
-        QTest::addColumn<int>("changes");
+        addColumns<int>("changes");
         addRow("few", 3);
         addRow("many", 900);
     }
@@ -278,10 +238,10 @@ private slots:
         m_model->removeFiles(removed);
         m_model->updateFiles(changed);
 
-        QSet<qint64> kept;
+        QSet<qint64> lost(chosen.begin(), chosen.end());
         for (const QModelIndex &index : selection.selectedRows())
-            kept.insert(index.data(ContentsRoles::FileId).toLongLong());
-        QCOMPARE(kept, QSet<qint64>(chosen.begin(), chosen.end()));
+            QVERIFY(lost.remove(index.data(ContentsRoles::FileId).toLongLong()));
+        QVERIFY(lost.isEmpty());
         QCOMPARE(selection.currentIndex().data(ContentsRoles::FileId).toLongLong(), 1501);
         m_model->removeFiles({1500, 1990});
         QCOMPARE(selection.selectedRows().size(), 1);

@@ -282,10 +282,11 @@ private slots:
             }
             switch (random.bounded(5)) {
             case 0:
-                touched.clear();
-                for (int i = 0; i < count; ++i)
-                    touched.append(models.records.add(randomTags(random, 6, 8), random.bounded(3)));
-                models.files += touched;
+                touched = touched.mid(0, 1); // what is known counts as changed
+                for (int i = 0; i < count; ++i) {
+                    models.files.append(models.records.add(randomTags(random, 6, 8), random.bounded(3)));
+                    touched.append(models.files.last());
+                }
                 models.contents.addFiles(FileRecords::map(touched));
                 break;
             case 1:
@@ -307,6 +308,9 @@ private slots:
                 }
                 models.contents.updateFiles(ids);
             }
+            QCOMPARE(models.contents.rowCount(), models.files.size());
+            for (int row = 0; row < models.files.size(); ++row)
+                QCOMPARE(models.contents.rowOf(models.files.at(row)->id()), row);
             models.check(type, wanted);
             QCOMPARE(announced, models.filter.dTags());
         }

@@ -117,16 +117,8 @@ private slots:
         QCOMPARE(m_table->currentIndex().row(), 1);
     }
 
-    void filesOverTableMarkTheirRow_data()
-    {
-        addColumns<bool>("isDropped");
-        addRow("drag leaves", false);
-        addRow("drop", true);
-    }
-
     void filesOverTableMarkTheirRow()
     {
-        QFETCH(bool, isDropped);
         const QColor highlight = m_table->palette().color(QPalette::Highlight);
         m_table->setCurrentIndex(m_model.index(0, 0));
         m_table->selectionModel()->select(m_model.index(1, 0),
@@ -134,20 +126,20 @@ private slots:
         QMimeData data;
         data.setUrls({QUrl("https://example.org/"_s)});
         const QPoint pos = m_table->visualRect(m_model.index(3, 0)).center();
-
-        QDragEnterEvent enter(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_table->viewport(), &enter);
-        QDragMoveEvent move(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_table->viewport(), &move);
-        QCOMPARE(m_table->currentIndex().row(), 3);
-        QCOMPARE(m_table->palette().color(QPalette::Highlight), QColor(204, 232, 255));
-
         QDragLeaveEvent leave;
         QDropEvent drop(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_table->viewport(), isDropped ? static_cast<QEvent *>(&drop) : &leave);
-        QCOMPARE(m_table->palette().color(QPalette::Highlight), highlight);
-        QCOMPARE(m_table->currentIndex().row(), 0);
-        QCOMPARE(m_table->selectionModel()->selectedRows().size(), 2);
+        for (QEvent *end : {static_cast<QEvent *>(&leave), static_cast<QEvent *>(&drop)}) {
+            QDragEnterEvent enter(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(m_table->viewport(), &enter);
+            QDragMoveEvent move(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(m_table->viewport(), &move);
+            QCOMPARE(m_table->currentIndex().row(), 3);
+            QCOMPARE(m_table->palette().color(QPalette::Highlight), QColor(204, 232, 255));
+            QApplication::sendEvent(m_table->viewport(), end);
+            QCOMPARE(m_table->palette().color(QPalette::Highlight), highlight);
+            QCOMPARE(m_table->currentIndex().row(), 0);
+            QCOMPARE(m_table->selectionModel()->selectedRows().size(), 2);
+        }
     }
 
 private:

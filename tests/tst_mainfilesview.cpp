@@ -182,32 +182,26 @@ private slots:
         }
     }
 
-    void dropAddsFiles_data()
-    {
-        addColumns<bool, bool>("onViewport", "isNodeCurrent");
-        addRow("no node", true, false);
-        addRow("node", true, true);
-        addRow("frame of the view", false, true);
-    }
-
     void dropAddsFiles()
     {
-        QFETCH(bool, onViewport);
-        QFETCH(bool, isNodeCurrent);
         const qint64 tagId = m_fixture->tags().addTag("A"_s);
-        const qint64 nodeId = m_fixture->addNode(tagId);
-        isNodeCurrent ? m_fixture->activate(nodeId) : showAll();
-        for (QAbstractItemView *view : {list(), table()}) {
-            const QString name = view->objectName() + " it's %1 \u00e4"_s;
+        const auto dropOn = [this](QWidget *target, const QString &name) {
             QMimeData data;
             data.setUrls({QUrl::fromLocalFile(m_fixture->write(name, name.toUtf8())),
                           QUrl("https://example.org/"_s + name)});
-            QCOMPARE(drop(onViewport ? view->viewport() : view, {5, 5}, data), Qt::CopyAction);
+            QCOMPARE(drop(target, {5, 5}, data), Qt::CopyAction);
             m_fixture->waitForWorker();
+        };
+        showAll();
+        dropOn(list()->viewport(), "without"_s);
+        m_fixture->activate(m_fixture->addNode(tagId));
+        for (QAbstractItemView *view : {list(), table()}) {
+            dropOn(view, view->objectName());
+            dropOn(view->viewport(), view->objectName() + "'s %1 \u00e4"_s);
         }
-        QCOMPARE(m_fixture->manager()->files().size(), 4);
+        QCOMPARE(m_fixture->manager()->files().size(), 10);
         for (const File *added : m_fixture->manager()->files())
-            QCOMPARE(added->tags(), isNodeCurrent ? QVector<qint64>{tagId} : QVector<qint64>());
+            QCOMPARE(added->hasTag(tagId), !added->name().endsWith("without"_s));
     }
 
     void contextMenuFitsSelection_data()
