@@ -5,6 +5,7 @@
 #include "core/metatypes.h"
 #include "resources/resources.h"
 #include "ui/dialogs/helpwindow.h"
+#include "ui/views/foreigndragfilter.h"
 
 #include <QApplication>
 #include <QDir>
@@ -63,6 +64,8 @@ int main(int argc, char *argv[])
     const bool showQuickStart = WindowSettings::noteVersion(Constants::programVersion);
     const FirstDatabase first = chooseFirstDatabase(argc, argv, lastVersion.isEmpty());
     applyStyleSheet(application);
+    ForeignDragFilter foreignDrags;
+    application.installEventFilter(&foreignDrags);
 
     MainWindow window;
     window.openStartupDatabase(first.path, first.source);

@@ -1,5 +1,6 @@
 #include "core/tbnode.h"
 #include "tests/support/treewindow.h"
+#include "ui/views/foreigndragfilter.h"
 #include "ui/views/viewstyle.h"
 
 #include <QAction>
@@ -35,6 +36,19 @@ class TestTreeViews : public QObject
 
 private slots:
     void initTestCase() { QLoggingCategory::setFilterRules("default.debug=false"_s); }
+
+    void idsOfAnotherProgramAreRefused()
+    {
+        TreeWindow window;
+        const auto data = tagDrag(window.addTags({"a"_s}));
+        QWidget *target = window.nodeView()->viewport();
+        const QPoint at = window.nodeView()->visualRect(window.fixedNode(AllFiles)).center();
+        ForeignDragFilter filter;
+        target->installEventFilter(&filter);
+        QCOMPARE(drop(target, at, *data), Qt::IgnoreAction);
+        target->removeEventFilter(&filter);
+        QVERIFY(drop(target, at, *data) != Qt::IgnoreAction);
+    }
 
     void tagsBecomeNodes_data()
     {
