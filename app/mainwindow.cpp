@@ -203,7 +203,7 @@ bool MainWindow::createDatabase(const QString &path)
     const std::unique_ptr<Collection> maker(
         makeCollection(Constants::localDatabase, QString(), path, QString(), QString(), 0));
     if (!maker->createDatabase()) {
-        QFile::remove(path);
+        ReplacedFile::removeDatabase(path);
         Messages::warning(this, tr("Failed to create database"),
                           tr("A database could not be created at this place."));
         return false;
@@ -211,7 +211,7 @@ bool MainWindow::createDatabase(const QString &path)
     if (openDatabase(DBDetails::local(path)))
         return true;
     Messages::warning(this, tr("Failed to open database"), tr("Failed to open new database."));
-    QFile::remove(path);
+    ReplacedFile::removeDatabase(path);
     closeDatabase();
     return false;
 }

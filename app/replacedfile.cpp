@@ -18,13 +18,17 @@ void moveWithJournal(const QString &from, const QString &to)
 
 } // namespace
 
+void ReplacedFile::removeDatabase(const QString &path)
+{
+    QFile::remove(path);
+    QFile::remove(journalOf(path));
+}
+
 ReplacedFile::~ReplacedFile()
 {
     if (m_asidePath.isEmpty())
         return;
-    QFile::remove(m_path);
-    // A journal of the new file would be played back into the old one.
-    QFile::remove(journalOf(m_path));
+    removeDatabase(m_path);
     moveWithJournal(m_asidePath, m_path);
 }
 
@@ -46,7 +50,6 @@ void ReplacedFile::discard()
 {
     if (m_asidePath.isEmpty())
         return;
-    QFile::remove(m_asidePath);
-    QFile::remove(journalOf(m_asidePath));
+    removeDatabase(m_asidePath);
     m_asidePath.clear();
 }

@@ -20,6 +20,12 @@ public:
     /** Removes what was set aside. */
     void discard();
 
+    /**
+     * Removes a database with its journal. A write that a full disk breaks off leaves one behind, which would
+     * be played back into the next file of that name and cut it to nothing.
+     */
+    static void removeDatabase(const QString &path);
+
 private:
     QString m_path;
     QString m_asidePath; // empty while nothing is set aside

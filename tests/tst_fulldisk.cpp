@@ -92,14 +92,31 @@ private slots:
         QCOMPARE(fileCount(), 2);
     }
 
+    void newDatabaseWithoutRoom_data()
+    {
+        addColumns<int, bool>("left", "isReplaced");
+        addRow("no room", 0, false);
+        addRow("room for a page", 80000, false);
+        addRow("room for a page, in place of another", 80000, true);
+    }
+
     void newDatabaseWithoutRoom()
     {
-        fillDisk(0);
-        m_fixture->chooseFile(onDisk("new.vrn"_s));
+        QFETCH(int, left);
+        QFETCH(bool, isReplaced);
+        const QString path = onDisk("new.vrn"_s);
+        if (isReplaced)
+            QFile::copy(onDisk("x.vrn"_s), path);
+        const QByteArray before = WindowFixture::read(path);
+        fillDisk(left);
+        m_fixture->chooseFile(path);
         m_fixture->window().newDatabase();
         QCOMPARE(m_fixture->takeBoxes(),
                  QStringList{"Failed to create database: A database could not be created at this place."_s});
-        QVERIFY(!QFile::exists(onDisk("new.vrn"_s)));
+        // A journal left behind would cut the next file of this name to nothing.
+        QVERIFY(!QFile::exists(path + "-journal"_s));
+        QVERIFY(WindowFixture::read(path) == before);
+        QCOMPARE(QFile::exists(path), isReplaced);
         QCOMPARE(m_fixture->openPath(), onDisk("x.vrn"_s));
     }
 
