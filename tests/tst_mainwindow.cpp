@@ -26,10 +26,11 @@ private slots:
         QAction *info = m_fixture->action("Database Info"_s);
         QCOMPARE(window().windowTitle(), "Vorna - "_s);
         QVERIFY(!info->isEnabled());
-        QVERIFY(!m_fixture->action("Edit"_s)->isEnabled());
 
-        const QString path = m_fixture->openNew();
-        QCOMPARE(window().windowTitle(), "Vorna - "_s + path);
+        // The mark of unsaved changes is but a part of this name.
+        const QString path = m_fixture->openNew("a[*]b.vrn"_s);
+        window().show();
+        QVERIFY(window().windowHandle()->title().startsWith("Vorna - "_s + path));
         QVERIFY(info->isEnabled());
         QVERIFY(m_fixture->action("Edit"_s)->isEnabled());
         info->trigger();
@@ -40,15 +41,6 @@ private slots:
         window().closeDatabase();
         QCOMPARE(window().windowTitle(), "Vorna - "_s);
         QVERIFY(!info->isEnabled());
-    }
-
-    void titleKeepsMarkInPath()
-    {
-        const QString path = m_fixture->openNew("a[*]b.vrn"_s);
-        window().show();
-        QTRY_VERIFY(window().windowHandle());
-        QVERIFY2(window().windowHandle()->title().contains(path),
-                 qPrintable(window().windowHandle()->title()));
     }
 
     void openAsksForFile()
