@@ -13,6 +13,8 @@ HelpWindow::HelpWindow(int mode, QWidget *parent) : QMainWindow(parent), m_brows
     // The program ends with its main window, also while a help text is open.
     setAttribute(Qt::WA_QuitOnClose, false);
     resize(660, 635);
+    // The widest picture of a page, its margins and the scroll bar.
+    setMinimumWidth(660);
 
     m_browser->setObjectName(QStringLiteral("helpBrowser"));
     m_browser->setOpenExternalLinks(true);
