@@ -20,6 +20,9 @@ help=$PWD/resources/help/pictures
 docs=$PWD/docs
 mkdir -p "$help"
 . tests/e2e/desk.sh
+# Alike on every desktop that this is run on.
+unset XDG_CURRENT_DESKTOP DESKTOP_SESSION KDE_FULL_SESSION KDE_SESSION_VERSION QT_QPA_PLATFORMTHEME QT_SCALE_FACTOR
+export QT_STYLE_OVERRIDE=fusion
 
 # Where the window stands: the picture's points are those of the window without its frame.
 left=8 top=24
