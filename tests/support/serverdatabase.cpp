@@ -6,6 +6,7 @@
 #include <QSqlError>
 
 #include <unistd.h>
+#include <utility>
 
 const QString ServerDatabase::writer = QStringLiteral("vorna_test_writer");
 const QString ServerDatabase::reader = QStringLiteral("vorna_test_reader");
@@ -58,6 +59,9 @@ bool controlServer(const QStringList &arguments)
     return control.waitForFinished() && control.exitCode() == 0;
 }
 
+/** A database of this process that was used and is as new: the next test gets it. */
+QString emptiedDatabase;
+
 /** The database that the script made, of which each test gets a copy. It stays for the server's life. */
 QString originalDatabase()
 {
@@ -103,10 +107,14 @@ QString ServerConnection::value(const QString &statement) const
 ServerDatabase::ServerDatabase()
 {
     static int number = 0;
-    m_name = "vorna_%1_%2"_s.arg(QCoreApplication::applicationPid()).arg(++number);
-    const QString original = originalDatabase();
-    if (!runOnServer("CREATE DATABASE %1 TEMPLATE %2 STRATEGY file_copy"_s.arg(m_name, original)))
-        qFatal("no database on the server");
+    m_name = std::exchange(emptiedDatabase, QString());
+    if (m_name.isEmpty()) {
+        if (number == 0)
+            qAddPostRoutine([] { remove(emptiedDatabase); });
+        m_name = "vorna_%1_%2"_s.arg(QCoreApplication::applicationPid()).arg(++number);
+        if (!runOnServer("CREATE DATABASE %1 TEMPLATE %2 STRATEGY wal_log"_s.arg(m_name, originalDatabase())))
+            qFatal("no database on the server");
+    }
     m_owner = std::make_unique<ServerConnection>(ownerDetails(), "owner"_s);
     for (const QString &user : {writer, reader}) {
         const QString group = user == writer ? "vorna_writer"_s : "vorna_reader"_s;
@@ -120,8 +128,33 @@ ServerDatabase::~ServerDatabase()
 {
     m_worker.reset();
     m_default.reset();
+    const bool isAsNew = !m_isOwnerUsed && emptiedDatabase.isEmpty() && restore();
     m_owner.reset();
-    remove(m_name);
+    if (isAsNew)
+        emptiedDatabase = m_name;
+    else
+        remove(m_name);
+}
+
+ServerConnection &ServerDatabase::owner()
+{
+    m_isOwnerUsed = true;
+    return *m_owner;
+}
+
+/** Takes back what a writer can do: rows and keys. The stamps stay, as time goes on. */
+bool ServerDatabase::restore()
+{
+    const QString kept = "('tables_modification_date','vorna_version','scheme_version')"_s;
+    const QString deletions = m_owner->value(
+        "SELECT string_agg('DELETE FROM '||tablename,';') FROM pg_tables WHERE schemaname='public' AND "
+        "tablename NOT IN "_s +
+        kept);
+    return !deletions.isEmpty() && m_owner->run("SET session_replication_role=replica; "_s + deletions) &&
+           m_owner->run("SELECT setval(oid::regclass,1,false) FROM pg_class WHERE relkind='S' AND "
+                        "relname<>'tables_modification_date_last_date_seq'"_s) &&
+           m_owner->run("INSERT INTO browsing_trees (tree_name) VALUES ('Default')"_s) &&
+           (!m_isRefusing || m_owner->run("SET client_min_messages=error; DROP FUNCTION no() CASCADE"_s));
 }
 
 bool ServerDatabase::isAvailable()
@@ -136,7 +169,8 @@ bool ServerDatabase::create(const QString &name, const QString &options)
 
 void ServerDatabase::remove(const QString &name)
 {
-    runOnServer("DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(name));
+    if (!name.isEmpty())
+        runOnServer("DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(name));
 }
 
 int ServerDatabase::runScript(const QString &name, QString *output)
@@ -180,6 +214,7 @@ bool ServerDatabase::openWorkerConnection()
 
 bool ServerDatabase::refuse(const QString &what, const QString &condition)
 {
+    m_isRefusing = true;
     return m_owner->run("CREATE OR REPLACE FUNCTION no() RETURNS trigger LANGUAGE plpgsql AS "
                         "'BEGIN RAISE EXCEPTION ''no''; END'"_s) &&
            m_owner->run("CREATE TRIGGER no BEFORE %1 FOR EACH ROW WHEN (%2) EXECUTE FUNCTION no()"_s.arg(
