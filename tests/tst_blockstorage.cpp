@@ -21,10 +21,7 @@ private slots:
 
     void init()
     {
-        QFETCH_GLOBAL(QString, backEnd);
-        m_database = makeTestDatabase(backEnd);
-        if (!m_database)
-            QSKIP("VORNA_TEST_PG names no server");
+        m_database = makeTestDatabase();
         QVERIFY(m_database->openWorkerConnection());
         if (isLocal())
             makeWorker<SqliteFileOperationWorker>();

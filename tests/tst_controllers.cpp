@@ -1,6 +1,5 @@
 #include "core/collectionsettings.h"
 #include "tests/support/localcollection.h"
-#include "tests/support/serverdatabase.h"
 
 #include <algorithm>
 #include <functional>
@@ -46,19 +45,9 @@ class TestControllers : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase_data() { addBackEnds(); }
-
-    void init()
-    {
-        QFETCH_GLOBAL(QString, backEnd);
-        m_backEnd = backEnd;
-        if (m_backEnd == QLatin1String("postgres") && !ServerDatabase::isAvailable())
-            QSKIP("VORNA_TEST_PG names no server");
-    }
-
     void nameIsComparedAsTypedAndStoredSimplified()
     {
-        LocalCollection collection(makeTestDatabase(m_backEnd));
+        LocalCollection collection;
         QSignalSpy duplicated(&collection.tags(), &TagsController::tagDuplicated);
         QVERIFY(collection.tags().addTag("  two   words "_s) > 0);
         QCOMPARE(shownNames(collection.tags()), QStringList{"two words"_s});
@@ -86,7 +75,7 @@ private slots:
     void tagInUse()
     {
         QFETCH(QString, use);
-        LocalCollection collection(makeTestDatabase(m_backEnd));
+        LocalCollection collection;
         collection.addFiles(1);
         const qint64 other = collection.tags().addTag("other"_s);
         const qint64 tagId = collection.tags().addTag("tag"_s);
@@ -105,7 +94,7 @@ private slots:
 
     void fileCountsFollowEveryChange()
     {
-        LocalCollection collection(makeTestDatabase(m_backEnd));
+        LocalCollection collection;
         collection.addFiles(5);
         TagsController &tags = collection.tags();
         const qint64 parent = tags.addTag("parent"_s, {1, 2});
@@ -127,7 +116,7 @@ private slots:
 
     void removedGroupLosesItsTab()
     {
-        LocalCollection collection(makeTestDatabase(m_backEnd));
+        LocalCollection collection;
         const qint64 groupId = collection.groups().addGroup("g"_s);
         collection.groups().removeGroups({groupId});
         QVERIFY(collection.groups().tabOrder().isEmpty());
@@ -135,32 +124,6 @@ private slots:
         const qint64 next = collection.groups().addGroup("h"_s, false);
         collection.manager()->reloadAllData();
         QVERIFY(!collection.groups().groups()->value(next)->isVisible());
-    }
-
-    void nodeSelectsItsFiles()
-    {
-        LocalCollection collection(makeTestDatabase(m_backEnd));
-        collection.addFiles(4);
-        const qint64 a = collection.tags().addTag("a"_s, {1, 2, 3});
-        const qint64 b = collection.tags().addTag("b"_s, {2, 3});
-        collection.tags().addTag("c"_s, {4});
-        const qint64 top = collection.manager()->addNodeBelow(a, 0);
-        const qint64 low = collection.manager()->addNodeBelow(b, top);
-        collection.tags().showTagsEitherOr({a});
-        QSignalSpy current(&collection.tree(), &BrowsTreeController::currentNodeChanged);
-        collection.tree().nodeActivated(TagNode, low, {a, b}, {});
-        QCOMPARE(collection.mainView().shownFileIds(), Ids({2, 3}));
-        QCOMPARE(collection.tree().currentTagNodeId(), low);
-        QVERIFY(collection.tags().selectedTagIds().isEmpty());
-        collection.tree().nodeActivated(TagNode, low, {a}, {b});
-        QCOMPARE(collection.mainView().shownFileIds(), Ids{1});
-        collection.tree().nodeActivated(AllFiles, 0, {}, {});
-        QCOMPARE(collection.mainView().shownFileIds().size(), 4);
-        QCOMPARE(collection.tree().currentNodeType(), int(AllFiles));
-        QCOMPARE(collection.tree().currentTagNodeId(), qint64(0));
-        collection.tags().showTagsSelected({b});
-        QCOMPARE(collection.tree().currentNodeType(), 0);
-        QCOMPARE(current.size(), 3);
     }
 
     void shownNodeFollowsEdits_data()
@@ -179,7 +142,7 @@ private slots:
     {
         QFETCH(int, edit);
         QFETCH(Ids, shown);
-        LocalCollection collection(makeTestDatabase(m_backEnd));
+        LocalCollection collection;
         collection.addFiles(5);
         TagsController &tags = collection.tags();
         const qint64 animal = tags.addTag("animal"_s, {1, 5});
@@ -220,7 +183,7 @@ private slots:
     void newTagIsNoRelativeByItsId()
     {
         QFETCH(QString, way);
-        LocalCollection collection(makeTestDatabase(m_backEnd));
+        LocalCollection collection;
         collection.addFiles(3);
         const qint64 animal = collection.tags().addTag("animal"_s, {1});
         const qint64 lion = collection.tags().addTag("lion"_s, {2});
@@ -235,8 +198,7 @@ private slots:
             collection.tags().showTagsSelected({animal});
         QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
         collection.tags().removeTags({lion});
-        // Only a file gives the id away again.
-        QCOMPARE(collection.tags().addTag("house"_s, {3}) == lion, m_backEnd == QLatin1String("sqlite"));
+        QCOMPARE(collection.tags().addTag("house"_s, {3}), lion); // a file gives the id away again
         QCOMPARE(collection.mainView().shownFileIds(), Ids{1});
     }
 
@@ -244,7 +206,7 @@ private slots:
     {
         QRandomGenerator random(5);
         for (int round = 0; round < 10; ++round) {
-            LocalCollection collection(makeTestDatabase(m_backEnd));
+            LocalCollection collection;
             QStringList paths;
             for (int i = 0; i < 30; ++i) {
                 QStringList targets = paths;
@@ -273,7 +235,7 @@ private slots:
 
     void relativesOfAllPlacesCount()
     {
-        LocalCollection collection(makeTestDatabase(m_backEnd));
+        LocalCollection collection;
         RelationsController &relations = collection.relations();
         relations.addChildren({}, {1, 2});
         relations.addChildren("1"_s, {5});
@@ -291,9 +253,6 @@ private slots:
                      .join(QLatin1Char(',')),
                  "1,1.5,1.5.6"_s);
     }
-
-private:
-    QString m_backEnd;
 };
 
 QTEST_MAIN(TestControllers)

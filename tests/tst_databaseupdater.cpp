@@ -162,27 +162,6 @@ private slots:
         QCOMPARE(Sql::value("SELECT file_rel_path FROM fileSource.files"), "a's/b"_s);
     }
 
-    void refusesUnknown_data()
-    {
-        QTest::addColumn<QStringList>("statements");
-        const QString program = "CREATE TABLE vorna_version (version TEXT);"_s;
-        const QString schema = "CREATE TABLE scheme_version (version TEXT);"_s;
-        addRow("no table", QStringList{});
-        addRow("no row", QStringList{program});
-        addRow("schema without a row", QStringList{program, Schema::programVersionInsert("2.0.6"_s), schema});
-        addRow("schema without the column", QStringList{"CREATE TABLE scheme_version (v TEXT);"_s});
-    }
-
-    void refusesUnknown()
-    {
-        QFETCH(QStringList, statements);
-        run(statements);
-        const QString before = dump(everything);
-        QVERIFY(!DataBaseUpdater(&m_constructor, nullptr).isVersionKnown(m_database));
-        QVERIFY(!update());
-        QCOMPARE(dump(everything), before);
-    }
-
     void failureChangesNothing_data()
     {
         QTest::addColumn<QString>("obstacle");

@@ -184,38 +184,6 @@ private slots:
         QCOMPARE(models.sorter.rowCount(), isShown ? 1 : 0);
     }
 
-    void ruleByRule_data()
-    {
-        addColumns<TagRequirements, Ids, Ids>("wanted", "shown", "dTags");
-        // The files, by id: 1 {}, 2 {10}, 3 {10,11}, 4 {10,12}, 5 {11,12}, 6 {13}
-        addRow("one tag", TagRequirements{{10}, {}, {}, {}, {}, {}}, Ids{2, 3, 4}, Ids{11, 12});
-        addRow("exclusion alone", TagRequirements{{}, {}, {11}, {}, {}, {}}, Ids(), Ids());
-        addRow("exclusion wins", TagRequirements{{10}, {}, {10}, {}, {}, {}}, Ids(), Ids());
-        addRow("an alternative", TagRequirements{{13}, {}, {}, {{13, {12}}}, {}, {}}, Ids{4, 5, 6},
-               Ids{10, 11, 12, 13});
-        addRow("alternative of another tag", TagRequirements{{13}, {}, {}, {{10, {12}}}, {}, {}}, Ids{6},
-               Ids());
-        addRow("widened choice", TagRequirements{{}, {13}, {}, {}, {12}, {}}, Ids{4, 5, 6},
-               Ids{10, 11, 12, 13});
-        addRow("widening of no choice", TagRequirements{{}, {}, {}, {}, {12}, {}}, Ids(), Ids());
-        addRow("widened exclusion", TagRequirements{{10}, {}, {13}, {}, {}, {12}}, Ids{2, 3}, Ids{11});
-    }
-
-    void ruleByRule()
-    {
-        QFETCH(TagRequirements, wanted);
-        Models models;
-        QVector<File *> files;
-        const QVector<Ids> tagSets{{}, {10}, {10, 11}, {10, 12}, {11, 12}, {13}};
-        for (const Ids &tags : tagSets)
-            files.append(models.records.add(tags));
-        models.contents.loadFiles(FileRecords::map(files));
-        models.filter.setTagRequirements(wanted);
-        QTEST(models.filter.acceptedFiles(), "shown");
-        QTEST(models.filter.dTags(), "dTags");
-        QCOMPARE(models.sorter.rowCount(), models.filter.acceptedFiles().size());
-    }
-
     void randomRequirements_data()
     {
         addColumns<int, int, int>("tagTotal", "mostRequired", "mostTagsOfAFile");

@@ -63,11 +63,8 @@ private slots:
 
     void init()
     {
-        QFETCH_GLOBAL(QString, backEnd);
         m_settings = std::make_unique<SettingsSandbox>();
-        m_database = makeTestDatabase(backEnd);
-        if (!m_database)
-            QSKIP("VORNA_TEST_PG names no server");
+        m_database = makeTestDatabase();
         m_provider = std::make_unique<OpenProvider>(m_database->constructor(), m_database->details());
         m_provider->start();
     }

@@ -56,17 +56,9 @@ class TestManagerEdits : public QObject
 private slots:
     void initTestCase_data() { addBackEnds(); }
 
-    void init()
-    {
-        QFETCH_GLOBAL(QString, backEnd);
-        m_backEnd = backEnd;
-        if (m_backEnd == QLatin1String("postgres") && !ServerDatabase::isAvailable())
-            QSKIP("VORNA_TEST_PG names no server");
-    }
-
     void newTagIsLinkedToTheFilesGiven()
     {
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         manager.addFiles(3);
         // An older tag with the same name must not get the files.
         manager->addTag("same"_s);
@@ -82,7 +74,7 @@ private slots:
 
     void renamedTagRenamesItsNodesAndPlaces()
     {
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         const qint64 tagId = manager->addTag("old"_s);
         const qint64 nodeId = manager->addNodeBelow(tagId, 0);
         manager->addRelations({}, {tagId});
@@ -99,7 +91,7 @@ private slots:
 
     void removedTagsLeaveNoTrace()
     {
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         manager.addFiles(4);
         const qint64 gone = manager->addTag("gone"_s, {1, 2, 3});
         const qint64 stays = manager->addTag("stays"_s, {2});
@@ -140,7 +132,7 @@ private slots:
 
     void manyFilesLoadWithAllTheirTags()
     {
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         QVERIFY(manager.fill(
             "INSERT INTO file_tag SELECT i,t FROM n,(SELECT 1 AS t UNION SELECT 2 UNION SELECT 3) AS three",
             9000));
@@ -154,7 +146,7 @@ private slots:
 
     void groupTagsAreAWholeList()
     {
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         Ids tags;
         for (int i = 0; i < 4; ++i)
             tags.append(manager->addTag(QString::number(i)));
@@ -174,7 +166,7 @@ private slots:
 
     void nodesOfManyTagsComeTogether()
     {
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         const Ids tags = {manager->addTag("a"_s), manager->addTag("b"_s), manager->addTag("c"_s)};
         const qint64 top = manager->addNodeBelow(tags.at(0), 0);
         const qint64 low = manager->addNodeBelow(tags.at(0), top);
@@ -205,7 +197,7 @@ private slots:
     void damagedParentsMakeTopLevelNodes()
     {
         QFETCH(Ids, parents);
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         for (int i = 0; i < 3; ++i) {
             manager.run("INSERT INTO tb_nodes VALUES(%1,1,1,0)"_s.arg(i + 1));
             manager.run("INSERT INTO tb_node_links VALUES(%1,%2)"_s.arg(parents.at(i)).arg(i + 1));
@@ -230,7 +222,7 @@ private slots:
     void removingRandomNodes()
     {
         QRandomGenerator random(7);
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         const qint64 tagId = manager->addTag("tag"_s);
         for (int round = 0; round < 6; ++round) {
             QHash<qint64, qint64> parents; // the oracle: a plain table of parents
@@ -268,7 +260,7 @@ private slots:
 
     void existingPlacesAreLeftOut()
     {
-        LocalManager manager(makeTestDatabase(m_backEnd));
+        LocalManager manager(makeTestDatabase());
         manager->addRelations({}, {7});
         manager->addRelations("7"_s, {12});
         QSignalSpy errors(manager.get(), &DatabaseManger::errorOccured);
@@ -283,9 +275,6 @@ private slots:
         QCOMPARE(manager.value("SELECT count(*) FROM tag_relationships"), "0"_s);
         QVERIFY(manager->relationNodes().isEmpty());
     }
-
-private:
-    QString m_backEnd;
 };
 
 QTEST_MAIN(TestManagerEdits)

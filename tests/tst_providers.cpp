@@ -52,13 +52,7 @@ class TestProviders : public QObject
 
 private slots:
     void initTestCase_data() { addBackEnds(); }
-    void init()
-    {
-        QFETCH_GLOBAL(QString, backEnd);
-        m_database = makeTestDatabase(backEnd);
-        if (!m_database)
-            QSKIP("VORNA_TEST_PG names no server");
-    }
+    void init() { m_database = makeTestDatabase(); }
     void cleanup() { m_database.reset(); }
 
     void textsComeBackAsTheyWentIn_data()
@@ -141,55 +135,6 @@ private slots:
         QCOMPARE(signalsSeen, 1);
     }
 
-    void removingManyTagsFromTrees()
-    {
-        RelationTreeProvider relations(m_database->constructor());
-        Ids tags(3000);
-        std::iota(tags.begin(), tags.end(), 1);
-        relations.addPaths(QString(), tags);
-        relations.addPaths("9999"_s, tags);
-        QSignalSpy removed(&relations, &RelationTreeProvider::nodesRemoved);
-        tags.removeLast();
-        relations.removeByTags(tags, {});
-        QCOMPARE(removed.at(0).at(0).toBool(), true);
-        QCOMPARE(m_database->rows("SELECT relationship_path FROM tag_relationships ORDER BY 1"),
-                 QStringList({"3000"_s, "9999.3000"_s}));
-    }
-
-    void addedPaths()
-    {
-        RelationTreeProvider relations(m_database->constructor());
-        QSignalSpy added(&relations, &RelationTreeProvider::nodesAdded);
-        relations.addPaths(QString(), {7});
-        relations.addPaths("7"_s, {12, 3});
-        relations.addPaths("7"_s, {4, 12}); // 12 is there: nothing of it goes in
-        QCOMPARE(added.at(1).at(1).toStringList(), QStringList({"7.12"_s, "7.3"_s}));
-        QCOMPARE(added.at(2).at(0).toBool(), false);
-        relations.removePaths({"7.12"_s});
-        QCOMPARE(m_database->rows("SELECT relationship_path FROM tag_relationships ORDER BY 1"),
-                 QStringList({"7"_s, "7.3"_s}));
-    }
-
-    void autolinks()
-    {
-        if (!isLocal())
-            QSKIP("of local databases");
-        SqliteBrowsTreeProvider nodes(m_database->constructor());
-        QSignalSpy loaded(&nodes, &BrowsTreeProvider::gotAllAutolinksInfo);
-        nodes.addAutolink("/x"_s, "x"_s, "a"_s);
-        nodes.addAutolinkToNode("a"_s, 1);
-        nodes.addAutolinkToNode("a"_s, 2);
-        nodes.removeAutolinkFromNode("a"_s, 1);
-        nodes.loadAutolinks();
-        TableData table = loaded.at(0).at(1).value<TableData>();
-        QCOMPARE(table.size(), 1);
-        QCOMPARE(table.first()->value("node_id"_s).toInt(), 2);
-        QCOMPARE(table.first()->value("link_abs_path"_s).toString(), "/x"_s);
-        freeRows(table);
-        nodes.removeAutolink("a"_s);
-        QCOMPARE(m_database->value("SELECT count(*) FROM tb_autolinks"), "0"_s);
-    }
-
     void probeOfReadOnlyFile()
     {
         if (!isLocal())
@@ -220,32 +165,6 @@ private slots:
         QCOMPARE(errors.count(), 1);
         QCOMPARE(m_database->rows("SELECT name FROM sqlite_master WHERE name IN ('one','two')"),
                  QStringList({"one"_s}));
-    }
-
-    void failedCommitTellsItsNumber()
-    {
-        if (!isLocal())
-            QSKIP("of local databases");
-        TagsProvider tags(m_database->constructor());
-        QSqlError told;
-        connect(&tags, &BaseDBProvider::errorOccured, &tags,
-                [&told](const QSqlError &error) { told = error; });
-        m_database->run("PRAGMA busy_timeout=0");
-        {
-            // Somebody who reads lets nobody commit.
-            OtherConnection other(m_database->details().databaseName());
-            QSqlDatabase reader = QSqlDatabase::database("other"_s);
-            QVERIFY(reader.transaction());
-            QVERIFY(other.run("SELECT * FROM tags"_s));
-            Transaction transaction(tags);
-            QVERIFY(m_database->run("INSERT INTO tag_groups VALUES (1,'x')"));
-            QVERIFY(!transaction.commit());
-            reader.rollback();
-        }
-        QCOMPARE(told.nativeErrorCode(), "5"_s);
-        // The failed one is rolled back, and the next begins.
-        QCOMPARE(m_database->count("tag_groups"_s), 0);
-        QVERIFY(Transaction(tags).commit());
     }
 
 private:

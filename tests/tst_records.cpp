@@ -175,40 +175,6 @@ private slots:
         QVERIFY(pool.share("kept"_s).constData() == kept.constData());
     }
 
-    void collectsRequirements_data()
-    {
-        using Ids = QVector<qint64>;
-        // A letter a node, from the root down: t a tag, i an inverted tag, s a special node.
-        addColumns<QString, Ids, Ids>("chain", "required", "excluded");
-        addRow("root first", "ttt"_s, Ids{100, 101, 102}, Ids());
-        addRow("inverted apart", "titi"_s, Ids{100, 102}, Ids{101, 103});
-        addRow("nothing of a special node above", "stt"_s, Ids{101, 102}, Ids());
-        addRow("nothing above a special node", "tsit"_s, Ids{103}, Ids{102});
-        addRow("nothing for a special node itself", "s"_s, Ids(), Ids());
-    }
-
-    void collectsRequirements()
-    {
-        QFETCH(QString, chain);
-        QObject owner;
-        const auto make = [&owner](qint64 id, QChar kind) {
-            const NodeType type = kind == QLatin1Char('s') ? AllFiles : TagNode;
-            return new TBnode(nullptr, 100 + id, id, kind == QLatin1Char('i'), false, 0, QString(), type,
-                              &owner);
-        };
-        TBnode *node = make(-1, QLatin1Char('s'));
-        for (int depth = 0; depth < chain.size(); ++depth) {
-            TBnode *next = make(depth, chain.at(depth));
-            node->addChild(next);
-            node = next;
-        }
-        QVector<qint64> required;
-        QVector<qint64> excluded;
-        node->collectTagRequirements(required, excluded);
-        QTEST(required, "required");
-        QTEST(excluded, "excluded");
-    }
-
     void mapKeepsKeyOrderWhateverTheOrderOfInsertion()
     {
         TextMap map;
@@ -219,21 +185,6 @@ private slots:
             QCOMPARE(item.value(), QString::number(item.key()));
         QVERIFY(map.find(7) != map.end());
         QVERIFY(map.find(8) == map.end());
-    }
-
-    void mapCopyHasContentsOfItsOwn()
-    {
-        TextMap map;
-        map.insert(1, "one"_s);
-        QSignalSpy inserted(&map, &SignalContainer::itemInserted);
-        TextMap copy(map);
-        TextMap assigned;
-        assigned = map;
-        copy.insert(2, "two"_s);
-        assigned.insert(1, "uno"_s);
-        QCOMPARE(inserted.count(), 0);
-        QCOMPARE(map.values(), QList<QString>{"one"_s});
-        QCOMPARE(copy.keys(), (QList<qint64>{1, 2}));
     }
 };
 

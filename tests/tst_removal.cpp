@@ -40,10 +40,7 @@ private slots:
     void initTestCase_data() { addBackEnds(); }
     void init()
     {
-        QFETCH_GLOBAL(QString, backEnd);
-        m_database = makeTestDatabase(backEnd);
-        if (!m_database)
-            QSKIP("VORNA_TEST_PG names no server");
+        m_database = makeTestDatabase();
         for (const char *statement :
              {"INSERT INTO tags VALUES (1,'a','',0,NULL),(2,'b','',0,NULL),(3,'c','',0,NULL)",
               "INSERT INTO file_tag VALUES (10,1),(10,2),(11,2)", "INSERT INTO tag_groups VALUES (5,'g')",
@@ -81,20 +78,6 @@ private slots:
         TagRemover remover(m_database->constructor());
         QVERIFY(remover.run(plan));
         QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
-    }
-
-    void nodesAlone()
-    {
-        NodeRemovalPlan plan;
-        plan.removedNodeIds = Ids{1};
-        plan.newParents = {{0, {2}}};
-        NodeRemover remover(m_database->constructor());
-        QVERIFY(remover.run(plan));
-        QCOMPARE(m_database->rows("SELECT parent_id,child_id FROM tb_node_links ORDER BY 2"),
-                 QStringList({"0|2"_s, "2|3"_s, "3|4"_s}));
-        QCOMPARE(m_database->value("SELECT count(*) FROM tags"), "3"_s);
-        QCOMPARE(m_database->value("SELECT link_id FROM tb_nodes_autolinks"), "x"_s);
-        QCOMPARE(m_database->value("SELECT count(*) FROM tb_autolinks"), "2"_s);
     }
 
     void failureLeavesEverything_data()

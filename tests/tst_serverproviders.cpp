@@ -16,31 +16,6 @@ private slots:
     }
     void cleanup() { m_database.reset(); }
 
-    void trees()
-    {
-        PostgresBrowsTreeProvider nodes(m_database->constructor());
-        QStringList told;
-        connect(&nodes, &BrowsTreeProvider::addedNewBrowsingTree, this,
-                [&told](qint64 id, const QString &name) { told.append("added %1 %2"_s.arg(id).arg(name)); });
-        connect(&nodes, &BrowsTreeProvider::updatedBrowsingTree, this,
-                [&told](qint64 id, const QString &name) { told.append("named %1 %2"_s.arg(id).arg(name)); });
-        connect(&nodes, &BrowsTreeProvider::removedBrowsingTree, this,
-                [&told](qint64 id) { told.append("removed %1"_s.arg(id)); });
-        connect(&nodes, &BrowsTreeProvider::gotAllBrowsTreesInfo, this, [&told](bool, TableData table) {
-            for (const TableRowData *row : table)
-                told.append(row->value("tree_id"_s).toString() + row->value("tree_name"_s).toString());
-            freeRows(table);
-        });
-        nodes.addTree("mine"_s);
-        nodes.addTree("mine"_s); // names need not differ
-        nodes.updateTree(2, "tree_name"_s, "ours"_s);
-        nodes.removeTree(3);
-        nodes.updateTree(3, "tree_name"_s, "gone"_s);
-        nodes.loadAllTrees();
-        QCOMPARE(told, QStringList({"added 2 mine"_s, "added 3 mine"_s, "named 2 ours"_s, "removed 3"_s,
-                                    "1Default"_s, "2ours"_s}));
-    }
-
     void nodesOfTheCurrentTree()
     {
         PostgresBrowsTreeProvider nodes(m_database->constructor());

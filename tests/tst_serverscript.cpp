@@ -65,18 +65,6 @@ private slots:
             "time zone,thumbnail bytea,tr_options integer,transaction_id xid8"_s);
     }
 
-    void rulesOfTheTables()
-    {
-        QCOMPARE(Sql::value("SELECT string_agg(conname,' ' ORDER BY conname) FROM pg_constraint WHERE "
-                            "contype<>'p' AND connamespace='public'::regnamespace"),
-                 "checksum_valid files_id_code_key files_storage_id_check stamp_change "
-                 "tables_modification_date_transaction_id_key valid_node_id"_s);
-        QVERIFY(Sql::value("SELECT attname,attstorage FROM pg_attribute").contains("data|e"_s));
-        DataBaseUpdater updater(m_database->constructor(), nullptr);
-        QVERIFY(!updater.needsUpgrade(QSqlDatabase::database()));
-        QCOMPARE(Sql::value("SELECT version FROM vorna_version"), "4.1.3"_s);
-    }
-
     void insertsOfClients_data()
     {
         addColumns<QString, QString>("insert", "key");
@@ -119,15 +107,6 @@ private slots:
             QVERIFY(early > before);
             QVERIFY(Sql::run("SAVEPOINT S1; %1; ROLLBACK TO SAVEPOINT S1; COMMIT"_s.arg(newTag)));
             QVERIFY(stamp() > early);
-        }
-    }
-
-    void nothingWrittenNothingStamped()
-    {
-        const QString before = stamp();
-        for (const QString &end : {"ROLLBACK"_s, "ROLLBACK TO SAVEPOINT S1; COMMIT"_s}) {
-            QVERIFY(Sql::run("BEGIN; SAVEPOINT S1; "_s + newTag) && Sql::run(end));
-            QCOMPARE(stamp(), before);
         }
     }
 

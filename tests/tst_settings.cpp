@@ -171,20 +171,6 @@ private slots:
         QVERIFY(WindowSettings::recentDatabases().isEmpty());
     }
 
-    void versionIsNoted()
-    {
-        const auto different = [] { return QSettings().value("lastVersionDifferent"_s).toString(); };
-        QCOMPARE(WindowSettings::lastVersionUsed(), QString());
-        QVERIFY(WindowSettings::noteVersion("4.1.3"_s));
-        QCOMPARE(WindowSettings::lastVersionUsed(), "4.1.3"_s);
-        QCOMPARE(different(), "true"_s);
-        QVERIFY(!WindowSettings::noteVersion("4.1.3"_s));
-        QCOMPARE(different(), "false"_s);
-        // Also a step back counts.
-        QVERIFY(WindowSettings::noteVersion("4.1.2"_s));
-        QCOMPARE(WindowSettings::lastVersionUsed(), "4.1.2"_s);
-    }
-
 private:
     SettingsSandbox m_settings;
 };

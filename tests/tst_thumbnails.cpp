@@ -47,20 +47,16 @@ class TestThumbnails : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase_data() { addBackEnds(); }
-
     void init()
     {
-        QFETCH_GLOBAL(QString, backEnd);
+        const bool isOnServer = qstrcmp(QTest::currentDataTag(), "postgres") == 0;
         m_settings = std::make_unique<SettingsSandbox>();
         m_folder = std::make_unique<TestFolder>();
-        m_database = makeTestDatabase(backEnd);
-        if (!m_database)
-            QSKIP("VORNA_TEST_PG names no server");
-        if (backEnd == QLatin1String("sqlite"))
-            makeProvider<SqliteFileOperationProvider>();
-        else
+        m_database = makeTestDatabase(isOnServer);
+        if (isOnServer)
             makeProvider<PostgresFileOperationProvider>();
+        else
+            makeProvider<SqliteFileOperationProvider>();
     }
 
     void cleanup()
@@ -148,6 +144,8 @@ private slots:
         QCOMPARE(m_database->count("thumbnails"_s), 0);
     }
 
+    void storesAndReplacesThumbnails_data() { addBackEnds(); }
+
     void storesAndReplacesThumbnails()
     {
         QVERIFY(coloured(300, 200, Qt::red).save(filePath("a.png")));
@@ -168,6 +166,8 @@ private slots:
         QCOMPARE(QImage::fromData(stored(8), "PNG").pixel(64, 64), qRgb(255, 0, 0));
         QVERIFY(stored(7).size() < 4096);
     }
+
+    void loadsThumbnailsInOrder_data() { addBackEnds(); }
 
     void loadsThumbnailsInOrder()
     {

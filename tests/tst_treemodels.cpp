@@ -181,64 +181,6 @@ private slots:
         QVERIFY(!fixture.manager()->nodes().isEmpty() && relations->rowCount() > 0);
     }
 
-    void rolesTellOfNodes_data()
-    {
-        addColumns<QString, int, QVariant>("node", "role", "expected");
-        const auto row = [](const char *node, const char *what, int role, const QVariant &expected) {
-            QTest::addRow("%s: %s", node, what) << QString::fromLatin1(node) << role << expected;
-        };
-        row("all", "name", Qt::DisplayRole, "All files"_s);
-        row("all", "parent", NodeRole::ParentId, -1);
-        row("all", "current", NodeRole::CurrentId, 2);
-        row("internal", "name", Qt::DisplayRole, "All Internal Files"_s);
-        row("internal", "tool tip", Qt::ToolTipRole, "All files with their contents in the database."_s);
-        row("internal", "type", NodeRole::Type, 4);
-        row("top", "name", Qt::DisplayRole, "one"_s);
-        row("top", "id", NodeRole::Id, 1);
-        row("top", "parent", NodeRole::ParentId, 0);
-        row("top", "relationships", NodeRole::TrOption, true);
-        row("top", "mark", Qt::DecorationRole, QVariant());
-        row("below", "name with the mark of inversion", Qt::DisplayRole, "- <b>two"_s);
-        row("below", "harmless tool tip", Qt::ToolTipRole, "<p>- &lt;b&gt;two</p>"_s);
-        row("below", "parent", NodeRole::ParentId, 1);
-        row("below", "inverted", NodeRole::Inverted, true);
-        row("below", "relationships", NodeRole::TrOption, false);
-        row("below", "tag", NodeRole::TagId, 2);
-        row("below", "required tags", NodeRole::Required, QVariant::fromValue(QVector<qint64>{1}));
-        row("linked", "link", NodeRole::FirstAutolink, "7"_s);
-        row("linked", "colour", Qt::ForegroundRole, QColor(Qt::blue));
-    }
-
-    void rolesTellOfNodes()
-    {
-        QFETCH(QString, node);
-        QFETCH(int, role);
-        QFETCH(QVariant, expected);
-        LocalCollection fixture;
-        BrowsTreeController *tree = &fixture.tree();
-        const QVector<qint64> tags = fixture.addTags({"one"_s, "<b>two"_s, "three"_s});
-        tree->addNodesBelow({tags.at(0)}, 0);
-        tree->addNodesBelow({tags.at(1)}, 1);
-        tree->addNodesBelow({tags.at(2)}, 0);
-        tree->changeInversion(2, true);
-        tree->changeTrOption(2, false);
-        tree->nodeById(3)->addAutolink("7"_s);
-        tree->nodeActivated(TagNode, 2, {tags.at(0)}, {tags.at(1)});
-
-        const QHash<QString, QPair<NodeType, qint64>> places{{"all"_s, {AllFiles, 0}},
-                                                             {"internal"_s, {AllInternalFiles, 0}},
-                                                             {"top"_s, {TagNode, 1}},
-                                                             {"below"_s, {TagNode, 2}},
-                                                             {"linked"_s, {TagNode, 3}}};
-        const auto place = places.value(node);
-        const QVariant found = tree->sorterModel()->indexOfNode(place.first, place.second).data(role);
-        QCOMPARE(found.isValid(), expected.isValid());
-        QCOMPARE(found.toString(), expected.toString());
-        QCOMPARE(found.value<QColor>(), expected.value<QColor>());
-        QCOMPARE(found.value<QVector<qint64>>(), expected.value<QVector<qint64>>());
-        QVERIFY(tree->sorterModel()->indexOfNode(TagNode, 2).data(Qt::DecorationRole).isValid());
-    }
-
     void currentNodeOutlivesEdits()
     {
         LocalCollection fixture;
