@@ -19,6 +19,11 @@ enum : int {
 };
 }
 
+/** The item data roles of the list of browsing trees (BrowsingTreeTableModel). */
+namespace TreeListRole {
+enum : int { TreeId = 257 };
+}
+
 /** The item data roles of the tag relationship trees (TRmodel). */
 namespace RelationRole {
 enum : int {

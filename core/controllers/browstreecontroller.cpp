@@ -377,6 +377,12 @@ QMap<qint64, QString> BrowsTreeController::browsingTrees() const
     return manager() ? manager()->browsingTrees().items() : QMap<qint64, QString>();
 }
 
+void BrowsTreeController::loadTrees()
+{
+    if (manager())
+        manager()->loadBrowsingTrees();
+}
+
 bool BrowsTreeController::hasOtherTreeNamed(const QString &name, qint64 treeId) const
 {
     const QList<qint64> ids = browsingTrees().keys(name);

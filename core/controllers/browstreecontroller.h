@@ -70,6 +70,8 @@ public:
     QString currentTreeName() const;
     /** The trees of a server by id, the default one first; empty for a local database. */
     QMap<qint64, QString> browsingTrees() const;
+    /** Reads the list of trees anew: others make and remove them too. The tree that is shown stays. */
+    void loadTrees();
     /** False, and nothing is done, when another tree has this name; and when the database did not take it. */
     bool addTree(const QString &name);
     bool renameTree(qint64 treeId, const QString &name);
