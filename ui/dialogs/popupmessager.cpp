@@ -21,9 +21,7 @@ void PopupMessager::showTempWarning(const QString &title, const QString &text)
 {
     if (m_temporaryBox && m_temporaryBox->isVisible())
         return;
-    // Below a modal dialog nobody would see it.
-    QWidget *modal = QApplication::activeModalWidget();
-    QWidget *parent = modal ? modal : m_window;
+    QWidget *parent = topWindow();
     if (!m_temporaryBox) {
         m_temporaryBox =
             new QMessageBox(QMessageBox::Warning, QString(), QString(), QMessageBox::NoButton, parent);
@@ -43,7 +41,14 @@ void PopupMessager::showTempWarning(const QString &title, const QString &text)
 
 void PopupMessager::showWarning(const QString &title, const QString &text)
 {
-    Messages::warning(m_window, title, text);
+    Messages::warning(topWindow(), title, text);
+}
+
+QWidget *PopupMessager::topWindow() const
+{
+    // Below a modal dialog nobody would see a box.
+    QWidget *modal = QApplication::activeModalWidget();
+    return modal ? modal : m_window;
 }
 
 void PopupMessager::showBrowsingTreeDuplicated()

@@ -23,6 +23,8 @@ public slots:
     void showBrowsingTreeDuplicated();
 
 private:
+    QWidget *topWindow() const;
+
     QWidget *m_window;
     QPointer<QMessageBox> m_temporaryBox; // belongs to the window or to a modal dialog above it
     QTimer *m_hideTimer;
