@@ -2,13 +2,17 @@
 
 /** The keys of the window's own commands in its table of actions. */
 enum ActionId {
+    ConnectAction = 0,
+    DisconnectAction = 1,
     OpenAction = 2,
     NewDatabaseAction = 3,
     ExitAction = 11,
     DatabaseInfoAction = 12,
     ShowAllDocksAction = 13,
+    BrowsingTreeListAction = 14,
     EditMenuAction = 16,
     TagGroupsAction = 18,
+    SelectBrowsingTreeAction = 19,
     QuickStartAction = 20,
     ManualAction = 21,
     NameplateAction = 24,

@@ -120,9 +120,9 @@ void MainWindow::rememberRecentDatabase()
 
 void MainWindow::openRecentDatabase(const DBDetails &details)
 {
-    if (details.type() != Constants::localDatabase)
-        return;
-    if (!QFileInfo::exists(details.databaseName()))
+    if (details.type() == Constants::serverDatabase)
+        openRecentServer(details);
+    else if (!QFileInfo::exists(details.databaseName()))
         rememberRecentDatabase();
     else if (!openDatabase(details))
         warnOfFailedOpening();

@@ -57,9 +57,14 @@ public:
 
 public slots:
     void slotOpenDb();
+    /** Asks for a database on a server until one opens or the user gives up. */
+    void slotConnectDb();
+    /** Closes the database; one on a server can be opened again in this run without its password. */
+    void slotDisconnectDb();
     void newDatabase();
     void showDatabaseVersion();
     void showEditTagGroups();
+    void slotOpenBrowsinTree();
     void showManual();
     void showNameplate();
     void showGroupDublicated();
@@ -92,6 +97,11 @@ private:
     void detachControllers();
     void rememberRecentDatabase();
     void openRecentDatabase(const DBDetails &details);
+    void openRecentServer(const DBDetails &details);
+    /** The dialog with these values first, then with what was typed, the password included. */
+    void connectDialogLoop(const DBDetails &details);
+    /** Opens a database on a server under a wait cursor; a failure is told. */
+    bool connectToServer(const DBDetails &details);
     /** The user's choice could not be opened. */
     void warnOfFailedOpening();
     void closeWhenIdle();
@@ -116,6 +126,7 @@ private:
     BrowsingTreeViewDock *m_browsingDock = nullptr;
     ExternalFilesDock *m_externalFilesDock = nullptr;
     QHash<int, QAction *> m_actions;
+    QList<DBDetails> m_runConnections; // to servers, with passwords, for this run only; newest last
     Collection *m_collection = nullptr;
     bool m_isBusy = false; // inside a step that goes on with the collection after a loop of its own
 };

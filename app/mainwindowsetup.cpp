@@ -2,6 +2,7 @@
 
 #include "app/actionid.h"
 #include "app/addingsettings.h"
+#include "app/constants.h"
 #include "app/databaseerrors.h"
 #include "app/mainwindow.h"
 #include "app/recentdatabases.h"
@@ -131,6 +132,10 @@ QAction *MainWindow::addAction(int id, const QString &text, const QString &icon)
 void MainWindow::fillDatabaseMenu(MainUi &ui)
 {
     QMenu *menu = ui.databaseMenu;
+    QAction *connection = addAction(ConnectAction, tr("Connect"), QStringLiteral(":/icons/folder.png"));
+    connect(connection, &QAction::triggered, this, &MainWindow::slotConnectDb);
+    QAction *disconnection = addAction(DisconnectAction, tr("Disconnect"));
+    connect(disconnection, &QAction::triggered, this, &MainWindow::slotDisconnectDb);
     QAction *open = addAction(OpenAction, tr("Open"), QStringLiteral(":/icons/folder.png"));
     connect(open, &QAction::triggered, this, &MainWindow::slotOpenDb);
     QAction *create =
@@ -139,8 +144,7 @@ void MainWindow::fillDatabaseMenu(MainUi &ui)
     QAction *exit = addAction(ExitAction, tr("Exit"), QStringLiteral(":/icons/close.png"));
     connect(exit, &QAction::triggered, this, &QWidget::close);
 
-    menu->addAction(open);
-    menu->addAction(create);
+    menu->addActions({connection, disconnection, open, create});
     menu->addSeparator();
     menu->addActions(m_recentDatabases->actions());
     menu->addSeparator();
@@ -153,11 +157,15 @@ void MainWindow::fillOtherMenus(MainUi &ui)
     connect(info, &QAction::triggered, this, &MainWindow::showDatabaseVersion);
     QAction *docks = addAction(ShowAllDocksAction, tr("Show All Docks"));
     connect(docks, &QAction::triggered, this, &MainWindow::setDocksArrangement);
-    ui.viewMenu->addActions({info, docks});
+    QAction *selectTree = addAction(SelectBrowsingTreeAction, tr("Select Browsing Tree"));
+    connect(selectTree, &QAction::triggered, this, &MainWindow::slotOpenBrowsinTree);
+    ui.viewMenu->addActions({info, docks, selectTree});
 
     QAction *groups = addAction(TagGroupsAction, tr("Tag Groups"));
     connect(groups, &QAction::triggered, this, &MainWindow::showEditTagGroups);
-    ui.editMenu->addAction(groups);
+    QAction *trees = addAction(BrowsingTreeListAction, tr("Browsing Tree List"));
+    connect(trees, &QAction::triggered, this, &MainWindow::slotOpenBrowsinTree);
+    ui.editMenu->addActions({groups, trees});
     m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
 
     QAction *guide = addAction(QuickStartAction, tr("Quick Start Guide"));
@@ -262,7 +270,10 @@ void MainWindow::detachControllers()
 
 void MainWindow::updateDatabaseActions()
 {
-    for (const int id : {DatabaseInfoAction, EditMenuAction})
+    for (const int id : {DisconnectAction, DatabaseInfoAction, EditMenuAction})
         m_actions.value(id)->setEnabled(m_collection);
+    const bool isServer = m_collection && m_collection->dbType() == Constants::serverDatabase;
+    for (const int id : {BrowsingTreeListAction, SelectBrowsingTreeAction})
+        m_actions.value(id)->setVisible(isServer);
     m_actions.value(TagGroupsAction)->setEnabled(m_collection && !m_collection->isReadOnly());
 }

@@ -1,5 +1,6 @@
 #include "app/messages.h"
 
+#include <QGuiApplication>
 #include <QPushButton>
 
 namespace {
@@ -40,7 +41,13 @@ Answer run(QWidget *parent, const Box &box)
     for (const QString &action : box.actions)
         actionButtons.append(message.addButton(action, QMessageBox::ActionRole));
     message.activateWindow();
+    // A box is to be answered, also in the middle of work under a wait cursor.
+    const bool isWaiting = QGuiApplication::overrideCursor();
+    if (isWaiting)
+        QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
     message.exec();
+    if (isWaiting)
+        QGuiApplication::restoreOverrideCursor();
 
     Answer answer;
     answer.action = actionButtons.indexOf(message.clickedButton());

@@ -1,0 +1,337 @@
+#include "core/collectionsettings.h"
+#include "core/controllers/browstreecontroller.h"
+#include "models/browsingtreetablemodel.h"
+#include "tests/support/serverdatabase.h"
+#include "tests/support/windowfixture.h"
+#include "ui/dialogs/browsingtreedialog.h"
+#include "ui/dialogs/databaseconnectdialog.h"
+#include "ui/views/browsingtreesdelegate.h"
+#include "ui/views/tableview.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+namespace {
+const QString invalid = "Invalid database details: Provided database details were invalid."_s;
+const QString failed = "Failed to Connect to Database: Connection could not be made to the specified remote "
+                       "database."_s;
+const QString treeError = "Browsing tree error: "_s;
+const QString deletion = "Delete browsing tree: "_s;
+} // namespace
+
+/** The main window with a database on a server: the dialogs of connections and of browsing trees. */
+class TestServerWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { connect(&m_timer, &QTimer::timeout, this, &TestServerWindow::runStep); }
+    void init()
+    {
+        m_fixture = std::make_unique<WindowFixture>();
+        m_steps.clear();
+        if (!ServerDatabase::isAvailable())
+            return;
+        m_server = std::make_unique<ServerDatabase>();
+        m_details = m_server->details();
+    }
+    void cleanup()
+    {
+        m_fixture.reset();
+        m_server.reset();
+    }
+
+    void detailsAreChecked_data()
+    {
+        addColumns<QString, QString, QString, QString, bool>("host", "port", "database", "user", "isValid");
+        addRow("all", " host "_s, " 5432 "_s, "db"_s, "anna"_s, true);
+        addRow("highest port", "host"_s, "65535"_s, "db"_s, "anna"_s, true);
+        addRow("no host", "  "_s, "5432"_s, "db"_s, "anna"_s, false);
+        addRow("no port", "host"_s, ""_s, "db"_s, "anna"_s, false);
+        addRow("port 0", "host"_s, "0"_s, "db"_s, "anna"_s, false);
+        addRow("port too high", "host"_s, "65536"_s, "db"_s, "anna"_s, false);
+        addRow("a word as port", "host"_s, "54e2"_s, "db"_s, "anna"_s, false);
+        addRow("no database", "host"_s, "5432"_s, ""_s, "anna"_s, false);
+        addRow("no user", "host"_s, "5432"_s, "db"_s, " "_s, false);
+    }
+
+    void detailsAreChecked()
+    {
+        QFETCH(QString, host);
+        QFETCH(QString, port);
+        QFETCH(QString, database);
+        QFETCH(QString, user);
+        QFETCH(bool, isValid);
+        DatabaseConnectDialog dialog(DBDetails(2, {}, 5432, {}, {}, {}));
+        QCOMPARE(edit(dialog, "port")->text(), "5432"_s);
+        fill(dialog, {host, port, database, user, " p "_s});
+        QCOMPARE(edit(dialog, "password")->echoMode(), QLineEdit::Password);
+        dialog.accept();
+        QCOMPARE(dialog.result() == QDialog::Accepted, isValid);
+        QCOMPARE(m_fixture->takeBoxes(), isValid ? QStringList() : QStringList{invalid});
+        if (isValid) {
+            const DBDetails typed = dialog.details();
+            QCOMPARE(typed, DBDetails(2, "host"_s, port.toInt(), "db"_s, "anna"_s, {}));
+            QCOMPARE(typed.password(), " p "_s);
+        }
+    }
+
+    void connectsByDialog()
+    {
+        if (!m_server)
+            QSKIP("VORNA_TEST_PG names no server");
+        const QString path = m_fixture->openNew();
+        QAction *disconnect = m_fixture->action("Disconnect"_s);
+        QVERIFY(disconnect->isEnabled() && !treeCommandsShown());
+        const auto typed = [this](const QString &database) {
+            return QStringList{m_details.host(), QString::number(m_details.port()), database,
+                               m_details.user(), "s3cret"_s};
+        };
+        // Nothing is there by that name: the open database stays, and so does what was typed.
+        step<DatabaseConnectDialog>([&](auto &dialog) {
+            QCOMPARE(values(dialog), QStringList({""_s, "5432"_s, ""_s, ""_s, ""_s}));
+            fill(dialog, typed("nothing"_s));
+            dialog.accept();
+        });
+        step<DatabaseConnectDialog>([&](auto &dialog) {
+            QCOMPARE(m_fixture->takeBoxes(), QStringList{failed});
+            QCOMPARE(m_fixture->openPath(), path);
+            QVERIFY(!QGuiApplication::overrideCursor());
+            QCOMPARE(values(dialog), typed("nothing"_s));
+            fill(dialog, typed(m_details.databaseName()));
+            dialog.accept();
+        });
+        m_fixture->action("Connect"_s)->trigger();
+        QCOMPARE(m_steps.size(), 0);
+        const QString name =
+            "%1:%2, %3"_s.arg(m_details.host(), QString::number(m_details.port()), m_details.databaseName());
+        QCOMPARE(window().windowTitle(), "Vorna - "_s + name);
+        QCOMPARE(m_fixture->recentTexts(), QStringList({"1 "_s + name, "2 "_s + path}));
+        QVERIFY(treeCommandsShown());
+
+        // In this run it is opened again without a word.
+        disconnect->trigger();
+        QVERIFY(!window().collection() && !disconnect->isEnabled() && !treeCommandsShown());
+        m_fixture->recent(1)->trigger();
+        QVERIFY(window().collection());
+        QCOMPARE(window().collection()->password(), "s3cret"_s);
+        m_fixture->restart();
+        QVERIFY(!WindowFixture::read(QSettings().fileName()).contains("s3cret"));
+        window().openStartupDatabase({});
+        QVERIFY(!window().collection());
+        step<DatabaseConnectDialog>([&](auto &dialog) {
+            QCOMPARE(values(dialog), typed(m_details.databaseName()).mid(0, 4) << ""_s);
+            dialog.reject();
+        });
+        m_fixture->recent(1)->trigger();
+        QVERIFY(!window().collection());
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
+    void treesByDialog()
+    {
+        if (!m_server)
+            QSKIP("VORNA_TEST_PG names no server");
+        QVERIFY(window().openDatabase(m_details));
+        const DialogAnswers answers({"Anna's"_s, "Default"_s});
+        m_fixture->answerBoxes([](const Messages::Box &box) {
+            const bool isQuestion = box.buttons & QMessageBox::Cancel;
+            return Messages::Answer{isQuestion ? QMessageBox::Ok : QMessageBox::NoButton, -1};
+        });
+        step<BrowsingTreeDialog>([this](auto &dialog) {
+            auto *table = dialog.template findChild<TableView *>();
+            const QAbstractItemModelTester tester(table->model());
+            const auto press = [&](const char *text) { button(dialog, text)->click(); };
+            press("&Create new Browsing Tree");
+            QTRY_COMPARE(rows(*table), QStringList({"Default*"_s, "Anna's"_s}));
+            QTRY_COMPARE(table->currentIndex().row(), 1);
+            press("&Create new Browsing Tree");
+            QCOMPARE(m_fixture->takeBoxes(),
+                     QStringList{"Tag already exists: There is already a tag with this name."_s});
+            rename(*table, 1, "Default"_s);
+            QCOMPARE(awaitBoxes(),
+                     QStringList{treeError + "There is already a browsing tree with this name."_s});
+            rename(*table, 1, "  "_s);
+            rename(*table, 1, " Ben's \"%1\" "_s);
+            QCOMPARE(rows(*table), QStringList({"Default*"_s, "Ben's \"%1\""_s}));
+            buttonAt(*table, 1)->click();
+            QCOMPARE(rows(*table), QStringList({"Default"_s, "Ben's \"%1\"*"_s}));
+            QVERIFY(buttonAt(*table, 1)->isChecked() && !buttonAt(*table, 0)->isChecked());
+            table->selectRow(0);
+            press("&Delete Browsing Tree");
+            QCOMPARE(m_fixture->takeBoxes(),
+                     QStringList{deletion + "Default browsing tree can not be deleted."_s});
+            dialog.close();
+        });
+        m_fixture->action("Select Browsing Tree"_s)->trigger();
+        auto *dock = window().findChild<QDockWidget *>("BrowsingTreeDock"_s);
+        QCOMPARE(dock->windowTitle(), "Browsing Tree: Ben's \"%1\""_s);
+        QCOMPARE(window().collection()->settings()->browsingTree(), qint64(2));
+
+        step<BrowsingTreeDialog>([this](auto &dialog) {
+            auto *table = dialog.template findChild<TableView *>();
+            QCOMPARE(table->currentIndex().row(), 1);
+            button(dialog, "&Delete Browsing Tree")->click();
+            QCOMPARE(m_fixture->takeBoxes(),
+                     QStringList{deletion + "The following Browsing Tree will be deleted: Ben's \"%1\"."_s});
+            QTRY_COMPARE(rows(*table), QStringList{"Default*"_s});
+            dialog.close();
+        });
+        m_fixture->action("Browsing Tree List"_s)->trigger();
+        QCOMPARE(dock->windowTitle(), "Browsing Tree: Default"_s);
+        QCOMPARE(m_server->owner().value("SELECT count(*) FROM browsing_trees"_s), "1"_s);
+        QCOMPARE(m_steps.size(), 0);
+    }
+
+    void treesThatOthersRemove()
+    {
+        if (!m_server)
+            QSKIP("VORNA_TEST_PG names no server");
+        QVERIFY(window().openDatabase(m_details));
+        BrowsTreeController *trees = window().collection()->browsTreeController();
+        QVERIFY(trees->addTree("two"_s) && trees->addTree("three"_s) && trees->selectTree(2));
+        QVERIFY(m_server->owner().run("DELETE FROM browsing_trees WHERE tree_id=2"_s));
+        step<BrowsingTreeDialog>([this](auto &dialog) {
+            auto *table = dialog.template findChild<TableView *>();
+            QCOMPARE(awaitBoxes(),
+                     QStringList{treeError + "Previous browsing tree does not exists anymore. \n"
+                                             "Selected default browsing tree."_s});
+            QCOMPARE(rows(*table), QStringList({"Default*"_s, "three"_s}));
+            QVERIFY(m_server->owner().run("DELETE FROM browsing_trees WHERE tree_id=3"_s));
+            buttonAt(*table, 1)->click();
+            QCOMPARE(awaitBoxes(), QStringList{treeError + "Selected browsing tree no longer exists."_s});
+            QCOMPARE(rows(*table), QStringList{"Default*"_s});
+            dialog.close();
+        });
+        m_fixture->action("Browsing Tree List"_s)->trigger();
+        QCOMPARE(m_steps.size(), 0);
+    }
+
+    void readerOnlySelects()
+    {
+        if (!m_server)
+            QSKIP("VORNA_TEST_PG names no server");
+        QVERIFY(m_server->owner().run("INSERT INTO browsing_trees(tree_name) VALUES('two')"_s));
+        QVERIFY(window().openDatabase(m_server->readerDetails()));
+        step<BrowsingTreeDialog>([this](auto &dialog) {
+            auto *table = dialog.template findChild<TableView *>();
+            for (const char *text : {"&Create new Browsing Tree", "&Delete Browsing Tree"})
+                QVERIFY(!button(dialog, text)->isEnabled());
+            QVERIFY(!(table->model()->flags(table->model()->index(1, 0)) & Qt::ItemIsEditable));
+            QTest::keyClick(table, Qt::Key_Down);
+            QTest::keyClick(table, Qt::Key_Space);
+            QCOMPARE(rows(*table), QStringList({"Default"_s, "two*"_s}));
+            dialog.close();
+        });
+        m_fixture->action("Select Browsing Tree"_s)->trigger();
+        QCOMPARE(m_steps.size(), 0);
+    }
+
+private:
+    MainWindow &window() { return m_fixture->window(); }
+    /** For those that leave from the event loop. */
+    QStringList awaitBoxes()
+    {
+        const bool isTold = QTest::qWaitFor([this] { return !m_fixture->boxes().isEmpty(); });
+        return isTold ? m_fixture->takeBoxes() : QStringList();
+    }
+    bool treeCommandsShown() const
+    {
+        const bool isShown = m_fixture->action("Select Browsing Tree"_s)->isVisible();
+        return isShown == m_fixture->action("Browsing Tree List"_s)->isVisible() && isShown;
+    }
+
+    /** What is done in the next dialog of a kind. */
+    template <class Dialog, class Body>
+    void step(Body body)
+    {
+        m_steps.append([this, body] {
+            auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
+            if (!dialog)
+                return false;
+            m_isInStep = true;
+            body(*dialog);
+            m_isInStep = false;
+            if (dialog->isVisible())
+                dialog->reject(); // a check has failed
+            return true;
+        });
+        m_timer.start(5);
+    }
+    void runStep()
+    {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (m_isInStep || !dialog)
+            return;
+        if (m_steps.isEmpty())
+            dialog->reject(); // nobody has expected it
+        else if (m_steps.first()())
+            m_steps.removeFirst();
+    }
+
+    static QLineEdit *edit(const QWidget &dialog, const char *field)
+    {
+        return dialog.findChild<QLineEdit *>(QLatin1String(field) + "Edit"_s);
+    }
+    static void fill(const QWidget &dialog, const QStringList &values)
+    {
+        for (int i = 0; i < values.size(); ++i)
+            edit(dialog, fields[i])->setText(values.at(i));
+    }
+    static QStringList values(const QWidget &dialog)
+    {
+        QStringList texts;
+        for (const char *field : fields)
+            texts << edit(dialog, field)->text();
+        return texts;
+    }
+    static QPushButton *button(const QWidget &dialog, const char *text)
+    {
+        const QList<QPushButton *> buttons = dialog.findChildren<QPushButton *>();
+        return *std::find_if(buttons.cbegin(), buttons.cend(), [text](const QPushButton *candidate) {
+            return candidate->text() == QLatin1String(text);
+        });
+    }
+    /** The names, with a star at the tree that is shown. */
+    static QStringList rows(const TableView &table)
+    {
+        QStringList texts;
+        for (int row = 0; row < table.model()->rowCount(); ++row) {
+            const QModelIndex select = table.model()->index(row, BrowsingTreeTableModel::SelectColumn);
+            const bool isShown = select.data(Qt::CheckStateRole) == Qt::Checked;
+            texts << select.siblingAtColumn(0).data().toString() + (isShown ? "*"_s : QString());
+        }
+        return texts;
+    }
+    static QRadioButton *buttonAt(const TableView &table, int row)
+    {
+        auto *button = qobject_cast<QRadioButton *>(
+            table.indexWidget(table.model()->index(row, BrowsingTreeTableModel::SelectColumn)));
+        return button && button->property(BrowsingTreesDelegate::indexProperty) == row ? button : nullptr;
+    }
+    /** By an editor, as a person does. */
+    static void rename(TableView &table, int row, const QString &name)
+    {
+        const QModelIndex index = table.model()->index(row, BrowsingTreeTableModel::NameColumn);
+        table.edit(index);
+        auto *editor = qobject_cast<QLineEdit *>(table.indexWidget(index));
+        editor->setText(name);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(!table.isEditing());
+    }
+
+    static constexpr const char *fields[] = {"host", "port", "database", "user", "password"};
+    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<ServerDatabase> m_server;
+    DBDetails m_details;
+    QList<std::function<bool()>> m_steps;
+    QTimer m_timer;
+    bool m_isInStep = false;
+};
+
+QTEST_MAIN(TestServerWindow)
+#include "tst_serverwindow.moc"
