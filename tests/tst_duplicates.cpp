@@ -224,18 +224,6 @@ private slots:
                  2);
     }
 
-    void matchedFileGetsTags()
-    {
-        AddingFixture fixture;
-        fixture.run("INSERT INTO tags VALUES (7,'node','',0,'')"_s);
-        fixture.add({fixture.write("a.txt"_s, "same")}, {7});
-        fixture.write("folder/b.txt"_s, "same");
-        fixture.add({fixture.path("folder"_s)}, {7});
-        QCOMPARE(fixture.taggedNames(), QStringList("a.txt: folder,node"_s));
-        QCOMPARE(AddingFixture::idsOf(fixture.files), QVector<qint64>({1}));
-        QCOMPARE(fixture.duplicates().contentMatches.value(0).databaseFiles.value(0).fileId, 1);
-    }
-
 private:
     struct Run
     {

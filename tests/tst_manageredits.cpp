@@ -72,23 +72,6 @@ private slots:
         QCOMPARE(manager.rows("SELECT file_id FROM file_tag ORDER BY file_id"), (QStringList{"1"_s, "3"_s}));
     }
 
-    void renamedTagRenamesItsNodesAndPlaces()
-    {
-        LocalManager manager(makeTestDatabase());
-        const qint64 tagId = manager->addTag("old"_s);
-        const qint64 nodeId = manager->addNodeBelow(tagId, 0);
-        manager->addRelations({}, {tagId});
-        QSignalSpy renamed(manager.get(), &DatabaseManger::tagsRenamed);
-        QSignalSpy added(manager.get(), &DatabaseManger::tagsAdded);
-        manager->renameTag(tagId, "new"_s);
-        QCOMPARE(renamed.size(), 1);
-        QVERIFY(added.isEmpty());
-        QCOMPARE(manager->nodes().value(nodeId)->name(), "new"_s);
-        QCOMPARE(manager->relationNode(QString::number(tagId))->name(), "new"_s);
-        manager->changeTagDescription(tagId, "text"_s);
-        QCOMPARE(renamed.size(), 1);
-    }
-
     void removedTagsLeaveNoTrace()
     {
         LocalManager manager(makeTestDatabase());

@@ -65,20 +65,6 @@ private slots:
         QVERIFY(!general.lastChangeDate(date));
     }
 
-    void probeOfServer()
-    {
-        PostgresGeneralProvider general(m_database->constructor());
-        QSignalSpy answers(&general, &GeneralProvider::gotDBReadonly);
-        general.probeReadOnly();
-        m_database->close();
-        QSqlDatabase reader = QSqlDatabase::database(QLatin1String(QSqlDatabase::defaultConnection), false);
-        reader.setUserName(ServerDatabase::reader);
-        QVERIFY(reader.open());
-        general.probeReadOnly();
-        QCOMPARE(answers.at(0).at(0).toBool(), false);
-        QCOMPARE(answers.at(1).at(0).toBool(), true);
-    }
-
 private:
     std::unique_ptr<ServerDatabase> m_database;
 };

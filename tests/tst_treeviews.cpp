@@ -181,44 +181,6 @@ private slots:
         }
     }
 
-    void nodesChangePlaces_data()
-    {
-        addColumns<qint64, qint64>("moved", "target");
-        QTest::addColumn<int>("fromCentre"); // pixels
-        QTest::addColumn<QString>("outline");
-        // a is 1, b 2, c 3 at the top, and d 4 stands below a.
-        addRow("behind the last row", qint64(1), qint64(3), 100, "b c a[d]");
-        addRow("on a node elsewhere", qint64(2), qint64(4), 2, "a[d] b c");
-        addRow("on all files", qint64(2), qint64(0), 0, "a[d] b c");
-    }
-
-    void nodesChangePlaces()
-    {
-        QFETCH(qint64, moved);
-        QFETCH(qint64, target);
-        QFETCH(int, fromCentre);
-        QFETCH(QString, outline);
-        TreeWindow window;
-        const QVector<qint64> tags = window.addTags("a b c d"_s.split(QLatin1Char(' ')));
-        window.tree().addNodesBelow(tags.mid(0, 3), 0);
-        window.tree().addNodesBelow(tags.mid(3), 1);
-        window.nodes->slotExpandAllFiles();
-        TBtreeView *view = window.nodeView();
-        const QModelIndex index = target > 0 ? window.node(target) : window.fixedNode(AllFiles);
-        const int half = view->visualRect(index).height() / 2;
-        const QPoint at = centreOf(view, index) + QPoint(0, qBound(-half, fromCentre, half));
-        const std::unique_ptr<QMimeData> data(view->model()->mimeData({window.node(moved)}));
-        QVERIFY(data);
-        drop(view->viewport(), at, *data);
-        QCoreApplication::processEvents();
-        QCOMPARE(window.outline(), outline);
-        QVERIFY(view->isExpanded(window.node(1)));
-        QCOMPARE(window.manager()->nodes().value(4)->parentNode()->id(), 1);
-        window.detach();
-        window.reopen();
-        QCOMPARE(window.outline(), outline);
-    }
-
     void currentNodeFollowsADragAndComesBack()
     {
         TreeWindow window;
