@@ -2,6 +2,7 @@
 
 #include "app/messages.h"
 #include "app/windowsettings.h"
+#include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
 #include "models/browsingtreetablemodel.h"
 #include "models/treeroles.h"
@@ -45,6 +46,9 @@ BrowsingTreeDialog::BrowsingTreeDialog(BrowsTreeController *controller, QWidget 
         m_view->setCurrentIndex(other);
         emit treeDuplicated();
     });
+    // The window closes the database once no dialog is open; the list may be lost while it is read.
+    connect(controller->collection(), &Collection::connectionError, this, &QDialog::reject,
+            Qt::QueuedConnection);
     m_model->load();
     m_currentId = controller->currentBrowsingTree();
     buildTable();
