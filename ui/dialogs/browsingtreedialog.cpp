@@ -94,6 +94,8 @@ void BrowsingTreeDialog::buildTable()
 
 QLayout *BrowsingTreeDialog::makeButtons()
 {
+    m_create->setObjectName(QStringLiteral("createTreeButton"));
+    m_delete->setObjectName(QStringLiteral("deleteTreeButton"));
     m_create->setToolTip(tr("Make an empty tree"));
     connect(m_create, &QPushButton::clicked, this, &BrowsingTreeDialog::createTree);
     m_delete->setToolTip(tr("Delete the tree of the current row for everybody; tags and files stay (%1)")
