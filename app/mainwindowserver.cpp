@@ -75,14 +75,10 @@ bool MainWindow::connectToServer(const DBDetails &details)
 void MainWindow::openRecentServer(const DBDetails &details)
 {
     const auto known = std::find(m_runConnections.crbegin(), m_runConnections.crend(), details);
-    if (known == m_runConnections.crend()) {
-        connectDialogLoop(details);
-        return;
-    }
+    const bool isKnown = known != m_runConnections.crend();
     // The password may be another one by now.
-    const DBDetails kept = *known;
-    if (!connectToServer(kept))
-        connectDialogLoop(kept);
+    if (!isKnown || !connectToServer(*known))
+        connectDialogLoop(isKnown ? *known : details);
 }
 
 void MainWindow::slotOpenBrowsinTree()
