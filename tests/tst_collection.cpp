@@ -1,20 +1,11 @@
-#include "app/constants.h"
-#include "app/messages.h"
 #include "core/collectionsettings.h"
 #include "tests/support/localcollection.h"
 
-namespace {
-QStringList warnings;
-
-void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &text)
-{
-    if (type == QtWarningMsg || type == QtCriticalMsg)
-        warnings.append(text);
-}
-
-using Edit = std::function<void(LocalCollection &)>;
-} // namespace
+using Ids = QVector<qint64>;
+using Edit = void (*)(LocalCollection &);
 Q_DECLARE_METATYPE(Edit)
+
+static QStringList warnings;
 
 /** One database as the window holds it: made, opened, loaded, closed, and its settings. */
 class TestCollection : public QObject
@@ -22,24 +13,21 @@ class TestCollection : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { Messages::setResponder({}); }
-
     void everythingIsThereAfterReopening()
     {
-        const QtMessageHandler before = qInstallMessageHandler(keepWarnings);
         warnings.clear();
+        const QtMessageHandler before =
+            qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
+                if (type == QtWarningMsg || type == QtCriticalMsg)
+                    warnings.append(text);
+            });
         {
             LocalCollection collection;
             QCOMPARE(collection.value("PRAGMA page_size"), "65536"_s);
             QCOMPARE(collection.value("PRAGMA journal_mode"), "delete"_s);
-            collection.addFiles(3);
-            const qint64 tagId = collection.tags().addTag("tag"_s, {1, 2});
-            const qint64 groupId = collection.groups().addGroup("group"_s);
-            collection.groups().assignTags({tagId}, {groupId});
-            collection.tree().addNodesBelow({tagId}, 0);
-            const qint64 nodeId = collection.manager()->nodes().keys().first();
-            collection.tree().changeInversion(nodeId, true);
-            collection.relations().addChildren({}, {tagId});
+            fill(collection);
+            collection.tree().changeInversion(1, true);
+            collection->settings()->setTagGroupOrder({1});
             collection.close();
             QVERIFY(QSqlDatabase::connectionNames().isEmpty());
 
@@ -47,40 +35,40 @@ private slots:
             QVERIFY(collection.open());
             DatabaseManger *manager = collection.manager();
             QCOMPARE(manager->files().size(), 3);
-            QCOMPARE(manager->file(2)->tags(), QVector<qint64>{tagId});
-            QCOMPARE(manager->groups()->value(groupId)->tags(), QVector<qint64>{tagId});
-            QVERIFY(manager->groups()->value(groupId)->isVisible());
-            QVERIFY(manager->nodes().value(nodeId)->isInverted());
-            QVERIFY(manager->relationNode(QString::number(tagId)));
+            QCOMPARE(manager->file(2)->tags(), Ids{1});
+            QCOMPARE(manager->groups()->value(1)->tags(), Ids{1});
+            QVERIFY(manager->groups()->value(1)->isVisible());
+            QVERIFY(manager->nodes().value(1)->isInverted());
+            QVERIFY(manager->relationNode("1"_s));
             QCOMPARE(collection.tree().currentNodeType(), 0);
             QVERIFY(collection.mainView().shownFileIds().isEmpty());
         }
         qInstallMessageHandler(before);
         QCOMPARE(warnings, QStringList());
         QVERIFY(QSqlDatabase::connectionNames().isEmpty());
+        LocalCollection other;
+        QVERIFY(other->settings()->tagGroupOrder().isEmpty());
     }
 
     void reloadKeepsWhatIsShown()
     {
         LocalCollection collection;
-        collection.addFiles(4);
-        const qint64 tagId = collection.tags().addTag("tag"_s, {2, 3});
-        collection.tags().showTagsSelected({tagId});
-        QCOMPARE(collection.mainView().shownFileIds(), QVector<qint64>({2, 3}));
+        fill(collection);
+        collection.tags().showTagsSelected({1});
+        QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
         // Somebody else links a file to a tag and puts that tag below the selected one.
-        const qint64 below = collection.tags().addTag("below"_s);
-        collection.run("INSERT INTO file_tag VALUES(4,%1)"_s.arg(below));
-        collection.run("INSERT INTO tag_relationships VALUES('%1'),('%1.%2')"_s.arg(tagId).arg(below));
+        collection.tags().addTag("below"_s);
+        collection.run("INSERT INTO file_tag VALUES(3,2)");
+        collection.run("INSERT INTO tag_relationships VALUES('1.2')");
         collection.manager()->reloadAllData();
-        QCOMPARE(collection.mainView().shownFileIds(), QVector<qint64>({2, 3, 4}));
-        QCOMPARE(collection.tags().selectedTagIds(), QVector<qint64>{tagId});
+        QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2, 3}));
+        QCOMPARE(collection.tags().selectedTagIds(), Ids{1});
 
-        const qint64 nodeId = collection.manager()->addNodeBelow(tagId, 0);
-        collection.tree().nodeActivated(TagNode, nodeId, {tagId}, {});
-        collection.run("DELETE FROM tag_relationships WHERE relationship_path LIKE '%.%'"_s);
+        collection.activate(1);
+        collection.run("DELETE FROM tag_relationships WHERE relationship_path LIKE '%.%'");
         collection.manager()->reloadAllData();
-        QCOMPARE(collection.mainView().shownFileIds(), QVector<qint64>({2, 3}));
-        QCOMPARE(collection.tree().currentTagNodeId(), nodeId);
+        QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
+        QCOMPARE(collection.tree().currentTagNodeId(), 1);
     }
 
     void managerNewsReachTheWindow()
@@ -93,7 +81,7 @@ private slots:
         emit collection.manager()->connectionError();
         emit collection.manager()->error("title"_s, "text"_s);
         emit collection.manager()->showTempWarning("title"_s, "text"_s);
-        collection.run("DROP TABLE tag_relationships"_s);
+        collection.run("DROP TABLE tag_relationships");
         collection.manager()->reloadAllData();
         QCOMPARE(connection.size() + failed.size(), 2);
         QCOMPARE(temporary.first().first().toString(), "title"_s);
@@ -103,7 +91,7 @@ private slots:
     void editsOfAReadOnlyDatabaseAreRefused_data()
     {
         QTest::addColumn<Edit>("edit");
-        const auto row = [](const char *name, const Edit &edit) { addRow(name, edit); };
+        const auto row = [](const char *name, Edit edit) { addRow(name, edit); };
         row("new tag", [](LocalCollection &c) { c.tags().addTag("x"_s); });
         row("tag's name", [](LocalCollection &c) { c.tags().renameTag(1, "x"_s); });
         row("tag's description", [](LocalCollection &c) { c.tags().changeDescription(1, "x"_s); });
@@ -128,34 +116,15 @@ private slots:
     {
         QFETCH(Edit, edit);
         LocalCollection collection;
-        collection.addFiles(1);
-        collection.tags().addTag("tag"_s);
-        collection.groups().addGroup("group"_s);
-        collection.tree().addNodesBelow({1}, 0);
-        collection.relations().addChildren({}, {1});
+        fill(collection);
         // A row where the write test puts its own makes that test fail.
-        collection.run("INSERT INTO file_tag VALUES(0,0)"_s);
-        collection.close();
-        QVERIFY(collection.open());
+        collection.run("INSERT INTO file_tag VALUES(0,0)");
+        collection.reopen();
         QVERIFY(collection->isReadOnly());
-        QStringList boxes;
-        Messages::setResponder([&boxes](const Messages::Box &box) {
-            boxes.append(box.text);
-            return Messages::Answer();
-        });
         const QString changes = collection.value("SELECT total_changes()");
         edit(collection);
-        QCOMPARE(boxes, QStringList{"This database is read-only."_s});
+        QCOMPARE(collection.takeBoxes().join(QString()).count("This database is read-only."_s), 1);
         QCOMPARE(collection.value("SELECT total_changes()"), changes);
-    }
-
-    void settingsBelongToOneDatabase()
-    {
-        LocalCollection first;
-        first->settings()->setTagGroupOrder({1});
-        first.close();
-        LocalCollection second;
-        QVERIFY(second->settings()->tagGroupOrder().isEmpty());
     }
 
     void brokenSettingsReadAsDefaults()
@@ -183,7 +152,16 @@ private slots:
     }
 
 private:
-    SettingsSandbox m_settings;
+    /** Three files, the first two with a tag, which is in a group, in the tree and a relationship. */
+    static void fill(LocalCollection &collection)
+    {
+        collection.addFiles(3);
+        collection.tags().addTag("tag"_s, {1, 2});
+        collection.groups().addGroup("group"_s);
+        collection.groups().assignTags({1}, {1});
+        collection.addNode(1);
+        collection.relations().addChildren({}, {1});
+    }
 };
 
 QTEST_MAIN(TestCollection)
