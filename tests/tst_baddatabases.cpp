@@ -19,11 +19,11 @@ const QString accessError = "Error Accessing Database: An error has occurred acc
 void fill(const QString &path)
 {
     OtherConnection writer(path);
-    QVERIFY(writer.run("PRAGMA page_size=4096"_s));
-    QVERIFY(writer.run("VACUUM"_s));
-    QVERIFY(
-        writer.run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<5000) INSERT INTO "
-                   "files SELECT i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM n"_s));
+    for (const char *step :
+         {"PRAGMA page_size=4096", "VACUUM",
+          "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<5000) INSERT INTO files "
+          "SELECT i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM n"})
+        QVERIFY(writer.run(QString::fromUtf8(step)));
 }
 
 } // namespace
@@ -48,20 +48,37 @@ private slots:
 
     void isRefused_data()
     {
-        QTest::addColumn<QStringList>("boxes");
-        for (const char *kind : {"half of a database", "header alone", "garbage", "header, then garbage",
-                                 "empty file", "of another program"})
-            addRow(kind, QStringList{corrupted, failedToOpen});
-        addRow("folder", QStringList{failedToOpen});
-        addRow("pipe", QStringList{failedToOpen});
-        addRow("of a later version", QStringList{unsupported, failedToOpen});
-        addRow("of an older version, declined", QStringList{older, failedToOpen});
+        addColumns<QByteArray, QString, QStringList>("bytes", "statement", "boxes");
+        WindowFixture maker;
+        const QByteArray good = WindowFixture::read(maker.makeDatabase("good.vrn"_s));
+        const QByteArray garbage(100000, 'x');
+        const QStringList isCorrupted{corrupted, failedToOpen};
+        const QString version = "UPDATE scheme_version SET version='%1'"_s;
+        addRow("half of a database", good.left(good.size() / 2), QString(), isCorrupted);
+        addRow("header alone", good.left(100), QString(), isCorrupted);
+        addRow("garbage", garbage, QString(), isCorrupted);
+        addRow("header, then garbage", good.left(100) + garbage, QString(), isCorrupted);
+        addRow("empty file", QByteArray(), QString(), isCorrupted);
+        addRow("of another program", QByteArray(), "CREATE TABLE bookmarks (url TEXT)"_s, isCorrupted);
+        addRow("folder", QByteArray(), QString(), QStringList{failedToOpen});
+        addRow("pipe", QByteArray(), QString(), QStringList{failedToOpen});
+        addRow("of a later version", good, version.arg("9.7.5"_s), QStringList{unsupported, failedToOpen});
+        addRow("of an older version", good, version.arg("3.2.0"_s), QStringList{older, failedToOpen});
     }
 
     void isRefused()
     {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, statement);
         QFETCH(QStringList, boxes);
-        make(QTest::currentDataTag(), bad());
+        const QByteArray kind = QTest::currentDataTag();
+        if (kind == "folder")
+            QDir().mkdir(bad());
+        else if (kind == "pipe")
+            mkfifo(QFile::encodeName(bad()).constData(), 0600);
+        else
+            m_fixture->write("bad.vrn"_s, bytes);
+        QVERIFY(statement.isEmpty() || OtherConnection(bad()).run(statement));
         const Contents before = folder();
         const Collection *collection = window().collection();
 
@@ -84,52 +101,39 @@ private slots:
         QCOMPARE(folder().keys(), before.keys());
     }
 
-    void lockedForReadingIsRefused()
+    void opensLocked_data()
     {
-        m_fixture->makeDatabase("bad.vrn"_s);
-        const Contents before = folder();
-        OtherConnection other(bad());
-        QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
-        openByDialog(bad());
-        QCOMPARE(m_fixture->takeBoxes(), QStringList({corrupted, failedToOpen}));
-        QCOMPARE(m_fixture->openPath(), open());
-        QVERIFY(other.run("ROLLBACK"_s));
-        QCOMPARE(folder(), before);
-        openByDialog(bad());
-        QCOMPARE(m_fixture->openPath(), bad());
-        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        QTest::addColumn<QString>("lock");
+        addRow("locked for reading, then free", "BEGIN EXCLUSIVE"_s);
+        addRow("someone writes", "BEGIN IMMEDIATE"_s);
+        addRow("no permission", QString());
     }
 
-    void opensReadOnly_data()
+    void opensLocked()
     {
-        QTest::addColumn<bool>("isLocked");
-        addRow("someone writes", true);
-        addRow("no permission", false);
-    }
-
-    void opensReadOnly()
-    {
-        QFETCH(bool, isLocked);
-        if (!isLocked && geteuid() == 0)
+        QFETCH(QString, lock);
+        if (lock.isEmpty() && geteuid() == 0)
             QSKIP("The superuser writes to read-only files, too.");
         m_fixture->makeDatabase("bad.vrn"_s);
         const Contents before = folder();
         OtherConnection other(bad());
-        if (isLocked)
-            QVERIFY(other.run("BEGIN IMMEDIATE"_s));
-        else
+        if (lock.isEmpty())
             QFile::setPermissions(bad(), QFile::ReadOwner);
+        else
+            QVERIFY(other.run(lock));
+        const bool isRefused = lock == "BEGIN EXCLUSIVE"_s;
         openByDialog(bad());
         QTest::qWait(20);
-        QCOMPARE(m_fixture->takeBoxes(), QStringList());
-        QCOMPARE(m_fixture->openPath(), bad());
-        QVERIFY(window().collection()->isReadOnly());
-        window().showDatabaseVersion();
-        QVERIFY(m_fixture->takeBoxes().value(0).endsWith(QLatin1String("permissions: read-only")));
-        tags()->addTag("Green"_s);
+        QCOMPARE(m_fixture->takeBoxes(), isRefused ? QStringList({corrupted, failedToOpen}) : QStringList());
+        QCOMPARE(m_fixture->openPath(), isRefused ? open() : bad());
+        QCOMPARE(window().collection()->isReadOnly(), !isRefused);
+        if (!isRefused)
+            tags()->addTag("Green"_s);
         window().closeDatabase();
         other.run("ROLLBACK"_s);
         QCOMPARE(folder(), before);
+        openByDialog(bad());
+        QCOMPARE(m_fixture->openPath(), bad());
     }
 
     void spoiltPageIsToldOnce()
@@ -191,35 +195,6 @@ private:
             contents[entry.fileName()] = entry.isFile() ? WindowFixture::read(entry.filePath()) : "none";
         return contents;
     }
-    /** Makes the bad thing of a row at a path. */
-    void make(const QByteArray &kind, const QString &path)
-    {
-        const QString name = QFileInfo(path).fileName();
-        m_fixture->makeDatabase(name);
-        const QByteArray good = WindowFixture::read(path);
-        const QMap<QByteArray, QByteArray> bytes{
-            {"half of a database", good.left(good.size() / 2)},
-            {"header alone", good.left(100)},
-            {"garbage", QByteArray(100000, 'x')},
-            {"header, then garbage", good.left(100) + QByteArray(100000, 'x')},
-            {"empty file", {}},
-            {"of another program", {}}};
-        const QMap<QByteArray, QString> statements{
-            {"of another program", "CREATE TABLE bookmarks (url TEXT)"_s},
-            {"of a later version", "UPDATE scheme_version SET version='9.7.5'"_s},
-            {"of an older version, declined", "UPDATE scheme_version SET version='3.2.0'"_s}};
-        if (bytes.contains(kind))
-            m_fixture->write(name, bytes.value(kind));
-        if (statements.contains(kind))
-            QVERIFY(OtherConnection(path).run(statements.value(kind)));
-        if (kind == "folder" || kind == "pipe")
-            QFile::remove(path);
-        if (kind == "folder")
-            QDir().mkdir(path);
-        if (kind == "pipe")
-            mkfifo(QFile::encodeName(path).constData(), 0600);
-    }
-
     void openByDialog(const QString &path)
     {
         m_fixture->chooseFile(path);
