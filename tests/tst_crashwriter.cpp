@@ -16,11 +16,10 @@ Q_DECLARE_METATYPE(Fault)
 namespace {
 
 const std::uintptr_t badAddress = 0x18;
-const QString stampFormat = "yyyy-MM-dd-HHmmss"_s;
-
-QString userName()
+QString dumpName(const QDateTime &utc)
 {
-    return QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
+    const QString user = QString::fromLocal8Bit(getpwuid(getuid())->pw_name);
+    return "Vorna_%1_%2.dmp"_s.arg(utc.toString("yyyy-MM-dd-HHmmss"_s), user);
 }
 
 [[gnu::no_sanitize("undefined")]] void readBadAddress()
@@ -97,13 +96,10 @@ private slots:
 
         const QStringList dumps = QDir(folder.path()).entryList(QDir::Files);
         QCOMPARE(dumps.size(), 1);
-        const QRegularExpressionMatch match =
-            QRegularExpression("^Vorna_(\\d{4}-\\d{2}-\\d{2}-\\d{6})_(.+)\\.dmp$"_s).match(dumps.first());
-        QVERIFY2(match.hasMatch(), qPrintable(dumps.first()));
-        QCOMPARE(match.captured(2), userName());
-        QDateTime stamp = QDateTime::fromString(match.captured(1), stampFormat);
-        stamp.setTimeSpec(Qt::UTC);
-        QVERIFY2(qAbs(before.secsTo(stamp)) <= 60, qPrintable(dumps.first()));
+        QStringList names;
+        for (int second = 0; second <= 60; ++second)
+            names << dumpName(before.addSecs(second));
+        QVERIFY2(names.contains(dumps.first()), qPrintable(dumps.first()));
 
         QFile dump(folder.filePath(dumps.first()));
         QCOMPARE(int(dump.permissions()),
@@ -139,10 +135,8 @@ private slots:
         victim.close();
         QDir().mkdir(folder.filePath("in"_s));
         const QDateTime now = QDateTime::currentDateTimeUtc();
-        for (int second = 0; second < 60; ++second) {
-            const QString stamp = now.addSecs(second).toString(stampFormat);
-            victim.link(folder.filePath("in/Vorna_%1_%2.dmp"_s.arg(stamp, userName())));
-        }
+        for (int second = 0; second < 60; ++second)
+            victim.link(folder.filePath("in/"_s + dumpName(now.addSecs(second))));
         QCOMPARE(WTERMSIG(runChild(folder.filePath("in"_s), abort)), SIGABRT);
         QCOMPARE(victim.size(), 0);
     }

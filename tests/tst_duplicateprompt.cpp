@@ -7,16 +7,9 @@
 
 namespace {
 
-const QDateTime date = QDateTime::fromSecsSinceEpoch(1600000000);
-
 DuplicateFileInfo info(const char *path, qint64 fileId = 0)
 {
-    DuplicateFileInfo info;
-    info.fileId = fileId;
-    info.path = QString::fromUtf8(path);
-    info.size = 42;
-    info.lastModified = date;
-    return info;
+    return {fileId, {}, QString::fromUtf8(path), 42, QDateTime::fromSecsSinceEpoch(1600000000)};
 }
 
 } // namespace
@@ -29,62 +22,38 @@ class TestDuplicatePrompt : public QObject
 private slots:
     void reportsWhatWasLeftOut()
     {
+        LocalCollection fixture;
+        const QVector<qint64> tagIds = fixture.addTags({"Red"_s, "Blue"_s});
+        const qint64 fileId = fixture.addExternal("known.txt"_s, tagIds);
+        const qint64 linkId = fixture.add(QUrl("https://example.org/x"_s), tagIds.mid(0, 1));
         PresentableDuplicates duplicates;
         DuplicateMatch match;
         match.addedFiles = {info("/in/100%1.txt"), info("/in/copy %2.txt")};
-        match.databaseFiles = {info("/old/a.txt", 1), info("/old/b.txt", 2)};
+        match.databaseFiles = {info("/old/a.txt", fileId), info("/old/b.txt", 99)};
+        duplicates.contentMatches << match;
+        match.addedFiles = {info("/in/link")};
+        match.databaseFiles = {info("known", linkId)};
         duplicates.contentMatches << match;
         ExternalDuplicateGroup group;
         group.keptFile = info("/in/kept.txt");
-        group.ignoredFiles = {info("/in/one.txt"), info("/in/two.txt"), info("/in/three.txt")};
+        group.ignoredFiles = {info("/in/one.txt"), info("/in/two.txt")};
         duplicates.externalDuplicateGroups << group;
-        const DuplicatePrompt prompt(duplicates, nullptr);
-
-        const QString expected =
-            "The following 5 files and hyperlinks will not be added to the database:\n\n"
-            "/in/100%1.txt  Size: 42  Last Modified: @\n"
-            "/in/copy %2.txt  Size: 42  Last Modified: @\n"
-            "    Content matched other external file\n"
-            "    Content matched the following files in the database:\n"
-            "Database file: /old/a.txt   Size: 42 Last Modified: @\n           Tags: \n"
-            "Database file: /old/b.txt   Size: 42 Last Modified: @\n           Tags: \n\n"
-            "External content duplicate group.\n"
-            "/in/one.txt  Size: 42  Last Modified: @\n"
-            "    Content matched other external file\n"
-            "/in/two.txt  Size: 42  Last Modified: @\n"
-            "    Content matched other external file\n"
-            "/in/three.txt  Size: 42  Last Modified: @\n"
-            "    Content matched other external file\n"
-            "Content matched /in/kept.txt, which was added to the database.\n\n"_s;
-        QCOMPARE(report(prompt).replace(QLocale().toString(date, QLocale::ShortFormat), "@"_s), expected);
-        QVERIFY(prompt.chosenPaths().isEmpty());
-    }
-
-    void tagsOfKnownFilesAreTold_data()
-    {
-        addColumns<QUrl, QString>("url", "noun");
-        addRow("file", QUrl(), "file"_s);
-        addRow("hyperlink", QUrl("https://example.org/x"_s), "hyperlink"_s);
-    }
-
-    void tagsOfKnownFilesAreTold()
-    {
-        QFETCH(QUrl, url);
-        QFETCH(QString, noun);
-        LocalCollection fixture;
-        const QVector<qint64> tagIds = {fixture.tags().addTag("Red"_s), fixture.tags().addTag("Blue"_s)};
-        const qint64 fileId =
-            url.isEmpty() ? fixture.addExternal("known.txt"_s, tagIds) : fixture.add(url, tagIds);
-        PresentableDuplicates duplicates;
-        DuplicateMatch match;
-        match.addedFiles = {info("/in/new.txt")};
-        match.databaseFiles = {info("known", fileId)};
-        duplicates.contentMatches << match;
         const DuplicatePrompt prompt(duplicates, &fixture.mainView());
-
-        const QString text = report(prompt);
-        QVERIFY(text.contains("    Content matched the following %1 in the database:\n"_s.arg(noun)));
-        QVERIFY(text.contains("\n           Tags: Red, Blue\n"_s));
+        // "@" is the date, "=" the line below a file that equals another.
+        QString text = prompt.findChild<QPlainTextEdit *>("contentMatchesEdit"_s)->toPlainText();
+        text.replace(QLocale().toString(info("").lastModified, QLocale::ShortFormat), "@"_s);
+        text.replace("  Size: 42  Last Modified: @\n"_s, " @\n"_s);
+        text.replace("    Content matched other external file\n"_s, "=\n"_s);
+        QCOMPARE(text, "The following 5 files and hyperlinks will not be added to the database:\n\n"
+                       "/in/100%1.txt @\n/in/copy %2.txt @\n=\n"
+                       "    Content matched the following files in the database:\n"
+                       "Database file: /old/a.txt   Size: 42 Last Modified: @\n           Tags: Red, Blue\n"
+                       "Database file: /old/b.txt   Size: 42 Last Modified: @\n           Tags: \n\n"
+                       "/in/link @\n    Content matched the following hyperlink in the database:\n"
+                       "Database file: known   Size: 42 Last Modified: @\n           Tags: Red\n\n"
+                       "External content duplicate group.\n/in/one.txt @\n=\n/in/two.txt @\n=\n"
+                       "Content matched /in/kept.txt, which was added to the database.\n\n"_s);
+        QVERIFY(prompt.chosenPaths().isEmpty());
     }
 
     void asksAboutNames_data()
@@ -116,12 +85,6 @@ private slots:
         QCOMPARE(name->text(0), "%1 \"q\".txt"_s);
         name->child(0)->setCheckState(0, Qt::Unchecked);
         QCOMPARE(prompt.chosenPaths(), paths.mid(1));
-    }
-
-private:
-    static QString report(const DuplicatePrompt &prompt)
-    {
-        return prompt.findChild<QPlainTextEdit *>("contentMatchesEdit"_s)->toPlainText();
     }
 };
 

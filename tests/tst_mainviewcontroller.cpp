@@ -4,10 +4,7 @@
 #include "models/sorter.h"
 #include "tests/support/localcollection.h"
 
-namespace {
 using Ids = QVector<qint64>;
-
-} // namespace
 
 /** What the main view shows and edits, over a real local database. */
 class TestMainViewController : public QObject
@@ -32,22 +29,14 @@ private slots:
     {
         view().linkTags({1, 2}, {m_tags.at(0)});
         m_fixture->tree().nodeActivated(TagNode, m_fixture->addNode(m_tags.at(0)), {m_tags.at(0)}, {});
-        QSignalSpy spy(&view(), &MainViewController::tagRequirementsChanged);
         view().setFileFilterString("FILE 5"_s);
         QCOMPARE(view().sorter()->rowCount(), 1);
         QCOMPARE(view().sorter()->fileAt(0)->id(), 5);
         QCOMPARE(view().shownFileIds(), (Ids{1, 2, 3, 4, 5, 6}));
         QCOMPARE(m_fixture->tree().currentNodeType(), 0);
-        QCOMPARE(spy.size(), 1);
-        QCOMPARE(spy.first().at(0).value<NodeType>(), AllFiles);
-
         m_fixture->tags().showTagsSelected({m_tags.at(0)});
         QVERIFY(view().sorter()->filterText().isEmpty());
         QCOMPARE(view().sorter()->rowCount(), 2);
-        QCOMPARE(spy.size(), 2);
-        QCOMPARE(spy.last().at(0).value<NodeType>(), TagNode);
-        QCOMPARE(spy.last().at(1).value<Ids>(), Ids{m_tags.at(0)});
-
         view().setFileFilterString("c3"_s);
         QVERIFY(m_fixture->tags().selectedTagIds().isEmpty());
         view().showSpecialNode(AllHyperlinks);
@@ -91,7 +80,6 @@ private slots:
         QCOMPARE(view().shownFileIds(), (Ids{1, 2}));
         QCOMPARE(m_fixture->tags().selectedTagIds(), (Ids{m_tags.at(0), m_tags.at(1)}));
         view().showRelated({});
-        view().showRelated({99});
         QCOMPARE(view().shownFileIds(), (Ids{1, 2}));
     }
 
@@ -109,12 +97,10 @@ private slots:
     void externalFilesAreRenamedOnTheDisk_data()
     {
         QTest::addColumn<QString>("name");
-        addRow("plain", "new.txt"_s);
         addRow("another type", "new.pdf"_s);
         addRow("other case", "OLD.TXT"_s);
         addRow("as long as names can be", QString(251, QLatin1Char('x')) + ".txt"_s);
-        addRow("quotes", "it's \"quoted\".txt"_s);
-        addRow("places of values", "50%1 %2.txt"_s);
+        addRow("quotes and places", "it's \"50%1\" %2.txt"_s);
         addRow("emoji and line", "\U0001F600\nnew.txt"_s);
     }
 
@@ -141,7 +127,6 @@ private slots:
     {
         addColumns<QString, int>("name", "boxes");
         addRow("empty", QString(), 0);
-        addRow("blank", "  "_s, 0);
         addRow("equal", "old.txt "_s, 0);
         addRow("refused by the database", "new.txt"_s, 0);
         addRow("with a folder", "sub/new.txt"_s, 1);
@@ -168,15 +153,12 @@ private slots:
         QCOMPARE(QDir(m_fixture->folder()).entryList(), entries);
         QCOMPARE(TestFolder::read(m_fixture->filePath("other.txt"_s)), QByteArray("other.txt"));
         QTEST(m_fixture->takeBoxes().size(), "boxes");
-        QFile::remove(m_fixture->filePath("old.txt"_s));
-        QVERIFY(!view().updateFileName(id, "newer.txt"_s));
-        QCOMPARE(m_fixture->takeBoxes(), QStringList{"Rename File: The file could not be renamed."_s});
     }
 
     void takenNamesAreAskedAbout_data()
     {
         addColumns<int, QString, QString>("answer", "obstacle", "files"); // the index of the pressed button
-        const QString both = "other.txt=other old.txt=old"_s;
+        const QString both = "old.txt=old other.txt=other"_s;
         addRow("cancel", -1, QString(), both);
         addRow("new name", 0, QString(), "other.txt=other other_1.txt=old"_s);
         addRow("replace", 1, QString(), "other.txt=old"_s);
@@ -207,42 +189,15 @@ private slots:
         QTRY_COMPARE(boxes.value(0), "File Extraction"_s);
 
         QStringList found;
-        for (const QString &name : QDir(m_fixture->folder()).entryList({"o*.txt*"_s}, QDir::Files)) {
+        for (const QString &name :
+             QDir(m_fixture->folder()).entryList({"o*.txt*"_s}, QDir::Files, QDir::Name))
             found << name + QLatin1Char('=') + QString::fromUtf8(TestFolder::read(m_fixture->filePath(name)));
-        }
         found.sort();
-        QStringList expected = files.split(QLatin1Char(' '));
-        expected.sort();
-        QCOMPARE(found, expected);
+        QCOMPARE(found.join(QLatin1Char(' ')), files);
         const QString name = view().fileData(id, Name).toString();
         QVERIFY(found.contains(name + "=old"_s));
         QCOMPARE(fileRow(id),
                  QStringList({name, view().fileData(id, Path).toString(), name}).join(QLatin1Char('|')));
-    }
-
-    void linksKeepTheirSlashes()
-    {
-        QVERIFY(view().updateFileName(3, "https://example.org/a'b"_s));
-        QCOMPARE(view().fileData(3, Name).toString(), "https://example.org/a'b"_s);
-        QCOMPARE(LocalCollection::value("SELECT file_name FROM files WHERE file_id=3"),
-                 "https://example.org/a'b"_s);
-        QVERIFY(m_fixture->takeBoxes().isEmpty());
-        QVERIFY(!view().fileData(99, Name).isValid());
-        QVERIFY(!view().updateFileName(99, "x"_s));
-    }
-
-    void missingFilesAreThoseShown()
-    {
-        const qint64 shown = m_fixture->addExternal("a"_s, {m_tags.at(0)});
-        const qint64 other = m_fixture->addExternal("b"_s);
-        view().showTagsSelected({m_tags.at(0)});
-        QSignalSpy changes(view().sorter(), &QAbstractItemModel::dataChanged);
-        QVERIFY(QMetaObject::invokeMethod(m_fixture->manager(), "gotMissedFileIds",
-                                          Q_ARG(QVector<qint64>, (Ids{other, shown}))));
-        QCOMPARE(view().missingFileIds(), Ids{shown});
-        QCOMPARE(changes.size(), 1);
-        view().showSpecialNode(AllFiles);
-        QCOMPARE(view().missingFileIds(), (Ids{shown, other}));
     }
 
 private:

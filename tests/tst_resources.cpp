@@ -4,9 +4,7 @@
 #include <QApplication>
 #include <QImage>
 #include <QTabBar>
-#include <QTextBlock>
 #include <QTextDocument>
-#include <QTreeView>
 
 namespace {
 
@@ -21,7 +19,8 @@ void noteComplaint(QtMsgType type, const QMessageLogContext &, const QString &te
 QString textOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly | QIODevice::Text) ? QString::fromUtf8(file.readAll()) : QString();
+    file.open(QIODevice::ReadOnly | QIODevice::Text);
+    return QString::fromUtf8(file.readAll());
 }
 
 QStringList captures(const QString &text, const QString &pattern)
@@ -31,20 +30,6 @@ QStringList captures(const QString &text, const QString &pattern)
     while (matches.hasNext())
         found.append(matches.next().captured(1));
     return found;
-}
-
-QStringList sourceFiles()
-{
-    const QStringList folders{"app"_s, "db"_s, "core"_s, "models"_s, "fileops"_s, "ui"_s, "net"_s};
-    const QStringList suffixes{"*.cpp"_s, "*.h"_s, "*.ui"_s};
-    QStringList files;
-    for (const QString &folder : folders) {
-        QDirIterator walk(QStringLiteral(VORNA_SOURCE_DIR "/") + folder, suffixes, QDir::Files,
-                          QDirIterator::Subdirectories);
-        while (walk.hasNext())
-            files.append(walk.next());
-    }
-    return files;
 }
 
 bool exists(const QString &resource)
@@ -73,9 +58,9 @@ private slots:
         QDirIterator walk(":/"_s, {"*.png"_s}, QDir::Files, QDirIterator::Subdirectories);
         while (walk.hasNext()) {
             const QString path = walk.next();
-            if (!path.startsWith(QLatin1String(":/icons/")) && !path.startsWith(QLatin1String(":/misc/")))
-                continue;
-            if (path.endsWith(QLatin1String("@2x.png")))
+            const bool isOurs =
+                path.startsWith(QLatin1String(":/icons/")) || path.startsWith(QLatin1String(":/misc/"));
+            if (!isOurs || path.endsWith(QLatin1String("@2x.png")))
                 continue;
             const QImage plain(path, "PNG");
             const QImage twice(path.chopped(4) + QLatin1String("@2x.png"), "PNG");
@@ -89,17 +74,21 @@ private slots:
 
     void sourcesNameNoMissingResource()
     {
-        const QStringList files = sourceFiles();
-        QVERIFY(!files.isEmpty());
         QStringList missing;
-        for (const QString &file : files) {
-            const QStringList names =
-                captures(textOf(file), "[\">](:/?(?:icons|misc|help)/[^\"<%]+\\.[a-z]+)[\"<]"_s);
-            for (const QString &name : names) {
-                if (!exists(name))
-                    missing.append(file + QLatin1String(": ") + name);
+        int files = 0;
+        for (const char *folder : {"app", "db", "core", "models", "fileops", "ui", "net"}) {
+            QDirIterator walk(QStringLiteral(VORNA_SOURCE_DIR "/") + QLatin1String(folder),
+                              {"*.cpp"_s, "*.h"_s, "*.ui"_s}, QDir::Files, QDirIterator::Subdirectories);
+            for (; walk.hasNext(); ++files) {
+                const QString file = textOf(walk.next());
+                for (const QString &name :
+                     captures(file, "[\">](:/?(?:icons|misc|help)/[^\"<%]+\\.[a-z]+)[\"<]"_s)) {
+                    if (!exists(name))
+                        missing.append(walk.filePath() + QLatin1String(": ") + name);
+                }
             }
         }
+        QVERIFY(files > 0);
         QVERIFY2(missing.isEmpty(), qPrintable(missing.join(QLatin1Char('\n'))));
     }
 

