@@ -1,60 +1,13 @@
 #include "app/constants.h"
-#include "models/contentshost.h"
-#include "models/contentsmodel.h"
-#include "models/filefiltermodel.h"
 #include "models/modelroles.h"
-#include "models/sorter.h"
 #include "tests/support/filerecords.h"
-#include "tests/support/settingssandbox.h"
-#include "tests/support/text.h"
 
-#include <QImage>
 #include <QItemSelectionModel>
 #include <QPixmap>
-
-#include <memory>
 
 namespace {
 
 using Ids = QVector<qint64>;
-
-/** Notes what the model asks for; answers as the rows of a test want it. */
-class NotingHost : public ContentsHost
-{
-public:
-    bool isWritable() const override { return !isReadOnly; }
-    bool mayEdit() override { return !isReadOnly; }
-    QString joinedTagNames(const Ids &tagIds) const override
-    {
-        QStringList names;
-        for (qint64 tagId : tagIds)
-            names.append("tag%1"_s.arg(tagId));
-        return names.join(QLatin1String(", "));
-    }
-    bool isFileMissing(qint64 fileId) const override { return missing.contains(fileId); }
-    const QImage *thumbnailOf(qint64 fileId) const override
-    {
-        askedThumbnails.insert(fileId);
-        return thumbnail.isNull() ? nullptr : &thumbnail;
-    }
-    bool renameFile(qint64 fileId, const QString &name) override { return note("rename", fileId, name); }
-    bool describeFile(qint64 fileId, const QString &text) override { return note("describe", fileId, text); }
-    bool linkTagsToFile(qint64 fileId, const Ids &tagIds) override
-    {
-        return note("link", fileId, joinedTagNames(tagIds));
-    }
-    bool note(const char *edit, qint64 fileId, const QString &text)
-    {
-        calls.append("%1 %2 %3"_s.arg(QLatin1String(edit), QString::number(fileId), text));
-        return true;
-    }
-
-    bool isReadOnly = false;
-    QSet<qint64> missing;
-    QImage thumbnail;
-    mutable QSet<qint64> askedThumbnails;
-    QStringList calls;
-};
 
 QByteArray streamed(const Ids &ids)
 {
@@ -74,40 +27,28 @@ class TestContentsModel : public QObject
 private slots:
     void init()
     {
-        m_host = std::make_unique<NotingHost>();
-        m_records = std::make_unique<FileRecords>();
-        m_model = std::make_unique<ContentsModel>();
-        m_model->setHost(m_host.get());
-        m_files.clear();
-    }
-
-    void cleanup()
-    {
-        m_model.reset();
-        m_records.reset();
+        m_models = std::make_unique<FileModels>();
+        m_model = &m_models->contents;
+        m_host = &m_models->host;
     }
 
     void columnsShowTheRecord()
     {
-        const QVariantList shown = {"\nfile 1.txt"_s,
-                                    "file 1.txt"_s,
-                                    QDateTime::fromSecsSinceEpoch(26),
-                                    qint64(14),
-                                    QDateTime::fromSecsSinceEpoch(1001),
-                                    ".txt"_s,
-                                    "tag1, tag3"_s,
-                                    QString(),
-                                    "code2"_s,
-                                    qint64(1)};
         fill(3);
-        for (int column = 0; column < shown.size(); ++column)
-            QCOMPARE(at(1, column).data(), shown.at(column));
+        QStringList shown;
+        for (int column = 0; column < 10; ++column)
+            shown << at(1, column).data().toString();
+        const auto date = [](int seconds) {
+            return QVariant(QDateTime::fromSecsSinceEpoch(seconds)).toString();
+        };
+        QCOMPARE(shown, (QStringList{"\nfile 1.txt"_s, "file 1.txt"_s, date(26), "14"_s, date(1001), ".txt"_s,
+                                     "tag1, tag3"_s, QString(), "code2"_s, "1"_s}));
     }
 
     void longNamesAreElidedForDisplayOnly()
     {
         const QString name = "a very long name "_s.repeated(20) + ".txt"_s;
-        m_model->loadFiles(FileRecords::map({m_records->add({}, 1, name)}));
+        m_model->loadFiles(FileRecords::map({m_models->records.add({}, 1, name)}));
         QVERIFY(at(0, 0).data().toString().size() < name.size());
         for (int role : {Qt::EditRole, Qt::ToolTipRole, Qt::AccessibleTextRole})
             QCOMPARE(at(0, 0).data(role).toString(), name);
@@ -213,10 +154,8 @@ private slots:
     {
         QFETCH(int, changes);
         fill(2000);
-        FileFilterModel filter;
-        filter.setSourceModel(m_model.get());
-        Sorter sorter;
-        sorter.setSourceModel(&filter);
+        FileFilterModel &filter = m_models->filter;
+        Sorter &sorter = m_models->sorter;
         filter.setTagRequirements({{1}, {}, {}, {}, {}, {}});
         sorter.sort(ContentsModel::NameColumn, Qt::DescendingOrder);
         QItemSelectionModel selection(&sorter);
@@ -229,10 +168,10 @@ private slots:
         Ids removed;
         Ids changed;
         for (int i = 0; i < changes; ++i) {
-            added.append(m_records->add({1}, 1, "new %1"_s.arg(i)));
+            added.append(m_models->records.add({1}, 1, "new %1"_s.arg(i)));
             removed.append(i + 1);
             changed.append(i + 1000);
-            m_files.at(i + 999)->setTags({1, 9});
+            m_models->files.at(i + 999)->setTags({1, 9});
         }
         m_model->addFiles(FileRecords::map(added));
         m_model->removeFiles(removed);
@@ -250,7 +189,7 @@ private slots:
     void repaintsTouchOnlyPictures()
     {
         fill(10);
-        QSignalSpy changes(m_model.get(), &QAbstractItemModel::dataChanged);
+        QSignalSpy changes(m_model, &QAbstractItemModel::dataChanged);
         m_model->repaintFiles({5, 77, 4, 9});
         QCOMPARE(changes.size(), 2);
         for (const QVariantList &change : changes)
@@ -262,17 +201,16 @@ private:
     void fill(int count)
     {
         for (int i = 0; i < count; ++i)
-            m_files.append(m_records->add({1, i % 5 + 2}, i % 3, "file %1.txt"_s.arg(i), 1000 + i));
-        m_model->loadFiles(FileRecords::map(m_files));
+            m_models->files.append(
+                m_models->records.add({1, i % 5 + 2}, i % 3, "file %1.txt"_s.arg(i), 1000 + i));
+        m_model->loadFiles(FileRecords::map(m_models->files));
     }
 
     QModelIndex at(int row, int column) const { return m_model->index(row, column); }
 
-    SettingsSandbox m_sandbox;
-    std::unique_ptr<NotingHost> m_host;
-    std::unique_ptr<FileRecords> m_records;
-    std::unique_ptr<ContentsModel> m_model;
-    QVector<File *> m_files;
+    std::unique_ptr<FileModels> m_models;
+    ContentsModel *m_model = nullptr;
+    NotingHost *m_host = nullptr;
 };
 
 QTEST_MAIN(TestContentsModel)

@@ -1,53 +1,17 @@
-#include "models/contentshost.h"
-#include "models/contentsmodel.h"
-#include "models/filefiltermodel.h"
-#include "models/sorter.h"
 #include "tests/support/filerecords.h"
-#include "tests/support/settingssandbox.h"
-#include "tests/support/text.h"
-
-#include <algorithm>
-#include <functional>
 
 namespace {
 
 using Ids = QVector<qint64>;
 
-/** Names tags by their ids; a prefix lets all of them be renamed. */
-class NamingHost : public ContentsHost
+struct Views : FileModels
 {
-public:
-    bool isWritable() const override { return true; }
-    bool mayEdit() override { return true; }
-    QString joinedTagNames(const Ids &tagIds) const override
-    {
-        QStringList names;
-        for (qint64 tagId : tagIds)
-            names.append(QString::number(isReversed ? 100 - tagId : tagId));
-        return names.join(QLatin1String(", "));
-    }
-    bool isFileMissing(qint64) const override { return false; }
-    const QImage *thumbnailOf(qint64) const override { return nullptr; }
-    bool renameFile(qint64, const QString &) override { return false; }
-    bool describeFile(qint64, const QString &) override { return false; }
-    bool linkTagsToFile(qint64, const Ids &) override { return false; }
-
-    bool isReversed = false;
-};
-
-struct Views
-{
-    Views()
-    {
-        contents.setHost(&host);
-        filter.setSourceModel(&contents);
-        sorter.setSourceModel(&filter);
-        filter.setSpecialNode(AllFiles);
-    }
+    Views() { filter.setSpecialNode(AllFiles); }
 
     void fill(int count)
     {
         QRandomGenerator random(5);
+        records.setNextId(1000); // later ones may be lower
         const QStringList names{"IMG_%1.jpg"_s, "note %1"_s, "z%1.TXT"_s, "\U0001F600 %1"_s, "IM%1"_s};
         for (int i = 0; i < count; ++i) {
             const QString name = names.at(random.bounded(names.size())).arg(random.bounded(count / 2));
@@ -56,21 +20,11 @@ struct Views
                                      name, random.bounded(count), description));
         }
         contents.loadFiles(FileRecords::map(files));
-        // The tester looks at all rows at each signal: seconds a test where rows are many.
         if (count < 1000)
-            new QAbstractItemModelTester(&sorter, QAbstractItemModelTester::FailureReportingMode::QtTest,
-                                         &sorter);
+            addTester(sorter);
     }
 
-    Ids shown() const
-    {
-        Ids ids;
-        for (int row = 0; row < sorter.rowCount(); ++row)
-            ids.append(sorter.fileAt(row)->id());
-        return ids;
-    }
-
-    // Records in the order of a column by a comparison of their values, equal ones by id.
+    // Records by a comparison of their values, equal ones by id; without a column as they came.
     Ids expected(int column) const
     {
         QVector<File *> sorted;
@@ -78,10 +32,12 @@ struct Views
             if (contents.rowOf(file->id()) >= 0)
                 sorted.append(file);
         }
-        std::sort(sorted.begin(), sorted.end(), [this, column](const File *left, const File *right) {
+        const auto isLess = [this, column](const File *left, const File *right) {
             const int order = compare(*left, *right, column);
             return order != 0 ? order < 0 : left->id() < right->id();
-        });
+        };
+        if (column >= 0)
+            std::sort(sorted.begin(), sorted.end(), isLess);
         Ids ids;
         for (const File *file : sorted)
             ids.append(file->id());
@@ -112,13 +68,6 @@ struct Views
             return left.name().compare(right.name());
         }
     }
-
-    NamingHost host;
-    FileRecords records;
-    QVector<File *> files;
-    ContentsModel contents;
-    FileFilterModel filter;
-    Sorter sorter;
 };
 
 } // namespace
@@ -133,14 +82,12 @@ private slots:
     {
         addColumns<QString, Ids>("text", "shown");
         addRow("empty shows all", QString(), Ids{1, 2, 3, 4});
-        addRow("name", "report"_s, Ids{1, 2});
         addRow("name in another case", "REPORT.PDF"_s, Ids{1});
         addRow("letters beyond ASCII", "ÄRGER"_s, Ids{3});
         addRow("description", "holiday"_s, Ids{3});
         addRow("id code", "CODE4"_s, Ids{4});
         addRow("emoji", "\U0001F600"_s, Ids{4});
         addRow("no wildcard", "*"_s, Ids());
-        addRow("blank counts", "my rep"_s, Ids{2});
         addRow("quote and percent", "%1\"'"_s, Ids{4});
     }
 
@@ -162,24 +109,6 @@ private slots:
         late->setData(Name, text + QLatin1Char('x'));
         views.contents.updateFiles({late->id()});
         QVERIFY(views.shown().contains(late->id()));
-    }
-
-    void unsortedFilesKeepTheirArrival()
-    {
-        Views views;
-        views.records.setNextId(50);
-        File *first = views.records.add({}, 1, "b"_s);
-        views.records.setNextId(20);
-        File *second = views.records.add({}, 1, "a"_s);
-        views.contents.loadFiles(FileRecords::map({first}));
-        views.contents.addFiles(FileRecords::map({second}));
-        QCOMPARE(views.sorter.sortColumn(), -1);
-        QCOMPARE(views.shown(), (Ids{50, 20}));
-        QCOMPARE(views.contents.rowOf(20), 1);
-        views.sorter.sort(ContentsModel::NameColumn);
-        QCOMPARE(views.shown(), (Ids{20, 50}));
-        views.sorter.sort(-1);
-        QCOMPARE(views.shown(), (Ids{50, 20}));
     }
 
     void ordersByEachColumn_data()
@@ -230,7 +159,7 @@ private slots:
         views.sorter.setFilterText(text);
         views.sorter.sort(column, order);
         const auto expected = [&] {
-            Ids ids = column < 0 ? views.contents.fileIndex().ids() : views.expected(column);
+            Ids ids = views.expected(column);
             const auto isHidden = [&](qint64 id) {
                 return !views.contents.fileAt(views.contents.rowOf(id))->name().contains(text);
             };
@@ -256,6 +185,7 @@ private slots:
         QCOMPARE(views.shown(), expected());
 
         QVector<File *> added;
+        views.records.setNextId(1);
         for (int i = 0; i < 310; ++i)
             added.append(views.records.add({}, 1, QString("new note %1"_s).arg(i * 7919 % 310)));
         views.files += added;
@@ -304,9 +234,6 @@ private slots:
         views.sorter.refreshTagNames();
         QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
     }
-
-private:
-    SettingsSandbox m_sandbox;
 };
 
 QTEST_MAIN(TestSorter)

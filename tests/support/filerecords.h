@@ -1,7 +1,14 @@
 #pragma once
 
 #include "core/recordtypes.h"
+#include "models/contentshost.h"
+#include "models/contentsmodel.h"
+#include "models/filefiltermodel.h"
+#include "models/sorter.h"
+#include "tests/support/settingssandbox.h"
 #include "tests/support/text.h"
+
+#include <QImage>
 
 #include <memory>
 #include <vector>
@@ -37,4 +44,73 @@ public:
 private:
     std::vector<std::unique_ptr<File>> m_files;
     qint64 m_nextId = 1;
+};
+
+/** Notes what the model asks for; answers as the rows of a test want it. Names tags by their ids. */
+class NotingHost : public ContentsHost
+{
+public:
+    bool isWritable() const override { return !isReadOnly; }
+    bool mayEdit() override { return !isReadOnly; }
+    QString joinedTagNames(const QVector<qint64> &tagIds) const override
+    {
+        QStringList names;
+        for (qint64 tagId : tagIds)
+            names.append("tag%1"_s.arg(isReversed ? 100 - tagId : tagId));
+        return names.join(QLatin1String(", "));
+    }
+    bool isFileMissing(qint64) const override { return false; }
+    const QImage *thumbnailOf(qint64 fileId) const override
+    {
+        askedThumbnails.insert(fileId);
+        return thumbnail.isNull() ? nullptr : &thumbnail;
+    }
+    bool renameFile(qint64 fileId, const QString &name) override { return note("rename", fileId, name); }
+    bool describeFile(qint64 fileId, const QString &text) override { return note("describe", fileId, text); }
+    bool linkTagsToFile(qint64 fileId, const QVector<qint64> &tagIds) override
+    {
+        return note("link", fileId, joinedTagNames(tagIds));
+    }
+    bool note(const char *edit, qint64 fileId, const QString &text)
+    {
+        calls.append("%1 %2 %3"_s.arg(QLatin1String(edit), QString::number(fileId), text));
+        return true;
+    }
+
+    bool isReadOnly = false;
+    bool isReversed = false;
+    QImage thumbnail;
+    mutable QSet<qint64> askedThumbnails;
+    QStringList calls;
+};
+
+/** The models as they stand in the program, over records that a test adds. */
+struct FileModels
+{
+    FileModels()
+    {
+        contents.setHost(&host);
+        filter.setSourceModel(&contents);
+        sorter.setSourceModel(&filter);
+    }
+    /** The tester looks at all rows at each signal: seconds a test where rows are many. */
+    static void addTester(QAbstractItemModel &model)
+    {
+        new QAbstractItemModelTester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest, &model);
+    }
+    QVector<qint64> shown() const
+    {
+        QVector<qint64> ids;
+        for (int row = 0; row < sorter.rowCount(); ++row)
+            ids.append(sorter.fileAt(row)->id());
+        return ids;
+    }
+
+    SettingsSandbox settings;
+    NotingHost host;
+    FileRecords records;
+    QVector<File *> files;
+    ContentsModel contents;
+    FileFilterModel filter;
+    Sorter sorter;
 };
