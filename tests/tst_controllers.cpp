@@ -1,14 +1,11 @@
-#include "core/collectionsettings.h"
 #include "tests/support/localcollection.h"
 
-#include <algorithm>
 #include <functional>
 
-namespace {
 using Ids = QVector<qint64>;
 
 /** Whether tags may be put below a path, told from the stored paths alone. */
-bool isLegalByPaths(const QStringList &paths, const QString &target, const Ids &tagIds)
+static bool isLegalByPaths(const QStringList &paths, const QString &target, const Ids &tagIds)
 {
     const auto holdsOne = [&tagIds](const QStringList &pieces) {
         return std::any_of(pieces.cbegin(), pieces.cend(),
@@ -16,28 +13,15 @@ bool isLegalByPaths(const QStringList &paths, const QString &target, const Ids &
     };
     const QChar dot = QLatin1Char('.');
     if (!paths.contains(target)) {
-        if (!target.isEmpty())
-            return true;
-        return std::none_of(paths.cbegin(), paths.cend(),
-                            [&](const QString &path) { return !path.contains(dot) && holdsOne({path}); });
+        return !target.isEmpty() || std::none_of(paths.cbegin(), paths.cend(), [&](const QString &path) {
+            return !path.contains(dot) && holdsOne({path});
+        });
     }
-    if (holdsOne(target.split(dot)))
-        return false;
-    return std::none_of(paths.cbegin(), paths.cend(), [&](const QString &path) {
-        return path.startsWith(target + dot) && holdsOne(path.mid(target.size() + 1).split(dot));
-    });
+    return !holdsOne(target.split(dot)) &&
+           std::none_of(paths.cbegin(), paths.cend(), [&](const QString &path) {
+               return path.startsWith(target + dot) && holdsOne(path.mid(target.size() + 1).split(dot));
+           });
 }
-
-QStringList shownNames(TagsController &tags)
-{
-    QStringList names;
-    const QAbstractItemModel *model = tags.filterProxy();
-    for (int row = 0; row < model->rowCount(); ++row)
-        names.append(model->index(row, 0).data().toString());
-    names.sort();
-    return names;
-}
-} // namespace
 
 /** What the controllers add to the manager: checks, selections, peers and settings. */
 class TestControllers : public QObject
@@ -45,85 +29,79 @@ class TestControllers : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { m_open = std::make_unique<LocalCollection>(); }
+    void cleanup() { m_open.reset(); }
+
     void nameIsComparedAsTypedAndStoredSimplified()
     {
-        LocalCollection collection;
-        QSignalSpy duplicated(&collection.tags(), &TagsController::tagDuplicated);
-        QVERIFY(collection.tags().addTag("  two   words "_s) > 0);
-        QCOMPARE(shownNames(collection.tags()), QStringList{"two words"_s});
-        QVERIFY(collection.tags().addTag("two words "_s) > 0);
+        QSignalSpy duplicated(&tags(), &TagsController::tagDuplicated);
+        QVERIFY(tags().addTag("  two   words "_s) > 0);
+        QCOMPARE(m_open->value("SELECT tag_name FROM tags"), "two words"_s);
+        QVERIFY(tags().addTag("two words "_s) > 0);
         QVERIFY(duplicated.isEmpty());
-        QCOMPARE(collection.tags().addTag("two words"_s), qint64(0));
+        QCOMPARE(tags().addTag("two words"_s), qint64(0));
         QCOMPARE(duplicated.size(), 1);
-        const qint64 other = collection.tags().addTag("Two words"_s);
-        QVERIFY(!collection.tags().renameTag(other, "two words"_s));
+        const qint64 other = tags().addTag("Two words"_s);
+        QVERIFY(!tags().renameTag(other, "two words"_s));
         QCOMPARE(duplicated.size(), 2);
-        QVERIFY(collection.tags().renameTag(other, " third "_s));
-        QCOMPARE(collection.tags().tagsNames({other, 99}), (QHash<qint64, QString>{{other, "third"_s}}));
+        QVERIFY(tags().renameTag(other, " third "_s));
+        QCOMPARE(tags().tagsNames({other, 99}), (QHash<qint64, QString>{{other, "third"_s}}));
     }
 
     void tagInUse_data()
     {
-        addColumns<QString, bool>("use", "isInUse");
-        addRow("nothing", QString(), false);
-        addRow("group only", "group"_s, false);
-        addRow("node", "node"_s, true);
-        addRow("relationship", "relationship"_s, true);
-        addRow("file", "file"_s, true);
+        addColumns<int, bool>("use", "isInUse");
+        addRow("nothing", 0, false);
+        addRow("group only", 1, false);
+        addRow("node", 2, true);
+        addRow("relationship", 3, true);
+        addRow("file", 4, true);
     }
 
     void tagInUse()
     {
-        QFETCH(QString, use);
-        LocalCollection collection;
-        collection.addFiles(1);
-        const qint64 other = collection.tags().addTag("other"_s);
-        const qint64 tagId = collection.tags().addTag("tag"_s);
-        if (use == QLatin1String("group"))
-            collection.groups().assignTags({tagId}, {collection.groups().addGroup("g"_s)});
-        else if (use == QLatin1String("node"))
-            collection.tree().addNodesBelow({tagId}, 0);
-        else if (use == QLatin1String("relationship"))
-            collection.relations().addChildren({}, {tagId});
-        else if (use == QLatin1String("file"))
-            collection.tags().linkFilesToTag(tagId, {1});
-        QTEST(collection.tags().isTagInUse({other, tagId}), "isInUse");
-        QVERIFY(!collection.tags().isTagInUse({other}));
-        QVERIFY(!collection.tags().isTagInUse({}));
+        QFETCH(int, use);
+        m_open->addFiles(1);
+        m_open->addTags({"tag"_s, "other"_s});
+        if (use == 1)
+            m_open->groups().assignTags({1}, {m_open->groups().addGroup("g"_s)});
+        else if (use == 2)
+            m_open->addNode(1);
+        else if (use == 3)
+            relations().addChildren({}, {1});
+        else if (use == 4)
+            tags().linkFilesToTag(1, {1});
+        QTEST(tags().isTagInUse({2, 1}), "isInUse");
+        QVERIFY(!tags().isTagInUse({2}) && !tags().isTagInUse({}));
     }
 
     void fileCountsFollowEveryChange()
     {
-        LocalCollection collection;
-        collection.addFiles(5);
-        TagsController &tags = collection.tags();
-        const qint64 parent = tags.addTag("parent"_s, {1, 2});
-        const qint64 child = tags.addTag("child"_s, {3, 4, 5});
-        collection.relations().addChildren({}, {parent});
-        collection.relations().addChildren(QString::number(parent), {child});
-        QCOMPARE(tags.filesCount(parent), qint64(2));
-        tags.linkFilesToTag(parent, {5, 1});
-        QCOMPARE(tags.filesCount(parent), qint64(3));
-        collection.mainView().unlinkTags({3}, {child});
-        QCOMPARE(tags.filesCount(child), qint64(2));
-        QSignalSpy removed(collection.manager(), &DatabaseManger::filesRemoved);
-        collection.mainView().deleteFiles({4});
-        QTRY_COMPARE(removed.size(), 1);
-        QCOMPARE(tags.filesCount(child), qint64(1));
-        tags.removeTags({child});
-        QCOMPARE(tags.filesCount(child), qint64(0));
+        m_open->addFiles(5);
+        tags().addTag("parent"_s, {1, 2});
+        tags().addTag("child"_s, {3, 4, 5});
+        relations().addChildren({}, {1});
+        relations().addChildren("1"_s, {2});
+        QCOMPARE(tags().filesCount(1), qint64(2));
+        tags().linkFilesToTag(1, {5, 1});
+        QCOMPARE(tags().filesCount(1), qint64(3));
+        m_open->mainView().unlinkTags({3}, {2});
+        QCOMPARE(tags().filesCount(2), qint64(2));
+        m_open->mainView().deleteFiles({4});
+        QTRY_COMPARE(tags().filesCount(2), qint64(1));
+        tags().removeTags({2});
+        QCOMPARE(tags().filesCount(2), qint64(0));
     }
 
     void removedGroupLosesItsTab()
     {
-        LocalCollection collection;
-        const qint64 groupId = collection.groups().addGroup("g"_s);
-        collection.groups().removeGroups({groupId});
-        QVERIFY(collection.groups().tabOrder().isEmpty());
+        GroupsController &groups = m_open->groups();
+        groups.removeGroups({groups.addGroup("g"_s)});
+        QVERIFY(groups.tabOrder().isEmpty());
         // The id may come again: the new group is no tab by the old one's place.
-        const qint64 next = collection.groups().addGroup("h"_s, false);
-        collection.manager()->reloadAllData();
-        QVERIFY(!collection.groups().groups()->value(next)->isVisible());
+        const qint64 next = groups.addGroup("h"_s, false);
+        m_open->manager()->reloadAllData();
+        QVERIFY(!groups.groups()->value(next)->isVisible());
     }
 
     void shownNodeFollowsEdits_data()
@@ -142,117 +120,110 @@ private slots:
     {
         QFETCH(int, edit);
         QFETCH(Ids, shown);
-        LocalCollection collection;
-        collection.addFiles(5);
-        TagsController &tags = collection.tags();
-        const qint64 animal = tags.addTag("animal"_s, {1, 5});
-        const qint64 lion = tags.addTag("lion"_s, {2});
-        const qint64 bear = tags.addTag("bear"_s, {3});
-        const qint64 house = tags.addTag("house"_s, {1, 2, 3});
-        const qint64 garden = tags.addTag("garden"_s, {2, 4});
-        RelationsController &relations = collection.relations();
-        const QString place = QString::number(animal);
-        relations.addChildren({}, {animal});
-        relations.addChildren(place, {lion});
-        BrowsTreeController &tree = collection.tree();
-        const qint64 top = collection.manager()->addNodeBelow(house, 0);
-        const qint64 nodeId = collection.manager()->addNodeBelow(animal, top);
-        tree.nodeActivated(TagNode, nodeId, {house, animal}, {});
-        QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
+        m_open->addFiles(5);
+        tags().addTag("animal"_s, {1, 5});
+        tags().addTag("lion"_s, {2});
+        tags().addTag("bear"_s, {3});
+        tags().addTag("house"_s, {1, 2, 3});
+        tags().addTag("garden"_s, {2, 4});
+        relations().addChildren({}, {1});
+        relations().addChildren("1"_s, {2});
+        BrowsTreeController &tree = m_open->tree();
+        const qint64 top = m_open->addNode(4);
+        const qint64 nodeId = m_open->manager()->addNodeBelow(1, top);
+        m_open->activate(nodeId);
+        QCOMPARE(m_open->mainView().shownFileIds(), Ids({1, 2}));
         const std::function<void()> edits[] = {
             [&] { tree.changeTrOption(nodeId, false); },
             [&] { tree.changeInversion(nodeId, true); },
             [&] { tree.changeInversion(top, true); },
-            [&] { relations.addChildren(place, {bear}); },
-            [&] { relations.removeNode(place + QLatin1Char('.') + QString::number(lion)); },
-            [&] { tree.addNodesAbove({garden}, nodeId); },
+            [&] { relations().addChildren("1"_s, {3}); },
+            [&] { relations().removeNode("1.2"_s); },
+            [&] { tree.addNodesAbove({5}, nodeId); },
             [&] { tree.removeNodes({top}); },
         };
         edits[edit]();
-        QTRY_COMPARE(collection.mainView().shownFileIds(), shown);
+        QTRY_COMPARE(m_open->mainView().shownFileIds(), shown);
         QCOMPARE(tree.currentTagNodeId(), nodeId);
     }
 
     void newTagIsNoRelativeByItsId_data()
     {
-        QTest::addColumn<QString>("way");
-        for (const char *way : {"all of the tags", "any of the tags", "node"})
-            addRow(way, QString::fromLatin1(way));
+        QTest::addColumn<int>("way");
+        addRow("all of the tags", 0);
+        addRow("any of the tags", 1);
+        addRow("node", 2);
     }
 
     void newTagIsNoRelativeByItsId()
     {
-        QFETCH(QString, way);
-        LocalCollection collection;
-        collection.addFiles(3);
-        const qint64 animal = collection.tags().addTag("animal"_s, {1});
-        const qint64 lion = collection.tags().addTag("lion"_s, {2});
-        collection.relations().addChildren({}, {animal});
-        collection.relations().addChildren(QString::number(animal), {lion});
-        const qint64 nodeId = collection.addNode(animal);
-        if (way == QLatin1String("node"))
-            collection.activate(nodeId);
-        else if (way == QLatin1String("any of the tags"))
-            collection.tags().showTagsEitherOr({animal});
+        QFETCH(int, way);
+        m_open->addFiles(3);
+        tags().addTag("animal"_s, {1});
+        tags().addTag("lion"_s, {2});
+        relations().addChildren({}, {1});
+        relations().addChildren("1"_s, {2});
+        if (way == 2)
+            m_open->activate(m_open->addNode(1));
         else
-            collection.tags().showTagsSelected({animal});
-        QCOMPARE(collection.mainView().shownFileIds(), Ids({1, 2}));
-        collection.tags().removeTags({lion});
-        QCOMPARE(collection.tags().addTag("house"_s, {3}), lion); // a file gives the id away again
-        QCOMPARE(collection.mainView().shownFileIds(), Ids{1});
+            way == 1 ? tags().showTagsEitherOr({1}) : tags().showTagsSelected({1});
+        QCOMPARE(m_open->mainView().shownFileIds(), Ids({1, 2}));
+        tags().removeTags({2});
+        QCOMPARE(tags().addTag("house"_s, {3}), qint64(2)); // a file gives the id away again
+        QCOMPARE(m_open->mainView().shownFileIds(), Ids{1});
     }
 
     void legalityAgreesWithThePaths()
     {
         QRandomGenerator random(5);
         for (int round = 0; round < 10; ++round) {
-            LocalCollection collection;
+            cleanup();
+            init();
             QStringList paths;
             for (int i = 0; i < 30; ++i) {
-                QStringList targets = paths;
-                targets.append(QString());
-                targets.append("99.1"_s);
-                for (const QString &target : qAsConst(targets)) {
+                for (const QString &target : paths + QStringList{QString(), "99.1"_s}) {
                     Ids tags = {1 + random.bounded(8)};
                     if (random.bounded(3) == 0)
                         tags.append(1 + random.bounded(8));
-                    QCOMPARE(collection.relations().isLegal(target, tags),
-                             isLegalByPaths(paths, target, tags));
+                    QCOMPARE(relations().isLegal(target, tags), isLegalByPaths(paths, target, tags));
                 }
                 QString target;
                 if (!paths.isEmpty() && random.bounded(4) > 0)
                     target = paths.at(random.bounded(paths.size()));
                 const qint64 tagId = 1 + random.bounded(8);
-                if (!collection.relations().isLegal(target, {tagId}))
+                if (!relations().isLegal(target, {tagId}))
                     continue;
-                collection.relations().addChildren(target, {tagId});
+                relations().addChildren(target, {tagId});
                 paths.append((target.isEmpty() ? QString() : target + QLatin1Char('.')) +
                              QString::number(tagId));
             }
-            QCOMPARE(collection.manager()->relationNodes().size(), paths.size());
+            QCOMPARE(m_open->manager()->relationNodes().size(), paths.size());
         }
     }
 
     void relativesOfAllPlacesCount()
     {
-        LocalCollection collection;
-        RelationsController &relations = collection.relations();
-        relations.addChildren({}, {1, 2});
-        relations.addChildren("1"_s, {5});
-        relations.addChildren("2"_s, {5});
-        relations.addChildren("1.5"_s, {6});
-        relations.addChildren("2.5"_s, {6, 7});
-        Ids below = relations.descendantsOf({5});
+        relations().addChildren({}, {1, 2});
+        relations().addChildren("1"_s, {5});
+        relations().addChildren("2"_s, {5});
+        relations().addChildren("1.5"_s, {6});
+        relations().addChildren("2.5"_s, {6, 7});
+        Ids below = relations().descendantsOf({5});
         std::sort(below.begin(), below.end());
         QCOMPARE(below, Ids({6, 6, 7}));
-        QCOMPARE(relations.ancestorsOf({7}), Ids({2, 5}));
-        QVERIFY(relations.descendantsOf({}).isEmpty());
-        relations.removeNode("2"_s);
-        QCOMPARE(relations.descendantsOf({5}), Ids{6});
-        QCOMPARE(collection.rows("SELECT relationship_path FROM tag_relationships ORDER BY 1")
-                     .join(QLatin1Char(',')),
+        QCOMPARE(relations().ancestorsOf({7}), Ids({2, 5}));
+        QVERIFY(relations().descendantsOf({}).isEmpty());
+        relations().removeNode("2"_s);
+        QCOMPARE(relations().descendantsOf({5}), Ids{6});
+        QCOMPARE(m_open->value("SELECT group_concat(relationship_path) FROM tag_relationships"),
                  "1,1.5,1.5.6"_s);
     }
+
+private:
+    TagsController &tags() { return m_open->tags(); }
+    RelationsController &relations() { return m_open->relations(); }
+
+    std::unique_ptr<LocalCollection> m_open;
 };
 
 QTEST_MAIN(TestControllers)

@@ -1,17 +1,10 @@
-#include "app/constants.h"
 #include "app/viewsettings.h"
-#include "core/controllers/browstreecontroller.h"
-#include "core/controllers/relationscontroller.h"
-#include "core/tbnode.h"
 #include "models/brtreesortermodel.h"
-#include "models/idlistmime.h"
 #include "models/tbtreemodel.h"
 #include "models/treeroles.h"
 #include "models/trmodel.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
-
-#include <QColor>
 
 namespace {
 
@@ -39,13 +32,23 @@ QStringList nodesOf(const QAbstractItemModel &model)
     return lines;
 }
 
-void collectPaths(const QAbstractItemModel &model, const QModelIndex &parent, QStringList &paths)
+QStringList pathsOf(const QAbstractItemModel &model, const QModelIndex &parent = {})
 {
+    QStringList paths;
     for (int row = 0; row < model.rowCount(parent); ++row) {
         const QModelIndex index = model.index(row, 0, parent);
         paths.append(index.data(RelationRole::Path).toString());
-        collectPaths(model, index, paths);
+        paths.append(pathsOf(model, index));
     }
+    paths.sort();
+    return paths;
+}
+
+/** The tester of each model, which lives as long as its model. */
+void test(std::initializer_list<QAbstractItemModel *> models)
+{
+    for (QAbstractItemModel *model : models)
+        new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::QtTest, model);
 }
 
 /** Random edits of a whole collection. */
@@ -158,10 +161,7 @@ private slots:
         BrowsTreeController *tree = &fixture.tree();
         tree->reloadSorting();
         TRmodel *relations = fixture.relations().model();
-        constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
-        QAbstractItemModelTester treeTester(tree->model(), mode);
-        QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
-        QAbstractItemModelTester relationsTester(relations, mode);
+        test({tree->model(), tree->sorterModel(), relations});
 
         RandomEdits edits(fixture, 20 + quint32(sorting));
         for (int step = 0; step < 250 && !QTest::currentTestFailed(); ++step) {
@@ -173,10 +173,7 @@ private slots:
             stored.sort();
             QCOMPARE(nodesOf(*tree->model()), stored);
             QCOMPARE(nodesOf(*tree->sorterModel()), stored);
-            QStringList paths;
-            collectPaths(*relations, QModelIndex(), paths);
-            paths.sort();
-            QCOMPARE(paths, fixture.rows("SELECT * FROM tag_relationships ORDER BY 1"_s));
+            QCOMPARE(pathsOf(*relations), fixture.rows("SELECT * FROM tag_relationships ORDER BY 1"_s));
         }
         QVERIFY(!fixture.manager()->nodes().isEmpty() && relations->rowCount() > 0);
     }
@@ -185,26 +182,25 @@ private slots:
     {
         LocalCollection fixture;
         BrowsTreeController *tree = &fixture.tree();
-        const QVector<qint64> tags = fixture.addTags({"one"_s, "two"_s});
-        tree->addNodesBelow({tags.at(0)}, 0);
-        tree->addNodesBelow({tags.at(1)}, 1);
-        const auto marked = [tree](qint64 nodeId) {
-            const QModelIndex index = tree->sorterModel()->indexOfNode(TagNode, nodeId);
-            return index.data(Qt::DecorationRole).isValid();
+        fixture.addTags({"one"_s, "two"_s});
+        tree->addNodesBelow({1}, 0);
+        tree->addNodesBelow({2}, 1);
+        const auto marked = [tree](qint64 id) {
+            return tree->sorterModel()->indexOfNode(TagNode, id).data(Qt::DecorationRole).isValid();
         };
         QCOMPARE(tree->sorterModel()->index(0, 0).data(NodeRole::CurrentId).toLongLong(), 0);
-        tree->nodeActivated(TagNode, 2, tags, {});
+        tree->nodeActivated(TagNode, 2, {1, 2}, {});
         QVERIFY(marked(2) && !marked(1));
         fixture.manager()->reloadAllData();
         QVERIFY(marked(2));
-        tree->addNodesAbove({tags.at(0)}, 1); // moves the branch
+        tree->addNodesAbove({1}, 1); // moves the branch
         QVERIFY(marked(2));
         tree->removeNodes({1}); // lets it rise
         QVERIFY(marked(2));
         QCOMPARE(tree->currentTagNodeId(), 2);
 
         // Another program removes the node; a reload finds it gone.
-        QVERIFY(QSqlQuery().exec("DELETE FROM tb_nodes WHERE node_id=2"_s));
+        QVERIFY(fixture.run("DELETE FROM tb_nodes WHERE node_id=2"));
         fixture.manager()->reloadAllData();
         QCOMPARE(tree->currentTagNodeId(), 0);
         QCOMPARE(tree->currentNodeType(), 0);
@@ -215,17 +211,13 @@ private slots:
         LocalCollection fixture;
         fixture.addTags({"a"_s, "b"_s});
         // Node n below n / 3; the odd ones bear the second tag.
-        const QString numbers =
-            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<900) "_s;
-        QVERIFY(fixture.run(numbers + "INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) "
-                                      "SELECT i,1+i%2,1,0 FROM n"_s));
-        QVERIFY(fixture.run(numbers + "INSERT INTO tb_node_links(parent_id,child_id) SELECT i/3,i FROM n"_s));
+        QVERIFY(fixture.fill(
+            "INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) SELECT i,1+i%2,1,0 FROM n", 900));
+        QVERIFY(fixture.fill("INSERT INTO tb_node_links(parent_id,child_id) SELECT i/3,i FROM n", 900));
         fixture.manager()->loadAllNodes();
         BrowsTreeController *tree = &fixture.tree();
         tree->nodeActivated(TagNode, 898, {1}, {});
-        constexpr auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
-        QAbstractItemModelTester treeTester(tree->model(), mode);
-        QAbstractItemModelTester sorterTester(tree->sorterModel(), mode);
+        test({tree->model(), tree->sorterModel()});
         QSignalSpy resets(tree->sorterModel(), &QAbstractItemModel::modelReset);
         QSignalSpy removals(tree->sorterModel(), &QAbstractItemModel::rowsRemoved);
         QVERIFY(fixture.manager()->removeTags({2}));
@@ -245,30 +237,26 @@ private slots:
     void relationsFollowTheirTags()
     {
         LocalCollection fixture;
-        const QVector<qint64> tags = fixture.addTags({"animals"_s, "lions"_s, "cubs"_s});
-        RelationsController *relations = &fixture.relations();
-        relations->addChildren(QString(), {tags.at(0), tags.at(1)});
-        relations->addChildren("1"_s, {tags.at(1)});
-        relations->addChildren("1.2"_s, {tags.at(2)});
-        TRmodel *model = relations->model();
-        fixture.manager()->renameTag(tags.at(1), "big cats"_s);
+        fixture.addTags({"animals"_s, "lions"_s, "cubs"_s});
+        RelationsController &relations = fixture.relations();
+        relations.addChildren(QString(), {1, 2});
+        relations.addChildren("1"_s, {2});
+        relations.addChildren("1.2"_s, {3});
+        TRmodel *model = relations.model();
+        fixture.manager()->renameTag(2, "big cats"_s);
         for (const char *path : {"2", "1.2"})
             QCOMPARE(model->indexOfPath(QLatin1String(path)).data().toString(), "big cats"_s);
         const QModelIndex cubs = model->indexOfPath("1.2.3"_s);
-        QCOMPARE(cubs.data(RelationRole::TagId).toLongLong(), tags.at(2));
-        QCOMPARE(cubs.data(RelationRole::Path).toString(), "1.2.3"_s);
+        QCOMPARE(cubs.data(RelationRole::TagId).toLongLong(), 3);
         QVERIFY(!model->indexOfPath("1.3"_s).isValid());
-        const QModelIndexList dragged{cubs, model->indexOfPath("2"_s), model->indexOfPath("1.2"_s)};
-        const std::unique_ptr<QMimeData> data(model->mimeData(dragged));
+        const std::unique_ptr<QMimeData> data(
+            model->mimeData({cubs, model->indexOfPath("2"_s), model->indexOfPath("1.2"_s)}));
         QCOMPARE(data->formats(), QStringList(Constants::tagMimeType));
         QCOMPARE(IdListMime::unpack(data.get(), Constants::tagMimeType), (QVector<qint64>{3, 2}));
-        fixture.manager()->removeTags({tags.at(1)});
-        QStringList paths;
-        collectPaths(*model, QModelIndex(), paths);
-        QCOMPARE(paths, QStringList("1"_s));
+        fixture.manager()->removeTags({2});
+        QCOMPARE(pathsOf(*model), QStringList("1"_s));
     }
 };
 
 QTEST_MAIN(TestTreeModels)
-
 #include "tst_treemodels.moc"
