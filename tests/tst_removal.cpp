@@ -1,9 +1,19 @@
 #include "core/providers/tagremoval.h"
 #include "tests/support/serverdatabase.h"
 
-#include <memory>
-
 using Ids = QVector<qint64>;
+using Parents = decltype(TagRemovalPlan::newParents);
+Q_DECLARE_METATYPE(Parents)
+
+static const char *const everything =
+    "SELECT 't'||tag_id FROM tags UNION SELECT 'f'||file_id||'-'||tag_id FROM file_tag UNION "
+    "SELECT 'g'||tag_id||'-'||tag_group_id FROM tag_group_links UNION SELECT 'n'||node_id FROM tb_nodes "
+    "UNION "
+    "SELECT 'l'||parent_id||'-'||child_id FROM tb_node_links UNION SELECT 'a'||link_id FROM tb_autolinks "
+    "UNION SELECT 'b'||link_id||'-'||node_id FROM tb_nodes_autolinks UNION "
+    "SELECT 'p'||relationship_path FROM tag_relationships ORDER BY 1";
+static const QStringList withoutTagTwo =
+    QStringLiteral("ay by-1 f10-1 g1-5 l0-1 l1-4 n1 n4 p1 p12 p3 p3.22 t1 t3").split(QLatin1Char(' '));
 
 static TagRemovalPlan planOfTagTwo()
 {
@@ -16,28 +26,15 @@ static TagRemovalPlan planOfTagTwo()
     return plan;
 }
 
-static const char *const withoutTagTwo[] = {"tag|1",  "tag|3",    "file|10|1", "group|1|5", "node|1",
-                                            "node|4", "link|0|1", "link|1|4",  "folder|y",  "linked|y|1",
-                                            "path|1", "path|12",  "path|3",    "path|3.22"};
-
-static QStringList texts(const char *const *begin, const char *const *end)
-{
-    QStringList result;
-    for (; begin != end; ++begin)
-        result.append(QLatin1String(*begin));
-    result.sort();
-    return result;
-}
-
 /** Removals that touch several tables: what goes, what moves, and that a failure changes nothing. */
 class TestRemoval : public QObject
 {
     Q_OBJECT
 
 private slots:
-    /** Tags 1, 2, 3; the tree 1(tag 1) > 2(tag 2) > 3(tag 2) > 4(tag 3); node 3 linked to one of two folders.
-     */
     void initTestCase_data() { addBackEnds(); }
+    /** Tags 1 to 3; the tree 1(tag 1) > 2(tag 2) > 3(tag 2) > 4(tag 3); node 3 linked to one of two folders.
+     */
     void init()
     {
         m_database = makeTestDatabase();
@@ -52,89 +49,63 @@ private slots:
               "INSERT INTO tag_relationships VALUES ('1'),('1.2'),('1.2.3'),('2'),('3'),('12'),('3.22')"})
             QVERIFY2(m_database->run(statement), statement);
     }
-
     void cleanup() { m_database.reset(); }
 
     void unknownNodesGoToo_data()
     {
-        addColumns<Ids, qint64>("known", "newParent");
-        addRow("none known", Ids{}, qint64(-1));
-        addRow("the lower known", Ids{3}, qint64(2));
-        addRow("the upper known", Ids{2}, qint64(-1));
+        addColumns<Ids, Parents>("known", "newParents");
+        addRow("none known", Ids{}, Parents{});
+        addRow("the lower known", Ids{3}, Parents{{2, {4}}});
+        addRow("the upper known", Ids{2}, Parents{{1, {3}}});
     }
 
     void unknownNodesGoToo()
     {
         QFETCH(Ids, known);
-        QFETCH(qint64, newParent);
+        QFETCH(Parents, newParents);
         TagRemovalPlan plan = planOfTagTwo();
         plan.removedNodeIds = known;
+        plan.newParents = newParents;
         plan.removedPaths.clear();
-        plan.newParents.clear();
-        if (newParent > 0)
-            plan.newParents.append({newParent, {4}});
-        if (known == Ids{2})
-            plan.newParents.append({1, {3}});
-        TagRemover remover(m_database->constructor());
-        QVERIFY(remover.run(plan));
-        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
-    }
-
-    void failureLeavesEverything_data()
-    {
-        QTest::addColumn<QString>("table");
-        for (const char *table : {"file_tag", "tag_group_links", "tb_nodes", "tb_node_links",
-                                  "tb_nodes_autolinks", "tb_autolinks", "tag_relationships", "tags"})
-            addRow(table, QString::fromLatin1(table));
+        QVERIFY(TagRemover(m_database->constructor()).run(plan));
+        QCOMPARE(m_database->rows(everything), withoutTagTwo);
     }
 
     void failureLeavesEverything()
     {
-        QFETCH(QString, table);
-        const QStringList before = contents();
-        QVERIFY(m_database->refuse("DELETE ON "_s + table));
+        const QStringList before = m_database->rows(everything);
         TagRemover remover(m_database->constructor());
         const ErrorCount errors(remover);
-        QVERIFY(!remover.run(planOfTagTwo()));
-        QCOMPARE(errors.count(), 1);
-        QCOMPARE(contents(), before);
-        QVERIFY(m_database->permit(table));
+        int failures = 0;
+        for (const char *name : {"file_tag", "tag_group_links", "tb_nodes", "tb_node_links",
+                                 "tb_nodes_autolinks", "tb_autolinks", "tag_relationships", "tags"}) {
+            const QString table = QLatin1String(name);
+            QVERIFY(m_database->refuse("DELETE ON "_s + table));
+            QVERIFY2(!remover.run(planOfTagTwo()), name);
+            QCOMPARE(errors.count(), ++failures);
+            QCOMPARE(m_database->rows(everything), before);
+            QVERIFY(m_database->permit(table));
+        }
         QVERIFY(remover.run(planOfTagTwo()));
-        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
+        QCOMPARE(m_database->rows(everything), withoutTagTwo);
     }
 
     void manyTags()
     {
-        QVERIFY(
-            m_database->run("WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i+1 FROM n WHERE i<12099) "
-                            "INSERT INTO tags SELECT i,'t','',0,NULL FROM n"));
-        QVERIFY(m_database->run("INSERT INTO tag_relationships SELECT tag_id FROM tags WHERE tag_id>=100"));
-        QVERIFY(m_database->run("INSERT INTO tb_nodes SELECT tag_id,tag_id,1,0 FROM tags WHERE tag_id>=100"));
-        QVERIFY(m_database->run("INSERT INTO tb_node_links SELECT 0,tag_id FROM tags WHERE tag_id>=100"));
-        QVERIFY(m_database->run("INSERT INTO file_tag SELECT 10,tag_id FROM tags WHERE tag_id>=100"));
+        for (const char *insert : {"INSERT INTO tags SELECT i+99,'t','',0,NULL FROM n",
+                                   "INSERT INTO file_tag SELECT 10,i+99 FROM n",
+                                   "INSERT INTO tag_relationships SELECT i+99 FROM n",
+                                   "INSERT INTO tb_node_links SELECT 0,i+99 FROM n",
+                                   "INSERT INTO tb_nodes SELECT i+99,i+99,1,0 FROM n"})
+            QVERIFY2(m_database->fill(insert, 12000), insert);
         TagRemovalPlan plan = planOfTagTwo();
         for (qint64 id = 100; id < 12100; ++id)
             plan.tagIds.append(id);
-        TagRemover remover(m_database->constructor());
-        QVERIFY(remover.run(plan));
-        QCOMPARE(contents(), texts(std::begin(withoutTagTwo), std::end(withoutTagTwo)));
+        QVERIFY(TagRemover(m_database->constructor()).run(plan));
+        QCOMPARE(m_database->rows(everything), withoutTagTwo);
     }
 
 private:
-    QStringList contents() const
-    {
-        QStringList result;
-        for (const char *statement :
-             {"SELECT 'tag',tag_id FROM tags", "SELECT 'file',* FROM file_tag",
-              "SELECT 'group',* FROM tag_group_links", "SELECT 'node',node_id FROM tb_nodes",
-              "SELECT 'link',parent_id,child_id FROM tb_node_links",
-              "SELECT 'folder',link_id FROM tb_autolinks", "SELECT 'linked',* FROM tb_nodes_autolinks",
-              "SELECT 'path',* FROM tag_relationships"})
-            result += m_database->rows(statement);
-        result.sort();
-        return result;
-    }
-
     std::unique_ptr<TestDatabase> m_database;
 };
 

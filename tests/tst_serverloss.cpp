@@ -1,23 +1,8 @@
-#include "app/messages.h"
 #include "core/providers/mainviewprovider.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 
-#include <QElapsedTimer>
 #include <QTcpServer>
-
-namespace {
-constexpr int storedFiles = 6000;
-constexpr int addedFiles = 300;
-
-bool interrupt(const QString &event, ServerConnection &owner)
-{
-    if (event != QLatin1String("terminate"))
-        return ServerDatabase::stopServer(event);
-    return owner.run("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename='%1'"_s.arg(
-        ServerDatabase::writer));
-}
-} // namespace
 
 /** A server that goes away while a manager works with it, and comes back. */
 class TestServerLoss : public QObject
@@ -37,6 +22,7 @@ private slots:
     {
         QFETCH_GLOBAL(QString, event);
         m_event = event;
+        m_isInterrupted = false;
         if (!ServerDatabase::isAvailable())
             QSKIP("VORNA_TEST_PG names no server");
         auto database = std::make_unique<ServerDatabase>();
@@ -50,8 +36,7 @@ private slots:
     {
         if (!m_manager)
             return;
-        ServerConnection probe(m_server->ownerDetails(), "probe"_s);
-        if (!probe.database().isOpen())
+        if (!ServerConnection(m_server->ownerDetails(), "probe"_s).database().isOpen())
             QVERIFY(ServerDatabase::startServer());
         m_errors.reset();
         m_lost.reset();
@@ -61,10 +46,8 @@ private slots:
     void betweenEdits()
     {
         QVERIFY((*m_manager)->addTag("before"_s) > 0);
-        QVERIFY(interrupt(m_event, m_server->owner()));
+        interrupt();
         QCOMPARE((*m_manager)->addTag("lost"_s), qint64(0));
-        QCOMPARE(m_lost->size(), 1);
-        QCOMPARE(m_errors->size(), 0);
         QVERIFY(!(*m_manager)->hasTagNamed("lost"_s));
         reopen();
         QVERIFY((*m_manager)->hasTagNamed("before"_s));
@@ -74,49 +57,35 @@ private slots:
     void inTheMiddleOfReading()
     {
         // More than what the sockets hold, so that the server is still sending.
-        QVERIFY(m_manager->fill("INSERT INTO files SELECT i,'f',repeat('long',1000),0,0,0,'c'||i,1,0,0,0,2 "
-                                "FROM n",
-                                storedFiles));
-        int slices = 0;
+        QVERIFY(m_manager->fill(
+            "INSERT INTO files SELECT i,'f',repeat('long',1000),0,0,0,'c'||i,1,0,0,0,2 FROM n", 6000));
         connect((*m_manager)->findChild<MainViewProvider *>(), &MainViewProvider::gotAllFilesInfo, this,
-                [&](bool, const TableData &) {
-                    if (++slices == 1)
-                        QVERIFY(interrupt(m_event, m_server->owner()));
-                });
+                &TestServerLoss::interrupt);
         (*m_manager)->loadAllFiles();
-        QCOMPARE(m_lost->size(), 1);
-        QCOMPARE(m_errors->size(), 0);
         QVERIFY((*m_manager)->files().isEmpty());
         reopen();
-        QCOMPARE((*m_manager)->files().size(), storedFiles);
+        QCOMPARE((*m_manager)->files().size(), 6000);
     }
 
     void inTheMiddleOfAnAdd()
     {
         QStringList paths;
-        for (int i = 0; i < addedFiles; ++i)
+        for (int i = 0; i < 300; ++i)
             paths.append(m_manager->write("file%1.txt"_s.arg(i), QByteArray::number(i)));
-        QSignalSpy progress(m_manager->get(), &DatabaseManger::addingFilesProgress);
         QSignalSpy finished(m_manager->get(), &DatabaseManger::finishedAddingFiles);
-        connect(m_manager->get(), &DatabaseManger::addingFilesProgress, this, [&](const QString &text, int) {
-            if (text.startsWith(QLatin1String("Adding ")) && m_lost->isEmpty() && !m_isInterrupted) {
-                m_isInterrupted = true;
-                QVERIFY(interrupt(m_event, m_server->owner()));
-            }
+        connect(m_manager->get(), &DatabaseManger::addingFilesProgress, this, [this](const QString &text) {
+            if (text.startsWith(QLatin1String("Adding ")))
+                interrupt();
         });
-        m_isInterrupted = false;
         (*m_manager)->addFiles(paths, {}, false, 0);
         QTRY_COMPARE(finished.size(), 1);
-        QVERIFY(m_isInterrupted);
         QTRY_COMPARE(m_lost->size(), 1);
         QTRY_VERIFY(!(*m_manager)->isBusy());
-        QCOMPARE(m_errors->size(), 0);
         reopen();
-        QVERIFY((*m_manager)->files().isEmpty());
         for (const char *table : {"files", "file_paths", "file_tag"})
             QCOMPARE(m_manager->count(QLatin1String(table)), 0);
         (*m_manager)->addFiles(paths, {}, false, 0);
-        QTRY_COMPARE((*m_manager)->files().size(), addedFiles);
+        QTRY_COMPARE((*m_manager)->files().size(), 300);
     }
 
     void serverThatDoesNotAnswer()
@@ -135,8 +104,20 @@ private slots:
     }
 
 private:
+    void interrupt()
+    {
+        if (std::exchange(m_isInterrupted, true))
+            return;
+        const QString end = "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename='%1'"_s;
+        QVERIFY(m_event == QLatin1String("terminate") ? m_server->owner().run(end.arg(ServerDatabase::writer))
+                                                      : ServerDatabase::stopServer(m_event));
+    }
+
     void reopen()
     {
+        QVERIFY(m_isInterrupted);
+        QCOMPARE(m_lost->size(), 1);
+        QCOMPARE(m_errors->size(), 0);
         m_manager->close();
         if (m_event != QLatin1String("terminate")) {
             QVERIFY(!m_manager->open());

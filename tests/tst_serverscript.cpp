@@ -9,6 +9,25 @@ namespace {
 const QString stampQuery = QStringLiteral("SELECT max(last_date) FROM tables_modification_date");
 const QString newTag = QStringLiteral("INSERT INTO tags (tag_name,creation_date) VALUES ('t',1)");
 
+/** An empty database beside the one that is set up, with its owner's connection. */
+struct EmptyDatabase
+{
+    EmptyDatabase(const QString &name, const QString &options) : name(name)
+    {
+        if (!ServerDatabase::create(name, options))
+            qFatal("no database on the server");
+        connection = std::make_unique<ServerConnection>(ServerDatabase::ownerDetailsFor(name), name);
+    }
+    ~EmptyDatabase()
+    {
+        connection.reset();
+        ServerDatabase::remove(name);
+    }
+
+    QString name;
+    std::unique_ptr<ServerConnection> connection;
+};
+
 /** A transaction of a random kind; true when it ends in a commit of something written. */
 bool randomTransaction(ServerConnection &client, QRandomGenerator &random)
 {
@@ -85,7 +104,7 @@ private slots:
     {
         QFETCH(QString, insert);
         const QString table = QString::fromLatin1(QTest::currentDataTag());
-        QStringList stamps = {stamp()};
+        QStringList stamps{stamp()};
         const QString row = Sql::rows("INSERT INTO %1 %2 RETURNING *"_s.arg(table, insert)).value(0);
         QTEST(row.section(QLatin1Char('|'), 0, 0), "key");
         stamps += stamp();
@@ -93,7 +112,7 @@ private slots:
         stamps += stamp();
         QVERIFY(m_database->owner().run("TRUNCATE tables_modification_date, "_s + table));
         stamps += stamp();
-        QVERIFY(stamps.at(0) < stamps.at(1) && stamps.at(1) < stamps.at(2) && stamps.at(2) < stamps.at(3));
+        QVERIFY(std::adjacent_find(stamps.cbegin(), stamps.cend(), std::greater_equal<>()) == stamps.cend());
     }
 
     void stampsFollowTheCommits()
@@ -188,19 +207,54 @@ private slots:
         QFETCH(QString, options);
         QFETCH(QString, word);
         const QString name = "vorna_refusing"_s;
-        const QString user = m_database->ownerDetails().user();
         const QString objects = "SELECT string_agg(relname, ',' ORDER BY oid) FROM pg_class"_s;
-        QVERIFY(ServerDatabase::create(name, options));
-        {
-            ServerConnection owner(ServerDatabase::detailsFor(name, user), name);
-            QVERIFY(before.isEmpty() ? ServerDatabase::runScript(name) == 0 : owner.run(before));
-            const QString held = owner.value(objects);
-            QString output;
-            QCOMPARE(ServerDatabase::runScript(name, &output), 3);
-            QVERIFY2(output.contains(word), qPrintable(output));
-            QCOMPARE(owner.value(objects), held);
-        }
-        ServerDatabase::remove(name);
+        const EmptyDatabase other(name, options);
+        QVERIFY(before.isEmpty() ? ServerDatabase::runScript(name) == 0 : other.connection->run(before));
+        const QString held = other.connection->value(objects);
+        QString output;
+        QCOMPARE(ServerDatabase::runScript(name, &output), 3);
+        QVERIFY2(output.contains(word), qPrintable(output));
+        QCOMPARE(other.connection->value(objects), held);
+    }
+
+    void upgrades_data()
+    {
+        addColumns<QString, QString, bool, QString>("version", "check", "succeeds", "result");
+        const QString done = "4.1.0|0|storage_id >= 0|0"_s;
+        addRow("storage from 1", "2.0.8"_s, "storage_id > 0"_s, true, done);
+        addRow("storage from 0 already", "2.0.8"_s, "storage_id >= 0"_s, true, done);
+        addRow("rows that do not fit", "2.0.8"_s, "storage_id > -9"_s, false,
+               "3.2.0|-4|storage_id > '-9'::integer|1"_s);
+        // The step to 2.0.7 leaves no stamp on a server: the chain has to end there.
+        addRow("too old", "2.0.6"_s, "storage_id > 0"_s, false, QString());
+    }
+
+    void upgrades()
+    {
+        QFETCH(QString, version);
+        QFETCH(QString, check);
+        QFETCH(bool, succeeds);
+        const EmptyDatabase old("vorna_upgrading"_s, {});
+        QVERIFY(old.connection->run(
+            "CREATE TABLE files (file_id bigint, file_name text, data_checksum bigint NOT NULL, storage_id "
+            "bigint "
+            "NOT NULL CONSTRAINT files_storage_id_check CHECK (%1), internal integer NOT NULL CONSTRAINT "
+            "internal_bool CHECK (internal IN (0,1))); INSERT INTO files VALUES (1,'O''Neil',-4,%2,0); "
+            "CREATE TABLE vorna_version AS SELECT text '%3' version; "
+            "CREATE TABLE scheme_version AS SELECT text '3.2.0' version"_s.arg(
+                check, check.contains(QLatin1String("-9")) ? "-5"_s : "1"_s, version)));
+        QVERIFY(version != "2.0.6"_s || old.connection->run("DROP TABLE scheme_version"_s));
+        const auto update = [&] {
+            return DataBaseUpdater(m_database->constructor(), nullptr).update(old.connection->database());
+        };
+        QCOMPARE(update(), succeeds);
+        QVERIFY(!update());
+        QTEST(old.connection->value("SELECT concat_ws('|', version, data_checksum, (SELECT "
+                                    "btrim(pg_get_constraintdef(oid), 'CHECK ()') "
+                                    "FROM pg_constraint WHERE conname='files_storage_id_check'), (SELECT "
+                                    "count(*) FROM pg_constraint "
+                                    "WHERE conname='internal_bool')) FROM files, scheme_version"_s),
+              "result");
     }
 
     /** The last one, as the stamps of this database stay ahead of the clock. */

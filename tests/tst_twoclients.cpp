@@ -16,12 +16,6 @@
 namespace {
 constexpr int steps = 400;
 
-QString idText(QVector<qint64> ids)
-{
-    std::sort(ids.begin(), ids.end());
-    return SqlText::idList(ids);
-}
-
 /** All that a client shows, read from the database alone. */
 const char *const truth =
     "SELECT concat_ws(' ','tag',tag_id,tag_name,tag_description) FROM tags UNION ALL "
@@ -76,7 +70,7 @@ public:
                                               tag->value("tag_description"_s).toString()));
         for (const GroupItem *group : qAsConst(*m_manager.groups()))
             lines.append(
-                joined("group %1 %2"_s.arg(QString::number(group->id()), group->name()), group->tags()));
+                "group %1 %2%3"_s.arg(QString::number(group->id()), group->name(), ids(group->tags())));
         for (const TBnode *node : qAsConst(m_manager.nodes()))
             lines.append("node %1 %2 %3 %4 %5"_s.arg(
                 QString::number(node->id()), node->name(),
@@ -85,15 +79,16 @@ public:
         for (const auto &place : qAsConst(m_manager.relationNodes()))
             lines.append("place "_s + place.first);
         for (const File *file : qAsConst(m_manager.files()))
-            lines.append(joined("file %1 %2"_s.arg(QString::number(file->id()), file->name()), file->tags()));
+            lines.append("file %1 %2%3"_s.arg(QString::number(file->id()), file->name(), ids(file->tags())));
         lines.sort();
         return lines;
     }
 
 private:
-    static QString joined(const QString &line, const QVector<qint64> &ids)
+    static QString ids(QVector<qint64> ids)
     {
-        return ids.isEmpty() ? line : line + QLatin1Char(' ') + idText(ids);
+        std::sort(ids.begin(), ids.end());
+        return ids.isEmpty() ? QString() : QLatin1Char(' ') + SqlText::idList(ids);
     }
     template <class Container>
     auto oneOf(const Container &items)
@@ -130,6 +125,11 @@ private:
         const QList<qint64> files = m_manager.files().keys();
         const QList<qint64> nodes = m_manager.nodes().keys();
         const QList<qint64> groups = m_manager.groups()->keys();
+        const bool isEven = m_random.bounded(2) == 0;
+        const bool isRare = m_random.bounded(4) == 0;
+        QStringList places(QString{});
+        for (const auto &place : qAsConst(m_manager.relationNodes()))
+            places.append(place.first);
         if (kind < 3 || tags.isEmpty())
             m_manager.addTag(newName(), files.isEmpty() ? QVector<qint64>() : some(files));
         else if (kind < 6 || files.isEmpty())
@@ -139,46 +139,34 @@ private:
             m_manager.addNodesBelow(some(tags), nodes.isEmpty() ? 0 : oneOf(nodes));
         else if (kind < 9 || groups.isEmpty())
             m_manager.addGroup(newName(), true);
+        else if (kind == 9)
+            m_manager.renameTag(oneOf(tags), newName());
+        else if (kind == 10)
+            m_manager.changeTagDescription(oneOf(tags), newName());
+        else if (kind == 11)
+            m_manager.removeTags({oneOf(tags)});
+        else if (kind == 12)
+            m_manager.setGroupTags(oneOf(groups), some(tags));
+        else if (kind == 13)
+            isRare ? m_manager.removeGroups({oneOf(groups)})
+                   : m_manager.renameGroup(oneOf(groups), newName());
+        else if (kind == 14)
+            m_manager.addNodesAbove(some(tags).mid(0, 2), oneOf(nodes));
+        else if (kind == 15)
+            m_manager.updateNode(oneOf(nodes), isEven ? "inverted"_s : "tr_options"_s,
+                                 isRare ? "1"_s : "0"_s);
+        else if (kind == 16)
+            void(isRare ? m_manager.removeNodes({oneOf(nodes)})
+                        : m_manager.removeNodesKeepingChildren(some(nodes)));
+        else if (kind == 17)
+            isRare ? m_manager.removeRelations({oneOf(places)})
+                   : m_manager.addRelations(oneOf(places), some(tags).mid(0, 2));
+        else if (kind == 18)
+            void(isEven ? m_manager.linkTags(some(files), some(tags))
+                        : m_manager.unlinkTags(some(files), some(tags)));
         else
-            changeExisting(kind, tags, files, nodes, groups);
-    }
-
-    void changeExisting(int kind, const QList<qint64> &tags, const QList<qint64> &files,
-                        const QList<qint64> &nodes, const QList<qint64> &groups)
-    {
-        QStringList places(QString{});
-        for (const auto &place : qAsConst(m_manager.relationNodes()))
-            places.append(place.first);
-        switch (kind) {
-        case 9:
-            return m_manager.renameTag(oneOf(tags), newName());
-        case 10:
-            return m_manager.changeTagDescription(oneOf(tags), newName());
-        case 11:
-            return void(m_manager.removeTags({oneOf(tags)}));
-        case 12:
-            return m_manager.setGroupTags(oneOf(groups), some(tags));
-        case 13:
-            return m_random.bounded(3) ? m_manager.renameGroup(oneOf(groups), newName())
-                                       : m_manager.removeGroups({oneOf(groups)});
-        case 14:
-            return m_manager.addNodesAbove(some(tags).mid(0, 2), oneOf(nodes));
-        case 15:
-            return m_manager.updateNode(oneOf(nodes), m_random.bounded(2) ? "inverted"_s : "tr_options"_s,
-                                        QString::number(m_random.bounded(2)));
-        case 16:
-            return void(m_random.bounded(3) ? m_manager.removeNodesKeepingChildren(some(nodes))
-                                            : m_manager.removeNodes({oneOf(nodes)}));
-        case 17:
-            return m_random.bounded(4) ? m_manager.addRelations(oneOf(places), some(tags).mid(0, 2))
-                                       : m_manager.removeRelations({oneOf(places)});
-        case 18:
-            return void(m_random.bounded(2) ? m_manager.linkTags(some(files), some(tags))
-                                            : m_manager.unlinkTags(some(files), some(tags)));
-        default:
-            return m_random.bounded(2) ? m_manager.deleteFiles(some(files))
-                                       : void(m_manager.updateFile(oneOf(files), "file_name"_s, newName()));
-        }
+            isEven ? m_manager.deleteFiles(some(files))
+                   : void(m_manager.updateFile(oneOf(files), "file_name"_s, newName()));
     }
 
     PostgresDBManager m_manager;
@@ -215,7 +203,9 @@ private slots:
         ServerDatabase server;
         QProcess clients[2];
         for (QProcess &client : clients)
-            start(client, server.details());
+            client.start(QCoreApplication::applicationFilePath(),
+                         {"client"_s, server.details().host(), QString::number(server.details().port()),
+                          server.details().databaseName(), server.details().user()});
         QRandomGenerator random(11);
         QString known[2];
         known[0] = known[1] = stamp();
@@ -247,15 +237,6 @@ private slots:
     }
 
 private:
-    static void start(QProcess &client, const DBDetails &details)
-    {
-        client.setProcessChannelMode(QProcess::SeparateChannels);
-        client.setStandardErrorFile(QProcess::nullDevice());
-        client.start(QCoreApplication::applicationFilePath(),
-                     {"client"_s, details.host(), QString::number(details.port()), details.databaseName(),
-                      details.user()});
-    }
-
     static QString stamp() { return Sql::value("SELECT max(last_date) FROM tables_modification_date"); }
 
     /** Has a client edit, and takes what it shows then; how often it warned. */

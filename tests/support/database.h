@@ -163,6 +163,7 @@ public:
     bool permit(const QString &) override { return run("DROP TRIGGER no"); }
     bool openWorkerConnection() override
     {
+        m_worker.reset();
         m_worker = std::make_unique<OtherConnection>(path(), Constants::workerConnection);
         return QSqlDatabase::database(Constants::workerConnection).isOpen();
     }

@@ -38,17 +38,9 @@ bool controlServer(const QStringList &arguments)
 {
     static const QString folder =
         ServerConnection(maintenance(), "maintenance"_s).value("SHOW data_directory"_s);
-    const QString log = folder + "/log"_s;
-    QStringList command = {"runuser"_s,
-                           "-u"_s,
-                           QFileInfo(folder).owner(),
-                           "--"_s,
-                           "/usr/lib/postgresql/15/bin/pg_ctl"_s,
-                           "-D"_s,
-                           folder,
-                           "-w"_s,
-                           "-l"_s,
-                           log};
+    QStringList command =
+        QStringList{"runuser"_s, "-u"_s, QFileInfo(folder).owner(), "--"_s} +
+        QStringList{"/usr/lib/postgresql/15/bin/pg_ctl"_s, "-D"_s, folder, "-w"_s, "-l"_s, folder + "/log"_s};
     if (::geteuid() != 0)
         command = command.mid(4);
     QProcess control;
@@ -201,13 +193,14 @@ DBDetails ServerDatabase::detailsFor(const QString &name, const QString &user)
     return DBDetails(2, serverParts().value(0), serverParts().value(1).toInt(), name, user, QString());
 }
 
-DBDetails ServerDatabase::ownerDetails() const
+DBDetails ServerDatabase::ownerDetailsFor(const QString &name)
 {
-    return detailsFor(m_name, maintenance().user());
+    return detailsFor(name, maintenance().user());
 }
 
 bool ServerDatabase::openWorkerConnection()
 {
+    m_worker.reset();
     m_worker = std::make_unique<ServerConnection>(details(), Constants::workerConnection);
     return m_worker->database().isOpen();
 }

@@ -43,7 +43,8 @@ public:
     static DBDetails detailsFor(const QString &name, const QString &user);
     DBDetails details() const override { return detailsFor(m_name, writer); }
     DBDetails readerDetails() const { return detailsFor(m_name, reader); }
-    DBDetails ownerDetails() const;
+    static DBDetails ownerDetailsFor(const QString &name);
+    DBDetails ownerDetails() const { return ownerDetailsFor(m_name); }
     const PostgresQueryConstructor *constructor() const override { return &m_constructor; }
     bool openWorkerConnection() override;
     bool refuse(const QString &what, const QString &condition = "1=1"_s) override;
