@@ -48,31 +48,22 @@ private slots:
         QCOMPARE(tags().tagsNames({other, 99}), (QHash<qint64, QString>{{other, "third"_s}}));
     }
 
-    void tagInUse_data()
-    {
-        addColumns<int, bool>("use", "isInUse");
-        addRow("nothing", 0, false);
-        addRow("group only", 1, false);
-        addRow("node", 2, true);
-        addRow("relationship", 3, true);
-        addRow("file", 4, true);
-    }
-
     void tagInUse()
     {
-        QFETCH(int, use);
         m_open->addFiles(1);
         m_open->addTags({"tag"_s, "other"_s});
-        if (use == 1)
-            m_open->groups().assignTags({1}, {m_open->groups().addGroup("g"_s)});
-        else if (use == 2)
-            m_open->addNode(1);
-        else if (use == 3)
-            relations().addChildren({}, {1});
-        else if (use == 4)
-            tags().linkFilesToTag(1, {1});
-        QTEST(tags().isTagInUse({2, 1}), "isInUse");
-        QVERIFY(!tags().isTagInUse({2}) && !tags().isTagInUse({}));
+        const auto isInUse = [this] { return tags().isTagInUse({2, 1}); };
+        m_open->groups().assignTags({1}, {m_open->groups().addGroup("g"_s)});
+        QVERIFY(!isInUse());
+        const qint64 node = m_open->addNode(1);
+        QVERIFY(isInUse() && !tags().isTagInUse({2}) && !tags().isTagInUse({}));
+        m_open->tree().removeNodes({node});
+        relations().addChildren({}, {1});
+        QVERIFY(isInUse());
+        relations().removeNode("1"_s);
+        QVERIFY(!isInUse());
+        tags().linkFilesToTag(1, {1});
+        QVERIFY(isInUse());
     }
 
     void fileCountsFollowEveryChange()

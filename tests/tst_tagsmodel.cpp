@@ -70,11 +70,9 @@ private slots:
         addColumns<int, QString, QString>("column", "value", "stored"); // as name and description
         addRow("name", 0, "  it's \"%1\"  "_s, "it's \"%1\"|"_s);
         addRow("description", 1, " a\n colour"_s, "green| a\n colour"_s);
-        addRow("same name", 0, "green"_s, "green|"_s);
         addRow("name of another tag", 0, "blue"_s, "green|"_s);
         addRow("blanks alone", 0, " \t "_s, "green|"_s);
         addRow("date", 2, "2020-01-01"_s, "green|"_s);
-        addRow("files", 3, "5"_s, "green|"_s);
     }
 
     void edits()
@@ -89,10 +87,8 @@ private slots:
         QCOMPARE(m_open->value("SELECT tag_name||'|'||tag_description FROM tags WHERE tag_id=2"), stored);
         QCOMPARE(green.data().toString() + QLatin1Char('|') + cell(1, 1).data().toString(), stored);
         QCOMPARE(changes.isEmpty(), !isChange);
-        for (const QList<QVariant> &change : qAsConst(changes)) {
-            QCOMPARE(change.at(0).toModelIndex().row(), 1);
-            QCOMPARE(change.at(1).toModelIndex().row(), 1);
-        }
+        for (const QList<QVariant> &change : qAsConst(changes))
+            QVERIFY(change.at(0).toModelIndex().row() == 1 && change.at(1).toModelIndex().row() == 1);
     }
 
     void duplicateIdsMakeNoSecondRow()
@@ -178,22 +174,15 @@ private slots:
         QTEST(names(*this->filter()), "shown");
     }
 
-    void hostileDrags_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        addRow("nothing", QByteArray());
-        addRow("cut in the count", QByteArray("\0\0", 2));
-        addRow("count without ids", QByteArray("\x7f\xff\xff\xff", 4));
-        addRow("cut in an id", QByteArray("\0\0\0\1\0\0\0\0\0\0\0", 11));
-    }
-
     void hostileDrags()
     {
-        QFETCH(QByteArray, bytes);
-        QMimeData data;
-        data.setData(Constants::fileMimeType, bytes);
-        QCOMPARE(IdListMime::unpack(&data, Constants::fileMimeType), Ids());
-        QVERIFY(table()->dropMimeData(&data, Qt::CopyAction, -1, -1, cell(0)));
+        // Nothing, cut in the count, a count without ids, cut in an id.
+        for (const char *hex : {"", "0000", "7fffffff", "0000000100000000000000"}) {
+            QMimeData data;
+            data.setData(Constants::fileMimeType, QByteArray::fromHex(hex));
+            QCOMPARE(IdListMime::unpack(&data, Constants::fileMimeType), Ids());
+            QVERIFY(table()->dropMimeData(&data, Qt::CopyAction, -1, -1, cell(0)));
+        }
     }
 
     void tabs()

@@ -87,10 +87,8 @@ public:
             return tree.nodeActivated(node > 0 ? TagNode : AllFiles, node, {}, {});
         case 10:
             return m_random.bounded(4) == 0 ? removeTag() : moveByHand(node);
-        case 11:
-            return addRelation(relations);
         default:
-            return m_random.bounded(3) == 0 ? relations.removeNode(anyPath()) : addRelation(relations);
+            return m_random.bounded(6) == 0 ? relations.removeNode(anyPath()) : addRelation(relations);
         }
     }
 
@@ -106,7 +104,7 @@ private:
     void removeTag()
     {
         m_fixture.manager()->removeTags({anyTag()});
-        m_fixture.addTags({"new %1"_s.arg(++m_newTags)});
+        m_fixture.addTags({"new"_s});
     }
     QString anyPath()
     {
@@ -133,7 +131,6 @@ private:
 
     LocalCollection &m_fixture;
     QRandomGenerator m_random;
-    int m_newTags = 0;
 };
 
 } // namespace
