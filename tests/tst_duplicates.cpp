@@ -1,30 +1,33 @@
 #include "app/addingsettings.h"
-#include "fileops/datachecksum.h"
 #include "fileops/duplicatechoice.h"
 #include "fileops/duplicatemanager.h"
-#include "fileops/filecomparison.h"
 #include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/addingfixture.h"
 
 namespace {
+// Eight bytes each, different, and of one checksum.
+const QByteArray forgedOne("\x01\x10ZZZZZZ", 8);
+const QByteArray forgedOther("\x02\x00ZZZZZZ", 8);
+// Of one checksum, but not of one size.
+const QByteArray shorter("1");
+const QByteArray longer("\0001", 2);
 
-/** Eight bytes each, different, and of one checksum. */
-QPair<QByteArray, QByteArray> forgedPair()
+QStringList split(const QString &text)
 {
-    const QByteArray left("\x01\x10ZZZZZZ", 8);
-    const QByteArray right("\x02\x00ZZZZZZ", 8);
-    return {left, right};
+    return text.split(QLatin1Char(';'), Qt::SkipEmptyParts);
+}
+
+QString names(const QList<DuplicateFileInfo> &infos)
+{
+    QStringList result;
+    for (const DuplicateFileInfo &info : infos)
+        result.append(info.path.section(QLatin1Char('/'), -1));
+    return result.join(QLatin1Char(','));
 }
 
 QStringList linesOf(const PresentableDuplicates &found)
 {
     QStringList lines;
-    const auto names = [](const QList<DuplicateFileInfo> &infos) {
-        QStringList result;
-        for (const DuplicateFileInfo &info : infos)
-            result.append(info.path.mid(info.path.lastIndexOf(QLatin1Char('/')) + 1));
-        return result.join(QLatin1Char(','));
-    };
     for (const DuplicateMatch &match : found.contentMatches)
         lines.append("content "_s + names(match.databaseFiles) + QLatin1Char(':') + names(match.addedFiles));
     for (const DuplicateMatch &match : found.nameMatches)
@@ -33,23 +36,7 @@ QStringList linesOf(const PresentableDuplicates &found)
         lines.append("group "_s + names({group.keptFile}) + QLatin1Char(':') + names(group.ignoredFiles));
     return lines;
 }
-
 } // namespace
-
-/** A worker that runs on the thread of the test, with its connection open. */
-class OpenWorker : public SqliteFileOperationWorker
-{
-public:
-    OpenWorker(const AddingFixture &fixture, const AbstractQueryConstructor *constructor)
-        : SqliteFileOperationWorker(Constants::workerConnection, fixture.details(), constructor),
-          m_connection(fixture.databasePath(), Constants::workerConnection)
-    {
-    }
-    ~OpenWorker() override { clearPrepared(); }
-
-private:
-    OtherConnection m_connection;
-};
 
 class TestDuplicates : public QObject
 {
@@ -58,96 +45,79 @@ class TestDuplicates : public QObject
 private slots:
     void chooser_data()
     {
-        addColumns<QStringList, int>("group", "kept");
-        const auto row = [](const char *name, const QStringList &group, int kept) {
-            addRow(name, group, kept);
-        };
-        const auto s = [](const char *text) { return QString::fromLatin1(text); };
-        row("numbered copy", {s("/a/report - 2.doc"), s("/a/report.doc")}, 1);
-        row("copy of", {s("/a/Copy of report.doc"), s("/a/report.doc"), s("/a/report - 2.doc")}, 1);
-        row("copy in the folder does not count", {s("/copy/b.doc"), s("/a/copy.doc")}, 0);
-        row("copy in another case", {s("/a/x COPY.doc"), s("/a/xxxxxxx.doc")}, 1);
-        row("digits lose against words", {s("/a/12345.jpg"), s("/a/holiday.jpg")}, 1);
-        row("half digits are not most", {s("/a/1234.jpg"), s("/a/ab12.jpg")}, 1);
-        row("fewest letters", {s("/a/a.c"), s("/a/abc.c")}, 1);
-        row("letters count in the name only", {s("/aaaaaaa/b.c"), s("/z/bbb.c")}, 1);
-        row("first of equals", {s("/b/same.txt"), s("/a/same.txt")}, 1);
-        row("alone", {s("/a/copy - 1.txt")}, 0);
-        row("minus without blank is no number", {s("/a/report -2.doc"), s("/a/reportxx.doc")}, 1);
+        addColumns<QString, int>("group", "kept");
+        addRow("numbered copy", "/a/report - 2.doc;/a/report.doc"_s, 1);
+        addRow("copy of", "/a/Copy of report.doc;/a/report.doc;/a/report - 2.doc"_s, 1);
+        addRow("copy in the folder does not count", "/copy/b.doc;/a/copy.doc"_s, 0);
+        addRow("copy in another case", "/a/x COPY.doc;/a/xxxxxxx.doc"_s, 1);
+        addRow("digits lose against words", "/a/12345.jpg;/a/holiday.jpg"_s, 1);
+        addRow("half digits are not most", "/a/1234.jpg;/a/ab12.jpg"_s, 1);
+        addRow("fewest letters", "/a/a.c;/a/abc.c"_s, 1);
+        addRow("letters count in the name only", "/aaaaaaa/b.c;/z/bbb.c"_s, 1);
+        addRow("first of equals", "/b/same.txt;/a/same.txt"_s, 1);
+        addRow("alone", "/a/copy - 1.txt"_s, 0);
+        addRow("minus without blank is no number", "/a/report -2.doc;/a/reportxx.doc"_s, 1);
     }
 
     void chooser()
     {
-        QFETCH(QStringList, group);
+        QFETCH(QString, group);
         QFETCH(int, kept);
-        QCOMPARE(chooseFileToKeep(group), group.at(kept));
+        QCOMPARE(chooseFileToKeep(split(group)), split(group).at(kept));
     }
 
     void grouping_data()
     {
-        addColumns<QVector<QByteArray>, QStringList, QStringList>("contents", "added", "lines");
-        const auto pair = forgedPair();
-        const auto list = [](const char *text) {
-            return QString::fromLatin1(text).split(QLatin1Char(';'), Qt::SkipEmptyParts);
-        };
-        addRow("nothing", QVector<QByteArray>(), QStringList(), QStringList());
-        addRow("all different", QVector<QByteArray>({"1", "2", "3"}), list("a0;a1;a2"), QStringList());
-        addRow("three equal", QVector<QByteArray>({"1", "1", "1"}), list("a1"), list("group a1:a0,a2"));
-        addRow("order of the paths", QVector<QByteArray>({"9", "1", "9", "1", "5"}), list("a2;a3;a4"),
-               list("group a2:a0;group a3:a1"));
-        addRow("equal checksum and size, other bytes", QVector<QByteArray>({pair.first, pair.second}),
-               list("a0;a1"), QStringList());
-        addRow("two pairs of one checksum",
-               QVector<QByteArray>({pair.first, pair.second, pair.second, pair.first}), list("a2;a3"),
-               list("group a3:a0;group a2:a1"));
-        addRow("equal checksum, other size", QVector<QByteArray>({"1", QByteArray("\0001", 2)}),
-               list("a0;a1"), QStringList());
-        addRow("empty files are equal", QVector<QByteArray>({"", ""}), list("a1"), list("group a1:a0"));
+        addColumns<QVector<QByteArray>, QString, QString>("contents", "added", "lines");
+        using Contents = QVector<QByteArray>;
+        addRow("nothing", Contents(), ""_s, ""_s);
+        addRow("all different", Contents{"1", "2", "3"}, "a0;a1;a2"_s, ""_s);
+        addRow("three equal", Contents{"1", "1", "1"}, "a1"_s, "group a1:a0,a2"_s);
+        addRow("order", Contents{"9", "1", "9", "1", "5"}, "a2;a3;a4"_s, "group a2:a0;group a3:a1"_s);
+        addRow("forged", Contents{forgedOne, forgedOther}, "a0;a1"_s, ""_s);
+        addRow("forged pairs", Contents{forgedOne, forgedOther, forgedOther, forgedOne}, "a2;a3"_s,
+               "group a3:a0;group a2:a1"_s);
+        addRow("of another size", Contents{shorter, longer}, "a0;a1"_s, ""_s);
+        addRow("empty", Contents{"", ""}, "a1"_s, "group a1:a0"_s);
         // Too much to be held in memory: read side by side.
-        const QByteArray large(3 * 1024 * 1024, 'x');
-        addRow("large ones",
-               QVector<QByteArray>({large + pair.first, large + pair.second, large + pair.first}),
-               list("a1;a2"), list("group a2:a0"));
+        const QByteArray x(3 * 1024 * 1024, 'x');
+        addRow("large", Contents{x + forgedOne, x + forgedOther, x + forgedOne}, "a1;a2"_s, "group a2:a0"_s);
     }
 
     void grouping()
     {
         QFETCH(QVector<QByteArray>, contents);
+        QFETCH(QString, added);
+        QFETCH(QString, lines);
         AddingFixture fixture;
         QStringList paths;
         for (int i = 0; i < contents.size(); ++i)
             paths.append(fixture.write("a%1"_s.arg(i), contents.at(i)));
         const Run run = runOn(fixture, paths);
         QVERIFY(run.answer);
-        QStringList names;
-        for (const QString &path : run.out)
-            names.append(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));
-        QTEST(names, "added");
-        QTEST(linesOf(run.found), "lines");
+        QStringList expected;
+        for (const QString &name : split(added))
+            expected.append(fixture.path(name));
+        QCOMPARE(run.out, expected);
+        QCOMPARE(linesOf(run.found), split(lines));
         QCOMPARE(run.kept.size(), run.found.externalDuplicateGroups.size());
     }
 
     void databaseMatches_data()
     {
         addColumns<bool, QByteArray, QByteArray, bool>("isLinking", "stored", "dropped", "matches");
-        const auto pair = forgedPair();
-        const QByteArray large = QByteArray(10000000, 'x') + "tail of a second block";
-        QByteArray otherTail = large;
-        otherTail.replace(large.size() - 8, 8, pair.second);
-        QByteArray tail = large;
-        tail.replace(large.size() - 8, 8, pair.first);
+        const QByteArray block = QByteArray(10000000, 'x') + "tail of a second block";
         for (const bool isLinking : {true, false}) {
-            const char *kind = isLinking ? "external" : "internal";
             const auto row = [&](const char *name, const QByteArray &stored, const QByteArray &dropped,
                                  bool matches) {
-                QTest::addRow("%s, %s", kind, name) << isLinking << stored << dropped << matches;
+                QTest::addRow("%s, %d", name, isLinking) << isLinking << stored << dropped << matches;
             };
             row("equal", "same", "same", true);
             row("both empty", "", "", true);
-            row("forged checksum", pair.first, pair.second, false);
-            row("other size of one checksum", "1", QByteArray("\0001", 2), false);
-            row("two blocks, equal", tail, tail, true);
-            row("two blocks, forged in the second", tail, otherTail, false);
+            row("forged checksum", forgedOne, forgedOther, false);
+            row("other size of one checksum", shorter, longer, false);
+            row("two blocks, equal", block + forgedOne, block + forgedOne, true);
+            row("two blocks, forged in the second", block + forgedOne, block + forgedOther, false);
         }
     }
 
@@ -160,7 +130,6 @@ private slots:
         AddingFixture fixture;
         AddingSettings::setLinkToFiles(isLinking);
         fixture.add({fixture.write("old"_s, stored)});
-        QCOMPARE(fixture.count("files"_s), 1);
         const QString one = fixture.write("new1"_s, dropped);
         const QString two = fixture.write("new2"_s, dropped);
         const Run run = runOn(fixture, {one, two});
@@ -171,46 +140,35 @@ private slots:
     void unreadableSideIsSettledByChecksum()
     {
         AddingFixture fixture;
-        const auto pair = forgedPair();
-        const QString old = fixture.write("old"_s, pair.first);
+        const QString old = fixture.write("old"_s, forgedOne);
         fixture.add({old});
         QVERIFY(QFile::remove(old));
-        const QString dropped = fixture.write("new"_s, pair.second);
+        const QString dropped = fixture.write("new"_s, forgedOther);
         QCOMPARE(linesOf(runOn(fixture, {dropped}).found), QStringList("content old:new"_s));
     }
 
-    void names_data()
+    void checksNamesWhenAsked()
     {
-        addColumns<bool, QStringList, int>("checkNames", "lines", "added");
-        addRow("on", true, QStringList({"name :a,a"_s, "name o'ld:o'ld"_s}), 1);
-        addRow("off", false, QStringList(), 4);
-    }
-
-    void names()
-    {
-        QFETCH(bool, checkNames);
         AddingFixture fixture;
         fixture.add({fixture.write("db/o'ld"_s, "0")});
-        const Run run = runOn(fixture,
-                              {fixture.write("x/a"_s, "1"), fixture.write("x/b"_s, "2"),
-                               fixture.write("x/o'ld"_s, "3"), fixture.write("y/a"_s, "4")},
-                              checkNames);
-        QTEST(linesOf(run.found), "lines");
-        QTEST(run.out.size(), "added");
+        const QStringList paths{fixture.write("x/a"_s, "1"), fixture.write("x/b"_s, "2"),
+                                fixture.write("x/o'ld"_s, "3"), fixture.write("y/a"_s, "4")};
+        QCOMPARE(runOn(fixture, paths, false).out, paths);
+        const Run run = runOn(fixture, paths, true);
+        QCOMPARE(linesOf(run.found), QStringList({"name :a,a"_s, "name o'ld:o'ld"_s}));
+        QCOMPARE(run.out, QStringList(paths.at(1)));
     }
 
-    void failedQueryAnswersFalse()
+    void failedQueryAddsNothing()
     {
         AddingFixture fixture;
-        const QString path = fixture.write("a"_s, "1");
-        QVERIFY(fixture.run("ALTER TABLE files RENAME COLUMN data_checksum TO gone"_s));
-        QVERIFY(!runOn(fixture, {path}).answer);
+        QVERIFY(Sql::run("ALTER TABLE files RENAME COLUMN data_checksum TO gone"));
         QSignalSpy errors(&fixture.provider(), &FileOperationProvider::error);
         QSignalSpy reports(&fixture.provider(), &FileOperationProvider::duplicatesReady);
-        fixture.add({path});
+        fixture.add({fixture.write("a"_s, "1")});
         QCOMPARE(errors.value(0).value(1).toString(), "Error adding files"_s);
         QCOMPARE(reports.size(), 0);
-        QCOMPARE(fixture.count("files"_s), 0);
+        QCOMPARE(Sql::count("files"_s), 0);
     }
 
     void copiesKeepAllTags()
@@ -233,9 +191,14 @@ private:
         QHash<QString, QStringList> inherited;
         PresentableDuplicates found;
     };
-    Run runOn(AddingFixture &fixture, const QStringList &paths, bool checkNames = false)
+    /** What the check says of files, on the test's own thread. */
+    static Run runOn(AddingFixture &fixture, const QStringList &paths, bool checkNames = false)
     {
-        OpenWorker worker(fixture, &m_constructor);
+        TestDatabase &database = fixture.database();
+        if (!QSqlDatabase::contains(Constants::workerConnection))
+            database.openWorkerConnection();
+        SqliteFileOperationWorker worker(Constants::workerConnection, fixture.details(),
+                                         database.constructor());
         DuplicateManager manager;
         Run run;
         run.answer =
@@ -243,9 +206,9 @@ private:
         run.found = manager.presentableDuplicates();
         if (manager.checksums().size() != run.out.size() && run.answer)
             qFatal("checksums do not stand beside the paths");
+        worker.clearPrepared();
         return run;
     }
-    SqliteQueryConstructor m_constructor;
 };
 
 QTEST_GUILESS_MAIN(TestDuplicates)

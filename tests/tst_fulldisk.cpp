@@ -6,13 +6,10 @@
 #include "tests/support/windowfixture.h"
 
 namespace {
-
-const char *const variable = "VORNA_SMALL_DISK";
 constexpr qint64 mebibyte = 1 << 20;
 
 const QString fullBox = "Error Accessing Database: An error has occurred accessing the database. "
                         "The database is full."_s;
-
 } // namespace
 
 /**
@@ -26,11 +23,9 @@ class TestFullDisk : public QObject
 private slots:
     void init()
     {
-        m_disk = QString::fromLocal8Bit(qgetenv(variable));
-        if (m_disk.isEmpty())
-            QSKIP("VORNA_SMALL_DISK names no folder.");
-        if (QStorageInfo(m_disk).bytesAvailable() > 200 * mebibyte)
-            QSKIP("VORNA_SMALL_DISK has too much room.");
+        m_disk = QString::fromLocal8Bit(qgetenv("VORNA_SMALL_DISK"));
+        if (m_disk.isEmpty() || QStorageInfo(m_disk).bytesAvailable() > 200 * mebibyte)
+            QSKIP("VORNA_SMALL_DISK names no folder, or one with too much room.");
         m_fixture = std::make_unique<WindowFixture>();
         m_fixture->answerBoxes([](const Messages::Box &) { return Messages::Answer{QMessageBox::Ok, -1}; });
         QVERIFY(QFile::copy(m_fixture->makeDatabase("new.vrn"_s), onDisk("x.vrn"_s)));
@@ -40,7 +35,7 @@ private slots:
     void cleanup()
     {
         m_fixture.reset();
-        for (const char *name : {"x.vrn", "x.vrn-journal", "new.vrn", "filler", "bystander"})
+        for (const char *name : {"x.vrn", "x.vrn-journal", "new.vrn", "filler"})
             QFile::remove(onDisk(QLatin1String(name)));
     }
 
@@ -60,14 +55,9 @@ private slots:
         QFETCH(int, count);
         QFETCH(qint64, size);
         QFETCH(bool, isExternal);
-        QFile bystander(onDisk("bystander"_s));
-        QVERIFY(bystander.open(QIODevice::WriteOnly) && bystander.write(QByteArray(70000, 'b')) == 70000);
-        bystander.close();
-        QDir().mkdir(m_fixture->path("in"_s));
         for (int i = 0; i < count; ++i) {
-            const QByteArray head = QByteArray::number(i);
             m_fixture->write("in/%1 %2.dat"_s.arg(i).arg(QString(isExternal ? 100 : 1, QLatin1Char('n'))),
-                             head + QByteArray(int(size), 'c'));
+                             QByteArray::number(i) + QByteArray(int(size), 'c'));
         }
         AddingSettings::setLinkToFiles(isExternal);
         add(m_fixture->write("first.txt"_s, "kept"));
@@ -79,9 +69,8 @@ private slots:
         QCOMPARE(m_fixture->takeBoxes(), QStringList{fullBox});
         QCOMPARE(fileCount(), 1);
         QCOMPARE(tagCount(), 0);
-        QCOMPARE(integrity(), "ok"_s);
+        QCOMPARE(Sql::value("PRAGMA integrity_check"), "ok"_s);
         QVERIFY(!QFile::exists(onDisk("x.vrn-journal"_s)));
-        QCOMPARE(WindowFixture::read(bystander.fileName()), QByteArray(70000, 'b'));
 
         // With room again, all goes on, and a new opening finds the same.
         QFile::remove(onDisk("filler"_s));
@@ -138,11 +127,6 @@ private:
     MainViewController *files() { return m_fixture->window().collection()->mainViewController(); }
     int fileCount() { return files()->contentsModel()->rowCount(); }
     int tagCount() { return m_fixture->window().collection()->tagsController()->tableModel()->rowCount(); }
-    QString integrity()
-    {
-        QSqlQuery query("PRAGMA integrity_check"_s);
-        return query.next() ? query.value(0).toString() : QString();
-    }
     /** Until the operation is through. */
     void add(const QString &path)
     {
