@@ -221,7 +221,6 @@ private slots:
     {
         addColumns<QString, QString, bool, QString>("version", "check", "succeeds", "result");
         const QString done = "4.1.0|0|storage_id >= 0|0"_s;
-        addRow("storage from 1", "2.0.8"_s, "storage_id > 0"_s, true, done);
         addRow("storage from 0 already", "2.0.8"_s, "storage_id >= 0"_s, true, done);
         addRow("rows that do not fit", "2.0.8"_s, "storage_id > -9"_s, false,
                "3.2.0|-4|storage_id > '-9'::integer|1"_s);
