@@ -269,7 +269,7 @@ void benchSearch(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat)
 QString makeFolder(const QTemporaryDir &folder, int number)
 {
     constexpr int files = 1000;
-    const QString path = folder.filePath(QStringLiteral("new %1").arg(number));
+    QString path = folder.filePath(QStringLiteral("new %1").arg(number));
     QDir().mkpath(path);
     for (int i = 0; i < files; ++i) {
         QFile file(path + QStringLiteral("/Fresh_file %1.txt").arg(i));

@@ -53,8 +53,8 @@ QByteArray drawName(QRandomGenerator &random, qint64 id)
 {
     static const QVector<QByteArray> words{"Report", "holiday", "IMG",       "invoice",
                                            "Notes",  "scan",    "Protokoll", "letter"};
-    const QByteArray first = words.at(random.bounded(words.size()));
-    const QByteArray second = words.at(random.bounded(words.size()));
+    const QByteArray &first = words.at(random.bounded(words.size()));
+    const QByteArray &second = words.at(random.bounded(words.size()));
     return first + '_' + second + ' ' + QByteArray::number(random.bounded(1000000)) +
            (id % 3 ? ".jpg" : ".pdf");
 }
@@ -137,7 +137,7 @@ void addRelations(PlainDatabase &database)
 QString SampleLibrary::preparedIn(const QString &folder, int files)
 {
     QDir().mkpath(folder);
-    const QString path = QDir(folder).filePath(QStringLiteral("library-%1.vrn").arg(files));
+    QString path = QDir(folder).filePath(QStringLiteral("library-%1.vrn").arg(files));
     if (QFileInfo::exists(path))
         return path;
     const QString part = path + QStringLiteral(".part");

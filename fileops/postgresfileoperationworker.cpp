@@ -63,7 +63,7 @@ QDateTime PostgresFileOperationWorker::readLastChange()
 {
     TableData table;
     const bool isRead = runAsync(ChangeStamp::query(*constructor()), table);
-    const QDateTime lastChange = isRead ? ChangeStamp::of(table) : QDateTime();
+    QDateTime lastChange = isRead ? ChangeStamp::of(table) : QDateTime();
     freeRows(table);
     return lastChange;
 }
