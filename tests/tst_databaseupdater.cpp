@@ -1,5 +1,4 @@
 #include "db/databaseupdater.h"
-#include "db/databaseversion.h"
 #include "db/sqltext.h"
 #include "tests/support/database.h"
 
@@ -23,12 +22,12 @@ constexpr int fileCount = 25000; // more than one portion of the path step
 /** Which later additions an old version had. */
 bool hadAutoLinks(const QString &version)
 {
-    return version == QLatin1String("2.0.8") || version == QLatin1String("3.2.0");
+    return version >= QLatin1String("2.0.8");
 }
 
 bool hadRelativePaths(const QString &version)
 {
-    return version.startsWith(QLatin1String("2.0.7")) || hadAutoLinks(version);
+    return version >= QLatin1String("2.0.7");
 }
 } // namespace
 
@@ -54,26 +53,27 @@ private slots:
     void mapsVersions_data()
     {
         addColumns<QString, QString, int>("program", "schema", "version");
-        struct Stamp
-        {
-            const char *program;
-            const char *schema;
-            int version;
-        };
         // The third number of a program is never read.
-        const Stamp stamps[] = {{"0.5.3", "", 1},       {"2.0.3", "", 2},
-                                {"2.0.6", "", 3},       {"2.0.7a", "", 4},
-                                {"2.0.9", "", 2},       {"1.5.0", "", 1},
-                                {"0.0.0", "", 0},       {"3.0.0", "", 5},
-                                {"3.9.0", "", 6},       {"4.1.3", "", 7},
-                                {"9.0.0", "", 7},       {"abc", "", 0},
-                                {"2.0", "", 0},         {"99999999999.1.1", "", 0},
-                                {"2.0.6", "2.0.8", 5},  {"4.1.3", "schema 3.2.0b", 6},
-                                {"0.5.3", "4.1.0", 7},  {"2.0.7", "4.2.0", 0},
-                                {"2.0.7", "nothing", 0}};
-        for (const Stamp &stamp : stamps)
-            QTest::addRow("program '%s' schema '%s'", stamp.program, stamp.schema)
-                << QString::fromLatin1(stamp.program) << QString::fromLatin1(stamp.schema) << stamp.version;
+        const auto row = [](const char *program, const char *schema, int version) {
+            QTest::addRow("program '%s' schema '%s'", program, schema)
+                << QString::fromLatin1(program) << QString::fromLatin1(schema) << version;
+        };
+        for (const char *unknown : {"0.0.0", "abc", "2.0", "99999999999.1.1"})
+            row(unknown, "", 0);
+        row("0.5.3", "", 1);
+        row("1.5.0", "", 1);
+        row("2.0.9", "", 2);
+        row("2.0.6", "", 3);
+        row("2.0.7a", "", 4);
+        row("3.0.0", "", 5);
+        row("3.9.0", "", 6);
+        row("4.1.3", "", 7);
+        row("9.0.0", "", 7);
+        row("2.0.6", "2.0.8", 5);
+        row("4.1.3", "schema 3.2.0b", 6);
+        row("0.5.3", "4.1.0", 7);
+        row("2.0.7", "4.2.0", 0);
+        row("2.0.7", "nothing", 0);
     }
 
     void mapsVersions()
@@ -81,9 +81,6 @@ private slots:
         QFETCH(QString, program);
         QFETCH(QString, schema);
         QFETCH(int, version);
-        QCOMPARE(schema.isEmpty() ? DataBaseVersions::fromProgramText(program)
-                                  : DataBaseVersions::fromSchemaText(schema),
-                 version);
         run({"CREATE TABLE vorna_version (version TEXT);"_s, Schema::programVersionInsert(program)});
         if (!schema.isEmpty())
             run({"CREATE TABLE scheme_version (version TEXT);"_s, Schema::schemaVersionInsert(schema)});
@@ -164,32 +161,24 @@ private slots:
 
     void failureChangesNothing_data()
     {
-        QTest::addColumn<QString>("obstacle");
-        addRow("column missing", "ALTER TABLE files DROP COLUMN file_description"_s);
-        addRow("column too many", "ALTER TABLE files ADD COLUMN rating INTEGER"_s);
-        addRow("name taken", "CREATE TABLE filesnew (a INTEGER)"_s);
-        addRow("row against the new rules", "PRAGMA ignore_check_constraints=1"_s);
+        QTest::addColumn<QStringList>("obstacle");
+        addRow("column missing", QStringList("ALTER TABLE files DROP COLUMN file_description"_s));
+        addRow("column too many", QStringList("ALTER TABLE files ADD COLUMN rating INTEGER"_s));
+        addRow("name taken", QStringList("CREATE TABLE filesnew (a INTEGER)"_s));
+        addRow("row against the new rules", QStringList{"PRAGMA ignore_check_constraints=1"_s,
+                                                        "UPDATE files SET storage_id=-5 WHERE file_id=1"_s,
+                                                        "PRAGMA ignore_check_constraints=0"_s});
     }
 
     void failureChangesNothing()
     {
-        QFETCH(QString, obstacle);
+        QFETCH(QStringList, obstacle);
         build("3.2.0"_s);
-        run({obstacle});
-        if (obstacle.startsWith("PRAGMA"_s))
-            run({"UPDATE files SET storage_id=-5 WHERE file_id=1"_s, "PRAGMA ignore_check_constraints=0"_s});
+        run(obstacle);
         const QString before = dump(everything) + dump("SELECT * FROM files"_s);
         QVERIFY(!update());
         QCOMPARE(dump(everything) + dump("SELECT * FROM files"_s), before);
         QCOMPARE(Sql::value("SELECT version FROM scheme_version"), "3.2.0"_s);
-    }
-
-    void negativeChecksumsBecomeZero()
-    {
-        build("3.2.0"_s);
-        run({"UPDATE files SET data_checksum=-3 WHERE file_id=2"_s});
-        QVERIFY(update());
-        QCOMPARE(Sql::value("SELECT group_concat(data_checksum) FROM files"), "1,0,3,77"_s);
     }
 
     void columnsInAnotherOrder()
@@ -201,7 +190,11 @@ private slots:
              "ALTER TABLE turned RENAME TO files"_s});
         const QString query = SqlText::fill("SELECT %1 FROM files ORDER BY file_id"_s, {columns});
         const QString before = dump(query);
+        run({"UPDATE files SET data_checksum=-3 WHERE file_id=2"_s});
         QVERIFY(update());
+        // A checksum below zero becomes zero.
+        QCOMPARE(Sql::value("SELECT group_concat(data_checksum) FROM files"), "1,0,3,77"_s);
+        run({"UPDATE files SET data_checksum=2 WHERE file_id=2"_s});
         QCOMPARE(dump(query), before);
     }
 
@@ -249,15 +242,12 @@ private:
     {
         QVERIFY(m_database.transaction());
         for (QString statement : Schema::creationStatements()) {
-            if (statement.contains("vorna_version"_s) || statement.contains("scheme_version"_s))
-                continue;
-            if (!hadAutoLinks(version) && statement.contains("autolinks"_s))
+            if (statement.contains("vorna_version"_s) || statement.contains("scheme_version"_s) ||
+                (!hadAutoLinks(version) && statement.contains("autolinks"_s)))
                 continue;
             if (statement.startsWith("CREATE TABLE file_paths"_s))
-                statement =
-                    hadRelativePaths(version)
-                        ? "CREATE TABLE file_paths (path_id INTEGER PRIMARY KEY, path TEXT, rel_path TEXT);"_s
-                        : "CREATE TABLE file_paths (path_id INTEGER PRIMARY KEY, path TEXT);"_s;
+                statement = "CREATE TABLE file_paths (path_id INTEGER PRIMARY KEY, path TEXT%1);"_s.arg(
+                    hadRelativePaths(version) ? ", rel_path TEXT"_s : QString());
             // Old files knew two kinds of files, counted storage from 1 and took any checksum.
             statement.replace("CHECK(storage_id>=0)"_s, "CHECK(storage_id>0)"_s);
             statement.replace("CONSTRAINT checksum_valid CHECK(data_checksum>=0)"_s,
@@ -313,14 +303,13 @@ private:
     static QString dump(const QString &query)
     {
         QSqlQuery answer(query);
-        QStringList rows;
+        QString rows;
         while (answer.next()) {
-            QStringList row;
             for (int i = 0; i < answer.record().count(); ++i)
-                row.append(QString::fromLatin1(answer.value(i).toByteArray().toHex()));
-            rows.append(row.join(QLatin1Char(',')));
+                rows += QString::fromLatin1(answer.value(i).toByteArray().toHex()) + QLatin1Char(',');
+            rows += QLatin1Char('\n');
         }
-        return rows.join(QLatin1Char('\n'));
+        return rows;
     }
 
     /** Name, type, duty and key of each column. */
