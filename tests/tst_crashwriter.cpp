@@ -69,18 +69,13 @@ private slots:
     void writesDump_data()
     {
         addColumns<Fault, int, QByteArray>("fault", "number", "address");
-        const auto row = [](const char *name, const Fault &fault, int number, const char *address) {
-            addRow(name, fault, number, QByteArray(address));
-        };
-        row("bad address", readBadAddress, SIGSEGV, "\naddress 0x18\n");
-        row("abort", abort, SIGABRT, "\naddress 0x");
-        row(
-            "stack overflow", [] { overflowStack(0); }, SIGSEGV, "\naddress 0x7");
-        row(
-            "other thread", [] { std::thread(readBadAddress).join(); }, SIGSEGV, "\naddress 0x18\n");
+        addRow("bad address", Fault(readBadAddress), SIGSEGV, QByteArray("\naddress 0x18\n"));
+        addRow("abort", Fault(abort), SIGABRT, QByteArray("\naddress 0x"));
+        addRow("stack overflow", Fault([] { overflowStack(0); }), SIGSEGV, QByteArray("\naddress 0x7"));
+        addRow("other thread", Fault([] { std::thread(readBadAddress).join(); }), SIGSEGV,
+               QByteArray("\naddress 0x18\n"));
         for (const int number : {SIGBUS, SIGFPE, SIGILL})
-            row(
-                strsignal(number), [number] { raise(number); }, number, "");
+            addRow(strsignal(number), Fault([number] { raise(number); }), number, QByteArray());
     }
 
     void writesDump()

@@ -18,9 +18,7 @@
 #include <QMainWindow>
 #include <QMenu>
 
-namespace {
 const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
-}
 
 /** The main view in a window on a real database: commands, keys, drops, texts and editing in place. */
 class TestMainFilesView : public QObject

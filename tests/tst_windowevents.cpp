@@ -10,16 +10,12 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-namespace {
-
-QSqlError sqlError(int number)
+static QSqlError sqlError(int number)
 {
     return {"forged"_s, "forged"_s, QSqlError::StatementError, QString::number(number)};
 }
 
-} // namespace
-
-/** What the window makes of the news of an open database: errors, progress, duplicates, short messages. */
+/** What the window makes of the news of an open database: errors, progress, duplicates. */
 class TestWindowEvents : public QObject
 {
     Q_OBJECT
@@ -34,27 +30,26 @@ private slots:
 
     void errorsGetAdvice_data()
     {
-        addColumns<QString, QString>("code", "advice");
+        addColumns<int, QString>("code", "advice");
         const QString permissions = "This may be a result of the permissions of the database file."_s;
-        addRow("read-only", "8"_s, permissions);
-        addRow("corrupt virtual table", "267"_s, "The database file may be corrupt."_s);
-        addRow("full", "13"_s, "The database is full."_s);
-        addRow("read-only folder", "1544"_s, permissions);
-        addRow("any other", "1"_s, QString());
-        addRow("a server's, though its low byte might look like one", "22027"_s, QString());
+        addRow("read-only", 8, permissions);
+        addRow("corrupt virtual table", 267, "The database file may be corrupt."_s);
+        addRow("full", 13, "The database is full."_s);
+        addRow("read-only folder", 1544, permissions);
+        addRow("any other", 1, QString());
+        addRow("a server's, though its low byte might look like one", 22027, QString());
     }
 
     void errorsGetAdvice()
     {
-        QFETCH(QString, code);
+        QFETCH(int, code);
         QFETCH(QString, advice);
         window().slotDBErrorOccured(QSqlError());
-        window().slotDBErrorOccured(QSqlError("x"_s, "y"_s, QSqlError::StatementError, code));
+        window().slotDBErrorOccured(sqlError(code));
         QCOMPARE(m_fixture->boxes(), QStringList());
         QCoreApplication::processEvents();
         const QString text = "Error Accessing Database: An error has occurred accessing the database. "_s;
         QCOMPARE(m_fixture->takeBoxes(), advice.isEmpty() ? QStringList() : QStringList{text + advice});
-        QCOMPARE(m_fixture->openPath(), m_path);
     }
 
     void errorBoxesAreLatched()
@@ -137,24 +132,6 @@ private slots:
         QCOMPARE(m_fixture->openPath(), next);
     }
 
-    void temporaryWarningGoesAway()
-    {
-        window().show();
-        const auto warn = [this](const char *text) {
-            emit window().collection()->showTempWarning("Warning"_s, QString::fromUtf8(text));
-        };
-        warn("first");
-        auto *box = window().findChild<QMessageBox *>("temporaryWarning"_s);
-        QVERIFY(box->isVisible() && !box->isModal());
-        QTest::qWait(1000);
-        box->close();
-        // The time of a box that was closed by hand is not the time of the next one.
-        warn("second");
-        QTest::qWait(1600);
-        QVERIFY(box->isVisible());
-        QTRY_VERIFY(!box->isVisible());
-    }
-
     void progressStaysUntilTheEnd()
     {
         emit files()->startedAddingFiles("Deleting files..."_s);
@@ -216,7 +193,7 @@ private slots:
 
     void chosenNameMatchesAreAdded_data()
     {
-        addColumns<int>("added"); // which is the answer of the prompt as well
+        QTest::addColumn<int>("added"); // which is the answer of the prompt as well
         addRow("Ok", 1);
         addRow("Cancel", 0);
     }
