@@ -210,6 +210,13 @@ private slots:
         views.contents.updateFiles({one->id()});
         views.filter.setSpecialNode(AllFiles);
         QCOMPARE(views.shown(), expected());
+
+        // A few new ones, each into its place.
+        const QVector<File *> few{views.records.add({}, 1, "mmm note"_s),
+                                  views.records.add({}, 1, "!a note"_s)};
+        views.files += few;
+        views.contents.addFiles(FileRecords::map(few));
+        QCOMPARE(views.shown(), expected());
     }
 
     void orderFollowsTagNames()
