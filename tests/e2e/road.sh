@@ -15,7 +15,7 @@ cp "$folder/note 1.txt" "$folder/O'Neil \"x\" %1/deep/Copy of note 1.txt"
 # A new database by the menu and the dialog.
 start
 db=$work/first.vrn
-xdotool key --clearmodifiers alt+d; sleep 0.5; xdotool key Down Return
+xdotool key --clearmodifiers alt+d; sleep 0.5; xdotool key Down Down Return
 within 10 window '^Create New Database' || fail "no dialog"
 xdotool type --delay 20 "$db"; xdotool key Return
 within 10 equals "select count(*) from tags" 0 || fail "no new database"
