@@ -94,9 +94,8 @@ bool ThumbnailMaker::makeThumbnail(const QString &path, qint64 thumbnailId, bool
 
 bool ThumbnailMaker::store(const QImage &canvas, qint64 thumbnailId, bool isNew)
 {
-    QByteArray png;
-    QBuffer buffer(&png);
-    if (!buffer.open(QIODevice::WriteOnly) || !canvas.save(&buffer, "PNG"))
+    const QByteArray png = encoded(canvas);
+    if (png.isEmpty())
         return false;
 
     const AbstractQueryConstructor &dialect = *m_queries.constructor();
@@ -134,6 +133,13 @@ QImage ThumbnailMaker::thumbnailOf(const QString &path)
         qDebug("Failed load image data: %s", qUtf8Printable(path));
         return QImage();
     }
+    return canvasOf(picture);
+}
+
+QImage ThumbnailMaker::canvasOf(const QImage &picture)
+{
+    if (picture.isNull())
+        return QImage();
     const QImage scaled =
         picture.scaled(fitted(picture.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     QImage canvas(edge, edge, QImage::Format_ARGB32);
@@ -141,4 +147,13 @@ QImage ThumbnailMaker::thumbnailOf(const QString &path)
     QPainter painter(&canvas);
     painter.drawImage(QPoint((edge - scaled.width()) / 2, (edge - scaled.height()) / 2), scaled);
     return canvas;
+}
+
+QByteArray ThumbnailMaker::encoded(const QImage &canvas)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !canvas.save(&buffer, "PNG"))
+        return QByteArray();
+    return png;
 }
