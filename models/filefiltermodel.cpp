@@ -18,7 +18,7 @@ std::vector<int> lackingIn(const std::vector<int> &other, const std::vector<int>
 
 } // namespace
 
-FileFilterModel::FileFilterModel(QObject *parent) : QSortFilterProxyModel(parent) {}
+FileFilterModel::FileFilterModel(QObject *parent) : RowProxyModel(parent) {}
 
 void FileFilterModel::setSourceModel(QAbstractItemModel *sourceModel)
 {
@@ -26,8 +26,7 @@ void FileFilterModel::setSourceModel(QAbstractItemModel *sourceModel)
     if (m_contents)
         disconnect(m_contents, nullptr, this, nullptr);
     m_contents = qobject_cast<ContentsModel *>(sourceModel);
-    // Not that of QSortFilterProxyModel, whose mapping would follow the source beside ours.
-    QAbstractProxyModel::setSourceModel(sourceModel); // NOLINT(bugprone-parent-virtual-call)
+    followSource(sourceModel);
     if (m_contents)
         connectContents();
     runSelection();
@@ -42,7 +41,7 @@ void FileFilterModel::connectContents()
     connect(m_contents, &Model::rowsInserted, this, &FileFilterModel::sourceRowsInserted);
     connect(m_contents, &Model::rowsAboutToBeRemoved, this, &FileFilterModel::sourceRowsAboutToBeRemoved);
     connect(m_contents, &Model::rowsRemoved, this, &FileFilterModel::sourceRowsRemoved);
-    connect(m_contents, &Model::layoutAboutToBeChanged, this, &FileFilterModel::sourceLayoutAboutToBeChanged);
+    connect(m_contents, &Model::layoutAboutToBeChanged, this, &FileFilterModel::beginSourceLayoutChange);
     connect(m_contents, &Model::layoutChanged, this, &FileFilterModel::sourceLayoutChanged);
     connect(m_contents, &Model::modelAboutToBeReset, this, &FileFilterModel::beginResetModel);
     connect(m_contents, &Model::modelReset, this, &FileFilterModel::sourceReset);
@@ -97,21 +96,7 @@ void FileFilterModel::showNewRows()
 // them once.
 void FileFilterModel::showChangesInOneGo()
 {
-    emit layoutAboutToBeChanged();
-    const QModelIndexList before = persistentIndexList();
-    std::vector<int> contentsRows;
-    contentsRows.reserve(static_cast<size_t>(before.size()));
-    for (const QModelIndex &index : before)
-        contentsRows.push_back(contentsRow(index.row()));
-    showNewRows();
-    QModelIndexList after;
-    after.reserve(before.size());
-    for (int i = 0; i < before.size(); ++i) {
-        const int row = contentsRows[static_cast<size_t>(i)];
-        after.append(isShown(row) ? createIndex(placeOf(row), before.at(i).column()) : QModelIndex());
-    }
-    changePersistentIndexList(before, after);
-    emit layoutChanged();
+    changeLayout([this] { showNewRows(); });
 }
 
 // After a change of few rows of the source: single ones go and come, as a rule none or one run.
@@ -191,28 +176,11 @@ void FileFilterModel::sourceRowsRemoved(const QModelIndex & /*parent*/, int firs
     showChanges();
 }
 
-void FileFilterModel::sourceLayoutAboutToBeChanged()
-{
-    emit layoutAboutToBeChanged();
-    m_layoutIndexes = persistentIndexList();
-    m_layoutSources.clear();
-    m_layoutSources.reserve(m_layoutIndexes.size());
-    for (const QModelIndex &index : qAsConst(m_layoutIndexes))
-        m_layoutSources.append(mapToSource(index));
-}
-
 void FileFilterModel::sourceLayoutChanged()
 {
     runSelection();
     showNewRows();
-    QModelIndexList after;
-    after.reserve(m_layoutSources.size());
-    for (const QPersistentModelIndex &source : qAsConst(m_layoutSources))
-        after.append(mapFromSource(source));
-    changePersistentIndexList(m_layoutIndexes, after);
-    m_layoutIndexes.clear();
-    m_layoutSources.clear();
-    emit layoutChanged();
+    endSourceLayoutChange();
 }
 
 void FileFilterModel::sourceReset()
@@ -251,35 +219,9 @@ const File *FileFilterModel::fileAt(int row) const
     return row >= 0 && row < rowCount() ? m_contents->fileAt(contentsRow(row)) : nullptr;
 }
 
-QModelIndex FileFilterModel::index(int row, int column, const QModelIndex &parent) const
-{
-    const bool isInside = row >= 0 && row < rowCount(parent) && column >= 0 && column < columnCount(parent);
-    return isInside ? createIndex(row, column) : QModelIndex();
-}
-
-QModelIndex FileFilterModel::parent(const QModelIndex & /*child*/) const
-{
-    return {};
-}
-
-QModelIndex FileFilterModel::sibling(int row, int column, const QModelIndex &index) const
-{
-    return index.isValid() ? this->index(row, column) : QModelIndex();
-}
-
 int FileFilterModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
-}
-
-int FileFilterModel::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() || !m_contents ? 0 : m_contents->columnCount();
-}
-
-bool FileFilterModel::hasChildren(const QModelIndex &parent) const
-{
-    return rowCount(parent) > 0;
 }
 
 QModelIndex FileFilterModel::mapToSource(const QModelIndex &proxyIndex) const
@@ -294,16 +236,6 @@ QModelIndex FileFilterModel::mapFromSource(const QModelIndex &sourceIndex) const
     if (!sourceIndex.isValid() || !isShown(sourceIndex.row()))
         return {};
     return createIndex(placeOf(sourceIndex.row()), sourceIndex.column());
-}
-
-QVariant FileFilterModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    return m_contents ? m_contents->headerData(section, orientation, role) : QVariant();
-}
-
-bool FileFilterModel::removeRows(int /*row*/, int /*count*/, const QModelIndex & /*parent*/)
-{
-    return false;
 }
 
 void FileFilterModel::sort(int /*column*/, Qt::SortOrder /*order*/) {}

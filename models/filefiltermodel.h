@@ -2,9 +2,8 @@
 
 #include "core/nodetype.h"
 #include "models/fileselection.h"
+#include "models/rowproxymodel.h"
 
-#include <QPersistentModelIndex>
-#include <QSortFilterProxyModel>
 #include <QVector>
 
 #include <vector>
@@ -17,10 +16,10 @@ class File;
  * makes one pass over the index of all files, which gives the shown rows in the order of the source.
  *
  * The mapping is our own: that of the base class asks row by row and then sorts what is in order already,
- * which takes most of the time of a click at a million files; its invalidateFilter() is even quadratic. So
- * none of the base class's mapping, sorting and pattern functions has an effect here. GUI thread.
+ * which takes most of the time of a click at a million files; its invalidateFilter() is even quadratic. GUI
+ * thread.
  */
-class FileFilterModel : public QSortFilterProxyModel
+class FileFilterModel : public RowProxyModel
 {
     Q_OBJECT
 
@@ -53,16 +52,9 @@ public:
     const File *fileAt(int row) const;
     const ContentsModel *contents() const { return m_contents; }
 
-    QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
-    QModelIndex parent(const QModelIndex &child) const override;
-    QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
-    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
-    bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex mapToSource(const QModelIndex &proxyIndex) const override;
     QModelIndex mapFromSource(const QModelIndex &sourceIndex) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
-    bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
     /** Does nothing: files are sorted by the Sorter above. */
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
@@ -80,7 +72,6 @@ private:
     void sourceRowsInserted();
     void sourceRowsAboutToBeRemoved(const QModelIndex &parent, int first, int last);
     void sourceRowsRemoved(const QModelIndex &parent, int first, int last);
-    void sourceLayoutAboutToBeChanged();
     void sourceLayoutChanged();
     void sourceReset();
 
@@ -102,8 +93,5 @@ private:
     QVector<qint64> m_announcedDTags;
     mutable QVector<qint64> m_acceptedFiles;
     mutable bool m_areAcceptedFilesKnown = false;
-    // Between the two signals of a change of layout or of a removal below.
-    QModelIndexList m_layoutIndexes;
-    QVector<QPersistentModelIndex> m_layoutSources;
-    bool m_isRemoving = false;
+    bool m_isRemoving = false; // between the two signals of a removal below
 };

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-Sorter::Sorter(QObject *parent) : QSortFilterProxyModel(parent)
+Sorter::Sorter(QObject *parent) : RowProxyModel(parent)
 {
     m_matcher.setCaseSensitivity(Qt::CaseInsensitive);
 }
@@ -159,37 +159,11 @@ int Sorter::rowOfSource(int sourceRow) const
                : -1;
 }
 
-QModelIndex Sorter::index(int row, int column, const QModelIndex &parent) const
-{
-    const bool isInside = row >= 0 && row < rowCount(parent) && column >= 0 && column < columnCount(parent);
-    return isInside ? createIndex(row, column) : QModelIndex();
-}
-
-QModelIndex Sorter::parent(const QModelIndex & /*child*/) const
-{
-    return {};
-}
-
-QModelIndex Sorter::sibling(int row, int column, const QModelIndex &index) const
-{
-    return index.isValid() ? this->index(row, column) : QModelIndex();
-}
-
 int Sorter::rowCount(const QModelIndex &parent) const
 {
     if (parent.isValid() || !m_filter)
         return 0;
     return m_isWhole ? m_filter->rowCount() : static_cast<int>(m_rows.size());
-}
-
-int Sorter::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() || !m_filter ? 0 : m_filter->columnCount();
-}
-
-bool Sorter::hasChildren(const QModelIndex &parent) const
-{
-    return rowCount(parent) > 0;
 }
 
 QModelIndex Sorter::mapToSource(const QModelIndex &proxyIndex) const
@@ -203,14 +177,4 @@ QModelIndex Sorter::mapFromSource(const QModelIndex &sourceIndex) const
 {
     const int row = sourceIndex.isValid() ? rowOfSource(sourceIndex.row()) : -1;
     return row < 0 ? QModelIndex() : createIndex(row, sourceIndex.column());
-}
-
-QVariant Sorter::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    return m_filter ? m_filter->headerData(section, orientation, role) : QVariant();
-}
-
-bool Sorter::removeRows(int /*row*/, int /*count*/, const QModelIndex & /*parent*/)
-{
-    return false;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "models/rowproxymodel.h"
 #include "models/sortranks.h"
 
-#include <QSortFilterProxyModel>
 #include <QString>
 #include <QStringMatcher>
 #include <QVector>
@@ -18,10 +18,9 @@ class FileFilterModel;
  * their arrival and nothing is compared.
  *
  * The mapping is our own, as in the filter below: the base class compares a million rows anew whenever a few
- * of them come. None of the base class's mapping, sorting and pattern functions has an effect here. GUI
- * thread.
+ * of them come. GUI thread.
  */
-class Sorter : public QSortFilterProxyModel
+class Sorter : public RowProxyModel
 {
     Q_OBJECT
 
@@ -44,16 +43,9 @@ public:
     /** Null outside the rows. */
     const File *fileAt(int row) const;
 
-    QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
-    QModelIndex parent(const QModelIndex &child) const override;
-    QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
-    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
-    bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex mapToSource(const QModelIndex &proxyIndex) const override;
     QModelIndex mapFromSource(const QModelIndex &sourceIndex) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
-    bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
 public slots:
     /** Tags have other names: shows and, if they are sorted by, sorts them anew. */
@@ -71,7 +63,6 @@ private:
     void sourceRowsInserted(const QModelIndex &parent, int first, int last);
     void sourceRowsAboutToBeRemoved(const QModelIndex &parent, int first, int last);
     void sourceRowsRemoved(const QModelIndex &parent, int first, int last);
-    void sourceLayoutAboutToBeChanged();
     void sourceLayoutChanged();
     void sourceReset();
 
@@ -100,7 +91,4 @@ private:
     std::vector<int> m_rows;
     mutable std::vector<int> m_rowsOfSource; // empty when it has to be made anew
     QVector<int> m_changedRecords;           // rows of the ContentsModel that may have to move
-    // Between the two signals of a change of layout below.
-    QModelIndexList m_layoutIndexes;
-    QVector<QPersistentModelIndex> m_layoutSources;
 };

@@ -19,8 +19,7 @@ void Sorter::setSourceModel(QAbstractItemModel *sourceModel)
     }
     m_filter = qobject_cast<FileFilterModel *>(sourceModel);
     m_ranks.clear();
-    // Not that of QSortFilterProxyModel, whose mapping would follow the source beside ours.
-    QAbstractProxyModel::setSourceModel(sourceModel); // NOLINT(bugprone-parent-virtual-call)
+    followSource(sourceModel);
     if (m_filter)
         connectSource();
     arrange();
@@ -46,7 +45,7 @@ void Sorter::connectSource()
     connect(m_filter, &Model::rowsInserted, this, &Sorter::sourceRowsInserted);
     connect(m_filter, &Model::rowsAboutToBeRemoved, this, &Sorter::sourceRowsAboutToBeRemoved);
     connect(m_filter, &Model::rowsRemoved, this, &Sorter::sourceRowsRemoved);
-    connect(m_filter, &Model::layoutAboutToBeChanged, this, &Sorter::sourceLayoutAboutToBeChanged);
+    connect(m_filter, &Model::layoutAboutToBeChanged, this, &Sorter::beginSourceLayoutChange);
     connect(m_filter, &Model::layoutChanged, this, &Sorter::sourceLayoutChanged);
     connect(m_filter, &Model::modelAboutToBeReset, this, &Sorter::beginResetModel);
     connect(m_filter, &Model::modelReset, this, &Sorter::sourceReset);
@@ -54,21 +53,7 @@ void Sorter::connectSource()
 
 void Sorter::rearrange()
 {
-    emit layoutAboutToBeChanged();
-    const QModelIndexList before = persistentIndexList();
-    std::vector<int> sources;
-    sources.reserve(static_cast<size_t>(before.size()));
-    for (const QModelIndex &index : before)
-        sources.push_back(sourceRow(index.row()));
-    arrange();
-    QModelIndexList after;
-    after.reserve(before.size());
-    for (int i = 0; i < before.size(); ++i) {
-        const int row = rowOfSource(sources[static_cast<size_t>(i)]);
-        after.append(row < 0 ? QModelIndex() : createIndex(row, before.at(i).column()));
-    }
-    changePersistentIndexList(before, after);
-    emit layoutChanged();
+    changeLayout([this] { arrange(); });
 }
 
 // Whether a row of the source is shown or hidden as it should be, and between the right neighbours.
@@ -193,27 +178,10 @@ void Sorter::sourceRowsRemoved(const QModelIndex & /*parent*/, int first, int la
     m_rowsOfSource.clear();
 }
 
-void Sorter::sourceLayoutAboutToBeChanged()
-{
-    emit layoutAboutToBeChanged();
-    m_layoutIndexes = persistentIndexList();
-    m_layoutSources.clear();
-    m_layoutSources.reserve(m_layoutIndexes.size());
-    for (const QModelIndex &index : qAsConst(m_layoutIndexes))
-        m_layoutSources.append(mapToSource(index));
-}
-
 void Sorter::sourceLayoutChanged()
 {
     arrange();
-    QModelIndexList after;
-    after.reserve(m_layoutSources.size());
-    for (const QPersistentModelIndex &source : qAsConst(m_layoutSources))
-        after.append(mapFromSource(source));
-    changePersistentIndexList(m_layoutIndexes, after);
-    m_layoutIndexes.clear();
-    m_layoutSources.clear();
-    emit layoutChanged();
+    endSourceLayoutChange();
 }
 
 void Sorter::sourceReset()
