@@ -7,16 +7,15 @@
 #include "models/browsingtreetablemodel.h"
 #include "models/treeroles.h"
 #include "ui/dialogs/nameinput.h"
+#include "ui/dialogs/tabledialoglayout.h"
 #include "ui/views/browsingtreesdelegate.h"
 #include "ui/views/tableview.h"
 
-#include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
-#include <QVBoxLayout>
 
 namespace {
 const QString geometryKey = QStringLiteral("BrowsingTreeDialog/geometry");
@@ -37,10 +36,6 @@ BrowsingTreeDialog::BrowsingTreeDialog(BrowsTreeController *controller, QWidget 
 {
     setObjectName(QStringLiteral("BrowsingTreeDialog"));
     setWindowTitle(tr("Browsing Trees"));
-    auto *hint = new QLabel(tr("All who share this database see the same trees. Which one is shown here is "
-                               "your own choice."),
-                            this);
-    hint->setWordWrap(true);
     connect(m_model, &BrowsingTreeTableModel::showError, this, &BrowsingTreeDialog::showError);
     connect(m_model, &BrowsingTreeTableModel::treeDuplicated, this, [this](const QModelIndex &other) {
         m_view->setCurrentIndex(other);
@@ -53,13 +48,11 @@ BrowsingTreeDialog::BrowsingTreeDialog(BrowsTreeController *controller, QWidget 
     m_currentId = controller->currentBrowsingTree();
     buildTable();
 
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(hint);
-    layout->addWidget(m_view);
-    layout->addLayout(makeButtons());
-    auto *close = new QDialogButtonBox(QDialogButtonBox::Close, this);
-    connect(close, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(close);
+    layOutTableDialog(
+        this,
+        tr("All who share this database see the same trees. Which one is shown here is your own "
+           "choice."),
+        m_view, makeButtons());
     updateButtons();
     restoreLayout();
     m_view->setFocus();

@@ -5,16 +5,15 @@
 #include "models/taggroupmodel.h"
 #include "models/tagroles.h"
 #include "ui/dialogs/nameinput.h"
+#include "ui/dialogs/tabledialoglayout.h"
 #include "ui/views/tableview.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
-#include <QVBoxLayout>
 
 namespace {
 const QString geometryKey = QStringLiteral("TagGroupingDialog/geometry");
@@ -31,18 +30,10 @@ TagGroupingDialog::TagGroupingDialog(GroupsController *controller, QWidget *pare
 {
     setObjectName(QStringLiteral("TagGroupingDialog"));
     setWindowTitle(tr("Edit Tag Groups"));
-    auto *hint =
-        new QLabel(tr("Groups arrange tags; a checked group is a tab below the table of tags."), this);
-    hint->setWordWrap(true);
     buildTable();
 
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(hint);
-    layout->addWidget(m_view);
-    layout->addLayout(makeButtons());
-    auto *close = new QDialogButtonBox(QDialogButtonBox::Close, this);
-    connect(close, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(close);
+    layOutTableDialog(this, tr("Groups arrange tags; a checked group is a tab below the table of tags."),
+                      m_view, makeButtons());
     updateButtons();
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
         resize(usualSize);
