@@ -19,6 +19,8 @@
 #include <QSqlQuery>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 /** Whether another connection to a local file was in the way. */
 bool isBusyError(const QSqlError &error)
@@ -178,7 +180,7 @@ void DatabaseManger::connectFileOperations()
     connect(files, &Source::noLongerPresent, this, &DatabaseManger::gotMissedFileIds);
     connect(files, &Source::present, this, &DatabaseManger::gotFoundFileIds);
     connect(files, &Source::errorOccured, this, &DatabaseManger::errorOccured);
-    connect(files, &Source::connectionError, this, &DatabaseManger::connectionError);
+    connect(files, &Source::connectionError, this, &DatabaseManger::gotConnectionLoss);
 }
 
 void DatabaseManger::connectFileNews()
@@ -201,8 +203,14 @@ void DatabaseManger::connectFileNews()
 
 void DatabaseManger::connectErrors(BaseDBProvider *provider)
 {
-    connect(provider, &BaseDBProvider::connectionError, this, &DatabaseManger::connectionError);
+    connect(provider, &BaseDBProvider::connectionError, this, &DatabaseManger::gotConnectionLoss);
     connect(provider, &BaseDBProvider::errorOccured, this, &DatabaseManger::gotProviderError);
+}
+
+void DatabaseManger::gotConnectionLoss()
+{
+    if (!std::exchange(m_isLost, true))
+        emit connectionError();
 }
 
 void DatabaseManger::gotProviderError(const QSqlError &error)
@@ -218,6 +226,7 @@ void DatabaseManger::gotProviderError(const QSqlError &error)
 
 QSqlError DatabaseManger::openDB()
 {
+    m_isLost = false;
     const Connections::Result main = Connections::open(Connections::mainName(), details(), connectOptions());
     if (!main.isDriverLoaded) {
         qDebug() << "DBManager::openDB 1:" << main.error;

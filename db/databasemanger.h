@@ -172,6 +172,7 @@ public:
     virtual void refreshModificationDate() = 0;
 
 signals:
+    /** Told once, whichever connection notices, until the database is opened again. */
     void connectionError();
     void errorOccured(QSqlError error);
     /** Title and text. */
@@ -246,6 +247,9 @@ protected slots:
     void gotFoundFileIds(const QVector<qint64> &fileIds);
     void gotMissedFileIds(const QVector<qint64> &fileIds);
 
+private slots:
+    void gotConnectionLoss();
+
 protected:
     /** What a back-end makes in its constructor, each with the manager as its parent. */
     struct Providers
@@ -316,6 +320,7 @@ private:
     ThumbnailCache *m_thumbnailCache;
     PendingReloads *m_pendingReloads;
     bool m_isOpen = false;
+    bool m_isLost = false;
     bool m_isReloading = false; // a busy database is no news for the user then
     bool m_sawBusy = false;
 };
