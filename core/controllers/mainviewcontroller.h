@@ -2,6 +2,7 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "core/datatype.h"
+#include "core/fileconflict.h"
 #include "core/nodetype.h"
 #include "core/recordtypes.h"
 #include "fileops/deletedfilerepresentations.h"
@@ -68,6 +69,15 @@ public:
     void deleteFiles(const QVector<qint64> &fileIds);
     /** Copies the external ones of these files into the database; on the disk they stay as they are. */
     void transferToInternal(const QVector<qint64> &fileIds);
+    /**
+     * Copies files into a folder. Hyperlinks and what is there already are passed over; about a different file
+     * of the same name the user is asked, about several ones by the asker. An empty folder does nothing.
+     */
+    void extractFiles(const QString &folder, const QVector<qint64> &fileIds);
+    /** Without one, an extraction that meets several conflicts ends there. */
+    void setFileConflictAsker(const FileConflictAsker &asker);
+    /** Opens an internal file with the program that the system has for it, in a copy for the purpose. */
+    void openTemporaryCopy(qint64 fileId);
     void cancelOperations();
 
     /** Links and unlinks in one step; false when it was refused and nothing has changed. */
