@@ -30,7 +30,8 @@ bool DBVersionTransition_2_0_6::run(const QSqlDatabase &database)
         statements += QStringLiteral("CREATE TABLE tb_settings_tag_rlat_expansion( relationship_path TEXT "
                                      "PRIMARY KEY, expanded BOOLEAN, CHECK( length(relationship_path>0) ));");
     }
-    const auto log = MigrationStatements::logAs("DBVersionTranstion_2_0_6 :");
-    return MigrationStatements::run(database, statements, log) &&
-           MigrationStatements::stampProgramVersion(database, DataBaseVersions::name(Version_2_0_6), log);
+    // With the stamp or not at all: a table that is there already would never get its row.
+    statements += MigrationStatements::programStamp(DataBaseVersions::name(Version_2_0_6));
+    return MigrationStatements::runAsOne(database, statements,
+                                         MigrationStatements::logAs("DBVersionTranstion_2_0_6 :"));
 }

@@ -131,7 +131,7 @@ bool DBVersionTransition_2_0_7::run(const QSqlDatabase &database)
     if (database.driverName() != Constants::sqliteDriver)
         return true;
     return updatePaths(database, MigrationStatements::logAs("DBVersionTranstion_2_0_7 :")) &&
-           MigrationStatements::stampProgramVersion(
-               database, DataBaseVersions::name(Version_2_0_7),
+           MigrationStatements::runAsOne(
+               database, MigrationStatements::programStamp(DataBaseVersions::name(Version_2_0_7)),
                MigrationStatements::logAs("DBVersionTransition_2_0_7 :"));
 }

@@ -36,11 +36,9 @@ bool runAsOne(QSqlDatabase database, const QStringList &statements, const Failur
     return true;
 }
 
-bool stampProgramVersion(const QSqlDatabase &database, const QString &version, const FailureLog &log)
+QStringList programStamp(const QString &version)
 {
-    // A file between the two statements would have no version and never open again.
-    return runAsOne(
-        database, {QStringLiteral("DELETE FROM vorna_version;"), Schema::programVersionInsert(version)}, log);
+    return {QStringLiteral("DELETE FROM vorna_version;"), Schema::programVersionInsert(version)};
 }
 
 QStringList schemaStamp(const QSqlDatabase &database, const QString &version)

@@ -17,8 +17,8 @@ bool run(const QSqlDatabase &database, const QStringList &statements, const Fail
 /** The same in a transaction: all of them or none. */
 bool runAsOne(QSqlDatabase database, const QStringList &statements, const FailureLog &log);
 
-/** Replaces the row of vorna_version in one transaction. */
-bool stampProgramVersion(const QSqlDatabase &database, const QString &version, const FailureLog &log);
+/** The statements that replace the row of vorna_version. To be run as one: without a row no file opens. */
+QStringList programStamp(const QString &version);
 
 /** The statements that leave scheme_version with this one row. */
 QStringList schemaStamp(const QSqlDatabase &database, const QString &version);
