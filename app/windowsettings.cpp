@@ -9,6 +9,7 @@ namespace {
 const QString lastVersionUsedKey = QStringLiteral("lastVersionUsed");
 const QString lastVersionDifferentKey = QStringLiteral("lastVersionDifferent");
 const QString lastDatabaseDirKey = QStringLiteral("MainWindow/lastDBdir");
+const QString lastExtractDirKey = QStringLiteral("MainWindow/lastExtractDir");
 const QString recentDatabasesKey = QStringLiteral("MainWindow/recentDatabases_DBSpecifier2");
 const QString showIconViewKey = QStringLiteral("MainWindow/showIconView");
 const QString searchLineKey = QStringLiteral("MainWindow/fileSearchLineVisibility");
@@ -57,6 +58,16 @@ QString lastDatabaseDir(const QString &defaultDir)
 void setLastDatabaseDir(const QString &dir)
 {
     store(lastDatabaseDirKey, dir);
+}
+
+QString lastExtractDir(const QString &defaultDir)
+{
+    return QSettings().value(lastExtractDirKey, defaultDir).toString();
+}
+
+void setLastExtractDir(const QString &dir)
+{
+    store(lastExtractDirKey, dir);
 }
 
 QQueue<DBDetails> recentDatabases()

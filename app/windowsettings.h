@@ -26,6 +26,9 @@ bool noteVersion(const QString &version);
 
 QString lastDatabaseDir(const QString &defaultDir);
 void setLastDatabaseDir(const QString &dir);
+/** The folder that files were last extracted to, with a "/" on its end. */
+QString lastExtractDir(const QString &defaultDir);
+void setLastExtractDir(const QString &dir);
 
 /** The recent databases, newest first, without passwords. */
 QQueue<DBDetails> recentDatabases();
