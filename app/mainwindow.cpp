@@ -82,6 +82,7 @@ bool MainWindow::openDatabase(const DBDetails &details)
 void MainWindow::closeDatabase()
 {
     if (m_collection) {
+        rememberRunConnection();
         detachControllers();
         m_collection->close();
         delete m_collection;
