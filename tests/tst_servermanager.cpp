@@ -186,8 +186,10 @@ private slots:
         QCOMPARE(m_collection->tree().browsingTrees().keys(), QList<qint64>{1});
         QCOMPARE(m_collection->manager()->nodes().keys(), QList<qint64>{1});
         QCOMPARE(m_collection->get()->settings()->browsingTree(), qint64(1));
+        QCOMPARE(Sql::value("SELECT node_id, child_id FROM tb_nodes, tb_node_links"), "1|1"_s);
+        QVERIFY(m_collection->tree().addTree("other"_s) && m_collection->tree().selectTree(3));
         m_collection->tags().removeTags({tagId}); // also from trees that are not shown
-        QCOMPARE(Sql::value("SELECT node_id FROM tb_nodes"), "3"_s);
+        QCOMPARE(Sql::count("tb_nodes"_s), 0);
     }
 
     void treeThatAnotherRemoved()
