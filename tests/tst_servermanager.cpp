@@ -153,6 +153,18 @@ private slots:
         QVERIFY(m_collection->tags().addTag("more"_s) > 0);
     }
 
+    void rowThatAnotherHoldsIsBusy()
+    {
+        const qint64 tagId = m_collection->tags().addTag("mine"_s);
+        foreign("BEGIN; DELETE FROM tags");
+        QVERIFY(!m_collection->tags().renameTag(tagId, "lost"_s));
+        QCOMPARE(
+            QList<QVariantList>(*m_warnings),
+            QList<QVariantList>{(QVariantList{"Warning"_s, "The database is busy. Please try again."_s})});
+        foreign("ROLLBACK");
+        QVERIFY(m_collection->tags().renameTag(tagId, "mine too"_s));
+    }
+
     void withoutAStampNothingIsWritten()
     {
         foreign("DELETE FROM tables_modification_date");
