@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QSet>
 
-bool BlockStorage::readInto(qint64 fileId, QFile &target)
+bool BlockStorage::readInto(qint64 fileId, QFile &target, const AtBlock &atBlock)
 {
     int internal = 0;
     qint64 size = 0;
@@ -18,19 +18,21 @@ bool BlockStorage::readInto(qint64 fileId, QFile &target)
         return false;
     }
     // An empty file owns no block; the id that was kept for it may have become another file's.
-    if (size != 0 && !writeChain(storageId, target))
+    if (size != 0 && !writeChain(storageId, size, target, atBlock))
         return false;
-    if (!target.exists()) {
+    // By its name: of an open file that was removed the descriptor still knows.
+    if (!QFile::exists(target.fileName())) {
         qDebug() << "File does not exist!";
         return false;
     }
     return true;
 }
 
-bool BlockStorage::writeChain(qint64 firstId, QFile &target)
+bool BlockStorage::writeChain(qint64 firstId, qint64 size, QFile &target, const AtBlock &atBlock)
 {
     // A damaged chain that leads back into itself would fill the disk.
     QSet<qint64> seen;
+    qint64 done = 0;
     for (qint64 id = firstId; id > 0;) {
         if (m_worker.shouldEnd()) {
             target.close();
@@ -46,6 +48,10 @@ bool BlockStorage::writeChain(qint64 firstId, QFile &target)
         }
         seen.insert(id);
         id = continueId;
+        done += data.size();
+        if (atBlock)
+            atBlock(done, size);
     }
-    return target.flush();
+    // More is right where a size did not fit its column, fewer is a chain that lost its end.
+    return done >= size && target.flush();
 }

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <functional>
+
 class FileOperationWorker;
 class QFile;
 
@@ -12,16 +14,20 @@ constexpr qint64 BLOCK_SIZE = 10000000;
 class BlockStorage
 {
 public:
+    /** Hears the bytes written so far, and those of the whole file as recorded. */
+    using AtBlock = std::function<void(qint64 done, qint64 total)>;
+
     explicit BlockStorage(FileOperationWorker &worker) : m_worker(worker) {}
 
     /**
      * Writes a file's contents into an open target. False when the file is not internal, a block is missing,
-     * writing fails, the target is gone at the end, or on a stop or cancel, which also closes the target.
+     * or there are fewer bytes than recorded, writing fails, the target is gone at the end, or on a stop or
+     * cancel, which also closes the target.
      */
-    bool readInto(qint64 fileId, QFile &target);
+    bool readInto(qint64 fileId, QFile &target, const AtBlock &atBlock = {});
 
 private:
-    bool writeChain(qint64 firstId, QFile &target);
+    bool writeChain(qint64 firstId, qint64 size, QFile &target, const AtBlock &atBlock);
 
     FileOperationWorker &m_worker;
 };

@@ -98,12 +98,27 @@ QString Database::uniqueFileName(const QString &name, const QDir &dir)
         const QFileInfo info(dir.filePath(tried));
         return info.exists() || info.isSymLink();
     };
+    int number = 1;
+    return uniqueFileName(name, isTaken, number);
+}
+
+QString Database::uniqueFileName(const QString &name, const std::function<bool(const QString &)> &isTaken,
+                                 int &number)
+{
     const int dot = name.indexOf(QLatin1Char('.'));
     const int end = dot < 0 ? name.size() : dot;
     QString tried = name;
-    for (int n = 1; isTaken(tried); ++n)
-        tried = QString(name.leftRef(end) + QLatin1Char('_') + QString::number(n) + name.midRef(end));
+    for (; isTaken(tried); ++number)
+        tried = QString(name.leftRef(end) + QLatin1Char('_') + QString::number(number) + name.midRef(end));
     return tried;
+}
+
+QString Database::safeFileName(const QString &name)
+{
+    QString safe = name.mid(name.lastIndexOf(QLatin1Char('/')) + 1);
+    safe.remove(QChar(QChar::Null));
+    const bool isUsable = !safe.isEmpty() && safe != QLatin1String(".") && safe != QLatin1String("..");
+    return isUsable ? safe : QStringLiteral("_");
 }
 
 QVector<qint64> Database::listResults(const QString &connectionName, const QString &statement)

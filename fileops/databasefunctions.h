@@ -6,6 +6,8 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
+
 /**
  * Small helpers on a connection for code that is no worker. An empty connection name means the default one;
  * each call belongs to the thread of its connection.
@@ -41,6 +43,10 @@ QString absolutePath(const QString &relativePath, const PathLocator &locator);
 
 /** A name that nothing in the folder has: the given one, or that with "_1", "_2" ... before its first dot. */
 QString uniqueFileName(const QString &name, const QDir &dir);
+/** The same by a test of one's own. `number` is where counting starts, and then what was counted to. */
+QString uniqueFileName(const QString &name, const std::function<bool(const QString &)> &isTaken, int &number);
+/** A name out of a database that may be joined to a folder: its last component, never one that leads away. */
+QString safeFileName(const QString &name);
 
 /** The numbers in the first column of a result; nulls and other values are left out. */
 QVector<qint64> listResults(const QString &connectionName, const QString &statement);

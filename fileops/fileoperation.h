@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QMetaType>
 #include <QPair>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -31,7 +32,8 @@ Q_DECLARE_METATYPE(FileOperationType)
 struct FileOperation
 {
     FileOperationType type = FileOperationType::UnusedOperation;
-    QStringList paths;             ///< files, folders or hyperlinks to add
+    QStringList paths;             ///< files, folders or hyperlinks to add; targets of an extraction
+    QSet<QString> replacedPaths;   ///< targets where another file gives way
     QVector<qint64> fileIds;       ///< the files that the operation concerns
     QVector<qint64> tagIds;        ///< tags for the added files
     bool fromSelectedNode = false; ///< the add may make browsing nodes

@@ -183,6 +183,25 @@ void FileOperationProvider::loadThumbnails(const QVector<qint64> &ids)
     enqueue(operation);
 }
 
+void FileOperationProvider::extractFiles(const QVector<qint64> &ids, const QStringList &targetPaths,
+                                         const QSet<QString> &replacedPaths)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::ExtractFilesOperation;
+    operation.fileIds = ids;
+    operation.paths = targetPaths;
+    operation.replacedPaths = replacedPaths;
+    enqueue(operation);
+}
+
+void FileOperationProvider::extractToTemporary(qint64 id)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::ExtractToTemporaryOperation;
+    operation.fileIds = {id};
+    enqueue(operation);
+}
+
 void FileOperationProvider::setBrowsingTreeId(qint64 id)
 {
     start();

@@ -41,6 +41,11 @@ public:
     /** Copies the contents of external files into the database, which then holds them. */
     void transferFiles(const QVector<qint64> &ids);
     void loadThumbnails(const QVector<qint64> &ids);
+    /** Copies each file to its target path. Only at those of the last list another file may be replaced. */
+    void extractFiles(const QVector<qint64> &ids, const QStringList &targetPaths,
+                      const QSet<QString> &replacedPaths = {});
+    /** Copies an internal file to where extractedTempFiles says. */
+    void extractToTemporary(qint64 id);
     void setBrowsingTreeId(qint64 id);
     /** Ends the running operation and those in the queue; nothing when idle. */
     void cancelOperations();

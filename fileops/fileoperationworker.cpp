@@ -6,6 +6,8 @@
 #include "fileops/addfilesoperation.h"
 #include "fileops/addhyperlinksoperation.h"
 #include "fileops/deletefilesoperation.h"
+#include "fileops/extractfilesoperation.h"
+#include "fileops/extracttotemporaryoperation.h"
 #include "fileops/loadthumbnailsoperation.h"
 #include "fileops/regularfile.h"
 #include "fileops/transferfilesoperation.h"
@@ -234,6 +236,12 @@ void FileOperationWorker::dispatch(const FileOperation &operation)
         break;
     case FileOperationType::LoadThumbnailsOperation:
         LoadThumbnailsOperation(*this, operation).run();
+        break;
+    case FileOperationType::ExtractFilesOperation:
+        runAnnounced<ExtractFilesOperation>(operation, tr("Extracting files..."));
+        break;
+    case FileOperationType::ExtractToTemporaryOperation:
+        runAnnounced<ExtractToTemporaryOperation>(operation, tr("Extracting to temporary file..."));
         break;
     case FileOperationType::TransferFilesOperation:
         if (!operation.fileIds.isEmpty())

@@ -1,0 +1,53 @@
+#include "fileops/extractfilesoperation.h"
+
+#include "fileops/fileextractor.h"
+#include "fileops/fileoperationworker.h"
+
+#include <QDebug>
+
+ExtractFilesOperation::ExtractFilesOperation(FileOperationWorker &worker, const FileOperation &request)
+    : m_worker(worker), m_request(request), m_count(qMin(request.fileIds.size(), request.paths.size()))
+{
+}
+
+void ExtractFilesOperation::run()
+{
+    FileExtractor extractor(&m_worker);
+    int index = 0;
+    QObject::connect(&extractor, &FileExtractor::progress, &extractor,
+                     [this, &index](float part) { reportProgress(index, part); });
+    for (; index < m_count; ++index) {
+        if (m_worker.shouldEnd()) {
+            qDebug("ExtractFilesOperation::run() - stopped! Exiting.");
+            return;
+        }
+        const QString &target = m_request.paths.at(index);
+        const bool isReplaced = m_request.replacedPaths.contains(target);
+        if (!extractor.extractToFile(m_request.fileIds.at(index), target,
+                                     isReplaced ? FileExtractor::Replace : FileExtractor::Keep)) {
+            reportFailure();
+            return;
+        }
+        reportProgress(index, 1);
+    }
+}
+
+void ExtractFilesOperation::reportProgress(int index, float part)
+{
+    const int percent = qRound((float(index) + part) / float(m_count) * 100.0F);
+    if (m_progress.isDue(percent, index + 1 == m_count && part >= 1))
+        emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Extracting Files..."),
+                                        percent);
+}
+
+void ExtractFilesOperation::reportFailure()
+{
+    // A cancel is no failure, and of a lost connection the window tells.
+    if (m_worker.shouldEnd() || m_worker.isConnectionLost())
+        return;
+    emit m_worker.error(
+        FileOperationWorker::tr("An error has occurred while extracting a file. This may be a memory-related "
+                                "problem, so closing any applications which consume large amounts of memory "
+                                "should fix it."),
+        FileOperationWorker::tr("Error extracting file"));
+}

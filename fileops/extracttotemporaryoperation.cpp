@@ -1,0 +1,26 @@
+#include "fileops/extracttotemporaryoperation.h"
+
+#include "fileops/fileextractor.h"
+#include "fileops/fileoperationworker.h"
+#include "fileops/progressthrottle.h"
+
+void ExtractToTemporaryOperation::run()
+{
+    FileExtractor extractor(&m_worker);
+    ProgressThrottle throttle;
+    const int count = m_request.fileIds.size();
+    int index = 0;
+    QObject::connect(&extractor, &FileExtractor::progress, &extractor, [&](float part) {
+        const int percent = qRound((float(index) + part) / float(count) * 100.0F);
+        if (throttle.isDue(percent))
+            emit m_worker.operationProgress(m_request.type, QString(), percent);
+    });
+    QVector<QPair<qint64, QString>> copies;
+    for (; index < count && !m_worker.shouldEnd(); ++index) {
+        const qint64 fileId = m_request.fileIds.at(index);
+        const QString path = extractor.extractToTemporary(fileId);
+        if (!path.isEmpty())
+            copies.append({fileId, path});
+    }
+    emit m_worker.extractedTempFiles(copies);
+}

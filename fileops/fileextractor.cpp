@@ -1,0 +1,207 @@
+#include "fileops/fileextractor.h"
+
+#include "fileops/blockstorage.h"
+#include "fileops/databasefunctions.h"
+#include "fileops/fileoperationworker.h"
+#include "fileops/regularfile.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+constexpr qint64 sliceSize = 1024 * 1024;
+constexpr int mostLetters = 60; // of four bytes at most, where a name has 255
+
+bool isTaken(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() || info.isSymLink();
+}
+
+/** Makes a new file that nobody else may read, not even at its first moment. */
+bool openPrivately(QFile &file)
+{
+    const int descriptor = ::open(QFile::encodeName(file.fileName()).constData(),
+                                  O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor < 0)
+        return false;
+    if (file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
+        return true;
+    ::close(descriptor);
+    return false;
+}
+
+bool isSameFile(const QString &path, const QString &other)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
+
+void logUnopened(const QString &path)
+{
+    qDebug("Could not open '%s'for writing.", qPrintable(path));
+}
+} // namespace
+
+bool FileExtractor::extractToFile(qint64 fileId, const QString &target, Existing existing)
+{
+    constexpr int externalKind = 0;
+    constexpr int internalKind = 1;
+    int kind = 0;
+    if (!m_worker->readInternal(fileId, kind))
+        return false;
+    if (kind == externalKind)
+        return extractExternal(fileId, target, existing);
+    if (kind != internalKind)
+        return true;
+    return write(target, existing, [this, fileId](QFile &file) { return writeInternal(fileId, file); });
+}
+
+QString FileExtractor::extractToTemporary(qint64 fileId)
+{
+    QString name;
+    if (!m_worker->readFileName(fileId, name))
+        return QString();
+    name = Database::safeFileName(name);
+    const QString folder = QDir::tempPath() + QLatin1Char('/');
+    QFile file(folder + name);
+    while (!openPrivately(file)) {
+        if (isTaken(file.fileName())) {
+            name.prepend(QLatin1String("t_"));
+        } else if (name.size() > mostLetters) {
+            // Too long, if only by what was put in front; its type stands at its end.
+            name = name.right(mostLetters);
+        } else {
+            logUnopened(file.fileName());
+            return QString();
+        }
+        file.setFileName(folder + name);
+    }
+    qDebug("FileExtractor: extracting to temporary file, %s", qPrintable(file.fileName()));
+    const bool isWritten = writeInternal(fileId, file);
+    file.close();
+    if (isWritten)
+        return file.fileName();
+    file.remove();
+    return QString();
+}
+
+bool FileExtractor::extractExternal(qint64 fileId, const QString &target, Existing existing)
+{
+    QString path;
+    if (!m_worker->readPath(fileId, path))
+        return false;
+    // Replacing would have it read from the place that it is written to.
+    if (isSameFile(path, target))
+        return true;
+    RegularFile source;
+    if (!source.open(path)) {
+        qDebug() << "FileExtractor: cannot read" << path;
+        return false;
+    }
+    const QFileDevice::Permissions permissions = QFileInfo(path).permissions();
+    return write(target, existing, [this, &source, permissions](QFile &file) {
+        const bool isCopied = copyFrom(source, file);
+        if (isCopied)
+            file.setPermissions(permissions);
+        else
+            file.remove();
+        return isCopied;
+    });
+}
+
+bool FileExtractor::writeInternal(qint64 fileId, QFile &target)
+{
+    return BlockStorage(*m_worker).readInto(fileId, target,
+                                            [this](qint64 done, qint64 total) { report(done, total); });
+}
+
+bool FileExtractor::copyFrom(RegularFile &source, QFile &target)
+{
+    std::vector<char> slice(sliceSize);
+    qint64 done = 0;
+    for (qint64 count = sliceSize; count == sliceSize;) {
+        if (m_worker->shouldEnd())
+            return false;
+        count = source.read(slice.data(), sliceSize);
+        if (count < 0 || target.write(slice.data(), count) != count)
+            return false;
+        done += count;
+        report(done, source.size());
+    }
+    return target.flush();
+}
+
+bool FileExtractor::write(const QString &target, Existing existing, const Fill &fill)
+{
+    if (isOfTheDatabase(target)) {
+        qDebug() << "FileExtractor: the open database keeps its files" << target;
+        return false;
+    }
+    return existing == Replace && isTaken(target) ? replace(target, fill) : create(target, fill);
+}
+
+bool FileExtractor::create(const QString &target, const Fill &fill)
+{
+    QFile file(target);
+    // Nobody was asked about a file that came since the folder was looked at.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        logUnopened(target);
+        return false;
+    }
+    return fill(file);
+}
+
+bool FileExtractor::replace(const QString &target, const Fill &fill)
+{
+    const QString folder = QFileInfo(target).path() + QLatin1Char('/');
+    QFile file;
+    int number = 0;
+    do {
+        file.setFileName(folder + QStringLiteral(".vorna-%1.part").arg(++number));
+    } while (isTaken(file.fileName()));
+    if (!openPrivately(file)) {
+        logUnopened(file.fileName());
+        return false;
+    }
+    const QFileDevice::Permissions permissions = QFileInfo(target).permissions();
+    if (permissions) // a link that leads nowhere has none
+        file.setPermissions(permissions);
+    // On the disk before the old file is gone from there.
+    const bool isWritten = fill(file) && ::fsync(file.handle()) == 0;
+    file.close();
+    if (isWritten && std::rename(QFile::encodeName(file.fileName()).constData(),
+                                 QFile::encodeName(target).constData()) == 0)
+        return true;
+    file.remove();
+    return false;
+}
+
+/** Under such a name SQLite would take a foreign file for the rest of a broken transaction. */
+bool FileExtractor::isOfTheDatabase(const QString &target) const
+{
+    const Database::PathLocator locator = Database::pathLocator(m_worker->connectionName());
+    if (!locator.isLocal)
+        return false;
+    const QFileInfo database(QFileInfo(locator.databasePath).canonicalFilePath());
+    const QFileInfo info(target);
+    if (!info.fileName().startsWith(database.fileName()) ||
+        QFileInfo(info.path()).canonicalFilePath() != database.path())
+        return false;
+    const QString ending = info.fileName().mid(database.fileName().size());
+    return ending.isEmpty() || ending == QLatin1String("-journal") || ending == QLatin1String("-wal") ||
+           ending == QLatin1String("-shm");
+}
+
+void FileExtractor::report(qint64 done, qint64 total)
+{
+    if (total > 0)
+        emit progress(float(double(qMin(done, total)) / double(total)));
+}
