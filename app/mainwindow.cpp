@@ -82,7 +82,6 @@ bool MainWindow::openDatabase(const DBDetails &details)
 void MainWindow::closeDatabase()
 {
     if (m_collection) {
-        rememberRunConnection();
         detachControllers();
         m_collection->close();
         delete m_collection;

@@ -19,7 +19,7 @@ struct FileConflict
 using FileConflictChoices = QVector<QPair<qint64, int>>;
 
 /**
- * Asks what becomes of several conflicts in a folder, whose path has no "/" on its end; nothing when the user
+ * Asks what becomes of several conflicts in a folder, whose path ends in "/"; nothing when the user
  * would rather not extract at all. Called on the GUI thread; the loop of a dialog may run meanwhile.
  */
 using FileConflictAsker = std::function<std::optional<FileConflictChoices>(

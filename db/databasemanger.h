@@ -16,6 +16,7 @@
 #include <QHash>
 #include <QImage>
 #include <QObject>
+#include <QSet>
 #include <QSqlError>
 
 #include <functional>
@@ -163,6 +164,11 @@ public:
     void deleteFiles(const QVector<qint64> &fileIds);
     /** Copies the contents of external files into the database. */
     void transferFiles(const QVector<qint64> &fileIds);
+    /** Copies files to a target path each. Only at those of the last list another file may be replaced. */
+    void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
+                      const QSet<QString> &replacedPaths = {});
+    /** Copies an internal file to where extractedTempFiles says. */
+    void extractToTemporary(qint64 fileId);
     void cancelOperations();
     bool isBusy() const;
 

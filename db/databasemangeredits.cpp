@@ -395,6 +395,19 @@ void DatabaseManger::transferFiles(const QVector<qint64> &fileIds)
         runFileOperation([fileIds](FileOperationProvider &files) { files.transferFiles(fileIds); });
 }
 
+void DatabaseManger::extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
+                                  const QSet<QString> &replacedPaths)
+{
+    if (!fileIds.isEmpty())
+        runFileOperation(
+            [=](FileOperationProvider &files) { files.extractFiles(fileIds, targetPaths, replacedPaths); });
+}
+
+void DatabaseManger::extractToTemporary(qint64 fileId)
+{
+    runFileOperation([fileId](FileOperationProvider &files) { files.extractToTemporary(fileId); });
+}
+
 void DatabaseManger::cancelOperations()
 {
     if (m_providers.fileOperation)

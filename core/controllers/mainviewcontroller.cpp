@@ -1,7 +1,10 @@
 #include "core/controllers/mainviewcontroller.h"
 
+#include "app/messages.h"
+#include "app/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/filerenamer.h"
+#include "core/controllers/folderextraction.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/file.h"
@@ -20,6 +23,7 @@
 namespace {
 
 constexpr qint32 externalKind = 0;
+constexpr qint32 internalKind = 1;
 
 bool dropTags(QVector<qint64> &list, const QVector<qint64> &tagIds)
 {
@@ -37,7 +41,8 @@ MainViewController::MainViewController(DatabaseManger *manager, const AbstractQu
     : AbstractController(manager, constructor, collection),
       m_contents(new ContentsModel(this)),
       m_filter(new FileFilterModel(this)),
-      m_sorter(new Sorter(this))
+      m_sorter(new Sorter(this)),
+      m_extraction(new FolderExtraction(this))
 {
     m_contents->setHost(this);
     m_filter->setSourceModel(m_contents);
@@ -70,6 +75,9 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::addingFilesProgress, this, &MainViewController::addingFilesProgress);
     connect(source, &DatabaseManger::finishedAddingFiles, this, &MainViewController::finishedAddingFiles);
     connect(source, &DatabaseManger::filesModified, this, &MainViewController::filesModified);
+    connect(m_extraction, &FolderExtraction::started, this, &MainViewController::startedAddingFiles);
+    connect(m_extraction, &FolderExtraction::progress, this, &MainViewController::addingFilesProgress);
+    connect(m_extraction, &FolderExtraction::finished, this, &MainViewController::finishedAddingFiles);
     connect(source, &DatabaseManger::extractedTempFiles, this, &MainViewController::gotExtractedTempFiles);
 }
 
@@ -223,8 +231,33 @@ void MainViewController::transferToInternal(const QVector<qint64> &fileIds)
         manager()->transferFiles(external);
 }
 
+void MainViewController::extractFiles(const QString &folder, const QVector<qint64> &fileIds)
+{
+    if (folder.isEmpty() || !manager())
+        return;
+    const QString target = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    WindowSettings::setLastExtractDir(target);
+    m_extraction->run(manager(), target, fileIds);
+}
+
+void MainViewController::setFileConflictAsker(const FileConflictAsker &asker)
+{
+    m_extraction->setConflictAsker(asker);
+}
+
+void MainViewController::openTemporaryCopy(qint64 fileId)
+{
+    const File *file = manager() ? manager()->file(fileId) : nullptr;
+    if (!file || file->internal() != internalKind)
+        return;
+    m_awaitsCopy = true;
+    manager()->extractToTemporary(fileId);
+}
+
 void MainViewController::cancelOperations()
 {
+    m_awaitsCopy = false;
+    m_extraction->cancel();
     if (manager())
         manager()->cancelOperations();
 }
@@ -308,8 +341,15 @@ QString MainViewController::tagNames(const QVector<qint64> &tagIds) const
 
 void MainViewController::gotExtractedTempFiles(const QVector<QPair<qint64, QString>> &files)
 {
+    // Of a copy that failed there is no other news.
+    bool isOpened = !files.isEmpty() || !m_awaitsCopy;
+    m_awaitsCopy = false;
     for (const auto &file : files)
-        QDesktopServices::openUrl(QUrl::fromLocalFile(file.second));
+        isOpened = QDesktopServices::openUrl(QUrl::fromLocalFile(file.second)) && isOpened;
+    if (!isOpened)
+        Messages::warning(nullptr, tr("Error opening file"),
+                          tr("Vorna is unable to open this file. There may not be any application "
+                             "associated with the file type."));
 }
 
 bool MainViewController::isWritable() const

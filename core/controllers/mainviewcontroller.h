@@ -21,6 +21,7 @@ class BrowsTreeController;
 class ContentsModel;
 class File;
 class FileFilterModel;
+class FolderExtraction;
 class RelationsController;
 class Sorter;
 class TagsController;
@@ -70,8 +71,8 @@ public:
     /** Copies the external ones of these files into the database; on the disk they stay as they are. */
     void transferToInternal(const QVector<qint64> &fileIds);
     /**
-     * Copies files into a folder. Hyperlinks and what is there already are passed over; about a different file
-     * of the same name the user is asked, about several ones by the asker. An empty folder does nothing.
+     * Copies files into a folder. Hyperlinks and what is there already are passed over; about a different
+     * file of the same name the user is asked, about several ones by the asker. An empty folder does nothing.
      */
     void extractFiles(const QString &folder, const QVector<qint64> &fileIds);
     /** Without one, an extraction that meets several conflicts ends there. */
@@ -138,4 +139,6 @@ private:
     ContentsModel *m_contents;
     FileFilterModel *m_filter;
     Sorter *m_sorter;
+    FolderExtraction *m_extraction;
+    bool m_awaitsCopy = false;
 };

@@ -91,9 +91,8 @@ bool TagsController::renameTag(qint64 tagId, const QString &name)
         emit tagDuplicated();
         return false;
     }
-    const QString stored = name.simplified();
-    manager()->renameTag(tagId, stored);
-    return manager()->tagName(tagId) == stored;
+    manager()->renameTag(tagId, name.simplified());
+    return true;
 }
 
 void TagsController::changeDescription(qint64 tagId, const QString &text)
