@@ -270,6 +270,11 @@ void BaseDBProvider::tellFailure(const QSqlDatabase &database, const QSqlError &
         loseConnection();
 }
 
+void BaseDBProvider::tellFailure(const QSqlError &error)
+{
+    tellFailure(openConnection(QString()), error);
+}
+
 void BaseDBProvider::tellError(const QSqlError &error)
 {
     m_lastError = error;

@@ -113,6 +113,8 @@ protected:
     void forgetLostSavepoint() { m_savepointLost = false; }
     /** Passes a runner's two error signals on as the provider's own. */
     void forwardErrors(const QueryRunner &runner);
+    /** Tells of an error, or that the connection is lost, after a failure on the default connection. */
+    void tellFailure(const QSqlError &error);
 
 private:
     bool executeForwardOnly(QSqlQuery &statement, const QString &query);

@@ -12,6 +12,7 @@
 #include "db/databaseversioncheck.h"
 #include "db/pendingreloads.h"
 #include "fileops/fileoperationprovider.h"
+#include "fileops/imagestore.h"
 #include "fileops/thumbnailcache.h"
 
 #include <QDebug>
@@ -57,6 +58,7 @@ DatabaseManger::~DatabaseManger()
     delete m_providers.groups;
     delete m_providers.tags;
     delete m_providers.browsTree;
+    m_images.reset();
     delete m_thumbnailCache;
     m_constructor.reset();
     qDeleteAll(m_autoLinks.items());
@@ -101,6 +103,8 @@ void DatabaseManger::setProviders(const Providers &providers)
     connectRelations();
     connectFileOperations();
     connectFileNews();
+    m_images = std::make_unique<ImageStore>(constructor());
+    connectErrors(m_images.get());
     connect(m_providers.general, &GeneralProvider::gotDBVerion, this, &DatabaseManger::loadedDBVerion);
     connect(m_providers.general, &GeneralProvider::gotDBReadonly, this, &DatabaseManger::setReadOnly);
     connectErrors(m_providers.general);

@@ -11,6 +11,7 @@
 #include "fileops/deletedfilerepresentations.h"
 #include "fileops/presentableduplicates.h"
 #include "fileops/shellfile.h"
+#include "fileops/storedimage.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -28,6 +29,7 @@ class BrowsTreeProvider;
 class FileOperationProvider;
 class GeneralProvider;
 class GroupsProvider;
+class ImageStore;
 class MainViewProvider;
 class PendingReloads;
 class RelationTreeProvider;
@@ -156,6 +158,10 @@ public:
     bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     void reloadThumbnails(const QVector<qint64> &fileIds);
+    /** The picture of a file in its whole size. */
+    StoredImage loadImage(qint64 fileId);
+    /** Puts a turned picture in the place of what was loaded, with its thumbnail and its record. */
+    StoredImage::Saving saveImage(qint64 fileId, const QImage &picture);
 
     // File operations: queued for the worker, from the event loop.
     void addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
@@ -323,6 +329,7 @@ private:
     Map<qint64, QString> m_browsingTrees;
     Providers m_providers;
     std::unique_ptr<AbstractQueryConstructor> m_constructor;
+    std::unique_ptr<ImageStore> m_images;
     ThumbnailCache *m_thumbnailCache;
     PendingReloads *m_pendingReloads;
     bool m_isOpen = false;

@@ -11,6 +11,7 @@
 #include "db/pendingreloads.h"
 #include "db/removalplans.h"
 #include "fileops/fileoperationprovider.h"
+#include "fileops/imagestore.h"
 #include "fileops/thumbnailcache.h"
 
 #include <QSet>
@@ -365,6 +366,28 @@ bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,
 void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
 {
     m_thumbnailCache->reloadHeld(fileIds);
+}
+
+StoredImage DatabaseManger::loadImage(qint64 fileId)
+{
+    return m_images ? m_images->load(fileId) : StoredImage();
+}
+
+StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)
+{
+    if (!m_images || !isDataCurrent())
+        return StoredImage::Refused;
+    m_sawBusy = false;
+    QVector<qint64> changedIds;
+    StoredImage::Saving saving = StoredImage::Saved;
+    if (!m_images->save(fileId, picture, changedIds))
+        saving = m_sawBusy || m_images->isConnectionLost() ? StoredImage::Refused : StoredImage::NotSaved;
+    if (!changedIds.isEmpty()) {
+        reloadFiles(changedIds);
+        reloadThumbnails(changedIds);
+    }
+    refreshModificationDate();
+    return saving;
 }
 
 void DatabaseManger::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,

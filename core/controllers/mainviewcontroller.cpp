@@ -302,6 +302,27 @@ bool MainViewController::updateFileDescription(qint64 fileId, const QString &tex
     return manager()->updateFile(fileId, QStringLiteral("file_description"), text);
 }
 
+StoredImage MainViewController::loadImage(qint64 fileId)
+{
+    return manager() ? manager()->loadImage(fileId) : StoredImage();
+}
+
+StoredImage::Saving MainViewController::saveImage(qint64 fileId, const QImage &picture)
+{
+    return manager() && mayWrite() ? manager()->saveImage(fileId, picture) : StoredImage::Refused;
+}
+
+void MainViewController::reloadThumbnail(qint64 fileId)
+{
+    if (manager())
+        manager()->thumbnailCache()->reloadThumbnail(fileId);
+}
+
+void MainViewController::resumeChecking()
+{
+    m_checkingPauses = qMax(0, m_checkingPauses - 1);
+}
+
 void MainViewController::forgetTags(const QVector<qint64> &tagIds)
 {
     if (m_filter->nodeType() != TagNode)

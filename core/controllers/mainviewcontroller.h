@@ -6,6 +6,7 @@
 #include "core/nodetype.h"
 #include "core/recordtypes.h"
 #include "fileops/deletedfilerepresentations.h"
+#include "fileops/storedimage.h"
 #include "models/contentshost.h"
 #include "models/tagrequirements.h"
 
@@ -93,6 +94,18 @@ public:
      */
     bool updateFileName(qint64 fileId, const QString &text);
     bool updateFileDescription(qint64 fileId, const QString &text);
+    /** The picture of a file in its whole size. */
+    StoredImage loadImage(qint64 fileId);
+    /**
+     * Puts a turned picture, which was loaded before, in the place of what is stored: the contents, the
+     * thumbnail and the record. When it is Refused the user has been told, when it is NotSaved not yet.
+     */
+    StoredImage::Saving saveImage(qint64 fileId, const QImage &picture);
+    void reloadThumbnail(qint64 fileId);
+    /** Between the two, which count, no check of the shown files begins. */
+    void pauseChecking() { ++m_checkingPauses; }
+    void resumeChecking();
+    bool isCheckingPaused() const { return m_checkingPauses > 0; }
     /** These tags are gone; a selection that asks for one of them goes on without it. */
     void forgetTags(const QVector<qint64> &tagIds);
 
@@ -141,4 +154,5 @@ private:
     Sorter *m_sorter;
     FolderExtraction *m_extraction;
     bool m_awaitsCopy = false;
+    int m_checkingPauses = 0;
 };

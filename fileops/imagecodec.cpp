@@ -1,0 +1,144 @@
+#include "fileops/imagecodec.h"
+
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTransform>
+
+namespace {
+// Decoded pictures are kept whole, beside the copy that is shown.
+constexpr qint64 mostDecodedBytes = 640LL * 1000 * 1000;
+constexpr qint64 mostUnsizedBytes = 16LL * 1024 * 1024;
+constexpr int bytesOfPixel = 4;
+constexpr int bestQuality = 100;
+
+bool isJpeg(const QByteArray &format)
+{
+    return format == "jpg" || format == "jpeg";
+}
+
+qint64 decodedSize(const QImageReader &reader, const QSize &size)
+{
+    const QImage::Format format = reader.imageFormat();
+    const int depth = format == QImage::Format_Invalid ? 0 : QImage::toPixelFormat(format).bitsPerPixel() / 8;
+    return static_cast<qint64>(size.width()) * size.height() * qMax(bytesOfPixel, depth);
+}
+
+/** As it is shown: colours under full transparency do not count. */
+QImage asShown(const QImage &picture)
+{
+    return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+bool looksLike(const QImage &one, const QImage &other)
+{
+    if (one.size() != other.size())
+        return false;
+    return one.format() == other.format() && one.format() == QImage::Format_RGB32
+               ? one == other
+               : asShown(one) == asShown(other);
+}
+
+bool isTransparentSomewhere(const QImage &picture)
+{
+    if (!picture.hasAlphaChannel())
+        return false;
+    const QImage pixels = picture.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < pixels.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
+        for (int x = 0; x < pixels.width(); ++x) {
+            if (qAlpha(line[x]) != 255)
+                return true;
+        }
+    }
+    return false;
+}
+
+void copyTexts(const QImage &from, QImage &to)
+{
+    const QStringList keys = from.textKeys();
+    for (const QString &key : keys)
+        to.setText(key, from.text(key));
+}
+
+void copyMetadata(const QImage &from, QImage &to, bool isOnItsSide)
+{
+    to.setDotsPerMeterX(isOnItsSide ? from.dotsPerMeterY() : from.dotsPerMeterX());
+    to.setDotsPerMeterY(isOnItsSide ? from.dotsPerMeterX() : from.dotsPerMeterY());
+    to.setColorSpace(from.colorSpace());
+    copyTexts(from, to);
+}
+
+/** The reader takes an animated PNG for its first frame alone. */
+bool isAnimatedPng(const QByteArray &bytes)
+{
+    const int control = bytes.indexOf("acTL");
+    return bytes.startsWith("\x89PNG") && control > 0 && control < bytes.indexOf("IDAT");
+}
+} // namespace
+
+QImage ImageCodec::decoded(const QByteArray &bytes)
+{
+    QBuffer buffer(const_cast<QByteArray *>(&bytes));
+    if (!buffer.open(QIODevice::ReadOnly))
+        return QImage();
+    QImageReader reader(&buffer);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    const bool isBounded = size.isValid() && !size.isEmpty() ? decodedSize(reader, size) <= mostDecodedBytes
+                                                             : bytes.size() <= mostUnsizedBytes;
+    return isBounded ? reader.read() : QImage();
+}
+
+bool ImageCodec::hasSeveralPictures(const QByteArray &bytes)
+{
+    QBuffer buffer(const_cast<QByteArray *>(&bytes));
+    return buffer.open(QIODevice::ReadOnly) &&
+           (QImageReader(&buffer).imageCount() > 1 || isAnimatedPng(bytes));
+}
+
+QByteArray ImageCodec::encoded(const QImage &picture, const QByteArray &format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (picture.isNull() || !QImageWriter::supportedImageFormats().contains(format) ||
+        (isJpeg(format) && isTransparentSomewhere(picture)) || !buffer.open(QIODevice::WriteOnly))
+        return QByteArray();
+    QImageWriter writer(&buffer, format);
+    // A PNG of this quality would not be compressed; a WebP is written without loss by it.
+    if (isJpeg(format) || format == "webp")
+        writer.setQuality(bestQuality);
+    if (format == "tif" || format == "tiff")
+        writer.setCompression(1); // LZW, without loss
+    if (!writer.write(picture))
+        return QByteArray();
+    buffer.close();
+    const QImage readBack = decoded(bytes);
+    const bool isGood = isJpeg(format) ? readBack.size() == picture.size() : looksLike(readBack, picture);
+    return isGood ? bytes : QByteArray();
+}
+
+QImage ImageCodec::turnedLike(const QImage &original, const QImage &picture)
+{
+    constexpr int quarter = 90;
+    for (int quarters = 0; quarters < 4; ++quarters) {
+        const bool isOnItsSide = quarters % 2 != 0;
+        if (picture.size() != (isOnItsSide ? original.size().transposed() : original.size()))
+            continue;
+        if (quarters == 0 && looksLike(original, picture))
+            return original;
+        QImage turned = original.transformed(QTransform().rotate(quarters * quarter));
+        if (!looksLike(turned, picture))
+            continue;
+        copyMetadata(original, turned, isOnItsSide);
+        return turned;
+    }
+    QImage other = picture;
+    if (original.format() == QImage::Format_Grayscale8 && other.isGrayscale())
+        other = other.convertToFormat(QImage::Format_Grayscale8);
+    else if (!original.hasAlphaChannel() && other.hasAlphaChannel())
+        other = other.convertToFormat(QImage::Format_RGB32);
+    copyMetadata(original, other, picture.size() != original.size());
+    return other;
+}

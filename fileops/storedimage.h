@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QImage>
+
+/** A picture as it was read for showing, or why there is none. */
+struct StoredImage
+{
+    enum State {
+        Loaded,
+        UnknownFile,        ///< no such record, or a hyperlink
+        FileGone,           ///< the file of an external record is not there
+        ExternalUnreadable, ///< the file is there, yet no picture, or one too large
+        InternalUnreadable  ///< the same for contents in the database
+    };
+    /** What became of a picture that was to be written back. Unless it is Saved nothing has changed. */
+    enum Saving {
+        Saved,
+        NotSaved, ///< the format cannot be written, the contents changed since, a failure while writing
+        Refused   ///< read-only, busy, changed by others or lost: the user has been told
+    };
+
+    State state = UnknownFile;
+    QImage image; ///< upright; null unless Loaded
+};
