@@ -342,8 +342,10 @@ void MainFilesView::updateEmptyText()
     if (!m_controller)
         text = tr("No database is open.\nOpen one or make a new one in the Database menu.");
     else if (m_controller->filterModel()->nodeType() == NodeType(0))
-        text = tr("Choose a browsing node or tags to see their files.\n"
-                  "Drop files or folders here to add them.");
+        text = m_controller->isReadOnly() ? tr("Choose a browsing node or tags to see their files.\n"
+                                               "Nothing can be changed: this database is read-only.")
+                                          : tr("Choose a browsing node or tags to see their files.\n"
+                                               "Drop files or folders here to add them.");
     else if (!m_controller->sorter()->filterText().isEmpty())
         text = tr("No file matches the search.");
     else
