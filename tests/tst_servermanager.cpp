@@ -202,6 +202,7 @@ private slots:
                  (QVariantList{"Browsing tree error"_s, "Selected browsing tree no longer exists.\n"
                                                         "Selected default browsing tree."_s}));
         QCOMPARE(tree.currentBrowsingTree(), qint64(1));
+        QCOMPARE(m_collection->get()->settings()->browsingTree(), qint64(1)); // no word at the next opening
         foreign("DELETE FROM browsing_trees WHERE tree_id IN (1,3)");
         foreign("INSERT INTO browsing_trees VALUES (8,'lowest'),(9,'other')");
         QVERIFY(!tree.selectTree(3));

@@ -34,6 +34,7 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
         return;
     connect(&manager->nodes(), &SignalContainer::itemDeleted, this, &BrowsTreeController::nodeDeleted);
     connect(manager, &DatabaseManger::allDataReloaded, this, &BrowsTreeController::showCurrentNodeAgain);
+    connect(manager, &DatabaseManger::allDataReloaded, this, &BrowsTreeController::keepTree);
     connect(manager, &DatabaseManger::browsingNodeLoaded, this, &BrowsTreeController::nodesLoaded);
     connect(manager, &DatabaseManger::addedBrowsingNodes, this, &BrowsTreeController::nodesAdded);
     connect(manager, &DatabaseManger::aboutToRemoveNodes, this, &BrowsTreeController::nodesAboutToGo);
@@ -429,6 +430,14 @@ void BrowsTreeController::makeTreeCurrent(qint64 treeId)
     // Not always the one that was asked for: a tree that is gone is told of once.
     if (treeId != 0)
         collection()->settings()->setBrowsingTree(currentBrowsingTree());
+}
+
+void BrowsTreeController::keepTree()
+{
+    // A reload has told already that the stored one is gone.
+    CollectionSettings *settings = collection()->settings();
+    if (settings->browsingTree() != 0 && settings->browsingTree() != currentBrowsingTree())
+        settings->setBrowsingTree(currentBrowsingTree());
 }
 
 bool BrowsTreeController::allowsManualMoves() const

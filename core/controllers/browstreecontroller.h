@@ -114,6 +114,7 @@ private:
     void setCurrentNode(int type, qint64 nodeId);
     /** After a reload, as the tags on its way and below them may be others now. */
     void showCurrentNodeAgain();
+    void keepTree();
     void nodesAboutToGo(const QVector<qint64> &nodeIds);
     void nodesGone();
     void nodeDeleted(const QVariant &nodeId);

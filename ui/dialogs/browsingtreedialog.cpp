@@ -144,8 +144,16 @@ void BrowsingTreeDialog::deleteTree()
         return;
     }
     const QString name = tree.sibling(tree.row(), BrowsingTreeTableModel::NameColumn).data().toString();
+    if (!mayDelete(name))
+        return;
+    // An edit that waits for the changes of others has had its word.
+    bool isExplained = false;
+    const auto warnings = connect(m_controller->collection(), &Collection::showTempWarning, this,
+                                  [&isExplained] { isExplained = true; });
     // It may have gone under the question.
-    if (mayDelete(name) && (!tree.isValid() || !m_model->removeTree(tree)))
+    const bool isRemoved = tree.isValid() && m_model->removeTree(tree);
+    disconnect(warnings);
+    if (!isRemoved && !isExplained)
         Messages::warning(this, title, tr("Selected browsing tree can not be deleted."));
 }
 
