@@ -1,8 +1,10 @@
 #include "app/addingsettings.h"
 #include "fileops/duplicatechoice.h"
 #include "fileops/duplicatemanager.h"
+#include "fileops/postgresfileoperationworker.h"
 #include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/addingfixture.h"
+#include "tests/support/serverdatabase.h"
 
 namespace {
 // Eight bytes each, different, and of one checksum.
@@ -43,6 +45,8 @@ class TestDuplicates : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase_data() { addBackEnds(); }
+
     void chooser_data()
     {
         addColumns<QString, int>("group", "kept");
@@ -89,7 +93,7 @@ private slots:
         QFETCH(QVector<QByteArray>, contents);
         QFETCH(QString, added);
         QFETCH(QString, lines);
-        AddingFixture fixture;
+        AddingFixture fixture(makeTestDatabase());
         QStringList paths;
         for (int i = 0; i < contents.size(); ++i)
             paths.append(fixture.write("a%1"_s.arg(i), contents.at(i)));
@@ -127,7 +131,7 @@ private slots:
         QFETCH(QByteArray, stored);
         QFETCH(QByteArray, dropped);
         QFETCH(bool, matches);
-        AddingFixture fixture;
+        AddingFixture fixture(makeTestDatabase());
         AddingSettings::setLinkToFiles(isLinking);
         fixture.add({fixture.write("old"_s, stored)});
         const QString one = fixture.write("new1"_s, dropped);
@@ -139,7 +143,7 @@ private slots:
 
     void unreadableSideIsSettledByChecksum()
     {
-        AddingFixture fixture;
+        AddingFixture fixture(makeTestDatabase());
         const QString old = fixture.write("old"_s, forgedOne);
         fixture.add({old});
         QVERIFY(QFile::remove(old));
@@ -149,7 +153,7 @@ private slots:
 
     void checksNamesWhenAsked()
     {
-        AddingFixture fixture;
+        AddingFixture fixture(makeTestDatabase());
         fixture.add({fixture.write("db/o'ld"_s, "0")});
         const QStringList paths{fixture.write("x/a"_s, "1"), fixture.write("x/b"_s, "2"),
                                 fixture.write("x/o'ld"_s, "3"), fixture.write("y/a"_s, "4")};
@@ -161,8 +165,10 @@ private slots:
 
     void failedQueryAddsNothing()
     {
-        AddingFixture fixture;
-        QVERIFY(Sql::run("ALTER TABLE files RENAME COLUMN data_checksum TO gone"));
+        AddingFixture fixture(makeTestDatabase());
+        const QString statement = "ALTER TABLE files RENAME COLUMN data_checksum TO gone"_s;
+        QVERIFY(fixture.isLocal() ? Sql::run(statement)
+                                  : static_cast<ServerDatabase &>(fixture.database()).owner().run(statement));
         QSignalSpy errors(&fixture.provider(), &FileOperationProvider::error);
         QSignalSpy reports(&fixture.provider(), &FileOperationProvider::duplicatesReady);
         fixture.add({fixture.write("a"_s, "1")});
@@ -173,7 +179,7 @@ private slots:
 
     void copiesKeepAllTags()
     {
-        AddingFixture fixture;
+        AddingFixture fixture(makeTestDatabase());
         fixture.write("top/one/report.doc"_s, "same");
         fixture.write("top/two/Copy of report.doc"_s, "same");
         fixture.add({fixture.path("top"_s)}, {}, true, 0);
@@ -194,11 +200,16 @@ private:
     /** What the check says of files, on the test's own thread. */
     static Run runOn(AddingFixture &fixture, const QStringList &paths, bool checkNames = false)
     {
-        TestDatabase &database = fixture.database();
         if (!QSqlDatabase::contains(Constants::workerConnection))
-            database.openWorkerConnection();
-        SqliteFileOperationWorker worker(Constants::workerConnection, fixture.details(),
-                                         database.constructor());
+            fixture.database().openWorkerConnection();
+        if (fixture.isLocal())
+            return runBy<SqliteFileOperationWorker>(fixture, paths, checkNames);
+        return runBy<PostgresFileOperationWorker>(fixture, paths, checkNames);
+    }
+    template <class Worker>
+    static Run runBy(AddingFixture &fixture, const QStringList &paths, bool checkNames)
+    {
+        Worker worker(Constants::workerConnection, fixture.details(), fixture.database().constructor());
         DuplicateManager manager;
         Run run;
         run.answer =
