@@ -10,6 +10,7 @@ enum ActionId {
     DatabaseInfoAction = 12,
     ShowAllDocksAction = 13,
     BrowsingTreeListAction = 14,
+    RemakeThumbnailsAction = 15,
     EditMenuAction = 16,
     TagGroupsAction = 18,
     SelectBrowsingTreeAction = 19,

@@ -19,6 +19,7 @@
 #include "ui/dialogs/popupmessager.h"
 #include "ui/dialogs/taggroupingdialog.h"
 #include "ui/docks/browsingtreeviewdock.h"
+#include "ui/views/mainfilesview.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -246,6 +247,11 @@ void MainWindow::showDatabaseVersion()
         this, tr("Database Info"),
         tr("Version of Vorna used to create the currently open database: %1\nDatabase permissions: %2")
             .arg(m_collection->dbVersion(), m_collection->isReadOnly() ? tr("read-only") : tr("writable")));
+}
+
+void MainWindow::remakeThumbnails()
+{
+    m_mainView->remakeThumbnails();
 }
 
 void MainWindow::showEditTagGroups()

@@ -65,6 +65,7 @@ public slots:
     void showDatabaseVersion();
     void showEditTagGroups();
     void slotOpenBrowsinTree();
+    void remakeThumbnails();
     void showManual();
     void showNameplate();
     void showGroupDublicated();

@@ -165,7 +165,9 @@ void MainWindow::fillOtherMenus(MainUi &ui)
     connect(groups, &QAction::triggered, this, &MainWindow::showEditTagGroups);
     QAction *trees = addAction(BrowsingTreeListAction, tr("Browsing Tree List"));
     connect(trees, &QAction::triggered, this, &MainWindow::slotOpenBrowsinTree);
-    ui.editMenu->addActions({groups, trees});
+    QAction *thumbnails = addAction(RemakeThumbnailsAction, tr("Remake thumbnails"));
+    connect(thumbnails, &QAction::triggered, this, &MainWindow::remakeThumbnails);
+    ui.editMenu->addActions({groups, trees, thumbnails});
     m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
 
     QAction *guide = addAction(QuickStartAction, tr("Quick Start Guide"));
@@ -275,5 +277,6 @@ void MainWindow::updateDatabaseActions()
     const bool isServer = m_collection && m_collection->dbType() == Constants::serverDatabase;
     for (const int id : {BrowsingTreeListAction, SelectBrowsingTreeAction})
         m_actions.value(id)->setVisible(isServer);
-    m_actions.value(TagGroupsAction)->setEnabled(m_collection && !m_collection->isReadOnly());
+    for (const int id : {TagGroupsAction, RemakeThumbnailsAction})
+        m_actions.value(id)->setEnabled(m_collection && !m_collection->isReadOnly());
 }

@@ -198,8 +198,11 @@ void DatabaseManger::connectFileNews()
     connect(files, &Source::filesModified, this, &DatabaseManger::filesModified);
     connect(files, &Source::extractedTempFiles, this, &DatabaseManger::extractedTempFiles);
     connect(files, &Source::importNotification, this, &DatabaseManger::importNotification);
-    connect(files, &Source::remadeAllThumbnails, m_thumbnailCache, &ThumbnailCache::clearCache);
-    connect(files, &Source::remadeAllThumbnails, this, &DatabaseManger::remadeAllThumbnails);
+    connect(files, &Source::remadeAllThumbnails, this, [this] {
+        m_thumbnailCache->clearCache();
+        refreshModificationDate();
+        emit remadeAllThumbnails();
+    });
     // The worker says text and title, everybody above the manager title and text.
     connect(files, &Source::error, this,
             [this](const QString &text, const QString &title) { emit error(title, text); });

@@ -175,6 +175,8 @@ public:
                       const QSet<QString> &replacedPaths = {});
     /** Copies an internal file to where extractedTempFiles says. */
     void extractToTemporary(qint64 fileId);
+    /** Makes thumbnails of external files anew; without ids those of all that have one. */
+    void remakeThumbnails(const QVector<qint64> &fileIds = {});
     void cancelOperations();
     bool isBusy() const;
 
@@ -219,6 +221,7 @@ signals:
     void importNotification(QList<ShellFile> files);
     void aboutToReloadAllData();
     void allDataReloaded();
+    /** Pictures that are shown have to be asked for anew. */
     void remadeAllThumbnails();
     /** Known files whose tags or values a merge changed: one list, once a merge. */
     void filesChanged(QVector<qint64> fileIds);

@@ -431,6 +431,12 @@ void DatabaseManger::extractToTemporary(qint64 fileId)
     runFileOperation([fileId](FileOperationProvider &files) { files.extractToTemporary(fileId); });
 }
 
+void DatabaseManger::remakeThumbnails(const QVector<qint64> &fileIds)
+{
+    if (isDataCurrent())
+        runFileOperation([fileIds](FileOperationProvider &files) { files.remakeThumbnails(fileIds); });
+}
+
 void DatabaseManger::cancelOperations()
 {
     if (m_providers.fileOperation)

@@ -202,6 +202,14 @@ void FileOperationProvider::extractToTemporary(qint64 id)
     enqueue(operation);
 }
 
+void FileOperationProvider::remakeThumbnails(const QVector<qint64> &ids)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::RemakeThumbnailsOperation;
+    operation.fileIds = ids;
+    enqueue(operation);
+}
+
 void FileOperationProvider::setBrowsingTreeId(qint64 id)
 {
     start();

@@ -46,6 +46,8 @@ public:
                       const QSet<QString> &replacedPaths = {});
     /** Copies an internal file to where extractedTempFiles says. */
     void extractToTemporary(qint64 id);
+    /** Makes thumbnails of external files anew; without ids those of all that have one. */
+    void remakeThumbnails(const QVector<qint64> &ids);
     void setBrowsingTreeId(qint64 id);
     /** Ends the running operation and those in the queue; nothing when idle. */
     void cancelOperations();

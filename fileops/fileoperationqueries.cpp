@@ -140,6 +140,20 @@ bool FileOperationQueries::readPath(qint64 fileId, QString &path)
     return true;
 }
 
+bool FileOperationQueries::readThumbnailSource(qint64 fileId, QString &path, qint64 &thumbnailId)
+{
+    QVariantList values;
+    if (!readForFile(
+            {QStringLiteral("file_paths.path"), QStringLiteral("files.thumbnail_id")},
+            QStringLiteral("file_paths, files"),
+            QStringLiteral("file_paths.path_id=files.storage_id AND files.internal=0 AND files.file_id=?"),
+            fileId, values))
+        return false;
+    path = values.at(0).toString();
+    thumbnailId = values.at(1).toLongLong();
+    return true;
+}
+
 bool FileOperationQueries::readChecksums(const QVector<qint64> &checksums,
                                          QHash<qint64, qint64> &checksumsByFile)
 {
@@ -151,10 +165,9 @@ bool FileOperationQueries::readChecksums(const QVector<qint64> &checksums,
     if (!readRow(QStringLiteral("SELECT count(*) FROM files;"), {}, count))
         return false;
     const bool readsAll = count.first().toLongLong() < checksums.size();
-    const QString condition =
-        readsAll ? QString()
-                 : constructor()->whereClause(constructor()->inClause(QStringLiteral("data_checksum"),
-                                                                      SqlText::idTexts(checksums)));
+    const QString condition = readsAll ? QString()
+                                       : constructor()->whereClause(constructor()->inClause(
+                                             QStringLiteral("data_checksum"), SqlText::idTexts(checksums)));
     TableData table;
     if (!runAsync(constructor()->selectQuery({QStringLiteral("data_checksum"), QStringLiteral("file_id")},
                                              QStringLiteral("files")) +

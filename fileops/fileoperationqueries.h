@@ -49,6 +49,8 @@ public:
     virtual bool readBlock(qint64 storageId, QByteArray &data, qint64 &continueId);
     virtual bool readInternal(qint64 fileId, int &internal);
     virtual bool readPath(qint64 fileId, QString &path);
+    /** Where an external file lies, and the row of its thumbnail; 0 when it has none. */
+    virtual bool readThumbnailSource(qint64 fileId, QString &path, qint64 &thumbnailId);
     /** The files that have one of these checksums: file id to checksum. */
     virtual bool readChecksums(const QVector<qint64> &checksums, QHash<qint64, qint64> &checksumsByFile);
     /** The files that have one of these names: file id to name. */

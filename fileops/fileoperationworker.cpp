@@ -10,6 +10,7 @@
 #include "fileops/extracttotemporaryoperation.h"
 #include "fileops/loadthumbnailsoperation.h"
 #include "fileops/regularfile.h"
+#include "fileops/remakethumbnailsoperation.h"
 #include "fileops/transferfilesoperation.h"
 
 #include <QDebug>
@@ -242,6 +243,9 @@ void FileOperationWorker::dispatch(const FileOperation &operation)
         break;
     case FileOperationType::ExtractToTemporaryOperation:
         runAnnounced<ExtractToTemporaryOperation>(operation, tr("Extracting to temporary file..."));
+        break;
+    case FileOperationType::RemakeThumbnailsOperation:
+        runAnnounced<RemakeThumbnailsOperation>(operation, QString());
         break;
     case FileOperationType::TransferFilesOperation:
         if (!operation.fileIds.isEmpty())

@@ -31,6 +31,8 @@ public:
     bool open(const QString &path);
     void close();
 
+    /** For one who reads by other means; it stays this object's to close. -1 when nothing is open. */
+    int descriptor() const { return m_descriptor; }
     /** Size in bytes and time of the last change in seconds since 1970, as they were on opening. */
     qint64 size() const { return m_stamp.size; }
     qint64 modified() const;

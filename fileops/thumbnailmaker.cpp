@@ -2,87 +2,26 @@
 
 #include "db/abstractqueryconstructor.h"
 #include "fileops/fileoperationqueries.h"
+#include "fileops/picturereader.h"
 
 #include <QBuffer>
 #include <QDebug>
-#include <QFileInfo>
 #include <QImageReader>
 #include <QPainter>
 #include <QSet>
 
-#include <limits>
-
 namespace {
 constexpr int edge = 128;
-constexpr qint64 millionPixels = 1000LL * 1000;
-// A picture that is decoded whole takes up to 16 bytes a pixel, the copy for scaling included.
-constexpr qint64 maxWholePixels = 64 * millionPixels;
-// At a reduced size a progressive JPEG still keeps some 6 bytes a pixel, a plain PNG nothing.
-constexpr qint64 maxJpegPixels = 160 * millionPixels;
-constexpr qint64 maxPlainPngPixels = 500 * millionPixels;
-constexpr qint64 maxUnsizedBytes = 16LL * 1024 * 1024;
 
-int roundedShare(int length, int whole)
+/** The picture, scaled to its place, in the middle of a transparent canvas. */
+QImage canvasWith(const QImage &picture, const QSize &size)
 {
-    return qMax(1, static_cast<int>((static_cast<qint64>(length) * edge + whole / 2) / whole));
-}
-
-/** The size within the canvas, to the nearest pixel. */
-QSize fitted(const QSize &size)
-{
-    if (size.width() >= size.height())
-        return {edge, roundedShare(size.height(), size.width())};
-    return {roundedShare(size.width(), size.height()), edge};
-}
-
-qint64 pixels(const QSize &size)
-{
-    return static_cast<qint64>(size.width()) * size.height();
-}
-
-/** True for the one kind of PNG that is reduced line by line while it is read. */
-bool isPlainPng(const QImageReader &reader)
-{
-    constexpr int interlaceAt = 28;
-    const QImage::Format format = reader.imageFormat();
-    if (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32)
-        return false;
-    QFile file(reader.fileName());
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray head = file.read(interlaceAt + 1);
-    return head.size() > interlaceAt && head.at(interlaceAt) == 0;
-}
-
-qint64 pixelLimit(const QImageReader &reader)
-{
-    const QByteArray format = reader.format();
-    if (format == "svg" || format == "svgz")
-        return std::numeric_limits<qint64>::max();
-    if (format == "jpeg" || format == "jpg")
-        return maxJpegPixels;
-    return format == "png" && isPlainPng(reader) ? maxPlainPngPixels : maxWholePixels;
-}
-
-/** Reads a picture, a large one at twice the size of its thumbnail where its format can do that. */
-QImage readPicture(const QString &path)
-{
-    // A pipe would be waited for without end.
-    if (!QFileInfo(path).isFile())
-        return QImage();
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size();
-    if (size.isValid() && !size.isEmpty()) {
-        if (pixels(size) > pixelLimit(reader))
-            return QImage();
-        const QSize reduced = (fitted(size) * 2).boundedTo(size);
-        if (reduced != size && reader.supportsOption(QImageIOHandler::ScaledSize))
-            reader.setScaledSize(reduced);
-    } else if (QFileInfo(path).size() > maxUnsizedBytes) {
-        return QImage();
-    }
-    return reader.read();
+    const QImage scaled = picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage canvas(edge, edge, QImage::Format_ARGB32);
+    canvas.fill(QColor(0, 0, 0, 0));
+    QPainter painter(&canvas);
+    painter.drawImage(QPoint((edge - scaled.width()) / 2, (edge - scaled.height()) / 2), scaled);
+    return canvas;
 }
 } // namespace
 
@@ -94,7 +33,11 @@ bool ThumbnailMaker::makeThumbnail(const QString &path, qint64 thumbnailId, bool
 
 bool ThumbnailMaker::store(const QImage &canvas, qint64 thumbnailId, bool isNew)
 {
-    const QByteArray png = encoded(canvas);
+    return store(encoded(canvas), thumbnailId, isNew);
+}
+
+bool ThumbnailMaker::store(const QByteArray &png, qint64 thumbnailId, bool isNew)
+{
     if (png.isEmpty())
         return false;
 
@@ -128,25 +71,18 @@ bool ThumbnailMaker::isImageName(const QString &path)
 
 QImage ThumbnailMaker::thumbnailOf(const QString &path)
 {
-    const QImage picture = readPicture(path);
+    PictureReader reader(edge);
+    const QImage picture = reader.read(path);
     if (picture.isNull()) {
         qDebug("Failed load image data: %s", qUtf8Printable(path));
         return QImage();
     }
-    return canvasOf(picture);
+    return canvasWith(picture, PictureReader::fitted(reader.fullSize(), edge));
 }
 
 QImage ThumbnailMaker::canvasOf(const QImage &picture)
 {
-    if (picture.isNull())
-        return QImage();
-    const QImage scaled =
-        picture.scaled(fitted(picture.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QImage canvas(edge, edge, QImage::Format_ARGB32);
-    canvas.fill(QColor(0, 0, 0, 0));
-    QPainter painter(&canvas);
-    painter.drawImage(QPoint((edge - scaled.width()) / 2, (edge - scaled.height()) / 2), scaled);
-    return canvas;
+    return picture.isNull() ? QImage() : canvasWith(picture, PictureReader::fitted(picture.size(), edge));
 }
 
 QByteArray ThumbnailMaker::encoded(const QImage &canvas)

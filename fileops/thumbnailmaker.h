@@ -20,6 +20,8 @@ public:
     bool makeThumbnail(const QString &path, qint64 thumbnailId, bool isNew);
     /** The same with a canvas that was made before. */
     bool store(const QImage &canvas, qint64 thumbnailId, bool isNew);
+    /** The same with the bytes of the table. */
+    bool store(const QByteArray &png, qint64 thumbnailId, bool isNew);
 
     /** True for a file name whose ending is one of an image format that can be read. */
     static bool isImageName(const QString &path);

@@ -383,30 +383,50 @@ void ContentsModel::updateFiles(const QVector<qint64> &fileIds)
     for (int row : rows)
         m_index.update(row, *m_files.at(row));
     emit recordsChanged(rows);
-    emitRowsChanged(rows, {});
+    emitRowsChanged(rows);
     emit contentsChanged();
 }
 
 void ContentsModel::repaintFiles(const QVector<qint64> &fileIds)
 {
-    emitRowsChanged(rowsOf(fileIds), {Qt::DecorationRole});
+    const QVector<int> rows = rowsOf(fileIds);
+    // Only the column of the pictures: a view paints a single cell alone, but all it shows for more than one.
+    if (rows.size() <= mostRunsOneByOne) {
+        for (const int row : rows)
+            emitPicturesChanged(row, row);
+    } else {
+        emitPicturesChanged(rows.first(), rows.last());
+    }
 }
 
 void ContentsModel::repaintFile(qint64 fileId)
 {
-    repaintFiles({fileId});
+    const int row = rowOf(fileId);
+    if (row >= 0)
+        emitPicturesChanged(row, row);
+}
+
+void ContentsModel::repaintAll()
+{
+    if (!m_files.isEmpty())
+        emitPicturesChanged(0, m_files.size() - 1);
+}
+
+void ContentsModel::emitPicturesChanged(int first, int last)
+{
+    emit dataChanged(index(first, ThumbnailColumn), index(last, ThumbnailColumn), {Qt::DecorationRole});
 }
 
 // Unchanged rows between many changed ones cost less than many signals.
-void ContentsModel::emitRowsChanged(const QVector<int> &rows, const QVector<int> &roles)
+void ContentsModel::emitRowsChanged(const QVector<int> &rows)
 {
     if (runCount(rows) > mostRunsOneByOne) {
-        emit dataChanged(index(rows.first(), 0), index(rows.last(), columnTotal - 1), roles);
+        emit dataChanged(index(rows.first(), 0), index(rows.last(), columnTotal - 1));
         return;
     }
     for (int last = rows.size() - 1; last >= 0;) {
         const int first = runStart(rows, last);
-        emit dataChanged(index(rows.at(first), 0), index(rows.at(last), columnTotal - 1), roles);
+        emit dataChanged(index(rows.at(first), 0), index(rows.at(last), columnTotal - 1));
         last = first - 1;
     }
 }

@@ -75,6 +75,7 @@ public slots:
     /** Only the pictures of these files differ. */
     void repaintFiles(const QVector<qint64> &fileIds);
     void repaintFile(qint64 fileId);
+    void repaintAll();
 
 signals:
     /** Records in these rows, ascending, have other values. Comes before the signals of the model itself. */
@@ -97,7 +98,8 @@ private:
     void appendRows(const QVector<File *> &files);
     void eraseRows(const QVector<int> &rows);
     void removeInOneGo(const QVector<int> &rows);
-    void emitRowsChanged(const QVector<int> &rows, const QVector<int> &roles);
+    void emitRowsChanged(const QVector<int> &rows);
+    void emitPicturesChanged(int first, int last);
 
     ContentsHost *m_host = nullptr;
     QVector<File *> m_files;

@@ -124,12 +124,8 @@ private slots:
         const QString red = save("a.png"_s, coloured({300, 200}, Qt::red));
         const QString blue = save("b.png"_s, coloured({300, 200}, Qt::blue));
         QVERIFY(make(red, 7, true) && make(red, 8, true) && make(blue, 7, false) && !make(blue, 8, true));
-        for (const int id : {7, 8}) {
-            QSqlQuery query("SELECT thumbnail FROM thumbnails WHERE thumbnail_id=%1"_s.arg(id));
-            const QByteArray png = query.next() ? query.value(0).toByteArray() : QByteArray();
-            QCOMPARE(QImage::fromData(png, "PNG").pixelColor(64, 64), QColor(id == 7 ? Qt::blue : Qt::red));
-            QVERIFY(png.size() < 4096);
-        }
+        QCOMPARE(storedColours(), QVector<QColor>({Qt::blue, Qt::red}));
+        QCOMPARE(Sql::count("thumbnails WHERE length(thumbnail)>4096"_s), 0);
     }
 
     void loadsThumbnailsInOrder_data() { addBackEnds(); }
@@ -151,6 +147,30 @@ private slots:
         m_provider->loadThumbnails({1, 99});
         QTRY_COMPARE(ids, QVector<qint64>({2, 3, 1, 99}));
         QCOMPARE(colours, QVector<QRgb>({qRgb(0, 0, 255), 0, qRgb(255, 0, 0), 0}));
+    }
+
+    void remakesThumbnailsOfExternalFiles_data() { addBackEnds(); }
+
+    void remakesThumbnailsOfExternalFiles()
+    {
+        for (int id = 1; id <= 4; ++id)
+            addThumbnail(id, Qt::red, id == 4 ? 1 : 0);
+        m_database->addFile(5, 0, 0, 5);
+        const QString blue = save("blue.png"_s, coloured({300, 300}, Qt::blue));
+        const QString broken = m_folder.write("broken.png"_s, "no picture");
+        for (const auto &path :
+             {qMakePair(1, blue), qMakePair(2, broken), qMakePair(3, blue), qMakePair(5, blue)})
+            m_database->run(
+                "INSERT INTO file_paths VALUES (%1, '%2', '')"_s.arg(path.first).arg(path.second));
+        QSignalSpy remade(m_provider.get(), &FileOperationProvider::remadeAllThumbnails);
+        QSignalSpy progress(m_provider.get(), &FileOperationProvider::filesOperationProgress);
+        m_provider->remakeThumbnails({4, 1, 99});
+        QTRY_COMPARE(remade.count(), 1);
+        QCOMPARE(progress.first().first().toString(), "Remaking thumbnails..."_s);
+        QCOMPARE(storedColours(), QVector<QColor>({Qt::blue, Qt::red, Qt::red, Qt::red}));
+        m_provider->remakeThumbnails({});
+        QTRY_COMPARE(remade.count(), 2);
+        QCOMPARE(storedColours(), QVector<QColor>({Qt::blue, Qt::red, Qt::blue, Qt::red}));
     }
 
     void cacheShowsAPlaceholderFirst()
@@ -213,13 +233,23 @@ private slots:
     }
 
 private:
-    void addThumbnail(qint64 fileId, const QColor &colour)
+    /** In the middle of each thumbnail, in the order of their ids. */
+    static QVector<QColor> storedColours()
+    {
+        QVector<QColor> colours;
+        QSqlQuery query("SELECT thumbnail FROM thumbnails ORDER BY thumbnail_id"_s);
+        while (query.next())
+            colours.append(QImage::fromData(query.value(0).toByteArray(), "PNG").pixelColor(64, 64));
+        return colours;
+    }
+
+    void addThumbnail(qint64 fileId, const QColor &colour, int internal = 2)
     {
         QSqlQuery query;
         query.prepare("INSERT INTO thumbnails VALUES (?, ?)"_s);
         query.addBindValue(fileId + 1000);
         query.addBindValue(pngOf(coloured({128, 128}, colour)));
-        QVERIFY(query.exec() && m_database->addFile(fileId, 2, 0, 0, fileId + 1000));
+        QVERIFY(query.exec() && m_database->addFile(fileId, internal, 0, fileId, fileId + 1000));
     }
 
     /** The path of a picture in the folder. */

@@ -68,6 +68,7 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::filesChanged, m_contents, &ContentsModel::updateFiles);
     connect(source, &DatabaseManger::updateMissedFiles, m_contents, &ContentsModel::repaintFiles);
     connect(source, &DatabaseManger::thumbnailUpdated, m_contents, &ContentsModel::repaintFile);
+    connect(source, &DatabaseManger::remadeAllThumbnails, m_contents, &ContentsModel::repaintAll);
     connect(source, &DatabaseManger::aboutToReloadAllData, m_contents, &ContentsModel::clear);
     connect(source, &DatabaseManger::tagsLoaded, m_sorter, &Sorter::refreshTagNames);
     connect(source, &DatabaseManger::tagsRenamed, m_sorter, &Sorter::refreshTagNames);
@@ -252,6 +253,12 @@ void MainViewController::openTemporaryCopy(qint64 fileId)
         return;
     m_awaitsCopy = true;
     manager()->extractToTemporary(fileId);
+}
+
+void MainViewController::remakeThumbnails()
+{
+    if (manager() && mayWrite())
+        manager()->remakeThumbnails();
 }
 
 void MainViewController::cancelOperations()

@@ -80,6 +80,8 @@ public:
     void setFileConflictAsker(const FileConflictAsker &asker);
     /** Opens an internal file with the program that the system has for it, in a copy for the purpose. */
     void openTemporaryCopy(qint64 fileId);
+    /** Makes the thumbnails of all external files anew. */
+    void remakeThumbnails();
     void cancelOperations();
 
     /** Links and unlinks in one step; false when it was refused and nothing has changed. */

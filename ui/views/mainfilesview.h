@@ -72,6 +72,8 @@ public slots:
     void addHyperlinks();
     /** Makes the selected external files internal. */
     void transferToInternal();
+    /** Makes the thumbnails of all external files anew, whatever is selected. */
+    void remakeThumbnails();
     void changeEditMode(bool on);
 
 protected:

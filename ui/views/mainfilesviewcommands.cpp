@@ -204,6 +204,12 @@ void MainFilesView::transferToInternal()
         m_controller->transferToInternal(selectedFiles().ids());
 }
 
+void MainFilesView::remakeThumbnails()
+{
+    if (m_controller)
+        m_controller->remakeThumbnails();
+}
+
 void MainFilesView::addUrls(const QList<QUrl> &urls, const QString &linkDescription)
 {
     if (!m_controller || urls.isEmpty())
