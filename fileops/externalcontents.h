@@ -15,7 +15,7 @@ public:
     /** The file as it was when it had this stamp. */
     ExternalContents(const QString &path, const FileStamp &stamp) : m_path(path), m_stamp(stamp) {}
 
-    /** False for what is no regular file, is larger, changes meanwhile, or is the open database itself. */
+    /** False for what is no regular file, is larger, or changes meanwhile. */
     static bool read(const QString &path, qint64 mostBytes, QByteArray &bytes, FileStamp &stamp);
 
     /** False, with the file as it is, when it has another stamp by now or its folder takes no file. */

@@ -1,5 +1,7 @@
 #include "fileops/imagecodec.h"
 
+#include "fileops/jpegnotes.h"
+
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
@@ -94,8 +96,8 @@ QImage ImageCodec::decoded(const QByteArray &bytes)
 bool ImageCodec::hasSeveralPictures(const QByteArray &bytes)
 {
     QBuffer buffer(const_cast<QByteArray *>(&bytes));
-    return buffer.open(QIODevice::ReadOnly) &&
-           (QImageReader(&buffer).imageCount() > 1 || isAnimatedPng(bytes));
+    return buffer.open(QIODevice::ReadOnly) && (QImageReader(&buffer).imageCount() > 1 ||
+                                                isAnimatedPng(bytes) || JpegNotes::hasFurtherPictures(bytes));
 }
 
 QByteArray ImageCodec::encoded(const QImage &picture, const QByteArray &format)
@@ -117,6 +119,21 @@ QByteArray ImageCodec::encoded(const QImage &picture, const QByteArray &format)
     const QImage readBack = decoded(bytes);
     const bool isGood = isJpeg(format) ? readBack.size() == picture.size() : looksLike(readBack, picture);
     return isGood ? bytes : QByteArray();
+}
+
+QByteArray ImageCodec::rewritten(const QByteArray &oldBytes, const QImage &picture, const QByteArray &format)
+{
+    const QByteArray bytes = hasSeveralPictures(oldBytes) ? QByteArray() : encoded(picture, format);
+    if (bytes.isEmpty() || !isJpeg(format))
+        return bytes;
+    const QByteArray withNotes = JpegNotes::carriedOver(oldBytes, bytes, picture.size());
+    QBuffer buffer(const_cast<QByteArray *>(&withNotes));
+    if (!buffer.open(QIODevice::ReadOnly))
+        return bytes;
+    // Notes that would turn it once more are not worth it.
+    const QImageReader reader(&buffer);
+    const bool isUpright = reader.transformation() == QImageIOHandler::TransformationNone;
+    return isUpright && reader.size() == picture.size() ? withNotes : bytes;
 }
 
 QImage ImageCodec::turnedLike(const QImage &original, const QImage &picture)

@@ -20,6 +20,9 @@ bool hasSeveralPictures(const QByteArray &bytes);
  */
 QByteArray encoded(const QImage &picture, const QByteArray &format);
 
+/** The same in the place of other bytes, whose notes stay; empty when those hold several pictures. */
+QByteArray rewritten(const QByteArray &oldBytes, const QImage &picture, const QByteArray &format);
+
 /**
  * The original turned as the picture is, with depth, resolution and texts that a picture loses on its way
  * over the screen. A picture that shows something else comes back with what can be given to it.

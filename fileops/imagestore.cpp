@@ -106,6 +106,10 @@ StoredImage::State ImageStore::readBytes(Origin &origin, QByteArray &bytes)
     }
     if (!QFileInfo::exists(origin.path))
         return StoredImage::FileGone;
+    // Closing any descriptor of the open database drops the locks that SQLite holds on it.
+    const Database::PathLocator database = Database::pathLocator(QString());
+    if (database.isLocal && RegularFile::isSame(origin.path, database.databasePath))
+        return StoredImage::ExternalUnreadable;
     return ExternalContents::read(origin.path, ImageCodec::mostBytes, bytes, origin.stamp)
                ? StoredImage::Loaded
                : StoredImage::ExternalUnreadable;
@@ -149,9 +153,7 @@ bool ImageStore::prepare(qint64 fileId, const QImage &picture, Writing &writing)
     const QImage turned = ImageCodec::turnedLike(original, picture);
     if (turned == original)
         return true;
-    if (ImageCodec::hasSeveralPictures(writing.oldBytes))
-        return false;
-    writing.bytes = ImageCodec::encoded(turned, format.toLatin1());
+    writing.bytes = ImageCodec::rewritten(writing.oldBytes, turned, format.toLatin1());
     writing.thumbnail = ThumbnailMaker::encoded(ThumbnailMaker::canvasOf(turned));
     return !writing.bytes.isEmpty() && !writing.thumbnail.isEmpty();
 }

@@ -73,6 +73,15 @@ bool RegularFile::isAsOpened() const
     return ::fstat(m_descriptor, &status) == 0 && stampFrom(status) == m_stamp;
 }
 
+bool RegularFile::isSame(const QString &path, const QString &other)
+{
+    struct stat one = {};
+    struct stat two = {};
+    return ::stat(QFile::encodeName(path).constData(), &one) == 0 &&
+           ::stat(QFile::encodeName(other).constData(), &two) == 0 && one.st_dev == two.st_dev &&
+           one.st_ino == two.st_ino;
+}
+
 FileStamp RegularFile::stampOf(const QString &path)
 {
     struct stat status = {};

@@ -39,6 +39,8 @@ public:
     const FileStamp &stamp() const { return m_stamp; }
     /** False once the open file has been written to since it was opened. */
     bool isAsOpened() const;
+    /** Whether two paths lead to one file, without opening it. */
+    static bool isSame(const QString &path, const QString &other);
     /** The stamp of a file as it is now, without opening it. */
     static FileStamp stampOf(const QString &path);
     /**
