@@ -83,6 +83,8 @@ bool MainWindow::openDatabase(const DBDetails &details)
 void MainWindow::closeDatabase()
 {
     if (m_collection) {
+        // What previewers have to save goes to the database that it belongs to.
+        m_mainView->closePreviews();
         detachControllers();
         m_collection->close();
         delete m_collection;

@@ -13,6 +13,7 @@ const QString mainWindowGeometry = QStringLiteral("MainWindow/geometry");
 const QString mainWindowState = QStringLiteral("MainWindow/state");
 const QString manualGeometry = QStringLiteral("ManualWindow/geometry");
 const QString quickStartGeometry = QStringLiteral("QSGuideWindow/geometry");
+const QString previewGeometry = QStringLiteral("PreviewBox/geometry");
 const QString tagTableHeader = QStringLiteral("TagView/horizontalHeader");
 const QString fileTableHeader = QStringLiteral("ListView/headers");
 

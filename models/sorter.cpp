@@ -37,6 +37,13 @@ const File *Sorter::fileAt(int row) const
     return row >= 0 && row < rowCount() ? m_filter->fileAt(sourceRow(row)) : nullptr;
 }
 
+QModelIndex Sorter::indexOf(qint64 fileId) const
+{
+    const ContentsModel *contents = m_filter ? m_filter->contents() : nullptr;
+    return contents ? mapFromSource(m_filter->mapFromSource(contents->index(contents->rowOf(fileId), 0)))
+                    : QModelIndex();
+}
+
 void Sorter::refreshTagNames()
 {
     constexpr int column = ContentsModel::TagsColumn;

@@ -42,6 +42,8 @@ public:
 
     /** Null outside the rows. */
     const File *fileAt(int row) const;
+    /** Invalid for a file that is not shown. */
+    QModelIndex indexOf(qint64 fileId) const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex mapToSource(const QModelIndex &proxyIndex) const override;

@@ -39,16 +39,6 @@ QUrl harmlessLocalUrl(const QString &path)
     return startsProgram ? QUrl() : QUrl::fromLocalFile(path);
 }
 
-bool warnWhenGone(QWidget *parent, const QString &path)
-{
-    if (QFileInfo::exists(path))
-        return false;
-    Messages::warning(parent, tr("File No Longer Present"),
-                      tr("This file is no longer present in its original path. It may have been moved, "
-                         "deleted or renamed."));
-    return true;
-}
-
 void openFolder(const QString &path)
 {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
@@ -99,6 +89,16 @@ void FileOpening::openHyperlink(QWidget *parent, const QString &text)
     const QUrl url = linkTarget(text);
     if (url.isEmpty() || !QDesktopServices::openUrl(url))
         Messages::warning(parent, tr("Error"), tr("Failed opening hyperlink."));
+}
+
+bool FileOpening::warnWhenGone(QWidget *parent, const QString &path)
+{
+    if (QFileInfo::exists(path))
+        return false;
+    Messages::warning(parent, tr("File No Longer Present"),
+                      tr("This file is no longer present in its original path. It may have been moved, "
+                         "deleted or renamed."));
+    return true;
 }
 
 void FileOpening::openExternalFile(QWidget *parent, const QString &path)

@@ -13,6 +13,8 @@ namespace FileOpening {
 QUrl linkTarget(const QString &text);
 
 void openHyperlink(QWidget *parent, const QString &text);
+/** True, after telling the user so, when there is nothing at the path. */
+bool warnWhenGone(QWidget *parent, const QString &path);
 void openExternalFile(QWidget *parent, const QString &path);
 /** Shows the file in the system's file manager, or opens its folder where none can be asked. */
 void showInFileManager(QWidget *parent, const QString &path);

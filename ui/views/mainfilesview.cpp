@@ -9,6 +9,7 @@
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
 #include "ui/mainui.h"
+#include "ui/preview/previews.h"
 #include "ui/views/delegate.h"
 #include "ui/views/fileactions.h"
 #include "ui/views/listview.h"
@@ -49,7 +50,8 @@ MainFilesView::MainFilesView(QWidget *parent)
       m_stack(new QStackedWidget(this)),
       m_listView(new ListView(m_stack)),
       m_tableView(new TableView(m_stack)),
-      m_actions(new FileActions(this))
+      m_actions(new FileActions(this)),
+      m_previews(new Previews(this))
 {
     setObjectName(QStringLiteral("MainFilesView"));
     makeViews();
@@ -59,11 +61,13 @@ MainFilesView::MainFilesView(QWidget *parent)
     layout->addWidget(m_title);
     layout->addWidget(m_stack, 1);
     connectActions();
+    connect(m_previews, &Previews::showingFile, this, &MainFilesView::moveToFile);
     setController(nullptr);
 }
 
 MainFilesView::~MainFilesView()
 {
+    closePreviews();
     detachModel();
 }
 
@@ -137,8 +141,14 @@ void MainFilesView::takePlaces(MainUi &ui)
     updateActionsAvailability();
 }
 
+void MainFilesView::closePreviews()
+{
+    m_previews->closeAll();
+}
+
 void MainFilesView::setController(MainViewController *controller)
 {
+    closePreviews();
     detachModel();
     if (m_controller) {
         m_controller->disconnect(this);
@@ -268,6 +278,17 @@ void MainFilesView::openOrEdit(const QModelIndex &index)
         openFile(index);
     else
         mayEdit();
+}
+
+void MainFilesView::moveToFile(qint64 fileId)
+{
+    if (!m_controller)
+        return;
+    const QModelIndex index = m_controller->sorter()->indexOf(fileId);
+    if (!index.isValid())
+        return;
+    const int column = currentView()->currentIndex().column();
+    currentView()->setCurrentIndex(index.sibling(index.row(), qMax(int(ContentsModel::NameColumn), column)));
 }
 
 QAbstractItemView *MainFilesView::currentView() const

@@ -11,6 +11,7 @@ class FileActions;
 class ListView;
 class MainUi;
 class MainViewController;
+class Previews;
 class QAbstractItemView;
 class QDropEvent;
 class QItemSelection;
@@ -42,6 +43,9 @@ public:
 
     /** Borrowed; null, before the database closes, empties and disables the view. */
     void setController(MainViewController *controller);
+
+    /** They save what they have to save; the database must still be whole. */
+    void closePreviews();
 
 signals:
     /** The first of the files that have been selected; 0 when none is any more. */
@@ -102,6 +106,8 @@ private:
     void followRequirements();
     void applyEditTriggers();
     void openOrEdit(const QModelIndex &index);
+    void moveToFile(qint64 fileId);
+    void openPreview(const File &file);
     void tellLostSelection();
     void keepSelection();
     void restoreSelection();
@@ -116,6 +122,7 @@ private:
     ListView *m_listView;
     TableView *m_tableView;
     FileActions *m_actions;
+    Previews *m_previews;
     QPointer<MainViewController> m_controller;
     QPointer<QLineEdit> m_searchEdit;
     bool m_isEditMode = false;

@@ -14,6 +14,7 @@
 #include "ui/dialogs/browsingtreetagsdialog.h"
 #include "ui/dialogs/propertiesdialog.h"
 #include "ui/dialogs/tagremovaldialog.h"
+#include "ui/preview/previews.h"
 #include "ui/views/fileactions.h"
 #include "ui/views/fileopening.h"
 #include "ui/views/listview.h"
@@ -33,6 +34,7 @@ namespace {
 
 constexpr int externalFile = 0;
 constexpr int hyperlink = 2;
+constexpr int pictureKind = 6;
 
 } // namespace
 
@@ -60,18 +62,24 @@ void MainFilesView::openFile(const QModelIndex &index)
 
 void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)
 {
-    // There is no viewer of our own to be passed by.
-    Q_UNUSED(forceExternal)
     const File *file = fileAt(index);
     if (!file)
         return;
     if (file->internal() == hyperlink)
         FileOpening::openHyperlink(this, file->name());
+    else if (!forceExternal && file->iconKind() == pictureKind)
+        openPreview(*file);
     else if (file->internal() == externalFile)
         FileOpening::openExternalFile(this, file->path());
     else
         emit statusTextChanged(
             tr("\"%1\" is kept inside the database and cannot be opened from there.").arg(file->name()));
+}
+
+void MainFilesView::openPreview(const File &file)
+{
+    if (file.internal() != externalFile || !FileOpening::warnWhenGone(this, file.path()))
+        m_previews->open(file.id(), m_controller);
 }
 
 void MainFilesView::openFileTagsEditor()

@@ -1,0 +1,332 @@
+#include "core/file.h"
+#include "models/sorter.h"
+#include "tests/support/dialoganswers.h"
+#include "tests/support/localcollection.h"
+#include "ui/preview/filepreview.h"
+#include "ui/preview/picturearea.h"
+#include "ui/preview/picturescale.h"
+#include "ui/preview/previewbox.h"
+#include "ui/preview/previews.h"
+
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+
+/** The previewer on a real database: its way through the view, turning and saving, texts, keys and scale. */
+class TestPreview : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_fixture = std::make_unique<LocalCollection>();
+        m_previews = std::make_unique<Previews>(nullptr);
+        LocalCollection::set("PreferencesDialog/autoSaveRotated", false);
+    }
+
+    void cleanup()
+    {
+        m_previews.reset();
+        m_fixture.reset();
+    }
+
+    void walksTheRowsOfTheView()
+    {
+        const qint64 c = addPicture("c.png"_s);
+        const qint64 a = addPicture("a.png"_s);
+        m_fixture->addExternal("b.txt"_s);
+        const qint64 b = addPicture("b.png"_s);
+        PreviewBox *box = open(a, ContentsOrder);
+        QCOMPARE(box->windowTitle(), "a.png - 1 of 3"_s);
+        QCOMPARE(walked(box, "< > > > <"_s), (QVector<qint64>{c, a, b, c, b}));
+
+        // In another order, and round the file on show when it is not in the view any more.
+        m_fixture->mainView().sorter()->sort(1, Qt::DescendingOrder);
+        QCOMPARE(walked(box, ">"_s), QVector<qint64>{a});
+        m_fixture->mainView().setFileFilterString("c.png"_s);
+        QCOMPARE(walked(box, "> >"_s), (QVector<qint64>{c, c}));
+        m_fixture->mainView().setFileFilterString(QString());
+        QCOMPARE(walked(box, ">"_s), QVector<qint64>{b});
+        m_fixture->mainView().deleteFiles({b});
+        m_fixture->waitForWorker();
+        QCOMPARE(walked(box, ">"_s), QVector<qint64>{a});
+        m_fixture->mainView().deleteFiles({a, c});
+        m_fixture->waitForWorker();
+        QCOMPARE(walked(box, "< >"_s), (QVector<qint64>{a, a}));
+    }
+
+    void savesWhatWasTurned_data()
+    {
+        addColumns<bool, QString, QString>("isInternal", "turns", "end");
+        for (const char *end : {"Save changes", "walk", "close", "database"}) {
+            addRow(qPrintable("internal, "_s + QLatin1String(end)), true, "r"_s, QString::fromUtf8(end));
+            addRow(qPrintable("external, "_s + QLatin1String(end)), false, "lll"_s, QString::fromUtf8(end));
+        }
+    }
+
+    void savesWhatWasTurned()
+    {
+        QFETCH(bool, isInternal);
+        QFETCH(QString, end);
+        QFETCH(QString, turns);
+        const qint64 id = addPicture("a.png"_s, isInternal);
+        addPicture("b.png"_s);
+        LocalCollection::set("PreferencesDialog/autoSaveRotated", end != "Save changes"_s);
+        const QPointer<PreviewBox> box = open(id);
+        QSignalSpy changed(box, &PreviewBox::changedThumbnail);
+        turn(box, turns);
+        QTRY_COMPARE(offersSaving(box), end == "Save changes"_s);
+        QCOMPARE(stored(id), picture());
+
+        if (end == "walk"_s)
+            box->nextImage();
+        else if (end == "close"_s)
+            QTest::keyClick(box, Qt::Key_Escape);
+        else if (end == "database"_s)
+            m_previews->closeAll();
+        else
+            press(box, end);
+        QTRY_COMPARE(changed.count(), 1);
+        QCOMPARE(stored(id), picture().transformed(QTransform().rotate(90)));
+        QTRY_VERIFY(!box || !offersSaving(box));
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
+    void savesNothing_data()
+    {
+        addColumns<QString, QString, bool>("name", "turns", "isOffered");
+        addRow("a whole turn", "a.png"_s, "rrrr"_s, false);
+        addRow("back and forth", "a.png"_s, "rl"_s, false);
+        addRow("cancelled", "a.png"_s, "rrr"_s, true);
+    }
+
+    void savesNothing()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, turns);
+        QFETCH(bool, isOffered);
+        const qint64 id = addPicture(name);
+        PreviewBox *box = open(id);
+        turn(box, turns);
+        QTRY_COMPARE(offersSaving(box), isOffered);
+        if (isOffered)
+            press(box, "Cancel"_s);
+        QTRY_VERIFY(!offersSaving(box));
+        box->close();
+        QCOMPARE(stored(id), picture());
+        QCOMPARE(preview(box)->pictureSize(), picture().size());
+    }
+
+    void readOnlyOffersNothing()
+    {
+        const qint64 id = addPicture("a.png"_s);
+        m_fixture->reopenReadOnly();
+        PreviewBox *box = open(id);
+        turn(box, "r"_s);
+        QCOMPARE(preview(box)->pictureSize(), picture().size().transposed());
+        QVERIFY(!offersSaving(box));
+        QVERIFY(description(box)->isReadOnly());
+        LocalCollection::set("PreferencesDialog/autoSaveRotated", true);
+        turn(box, "r"_s);
+        m_previews->closeAll();
+        QCOMPARE(stored(id), picture());
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
+    void tellsWhatCannotBeShown()
+    {
+        const qint64 good = addPicture("a.png"_s);
+        const qint64 gone = addPicture("b.png"_s, false);
+        const qint64 spoilt = addPicture("c.png"_s);
+        QFile::remove(m_fixture->filePath("b.png"_s));
+        Sql::run("UPDATE storage SET data='no picture' WHERE storage_id=%1"_s.arg(
+            m_fixture->file(spoilt)->storageId()));
+        PreviewBox *box = open(good, ContentsOrder);
+        for (const char *start : {"File No Longer Present: This image", "Error previewing image: An error"}) {
+            box->nextImage();
+            QVERIFY(box->fileId() != good);
+            QStringList boxes;
+            QTRY_VERIFY(!(boxes += m_fixture->takeBoxes()).isEmpty());
+            QCOMPARE(boxes.join(QLatin1Char('|')).left(int(qstrlen(start))), QString::fromUtf8(start));
+            QVERIFY(!preview(box)->hasPicture());
+        }
+        // What cannot be shown can be passed, and a slide show passes it by itself and in silence.
+        box->nextImage();
+        QCOMPARE(box->fileId(), good);
+        const qint64 last = addPicture("d.png"_s);
+        LocalCollection::set("PreferencesDialog/slideshowIncrementTime", 1);
+        box->startSlideshow();
+        QVERIFY(box->isFullScreen());
+        QTRY_COMPARE(box->fileId(), last);
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        QVERIFY(gone != spoilt);
+    }
+
+    void escapeEndsTheShowThenTheWindow()
+    {
+        const QPointer<PreviewBox> box = open(addPicture("a.png"_s));
+        const QByteArray geometry = box->saveGeometry();
+        box->startSlideshow();
+        QVERIFY(!description(box)->isVisible());
+        QTest::keyClick(box, Qt::Key_Escape);
+        QVERIFY(!box->isFullScreen() && description(box)->isVisible());
+        QTest::keyClick(box, Qt::Key_Escape);
+        QVERIFY(!box->isVisible());
+        QTRY_VERIFY(!box);
+
+        // The next one stands where this one stood, also if it ended under a full screen.
+        PreviewBox *next = open(m_fixture->mainView().shownFileIds().first());
+        next->startSlideshow();
+        m_previews->closeAll();
+        QCOMPARE(QSettings().value("PreviewBox/geometry"_s).toByteArray().size(), geometry.size());
+        QVERIFY(!open(m_fixture->mainView().shownFileIds().first())->isFullScreen());
+    }
+
+    void keepsDescriptions()
+    {
+        const qint64 a = addPicture("a.png"_s);
+        const qint64 b = addPicture("b.png"_s);
+        PreviewBox *box = open(a, ContentsOrder);
+        type(box, "one \"quoted\" word"_s);
+        QTest::keyClick(description(box), Qt::Key_Return);
+        QCOMPARE(m_fixture->file(a)->description(), "one quoted word"_s);
+        QVERIFY(!description(box)->hasFocus());
+
+        type(box, "!"_s);
+        box->nextImage();
+        QCOMPARE(m_fixture->file(a)->description(), "one quoted word!"_s);
+        QCOMPARE(description(box)->text(), QString());
+        type(box, "dropped"_s);
+        QTest::keyClick(description(box), Qt::Key_Escape);
+        QVERIFY(box->isVisible());
+        // What was written elsewhere arrives, and is not overwritten by what stood here.
+        m_fixture->mainView().updateFileDescription(b, "from \"elsewhere\""_s);
+        QTRY_COMPARE(description(box)->text(), "from \"elsewhere\""_s);
+        m_fixture->mainView().updateFileDescription(b, "later"_s);
+        box->close();
+        QCOMPARE(m_fixture->file(b)->description(), "later"_s);
+    }
+
+    void wheelZoomsAtThePointer()
+    {
+        QImage large(3000, 2000, QImage::Format_RGB32);
+        large.fill(Qt::darkCyan);
+        PreviewBox *box = open(addPicture("a.png"_s, true, large));
+        auto *area = box->findChild<PictureArea *>();
+        QVERIFY(area->scale() < 1 && area->scale() > 0.1);
+        const QPointF pointer(area->viewport()->width() * 0.7, area->viewport()->height() * 0.4);
+        const auto pointed = [&] {
+            const QPointF onLabel = pointer - preview(box)->pos();
+            return onLabel / preview(box)->width() * large.width();
+        };
+        wheel(area, pointer, 120 * 11);
+        QCOMPARE(area->scale(), 1.0);
+        wheel(area, pointer, 120 * 5);
+        const QPointF before = pointed();
+        wheel(area, pointer, 120 * 12);
+        QVERIFY(QLineF(before, pointed()).length() < 2);
+        QCOMPARE(area->scale(), 32.0);
+        // What is on the screen alone is painted, of a picture that would fill 24 gigabytes.
+        QCOMPARE(preview(box)->width(), 96000);
+        QCOMPARE(QColor(area->grab().toImage().pixel(50, 50)), QColor(Qt::darkCyan));
+
+        wheel(area, pointer, -120 * 100);
+        wheel(area, pointer, -120 * 100);
+        QCOMPARE(preview(box)->size(), QSize(16, 11));
+        box->zoom100();
+        QCOMPARE(preview(box)->size(), large.size());
+    }
+
+    void pictureScale_data()
+    {
+        addColumns<QSize, QSize, double>("picture", "room", "scale");
+        addRow("fits", QSize(640, 480), QSize(640, 480), 1.0);
+        addRow("a pixel too wide", QSize(641, 480), QSize(640, 480), 0.5);
+        addRow("too high by far", QSize(10, 30000), QSize(640, 480), 1 / 64.0);
+        addRow("no room yet", QSize(2, 2), QSize(0, 0), 0.5);
+    }
+
+    void pictureScale()
+    {
+        QFETCH(QSize, picture);
+        QFETCH(QSize, room);
+        QTEST(PictureScale::fitting(picture, room), "scale");
+    }
+
+private:
+    enum Order { Unsorted, ContentsOrder };
+
+    static QImage picture()
+    {
+        QImage image(60, 40, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        image.setPixelColor(3, 5, Qt::red);
+        return image;
+    }
+    qint64 addPicture(const QString &name, bool isInternal = true, const QImage &image = picture())
+    {
+        LocalCollection::set("MainWindow/linkToFiles", !isInternal);
+        LocalCollection::set("PreferencesDialog/duplicateManagementEnabled", false);
+        image.save(m_fixture->filePath(name));
+        return m_fixture->add(QUrl::fromLocalFile(m_fixture->filePath(name)));
+    }
+    PreviewBox *open(qint64 id, Order order = Unsorted)
+    {
+        m_fixture->mainView().showSpecialNode(AllFiles);
+        m_fixture->mainView().sorter()->sort(order == ContentsOrder ? 1 : -1);
+        m_previews->open(id, &m_fixture->mainView());
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            auto *box = qobject_cast<PreviewBox *>(window);
+            if (box && box->isVisible() && box->fileId() == id)
+                return box;
+        }
+        return nullptr;
+    }
+    /** The files on show after each step of "< >". */
+    static QVector<qint64> walked(PreviewBox *box, const QString &steps)
+    {
+        QVector<qint64> ids;
+        for (const QString &step : steps.split(QLatin1Char(' '))) {
+            QTest::keyClick(box, step == "<"_s ? Qt::Key_Left : Qt::Key_Right);
+            ids.append(box->fileId());
+        }
+        return ids;
+    }
+    static void turn(PreviewBox *box, const QString &turns)
+    {
+        for (const QChar turn : turns)
+            turn == QLatin1Char('r') ? box->rotateClockwise() : box->rotateAnticlockwise();
+    }
+    QImage stored(qint64 id) { return m_fixture->mainView().loadImage(id).image; }
+    static QDialogButtonBox *buttons(PreviewBox *box) { return box->findChild<QDialogButtonBox *>(); }
+    static bool offersSaving(PreviewBox *box) { return buttons(box)->isVisible(); }
+    static void press(PreviewBox *box, const QString &text)
+    {
+        for (QAbstractButton *button : buttons(box)->buttons()) {
+            if (button->text().remove(QLatin1Char('&')) == text)
+                button->click();
+        }
+    }
+    static FilePreview *preview(PreviewBox *box) { return box->findChild<FilePreview *>(); }
+    static QLineEdit *description(PreviewBox *box) { return box->findChild<QLineEdit *>(); }
+    static void type(PreviewBox *box, const QString &text)
+    {
+        description(box)->setFocus();
+        description(box)->end(false);
+        QTest::keyClicks(description(box), text);
+    }
+    static void wheel(PictureArea *area, const QPointF &point, int delta)
+    {
+        QWheelEvent event(point, area->viewport()->mapToGlobal(point.toPoint()), {}, {0, delta}, {}, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(area->viewport(), &event);
+    }
+
+    std::unique_ptr<LocalCollection> m_fixture;
+    std::unique_ptr<Previews> m_previews;
+};
+
+QTEST_MAIN(TestPreview)
+#include "tst_preview.moc"

@@ -1,0 +1,351 @@
+#include "ui/preview/previewbox.h"
+
+#include "app/messages.h"
+#include "app/previewsettings.h"
+#include "app/windowsettings.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "models/sorter.h"
+#include "ui/preview/imagewalk.h"
+#include "ui/preview/picturearea.h"
+#include "ui/preview/validator.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QToolBar>
+#include <QTransform>
+
+#include <utility>
+
+namespace {
+
+// What the slide show may spend on pictures that cannot be shown before it waits for its next turn.
+constexpr int mostMillisecondsOfTrying = 500;
+
+/** Shows for its lifetime that the program waits. */
+class WaitCursor
+{
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor &) = delete;
+    WaitCursor &operator=(const WaitCursor &) = delete;
+};
+
+} // namespace
+
+PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *controller, QWidget *parent)
+    : QMainWindow(parent),
+      m_controller(controller),
+      m_walk(new ImageWalk(model, this)),
+      m_area(new PictureArea(this))
+{
+    setObjectName(QStringLiteral("PreviewBox"));
+    // The program ends with its main window, also while a picture is shown.
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setCentralWidget(m_area);
+    makeToolBar();
+    makeDescriptionBar();
+    makeShortcuts();
+    connectAll();
+    placeWindow();
+    setFocusPolicy(Qt::StrongFocus);
+    setFocus();
+    if (!loadImage(fileId))
+        qDebug("Error loading image, id = %lld", static_cast<long long>(fileId));
+}
+
+PreviewBox::~PreviewBox()
+{
+    commitDescription();
+    WindowSettings::setLayout(WindowSettings::previewGeometry,
+                              m_isFullScreen ? m_windowGeometry : saveGeometry());
+    saveWaitingEdit(Telling::InTheLog);
+}
+
+bool PreviewBox::isWritable() const
+{
+    return m_controller && !m_controller->isReadOnly() &&
+           m_controller->fileData(m_fileId, DataType::Name).isValid();
+}
+
+void PreviewBox::prevImage()
+{
+    walk(&ImageWalk::previous);
+}
+
+void PreviewBox::nextImage()
+{
+    walk(&ImageWalk::next);
+}
+
+void PreviewBox::walk(Step step)
+{
+    restartSlideTimer();
+    const qint64 start = m_fileId;
+    QElapsedTimer trying;
+    trying.start();
+    bool isLoaded = false;
+    do {
+        const qint64 fileId = (m_walk->*step)();
+        if (fileId == 0)
+            break;
+        saveWaitingEdit(m_slideTimer.isActive() ? Telling::InTheLog : Telling::Aloud);
+        isLoaded = loadImage(fileId);
+    } while (!isLoaded && m_slideTimer.isActive() && m_fileId != start &&
+             !trying.hasExpired(mostMillisecondsOfTrying));
+    if (m_fileId != start)
+        emit showingFile(m_fileId);
+}
+
+void PreviewBox::refresh()
+{
+    loadImage(m_fileId);
+}
+
+bool PreviewBox::loadImage(qint64 fileId)
+{
+    commitDescription();
+    hideApplyEditButtons();
+    m_hasUnsavedEdit = false;
+    m_quarters = 0;
+    m_fileId = fileId;
+    m_walk->setCurrent(fileId);
+    m_description->setModified(false);
+    // One picture in memory at a time.
+    m_original = QImage();
+    followRecord();
+    if (!m_controller)
+        return false;
+
+    StoredImage::State state = StoredImage::UnknownFile;
+    {
+        const WaitCursor cursor;
+        StoredImage stored = m_controller->loadImage(fileId);
+        state = stored.state;
+        m_original = std::move(stored.image);
+        if (state == StoredImage::Loaded)
+            m_area->showPicture(m_original);
+    }
+    if (state == StoredImage::Loaded)
+        return true;
+    m_area->showMessage(tr("This picture cannot be shown."));
+    tellLoadFailure(state);
+    return false;
+}
+
+void PreviewBox::tellLoadFailure(int state)
+{
+    if (state == StoredImage::FileGone)
+        tellFailure(tr("File No Longer Present"),
+                    tr("This image could not be opened because the file no longer exists in its original "
+                       "path. It may have been moved, renamed or deleted."));
+    else if (state == StoredImage::ExternalUnreadable)
+        tellFailure(tr("Error previewing image"),
+                    tr("An error has occurred while retrieving this externally stored image."));
+    else
+        tellFailure(tr("Error previewing image"), tr("An error has occurred while retrieving this image."));
+}
+
+// Only once the event loop is back: the window may be on its way to the screen, or in the middle of a step.
+void PreviewBox::tellFailure(const QString &title, const QString &text)
+{
+    if (m_slideTimer.isActive()) {
+        qDebug().noquote() << title << m_fileId << text;
+        return;
+    }
+    QTimer::singleShot(0, this, [this, title, text] { Messages::warning(this, title, text); });
+}
+
+void PreviewBox::rotateClockwise()
+{
+    rotate(1);
+}
+
+void PreviewBox::rotateAnticlockwise()
+{
+    rotate(-1);
+}
+
+void PreviewBox::rotate(int quarters)
+{
+    constexpr int fullTurn = 4;
+    const QImage turned = m_original.transformed(QTransform().rotate(90 * quarters));
+    // Null without a picture, or without the memory for one.
+    if (turned.isNull())
+        return;
+    m_original = turned;
+    m_quarters = (m_quarters + quarters + fullTurn) % fullTurn;
+    m_area->showTurned(m_original);
+    offerSaving();
+}
+
+// A picture that stands as it is stored leaves nothing to save.
+void PreviewBox::offerSaving()
+{
+    const bool isOffered = m_quarters != 0 && isWritable();
+    const bool isAutomatic = PreviewSettings::autoSaveRotated();
+    m_hasUnsavedEdit = isOffered && isAutomatic;
+    m_editButtonsAction->setVisible(isOffered && !isAutomatic);
+}
+
+void PreviewBox::hideApplyEditButtons()
+{
+    m_editButtonsAction->setVisible(false);
+}
+
+void PreviewBox::zoom100()
+{
+    m_area->zoom100();
+}
+
+void PreviewBox::applyEdit()
+{
+    saveEdit(Telling::Aloud);
+}
+
+void PreviewBox::saveEdit(Telling telling)
+{
+    qDebug() << "Applying edit to the image in the database.";
+    m_hasUnsavedEdit = false;
+    if (m_original.isNull() || !isWritable())
+        return;
+    StoredImage::Saving outcome = StoredImage::Refused;
+    {
+        const WaitCursor cursor;
+        m_controller->pauseChecking();
+        outcome = m_controller->saveImage(m_fileId, m_original);
+        m_controller->resumeChecking();
+    }
+    if (outcome == StoredImage::Saved) {
+        m_quarters = 0;
+        emit changedThumbnail(m_fileId);
+    } else if (outcome == StoredImage::NotSaved && telling == Telling::Aloud) {
+        Messages::warning(this, tr("Error previewing image"),
+                          tr("An error has occurred while retrieving this image."));
+    } else {
+        qDebug() << "Rotated image could not be saved, id =" << m_fileId;
+    }
+}
+
+void PreviewBox::saveWaitingEdit(Telling telling)
+{
+    if (m_hasUnsavedEdit)
+        saveEdit(telling);
+}
+
+void PreviewBox::commitDescription()
+{
+    // A text that nobody touched is older than what others may have written meanwhile.
+    if (!m_controller || !m_description->isModified())
+        return;
+    const QString text = m_description->text();
+    const QVariant stored = m_controller->fileData(m_fileId, DataType::Description);
+    const bool isKept = text == stored.toString() || m_controller->updateFileDescription(m_fileId, text);
+    m_description->setModified(!isKept);
+}
+
+void PreviewBox::goFullScreen()
+{
+    if (m_isFullScreen)
+        return;
+    m_windowGeometry = saveGeometry();
+    m_wasMaximized = isMaximized();
+    m_isFullScreen = true;
+    QPalette colours = palette();
+    colours.setColor(QPalette::Window, Qt::black);
+    setPalette(colours);
+    m_area->setBlack(true);
+    m_toolBar->hide();
+    m_descriptionBar->hide();
+    setFocus();
+    showFullScreen();
+}
+
+void PreviewBox::leaveFullScreen()
+{
+    if (!m_isFullScreen)
+        return;
+    m_isFullScreen = false;
+    setPalette(QPalette());
+    m_area->setBlack(false);
+    m_toolBar->show();
+    m_descriptionBar->show();
+    m_wasMaximized ? showMaximized() : showNormal();
+}
+
+void PreviewBox::startSlideshow()
+{
+    goFullScreen();
+    m_slideTimer.start(PreviewSettings::slideshowIncrementTime() * 1000, Qt::CoarseTimer, this);
+}
+
+void PreviewBox::finishSlideshow()
+{
+    m_slideTimer.stop();
+    leaveFullScreen();
+}
+
+// A picture that was stepped to by hand is looked at as long as any other.
+void PreviewBox::restartSlideTimer()
+{
+    if (m_slideTimer.isActive())
+        m_slideTimer.start(PreviewSettings::slideshowIncrementTime() * 1000, Qt::CoarseTimer, this);
+}
+
+void PreviewBox::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_slideTimer.timerId()) {
+        QMainWindow::timerEvent(event);
+        return;
+    }
+    // Pictures stand still under a box or a menu, whose loop may be in the middle of a change.
+    if (!QApplication::activeModalWidget() && !QApplication::activePopupWidget())
+        nextImage();
+}
+
+void PreviewBox::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    // The desktop, too, can end the full screen.
+    const bool isOfState = event->type() == QEvent::WindowStateChange;
+    if (isOfState && m_isFullScreen && isVisible() && !isFullScreen() && !isMinimized())
+        finishSlideshow();
+}
+
+void PreviewBox::closeEvent(QCloseEvent *event)
+{
+    m_slideTimer.stop();
+    commitDescription();
+    saveWaitingEdit(Telling::Aloud);
+    QMainWindow::closeEvent(event);
+}
+
+void PreviewBox::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Left:
+        prevImage();
+        break;
+    case Qt::Key_Right:
+        nextImage();
+        break;
+    case Qt::Key_Escape:
+        if (m_isFullScreen) {
+            finishSlideshow();
+        } else if (focusWidget() == m_description && m_description->isModified()) {
+            m_description->setModified(false);
+            followRecord();
+            setFocus();
+        } else {
+            deleteLater();
+            close();
+        }
+        break;
+    default:
+        QMainWindow::keyPressEvent(event);
+    }
+}

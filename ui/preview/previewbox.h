@@ -1,0 +1,109 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QImage>
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+class ImageWalk;
+class MainViewController;
+class PictureArea;
+class QDialogButtonBox;
+class QLabel;
+class QLineEdit;
+class QToolBar;
+class Sorter;
+class Validator;
+
+/**
+ * A window of its own that shows one picture of the main view at a time: walks through them, zooms, turns,
+ * saves what was turned, edits the description and runs a slide show. It belongs to the database that its
+ * file is in and must go before the controller does. GUI thread.
+ */
+class PreviewBox : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /** Loads the picture; a failure is told once the window stands. Model and controller are borrowed. */
+    PreviewBox(qint64 fileId, const Sorter *model, MainViewController *controller, QWidget *parent = nullptr);
+    /** Saves the description and a waiting rotation; no box tells of a failure any more. */
+    ~PreviewBox() override;
+
+    /** The file on show. */
+    qint64 fileId() const { return m_fileId; }
+
+signals:
+    void showingFile(qlonglong fileId);
+    void changedThumbnail(qlonglong fileId);
+
+public slots:
+    void prevImage();
+    void nextImage();
+    /** Loads the picture anew: a rotation that was not saved is gone. */
+    void refresh();
+    void rotateClockwise();
+    void rotateAnticlockwise();
+    void zoom100();
+    /** Writes the turned picture back. A failure, which changes nothing, is told. */
+    void applyEdit();
+    void hideApplyEditButtons();
+    void startSlideshow();
+    /** Ends the full screen, too, and keeps the window. */
+    void finishSlideshow();
+    void goFullScreen();
+    void commitDescription();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    using Step = qint64 (ImageWalk::*)();
+    enum class Telling { Aloud, InTheLog };
+
+    void makeToolBar();
+    void makeDescriptionBar();
+    void makeShortcuts();
+    void connectAll();
+    void placeWindow();
+
+    void walk(Step step);
+    bool loadImage(qint64 fileId);
+    void tellLoadFailure(int state);
+    void tellFailure(const QString &title, const QString &text);
+    void rotate(int quarters);
+    void offerSaving();
+    void saveEdit(Telling telling);
+    void saveWaitingEdit(Telling telling);
+    void restartSlideTimer();
+    void leaveFullScreen();
+    void followRecord();
+    void updateTitle();
+    void showScale(double scale);
+    bool isWritable() const;
+
+    qint64 m_fileId = 0;
+    const QPointer<MainViewController> m_controller;
+    ImageWalk *m_walk;
+    PictureArea *m_area;
+    QToolBar *m_toolBar = nullptr;
+    QToolBar *m_descriptionBar = nullptr;
+    QDialogButtonBox *m_editButtons = nullptr;
+    QAction *m_editButtonsAction = nullptr;
+    Validator *m_validator = nullptr;
+    QLineEdit *m_description = nullptr;
+    QLabel *m_scaleLabel = nullptr;
+    // As it was stored, save for rotations: what a save writes back without a loss.
+    QImage m_original;
+    int m_quarters = 0; // clockwise, since the picture was loaded or saved
+    bool m_hasUnsavedEdit = false;
+    QBasicTimer m_slideTimer;
+    QTimer m_following;
+    bool m_isFullScreen = false;
+    bool m_wasMaximized = false;
+    QByteArray m_windowGeometry; // while the screen is full
+};

@@ -1,0 +1,38 @@
+#include "ui/preview/previews.h"
+
+#include "core/controllers/mainviewcontroller.h"
+#include "ui/preview/previewbox.h"
+
+Previews::Previews(QObject *parent) : QObject(parent) {}
+
+Previews::~Previews()
+{
+    closeAll();
+}
+
+void Previews::open(qint64 fileId, MainViewController *controller)
+{
+    m_boxes.removeAll(nullptr);
+    for (const QPointer<PreviewBox> &box : qAsConst(m_boxes)) {
+        if (box->isVisible() && box->fileId() == fileId) {
+            box->raise();
+            box->activateWindow();
+            return;
+        }
+    }
+    auto *box = new PreviewBox(fileId, controller->sorter(), controller);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &PreviewBox::changedThumbnail, controller, &MainViewController::reloadThumbnail);
+    connect(box, &PreviewBox::showingFile, this, &Previews::showingFile);
+    m_boxes.append(box);
+    box->show();
+}
+
+void Previews::closeAll()
+{
+    // Taken out first: what a previewer saves on its way out may come back here.
+    QVector<QPointer<PreviewBox>> boxes;
+    boxes.swap(m_boxes);
+    for (const QPointer<PreviewBox> &box : qAsConst(boxes))
+        delete box.data();
+}

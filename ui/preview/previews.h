@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QVector>
+
+class MainViewController;
+class PreviewBox;
+
+/** The open previewers of the main view. They are windows without a parent that delete themselves. GUI
+ * thread.
+ */
+class Previews : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Previews(QObject *parent);
+    ~Previews() override;
+
+    /** Shows the picture in a new window, or raises the one that shows it. */
+    void open(qint64 fileId, MainViewController *controller);
+    /** Deletes all of them; what they have to save is saved. Before their controller goes. */
+    void closeAll();
+
+signals:
+    /** One of them has walked to this file. */
+    void showingFile(qlonglong fileId);
+
+private:
+    QVector<QPointer<PreviewBox>> m_boxes;
+};
