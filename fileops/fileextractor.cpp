@@ -32,10 +32,9 @@ bool openPrivately(QFile &file)
                                   O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (descriptor < 0)
         return false;
-    if (file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
-        return true;
     ::close(descriptor);
-    return false;
+    // Opened by its name: by its descriptor it would not know that.
+    return file.open(QIODevice::WriteOnly | QIODevice::ExistingOnly);
 }
 
 bool isSameFile(const QString &path, const QString &other)

@@ -13,8 +13,8 @@ const QString fullBox = "Error Accessing Database: An error has occurred accessi
 } // namespace
 
 /**
- * Adding more than the disk holds. Runs when VORNA_SMALL_DISK names a folder on a file system with no more
- * than 200 MB of room, such as a tmpfs of 20 MB.
+ * Adding and extracting more than the disk holds. Runs when VORNA_SMALL_DISK names a folder on a file system
+ * with no more than 200 MB of room, such as a tmpfs of 20 MB.
  */
 class TestFullDisk : public QObject
 {
@@ -37,6 +37,7 @@ private slots:
         m_fixture.reset();
         for (const char *name : {"x.vrn", "x.vrn-journal", "new.vrn", "filler"})
             QFile::remove(onDisk(QLatin1String(name)));
+        QDir(onDisk("out"_s)).removeRecursively();
     }
 
     void batchIsRolledBack_data()
@@ -107,6 +108,33 @@ private slots:
         QVERIFY(WindowFixture::read(path) == before);
         QCOMPARE(QFile::exists(path), isReplaced);
         QCOMPARE(m_fixture->openPath(), onDisk("x.vrn"_s));
+    }
+
+    void extractionWithoutRoom_data()
+    {
+        QTest::addColumn<bool>("isLinked");
+        addRow("internal", false);
+        addRow("external", true);
+    }
+
+    void extractionWithoutRoom()
+    {
+        QFETCH(bool, isLinked);
+        AddingSettings::setLinkToFiles(isLinked);
+        add(m_fixture->write("big.dat"_s, QByteArray(2 * int(mebibyte), 'b')));
+        QVERIFY(QDir().mkpath(onDisk("out"_s)));
+        QFile old(onDisk("out/big.dat"_s));
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+        old.close();
+        fillDisk(mebibyte);
+        m_fixture->answerBoxes([](const Messages::Box &) { return Messages::Answer{QMessageBox::Ok, 1}; });
+        QSignalSpy finished(files(), &MainViewController::finishedAddingFiles);
+        files()->extractFiles(onDisk("out"_s), {files()->contentsModel()->fileAt(0)->id()});
+        QVERIFY(finished.wait(60000));
+        QTRY_COMPARE(m_fixture->boxes().size(), 2);
+        QVERIFY(m_fixture->takeBoxes().last().startsWith("Error extracting file: "_s));
+        QCOMPARE(WindowFixture::read(old.fileName()), QByteArray("old"));
+        QCOMPARE(QDir(onDisk("out"_s)).entryList(QDir::Files | QDir::Hidden), QStringList{"big.dat"_s});
     }
 
 private:

@@ -1,4 +1,6 @@
+#include "app/addingsettings.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/miscoperationthread.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
@@ -188,11 +190,7 @@ private slots:
         QVERIFY(boxes.isEmpty());
         QTRY_COMPARE(boxes.value(0), "File Extraction"_s);
 
-        QStringList found;
-        for (const QString &name :
-             QDir(m_fixture->folder()).entryList({"o*.txt*"_s}, QDir::Files, QDir::Name))
-            found << name + QLatin1Char('=') + QString::fromUtf8(TestFolder::read(m_fixture->filePath(name)));
-        found.sort();
+        const QStringList found = contentsOf(m_fixture->folder(), {"o*.txt*"_s});
         QCOMPARE(found.join(QLatin1Char(' ')), files);
         const QString name = view().fileData(id, Name).toString();
         QVERIFY(found.contains(name + "=old"_s));
@@ -200,7 +198,99 @@ private slots:
                  QStringList({name, view().fileData(id, Path).toString(), name}).join(QLatin1Char('|')));
     }
 
+    void extractionSettlesConflicts_data()
+    {
+        using namespace MiscOperationThread;
+        constexpr int rejected = -1;
+        // Renamed first; what stands in the folder; the choice for each conflict, and how many there are.
+        addColumns<QString, QString, int, int, QString>("rename", "before", "choice", "conflicts", "after");
+        const QString all = "a.txt=A b.txt=B c.tar.gz=C"_s;
+        const QString other = "c.tar.gz=x c_1.tar.gz=1"_s;
+        const QString two = "a.txt=x b.txt=y"_s;
+        const QString old = "a.txt=x b.txt=y "_s;
+        addRow("free", ""_s, ""_s, int(CancelChoice), 0, all);
+        addRow("there already", ""_s, all, int(CancelChoice), 0, all);
+        addRow("one, cancelled", ""_s, other, int(CancelChoice), 1, "a.txt=A b.txt=B "_s + other);
+        addRow("one, new name", ""_s, other, int(UseNewNameChoice), 1,
+               "a.txt=A b.txt=B "_s + other + " c_2.tar.gz=C"_s);
+        addRow("one, replaced", ""_s, other, int(ReplaceChoice), 1, all + " c_1.tar.gz=1"_s);
+        addRow("several, rejected", ""_s, two, rejected, 2, two);
+        addRow("several, left out", ""_s, two, int(CancelChoice), 2, old + "c.tar.gz=C"_s);
+        addRow("several, replaced", ""_s, two, int(ReplaceChoice), 2, all);
+        addRow("several, new names", ""_s, two, int(UseNewNameChoice), 2,
+               "a.txt=x a_1.txt=A b.txt=y b_1.txt=B c.tar.gz=C"_s);
+        addRow("name given out", "a.txt"_s, ""_s, int(UseNewNameChoice), 1, "a.txt=A a_1.txt=B c.tar.gz=C"_s);
+        addRow("two for one name", "a.txt"_s, "a.txt=x"_s, int(UseNewNameChoice), 2,
+               "a.txt=x a_1.txt=A a_2.txt=B c.tar.gz=C"_s);
+        addRow("new name given out", "c_1.tar.gz"_s, "c.tar.gz=x"_s, int(UseNewNameChoice), 1,
+               "a.txt=A c.tar.gz=x c_1.tar.gz=B c_2.tar.gz=C"_s);
+        addRow("out of the folder", "../../b.txt"_s, ""_s, int(CancelChoice), 0, all);
+    }
+
+    void extractionSettlesConflicts()
+    {
+        QFETCH(QString, rename);
+        QFETCH(QString, before);
+        QFETCH(int, choice);
+        QFETCH(int, conflicts);
+        AddingSettings::setLinkToFiles(false);
+        Ids ids{1}; // a hyperlink, which has nothing to extract
+        for (const QString &name : {"a.txt"_s, "b.txt"_s})
+            ids << m_fixture->add(
+                QUrl::fromLocalFile(m_fixture->write(name, name.left(1).toUpper().toUtf8())));
+        AddingSettings::setLinkToFiles(true);
+        ids << m_fixture->add(QUrl::fromLocalFile(m_fixture->write("c.tar.gz"_s, "C")));
+        if (!rename.isEmpty())
+            QVERIFY(m_fixture->manager()->updateFile(ids.at(2), "file_name"_s, rename));
+        const QString folder = m_fixture->filePath("out"_s);
+        QVERIFY(QDir().mkpath(folder));
+        for (const QString &file : before.split(QLatin1Char(' '), Qt::SkipEmptyParts))
+            m_fixture->write("out/"_s + file.section(QLatin1Char('='), 0, 0),
+                             file.section(QLatin1Char('='), 1).toUtf8());
+
+        int asked = 0;
+        Messages::setResponder([&](const Messages::Box &) {
+            ++asked;
+            return Messages::Answer{QMessageBox::Cancel,
+                                    choice == MiscOperationThread::CancelChoice ? -1 : 2 - choice};
+        });
+        view().setFileConflictAsker([&](const QString &, const QVector<FileConflict> &found) {
+            std::optional<FileConflictChoices> choices;
+            if (choice >= 0)
+                choices.emplace();
+            for (const FileConflict &conflict : found) {
+                ++asked;
+                if (choices)
+                    choices->append({conflict.fileId, choice});
+            }
+            return choices;
+        });
+        view().extractFiles(folder, ids);
+        m_fixture->waitForWorker();
+        QCOMPARE(asked, conflicts);
+        QTEST(contentsOf(folder, {"*"_s}).join(QLatin1Char(' ')), "after");
+        QCOMPARE(QSettings().value("MainWindow/lastExtractDir"_s).toString(), folder + QLatin1Char('/'));
+
+        // Onto its own place, even when that has changed since it was added.
+        m_fixture->write("c.tar.gz"_s, "changed");
+        view().extractFiles(m_fixture->folder(), {ids.last()});
+        m_fixture->waitForWorker();
+        QCOMPARE(asked, conflicts);
+        QCOMPARE(TestFolder::read(m_fixture->filePath("c.tar.gz"_s)), QByteArray("changed"));
+    }
+
 private:
+    /** "name=text" of each file in a folder. */
+    static QStringList contentsOf(const QString &folder, const QStringList &filters)
+    {
+        QStringList found;
+        for (const QString &name : QDir(folder).entryList(filters, QDir::Files | QDir::Hidden, QDir::Name))
+            found << name + QLatin1Char('=') +
+                         QString::fromUtf8(TestFolder::read(folder + QLatin1Char('/') + name));
+        found.sort();
+        return found;
+    }
+
     MainViewController &view() { return m_fixture->mainView(); }
 
     static void refuseNewPaths()
