@@ -5,18 +5,21 @@
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
 #include "tests/support/localcollection.h"
+#include "tests/support/serverdatabase.h"
 
 using Ids = QVector<qint64>;
 
-/** What the main view shows and edits, over a real local database. */
+/** What the main view shows and edits, over a real database. */
 class TestMainViewController : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void initTestCase_data() { addBackEnds(); }
+
     void init()
     {
-        m_fixture = std::make_unique<LocalCollection>();
+        m_fixture = std::make_unique<LocalCollection>(makeTestDatabase());
         m_fixture->addFiles(6);
         m_tags = m_fixture->addTags({"a"_s, "b"_s, "c"_s});
         const auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
@@ -119,7 +122,7 @@ private slots:
         QVERIFY(!QFileInfo::exists(folder + "old.txt"_s));
         const QString path = view().fileData(id, Path).toString();
         QCOMPARE(QFileInfo(path).canonicalFilePath(), folder + name);
-        QCOMPARE(fileRow(id), QStringList({name, path, name}).join(QLatin1Char('|')));
+        QCOMPARE(fileRow(id), QStringList({name, path, relative(path)}).join(QLatin1Char('|')));
         QCOMPARE(index.data().toString(), name);
         QCOMPARE(view().fileData(id, Type).toString(), name.mid(name.lastIndexOf(QLatin1Char('.'))));
         QVERIFY(m_fixture->takeBoxes().isEmpty());
@@ -194,8 +197,8 @@ private slots:
         QCOMPARE(found.join(QLatin1Char(' ')), files);
         const QString name = view().fileData(id, Name).toString();
         QVERIFY(found.contains(name + "=old"_s));
-        QCOMPARE(fileRow(id),
-                 QStringList({name, view().fileData(id, Path).toString(), name}).join(QLatin1Char('|')));
+        const QString path = view().fileData(id, Path).toString();
+        QCOMPARE(fileRow(id), QStringList({name, path, relative(path)}).join(QLatin1Char('|')));
     }
 
     void extractionSettlesConflicts_data()
@@ -293,10 +296,14 @@ private:
 
     MainViewController &view() { return m_fixture->mainView(); }
 
-    static void refuseNewPaths()
+    void refuseNewPaths() { QVERIFY(m_fixture->database().refuse("UPDATE ON file_paths"_s)); }
+
+    /** A server has no folder of its own. */
+    QString relative(const QString &path) const
     {
-        QVERIFY(LocalCollection::run("CREATE TRIGGER refuse BEFORE UPDATE ON file_paths "
-                                     "BEGIN SELECT RAISE(ABORT, 'refused'); END"_s));
+        QFETCH_GLOBAL(bool, isOnServer);
+        const QString database = m_fixture->database().details().databaseName();
+        return (isOnServer ? QDir() : QFileInfo(database).dir()).relativeFilePath(path);
     }
 
     // Name and paths of an external file as the database has them.

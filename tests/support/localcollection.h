@@ -71,7 +71,7 @@ public:
     Collection *operator->() { return m_collection.get(); }
     Collection *get() { return m_collection.get(); }
     /** The database that was given. */
-    TestDatabase &database() { return *m_database; }
+    TestDatabase &database() const { return *m_database; }
     DatabaseManger *manager() { return m_collection->findChild<DatabaseManger *>(); }
     TagsController &tags() { return *m_collection->tagsController(); }
     GroupsController &groups() { return *m_collection->groupsController(); }
