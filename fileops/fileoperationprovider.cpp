@@ -202,6 +202,12 @@ void FileOperationProvider::extractToTemporary(qint64 id)
     enqueue(operation);
 }
 
+void FileOperationProvider::forgetThumbnail(qint64 id)
+{
+    if (m_worker)
+        m_worker->forgetThumbnail(id);
+}
+
 void FileOperationProvider::remakeThumbnails(const QVector<qint64> &ids)
 {
     FileOperation operation;

@@ -41,6 +41,8 @@ public:
     /** Copies the contents of external files into the database, which then holds them. */
     void transferFiles(const QVector<qint64> &ids);
     void loadThumbnails(const QVector<qint64> &ids);
+    /** Takes back one request for a thumbnail; nothing when it is being loaded already. */
+    void forgetThumbnail(qint64 id);
     /** Copies each file to its target path. Only at those of the last list another file may be replaced. */
     void extractFiles(const QVector<qint64> &ids, const QStringList &targetPaths,
                       const QSet<QString> &replacedPaths = {});

@@ -15,6 +15,10 @@
 
 #include <QDebug>
 
+namespace {
+constexpr int thumbnailsAtOnce = 8;
+}
+
 FileOperationWorker::FileOperationWorker(const QString &connectionName, const DBDetails &details,
                                          const AbstractQueryConstructor *constructor)
     : FileOperationQueries(constructor), m_connectionName(connectionName), m_details(details)
@@ -39,6 +43,15 @@ void FileOperationWorker::enqueue(const FileOperation &operation)
         return;
     }
     m_queue.append(record);
+}
+
+void FileOperationWorker::forgetThumbnail(qint64 fileId)
+{
+    const QMutexLocker locker(&m_queueMutex);
+    for (FileOperation *record : qAsConst(m_queue)) {
+        if (record->type == FileOperationType::LoadThumbnailsOperation && record->fileIds.removeOne(fileId))
+            return;
+    }
 }
 
 void FileOperationWorker::cancel()
@@ -194,7 +207,15 @@ bool FileOperationWorker::takeNext(FileOperation &operation)
     const QMutexLocker locker(&m_queueMutex);
     if (m_queue.isEmpty())
         return false;
-    operation = *m_queue.first();
+    FileOperation *first = m_queue.first();
+    operation = *first;
+    // The rest may be forgotten while these are loaded.
+    if (first->type == FileOperationType::LoadThumbnailsOperation &&
+        first->fileIds.size() > thumbnailsAtOnce) {
+        operation.fileIds.resize(thumbnailsAtOnce);
+        first->fileIds.remove(0, thumbnailsAtOnce);
+        return true;
+    }
     delete m_queue.takeFirst();
     return true;
 }

@@ -30,6 +30,8 @@ public:
     ~FileOperationWorker() override;
 
     void enqueue(const FileOperation &operation);
+    /** Takes the first request for this thumbnail out of the queue again. */
+    void forgetThumbnail(qint64 fileId);
     /** Ends the running operation and, each at its first check, those in the queue; nothing when idle. */
     void cancel();
     /** Ends everything; for the destruction of the provider only. */

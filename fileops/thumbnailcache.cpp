@@ -30,8 +30,8 @@ QImage *ThumbnailCache::thumbnail(qint64 fileId)
 {
     if (fileId <= 0)
         return nullptr;
-    if (QImage *image = m_images.object(fileId))
-        return image;
+    if (Entry *entry = m_images.object(fileId))
+        return &entry->image;
     QImage *placeholder = insertPlaceholder(fileId);
     if (m_provider)
         m_provider->loadThumbnails({fileId});
@@ -83,20 +83,29 @@ void ThumbnailCache::clearCache()
 
 void ThumbnailCache::onThumbnailLoaded(qlonglong fileId, QImage *image)
 {
-    QImage *held = m_images.object(fileId);
+    const std::unique_ptr<QImage> received(image);
+    Entry *held = m_images.object(fileId);
     if (!held) {
-        m_images.insert(fileId, image, 1);
+        m_images.insert(fileId, new Entry(*this, fileId, *received, false), 1);
         return;
     }
-    const std::unique_ptr<QImage> received(image);
+    held->isAwaited = false;
     if (received->isNull())
         received->load(QStringLiteral(":/icons/paper.png"));
-    held->swap(*received);
-    emit imageLoaded(fileId, held);
+    held->image.swap(*received);
+    emit imageLoaded(fileId, &held->image);
 }
 
 QImage *ThumbnailCache::insertPlaceholder(qint64 fileId)
 {
-    m_images.insert(fileId, new QImage(QStringLiteral(":/icons/loadingthumbnail.png")), 1);
-    return m_images.object(fileId);
+    // Read once: a page of new pictures asks for many at a time.
+    static const QImage placeholder(QStringLiteral(":/icons/loadingthumbnail.png"));
+    m_images.insert(fileId, new Entry(*this, fileId, placeholder, true), 1);
+    return &m_images.object(fileId)->image;
+}
+
+ThumbnailCache::Entry::~Entry()
+{
+    if (isAwaited && cache.m_provider)
+        cache.m_provider->forgetThumbnail(fileId);
 }

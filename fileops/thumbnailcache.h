@@ -42,8 +42,25 @@ signals:
     void imageLoaded(qlonglong fileId, QImage *image);
 
 private:
+    /** A picture in the cache. One that goes while it is still awaited need not be loaded any more. */
+    struct Entry
+    {
+        Entry(ThumbnailCache &owner, qint64 id, const QImage &picture, bool awaited)
+            : cache(owner), fileId(id), image(picture), isAwaited(awaited)
+        {
+        }
+        ~Entry();
+        Entry(const Entry &) = delete;
+        Entry &operator=(const Entry &) = delete;
+
+        ThumbnailCache &cache;
+        qint64 fileId;
+        QImage image;
+        bool isAwaited;
+    };
     QImage *insertPlaceholder(qint64 fileId);
 
-    QCache<qint64, QImage> m_images;
+    // Before the entries, which tell it that they go.
     QPointer<FileOperationProvider> m_provider;
+    QCache<qint64, Entry> m_images;
 };

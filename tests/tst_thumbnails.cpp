@@ -196,6 +196,23 @@ private slots:
         QCOMPARE(*image, QImage(":/icons/paper.png"_s));
     }
 
+    void whatWasScrolledPastIsNotLoaded()
+    {
+        setCacheSize(10);
+        for (int id = 1; id <= 60; ++id)
+            addThumbnail(id, Qt::red);
+        QVector<qint64> loaded;
+        connect(m_provider.get(), &FileOperationProvider::thumbnailLoaded, this,
+                [&loaded](qlonglong id) { loaded.append(id); });
+        ThumbnailCache cache;
+        cache.setProvider(m_provider.get());
+        for (int id = 1; id <= 60; ++id)
+            cache.thumbnail(id);
+        QTRY_COMPARE(loaded, QVector<qint64>({51, 52, 53, 54, 55, 56, 57, 58, 59, 60}));
+        QTRY_VERIFY(!m_provider->isBusy());
+        QCOMPARE(loaded.size(), 10);
+    }
+
     void cacheReloadsOnlyWhatItHolds()
     {
         addThumbnail(1, Qt::red);
