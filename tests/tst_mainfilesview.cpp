@@ -1,10 +1,12 @@
 #include "app/addingsettings.h"
+#include "app/filedialogs.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
+#include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/mainui.h"
 #include "ui/views/listview.h"
 #include "ui/views/mainfilesview.h"
@@ -17,6 +19,8 @@
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
 
 const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
 
@@ -42,12 +46,14 @@ private slots:
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         m_opened.clear();
-        QDesktopServices::setUrlHandler("https"_s, this, "noteOpened");
+        for (const QString &scheme : {"https"_s, "file"_s})
+            QDesktopServices::setUrlHandler(scheme, this, "noteOpened");
     }
 
     void cleanup()
     {
-        QDesktopServices::unsetUrlHandler("https"_s);
+        for (const QString &scheme : {"https"_s, "file"_s})
+            QDesktopServices::unsetUrlHandler(scheme);
         m_view->setController(nullptr);
         m_window.reset();
         m_fixture.reset();
@@ -56,8 +62,9 @@ private slots:
     void commandsFollowState_data()
     {
         addColumns<bool, QString>("isReadOnly", "enabled");
-        addRow("writable", false, "addFilesAction addHyperlinkAction deleteFilesAction fileTagsAction"_s);
-        addRow("read-only", true, "deleteFilesAction"_s);
+        addRow("writable", false,
+               "addFilesAction addHyperlinkAction deleteFilesAction fileTagsAction extractFilesAction"_s);
+        addRow("read-only", true, "deleteFilesAction extractFilesAction"_s);
     }
 
     void commandsFollowState()
@@ -82,8 +89,9 @@ private slots:
         m_fixture->waitForWorker();
         QCOMPARE(m_fixture->manager()->files().size(), isReadOnly ? 1 : 2);
         for (int round = 0; round < 2; ++round) {
-            for (const char *name : {"addFilesAction", "addHyperlinkAction", "removeFromNodeAction",
-                                     "deleteFilesAction", "fileTagsAction", "transferToInternalAction"})
+            for (const char *name :
+                 {"addFilesAction", "addHyperlinkAction", "removeFromNodeAction", "deleteFilesAction",
+                  "fileTagsAction", "transferToInternalAction", "extractFilesAction"})
                 QVERIFY2(action(name)->isEnabled() == enabled.contains(QLatin1String(name)), name);
             m_view->setController(nullptr);
             enabled.clear();
@@ -193,12 +201,14 @@ private slots:
         const QString transfer = "Transfer to Internal"_s;
         const QStringList single = {"Show related files"_s, "Properties"_s};
         addRow("nothing", QString(), QStringList());
-        addRow("internal", "I"_s, QStringList{"Delete File"_s} + single);
+        const QString extract = "Extract File"_s;
+        addRow("internal", "I"_s, QStringList{open, "Delete File"_s, extract} + single);
         addRow("external", "E"_s,
-               QStringList{open, "Show in Explorer"_s, transfer, "Delete Link"_s} + single);
+               QStringList{open, "Show in Explorer"_s, transfer, "Delete Link"_s, extract} + single);
         addRow("hyperlink", "H"_s, QStringList{open, "Delete Link"_s} + single);
-        addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s});
-        addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s});
+        addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, "Extract Files"_s});
+        addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, "Extract Files"_s});
+        addRow("internal and hyperlink", "IH"_s, QStringList{"Delete Links"_s});
     }
 
     void contextMenuFitsSelection()
@@ -208,17 +218,107 @@ private slots:
         QTEST(menuTexts([this] { m_view->openContextMenu({5, 5}); }), "texts");
     }
 
-    void doubleClickOpensUnlessEditing()
+    void doubleClickOpens_data()
     {
-        const qint64 linkId = addKinds("HI"_s).first();
-        const Sorter *model = m_fixture->mainView().sorter();
-        emit list()->doubleClicked(model->index(1, 0));
-        QVERIFY(m_opened.isEmpty());
-        emit list()->doubleClicked(model->index(0, 0));
-        QCOMPARE(m_opened, QList<QUrl>{QUrl(file(linkId)->name())});
+        addColumns<QString, bool, bool>("name", "isInternal", "isOpened");
+        addRow("link", "https://example.org/a.exe"_s, false, true);
+        addRow("external launcher, which is the user's own", "a.desktop"_s, false, true);
+        addRow("internal file", "it's 100%1 \u00e4#?.txt"_s, true, true);
+        addRow("internal launcher", "a.txt.Desktop"_s, true, false);
+        addRow("internal program", "a.EXE"_s, true, false);
+        addRow("internal file named like an ending", "exe"_s, true, true);
+    }
+
+    void doubleClickOpens()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, isInternal);
+        QFETCH(bool, isOpened);
+        AddingSettings::setLinkToFiles(!isInternal);
+        const bool isLink = name.contains("://"_s);
+        isLink ? m_fixture->add(QUrl(name)) : m_fixture->addExternal(name);
+        showAll();
+        const QModelIndex index = m_fixture->mainView().sorter()->index(0, 0);
         m_ui->editMode->setChecked(true);
-        emit list()->doubleClicked(model->index(0, 0));
-        QCOMPARE(m_opened.size(), 1);
+        emit list()->doubleClicked(index);
+        QVERIFY(m_opened.isEmpty());
+        m_ui->editMode->setChecked(false);
+        emit list()->doubleClicked(index);
+        m_fixture->waitForWorker();
+        QCOMPARE(m_opened.size(), isOpened ? 1 : 0);
+        QCOMPARE(m_fixture->takeBoxes().size(), isOpened ? 0 : 1);
+        if (!isOpened || isLink)
+            return;
+        QFile opened(m_opened.first().toLocalFile());
+        QVERIFY(opened.open(QIODevice::ReadOnly));
+        QCOMPARE(opened.readAll(), name.toUtf8());
+        QCOMPARE(opened.fileName() == m_fixture->filePath(name), !isInternal);
+        QVERIFY(!isInternal || opened.remove());
+    }
+
+    void commandExtractsSelection_data()
+    {
+        addColumns<QString, QString>("action", "choice");
+        addRow("menu, replacing", "extractFilesAction"_s, "replaceAllButton"_s);
+        addRow("context menu, with new names", "extractFromContextAction"_s, "newNamesButton"_s);
+        addRow("rejected", "extractFilesAction"_s, QString());
+    }
+
+    // Forty conflicts, of which the dialog shows only some, and one file that meets none.
+    void commandExtractsSelection()
+    {
+        QFETCH(QString, action);
+        QFETCH(QString, choice);
+        constexpr int count = 40;
+        const QString folder = m_fixture->filePath("target"_s);
+        QVERIFY(QDir().mkdir(folder));
+        QList<QUrl> urls;
+        for (int i = 0; i < count; ++i) {
+            const QString name = "&%1.tar.gz"_s.arg(i);
+            urls << QUrl::fromLocalFile(m_fixture->write(name, name.toUtf8()));
+            m_fixture->write("target/"_s + name, "other");
+        }
+        m_fixture->mainView().addUrls(urls);
+        m_fixture->waitForWorker();
+        m_fixture->addExternal("free.txt"_s);
+        showAll();
+        list()->selectAll();
+        FileDialogs::setResponder([&](const FileDialogs::Request &request) {
+            return request.caption == "Extract to Directory"_s ? QStringList{folder} : QStringList();
+        });
+        QString one;
+        QTimer asked;
+        connect(&asked, &QTimer::timeout, &asked, [&] {
+            auto *shown = qobject_cast<MultipleFileConflictHandler *>(QApplication::activeModalWidget());
+            if (!shown)
+                return;
+            const auto radios = shown->findChildren<QRadioButton *>();
+            QVERIFY(radios.size() < 2 * count);
+            if (choice.isEmpty())
+                return shown->reject();
+            shown->findChild<QPushButton *>(choice)->click();
+            // One of them by its own choice, the other one than the rest.
+            for (QRadioButton *radio : radios) {
+                if (!radio->isChecked() && one.isEmpty()) {
+                    one = radio->accessibleDescription();
+                    radio->click();
+                }
+            }
+            shown->accept();
+        });
+        asked.start(5);
+        this->action(action.toLatin1().constData())->trigger();
+        m_fixture->waitForWorker();
+        FileDialogs::setResponder({});
+        QCOMPARE(QFile::exists(folder + "/free.txt"_s), !choice.isEmpty());
+        for (int i = 0; i < count; ++i) {
+            const QString name = "&%1.tar.gz"_s.arg(i);
+            const QString newName = "/&%1_1.tar.gz"_s.arg(i);
+            const bool isReplaced = !choice.isEmpty() && (choice == "replaceAllButton"_s) != (name == one);
+            QCOMPARE(m_fixture->read(folder + QLatin1Char('/') + name),
+                     isReplaced ? name.toUtf8() : QByteArray("other"));
+            QCOMPARE(QFile::exists(folder + newName), !choice.isEmpty() && !isReplaced);
+        }
     }
 
     void editorKeys_data()

@@ -42,7 +42,7 @@ pictures="$work/Pictures"
 mkdir "$pictures"
 for i in $(seq 6); do convert -size 300x200 "gradient:hsl($((i * 50)),60%,50%)-white" "$pictures/view $i.png"; done
 cp "$folder/note 7.txt" "$pictures/seven.txt"
-xdotool mousemove 360 65 click 1
+xdotool mousemove 393 65 click 1
 "$dragsource" "$pictures" &
 source=$!
 within 10 window '^Drag source' || fail "no second drag source"
@@ -58,7 +58,7 @@ xdotool key Return; sleep 0.5
 kill $source; wait $source 2>/dev/null || true
 
 # A search by name, then all that it shows deleted for good.
-xdotool mousemove 492 65 click 1; sleep 0.5
+xdotool mousemove 525 65 click 1; sleep 0.5
 xdotool type "view 3"; xdotool key Return; sleep 0.5
 xdotool mousemove 640 180 click 1; sleep 0.3
 xdotool key shift+Delete; sleep 0.5

@@ -31,6 +31,7 @@ void FileActions::makeActions()
     add(AddFiles, tr("Add Files"), "addFilesAction", ":/icons/addFiles.png");
     add(AddHyperlink, tr("Add Hyperlink"), "addHyperlinkAction", ":/icons/add-hyperlink.png");
     add(TransferToInternal, tr("Transfer to Internal"), "transferToInternalAction");
+    add(ExtractFiles, tr("Extract Files"), "extractFilesAction", ":/icons/extract.png");
     add(RemoveFromNode, tr("Remove from node"), "removeFromNodeAction")->setData(qint64(0));
     add(Delete, tr("Delete"), "deleteFilesAction", ":/icons/delete.png");
     add(FileTags, tr("File Tags"), "fileTagsAction", ":icons/tag.png");
@@ -38,6 +39,7 @@ void FileActions::makeActions()
     add(OpenExternally, tr("Open for Viewing"), "openExternallyAction");
     add(ShowInFileManager, tr("Show in Explorer"), "showInExplorerAction");
     add(DeleteFromContext, tr("Delete"), "deleteFromContextAction", ":/icons/delete.png");
+    add(ExtractFromContext, tr("Extract File"), "extractFromContextAction", ":icons/extract.png");
     add(Properties, tr("Properties"), "propertiesAction");
     add(ShowRelated, tr("Show related files"), "showRelatedAction");
 
@@ -51,8 +53,8 @@ void FileActions::takePlaces(MainUi &ui)
     m_actions.insert(FileMenu, ui.fileMenu->menuAction());
     m_actions.insert(LinkTags, ui.linkTagsToFiles);
     fillFileMenu(*ui.fileMenu);
-    ui.fileToolsBar->addAction(action(AddFiles));
-    ui.fileToolsBar->addAction(action(AddHyperlink));
+    for (const Key key : {ExtractFiles, AddFiles, AddHyperlink})
+        ui.fileToolsBar->addAction(action(key));
     makeViewMode(ui);
     makeSearch(ui);
 }
@@ -62,8 +64,8 @@ void FileActions::fillFileMenu(QMenu &menu)
     auto *tags = new QMenu(tr("Tags"), &menu);
     tags->addActions({action(FileTags), action(BrowsingTreeTags)});
     m_actions.insert(TagsMenu, tags->menuAction());
-    for (const Key key :
-         {AddFiles, AddHyperlink, TransferToInternal, RemoveFromNode, Delete, TagsMenu, LinkTags})
+    for (const Key key : {AddFiles, AddHyperlink, TransferToInternal, ExtractFiles, RemoveFromNode, Delete,
+                          TagsMenu, LinkTags})
         menu.addAction(action(key));
 }
 
@@ -94,22 +96,22 @@ void FileActions::makeSearch(MainUi &ui)
     });
 }
 
-void FileActions::updateAvailability(bool isWritable, bool hasSelection, bool areAllInternal, qint64 nodeId)
+void FileActions::updateAvailability(const Situation &situation)
 {
     const auto setEnabled = [this](Key key, bool enabled) {
         if (QAction *known = action(key))
             known->setEnabled(enabled);
     };
-    setEnabled(FileMenu, isWritable);
-    setEnabled(AddFiles, isWritable);
-    setEnabled(AddHyperlink, isWritable);
+    for (const Key key : {FileMenu, AddFiles, AddHyperlink})
+        setEnabled(key, situation.isWritable);
     // The context menu offers it for external files, by its own rule.
-    setEnabled(TransferToInternal, hasSelection && areAllInternal);
-    action(RemoveFromNode)->setData(nodeId);
-    setEnabled(RemoveFromNode, hasSelection && nodeId > 0);
-    setEnabled(Delete, hasSelection);
+    setEnabled(TransferToInternal, situation.hasSelection && situation.areAllInternal);
+    setEnabled(ExtractFiles, situation.hasSelection && !situation.hasHyperlink);
+    action(RemoveFromNode)->setData(situation.nodeId);
+    setEnabled(RemoveFromNode, situation.hasSelection && situation.nodeId > 0);
+    setEnabled(Delete, situation.hasSelection);
     for (const Key key : {FileTags, BrowsingTreeTags, LinkTags})
-        setEnabled(key, hasSelection && isWritable);
+        setEnabled(key, situation.hasSelection && situation.isWritable);
 }
 
 QString FileActions::deleteText(const SelectedFilesFacts &facts)
@@ -125,8 +127,7 @@ QString FileActions::deleteText(const SelectedFilesFacts &facts)
 void FileActions::fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, bool isWritable)
 {
     const bool isOne = facts.count == 1;
-    // What lies inside the database cannot be handed to another program from there.
-    if (!facts.hasMissing && isOne && !facts.areAllInternal) {
+    if (!facts.hasMissing && isOne) {
         action(OpenExternally)->setText(facts.isPicture ? tr("Open Externally") : tr("Open for Viewing"));
         menu.addAction(action(OpenExternally));
     }
@@ -141,6 +142,10 @@ void FileActions::fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, 
     if (isWritable && facts.count > 0) {
         action(DeleteFromContext)->setText(deleteText(facts));
         menu.addAction(action(DeleteFromContext));
+    }
+    if (facts.count > 0 && !facts.hasMissing && !facts.hasHyperlink) {
+        action(ExtractFromContext)->setText(isOne ? tr("Extract File") : tr("Extract Files"));
+        menu.addAction(action(ExtractFromContext));
     }
     if (isOne) {
         menu.addAction(action(ShowRelated));

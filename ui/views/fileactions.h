@@ -40,6 +40,7 @@ public:
         AddFiles = 4,
         AddHyperlink = 5,
         TransferToInternal = 7,
+        ExtractFiles = 8,
         RemoveFromNode = 9,
         Delete = 10,
         LinkTags = 11,
@@ -49,6 +50,7 @@ public:
         OpenExternally = 15,
         ShowInFileManager = 16,
         DeleteFromContext = 17,
+        ExtractFromContext = 18,
         Properties = 19,
         ShowRelated = 20,
         SearchLine = 27
@@ -61,8 +63,16 @@ public:
     /** Null for the keys of the window while takePlaces has not run. */
     QAction *action(Key key) const { return m_actions.value(key); }
 
-    /** The node is that of "Remove from node", 0 for none. */
-    void updateAvailability(bool isWritable, bool hasSelection, bool areAllInternal, qint64 nodeId);
+    /** What the commands depend on. */
+    struct Situation
+    {
+        bool isWritable = false;
+        bool hasSelection = false;
+        bool areAllInternal = false;
+        bool hasHyperlink = false;
+        qint64 nodeId = 0; ///< that of "Remove from node", 0 for none
+    };
+    void updateAvailability(const Situation &situation);
     /** Appends the entries that fit the selection. */
     void fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, bool isWritable);
 

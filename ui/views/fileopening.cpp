@@ -27,16 +27,30 @@ bool isAllowedScheme(const QString &scheme)
     return schemes.contains(scheme);
 }
 
+bool isLauncher(const QString &name)
+{
+    return name.endsWith(QLatin1String(".desktop"), Qt::CaseInsensitive);
+}
+
+// A copy is never executable, but these are run all the same where the desktop knows a program for them.
+bool startsProgram(const QString &name)
+{
+    static const QStringList endings = {
+        QStringLiteral("appimage"), QStringLiteral("bat"), QStringLiteral("cmd"),  QStringLiteral("com"),
+        QStringLiteral("exe"),      QStringLiteral("jar"), QStringLiteral("jnlp"), QStringLiteral("lnk"),
+        QStringLiteral("msi"),      QStringLiteral("pif"), QStringLiteral("ps1"),  QStringLiteral("scr"),
+        QStringLiteral("url"),      QStringLiteral("vbs"), QStringLiteral("wsf")};
+    const QString ending = name.section(QLatin1Char('.'), -1).trimmed().toLower();
+    return isLauncher(name.trimmed()) || (name.contains(QLatin1Char('.')) && endings.contains(ending));
+}
+
 QUrl harmlessLocalUrl(const QString &path)
 {
     const QFileInfo info(path);
     // What a link on the disk leads to counts as well as its own name.
-    const auto isLauncher = [](const QString &name) {
-        return name.endsWith(QLatin1String(".desktop"), Qt::CaseInsensitive);
-    };
-    const bool startsProgram =
+    const bool runs =
         (info.isFile() && info.isExecutable()) || isLauncher(path) || isLauncher(info.canonicalFilePath());
-    return startsProgram ? QUrl() : QUrl::fromLocalFile(path);
+    return runs ? QUrl() : QUrl::fromLocalFile(path);
 }
 
 void openFolder(const QString &path)
@@ -110,6 +124,17 @@ void FileOpening::openExternalFile(QWidget *parent, const QString &path)
         Messages::warning(parent, tr("Error opening file"),
                           tr("Vorna is unable to open this file. There may not be any application "
                              "associated with the file type."));
+}
+
+bool FileOpening::mayOpenCopy(QWidget *parent, const QString &name)
+{
+    if (!startsProgram(name))
+        return true;
+    Messages::warning(
+        parent, tr("Error opening file"),
+        tr("This file would start a program, which Vorna does not do out of a database. Extract "
+           "it if you trust it, and start it from there."));
+    return false;
 }
 
 void FileOpening::showInFileManager(QWidget *parent, const QString &path)

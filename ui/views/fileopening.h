@@ -16,6 +16,11 @@ void openHyperlink(QWidget *parent, const QString &text);
 /** True, after telling the user so, when there is nothing at the path. */
 bool warnWhenGone(QWidget *parent, const QString &path);
 void openExternalFile(QWidget *parent, const QString &path);
+/**
+ * Whether a file out of the database may be handed to the desktop in a temporary copy. One that would start a
+ * program, which others may have put into the database, is refused in a box: who trusts it can extract it.
+ */
+bool mayOpenCopy(QWidget *parent, const QString &name);
 /** Shows the file in the system's file manager, or opens its folder where none can be asked. */
 void showInFileManager(QWidget *parent, const QString &path);
 } // namespace FileOpening

@@ -8,6 +8,7 @@
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
+#include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/mainui.h"
 #include "ui/preview/previews.h"
 #include "ui/views/delegate.h"
@@ -115,6 +116,8 @@ void MainFilesView::connectActions()
     onTriggered(FileActions::AddFiles, &MainFilesView::addFiles);
     onTriggered(FileActions::AddHyperlink, &MainFilesView::addHyperlinks);
     onTriggered(FileActions::TransferToInternal, &MainFilesView::transferToInternal);
+    onTriggered(FileActions::ExtractFiles, &MainFilesView::extractFiles);
+    onTriggered(FileActions::ExtractFromContext, &MainFilesView::extractFiles);
     onTriggered(FileActions::FileTags, &MainFilesView::openFileTagsEditor);
     onTriggered(FileActions::BrowsingTreeTags, &MainFilesView::openBrowsTagsEditor);
     onTriggered(FileActions::RemoveFromNode, &MainFilesView::deleteSelectedItemsFromNode);
@@ -152,6 +155,7 @@ void MainFilesView::setController(MainViewController *controller)
     detachModel();
     if (m_controller) {
         m_controller->disconnect(this);
+        m_controller->setFileConflictAsker({});
         m_controller->collection()->browsTreeController()->disconnect(this);
         m_controller->collection()->disconnect(this);
     }
@@ -164,6 +168,10 @@ void MainFilesView::setController(MainViewController *controller)
     if (controller) {
         connect(controller, &MainViewController::tagRequirementsChanged, this,
                 &MainFilesView::followRequirements);
+        controller->setFileConflictAsker([this](const QString &folder, const auto &conflicts) {
+            MultipleFileConflictHandler dialog(folder, conflicts, this);
+            return dialog.exec() == QDialog::Accepted ? std::make_optional(dialog.choices()) : std::nullopt;
+        });
         // A node becomes the current one only after its files are shown.
         connect(controller->collection()->browsTreeController(), &BrowsTreeController::currentNodeChanged,
                 this, &MainFilesView::updateActionsAvailability);
@@ -338,7 +346,8 @@ qint64 MainFilesView::nodeToRemoveFrom() const
 void MainFilesView::updateActionsAvailability()
 {
     const SelectedFiles files = selectedFiles();
-    m_actions->updateAvailability(isWritable(), !files.isEmpty(), files.areAllInternal(), nodeToRemoveFrom());
+    m_actions->updateAvailability(
+        {isWritable(), !files.isEmpty(), files.areAllInternal(), files.hasHyperlink(), nodeToRemoveFrom()});
 }
 
 void MainFilesView::updateStatusText()

@@ -74,6 +74,9 @@ public slots:
     void fileSelectionChanged(const QItemSelection &selected);
     void addFiles();
     void addHyperlinks();
+    /** Asks for a folder and copies the selected files into it. */
+    void extractFiles();
+    void extractFilesInFolder(const QString &folder, const QVector<qint64> &fileIds);
     /** Makes the selected external files internal. */
     void transferToInternal();
     /** Makes the thumbnails of all external files anew, whatever is selected. */

@@ -5,6 +5,7 @@
 #include "app/addingsettings.h"
 #include "app/filedialogs.h"
 #include "app/messages.h"
+#include "app/windowsettings.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/mainviewcontroller.h"
@@ -71,9 +72,8 @@ void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)
         openPreview(*file);
     else if (file->internal() == externalFile)
         FileOpening::openExternalFile(this, file->path());
-    else
-        emit statusTextChanged(
-            tr("\"%1\" is kept inside the database and cannot be opened from there.").arg(file->name()));
+    else if (FileOpening::mayOpenCopy(this, file->name()))
+        m_controller->openTemporaryCopy(file->id());
 }
 
 void MainFilesView::openPreview(const File &file)
@@ -216,6 +216,23 @@ void MainFilesView::remakeThumbnails()
 {
     if (m_controller)
         m_controller->remakeThumbnails();
+}
+
+void MainFilesView::extractFiles()
+{
+    if (!m_controller || selectedFiles().isEmpty())
+        return;
+    const QVector<qint64> ids = selectedFiles().ids();
+    const QString folder = FileDialogs::existingDirectory(this, tr("Extract to Directory"),
+                                                          WindowSettings::lastExtractDir(QDir::homePath()));
+    extractFilesInFolder(folder, ids);
+}
+
+void MainFilesView::extractFilesInFolder(const QString &folder, const QVector<qint64> &fileIds)
+{
+    // The database may have gone while the dialog stood open.
+    if (m_controller && !folder.isEmpty() && !fileIds.isEmpty())
+        m_controller->extractFiles(folder, fileIds);
 }
 
 void MainFilesView::addUrls(const QList<QUrl> &urls, const QString &linkDescription)

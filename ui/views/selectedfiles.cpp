@@ -79,7 +79,8 @@ QVector<qint64> SelectedFiles::ids() const
     return ids;
 }
 
-bool SelectedFiles::areAllInternal() const
+template <typename Predicate>
+bool SelectedFiles::hasFile(Predicate isWanted) const
 {
     if (isEmpty())
         return false;
@@ -87,11 +88,21 @@ bool SelectedFiles::areAllInternal() const
     for (const QItemSelectionRange &range : ranges) {
         for (int row = range.top(); row <= range.bottom(); ++row) {
             const File *file = m_sorter->fileAt(row);
-            if (!file || file->internal() != internalFile)
-                return false;
+            if (file && isWanted(*file))
+                return true;
         }
     }
-    return true;
+    return false;
+}
+
+bool SelectedFiles::areAllInternal() const
+{
+    return !isEmpty() && !hasFile([](const File &file) { return file.internal() != internalFile; });
+}
+
+bool SelectedFiles::hasHyperlink() const
+{
+    return hasFile([](const File &file) { return file.internal() == hyperlink; });
 }
 
 SelectedFilesFacts SelectedFiles::facts(const QVector<qint64> &missing) const
