@@ -30,6 +30,36 @@ bool isSvg(const QByteArray &format)
     return format == "svg" || format == "svgz";
 }
 
+bool isJpeg(const QByteArray &format)
+{
+    return format == "jpeg" || format == "jpg";
+}
+
+/** The share of its size at which a JPEG is decoded; 0 for a small one, of which all is needed. */
+int eighthsFor(const QSize &size, const QSize &needed)
+{
+    // What the decoder halves by itself costs no scaling of its own.
+    int eighths = 1;
+    while (size.width() * eighths / 8 < needed.width() || size.height() * eighths / 8 < needed.height())
+        eighths *= 2;
+    // Blocks that are not full blur the edges: they are to be small.
+    const int block = 8 / qMin(eighths, 8);
+    if (size.width() % block != 0 || size.height() % block != 0)
+        eighths *= 2;
+    return eighths < 8 ? eighths : 0;
+}
+
+/** What of a reduced JPEG is the picture: the decoder has filled up the last of its blocks. */
+QRect shownPart(const QSize &size, const QSize &reduced)
+{
+    const auto part = [](int length, int share) {
+        const int eighths = qRound(8.0 * share / length);
+        const int decoded = (length * eighths + 7) / 8;
+        return qRound(double(share) * length * eighths / (8.0 * decoded));
+    };
+    return {0, 0, part(size.width(), reduced.width()), part(size.height(), reduced.height())};
+}
+
 /** Formats that hold other pictures, whose sizes their own headers do not tell. */
 bool isContainer(const QByteArray &format)
 {
@@ -140,6 +170,8 @@ QImage PictureReader::decode(QIODevice &device, const QByteArray &format)
         return picture;
     }
     reader.setScaledSize(reduced);
+    if (isJpeg(format))
+        reader.setScaledClipRect(shownPart(size, reduced));
     m_fullSize = isTurned ? size.transposed() : size;
     return reader.read();
 }
@@ -152,13 +184,6 @@ QSize PictureReader::reducedSize(const QSize &size, const QByteArray &format) co
         return needed;
     if (format == "png")
         return pixels(size) > pixels(needed) ? needed.boundedTo(size) : QSize();
-    if (format != "jpeg" && format != "jpg")
-        return QSize();
-    // What the decoder halves by itself costs no scaling of its own.
-    for (const int eighths : {1, 2, 4}) {
-        const QSize reduced(size.width() * eighths / 8, size.height() * eighths / 8);
-        if (reduced.width() >= needed.width() && reduced.height() >= needed.height())
-            return reduced;
-    }
-    return QSize();
+    const int eighths = isJpeg(format) ? eighthsFor(size, needed) : 0;
+    return eighths > 0 ? QSize(size.width() * eighths / 8, size.height() * eighths / 8) : QSize();
 }

@@ -6,7 +6,9 @@
 #include "tests/support/serverdatabase.h"
 #include "tests/support/settingssandbox.h"
 
+#include <QImageWriter>
 #include <QPainter>
+#include <QtEndian>
 
 #include <sys/stat.h>
 
@@ -104,14 +106,77 @@ private slots:
         QCOMPARE(thumbnail.pixel(64, 100), qRgba(10, 200, 30, 255));
     }
 
+    void turnsPicturesUpright()
+    {
+        QImageWriter writer(m_folder.filePath("turned.jpg"_s), "JPG");
+        writer.setTransformation(QImageIOHandler::TransformationRotate90);
+        QVERIFY(writer.write(coloured({3000, 1000}, Qt::red)));
+        QCOMPARE(opaquePart(ThumbnailMaker::thumbnailOf(writer.fileName())), QRect(42, 0, 43, 128));
+    }
+
+    void reducedReadingLooksTheSame_data()
+    {
+        addColumns<QSize, QString>("size", "name");
+        addRow("whole blocks", QSize(2400, 1600), "p.jpg"_s);
+        addRow("cut blocks", QSize(2401, 1597), "p.jpg"_s);
+        addRow("line by line", QSize(2401, 1597), "p.png"_s);
+    }
+
+    void reducedReadingLooksTheSame()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QString, name);
+        QImage spots(24, 16, QImage::Format_RGB32);
+        for (int i = 0; i < 24 * 16; ++i)
+            spots.setPixel(i % 24, i / 24, qRgb(i * 37 % 256, i * 91 % 256, i * 53 % 256));
+        const QString path = save(name, spots.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        const QImage whole = ThumbnailMaker::canvasOf(QImage(path));
+        const QImage reduced = ThumbnailMaker::thumbnailOf(path);
+        for (int i = 0; i < 128 * 128; ++i) {
+            const QColor one = whole.pixelColor(i % 128, i / 128);
+            const QColor other = reduced.pixelColor(i % 128, i / 128);
+            QVERIFY(qAbs(one.red() - other.red()) <= 3 && qAbs(one.green() - other.green()) <= 3 &&
+                    qAbs(one.blue() - other.blue()) <= 3 && one.alpha() == other.alpha());
+        }
+    }
+
+    void drawsWithoutPicturesOfOtherFiles()
+    {
+        const QString pipe = m_folder.filePath("waiting"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        const QByteArray svg =
+            "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+            "width='90000' height='30000'><rect width='90000' height='30000' fill='red'/>"
+            "<image xlink:href='" +
+            pipe.toUtf8() + "' width='9' height='9'/></svg>";
+        const QImage thumbnail = ThumbnailMaker::thumbnailOf(m_folder.write("p.svg"_s, svg));
+        QCOMPARE(opaquePart(thumbnail), QRect(0, 42, 128, 43));
+        QCOMPARE(thumbnail.pixel(64, 64), qRgb(255, 0, 0));
+    }
+
     void refusesWhatIsNoPicture()
     {
+        // Each draws the one before ten times.
+        QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'>"
+                         "<g id='a0'><rect width='9' height='9'/></g>";
+        for (int i = 1; i < 9; ++i) {
+            svg += "<g id='a" + QByteArray::number(i) + "'>" +
+                   QByteArray("<use xlink:href='#a" + QByteArray::number(i - 1) + "'/>").repeated(10) +
+                   "</g>";
+        }
+        const QByteArray gif = QByteArray::fromHex("474946383961a861a861800000000000ffffff"
+                                                   "2c0000000001000100000202440100"
+                                                   "3b");
+        const QByteArray png = blackPng(10000);
+        QByteArray icon = QByteArray::fromHex("0000010001000000000001002000") + QByteArray(8, 0) + png;
+        qToLittleEndian(qint32(png.size()), icon.data() + 14);
+        icon[18] = 22;
         const QString pipe = m_folder.filePath("pipe"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
         QVERIFY(!make(pipe, 1, true));
-        // The last has a hundred million pixels out of few bytes.
-        for (const QByteArray &bytes :
-             {QByteArray("text"), QByteArray(), QByteArray("\x89PNG\r\n\x1a\n", 8), blackPng(10000)})
+        // The last ones unpack to gigabytes.
+        for (const QByteArray &bytes : {QByteArray("text"), QByteArray(), QByteArray("\x89PNG\r\n\x1a\n", 8),
+                                        blackPng(30000), gif, icon, svg + "</svg>"})
             QVERIFY(!make(m_folder.write("bad.png"_s, bytes), 1, true));
         QCOMPARE(Sql::count("thumbnails"_s), 0);
         QVERIFY(make(m_folder.write("good.png"_s, blackPng(3000)), 1, true));
