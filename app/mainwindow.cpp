@@ -85,6 +85,7 @@ void MainWindow::closeDatabase()
     if (m_collection) {
         // What previewers have to save goes to the database that it belongs to.
         m_mainView->closePreviews();
+        rememberRunConnection();
         detachControllers();
         m_collection->close();
         delete m_collection;

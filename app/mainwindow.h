@@ -101,8 +101,13 @@ private:
     void openRecentServer(const DBDetails &details);
     /** The dialog with these values first, then with what was typed, the password included. */
     void connectDialogLoop(const DBDetails &details);
-    /** Opens a database on a server under a wait cursor; a failure is told. */
-    bool connectToServer(const DBDetails &details);
+    enum ConnectionOutcome { Connected, Refused, GivenUp };
+    /** Opens a database on a server; a failure is told with its reason, and the user may tire of waiting. */
+    ConnectionOutcome connectToServer(const DBDetails &details);
+    /** Waits until a server has let somebody in, or has not; its reason comes back. */
+    ConnectionOutcome tryServer(const DBDetails &details, QString &reason);
+    /** Keeps the password of the open database for the rest of the run. */
+    void rememberRunConnection();
     /** The user's choice could not be opened. */
     void warnOfFailedOpening();
     void closeWhenIdle();

@@ -1,18 +1,22 @@
 // The commands of MainWindow for databases on a server.
 
+#include "app/collectionidentity.h"
 #include "app/constants.h"
 #include "app/mainwindow.h"
 #include "app/messages.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
+#include "db/connectiontrial.h"
 #include "ui/dialogs/browsingtreedialog.h"
 #include "ui/dialogs/databaseconnectdialog.h"
 #include "ui/dialogs/popupmessager.h"
 #include "ui/docks/browsingtreeviewdock.h"
 
 #include <QGuiApplication>
+#include <QProgressDialog>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -38,47 +42,86 @@ void MainWindow::slotConnectDb()
 
 void MainWindow::slotDisconnectDb()
 {
-    if (!m_collection)
-        return;
+    if (m_collection)
+        closeDatabase();
+}
+
+void MainWindow::rememberRunConnection()
+{
     const DBDetails details = m_collection->details();
-    if (details.type() == Constants::serverDatabase) {
-        // Of two passwords the later one holds.
-        m_runConnections.removeAll(details);
-        m_runConnections.append(details);
-    }
-    closeDatabase();
+    if (details.type() != Constants::serverDatabase)
+        return;
+    // Of two passwords the later one holds.
+    m_runConnections.removeAll(details);
+    m_runConnections.append(details);
 }
 
 void MainWindow::connectDialogLoop(const DBDetails &details)
 {
     DatabaseConnectDialog dialog(details, this);
     while (dialog.exec() == QDialog::Accepted) {
-        if (connectToServer(dialog.details()))
+        if (connectToServer(dialog.details()) == Connected)
             return;
     }
 }
 
-bool MainWindow::connectToServer(const DBDetails &details)
+MainWindow::ConnectionOutcome MainWindow::connectToServer(const DBDetails &details)
 {
+    QString reason;
     {
         const WaitCursor cursor;
-        // The window stands still until a server answers: without the hole that the dialog leaves.
+        // The window stands still while it reads: without the hole that the dialog leaves.
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-        if (openDatabase(details))
-            return true;
+        const ConnectionOutcome outcome = tryServer(details, reason);
+        if (outcome == GivenUp || (outcome == Connected && openDatabase(details)))
+            return outcome;
     }
-    Messages::warning(this, tr("Failed to Connect to Database"),
-                      tr("Connection could not be made to the specified remote database."));
-    return false;
+    Messages::Box box;
+    box.icon = QMessageBox::Warning;
+    box.title = tr("Failed to Connect to Database");
+    box.text = tr("Connection could not be made to the specified remote database.");
+    box.informativeText = reason;
+    Messages::run(this, box);
+    return Refused;
+}
+
+MainWindow::ConnectionOutcome MainWindow::tryServer(const DBDetails &details, QString &reason)
+{
+    auto trial = std::make_unique<ConnectionTrial>(details);
+    QProgressDialog waiting(tr("Connecting to %1 ...").arg(CollectionIdentity::displayText(details)),
+                            tr("Cancel"), 0, 0, this);
+    waiting.setWindowTitle(tr("Connect"));
+    waiting.setWindowModality(Qt::WindowModal);
+    connect(trial.get(), &QThread::finished, &waiting, &QProgressDialog::reset);
+    trial->start();
+    // Most servers answer before a box could be read.
+    constexpr unsigned long patience = 400;
+    if (!trial->wait(patience)) {
+        QGuiApplication::changeOverrideCursor(Qt::BusyCursor);
+        waiting.exec();
+        QGuiApplication::changeOverrideCursor(Qt::WaitCursor);
+    }
+    if (waiting.wasCanceled()) {
+        // It ends by itself, at its time-out at the latest; the program waits for it before it ends.
+        trial->setParent(this);
+        connect(trial.get(), &QThread::finished, trial.get(), &QObject::deleteLater);
+        trial.release();
+        return GivenUp;
+    }
+    trial->wait();
+    reason = trial->error().databaseText().trimmed();
+    return trial->error().isValid() ? Refused : Connected;
 }
 
 void MainWindow::openRecentServer(const DBDetails &details)
 {
     const auto known = std::find(m_runConnections.crbegin(), m_runConnections.crend(), details);
     const bool isKnown = known != m_runConnections.crend();
+    // A copy: the list changes on the way.
+    const DBDetails complete = isKnown ? *known : details;
     // The password may be another one by now.
-    if (!isKnown || !connectToServer(*known))
-        connectDialogLoop(isKnown ? *known : details);
+    if (!isKnown || connectToServer(complete) == Refused)
+        connectDialogLoop(complete);
 }
 
 void MainWindow::slotOpenBrowsinTree()

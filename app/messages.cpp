@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QPushButton>
+#include <QTextDocument>
 
 namespace {
 
@@ -32,7 +33,8 @@ Answer run(QWidget *parent, const Box &box)
     QMessageBox message(box.icon, box.title, box.text, box.buttons, parent);
     // A name from a database must not turn into markup.
     message.setTextFormat(Qt::PlainText);
-    message.setInformativeText(box.informativeText);
+    const QString &more = box.informativeText;
+    message.setInformativeText(Qt::mightBeRichText(more) ? Qt::convertFromPlainText(more) : more);
     message.setDetailedText(box.detailedText);
     message.setWindowFlags(message.windowFlags() | box.extraFlags);
     if (box.defaultButton != QMessageBox::NoButton)

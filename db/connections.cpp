@@ -15,7 +15,16 @@ namespace {
 const QString serverOptions = QStringLiteral("connect_timeout=10;tcp_user_timeout=30000;"
                                              "keepalives_idle=15;keepalives_interval=5;"
                                              "options='-c standard_conforming_strings=on "
-                                             "-c search_path=public'");
+                                             "-c search_path=public -c lock_timeout=%1'");
+// A file or a tag that another client is removing may stay locked for long. The window must not stand still
+// for it, the worker has the time.
+constexpr int windowLockMilliseconds = 3000;
+
+QString optionsOnServer(const QString &connectionName)
+{
+    const bool isWorker = connectionName == Constants::workerConnection;
+    return serverOptions.arg(isWorker ? 0 : windowLockMilliseconds);
+}
 
 /** What stands between client and server may have dropped the options. */
 bool hasStandardStrings(const QSqlDatabase &database)
@@ -64,7 +73,7 @@ Result open(const QString &name, const DBDetails &details, const QString &option
             database.setUserName(details.user());
             database.setPassword(details.password());
             const bool isServer = details.type() == Constants::serverDatabase;
-            database.setConnectOptions(isServer ? serverOptions : options);
+            database.setConnectOptions(isServer ? optionsOnServer(name) : options);
             result.isOpen = database.open();
             result.error = database.lastError();
             if (result.isOpen && isServer && !hasStandardStrings(database)) {

@@ -23,11 +23,15 @@
 #include <utility>
 
 namespace {
-/** Whether another connection to a local file was in the way. */
-bool isBusyError(const QSqlError &error)
+/** Whether another connection was in the way: to a local file, or of a client of the same server. */
+bool isBusyError(const QSqlError &error, bool isOnServer)
 {
+    // "lock_not_available" and "deadlock_detected".
+    const QString text = error.nativeErrorCode();
+    if (isOnServer)
+        return text == QLatin1String("55P03") || text == QLatin1String("40P01");
     // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
-    const int code = error.nativeErrorCode().toInt() & 0xff;
+    const int code = text.toInt() & 0xff;
     return code == 5 || code == 6;
 }
 } // namespace
@@ -222,7 +226,7 @@ void DatabaseManger::gotConnectionLoss()
 
 void DatabaseManger::gotProviderError(const QSqlError &error)
 {
-    if (m_driverName != Constants::sqliteDriver || !isBusyError(error)) {
+    if (!isBusyError(error, m_driverName == Constants::postgresDriver)) {
         emit errorOccured(error);
         return;
     }
@@ -313,6 +317,9 @@ void DatabaseManger::reloadAllData()
     loadAllGroups();
     loadAllRelationNodes();
     emit allDataReloaded();
+    // What could not be read in between is missing now.
+    if (m_sawBusy)
+        m_pendingReloads->add(PendingReloads::FullReload, {0});
 }
 
 void DatabaseManger::loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load)

@@ -153,6 +153,18 @@ private slots:
         QVERIFY(m_collection->tags().addTag("more"_s) > 0);
     }
 
+    void rowThatAnotherHoldsIsBusy()
+    {
+        const qint64 tagId = m_collection->tags().addTag("mine"_s);
+        foreign("BEGIN; DELETE FROM tags");
+        QVERIFY(!m_collection->tags().renameTag(tagId, "lost"_s));
+        QCOMPARE(
+            QList<QVariantList>(*m_warnings),
+            QList<QVariantList>{(QVariantList{"Warning"_s, "The database is busy. Please try again."_s})});
+        foreign("ROLLBACK");
+        QVERIFY(m_collection->tags().renameTag(tagId, "mine too"_s));
+    }
+
     void withoutAStampNothingIsWritten()
     {
         foreign("DELETE FROM tables_modification_date");
@@ -186,8 +198,10 @@ private slots:
         QCOMPARE(m_collection->tree().browsingTrees().keys(), QList<qint64>{1});
         QCOMPARE(m_collection->manager()->nodes().keys(), QList<qint64>{1});
         QCOMPARE(m_collection->get()->settings()->browsingTree(), qint64(1));
+        QCOMPARE(Sql::value("SELECT node_id, child_id FROM tb_nodes, tb_node_links"), "1|1"_s);
+        QVERIFY(m_collection->tree().addTree("other"_s) && m_collection->tree().selectTree(3));
         m_collection->tags().removeTags({tagId}); // also from trees that are not shown
-        QCOMPARE(Sql::value("SELECT node_id FROM tb_nodes"), "3"_s);
+        QCOMPARE(Sql::count("tb_nodes"_s), 0);
     }
 
     void treeThatAnotherRemoved()

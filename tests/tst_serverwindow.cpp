@@ -12,8 +12,10 @@
 #include <QApplication>
 #include <QDockWidget>
 #include <QLineEdit>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTcpServer>
 
 namespace {
 const QString invalid = "Invalid database details: Provided database details were invalid."_s;
@@ -74,6 +76,11 @@ private slots:
             return QStringList{m_details.host(), QString::number(m_details.port()), database,
                                m_details.user(), "s3cret"_s};
         };
+        QString reason;
+        m_fixture->answerBoxes([&reason](const Messages::Box &box) {
+            reason = box.informativeText;
+            return Messages::Answer{};
+        });
         // Nothing is there by that name: the open database stays, and so does what was typed.
         step<DatabaseConnectDialog>([&](auto &dialog) {
             QCOMPARE(values(dialog), QStringList({""_s, "5432"_s, ""_s, ""_s, ""_s}));
@@ -82,6 +89,7 @@ private slots:
         });
         step<DatabaseConnectDialog>([&](auto &dialog) {
             QCOMPARE(m_fixture->takeBoxes(), QStringList{failed});
+            QVERIFY(reason.contains("\"nothing\""_s));
             QCOMPARE(m_fixture->openPath(), path);
             QVERIFY(!QGuiApplication::overrideCursor());
             QCOMPARE(values(dialog), typed("nothing"_s));
@@ -110,6 +118,20 @@ private slots:
         });
         m_fixture->recent(1)->trigger();
         QVERIFY(!window().collection());
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
+    void waitingForAServerCanEnd()
+    {
+        QTcpServer deaf;
+        QVERIFY(deaf.listen(QHostAddress::LocalHost));
+        step<DatabaseConnectDialog>([&](auto &dialog) {
+            fill(dialog, {"127.0.0.1"_s, QString::number(deaf.serverPort()), "db"_s, "anna"_s, ""_s});
+            dialog.accept();
+        });
+        step<QProgressDialog>([](auto &dialog) { dialog.cancel(); });
+        step<DatabaseConnectDialog>([&](auto &dialog) { QCOMPARE(values(dialog).at(3), "anna"_s); });
+        m_fixture->action("Connect"_s)->trigger();
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 
@@ -196,6 +218,8 @@ private slots:
             QTRY_VERIFY(!dialog.isVisible());
         });
         QTRY_VERIFY(!window().collection());
+        m_fixture->recent(1)->trigger();
+        QVERIFY(window().collection());
     }
 
 private:

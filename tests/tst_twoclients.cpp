@@ -14,7 +14,7 @@
 #include <QTextStream>
 
 namespace {
-constexpr int steps = 400;
+constexpr int steps = 1000;
 
 /** All that a client shows, read from the database alone. */
 const char *const truth =
@@ -54,10 +54,14 @@ public:
         QSignalSpy reloads(&m_manager, &DatabaseManger::allDataReloaded);
         m_random.seed(seed);
         change(m_random.bounded(20));
-        do
+        const auto runZeroTimers = [] {
+            for (int i = 0; i < 3; ++i)
+                QCoreApplication::processEvents();
+        };
+        runZeroTimers();
+        while (m_manager.isBusy())
             QTest::qWait(1);
-        while (m_manager.isBusy());
-        QTest::qWait(1);
+        runZeroTimers();
         return reloads.size() == warnings.size() ? warnings.size() : -1;
     }
 
@@ -100,7 +104,7 @@ private:
     {
         QVector<qint64> chosen = {oneOf(items)};
         for (const qint64 item : items) {
-            if (!chosen.contains(item) && m_random.bounded(6) == 0)
+            if (chosen.size() < 5 && !chosen.contains(item) && m_random.bounded(6) == 0)
                 chosen.append(item);
         }
         return chosen;
@@ -173,7 +177,7 @@ private:
     QRandomGenerator m_random;
 };
 
-/** The life of a client's process: a seed comes in a line, an answer goes out in one. */
+/** The life of a client's process: an answer goes out in a line, a seed comes in one. */
 int runClient(const QStringList &arguments)
 {
     const SettingsSandbox settings;
@@ -181,9 +185,10 @@ int runClient(const QStringList &arguments)
         DBDetails(2, arguments.at(2), arguments.at(3).toInt(), arguments.at(4), arguments.at(5), {}));
     QTextStream in(stdin);
     QTextStream out(stdout);
-    for (QString seed = in.readLine(); !seed.isNull(); seed = in.readLine()) {
-        const int warnings = client.edit(seed.toUInt());
-        out << warnings << ' ' << client.shown().join(QLatin1Char('\n')).toUtf8().toBase64() << '\n';
+    QString seed = "no edit"_s;
+    for (; !seed.isNull(); seed = in.readLine()) {
+        out << (seed == "no edit"_s ? 0 : client.edit(seed.toUInt())) << ' '
+            << client.shown().join(QLatin1Char('\n')).toUtf8().toBase64() << '\n';
         out.flush();
     }
     return 0;
@@ -206,30 +211,33 @@ private slots:
             client.start(QCoreApplication::applicationFilePath(),
                          {"client"_s, server.details().host(), QString::number(server.details().port()),
                           server.details().databaseName(), server.details().user()});
+        QStringList shown[2];
+        for (int i : {0, 1})
+            QCOMPARE(answer(clients[i], shown[i]), 0);
         QRandomGenerator random(11);
-        QString known[2];
-        known[0] = known[1] = stamp();
+        const auto chance = [&random] { return QByteArray::number(random.bounded(1000000)); };
+        int who = 0;
         int warned = 0;
+        QByteArray seed = chance();
         for (int step = 0; step < steps; ++step) {
-            const int who = random.bounded(2);
-            const bool isBehind = known[who] != stamp();
-            const QByteArray seed = QByteArray::number(random.bounded(1000000));
-            QStringList before = Sql::rows(truth);
-            QCOMPARE(edit(clients[who], seed), int(isBehind));
-            warned += int(isBehind);
-            // The edit was dropped, and what the other one did is shown.
-            if (isBehind) {
-                before.sort();
-                QCOMPARE(m_shown, before);
-                QCOMPARE(edit(clients[who], seed), 0);
-            }
-            QStringList now = Sql::rows(truth);
-            now.sort();
-            QVERIFY2(m_shown == now, qPrintable("step %1, seed %2"_s.arg(step).arg(QLatin1String(seed))));
-            known[who] = stamp();
+            const QString before = stamp();
+            QCOMPARE(edit(clients[who], seed, shown[who]), 0);
+            const QStringList now = sortedTruth();
+            const QByteArray refused = chance();
+            // The other one's edit is dropped, and what it missed is shown.
+            const bool isNews = stamp() != before;
+            if (isNews)
+                QCOMPARE(edit(clients[1 - who], refused, shown[1 - who]), 1);
+            warned += int(isNews);
+            for (const QStringList &lines : shown)
+                QVERIFY2(lines == now, qPrintable("step %1, seed %2"_s.arg(step).arg(QLatin1String(seed))));
+            const bool isRepeated = isNews && random.bounded(2) == 0;
+            who = isRepeated ? 1 - who : who;
+            seed = isRepeated ? refused : chance();
         }
-        QVERIFY(warned > steps / 4);
-        QVERIFY(m_shown.size() > 30);
+        QCOMPARE(sortedTruth(), shown[0]);
+        QVERIFY(warned > steps / 2);
+        QVERIFY(shown[0].size() > 30);
         for (QProcess &client : clients) {
             client.closeWriteChannel();
             QVERIFY(client.waitForFinished());
@@ -239,21 +247,31 @@ private slots:
 private:
     static QString stamp() { return Sql::value("SELECT max(last_date) FROM tables_modification_date"); }
 
+    static QStringList sortedTruth()
+    {
+        QStringList lines = Sql::rows(truth);
+        lines.sort();
+        return lines;
+    }
+
     /** Has a client edit, and takes what it shows then; how often it warned. */
-    int edit(QProcess &client, const QByteArray &seed)
+    static int edit(QProcess &client, const QByteArray &seed, QStringList &shown)
     {
         client.write(seed + '\n');
+        return answer(client, shown);
+    }
+
+    static int answer(QProcess &client, QStringList &shown)
+    {
         while (!client.canReadLine()) {
             if (!client.waitForReadyRead())
                 return -2;
         }
         const QList<QByteArray> answer = client.readLine().trimmed().split(' ');
         const QByteArray lines = QByteArray::fromBase64(answer.value(1));
-        m_shown = lines.isEmpty() ? QStringList() : QString::fromUtf8(lines).split(QLatin1Char('\n'));
+        shown = lines.isEmpty() ? QStringList() : QString::fromUtf8(lines).split(QLatin1Char('\n'));
         return answer.first().toInt();
     }
-
-    QStringList m_shown;
 };
 
 int main(int argc, char **argv)

@@ -91,8 +91,9 @@ bool TagsController::renameTag(qint64 tagId, const QString &name)
         emit tagDuplicated();
         return false;
     }
-    manager()->renameTag(tagId, name.simplified());
-    return true;
+    const QString stored = name.simplified();
+    manager()->renameTag(tagId, stored);
+    return manager()->tagName(tagId) == stored;
 }
 
 void TagsController::changeDescription(qint64 tagId, const QString &text)

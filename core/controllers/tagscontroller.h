@@ -33,7 +33,7 @@ public:
     /** Gives the id of the new tag, which is linked to the files too; 0 when the name is taken, or on
      * failure. */
     qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
-    /** False when the name is taken. */
+    /** False when the name is taken or the edit was refused. */
     bool renameTag(qint64 tagId, const QString &name);
     void changeDescription(qint64 tagId, const QString &text);
     /** Removes the tags with their nodes, relationships and links to files, all or nothing. */

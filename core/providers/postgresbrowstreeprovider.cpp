@@ -3,6 +3,9 @@
 #include "core/providers/singlevalue.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/sqltext.h"
+#include "db/transaction.h"
+
+#include <algorithm>
 
 namespace {
 const QLatin1String treesTable("browsing_trees");
@@ -41,8 +44,21 @@ qint64 PostgresBrowsTreeProvider::addTree(const QString &name)
 
 bool PostgresBrowsTreeProvider::removeTree(qint64 id)
 {
-    const QString condition = SqlText::fill(QStringLiteral(" WHERE tree_id=%1 "), {QString::number(id)});
-    if (!runSync(constructor()->deleteQuery(treesTable) + condition + constructor()->statementEnd()))
+    const auto text = [this, id](QLatin1String table, QLatin1String condition) {
+        return constructor()->deleteQuery(table) + SqlText::fill(condition, {QString::number(id)}) +
+               constructor()->statementEnd();
+    };
+    // With its nodes, which nobody could reach any more.
+    const QStringList statements = {
+        text(QLatin1String("tb_nodes"), QLatin1String(" WHERE node_id IN (SELECT child_id FROM tb_node_links "
+                                                      "WHERE browsing_tree_id=%1)")),
+        text(QLatin1String("tb_node_links"), QLatin1String(" WHERE browsing_tree_id=%1")),
+        text(treesTable, QLatin1String(" WHERE tree_id=%1 "))};
+    Transaction transaction(*this);
+    const bool isRemoved = transaction.isActive() &&
+                           std::all_of(statements.cbegin(), statements.cend(),
+                                       [this](const QString &statement) { return runSync(statement); });
+    if (!isRemoved || !transaction.commit())
         return false;
     emit removedBrowsingTree(id);
     return true;
