@@ -70,12 +70,14 @@ void BrowsingTreeDialog::buildTable()
     m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + rowPadding);
     setUpRows();
 
+    // Between a reset and the answer to it, a view that gets the focus takes the first row.
+    connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_isReset = true; });
     // After the view's own answer to a reset, which closes all editors.
     connect(m_model, &QAbstractItemModel::modelReset, this, &BrowsingTreeDialog::setUpRows,
             Qt::QueuedConnection);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex &current) {
-                if (current.isValid())
+                if (current.isValid() && !m_isReset)
                     m_currentId = current.data(TreeListRole::TreeId).toLongLong();
                 updateButtons();
             });
@@ -116,6 +118,7 @@ void BrowsingTreeDialog::restoreLayout()
 
 void BrowsingTreeDialog::setUpRows()
 {
+    m_isReset = false;
     for (int row = 0; row < m_model->rowCount(); ++row)
         m_view->openPersistentEditor(m_model->index(row, BrowsingTreeTableModel::SelectColumn));
     const QModelIndex current = m_model->indexOf(m_currentId);

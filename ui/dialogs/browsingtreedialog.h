@@ -49,4 +49,5 @@ private:
     QPushButton *m_create;
     QPushButton *m_delete;
     qint64 m_currentId = 0; ///< the tree of the current row
+    bool m_isReset = false; ///< the rows are new and nothing was made of them yet
 };
