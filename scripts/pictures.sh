@@ -79,6 +79,14 @@ show_garden() {
     click 880 150
     from 415 453 415 415
 }
+# A picture of the node.
+previewer_picture() {
+    click 880 150; key Return
+    within 5 window ' of [0-9]*$' || fail "no previewer"
+    xdotool windowsize --sync "$(window ' of [0-9]*$')" 600 470
+    dialog previewer.png ' of [0-9]*$'
+    key Escape
+}
 tags_pictures() {
     click 240 577; take group.png 284x534+0+60 64 -chop 0x230+0+230
     click 105 577; take dtags.png 284x534+0+60 64 -chop 0x190+0+300
@@ -150,6 +158,7 @@ light_pictures() {
     whole mainwindow.png
     convert "$work/whole.png" -resize 600x "$work/scaled.png"
     small "$work/scaled.png" "$help/window.png" 128 "${edge[@]}"
+    previewer_picture
     tags_pictures
     trees_pictures
     dialogs_pictures

@@ -135,9 +135,10 @@ void PreviewBox::connectAll()
 
 void PreviewBox::placeWindow()
 {
+    // First, as another flag makes another window of it.
+    setWindowFlag(Qt::WindowStaysOnTopHint, PreviewSettings::keepPreviewOnTop());
     resize(firstSize.boundedTo(screen()->availableSize() * 9 / 10));
     restoreGeometry(WindowSettings::layout(WindowSettings::previewGeometry));
-    setWindowFlag(Qt::WindowStaysOnTopHint, PreviewSettings::keepPreviewOnTop());
 }
 
 void PreviewBox::followRecord()
@@ -172,6 +173,7 @@ void PreviewBox::updateTitle()
 
 void PreviewBox::showScale(double scale)
 {
-    constexpr double percent = 100;
-    m_scaleLabel->setText(tr("%1 %").arg(QString::number(scale * percent, 'g', scale < 0.1 ? 2 : 4)));
+    const double percent = scale * 100;
+    m_scaleLabel->setText(
+        tr("%1 %").arg(scale < 1 ? QString::number(percent, 'g', 3) : QString::number(qRound(percent))));
 }
