@@ -1,6 +1,7 @@
 #include "fileops/imagecodec.h"
 
 #include "fileops/jpegnotes.h"
+#include "fileops/picturereader.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -9,22 +10,11 @@
 #include <QTransform>
 
 namespace {
-// Decoded pictures are kept whole, beside the copy that is shown.
-constexpr qint64 mostDecodedBytes = 640LL * 1000 * 1000;
-constexpr qint64 mostUnsizedBytes = 16LL * 1024 * 1024;
-constexpr int bytesOfPixel = 4;
 constexpr int bestQuality = 100;
 
 bool isJpeg(const QByteArray &format)
 {
     return format == "jpg" || format == "jpeg";
-}
-
-qint64 decodedSize(const QImageReader &reader, const QSize &size)
-{
-    const QImage::Format format = reader.imageFormat();
-    const int depth = format == QImage::Format_Invalid ? 0 : QImage::toPixelFormat(format).bitsPerPixel() / 8;
-    return static_cast<qint64>(size.width()) * size.height() * qMax(bytesOfPixel, depth);
 }
 
 /** As it is shown: colours under full transparency do not count. */
@@ -82,15 +72,9 @@ bool isAnimatedPng(const QByteArray &bytes)
 
 QImage ImageCodec::decoded(const QByteArray &bytes)
 {
-    QBuffer buffer(const_cast<QByteArray *>(&bytes));
-    if (!buffer.open(QIODevice::ReadOnly))
-        return QImage();
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    const bool isBounded = size.isValid() && !size.isEmpty() ? decodedSize(reader, size) <= mostDecodedBytes
-                                                             : bytes.size() <= mostUnsizedBytes;
-    return isBounded ? reader.read() : QImage();
+    // Kept whole, beside the copy that is shown.
+    constexpr qint64 mostDecodedBytes = 640LL * 1000 * 1000;
+    return PictureReader::readWhole(bytes, mostDecodedBytes);
 }
 
 bool ImageCodec::hasSeveralPictures(const QByteArray &bytes)

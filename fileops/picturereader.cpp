@@ -147,6 +147,34 @@ QImage PictureReader::read(const QString &path)
     return !text.isEmpty() && buffer.open(QIODevice::ReadOnly) ? decode(buffer, "svg") : QImage();
 }
 
+QImage PictureReader::readWhole(const QByteArray &bytes, qint64 mostBytes)
+{
+    constexpr qint64 usualPixel = 4;
+    QBuffer device;
+    device.setData(bytes);
+    if (!device.open(QIODevice::ReadOnly))
+        return QImage();
+    const QByteArray format = QImageReader::imageFormat(&device);
+    if (isSvg(format)) {
+        const QByteArray text = SvgText::read(device);
+        device.close();
+        device.setData(text);
+        if (text.isEmpty() || !device.open(QIODevice::ReadOnly))
+            return QImage();
+    }
+    const qint64 hidden = hiddenPixels(device, format);
+    QImageReader reader(&device, isSvg(format) ? QByteArray("svg") : format);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    const bool isSized = size.isValid() && !size.isEmpty();
+    const qint64 bytesOfPixel =
+        qMax(usualPixel, qint64(QImage::toPixelFormat(reader.imageFormat()).bitsPerPixel() / 8));
+    if (hidden < 0 || qMax(hidden, isSized ? pixels(size) : 0) > mostBytes / bytesOfPixel ||
+        (!isSized && bytes.size() > maxUnsizedBytes))
+        return QImage();
+    return reader.read();
+}
+
 QImage PictureReader::decode(QIODevice &device, const QByteArray &format)
 {
     // First of all: once asked, the reader moves the device.

@@ -20,6 +20,8 @@ public:
 
     /** Null for what is no picture, broken, or too large. */
     QImage read(const QString &path);
+    /** The whole picture, upright; null also for one that takes more bytes than these in memory. */
+    static QImage readWhole(const QByteArray &bytes, qint64 mostBytes);
     /** Of the whole picture, upright. */
     QSize fullSize() const { return m_fullSize; }
     /** The size of the copy, to the nearest pixel; small pictures grow. */

@@ -279,7 +279,8 @@ private slots:
         QCOMPARE(load().state, StoredImage::FileGone);
         QImage black(20000, 20000, QImage::Format_Mono);
         black.fill(0);
-        for (const QByteArray &bytes : {QByteArray("text"), bytesOf(black)}) {
+        const QByteArray wide("<svg xmlns='http://www.w3.org/2000/svg' width='30000' height='30000'/>");
+        for (const QByteArray &bytes : {QByteArray("text"), bytesOf(black), wide}) {
             m_folder->write("p.png"_s, bytes);
             QCOMPARE(load().state, StoredImage::ExternalUnreadable);
         }
