@@ -9,9 +9,9 @@ QString ChangeStamp::query(const AbstractQueryConstructor &constructor)
            constructor.statementEnd();
 }
 
-QDateTime ChangeStamp::of(const TableData &table)
+QDateTime ChangeStamp::of(const TableData &table, int column)
 {
-    QDateTime date = table.isEmpty() ? QDateTime() : table.constFirst()->at(0).toDateTime();
+    QDateTime date = table.isEmpty() ? QDateTime() : table.constFirst()->at(column).toDateTime();
     // The driver takes the stamp for a local time, of which there is none in the hour that summer time skips.
     date.setTimeSpec(Qt::UTC);
     return date;

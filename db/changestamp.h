@@ -9,6 +9,6 @@ class AbstractQueryConstructor;
 /** When any client of a server last wrote: asked on either connection. */
 namespace ChangeStamp {
 QString query(const AbstractQueryConstructor &constructor);
-/** The stamp in what the query gave, in UTC; invalid when the server has none. */
-QDateTime of(const TableData &table);
+/** The stamp in a column of what a query gave, in UTC; invalid when the server has none. */
+QDateTime of(const TableData &table, int column = 0);
 } // namespace ChangeStamp

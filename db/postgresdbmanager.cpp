@@ -21,7 +21,8 @@ PostgresDBManager::PostgresDBManager(const QString &driver, const QString &datab
     made.browsTree = new PostgresBrowsTreeProvider(constructor(), this);
     made.tags = new PostgresTagsProvider(constructor(), this);
     made.groups = new PostgresGroupsProvider(constructor(), this);
-    made.general = new PostgresGeneralProvider(constructor(), this);
+    m_stamps = new PostgresGeneralProvider(constructor(), this);
+    made.general = m_stamps;
     made.mainView = new MainViewProvider(constructor(), this);
     made.relationTree = new RelationTreeProvider(constructor(), this);
     made.fileOperation = new PostgresFileOperationProvider(constructor(), details(), this);
@@ -102,11 +103,24 @@ void PostgresDBManager::reloadLater()
 
 void PostgresDBManager::refreshModificationDate()
 {
-    if (m_missesChanges)
-        return;
-    const QDateTime change = lastChange();
-    if (isNews(change))
+    noteChange(lastChange());
+}
+
+void PostgresDBManager::noteChange(const QDateTime &change)
+{
+    if (!m_missesChanges && isNews(change))
         m_lastModification = change;
+}
+
+void PostgresDBManager::finishEdit()
+{
+    QDateTime change;
+    QDateTime changeOfOthers;
+    if (!providers().general || !m_stamps->lastChangeDates(change, changeOfOthers))
+        return;
+    // One that came after the check of this edit. The worker, which has a connection of its own, is no other.
+    m_missesChanges = m_missesChanges || (!isBusy() && isNews(changeOfOthers));
+    noteChange(change);
 }
 
 void PostgresDBManager::aboutToLoad()

@@ -2,6 +2,8 @@
 
 #include "db/databasemanger.h"
 
+class PostgresGeneralProvider;
+
 /**
  * The manager of a database on a server, where others write too. Each edit first asks the server for the time
  * of its latest change; when that is news, the edit is dropped with a warning and everything is read anew.
@@ -37,6 +39,7 @@ protected slots:
 
 protected:
     void aboutToLoad() override;
+    void finishEdit() override;
     void aboutToCommit(const QDateTime &lastChange) override;
 
 private:
@@ -44,7 +47,9 @@ private:
     /** Invalid when it cannot be read. */
     QDateTime lastChange();
     bool isNews(const QDateTime &change) const;
+    void noteChange(const QDateTime &change);
 
+    PostgresGeneralProvider *m_stamps; // one of the providers
     qint64 m_currentTree = 0;
     QDateTime m_lastModification; ///< UTC, the change up to which the records are those of the server
     bool m_isReloadDue = false;

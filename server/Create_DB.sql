@@ -207,7 +207,8 @@ INSERT INTO browsing_trees (tree_name) VALUES ('Default'); -- takes id 1, the de
 
 CREATE TABLE tables_modification_date (
     last_date timestamp without time zone, -- UTC, whole milliseconds; null in a note
-    transaction_id xid8 UNIQUE             -- null in a stamp
+    transaction_id xid8 UNIQUE,            -- null in a stamp
+    backend_id integer                     -- whose stamp it is: a client looks for those of others
 );
 
 -- The last stamp given, in milliseconds since 1970: unlike a row it is the same for every transaction, also
@@ -251,12 +252,15 @@ BEGIN
         PERFORM pg_sleep(milliseconds_ahead / 1000);
     END IF;
 
-    -- The note becomes the stamp and older stamps go. A transaction on a snapshot leaves them to the next one,
-    -- as what was removed since its snapshot would make it fail.
+    -- The note becomes the stamp. The same client's older one goes, and those of clients that are silent for
+    -- long: whoever reads a stamp of its own still sees the latest of the others. A transaction on a snapshot
+    -- leaves them to the next one, as what was removed since its snapshot would make it fail.
     DELETE FROM public.tables_modification_date
     WHERE transaction_id = NEW.transaction_id
-       OR (last_date < stamp_date AND current_setting('transaction_isolation') = 'read committed');
-    INSERT INTO public.tables_modification_date (last_date) VALUES (stamp_date);
+       OR (last_date < stamp_date AND current_setting('transaction_isolation') = 'read committed'
+           AND (backend_id IS NULL OR backend_id = pg_backend_pid()
+                OR last_date < stamp_date - interval '1 hour'));
+    INSERT INTO public.tables_modification_date (last_date, backend_id) VALUES (stamp_date, pg_backend_pid());
     RETURN NULL;
 END
 $$;

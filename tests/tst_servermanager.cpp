@@ -165,6 +165,16 @@ private slots:
         QVERIFY(m_collection->tags().renameTag(tagId, "mine too"_s));
     }
 
+    void changeBesideAnOwnEditIsNotHidden()
+    {
+        connect(m_collection->manager(), &DatabaseManger::tagsAdded, m_warnings.get(),
+                [this] { foreign("INSERT INTO tags VALUES (72,'theirs','',0,NULL)"); });
+        const qint64 tagId = m_collection->tags().addTag("mine"_s);
+        m_collection->tags().changeDescription(tagId, "later"_s);
+        QCOMPARE(m_warnings->size(), 1);
+        QTRY_COMPARE(m_collection->tags().tagName(72), "theirs"_s);
+    }
+
     void withoutAStampNothingIsWritten()
     {
         foreign("DELETE FROM tables_modification_date");

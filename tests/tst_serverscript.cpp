@@ -80,7 +80,7 @@ private slots:
             Sql::value("SELECT string_agg(DISTINCT attname||' '||atttypid::regtype,',') FROM pg_attribute"
                        " JOIN pg_tables ON attrelid=tablename::regclass WHERE schemaname='public' AND "
                        "attnum>0 AND atttypid NOT IN (20,25)"),
-            "data bytea,id_code character,internal integer,inverted integer,last_date timestamp without "
+            "backend_id integer,data bytea,id_code character,internal integer,inverted integer,last_date timestamp without "
             "time zone,thumbnail bytea,tr_options integer,transaction_id xid8"_s);
     }
 
@@ -166,6 +166,7 @@ private slots:
         for (std::thread &client : clients)
             client.join();
         QCOMPARE(faults, 0);
+        QVERIFY(Sql::count("tables_modification_date"_s) < 20);
         QCOMPARE(owner.value("SELECT count(DISTINCT date_trunc('milliseconds', stamp)) FROM seen"_s).toInt(),
                  committed.load());
     }

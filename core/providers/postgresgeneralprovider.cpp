@@ -1,10 +1,25 @@
 #include "core/providers/postgresgeneralprovider.h"
 
+#include "db/abstractqueryconstructor.h"
 #include "db/changestamp.h"
 
 PostgresGeneralProvider::PostgresGeneralProvider(const AbstractQueryConstructor *constructor, QObject *parent)
     : GeneralProvider(constructor, parent)
 {
+}
+
+bool PostgresGeneralProvider::lastChangeDates(QDateTime &date, QDateTime &ofOthers)
+{
+    // By name in a document, as a database that was set up long ago has stamps without the column.
+    const QString query = QStringLiteral(
+        "SELECT max(last_date), max(last_date) FILTER (WHERE (to_jsonb(stamps)->>'backend_id')::integer <> "
+        "pg_backend_pid()) FROM tables_modification_date AS stamps");
+    TableData table;
+    const bool ok = runSync(query + constructor()->statementEnd(), table);
+    date = ChangeStamp::of(table);
+    ofOthers = ChangeStamp::of(table, 1);
+    freeRows(table);
+    return ok;
 }
 
 bool PostgresGeneralProvider::lastChangeDate(QDateTime &date)

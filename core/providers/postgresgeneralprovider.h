@@ -12,4 +12,6 @@ public:
 
     /** The latest stamp, in UTC; invalid when the server has none. False when it could not be read. */
     bool lastChangeDate(QDateTime &date) override;
+    /** The same, together with the latest stamp of other connections. */
+    bool lastChangeDates(QDateTime &date, QDateTime &ofOthers);
 };
