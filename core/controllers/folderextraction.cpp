@@ -9,7 +9,7 @@
 #include <QPointer>
 
 namespace {
-constexpr int patience = 400; // milliseconds until progress shows
+constexpr int patience = 200; // milliseconds until progress shows
 constexpr int eventInterval = 50;
 
 QVector<ExtractionPlan::Source> sourcesOf(const DatabaseManger &manager, const QVector<qint64> &fileIds)
