@@ -59,6 +59,9 @@ MainWindow::MainWindow(QWidget *parent)
     arrangeTabOrder(ui);
 
     connect(m_mainView, &MainFilesView::fileSelected, m_metadataDock, &MetaInfoDock::selectFile);
+    // Questions come when the drag has ended.
+    connect(m_externalFilesDock, &ExternalFilesDock::filesDropped, m_mainView,
+            &MainFilesView::extractFilesInFolder, Qt::QueuedConnection);
     connect(m_mainView, &MainFilesView::statusTextChanged, this,
             [this](const QString &text) { statusBar()->showMessage(text, 0); });
     connect(m_recentDatabases, &RecentDatabases::chosen, this, &MainWindow::openRecentDatabase);

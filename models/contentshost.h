@@ -4,6 +4,7 @@
 #include <QVector>
 
 class QImage;
+class QMimeData;
 
 /**
  * What ContentsModel asks of the controller above it: texts and pictures that a record does not hold, and the
@@ -23,6 +24,9 @@ public:
     virtual bool isFileMissing(qint64 fileId) const = 0;
     /** The picture of a file, perhaps the one for "loading"; owned by the cache that answers. May be null. */
     virtual const QImage *thumbnailOf(qint64 fileId) const = 0;
+
+    /** What a drag of these files carries; the caller owns it. */
+    virtual QMimeData *dragData(const QVector<qint64> &fileIds) const = 0;
 
     /** Both are false when the text was refused and nothing has changed. */
     virtual bool renameFile(qint64 fileId, const QString &name) = 0;

@@ -241,7 +241,7 @@ QMimeData *ContentsModel::mimeData(const QModelIndexList &indexes) const
     }
     if (ids.isEmpty())
         return nullptr;
-    return IdListMime::pack(Constants::fileMimeType, ids);
+    return m_host ? m_host->dragData(ids) : IdListMime::pack(Constants::fileMimeType, ids);
 }
 
 bool ContentsModel::canDropMimeData(const QMimeData *data, Qt::DropAction /*action*/, int /*row*/,

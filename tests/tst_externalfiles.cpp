@@ -1,6 +1,7 @@
 #include "models/externalfilemodel.h"
 #include "resources/resources.h"
 #include "tests/support/database.h"
+#include "tests/support/drags.h"
 #include "tests/support/text.h"
 #include "ui/docks/externalfilesdock.h"
 #include "ui/views/externalfileview.h"
@@ -64,6 +65,47 @@ private slots:
             QCOMPARE(data->urls(), {QUrl::fromLocalFile(model.filePath(index))});
             QVERIFY(!model.dropMimeData(data.get(), Qt::CopyAction, -1, -1, home));
             QVERIFY(model.fileInfo(index).exists());
+        }
+    }
+
+    void filesFallOnFoldersAlone_data()
+    {
+        addColumns<QString, bool, bool>("row", "areFiles", "isTaken");
+        addRow("files on a folder", "a folder"_s, true, true);
+        addRow("files on a file", "b.txt"_s, true, false);
+        addRow("tags on a folder", "a folder"_s, false, false);
+        addRow("files on the empty ground", QString(), true, false);
+    }
+
+    void filesFallOnFoldersAlone()
+    {
+        QFETCH(QString, row);
+        QFETCH(bool, areFiles);
+        ExternalFilesDock dock;
+        auto *view = dock.findChild<ExternalFileView *>();
+        view->setEnabled(true);
+        dock.resize(400, 3000);
+        dock.show();
+        const auto rowNamed = [view](const QString &name) {
+            const QModelIndex home = view->currentIndex();
+            for (int i = 0; home.isValid() && i < view->model()->rowCount(home); ++i) {
+                if (view->model()->index(i, 0, home).data().toString() == name)
+                    return view->model()->index(i, 0, home);
+            }
+            return QModelIndex();
+        };
+        QTRY_VERIFY(view->model() && rowNamed("b.txt"_s).isValid());
+        QTRY_VERIFY(!view->visualRect(rowNamed("b.txt"_s)).isEmpty());
+        QSignalSpy dropped(&dock, &ExternalFilesDock::filesDropped);
+        const QPoint at = row.isEmpty() ? QPoint(50, view->viewport()->height() - 5)
+                                        : view->visualRect(rowNamed(row)).center();
+        const QVector<qint64> ids{5, 3};
+        const auto data = areFiles ? fileDrag(ids) : tagDrag(ids);
+        QTEST(drop(view->viewport(), at, *data) == Qt::CopyAction, "isTaken");
+        QTEST(!dropped.isEmpty(), "isTaken");
+        if (!dropped.isEmpty()) {
+            QCOMPARE(dropped.first().at(0).toString(), m_folder.filePath(row));
+            QCOMPARE(dropped.first().at(1).value<QVector<qint64>>(), ids);
         }
     }
 

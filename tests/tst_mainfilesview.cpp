@@ -1,12 +1,10 @@
 #include "app/addingsettings.h"
-#include "app/filedialogs.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
-#include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/mainui.h"
 #include "ui/views/listview.h"
 #include "ui/views/mainfilesview.h"
@@ -19,8 +17,6 @@
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QMenu>
-#include <QPushButton>
-#include <QRadioButton>
 
 const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
 
@@ -216,109 +212,6 @@ private slots:
         QFETCH(QString, kinds);
         select(addKinds(kinds));
         QTEST(menuTexts([this] { m_view->openContextMenu({5, 5}); }), "texts");
-    }
-
-    void doubleClickOpens_data()
-    {
-        addColumns<QString, bool, bool>("name", "isInternal", "isOpened");
-        addRow("link", "https://example.org/a.exe"_s, false, true);
-        addRow("external launcher, which is the user's own", "a.desktop"_s, false, true);
-        addRow("internal file", "it's 100%1 \u00e4#?.txt"_s, true, true);
-        addRow("internal launcher", "a.txt.Desktop"_s, true, false);
-        addRow("internal program", "a.EXE"_s, true, false);
-        addRow("internal file named like an ending", "exe"_s, true, true);
-    }
-
-    void doubleClickOpens()
-    {
-        QFETCH(QString, name);
-        QFETCH(bool, isInternal);
-        QFETCH(bool, isOpened);
-        AddingSettings::setLinkToFiles(!isInternal);
-        const bool isLink = name.contains("://"_s);
-        isLink ? m_fixture->add(QUrl(name)) : m_fixture->addExternal(name);
-        showAll();
-        const QModelIndex index = m_fixture->mainView().sorter()->index(0, 0);
-        m_ui->editMode->setChecked(true);
-        emit list()->doubleClicked(index);
-        QVERIFY(m_opened.isEmpty());
-        m_ui->editMode->setChecked(false);
-        emit list()->doubleClicked(index);
-        m_fixture->waitForWorker();
-        QCOMPARE(m_opened.size(), isOpened ? 1 : 0);
-        QCOMPARE(m_fixture->takeBoxes().size(), isOpened ? 0 : 1);
-        if (!isOpened || isLink)
-            return;
-        QFile opened(m_opened.first().toLocalFile());
-        QVERIFY(opened.open(QIODevice::ReadOnly));
-        QCOMPARE(opened.readAll(), name.toUtf8());
-        QCOMPARE(opened.fileName() == m_fixture->filePath(name), !isInternal);
-        QVERIFY(!isInternal || opened.remove());
-    }
-
-    void commandExtractsSelection_data()
-    {
-        addColumns<QString, QString>("action", "choice");
-        addRow("menu, replacing", "extractFilesAction"_s, "replaceAllButton"_s);
-        addRow("context menu, with new names", "extractFromContextAction"_s, "newNamesButton"_s);
-        addRow("rejected", "extractFilesAction"_s, QString());
-    }
-
-    // Forty conflicts, of which the dialog shows only some, and one file that meets none.
-    void commandExtractsSelection()
-    {
-        QFETCH(QString, action);
-        QFETCH(QString, choice);
-        constexpr int count = 40;
-        const QString folder = m_fixture->filePath("target"_s);
-        QVERIFY(QDir().mkdir(folder));
-        QList<QUrl> urls;
-        for (int i = 0; i < count; ++i) {
-            const QString name = "&%1.tar.gz"_s.arg(i);
-            urls << QUrl::fromLocalFile(m_fixture->write(name, name.toUtf8()));
-            m_fixture->write("target/"_s + name, "other");
-        }
-        m_fixture->mainView().addUrls(urls);
-        m_fixture->waitForWorker();
-        m_fixture->addExternal("free.txt"_s);
-        showAll();
-        list()->selectAll();
-        FileDialogs::setResponder([&](const FileDialogs::Request &request) {
-            return request.caption == "Extract to Directory"_s ? QStringList{folder} : QStringList();
-        });
-        QString one;
-        QTimer asked;
-        connect(&asked, &QTimer::timeout, &asked, [&] {
-            auto *shown = qobject_cast<MultipleFileConflictHandler *>(QApplication::activeModalWidget());
-            if (!shown)
-                return;
-            const auto radios = shown->findChildren<QRadioButton *>();
-            QVERIFY(radios.size() < 2 * count);
-            if (choice.isEmpty())
-                return shown->reject();
-            shown->findChild<QPushButton *>(choice)->click();
-            // One of them by its own choice, the other one than the rest.
-            for (QRadioButton *radio : radios) {
-                if (!radio->isChecked() && one.isEmpty()) {
-                    one = radio->accessibleDescription();
-                    radio->click();
-                }
-            }
-            shown->accept();
-        });
-        asked.start(5);
-        this->action(action.toLatin1().constData())->trigger();
-        m_fixture->waitForWorker();
-        FileDialogs::setResponder({});
-        QCOMPARE(QFile::exists(folder + "/free.txt"_s), !choice.isEmpty());
-        for (int i = 0; i < count; ++i) {
-            const QString name = "&%1.tar.gz"_s.arg(i);
-            const QString newName = "/&%1_1.tar.gz"_s.arg(i);
-            const bool isReplaced = !choice.isEmpty() && (choice == "replaceAllButton"_s) != (name == one);
-            QCOMPARE(m_fixture->read(folder + QLatin1Char('/') + name),
-                     isReplaced ? name.toUtf8() : QByteArray("other"));
-            QCOMPARE(QFile::exists(folder + newName), !choice.isEmpty() && !isReplaced);
-        }
     }
 
     void editorKeys_data()

@@ -1,5 +1,6 @@
 #include "core/controllers/mainviewcontroller.h"
 
+#include "app/constants.h"
 #include "app/messages.h"
 #include "app/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
@@ -8,10 +9,12 @@
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/file.h"
+#include "core/filedragdata.h"
 #include "db/databasemanger.h"
 #include "fileops/thumbnailcache.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
+#include "models/idlistmime.h"
 #include "models/sorter.h"
 
 #include <QDebug>
@@ -403,6 +406,12 @@ bool MainViewController::isFileMissing(qint64 fileId) const
 const QImage *MainViewController::thumbnailOf(qint64 fileId) const
 {
     return manager() ? manager()->thumbnailCache()->thumbnail(fileId) : nullptr;
+}
+
+QMimeData *MainViewController::dragData(const QVector<qint64> &fileIds) const
+{
+    return manager() ? new FileDragData(fileIds, manager())
+                     : IdListMime::pack(Constants::fileMimeType, fileIds);
 }
 
 bool MainViewController::renameFile(qint64 fileId, const QString &name)

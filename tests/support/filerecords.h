@@ -1,9 +1,11 @@
 #pragma once
 
+#include "app/constants.h"
 #include "core/recordtypes.h"
 #include "models/contentshost.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
+#include "models/idlistmime.h"
 #include "models/sorter.h"
 #include "tests/support/settingssandbox.h"
 #include "tests/support/text.h"
@@ -64,6 +66,10 @@ public:
     {
         askedThumbnails.insert(fileId);
         return thumbnail.isNull() ? nullptr : &thumbnail;
+    }
+    QMimeData *dragData(const QVector<qint64> &fileIds) const override
+    {
+        return IdListMime::pack(Constants::fileMimeType, fileIds);
     }
     bool renameFile(qint64 fileId, const QString &name) override { return note("rename", fileId, name); }
     bool describeFile(qint64 fileId, const QString &text) override { return note("describe", fileId, text); }

@@ -7,6 +7,7 @@ ExternalFilesDock::ExternalFilesDock(QWidget *parent)
 {
     setObjectName(QStringLiteral("ExternalFilesDock"));
     setWidget(m_view);
+    connect(m_view, &ExternalFileView::filesDropped, this, &ExternalFilesDock::filesDropped);
     setController(nullptr);
 }
 

@@ -1,8 +1,15 @@
 #include "ui/views/externalfileview.h"
 
+#include "app/constants.h"
 #include "models/externalfilemodel.h"
+#include "models/idlistmime.h"
+#include "ui/views/hoveropener.h"
 
+#include <QDragMoveEvent>
+#include <QFileInfo>
 #include <QHeaderView>
+#include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
 
@@ -12,14 +19,15 @@ constexpr int sizeWidth = 100;
 constexpr int iconSide = 16;
 } // namespace
 
-ExternalFileView::ExternalFileView(QWidget *parent) : QTreeView(parent)
+ExternalFileView::ExternalFileView(QWidget *parent) : QTreeView(parent), m_hoverOpener(new HoverOpener(this))
 {
     setObjectName(QStringLiteral("ExternalFileView"));
     setAccessibleName(tr("External Files"));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setDragEnabled(true);
-    setDragDropMode(QAbstractItemView::DragOnly);
+    setDragDropMode(QAbstractItemView::DragDrop);
+    setDropIndicatorShown(false); // which knows what the model takes, and that is nothing
     setUniformRowHeights(true);
     setIconSize({iconSide, iconSide});
     setTextElideMode(Qt::ElideMiddle);
@@ -28,6 +36,13 @@ ExternalFileView::ExternalFileView(QWidget *parent) : QTreeView(parent)
 void ExternalFileView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
+    if (m_dropFolder.isValid()) {
+        QRect row = visualRect(m_dropFolder);
+        row.setRight(viewport()->width() - 1);
+        QPainter painter(viewport());
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.drawRect(row.adjusted(1, 1, -1, -1));
+    }
     // The window comes first, then what it takes to read folders.
     if (!m_model)
         QTimer::singleShot(0, this, &ExternalFileView::load);
@@ -82,4 +97,59 @@ void ExternalFileView::keyPressEvent(QKeyEvent *event)
 {
     leaveHome();
     QTreeView::keyPressEvent(event);
+}
+
+QModelIndex ExternalFileView::folderAt(const QPoint &pos) const
+{
+    const QModelIndex index = indexAt(pos).siblingAtColumn(ExternalFileModel::NameColumn);
+    if (!index.isValid() || !m_model->isDir(index))
+        return {};
+    return QFileInfo(m_model->filePath(index)).isWritable() ? index : QModelIndex();
+}
+
+void ExternalFileView::dragEnterEvent(QDragEnterEvent *event)
+{
+    leaveHome();
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(m_model && event->mimeData()->hasFormat(Constants::fileMimeType));
+}
+
+void ExternalFileView::dragMoveEvent(QDragMoveEvent *event)
+{
+    QTreeView::dragMoveEvent(event); // scrolls at the edges
+    if (!m_model || !event->mimeData()->hasFormat(Constants::fileMimeType)) {
+        event->ignore();
+        return;
+    }
+    m_hoverOpener->hover(indexAt(event->pos()).siblingAtColumn(ExternalFileModel::NameColumn));
+    m_dropFolder = folderAt(event->pos());
+    viewport()->update();
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(m_dropFolder.isValid());
+}
+
+void ExternalFileView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    endDrag();
+    QTreeView::dragLeaveEvent(event);
+}
+
+void ExternalFileView::dropEvent(QDropEvent *event)
+{
+    const QModelIndex folder = m_model ? folderAt(event->pos()) : QModelIndex();
+    const QVector<qint64> fileIds = IdListMime::unpack(event->mimeData(), Constants::fileMimeType);
+    endDrag();
+    stopAutoScroll();
+    setState(NoState);
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(folder.isValid() && !fileIds.isEmpty());
+    if (event->isAccepted())
+        emit filesDropped(m_model->filePath(folder), fileIds);
+}
+
+void ExternalFileView::endDrag()
+{
+    m_hoverOpener->stop();
+    m_dropFolder = QModelIndex();
+    viewport()->update();
 }

@@ -1,7 +1,10 @@
 #include "ui/views/foreigndragfilter.h"
 
+#include "app/addingsettings.h"
 #include "app/constants.h"
+#include "core/filedragdata.h"
 
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QMimeData>
 
@@ -11,9 +14,45 @@ bool carriesIds(const QMimeData &data)
     return data.hasFormat(Constants::tagMimeType) || data.hasFormat(Constants::fileMimeType) ||
            data.hasFormat(Constants::nodeMimeType);
 }
+
+/** The URLs of a drag and nothing else of it. Lives no longer than the event that brought it. */
+class UrlsOnly : public QMimeData
+{
+public:
+    explicit UrlsOnly(const QMimeData &data) : m_data(data) {}
+    QStringList formats() const override { return {urlFormat()}; }
+
+protected:
+    QVariant retrieveData(const QString &format, QVariant::Type) const override
+    {
+        return format == urlFormat() ? QVariant(m_data.data(format)) : QVariant();
+    }
+
+private:
+    static QString urlFormat() { return QStringLiteral("text/uri-list"); }
+
+    const QMimeData &m_data;
+};
+
+// Links to temporary copies would soon lead nowhere.
+bool hasLastingUrls(const QMimeData &data)
+{
+    return data.hasUrls() && !(data.hasFormat(FileDragData::copiesFormat) && AddingSettings::linkToFiles());
+}
+
+template <class Event>
+void sendUrls(QObject *watched, QDropEvent &drop)
+{
+    const UrlsOnly urls(*drop.mimeData());
+    Event event(drop.pos(), drop.possibleActions(), &urls, drop.mouseButtons(), drop.keyboardModifiers());
+    event.setDropAction(drop.dropAction());
+    QCoreApplication::sendEvent(watched, &event);
+    drop.setDropAction(event.dropAction());
+    drop.setAccepted(event.isAccepted());
+}
 } // namespace
 
-bool ForeignDragFilter::eventFilter(QObject * /*watched*/, QEvent *event)
+bool ForeignDragFilter::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
     if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
@@ -22,6 +61,13 @@ bool ForeignDragFilter::eventFilter(QObject * /*watched*/, QEvent *event)
     // A drag that began in this process has its source.
     if (drop->source() || !carriesIds(*drop->mimeData()))
         return false;
-    drop->ignore();
+    if (!hasLastingUrls(*drop->mimeData()))
+        drop->ignore();
+    else if (type == QEvent::DragEnter)
+        sendUrls<QDragEnterEvent>(watched, *drop);
+    else if (type == QEvent::DragMove)
+        sendUrls<QDragMoveEvent>(watched, *drop);
+    else
+        sendUrls<QDropEvent>(watched, *drop);
     return true;
 }

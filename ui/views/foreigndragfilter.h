@@ -3,8 +3,9 @@
 #include <QObject>
 
 /**
- * Keeps drags of ids away that come from another running Vorna: its ids name other records, or none, in the
- * database that is open here. Install it on the application. GUI thread.
+ * Takes the ids out of drags that come from another running Vorna, where they name other records, or none:
+ * what is left are the URLs of files, as from a file manager. Links to copies of internal files are refused.
+ * Install it on the application. GUI thread.
  */
 class ForeignDragFilter : public QObject
 {

@@ -2,6 +2,7 @@
 
 #include "ui/views/delegate.h"
 #include "ui/views/dragpicture.h"
+#include "ui/views/dropwatch.h"
 #include "ui/views/emptyhint.h"
 
 #include <QDrag>
@@ -68,6 +69,7 @@ void ListView::startDrag(Qt::DropActions supportedActions)
     auto *drag = new QDrag(this);
     drag->setMimeData(data);
     setDragPicture(drag, this);
+    const DropWatch watch(drag);
     drag->exec(supportedActions);
 }
 

@@ -3,6 +3,7 @@
 #include "ui/views/mainfilesview.h"
 
 #include "app/addingsettings.h"
+#include "app/constants.h"
 #include "app/filedialogs.h"
 #include "app/messages.h"
 #include "app/windowsettings.h"
@@ -290,7 +291,8 @@ bool MainFilesView::handleDrag(QDropEvent *event)
         event->ignore();
         return true;
     }
-    if (!event->mimeData()->hasUrls())
+    // Our own files are in the database already.
+    if (!event->mimeData()->hasUrls() || event->mimeData()->hasFormat(Constants::fileMimeType))
         return false;
     event->setDropAction(Qt::CopyAction);
     event->accept();

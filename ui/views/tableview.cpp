@@ -1,6 +1,8 @@
 #include "ui/views/tableview.h"
 
+#include "app/constants.h"
 #include "ui/views/dragpicture.h"
+#include "ui/views/dropwatch.h"
 #include "ui/views/emptyhint.h"
 
 #include <QAbstractItemDelegate>
@@ -13,10 +15,16 @@
 #include <QToolTip>
 
 namespace {
+// Files of our own come by their ids, which count before their URLs.
+bool bringsUrls(const QDropEvent *event)
+{
+    return event->mimeData()->hasUrls() && !event->mimeData()->hasFormat(Constants::fileMimeType);
+}
+
 // The base answers with the action that was proposed: after a move the other program deletes its files.
 void copyUrls(QDropEvent *event)
 {
-    if (event->mimeData()->hasUrls())
+    if (bringsUrls(event))
         event->setDropAction(Qt::CopyAction);
 }
 } // namespace
@@ -104,6 +112,7 @@ void TableView::startDrag(Qt::DropActions supportedActions)
     auto *drag = new QDrag(this);
     drag->setMimeData(data);
     setDragPicture(drag, this);
+    const DropWatch watch(drag);
     if (!supportedActions.testFlag(Qt::MoveAction) || dragDropMode() == InternalMove)
         drag->exec(supportedActions, Qt::CopyAction);
     else
@@ -115,7 +124,7 @@ void TableView::dragEnterEvent(QDragEnterEvent *event)
     copyUrls(event);
     QTableView::dragEnterEvent(event);
     // A drag that is refused here never leaves, so nothing would take the marking back.
-    if (event->isAccepted() && event->mimeData()->hasUrls())
+    if (event->isAccepted() && bringsUrls(event))
         beginUrlDrag();
 }
 

@@ -1,0 +1,149 @@
+#include "core/filedragdata.h"
+
+#include "app/constants.h"
+#include "core/extractionplan.h"
+#include "core/file.h"
+#include "core/miscoperationthread.h"
+#include "db/databasemanger.h"
+#include "models/idlistmime.h"
+
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QTimer>
+#include <QUrl>
+#include <QUuid>
+
+#include <memory>
+
+namespace {
+
+constexpr qint32 externalKind = 0;
+constexpr qint32 internalKind = 1;
+// The other program waits for some seconds, and the pointer belongs to the drag until then.
+constexpr qint64 mostBytesCopied = 512 * 1024 * 1024;
+constexpr int lookInterval = 20; // ms
+
+const QString urlFormat = QStringLiteral("text/uri-list");
+
+void appendUrl(QByteArray &list, const QString &path)
+{
+    list += QUrl::fromLocalFile(path).toEncoded() + "\r\n";
+}
+
+// Runs until the worker has nothing to do, or is gone.
+void waitFor(const QPointer<DatabaseManger> &manager)
+{
+    QEventLoop loop;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &loop, [&loop, &manager] {
+        if (!manager || !manager->isBusy())
+            loop.quit();
+    });
+    timer.start(lookInterval);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+} // namespace
+
+const QString FileDragData::copiesFormat = QStringLiteral("vorna/temporary-copies");
+
+FileDragData::FileDragData(const QVector<qint64> &fileIds, DatabaseManger *manager)
+    : m_fileIds(fileIds), m_manager(manager)
+{
+    const std::unique_ptr<QMimeData> packed(IdListMime::pack(Constants::fileMimeType, fileIds));
+    setData(Constants::fileMimeType, packed->data(Constants::fileMimeType));
+    qint64 bytesCopied = 0;
+    for (const qint64 fileId : fileIds) {
+        const File *file = manager->file(fileId);
+        const bool isInternal = file && file->internal() == internalKind;
+        m_hasCopies = m_hasCopies || isInternal;
+        bytesCopied += isInternal ? file->size() : 0;
+        m_isOffered = m_isOffered || isInternal || (file && file->internal() == externalKind);
+    }
+    m_isOffered = m_isOffered && bytesCopied <= mostBytesCopied;
+}
+
+QStringList FileDragData::formats() const
+{
+    QStringList formats = QMimeData::formats();
+    if (m_isOffered)
+        formats.append(urlFormat);
+    if (m_isOffered && m_hasCopies)
+        formats.append(copiesFormat);
+    return formats;
+}
+
+QVariant FileDragData::retrieveData(const QString &format, QVariant::Type type) const
+{
+    if (!m_isOffered || format != urlFormat)
+        return QMimeData::retrieveData(format, type);
+    promise();
+    const QByteArray urls = m_urls;
+    // Some programs ask already while the pointer only comes by.
+    return !m_isHovering && !makeCopies() ? QByteArray() : urls;
+}
+
+void FileDragData::promise() const
+{
+    if (m_state != Unasked)
+        return;
+    m_state = Promised;
+    QVector<ExtractionPlan::Source> sources;
+    for (const qint64 fileId : m_fileIds) {
+        const File *file = m_manager ? m_manager->file(fileId) : nullptr;
+        if (file && file->internal() == externalKind)
+            appendUrl(m_urls, file->path());
+        else if (file && file->internal() == internalKind)
+            sources.append({fileId, file->name(), QString(), file->size(), file->checksum()});
+    }
+    m_folder = QDir::tempPath() + QLatin1String("/vorna-") + QUuid::createUuid().toString(QUuid::Id128);
+    ExtractionPlan plan(m_folder, sources);
+    plan.compare([] { return false; });
+    for (const FileConflict &conflict : plan.conflicts())
+        plan.settle(conflict.fileId, MiscOperationThread::UseNewNameChoice);
+    m_copiedIds = plan.fileIds();
+    m_copies = plan.targetPaths();
+    for (const qint64 fileId : qAsConst(m_copiedIds))
+        m_sizes.append(m_manager->file(fileId)->size());
+    for (const QString &path : qAsConst(m_copies))
+        appendUrl(m_urls, path);
+}
+
+bool FileDragData::makeCopies() const
+{
+    promise();
+    if (m_copies.isEmpty())
+        return true;
+    if (m_state == Promised)
+        order();
+    if (m_state == Ordered) {
+        const QPointer<const FileDragData> self(this);
+        const QPointer<DatabaseManger> manager = m_manager;
+        waitFor(manager);
+        if (!self)
+            return false;
+        m_state = areComplete() ? Made : Failed;
+    }
+    return m_state == Made;
+}
+
+void FileDragData::order() const
+{
+    const bool isReady =
+        m_manager && QDir().mkdir(m_folder) &&
+        QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_state = isReady ? Ordered : Failed;
+    if (isReady)
+        m_manager->extractFiles(m_copiedIds, m_copies);
+}
+
+/** What a failure or a cancel leaves behind is shorter, or not there. */
+bool FileDragData::areComplete() const
+{
+    for (int i = 0; i < m_copies.size(); ++i) {
+        const QFileInfo copy(m_copies.at(i));
+        if (!copy.exists() || copy.size() != m_sizes.at(i))
+            return false;
+    }
+    return true;
+}

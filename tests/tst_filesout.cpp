@@ -1,0 +1,252 @@
+#include "app/addingsettings.h"
+#include "app/filedialogs.h"
+#include "core/filedragdata.h"
+#include "models/sorter.h"
+#include "tests/support/dialoganswers.h"
+#include "tests/support/drags.h"
+#include "tests/support/localcollection.h"
+#include "ui/dialogs/multiplefileconflicthandler.h"
+#include "ui/mainui.h"
+#include "ui/views/foreigndragfilter.h"
+#include "ui/views/listview.h"
+#include "ui/views/mainfilesview.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QRadioButton>
+
+/** How files leave the main view: opened, extracted by its commands, and dragged to other programs. */
+class TestFilesOut : public QObject
+{
+    Q_OBJECT
+
+public slots:
+    void noteOpened(const QUrl &url) { m_opened << url; }
+
+private slots:
+    void init()
+    {
+        m_fixture = std::make_unique<LocalCollection>();
+        m_window = std::make_unique<QMainWindow>();
+        m_ui = std::make_unique<MainUi>(m_window.get());
+        m_view = new MainFilesView(m_window.get());
+        m_view->takePlaces(*m_ui);
+        m_window->setCentralWidget(m_view);
+        m_view->setController(&m_fixture->mainView());
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        m_opened.clear();
+        for (const QString &scheme : {"https"_s, "file"_s})
+            QDesktopServices::setUrlHandler(scheme, this, "noteOpened");
+    }
+
+    void cleanup()
+    {
+        for (const QString &scheme : {"https"_s, "file"_s})
+            QDesktopServices::unsetUrlHandler(scheme);
+        m_view->setController(nullptr);
+        m_window.reset();
+        m_fixture.reset();
+    }
+
+    void doubleClickOpens_data()
+    {
+        addColumns<QString, bool, bool>("name", "isInternal", "isOpened");
+        addRow("link", "https://example.org/a.exe"_s, false, true);
+        addRow("external launcher, which is the user's own", "a.desktop"_s, false, true);
+        addRow("internal file", "it's 100%1 \u00e4#?.txt"_s, true, true);
+        addRow("internal launcher", "a.txt.Desktop"_s, true, false);
+        addRow("internal program", "a.EXE"_s, true, false);
+        addRow("internal file named like an ending", "exe"_s, true, true);
+    }
+
+    void doubleClickOpens()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, isInternal);
+        QFETCH(bool, isOpened);
+        AddingSettings::setLinkToFiles(!isInternal);
+        const bool isLink = name.contains("://"_s);
+        isLink ? m_fixture->add(QUrl(name)) : m_fixture->addExternal(name);
+        showAll();
+        const QModelIndex index = m_fixture->mainView().sorter()->index(0, 0);
+        m_ui->editMode->setChecked(true);
+        emit list()->doubleClicked(index);
+        QVERIFY(m_opened.isEmpty());
+        m_ui->editMode->setChecked(false);
+        emit list()->doubleClicked(index);
+        m_fixture->waitForWorker();
+        QCOMPARE(m_opened.size(), isOpened ? 1 : 0);
+        QCOMPARE(m_fixture->takeBoxes().size(), isOpened ? 0 : 1);
+        if (!isOpened || isLink)
+            return;
+        QFile opened(m_opened.first().toLocalFile());
+        QVERIFY(opened.open(QIODevice::ReadOnly));
+        QCOMPARE(opened.readAll(), name.toUtf8());
+        QCOMPARE(opened.fileName() == m_fixture->filePath(name), !isInternal);
+        QVERIFY(!isInternal || opened.remove());
+    }
+
+    void commandExtractsSelection_data()
+    {
+        addColumns<QString, QString>("action", "choice");
+        addRow("menu, replacing", "extractFilesAction"_s, "replaceAllButton"_s);
+        addRow("context menu, with new names", "extractFromContextAction"_s, "newNamesButton"_s);
+        addRow("rejected", "extractFilesAction"_s, QString());
+    }
+
+    // Forty conflicts, of which the dialog shows only some, and one file that meets none.
+    void commandExtractsSelection()
+    {
+        QFETCH(QString, action);
+        QFETCH(QString, choice);
+        constexpr int count = 40;
+        const QString folder = m_fixture->filePath("target"_s);
+        QVERIFY(QDir().mkdir(folder));
+        QList<QUrl> urls;
+        for (int i = 0; i < count; ++i) {
+            const QString name = "&%1.tar.gz"_s.arg(i);
+            urls << QUrl::fromLocalFile(m_fixture->write(name, name.toUtf8()));
+            m_fixture->write("target/"_s + name, "other");
+        }
+        m_fixture->mainView().addUrls(urls);
+        m_fixture->waitForWorker();
+        m_fixture->addExternal("free.txt"_s);
+        showAll();
+        list()->selectAll();
+        FileDialogs::setResponder([&](const FileDialogs::Request &request) {
+            return request.caption == "Extract to Directory"_s ? QStringList{folder} : QStringList();
+        });
+        QString one;
+        QTimer asked;
+        connect(&asked, &QTimer::timeout, &asked, [&] {
+            auto *shown = qobject_cast<MultipleFileConflictHandler *>(QApplication::activeModalWidget());
+            if (!shown)
+                return;
+            const auto radios = shown->findChildren<QRadioButton *>();
+            QVERIFY(radios.size() < 2 * count);
+            if (choice.isEmpty())
+                return shown->reject();
+            shown->findChild<QPushButton *>(choice)->click();
+            // One of them by its own choice, the other one than the rest.
+            for (QRadioButton *radio : radios) {
+                if (!radio->isChecked() && one.isEmpty()) {
+                    one = radio->accessibleDescription();
+                    radio->click();
+                }
+            }
+            shown->accept();
+        });
+        asked.start(5);
+        m_window->findChild<QAction *>(action)->trigger();
+        m_fixture->waitForWorker();
+        FileDialogs::setResponder({});
+        QCOMPARE(QFile::exists(folder + "/free.txt"_s), !choice.isEmpty());
+        for (int i = 0; i < count; ++i) {
+            const QString name = "&%1.tar.gz"_s.arg(i);
+            const QString newName = "/&%1_1.tar.gz"_s.arg(i);
+            const bool isReplaced = !choice.isEmpty() && (choice == "replaceAllButton"_s) != (name == one);
+            QCOMPARE(m_fixture->read(folder + QLatin1Char('/') + name),
+                     isReplaced ? name.toUtf8() : QByteArray("other"));
+            QCOMPARE(QFile::exists(folder + newName), !choice.isEmpty() && !isReplaced);
+        }
+    }
+
+    // What a drag carries out of the window, asked for as another program would.
+    void dragGivesFilesToOthers_data()
+    {
+        addColumns<QString, int>("kinds", "copies");
+        addRow("external", "E"_s, 0);
+        addRow("internal, two of one name", "IIE"_s, 2);
+        addRow("hyperlink", "H"_s, -1);
+    }
+
+    void dragGivesFilesToOthers()
+    {
+        QFETCH(QString, kinds);
+        QFETCH(int, copies);
+        const QVector<qint64> ids = addKinds(kinds);
+        if (copies > 1)
+            m_fixture->mainView().updateFileName(ids.at(1), file(ids.at(0))->name());
+        const Sorter *sorter = m_fixture->mainView().sorter();
+        QModelIndexList rows;
+        for (int row = 0; row < sorter->rowCount(); ++row)
+            rows << sorter->index(row, 0) << sorter->index(row, 1);
+        const std::unique_ptr<QMimeData> data(sorter->mimeData(rows));
+        QCOMPARE(IdListMime::unpack(data.get(), Constants::fileMimeType).size(), ids.size());
+        QCOMPARE(data->hasUrls(), copies >= 0);
+        QCOMPARE(data->hasFormat(FileDragData::copiesFormat), copies > 0);
+        QSet<QByteArray> contents;
+        for (const QUrl &url : data->urls()) {
+            contents << TestFolder::read(url.toLocalFile());
+            const bool isCopy = !url.toLocalFile().startsWith(m_fixture->folder());
+            QVERIFY(!isCopy || QFileInfo(QFileInfo(url.toLocalFile()).path()).permissions() ==
+                                   (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser |
+                                    QFile::WriteUser | QFile::ExeUser));
+            copies -= isCopy ? 1 : 0;
+            if (isCopy)
+                QVERIFY(QFile::remove(url.toLocalFile()));
+            QDir().rmdir(QFileInfo(url.toLocalFile()).path()); // when it was the last one there
+        }
+        QCOMPARE(qMax(copies, 0), 0);
+        QCOMPARE(contents.size(), kinds.count(QLatin1Char('H')) ? 0 : ids.size());
+        QVERIFY(!contents.contains(QByteArray()));
+        // Over the own files they are no files to add.
+        QCOMPARE(drop(list()->viewport(), {5, 5}, *data), Qt::IgnoreAction);
+    }
+
+    void foreignDragBringsLastingUrls_data()
+    {
+        addColumns<QString, bool, bool>("kinds", "areLinked", "isTaken");
+        addRow("external, linked", "E"_s, true, true);
+        addRow("internal, copied", "I"_s, false, true);
+        addRow("internal, linked", "I"_s, true, false);
+        addRow("hyperlink", "H"_s, true, false);
+    }
+
+    void foreignDragBringsLastingUrls()
+    {
+        QFETCH(QString, kinds);
+        QFETCH(bool, areLinked);
+        QFETCH(bool, isTaken);
+        addKinds(kinds);
+        const Sorter *sorter = m_fixture->mainView().sorter();
+        const std::unique_ptr<QMimeData> data(sorter->mimeData({sorter->index(0, 0)}));
+        AddingSettings::setLinkToFiles(areLinked);
+        ForeignDragFilter filter;
+        qApp->installEventFilter(&filter);
+        QCOMPARE(drop(list()->viewport(), {5, 5}, *data), isTaken ? Qt::CopyAction : Qt::IgnoreAction);
+        qApp->removeEventFilter(&filter);
+    }
+
+private:
+    // Shows a file for each letter: Internal, External, Hyperlink.
+    QVector<qint64> addKinds(const QString &kinds)
+    {
+        QVector<qint64> ids;
+        for (const QChar kind : kinds) {
+            const QString name = "%1.txt"_s.arg(ids.size());
+            AddingSettings::setLinkToFiles(kind == QLatin1Char('E'));
+            ids << (kind == QLatin1Char('H') ? m_fixture->add(QUrl("https://example.org/"_s + name))
+                                             : m_fixture->addExternal(name));
+        }
+        showAll();
+        return ids;
+    }
+
+    QAbstractItemView *list() const { return m_view->findChild<ListView *>(); }
+    void showAll() { m_fixture->mainView().showSpecialNode(AllFiles); }
+    const File *file(qint64 id) { return m_fixture->file(id); }
+
+    std::unique_ptr<LocalCollection> m_fixture;
+    std::unique_ptr<QMainWindow> m_window;
+    std::unique_ptr<MainUi> m_ui;
+    MainFilesView *m_view = nullptr;
+    QList<QUrl> m_opened;
+};
+
+QTEST_MAIN(TestFilesOut)
+#include "tst_filesout.moc"
