@@ -1,5 +1,6 @@
 #include "fileops/picturereader.h"
 
+#include "fileops/jpegdevice.h"
 #include "fileops/regularfile.h"
 #include "fileops/svgtext.h"
 
@@ -13,9 +14,10 @@
 namespace {
 // Decoded whole, with the copy for scaling beside it: half a gigabyte at the most.
 constexpr qint64 maxWholeBytes = 256LL * 1024 * 1024;
-// At a reduced size a progressive JPEG still keeps some 6 bytes a pixel, a plain PNG nothing.
-constexpr qint64 maxJpegPixels = 100LL * 1000 * 1000;
-constexpr qint64 maxPlainPngPixels = 500LL * 1000 * 1000;
+// At a reduced size a JPEG of several scans still keeps some 6 bytes a pixel, what comes line by line
+// nothing.
+constexpr qint64 maxScansPixels = 100LL * 1000 * 1000;
+constexpr qint64 maxLinesPixels = 500LL * 1000 * 1000;
 constexpr qint64 maxUnsizedBytes = 16LL * 1024 * 1024;
 // Up to the byte of a PNG that says whether it is interlaced.
 constexpr int headLength = 29;
@@ -110,12 +112,12 @@ qint64 hiddenPixels(QIODevice &device, const QByteArray &format)
     return device.size() > maxUnsizedBytes ? -1 : largestEmbedded(device.peek(maxUnsizedBytes));
 }
 
-qint64 pixelLimit(const QByteArray &format, QImage::Format pixelFormat, bool isReduced)
+qint64 pixelLimit(const QByteArray &format, QImage::Format pixelFormat, bool isReduced, bool isLineByLine)
 {
     if (isSvg(format))
         return std::numeric_limits<qint64>::max();
     if (isReduced)
-        return format == "png" ? maxPlainPngPixels : maxJpegPixels;
+        return isLineByLine ? maxLinesPixels : maxScansPixels;
     // Scaling needs four bytes at least.
     return maxWholeBytes / qMax(4, QImage::toPixelFormat(pixelFormat).bitsPerPixel() / 8);
 }
@@ -140,11 +142,17 @@ QImage PictureReader::read(const QString &path)
         !device.open(file.descriptor(), QIODevice::ReadOnly, QFileDevice::DontCloseHandle))
         return QImage();
     const QByteArray format = QImageReader::imageFormat(&device);
+    if (isJpeg(format)) {
+        JpegDevice jpeg(device);
+        const bool isOneScan = jpeg.isOneScan();
+        const QImage picture = decode(jpeg, format, isOneScan);
+        return jpeg.isCut() ? QImage() : picture;
+    }
     if (!isSvg(format))
-        return decode(device, format);
+        return decode(device, format, true);
     QByteArray text = SvgText::read(device);
     QBuffer buffer(&text);
-    return !text.isEmpty() && buffer.open(QIODevice::ReadOnly) ? decode(buffer, "svg") : QImage();
+    return !text.isEmpty() && buffer.open(QIODevice::ReadOnly) ? decode(buffer, "svg", true) : QImage();
 }
 
 QImage PictureReader::readWhole(const QByteArray &bytes, qint64 mostBytes)
@@ -175,7 +183,7 @@ QImage PictureReader::readWhole(const QByteArray &bytes, qint64 mostBytes)
     return reader.read();
 }
 
-QImage PictureReader::decode(QIODevice &device, const QByteArray &format)
+QImage PictureReader::decode(QIODevice &device, const QByteArray &format, bool isLineByLine)
 {
     // First of all: once asked, the reader moves the device.
     const QByteArray head = device.peek(headLength);
@@ -188,7 +196,7 @@ QImage PictureReader::decode(QIODevice &device, const QByteArray &format)
     const bool isTurned = reader.transformation() & QImageIOHandler::TransformationRotate90;
     const bool isReducible = isSized && (format != "png" || isPlainPng(head, pixelFormat));
     const QSize reduced = isReducible ? reducedSize(size, format) : QSize();
-    const qint64 limit = pixelLimit(format, pixelFormat, reduced.isValid());
+    const qint64 limit = pixelLimit(format, pixelFormat, reduced.isValid(), isLineByLine);
     if (hidden < 0 || qMax(hidden, isSized ? pixels(size) : 0) > limit ||
         (!isSized && device.size() > maxUnsizedBytes))
         return QImage();

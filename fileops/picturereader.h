@@ -28,7 +28,8 @@ public:
     static QSize fitted(const QSize &size, int edge);
 
 private:
-    QImage decode(QIODevice &device, const QByteArray &format);
+    /** Line by line: what is read at a reduced size never lies in memory as a whole. */
+    QImage decode(QIODevice &device, const QByteArray &format, bool isLineByLine);
     QSize reducedSize(const QSize &size, const QByteArray &format) const;
 
     int m_edge;

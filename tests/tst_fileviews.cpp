@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDropEvent>
+#include <QScrollBar>
 #include <QStandardItemModel>
 #include <QVBoxLayout>
 
@@ -91,7 +92,7 @@ private slots:
         }
     }
 
-    void layoutAsksForNoPictures()
+    void onlyShownRowsAskForPictures()
     {
         m_list->hide();
         m_model.pictures = 0;
@@ -100,6 +101,20 @@ private slots:
         m_list->doItemsLayout();
         m_list->sizeHintForColumn(0);
         QCOMPARE(m_model.pictures, 0);
+        m_list->show();
+        for (QAbstractItemView *view : m_views) {
+            view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum() / 2);
+            QTRY_VERIFY(m_model.pictures > 0);
+            view->viewport()->repaint();
+            m_model.pictures = 0;
+            view->viewport()->repaint();
+            QVERIFY(m_model.pictures > 0 && m_model.pictures < 50);
+            m_model.pictures = 0;
+            const QModelIndex arrived = view->indexAt({20, 50}).siblingAtColumn(0);
+            emit m_model.dataChanged(arrived, arrived, {Qt::DecorationRole});
+            QTRY_VERIFY(m_model.pictures > 0);
+            QCOMPARE(m_model.pictures, 1);
+        }
     }
 
     void filesOverTableMarkTheirRow()

@@ -154,6 +154,33 @@ private slots:
         QCOMPARE(thumbnail.pixel(64, 64), qRgb(255, 0, 0));
     }
 
+    void readsWholeJpegsOnly_data()
+    {
+        addColumns<int, bool, int, int, bool>("edge", "isProgressive", "percent", "trailing", "isRead");
+        addRow("cut", 1000, false, 50, 0, false);
+        addRow("cut, progressive", 1000, true, 50, 0, false);
+        addRow("more behind it", 1000, false, 100, 70000, true);
+        addRow("large", 10100, false, 100, 0, true);
+        addRow("large, progressive", 10100, true, 100, 0, false); // is kept in memory as a whole
+    }
+
+    void readsWholeJpegsOnly()
+    {
+        QFETCH(int, edge);
+        QFETCH(bool, isProgressive);
+        QFETCH(int, percent);
+        QFETCH(int, trailing);
+        QImage picture(edge, edge, QImage::Format_Grayscale8);
+        picture.fill(70);
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        QImageWriter writer(&buffer, "jpg");
+        writer.setProgressiveScanWrite(isProgressive);
+        QVERIFY(writer.write(picture));
+        bytes = bytes.left(int(qint64(bytes.size()) * percent / 100)) + QByteArray(trailing, 'x');
+        QTEST(!ThumbnailMaker::thumbnailOf(m_folder.write("p.jpg"_s, bytes)).isNull(), "isRead");
+    }
+
     void refusesWhatIsNoPicture()
     {
         // Each draws the one before ten times.

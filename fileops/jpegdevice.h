@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QIODevice>
+
+/**
+ * A JPEG file on its way to the decoder, which fills up with grey what a cut file lacks and tells nobody.
+ * Does not own the file. Any thread.
+ */
+class JpegDevice : public QIODevice
+{
+    Q_OBJECT
+
+public:
+    explicit JpegDevice(QIODevice &file);
+
+    /**
+     * True when the picture comes line by line. The decoder keeps all of one that comes in several scans,
+     * as progressive ones do. Asked before anything is read.
+     */
+    bool isOneScan();
+    /** True once the decoder has asked for more than there is. */
+    bool isCut() const { return m_isCut; }
+
+    qint64 size() const override { return m_file.size(); }
+    bool seek(qint64 position) override;
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override;
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QIODevice &m_file;
+    bool m_isCut = false;
+};
