@@ -228,6 +228,8 @@ void PreviewBox::saveEdit(Telling telling)
                           tr("An error has occurred while retrieving this image."));
     } else {
         qDebug() << "Rotated image could not be saved, id =" << m_fileId;
+        // What is refused for the moment may be had later, unless the window has gone on to another picture.
+        QTimer::singleShot(0, this, &PreviewBox::offerSaving);
     }
 }
 
@@ -336,10 +338,6 @@ void PreviewBox::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Escape:
         if (m_isFullScreen) {
             finishSlideshow();
-        } else if (focusWidget() == m_description && m_description->isModified()) {
-            m_description->setModified(false);
-            followRecord();
-            setFocus();
         } else {
             deleteLater();
             close();

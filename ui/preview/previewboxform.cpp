@@ -145,6 +145,9 @@ void PreviewBox::followRecord()
 {
     if (!m_controller)
         return;
+    // A file that is gone takes its text with it: the next one to be added may get its id.
+    if (!m_controller->fileData(m_fileId, DataType::Name).isValid())
+        m_description->setModified(false);
     const QString stored = m_controller->fileData(m_fileId, DataType::Description).toString();
     if (!m_description->isModified() && m_description->text() != stored) {
         m_validator->setGivenText(stored);
