@@ -4,22 +4,8 @@
 #include "fileops/databasefunctions.h"
 #include "fileops/filechecksums.h"
 
-#include <QFileInfo>
-
 namespace {
 constexpr int givenToNobody = -1;
-
-bool isTaken(const QString &path)
-{
-    const QFileInfo info(path);
-    return info.exists() || info.isSymLink();
-}
-
-bool isSameFile(const QString &path, const QString &other)
-{
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
-}
 } // namespace
 
 ExtractionPlan::ExtractionPlan(const QString &folder, const QVector<Source> &sources)
@@ -62,9 +48,9 @@ ExtractionPlan::State ExtractionPlan::lookAt(const Source &source)
         return other.size == source.size && other.checksum == source.checksum ? Present : Conflict;
     }
     const QString target = pathOf(source.name);
-    if (!isTaken(target))
+    if (!Database::isTaken(target))
         return Free;
-    if (!source.path.isEmpty() && isSameFile(source.path, target))
+    if (!source.path.isEmpty() && RegularFile::isSame(source.path, target))
         return Present;
     return RegularFile::stampOf(target).size == source.size ? Unread : Conflict;
 }
@@ -97,7 +83,7 @@ bool ExtractionPlan::readPresent(QVector<State> &states, const ShouldEnd &should
 void ExtractionPlan::addConflict(const Source &source)
 {
     const auto isGivenOrTaken = [this](const QString &name) {
-        return m_given.contains(name) || isTaken(pathOf(name));
+        return m_given.contains(name) || Database::isTaken(pathOf(name));
     };
     int &number = m_numbers[source.name];
     number = qMax(number, 1);

@@ -97,14 +97,17 @@ QString Database::absolutePath(const QString &relativePath, const PathLocator &l
     return baseFolder(locator).path() + QLatin1Char('/') + relativePath;
 }
 
+bool Database::isTaken(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() || info.isSymLink();
+}
+
 QString Database::uniqueFileName(const QString &name, const QDir &dir)
 {
-    const auto isTaken = [&dir](const QString &tried) {
-        const QFileInfo info(dir.filePath(tried));
-        return info.exists() || info.isSymLink();
-    };
     int number = 1;
-    return uniqueFileName(name, isTaken, number);
+    return uniqueFileName(
+        name, [&dir](const QString &tried) { return isTaken(dir.filePath(tried)); }, number);
 }
 
 QString Database::uniqueFileName(const QString &name, const std::function<bool(const QString &)> &isTaken,

@@ -45,6 +45,8 @@ QString relativePath(const QString &absolutePath, const PathLocator &locator);
 /** The reverse, by plain joining. */
 QString absolutePath(const QString &relativePath, const PathLocator &locator);
 
+/** Whether something has this path, if only a link that leads nowhere. */
+bool isTaken(const QString &path);
 /** A name that nothing in the folder has: the given one, or that with "_1", "_2" ... before its first dot. */
 QString uniqueFileName(const QString &name, const QDir &dir);
 /** The same by a test of one's own. `number` is where counting starts, and then what was counted to. */

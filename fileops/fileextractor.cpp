@@ -19,12 +19,6 @@ namespace {
 constexpr qint64 sliceSize = 1024 * 1024;
 constexpr int mostLetters = 60; // of four bytes at most, where a name has 255
 
-bool isTaken(const QString &path)
-{
-    const QFileInfo info(path);
-    return info.exists() || info.isSymLink();
-}
-
 /** Makes a new file that nobody else may read, not even at its first moment. */
 bool openPrivately(QFile &file)
 {
@@ -37,10 +31,25 @@ bool openPrivately(QFile &file)
     return file.open(QIODevice::WriteOnly | QIODevice::ExistingOnly);
 }
 
-bool isSameFile(const QString &path, const QString &other)
+/**
+ * A new file to be renamed when it is whole: whoever looks at the folder meanwhile sees no half of it. One
+ * that takes another's place is readable by nobody who cannot read that one.
+ */
+bool openBeside(const QString &target, bool isReplacing, QFile &file)
 {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+    const QString folder = QFileInfo(target).path() + QLatin1Char('/');
+    int number = 0;
+    do {
+        file.setFileName(folder + QStringLiteral(".vorna-%1.part").arg(++number));
+    } while (Database::isTaken(file.fileName()));
+    if (!isReplacing)
+        return file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+    const QFileDevice::Permissions permissions = QFileInfo(target).permissions();
+    if (!openPrivately(file))
+        return false;
+    if (permissions) // a link that leads nowhere has none
+        file.setPermissions(permissions);
+    return true;
 }
 
 void logUnopened(const QString &path)
@@ -72,7 +81,7 @@ QString FileExtractor::extractToTemporary(qint64 fileId)
     const QString folder = QDir::tempPath() + QLatin1Char('/');
     QFile file(folder + name);
     while (!openPrivately(file)) {
-        if (isTaken(file.fileName())) {
+        if (Database::isTaken(file.fileName())) {
             name.prepend(QLatin1String("t_"));
         } else if (name.size() > mostLetters) {
             // Too long, if only by what was put in front; its type stands at its end.
@@ -98,7 +107,7 @@ bool FileExtractor::extractExternal(qint64 fileId, const QString &target, Existi
     if (!m_worker->readPath(fileId, path))
         return false;
     // Replacing would have it read from the place that it is written to.
-    if (isSameFile(path, target))
+    if (RegularFile::isSame(path, target))
         return true;
     RegularFile source;
     if (!source.open(path)) {
@@ -144,37 +153,36 @@ bool FileExtractor::write(const QString &target, Existing existing, const Fill &
         qDebug() << "FileExtractor: the open database keeps its files" << target;
         return false;
     }
-    return existing == Replace && isTaken(target) ? replace(target, fill) : create(target, fill);
-}
-
-bool FileExtractor::create(const QString &target, const Fill &fill)
-{
-    QFile file(target);
-    // Nobody was asked about a file that came since the folder was looked at.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+    const bool isThere = Database::isTaken(target);
+    // Nobody was asked about a file that came since the folder was looked at; a folder gives way to no file.
+    const QFileInfo there(target);
+    if (isThere && (existing == Keep || (there.isDir() && !there.isSymLink()))) {
         logUnopened(target);
         return false;
     }
-    return fill(file);
-}
-
-bool FileExtractor::replace(const QString &target, const Fill &fill)
-{
-    const QString folder = QFileInfo(target).path() + QLatin1Char('/');
     QFile file;
-    int number = 0;
-    do {
-        file.setFileName(folder + QStringLiteral(".vorna-%1.part").arg(++number));
-    } while (isTaken(file.fileName()));
-    if (!openPrivately(file)) {
-        logUnopened(file.fileName());
+    if (!openBeside(target, isThere, file)) {
+        logUnopened(target);
         return false;
     }
-    const QFileDevice::Permissions permissions = QFileInfo(target).permissions();
-    if (permissions) // a link that leads nowhere has none
-        file.setPermissions(permissions);
+    const bool isWritten = fill(file);
+    return isThere ? replace(target, file, isWritten) : giveName(target, file, isWritten);
+}
+
+bool FileExtractor::giveName(const QString &target, QFile &file, bool isWritten)
+{
+    file.close();
+    // Takes nobody's place, should one have come there meanwhile.
+    if (file.rename(target))
+        return isWritten;
+    file.remove();
+    return false;
+}
+
+bool FileExtractor::replace(const QString &target, QFile &file, bool isWritten)
+{
     // On the disk before the old file is gone from there.
-    const bool isWritten = fill(file) && ::fsync(file.handle()) == 0;
+    isWritten = isWritten && file.flush() && ::fsync(file.handle()) == 0;
     file.close();
     if (isWritten && std::rename(QFile::encodeName(file.fileName()).constData(),
                                  QFile::encodeName(target).constData()) == 0)

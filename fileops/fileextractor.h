@@ -41,8 +41,8 @@ private:
     bool writeInternal(qint64 fileId, QFile &target);
     bool copyFrom(RegularFile &source, QFile &target);
     bool write(const QString &target, Existing existing, const Fill &fill);
-    bool create(const QString &target, const Fill &fill);
-    bool replace(const QString &target, const Fill &fill);
+    static bool giveName(const QString &target, QFile &file, bool isWritten);
+    static bool replace(const QString &target, QFile &file, bool isWritten);
     bool isOfTheDatabase(const QString &target) const;
     void report(qint64 done, qint64 total);
 
