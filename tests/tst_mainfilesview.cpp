@@ -197,13 +197,13 @@ private slots:
         const QString transfer = "Transfer to Internal"_s;
         const QStringList single = {"Show related files"_s, "Properties"_s};
         addRow("nothing", QString(), QStringList());
-        const QString extract = "Extract File"_s;
+        const QString extract = "Extract Files"_s;
         addRow("internal", "I"_s, QStringList{open, "Delete File"_s, extract} + single);
         addRow("external", "E"_s,
                QStringList{open, "Show in Explorer"_s, transfer, "Delete Link"_s, extract} + single);
         addRow("hyperlink", "H"_s, QStringList{open, "Delete Link"_s} + single);
-        addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, "Extract Files"_s});
-        addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, "Extract Files"_s});
+        addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, extract});
+        addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, extract});
         addRow("internal and hyperlink", "IH"_s, QStringList{"Delete Links"_s});
     }
 

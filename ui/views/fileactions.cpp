@@ -144,7 +144,7 @@ void FileActions::fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, 
         menu.addAction(action(DeleteFromContext));
     }
     if (facts.count > 0 && !facts.hasMissing && !facts.hasHyperlink) {
-        action(ExtractFromContext)->setText(isOne ? tr("Extract File") : tr("Extract Files"));
+        action(ExtractFromContext)->setText(tr("Extract Files"));
         menu.addAction(action(ExtractFromContext));
     }
     if (isOne) {
