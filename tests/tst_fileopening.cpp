@@ -66,6 +66,7 @@ private slots:
         const QString disguise = folder.filePath("letter.txt"_s);
         QVERIFY(QFile::link(launcher, disguise));
         QCOMPARE(FileOpening::linkTarget(disguise), QUrl());
+        QVERIFY(!FileOpening::mayOpenCopy(nullptr, "x.desktop"_s + QChar(QChar::Null)));
         // A folder carries the same permission but starts nothing.
         QCOMPARE(FileOpening::linkTarget(folder.path()), QUrl::fromLocalFile(folder.path()));
     }

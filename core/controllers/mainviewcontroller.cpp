@@ -254,7 +254,7 @@ void MainViewController::openTemporaryCopy(qint64 fileId)
     const File *file = manager() ? manager()->file(fileId) : nullptr;
     if (!file || file->internal() != internalKind)
         return;
-    m_awaitsCopy = true;
+    ++m_awaitedCopies;
     manager()->extractToTemporary(fileId);
 }
 
@@ -266,7 +266,7 @@ void MainViewController::remakeThumbnails()
 
 void MainViewController::cancelOperations()
 {
-    m_awaitsCopy = false;
+    m_awaitedCopies = 0;
     m_extraction->cancel();
     if (manager())
         manager()->cancelOperations();
@@ -372,9 +372,15 @@ QString MainViewController::tagNames(const QVector<qint64> &tagIds) const
 
 void MainViewController::gotExtractedTempFiles(const QVector<QPair<qint64, QString>> &files)
 {
-    // Of a copy that failed there is no other news.
-    bool isOpened = !files.isEmpty() || !m_awaitsCopy;
-    m_awaitsCopy = false;
+    // Of a copy that failed there is no other news, and of one that was cancelled nobody wants any.
+    const bool isAwaited = m_awaitedCopies > 0;
+    m_awaitedCopies -= isAwaited ? 1 : 0;
+    if (files.isEmpty() && isAwaited)
+        Messages::warning(nullptr, tr("Error opening file"),
+                          tr("The file could not be copied out of the database into the folder for temporary "
+                             "files, %1. It may be full or write-protected.")
+                              .arg(QDir::toNativeSeparators(QDir::tempPath())));
+    bool isOpened = true;
     for (const auto &file : files)
         isOpened = QDesktopServices::openUrl(QUrl::fromLocalFile(file.second)) && isOpened;
     if (!isOpened)

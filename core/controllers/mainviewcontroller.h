@@ -156,6 +156,6 @@ private:
     FileFilterModel *m_filter;
     Sorter *m_sorter;
     FolderExtraction *m_extraction;
-    bool m_awaitsCopy = false;
+    int m_awaitedCopies = 0;
     int m_checkingPauses = 0;
 };

@@ -1,6 +1,7 @@
 #include "ui/views/fileopening.h"
 
 #include "app/messages.h"
+#include "fileops/databasefunctions.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -128,7 +129,8 @@ void FileOpening::openExternalFile(QWidget *parent, const QString &path)
 
 bool FileOpening::mayOpenCopy(QWidget *parent, const QString &name)
 {
-    if (!startsProgram(name))
+    // By the name that the copy gets.
+    if (!startsProgram(Database::safeFileName(name)))
         return true;
     Messages::warning(
         parent, tr("Error opening file"),
