@@ -105,7 +105,7 @@ MainWindow::ConnectionOutcome MainWindow::tryServer(const DBDetails &details, QS
         // It ends by itself, at its time-out at the latest; the program waits for it before it ends.
         trial->setParent(this);
         connect(trial.get(), &QThread::finished, trial.get(), &QObject::deleteLater);
-        trial.release();
+        static_cast<void>(trial.release());
         return GivenUp;
     }
     trial->wait();

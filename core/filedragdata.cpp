@@ -20,7 +20,7 @@ namespace {
 constexpr qint32 externalKind = 0;
 constexpr qint32 internalKind = 1;
 // The other program waits for some seconds, and the pointer belongs to the drag until then.
-constexpr qint64 mostBytesCopied = 512 * 1024 * 1024;
+constexpr qint64 mostBytesCopied = 512LL * 1024 * 1024;
 constexpr int lookInterval = 20; // ms
 
 const QString urlFormat = QStringLiteral("text/uri-list");

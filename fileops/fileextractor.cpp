@@ -16,7 +16,7 @@
 #include <vector>
 
 namespace {
-constexpr qint64 sliceSize = 1024 * 1024;
+constexpr qint64 sliceSize = 1024LL * 1024;
 constexpr int mostLetters = 60; // of four bytes at most, where a name has 255
 
 /** Makes a new file that nobody else may read, not even at its first moment. */

@@ -107,11 +107,11 @@ QByteArray ImageCodec::encoded(const QImage &picture, const QByteArray &format)
 
 QByteArray ImageCodec::rewritten(const QByteArray &oldBytes, const QImage &picture, const QByteArray &format)
 {
-    const QByteArray bytes = hasSeveralPictures(oldBytes) ? QByteArray() : encoded(picture, format);
+    QByteArray bytes = hasSeveralPictures(oldBytes) ? QByteArray() : encoded(picture, format);
     if (bytes.isEmpty() || !isJpeg(format))
         return bytes;
-    const QByteArray withNotes = JpegNotes::carriedOver(oldBytes, bytes, picture.size());
-    QBuffer buffer(const_cast<QByteArray *>(&withNotes));
+    QByteArray withNotes = JpegNotes::carriedOver(oldBytes, bytes, picture.size());
+    QBuffer buffer(&withNotes);
     if (!buffer.open(QIODevice::ReadOnly))
         return bytes;
     // Notes that would turn it once more are not worth it.

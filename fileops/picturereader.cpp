@@ -201,7 +201,7 @@ QImage PictureReader::decode(QIODevice &device, const QByteArray &format, bool i
         (!isSized && device.size() > maxUnsizedBytes))
         return QImage();
     if (!reduced.isValid()) {
-        const QImage picture = reader.read();
+        QImage picture = reader.read();
         m_fullSize = picture.size();
         return picture;
     }
