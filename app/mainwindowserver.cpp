@@ -4,6 +4,7 @@
 #include "app/constants.h"
 #include "app/mainwindow.h"
 #include "app/messages.h"
+#include "app/waitcursor.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
 #include "db/connectiontrial.h"
@@ -21,16 +22,6 @@
 namespace {
 
 constexpr int usualPort = 5432;
-
-/** Shows for its lifetime that the program waits. */
-class WaitCursor
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor &) = delete;
-    WaitCursor &operator=(const WaitCursor &) = delete;
-};
 
 } // namespace
 

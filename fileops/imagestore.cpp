@@ -148,8 +148,10 @@ bool ImageStore::prepare(qint64 fileId, const QImage &picture, Writing &writing)
         !isSame(origin, m_origins.value(fileId)))
         return false;
     const QImage original = ImageCodec::decoded(writing.oldBytes);
-    if (original.isNull())
+    if (original.isNull()) {
+        qDebug("Not an image!");
         return false;
+    }
     const QImage turned = ImageCodec::turnedLike(original, picture);
     if (turned == original)
         return true;

@@ -2,6 +2,7 @@
 
 #include "app/messages.h"
 #include "app/previewsettings.h"
+#include "app/waitcursor.h"
 #include "app/windowsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "models/sorter.h"
@@ -24,16 +25,6 @@ namespace {
 
 // What the slide show may spend on pictures that cannot be shown before it waits for its next turn.
 constexpr int mostMillisecondsOfTrying = 500;
-
-/** Shows for its lifetime that the program waits. */
-class WaitCursor
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor &) = delete;
-    WaitCursor &operator=(const WaitCursor &) = delete;
-};
 
 } // namespace
 

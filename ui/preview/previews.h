@@ -7,8 +7,8 @@
 class MainViewController;
 class PreviewBox;
 
-/** The open previewers of the main view. They are windows without a parent that delete themselves. GUI
- * thread.
+/**
+ * The open previewers of the main view. They are windows without a parent that delete themselves. GUI thread.
  */
 class Previews : public QObject
 {
