@@ -87,10 +87,11 @@ void ExtractionPlan::addConflict(const Source &source)
     };
     int &number = m_numbers[source.name];
     number = qMax(number, 1);
+    constexpr int mostBytes = 240; // so that a number has room
+    const QString name = Database::fittingFileName(source.name, mostBytes);
     // The folder holds the name, or will: no need to look at it again, nor at what was counted through.
     const QString newName = Database::uniqueFileName(
-        source.name, [&](const QString &name) { return name == source.name || isGivenOrTaken(name); },
-        number);
+        name, [&](const QString &tried) { return tried == source.name || isGivenOrTaken(tried); }, number);
     m_given.insert(newName, givenToNobody);
     m_conflicts.append({source.fileId, source.name, newName});
 }

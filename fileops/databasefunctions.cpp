@@ -121,12 +121,19 @@ QString Database::uniqueFileName(const QString &name, const std::function<bool(c
     return tried;
 }
 
+QString Database::fittingFileName(const QString &name, int mostBytes)
+{
+    constexpr int lettersKept = 60; // of three bytes at most
+    return QFile::encodeName(name).size() > mostBytes ? name.right(lettersKept) : name;
+}
+
 QString Database::safeFileName(const QString &name)
 {
     QString safe = name.mid(name.lastIndexOf(QLatin1Char('/')) + 1);
     safe.remove(QChar(QChar::Null));
     const bool isUsable = !safe.isEmpty() && safe != QLatin1String(".") && safe != QLatin1String("..");
-    return isUsable ? safe : QStringLiteral("_");
+    constexpr int mostBytes = 255;
+    return isUsable ? fittingFileName(safe, mostBytes) : QStringLiteral("_");
 }
 
 QVector<qint64> Database::listResults(const QString &connectionName, const QString &statement)

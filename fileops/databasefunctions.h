@@ -51,7 +51,12 @@ bool isTaken(const QString &path);
 QString uniqueFileName(const QString &name, const QDir &dir);
 /** The same by a test of one's own. `number` is where counting starts, and then what was counted to. */
 QString uniqueFileName(const QString &name, const std::function<bool(const QString &)> &isTaken, int &number);
-/** A name out of a database that may be joined to a folder: its last component, never one that leads away. */
+/** The name, or its end, where its type stands, when it has more bytes than may be. */
+QString fittingFileName(const QString &name, int mostBytes);
+/**
+ * A name out of a database that may be joined to a folder: its last component, never one that leads away, nor
+ * one too long for a disk.
+ */
 QString safeFileName(const QString &name);
 
 /** The numbers in the first column of a result; nulls and other values are left out. */

@@ -17,7 +17,7 @@
 
 namespace {
 constexpr qint64 sliceSize = 1024LL * 1024;
-constexpr int mostLetters = 60; // of four bytes at most, where a name has 255
+constexpr int mostBytes = 255; // of a name
 
 /** Makes a new file that nobody else may read, not even at its first moment. */
 bool openPrivately(QFile &file)
@@ -80,16 +80,16 @@ QString FileExtractor::extractToTemporary(qint64 fileId)
     name = Database::safeFileName(name);
     const QString folder = QDir::tempPath() + QLatin1Char('/');
     QFile file(folder + name);
+    int cuts = 0;
     while (!openPrivately(file)) {
-        if (Database::isTaken(file.fileName())) {
-            name.prepend(QLatin1String("t_"));
-        } else if (name.size() > mostLetters) {
-            // Too long, if only by what was put in front; its type stands at its end.
-            name = name.right(mostLetters);
-        } else {
+        if (!Database::isTaken(file.fileName())) {
             logUnopened(file.fileName());
             return QString();
         }
+        name.prepend(QLatin1String("t_"));
+        // What is left of a name cut before leads to the same names again, all of them taken.
+        if (QFile::encodeName(name).size() > mostBytes)
+            name = QString::number(++cuts) + QLatin1Char('_') + Database::fittingFileName(name, mostBytes);
         file.setFileName(folder + name);
     }
     qDebug("FileExtractor: extracting to temporary file, %s", qPrintable(file.fileName()));

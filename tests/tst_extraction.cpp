@@ -132,7 +132,7 @@ private slots:
         addColumns<QString, QString>("name", "copy");
         addRow("free", "a.tar.gz"_s, "a.tar.gz"_s);
         addRow("taken", "in"_s, "t_in"_s);
-        addRow("taken twice", "twice"_s, "t_t_twice"_s);
+        addRow("taken, however often", "a"_s, "1__"_s + "t_"_s.repeated(29) + "a"_s);
         addRow("dead link", "dead"_s, "t_dead"_s);
         addRow("with a folder", "/etc/../../evil"_s, "evil"_s);
         addRow("folder above", ".."_s, "_"_s);
@@ -145,8 +145,8 @@ private slots:
     {
         QFETCH(QString, name);
         addInternal(1, "bytes");
-        m_folder->write("twice"_s, "1");
-        m_folder->write("t_twice"_s, "2");
+        for (QString taken = "a"_s; taken.size() <= 255; taken.prepend("t_"_s))
+            m_folder->write(taken, "1");
         QFile::link("/nowhere at all"_s, m_folder->filePath("dead"_s));
         QSqlQuery query;
         query.prepare("UPDATE files SET file_name=?"_s);

@@ -227,6 +227,9 @@ private slots:
                "a.txt=x a_1.txt=A a_2.txt=B c.tar.gz=C"_s);
         addRow("new name given out", "c_1.tar.gz"_s, "c.tar.gz=x"_s, int(UseNewNameChoice), 1,
                "a.txt=A c.tar.gz=x c_1.tar.gz=B c_2.tar.gz=C"_s);
+        const QString full = QString(251, QLatin1Char('y')) + ".txt"_s;
+        addRow("no room for a number", full, full + "=x"_s, int(UseNewNameChoice), 1,
+               "a.txt=A c.tar.gz=C "_s + full.right(60) + "=B "_s + full + "=x"_s);
         addRow("out of the folder", "../../b.txt"_s, ""_s, int(CancelChoice), 0, all);
     }
 
