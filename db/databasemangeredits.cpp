@@ -370,7 +370,12 @@ void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
 
 StoredImage DatabaseManger::loadImage(qint64 fileId)
 {
-    return m_images ? m_images->load(fileId) : StoredImage();
+    if (!m_images)
+        return StoredImage();
+    StoredImage picture = m_images->load(fileId);
+    if (picture.state != StoredImage::Loaded && m_images->isConnectionLost())
+        picture.state = StoredImage::Unreachable;
+    return picture;
 }
 
 StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)

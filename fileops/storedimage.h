@@ -10,7 +10,8 @@ struct StoredImage
         UnknownFile,        ///< no such record, or a hyperlink
         FileGone,           ///< the file of an external record is not there
         ExternalUnreadable, ///< the file is there, yet no picture, or one too large
-        InternalUnreadable  ///< the same for contents in the database
+        InternalUnreadable, ///< the same for contents in the database
+        Unreachable         ///< the connection to the database is lost: the user has been told
     };
     /** What became of a picture that was to be written back. Unless it is Saved nothing has changed. */
     enum Saving {

@@ -54,6 +54,24 @@ private slots:
         QVERIFY((*m_manager)->addTag("after"_s) > 0);
     }
 
+    void underAPicture()
+    {
+        QImage picture(2, 1, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QBuffer bytes;
+        QVERIFY(picture.save(&bytes, "PNG"));
+        m_server->addBlock(1, 0, bytes.data());
+        m_server->addFile(1, 1, bytes.size(), 1, 0);
+        QVERIFY(m_manager->run("UPDATE files SET file_name='p.png'"));
+        (*m_manager)->loadAllFiles();
+        QCOMPARE((*m_manager)->loadImage(1).image, picture);
+        interrupt();
+        QCOMPARE((*m_manager)->saveImage(1, picture.scaled(1, 2)), StoredImage::Refused);
+        QCOMPARE((*m_manager)->loadImage(1).state, StoredImage::Unreachable);
+        reopen();
+        QCOMPARE((*m_manager)->loadImage(1).image, picture);
+    }
+
     void inTheMiddleOfReading()
     {
         // More than what the sockets hold, so that the server is still sending.

@@ -137,7 +137,7 @@ void PreviewBox::tellLoadFailure(int state)
     else if (state == StoredImage::ExternalUnreadable)
         tellFailure(tr("Error previewing image"),
                     tr("An error has occurred while retrieving this externally stored image."));
-    else
+    else if (state != StoredImage::Unreachable)
         tellFailure(tr("Error previewing image"), tr("An error has occurred while retrieving this image."));
 }
 
