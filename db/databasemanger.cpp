@@ -167,6 +167,7 @@ void DatabaseManger::connectFileOperations()
     using Source = FileOperationProvider;
     Source *files = m_providers.fileOperation;
     connect(files, &Source::aboutToCommit, this, &DatabaseManger::aboutToCommit);
+    connect(files, &Source::committed, this, &DatabaseManger::noteChange);
     connect(files, &Source::updateTags, this, [this](const QVector<qint64> &ids) {
         updateTags(ids);
         refreshModificationDate();

@@ -291,6 +291,8 @@ protected:
     virtual void finishEdit() { refreshModificationDate(); }
     /** The worker stores its changes; others made their last one at this time. */
     virtual void aboutToCommit(const QDateTime &lastChange) { Q_UNUSED(lastChange) }
+    /** An own change has this stamp. */
+    virtual void noteChange(const QDateTime &change) { Q_UNUSED(change) }
     /** Settles isReadOnly() at opening. */
     virtual void readReadOnlyState();
     void setReadOnly(bool readOnly) { m_readOnly = readOnly; }

@@ -41,13 +41,13 @@ protected:
     void aboutToLoad() override;
     void finishEdit() override;
     void aboutToCommit(const QDateTime &lastChange) override;
+    void noteChange(const QDateTime &change) override;
 
 private:
     void reloadLater();
     /** Invalid when it cannot be read. */
     QDateTime lastChange();
     bool isNews(const QDateTime &change) const;
-    void noteChange(const QDateTime &change);
 
     PostgresGeneralProvider *m_stamps; // one of the providers
     qint64 m_currentTree = 0;

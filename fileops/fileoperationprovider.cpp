@@ -65,6 +65,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::fileLoaded, this, &Provider::fileLoaded);
     connect(m_worker, &Worker::thumbnailLoaded, this, &Provider::takeThumbnail);
     connect(m_worker, &Worker::aboutToCommit, this, &Provider::aboutToCommit, queued);
+    connect(m_worker, &Worker::committed, this, &Provider::committed, queued);
     connect(m_worker, &Worker::updateTags, this, &Provider::updateTags, queued);
     connect(m_worker, &Worker::updateNodes, this, &Provider::updateNodes, queued);
     connect(m_worker, &Worker::updatedFiles, this, &Provider::updatedFiles, queued);

@@ -64,6 +64,8 @@ signals:
     void thumbnailLoaded(qlonglong fileId, QImage *image);
     /** When any client last made a change before the one whose news follow; on a server. */
     void aboutToCommit(QDateTime lastChange);
+    /** The stamp of that change. */
+    void committed(QDateTime ownChange);
     void updateTags(QVector<qint64> ids);
     void updateNodes(QVector<qint64> ids);
     void updatedFiles(QVector<qint64> ids);

@@ -76,6 +76,8 @@ signals:
     void finished();
     /** The last change that any client has made, just before the commit of an own one; on a server. */
     void aboutToCommit(QDateTime lastChange);
+    /** The stamp of that commit. An operation of many is at work for long, while the window goes on. */
+    void committed(QDateTime ownChange);
     void updateTags(QVector<qint64> ids);
     void updateNodes(QVector<qint64> ids);
     void updatedFiles(QVector<qint64> ids);

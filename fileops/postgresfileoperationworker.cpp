@@ -54,8 +54,10 @@ bool PostgresFileOperationWorker::commitTransaction(const QString &connectionNam
         emit aboutToCommit(lastChange);
     const bool isCommitted = FileOperationWorker::commitTransaction(connectionName);
     // An operation may commit several times before the window hears of it.
-    if (isCommitted)
+    if (isCommitted) {
         m_ownChange = readLastChange();
+        emit committed(m_ownChange);
+    }
     return isCommitted;
 }
 

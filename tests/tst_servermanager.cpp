@@ -130,8 +130,17 @@ private slots:
     void ownOperationOfManyCommitsIsNoNews()
     {
         const qint64 first = m_collection->addExternal("a.txt"_s);
-        m_collection->manager()->transferFiles({first, m_collection->addExternal("b.txt"_s)});
+        const qint64 second = m_collection->addExternal("b.txt"_s);
+        // The worker waits for the other's lock in the middle of its work.
+        foreign("BEGIN; SELECT 1 FROM file_paths WHERE path LIKE '%b.txt' FOR UPDATE");
+        m_collection->manager()->transferFiles({first, second});
+        QTRY_COMPARE(Sql::count("storage"_s), 1);
+        QTRY_VERIFY(!Sql::rows("SELECT 1 FROM pg_locks WHERE NOT granted").isEmpty());
+        QCoreApplication::processEvents();
+        const qint64 early = m_collection->tags().addTag("early"_s);
+        foreign("COMMIT");
         m_collection->waitForWorker();
+        QVERIFY(early > 0);
         QCOMPARE(Sql::count("storage"_s), 2);
         QVERIFY(m_collection->tags().addTag("mine"_s) > 0);
         QCOMPARE(m_warnings->size(), 0);
