@@ -1,25 +1,19 @@
-#include "app/addingsettings.h"
 #include "app/filedialogs.h"
 #include "core/filedragdata.h"
-#include "models/sorter.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
-#include "tests/support/localcollection.h"
+#include "tests/support/filesviewtest.h"
 #include "ui/dialogs/multiplefileconflicthandler.h"
-#include "ui/mainui.h"
 #include "ui/views/foreigndragfilter.h"
-#include "ui/views/listview.h"
-#include "ui/views/mainfilesview.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
-#include <QMainWindow>
 #include <QPushButton>
 #include <QRadioButton>
 
 /** How files leave the main view: opened, extracted by its commands, and dragged to other programs. */
-class TestFilesOut : public QObject
+class TestFilesOut : public FilesViewTest
 {
     Q_OBJECT
 
@@ -29,15 +23,7 @@ public slots:
 private slots:
     void init()
     {
-        m_fixture = std::make_unique<LocalCollection>();
-        m_window = std::make_unique<QMainWindow>();
-        m_ui = std::make_unique<MainUi>(m_window.get());
-        m_view = new MainFilesView(m_window.get());
-        m_view->takePlaces(*m_ui);
-        m_window->setCentralWidget(m_view);
-        m_view->setController(&m_fixture->mainView());
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        openView();
         m_opened.clear();
         for (const QString &scheme : {"https"_s, "file"_s})
             QDesktopServices::setUrlHandler(scheme, this, "noteOpened");
@@ -47,9 +33,7 @@ private slots:
     {
         for (const QString &scheme : {"https"_s, "file"_s})
             QDesktopServices::unsetUrlHandler(scheme);
-        m_view->setController(nullptr);
-        m_window.reset();
-        m_fixture.reset();
+        closeView();
     }
 
     void doubleClickOpens_data()
@@ -223,28 +207,6 @@ private slots:
     }
 
 private:
-    // Shows a file for each letter: Internal, External, Hyperlink.
-    QVector<qint64> addKinds(const QString &kinds)
-    {
-        QVector<qint64> ids;
-        for (const QChar kind : kinds) {
-            const QString name = "%1.txt"_s.arg(ids.size());
-            AddingSettings::setLinkToFiles(kind == QLatin1Char('E'));
-            ids << (kind == QLatin1Char('H') ? m_fixture->add(QUrl("https://example.org/"_s + name))
-                                             : m_fixture->addExternal(name));
-        }
-        showAll();
-        return ids;
-    }
-
-    QAbstractItemView *list() const { return m_view->findChild<ListView *>(); }
-    void showAll() { m_fixture->mainView().showSpecialNode(AllFiles); }
-    const File *file(qint64 id) { return m_fixture->file(id); }
-
-    std::unique_ptr<LocalCollection> m_fixture;
-    std::unique_ptr<QMainWindow> m_window;
-    std::unique_ptr<MainUi> m_ui;
-    MainFilesView *m_view = nullptr;
     QList<QUrl> m_opened;
 };
 

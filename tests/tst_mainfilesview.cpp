@@ -1,59 +1,26 @@
-#include "app/addingsettings.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
-#include "models/sorter.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
-#include "tests/support/localcollection.h"
-#include "ui/mainui.h"
-#include "ui/views/listview.h"
-#include "ui/views/mainfilesview.h"
+#include "tests/support/filesviewtest.h"
 #include "ui/views/speciallineedit.h"
 #include "ui/views/tableview.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QDesktopServices>
 #include <QHeaderView>
-#include <QMainWindow>
 #include <QMenu>
 
 const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
 
 /** The main view in a window on a real database: commands, keys, drops, texts and editing in place. */
-class TestMainFilesView : public QObject
+class TestMainFilesView : public FilesViewTest
 {
     Q_OBJECT
 
-public slots:
-    void noteOpened(const QUrl &url) { m_opened << url; }
-
 private slots:
-    void init()
-    {
-        m_fixture = std::make_unique<LocalCollection>();
-        m_window = std::make_unique<QMainWindow>();
-        m_ui = std::make_unique<MainUi>(m_window.get());
-        m_view = new MainFilesView(m_window.get());
-        m_view->takePlaces(*m_ui);
-        m_window->setCentralWidget(m_view);
-        m_view->setController(&m_fixture->mainView());
-        m_window->resize(1024, 700);
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-        m_opened.clear();
-        for (const QString &scheme : {"https"_s, "file"_s})
-            QDesktopServices::setUrlHandler(scheme, this, "noteOpened");
-    }
-
-    void cleanup()
-    {
-        for (const QString &scheme : {"https"_s, "file"_s})
-            QDesktopServices::unsetUrlHandler(scheme);
-        m_view->setController(nullptr);
-        m_window.reset();
-        m_fixture.reset();
-    }
+    void init() { openView(); }
+    void cleanup() { closeView(); }
 
     void commandsFollowState_data()
     {
@@ -269,24 +236,8 @@ private slots:
     }
 
 private:
-    // Shows a file for each letter: Internal, External, Hyperlink.
-    QVector<qint64> addKinds(const QString &kinds)
-    {
-        QVector<qint64> ids;
-        for (const QChar kind : kinds) {
-            const QString name = "%1.txt"_s.arg(ids.size());
-            AddingSettings::setLinkToFiles(kind == QLatin1Char('E'));
-            ids << (kind == QLatin1Char('H') ? m_fixture->add(QUrl("https://example.org/"_s + name))
-                                             : m_fixture->addExternal(name));
-        }
-        showAll();
-        return ids;
-    }
-
     QAction *action(const char *name) const { return m_window->findChild<QAction *>(QLatin1String(name)); }
-    QAbstractItemView *list() const { return m_view->findChild<ListView *>(); }
     QAbstractItemView *table() const { return m_view->findChild<TableView *>(); }
-    void showAll() { m_fixture->mainView().showSpecialNode(AllFiles); }
 
     void select(const QVector<qint64> &ids)
     {
@@ -297,14 +248,6 @@ private:
                     sorter->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
         }
     }
-
-    const File *file(qint64 id) { return m_fixture->file(id); }
-
-    std::unique_ptr<LocalCollection> m_fixture;
-    std::unique_ptr<QMainWindow> m_window;
-    std::unique_ptr<MainUi> m_ui;
-    MainFilesView *m_view = nullptr;
-    QList<QUrl> m_opened;
 };
 
 QTEST_MAIN(TestMainFilesView)
