@@ -106,6 +106,26 @@ private slots:
         QTRY_COMPARE((*m_manager)->files().size(), 300);
     }
 
+    void inTheMiddleOfAnExtraction()
+    {
+        m_server->addBlock(1, 0, "bytes");
+        m_server->addFile(1, 1, 5, 1, 0);
+        (*m_manager)->loadAllFiles();
+        QStringList targets;
+        for (int i = 0; i < 2000; ++i)
+            targets.append(m_manager->filePath("out%1"_s.arg(i)));
+        QSignalSpy told(m_manager->get(), &DatabaseManger::error);
+        connect(m_manager->get(), &DatabaseManger::startedAddingFiles, this, &TestServerLoss::interrupt);
+        (*m_manager)->extractFiles(QVector<qint64>(targets.size(), 1), targets);
+        QTRY_COMPARE(m_lost->size(), 1);
+        QTRY_VERIFY(!(*m_manager)->isBusy());
+        QCOMPARE(told.size(), 0);
+        QVERIFY(!QFile::exists(targets.last()));
+        reopen();
+        (*m_manager)->extractFiles({1}, {targets.last()});
+        QTRY_COMPARE(QFileInfo(targets.last()).size(), 5);
+    }
+
     void serverThatDoesNotAnswer()
     {
         if (m_event != QLatin1String("terminate"))
