@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QUuid>
 #include <QVariant>
 
 namespace {
@@ -15,15 +16,22 @@ namespace {
 const QString serverOptions = QStringLiteral("connect_timeout=10;tcp_user_timeout=30000;"
                                              "keepalives_idle=15;keepalives_interval=5;"
                                              "options='-c standard_conforming_strings=on "
-                                             "-c search_path=public -c lock_timeout=%1'");
+                                             "-c search_path=public -c lock_timeout=%1 -c vorna.client=%2'");
 // A file or a tag that another client is removing may stay locked for long. The window must not stand still
 // for it, the worker has the time.
 constexpr int windowLockMilliseconds = 3000;
 
+/** What this run of the program is called in its change stamps. */
+QString clientName()
+{
+    static const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    return name;
+}
+
 QString optionsOnServer(const QString &connectionName)
 {
     const bool isWorker = connectionName == Constants::workerConnection;
-    return serverOptions.arg(isWorker ? 0 : windowLockMilliseconds);
+    return serverOptions.arg(QString::number(isWorker ? 0 : windowLockMilliseconds), clientName());
 }
 
 /** What stands between client and server may have dropped the options. */

@@ -287,8 +287,6 @@ protected:
     virtual QString connectOptions() const { return {}; }
     /** Before all records are read anew. */
     virtual void aboutToLoad() {}
-    /** Notes the state of the database after an edit on the window's connection. */
-    virtual void finishEdit() { refreshModificationDate(); }
     /** The worker stores its changes; others made their last one at this time. */
     virtual void aboutToCommit(const QDateTime &lastChange) { Q_UNUSED(lastChange) }
     /** An own change has this stamp. */

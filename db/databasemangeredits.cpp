@@ -42,7 +42,7 @@ qint64 DatabaseManger::addTag(const QString &name, const QVector<qint64> &fileId
     if (!m_providers.tags || !isDataCurrent())
         return 0;
     const qint64 tagId = m_providers.tags->addTag(name);
-    finishEdit();
+    refreshModificationDate();
     if (tagId > 0 && !fileIds.isEmpty())
         linkTags(fileIds, {tagId});
     return tagId;
@@ -63,7 +63,7 @@ void DatabaseManger::updateTag(qint64 tagId, const QString &column, const QStrin
     if (!m_providers.tags || !isDataCurrent())
         return;
     m_providers.tags->updateTag(tagId, column, value);
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::updateTags(const QVector<qint64> &tagIds)
@@ -89,7 +89,7 @@ bool DatabaseManger::removeTags(const QVector<qint64> &tagIds)
     if (!changed.isEmpty())
         emit filesChanged(changed);
     gotTagsRemoved(true, tagIds);
-    finishEdit();
+    refreshModificationDate();
     return true;
 }
 
@@ -107,7 +107,7 @@ qint64 DatabaseManger::addGroup(const QString &name, bool visible)
     GroupItem *group = m_groups.map().value(groupId);
     if (group)
         group->setVisible(visible);
-    finishEdit();
+    refreshModificationDate();
     return groupId;
 }
 
@@ -116,7 +116,7 @@ void DatabaseManger::renameGroup(qint64 groupId, const QString &name)
     if (!m_providers.groups || !isDataCurrent())
         return;
     m_providers.groups->renameGroup(groupId, name);
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::removeGroups(const QVector<qint64> &groupIds)
@@ -124,7 +124,7 @@ void DatabaseManger::removeGroups(const QVector<qint64> &groupIds)
     if (!m_providers.groups || !isDataCurrent())
         return;
     m_providers.groups->removeGroups(groupIds);
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
@@ -137,7 +137,7 @@ void DatabaseManger::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
     const auto isGone = [this](qint64 tagId) { return !hasTag(tagId); };
     added.erase(std::remove_if(added.begin(), added.end(), isGone), added.end());
     m_providers.groups->setGroupTags(groupId, without(group->tags(), tagIds), added);
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::loadAllNodes()
@@ -158,7 +158,7 @@ qint64 DatabaseManger::addNodeBelow(qint64 tagId, qint64 parentId)
     if (!m_providers.browsTree || !isDataCurrent())
         return 0;
     const qint64 nodeId = m_providers.browsTree->addNode(tagId, true, false, parentId);
-    finishEdit();
+    refreshModificationDate();
     return nodeId;
 }
 
@@ -167,7 +167,7 @@ qint64 DatabaseManger::addNodeAbove(qint64 tagId, qint64 nodeId)
     if (!m_nodes.map().contains(nodeId) || !m_providers.browsTree || !isDataCurrent())
         return 0;
     const qint64 newId = m_providers.browsTree->addNodeAbove(tagId, true, false, parentOf(nodeId), nodeId);
-    finishEdit();
+    refreshModificationDate();
     return newId;
 }
 
@@ -185,7 +185,7 @@ void DatabaseManger::addNodesBelow(const QVector<qint64> &tagIds, qint64 parentI
     const QVector<qint64> ids = m_providers.browsTree->addNodes(tagIds, true, false, parentId);
     if (!ids.isEmpty())
         reloadNodes(ids);
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
@@ -197,7 +197,7 @@ void DatabaseManger::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
     // Read together with the node that they went above, which tells of its new parent.
     if (!ids.isEmpty())
         reloadNodes(ids + QVector<qint64>{nodeId});
-    finishEdit();
+    refreshModificationDate();
 }
 
 bool DatabaseManger::removeNodes(const QVector<qint64> &nodeIds)
@@ -219,7 +219,7 @@ bool DatabaseManger::runRemoval(const NodeRemovalPlan &plan)
     if (!remover.run(plan))
         return false;
     mergeRemoval(plan);
-    finishEdit();
+    refreshModificationDate();
     return true;
 }
 
@@ -228,7 +228,7 @@ void DatabaseManger::updateNode(qint64 nodeId, const QString &column, const QStr
     if (!m_providers.browsTree || !isDataCurrent())
         return;
     m_providers.browsTree->updateNode(nodeId, column, value);
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::loadBrowsingTrees()
@@ -242,7 +242,7 @@ qint64 DatabaseManger::addBrowsingTree(const QString &name)
     if (!m_providers.browsTree || !isDataCurrent())
         return 0;
     const qint64 treeId = m_providers.browsTree->addTree(name);
-    finishEdit();
+    refreshModificationDate();
     return treeId;
 }
 
@@ -251,7 +251,7 @@ bool DatabaseManger::removeBrowsingTree(qint64 treeId)
     if (!m_providers.browsTree || !isDataCurrent())
         return false;
     const bool isRemoved = m_providers.browsTree->removeTree(treeId);
-    finishEdit();
+    refreshModificationDate();
     return isRemoved;
 }
 
@@ -260,7 +260,7 @@ bool DatabaseManger::renameBrowsingTree(qint64 treeId, const QString &name)
     if (!m_providers.browsTree || !isDataCurrent())
         return false;
     const bool isRenamed = m_providers.browsTree->updateTree(treeId, QStringLiteral("tree_name"), name);
-    finishEdit();
+    refreshModificationDate();
     return isRenamed;
 }
 
@@ -282,7 +282,7 @@ void DatabaseManger::addRelations(const QString &parentPath, const QVector<qint6
             fresh.append(tagId);
     }
     m_providers.relationTree->addPaths(parentPath, fresh);
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::removeRelations(const QStringList &paths)
@@ -290,7 +290,7 @@ void DatabaseManger::removeRelations(const QStringList &paths)
     if (!m_providers.relationTree || !isDataCurrent())
         return;
     m_providers.relationTree->removePaths(m_relations.withDescendants(paths));
-    finishEdit();
+    refreshModificationDate();
 }
 
 void DatabaseManger::loadAllFiles()
@@ -359,7 +359,7 @@ bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,
     // The worker may have taken the database between the edit and the reading of what it made.
     if (edited && m_sawBusy)
         m_pendingReloads->add(PendingReloads::FileReload, fileIds);
-    finishEdit();
+    refreshModificationDate();
     return edited;
 }
 
@@ -391,7 +391,7 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
         reloadFiles(changedIds);
         reloadThumbnails(changedIds);
     }
-    finishEdit();
+    refreshModificationDate();
     return saving;
 }
 

@@ -80,12 +80,12 @@ bool PostgresDBManager::isDataCurrent()
     // The rest of an edit of several steps goes with its first one.
     if (m_isReloadDue)
         return false;
-    const QDateTime change = lastChange();
-    if (!change.isValid())
+    PostgresGeneralProvider::Changes changes;
+    if (!m_stamps->readLastChanges(changes) || !changes.ofAll.isValid())
         return false;
-    if (!isNews(change))
+    if (!isNews(changes.ofOthers))
         return true;
-    m_lastModification = change;
+    m_lastModification = changes.ofOthers;
     emit showTempWarning(tr("Warning"), tr("Local data is updating."));
     reloadLater();
     return false;
@@ -103,44 +103,34 @@ void PostgresDBManager::reloadLater()
 
 void PostgresDBManager::refreshModificationDate()
 {
-    noteChange(lastChange());
+    PostgresGeneralProvider::Changes changes;
+    if (!m_areStampsNamed && m_stamps->readLastChanges(changes))
+        noteChange(changes.ofAll);
 }
 
 void PostgresDBManager::noteChange(const QDateTime &change)
 {
-    if (!m_missesChanges && isNews(change))
+    // Where stamps tell whose they are, those of own changes are no news anyway, and passing over what others
+    // did at the same time would hide it.
+    if (!m_areStampsNamed && !m_missesChanges && isNews(change))
         m_lastModification = change;
-}
-
-void PostgresDBManager::finishEdit()
-{
-    QDateTime change;
-    QDateTime changeOfOthers;
-    if (!providers().general || !m_stamps->lastChangeDates(change, changeOfOthers))
-        return;
-    // One that came after the check of this edit. The worker, which has a connection of its own, is no other.
-    m_missesChanges = m_missesChanges || (!isBusy() && isNews(changeOfOthers));
-    noteChange(change);
 }
 
 void PostgresDBManager::aboutToLoad()
 {
+    PostgresGeneralProvider::Changes changes;
     m_missesChanges = false;
-    refreshModificationDate();
+    if (!m_stamps->readLastChanges(changes))
+        return;
+    m_areStampsNamed = changes.areNamed;
+    if (isNews(changes.ofOthers))
+        m_lastModification = changes.ofOthers;
 }
 
 void PostgresDBManager::aboutToCommit(const QDateTime &lastChange)
 {
     // The own change, which comes after it, is not to hide it: the next edit finds news then.
-    m_missesChanges = m_missesChanges || isNews(lastChange);
-}
-
-QDateTime PostgresDBManager::lastChange()
-{
-    QDateTime change;
-    if (!providers().general || !providers().general->lastChangeDate(change))
-        return {};
-    return change;
+    m_missesChanges = m_missesChanges || (!m_areStampsNamed && isNews(lastChange));
 }
 
 bool PostgresDBManager::isNews(const QDateTime &change) const

@@ -39,19 +39,17 @@ protected slots:
 
 protected:
     void aboutToLoad() override;
-    void finishEdit() override;
     void aboutToCommit(const QDateTime &lastChange) override;
     void noteChange(const QDateTime &change) override;
 
 private:
     void reloadLater();
-    /** Invalid when it cannot be read. */
-    QDateTime lastChange();
     bool isNews(const QDateTime &change) const;
 
     PostgresGeneralProvider *m_stamps; // one of the providers
     qint64 m_currentTree = 0;
     QDateTime m_lastModification; ///< UTC, the change up to which the records are those of the server
     bool m_isReloadDue = false;
-    bool m_missesChanges = false; ///< another client's, made during an operation of our own
+    bool m_areStampsNamed = false;
+    bool m_missesChanges = false; ///< without names: another client's, made during an operation of our own
 };

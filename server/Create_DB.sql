@@ -208,7 +208,7 @@ INSERT INTO browsing_trees (tree_name) VALUES ('Default'); -- takes id 1, the de
 CREATE TABLE tables_modification_date (
     last_date timestamp without time zone, -- UTC, whole milliseconds; null in a note
     transaction_id xid8 UNIQUE,            -- null in a stamp
-    backend_id integer                     -- whose stamp it is: a client looks for those of others
+    client text                            -- whose stamp it is: each looks for those of others only
 );
 
 -- The last stamp given, in milliseconds since 1970: unlike a row it is the same for every transaction, also
@@ -232,6 +232,8 @@ CREATE FUNCTION stamp_change() RETURNS trigger
     LANGUAGE plpgsql SECURITY DEFINER SET search_path = pg_catalog, pg_temp
 AS $$
 DECLARE
+    -- A program names itself on each of its connections; all of psql and the like count as one more client.
+    author text := nullif(current_setting('vorna.client', true), '');
     stamp bigint;
     stamp_date timestamp without time zone;
     milliseconds_ahead double precision;
@@ -258,9 +260,8 @@ BEGIN
     DELETE FROM public.tables_modification_date
     WHERE transaction_id = NEW.transaction_id
        OR (last_date < stamp_date AND current_setting('transaction_isolation') = 'read committed'
-           AND (backend_id IS NULL OR backend_id = pg_backend_pid()
-                OR last_date < stamp_date - interval '1 hour'));
-    INSERT INTO public.tables_modification_date (last_date, backend_id) VALUES (stamp_date, pg_backend_pid());
+           AND (client IS NOT DISTINCT FROM author OR last_date < stamp_date - interval '1 day'));
+    INSERT INTO public.tables_modification_date (last_date, client) VALUES (stamp_date, author);
     RETURN NULL;
 END
 $$;

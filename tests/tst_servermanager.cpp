@@ -110,8 +110,25 @@ private slots:
         QCOMPARE(errors.size(), 0);
     }
 
+    void changeOfAnotherIsToldOnce_data()
+    {
+        QTest::addColumn<QString>("setUp"); // of the owner, before the database is opened
+        addRow("stamps with names", ""_s);
+        addRow(
+            "stamps without names, of an older set-up",
+            "ALTER TABLE tables_modification_date DROP COLUMN client; "
+            "CREATE OR REPLACE FUNCTION stamp_change() RETURNS trigger LANGUAGE plpgsql SECURITY DEFINER AS "
+            "'BEGIN DELETE FROM public.tables_modification_date; INSERT INTO public.tables_modification_date "
+            "VALUES (clock_timestamp() AT TIME ZONE ''UTC''); RETURN NULL; END'; "
+            "UPDATE vorna_version SET version=version"_s);
+    }
+
     void changeOfAnotherIsToldOnce()
     {
+        QFETCH(QString, setUp);
+        QVERIFY(setUp.isEmpty() || m_server->owner().run(setUp));
+        m_collection->manager()->reloadAllData();
+        m_reloads->clear();
         const qint64 tagId = m_collection->tags().addTag("mine"_s);
         foreign("INSERT INTO tags VALUES (70,'theirs','',0,NULL)");
         QCOMPARE(m_collection->tags().addTag("more"_s), qint64(0));
@@ -174,12 +191,29 @@ private slots:
         QVERIFY(m_collection->tags().renameTag(tagId, "mine too"_s));
     }
 
-    void changeBesideAnOwnEditIsNotHidden()
+    void changeBesideAnOwnOneIsNotHidden_data()
     {
-        connect(m_collection->manager(), &DatabaseManger::tagsAdded, m_warnings.get(),
-                [this] { foreign("INSERT INTO tags VALUES (72,'theirs','',0,NULL)"); });
-        const qint64 tagId = m_collection->tags().addTag("mine"_s);
-        m_collection->tags().changeDescription(tagId, "later"_s);
+        QTest::addColumn<bool>("isOfWorker");
+        addRow("edit", false);
+        addRow("added file", true);
+    }
+
+    void changeBesideAnOwnOneIsNotHidden()
+    {
+        QFETCH(bool, isOfWorker);
+        const qint64 tagId = isOfWorker ? m_collection->tags().addTag("mine"_s) : 0;
+        const auto beside = [this] { foreign("INSERT INTO tags VALUES (72,'theirs','',0,NULL)"); };
+        const DatabaseManger *manager = m_collection->manager();
+        connect(manager, &DatabaseManger::tagsAdded, m_warnings.get(), beside);
+        connect(manager, &DatabaseManger::startedAddingFiles, m_warnings.get(), [beside] {
+            while (Sql::count("files"_s) < 1)
+                QThread::msleep(1);
+            beside();
+        });
+        if (isOfWorker)
+            m_collection->addExternal("a.txt"_s);
+        m_collection->tags().changeDescription(isOfWorker ? tagId : m_collection->tags().addTag("mine"_s),
+                                               "later"_s);
         QCOMPARE(m_warnings->size(), 1);
         QTRY_COMPARE(m_collection->tags().tagName(72), "theirs"_s);
     }

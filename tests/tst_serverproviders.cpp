@@ -55,14 +55,15 @@ private slots:
         auto &owner = m_database->owner();
         QVERIFY(owner.run("UPDATE tables_modification_date SET last_date='%1'"_s.arg(stamp.chopped(1))));
         PostgresGeneralProvider general(m_database->constructor());
-        QDateTime date;
-        QVERIFY(general.lastChangeDate(date));
-        QCOMPARE(date.toString(Qt::ISODateWithMs), stamp);
+        PostgresGeneralProvider::Changes changes;
+        QVERIFY(general.readLastChanges(changes));
+        QCOMPARE(changes.ofAll.toString(Qt::ISODateWithMs), stamp);
+        QCOMPARE(changes.ofOthers, changes.ofAll);
         QVERIFY(owner.run("DELETE FROM tables_modification_date"_s));
-        QVERIFY(general.lastChangeDate(date));
-        QVERIFY(!date.isValid());
+        QVERIFY(general.readLastChanges(changes));
+        QVERIFY(!changes.ofAll.isValid());
         m_database->close();
-        QVERIFY(!general.lastChangeDate(date));
+        QVERIFY(!general.readLastChanges(changes));
     }
 
 private:

@@ -80,7 +80,7 @@ private slots:
             Sql::value("SELECT string_agg(DISTINCT attname||' '||atttypid::regtype,',') FROM pg_attribute"
                        " JOIN pg_tables ON attrelid=tablename::regclass WHERE schemaname='public' AND "
                        "attnum>0 AND atttypid NOT IN (20,25)"),
-            "backend_id integer,data bytea,id_code character,internal integer,inverted integer,last_date timestamp without "
+            "data bytea,id_code character,internal integer,inverted integer,last_date timestamp without "
             "time zone,thumbnail bytea,tr_options integer,transaction_id xid8"_s);
     }
 

@@ -9,11 +9,6 @@ GeneralProvider::GeneralProvider(const AbstractQueryConstructor *constructor, QO
 {
 }
 
-bool GeneralProvider::lastChangeDate(QDateTime &)
-{
-    return false;
-}
-
 bool GeneralProvider::runStatements(const QStringList &, const QString &)
 {
     return false;

@@ -8,25 +8,18 @@ PostgresGeneralProvider::PostgresGeneralProvider(const AbstractQueryConstructor 
 {
 }
 
-bool PostgresGeneralProvider::lastChangeDates(QDateTime &date, QDateTime &ofOthers)
+bool PostgresGeneralProvider::readLastChanges(Changes &changes)
 {
     // By name in a document, as a database that was set up long ago has stamps without the column.
     const QString query = QStringLiteral(
-        "SELECT max(last_date), max(last_date) FILTER (WHERE (to_jsonb(stamps)->>'backend_id')::integer <> "
-        "pg_backend_pid()) FROM tables_modification_date AS stamps");
+        "SELECT max(last_date), max(last_date) FILTER (WHERE to_jsonb(stamps)->'client' IS DISTINCT FROM "
+        "to_jsonb(current_setting('vorna.client', true))), "
+        "bool_and(to_jsonb(stamps)->'client' IS NOT NULL) FROM tables_modification_date AS stamps");
     TableData table;
     const bool ok = runSync(query + constructor()->statementEnd(), table);
-    date = ChangeStamp::of(table);
-    ofOthers = ChangeStamp::of(table, 1);
-    freeRows(table);
-    return ok;
-}
-
-bool PostgresGeneralProvider::lastChangeDate(QDateTime &date)
-{
-    TableData table;
-    const bool ok = runSync(ChangeStamp::query(*constructor()), table);
-    date = ChangeStamp::of(table);
+    changes.ofAll = ChangeStamp::of(table);
+    changes.ofOthers = ChangeStamp::of(table, 1);
+    changes.areNamed = !table.isEmpty() && table.constFirst()->at(2).toBool();
     freeRows(table);
     return ok;
 }

@@ -2,6 +2,8 @@
 
 #include "core/providers/generalprovider.h"
 
+#include <QDateTime>
+
 /** Adds to the questions about a database the one that its clients ask before each edit. GUI thread. */
 class PostgresGeneralProvider : public GeneralProvider
 {
@@ -10,8 +12,13 @@ class PostgresGeneralProvider : public GeneralProvider
 public:
     explicit PostgresGeneralProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
 
-    /** The latest stamp, in UTC; invalid when the server has none. False when it could not be read. */
-    bool lastChangeDate(QDateTime &date) override;
-    /** The same, together with the latest stamp of other connections. */
-    bool lastChangeDates(QDateTime &date, QDateTime &ofOthers);
+    /** The latest stamps, in UTC; invalid where the server has none. */
+    struct Changes
+    {
+        QDateTime ofAll;
+        QDateTime ofOthers;    ///< without those of this run of the program, where stamps tell whose they are
+        bool areNamed = false; ///< false on a server that was set up without names in its stamps
+    };
+    /** False when they could not be read. */
+    bool readLastChanges(Changes &changes);
 };
