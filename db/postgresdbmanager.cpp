@@ -103,9 +103,9 @@ void PostgresDBManager::reloadLater()
 
 void PostgresDBManager::refreshModificationDate()
 {
-    PostgresGeneralProvider::Changes changes;
-    if (!m_areStampsNamed && m_stamps->readLastChanges(changes))
-        noteChange(changes.ofAll);
+    QDateTime change;
+    if (!m_areStampsNamed && m_stamps->lastChangeDate(change))
+        noteChange(change);
 }
 
 void PostgresDBManager::noteChange(const QDateTime &change)

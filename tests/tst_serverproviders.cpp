@@ -55,15 +55,14 @@ private slots:
         auto &owner = m_database->owner();
         QVERIFY(owner.run("UPDATE tables_modification_date SET last_date='%1'"_s.arg(stamp.chopped(1))));
         PostgresGeneralProvider general(m_database->constructor());
-        PostgresGeneralProvider::Changes changes;
-        QVERIFY(general.readLastChanges(changes));
-        QCOMPARE(changes.ofAll.toString(Qt::ISODateWithMs), stamp);
-        QCOMPARE(changes.ofOthers, changes.ofAll);
+        QDateTime date;
+        QVERIFY(general.lastChangeDate(date));
+        QCOMPARE(date.toString(Qt::ISODateWithMs), stamp);
         QVERIFY(owner.run("DELETE FROM tables_modification_date"_s));
-        QVERIFY(general.readLastChanges(changes));
-        QVERIFY(!changes.ofAll.isValid());
+        QVERIFY(general.lastChangeDate(date));
+        QVERIFY(!date.isValid());
         m_database->close();
-        QVERIFY(!general.readLastChanges(changes));
+        QVERIFY(!general.lastChangeDate(date));
     }
 
 private:

@@ -9,6 +9,11 @@ GeneralProvider::GeneralProvider(const AbstractQueryConstructor *constructor, QO
 {
 }
 
+bool GeneralProvider::lastChangeDate(QDateTime &)
+{
+    return false;
+}
+
 bool GeneralProvider::runStatements(const QStringList &, const QString &)
 {
     return false;

@@ -2,6 +2,7 @@
 
 #include "db/basedbprovider.h"
 
+#include <QDateTime>
 #include <QStringList>
 
 /** Answers what a database is: its version, whether it may be written, when it last changed. GUI thread. */
@@ -11,6 +12,9 @@ class GeneralProvider : public BaseDBProvider
 
 public:
     explicit GeneralProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+
+    /** When any client last wrote; false where the back-end does not keep that. */
+    virtual bool lastChangeDate(QDateTime &date);
 
     /** Runs the statements one by one until one fails; an empty name stands for the default connection. */
     virtual bool runStatements(const QStringList &statements, const QString &connectionName);

@@ -23,3 +23,12 @@ bool PostgresGeneralProvider::readLastChanges(Changes &changes)
     freeRows(table);
     return ok;
 }
+
+bool PostgresGeneralProvider::lastChangeDate(QDateTime &date)
+{
+    TableData table;
+    const bool ok = runSync(ChangeStamp::query(*constructor()), table);
+    date = ChangeStamp::of(table);
+    freeRows(table);
+    return ok;
+}

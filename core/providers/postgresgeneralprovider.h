@@ -2,8 +2,6 @@
 
 #include "core/providers/generalprovider.h"
 
-#include <QDateTime>
-
 /** Adds to the questions about a database the one that its clients ask before each edit. GUI thread. */
 class PostgresGeneralProvider : public GeneralProvider
 {
@@ -19,6 +17,8 @@ public:
         QDateTime ofOthers;    ///< without those of this run of the program, where stamps tell whose they are
         bool areNamed = false; ///< false on a server that was set up without names in its stamps
     };
+    /** The latest stamp, in UTC; invalid when the server has none. False when it could not be read. */
+    bool lastChangeDate(QDateTime &date) override;
     /** False when they could not be read. */
     bool readLastChanges(Changes &changes);
 };
