@@ -135,6 +135,20 @@ private slots:
         }
     }
 
+    void oneOfManyIsToldOf()
+    {
+        m_fixture->addExternal("1.txt"_s);
+        m_fixture->addExternal("2.txt"_s);
+        showAll();
+        const Sorter *sorter = m_fixture->mainView().sorter();
+        QSignalSpy told(m_view, &MainFilesView::fileSelected);
+        for (int row = 0; row < 2; ++row) {
+            list()->selectAll();
+            list()->setCurrentIndex(sorter->index(row, 0));
+            QCOMPARE(told.last().first().toLongLong(), sorter->fileAt(row)->id());
+        }
+    }
+
     void dropAddsFiles()
     {
         const qint64 tagId = m_fixture->tags().addTag("A"_s);

@@ -436,7 +436,9 @@ void MainFilesView::restoreSelection()
 
 void MainFilesView::fileSelectionChanged(const QItemSelection &selected)
 {
-    const File *file = selected.isEmpty() ? nullptr : fileAt(selected.first().topLeft());
+    // Where others only left the selection, the one that was told of last may be among them.
+    const QItemSelection told = selected.isEmpty() ? selection()->selection() : selected;
+    const File *file = told.isEmpty() ? nullptr : fileAt(told.first().topLeft());
     if (file)
         emit fileSelected(file->id());
     else if (selectedFiles().isEmpty())
