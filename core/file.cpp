@@ -1,5 +1,6 @@
 #include "core/file.h"
 
+#include "core/filekind.h"
 #include "core/textpool.h"
 
 #include <QDebug>
@@ -8,8 +9,6 @@
 #include <cstring>
 
 namespace {
-
-constexpr qint32 hyperlink = 2;
 
 constexpr qint8 plainIcon = 0;
 constexpr qint8 pdfIcon = 1;
@@ -283,7 +282,7 @@ void File::deriveType()
 {
     m_iconKind = plainIcon;
     m_type = QString();
-    if (m_internal == hyperlink) {
+    if (m_internal == FileKind::hyperlink) {
         m_type = QStringLiteral("Hyperlink");
         m_iconKind = hyperlinkIcon;
         return;

@@ -3,6 +3,7 @@
 #include "app/constants.h"
 #include "core/extractionplan.h"
 #include "core/file.h"
+#include "core/filekind.h"
 #include "core/miscoperationthread.h"
 #include "db/databasemanger.h"
 #include "models/idlistmime.h"
@@ -17,13 +18,9 @@
 
 namespace {
 
-constexpr qint32 externalKind = 0;
-constexpr qint32 internalKind = 1;
 // The other program waits for some seconds, and the pointer belongs to the drag until then.
 constexpr qint64 mostBytesCopied = 512LL * 1024 * 1024;
 constexpr int lookInterval = 20; // ms
-
-const QString urlFormat = QStringLiteral("text/uri-list");
 
 void appendUrl(QByteArray &list, const QString &path)
 {
@@ -55,10 +52,10 @@ FileDragData::FileDragData(const QVector<qint64> &fileIds, DatabaseManger *manag
     qint64 bytesCopied = 0;
     for (const qint64 fileId : fileIds) {
         const File *file = manager->file(fileId);
-        const bool isInternal = file && file->internal() == internalKind;
+        const bool isInternal = file && file->internal() == FileKind::internal;
         m_hasCopies = m_hasCopies || isInternal;
         bytesCopied += isInternal ? file->size() : 0;
-        m_isOffered = m_isOffered || isInternal || (file && file->internal() == externalKind);
+        m_isOffered = m_isOffered || isInternal || (file && file->internal() == FileKind::external);
     }
     m_isOffered = m_isOffered && bytesCopied <= mostBytesCopied;
 }
@@ -67,7 +64,7 @@ QStringList FileDragData::formats() const
 {
     QStringList formats = QMimeData::formats();
     if (m_isOffered)
-        formats.append(urlFormat);
+        formats.append(Constants::uriMimeType);
     if (m_isOffered && m_hasCopies)
         formats.append(copiesFormat);
     return formats;
@@ -75,7 +72,7 @@ QStringList FileDragData::formats() const
 
 QVariant FileDragData::retrieveData(const QString &format, QVariant::Type type) const
 {
-    if (!m_isOffered || format != urlFormat)
+    if (!m_isOffered || format != Constants::uriMimeType)
         return QMimeData::retrieveData(format, type);
     promise();
     const QByteArray urls = m_urls;
@@ -91,9 +88,9 @@ void FileDragData::promise() const
     QVector<ExtractionPlan::Source> sources;
     for (const qint64 fileId : m_fileIds) {
         const File *file = m_manager ? m_manager->file(fileId) : nullptr;
-        if (file && file->internal() == externalKind)
+        if (file && file->internal() == FileKind::external)
             appendUrl(m_urls, file->path());
-        else if (file && file->internal() == internalKind)
+        else if (file && file->internal() == FileKind::internal)
             sources.append({fileId, file->name(), QString(), file->size(), file->checksum()});
     }
     m_folder = QDir::tempPath() + QLatin1String("/vorna-") + QUuid::createUuid().toString(QUuid::Id128);

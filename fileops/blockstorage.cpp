@@ -1,5 +1,6 @@
 #include "fileops/blockstorage.h"
 
+#include "core/filekind.h"
 #include "fileops/fileoperationworker.h"
 
 #include <QDebug>
@@ -13,7 +14,7 @@ bool BlockStorage::readInto(qint64 fileId, QFile &target, const AtBlock &atBlock
     qint64 storageId = 0;
     if (!m_worker.readFileStorageInfo(fileId, internal, size, storageId))
         return false;
-    if (internal != 1) {
+    if (internal != FileKind::internal) {
         qDebug() << "*** Error: File is not internal; cannot extract it.";
         return false;
     }

@@ -132,8 +132,7 @@ QString Database::safeFileName(const QString &name)
     QString safe = name.mid(name.lastIndexOf(QLatin1Char('/')) + 1);
     safe.remove(QChar(QChar::Null));
     const bool isUsable = !safe.isEmpty() && safe != QLatin1String(".") && safe != QLatin1String("..");
-    constexpr int mostBytes = 255;
-    return isUsable ? fittingFileName(safe, mostBytes) : QStringLiteral("_");
+    return isUsable ? fittingFileName(safe, mostNameBytes) : QStringLiteral("_");
 }
 
 QVector<qint64> Database::listResults(const QString &connectionName, const QString &statement)

@@ -45,6 +45,8 @@ QString relativePath(const QString &absolutePath, const PathLocator &locator);
 /** The reverse, by plain joining. */
 QString absolutePath(const QString &relativePath, const PathLocator &locator);
 
+/** The bytes that a file name has at most. */
+constexpr int mostNameBytes = 255;
 /** Whether something has this path, if only a link that leads nowhere. */
 bool isTaken(const QString &path);
 /** A name that nothing in the folder has: the given one, or that with "_1", "_2" ... before its first dot. */

@@ -1,6 +1,7 @@
 #include "fileops/deletefilesoperation.h"
 
 #include "app/constants.h"
+#include "core/filekind.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/sqltext.h"
 #include "db/transaction.h"
@@ -70,9 +71,9 @@ bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 
     static const QString deleteBlocks = deleteChainStatement(QStringLiteral("storage"));
     static const QString deleteLinks = deleteChainStatement(QStringLiteral("storage_info"));
 
-    const bool hasPath = internal == 0;
+    const bool hasPath = internal == FileKind::external;
     // An empty file owns no block; the id that was kept for it may have become another file's.
-    const bool hasBlocks = internal == 1 && size > 0;
+    const bool hasBlocks = internal == FileKind::internal && size > 0;
     if (!hasPath && !hasBlocks)
         return true;
     Savepoint savepoint(m_worker);

@@ -1,5 +1,6 @@
 #include "fileops/fileextractor.h"
 
+#include "core/filekind.h"
 #include "fileops/blockstorage.h"
 #include "fileops/databasefunctions.h"
 #include "fileops/fileoperationworker.h"
@@ -17,7 +18,6 @@
 
 namespace {
 constexpr qint64 sliceSize = 1024LL * 1024;
-constexpr int mostBytes = 255; // of a name
 
 /** Makes a new file that nobody else may read, not even at its first moment. */
 bool openPrivately(QFile &file)
@@ -60,14 +60,12 @@ void logUnopened(const QString &path)
 
 bool FileExtractor::extractToFile(qint64 fileId, const QString &target, Existing existing)
 {
-    constexpr int externalKind = 0;
-    constexpr int internalKind = 1;
     int kind = 0;
     if (!m_worker->readInternal(fileId, kind))
         return false;
-    if (kind == externalKind)
+    if (kind == FileKind::external)
         return extractExternal(fileId, target, existing);
-    if (kind != internalKind)
+    if (kind != FileKind::internal)
         return true;
     return write(target, existing, [this, fileId](QFile &file) { return writeInternal(fileId, file); });
 }
@@ -88,8 +86,9 @@ QString FileExtractor::extractToTemporary(qint64 fileId)
         }
         name.prepend(QLatin1String("t_"));
         // What is left of a name cut before leads to the same names again, all of them taken.
-        if (QFile::encodeName(name).size() > mostBytes)
-            name = QString::number(++cuts) + QLatin1Char('_') + Database::fittingFileName(name, mostBytes);
+        if (QFile::encodeName(name).size() > Database::mostNameBytes)
+            name = QString::number(++cuts) + QLatin1Char('_') +
+                   Database::fittingFileName(name, Database::mostNameBytes);
         file.setFileName(folder + name);
     }
     qDebug("FileExtractor: extracting to temporary file, %s", qPrintable(file.fileName()));

@@ -1,5 +1,6 @@
 #include "fileops/imagestore.h"
 
+#include "core/filekind.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/sqltext.h"
 #include "db/transaction.h"
@@ -16,8 +17,6 @@
 #include <QSet>
 
 namespace {
-constexpr int externalKind = 0;
-constexpr int internalKind = 1;
 
 QString filled(const char *statement, qint64 id)
 {
@@ -40,8 +39,8 @@ StoredImage ImageStore::load(qint64 fileId)
     if (!result.image.isNull())
         m_origins.insert(fileId, origin);
     else
-        result.state = origin.internal == internalKind ? StoredImage::InternalUnreadable
-                                                       : StoredImage::ExternalUnreadable;
+        result.state = origin.internal == FileKind::internal ? StoredImage::InternalUnreadable
+                                                             : StoredImage::ExternalUnreadable;
     return result;
 }
 
@@ -52,7 +51,7 @@ bool ImageStore::save(qint64 fileId, const QImage &picture, QVector<qint64> &cha
         return false;
     if (writing.bytes.isEmpty())
         return true;
-    if (m_origins.value(fileId).internal == externalKind)
+    if (m_origins.value(fileId).internal == FileKind::external)
         return saveExternal(fileId, writing, changedIds);
     if (!saveInternal(fileId, writing))
         return false;
@@ -67,14 +66,14 @@ bool ImageStore::readOrigin(qint64 fileId, Origin &origin)
         return false;
     origin.storageId = row.at(0).toLongLong();
     origin.internal = row.at(1).toInt();
-    if (origin.internal == externalKind) {
+    if (origin.internal == FileKind::external) {
         if (!readRow(filled("SELECT path FROM file_paths WHERE path_id=%1;", origin.storageId), row))
             return false;
         origin.path = row.at(0).toString();
         origin.stamp = RegularFile::stampOf(origin.path);
         return true;
     }
-    if (origin.internal != internalKind ||
+    if (origin.internal != FileKind::internal ||
         !readRow(filled("SELECT file_size, data_checksum FROM files WHERE file_id=%1;", fileId), row))
         return false;
     origin.size = row.at(0).toLongLong();
@@ -99,7 +98,7 @@ bool ImageStore::readUnchanged(qint64 fileId)
 
 StoredImage::State ImageStore::readBytes(Origin &origin, QByteArray &bytes)
 {
-    if (origin.internal == internalKind) {
+    if (origin.internal == FileKind::internal) {
         // An empty file owns no block; the id that was kept for it may have become another file's.
         const bool isRead = origin.size != 0 && readChain(origin.storageId, bytes);
         return isRead ? StoredImage::Loaded : StoredImage::InternalUnreadable;

@@ -1,5 +1,6 @@
 #include "fileops/remakethumbnailsoperation.h"
 
+#include "core/filekind.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/transaction.h"
 #include "fileops/fileoperationworker.h"
@@ -65,9 +66,9 @@ QVector<qint64> RemakeThumbnailsOperation::fileIds()
 void RemakeThumbnailsOperation::remakeThumbnail(qint64 fileId)
 {
     int internal = 0;
-    if (!m_worker.readInternal(fileId, internal) || internal == 0)
+    if (!m_worker.readInternal(fileId, internal) || internal == FileKind::external)
         remakeThumbnailExternalFile(fileId);
-    else if (internal == 1)
+    else if (internal == FileKind::internal)
         qDebug("FileOperationWorker::remakeThumbnailsInDB() - file is internal.  Doing nothing");
 }
 

@@ -1,5 +1,6 @@
 #include "fileops/transferfilesoperation.h"
 
+#include "core/filekind.h"
 #include "db/transaction.h"
 #include "fileops/fileoperationworker.h"
 #include "fileops/regularfile.h"
@@ -65,7 +66,7 @@ bool TransferFilesOperation::readRows(Source &source)
     int internal = 0;
     qint64 recordedSize = 0;
     return m_worker.readFileStorageInfo(source.fileId, internal, recordedSize, source.pathId) &&
-           internal == 0 && m_worker.readPath(source.fileId, source.path);
+           internal == FileKind::external && m_worker.readPath(source.fileId, source.path);
 }
 
 ContentWriter::Outcome TransferFilesOperation::transfer(Source &source)

@@ -2,6 +2,7 @@
 
 #include "app/constants.h"
 #include "core/file.h"
+#include "core/filekind.h"
 #include "models/contentshost.h"
 #include "models/idlistmime.h"
 #include "models/modelroles.h"
@@ -35,7 +36,6 @@ const ColumnInfo columns[] = {
 };
 constexpr int columnTotal = static_cast<int>(sizeof columns / sizeof columns[0]);
 
-constexpr qint32 internalKind = 1;
 constexpr int elidedWidth = 200;
 constexpr int pictureSize = 128;
 
@@ -120,7 +120,7 @@ QVariant ContentsModel::text(const File &file, int column) const
     case Path:
     case RelPath: {
         const QString path = type == Path ? file.path() : file.relPath();
-        const bool isInside = file.internal() == internalKind && path.isEmpty();
+        const bool isInside = file.internal() == FileKind::internal && path.isEmpty();
         return isInside ? QStringLiteral("internal") : path;
     }
     case Tags:

@@ -1,5 +1,7 @@
 #include "models/filepictures.h"
 
+#include "core/filekind.h"
+
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
@@ -9,8 +11,6 @@
 namespace {
 
 constexpr int overlayFraction = 4;
-constexpr int linkedKind = 0;
-constexpr int hyperlinkKind = 2;
 
 QImage pictureFrom(const QString &name)
 {
@@ -51,7 +51,7 @@ const QMap<int, QImage> &kindPictures()
 // All that decides what is drawn over a picture, as one number to keep pictures by.
 int overlayKey(bool isMissing, int internal)
 {
-    const int link = internal == linkedKind ? 1 : internal == hyperlinkKind ? 2 : 0;
+    const int link = internal == FileKind::external ? 1 : internal == FileKind::hyperlink ? 2 : 0;
     return link * 2 + (isMissing ? 1 : 0);
 }
 
@@ -79,9 +79,9 @@ QPixmap composed(const QImage &base, bool isMissing, int internal)
     const QSizeF size = QSizeF(picture.size()) / picture.devicePixelRatioF();
     if (isMissing)
         drawOverlay(painter, size, FilePictures::MissingOverlay, true);
-    if (internal == linkedKind)
+    if (internal == FileKind::external)
         drawOverlay(painter, size, FilePictures::LinkOverlay, false);
-    else if (internal == hyperlinkKind)
+    else if (internal == FileKind::hyperlink)
         drawOverlay(painter, size, FilePictures::HyperlinkOverlay, false);
     return picture;
 }

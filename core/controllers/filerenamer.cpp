@@ -2,6 +2,7 @@
 
 #include "app/messages.h"
 #include "core/file.h"
+#include "core/filekind.h"
 #include "core/filerenaming.h"
 #include "core/miscoperationthread.h"
 #include "db/databasemanger.h"
@@ -13,9 +14,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr qint32 externalKind = 0;
-constexpr qint32 hyperlinkKind = 2;
 
 QString tr(const char *text)
 {
@@ -48,9 +46,9 @@ FileRenamer::Outcome FileRenamer::tryRename(qint64 fileId, const QString &text) 
     if (!file || name.isEmpty() || name == file->name())
         return Unchanged;
     // The name of a hyperlink is its address.
-    if (file->internal() != hyperlinkKind && !isNameOfFile(name))
+    if (file->internal() != FileKind::hyperlink && !isNameOfFile(name))
         return NameForbidden;
-    if (file->internal() != externalKind)
+    if (file->internal() != FileKind::external)
         return m_manager->updateFile(fileId, QStringLiteral("file_name"), name) ? Renamed : Unchanged;
 
     FileRenaming renaming(file->path(), file->relPath(), name);
@@ -87,7 +85,7 @@ bool FileRenamer::isRecorded(const QString &path) const
 {
     const Map<qint64, File *> &files = m_manager->files();
     return std::any_of(files.begin(), files.end(), [&path](const File *file) {
-        return file->internal() == externalKind && path.endsWith(file->name()) && file->path() == path;
+        return file->internal() == FileKind::external && path.endsWith(file->name()) && file->path() == path;
     });
 }
 
@@ -116,7 +114,8 @@ bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
             return refuse(tr("The other file is in the database too and cannot be replaced."));
         // Looked up anew: while the box stood open the file may have gone, or gone into the database.
         file = m_manager->file(fileId);
-        if (!file || file->internal() != externalKind || file->path() != path || !m_manager->isDataCurrent())
+        if (!file || file->internal() != FileKind::external || file->path() != path ||
+            !m_manager->isDataCurrent())
             return false;
         return settle(renaming.runReplacing() ? store(renaming, fileId, name) : DiskRefused, fileId, name);
     default:

@@ -1,6 +1,7 @@
 #include "core/controllers/folderextraction.h"
 
 #include "core/file.h"
+#include "core/filekind.h"
 #include "core/miscoperationthread.h"
 #include "db/databasemanger.h"
 
@@ -14,17 +15,15 @@ constexpr int eventInterval = 50;
 
 QVector<ExtractionPlan::Source> sourcesOf(const DatabaseManger &manager, const QVector<qint64> &fileIds)
 {
-    constexpr qint32 externalKind = 0;
-    constexpr qint32 hyperlinkKind = 2;
     QVector<ExtractionPlan::Source> sources;
     sources.reserve(fileIds.size());
     QSet<qint64> seen;
     for (const qint64 fileId : fileIds) {
         const File *file = manager.file(fileId);
-        if (!file || file->internal() == hyperlinkKind || seen.contains(fileId))
+        if (!file || file->internal() == FileKind::hyperlink || seen.contains(fileId))
             continue;
         seen.insert(fileId);
-        const QString path = file->internal() == externalKind ? file->path() : QString();
+        const QString path = file->internal() == FileKind::external ? file->path() : QString();
         sources.append({fileId, file->name(), path, file->size(), file->checksum()});
     }
     return sources;

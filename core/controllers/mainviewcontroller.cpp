@@ -10,6 +10,7 @@
 #include "core/controllers/tagscontroller.h"
 #include "core/file.h"
 #include "core/filedragdata.h"
+#include "core/filekind.h"
 #include "db/databasemanger.h"
 #include "fileops/thumbnailcache.h"
 #include "models/contentsmodel.h"
@@ -24,9 +25,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr qint32 externalKind = 0;
-constexpr qint32 internalKind = 1;
 
 bool dropTags(QVector<qint64> &list, const QVector<qint64> &tagIds)
 {
@@ -228,7 +226,7 @@ void MainViewController::transferToInternal(const QVector<qint64> &fileIds)
     QVector<qint64> external;
     for (const qint64 fileId : fileIds) {
         const File *file = m_contents->fileAt(m_contents->rowOf(fileId));
-        if (file && file->internal() == externalKind)
+        if (file && file->internal() == FileKind::external)
             external.append(fileId);
     }
     if (manager() && !external.isEmpty() && mayWrite())
@@ -252,7 +250,7 @@ void MainViewController::setFileConflictAsker(const FileConflictAsker &asker)
 void MainViewController::openTemporaryCopy(qint64 fileId)
 {
     const File *file = manager() ? manager()->file(fileId) : nullptr;
-    if (!file || file->internal() != internalKind)
+    if (!file || file->internal() != FileKind::internal)
         return;
     ++m_awaitedCopies;
     manager()->extractToTemporary(fileId);

@@ -2,6 +2,7 @@
 
 #include "core/controllers/mainviewcontroller.h"
 #include "core/file.h"
+#include "core/filekind.h"
 #include "models/contentsmodel.h"
 #include "ui/dialogs/contentmatchreport.h"
 #include "ui_duplicateprompt.h"
@@ -18,7 +19,6 @@
 namespace {
 
 constexpr int pathRole = Qt::UserRole;
-constexpr int hyperlink = 2;
 constexpr int sizeColumnWidth = 110;
 constexpr int dateColumnWidth = 200;
 constexpr int longestWaitMilliseconds = 100;
@@ -78,7 +78,7 @@ void DuplicatePrompt::showContentMatches(const PresentableDuplicates &duplicates
         const File *file = model ? model->fileAt(model->rowOf(info.fileId)) : nullptr;
         if (file) {
             known.tagNames = m_controller->tagNames(file->tags());
-            known.isHyperlink = file->internal() == hyperlink;
+            known.isHyperlink = file->internal() == FileKind::hyperlink;
         }
         return known;
     });

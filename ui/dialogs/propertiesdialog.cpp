@@ -1,17 +1,12 @@
 #include "ui/dialogs/propertiesdialog.h"
 
 #include "core/file.h"
+#include "core/filekind.h"
 
 #include <QDialogButtonBox>
 #include <QLocale>
 #include <QTextEdit>
 #include <QVBoxLayout>
-
-namespace {
-
-constexpr int internalFile = 1;
-
-} // namespace
 
 PropertiesDialog::PropertiesDialog(const File &file, QWidget *parent) : QDialog(parent)
 {
@@ -37,7 +32,7 @@ PropertiesDialog::PropertiesDialog(const File &file, QWidget *parent) : QDialog(
 QString PropertiesDialog::text(const File &file)
 {
     const QString dateFormat = QStringLiteral("ddd dd MMM yyyy hh:mm:ss");
-    const bool isInternal = file.internal() == internalFile;
+    const bool isInternal = file.internal() == FileKind::internal;
     const QString inside = QStringLiteral("internal");
     // All values in one call: a name may hold "%1" itself.
     return tr("Name: %1\nDescription: %2\nAdded: %3\nModified: %4\nSize: %5 bytes\nAbsolute path: %6\n"

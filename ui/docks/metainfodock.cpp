@@ -4,6 +4,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/file.h"
+#include "core/filekind.h"
 #include "models/contentsmodel.h"
 #include "models/tagstablemodel.h"
 
@@ -17,7 +18,6 @@
 namespace {
 
 constexpr int narrowest = 180;
-constexpr int hyperlink = 2;
 constexpr int longestFact = 5000; // signs
 constexpr int titleColumn = 0;
 constexpr int factColumn = 1;
@@ -148,7 +148,7 @@ void MetaInfoDock::showFile(const File &file)
     m_name->setForegroundRole(QPalette::WindowText);
     m_name->setText(file.name());
     m_name->setToolTip(Qt::convertFromPlainText(file.name()));
-    const bool isHyperlink = file.internal() == hyperlink;
+    const bool isHyperlink = file.internal() == FileKind::hyperlink;
     const QString tagNames = m_controller->tagNames(file.tags());
     setFact(m_tags, tagNames.isEmpty() ? tr("none") : tagNames);
     setFact(m_description, file.description());

@@ -1,15 +1,10 @@
 #include "ui/preview/imagewalk.h"
 
 #include "core/file.h"
+#include "models/filepictures.h"
 #include "models/sorter.h"
 
 #include <algorithm>
-
-namespace {
-
-constexpr qint32 pictureKind = 6;
-
-} // namespace
 
 ImageWalk::ImageWalk(const Sorter *sorter, QObject *parent) : QObject(parent), m_sorter(sorter)
 {
@@ -66,7 +61,7 @@ int ImageWalk::currentRow() const
 bool ImageWalk::isPicture(int row) const
 {
     const File *file = m_sorter->fileAt(row);
-    return file && file->iconKind() == pictureKind;
+    return file && file->iconKind() == FilePictures::thumbnailKind;
 }
 
 qint64 ImageWalk::idAt(std::vector<int>::const_iterator place) const

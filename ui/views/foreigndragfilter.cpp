@@ -20,17 +20,15 @@ class UrlsOnly : public QMimeData
 {
 public:
     explicit UrlsOnly(const QMimeData &data) : m_data(data) {}
-    QStringList formats() const override { return {urlFormat()}; }
+    QStringList formats() const override { return {Constants::uriMimeType}; }
 
 protected:
     QVariant retrieveData(const QString &format, QVariant::Type) const override
     {
-        return format == urlFormat() ? QVariant(m_data.data(format)) : QVariant();
+        return format == Constants::uriMimeType ? QVariant(m_data.data(format)) : QVariant();
     }
 
 private:
-    static QString urlFormat() { return QStringLiteral("text/uri-list"); }
-
     const QMimeData &m_data;
 };
 

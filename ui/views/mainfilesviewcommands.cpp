@@ -11,7 +11,9 @@
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/file.h"
+#include "core/filekind.h"
 #include "core/tbnode.h"
+#include "models/filepictures.h"
 #include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/dialogs/browsingtreetagsdialog.h"
 #include "ui/dialogs/propertiesdialog.h"
@@ -31,14 +33,6 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QUrl>
-
-namespace {
-
-constexpr int externalFile = 0;
-constexpr int hyperlink = 2;
-constexpr int pictureKind = 6;
-
-} // namespace
 
 void MainFilesView::openContextMenu(const QPoint &pos)
 {
@@ -67,11 +61,11 @@ void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)
     const File *file = fileAt(index);
     if (!file)
         return;
-    if (file->internal() == hyperlink)
+    if (file->internal() == FileKind::hyperlink)
         FileOpening::openHyperlink(this, file->name());
-    else if (!forceExternal && file->iconKind() == pictureKind)
+    else if (!forceExternal && file->iconKind() == FilePictures::thumbnailKind)
         openPreview(*file);
-    else if (file->internal() == externalFile)
+    else if (file->internal() == FileKind::external)
         FileOpening::openExternalFile(this, file->path());
     else if (FileOpening::mayOpenCopy(this, file->name()))
         m_controller->openTemporaryCopy(file->id());
@@ -79,7 +73,7 @@ void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)
 
 void MainFilesView::openPreview(const File &file)
 {
-    if (file.internal() != externalFile || !FileOpening::warnWhenGone(this, file.path()))
+    if (file.internal() != FileKind::external || !FileOpening::warnWhenGone(this, file.path()))
         m_previews->open(file.id(), m_controller);
 }
 
@@ -100,7 +94,7 @@ void MainFilesView::openBrowsTagsEditor()
 void MainFilesView::openFileManager()
 {
     const File *file = selectedFiles().first();
-    if (file && file->internal() == externalFile)
+    if (file && file->internal() == FileKind::external)
         FileOpening::showInFileManager(this, file->path());
 }
 

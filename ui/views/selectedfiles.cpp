@@ -1,21 +1,14 @@
 #include "ui/views/selectedfiles.h"
 
 #include "core/file.h"
+#include "core/filekind.h"
+#include "models/filepictures.h"
 #include "models/sorter.h"
 
 #include <QItemSelectionModel>
 #include <QSet>
 
 #include <algorithm>
-
-namespace {
-
-constexpr int externalFile = 0;
-constexpr int internalFile = 1;
-constexpr int hyperlink = 2;
-constexpr int pictureKind = 6;
-
-} // namespace
 
 bool SelectedFiles::isEmpty() const
 {
@@ -97,12 +90,12 @@ bool SelectedFiles::hasFile(Predicate isWanted) const
 
 bool SelectedFiles::areAllInternal() const
 {
-    return !isEmpty() && !hasFile([](const File &file) { return file.internal() != internalFile; });
+    return !isEmpty() && !hasFile([](const File &file) { return file.internal() != FileKind::internal; });
 }
 
 bool SelectedFiles::hasHyperlink() const
 {
-    return hasFile([](const File &file) { return file.internal() == hyperlink; });
+    return hasFile([](const File &file) { return file.internal() == FileKind::hyperlink; });
 }
 
 SelectedFilesFacts SelectedFiles::facts(const QVector<qint64> &missing) const
@@ -113,13 +106,13 @@ SelectedFilesFacts SelectedFiles::facts(const QVector<qint64> &missing) const
     if (files.isEmpty())
         return facts;
     facts.count = files.size();
-    facts.isPicture = files.first()->iconKind() == pictureKind;
+    facts.isPicture = files.first()->iconKind() == FilePictures::thumbnailKind;
     facts.areAllInternal = true;
     facts.areAllExternal = true;
     for (const File *file : files) {
-        facts.areAllInternal = facts.areAllInternal && file->internal() == internalFile;
-        facts.areAllExternal = facts.areAllExternal && file->internal() == externalFile;
-        facts.hasHyperlink = facts.hasHyperlink || file->internal() == hyperlink;
+        facts.areAllInternal = facts.areAllInternal && file->internal() == FileKind::internal;
+        facts.areAllExternal = facts.areAllExternal && file->internal() == FileKind::external;
+        facts.hasHyperlink = facts.hasHyperlink || file->internal() == FileKind::hyperlink;
         facts.hasMissing = facts.hasMissing || missingIds.contains(file->id());
     }
     return facts;
