@@ -96,18 +96,17 @@ private slots:
 
     void savesNothing_data()
     {
-        addColumns<QString, QString, bool>("name", "turns", "isOffered");
-        addRow("a whole turn", "a.png"_s, "rrrr"_s, false);
-        addRow("back and forth", "a.png"_s, "rl"_s, false);
-        addRow("cancelled", "a.png"_s, "rrr"_s, true);
+        addColumns<QString, bool>("turns", "isOffered");
+        addRow("a whole turn", "rrrr"_s, false);
+        addRow("back and forth", "rl"_s, false);
+        addRow("cancelled", "rrr"_s, true);
     }
 
     void savesNothing()
     {
-        QFETCH(QString, name);
         QFETCH(QString, turns);
         QFETCH(bool, isOffered);
-        const qint64 id = addPicture(name);
+        const qint64 id = addPicture("a.png"_s);
         PreviewBox *box = open(id);
         turn(box, turns);
         QTRY_COMPARE(offersSaving(box), isOffered);
@@ -138,7 +137,7 @@ private slots:
     void tellsWhatCannotBeShown()
     {
         const qint64 good = addPicture("a.png"_s);
-        const qint64 gone = addPicture("b.png"_s, false);
+        addPicture("b.png"_s, false);
         const qint64 spoilt = addPicture("c.png"_s);
         QFile::remove(m_fixture->filePath("b.png"_s));
         Sql::run("UPDATE storage SET data='no picture' WHERE storage_id=%1"_s.arg(
@@ -161,7 +160,6 @@ private slots:
         QVERIFY(box->isFullScreen());
         QTRY_COMPARE(box->fileId(), last);
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
-        QVERIFY(gone != spoilt);
     }
 
     void escapeEndsTheShowThenTheWindow()
