@@ -27,12 +27,12 @@ namespace {
 bool isBusyError(const QSqlError &error, bool isOnServer)
 {
     // "lock_not_available" and "deadlock_detected".
-    const QString text = error.nativeErrorCode();
+    const QString code = error.nativeErrorCode();
     if (isOnServer)
-        return text == QLatin1String("55P03") || text == QLatin1String("40P01");
+        return code == QLatin1String("55P03") || code == QLatin1String("40P01");
     // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
-    const int code = text.toInt() & 0xff;
-    return code == 5 || code == 6;
+    const int primary = code.toInt() & 0xff;
+    return primary == 5 || primary == 6;
 }
 } // namespace
 

@@ -262,9 +262,6 @@ protected slots:
     void gotFoundFileIds(const QVector<qint64> &fileIds);
     void gotMissedFileIds(const QVector<qint64> &fileIds);
 
-private slots:
-    void gotConnectionLoss();
-
 protected:
     /** What a back-end makes in its constructor, each with the manager as its parent. */
     struct Providers
@@ -307,6 +304,7 @@ private:
     void connectFileNews();
     void connectErrors(BaseDBProvider *provider);
     void gotProviderError(const QSqlError &error);
+    void gotConnectionLoss();
     void updateTag(qint64 tagId, const QString &column, const QString &value);
     qint64 parentOf(qint64 nodeId) const;
     bool runRemoval(const NodeRemovalPlan &plan);

@@ -5,8 +5,8 @@
 class PostgresGeneralProvider;
 
 /**
- * The manager of a database on a server, where others write too. Each edit first asks the server for the time
- * of its latest change; when that is news, the edit is dropped with a warning and everything is read anew.
+ * The manager of a database on a server, where others write too. Each edit first asks the server when others
+ * last changed something; when that is news, the edit is dropped with a warning and everything is read anew.
  */
 class PostgresDBManager : public DatabaseManger
 {
@@ -46,10 +46,10 @@ private:
     void reloadLater();
     bool isNews(const QDateTime &change) const;
 
-    PostgresGeneralProvider *m_stamps; // one of the providers
+    PostgresGeneralProvider *m_stamps; ///< the provider of general data
     qint64 m_currentTree = 0;
     QDateTime m_lastModification; ///< UTC, the change up to which the records are those of the server
     bool m_isReloadDue = false;
-    bool m_areStampsNamed = false;
-    bool m_missesChanges = false; ///< without names: another client's, made during an operation of our own
+    bool m_areStampsNamed = false; ///< own stamps can be told from those of others
+    bool m_missesChanges = false;  ///< without names: another client's, made during an operation of our own
 };

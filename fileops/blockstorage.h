@@ -21,7 +21,7 @@ public:
 
     /**
      * Writes a file's contents into an open target. False when the file is not internal, a block is missing,
-     * or there are fewer bytes than recorded, writing fails, the target is gone at the end, or on a stop or
+     * there are fewer bytes than recorded, writing fails, the target is gone at the end, or on a stop or
      * cancel, which also closes the target.
      */
     bool readInto(qint64 fileId, QFile &target, const AtBlock &atBlock = {});

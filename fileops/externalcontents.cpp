@@ -25,8 +25,8 @@ bool ExternalContents::replace(const QByteArray &bytes)
 
 bool ExternalContents::restore(const QByteArray &oldBytes)
 {
-    constexpr qint64 nanosecondsInOne = 1000000;
-    const QDateTime oldTime = QDateTime::fromMSecsSinceEpoch(m_stamp.modified / nanosecondsInOne);
+    constexpr qint64 nanosecondsPerMillisecond = 1000000;
+    const QDateTime oldTime = QDateTime::fromMSecsSinceEpoch(m_stamp.modified / nanosecondsPerMillisecond);
     m_stamp = RegularFile::stampOf(m_path);
     QFile file(m_path);
     const bool isBack = replace(oldBytes) && file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) &&

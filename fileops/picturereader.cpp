@@ -101,8 +101,7 @@ bool isPlainPng(const QByteArray &head, QImage::Format format)
     return format == QImage::Format_RGB32 && head.size() == headLength && head.at(headLength - 1) == 0;
 }
 
-/** The most pixels that a file unpacks to beside the size that its format tells; -1 when it is too long to
- * tell. */
+/** The most pixels that a file unpacks to beside the size that its format tells; -1 when it is too long. */
 qint64 hiddenPixels(QIODevice &device, const QByteArray &format)
 {
     if (format == "gif")

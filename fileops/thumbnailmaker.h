@@ -27,8 +27,7 @@ public:
     static bool isImageName(const QString &path);
     /** The canvas with the picture; null when the file is no picture that can be read. Any thread. */
     static QImage thumbnailOf(const QString &path);
-    /** The canvas with a picture that is decoded and turned upright already; null for a null one. Any thread.
-     */
+    /** The canvas with a picture that is decoded and upright already; null for a null one. Any thread. */
     static QImage canvasOf(const QImage &picture);
     /** The bytes of a thumbnail as its table holds them: a compressed PNG; empty on failure. Any thread. */
     static QByteArray encoded(const QImage &canvas);

@@ -7,8 +7,10 @@
 class ExternalFileView;
 class MainViewController;
 
-/** The computer's files beside the database: they are dragged from here onto the tree, tags and
- * files, and files of the database onto the folders here. */
+/**
+ * The computer's files beside the database: they are dragged from here onto the tree, tags and files, and
+ * files of the database onto the folders here.
+ */
 class ExternalFilesDock : public AbstractDock
 {
     Q_OBJECT
