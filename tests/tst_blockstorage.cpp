@@ -1,9 +1,8 @@
 #include "fileops/blockstorage.h"
 #include "fileops/databasefunctions.h"
 #include "fileops/idcodegenerator.h"
-#include "fileops/postgresfileoperationworker.h"
-#include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/serverdatabase.h"
+#include "tests/support/testworker.h"
 
 namespace {
 /** Draws codes from a list, the last again and again. */
@@ -32,10 +31,7 @@ private slots:
     {
         m_database = makeTestDatabase();
         QVERIFY(m_database->openWorkerConnection());
-        if (isLocal())
-            m_worker = makeWorker<SqliteFileOperationWorker>();
-        else
-            m_worker = makeWorker<PostgresFileOperationWorker>();
+        m_worker = makeWorker(*m_database);
     }
 
     void cleanup()
@@ -134,7 +130,7 @@ private slots:
 
     void drawsTakenCodesAgain()
     {
-        const std::unique_ptr<FileOperationWorker> worker = makeWorker<DrawingWorker>();
+        const std::unique_ptr<FileOperationWorker> worker = makeWorkerAs<DrawingWorker>(*m_database);
         m_database->addFile(1, 2, 0, 0);
         QString code;
         QVERIFY(worker->nextIdCode(code));
@@ -165,12 +161,6 @@ private slots:
     }
 
 private:
-    template <class Worker>
-    std::unique_ptr<FileOperationWorker> makeWorker()
-    {
-        return std::make_unique<Worker>(Constants::workerConnection, m_database->details(),
-                                        m_database->constructor());
-    }
     bool isLocal() const { return m_database->details().type() == Constants::localDatabase; }
     QString target() const { return m_folder.filePath("target"_s); }
 

@@ -2,9 +2,8 @@
 #include "fileops/contentwriter.h"
 #include "fileops/extractfilesoperation.h"
 #include "fileops/fileextractor.h"
-#include "fileops/postgresfileoperationworker.h"
-#include "fileops/sqlitefileoperationworker.h"
 #include "tests/support/serverdatabase.h"
+#include "tests/support/testworker.h"
 
 /** What comes out of a database again, in the worker's own thread. */
 class TestExtraction : public QObject
@@ -20,10 +19,7 @@ private slots:
         qputenv("TMPDIR", m_folder->folder().toLocal8Bit());
         m_database = makeTestDatabase();
         QVERIFY(m_database->openWorkerConnection());
-        if (isLocal())
-            m_worker = makeWorker<SqliteFileOperationWorker>();
-        else
-            m_worker = makeWorker<PostgresFileOperationWorker>();
+        m_worker = makeWorker(*m_database);
     }
 
     void cleanup()
@@ -172,12 +168,6 @@ private slots:
     }
 
 private:
-    template <class Worker>
-    std::unique_ptr<FileOperationWorker> makeWorker()
-    {
-        return std::make_unique<Worker>(Constants::workerConnection, m_database->details(),
-                                        m_database->constructor());
-    }
     bool isLocal() const { return m_database->details().type() == Constants::localDatabase; }
 
     void addInternal(qint64 id, const QByteArray &bytes)
