@@ -6,7 +6,6 @@
 #include <QDebug>
 #include <QMap>
 #include <QSqlError>
-#include <QTimer>
 #include <QWidget>
 
 namespace {
@@ -22,7 +21,20 @@ int resultCode(const QSqlError &error)
 }
 } // namespace
 
-DatabaseErrors::DatabaseErrors(QWidget *window) : QObject(window), m_window(window) {}
+DatabaseErrors::DatabaseErrors(QWidget *window) : QObject(window), m_window(window)
+{
+    m_errorTimer.setSingleShot(true);
+    m_lossTimer.setSingleShot(true);
+    connect(&m_errorTimer, &QTimer::timeout, this, &DatabaseErrors::show);
+    connect(&m_lossTimer, &QTimer::timeout, this, &DatabaseErrors::showConnectionLoss);
+}
+
+void DatabaseErrors::databaseClosed()
+{
+    m_errorTimer.stop();
+    m_lossTimer.stop();
+    m_isConnectionLost = false;
+}
 
 void DatabaseErrors::report(const QSqlError &error)
 {
@@ -30,11 +42,10 @@ void DatabaseErrors::report(const QSqlError &error)
         return;
     qDebug() << "Database error:" << error;
     const int number = resultCode(error);
-    const QString text = advice(number);
-    if (text.isEmpty() || m_isShowing)
+    if (advice(number).isEmpty() || m_isShowing || m_errorTimer.isActive())
         return;
-    m_isShowing = true;
-    QTimer::singleShot(0, this, [this, number, text] { show(number, text); });
+    m_number = number;
+    m_errorTimer.start(0);
 }
 
 void DatabaseErrors::reportConnectionLoss()
@@ -42,10 +53,13 @@ void DatabaseErrors::reportConnectionLoss()
     if (m_isConnectionLost)
         return;
     m_isConnectionLost = true;
-    QTimer::singleShot(0, this, [this] {
-        Messages::critical(m_window, tr("Connection problem"), tr("Could not connect to the database."));
-        emit closeRequested();
-    });
+    m_lossTimer.start(0);
+}
+
+void DatabaseErrors::showConnectionLoss()
+{
+    Messages::critical(m_window, tr("Connection problem"), tr("Could not connect to the database."));
+    emit closeRequested();
 }
 
 QString DatabaseErrors::advice(int number)
@@ -72,15 +86,17 @@ QString DatabaseErrors::advice(int number)
     }
 }
 
-void DatabaseErrors::show(int number, const QString &advice)
+void DatabaseErrors::show()
 {
-    if (number != diskError) {
+    const QString text = advice(m_number);
+    m_isShowing = true;
+    if (m_number != diskError) {
         Messages::critical(m_window, tr("Error Accessing Database"),
-                           tr("An error has occurred accessing the database. ") + advice);
+                           tr("An error has occurred accessing the database. ") + text);
         m_isShowing = false;
         return;
     }
-    const int button = askHowToGoOn(advice);
+    const int button = askHowToGoOn(text);
     // The next database tells of errors of its own.
     m_isShowing = false;
     if (button == openAnotherButton) {

@@ -1,6 +1,7 @@
 #include "tests/support/windowfixture.h"
 
 #include <QDockWidget>
+#include <QSqlError>
 #include <QTabBar>
 #include <QToolBar>
 
@@ -37,6 +38,21 @@ private slots:
         window().closeDatabase();
         QCOMPARE(window().windowTitle(), "Vorna - "_s);
         QVERIFY(!info->isEnabled());
+    }
+
+    void boxesGoWithTheirDatabase()
+    {
+        m_fixture->openNew("old.vrn"_s);
+        window().slotConnectionError();
+        window().slotDBErrorOccured(QSqlError(QString(), QString(), QSqlError::StatementError, "13"_s));
+        const QString path = m_fixture->openNew("next.vrn"_s);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        QCOMPARE(m_fixture->openPath(), path);
+        window().slotConnectionError();
+        QTRY_VERIFY(!window().collection());
+        QCOMPARE(m_fixture->takeBoxes(),
+                 QStringList{"Connection problem: Could not connect to the database."_s});
     }
 
     void openAsksForFile()
