@@ -7,6 +7,10 @@
 
 #include <QTextDocument>
 
+namespace {
+const QLatin1Char separator('.');
+} // namespace
+
 TRmodel::TRmodel(RelationsController *controller, QObject *parent)
     : QAbstractItemModel(parent), m_controller(controller), m_root(0)
 {
@@ -105,20 +109,51 @@ QModelIndex TRmodel::indexOf(const TRnode *node) const
 
 QString TRmodel::pathOf(const QModelIndex &index) const
 {
+    QStringList pieces;
     const TRnode *node = nodeAt(index);
     if (!node)
         return {};
-    QStringList pieces;
-    for (const qint64 id : node->ancestorIds())
-        pieces.append(QString::number(id));
-    pieces.append(QString::number(node->id()));
-    return pieces.join(QLatin1Char('.'));
+    for (; node->parentNode() && node->parentNode() != &m_root; node = node->parentNode())
+        pieces.prepend(QString::number(node->id()));
+    pieces.prepend(topPathOf(node));
+    return pieces.join(separator);
+}
+
+QString TRmodel::topPathOf(const TRnode *node) const
+{
+    const QString path = m_longTopPaths.value(node);
+    return path.isEmpty() ? QString::number(node->id()) : path;
+}
+
+const TRnode *TRmodel::topNodeOf(const QString &path) const
+{
+    const TRnode *found = nullptr;
+    int length = 0;
+    for (const TRnode *node : m_root.children()) {
+        const QString top = topPathOf(node);
+        const bool isBeginning = path == top || path.startsWith(top + separator);
+        if (isBeginning && top.size() > length) {
+            found = node;
+            length = top.size();
+        }
+    }
+    return found;
+}
+
+void TRmodel::noteTopPath(const QString &path, const TRnode *node)
+{
+    if (path.contains(separator))
+        m_longTopPaths.insert(node, path);
 }
 
 QModelIndex TRmodel::indexOfPath(const QString &path) const
 {
-    const TRnode *node = &m_root;
-    for (const QString &piece : path.split(QLatin1Char('.'))) {
+    const TRnode *node = topNodeOf(path);
+    if (!node)
+        return {};
+    const QString below = path.mid(topPathOf(node).size() + 1);
+    const QStringList pieces = below.isEmpty() ? QStringList() : below.split(separator);
+    for (const QString &piece : pieces) {
         const qint64 id = piece.toLongLong();
         const TRnode *next = nullptr;
         for (const TRnode *child : node->children()) {
@@ -139,8 +174,10 @@ void TRmodel::resetNodes(const Vector<QPair<QString, TRnode *>> &nodes)
     for (TRnode *child : m_root.children())
         disconnectNode(child);
     m_root.removeAllChildren();
+    m_longTopPaths.clear();
     for (const auto &entry : nodes) {
         if (!entry.second->parentNode()) {
+            noteTopPath(entry.first, entry.second);
             m_root.addChild(entry.second);
             connectNode(entry.second);
         }
@@ -151,8 +188,10 @@ void TRmodel::resetNodes(const Vector<QPair<QString, TRnode *>> &nodes)
 void TRmodel::addedNewNodes(const Vector<QPair<QString, TRnode *>> &nodes)
 {
     for (const auto &entry : nodes) {
-        if (!entry.second->parentNode())
-            m_root.addChild(entry.second);
+        if (entry.second->parentNode())
+            continue;
+        noteTopPath(entry.first, entry.second);
+        m_root.addChild(entry.second);
     }
 }
 
@@ -194,8 +233,10 @@ void TRmodel::beforeRemoveChildrenNode(const QList<TRnode *> &children, TRnode *
     // One node, or all children of the parent: either way one run of rows.
     const int first = children.isEmpty() ? -1 : parentNode->indexOf(children.first());
     beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
-    for (TRnode *child : children)
+    for (TRnode *child : children) {
         disconnectNode(child);
+        m_longTopPaths.remove(child);
+    }
 }
 
 void TRmodel::removedChildrenNode(const QList<TRnode *> &)

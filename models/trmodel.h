@@ -4,6 +4,7 @@
 #include "core/vector.h"
 
 #include <QAbstractItemModel>
+#include <QHash>
 #include <QPair>
 
 class RelationsController;
@@ -57,7 +58,13 @@ private:
     void connectNode(TRnode *node);
     void disconnectNode(TRnode *node);
     void repaintBelow(const QModelIndex &parent);
+    void noteTopPath(const QString &path, const TRnode *node);
+    /** The entry at the top whose path is the longest beginning of this one; null when there is none. */
+    const TRnode *topNodeOf(const QString &path) const;
+    /** The path of an entry at the top. */
+    QString topPathOf(const TRnode *node) const;
 
     RelationsController *m_controller;
     TRnode m_root;
+    QHash<const TRnode *, QString> m_longTopPaths; ///< of entries at the top whose parents have no rows
 };

@@ -253,6 +253,26 @@ private slots:
         fixture.manager()->removeTags({2});
         QCOMPARE(pathsOf(*model), QStringList("1"_s));
     }
+
+    void relationWithoutItsParent()
+    {
+        LocalCollection fixture;
+        fixture.addTags({"animals"_s, "lions"_s, "cubs"_s, "names"_s});
+        fixture.run("INSERT INTO tag_relationships VALUES ('1.2'),('1.2.3'),('2'),('2.1.4.3')");
+        fixture.manager()->reloadAllData();
+        TRmodel *model = fixture.relations().model();
+        const QStringList stored({"1.2"_s, "1.2.3"_s, "2"_s, "2.1.4.3"_s});
+        QCOMPARE(pathsOf(*model), stored);
+        for (const QString &path : stored)
+            QCOMPARE(model->indexOfPath(path).data(RelationRole::Path).toString(), path);
+        fixture.relations().addChildren("1.2"_s, {4});
+        fixture.relations().removeNode("1.2.3"_s);
+        fixture.relations().removeNode("2.1.4.3"_s);
+        QCOMPARE(pathsOf(*model), QStringList({"1.2"_s, "1.2.4"_s, "2"_s}));
+        fixture.relations().removeNode("1.2"_s);
+        QCOMPARE(pathsOf(*model), QStringList("2"_s));
+        QCOMPARE(fixture.rows("SELECT * FROM tag_relationships"), QStringList("2"_s));
+    }
 };
 
 QTEST_MAIN(TestTreeModels)
