@@ -167,6 +167,53 @@ private slots:
         QCOMPARE(m_open->mainView().shownFileIds(), Ids{1});
     }
 
+    void reloadDropsGoneTags_data()
+    {
+        addColumns<Ids, Ids, bool>("asked", "rest", "isEitherOr");
+        addRow("all of the tags", Ids({1, 2}), Ids{1}, false);
+        addRow("any of the tags", Ids({1, 2}), Ids{1}, true);
+        addRow("nothing is left", Ids{2}, Ids(), false);
+    }
+
+    void reloadDropsGoneTags()
+    {
+        QFETCH(Ids, asked);
+        QFETCH(Ids, rest);
+        QFETCH(bool, isEitherOr);
+        m_open->addFiles(2);
+        tags().addTag("stays"_s, {1, 2});
+        tags().addTag("goes"_s, {1});
+        // Somebody else removes the tag.
+        const auto reload = [this] {
+            for (const char *table : {"tags", "file_tag"})
+                QVERIFY(m_open->run("DELETE FROM %1 WHERE tag_id=2"_s.arg(QLatin1String(table))));
+            m_open->manager()->reloadAllData();
+        };
+        isEitherOr ? tags().showTagsEitherOr(asked) : tags().showTagsSelected(asked);
+        QSignalSpy shown(&m_open->mainView(), &MainViewController::tagRequirementsChanged);
+        reload();
+        QCOMPARE(shown.last().at(isEitherOr ? 2 : 1).value<Ids>(), rest);
+        QCOMPARE(m_open->mainView().shownFileIds(), rest.isEmpty() ? Ids() : Ids({1, 2}));
+    }
+
+    void nodeWithoutALinkStandsAtTheTop()
+    {
+        m_open->addTags({"tag"_s});
+        QVERIFY(m_open->run("INSERT INTO tb_nodes VALUES (9,1,1,0)"));
+        QVERIFY(m_open->database().keysTaken());
+        m_open->manager()->reloadAllData();
+        const TBnode *node = m_open->tree().nodeById(9);
+        QVERIFY(node && node->parentNode() == m_open->tree().nodeById(0));
+        // One whose link is refused is not made.
+        QVERIFY(m_open->database().refuse("INSERT ON tb_node_links"_s));
+        QSignalSpy errors(m_open->get(), &Collection::errorOccured);
+        QCOMPARE(m_open->addNode(1), qint64(0));
+        QCOMPARE(m_open->manager()->addNodeAbove(1, 9), qint64(0));
+        QCOMPARE(errors.size(), 2);
+        QCOMPARE(m_open->count("tb_nodes"_s), 1);
+        QCOMPARE(m_open->manager()->nodes().keys(), QList<qint64>{9});
+    }
+
     void legalityAgreesWithThePaths()
     {
         QRandomGenerator random(5);

@@ -20,13 +20,14 @@
 
 #include <QDebug>
 #include <QDesktopServices>
+#include <QSet>
 #include <QTimer>
 
 #include <algorithm>
 
 namespace {
 
-bool dropTags(QVector<qint64> &list, const QVector<qint64> &tagIds)
+bool dropTags(QVector<qint64> &list, const QSet<qint64> &tagIds)
 {
     const auto isGone = [&tagIds](qint64 tagId) { return tagIds.contains(tagId); };
     const auto firstGone = std::remove_if(list.begin(), list.end(), isGone);
@@ -71,6 +72,7 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::thumbnailUpdated, m_contents, &ContentsModel::repaintFile);
     connect(source, &DatabaseManger::remadeAllThumbnails, m_contents, &ContentsModel::repaintAll);
     connect(source, &DatabaseManger::aboutToReloadAllData, m_contents, &ContentsModel::clear);
+    connect(source, &DatabaseManger::allDataReloaded, this, &MainViewController::forgetGoneTags);
     connect(source, &DatabaseManger::tagsLoaded, m_sorter, &Sorter::refreshTagNames);
     connect(source, &DatabaseManger::tagsRenamed, m_sorter, &Sorter::refreshTagNames);
     connect(source, &DatabaseManger::startedAddingFiles, this, &MainViewController::startedAddingFiles);
@@ -331,10 +333,24 @@ void MainViewController::resumeChecking()
     m_checkingPauses = qMax(0, m_checkingPauses - 1);
 }
 
-void MainViewController::forgetTags(const QVector<qint64> &tagIds)
+void MainViewController::forgetGoneTags()
+{
+    const TagRequirements asked = m_filter->requirements();
+    QVector<qint64> tagIds =
+        asked.required + asked.eitherOr + asked.excluded + asked.eitherOrWidened + asked.excludedWidened;
+    for (const QVector<qint64> &alternatives : asked.requiredAlternatives)
+        tagIds += alternatives;
+    const auto isThere = [this](qint64 tagId) { return manager()->hasTag(tagId); };
+    tagIds.erase(std::remove_if(tagIds.begin(), tagIds.end(), isThere), tagIds.end());
+    if (!tagIds.isEmpty())
+        forgetTags(tagIds);
+}
+
+void MainViewController::forgetTags(const QVector<qint64> &removedTags)
 {
     if (m_filter->nodeType() != TagNode)
         return;
+    const QSet<qint64> tagIds(removedTags.cbegin(), removedTags.cend());
     TagRequirements requirements = m_filter->requirements();
     bool isAsked = false;
     for (QVector<qint64> *list : {&requirements.required, &requirements.eitherOr, &requirements.excluded})

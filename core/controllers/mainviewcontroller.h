@@ -109,7 +109,7 @@ public:
     void resumeChecking();
     bool isCheckingPaused() const { return m_checkingPauses > 0; }
     /** These tags are gone; a selection that asks for one of them goes on without it. */
-    void forgetTags(const QVector<qint64> &tagIds);
+    void forgetTags(const QVector<qint64> &removedTags);
 
     /** Invalid for an unknown file. */
     QVariant fileData(qint64 fileId, DataType type) const;
@@ -147,6 +147,8 @@ private:
     bool linkTagsToFile(qint64 fileId, const QVector<qint64> &tagIds) override;
 
     void connectManager();
+    /** The same with those that a reload did not bring back. */
+    void forgetGoneTags();
     void showRequirements(const TagRequirements &requirements);
 
     TagsController *m_tags = nullptr;

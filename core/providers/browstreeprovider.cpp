@@ -37,22 +37,21 @@ void BrowsTreeProvider::loadNodes(const QVector<qint64> &ids)
 
 qint64 BrowsTreeProvider::addNode(qint64 tagId, bool trOption, bool inverted, qint64 parentId)
 {
-    const qint64 id = insertNode(tagId, trOption, inverted);
-    if (id <= 0)
-        return 0;
-    // A link that fails leaves a node at the top level, and so the node is shown in either case.
-    addLink(parentId, id);
-    loadNode(id);
+    const qint64 id = addNodes({tagId}, trOption, inverted, parentId).value(0);
+    if (id > 0)
+        loadNode(id);
     return id;
 }
 
 qint64 BrowsTreeProvider::addNodeAbove(qint64 tagId, bool trOption, bool inverted, qint64 parentId,
                                        qint64 childId)
 {
+    const qint64 id = addNodesAbove({tagId}, trOption, inverted, parentId, childId).value(0);
+    if (id <= 0)
+        return 0;
     // The new node must be among the records before its child moves below it.
-    const qint64 id = addNode(tagId, trOption, inverted, parentId);
-    if (id > 0)
-        updateParent({childId}, id);
+    loadNode(id);
+    emit nodeParentUpdated({childId}, id);
     return id;
 }
 

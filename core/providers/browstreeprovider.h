@@ -17,7 +17,10 @@ public:
     virtual void loadAllNodes();
     virtual void loadNodes(const QVector<qint64> &ids);
 
-    /** Inserts a node below a parent (0 the top level), emits nodesAdded; gives its id, 0 on failure. */
+    /**
+     * Inserts a node with its link below a parent (0 the top level), both or neither, and emits nodesAdded;
+     * gives its id, 0 on failure.
+     */
     virtual qint64 addNode(qint64 tagId, bool trOption, bool inverted, qint64 parentId);
     /** The same between a child and its parent: nodesAdded comes first, then nodeParentUpdated. */
     virtual qint64 addNodeAbove(qint64 tagId, bool trOption, bool inverted, qint64 parentId, qint64 childId);
