@@ -27,10 +27,10 @@ function(vorna_check_style target)
     endif()
 endfunction()
 
-# vorna_add_layer(name SOURCES ... LINKS ...): one static library of the layer diagram.
+# vorna_add_layer(name SOURCES ... LINKS ...): one library of the layer diagram; static but for mutate.sh.
 function(vorna_add_layer name)
     cmake_parse_arguments(LAYER "" "" "SOURCES;LINKS" ${ARGN})
-    add_library(${name} STATIC ${LAYER_SOURCES})
+    add_library(${name} ${LAYER_SOURCES})
     target_link_libraries(${name} PUBLIC vorna_flags ${LAYER_LINKS})
     vorna_check_style(${name})
 endfunction()
