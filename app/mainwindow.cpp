@@ -44,6 +44,10 @@ MainWindow::~MainWindow()
 
 bool MainWindow::event(QEvent *event)
 {
+    if (event->type() == QEvent::Close && !mayLeaveDatabase()) {
+        event->ignore();
+        return true;
+    }
     // No command has a text for the status bar; the empty ones of the menus would wipe out the count of
     // files.
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
@@ -78,6 +82,11 @@ bool MainWindow::openDatabase(const DBDetails &details)
     updateDatabaseActions();
     updateWindowTitle();
     return opened;
+}
+
+bool MainWindow::mayLeaveDatabase()
+{
+    return m_mainView->savePreviews();
 }
 
 void MainWindow::closeDatabase()
@@ -124,6 +133,8 @@ void MainWindow::rememberRecentDatabase()
 
 void MainWindow::openRecentDatabase(const DBDetails &details)
 {
+    if (!mayLeaveDatabase())
+        return;
     if (details.type() == Constants::serverDatabase)
         openRecentServer(details);
     else if (!QFileInfo::exists(details.databaseName()))
@@ -140,6 +151,8 @@ void MainWindow::warnOfFailedOpening()
 
 void MainWindow::slotOpenDb()
 {
+    if (!mayLeaveDatabase())
+        return;
     const QString path =
         FileDialogs::openFile(this, tr("Open Database"), WindowSettings::lastDatabaseDir(QDir::homePath()),
                               Constants::databaseFilter);
@@ -153,6 +166,8 @@ void MainWindow::slotOpenDb()
 
 void MainWindow::newDatabase()
 {
+    if (!mayLeaveDatabase())
+        return;
     QString path =
         FileDialogs::saveFile(this, tr("Create New Database"),
                               WindowSettings::lastDatabaseDir(QDir::homePath()), Constants::databaseFilter);

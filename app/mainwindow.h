@@ -96,6 +96,8 @@ private:
     void connectCollection();
     void attachControllers();
     void detachControllers();
+    /** False when something of the open database is still to be saved, which the user sees. */
+    bool mayLeaveDatabase();
     void rememberRecentDatabase();
     void openRecentDatabase(const DBDetails &details);
     void openRecentServer(const DBDetails &details);

@@ -27,13 +27,14 @@ constexpr int usualPort = 5432;
 
 void MainWindow::slotConnectDb()
 {
-    connectDialogLoop(
-        DBDetails(Constants::serverDatabase, QString(), usualPort, QString(), QString(), QString()));
+    if (mayLeaveDatabase())
+        connectDialogLoop(
+            DBDetails(Constants::serverDatabase, QString(), usualPort, QString(), QString(), QString()));
 }
 
 void MainWindow::slotDisconnectDb()
 {
-    if (m_collection)
+    if (m_collection && mayLeaveDatabase())
         closeDatabase();
 }
 

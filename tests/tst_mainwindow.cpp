@@ -1,4 +1,8 @@
+#include "core/controllers/mainviewcontroller.h"
+#include "models/sorter.h"
 #include "tests/support/windowfixture.h"
+#include "ui/preview/previewbox.h"
+#include "ui/views/mainfilesview.h"
 
 #include <QDockWidget>
 #include <QSqlError>
@@ -113,6 +117,38 @@ private slots:
         QVERIFY(QFile::exists(first));
         QVERIFY(QFileInfo(m_fixture->path("link.vrn"_s)).isSymLink());
         QCOMPARE(WindowFixture::read(old) == "precious", open != QLatin1String("old.vrn"));
+    }
+
+    void staysWithAPictureThatWaits()
+    {
+        const QString path = m_fixture->openNew();
+        const QString other = m_fixture->makeDatabase("other.vrn"_s);
+        QImage(6, 4, QImage::Format_RGB32).save(m_fixture->path("a.png"_s));
+        QSettings().setValue("PreferencesDialog/autoSaveRotated"_s, true);
+        MainViewController *files = window().collection()->mainViewController();
+        files->showSpecialNode(AllFiles);
+        files->addUrls({QUrl::fromLocalFile(m_fixture->path("a.png"_s))}, {});
+        QTRY_COMPARE(files->sorter()->rowCount(), 1);
+        window().show();
+        auto *view = window().findChild<MainFilesView *>();
+        view->openFile(files->sorter()->index(0, 0));
+        QPointer<PreviewBox> box;
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            box = box ? box.data() : qobject_cast<PreviewBox *>(widget);
+        box->rotateClockwise();
+
+        OtherConnection writer(path);
+        QVERIFY(writer.run("BEGIN IMMEDIATE"_s));
+        for (const char *way : {"Disconnect", "Open", "New Local Database", "Connect", "Exit"}) {
+            m_fixture->chooseFile(other);
+            m_fixture->action(QString::fromUtf8(way))->trigger();
+            QVERIFY2(window().isVisible() && box && m_fixture->openPath() == path, way);
+        }
+        QVERIFY(writer.run("ROLLBACK"_s));
+        m_fixture->chooseFile(other);
+        m_fixture->action("Open"_s)->trigger();
+        QCOMPARE(m_fixture->openPath(), other);
+        QCOMPARE(QImage(m_fixture->path("a.png"_s)).size(), QSize(4, 6));
     }
 
     void databaseComesBackWhenNoneCanTakeItsPlace()

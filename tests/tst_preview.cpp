@@ -60,7 +60,7 @@ private slots:
     void savesWhatWasTurned_data()
     {
         addColumns<bool, QString, QString>("isInternal", "turns", "end");
-        for (const char *end : {"Save changes", "walk", "close", "database"}) {
+        for (const char *end : {"Save changes", "walk", "close", "show", "database", "loss"}) {
             addRow(qPrintable("internal, "_s + QLatin1String(end)), true, "r"_s, QString::fromUtf8(end));
             addRow(qPrintable("external, "_s + QLatin1String(end)), false, "lll"_s, QString::fromUtf8(end));
         }
@@ -78,19 +78,42 @@ private slots:
         QSignalSpy changed(box, &PreviewBox::changedThumbnail);
         turn(box, turns);
         QTRY_COMPARE(offersSaving(box), end == "Save changes"_s);
+        if (end != "loss"_s) {
+            // At first while somebody else writes: what was turned stays, and can be saved or cancelled.
+            OtherConnection other(m_fixture->path());
+            QVERIFY(other.run("BEGIN IMMEDIATE"_s));
+            QSignalSpy warned(m_fixture->get(), &Collection::showTempWarning);
+            leave(box, end);
+            QCOMPARE(warned.count(), 1);
+            QTRY_VERIFY(box && buttons(box)->isEnabled() && offersSaving(box));
+            QVERIFY(box->isVisible() && !box->isFullScreen() && box->fileId() == id);
+            QCOMPARE(preview(box)->pictureSize(), picture().size().transposed());
+            QVERIFY(other.run("ROLLBACK"_s));
+        }
         QCOMPARE(stored(id), picture());
 
-        if (end == "walk"_s)
-            box->nextImage();
-        else if (end == "close"_s)
-            QTest::keyClick(box, Qt::Key_Escape);
-        else if (end == "database"_s)
-            m_previews->closeAll();
-        else
-            pressWhileBusy(box, end);
+        leave(box, end);
         QTRY_COMPARE(changed.count(), 1);
         QCOMPARE(stored(id), picture().transformed(QTransform().rotate(90)));
         QTRY_VERIFY(!box || !offersSaving(box));
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
+    void leavesTheChoiceWhatCannotBeSaved()
+    {
+        const qint64 id = addPicture("a.png"_s);
+        LocalCollection::set("PreferencesDialog/autoSaveRotated", true);
+        PreviewBox *box = open(id, ContentsOrder);
+        const qint64 other = addPicture("b.png"_s);
+        turn(box, "r"_s);
+        Sql::run("UPDATE files SET data_checksum=data_checksum+1 WHERE file_id=%1"_s.arg(id));
+        box->nextImage();
+        QCOMPARE(m_fixture->takeBoxes(),
+                 QStringList("Error saving image: The turned picture could not be saved."_s));
+        QTRY_VERIFY(box->fileId() == id && offersSaving(box));
+        // Who goes on now does so without it.
+        box->nextImage();
+        QCOMPARE(box->fileId(), other);
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 
@@ -100,6 +123,7 @@ private slots:
         addRow("a whole turn", "rrrr"_s, false);
         addRow("back and forth", "rl"_s, false);
         addRow("cancelled", "rrr"_s, true);
+        addRow("cancelled as it could not be saved by itself", "r"_s, true);
     }
 
     void savesNothing()
@@ -108,7 +132,13 @@ private slots:
         QFETCH(bool, isOffered);
         const qint64 id = addPicture("a.png"_s);
         PreviewBox *box = open(id);
+        const bool isRefused = turns == "r"_s;
+        LocalCollection::set("PreferencesDialog/autoSaveRotated", isRefused);
         turn(box, turns);
+        if (isRefused) {
+            OtherConnection other(m_fixture->path());
+            QVERIFY(other.run("BEGIN IMMEDIATE"_s) && !box->close());
+        }
         QTRY_COMPARE(offersSaving(box), isOffered);
         if (isOffered)
             press(box, "Cancel"_s);
@@ -203,7 +233,17 @@ private slots:
         box->close();
         QCOMPARE(m_fixture->file(b)->description(), "later"_s);
 
+        // Neither is what was typed lost to a lock.
         box = open(a);
+        type(box, "?"_s);
+        {
+            OtherConnection other(m_fixture->path());
+            QVERIFY(other.run("BEGIN IMMEDIATE"_s));
+            box->nextImage();
+        }
+        QVERIFY(box->fileId() == a && description(box)->text().endsWith("?"_s));
+        press(box, "Cancel"_s);
+        QCOMPARE(description(box)->text(), "one quoted word!"_s);
         type(box, "?"_s);
         QTest::keyClick(description(box), Qt::Key_Escape);
         QVERIFY(!box->isVisible());
@@ -315,15 +355,22 @@ private:
                 button->click();
         }
     }
-    /** At first while somebody else writes, which leaves the offer. */
-    void pressWhileBusy(PreviewBox *box, const QString &text)
+    /** Presses a button, or goes on in another way. */
+    void leave(PreviewBox *box, const QString &end)
     {
-        OtherConnection other(m_fixture->path());
-        QVERIFY(other.run("BEGIN IMMEDIATE"_s));
-        press(box, text);
-        QTRY_VERIFY(buttons(box)->isEnabled() && offersSaving(box));
-        QVERIFY(other.run("ROLLBACK"_s));
-        press(box, text);
+        if (end == "walk"_s || end == "show"_s) {
+            if (end == "show"_s)
+                box->startSlideshow();
+            box->nextImage();
+        } else if (end == "close"_s) {
+            QTest::keyClick(box, Qt::Key_Escape);
+        } else if (end == "database"_s) {
+            m_previews->saveWaiting();
+        } else if (end == "loss"_s) {
+            m_previews->closeAll();
+        } else {
+            press(box, end);
+        }
     }
     static FilePreview *preview(PreviewBox *box) { return box->findChild<FilePreview *>(); }
     static QLineEdit *description(PreviewBox *box) { return box->findChild<QLineEdit *>(); }

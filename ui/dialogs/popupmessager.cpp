@@ -3,6 +3,7 @@
 #include "app/messages.h"
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -21,7 +22,9 @@ void PopupMessager::showTempWarning(const QString &title, const QString &text)
 {
     if (m_temporaryBox && m_temporaryBox->isVisible())
         return;
-    QWidget *parent = topWindow();
+    // A previewer, which stays on top, would hide a box of the window behind it.
+    QWidget *active = qobject_cast<QMainWindow *>(QApplication::activeWindow());
+    QWidget *parent = active ? active : topWindow();
     if (!m_temporaryBox) {
         m_temporaryBox =
             new QMessageBox(QMessageBox::Warning, QString(), QString(), QMessageBox::NoButton, parent);

@@ -26,6 +26,6 @@ private:
     QWidget *topWindow() const;
 
     QWidget *m_window;
-    QPointer<QMessageBox> m_temporaryBox; // belongs to the window or to a modal dialog above it
+    QPointer<QMessageBox> m_temporaryBox; // belongs to the window that it stands over
     QTimer *m_hideTimer;
 };

@@ -54,7 +54,8 @@ PreviewBox::~PreviewBox()
     commitDescription();
     WindowSettings::setLayout(WindowSettings::previewGeometry,
                               m_isFullScreen ? m_windowGeometry : saveGeometry());
-    saveWaitingEdit(Telling::InTheLog);
+    if (m_hasUnsavedEdit)
+        saveEdit(Telling::InTheLog);
 }
 
 bool PreviewBox::isWritable() const
@@ -82,9 +83,8 @@ void PreviewBox::walk(Step step)
     bool isLoaded = false;
     do {
         const qint64 fileId = (m_walk->*step)();
-        if (fileId == 0)
+        if (fileId == 0 || !saveWaiting())
             break;
-        saveWaitingEdit(m_slideTimer.isActive() ? Telling::InTheLog : Telling::Aloud);
         isLoaded = loadImage(fileId);
     } while (!isLoaded && m_slideTimer.isActive() && m_fileId != start &&
              !trying.hasExpired(mostMillisecondsOfTrying));
@@ -102,6 +102,8 @@ bool PreviewBox::loadImage(qint64 fileId)
     commitDescription();
     hideApplyEditButtons();
     m_hasUnsavedEdit = false;
+    m_isEditKeptBack = false;
+    m_isDescriptionKeptBack = false;
     m_quarters = 0;
     m_fileId = fileId;
     m_walk->setCurrent(fileId);
@@ -171,16 +173,20 @@ void PreviewBox::rotate(int quarters)
     m_original = turned;
     m_quarters = (m_quarters + quarters + fullTurn) % fullTurn;
     m_area->showTurned(m_original);
+    m_hasUnsavedEdit = isTurned() && (m_isEditKeptBack || PreviewSettings::autoSaveRotated());
     offerSaving();
 }
 
 // A picture that stands as it is stored leaves nothing to save.
+bool PreviewBox::isTurned() const
+{
+    return m_quarters != 0 && isWritable();
+}
+
 void PreviewBox::offerSaving()
 {
-    const bool isOffered = m_quarters != 0 && isWritable();
-    const bool isAutomatic = PreviewSettings::autoSaveRotated();
-    m_hasUnsavedEdit = isOffered && isAutomatic;
-    m_editButtonsAction->setVisible(isOffered && !isAutomatic);
+    const bool isOffered = isTurned() && (m_isEditKeptBack || !PreviewSettings::autoSaveRotated());
+    m_editButtonsAction->setVisible(isOffered || (m_isDescriptionKeptBack && isWritable()));
 }
 
 void PreviewBox::hideApplyEditButtons()
@@ -195,15 +201,26 @@ void PreviewBox::zoom100()
 
 void PreviewBox::applyEdit()
 {
+    if (m_isDescriptionKeptBack)
+        commitDescription();
     saveEdit(Telling::Aloud);
+    // What is still to be saved is offered anew, unless the window has gone on to another picture.
+    QTimer::singleShot(0, this, &PreviewBox::offerSaving);
 }
 
-void PreviewBox::saveEdit(Telling telling)
+void PreviewBox::cancelEdit()
+{
+    if (m_isDescriptionKeptBack)
+        m_description->setModified(false);
+    refresh();
+}
+
+bool PreviewBox::saveEdit(Telling telling)
 {
     qDebug() << "Applying edit to the image in the database.";
     m_hasUnsavedEdit = false;
     if (m_original.isNull() || !isWritable())
-        return;
+        return true;
     StoredImage::Saving outcome = StoredImage::Refused;
     {
         const WaitCursor cursor;
@@ -211,23 +228,30 @@ void PreviewBox::saveEdit(Telling telling)
         outcome = m_controller->saveImage(m_fileId, m_original);
         m_controller->resumeChecking();
     }
+    m_isEditKeptBack = outcome != StoredImage::Saved;
+    // What may be had later waits; what may never be had is told once and left to the user.
+    m_hasUnsavedEdit = outcome == StoredImage::Refused;
     if (outcome == StoredImage::Saved) {
         m_quarters = 0;
         emit changedThumbnail(m_fileId);
-    } else if (outcome == StoredImage::NotSaved && telling == Telling::Aloud) {
-        Messages::warning(this, tr("Error previewing image"),
-                          tr("An error has occurred while retrieving this image."));
-    } else {
-        qDebug() << "Rotated image could not be saved, id =" << m_fileId;
-        // What is refused for the moment may be had later, unless the window has gone on to another picture.
-        QTimer::singleShot(0, this, &PreviewBox::offerSaving);
+        return true;
     }
+    qDebug() << "Rotated image could not be saved, id =" << m_fileId;
+    if (outcome == StoredImage::NotSaved && telling == Telling::Aloud)
+        Messages::warning(this, tr("Error saving image"), tr("The turned picture could not be saved."));
+    return false;
 }
 
-void PreviewBox::saveWaitingEdit(Telling telling)
+bool PreviewBox::saveWaiting()
 {
-    if (m_hasUnsavedEdit)
-        saveEdit(telling);
+    commitDescription();
+    m_isDescriptionKeptBack = m_description->isModified();
+    const bool isSaved = (!m_hasUnsavedEdit || saveEdit(Telling::Aloud)) && !m_isDescriptionKeptBack;
+    offerSaving();
+    // The offer stands in the tool bar, which a show has hidden.
+    if (!isSaved)
+        finishSlideshow();
+    return isSaved;
 }
 
 void PreviewBox::commitDescription()
@@ -312,9 +336,10 @@ void PreviewBox::changeEvent(QEvent *event)
 void PreviewBox::closeEvent(QCloseEvent *event)
 {
     m_slideTimer.stop();
-    commitDescription();
-    saveWaitingEdit(Telling::Aloud);
-    QMainWindow::closeEvent(event);
+    if (saveWaiting())
+        QMainWindow::closeEvent(event);
+    else
+        event->ignore();
 }
 
 void PreviewBox::keyPressEvent(QKeyEvent *event)
@@ -329,9 +354,8 @@ void PreviewBox::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Escape:
         if (m_isFullScreen) {
             finishSlideshow();
-        } else {
+        } else if (close()) {
             deleteLater();
-            close();
         }
         break;
     default:

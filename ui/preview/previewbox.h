@@ -31,6 +31,12 @@ public:
     /** Saves the description and a waiting rotation; no box tells of a failure any more. */
     ~PreviewBox() override;
 
+    /**
+     * Saves the description and a waiting rotation, before the window goes on or closes. False when that
+     * failed: the picture stays, with the offer to save or to cancel, and the user knows.
+     */
+    bool saveWaiting();
+
     /** The file on show. */
     qint64 fileId() const { return m_fileId; }
 
@@ -76,9 +82,10 @@ private:
     void tellLoadFailure(int state);
     void tellFailure(const QString &title, const QString &text);
     void rotate(int quarters);
+    bool isTurned() const;
     void offerSaving();
-    void saveEdit(Telling telling);
-    void saveWaitingEdit(Telling telling);
+    bool saveEdit(Telling telling);
+    void cancelEdit();
     void restartSlideTimer();
     void leaveFullScreen();
     void followRecord();
@@ -101,6 +108,9 @@ private:
     QImage m_original;
     int m_quarters = 0; // clockwise, since the picture was loaded or saved
     bool m_hasUnsavedEdit = false;
+    // What could not be saved is offered until it is saved or cancelled.
+    bool m_isEditKeptBack = false;
+    bool m_isDescriptionKeptBack = false;
     QBasicTimer m_slideTimer;
     QTimer m_following;
     bool m_isFullScreen = false;

@@ -118,7 +118,7 @@ void PreviewBox::connectAll()
         hideApplyEditButtons();
     });
     connect(m_editButtons, &QDialogButtonBox::rejected, this, [this] {
-        refresh();
+        cancelEdit();
         hideApplyEditButtons();
     });
     connect(m_description, &QLineEdit::returnPressed, this, [this] {

@@ -28,6 +28,19 @@ void Previews::open(qint64 fileId, MainViewController *controller)
     box->show();
 }
 
+bool Previews::saveWaiting()
+{
+    const QVector<QPointer<PreviewBox>> boxes = m_boxes;
+    for (const QPointer<PreviewBox> &box : boxes) {
+        if (!box || box->saveWaiting())
+            continue;
+        box->raise();
+        box->activateWindow();
+        return false;
+    }
+    return true;
+}
+
 void Previews::closeAll()
 {
     // Taken out first: what a previewer saves on its way out may come back here.

@@ -144,6 +144,11 @@ void MainFilesView::takePlaces(MainUi &ui)
     updateActionsAvailability();
 }
 
+bool MainFilesView::savePreviews()
+{
+    return m_previews->saveWaiting();
+}
+
 void MainFilesView::closePreviews()
 {
     m_previews->closeAll();
