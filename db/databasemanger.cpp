@@ -203,6 +203,7 @@ void DatabaseManger::connectFileNews()
     connect(files, &Source::filesModified, this, &DatabaseManger::filesModified);
     connect(files, &Source::extractedTempFiles, this, &DatabaseManger::extractedTempFiles);
     connect(files, &Source::importNotification, this, &DatabaseManger::importNotification);
+    connect(files, &Source::thumbnailsFailed, this, &DatabaseManger::gotThumbnailFailure);
     connect(files, &Source::remadeAllThumbnails, this, [this] {
         m_thumbnailCache->clearCache();
         refreshModificationDate();
@@ -236,9 +237,18 @@ void DatabaseManger::gotProviderError(const QSqlError &error)
         emit showTempWarning(tr("Warning"), tr("The database is busy. Please try again."));
 }
 
+void DatabaseManger::gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error)
+{
+    if (isBusyError(error, m_driverName == Constants::postgresDriver))
+        m_pendingReloads->add(PendingReloads::ThumbnailReload, fileIds);
+    else if (!m_isLost && !std::exchange(m_toldThumbnailFailure, true))
+        emit errorOccured(error); // once: each box that closes uncovers them, to be painted again
+}
+
 QSqlError DatabaseManger::openDB()
 {
     m_isLost = false;
+    m_toldThumbnailFailure = false;
     const Connections::Result main = Connections::open(Connections::mainName(), details(), connectOptions());
     if (!main.isDriverLoaded) {
         qDebug() << "DBManager::openDB 1:" << main.error;
@@ -347,6 +357,10 @@ void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
         break;
     case PendingReloads::FullReload:
         reloadAllData();
+        break;
+    case PendingReloads::ThumbnailReload:
+        for (const qint64 id : ids)
+            emit thumbnailUpdated(id, nullptr);
         break;
     default:
         break;

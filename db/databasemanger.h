@@ -206,7 +206,7 @@ signals:
     void filesRemoved(QVector<qint64> fileIds);
     void relatshipsNodeLoaded(const Vector<QPair<QString, TRnode *>> &nodes);
     void addedRelatshipsNodes(const Vector<QPair<QString, TRnode *>> &nodes);
-    /** The image stays the thumbnail cache's. */
+    /** The image stays the thumbnail cache's; null when it is to be asked for anew. */
     void thumbnailUpdated(qlonglong fileId, QImage *image);
     /** Title and text. */
     void showTempWarning(QString title, QString text);
@@ -305,6 +305,7 @@ private:
     void connectErrors(BaseDBProvider *provider);
     void gotProviderError(const QSqlError &error);
     void gotConnectionLoss();
+    void gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error);
     void updateTag(qint64 tagId, const QString &column, const QString &value);
     qint64 parentOf(qint64 nodeId) const;
     bool runRemoval(const NodeRemovalPlan &plan);
@@ -339,4 +340,5 @@ private:
     bool m_isLost = false;
     bool m_isReloading = false; // a busy database is no news for the user then
     bool m_sawBusy = false;
+    bool m_toldThumbnailFailure = false;
 };

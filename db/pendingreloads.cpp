@@ -21,7 +21,9 @@ void PendingReloads::add(int kind, const QVector<qint64> &ids)
     QSet<qint64> &kept = m_ids[kind];
     for (const qint64 id : ids)
         kept.insert(id);
-    m_timer.start();
+    // Not anew: what comes again and again must not keep the others waiting.
+    if (!m_timer.isActive())
+        m_timer.start();
 }
 
 void PendingReloads::clear()

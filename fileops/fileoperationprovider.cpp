@@ -64,6 +64,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::filesRemoved, this, &Provider::filesRemoved);
     connect(m_worker, &Worker::fileLoaded, this, &Provider::fileLoaded);
     connect(m_worker, &Worker::thumbnailLoaded, this, &Provider::takeThumbnail);
+    connect(m_worker, &Worker::thumbnailsFailed, this, &Provider::thumbnailsFailed, queued);
     connect(m_worker, &Worker::aboutToCommit, this, &Provider::aboutToCommit, queued);
     connect(m_worker, &Worker::committed, this, &Provider::committed, queued);
     connect(m_worker, &Worker::updateTags, this, &Provider::updateTags, queued);

@@ -62,6 +62,8 @@ signals:
     void fileLoaded();
     /** The receiver owns the image; without a receiver it is freed. */
     void thumbnailLoaded(qlonglong fileId, QImage *image);
+    /** These could not be read, and no other error tells of it. */
+    void thumbnailsFailed(QVector<qint64> ids, QSqlError error);
     /** When any client last made a change before the one whose news follow; on a server. */
     void aboutToCommit(QDateTime lastChange);
     /** The stamp of that change. */

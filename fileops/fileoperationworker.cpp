@@ -149,7 +149,7 @@ void FileOperationWorker::runOperationQueue()
         }
         // Each operation behind would only meet the same.
         if (isConnectionLost())
-            dropQueue();
+            dropQueue(lastError());
         removeConnection();
     }
     finishRun();
@@ -181,10 +181,10 @@ bool FileOperationWorker::openConnection()
 
 void FileOperationWorker::failOpening(const QSqlError &error)
 {
-    dropQueue();
+    const bool isAwaited = dropQueue(error);
     if (m_details.type() == Constants::serverDatabase)
         loseConnection();
-    else
+    else if (isAwaited)
         emit errorOccured(error);
 }
 
@@ -220,11 +220,24 @@ bool FileOperationWorker::takeNext(FileOperation &operation)
     return true;
 }
 
-void FileOperationWorker::dropQueue()
+bool FileOperationWorker::dropQueue(const QSqlError &error)
 {
-    const QMutexLocker locker(&m_queueMutex);
-    qDeleteAll(m_queue);
-    m_queue.clear();
+    QVector<qint64> thumbnails;
+    bool hasOthers = false;
+    {
+        const QMutexLocker locker(&m_queueMutex);
+        for (const FileOperation *record : qAsConst(m_queue)) {
+            if (record->type == FileOperationType::LoadThumbnailsOperation)
+                thumbnails += record->fileIds;
+            else
+                hasOthers = true;
+        }
+        qDeleteAll(m_queue);
+        m_queue.clear();
+    }
+    if (!thumbnails.isEmpty())
+        emit thumbnailsFailed(thumbnails, error);
+    return hasOthers;
 }
 
 void FileOperationWorker::finishRun()

@@ -55,6 +55,8 @@ public:
     virtual QString drawIdCode() const { return m_idCodes.generate(); }
     /** Emits thumbnailLoaded; until imageTaken, the image counts as this worker's. */
     void sendThumbnail(qint64 fileId, QImage *image);
+    /** False: statements fail at once where a lock is in the way, until it is set to true again. */
+    virtual void setPatient(bool /*isPatient*/) {}
 
     /** Percent of a batch done, for operationProgress. */
     static int percent(int done, int total);
@@ -68,6 +70,8 @@ signals:
     void filesRemoved(QVector<qint64> ids);
     void fileLoaded();
     void thumbnailLoaded(qlonglong fileId, QImage *image);
+    /** These could not be read, for the last of reasons; no other error goes out for them. */
+    void thumbnailsFailed(QVector<qint64> ids, QSqlError error);
     void startedOpration(FileOperationType type, QString label);
     void operationProgress(FileOperationType type, QString text, int percent);
     void finishedOpration(FileOperationType type);
@@ -105,7 +109,8 @@ private:
     void dispatch(const FileOperation &operation);
     template <class Operation>
     void runAnnounced(const FileOperation &operation, const QString &label);
-    void dropQueue();
+    /** Answers whether anything but thumbnails was asked for. */
+    bool dropQueue(const QSqlError &error);
     void finishRun();
 
     const QString m_connectionName;

@@ -3,6 +3,8 @@
 #include "db/abstractqueryconstructor.h"
 #include "fileops/fileoperationworker.h"
 
+#include <QSignalBlocker>
+
 #include <memory>
 
 LoadThumbnailsOperation::LoadThumbnailsOperation(FileOperationWorker &worker, const FileOperation &request)
@@ -18,17 +20,39 @@ void LoadThumbnailsOperation::run()
         dialect.joinQuery(NaturalJoin, QStringLiteral("thumbnails"), QStringLiteral("file_id=?"));
     const QString statement =
         dialect.selectQuery({QStringLiteral("thumbnail")}, from) + dialect.statementEnd();
+    m_worker.setPatient(false);
+    QVector<qint64> failed;
     for (const qint64 id : m_request.fileIds) {
         // A cancel is meant for batches: a view would wait for its picture for ever.
         if (m_worker.isStopped() || m_worker.isConnectionLost())
             return;
-        TableData table;
-        if (id <= 0 || !m_worker.runFast(statement, {id}, table))
-            continue;
-        auto image = std::make_unique<QImage>();
-        if (!table.isEmpty())
-            image->loadFromData(table.first()->at(0).toByteArray(), "PNG");
-        freeRows(table);
-        m_worker.sendThumbnail(id, image.release());
+        if (id > 0 && !load(statement, id))
+            failed.append(id);
     }
+    if (m_worker.isConnectionLost())
+        return;
+    if (!failed.isEmpty())
+        emit m_worker.thumbnailsFailed(failed, m_worker.lastError());
+    m_worker.setPatient(true);
+}
+
+bool LoadThumbnailsOperation::load(const QString &statement, qint64 fileId)
+{
+    TableData table;
+    bool isRead = false;
+    {
+        // Who hears of the failed ones decides what is worth a word.
+        const QSignalBlocker blocker(&m_worker);
+        isRead = m_worker.runFast(statement, {fileId}, table);
+    }
+    if (m_worker.isConnectionLost())
+        emit m_worker.connectionError();
+    if (!isRead)
+        return false;
+    auto image = std::make_unique<QImage>();
+    if (!table.isEmpty())
+        image->loadFromData(table.first()->at(0).toByteArray(), "PNG");
+    freeRows(table);
+    m_worker.sendThumbnail(fileId, image.release());
+    return true;
 }

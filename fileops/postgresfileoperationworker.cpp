@@ -61,6 +61,19 @@ bool PostgresFileOperationWorker::commitTransaction(const QString &connectionNam
     return isCommitted;
 }
 
+void PostgresFileOperationWorker::setPatient(bool isPatient)
+{
+    // The shortest that can be set; what the connection had comes back.
+    static const QString impatient =
+        QStringLiteral("SELECT set_config('vorna.patience', current_setting('lock_timeout'), false), "
+                       "set_config('lock_timeout', '1', false);");
+    static const QString patient =
+        QStringLiteral("SELECT set_config('lock_timeout', current_setting('vorna.patience'), false);");
+    TableData table;
+    runAsync(isPatient ? patient : impatient, table);
+    freeRows(table);
+}
+
 QDateTime PostgresFileOperationWorker::readLastChange()
 {
     TableData table;

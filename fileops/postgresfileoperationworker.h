@@ -19,6 +19,7 @@ public:
      * the window takes the time of its latest change for the state that it knows.
      */
     bool commitTransaction(const QString &connectionName) override;
+    void setPatient(bool isPatient) override;
 
 protected:
     void prepareConnection() override;

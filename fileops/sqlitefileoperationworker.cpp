@@ -1,8 +1,17 @@
 #include "fileops/sqlitefileoperationworker.h"
 
+namespace {
+constexpr int patienceMilliseconds = 5000;
+} // namespace
+
 QString SqliteFileOperationWorker::connectOptions() const
 {
-    return QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000");
+    return QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(patienceMilliseconds);
+}
+
+void SqliteFileOperationWorker::setPatient(bool isPatient)
+{
+    runAsync(QStringLiteral("PRAGMA busy_timeout=%1;").arg(isPatient ? patienceMilliseconds : 0));
 }
 
 void SqliteFileOperationWorker::prepareConnection()

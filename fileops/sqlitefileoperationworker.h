@@ -18,6 +18,8 @@ public:
     bool commitTransaction(const QString &connectionName) override;
     bool rollbackTransaction(const QString &connectionName) override;
 
+    void setPatient(bool isPatient) override;
+
 protected:
     QString connectOptions() const override;
     void prepareConnection() override;

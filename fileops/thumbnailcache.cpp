@@ -22,8 +22,12 @@ void ThumbnailCache::setProvider(FileOperationProvider *provider)
     if (m_provider)
         disconnect(m_provider, nullptr, this, nullptr);
     m_provider = provider;
-    if (provider)
-        connect(provider, &FileOperationProvider::thumbnailLoaded, this, &ThumbnailCache::onThumbnailLoaded);
+    if (!provider)
+        return;
+    connect(provider, &FileOperationProvider::thumbnailLoaded, this, &ThumbnailCache::onThumbnailLoaded);
+    // The next one who paints them asks anew.
+    connect(provider, &FileOperationProvider::thumbnailsFailed, this,
+            qOverload<const QVector<qint64> &>(&ThumbnailCache::remove));
 }
 
 QImage *ThumbnailCache::thumbnail(qint64 fileId)

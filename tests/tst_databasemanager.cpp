@@ -1,4 +1,5 @@
 #include "app/messages.h"
+#include "fileops/thumbnailcache.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 
@@ -114,6 +115,31 @@ private slots:
         QTRY_COMPARE(begin.size(), 1);
         QCOMPARE(manager->files().size(), 3);
         QVERIFY(temporary.isEmpty());
+    }
+
+    void thumbnailsComeAgainAndTellOfOneFailureOnly()
+    {
+        LocalManager manager;
+        manager.addFiles(1);
+        ThumbnailCache *cache = manager->thumbnailCache();
+        QSignalSpy temporary(manager.get(), &DatabaseManger::showTempWarning);
+        QSignalSpy errors(manager.get(), &DatabaseManger::errorOccured);
+        QSignalSpy updated(manager.get(), &DatabaseManger::thumbnailUpdated);
+        OtherConnection other(manager.path());
+        QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
+        cache->thumbnail(1);
+        QTRY_VERIFY(!updated.isEmpty());
+        QVERIFY(!cache->contains(1));
+        QVERIFY(other.run("ROLLBACK"_s) && temporary.isEmpty() && errors.isEmpty());
+
+        QTRY_VERIFY(!manager->isBusy());
+        QVERIFY(QFile::rename(manager.path(), manager.filePath("gone"_s)));
+        for (int i = 0; i < 2; ++i) {
+            cache->thumbnail(1);
+            QTRY_VERIFY(!cache->contains(1));
+        }
+        QCOMPARE(errors.size(), 1);
+        QVERIFY(QFile::rename(manager.filePath("gone"_s), manager.path()));
     }
 
     void closingInTheMiddleOfAnAddLeavesNothingHalf_data() { addBackEnds(); }

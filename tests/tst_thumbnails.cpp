@@ -288,6 +288,32 @@ private slots:
         QCOMPARE(*image, QImage(":/icons/paper.png"_s));
     }
 
+    void failedLoadsAreAskedForAgain_data() { addBackEnds(); }
+
+    void failedLoadsAreAskedForAgain()
+    {
+        const bool isLocal = m_database->details().type() == Constants::localDatabase;
+        addThumbnail(1, Qt::red);
+        addThumbnail(2, Qt::red);
+        QVERIFY(Sql::run(isLocal ? "BEGIN EXCLUSIVE" : "BEGIN"));
+        QVERIFY(isLocal || Sql::run("LOCK TABLE thumbnails"));
+        ThumbnailCache cache;
+        cache.setProvider(m_provider.get());
+        ErrorCount errors(*m_provider);
+        QElapsedTimer clock;
+        clock.start();
+        cache.thumbnail(1);
+        cache.thumbnail(2);
+        QTRY_VERIFY(!cache.contains(1) && !cache.contains(2));
+        QVERIFY(clock.elapsed() < 2000); // others wait for five seconds
+        QCOMPARE(errors.count(), 0);
+        QVERIFY(Sql::run("ROLLBACK"));
+        QSignalSpy loaded(&cache, &ThumbnailCache::imageLoaded);
+        cache.thumbnail(1);
+        QTRY_COMPARE(loaded.count(), 1);
+        QCOMPARE(cache.thumbnail(1)->pixel(1, 1), qRgb(255, 0, 0));
+    }
+
     void whatWasScrolledPastIsNotLoaded()
     {
         setCacheSize(10);
