@@ -34,6 +34,12 @@ QString optionsOnServer(const QString &connectionName)
     return serverOptions.arg(QString::number(isWorker ? 0 : windowLockMilliseconds), clientName());
 }
 
+/** Nothing that stands in the making of tables may reach beyond them. */
+void distrustSchema(const QSqlDatabase &database)
+{
+    QSqlQuery(database).exec(QStringLiteral("PRAGMA trusted_schema=OFF;"));
+}
+
 /** What stands between client and server may have dropped the options. */
 bool hasStandardStrings(const QSqlDatabase &database)
 {
@@ -84,6 +90,8 @@ Result open(const QString &name, const DBDetails &details, const QString &option
             database.setConnectOptions(isServer ? optionsOnServer(name) : options);
             result.isOpen = database.open();
             result.error = database.lastError();
+            if (result.isOpen && !isServer)
+                distrustSchema(database);
             if (result.isOpen && isServer && !hasStandardStrings(database)) {
                 result.isOpen = false;
                 result.error = QSqlError(

@@ -11,6 +11,7 @@
 #include "db/connections.h"
 #include "db/databaseversioncheck.h"
 #include "db/pendingreloads.h"
+#include "db/schemacheck.h"
 #include "fileops/fileoperationprovider.h"
 #include "fileops/imagestore.h"
 #include "fileops/thumbnailcache.h"
@@ -80,7 +81,8 @@ QStringList DatabaseManger::tagNames(const DBDetails &details)
     const QString name = Constants::temporaryConnection;
     if (!Connections::isDatabaseThere(details) || !Connections::open(name, details).isOpen)
         return names;
-    {
+    const bool isLocal = details.type() == Constants::localDatabase;
+    if (!isLocal || !SchemaCheck::holdsForeignParts(QSqlDatabase::database(name, false))) {
         QSqlQuery query(QSqlDatabase::database(name, false));
         query.setForwardOnly(true);
         query.exec(QStringLiteral("SELECT tag_name FROM tags"));

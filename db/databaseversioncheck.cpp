@@ -5,6 +5,7 @@
 #include "db/connections.h"
 #include "db/databaseupdater.h"
 #include "db/postgresqueryconstructor.h"
+#include "db/schemacheck.h"
 #include "db/sqlitequeryconstructor.h"
 
 #include <QDebug>
@@ -65,6 +66,12 @@ bool DatabaseVersionCheck::run() const
 
 bool DatabaseVersionCheck::askUser(const QSqlDatabase &database) const
 {
+    // Before the first statement that could run what stands in the file.
+    if (m_details.type() == Constants::localDatabase && SchemaCheck::holdsForeignParts(database)) {
+        refuse(tr("The database holds parts that Vorna did not make, such as views or triggers. It was not "
+                  "opened, so that nothing in it can run."));
+        return false;
+    }
     const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
     const DataBaseUpdater updater(constructor.get());
     const bool readOnly = isReadOnly(database);
@@ -102,10 +109,15 @@ void DatabaseVersionCheck::explainUnknown(const QSqlDatabase &database) const
     const QStringList tables = database.tables();
     const bool isOurs =
         tables.contains(QLatin1String("scheme_version")) || tables.contains(QLatin1String("vorna_version"));
+    refuse(isOurs ? tr("The database is not supported")
+                  : tr("The database could be corrupted please check it."));
+}
+
+void DatabaseVersionCheck::refuse(const QString &reason)
+{
     Messages::Box box;
     box.icon = QMessageBox::Warning;
     box.title = tr("Error opening database");
-    box.text =
-        isOurs ? tr("The database is not supported") : tr("The database could be corrupted please check it.");
+    box.text = reason;
     Messages::run(nullptr, box);
 }

@@ -24,6 +24,7 @@ private:
     bool askUser(const QSqlDatabase &database) const;
     bool upgrade(const QSqlDatabase &database) const;
     void explainUnknown(const QSqlDatabase &database) const;
+    static void refuse(const QString &reason);
 
     DBDetails m_details;
 };

@@ -12,6 +12,8 @@ const QString failedToOpen =
     "Failed to Open Database: The selected database could not be opened successfully."_s;
 const QString corrupted = "Error opening database: The database could be corrupted please check it."_s;
 const QString unsupported = "Error opening database: The database is not supported"_s;
+const QString foreign = "Error opening database: The database holds parts that Vorna did not make, such as "
+                        "views or triggers. It was not opened, so that nothing in it can run."_s;
 const QString older = ": The database was created with an earlier version of Vorna."_s;
 const QString accessError = "Error Accessing Database: An error has occurred accessing the database. "_s;
 
@@ -63,6 +65,29 @@ private slots:
         addRow("folder", QByteArray(), QString(), QStringList{failedToOpen});
         addRow("pipe", QByteArray(), QString(), QStringList{failedToOpen});
         addRow("of a later version", good, version.arg("9.7.5"_s), QStringList{unsupported, failedToOpen});
+        const QStringList isForeign{foreign, failedToOpen};
+        const QString drop = "DROP TABLE tags\nCREATE TABLE tags (tag_id %1, tag_name, tag_description, "
+                             "creation_date, created_by)%2"_s;
+        addRow("trigger", good, "CREATE TRIGGER t AFTER INSERT ON file_tag BEGIN DELETE FROM files; END"_s,
+               isForeign);
+        addRow("view", good, "DROP TABLE tags\nCREATE VIEW tags AS SELECT 1 AS tag_id"_s, isForeign);
+        addRow("virtual table", good, "DROP TABLE tags\nCREATE VIRTUAL TABLE tags USING fts5(tag_id)"_s,
+               isForeign);
+        addRow("computed column", good, "ALTER TABLE tags ADD COLUMN x AS (hex(tag_name))"_s, isForeign);
+        addRow("computed index", good, "CREATE INDEX i ON tags (hex(tag_name))"_s, isForeign);
+        addRow("index with a condition", good, "CREATE INDEX i ON tags (tag_id) WHERE tag_name LIKE '%'"_s,
+               isForeign);
+        addRow("costly condition", good, "ALTER TABLE tags ADD COLUMN x CHECK (length(hex(x)) > 0)"_s,
+               isForeign);
+        addRow("long comparison", good, "ALTER TABLE tags ADD COLUMN x CHECK (x NOT LIKE '%0%0%0')"_s,
+               isForeign);
+        addRow("costly default", good,
+               drop.arg("INTEGER PRIMARY KEY"_s, QString())
+                   .replace("created_by"_s, "created_by DEFAULT (hex(zeroblob(9)))"_s),
+               isForeign);
+        addRow("key that is no number", good, drop.arg("INT PRIMARY KEY"_s, QString()), isForeign);
+        addRow("no key", good, drop.arg("INTEGER"_s, QString()), isForeign);
+        addRow("key without numbers", good, drop.arg("INTEGER PRIMARY KEY"_s, " WITHOUT ROWID"_s), isForeign);
         addRow("of an older version", good, version.arg("3.2.0"_s), QStringList{older, failedToOpen});
     }
 
@@ -78,7 +103,8 @@ private slots:
             mkfifo(QFile::encodeName(bad()).constData(), 0600);
         else
             m_fixture->write("bad.vrn"_s, bytes);
-        QVERIFY(statement.isEmpty() || OtherConnection(bad()).run(statement));
+        for (const QString &step : statement.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+            QVERIFY(OtherConnection(bad()).run(step));
         const Contents before = folder();
         const Collection *collection = window().collection();
 
@@ -134,6 +160,21 @@ private slots:
         QCOMPARE(folder(), before);
         openByDialog(bad());
         QCOMPARE(m_fixture->openPath(), bad());
+    }
+
+    void additionsOfOthersDoNotHinder()
+    {
+        m_fixture->makeDatabase("bad.vrn"_s);
+        OtherConnection other(bad());
+        for (const char *step :
+             {"CREATE TABLE notes (id INTEGER PRIMARY KEY, text TEXT DEFAULT (hex('a')))",
+              "CREATE INDEX byName ON tags (tag_name COLLATE NOCASE DESC, tag_id)",
+              "ALTER TABLE tags ADD COLUMN colour VARCHAR(7) CHECK (colour IN ('red', 'blue'))"})
+            QVERIFY(other.run(QString::fromUtf8(step)));
+        openByDialog(bad());
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        QCOMPARE(m_fixture->openPath(), bad());
+        QVERIFY(tags()->addTag("Blue"_s) > 0);
     }
 
     void spoiltPageIsToldOnce()
