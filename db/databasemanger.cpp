@@ -10,6 +10,7 @@
 #include "db/abstractqueryconstructor.h"
 #include "db/connections.h"
 #include "db/databaseversioncheck.h"
+#include "db/longtext.h"
 #include "db/pendingreloads.h"
 #include "db/schemacheck.h"
 #include "fileops/fileoperationprovider.h"
@@ -87,7 +88,7 @@ QStringList DatabaseManger::tagNames(const DBDetails &details)
         query.setForwardOnly(true);
         query.exec(QStringLiteral("SELECT tag_name FROM tags"));
         while (query.next())
-            names.append(query.value(0).toString());
+            names.append(LongText::kept(query.value(0).toString()));
     }
     Connections::close(name);
     return names;

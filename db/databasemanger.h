@@ -310,6 +310,8 @@ private:
     qint64 parentOf(qint64 nodeId) const;
     bool runRemoval(const NodeRemovalPlan &plan);
     void mergeRemoval(const NodeRemovalPlan &plan);
+    /** False, with a warning, for a text that is longer than what is read of one. */
+    bool isStorable(const QString &text);
     bool editFiles(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &edit);
     /** Runs a load; when the database was busy its ids are kept for another try. */
     void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load);

@@ -8,6 +8,7 @@
 #include "core/providers/tagsprovider.h"
 #include "core/tbnode.h"
 #include "db/databasemanger.h"
+#include "db/longtext.h"
 #include "db/pendingreloads.h"
 #include "db/removalplans.h"
 #include "fileops/fileoperationprovider.h"
@@ -39,7 +40,7 @@ void DatabaseManger::loadAllTags()
 
 qint64 DatabaseManger::addTag(const QString &name, const QVector<qint64> &fileIds)
 {
-    if (!m_providers.tags || !isDataCurrent())
+    if (!m_providers.tags || !isStorable(name) || !isDataCurrent())
         return 0;
     const qint64 tagId = m_providers.tags->addTag(name);
     refreshModificationDate();
@@ -60,7 +61,7 @@ void DatabaseManger::changeTagDescription(qint64 tagId, const QString &text)
 
 void DatabaseManger::updateTag(qint64 tagId, const QString &column, const QString &value)
 {
-    if (!m_providers.tags || !isDataCurrent())
+    if (!m_providers.tags || !isStorable(value) || !isDataCurrent())
         return;
     m_providers.tags->updateTag(tagId, column, value);
     refreshModificationDate();
@@ -101,7 +102,7 @@ void DatabaseManger::loadAllGroups()
 
 qint64 DatabaseManger::addGroup(const QString &name, bool visible)
 {
-    if (!m_providers.groups || !isDataCurrent())
+    if (!m_providers.groups || !isStorable(name) || !isDataCurrent())
         return 0;
     const qint64 groupId = m_providers.groups->addGroup(name);
     GroupItem *group = m_groups.map().value(groupId);
@@ -113,7 +114,7 @@ qint64 DatabaseManger::addGroup(const QString &name, bool visible)
 
 void DatabaseManger::renameGroup(qint64 groupId, const QString &name)
 {
-    if (!m_providers.groups || !isDataCurrent())
+    if (!m_providers.groups || !isStorable(name) || !isDataCurrent())
         return;
     m_providers.groups->renameGroup(groupId, name);
     refreshModificationDate();
@@ -315,21 +316,24 @@ void DatabaseManger::reloadFiles(const QVector<qint64> &fileIds)
 
 bool DatabaseManger::updateFile(qint64 fileId, const QString &column, const QString &value)
 {
-    return editFiles({fileId},
-                     [&](MainViewProvider &files) { return files.updateFile(fileId, column, value); });
+    return isStorable(value) && editFiles({fileId}, [&](MainViewProvider &files) {
+               return files.updateFile(fileId, column, value);
+           });
 }
 
 bool DatabaseManger::updateFilePath(qint64 fileId, const QString &column, const QString &value)
 {
-    return editFiles({fileId},
-                     [&](MainViewProvider &files) { return files.updateFilePath(fileId, column, value); });
+    return isStorable(value) && editFiles({fileId}, [&](MainViewProvider &files) {
+               return files.updateFilePath(fileId, column, value);
+           });
 }
 
 bool DatabaseManger::renameFile(qint64 fileId, const QString &name, const QString &path,
                                 const QString &relPath)
 {
-    return editFiles({fileId},
-                     [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
+    return isStorable(path) && isStorable(relPath) && editFiles({fileId}, [&](MainViewProvider &files) {
+               return files.renameFile(fileId, name, path, relPath);
+           });
 }
 
 bool DatabaseManger::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
@@ -347,6 +351,17 @@ bool DatabaseManger::linkTags(const QVector<qint64> &fileIds, const QVector<qint
 bool DatabaseManger::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
     return changeTags(fileIds, {}, tagIds);
+}
+
+bool DatabaseManger::isStorable(const QString &text)
+{
+    // It could not be read back whole.
+    if (!LongText::isTooLong(text))
+        return true;
+    emit showTempWarning(
+        tr("Warning"),
+        tr("The text is longer than %1 characters and was not stored.").arg(LongText::mostCharacters));
+    return false;
 }
 
 bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,

@@ -3,6 +3,7 @@
 #include "app/constants.h"
 #include "core/file.h"
 #include "core/filekind.h"
+#include "db/longtext.h"
 #include "models/contentshost.h"
 #include "models/idlistmime.h"
 #include "models/modelroles.h"
@@ -96,8 +97,10 @@ QVariant ContentsModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DecorationRole:
         return index.column() == ThumbnailColumn ? decoration(*file) : QVariant();
-    case Qt::DisplayRole:
-        return text(*file, index.column());
+    case Qt::DisplayRole: {
+        const QVariant value = text(*file, index.column());
+        return value.type() == QVariant::String ? LongText::shown(value.toString()) : value;
+    }
     case Qt::EditRole:
         return editText(*file, index.column());
     case Qt::ToolTipRole:
@@ -115,7 +118,8 @@ QVariant ContentsModel::text(const File &file, int column) const
     switch (type) {
     case Thumbnail: {
         const QFontMetrics metrics(QGuiApplication::font());
-        return QString(QLatin1Char('\n') + metrics.elidedText(file.name(), Qt::ElideRight, elidedWidth));
+        return QString(QLatin1Char('\n') +
+                       metrics.elidedText(LongText::shown(file.name()), Qt::ElideRight, elidedWidth));
     }
     case Path:
     case RelPath: {
@@ -220,8 +224,12 @@ Qt::ItemFlags ContentsModel::flags(const QModelIndex &index) const
         return Qt::NoItemFlags;
     const Qt::ItemFlags common =
         Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled | Qt::ItemIsEnabled;
-    const bool isEditable = columns[index.column()].type <= Thumbnail;
-    return isEditable ? common | Qt::ItemIsEditable : common;
+    const DataType type = columns[index.column()].type;
+    const File *file = fileAt(index.row());
+    // A text that was not read whole must not be written back.
+    const bool isWhole =
+        file && !LongText::isTooLong(type == Description ? file->description() : file->name());
+    return type <= Thumbnail && isWhole ? common | Qt::ItemIsEditable : common;
 }
 
 QStringList ContentsModel::mimeTypes() const

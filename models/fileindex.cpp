@@ -155,13 +155,31 @@ quint32 FileIndex::numberOf(qint64 tagId)
 
 void FileIndex::readTags(const QVector<qint64> &tagIds)
 {
+    // Longer lists are looked through for repeats by a note at each number.
+    constexpr int longList = 64;
     m_scratch.clear();
+    const bool isLong = tagIds.size() > longList;
     for (qint64 tagId : tagIds) {
         const quint32 number = numberOf(tagId);
         // A repeated tag would count twice and pass for one that all files have.
-        if (std::find(m_scratch.begin(), m_scratch.end(), number) == m_scratch.end())
+        const bool isRepeated =
+            isLong ? isNoted(number)
+                   : std::find(m_scratch.begin(), m_scratch.end(), number) != m_scratch.end();
+        if (!isRepeated)
             m_scratch.push_back(number);
     }
+    if (isLong)
+        m_noted.clear();
+}
+
+// Whether the number was asked for before, since the notes were cleared.
+bool FileIndex::isNoted(quint32 number)
+{
+    if (number >= m_noted.size())
+        m_noted.resize(static_cast<size_t>(numberCount()));
+    const bool wasNoted = m_noted[number];
+    m_noted[number] = true;
+    return wasNoted;
 }
 
 bool FileIndex::hasScratchTags(int row) const

@@ -72,6 +72,7 @@ public:
 private:
     quint32 numberOf(qint64 tagId);
     void readTags(const QVector<qint64> &tagIds);
+    bool isNoted(quint32 number);
     bool hasScratchTags(int row) const;
     void writeScratch(size_t start);
     quint32 appendScratch();
@@ -91,6 +92,7 @@ private:
     QVector<qint64> m_tagIds;
     std::vector<qint32> m_smallTagNumbers;
     std::vector<quint32> m_scratch;
+    std::vector<bool> m_noted;
 
     // Rows arrive by rising ids, and then ids are found by halving; else the rows in the order of their ids.
     bool m_areIdsAscending = true;

@@ -1,6 +1,7 @@
 #include "models/taggroupmodel.h"
 
 #include "core/controllers/groupscontroller.h"
+#include "db/longtext.h"
 #include "models/tagroles.h"
 
 #include <algorithm>
@@ -45,6 +46,7 @@ QVariant TagGroupModel::data(const QModelIndex &index, int role) const
     const bool isTabColumn = index.column() == TabColumn;
     switch (role) {
     case Qt::DisplayRole:
+        return isTabColumn ? QVariant() : LongText::shown(group->name());
     case Qt::EditRole:
         return isTabColumn ? QVariant() : group->name();
     case Qt::CheckStateRole:
@@ -106,7 +108,11 @@ Qt::ItemFlags TagGroupModel::flags(const QModelIndex &index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
-    return flags | (index.column() == TabColumn ? Qt::ItemIsUserCheckable : Qt::ItemIsEditable);
+    if (index.column() == TabColumn)
+        return flags | Qt::ItemIsUserCheckable;
+    const GroupItem *group = groupAt(index);
+    // A text that was not read whole must not be written back.
+    return group && !LongText::isTooLong(group->name()) ? flags | Qt::ItemIsEditable : flags;
 }
 
 void TagGroupModel::loadModelData()

@@ -3,6 +3,7 @@
 #include "app/constants.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/databasemanger.h"
+#include "db/longtext.h"
 #include "models/idlistmime.h"
 #include "models/tagroles.h"
 
@@ -74,7 +75,10 @@ QVariant TagsTableModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DecorationRole:
         return decoration(*tag);
-    case Qt::DisplayRole:
+    case Qt::DisplayRole: {
+        const QVariant value = text(*tag, index.column());
+        return value.type() == QVariant::String ? LongText::shown(value.toString()) : value;
+    }
     case Qt::EditRole:
         return text(*tag, index.column());
     case TagRoles::TagId:
@@ -137,7 +141,11 @@ Qt::ItemFlags TagsTableModel::flags(const QModelIndex &index) const
         return Qt::NoItemFlags;
     const Qt::ItemFlags flags =
         Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled | Qt::ItemIsEnabled;
-    return index.column() <= DescriptionColumn ? flags | Qt::ItemIsEditable : flags;
+    const TagItem *tag = tagAt(index.row());
+    // A text that was not read whole must not be written back.
+    const bool isEditable = tag && index.column() <= DescriptionColumn &&
+                            !LongText::isTooLong(text(*tag, index.column()).toString());
+    return isEditable ? flags | Qt::ItemIsEditable : flags;
 }
 
 bool TagsTableModel::setData(const QModelIndex &index, const QVariant &value, int role)

@@ -1,6 +1,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/contentsmodel.h"
+#include "models/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
 
 #include <sys/stat.h>
@@ -175,6 +176,45 @@ private slots:
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
         QCOMPARE(m_fixture->openPath(), bad());
         QVERIFY(tags()->addTag("Blue"_s) > 0);
+    }
+
+    void longTextsAreReadToABound()
+    {
+        m_fixture->makeDatabase("bad.vrn"_s);
+        {
+            OtherConnection writer(bad());
+            for (const char *step :
+                 {"INSERT INTO files VALUES (1,hex(zeroblob(900000)),hex(zeroblob(900000)),"
+                  "0,0,0,'c',1,0,0,0,2)",
+                  "INSERT INTO files VALUES (2,'short','',0,0,0,'d',1,0,0,0,2)",
+                  "INSERT INTO tags VALUES (1,hex(zeroblob(900000)),'',0,'')"})
+                QVERIFY(writer.run(QString::fromUtf8(step)));
+        }
+        openByDialog(bad());
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        const ContentsModel *files = window().collection()->mainViewController()->contentsModel();
+        const QAbstractItemModel *tagTable = tags()->tableModel();
+        const auto check = [](const QModelIndex &index, bool isLong) {
+            QCOMPARE(index.flags().testFlag(Qt::ItemIsEditable), !isLong);
+            QCOMPARE(index.data(Qt::EditRole).toString().size() == (1 << 20) + 1, isLong);
+            QCOMPARE(index.data(Qt::EditRole).toString().endsWith(u'…'), isLong);
+            QVERIFY(index.data().toString().size() < 3000);
+        };
+        for (const int column : {ContentsModel::NameColumn, ContentsModel::DescriptionColumn}) {
+            check(files->index(0, column), true);
+            check(files->index(1, column), false);
+        }
+        check(tagTable->index(0, 0), true);
+        check(tagTable->index(0, 1), false);
+        // What was cut does not come back, nor does anything go in that would be cut.
+        const QString text = files->index(0, ContentsModel::DescriptionColumn).data(Qt::EditRole).toString();
+        for (const qint64 fileId : {1, 2})
+            QVERIFY(!window().collection()->mainViewController()->updateFileDescription(fileId, text + u'x'));
+        QVERIFY(!tags()->renameTag(1, text));
+        QCOMPARE(tags()->addTag(text), 0);
+        QCOMPARE(Sql::value("SELECT sum(length(file_name)+length(file_description)) FROM files"),
+                 "3600005"_s);
+        QCOMPARE(Sql::value("SELECT sum(length(tag_name)) FROM tags"), "1800000"_s);
     }
 
     void spoiltPageIsToldOnce()

@@ -12,6 +12,7 @@
 #include "core/filedragdata.h"
 #include "core/filekind.h"
 #include "db/databasemanger.h"
+#include "db/longtext.h"
 #include "fileops/thumbnailcache.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
@@ -415,7 +416,16 @@ bool MainViewController::mayEdit()
 
 QString MainViewController::joinedTagNames(const QVector<qint64> &tagIds) const
 {
-    return tagNames(tagIds);
+    // As many as are shown: a file may have any number of tags.
+    QString names;
+    for (const qint64 tagId : tagIds) {
+        const QString name = m_tags ? m_tags->tagName(tagId) : QString();
+        if (!name.isEmpty())
+            names += (names.isEmpty() ? QString() : QStringLiteral(", ")) + name;
+        if (names.size() > LongText::mostShown)
+            break;
+    }
+    return names;
 }
 
 bool MainViewController::isFileMissing(qint64 fileId) const

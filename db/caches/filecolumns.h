@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/datatype.h"
+#include "db/longtext.h"
 #include "db/tabledata.h"
 
 #include <QStringList>
@@ -36,7 +37,7 @@ private:
     }
     static QString text(const TableRowData &row, int column)
     {
-        return column < 0 ? QString() : row.at(column).toString();
+        return column < 0 ? QString() : LongText::kept(row.at(column).toString());
     }
     qint32 internal(const TableRowData &row) const { return m_internal < 0 ? 0 : row.at(m_internal).toInt(); }
     QString path(const TableRowData &row, int column) const;

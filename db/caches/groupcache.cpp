@@ -1,6 +1,7 @@
 #include "db/caches/groupcache.h"
 
 #include "core/groupitem.h"
+#include "db/longtext.h"
 
 #include <QMap>
 #include <QSet>
@@ -13,7 +14,7 @@ QMap<qint64, GroupCache::GroupRow> gathered(const TableData &rows)
     QMap<qint64, GroupCache::GroupRow> groups;
     for (const TableRowData *row : rows) {
         GroupCache::GroupRow &group = groups[row->value(QStringLiteral("tag_group_id")).toLongLong()];
-        group.name = row->value(QStringLiteral("name")).toString();
+        group.name = LongText::kept(row->value(QStringLiteral("name")).toString());
         const qint64 tagId = row->value(QStringLiteral("tag_id")).toLongLong();
         if (tagId > 0)
             group.tags.append(tagId);

@@ -1,6 +1,7 @@
 #include "db/caches/nodecache.h"
 
 #include "core/tbnode.h"
+#include "db/longtext.h"
 
 #include <QDebug>
 #include <QSet>
@@ -13,7 +14,7 @@ struct NodeCache::Row
           parentId(row.value(QStringLiteral("node_parent_id")).toLongLong()),
           tagId(row.value(QStringLiteral("tag_id")).toLongLong()),
           treeId(row.value(QStringLiteral("browsing_tree_id")).toLongLong()),
-          name(row.value(QStringLiteral("node_name")).toString()),
+          name(LongText::kept(row.value(QStringLiteral("node_name")).toString())),
           inverted(row.value(QStringLiteral("inverted")).toInt() != 0),
           trOption(row.value(QStringLiteral("tr_options")).toInt() != 0)
     {
@@ -68,14 +69,13 @@ void breakCircles(ParentHash &parents, const QVector<TBnode *> &nodes)
     }
 }
 
-/** True when the node stands below the other one, or is it. */
-bool isWithin(const TBnode *node, const TBnode *other)
+/** The node and all above it. */
+QSet<const TBnode *> withAncestors(const TBnode *node)
 {
-    for (; node; node = node->parentNode()) {
-        if (node == other)
-            return true;
-    }
-    return false;
+    QSet<const TBnode *> found;
+    for (; node; node = node->parentNode())
+        found.insert(node);
+    return found;
 }
 } // namespace
 
@@ -156,11 +156,12 @@ Map<qint64, TBnode *> NodeCache::move(const QVector<qint64> &nodeIds, qint64 par
     TBnode *parent = parentId > 0 ? m_nodes.value(parentId) : nullptr;
     if (parentId > 0 && !parent)
         qDebug("Failed to update nodes parent id=%s", qPrintable(QString::number(parentId)));
+    const QSet<const TBnode *> unmovable = withAncestors(parent);
     Map<qint64, TBnode *> moved;
     QList<TBnode *> newChildren;
     for (const qint64 nodeId : nodeIds) {
         TBnode *node = m_nodes.value(nodeId);
-        if (!node || (parent && isWithin(parent, node))) {
+        if (!node || unmovable.contains(node)) {
             qDebug("Failed to update nodes parent id=%s", qPrintable(QString::number(nodeId)));
             continue;
         }

@@ -1,5 +1,7 @@
 #include "db/caches/tagcache.h"
 
+#include "db/longtext.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -16,6 +18,14 @@ qint64 idOf(const TableRowData &row)
 QString nameOf(const TableRowData &row)
 {
     return row.value(nameColumn).toString();
+}
+
+void cutLongTexts(TableRowData &row)
+{
+    for (int i = 0; i < row.columns().size(); ++i) {
+        if (row.at(i).type() == QVariant::String && LongText::isTooLong(row.at(i).toString()))
+            row.setAt(i, LongText::kept(row.at(i).toString()));
+    }
 }
 
 void copyValues(const TableRowData &from, TableRowData &to)
@@ -46,8 +56,10 @@ TableData TagCache::replaceAll(const TableData &rows)
     m_nameCounts.clear();
     m_rows.reserve(rows.size());
     m_rowsById.reserve(rows.size());
-    for (TableRowData *row : rows)
+    for (TableRowData *row : rows) {
+        cutLongTexts(*row);
         enter(row);
+    }
     return old;
 }
 
@@ -55,6 +67,7 @@ TagCache::Merge TagCache::merge(const TableData &rows)
 {
     Merge result;
     for (TableRowData *row : rows) {
+        cutLongTexts(*row);
         TableRowData *known = this->row(idOf(*row));
         if (!known) {
             enter(row);

@@ -1,6 +1,7 @@
 #include "ui/views/taggroupbar.h"
 
 #include "app/constants.h"
+#include "db/longtext.h"
 #include "models/idlistmime.h"
 #include "models/tagsgroupproxy.h"
 
@@ -16,17 +17,18 @@
 namespace {
 constexpr qint64 allTags = TagsGroupProxy::AllTagsTab;
 constexpr qint64 dTags = TagsGroupProxy::DTagsTab;
+constexpr int longestTab = 200;
 
 QString escaped(const QString &name)
 {
     // A single one would underline the next letter.
-    return QString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
+    return LongText::cut(name, longestTab).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 QString markedUp(const QString &name)
 {
     // As marked-up text, for a name that looks like markup would be taken for it.
-    return QLatin1String("<qt>") + name.toHtmlEscaped() + QLatin1String("</qt>");
+    return QLatin1String("<qt>") + LongText::shown(name).toHtmlEscaped() + QLatin1String("</qt>");
 }
 
 void paintTarget(QPainter &painter, const QRect &tab, const QColor &colour)
