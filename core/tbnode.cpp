@@ -1,6 +1,10 @@
 #include "core/tbnode.h"
 
+#include "core/treewalk.h"
+
 #include <QDebug>
+
+#include <algorithm>
 
 TBnode::TBnode(TBnode *parentNode, qint64 tagId, qint64 id, bool inverted, bool trOption, qint64 treeId,
                const QString &name, NodeType nodeType, QObject *parent)
@@ -69,7 +73,8 @@ int TBnode::indexOf(const TBnode *child) const
 
 bool TBnode::addChild(TBnode *child)
 {
-    if (!child || m_children.contains(child))
+    // A child has this node as its parent, which spares the look through the list for one that comes new.
+    if (!child || (child->m_parentNode == this && m_children.contains(child)))
         return false;
     const QList<TBnode *> added{child};
     emit aboutToAddchildren(added, this);
@@ -129,24 +134,23 @@ void TBnode::removeAllChildren()
 
 QVector<qint64> TBnode::descendantIds() const
 {
+    const QVector<const TBnode *> nodes = TreeWalk::branch(this);
     QVector<qint64> ids;
-    appendDescendantIds(ids);
+    ids.reserve(nodes.size());
+    for (auto node = nodes.crbegin(); *node != this; ++node)
+        ids.append((*node)->m_id);
     return ids;
-}
-
-void TBnode::appendDescendantIds(QVector<qint64> &ids) const
-{
-    for (const TBnode *child : m_children) {
-        child->appendDescendantIds(ids);
-        ids.append(child->m_id);
-    }
 }
 
 void TBnode::collectTagRequirements(QVector<qint64> &required, QVector<qint64> &excluded) const
 {
-    if (m_parentNode && m_parentNode->m_nodeType == TagNode)
-        m_parentNode->collectTagRequirements(required, excluded);
-    // A special node selects by itself and stands for no tag.
-    if (m_nodeType == TagNode)
-        (m_inverted ? excluded : required).append(m_tagId);
+    QVector<const TBnode *> chain{this};
+    for (const TBnode *above = m_parentNode; above && above->m_nodeType == TagNode;
+         above = above->m_parentNode)
+        chain.append(above);
+    for (auto node = chain.crbegin(); node != chain.crend(); ++node) {
+        // A special node selects by itself and stands for no tag.
+        if ((*node)->m_nodeType == TagNode)
+            ((*node)->m_inverted ? excluded : required).append((*node)->m_tagId);
+    }
 }

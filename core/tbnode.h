@@ -78,8 +78,6 @@ signals:
     void nameChanged(QString name);
 
 private:
-    void appendDescendantIds(QVector<qint64> &ids) const;
-
     qint64 m_id;
     qint64 m_tagId;
     bool m_inverted;

@@ -1,5 +1,7 @@
 #include "core/trnode.h"
 
+#include "core/treewalk.h"
+
 #include <algorithm>
 
 TRnode::TRnode(qint64 id, const QString &name, TRnode *parentNode, QObject *parent)
@@ -14,7 +16,8 @@ int TRnode::indexOf(const TRnode *child) const
 
 bool TRnode::addChild(TRnode *child)
 {
-    if (!child || m_children.contains(child))
+    // A child has this node as its parent, which spares the look through the list for one that comes new.
+    if (!child || (child->m_parentNode == this && m_children.contains(child)))
         return false;
     const QList<TRnode *> added{child};
     emit aboutToAddchildren(added, this);
@@ -66,32 +69,22 @@ QVector<qint64> TRnode::ancestorIds() const
 
 QVector<qint64> TRnode::descendantIds() const
 {
-    QVector<const TRnode *> nodes;
-    appendDescendants(nodes);
+    const QVector<const TRnode *> nodes = TreeWalk::branch(this);
     QVector<qint64> ids;
     ids.reserve(nodes.size());
-    for (const TRnode *node : qAsConst(nodes))
-        ids.append(node->m_id);
+    for (auto node = nodes.crbegin(); *node != this; ++node)
+        ids.append((*node)->m_id);
     return ids;
 }
 
 QStringList TRnode::descendantNames() const
 {
-    QVector<const TRnode *> nodes;
-    appendDescendants(nodes);
+    const QVector<const TRnode *> nodes = TreeWalk::branch(this);
     QStringList names;
     names.reserve(nodes.size());
-    for (const TRnode *node : qAsConst(nodes))
-        names.append(node->m_name);
+    for (auto node = nodes.crbegin(); *node != this; ++node)
+        names.append((*node)->m_name);
     return names;
-}
-
-void TRnode::appendDescendants(QVector<const TRnode *> &nodes) const
-{
-    for (const TRnode *child : m_children) {
-        child->appendDescendants(nodes);
-        nodes.append(child);
-    }
 }
 
 bool TRnode::hasAncestorIn(const QVector<qint64> &ids) const
@@ -105,7 +98,7 @@ bool TRnode::hasAncestorIn(const QVector<qint64> &ids) const
 
 bool TRnode::hasDescendantIn(const QVector<qint64> &ids) const
 {
-    return std::any_of(m_children.begin(), m_children.end(), [&ids](const TRnode *child) {
-        return ids.contains(child->m_id) || child->hasDescendantIn(ids);
-    });
+    const QVector<const TRnode *> nodes = TreeWalk::branch(this);
+    return std::any_of(nodes.cbegin() + 1, nodes.cend(),
+                       [&ids](const TRnode *node) { return ids.contains(node->m_id); });
 }

@@ -56,8 +56,6 @@ signals:
     void childrenNodesRemoved(QList<TRnode *> children);
 
 private:
-    void appendDescendants(QVector<const TRnode *> &nodes) const;
-
     qint64 m_id;
     QString m_name;
     TRnode *m_parentNode;

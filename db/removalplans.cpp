@@ -3,18 +3,43 @@
 #include "core/tbnode.h"
 #include "db/caches/relationcache.h"
 
+#include <QHash>
 #include <QMap>
 #include <QSet>
 
 namespace {
-/** The id of the nearest tag node above that stays, 0 for the top level. */
-qint64 survivingAncestor(const TBnode *node, const QSet<qint64> &removed)
+/** Where those below removed nodes go. Each removed node is passed once, however many stand below it. */
+class SurvivingAncestors
 {
-    const TBnode *above = node->parentNode();
-    while (above && above->nodeType() == TagNode && removed.contains(above->id()))
-        above = above->parentNode();
-    return above && above->nodeType() == TagNode ? above->id() : 0;
-}
+public:
+    explicit SurvivingAncestors(const QSet<qint64> &removed) : m_removed(removed) {}
+
+    /** The id of the nearest tag node above that stays, 0 for the top level. */
+    qint64 above(const TBnode *node)
+    {
+        QVector<qint64> way;
+        const TBnode *above = node->parentNode();
+        while (isRemoved(above) && !m_known.contains(above->id())) {
+            way.append(above->id());
+            above = above->parentNode();
+        }
+        qint64 found = above && above->nodeType() == TagNode ? above->id() : 0;
+        if (isRemoved(above))
+            found = m_known.value(above->id());
+        for (const qint64 id : qAsConst(way))
+            m_known.insert(id, found);
+        return found;
+    }
+
+private:
+    bool isRemoved(const TBnode *node) const
+    {
+        return node && node->nodeType() == TagNode && m_removed.contains(node->id());
+    }
+
+    const QSet<qint64> &m_removed;
+    QHash<qint64, qint64> m_known;
+};
 
 /** The linked folders of the removed nodes that no other node uses. */
 QStringList unusedAutolinks(const Map<qint64, TBnode *> &nodes, const QSet<qint64> &removed)
@@ -49,11 +74,12 @@ NodeRemovalPlan planFor(const Map<qint64, TBnode *> &nodes, const QSet<qint64> &
 {
     NodeRemovalPlan plan;
     QMap<qint64, QVector<qint64>> moves;
+    SurvivingAncestors ancestors(removed);
     for (const qint64 nodeId : removed) {
         plan.removedNodeIds.append(nodeId);
         for (const TBnode *child : nodes.value(nodeId)->children()) {
             if (!removed.contains(child->id()))
-                moves[survivingAncestor(child, removed)].append(child->id());
+                moves[ancestors.above(child)].append(child->id());
         }
     }
     for (auto it = moves.cbegin(); it != moves.cend(); ++it)
@@ -65,15 +91,18 @@ NodeRemovalPlan planFor(const Map<qint64, TBnode *> &nodes, const QSet<qint64> &
 
 NodeRemovalPlan RemovalPlans::subtrees(const Map<qint64, TBnode *> &nodes, const QVector<qint64> &nodeIds)
 {
-    QSet<qint64> removed = knownOnes(nodes, nodeIds);
-    const QSet<qint64> tops = removed;
-    for (const qint64 nodeId : tops) {
-        const TBnode *node = nodes.value(nodeId);
-        // What stands below another removed node comes with that one.
-        if (node->parentNode() && tops.contains(node->parentNode()->id()))
+    QSet<qint64> removed;
+    QVector<const TBnode *> open;
+    for (const qint64 nodeId : knownOnes(nodes, nodeIds))
+        open.append(nodes.value(nodeId));
+    while (!open.isEmpty()) {
+        const TBnode *node = open.takeLast();
+        // What stands below a node that was met before is noted, or still to come.
+        if (removed.contains(node->id()))
             continue;
-        for (const qint64 below : node->descendantIds())
-            removed.insert(below);
+        removed.insert(node->id());
+        for (const TBnode *child : node->children())
+            open.append(child);
     }
     return planFor(nodes, removed);
 }

@@ -3,20 +3,20 @@
 #include "app/liststream.h"
 #include "app/specialnodes.h"
 #include "core/tbnode.h"
+#include "core/treewalk.h"
 
 #include <algorithm>
 
 namespace {
 
-const TBnode *findNode(const TBnode *node, qint64 id)
+const TBnode *findNode(const TBnode *top, qint64 id)
 {
-    if (!node || (node->id() == id && id >= 0))
-        return node;
-    for (const TBnode *child : node->children()) {
-        if (const TBnode *found = findNode(child, id))
-            return found;
-    }
-    return nullptr;
+    if (!top || id < 0)
+        return nullptr;
+    const QVector<const TBnode *> nodes = TreeWalk::branch(top);
+    const auto found =
+        std::find_if(nodes.cbegin(), nodes.cend(), [id](const TBnode *node) { return node->id() == id; });
+    return found == nodes.cend() ? nullptr : *found;
 }
 
 } // namespace
@@ -128,11 +128,16 @@ void ManualNodesSorter::liftChildren(const TBnode &parent, const QSet<qint64> &r
 void ManualNodesSorter::appendLifted(const TBnode &removedNode, const QSet<qint64> &removed,
                                      QList<qint64> &list) const
 {
-    for (const TBnode *child : orderedChildren(removedNode)) {
-        if (removed.contains(child->id()))
-            appendLifted(*child, removed, list);
-        else
-            list.append(child->id());
+    QList<const TBnode *> open = orderedChildren(removedNode);
+    std::reverse(open.begin(), open.end());
+    while (!open.isEmpty()) {
+        const TBnode *node = open.takeLast();
+        if (!removed.contains(node->id())) {
+            list.append(node->id());
+            continue;
+        }
+        const QList<const TBnode *> children = orderedChildren(*node);
+        std::copy(children.crbegin(), children.crend(), std::back_inserter(open));
     }
 }
 

@@ -3,6 +3,8 @@
 #include "app/constants.h"
 #include "app/specialnodes.h"
 #include "core/controllers/browstreecontroller.h"
+#include "core/treewalk.h"
+#include "db/longtext.h"
 #include "models/treeroles.h"
 
 #include <QColor>
@@ -101,7 +103,7 @@ int TBtreeModel::rowCount(const QModelIndex &parent) const
     if (parent.column() > 0)
         return 0;
     const TBnode *node = parent.isValid() ? nodeAt(parent) : m_root.get();
-    return node ? node->childrenCount() : 0;
+    return node && !TreeWalk::hidesChildren(*node) ? node->childrenCount() : 0;
 }
 
 int TBtreeModel::columnCount(const QModelIndex &) const
@@ -112,7 +114,8 @@ int TBtreeModel::columnCount(const QModelIndex &) const
 QModelIndex TBtreeModel::index(int row, int column, const QModelIndex &parent) const
 {
     const TBnode *parentNode = parent.isValid() ? nodeAt(parent) : m_root.get();
-    TBnode *child = parentNode && column == 0 ? parentNode->childAt(row) : nullptr;
+    const bool isShown = parentNode && column == 0 && !TreeWalk::hidesChildren(*parentNode);
+    TBnode *child = isShown ? parentNode->childAt(row) : nullptr;
     return child ? createIndex(row, column, child) : QModelIndex();
 }
 
@@ -152,7 +155,7 @@ TBnode *TBtreeModel::nodeAt(const QModelIndex &index) const
 
 QModelIndex TBtreeModel::indexOf(const TBnode *node) const
 {
-    if (!node || node == m_root.get() || !node->parentNode())
+    if (!node || node == m_root.get() || !node->parentNode() || TreeWalk::hidesChildren(*node->parentNode()))
         return {};
     const int row = node->parentNode()->indexOf(node);
     return row < 0 ? QModelIndex() : createIndex(row, 0, const_cast<TBnode *>(node));
@@ -233,7 +236,8 @@ void TBtreeModel::endManyChanges()
 
 void TBtreeModel::beforeAddedChildrenNode(const QList<TBnode *> &children, TBnode *parentNode)
 {
-    if (m_isResetting)
+    m_isChangeShown = !m_isResetting && !TreeWalk::hidesChildren(*parentNode);
+    if (!m_isChangeShown)
         return;
     const int count = parentNode->childrenCount();
     beginInsertRows(indexOf(parentNode), count, count + children.size() - 1);
@@ -241,7 +245,7 @@ void TBtreeModel::beforeAddedChildrenNode(const QList<TBnode *> &children, TBnod
 
 void TBtreeModel::addedChildrenNode(const QList<TBnode *> &children)
 {
-    if (!m_isResetting)
+    if (m_isChangeShown)
         endInsertRows();
     for (TBnode *child : children)
         connectNode(child);
@@ -249,7 +253,8 @@ void TBtreeModel::addedChildrenNode(const QList<TBnode *> &children)
 
 void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBnode *parentNode)
 {
-    if (!m_isResetting) {
+    m_isChangeShown = !m_isResetting && !TreeWalk::hidesChildren(*parentNode);
+    if (m_isChangeShown) {
         // One node, or all children of the parent: either way one run of rows.
         const int first = parentNode->indexOf(children.first());
         beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
@@ -260,18 +265,18 @@ void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBno
 
 void TBtreeModel::removedChildrenNode(const QList<TBnode *> &)
 {
-    if (!m_isResetting)
+    if (m_isChangeShown)
         endRemoveRows();
 }
 
 void TBtreeModel::chagedNodeName(const QString &)
 {
-    repaint(qobject_cast<TBnode *>(sender()));
+    repaint(m_changedNode);
 }
 
 void TBtreeModel::changedNodeLink()
 {
-    repaint(qobject_cast<TBnode *>(sender()));
+    repaint(m_changedNode);
 }
 
 void TBtreeModel::makeFixedNodes()
@@ -306,31 +311,43 @@ TBnode *TBtreeModel::fixedNode(NodeType type) const
     return nullptr;
 }
 
-void TBtreeModel::connectNode(TBnode *node)
+void TBtreeModel::connectNode(TBnode *top)
 {
-    // A node may come back from another place of the tree.
-    constexpr auto once = Qt::UniqueConnection;
-    connect(node, &TBnode::aboutToAddchildren, this, &TBtreeModel::beforeAddedChildrenNode, once);
-    connect(node, &TBnode::childrenNodesAdded, this, &TBtreeModel::addedChildrenNode, once);
-    connect(node, &TBnode::aboutToRemoveNodes, this, &TBtreeModel::beforeRemoveChildrenNode, once);
-    connect(node, &TBnode::childrenNodesRemoved, this, &TBtreeModel::removedChildrenNode, once);
-    connect(node, &TBnode::nameChanged, this, &TBtreeModel::chagedNodeName, once);
-    connect(node, &TBnode::autolinkChanged, this, &TBtreeModel::changedNodeLink, once);
-    connect(node, &TBnode::isInvertedChanged, this, &TBtreeModel::changedNodeLink, once);
-    connect(node, &TBnode::trOptionChanged, this, &TBtreeModel::changedNodeLink, once);
-    for (TBnode *child : node->children()) {
-        if (child->nodeType() == TagNode)
-            connectNode(child);
-    }
+    for (TBnode *node : TreeWalk::branch(top))
+        followNode(node);
 }
 
-void TBtreeModel::disconnectNode(TBnode *node)
+void TBtreeModel::followNode(TBnode *node)
 {
-    if (m_currentNode && node == m_currentNode)
-        m_currentNode = nullptr;
+    if (node != m_allFilesNode.get() && node->nodeType() != TagNode)
+        return;
+    // A node may come back from another place of the tree.
     disconnect(node, nullptr, this, nullptr);
-    for (TBnode *child : node->children())
-        disconnectNode(child);
+    connect(node, &TBnode::aboutToAddchildren, this, &TBtreeModel::beforeAddedChildrenNode);
+    connect(node, &TBnode::childrenNodesAdded, this, &TBtreeModel::addedChildrenNode);
+    connect(node, &TBnode::aboutToRemoveNodes, this, &TBtreeModel::beforeRemoveChildrenNode);
+    connect(node, &TBnode::childrenNodesRemoved, this, &TBtreeModel::removedChildrenNode);
+    // The node comes along, as sender() looks through the connections of all nodes.
+    const auto changed = [this, node] {
+        m_changedNode = node;
+        changedNodeLink();
+    };
+    connect(node, &TBnode::nameChanged, this, [this, node](const QString &name) {
+        m_changedNode = node;
+        chagedNodeName(name);
+    });
+    connect(node, &TBnode::autolinkChanged, this, changed);
+    connect(node, &TBnode::isInvertedChanged, this, changed);
+    connect(node, &TBnode::trOptionChanged, this, changed);
+}
+
+void TBtreeModel::disconnectNode(TBnode *top)
+{
+    for (TBnode *node : TreeWalk::branch(top)) {
+        if (node == m_currentNode)
+            m_currentNode = nullptr;
+        disconnect(node, nullptr, this, nullptr);
+    }
 }
 
 void TBtreeModel::repaint(TBnode *node)
@@ -349,5 +366,9 @@ QString TBtreeModel::toolTip(const TBnode &node)
 
 QString TBtreeModel::displayText(const TBnode &node)
 {
-    return node.isInverted() ? QStringLiteral("- ") + node.name() : node.name();
+    const QString name = LongText::shown(node.name());
+    const QString text = node.isInverted() ? QStringLiteral("- ") + name : name;
+    // More stands below than can be shown.
+    const bool isCutOff = node.childrenCount() > 0 && TreeWalk::hidesChildren(node);
+    return isCutOff ? text + QStringLiteral(" …") : text;
 }

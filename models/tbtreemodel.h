@@ -70,8 +70,9 @@ private slots:
 private:
     void makeFixedNodes();
     void attachAll(const QMap<qint64, TBnode *> &nodes);
-    void connectNode(TBnode *node);
-    void disconnectNode(TBnode *node);
+    void connectNode(TBnode *top);
+    void followNode(TBnode *node);
+    void disconnectNode(TBnode *top);
     void repaint(TBnode *node);
     static QString toolTip(const TBnode &node);
     static QString displayText(const TBnode &node);
@@ -81,5 +82,7 @@ private:
     std::unique_ptr<TBnode> m_allFilesNode;
     std::vector<std::unique_ptr<TBnode>> m_fixedNodes;
     TBnode *m_currentNode = nullptr;
+    TBnode *m_changedNode = nullptr; // the one that the running slot is told of
     bool m_isResetting = false;
+    bool m_isChangeShown = false; // whether rows come or go with the present change of a node
 };

@@ -2,6 +2,8 @@
 
 #include "app/constants.h"
 #include "core/controllers/relationscontroller.h"
+#include "core/treewalk.h"
+#include "db/longtext.h"
 #include "models/idlistmime.h"
 #include "models/treeroles.h"
 
@@ -26,7 +28,7 @@ QVariant TRmodel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return m_controller ? m_controller->tagName(node->id()) : node->name();
+        return displayText(*node);
     case Qt::ToolTipRole: {
         // For entries that are cut off. The name of a tag may look like markup, which a tool tip would carry
         // out.
@@ -44,6 +46,13 @@ QVariant TRmodel::data(const QModelIndex &index, int role) const
     }
 }
 
+QString TRmodel::displayText(const TRnode &node) const
+{
+    const QString name = LongText::shown(m_controller ? m_controller->tagName(node.id()) : node.name());
+    // More stands below than can be shown.
+    return node.childrenCount() > 0 && TreeWalk::hidesChildren(node) ? name + QStringLiteral(" …") : name;
+}
+
 Qt::ItemFlags TRmodel::flags(const QModelIndex &index) const
 {
     if (!index.isValid())
@@ -55,7 +64,8 @@ int TRmodel::rowCount(const QModelIndex &parent) const
 {
     if (parent.column() > 0)
         return 0;
-    return parent.isValid() ? nodeAt(parent)->childrenCount() : m_root.childrenCount();
+    const TRnode *node = parent.isValid() ? nodeAt(parent) : &m_root;
+    return TreeWalk::hidesChildren(*node) ? 0 : node->childrenCount();
 }
 
 int TRmodel::columnCount(const QModelIndex &) const
@@ -66,7 +76,8 @@ int TRmodel::columnCount(const QModelIndex &) const
 QModelIndex TRmodel::index(int row, int column, const QModelIndex &parent) const
 {
     const TRnode *parentNode = parent.isValid() ? nodeAt(parent) : &m_root;
-    TRnode *child = column == 0 ? parentNode->childAt(row) : nullptr;
+    const bool isShown = column == 0 && !TreeWalk::hidesChildren(*parentNode);
+    TRnode *child = isShown ? parentNode->childAt(row) : nullptr;
     return child ? createIndex(row, column, child) : QModelIndex();
 }
 
@@ -101,7 +112,7 @@ TRnode *TRmodel::nodeAt(const QModelIndex &index) const
 
 QModelIndex TRmodel::indexOf(const TRnode *node) const
 {
-    if (!node || node == &m_root || !node->parentNode())
+    if (!node || node == &m_root || !node->parentNode() || TreeWalk::hidesChildren(*node->parentNode()))
         return {};
     const int row = node->parentNode()->indexOf(node);
     return row < 0 ? QModelIndex() : createIndex(row, 0, const_cast<TRnode *>(node));
@@ -148,9 +159,14 @@ void TRmodel::noteTopPath(const QString &path, const TRnode *node)
 
 QModelIndex TRmodel::indexOfPath(const QString &path) const
 {
+    return indexOf(nodeOfPath(path));
+}
+
+const TRnode *TRmodel::nodeOfPath(const QString &path) const
+{
     const TRnode *node = topNodeOf(path);
     if (!node)
-        return {};
+        return nullptr;
     const QString below = path.mid(topPathOf(node).size() + 1);
     const QStringList pieces = below.isEmpty() ? QStringList() : below.split(separator);
     for (const QString &piece : pieces) {
@@ -161,10 +177,10 @@ QModelIndex TRmodel::indexOfPath(const QString &path) const
                 next = child;
         }
         if (!next)
-            return {};
+            return nullptr;
         node = next;
     }
-    return indexOf(node);
+    return node;
 }
 
 void TRmodel::resetNodes(const Vector<QPair<QString, TRnode *>> &nodes)
@@ -202,37 +218,39 @@ void TRmodel::clear()
 
 void TRmodel::repaintNames()
 {
-    repaintBelow(QModelIndex());
-}
-
-void TRmodel::repaintBelow(const QModelIndex &parent)
-{
-    const int rows = rowCount(parent);
-    if (rows == 0)
-        return;
-    emit dataChanged(index(0, 0, parent), index(rows - 1, 0, parent));
-    for (int row = 0; row < rows; ++row)
-        repaintBelow(index(row, 0, parent));
+    for (const TRnode *node : TreeWalk::branch(&m_root)) {
+        const QModelIndex parent = indexOf(node);
+        const int rows = node == &m_root || parent.isValid() ? rowCount(parent) : 0;
+        if (rows > 0)
+            emit dataChanged(index(0, 0, parent), index(rows - 1, 0, parent));
+    }
 }
 
 void TRmodel::beforeAddedChildrenNode(const QList<TRnode *> &children, TRnode *parentNode)
 {
+    m_isChangeShown = !TreeWalk::hidesChildren(*parentNode);
+    if (!m_isChangeShown)
+        return;
     const int count = parentNode->childrenCount();
     beginInsertRows(indexOf(parentNode), count, count + children.size() - 1);
 }
 
 void TRmodel::addedChildrenNode(const QList<TRnode *> &children)
 {
-    endInsertRows();
+    if (m_isChangeShown)
+        endInsertRows();
     for (TRnode *child : children)
         connectNode(child);
 }
 
 void TRmodel::beforeRemoveChildrenNode(const QList<TRnode *> &children, TRnode *parentNode)
 {
-    // One node, or all children of the parent: either way one run of rows.
-    const int first = children.isEmpty() ? -1 : parentNode->indexOf(children.first());
-    beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
+    m_isChangeShown = !TreeWalk::hidesChildren(*parentNode);
+    if (m_isChangeShown) {
+        // One node, or all children of the parent: either way one run of rows.
+        const int first = children.isEmpty() ? -1 : parentNode->indexOf(children.first());
+        beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
+    }
     for (TRnode *child : children) {
         disconnectNode(child);
         m_longTopPaths.remove(child);
@@ -241,23 +259,23 @@ void TRmodel::beforeRemoveChildrenNode(const QList<TRnode *> &children, TRnode *
 
 void TRmodel::removedChildrenNode(const QList<TRnode *> &)
 {
-    endRemoveRows();
+    if (m_isChangeShown)
+        endRemoveRows();
 }
 
-void TRmodel::connectNode(TRnode *node)
+void TRmodel::connectNode(TRnode *top)
 {
     constexpr auto once = Qt::UniqueConnection;
-    connect(node, &TRnode::aboutToAddchildren, this, &TRmodel::beforeAddedChildrenNode, once);
-    connect(node, &TRnode::childrenNodesAdded, this, &TRmodel::addedChildrenNode, once);
-    connect(node, &TRnode::aboutToRemoveNodes, this, &TRmodel::beforeRemoveChildrenNode, once);
-    connect(node, &TRnode::childrenNodesRemoved, this, &TRmodel::removedChildrenNode, once);
-    for (TRnode *child : node->children())
-        connectNode(child);
+    for (TRnode *node : TreeWalk::branch(top)) {
+        connect(node, &TRnode::aboutToAddchildren, this, &TRmodel::beforeAddedChildrenNode, once);
+        connect(node, &TRnode::childrenNodesAdded, this, &TRmodel::addedChildrenNode, once);
+        connect(node, &TRnode::aboutToRemoveNodes, this, &TRmodel::beforeRemoveChildrenNode, once);
+        connect(node, &TRnode::childrenNodesRemoved, this, &TRmodel::removedChildrenNode, once);
+    }
 }
 
-void TRmodel::disconnectNode(TRnode *node)
+void TRmodel::disconnectNode(TRnode *top)
 {
-    disconnect(node, nullptr, this, nullptr);
-    for (TRnode *child : node->children())
-        disconnectNode(child);
+    for (TRnode *node : TreeWalk::branch(top))
+        disconnect(node, nullptr, this, nullptr);
 }

@@ -38,6 +38,8 @@ public:
     QString pathOf(const QModelIndex &index) const;
     /** The entry at a path; invalid when there is none. */
     QModelIndex indexOfPath(const QString &path) const;
+    /** The same, and entries too deep to be shown; null when there is none. */
+    const TRnode *nodeOfPath(const QString &path) const;
 
 public slots:
     /** Shows all the nodes in place of those shown before. */
@@ -55,9 +57,9 @@ private slots:
     void removedChildrenNode(const QList<TRnode *> &children);
 
 private:
-    void connectNode(TRnode *node);
-    void disconnectNode(TRnode *node);
-    void repaintBelow(const QModelIndex &parent);
+    QString displayText(const TRnode &node) const;
+    void connectNode(TRnode *top);
+    void disconnectNode(TRnode *top);
     void noteTopPath(const QString &path, const TRnode *node);
     /** The entry at the top whose path is the longest beginning of this one; null when there is none. */
     const TRnode *topNodeOf(const QString &path) const;
@@ -67,4 +69,5 @@ private:
     RelationsController *m_controller;
     TRnode m_root;
     QHash<const TRnode *, QString> m_longTopPaths; ///< of entries at the top whose parents have no rows
+    bool m_isChangeShown = false; // whether rows come or go with the present change of a node
 };

@@ -6,6 +6,8 @@
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 
+#include <QTreeView>
+
 namespace {
 
 /** One line for each tag node below an index: "id|parent|inverted|name", sorted. */
@@ -229,6 +231,55 @@ private slots:
         tree->removeNodes({2});
         QCOMPARE(resets.size(), 1);
         QCOMPARE(tree->sorterModel()->rowCount(tree->sorterModel()->indexOfNode(TagNode, 898)), 1);
+    }
+
+    void chainsDeeperThanAnyStack()
+    {
+        // Only so many levels are shown, as views recurse into what is open. All of it is there and can go.
+        constexpr int nodes = 200000;
+        constexpr int relations = 700;
+        LocalCollection fixture;
+        fixture.addTags({"a"_s});
+        QVERIFY(fixture.fill("INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) SELECT i,1,1,0 FROM n",
+                             nodes));
+        QVERIFY(fixture.fill("INSERT INTO tb_node_links(parent_id,child_id) SELECT i-1,i FROM n", nodes));
+        QVERIFY(fixture.fill(
+            "INSERT INTO tag_relationships SELECT 1||replace(hex(zeroblob(i-1)),'00','.1') FROM n",
+            relations));
+        fixture.manager()->reloadAllData();
+        BrowsTreeController &tree = fixture.tree();
+        RelationsController &trees = fixture.relations();
+        for (QAbstractItemModel *model : {static_cast<QAbstractItemModel *>(tree.sorterModel()),
+                                          static_cast<QAbstractItemModel *>(trees.model())}) {
+            QTreeView view;
+            view.setModel(model);
+            view.expandAll();
+            QModelIndex deepest = view.indexAt({});
+            for (QModelIndex next = deepest; next.isValid(); next = view.indexBelow(next))
+                deepest = next;
+            int level = 0;
+            for (QModelIndex above = deepest; above.isValid(); above = above.parent())
+                ++level;
+            QCOMPARE(level, 500);
+            QCOMPARE(deepest.data().toString(), "a …"_s);
+        }
+        QVector<qint64> required, excluded;
+        tree.nodeById(nodes)->collectTagRequirements(required, excluded);
+        QCOMPARE(required.size(), nodes);
+        QCOMPARE(trees.descendantsOf({1}).size(), relations * (relations - 1) / 2);
+        // News from below the deepest level that is shown.
+        test({tree.model(), trees.model()});
+        tree.addNodesBelow({1}, nodes);
+        tree.addNodesAbove({1}, 600);
+        tree.removeNodes({700});
+        fixture.manager()->renameTag(1, "b"_s);
+        trees.removeNode(fixture.manager()->relationNodes().at(relations - 1).first);
+        QCOMPARE(tree.nodeById(nodes + 1)->parentNode()->id(), nodes);
+        QCOMPARE(trees.model()->index(0, 0).data().toString(), "b"_s);
+        tree.removeNodes({1});
+        QCOMPARE(fixture.rows("SELECT count(*) FROM tb_nodes"_s), QStringList("200000"_s));
+        tree.removeNodesWithSubtree({2});
+        QCOMPARE(fixture.rows("SELECT count(*) FROM tb_nodes"_s), QStringList("0"_s));
     }
 
     void relationsFollowTheirTags()

@@ -245,7 +245,7 @@ bool TRview::addWithSubtree(const QString &parentPath, qint64 tagId, const QStri
 bool TRview::isBelowOwnTag(const QString &parentPath, const QString &sourcePath) const
 {
     const auto *trees = qobject_cast<const TRmodel *>(model());
-    const TRnode *source = trees->nodeAt(trees->indexOfPath(sourcePath));
+    const TRnode *source = trees->nodeOfPath(sourcePath);
     if (!source)
         return false;
     const QVector<qint64> below = source->descendantIds();
@@ -257,17 +257,20 @@ bool TRview::isBelowOwnTag(const QString &parentPath, const QString &sourcePath)
 void TRview::copySubtree(const QString &sourcePath, const QString &targetPath)
 {
     const auto *trees = qobject_cast<const TRmodel *>(model());
-    const TRnode *source = trees->nodeAt(trees->indexOfPath(sourcePath));
-    // Where a level could not be written, those below it would hang in the air.
-    if (!source || source->childrenCount() == 0 || !trees->indexOfPath(targetPath).isValid())
-        return;
-    QVector<qint64> childIds;
-    for (const TRnode *child : source->children())
-        childIds.append(child->id());
-    m_controller->addChildren(targetPath, childIds);
-    for (const qint64 id : childIds) {
-        const QString piece = QLatin1Char('.') + QString::number(id);
-        copySubtree(sourcePath + piece, targetPath + piece);
+    QVector<QPair<QString, QString>> open{{sourcePath, targetPath}};
+    while (!open.isEmpty()) {
+        const auto [from, to] = open.takeLast();
+        const TRnode *source = trees->nodeOfPath(from);
+        // Where a level could not be written, those below it would hang in the air.
+        if (!source || source->childrenCount() == 0 || !trees->nodeOfPath(to))
+            continue;
+        QVector<qint64> childIds;
+        for (const TRnode *child : source->children()) {
+            const QString piece = QLatin1Char('.') + QString::number(child->id());
+            childIds.append(child->id());
+            open.append({from + piece, to + piece});
+        }
+        m_controller->addChildren(to, childIds);
     }
 }
 
