@@ -48,7 +48,17 @@ private slots:
         row("/etc/passwd", "file:///etc/passwd");
         row("/bin/sh", "");
         row("file:///bin/sh", "");
-        row("/tmp/EVIL.Desktop", "");
+        row("file://localhost/etc/passwd", "file:///etc/passwd");
+        row("file://host/etc/passwd", "");
+        row("//host/etc/passwd", "file:///host/etc/passwd");
+        row("file:///etc/passwd%00.txt", "");
+        row("file:///bin/sh%00.txt", "");
+        row("file:///bin/sh/", "");
+        row("file:///etc/passwd/", "file:///etc/passwd");
+        row("/bin/../bin/sh///", "");
+        row("/dev/zero", "");
+        row("file:etc/passwd", "");
+        row(":/misc/styleSheet.txt", "");
         row("", "");
     }
 
@@ -58,17 +68,50 @@ private slots:
         QTEST(FileOpening::linkTarget(text).toString(), "url");
     }
 
+    void programsAreNotStarted_data()
+    {
+        addColumns<QString, QByteArray, bool, bool>("name", "bytes", "isExecutable", "isOpened");
+        addRow("text", "a.txt"_s, QByteArray("text"), false, true);
+        addRow("launcher", "EVIL.Desktop"_s, QByteArray("[Desktop Entry]"), false, false);
+        addRow("script to be read", "a.sh"_s, QByteArray("#!/bin/sh\n"), false, true);
+        addRow("script to be run", "a.sh"_s, QByteArray("true\n"), true, false);
+        addRow("script under a harmless name", "a.txt"_s, QByteArray("#!/bin/sh\n"), true, false);
+        addRow("program", "a"_s, QByteArray("\177ELF"), true, false);
+        addRow("who knows what", "a"_s, QByteArray("\1\2\3"), true, false);
+        // On a disk of another system all files are executable.
+        addRow("picture", "a.png"_s, QByteArray("\x89PNG\r\n\x1a\n"), true, true);
+        addRow("document", "a.pdf"_s, QByteArray("%PDF-1.4"), true, true);
+    }
+
+    // By its own name, and by that of a link to it.
     void programsAreNotStarted()
     {
+        QFETCH(QString, name);
+        QFETCH(bool, isExecutable);
+        QFETCH(bool, isOpened);
         QTemporaryDir folder;
-        const QString launcher = folder.filePath("x.desktop"_s);
-        QFile(launcher).open(QIODevice::WriteOnly);
-        const QString disguise = folder.filePath("letter.txt"_s);
-        QVERIFY(QFile::link(launcher, disguise));
-        QCOMPARE(FileOpening::linkTarget(disguise), QUrl());
-        QVERIFY(!FileOpening::mayOpenCopy(nullptr, "x.desktop"_s + QChar(QChar::Null)));
+        QFile file(folder.filePath(name));
+        QFETCH(QByteArray, bytes);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        if (isExecutable)
+            QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser));
+        const QString disguise = folder.filePath("letter.odt"_s);
+        QVERIFY(QFile::link(file.fileName(), disguise));
+        for (const QString &path : {file.fileName(), disguise}) {
+            const QUrl url = QUrl::fromLocalFile(path);
+            QCOMPARE(FileOpening::linkTarget(url.toString()), isOpened ? url : QUrl());
+            FileOpening::openExternalFile(nullptr, path);
+            QCOMPARE(m_opened, isOpened ? QList<QUrl>{url} : QList<QUrl>());
+            QCOMPARE(m_boxes.size(), isOpened ? 0 : 1);
+            m_opened.clear();
+            m_boxes.clear();
+        }
+        QCOMPARE(FileOpening::mayOpenCopy(nullptr, name + QChar(QChar::Null)), !name.endsWith("Desktop"_s));
         // A folder carries the same permission but starts nothing.
         QCOMPARE(FileOpening::linkTarget(folder.path()), QUrl::fromLocalFile(folder.path()));
+        FileOpening::openExternalFile(nullptr, "/dev/zero"_s);
+        QVERIFY(m_opened.isEmpty());
     }
 
     void whatCannotBeOpenedIsTold()

@@ -40,7 +40,8 @@ private slots:
     {
         addColumns<QString, bool, bool>("name", "isInternal", "isOpened");
         addRow("link", "https://example.org/a.exe"_s, false, true);
-        addRow("external launcher, which is the user's own", "a.desktop"_s, false, true);
+        addRow("external launcher", "a.desktop"_s, false, false);
+        addRow("external file", "a.txt"_s, false, true);
         addRow("internal file", "it's 100%1 \u00e4#?.txt"_s, true, true);
         addRow("internal launcher", "a.txt.Desktop"_s, true, false);
         addRow("internal program", "a.EXE"_s, true, false);

@@ -2,6 +2,7 @@
 
 #include "app/messages.h"
 #include "fileops/databasefunctions.h"
+#include "ui/views/startable.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -28,30 +29,23 @@ bool isAllowedScheme(const QString &scheme)
     return schemes.contains(scheme);
 }
 
-bool isLauncher(const QString &name)
+/** What is judged is what is opened: not the address of another computer, nor a name with a slash behind it.
+ */
+QUrl localUrl(const QString &path)
 {
-    return name.endsWith(QLatin1String(".desktop"), Qt::CaseInsensitive);
-}
-
-// A copy is never executable, but these are run all the same where the desktop knows a program for them.
-bool startsProgram(const QString &name)
-{
-    static const QStringList endings = {
-        QStringLiteral("appimage"), QStringLiteral("bat"), QStringLiteral("cmd"),  QStringLiteral("com"),
-        QStringLiteral("exe"),      QStringLiteral("jar"), QStringLiteral("jnlp"), QStringLiteral("lnk"),
-        QStringLiteral("msi"),      QStringLiteral("pif"), QStringLiteral("ps1"),  QStringLiteral("scr"),
-        QStringLiteral("url"),      QStringLiteral("vbs"), QStringLiteral("wsf")};
-    const QString ending = name.section(QLatin1Char('.'), -1).trimmed().toLower();
-    return isLauncher(name.trimmed()) || (name.contains(QLatin1Char('.')) && endings.contains(ending));
+    return QUrl::fromLocalFile(QDir::cleanPath(path));
 }
 
 QUrl harmlessLocalUrl(const QString &path)
 {
-    const QFileInfo info(path);
-    // What a link on the disk leads to counts as well as its own name.
-    const bool runs =
-        (info.isFile() && info.isExecutable()) || isLauncher(path) || isLauncher(info.canonicalFilePath());
-    return runs ? QUrl() : QUrl::fromLocalFile(path);
+    return Startable::verdictOn(localUrl(path).toLocalFile()) == Startable::Harmless ? localUrl(path)
+                                                                                     : QUrl();
+}
+
+QUrl linkedFile(const QUrl &url)
+{
+    const bool isHere = url.host().isEmpty() || url.host() == QLatin1String("localhost");
+    return isHere ? harmlessLocalUrl(url.path(QUrl::FullyDecoded)) : QUrl();
 }
 
 void openFolder(const QString &path)
@@ -70,7 +64,7 @@ void askFileManager(QWidget *parent, const QString &path)
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
-    call << QStringList(QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())) << QString();
+    call << QStringList(QString::fromLatin1(localUrl(path).toEncoded())) << QString();
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), parent);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, parent, [watcher, path] {
         if (watcher->isError())
@@ -87,7 +81,7 @@ QUrl FileOpening::linkTarget(const QString &text)
     const QString link = text.trimmed();
     if (link.isEmpty())
         return {};
-    if (QDir::isAbsolutePath(link))
+    if (link.startsWith(QLatin1Char('/')))
         return harmlessLocalUrl(link);
     QUrl url(link, QUrl::TolerantMode);
     if (!isAllowedScheme(url.scheme()) && !url.isLocalFile()) {
@@ -95,7 +89,7 @@ QUrl FileOpening::linkTarget(const QString &text)
         url = QUrl::fromUserInput(link);
     }
     if (url.isLocalFile())
-        return harmlessLocalUrl(url.toLocalFile());
+        return linkedFile(url);
     return url.isValid() && isAllowedScheme(url.scheme()) ? url : QUrl();
 }
 
@@ -118,7 +112,7 @@ bool FileOpening::warnWhenGone(QWidget *parent, const QString &path)
 
 void FileOpening::openExternalFile(QWidget *parent, const QString &path)
 {
-    if (warnWhenGone(parent, path) || QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+    if (warnWhenGone(parent, path) || !mayOpenFile(parent, path) || QDesktopServices::openUrl(localUrl(path)))
         return;
     // It may have gone while the desktop looked for a program.
     if (!warnWhenGone(parent, path))
@@ -127,10 +121,27 @@ void FileOpening::openExternalFile(QWidget *parent, const QString &path)
                              "associated with the file type."));
 }
 
+bool FileOpening::mayOpenFile(QWidget *parent, const QString &path)
+{
+    switch (Startable::verdictOn(QDir::cleanPath(path))) {
+    case Startable::Program:
+        Messages::warning(parent, tr("Error opening file"),
+                          tr("This file would start a program, which Vorna does not do. Start it from its "
+                             "folder if you trust it."));
+        return false;
+    case Startable::Unopenable:
+        Messages::warning(parent, tr("Error opening file"),
+                          tr("Vorna opens files and folders only, and this is neither."));
+        return false;
+    default:
+        return true;
+    }
+}
+
 bool FileOpening::mayOpenCopy(QWidget *parent, const QString &name)
 {
     // By the name that the copy gets.
-    if (!startsProgram(Database::safeFileName(name)))
+    if (!Startable::isByName(Database::safeFileName(name)))
         return true;
     Messages::warning(
         parent, tr("Error opening file"),
