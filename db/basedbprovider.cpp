@@ -2,6 +2,7 @@
 
 #include "app/constants.h"
 #include "db/asyncrunner.h"
+#include "db/drivertexts.h"
 
 #include <QSqlDatabase>
 
@@ -92,7 +93,7 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
     if (!query)
         return false;
     for (int i = 0; i < values.size(); ++i)
-        query->bindValue(i, values.at(i));
+        query->bindValue(i, DriverTexts::toBind(*query, values.at(i)));
     const bool success = query->exec() && QueryRunner::readRows(*query, table);
     if (success) {
         if (query->isSelect())

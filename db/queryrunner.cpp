@@ -1,6 +1,7 @@
 #include "db/queryrunner.h"
 
 #include "app/constants.h"
+#include "db/drivertexts.h"
 
 #include <QMetaMethod>
 #include <QSqlDatabase>
@@ -49,7 +50,7 @@ bool QueryRunner::readRows(QSqlQuery &query, TableData &table)
         QVector<QVariant> values;
         values.reserve(columns.size());
         for (int i = 0; i < columns.size(); ++i)
-            values.append(query.value(i));
+            values.append(DriverTexts::read(query, i));
         auto *row = new TableRowData(columns);
         row->setValues(std::move(values));
         rows.append(row);

@@ -1,5 +1,6 @@
 #include "db/slicereader.h"
 
+#include "db/drivertexts.h"
 #include "db/queryrunner.h"
 
 #include <QSqlError>
@@ -83,14 +84,14 @@ TableRowData &SliceReader::nextRow()
 void SliceReader::fillWhole(TableRowData &row, const QSqlQuery &query, int columns)
 {
     for (int i = 0; i < columns; ++i)
-        row.setAt(i, query.value(i));
+        row.setAt(i, DriverTexts::read(query, i));
 }
 
 void SliceReader::fillPartly(TableRowData &row, const QSqlQuery &query, const QVector<int> &columns)
 {
     row.clearValues();
     for (const int column : columns)
-        row.setAt(column, query.value(column));
+        row.setAt(column, DriverTexts::read(query, column));
 }
 
 void SliceReader::fillLink(TableRowData &row, const QSqlQuery &links, int firstColumn)

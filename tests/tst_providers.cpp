@@ -79,6 +79,7 @@ private slots:
         addRow("places", "100% of %1, %2 and %L1 :FILE ?"_s);
         addRow("line ends and emoji", "a\nb\r\n\tc \xF0\x9F\x93\x81 \xC3\xA9t\xC3\xA9"_s);
         addRow("backslash", "a\\'b\\"_s);
+        addRow("byte order mark", "\uFEFF\uFEFFa"_s);
         addRow("column name", "tag_name"_s);
         addRow("empty", QString());
     }

@@ -2,6 +2,7 @@
 
 #include "app/constants.h"
 #include "db/databaseversion.h"
+#include "db/drivertexts.h"
 #include "db/migrations/migrationstatements.h"
 #include "db/sqltext.h"
 
@@ -77,7 +78,7 @@ bool fillRelativePaths(const PathTable &table, const QSqlDatabase &database, con
         if (!readPaths(select, last, paths))
             return fail(select, log);
         for (const auto &path : qAsConst(paths)) {
-            update.bindValue(0, folder.relativeFilePath(path.second));
+            update.bindValue(0, DriverTexts::toBind(update, folder.relativeFilePath(path.second)));
             update.bindValue(1, path.first);
             if (!update.exec())
                 return fail(update, log);

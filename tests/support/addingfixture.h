@@ -62,8 +62,8 @@ public:
                         "file_tag.file_id=files.file_id LEFT JOIN tags ON tags.tag_id=file_tag.tag_id "
                         "ORDER BY tag_name"_s);
         while (query.next())
-            tagsOf[{query.value(0).toString(), query.value(1).toLongLong()}].append(
-                query.value(2).toString());
+            tagsOf[{DriverTexts::read(query, 0).toString(), query.value(1).toLongLong()}].append(
+                DriverTexts::read(query, 2).toString());
         QStringList names;
         for (auto file = tagsOf.cbegin(); file != tagsOf.cend(); ++file)
             names.append(file.key().first + ": "_s + file->join(QLatin1Char(',')));
