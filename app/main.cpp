@@ -3,6 +3,7 @@
 #include "app/mainwindow.h"
 #include "app/windowsettings.h"
 #include "core/metatypes.h"
+#include "fileops/temporarycopies.h"
 #include "resources/resources.h"
 #include "ui/dialogs/helpwindow.h"
 #include "ui/views/foreigndragfilter.h"
@@ -13,6 +14,7 @@
 #include <QIcon>
 #include <QSplashScreen>
 #include <QTextStream>
+#include <QTimer>
 
 namespace {
 
@@ -66,6 +68,10 @@ int main(int argc, char *argv[])
     applyStyleSheet(application);
     ForeignDragFilter foreignDrags;
     application.installEventFilter(&foreignDrags);
+
+    // Outlives the window, whose worker makes the copies.
+    const TemporaryCopies temporaryCopies;
+    QTimer::singleShot(0, &TemporaryCopies::removeLeftovers);
 
     MainWindow window;
     window.openStartupDatabase(first.path, first.source);

@@ -15,6 +15,11 @@ ExtractionPlan::ExtractionPlan(const QString &folder, const QVector<Source> &sou
         source.name = Database::safeFileName(source.name);
 }
 
+QString ExtractionPlan::pathOf(const QString &name) const
+{
+    return Database::pathIn(m_folder, name);
+}
+
 bool ExtractionPlan::compare(const ShouldEnd &shouldEnd)
 {
     QVector<State> states;
@@ -33,8 +38,13 @@ bool ExtractionPlan::compare(const ShouldEnd &shouldEnd)
         return false;
     // New names come last, when all names that are given anyway are known.
     for (int i = 0; i < m_sources.size(); ++i) {
-        if (states.at(i) == Conflict)
-            addConflict(m_sources.at(i));
+        const Source &source = m_sources.at(i);
+        if (states.at(i) == Conflict) {
+            addConflict(source);
+        } else if (states.at(i) == Alike) {
+            addTarget(source.fileId, pathOf(source.name));
+            m_comparedPaths.insert(pathOf(source.name));
+        }
     }
     return true;
 }
@@ -45,7 +55,7 @@ ExtractionPlan::State ExtractionPlan::lookAt(const Source &source)
     const auto given = m_given.constFind(source.name);
     if (given != m_given.constEnd()) {
         const Source &other = m_sources.at(*given);
-        return other.size == source.size && other.checksum == source.checksum ? Present : Conflict;
+        return other.size == source.size && other.checksum == source.checksum ? Alike : Conflict;
     }
     const QString target = pathOf(source.name);
     if (!Database::isTaken(target))
@@ -75,7 +85,7 @@ bool ExtractionPlan::readPresent(QVector<State> &states, const ShouldEnd &should
         const FileChecksum &there = found.at(i);
         const bool isSame =
             there.isRead && there.size == source.size && qint64(there.checksum) == source.checksum;
-        states[places.at(i)] = isSame ? Present : Conflict;
+        states[places.at(i)] = isSame ? Alike : Conflict;
     }
     return !isEnded;
 }
@@ -87,8 +97,7 @@ void ExtractionPlan::addConflict(const Source &source)
     };
     int &number = m_numbers[source.name];
     number = qMax(number, 1);
-    constexpr int mostBytes = 240; // so that a number has room
-    const QString name = Database::fittingFileName(source.name, mostBytes);
+    const QString name = Database::numberableFileName(source.name);
     // The folder holds the name, or will: no need to look at it again, nor at what was counted through.
     const QString newName = Database::uniqueFileName(
         name, [&](const QString &tried) { return tried == source.name || isGivenOrTaken(tried); }, number);

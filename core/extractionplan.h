@@ -2,7 +2,6 @@
 
 #include "core/fileconflict.h"
 
-#include <QDir>
 #include <QHash>
 #include <QSet>
 #include <QStringList>
@@ -42,17 +41,19 @@ public:
     const QStringList &targetPaths() const { return m_targetPaths; }
     /** Those targets where another file gives way. */
     const QSet<QString> &replacedPaths() const { return m_replacedPaths; }
+    /** Those where by size and checksum the file itself stands; whoever has its bytes can tell. */
+    const QSet<QString> &comparedPaths() const { return m_comparedPaths; }
 
 private:
-    enum State { Free, Present, Unread, Conflict };
+    enum State { Free, Present, Alike, Unread, Conflict };
 
-    QString pathOf(const QString &name) const { return m_folder.filePath(name); }
+    QString pathOf(const QString &name) const;
     State lookAt(const Source &source);
     bool readPresent(QVector<State> &states, const ShouldEnd &shouldEnd) const;
     void addConflict(const Source &source);
     void addTarget(qint64 fileId, const QString &path);
 
-    QDir m_folder;
+    QString m_folder;
     QVector<Source> m_sources;
     QHash<QString, int> m_given;   ///< names that files of this extraction get, to the places of those
     QHash<QString, int> m_numbers; ///< where the search for a free name goes on
@@ -60,4 +61,5 @@ private:
     QVector<qint64> m_fileIds;
     QStringList m_targetPaths;
     QSet<QString> m_replacedPaths;
+    QSet<QString> m_comparedPaths;
 };

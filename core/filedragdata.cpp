@@ -6,8 +6,10 @@
 #include "core/filekind.h"
 #include "core/miscoperationthread.h"
 #include "db/databasemanger.h"
+#include "fileops/temporarycopies.h"
 #include "models/idlistmime.h"
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QTimer>
@@ -91,7 +93,8 @@ void FileDragData::promise() const
         if (file && file->internal() == FileKind::external)
             appendUrl(m_urls, file->path());
         else if (file && file->internal() == FileKind::internal)
-            sources.append({fileId, file->name(), QString(), file->size(), file->checksum()});
+            // By a sign of its own: no time to compare those that look alike, so each is copied.
+            sources.append({fileId, file->name(), QString(), file->size(), -fileId});
     }
     m_folder = QDir::tempPath() + QLatin1String("/vorna-") + QUuid::createUuid().toString(QUuid::Id128);
     ExtractionPlan plan(m_folder, sources);
@@ -116,7 +119,10 @@ bool FileDragData::makeCopies() const
     if (m_state == Ordered) {
         const QPointer<const FileDragData> self(this);
         const QPointer<DatabaseManger> manager = m_manager;
+        const QStringList copies = m_copies;
         waitFor(manager);
+        for (const QString &path : copies)
+            TemporaryCopies::noteWritten(path);
         if (!self)
             return false;
         m_state = areComplete() ? Made : Failed;
@@ -130,6 +136,7 @@ void FileDragData::order() const
         m_manager && QDir().mkdir(m_folder) &&
         QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     m_state = isReady ? Ordered : Failed;
+    TemporaryCopies::noteFolder(m_folder);
     if (isReady)
         m_manager->extractFiles(m_copiedIds, m_copies);
 }

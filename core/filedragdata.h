@@ -12,7 +12,7 @@ class DatabaseManger;
  * A drag of files: their ids for this program, and their URLs for others. External files are offered where
  * they lie, internal ones as copies in a folder of their own for temporary files. A program that a drag only
  * passes gets the URLs of copies that nobody has made yet; they are made once, when the drag is dropped. They
- * stay there, as nobody tells when the other program has read them. GUI thread.
+ * stay there until the end of the program, as nobody tells when the other one has read them. GUI thread.
  */
 class FileDragData : public QMimeData
 {

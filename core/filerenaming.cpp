@@ -1,17 +1,13 @@
 #include "core/filerenaming.h"
 
+#include "fileops/filemoves.h"
+
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <cstdio>
 #include <filesystem>
-
-#ifdef Q_OS_LINUX
-#include <fcntl.h>
-#endif
 
 namespace {
 namespace fs = std::filesystem;
@@ -21,8 +17,8 @@ QString withName(const QString &path, const QString &name)
 {
     if (path.isEmpty())
         return path;
-    const int separator = qMax(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\')));
-    return QString(path.leftRef(separator + 1) + name);
+    // Paths of Qt have no other separator; a backslash is a letter of a name.
+    return QString(path.leftRef(path.lastIndexOf(QLatin1Char('/')) + 1) + name);
 }
 
 fs::path nativePath(const QString &path)
@@ -34,31 +30,10 @@ fs::path nativePath(const QString &path)
 #endif
 }
 
-bool moveOver(const QString &from, const QString &to)
-{
-    std::error_code error;
-    fs::rename(nativePath(from), nativePath(to), error);
-    return !error;
-}
-
 bool exists(const QString &path)
 {
     const QFileInfo info(path);
     return info.exists() || info.isSymLink();
-}
-
-// QFile::rename() would copy over a file that takes the name between its look and its move.
-bool moveUnlessTaken(const QString &from, const QString &to)
-{
-#ifdef Q_OS_LINUX
-    if (::renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
-                    QFile::encodeName(to).constData(), RENAME_NOREPLACE) == 0)
-        return true;
-    // Some disks do not know the flag.
-    if (errno != EINVAL && errno != ENOSYS)
-        return false;
-#endif
-    return !exists(to) && moveOver(from, to);
 }
 
 // What the locale has no bytes for would get question marks on the disk and its own name in the database.
@@ -77,9 +52,10 @@ FileRenaming::~FileRenaming()
 {
     if (!m_isDone)
         return;
-    if (!(isOwnNameInOtherCase() ? QFile::rename(m_newPath, m_path) : moveUnlessTaken(m_newPath, m_path)))
+    if (!(isOwnNameInOtherCase() ? QFile::rename(m_newPath, m_path)
+                                 : FileMoves::moveUnlessTaken(m_newPath, m_path)))
         qDebug() << "FileRenaming: could not give the old name back to" << m_newPath;
-    else if (!m_backupPath.isEmpty() && !moveUnlessTaken(m_backupPath, m_newPath))
+    else if (!m_backupPath.isEmpty() && !FileMoves::moveUnlessTaken(m_backupPath, m_newPath))
         qDebug() << "FileRenaming: what was replaced is left in" << m_backupPath;
 }
 
@@ -111,7 +87,8 @@ bool FileRenaming::run()
     if (m_path.isEmpty() || !isWritableAsBytes(m_newPath))
         return false;
     // The other case of the same name takes two steps, which QFile knows.
-    m_isDone = isOwnNameInOtherCase() ? QFile::rename(m_path, m_newPath) : moveUnlessTaken(m_path, m_newPath);
+    m_isDone = isOwnNameInOtherCase() ? QFile::rename(m_path, m_newPath)
+                                      : FileMoves::moveUnlessTaken(m_path, m_newPath);
     return m_isDone;
 }
 
@@ -119,7 +96,7 @@ bool FileRenaming::runReplacing()
 {
     if (!isReplaceable() || !QFileInfo::exists(m_path) || !backUpTarget())
         return false;
-    m_isDone = moveOver(m_path, m_newPath);
+    m_isDone = FileMoves::moveOver(m_path, m_newPath);
     if (!m_isDone)
         removeBackup();
     return m_isDone;

@@ -84,6 +84,8 @@ public:
     bool isConnectionLost() const { return m_connectionLost; }
     /** The last error of a statement, also of one that failed while the signals were blocked. */
     QSqlError lastError() const { return m_lastError; }
+    /** So that lastError() tells of what follows. */
+    void forgetLastError() { m_lastError = QSqlError(); }
 
 signals:
     void connectionError();

@@ -170,9 +170,9 @@ public:
     void deleteFiles(const QVector<qint64> &fileIds);
     /** Copies the contents of external files into the database. */
     void transferFiles(const QVector<qint64> &fileIds);
-    /** Copies files to a target path each. Only at those of the last list another file may be replaced. */
+    /** Copies files to a target path each, as FileOperationProvider::extractFiles() has it. */
     void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
-                      const QSet<QString> &replacedPaths = {});
+                      const QSet<QString> &replacedPaths = {}, const QSet<QString> &comparedPaths = {});
     /** Copies an internal file to where extractedTempFiles says. */
     void extractToTemporary(qint64 fileId);
     /** Makes thumbnails of external files anew; without ids those of all that have one. */

@@ -439,11 +439,12 @@ void DatabaseManger::transferFiles(const QVector<qint64> &fileIds)
 }
 
 void DatabaseManger::extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
-                                  const QSet<QString> &replacedPaths)
+                                  const QSet<QString> &replacedPaths, const QSet<QString> &comparedPaths)
 {
     if (!fileIds.isEmpty())
-        runFileOperation(
-            [=](FileOperationProvider &files) { files.extractFiles(fileIds, targetPaths, replacedPaths); });
+        runFileOperation([=](FileOperationProvider &files) {
+            files.extractFiles(fileIds, targetPaths, replacedPaths, comparedPaths);
+        });
 }
 
 void DatabaseManger::extractToTemporary(qint64 fileId)

@@ -5,6 +5,7 @@
 #include <functional>
 
 class FileOperationWorker;
+class QByteArray;
 class QFile;
 
 /** Bytes in one block of stored contents, and the slice of every loop over a file. */
@@ -17,17 +18,21 @@ public:
     /** Hears the bytes written so far, and those of the whole file as recorded. */
     using AtBlock = std::function<void(qint64 done, qint64 total)>;
 
+    enum Result {
+        Written,
+        Unreadable, ///< not internal, a block is missing or damaged, or there are fewer bytes than recorded
+        Failed      ///< the target or the database refuses, the target is gone, or a stop or cancel
+    };
+
     explicit BlockStorage(FileOperationWorker &worker) : m_worker(worker) {}
 
-    /**
-     * Writes a file's contents into an open target. False when the file is not internal, a block is missing,
-     * there are fewer bytes than recorded, writing fails, the target is gone at the end, or on a stop or
-     * cancel, which also closes the target.
-     */
-    bool readInto(qint64 fileId, QFile &target, const AtBlock &atBlock = {});
+    /** Writes a file's contents into an open target. */
+    Result readInto(qint64 fileId, QFile &target, const AtBlock &atBlock = {});
 
 private:
-    bool writeChain(qint64 firstId, qint64 size, QFile &target, const AtBlock &atBlock);
+    Result writeChain(qint64 firstId, qint64 size, QFile &target, const AtBlock &atBlock);
+    Result read(qint64 id, QByteArray &data, qint64 &continueId);
+    Result whyNothingWasRead() const;
 
     FileOperationWorker &m_worker;
 };

@@ -1,6 +1,7 @@
 #include "fileops/databasefunctions.h"
 
 #include "app/constants.h"
+#include "db/drivertexts.h"
 
 #include <QDebug>
 #include <QDir>
@@ -61,13 +62,13 @@ QString Database::getAbsoluteFilePath(const QString &connectionName, qint64 file
         qDebug() << "Invalid query in Database::getAbsoluteFilePath(id)";
         return QString();
     }
-    return query.isValid() ? query.value(0).toString() : QString();
+    return query.isValid() ? DriverTexts::read(query, 0).toString() : QString();
 }
 
 QString Database::getRelativeFilePath(const QString &connectionName, qint64 fileId)
 {
     const QSqlQuery query = pathQuery(connectionName, QStringLiteral("rel_path"), fileId);
-    return query.isValid() ? query.value(0).toString() : QString();
+    return query.isValid() ? DriverTexts::read(query, 0).toString() : QString();
 }
 
 bool Database::writeBlock(const QByteArray &data, qint64 id, qint64 nextId, bool hasNext, QSqlError *error)
@@ -94,7 +95,12 @@ QString Database::relativePath(const QString &absolutePath, const PathLocator &l
 
 QString Database::absolutePath(const QString &relativePath, const PathLocator &locator)
 {
-    return baseFolder(locator).path() + QLatin1Char('/') + relativePath;
+    return pathIn(baseFolder(locator).path(), relativePath);
+}
+
+QString Database::pathIn(const QString &folder, const QString &name)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
 }
 
 bool Database::isTaken(const QString &path)
@@ -107,7 +113,7 @@ QString Database::uniqueFileName(const QString &name, const QDir &dir)
 {
     int number = 1;
     return uniqueFileName(
-        name, [&dir](const QString &tried) { return isTaken(dir.filePath(tried)); }, number);
+        name, [&dir](const QString &tried) { return isTaken(pathIn(dir.path(), tried)); }, number);
 }
 
 QString Database::uniqueFileName(const QString &name, const std::function<bool(const QString &)> &isTaken,
@@ -125,6 +131,12 @@ QString Database::fittingFileName(const QString &name, int mostBytes)
 {
     constexpr int lettersKept = 60; // of three bytes at most
     return QFile::encodeName(name).size() > mostBytes ? name.right(lettersKept) : name;
+}
+
+QString Database::numberableFileName(const QString &name)
+{
+    constexpr int roomForNumber = 15;
+    return fittingFileName(name, mostNameBytes - roomForNumber);
 }
 
 QString Database::safeFileName(const QString &name)

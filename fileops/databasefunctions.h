@@ -45,6 +45,11 @@ QString relativePath(const QString &absolutePath, const PathLocator &locator);
 /** The reverse, by plain joining. */
 QString absolutePath(const QString &relativePath, const PathLocator &locator);
 
+/**
+ * The path of a name in a folder, joined by hand: Qt takes a name that begins with a colon for one of its own
+ * resources, and leaves the folder away.
+ */
+QString pathIn(const QString &folder, const QString &name);
 /** The bytes that a file name has at most. */
 constexpr int mostNameBytes = 255;
 /** Whether something has this path, if only a link that leads nowhere. */
@@ -55,6 +60,8 @@ QString uniqueFileName(const QString &name, const QDir &dir);
 QString uniqueFileName(const QString &name, const std::function<bool(const QString &)> &isTaken, int &number);
 /** The name, or its end, where its type stands, when it has more bytes than may be. */
 QString fittingFileName(const QString &name, int mostBytes);
+/** The same, so that a number has room. */
+QString numberableFileName(const QString &name);
 /**
  * A name out of a database that may be joined to a folder: its last component, never one that leads away, nor
  * one too long for a disk.

@@ -1,7 +1,7 @@
 #include "fileops/extractfilesoperation.h"
 
-#include "fileops/fileextractor.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/firstnames.h"
 
 #include <QDebug>
 
@@ -13,23 +13,35 @@ ExtractFilesOperation::ExtractFilesOperation(FileOperationWorker &worker, const 
 void ExtractFilesOperation::run()
 {
     FileExtractor extractor(&m_worker);
+    if (!m_request.comparedPaths.isEmpty())
+        extractor.setReserved({m_request.paths.cbegin(), m_request.paths.cend()});
     int index = 0;
     QObject::connect(&extractor, &FileExtractor::progress, &extractor,
                      [this, &index](float part) { reportProgress(index, part); });
     for (; index < m_count; ++index) {
         if (m_worker.shouldEnd()) {
             qDebug("ExtractFilesOperation::run() - stopped! Exiting.");
-            return;
+            break;
         }
         const QString &target = m_request.paths.at(index);
-        const bool isReplaced = m_request.replacedPaths.contains(target);
-        if (!extractor.extractToFile(m_request.fileIds.at(index), target,
-                                     isReplaced ? FileExtractor::Replace : FileExtractor::Keep)) {
+        const FileExtractor::Outcome outcome =
+            extractor.extractToFile(m_request.fileIds.at(index), target, existingAt(target));
+        if (outcome == FileExtractor::Failed) {
             reportFailure();
-            return;
+            break;
         }
+        if (outcome == FileExtractor::LeftOut)
+            m_leftOut.append(extractor.source());
         reportProgress(index, 1);
     }
+    reportLeftOut();
+}
+
+FileExtractor::Existing ExtractFilesOperation::existingAt(const QString &target) const
+{
+    if (m_request.replacedPaths.contains(target))
+        return FileExtractor::Replace;
+    return m_request.comparedPaths.contains(target) ? FileExtractor::Compare : FileExtractor::Keep;
 }
 
 void ExtractFilesOperation::reportProgress(int index, float part)
@@ -50,4 +62,14 @@ void ExtractFilesOperation::reportFailure()
                                 "problem, so closing any applications which consume large amounts of memory "
                                 "should fix it."),
         FileOperationWorker::tr("Error extracting file"));
+}
+
+void ExtractFilesOperation::reportLeftOut()
+{
+    if (!m_leftOut.isEmpty())
+        emit m_worker.error(
+            FileOperationWorker::tr("These files could not be read, or could not get their names in the "
+                                    "folder, and were not extracted:\n\n%1")
+                .arg(firstNames(m_leftOut)),
+            FileOperationWorker::tr("Error extracting file"));
 }

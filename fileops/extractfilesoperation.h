@@ -1,13 +1,15 @@
 #pragma once
 
+#include "fileops/fileextractor.h"
 #include "fileops/fileoperation.h"
 #include "fileops/progressthrottle.h"
 
 class FileOperationWorker;
 
 /**
- * Copies files of the database to a target path each. The first failure is told and ends it; what was copied
- * before stays. Lives on the stack of the worker's thread for one run.
+ * Copies files of the database to a target path each. Those that cannot be read, or find their place taken,
+ * are named at the end; a target that takes no more ends it. What was copied stays. Lives on the stack of the
+ * worker's thread for one run.
  */
 class ExtractFilesOperation
 {
@@ -17,11 +19,14 @@ public:
     void run();
 
 private:
+    FileExtractor::Existing existingAt(const QString &target) const;
     void reportProgress(int index, float part);
     void reportFailure();
+    void reportLeftOut();
 
     FileOperationWorker &m_worker;
     const FileOperation &m_request;
     const int m_count;
     ProgressThrottle m_progress;
+    QStringList m_leftOut;
 };

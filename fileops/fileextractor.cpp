@@ -3,53 +3,30 @@
 #include "core/filekind.h"
 #include "fileops/blockstorage.h"
 #include "fileops/databasefunctions.h"
+#include "fileops/filecomparison.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/partfile.h"
 #include "fileops/regularfile.h"
+#include "fileops/temporarycopies.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
 
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
 constexpr qint64 sliceSize = 1024LL * 1024;
 
 /** Makes a new file that nobody else may read, not even at its first moment. */
-bool openPrivately(QFile &file)
+bool openPrivately(const QString &path, QFile &file)
 {
-    const int descriptor = ::open(QFile::encodeName(file.fileName()).constData(),
-                                  O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor < 0)
-        return false;
-    ::close(descriptor);
-    // Opened by its name: by its descriptor it would not know that.
-    return file.open(QIODevice::WriteOnly | QIODevice::ExistingOnly);
-}
-
-/**
- * A new file to be renamed when it is whole: whoever looks at the folder meanwhile sees no half of it. One
- * that takes another's place is readable by nobody who cannot read that one.
- */
-bool openBeside(const QString &target, bool isReplacing, QFile &file)
-{
-    const QString folder = QFileInfo(target).path() + QLatin1Char('/');
-    int number = 0;
-    do {
-        file.setFileName(folder + QStringLiteral(".vorna-%1.part").arg(++number));
-    } while (Database::isTaken(file.fileName()));
-    if (!isReplacing)
-        return file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
-    const QFileDevice::Permissions permissions = QFileInfo(target).permissions();
-    if (!openPrivately(file))
-        return false;
-    if (permissions) // a link that leads nowhere has none
-        file.setPermissions(permissions);
-    return true;
+    const int descriptor = ::open(QFile::encodeName(path).constData(),
+                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    // By its descriptor: another file may have its name by now.
+    return descriptor >= 0 && file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
 }
 
 void logUnopened(const QString &path)
@@ -58,16 +35,49 @@ void logUnopened(const QString &path)
 }
 } // namespace
 
-bool FileExtractor::extractToFile(qint64 fileId, const QString &target, Existing existing)
+FileExtractor::Outcome FileExtractor::extractToFile(qint64 fileId, const QString &target, Existing existing)
 {
+    m_source = target.mid(target.lastIndexOf(QLatin1Char('/')) + 1);
+    m_worker->forgetLastError();
     int kind = 0;
     if (!m_worker->readInternal(fileId, kind))
-        return false;
+        return whyNothingWasRead();
+    if (existing == Compare && kind != FileKind::hyperlink && Database::isTaken(target)) {
+        if (hasContents(target, fileId, kind))
+            return Extracted;
+        return m_worker->shouldEnd() ? Failed : extractToFile(fileId, freePath(target), Keep);
+    }
     if (kind == FileKind::external)
         return extractExternal(fileId, target, existing);
-    if (kind != FileKind::internal)
-        return true;
-    return write(target, existing, [this, fileId](QFile &file) { return writeInternal(fileId, file); });
+    return kind == FileKind::internal ? extractInternal(fileId, target, existing) : Extracted;
+}
+
+bool FileExtractor::hasContents(const QString &path, qint64 fileId, int kind)
+{
+    FileComparison comparison(*m_worker);
+    if (kind == FileKind::external) {
+        QString source;
+        return m_worker->readPath(fileId, source) &&
+               comparison.compareFiles(source, path) == FileComparison::Same;
+    }
+    qint64 size = 0;
+    qint64 storageId = 0;
+    return m_worker->readFileStorageInfo(fileId, kind, size, storageId) &&
+           comparison.compareWithBlocks(path, storageId, size) == FileComparison::Same;
+}
+
+QString FileExtractor::freePath(const QString &target) const
+{
+    const int nameAt = target.lastIndexOf(QLatin1Char('/')) + 1;
+    const QString folder = target.left(nameAt);
+    int number = 1;
+    return Database::pathIn(folder, Database::uniqueFileName(
+                                        Database::numberableFileName(target.mid(nameAt)),
+                                        [&](const QString &name) {
+                                            const QString path = Database::pathIn(folder, name);
+                                            return m_reserved.contains(path) || Database::isTaken(path);
+                                        },
+                                        number));
 }
 
 QString FileExtractor::extractToTemporary(qint64 fileId)
@@ -76,12 +86,13 @@ QString FileExtractor::extractToTemporary(qint64 fileId)
     if (!m_worker->readFileName(fileId, name))
         return QString();
     name = Database::safeFileName(name);
-    const QString folder = QDir::tempPath() + QLatin1Char('/');
-    QFile file(folder + name);
+    const QString folder = QDir::tempPath();
+    QString path = Database::pathIn(folder, name);
+    QFile file;
     int cuts = 0;
-    while (!openPrivately(file)) {
-        if (!Database::isTaken(file.fileName())) {
-            logUnopened(file.fileName());
+    while (!openPrivately(path, file)) {
+        if (!Database::isTaken(path)) {
+            logUnopened(path);
             return QString();
         }
         name.prepend(QLatin1String("t_"));
@@ -89,105 +100,123 @@ QString FileExtractor::extractToTemporary(qint64 fileId)
         if (QFile::encodeName(name).size() > Database::mostNameBytes)
             name = QString::number(++cuts) + QLatin1Char('_') +
                    Database::fittingFileName(name, Database::mostNameBytes);
-        file.setFileName(folder + name);
+        path = Database::pathIn(folder, name);
     }
-    qDebug("FileExtractor: extracting to temporary file, %s", qPrintable(file.fileName()));
-    const bool isWritten = writeInternal(fileId, file);
+    qDebug("FileExtractor: extracting to temporary file, %s", qPrintable(path));
+    TemporaryCopies::noteBegun(path);
+    const bool isWritten = writeInternal(fileId, file) == Extracted;
     file.close();
-    if (isWritten)
-        return file.fileName();
-    file.remove();
-    return QString();
+    if (!isWritten) {
+        QFile::remove(path);
+        return QString();
+    }
+    TemporaryCopies::noteWritten(path);
+    return path;
 }
 
-bool FileExtractor::extractExternal(qint64 fileId, const QString &target, Existing existing)
+FileExtractor::Outcome FileExtractor::extractExternal(qint64 fileId, const QString &target, Existing existing)
 {
     QString path;
     if (!m_worker->readPath(fileId, path))
-        return false;
+        return whyNothingWasRead();
+    m_source = path;
     // Replacing would have it read from the place that it is written to.
     if (RegularFile::isSame(path, target))
-        return true;
+        return Extracted;
     RegularFile source;
     if (!source.open(path)) {
         qDebug() << "FileExtractor: cannot read" << path;
-        return false;
+        return LeftOut;
     }
     const QFileDevice::Permissions permissions = QFileInfo(path).permissions();
-    return write(target, existing, [this, &source, permissions](QFile &file) {
-        const bool isCopied = copyFrom(source, file);
-        if (isCopied)
+    constexpr bool keepsPart = false;
+    return write(target, existing, keepsPart, [this, &source, permissions](QFile &file) {
+        const Outcome outcome = copyFrom(source, file);
+        if (outcome == Extracted)
             file.setPermissions(permissions);
-        else
-            file.remove();
-        return isCopied;
+        return outcome;
     });
 }
 
-bool FileExtractor::writeInternal(qint64 fileId, QFile &target)
+FileExtractor::Outcome FileExtractor::extractInternal(qint64 fileId, const QString &target, Existing existing)
 {
-    return BlockStorage(*m_worker).readInto(fileId, target,
-                                            [this](qint64 done, qint64 total) { report(done, total); });
+    constexpr bool keepsPart = true;
+    return write(target, existing, keepsPart,
+                 [this, fileId](QFile &file) { return writeInternal(fileId, file); });
 }
 
-bool FileExtractor::copyFrom(RegularFile &source, QFile &target)
+FileExtractor::Outcome FileExtractor::writeInternal(qint64 fileId, QFile &target)
+{
+    switch (BlockStorage(*m_worker).readInto(fileId, target,
+                                             [this](qint64 done, qint64 total) { report(done, total); })) {
+    case BlockStorage::Written:
+        return Extracted;
+    case BlockStorage::Unreadable:
+        return LeftOut;
+    default:
+        return Failed;
+    }
+}
+
+FileExtractor::Outcome FileExtractor::copyFrom(RegularFile &source, QFile &target)
 {
     std::vector<char> slice(sliceSize);
     qint64 done = 0;
     for (qint64 count = sliceSize; count == sliceSize;) {
         if (m_worker->shouldEnd())
-            return false;
+            return Failed;
         count = source.read(slice.data(), sliceSize);
-        if (count < 0 || target.write(slice.data(), count) != count)
-            return false;
+        if (count < 0)
+            return LeftOut;
+        if (target.write(slice.data(), count) != count)
+            return Failed;
         done += count;
         report(done, source.size());
     }
-    return target.flush();
+    return target.flush() ? Extracted : Failed;
 }
 
-bool FileExtractor::write(const QString &target, Existing existing, const Fill &fill)
+FileExtractor::Outcome FileExtractor::write(const QString &target, Existing existing, bool keepsPart,
+                                            const Fill &fill)
 {
     if (isOfTheDatabase(target)) {
         qDebug() << "FileExtractor: the open database keeps its files" << target;
-        return false;
+        return LeftOut;
     }
     const bool isThere = Database::isTaken(target);
     // Nobody was asked about a file that came since the folder was looked at; a folder gives way to no file.
     const QFileInfo there(target);
-    if (isThere && (existing == Keep || (there.isDir() && !there.isSymLink()))) {
+    if (isThere && (existing != Replace || (there.isDir() && !there.isSymLink()))) {
         logUnopened(target);
-        return false;
+        return LeftOut;
     }
-    QFile file;
-    if (!openBeside(target, isThere, file)) {
+    cleanUp(there.path());
+    PartFile part(target);
+    if (!part.open(isThere)) {
         logUnopened(target);
-        return false;
+        return Failed;
     }
-    const bool isWritten = fill(file);
-    return isThere ? replace(target, file, isWritten) : giveName(target, file, isWritten);
+    const Outcome outcome = fill(part.device());
+    if (outcome != Extracted && (isThere || !keepsPart))
+        return outcome;
+    const PartFile::Outcome named = isThere ? part.replace() : part.giveName();
+    if (named == PartFile::Named || outcome != Extracted)
+        return outcome;
+    logUnopened(target);
+    return named == PartFile::Refused ? LeftOut : Failed;
 }
 
-bool FileExtractor::giveName(const QString &target, QFile &file, bool isWritten)
+FileExtractor::Outcome FileExtractor::whyNothingWasRead() const
 {
-    file.close();
-    // Takes nobody's place, should one have come there meanwhile.
-    if (file.rename(target))
-        return isWritten;
-    file.remove();
-    return false;
+    return m_worker->isConnectionLost() || m_worker->lastError().isValid() ? Failed : LeftOut;
 }
 
-bool FileExtractor::replace(const QString &target, QFile &file, bool isWritten)
+void FileExtractor::cleanUp(const QString &folder)
 {
-    // On the disk before the old file is gone from there.
-    isWritten = isWritten && file.flush() && ::fsync(file.handle()) == 0;
-    file.close();
-    if (isWritten && std::rename(QFile::encodeName(file.fileName()).constData(),
-                                 QFile::encodeName(target).constData()) == 0)
-        return true;
-    file.remove();
-    return false;
+    if (m_cleanFolders.contains(folder))
+        return;
+    m_cleanFolders.insert(folder);
+    PartFile::removeLeftovers(folder);
 }
 
 /** Under such a name SQLite would take a foreign file for the rest of a broken transaction. */

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 
@@ -18,33 +19,53 @@ class FileExtractor : public QObject
 
 public:
     /** What becomes of a file that has the target's name already. */
-    enum Existing { Keep, Replace };
+    enum Existing {
+        Keep,
+        Replace,
+        Compare ///< with the same bytes it is taken for this file, else it stays and this one gets a new name
+    };
+
+    enum Outcome {
+        Extracted,
+        LeftOut, ///< this file cannot be read, or has no place there; others may do
+        Failed   ///< what would stop all behind it too: a full disk, a database in use, a stop or cancel
+    };
 
     explicit FileExtractor(FileOperationWorker *worker) : m_worker(worker) {}
 
     /**
-     * True also for what has nothing to copy: a hyperlink, and an external file onto itself. After a failure
+     * Done also with what has nothing to copy: a hyperlink, and an external file onto itself. After a failure
      * a file to be replaced stands as it stood, and of a new one stays what was written of an internal file.
      */
-    bool extractToFile(qint64 fileId, const QString &target, Existing existing = Keep);
+    Outcome extractToFile(qint64 fileId, const QString &target, Existing existing = Keep);
     /** Copies an internal file into the folder for temporary files, for its owner alone. Empty on failure. */
     QString extractToTemporary(qint64 fileId);
+    /** What the last file is called: the path of an external one, the name of the others, if known. */
+    QString source() const { return m_source; }
+    /** Paths that are not to be given to other files. */
+    void setReserved(const QSet<QString> &paths) { m_reserved = paths; }
 
 signals:
     /** The part of the running file that is through, from 0 to 1. */
     void progress(float part);
 
 private:
-    using Fill = std::function<bool(QFile &)>;
+    using Fill = std::function<Outcome(QFile &)>;
 
-    bool extractExternal(qint64 fileId, const QString &target, Existing existing);
-    bool writeInternal(qint64 fileId, QFile &target);
-    bool copyFrom(RegularFile &source, QFile &target);
-    bool write(const QString &target, Existing existing, const Fill &fill);
-    static bool giveName(const QString &target, QFile &file, bool isWritten);
-    static bool replace(const QString &target, QFile &file, bool isWritten);
+    Outcome extractExternal(qint64 fileId, const QString &target, Existing existing);
+    Outcome extractInternal(qint64 fileId, const QString &target, Existing existing);
+    Outcome writeInternal(qint64 fileId, QFile &target);
+    Outcome copyFrom(RegularFile &source, QFile &target);
+    Outcome write(const QString &target, Existing existing, bool keepsPart, const Fill &fill);
+    Outcome whyNothingWasRead() const;
+    bool hasContents(const QString &path, qint64 fileId, int kind);
+    void cleanUp(const QString &folder);
+    QString freePath(const QString &target) const;
     bool isOfTheDatabase(const QString &target) const;
     void report(qint64 done, qint64 total);
 
     FileOperationWorker *m_worker;
+    QString m_source;
+    QSet<QString> m_reserved;
+    QSet<QString> m_cleanFolders; ///< where nothing of ended processes is left
 };

@@ -34,6 +34,7 @@ struct FileOperation
     FileOperationType type = FileOperationType::UnusedOperation;
     QStringList paths;             ///< files, folders or hyperlinks to add; targets of an extraction
     QSet<QString> replacedPaths;   ///< targets where another file gives way
+    QSet<QString> comparedPaths;   ///< targets where the file itself seems to stand already
     QVector<qint64> fileIds;       ///< the files that the operation concerns
     QVector<qint64> tagIds;        ///< tags for the added files
     bool fromSelectedNode = false; ///< the add may make browsing nodes

@@ -186,13 +186,15 @@ void FileOperationProvider::loadThumbnails(const QVector<qint64> &ids)
 }
 
 void FileOperationProvider::extractFiles(const QVector<qint64> &ids, const QStringList &targetPaths,
-                                         const QSet<QString> &replacedPaths)
+                                         const QSet<QString> &replacedPaths,
+                                         const QSet<QString> &comparedPaths)
 {
     FileOperation operation;
     operation.type = FileOperationType::ExtractFilesOperation;
     operation.fileIds = ids;
     operation.paths = targetPaths;
     operation.replacedPaths = replacedPaths;
+    operation.comparedPaths = comparedPaths;
     enqueue(operation);
 }
 

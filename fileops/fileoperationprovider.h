@@ -43,9 +43,12 @@ public:
     void loadThumbnails(const QVector<qint64> &ids);
     /** Takes back one request for a thumbnail; nothing when it is being loaded already. */
     void forgetThumbnail(qint64 id);
-    /** Copies each file to its target path. Only at those of the last list another file may be replaced. */
+    /**
+     * Copies each file to its target path. Only at the replaced paths a file gives way to another one; at the
+     * compared ones a file is left out when it stands there already, and else gets a new name.
+     */
     void extractFiles(const QVector<qint64> &ids, const QStringList &targetPaths,
-                      const QSet<QString> &replacedPaths = {});
+                      const QSet<QString> &replacedPaths = {}, const QSet<QString> &comparedPaths = {});
     /** Copies an internal file to where extractedTempFiles says. */
     void extractToTemporary(qint64 id);
     /** Makes thumbnails of external files anew; without ids those of all that have one. */

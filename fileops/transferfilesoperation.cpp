@@ -3,6 +3,7 @@
 #include "core/filekind.h"
 #include "db/transaction.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/firstnames.h"
 #include "fileops/regularfile.h"
 
 #include <QDebug>
@@ -113,14 +114,10 @@ void TransferFilesOperation::reportProgress(const Source &source, qint64 storedB
 
 void TransferFilesOperation::reportUnread()
 {
-    constexpr int mostNamed = 10;
-    if (m_unread.isEmpty())
-        return;
-    QString paths = m_unread.mid(0, mostNamed).join(QLatin1Char('\n'));
-    if (m_unread.size() > mostNamed)
-        paths += QLatin1String("\n...");
-    emit m_worker.error(FileOperationWorker::tr(
-                            "These files could not be read, or changed meanwhile, and remain external:\n\n%1")
-                            .arg(paths),
-                        FileOperationWorker::tr("Error transferring files"));
+    if (!m_unread.isEmpty())
+        emit m_worker.error(
+            FileOperationWorker::tr(
+                "These files could not be read, or changed meanwhile, and remain external:\n\n%1")
+                .arg(firstNames(m_unread)),
+            FileOperationWorker::tr("Error transferring files"));
 }

@@ -167,7 +167,8 @@ private:
     QString readBack(qint64 fileId)
     {
         QFile file(target());
-        if (!file.open(QIODevice::WriteOnly) || !BlockStorage(*m_worker).readInto(fileId, file))
+        if (!file.open(QIODevice::WriteOnly) ||
+            BlockStorage(*m_worker).readInto(fileId, file) != BlockStorage::Written)
             return "refused"_s;
         return QString::fromLatin1(TestFolder::read(target()));
     }

@@ -101,25 +101,29 @@ private slots:
 
     void externalFilesAreRenamedOnTheDisk_data()
     {
-        QTest::addColumn<QString>("name");
-        addRow("another type", "new.pdf"_s);
-        addRow("other case", "OLD.TXT"_s);
-        addRow("as long as names can be", QString(251, QLatin1Char('x')) + ".txt"_s);
-        addRow("quotes and places", "it's \"50%1\" %2.txt"_s);
-        addRow("emoji and line", "\U0001F600\nnew.txt"_s);
+        addColumns<QString, QString>("old", "name");
+        const QString old = "old.txt"_s;
+        addRow("another type", old, "new.pdf"_s);
+        addRow("other case", old, "OLD.TXT"_s);
+        addRow("as long as names can be", old, QString(251, QLatin1Char('x')) + ".txt"_s);
+        addRow("quotes and places", old, "it's \"50%1\" %2.txt"_s);
+        addRow("emoji and line", old, "\U0001F600\nnew.txt"_s);
+        addRow("backslashes", "a\\b.txt"_s, "c\\d.txt"_s);
+        addRow("colons", ":a.txt"_s, ":b.txt"_s);
     }
 
     void externalFilesAreRenamedOnTheDisk()
     {
+        QFETCH(QString, old);
         QFETCH(QString, name);
-        const qint64 id = m_fixture->addExternal("old.txt"_s);
+        const qint64 id = m_fixture->addExternal(old);
         view().showSpecialNode(AllExternalFiles);
         const QString folder = QFileInfo(m_fixture->folder()).canonicalFilePath() + QLatin1Char('/');
         const QModelIndex index = view().sorter()->index(0, ContentsModel::NameColumn);
         QVERIFY(view().sorter()->setData(index, QString(QLatin1Char(' ') + name)));
 
         QVERIFY(QFileInfo::exists(folder + name));
-        QVERIFY(!QFileInfo::exists(folder + "old.txt"_s));
+        QVERIFY(!QFileInfo::exists(folder + old));
         const QString path = view().fileData(id, Path).toString();
         QCOMPARE(QFileInfo(path).canonicalFilePath(), folder + name);
         QCOMPARE(fileRow(id), QStringList({name, path, relative(path)}).join(QLatin1Char('|')));
@@ -231,6 +235,13 @@ private slots:
         addRow("no room for a number", full, full + "=x"_s, int(UseNewNameChoice), 1,
                "a.txt=A c.tar.gz=C "_s + full.right(60) + "=B "_s + full + "=x"_s);
         addRow("out of the folder", "../../b.txt"_s, ""_s, int(CancelChoice), 0, all);
+        addRow("like a resource", ":b.txt"_s, ""_s, int(CancelChoice), 0, ":b.txt=B a.txt=A c.tar.gz=C"_s);
+        addRow("like a resource, replaced", ":b.txt"_s, ":b.txt=x"_s, int(ReplaceChoice), 1,
+               ":b.txt=B a.txt=A c.tar.gz=C"_s);
+        addRow("like a resource, new name", ":b.txt"_s, ":b.txt=x"_s, int(UseNewNameChoice), 1,
+               ":b.txt=x :b_1.txt=B a.txt=A c.tar.gz=C"_s);
+        addRow("alike by name, size and checksum", "a.txt"_s, "same checksum"_s, int(CancelChoice), 0,
+               "a.txt=A a_1.txt=B c.tar.gz=C"_s);
     }
 
     void extractionSettlesConflicts()
@@ -250,6 +261,11 @@ private slots:
             QVERIFY(m_fixture->manager()->updateFile(ids.at(2), "file_name"_s, rename));
         const QString folder = m_fixture->filePath("out"_s);
         QVERIFY(QDir().mkpath(folder));
+        if (before == "same checksum"_s) {
+            for (const int place : {1, 2})
+                QVERIFY(m_fixture->manager()->updateFile(ids.at(place), "data_checksum"_s, "7"_s));
+            before.clear();
+        }
         for (const QString &file : before.split(QLatin1Char(' '), Qt::SkipEmptyParts))
             m_fixture->write("out/"_s + file.section(QLatin1Char('='), 0, 0),
                              file.section(QLatin1Char('='), 1).toUtf8());

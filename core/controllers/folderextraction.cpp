@@ -44,7 +44,8 @@ void FolderExtraction::run(DatabaseManger *manager, const QString &folder, const
         return;
     m_isRunning = false;
     if (isSettled && source)
-        source->extractFiles(plan.fileIds(), plan.targetPaths(), plan.replacedPaths());
+        source->extractFiles(plan.fileIds(), plan.targetPaths(), plan.replacedPaths(),
+                             plan.comparedPaths());
 }
 
 bool FolderExtraction::compare(ExtractionPlan &plan)

@@ -21,6 +21,7 @@
 
 #include <QDebug>
 #include <QDesktopServices>
+#include <QDir>
 #include <QSet>
 #include <QTimer>
 
