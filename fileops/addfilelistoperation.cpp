@@ -40,8 +40,11 @@ void AddFileListOperation::addFilesToDB()
         qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
         return;
     }
-    if (transaction.commit() && !added.isEmpty())
+    if (!transaction.commit())
+        return;
+    if (!added.isEmpty())
         emit m_worker.updatedFiles(added);
+    tellLeftOut(m_unread);
 }
 
 QVector<qint64> AddFileListOperation::addBatch(const QStringList &paths, StorageMode mode)
@@ -54,8 +57,11 @@ QVector<qint64> AddFileListOperation::addBatch(const QStringList &paths, Storage
         if (mode == HyperlinkStorage || QFileInfo(path).isFile())
             batch.paths.append(path);
         else
-            qDebug("Failed to open file - %s", qUtf8Printable(path));
+            m_unread.append(path);
     }
     batch.paths.removeDuplicates();
-    return FileBatch(m_worker, batch).addFilesListToDb();
+    FileBatch added(m_worker, batch);
+    const QVector<qint64> ids = added.addFilesListToDb();
+    m_unread += added.unread();
+    return ids;
 }

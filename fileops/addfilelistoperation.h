@@ -13,4 +13,6 @@ public:
 private:
     void addFilesToDB();
     QVector<qint64> addBatch(const QStringList &paths, StorageMode mode);
+
+    QStringList m_unread;
 };

@@ -39,9 +39,11 @@ bool AddFilesOperation::addFilesToDB()
     batch.paths = expansion.files();
     if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
         return false;
-    QVector<qint64> fileIds = FileBatch(m_worker, batch).addFilesListToDb();
+    FileBatch files(m_worker, batch);
+    QVector<qint64> fileIds = files.addFilesListToDb();
     fileIds += linkMatchedFiles(batch);
-    finish(transaction, fileIds);
+    if (finish(transaction, fileIds))
+        tellLeftOut(expansion.unreadable() + files.unread(), expansion.unreadableNames());
     return true;
 }
 
@@ -55,6 +57,11 @@ bool AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileB
     // The statement that failed may have ended the whole transaction: files would be added one by one then.
     if (batch.tagIdsByName.size() < names.size()) {
         qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
+        // A lost connection has its own word.
+        if (!m_worker.isConnectionLost())
+            emit m_worker.error(
+                FileOperationWorker::tr("The tags for the folders could not be made, so nothing was added."),
+                FileOperationWorker::tr("Error adding files"));
         return false;
     }
     if (AddingSettings::createNodes() && m_request.fromSelectedNode)
@@ -63,18 +70,18 @@ bool AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileB
     return true;
 }
 
-void AddFilesOperation::finish(Transaction &transaction, const QVector<qint64> &fileIds)
+bool AddFilesOperation::finish(Transaction &transaction, const QVector<qint64> &fileIds)
 {
     if (!mayCommit()) {
         qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
         transaction.rollBack();
         // Nothing was added, so there is nothing to report as left out either.
         m_duplicates = PresentableDuplicates();
-        return;
+        return false;
     }
     if (!transaction.commit()) {
         m_duplicates = PresentableDuplicates();
-        return;
+        return false;
     }
     if (!m_newTags.isEmpty())
         emit m_worker.updateTags(m_newTags);
@@ -82,4 +89,5 @@ void AddFilesOperation::finish(Transaction &transaction, const QVector<qint64> &
         emit m_worker.updateNodes(m_newNodes);
     if (!fileIds.isEmpty())
         emit m_worker.updatedFiles(fileIds);
+    return true;
 }

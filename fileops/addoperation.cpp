@@ -4,6 +4,7 @@
 #include "db/transaction.h"
 #include "fileops/duplicatemanager.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/firstnames.h"
 
 bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
 {
@@ -46,6 +47,23 @@ QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
         }
     }
     return linked;
+}
+
+void AddOperation::tellLeftOut(const QStringList &unreadable, const QStringList &unreadableNames)
+{
+    QStringList parts;
+    const int names = unreadableNames.size();
+    if (names > 0)
+        parts += {names == 1 ? FileOperationWorker::tr("1 file has a name that cannot be read:")
+                             : FileOperationWorker::tr("%1 files have names that cannot be read:").arg(names),
+                  firstNames(unreadableNames)};
+    const int files = unreadable.size();
+    if (files > 0)
+        parts += {files == 1 ? FileOperationWorker::tr("1 file or folder could not be read:")
+                             : FileOperationWorker::tr("%1 files or folders could not be read:").arg(files),
+                  firstNames(unreadable)};
+    if (!parts.isEmpty())
+        emit m_worker.error(parts.join(QLatin1String("\n\n")), FileOperationWorker::tr("Files left out"));
 }
 
 bool AddOperation::mayCommit() const

@@ -78,8 +78,11 @@ FileAdder::Outcome FileAdder::gather(const QString &path, const FileChecksum &kn
         qDebug("Failed to open file - %s", qUtf8Printable(path));
         return Skipped;
     }
-    if (!reserveIds(path, file) || (m_mode == InternalStorage && !storeContents(path, known, file)))
+    if (!reserveIds(path, file))
         return Failed;
+    const Outcome stored = m_mode == InternalStorage ? storeContents(path, known, file) : Added;
+    if (stored != Added)
+        return stored;
     return addThumbnail(path, file.thumbnailId) ? Added : Failed;
 }
 
@@ -119,15 +122,16 @@ bool FileAdder::reserveIds(const QString &path, NewFile &file)
     return m_worker.nextFileId(file.fileId);
 }
 
-bool FileAdder::storeContents(const QString &path, const FileChecksum &known, NewFile &file)
+FileAdder::Outcome FileAdder::storeContents(const QString &path, const FileChecksum &known, NewFile &file)
 {
     StoredContents stored;
-    if (m_writer.store(path, file.storageId, known, stored) != ContentWriter::Stored)
-        return false;
+    const ContentWriter::Outcome outcome = m_writer.store(path, file.storageId, known, stored);
+    if (outcome != ContentWriter::Stored)
+        return outcome == ContentWriter::Unreadable ? Skipped : Failed;
     file.size = stored.size;
     file.modified = stored.modified;
     file.checksum = stored.checksum;
-    return true;
+    return Added;
 }
 
 bool FileAdder::insertRows(const QString &path, const NewFile &file)

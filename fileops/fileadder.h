@@ -20,7 +20,7 @@ class FileAdder
 public:
     enum Outcome {
         Added,
-        Skipped, ///< not added, and nothing was written
+        Skipped, ///< cannot be read; only of an internal file something may have been written
         Failed   ///< not added; what was written is to be rolled back
     };
 
@@ -44,7 +44,7 @@ private:
     Outcome gather(const QString &path, const FileChecksum &known, NewFile &file);
     bool gatherExternal(const QString &path, const FileChecksum &known, NewFile &file);
     bool reserveIds(const QString &path, NewFile &file);
-    bool storeContents(const QString &path, const FileChecksum &known, NewFile &file);
+    Outcome storeContents(const QString &path, const FileChecksum &known, NewFile &file);
     /** An id of 0 for what is no picture; false when the database refuses the row. */
     bool addThumbnail(const QString &path, qint64 &thumbnailId);
     bool insertRows(const QString &path, const NewFile &file);

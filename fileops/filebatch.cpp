@@ -53,6 +53,7 @@ bool FileBatch::mayGoOn() const
 bool FileBatch::addRun(int from, int to)
 {
     const int addedBefore = m_added.size();
+    const int unreadBefore = m_unread.size();
     m_adder->setChecksIdCodes(false);
     Savepoint savepoint(m_worker);
     bool isGood = savepoint.isActive();
@@ -69,10 +70,13 @@ bool FileBatch::addRun(int from, int to)
             (outcome == FileAdder::Skipped || m_linker.linkNewFile(fileId, tagIdsFor(m_request.paths.at(i))));
         if (isGood && outcome == FileAdder::Added)
             m_added.append(fileId);
+        else if (outcome == FileAdder::Skipped)
+            m_unread.append(m_request.paths.at(i));
     }
     if (isGood && savepoint.release())
         return true;
     m_added.resize(addedBefore);
+    m_unread.erase(m_unread.begin() + unreadBefore, m_unread.end());
     takeBackRun(savepoint);
     return false;
 }
@@ -100,9 +104,12 @@ bool FileBatch::addSingly(int from, int to)
         reportProgress(i);
         Savepoint savepoint(m_worker);
         qint64 fileId = 0;
-        if (savepoint.isActive() && addFile(i, fileId) == FileAdder::Added &&
-            m_linker.linkFile(fileId, tagIdsFor(m_request.paths.at(i))) && savepoint.release())
+        const FileAdder::Outcome outcome = savepoint.isActive() ? addFile(i, fileId) : FileAdder::Failed;
+        if (outcome == FileAdder::Added && m_linker.linkFile(fileId, tagIdsFor(m_request.paths.at(i))) &&
+            savepoint.release())
             m_added.append(fileId);
+        else if (outcome == FileAdder::Skipped)
+            m_unread.append(m_request.paths.at(i));
     }
     return mayGoOn();
 }

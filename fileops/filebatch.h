@@ -40,6 +40,8 @@ public:
 
     /** The ids of the added files, in the order of their paths; on a stop or cancel of those so far. */
     QVector<qint64> addFilesListToDb();
+    /** The files that were left out because they could not be read. */
+    QStringList unread() const { return m_unread; }
 
 private:
     int runLength() const;
@@ -57,6 +59,7 @@ private:
     TagLinker m_linker;
     ProgressThrottle m_progress;
     QVector<qint64> m_added;
+    QStringList m_unread;
     QStringList m_lastNames;
     QVector<qint64> m_lastTagIds;
     bool m_hasLast = false;

@@ -1,13 +1,12 @@
 #include "fileops/folderexpansion.h"
 
+#include "fileops/folderentries.h"
+
 #include <QDebug>
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 
 namespace {
-
-constexpr QDir::Filters entryFilters = QDir::Dirs | QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot;
 
 /** True when a folder above the path is among the folders. */
 bool isBelowOneOf(const QString &path, const QSet<QString> &folders)
@@ -49,10 +48,18 @@ void FolderExpansion::expand(const QStringList &droppedPaths)
         else if (info.isFile())
             addDroppedFile(path);
         else
-            qDebug() << "No file or folder:" << path;
+            leaveOut(path);
     }
     for (const QString &folder : outerFirst(folders))
         walk(folder);
+}
+
+void FolderExpansion::leaveOut(const QString &path)
+{
+    qDebug() << "No file or folder:" << path;
+    // What stands in a name for bytes that are no text leads nowhere.
+    const bool isLost = path.contains(QChar(QChar::ReplacementCharacter)) && !QFileInfo::exists(path);
+    (isLost ? m_unreadableNames : m_unreadable).append(path);
 }
 
 void FolderExpansion::addDroppedFile(const QString &path)
@@ -78,6 +85,7 @@ bool FolderExpansion::addFolder(const QString &path, const QString &relativePath
     const QFileInfo info(path);
     if (!info.isReadable() || !info.isExecutable()) {
         qDebug() << "No right to read the folder" << path;
+        m_unreadable.append(path);
         return false;
     }
     m_folderPaths.insert(path);
@@ -92,15 +100,14 @@ void FolderExpansion::listFolder(int index)
         folder.path.endsWith(QLatin1Char('/')) ? folder.path : folder.path + QLatin1Char('/');
     const QString relativePrefix =
         folder.relativePath.isEmpty() ? QString() : folder.relativePath + QLatin1Char('/');
-    QDirIterator entries(folder.path, entryFilters);
-    while (entries.hasNext()) {
-        entries.next();
-        const QString name = entries.fileName();
+    const FolderEntries entries = FolderEntries::of(folder.path);
+    for (const QString &name : entries.folders)
+        addFolder(prefix + name, relativePrefix + name, index);
+    for (const QString &name : entries.files) {
         const QString path = prefix + name;
-        // The kind comes with the entry: asking the file system again would double the work of the walk.
-        if (entries.fileInfo().isDir())
-            addFolder(path, relativePrefix + name, index);
-        else if (m_droppedFiles.isEmpty() || !m_droppedFiles.contains(path))
+        if (m_droppedFiles.isEmpty() || !m_droppedFiles.contains(path))
             m_files.append(path);
     }
+    for (const QString &name : entries.unreadable)
+        m_unreadableNames.append(prefix + name);
 }

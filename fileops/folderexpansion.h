@@ -31,11 +31,16 @@ public:
     const QVector<ExpandedFolder> &folders() const { return m_folders; }
     /** The dropped files, then those of the folders. */
     QStringList files() const { return m_files; }
+    /** What was left out because its name is no text in the encoding of the system. */
+    QStringList unreadableNames() const { return m_unreadableNames; }
+    /** What was left out because it is gone, of another kind, or a folder without rights. */
+    QStringList unreadable() const { return m_unreadable; }
 
     /** The absolute path without dots, repeated and trailing slashes. */
     static QString cleaned(const QString &path);
 
 private:
+    void leaveOut(const QString &path);
     void addDroppedFile(const QString &path);
     void walk(const QString &topFolder);
     void listFolder(int index);
@@ -45,6 +50,8 @@ private:
     std::function<bool()> m_shouldEnd;
     QVector<ExpandedFolder> m_folders;
     QStringList m_files;
+    QStringList m_unreadableNames;
+    QStringList m_unreadable;
     QSet<QString> m_folderPaths;
     QSet<QString> m_droppedFiles;
 };

@@ -5,6 +5,7 @@
 #include "tests/support/addingfixture.h"
 #include "tests/support/serverdatabase.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,6 +21,12 @@ QByteArray patterned(qint64 size)
     for (int i = 0; i < bytes.size(); i += 97)
         bytes[i] = char(i / 97);
     return bytes;
+}
+
+bool writeNative(const QByteArray &path)
+{
+    const int descriptor = ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    return descriptor >= 0 && ::close(descriptor) == 0;
 }
 
 /** Each node as "name|name of its parent". */
@@ -189,6 +196,8 @@ private slots:
              {"O'Neil", "''", "12\" disc", "x\" --", "'); DROP TABLE files; --", "100%1 %2 ? :FILE",
               "two\nlines", "\xF0\x9F\x90\x98 cat\xC3\xA9", "file_name", "a\\b"})
             addRow(name, QString::fromUtf8(name));
+        addRow("byte order mark", "\uFEFFa"_s);
+        addRow("like a resource", ":a"_s);
         addRow("255 bytes", QString(255, QLatin1Char('n')));
     }
 
@@ -204,6 +213,37 @@ private slots:
         QCOMPARE(Sql::rows("SELECT path FROM file_paths"), QStringList(path));
         QCOMPARE(Sql::rows(tree), QStringList(name + QLatin1Char('|')));
         QCOMPARE(m_fixture->duplicates().contentMatches.size(), 1);
+    }
+
+    void whatIsLeftOutIsTold()
+    {
+        m_fixture->write("top/a"_s, "a");
+        const QByteArray top = QFile::encodeName(m_fixture->path("top"_s));
+        QCOMPARE(::mkdir(QByteArray(top + "/f\xE4").constData(), 0700), 0);
+        for (const char *name : {"/b\xE4"
+                                 "d.txt",
+                                 "/\xFF", "/f\xE4/inside", "/.h\xE4"})
+            QVERIFY(writeNative(top + name));
+        QSignalSpy told(&m_fixture->provider(), &FileOperationProvider::error);
+        const QString gone = m_fixture->path("gone"_s);
+        m_fixture->add({m_fixture->path("top"_s), gone, m_fixture->path("x\uFFFD"_s)}, {}, true, 0);
+        QCOMPARE(m_fixture->taggedNames(), QStringList("a: top"_s));
+        QCOMPARE(told.size(), 1);
+        const QString text = told.at(0).at(0).toString();
+        QVERIFY(text.startsWith("4 files have names that cannot be read:\n\n"_s));
+        for (const QString &name : {"/b\uFFFDd.txt\n"_s, "/\uFFFD\n"_s, "/f\uFFFD\n"_s, "/x\uFFFD\n"_s})
+            QVERIFY2(text.contains(name), qPrintable(text));
+        QVERIFY(text.endsWith("\n\n1 file or folder could not be read:\n\n"_s + gone));
+    }
+
+    void tagsThatCannotBeMadeAreTold()
+    {
+        QVERIFY(m_fixture->database().refuse("INSERT ON tags"_s));
+        m_fixture->write("top/a"_s, "a");
+        QSignalSpy told(&m_fixture->provider(), &FileOperationProvider::error);
+        addTree("top"_s);
+        QCOMPARE(told.value(0).value(1).toString(), "Error adding files"_s);
+        QCOMPARE(Sql::count("files"_s), 0);
     }
 
     void linksAreNotFollowedBelow()
