@@ -69,6 +69,7 @@ void FileIndex::append(const File &file)
     m_tagStarts.push_back(appendScratch());
     m_tagCounts.push_back(static_cast<quint32>(m_scratch.size()));
     m_usedRoom += roomFor(m_scratch.size());
+    countUses(size() - 1, 1);
     ++m_revision;
 }
 
@@ -79,6 +80,7 @@ bool FileIndex::update(int row, const File &file)
     const bool isKindKept = m_kinds[at] == kindOf(file) && m_additions[at] == file.additionSeconds();
     if (isKindKept && hasScratchTags(row))
         return false;
+    countUses(row, -1);
     m_kinds[at] = kindOf(file);
     m_additions[at] = file.additionSeconds();
     const size_t oldRoom = roomFor(m_tagCounts[at]);
@@ -89,6 +91,7 @@ bool FileIndex::update(int row, const File &file)
     else
         m_tagStarts[at] = appendScratch();
     m_tagCounts[at] = static_cast<quint32>(m_scratch.size());
+    countUses(row, 1);
     dropUnusedTags();
     ++m_revision;
     return true;
@@ -98,8 +101,10 @@ void FileIndex::removeRows(const QVector<int> &rows)
 {
     if (rows.isEmpty())
         return;
-    for (int row : rows)
+    for (int row : rows) {
+        countUses(row, -1);
         m_usedRoom -= roomFor(m_tagCounts[static_cast<size_t>(row)]);
+    }
     eraseAt(m_ids, rows);
     eraseAt(m_kinds, rows);
     eraseAt(m_additions, rows);
@@ -186,6 +191,36 @@ bool FileIndex::hasScratchTags(int row) const
 {
     const TagNumbers present = tagsAt(row);
     return std::equal(present.begin(), present.end(), m_scratch.begin(), m_scratch.end());
+}
+
+void FileIndex::countUses(int row, int change)
+{
+    m_useCounts.resize(static_cast<size_t>(numberCount()));
+    for (const quint32 number : tagsAt(row))
+        m_useCounts[number] += change;
+}
+
+int FileIndex::useCount(qint64 tagId) const
+{
+    const int number = tagNumber(tagId);
+    return number < 0 ? 0 : m_useCounts[static_cast<size_t>(number)];
+}
+
+QVector<int> FileIndex::rowsWith(const QVector<qint64> &tagIds) const
+{
+    QVector<int> rows;
+    std::vector<char> isWanted(static_cast<size_t>(numberCount()));
+    for (const qint64 tagId : tagIds) {
+        const int number = tagNumber(tagId);
+        if (number >= 0)
+            isWanted[static_cast<size_t>(number)] = 1;
+    }
+    for (int row = 0; row < size(); ++row) {
+        const TagNumbers tags = tagsAt(row);
+        if (std::any_of(tags.begin(), tags.end(), [&](quint32 number) { return isWanted[number] != 0; }))
+            rows.append(row);
+    }
+    return rows;
 }
 
 void FileIndex::writeScratch(size_t start)

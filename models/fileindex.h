@@ -66,6 +66,11 @@ public:
     int tagNumber(qint64 tagId) const { return m_tagNumbers.value(tagId, -1); }
     qint64 tagId(int number) const { return m_tagIds.at(number - firstTagNumber); }
 
+    /** How many files have the tag. */
+    int useCount(qint64 tagId) const;
+    /** The rows that have one of the tags, ascending. */
+    QVector<int> rowsWith(const QVector<qint64> &tagIds) const;
+
     /** Grows with every change. */
     quint64 revision() const { return m_revision; }
 
@@ -74,6 +79,7 @@ private:
     void readTags(const QVector<qint64> &tagIds);
     bool isNoted(quint32 number);
     bool hasScratchTags(int row) const;
+    void countUses(int row, int change);
     void writeScratch(size_t start);
     quint32 appendScratch();
     void dropUnusedTags();
@@ -91,6 +97,7 @@ private:
     QHash<qint64, int> m_tagNumbers;
     QVector<qint64> m_tagIds;
     std::vector<qint32> m_smallTagNumbers;
+    std::vector<int> m_useCounts; // by number
     std::vector<quint32> m_scratch;
     std::vector<bool> m_noted;
 

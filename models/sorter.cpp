@@ -46,15 +46,35 @@ QModelIndex Sorter::indexOf(qint64 fileId) const
 
 void Sorter::refreshTagNames()
 {
-    constexpr int column = ContentsModel::TagsColumn;
-    if (m_ranks.column() == column)
+    if (m_ranks.column() == ContentsModel::TagsColumn)
         m_ranks.clear();
-    if (m_column == column) {
+    if (m_column == ContentsModel::TagsColumn)
         rearrange();
-    } else if (rowCount() > 0) {
-        // Straight from here: proxies below would look at every row again for a text that they do not read.
-        emit dataChanged(index(0, column), index(rowCount() - 1, column), {Qt::DisplayRole});
+    else
+        showTagNames();
+}
+
+void Sorter::renameTags(const QVector<qint64> &tagIds)
+{
+    constexpr int column = ContentsModel::TagsColumn;
+    if (!m_filter || (m_column != column && m_ranks.column() != column)) {
+        showTagNames();
+        return;
     }
+    const QVector<int> rows = m_filter->contents()->fileIndex().rowsWith(tagIds);
+    m_ranks.forget(rows);
+    if (m_column == column)
+        placeAnew(rows);
+    else
+        showTagNames();
+}
+
+void Sorter::showTagNames()
+{
+    constexpr int column = ContentsModel::TagsColumn;
+    // Straight from here: proxies below would look at every row again for a text that they do not read.
+    if (rowCount() > 0)
+        emit dataChanged(index(0, column), index(rowCount() - 1, column), {Qt::DisplayRole});
 }
 
 bool Sorter::isFoundIn(const QString &text) const

@@ -50,8 +50,10 @@ public:
     QModelIndex mapFromSource(const QModelIndex &sourceIndex) const override;
 
 public slots:
-    /** Tags have other names: shows and, if they are sorted by, sorts them anew. */
+    /** All tags may have other names: shows and, if they are sorted by, sorts them anew. */
     void refreshTagNames();
+    /** The same for some tags: files without them keep their order. */
+    void renameTags(const QVector<qint64> &tagIds);
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
@@ -73,7 +75,9 @@ private:
     bool isMatch(const File &file) const;
     void arrange();
     void putInOrder();
+    void showTagNames();
     void rearrange();
+    void placeAnew(const QVector<int> &contentsRows);
     void insertRow(int sourceRow);
     bool isInPlace(int sourceRow) const;
     bool areChangedRowsInPlace() const;

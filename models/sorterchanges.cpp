@@ -3,6 +3,7 @@
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 #include "models/sorter.h"
+#include "models/sortkeys.h"
 
 #include <algorithm>
 
@@ -54,6 +55,48 @@ void Sorter::connectSource()
 void Sorter::rearrange()
 {
     changeLayout([this] { arrange(); });
+}
+
+// Takes shown files out of the order and puts them where they belong now, among the others as they stand.
+void Sorter::placeAnew(const QVector<int> &contentsRows)
+{
+    // More than such a part of the rows are sorted together with them.
+    constexpr int mergedPart = 16;
+    if (contentsRows.size() > rowCount() / mergedPart) {
+        rearrange();
+        return;
+    }
+    std::vector<int> moved;
+    std::vector<char> isMoved(static_cast<size_t>(m_filter->rowCount()));
+    for (const int contentsRow : contentsRows) {
+        const int source = m_filter->rowOfContents(contentsRow);
+        if (source < 0 || !filterAcceptsRow(source, {}))
+            continue;
+        isMoved[static_cast<size_t>(source)] = 1;
+        moved.push_back(contentsRow);
+    }
+    SortKeys::sort(*m_filter->contents(), m_column, moved);
+    std::transform(moved.begin(), moved.end(), moved.begin(),
+                   [this](int contentsRow) { return m_filter->rowOfContents(contentsRow); });
+    if (m_sortOrder == Qt::DescendingOrder)
+        std::reverse(moved.begin(), moved.end());
+    changeLayout([&] {
+        const auto hasMoved = [&](int source) { return isMoved[static_cast<size_t>(source)] != 0; };
+        m_rows.erase(std::remove_if(m_rows.begin(), m_rows.end(), hasMoved), m_rows.end());
+        std::vector<int> merged;
+        merged.reserve(m_rows.size() + moved.size());
+        auto rest = m_rows.cbegin();
+        for (const int source : moved) {
+            const auto place = std::lower_bound(
+                rest, m_rows.cend(), source, [this](int left, int right) { return isRowLess(left, right); });
+            merged.insert(merged.end(), rest, place);
+            merged.push_back(source);
+            rest = place;
+        }
+        merged.insert(merged.end(), rest, m_rows.cend());
+        m_rows.swap(merged);
+        m_rowsOfSource.clear();
+    });
 }
 
 // Whether a row of the source is shown or hidden as it should be, and between the right neighbours.

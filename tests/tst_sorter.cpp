@@ -235,6 +235,32 @@ private slots:
             }
         }
     }
+
+    void filesOfARenamedTagFindTheirPlace()
+    {
+        for (int count : {200, 3000}) {
+            Views views;
+            views.fill(count);
+            // A few of the files by one, and all but a few by the other.
+            for (const Ids &tags : {Ids{15}, Ids{16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29}}) {
+                for (const Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
+                    views.sorter.sort(ContentsModel::TagsColumn, order);
+                    views.host.renamedTag = views.host.renamedTag == tags.first() ? 0 : tags.first();
+                    views.sorter.renameTags(tags);
+                    Ids expected = views.expected(ContentsModel::TagsColumn);
+                    if (order == Qt::DescendingOrder)
+                        std::reverse(expected.begin(), expected.end());
+                    QCOMPARE(views.shown(), expected);
+                    // What is remembered of the order knows of it too.
+                    views.filter.setSpecialNode(AllInternalFiles);
+                    views.filter.setSpecialNode(AllFiles);
+                    QCOMPARE(views.shown(), expected);
+                }
+                views.host.renamedTag = 0;
+                views.sorter.refreshTagNames();
+            }
+        }
+    }
 };
 
 QTEST_MAIN(TestSorter)

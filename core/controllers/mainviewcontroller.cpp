@@ -76,7 +76,7 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::aboutToReloadAllData, m_contents, &ContentsModel::clear);
     connect(source, &DatabaseManger::allDataReloaded, this, &MainViewController::forgetGoneTags);
     connect(source, &DatabaseManger::tagsLoaded, m_sorter, &Sorter::refreshTagNames);
-    connect(source, &DatabaseManger::tagsRenamed, m_sorter, &Sorter::refreshTagNames);
+    connect(source, &DatabaseManger::tagsRenamed, m_sorter, &Sorter::renameTags);
     connect(source, &DatabaseManger::startedAddingFiles, this, &MainViewController::startedAddingFiles);
     connect(source, &DatabaseManger::addingFilesProgress, this, &MainViewController::addingFilesProgress);
     connect(source, &DatabaseManger::finishedAddingFiles, this, &MainViewController::finishedAddingFiles);

@@ -58,7 +58,7 @@ public:
     {
         QStringList names;
         for (qint64 tagId : tagIds)
-            names.append("tag%1"_s.arg(isReversed ? 100 - tagId : tagId));
+            names.append("tag%1"_s.arg(isReversed || tagId == renamedTag ? 100 - tagId : tagId));
         return names.join(QLatin1String(", "));
     }
     bool isFileMissing(qint64) const override { return false; }
@@ -85,6 +85,7 @@ public:
 
     bool isReadOnly = false;
     bool isReversed = false;
+    qint64 renamedTag = 0;
     QImage thumbnail;
     mutable QSet<qint64> askedThumbnails;
     QStringList calls;
