@@ -12,6 +12,7 @@
 #include "bench/settling.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
+#include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/metatypes.h"
@@ -19,6 +20,7 @@
 #include "models/brtreesortermodel.h"
 #include "models/contentsmodel.h"
 #include "models/sorter.h"
+#include "models/tagstablemodel.h"
 #include "resources/resources.h"
 #include "ui/docks/browsingtreeviewdock.h"
 #include "ui/docks/tagstabledock.h"
@@ -35,6 +37,8 @@
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QSettings>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -87,6 +91,7 @@ public:
         Collection *collection = m_window.collection();
         files = collection->mainViewController();
         tags = collection->tagsController();
+        groups = collection->groupsController();
         tree = collection->browsTreeController();
         manager = collection->findChild<DatabaseManger *>();
         mainView = m_window.findChild<MainFilesView *>();
@@ -147,6 +152,7 @@ public:
 
     MainViewController *files;
     TagsController *tags;
+    GroupsController *groups = nullptr;
     BrowsTreeController *tree;
     DatabaseManger *manager;
     MainFilesView *mainView;
@@ -391,6 +397,29 @@ void benchTags(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat)
                [renamePlainly] { renamePlainly(4000); }});
     bench.run({QStringLiteral("rename a tag of 100,000 files"), all, [rename, frequent] { rename(frequent); },
                [renamePlainly, frequent] { renamePlainly(frequent); }});
+    const auto byTags = [&window] {
+        window.showAll();
+        window.sort(ContentsModel::TagsColumn);
+    };
+    bench.run({QStringLiteral("rename a rare tag, sorted by tags"), byTags, [rename] { rename(4000); },
+               [renamePlainly] { renamePlainly(4000); }});
+    bench.run({QStringLiteral("rename a tag of 100,000 files, sorted by tags"), byTags,
+               [rename, frequent] { rename(frequent); },
+               [renamePlainly, frequent] { renamePlainly(frequent); }});
+    window.settle([&window] { window.unsort(); });
+    bench.run({QStringLiteral("tag a file, with the column of files"),
+               [&window] {
+                   window.showAll();
+                   window.tagTable->setColumnHidden(TagsTableModel::FilesColumn, false);
+               },
+               [&window] {
+                   static bool isTagged = false;
+                   const QVector<qint64> tag{4000};
+                   isTagged = !isTagged;
+                   window.files->changeTags({1}, isTagged ? tag : QVector<qint64>(),
+                                            isTagged ? QVector<qint64>() : tag);
+               },
+               [&window] { window.runPlain(QStringLiteral("REPLACE INTO file_tag VALUES(1,4000)")); }});
     bench.run({QStringLiteral("select all 5,000 tags"), [&window] { window.tagTable->clearSelection(); },
                [&window] { window.tagTable->selectAll(); }, filter});
     bench.run({QStringLiteral("AND of all 5,000 tags"), all,
@@ -420,6 +449,55 @@ void benchTags(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat)
                [&window] { window.nodes->slotExpandAllFiles(); }, filter});
 }
 
+/** Tags and groups by the thousand, which are made behind the window's back. */
+void benchManyTags(Benchmark &bench, OpenWindow &window)
+{
+    constexpr int tags = 2500;
+    constexpr qint64 firstTag = 100001;
+    constexpr qint64 firstGroup = 1001;
+    const QString numbers = QStringLiteral("WITH RECURSIVE n(i) AS (SELECT %1 UNION ALL SELECT i+1 FROM n "
+                                           "LIMIT %2) INSERT INTO %3");
+    const auto run = [&numbers](qint64 from, int count, const char *insert) {
+        QSqlQuery(QSqlDatabase::database()).exec(numbers.arg(from).arg(count).arg(QLatin1String(insert)));
+    };
+    QVector<qint64> tagIds, groupIds;
+    for (int i = 0; i < 2 * tags; ++i)
+        tagIds.append(i + 1);
+    for (int i = 0; i < 20; ++i)
+        groupIds.append(firstGroup + i);
+    bench.run({QStringLiteral("assign 5,000 tags to 20 groups"),
+               [&window, run, groupIds] {
+                   window.manager->removeGroups(groupIds);
+                   run(firstGroup, 20, "tag_groups SELECT i,'group '||i FROM n");
+                   window.manager->loadAllGroups();
+               },
+               [&window, tagIds, groupIds] { window.groups->assignTags(tagIds, groupIds); },
+               [&window] {
+                   window.runPlain(QStringLiteral("REPLACE INTO tag_group_links SELECT tag_id,i FROM tags, "
+                                                  "(WITH RECURSIVE n(i) AS (SELECT 1001 UNION ALL SELECT i+1 "
+                                                  "FROM n LIMIT 20) SELECT i FROM n)"));
+               }});
+    QVector<qint64> freshIds;
+    for (int i = 0; i < tags; ++i)
+        freshIds.append(firstTag + i);
+    const auto make = [run] {
+        run(firstTag, tags, "tags SELECT i,'fresh '||i,'',0,NULL FROM n");
+        run(firstTag, tags, "file_tag SELECT i-100000,i FROM n");
+        run(firstTag, tags, "tag_group_links SELECT i,1 FROM n");
+        run(firstTag, tags, "tb_nodes SELECT i,i,1,0 FROM n");
+        run(firstTag, tags, "tb_node_links SELECT 0,i FROM n");
+        run(firstTag, tags, "tag_relationships SELECT i FROM n");
+    };
+    bench.run({QStringLiteral("remove 2,500 tags"),
+               [&window, make] {
+                   make();
+                   window.manager->reloadAllData();
+                   window.showAll();
+               },
+               [&window, freshIds] { window.tags->removeTags(freshIds); },
+               [&window] { window.runPlain(QStringLiteral("DELETE FROM tags WHERE tag_id>100000")); }});
+}
+
 void benchAll(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat, const QTemporaryDir &folder)
 {
     window.settle([&window] { window.mainView->iconViewSelected(false); });
@@ -437,6 +515,8 @@ void benchAll(Benchmark &bench, OpenWindow &window, const FlatLibrary &flat, con
     benchSelections(bench, window, flat, QStringLiteral(", thumbnails"));
     benchAdding(bench, window, folder, "add 1,000 files, thumbnails");
     benchManyFiles(bench, window, flat, QStringLiteral(", thumbnails"));
+    window.settle([&window] { window.mainView->iconViewSelected(false); });
+    benchManyTags(bench, window);
 }
 
 QStringList namesOfTags(const OpenWindow &window)

@@ -15,6 +15,8 @@
 TagsTableModel::TagsTableModel(TagsController *controller, DatabaseManger *manager, QObject *parent)
     : QAbstractTableModel(parent), m_controller(controller), m_manager(manager)
 {
+    m_announceTimer.setSingleShot(true);
+    connect(&m_announceTimer, &QTimer::timeout, this, &TagsTableModel::announceGathered);
     if (m_controller)
         connect(m_controller, &TagsController::markedTagsChanged, this, &TagsTableModel::setMarkedTagIds);
     if (m_manager)
@@ -28,11 +30,6 @@ void TagsTableModel::connectManager()
     connect(m_manager, &DatabaseManger::tagsLoaded, this, &TagsTableModel::loadTags);
     connect(m_manager, &DatabaseManger::tagsAdded, this, &TagsTableModel::addTags);
     connect(m_manager, &DatabaseManger::tagsRemoved, this, &TagsTableModel::removeTags);
-
-    connect(m_manager, &DatabaseManger::filesLoaded, this, &TagsTableModel::updateFileCounts);
-    connect(m_manager, &DatabaseManger::filesAdded, this, &TagsTableModel::updateFileCounts);
-    connect(m_manager, &DatabaseManger::filesRemoved, this, &TagsTableModel::updateFileCounts);
-    connect(m_manager, &DatabaseManger::filesChanged, this, &TagsTableModel::updateFileCounts);
 
     const GroupMap *groups = m_manager->groups();
     connect(groups, &SignalContainer::itemInserted, this, &TagsTableModel::addedGroup);
@@ -249,6 +246,17 @@ bool TagsTableModel::dropMimeData(const QMimeData *data, Qt::DropAction /*action
 
 void TagsTableModel::updateFileCounts()
 {
-    if (!m_rows.isEmpty())
-        emit dataChanged(index(0, FilesColumn), index(m_rows.size() - 1, FilesColumn), {Qt::DisplayRole});
+    int first = -1;
+    int last = -1;
+    for (int row = 0; m_controller && row < m_rows.size(); ++row) {
+        const QSignalBlocker blocker(m_rows.at(row)); // told together
+        const qint64 before = m_rows.at(row)->filesCount();
+        m_rows.at(row)->setFilesCount(m_controller->filesCount(m_rows.at(row)->id()));
+        if (m_rows.at(row)->filesCount() == before)
+            continue;
+        first = first < 0 ? row : first;
+        last = row;
+    }
+    if (first >= 0)
+        emit dataChanged(index(first, FilesColumn), index(last, FilesColumn), {Qt::DisplayRole});
 }

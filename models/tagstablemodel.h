@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QPixmap>
 #include <QSet>
+#include <QTimer>
 #include <QVector>
 
 class DatabaseManger;
@@ -83,6 +84,7 @@ private:
     void setField(TagItem *item, const QString &column, const QVariant &value);
     QHash<qint64, QVector<qint64>> groupsOf(const QVector<qint64> &tagIds) const;
     void applyGroup(qint64 groupId, const QVector<qint64> &tagIds);
+    void announceGathered();
     void removeInOneGo(const QSet<qint64> &tagIds);
     void releaseItem(int row);
     void announceRow(qint64 tagId);
@@ -95,6 +97,9 @@ private:
 
     mutable QPixmap m_mark;
     mutable QHash<qint64, int> m_rowsById; // empty when it has to be made anew
+
+    QHash<qint64, QVector<qint64>> m_groupTags; // as last noted in the rows
+    QTimer m_announceTimer;                     // groups that come are told of together
 
     // While one change runs over many rows, its range is gathered and told once.
     bool m_isGathering = false;

@@ -56,32 +56,51 @@ void TagsTableModel::addedGroup(const QVariant &groupId)
         return;
     connect(group, &GroupItem::groupTagsChanged, this, &TagsTableModel::updatedGroup, Qt::UniqueConnection);
     applyGroup(group->id(), group->tags());
+    if (m_firstChanged >= 0 && !m_announceTimer.isActive())
+        m_announceTimer.start();
 }
 
 void TagsTableModel::removedGroup(const QVariant &groupId)
 {
     applyGroup(groupId.toLongLong(), {});
+    announceGathered();
 }
 
 void TagsTableModel::updatedGroup(const QVector<qint64> &tagIds)
 {
     if (const auto *group = qobject_cast<const GroupItem *>(sender()))
         applyGroup(group->id(), tagIds);
+    announceGathered();
 }
 
 void TagsTableModel::applyGroup(qint64 groupId, const QVector<qint64> &tagIds)
 {
+    const QVector<qint64> earlier = m_groupTags.value(groupId);
     const QSet<qint64> members(tagIds.begin(), tagIds.end());
     m_isGathering = true;
-    for (TagItem *tag : qAsConst(m_rows)) {
-        if (members.contains(tag->id()))
-            tag->addGroup(groupId);
-        else
+    for (const qint64 tagId : earlier) {
+        TagItem *tag = members.contains(tagId) ? nullptr : itemOf(tagId);
+        if (tag)
             tag->removeGroup(groupId);
     }
+    for (const qint64 tagId : tagIds) {
+        if (TagItem *tag = itemOf(tagId))
+            tag->addGroup(groupId);
+    }
     m_isGathering = false;
-    if (m_firstChanged >= 0)
-        announceRows(m_firstChanged, m_lastChanged);
+    if (tagIds.isEmpty())
+        m_groupTags.remove(groupId);
+    else
+        m_groupTags.insert(groupId, tagIds);
+}
+
+void TagsTableModel::announceGathered()
+{
+    m_announceTimer.stop();
+    // Rows may have gone since they were noted.
+    const int last = qMin(m_lastChanged, m_rows.size() - 1);
+    if (m_firstChanged >= 0 && m_firstChanged <= last)
+        announceRows(m_firstChanged, last);
     m_firstChanged = m_lastChanged = -1;
 }
 

@@ -5,6 +5,8 @@
 #include "db/databasemanger.h"
 #include "models/taggroupmodel.h"
 
+#include <QSet>
+
 GroupsController::GroupsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                    Collection *collection)
     : AbstractController(manager, constructor, collection)
@@ -106,9 +108,11 @@ void GroupsController::assignTags(const QVector<qint64> &tagIds, const QVector<q
         if (!group)
             continue;
         QVector<qint64> tags = group->tags();
+        QSet<qint64> members(tags.cbegin(), tags.cend());
         for (const qint64 tagId : tagIds) {
-            if (!tags.contains(tagId))
+            if (!members.contains(tagId))
                 tags.append(tagId);
+            members.insert(tagId);
         }
         manager()->setGroupTags(groupId, tags);
     }

@@ -2,6 +2,7 @@
 
 #include "core/controllers/mainviewcontroller.h"
 #include "db/databasemanger.h"
+#include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 #include "models/tagsfilterproxy.h"
 #include "models/tagsgroupproxy.h"
@@ -22,12 +23,6 @@ TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConst
     connect(manager, &DatabaseManger::tagsLoaded, this, &TagsController::loadedDataFromDB);
     // The tags below a tag count too, and relationships are the last that a reload brings.
     connect(manager, &DatabaseManger::allDataReloaded, this, &TagsController::showSelectionAgain);
-    connect(manager, &DatabaseManger::filesLoaded, this, &TagsController::dropCounts);
-    connect(manager, &DatabaseManger::filesAdded, this, &TagsController::dropCounts);
-    connect(manager, &DatabaseManger::filesRemoved, this, &TagsController::dropCounts);
-    connect(manager, &DatabaseManger::filesChanged, this, &TagsController::dropCounts);
-
-    // After the connections above: the model asks for the counts that they have dropped.
     m_tableModel = new TagsTableModel(this, manager, this);
     m_groupProxy->setSourceModel(m_tableModel);
     m_filterProxy->setSourceModel(m_groupProxy);
@@ -40,9 +35,14 @@ void TagsController::setPeers(BrowsTreeController *browsTree, GroupsController *
     m_groups = groups;
     m_mainView = mainView;
     m_relations = relations;
-    if (m_mainView)
-        connect(m_mainView->filterModel(), &FileFilterModel::dTagsChanged, m_groupProxy,
-                &TagsGroupProxy::setDTagIds, Qt::UniqueConnection);
+    if (!m_mainView)
+        return;
+    connect(m_mainView->filterModel(), &FileFilterModel::dTagsChanged, m_groupProxy,
+            &TagsGroupProxy::setDTagIds, Qt::UniqueConnection);
+    // The table of files counts its tags, so it has to know of a change first.
+    if (m_tableModel)
+        connect(m_mainView->contentsModel(), &ContentsModel::contentsChanged, m_tableModel,
+                &TagsTableModel::updateFileCounts, Qt::UniqueConnection);
 }
 
 void TagsController::load()
@@ -107,7 +107,8 @@ void TagsController::removeTags(const QVector<qint64> &tagIds)
     if (!manager() || !mayWrite() || !manager()->removeTags(tagIds))
         return;
     QVector<qint64> marked = m_markedTagIds;
-    const auto isRemoved = [&tagIds](qint64 tagId) { return tagIds.contains(tagId); };
+    const QSet<qint64> gone(tagIds.cbegin(), tagIds.cend());
+    const auto isRemoved = [&gone](qint64 tagId) { return gone.contains(tagId); };
     marked.erase(std::remove_if(marked.begin(), marked.end(), isRemoved), marked.end());
     markTags(marked);
     if (m_mainView)
@@ -150,26 +151,7 @@ bool TagsController::isTagInUse(const QVector<qint64> &tagIds) const
 
 qint64 TagsController::filesCount(qint64 tagId) const
 {
-    if (!m_areCountsValid)
-        countFiles();
-    return m_fileCounts.value(tagId, 0);
-}
-
-void TagsController::countFiles() const
-{
-    m_fileCounts.clear();
-    if (!manager())
-        return;
-    for (const File *file : qAsConst(manager()->files())) {
-        for (const qint64 tagId : file->tags())
-            ++m_fileCounts[tagId];
-    }
-    m_areCountsValid = true;
-}
-
-void TagsController::dropCounts()
-{
-    m_areCountsValid = false;
+    return m_mainView ? m_mainView->contentsModel()->fileIndex().useCount(tagId) : 0;
 }
 
 QHash<qint64, QString> TagsController::tagsNames(const QVector<qint64> &tagIds) const

@@ -78,8 +78,6 @@ public slots:
 
 private:
     void showSelectionAgain();
-    void dropCounts();
-    void countFiles() const;
 
     BrowsTreeController *m_browsTree = nullptr;
     GroupsController *m_groups = nullptr;
@@ -90,7 +88,4 @@ private:
     TagsFilterProxy *m_filterProxy;
     QVector<qint64> m_markedTagIds;
     bool m_isEitherOr = false;
-    // Counted in one walk over all files and dropped with any change to them.
-    mutable QHash<qint64, qint64> m_fileCounts;
-    mutable bool m_areCountsValid = false;
 };
