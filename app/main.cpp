@@ -1,6 +1,7 @@
 #include "app/constants.h"
 #include "app/crashwriter.h"
 #include "app/mainwindow.h"
+#include "app/startsplash.h"
 #include "app/windowsettings.h"
 #include "core/metatypes.h"
 #include "fileops/temporarycopies.h"
@@ -12,7 +13,6 @@
 #include <QDir>
 #include <QFile>
 #include <QIcon>
-#include <QSplashScreen>
 #include <QTextStream>
 #include <QTimer>
 
@@ -58,7 +58,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setOrganizationName(Constants::organizationName);
     registerMetaTypes();
 
-    QSplashScreen splash(QPixmap(QStringLiteral(":misc/vornaSplash.png")));
+    StartSplash splash(QPixmap(QStringLiteral(":misc/vornaSplash.png")));
     splash.show();
     splash.showMessage(QObject::tr("Opening database..."), Qt::AlignRight, Qt::black);
 
@@ -74,6 +74,7 @@ int main(int argc, char *argv[])
     QTimer::singleShot(0, &TemporaryCopies::removeLeftovers);
 
     MainWindow window;
+    QObject::connect(&window, &MainWindow::openingProgress, &splash, &StartSplash::setPercent);
     window.openStartupDatabase(first.path, first.source);
     window.show();
     if (showQuickStart)

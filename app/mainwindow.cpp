@@ -7,6 +7,7 @@
 #include "app/databaseerrors.h"
 #include "app/filedialogs.h"
 #include "app/messages.h"
+#include "app/openingprogress.h"
 #include "app/recentdatabases.h"
 #include "app/replacedfile.h"
 #include "app/windowsettings.h"
@@ -57,6 +58,7 @@ bool MainWindow::openDatabase(const DBDetails &details)
 {
     if (!Collection::canOpen(details))
         return false;
+    const OpeningProgress progress(statusBar());
     closeDatabase();
     statusBar()->clearMessage();
 
@@ -67,6 +69,7 @@ bool MainWindow::openDatabase(const DBDetails &details)
     if (m_collection) {
         m_collection->setParent(this);
         connectCollection();
+        connect(m_collection, &Collection::loadingProgress, &progress, &OpeningProgress::setPercent);
         const QSqlError error = m_collection->open();
         opened = !error.isValid() || error.type() == QSqlError::NoError;
         if (opened) {

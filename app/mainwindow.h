@@ -55,6 +55,10 @@ public:
     /** The open collection or null. */
     Collection *collection() const { return m_collection; }
 
+signals:
+    /** How much of the files of a database has been read, while it is opened. */
+    void openingProgress(int percent);
+
 public slots:
     void slotOpenDb();
     /** Asks for a database on a server until one opens or the user gives up. */

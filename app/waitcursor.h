@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCursor>
 #include <QGuiApplication>
 
 /** Shows for its lifetime that the program waits. GUI thread. */

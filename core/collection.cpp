@@ -59,6 +59,7 @@ void Collection::connectManager()
     connect(m_manager, &DatabaseManger::errorOccured, this, &Collection::errorOccured);
     connect(m_manager, &DatabaseManger::aboutToReloadAllData, this, &Collection::aboutToReloadAllData);
     connect(m_manager, &DatabaseManger::allDataReloaded, this, &Collection::allDataReloaded);
+    connect(m_manager, &DatabaseManger::loadingProgress, this, &Collection::loadingProgress);
 }
 
 std::unique_ptr<AbstractQueryConstructor> Collection::makeQueryConstructor() const

@@ -76,6 +76,8 @@ signals:
     void importNotification(QList<ShellFile> files);
     void aboutToReloadAllData();
     void allDataReloaded();
+    /** How much of all files has been read, while they are. */
+    void loadingProgress(int percent);
 
 protected:
     Collection(const QString &driver, const QString &host, const QString &databaseName, const QString &user,

@@ -153,6 +153,7 @@ void DatabaseManger::connectFiles()
     MainViewProvider *files = m_providers.mainView;
     connect(files, &MainViewProvider::gotAllFilesInfo, this, &DatabaseManger::gotAllFiles);
     connect(files, &MainViewProvider::filesUpdated, this, &DatabaseManger::gotUpdatedFiles);
+    connect(files, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
     connectErrors(files);
 }
 

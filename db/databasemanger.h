@@ -201,6 +201,8 @@ signals:
     /** Around the change of the records that follows a removal; children may move up in between. */
     void aboutToRemoveNodes(const QVector<qint64> &nodeIds);
     void removedNodes();
+    /** While all files are read. */
+    void loadingProgress(int percent);
     void filesLoaded(const Map<qint64, File *> &files);
     void filesAdded(const Map<qint64, File *> &files);
     void filesRemoved(QVector<qint64> fileIds);

@@ -1,6 +1,7 @@
 #include "core/providers/mainviewprovider.h"
 
 #include "core/providers/chunks.h"
+#include "core/providers/singlevalue.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/transaction.h"
 
@@ -16,7 +17,17 @@ MainViewProvider::MainViewProvider(const AbstractQueryConstructor *constructor, 
 
 void MainViewProvider::loadAllFiles()
 {
-    const auto hand = [this](const TableData &slice) { emit gotAllFilesInfo(true, slice); };
+    // Files come by rising ids, so the highest one tells how far it is.
+    const double highest = SingleValue::read(*this, highestIdText()).toDouble();
+    int told = 0;
+    const auto hand = [this, highest, &told](const TableData &slice) {
+        emit gotAllFilesInfo(true, slice);
+        const double part = highest > 0 ? slice.last()->at(0).toDouble() / highest : 1;
+        const int percent = static_cast<int>(100 * qBound(0.0, part, 1.0));
+        if (percent > told)
+            emit loadingProgress(percent);
+        told = qMax(told, percent);
+    };
     const bool ok = runSyncJoined(filesText(QString()), tagsText(QString()), rowsPerSlice, hand);
     emit gotAllFilesInfo(ok, TableData());
 }
@@ -66,6 +77,12 @@ bool MainViewProvider::linkTags(const QVector<qint64> &fileIds, const QVector<qi
 bool MainViewProvider::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
     return changeTags(fileIds, {}, tagIds);
+}
+
+QString MainViewProvider::highestIdText() const
+{
+    return constructor()->selectQuery({QStringLiteral("max(file_id)")}, QStringLiteral("files")) +
+           constructor()->statementEnd();
 }
 
 QString MainViewProvider::filesText(const QString &condition) const

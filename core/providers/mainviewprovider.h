@@ -51,6 +51,8 @@ signals:
     void filesUpdated(bool ok, const TableData &table);
     void filesAdded(bool ok, const TableData &table);
     void filesRemoved(bool ok, const TableData &table);
+    /** How much of all files has been handed on, while they are. A receiver runs no statement. */
+    void loadingProgress(int percent);
 
 protected:
     /** All columns of the files and of the external ones' paths, file_id first, in its order. */
@@ -66,6 +68,7 @@ private:
 
     /** Reads the rows of some files; the holder of `rows` owns them, also after a failure. */
     bool readFiles(const QVector<qint64> &ids, TableData &rows);
+    QString highestIdText() const;
     QString updateText(qint64 id, const QString &column, const QString &value) const;
     QString updatePathText(qint64 id, const QStringList &columns, const QStringList &values) const;
     bool updateAndLoad(qint64 id, const QString &update);
