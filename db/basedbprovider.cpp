@@ -6,6 +6,8 @@
 
 #include <QSqlDatabase>
 
+#include <utility>
+
 namespace {
 QString orDefault(const QString &connectionName)
 {
@@ -191,6 +193,8 @@ bool BaseDBProvider::reportError(const QSqlDatabase &database, const QSqlQuery &
 
 bool BaseDBProvider::beginTransaction(const QString &connectionName)
 {
+    if (m_hasJoined)
+        return true;
     QSqlDatabase database = openConnection(connectionName);
     m_savepointLost = false;
     if (database.transaction())
@@ -201,6 +205,8 @@ bool BaseDBProvider::beginTransaction(const QString &connectionName)
 
 bool BaseDBProvider::commitTransaction(const QString &connectionName)
 {
+    if (m_hasJoined)
+        return true;
     QSqlDatabase database = openConnection(connectionName);
     // The driver of SQLite keeps the number of a failed commit to itself, and with it that the disk is full
     // or the database busy; a statement tells.
@@ -219,8 +225,37 @@ bool BaseDBProvider::commitTransaction(const QString &connectionName)
 
 bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
 {
+    if (m_hasJoined)
+        return true;
     // Silent: it follows a failure that was told already, and the back-end may have rolled back by itself.
     return openConnection(connectionName).rollback();
+}
+
+void BaseDBProvider::joinTransaction()
+{
+    m_hasJoined = true;
+}
+
+void BaseDBProvider::leaveTransaction(bool isCommitted)
+{
+    m_hasJoined = false;
+    if (!isCommitted)
+        m_news.clear();
+}
+
+void BaseDBProvider::tellNews()
+{
+    const QVector<std::function<void()>> news = std::exchange(m_news, {});
+    for (const std::function<void()> &tell : news)
+        tell();
+}
+
+void BaseDBProvider::announce(const std::function<void()> &news)
+{
+    if (m_hasJoined)
+        m_news.append(news);
+    else
+        news();
 }
 
 bool BaseDBProvider::setSavepoint()

@@ -11,6 +11,9 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QVector>
+
+#include <functional>
 
 class AbstractQueryConstructor;
 
@@ -73,6 +76,15 @@ public:
     virtual bool commitTransaction(const QString &connectionName = QString());
     virtual bool rollbackTransaction(const QString &connectionName = QString());
 
+    /**
+     * From here on the provider takes part in a transaction of another one on the default connection: begin
+     * and commit are left to that one, and news wait. They are dropped in the end unless it was committed.
+     */
+    void joinTransaction();
+    void leaveTransaction(bool isCommitted);
+    /** Gives out the news that waited, in their order. */
+    void tellNews();
+
     // The one savepoint of the worker's connection; it does not nest.
     bool setSavepoint();
     bool releaseSavepoint();
@@ -107,6 +119,8 @@ protected:
             connect(&runner, &QueryRunner::queryFinished, static_cast<Provider *>(this), reply);
         runner.run(query);
     }
+    /** Emits a signal now, or when the transaction that was joined is through. */
+    void announce(const std::function<void()> &news);
     /** Ends the running transaction and emits connectionError. */
     virtual void loseConnection();
     /** For a new connection in the place of a lost one. */
@@ -130,6 +144,8 @@ private:
     const AbstractQueryConstructor *m_constructor;
     QHash<QString, QHash<QString, QSqlQuery>> m_prepared;
     QSqlError m_lastError;
+    QVector<std::function<void()>> m_news;
+    bool m_hasJoined = false;
     bool m_savepointLost = false;
     bool m_connectionLost = false;
 };

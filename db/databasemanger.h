@@ -311,7 +311,7 @@ private:
     void updateTag(qint64 tagId, const QString &column, const QString &value);
     qint64 parentOf(qint64 nodeId) const;
     bool runRemoval(const NodeRemovalPlan &plan);
-    void mergeRemoval(const NodeRemovalPlan &plan);
+    void tellRemoval(const NodeRemovalPlan &plan);
     /** False, with a warning, for a text that is longer than what is read of one. */
     bool isStorable(const QString &text);
     bool editFiles(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &edit);

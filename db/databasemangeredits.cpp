@@ -79,17 +79,17 @@ bool DatabaseManger::removeTags(const QVector<qint64> &tagIds)
     if (tagIds.isEmpty() || !isDataCurrent())
         return false;
     const TagRemovalPlan plan = RemovalPlans::tags(m_nodes.map(), m_relations, tagIds);
-    TagRemover remover(constructor());
+    TagRemover remover(constructor(), *m_providers.tags, *m_providers.browsTree, *m_providers.relationTree);
     connectErrors(&remover);
     if (!remover.run(plan))
         return false;
-    gotRelationNodesRemoved(true, plan.removedPaths);
-    mergeRemoval(plan);
+    m_providers.relationTree->tellNews();
+    tellRemoval(plan);
     m_groups.forgetTags(tagIds);
     const QVector<qint64> changed = m_files.forgetTags(tagIds);
     if (!changed.isEmpty())
         emit filesChanged(changed);
-    gotTagsRemoved(true, tagIds);
+    m_providers.tags->tellNews();
     refreshModificationDate();
     return true;
 }
@@ -215,11 +215,11 @@ bool DatabaseManger::runRemoval(const NodeRemovalPlan &plan)
 {
     if (plan.isEmpty())
         return true;
-    NodeRemover remover(constructor());
+    NodeRemover remover(constructor(), *m_providers.browsTree);
     connectErrors(&remover);
     if (!remover.run(plan))
         return false;
-    mergeRemoval(plan);
+    tellRemoval(plan);
     refreshModificationDate();
     return true;
 }

@@ -1,5 +1,6 @@
 // The answers of the providers: each goes into its cache, and then the news goes out. Rows that a signal
 // hands over are freed here, except for those of file selects, which are lent.
+#include "core/providers/browstreeprovider.h"
 #include "core/providers/noderemover.h"
 #include "core/tbnode.h"
 #include "db/databasemanger.h"
@@ -107,15 +108,13 @@ void DatabaseManger::gotNodesParentChanged(const QVector<qint64> &nodeIds, qlong
         emit addedBrowsingNodes(moved);
 }
 
-void DatabaseManger::mergeRemoval(const NodeRemovalPlan &plan)
+void DatabaseManger::tellRemoval(const NodeRemovalPlan &plan)
 {
-    if (plan.removedNodeIds.isEmpty())
-        return;
-    emit aboutToRemoveNodes(plan.removedNodeIds);
-    for (const auto &[parentId, children] : plan.newParents)
-        gotNodesParentChanged(children, parentId);
-    gotRemovesBrowsNodes(plan.removedNodeIds);
-    emit removedNodes();
+    if (!plan.removedNodeIds.isEmpty())
+        emit aboutToRemoveNodes(plan.removedNodeIds);
+    m_providers.browsTree->tellNews();
+    if (!plan.removedNodeIds.isEmpty())
+        emit removedNodes();
 }
 
 void DatabaseManger::gotAllFiles(bool ok, const TableData &rows)

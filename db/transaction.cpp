@@ -33,6 +33,25 @@ void Transaction::rollBack()
     m_isActive = false;
 }
 
+JointTransaction::JointTransaction(BaseDBProvider &leader, const QVector<BaseDBProvider *> &others)
+    : m_transaction(leader), m_others(others)
+{
+    for (BaseDBProvider *provider : qAsConst(m_others))
+        provider->joinTransaction();
+}
+
+JointTransaction::~JointTransaction()
+{
+    for (BaseDBProvider *provider : qAsConst(m_others))
+        provider->leaveTransaction(m_isCommitted);
+}
+
+bool JointTransaction::commit()
+{
+    m_isCommitted = m_transaction.commit();
+    return m_isCommitted;
+}
+
 Savepoint::Savepoint(BaseDBProvider &provider) : m_provider(provider), m_isActive(provider.setSavepoint()) {}
 
 Savepoint::~Savepoint()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 
 class BaseDBProvider;
 
@@ -26,6 +27,27 @@ private:
     BaseDBProvider &m_provider;
     QString m_connectionName;
     bool m_isActive;
+};
+
+/**
+ * A transaction of several providers on the default connection. What they have to tell of it waits for
+ * BaseDBProvider::tellNews(), after the commit. Errors are told at once.
+ */
+class JointTransaction
+{
+public:
+    JointTransaction(BaseDBProvider &leader, const QVector<BaseDBProvider *> &others);
+    ~JointTransaction();
+    JointTransaction(const JointTransaction &) = delete;
+    JointTransaction &operator=(const JointTransaction &) = delete;
+
+    bool isActive() const { return m_transaction.isActive(); }
+    bool commit();
+
+private:
+    Transaction m_transaction;
+    QVector<BaseDBProvider *> m_others;
+    bool m_isCommitted = false;
 };
 
 /**

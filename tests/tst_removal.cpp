@@ -1,4 +1,7 @@
+#include "core/providers/browstreeprovider.h"
+#include "core/providers/relationtreeprovider.h"
 #include "core/providers/tagremoval.h"
+#include "core/providers/tagsprovider.h"
 #include "tests/support/serverdatabase.h"
 
 using Ids = QVector<qint64>;
@@ -14,6 +17,42 @@ static const char *const everything =
     "SELECT 'p'||relationship_path FROM tag_relationships ORDER BY 1";
 static const QStringList withoutTagTwo =
     QStringLiteral("ay by-1 f10-1 g1-5 l0-1 l1-4 n1 n4 p1 p12 p3 p3.22 t1 t3").split(QLatin1Char(' '));
+
+/** A remover with what it works through. */
+struct Removal
+{
+    explicit Removal(const TestDatabase &database)
+        : tags(database.constructor()),
+          nodes(database.constructor()),
+          relations(database.constructor()),
+          remover(database.constructor(), tags, nodes, relations)
+    {
+        for (BaseDBProvider *provider : providers())
+            QObject::connect(provider, &BaseDBProvider::errorOccured, &remover, [this] { ++errors; });
+        const auto note = [this](const char *text) {
+            return [this, text] { news.append(QLatin1String(text)); };
+        };
+        QObject::connect(&nodes, &BrowsTreeProvider::nodeParentUpdated, &remover, note("moved"));
+        QObject::connect(&nodes, &BrowsTreeProvider::nodesRemoved, &remover, note("nodes"));
+        QObject::connect(&relations, &RelationTreeProvider::nodesRemoved, &remover, note("paths"));
+        QObject::connect(&tags, &TagsProvider::tagsRemoved, &remover, note("tags"));
+    }
+    QVector<BaseDBProvider *> providers() { return {&remover, &nodes, &relations, &tags}; }
+    bool run(const TagRemovalPlan &plan) { return remover.run(plan); }
+    QStringList toldNews()
+    {
+        for (BaseDBProvider *provider : providers())
+            provider->tellNews();
+        return std::exchange(news, {});
+    }
+
+    TagsProvider tags;
+    BrowsTreeProvider nodes;
+    RelationTreeProvider relations;
+    TagRemover remover;
+    int errors = 0;
+    QStringList news;
+};
 
 static TagRemovalPlan planOfTagTwo()
 {
@@ -67,27 +106,30 @@ private slots:
         plan.removedNodeIds = known;
         plan.newParents = newParents;
         plan.removedPaths.clear();
-        QVERIFY(TagRemover(m_database->constructor()).run(plan));
+        QVERIFY(Removal(*m_database).run(plan));
         QCOMPARE(m_database->rows(everything), withoutTagTwo);
     }
 
     void failureLeavesEverything()
     {
         const QStringList before = m_database->rows(everything);
-        TagRemover remover(m_database->constructor());
-        const ErrorCount errors(remover);
+        Removal remover(*m_database);
         int failures = 0;
         for (const char *name : {"file_tag", "tag_group_links", "tb_nodes", "tb_node_links",
                                  "tb_nodes_autolinks", "tb_autolinks", "tag_relationships", "tags"}) {
             const QString table = QLatin1String(name);
             QVERIFY(m_database->refuse("DELETE ON "_s + table));
             QVERIFY2(!remover.run(planOfTagTwo()), name);
-            QCOMPARE(errors.count(), ++failures);
+            QCOMPARE(remover.errors, ++failures);
+            QCOMPARE(remover.toldNews(), QStringList());
             QCOMPARE(m_database->rows(everything), before);
             QVERIFY(m_database->permit(table));
         }
         QVERIFY(remover.run(planOfTagTwo()));
         QCOMPARE(m_database->rows(everything), withoutTagTwo);
+        // Nothing is told of before all is stored.
+        QCOMPARE(remover.news, QStringList());
+        QCOMPARE(remover.toldNews(), QStringList({"moved"_s, "nodes"_s, "paths"_s, "tags"_s}));
     }
 
     void manyTags()
@@ -101,7 +143,7 @@ private slots:
         TagRemovalPlan plan = planOfTagTwo();
         for (qint64 id = 100; id < 12100; ++id)
             plan.tagIds.append(id);
-        QVERIFY(TagRemover(m_database->constructor()).run(plan));
+        QVERIFY(Removal(*m_database).run(plan));
         QCOMPARE(m_database->rows(everything), withoutTagTwo);
     }
 

@@ -90,12 +90,16 @@ bool BrowsTreeProvider::addLink(qint64 parentId, qint64 childId)
     return runSync(linkInsertText(parentId, childId) + constructor()->statementEnd());
 }
 
-void BrowsTreeProvider::removeNodes(const QVector<qint64> &ids)
+bool BrowsTreeProvider::removeNodes(const QVector<qint64> &ids)
 {
     const QString statement =
         constructor()->deleteQuery(nodesTable) + QLatin1String(" WHERE node_id IN (%1)");
-    if (!ids.isEmpty() && runForIds(statement, ids))
-        emit nodesRemoved(ids);
+    if (ids.isEmpty())
+        return true;
+    if (!runForIds(statement, ids))
+        return false;
+    announce([this, ids] { emit nodesRemoved(ids); });
+    return true;
 }
 
 void BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QString &value)
@@ -106,10 +110,14 @@ void BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QStri
         emit nodeValueUpdated(id, column, value);
 }
 
-void BrowsTreeProvider::updateParent(const QVector<qint64> &ids, qint64 parentId)
+bool BrowsTreeProvider::updateParent(const QVector<qint64> &ids, qint64 parentId)
 {
-    if (!ids.isEmpty() && writeParent(ids, parentId))
-        emit nodeParentUpdated(ids, parentId);
+    if (ids.isEmpty())
+        return true;
+    if (!writeParent(ids, parentId))
+        return false;
+    announce([this, ids, parentId] { emit nodeParentUpdated(ids, parentId); });
+    return true;
 }
 
 bool BrowsTreeProvider::writeParent(const QVector<qint64> &ids, qint64 parentId)
@@ -158,9 +166,10 @@ void BrowsTreeProvider::loadNode(qint64 id)
     request(selectText() + condition + constructor()->statementEnd(), &BrowsTreeProvider::nodesAdded);
 }
 
-void BrowsTreeProvider::removeLinks(const QVector<qint64> &childIds)
+bool BrowsTreeProvider::removeLinks(const QVector<qint64> &childIds)
 {
-    runForIds(constructor()->deleteQuery(linksTable) + QLatin1String(" WHERE child_id IN (%1)"), childIds);
+    return runForIds(constructor()->deleteQuery(linksTable) + QLatin1String(" WHERE child_id IN (%1)"),
+                     childIds);
 }
 
 QStringList BrowsTreeProvider::nodeColumns() const

@@ -34,10 +34,11 @@ public:
     QVector<qint64> addNodesAbove(const QVector<qint64> &tagIds, bool trOption, bool inverted,
                                   qint64 parentId, qint64 childId);
 
-    /** Removes the rows of the nodes alone; NodeRemover takes their links along. */
-    virtual void removeNodes(const QVector<qint64> &ids);
+    /** Removes the rows of the nodes alone; NodeRemover takes along what belongs to them. False on failure.
+     */
+    virtual bool removeNodes(const QVector<qint64> &ids);
     virtual void updateNode(qint64 id, const QString &column, const QString &value);
-    virtual void updateParent(const QVector<qint64> &ids, qint64 parentId);
+    virtual bool updateParent(const QVector<qint64> &ids, qint64 parentId);
 
     virtual void loadAutolinks();
     virtual void addAutolink(const QString &path, const QString &relPath, const QString &linkId);
@@ -55,7 +56,7 @@ public:
     virtual void setCurrentTree(qint64 id);
 
     virtual void loadNode(qint64 id);
-    virtual void removeLinks(const QVector<qint64> &childIds);
+    virtual bool removeLinks(const QVector<qint64> &childIds);
 
 signals:
     void gotAllNodesInfo(bool ok, const TableData &table);

@@ -1,5 +1,6 @@
 #include "core/providers/noderemover.h"
 
+#include "core/providers/browstreeprovider.h"
 #include "core/providers/chunks.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/transaction.h"
@@ -9,8 +10,9 @@ bool NodeRemovalPlan::isEmpty() const
     return removedNodeIds.isEmpty() && newParents.isEmpty() && removedAutolinks.isEmpty();
 }
 
-NodeRemover::NodeRemover(const AbstractQueryConstructor *constructor, QObject *parent)
-    : BaseDBProvider(constructor, parent)
+NodeRemover::NodeRemover(const AbstractQueryConstructor *constructor, BrowsTreeProvider &nodes,
+                         QObject *parent)
+    : BaseDBProvider(constructor, parent), m_nodes(nodes)
 {
 }
 
@@ -18,20 +20,19 @@ bool NodeRemover::run(const NodeRemovalPlan &plan)
 {
     if (plan.isEmpty())
         return true;
-    Transaction transaction(*this);
+    JointTransaction transaction(*this, {&m_nodes});
     return transaction.isActive() && removeNodes(plan) && transaction.commit();
 }
 
 bool NodeRemover::removeNodes(const NodeRemovalPlan &plan)
 {
-    const QString nodeId = QStringLiteral("node_id");
     for (const QPair<qint64, QVector<qint64>> &move : plan.newParents) {
-        if (!moveNodes(move.second, move.first))
+        if (!m_nodes.updateParent(move.second, move.first))
             return false;
     }
-    return removeWhere(QStringLiteral("tb_nodes"), nodeId, plan.removedNodeIds) &&
-           removeWhere(QStringLiteral("tb_node_links"), QStringLiteral("child_id"), plan.removedNodeIds) &&
-           removeWhere(QStringLiteral("tb_nodes_autolinks"), nodeId, plan.removedNodeIds) &&
+    return m_nodes.removeNodes(plan.removedNodeIds) && m_nodes.removeLinks(plan.removedNodeIds) &&
+           removeWhere(QStringLiteral("tb_nodes_autolinks"), QStringLiteral("node_id"),
+                       plan.removedNodeIds) &&
            removeWhere(QStringLiteral("tb_autolinks"), QStringLiteral("link_id"), plan.removedAutolinks);
 }
 
@@ -47,14 +48,4 @@ bool NodeRemover::removeWhere(const QString &table, const QString &column, const
 bool NodeRemover::removeWhere(const QString &table, const QString &column, const QVector<qint64> &ids)
 {
     return removeWhere(table, column, SqlText::idTexts(ids));
-}
-
-bool NodeRemover::moveNodes(const QVector<qint64> &nodeIds, qint64 parentId)
-{
-    const QString update = constructor()->updateQuery(
-        {QStringLiteral("parent_id")}, QStringLiteral("tb_node_links"), {QString::number(parentId)});
-    return Chunks::forEach(nodeIds, Chunks::idsPerStatement, [this, &update](const QVector<qint64> &part) {
-        const QString condition = constructor()->inClause(QStringLiteral("child_id"), SqlText::idTexts(part));
-        return runSync(update + constructor()->whereClause(condition) + constructor()->statementEnd());
-    });
 }

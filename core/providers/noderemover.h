@@ -5,6 +5,8 @@
 #include <QPair>
 #include <QStringList>
 
+class BrowsTreeProvider;
+
 /** What goes and what moves when browsing nodes are removed. Computed from the records by the caller. */
 struct NodeRemovalPlan
 {
@@ -19,15 +21,16 @@ struct NodeRemovalPlan
 
 /**
  * Removes browsing nodes with their links and the folders linked to them in one transaction: all of it or
- * nothing. Lives for one removal on the stack of its caller, GUI thread, default connection; it emits errors
- * only, and the caller merges the plan into its records when run() gives true.
+ * nothing. The provider of the nodes does it and has its news ready when run() gives true. Lives for one
+ * removal on the stack of its caller, GUI thread, default connection.
  */
 class NodeRemover : public BaseDBProvider
 {
     Q_OBJECT
 
 public:
-    explicit NodeRemover(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+    NodeRemover(const AbstractQueryConstructor *constructor, BrowsTreeProvider &nodes,
+                QObject *parent = nullptr);
 
     bool run(const NodeRemovalPlan &plan);
 
@@ -38,6 +41,8 @@ protected:
     bool removeWhere(const QString &table, const QString &column, const QStringList &values);
     bool removeWhere(const QString &table, const QString &column, const QVector<qint64> &ids);
 
+    BrowsTreeProvider &nodes() const { return m_nodes; }
+
 private:
-    bool moveNodes(const QVector<qint64> &nodeIds, qint64 parentId);
+    BrowsTreeProvider &m_nodes;
 };

@@ -4,11 +4,15 @@
 #include "db/abstractqueryconstructor.h"
 #include "db/transaction.h"
 
+#include <QSet>
+
+#include <algorithm>
+
 namespace {
 const QLatin1String pathsTable("tag_relationships");
 const QLatin1String pathColumn("relationship_path");
-// Four terms a tag in one chain of ORs, which SQLite bounds to a depth of 1000.
-constexpr int tagsPerCondition = 200;
+// Four terms a tag, each tried on each path.
+constexpr int tagsPerCondition = 20;
 
 QStringList childPaths(const QString &parentPath, const QVector<qint64> &tagIds)
 {
@@ -19,6 +23,13 @@ QStringList childPaths(const QString &parentPath, const QVector<qint64> &tagIds)
         paths.append(prefix + QString::number(tagId));
     paths.removeDuplicates();
     return paths;
+}
+
+bool holdsOneOf(const QString &path, const QSet<qint64> &tagIds)
+{
+    const QVector<QStringRef> pieces = path.splitRef(QLatin1Char('.'));
+    return std::any_of(pieces.cbegin(), pieces.cend(),
+                       [&tagIds](const QStringRef &piece) { return tagIds.contains(piece.toLongLong()); });
 }
 } // namespace
 
@@ -48,25 +59,52 @@ void RelationTreeProvider::addPaths(const QString &parentPath, const QVector<qin
     emit nodesAdded(ok, paths);
 }
 
-void RelationTreeProvider::removeByTags(const QVector<qint64> &tagIds, const QStringList &affectedPaths)
+bool RelationTreeProvider::removeByTags(const QVector<qint64> &tagIds, const QStringList &affectedPaths)
 {
     if (tagIds.isEmpty())
-        return;
-    const bool ok = runInPieces(tagIds, tagsPerCondition, [this](const QVector<qint64> &part) {
+        return true;
+    const auto remove = [this](const QVector<qint64> &part) {
         return constructor()->deleteQuery(pathsTable) + constructor()->whereClause(tagCondition(part));
-    });
-    emit nodesRemoved(ok, affectedPaths);
+    };
+    // The condition of many tags would be tried on each path.
+    const bool ok = tagIds.size() > tagsPerCondition ? removeByWalk(tagIds)
+                                                     : runInPieces(tagIds, tagsPerCondition, remove);
+    announce([this, ok, affectedPaths] { emit nodesRemoved(ok, affectedPaths); });
+    return ok;
 }
 
-void RelationTreeProvider::removePaths(const QStringList &paths)
+bool RelationTreeProvider::removeByWalk(const QVector<qint64> &tagIds)
+{
+    const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
+    QStringList found;
+    const auto collect = [&wanted, &found](const TableData &slice) {
+        for (const TableRowData *row : slice) {
+            const QString path = row->at(0).toString();
+            if (holdsOneOf(path, wanted))
+                found.append(path);
+        }
+    };
+    return runSyncInSlices(constructor()->selectQuery({pathColumn}, pathsTable) +
+                               constructor()->statementEnd(),
+                           Chunks::idsPerStatement, collect) &&
+           deletePaths(found);
+}
+
+bool RelationTreeProvider::removePaths(const QStringList &paths)
 {
     if (paths.isEmpty())
-        return;
-    const bool ok = runInPieces(paths, Chunks::idsPerStatement, [this](const QStringList &part) {
+        return true;
+    const bool ok = deletePaths(paths);
+    announce([this, ok, paths] { emit nodesRemoved(ok, paths); });
+    return ok;
+}
+
+bool RelationTreeProvider::deletePaths(const QStringList &paths)
+{
+    return runInPieces(paths, Chunks::idsPerStatement, [this](const QStringList &part) {
         return constructor()->deleteQuery(pathsTable) +
                constructor()->whereClause(constructor()->inClause(pathColumn, part));
     });
-    emit nodesRemoved(ok, paths);
 }
 
 QString RelationTreeProvider::tagCondition(const QVector<qint64> &tagIds)

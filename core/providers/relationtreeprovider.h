@@ -21,9 +21,9 @@ public:
     virtual void addPaths(const QString &parentPath, const QVector<qint64> &tagIds);
 
     /** Removes every place of the tags with all below; affectedPaths is what the caller knows of them. */
-    virtual void removeByTags(const QVector<qint64> &tagIds, const QStringList &affectedPaths);
+    virtual bool removeByTags(const QVector<qint64> &tagIds, const QStringList &affectedPaths);
 
-    virtual void removePaths(const QStringList &paths);
+    virtual bool removePaths(const QStringList &paths);
 
     /** The condition that hits every path with one of the tags as a whole piece. */
     static QString tagCondition(const QVector<qint64> &tagIds);
@@ -34,6 +34,9 @@ signals:
     void nodesRemoved(bool ok, const QStringList &paths);
 
 private:
+    /** Reads all paths and removes those with one of the tags. */
+    bool removeByWalk(const QVector<qint64> &tagIds);
+    bool deletePaths(const QStringList &paths);
     /** Runs text(piece) for the pieces of a list in one transaction. */
     template <class List, class Text>
     bool runInPieces(const List &list, int size, Text text);

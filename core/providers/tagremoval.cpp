@@ -1,6 +1,9 @@
 #include "core/providers/tagremoval.h"
 
+#include "core/providers/browstreeprovider.h"
 #include "core/providers/chunks.h"
+#include "core/providers/relationtreeprovider.h"
+#include "core/providers/tagsprovider.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/transaction.h"
 
@@ -9,26 +12,22 @@
 #include <QSet>
 
 namespace {
-/** The nearest ancestor that stays, 0 for the top level. */
-qint64 survivingAncestor(qint64 nodeId, const QHash<qint64, qint64> &parents, const QSet<qint64> &removed)
+/**
+ * The nearest ancestor that stays, 0 for the top level. Removed nodes on the way are led there at once for
+ * whoever asks next, so that each is passed once.
+ */
+qint64 survivingAncestor(qint64 nodeId, QHash<qint64, qint64> &parents, const QSet<qint64> &removed)
 {
+    QVector<qint64> way;
     qint64 parent = parents.value(nodeId);
     // bounded, so that a circle in a damaged database ends at the top level
-    for (int steps = removed.size(); removed.contains(parent); --steps) {
-        if (steps <= 0)
-            return 0;
-        parent = parents.value(parent);
+    while (removed.contains(parent)) {
+        way.append(parent);
+        parent = way.size() > removed.size() ? 0 : parents.value(parent);
     }
+    for (const qint64 passed : qAsConst(way))
+        parents.insert(passed, parent);
     return parent;
-}
-
-bool holdsOneOf(const QString &path, const QSet<qint64> &tagIds)
-{
-    for (const QStringRef &piece : path.splitRef(QLatin1Char('.'))) {
-        if (tagIds.contains(piece.toLongLong()))
-            return true;
-    }
-    return false;
 }
 
 /** Where the children of removed nodes go; `links` are pairs of child and parent. */
@@ -39,9 +38,9 @@ QVector<QPair<qint64, QVector<qint64>>> liftedChildren(const QVector<QPair<qint6
     for (const QPair<qint64, qint64> &link : links)
         parents.insert(link.first, link.second);
     QMap<qint64, QVector<qint64>> moves;
-    for (auto link = parents.cbegin(); link != parents.cend(); ++link) {
-        if (!removed.contains(link.key()))
-            moves[survivingAncestor(link.key(), parents, removed)].append(link.key());
+    for (const qint64 child : parents.keys()) {
+        if (!removed.contains(child))
+            moves[survivingAncestor(child, parents, removed)].append(child);
     }
     QVector<QPair<qint64, QVector<qint64>>> result;
     for (auto move = moves.cbegin(); move != moves.cend(); ++move)
@@ -55,8 +54,9 @@ QSet<qint64> setOf(const QVector<qint64> &ids)
 }
 } // namespace
 
-TagRemover::TagRemover(const AbstractQueryConstructor *constructor, QObject *parent)
-    : NodeRemover(constructor, parent)
+TagRemover::TagRemover(const AbstractQueryConstructor *constructor, TagsProvider &tags,
+                       BrowsTreeProvider &nodes, RelationTreeProvider &relations, QObject *parent)
+    : NodeRemover(constructor, nodes, parent), m_tags(tags), m_relations(relations)
 {
 }
 
@@ -64,7 +64,7 @@ bool TagRemover::run(const TagRemovalPlan &plan)
 {
     if (plan.tagIds.isEmpty())
         return NodeRemover::run(plan);
-    Transaction transaction(*this);
+    JointTransaction transaction(*this, {&m_tags, &nodes(), &m_relations});
     return transaction.isActive() && removeTags(plan) && transaction.commit();
 }
 
@@ -73,8 +73,8 @@ bool TagRemover::removeTags(const TagRemovalPlan &plan)
     const QString tagId = QStringLiteral("tag_id");
     return removeWhere(QStringLiteral("file_tag"), tagId, plan.tagIds) &&
            removeWhere(QStringLiteral("tag_group_links"), tagId, plan.tagIds) && removeNodes(plan) &&
-           removeUnknownNodes(plan.tagIds) && removePaths(plan) &&
-           removeWhere(QStringLiteral("tags"), tagId, plan.tagIds);
+           removeUnknownNodes(plan.tagIds) && m_relations.removeByTags(plan.tagIds, plan.removedPaths) &&
+           m_tags.removeTags(plan.tagIds);
 }
 
 bool TagRemover::removeUnknownNodes(const QVector<qint64> &tagIds)
@@ -97,25 +97,6 @@ bool TagRemover::removeUnknownNodes(const QVector<qint64> &tagIds)
     }
     plan.newParents = liftedChildren(links, setOf(plan.removedNodeIds));
     return removeNodes(plan);
-}
-
-bool TagRemover::removePaths(const TagRemovalPlan &plan)
-{
-    const QString table = QStringLiteral("tag_relationships");
-    const QString column = QStringLiteral("relationship_path");
-    QSet<QString> paths(plan.removedPaths.constBegin(), plan.removedPaths.constEnd());
-    // One walk over the paths, as the LIKE condition of many tags would be tried on each of them anyway.
-    const QSet<qint64> tagIds = setOf(plan.tagIds);
-    const auto collect = [&paths, &tagIds](const TableData &slice) {
-        for (const TableRowData *row : slice) {
-            const QString path = row->at(0).toString();
-            if (holdsOneOf(path, tagIds))
-                paths.insert(path);
-        }
-    };
-    return runSyncInSlices(constructor()->selectQuery({column}, table) + constructor()->statementEnd(),
-                           Chunks::idsPerStatement, collect) &&
-           removeWhere(table, column, QStringList(paths.constBegin(), paths.constEnd()));
 }
 
 bool TagRemover::readPairs(const QString &first, const QString &second, const QString &table,

@@ -2,6 +2,9 @@
 
 #include "core/providers/noderemover.h"
 
+class RelationTreeProvider;
+class TagsProvider;
+
 /** All that goes with a list of tags. Computed from the records by the caller. */
 struct TagRemovalPlan : NodeRemovalPlan
 {
@@ -11,15 +14,17 @@ struct TagRemovalPlan : NodeRemovalPlan
 
 /**
  * Removes tags with everything that refers to them (files' and groups' links, nodes, relationship paths,
- * linked folders) in one transaction: all of it or nothing. Lives for one removal on the stack of its caller,
- * GUI thread, default connection; it emits errors only, and the caller merges the plan when run() gives true.
+ * linked folders) in one transaction: all of it or nothing. The providers of tags, nodes and relationships do
+ * it and have their news ready when run() gives true. Lives for one removal on the stack of its caller, GUI
+ * thread, default connection.
  */
 class TagRemover : public NodeRemover
 {
     Q_OBJECT
 
 public:
-    explicit TagRemover(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+    TagRemover(const AbstractQueryConstructor *constructor, TagsProvider &tags, BrowsTreeProvider &nodes,
+               RelationTreeProvider &relations, QObject *parent = nullptr);
 
     bool run(const TagRemovalPlan &plan);
 
@@ -29,8 +34,10 @@ private:
     bool removeTags(const TagRemovalPlan &plan);
     /** Nodes of the tags that the records did not hold: those of other trees, or just added by the worker. */
     bool removeUnknownNodes(const QVector<qint64> &tagIds);
-    bool removePaths(const TagRemovalPlan &plan);
     /** Appends two columns of the rows whose column is one of the ids. */
     bool readPairs(const QString &first, const QString &second, const QString &table, const QString &column,
                    const QVector<qint64> &ids, Pairs &pairs);
+
+    TagsProvider &m_tags;
+    RelationTreeProvider &m_relations;
 };

@@ -61,7 +61,7 @@ bool TagsProvider::removeTags(const QVector<qint64> &ids)
                     transaction.commit();
     // whoever listens may run statements of its own, which must not be part of a failed removal
     transaction.rollBack();
-    emit tagsRemoved(ok, ids);
+    announce([this, ok, ids] { emit tagsRemoved(ok, ids); });
     return ok;
 }
 
