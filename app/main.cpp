@@ -29,6 +29,9 @@ FirstDatabase chooseFirstDatabase(int argc, char *argv[], bool isFirstRun)
     FirstDatabase first;
     if (argc == 2) {
         first.path = QString::fromUtf8(argv[1]);
+        // To Qt a colon at the beginning means another place.
+        if (first.path.startsWith(QLatin1Char(':')))
+            first.path.prepend(QDir::currentPath() + QLatin1Char('/'));
     } else if (isFirstRun) {
         first.path = QDir::currentPath() + QStringLiteral("/demo.vrn");
         first.source = MainWindow::Demo;

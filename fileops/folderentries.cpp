@@ -29,9 +29,10 @@ FolderEntries FolderEntries::of(const QString &folder)
         const int kind = entry->d_name[0] == '.' ? DT_UNKNOWN : kindOf(open.get(), *entry);
         if (kind != DT_DIR && kind != DT_REG)
             continue;
-        const QByteArray bytes(entry->d_name);
-        const QString name = QFile::decodeName(bytes);
-        if (QFile::encodeName(name) != bytes)
+        // Behind a letter of its own: at the head of a text Qt drops a byte order mark.
+        const QByteArray bytes = QByteArray("/") + entry->d_name;
+        const QString name = QFile::decodeName(bytes).mid(1);
+        if (QFile::encodeName(name) != bytes.mid(1))
             entries.unreadable.append(name);
         else
             (kind == DT_DIR ? entries.folders : entries.files).append(name);

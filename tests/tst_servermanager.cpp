@@ -74,7 +74,7 @@ private slots:
 
     void sessionIsAsStatementsNeedIt()
     {
-        const QString name = "\uFEFFa\\' \\\\b'; DROP TABLE tags; --"_s;
+        const QString name = "\uFEFF\uFEFFa\\' \\\\b'; DROP TABLE tags; --"_s;
         m_collection->close();
         const QString role = "ALTER ROLE "_s + ServerDatabase::writer;
         QVERIFY(m_server->owner().run(
