@@ -1,5 +1,7 @@
 #include "app/addingsettings.h"
 
+#include "app/settingvalues.h"
+
 #include <QSettings>
 
 namespace {
@@ -9,7 +11,7 @@ const QString lastFileAddDirKey = QStringLiteral("MainWindow/lastFileAddDir");
 
 bool flag(const char *key, bool defaultValue)
 {
-    return QSettings().value(QLatin1String(key), defaultValue).toBool();
+    return SettingValues::flag(QLatin1String(key), defaultValue);
 }
 
 } // namespace
@@ -48,12 +50,12 @@ bool autoTagRecursionLimitSet()
 
 int autoTagRecursionLimit()
 {
-    return QSettings().value(QStringLiteral("PreferencesDialog/autoTagRecursionLimit"), 10000).toInt();
+    return SettingValues::number(QStringLiteral("PreferencesDialog/autoTagRecursionLimit"), 10000);
 }
 
 bool linkToFiles()
 {
-    return QSettings().value(linkToFilesKey, true).toBool();
+    return SettingValues::flag(linkToFilesKey, true);
 }
 
 void setLinkToFiles(bool link)
@@ -63,7 +65,7 @@ void setLinkToFiles(bool link)
 
 QString lastFileAddDir(const QString &defaultDir)
 {
-    return QSettings().value(lastFileAddDirKey, defaultDir).toString();
+    return SettingValues::text(lastFileAddDirKey, defaultDir);
 }
 
 void setLastFileAddDir(const QString &dir)

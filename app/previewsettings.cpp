@@ -1,26 +1,25 @@
 #include "app/previewsettings.h"
 
-#include <QSettings>
+#include "app/settingvalues.h"
 
 namespace PreviewSettings {
 
 bool autoSaveRotated()
 {
-    return QSettings().value(QStringLiteral("PreferencesDialog/autoSaveRotated"), false).toBool();
+    return SettingValues::flag(QStringLiteral("PreferencesDialog/autoSaveRotated"), false);
 }
 
 bool keepPreviewOnTop()
 {
-    return QSettings().value(QStringLiteral("PreferencesDialog/keepPreviewOnTop"), true).toBool();
+    return SettingValues::flag(QStringLiteral("PreferencesDialog/keepPreviewOnTop"), true);
 }
 
 int slideshowIncrementTime()
 {
     // A timer counts milliseconds in an int.
     constexpr int mostSeconds = 86400;
-    const int seconds =
-        QSettings().value(QStringLiteral("PreferencesDialog/slideshowIncrementTime"), 7).toInt();
-    return qBound(1, seconds, mostSeconds);
+    return SettingValues::number(QStringLiteral("PreferencesDialog/slideshowIncrementTime"), 7, 1,
+                                 mostSeconds);
 }
 
 } // namespace PreviewSettings

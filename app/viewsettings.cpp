@@ -1,29 +1,31 @@
 #include "app/viewsettings.h"
 
-#include <QSettings>
+#include "app/settingvalues.h"
 
 namespace ViewSettings {
 
 unsigned int newFilesTimeout()
 {
-    bool ok = false;
-    const uint minutes = QSettings().value(QStringLiteral("NewFiles/timeout"), 5).toUInt(&ok);
-    return ok ? minutes * 60 : 300;
+    constexpr int mostMinutes = std::numeric_limits<int>::max() / 60;
+    return uint(SettingValues::number(QStringLiteral("NewFiles/timeout"), 5, 0, mostMinutes)) * 60;
 }
 
 int thumbnailCacheSize()
 {
-    return qMax(1, QSettings().value(QStringLiteral("ThumbnailCache/thumbnailCacheSize"), 400).toInt());
+    // 64 KiB each.
+    constexpr int mostThumbnails = 20000;
+    return qMax(1, SettingValues::number(QStringLiteral("ThumbnailCache/thumbnailCacheSize"), 400, 0,
+                                         mostThumbnails));
 }
 
 int nodeSortingType()
 {
-    return QSettings().value(QStringLiteral("PreferencesDialog/nodeSortingType"), 1).toInt();
+    return SettingValues::number(QStringLiteral("PreferencesDialog/nodeSortingType"), ManualSorting);
 }
 
 bool asksForNodePlace()
 {
-    return QSettings().value(QStringLiteral("PreferencesDialog/nodeCreationOptions"), false).toBool();
+    return SettingValues::flag(QStringLiteral("PreferencesDialog/nodeCreationOptions"), false);
 }
 
 } // namespace ViewSettings

@@ -1,7 +1,10 @@
 #include "app/windowsettings.h"
 
+#include "app/constants.h"
 #include "app/dbspecifierlackingpassword.h"
+#include "app/settingvalues.h"
 
+#include <QCryptographicHash>
 #include <QSettings>
 
 namespace {
@@ -14,6 +17,18 @@ const QString recentDatabasesKey = QStringLiteral("MainWindow/recentDatabases_DB
 const QString showIconViewKey = QStringLiteral("MainWindow/showIconView");
 const QString searchLineKey = QStringLiteral("MainWindow/fileSearchLineVisibility");
 const QString editModeKey = QStringLiteral("MainWindow/editModeActivated");
+
+const QString checksumSuffix = QStringLiteral("Checksum");
+
+/** Tells a state as this version has stored it from a damaged one, which Qt takes at its word. */
+QString checksumOf(const QString &key, const QByteArray &state)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(key.toUtf8());
+    hash.addData(QByteArray(qVersion()) + ' ' + Constants::programVersion.toUtf8() + ' ');
+    hash.addData(state);
+    return QString::fromLatin1(hash.result().toHex());
+}
 
 /** Each write rewrites the store and waits for the disk, so an equal value is left alone. */
 void store(const QString &key, const QVariant &value)
@@ -29,17 +44,20 @@ namespace WindowSettings {
 
 QByteArray layout(const QString &key)
 {
-    return QSettings().value(key).toByteArray();
+    const QByteArray state = QSettings().value(key).toByteArray();
+    const QString checksum = SettingValues::text(key + checksumSuffix, QString());
+    return checksum == checksumOf(key, state) ? state : QByteArray();
 }
 
 void setLayout(const QString &key, const QByteArray &state)
 {
     store(key, state);
+    store(key + checksumSuffix, checksumOf(key, state));
 }
 
 QString lastVersionUsed()
 {
-    return QSettings().value(lastVersionUsedKey, QString()).toString();
+    return SettingValues::text(lastVersionUsedKey, QString());
 }
 
 bool noteVersion(const QString &version)
@@ -52,7 +70,7 @@ bool noteVersion(const QString &version)
 
 QString lastDatabaseDir(const QString &defaultDir)
 {
-    return QSettings().value(lastDatabaseDirKey, defaultDir).toString();
+    return SettingValues::text(lastDatabaseDirKey, defaultDir);
 }
 
 void setLastDatabaseDir(const QString &dir)
@@ -62,7 +80,7 @@ void setLastDatabaseDir(const QString &dir)
 
 QString lastExtractDir(const QString &defaultDir)
 {
-    return QSettings().value(lastExtractDirKey, defaultDir).toString();
+    return SettingValues::text(lastExtractDirKey, defaultDir);
 }
 
 void setLastExtractDir(const QString &dir)
@@ -95,7 +113,7 @@ void setRecentDatabases(const QQueue<DBDetails> &databases)
 
 bool showIconView()
 {
-    return QSettings().value(showIconViewKey, true).toBool();
+    return SettingValues::flag(showIconViewKey, true);
 }
 
 void setShowIconView(bool show)
@@ -105,7 +123,7 @@ void setShowIconView(bool show)
 
 bool isFileSearchLineVisible()
 {
-    return QSettings().value(searchLineKey, false).toBool();
+    return SettingValues::flag(searchLineKey, false);
 }
 
 void setFileSearchLineVisible(bool visible)
@@ -115,7 +133,7 @@ void setFileSearchLineVisible(bool visible)
 
 bool isEditModeActivated()
 {
-    return QSettings().value(editModeKey, false).toBool();
+    return SettingValues::flag(editModeKey, false);
 }
 
 void setEditModeActivated(bool activated)

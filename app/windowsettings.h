@@ -17,6 +17,7 @@ const QString previewGeometry = QStringLiteral("PreviewBox/geometry");
 const QString tagTableHeader = QStringLiteral("TagView/horizontalHeader");
 const QString fileTableHeader = QStringLiteral("ListView/headers");
 
+/** Empty when there is none, and for one that is not as this version of the program and of Qt stored it. */
 QByteArray layout(const QString &key);
 void setLayout(const QString &key, const QByteArray &state);
 

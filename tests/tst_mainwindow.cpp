@@ -151,6 +151,31 @@ private slots:
         QCOMPARE(QImage(m_fixture->path("a.png"_s)).size(), QSize(4, 6));
     }
 
+    void startsWithDamagedLayouts_data()
+    {
+        addColumns<QString, int>("key", "at");
+        addRow("header, sections hidden", "ListView/headers"_s, 21);
+        addRow("header, sections in all", "ListView/headers"_s, 32);
+        addRow("header of the tags", "TagView/horizontalHeader"_s, 13);
+    }
+
+    void startsWithDamagedLayouts()
+    {
+        QFETCH(QString, key);
+        QFETCH(int, at);
+        m_fixture->openNew();
+        m_fixture->restart();
+        QByteArray state = QSettings().value(key).toByteArray();
+        QVERIFY(state.size() > at);
+        state[at] = 0x7f;
+        QSettings().setValue(key, state);
+        m_fixture->restart();
+        m_fixture->openNew("next.vrn"_s);
+        window().show();
+        m_fixture->restart();
+        QVERIFY(QSettings().value(key).toByteArray() != state);
+    }
+
     void databaseComesBackWhenNoneCanTakeItsPlace()
     {
         const QString old = m_fixture->write("old.vrn"_s, "precious");

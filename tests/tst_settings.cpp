@@ -1,6 +1,7 @@
 #include "app/addingsettings.h"
 #include "app/collectionidentity.h"
 #include "app/dbspecifierlackingpassword.h"
+#include "app/previewsettings.h"
 #include "app/viewsettings.h"
 #include "app/windowsettings.h"
 #include "tests/support/settingssandbox.h"
@@ -147,16 +148,73 @@ private slots:
         QCOMPARE(WindowSettings::recentDatabases(), QQueue<DBDetails>() << DBDetails::local("db"_s));
     }
 
+    void valuesOfWrongTypeReadAsDefaults_data()
+    {
+        addColumns<QVariant>("value");
+        addRow("a text", QVariant("soon, perhaps"_s));
+        addRow("a list", QVariant(QStringList{"1"_s, "true"_s}));
+        addRow("bytes", QVariant(QByteArray("\x01\x02")));
+        addRow("below all bounds", QVariant(-5));
+        addRow("above all bounds", QVariant(99999999999LL));
+    }
+
     void valuesOfWrongTypeReadAsDefaults()
     {
+        QFETCH(QVariant, value);
         QSettings store;
-        store.setValue("NewFiles/timeout"_s, "soon"_s);
-        store.setValue("ThumbnailCache/thumbnailCacheSize"_s, -5);
-        store.setValue("MainWindow/recentDatabases_DBSpecifier2"_s, "/old.vrn"_s);
-        store.setValue("MainWindow/geometry"_s, 17);
+        for (const char *key :
+             {"NewFiles/timeout", "ThumbnailCache/thumbnailCacheSize",
+              "PreferencesDialog/slideshowIncrementTime", "PreferencesDialog/autoTagRecursionLimit",
+              "PreferencesDialog/nodeSortingType", "MainWindow/recentDatabases_DBSpecifier2"})
+            store.setValue(QString::fromUtf8(key), value);
         QCOMPARE(ViewSettings::newFilesTimeout(), 300U);
-        QCOMPARE(ViewSettings::thumbnailCacheSize(), 1);
+        QCOMPARE(ViewSettings::thumbnailCacheSize(), 400);
+        QCOMPARE(ViewSettings::nodeSortingType(), 1);
+        QCOMPARE(PreviewSettings::slideshowIncrementTime(), 7);
+        QCOMPARE(AddingSettings::autoTagRecursionLimit(), 10000);
         QVERIFY(WindowSettings::recentDatabases().isEmpty());
+
+        if (value.type() == QVariant::Int || value.type() == QVariant::LongLong)
+            return;
+        for (const char *key : {"PreferencesDialog/autoTagging", "PreferencesDialog/autoSaveRotated"})
+            store.setValue(QString::fromUtf8(key), value);
+        QVERIFY(AddingSettings::autoTagging() && !PreviewSettings::autoSaveRotated());
+        if (value.type() == QVariant::String)
+            return;
+        store.setValue("MainWindow/lastDBdir"_s, value);
+        QCOMPARE(WindowSettings::lastDatabaseDir("here"_s), "here"_s);
+    }
+
+    void flagsReadAsTheyAreStored()
+    {
+        for (const QVariant &value : QVariantList{true, "false"_s, 1, "0"_s}) {
+            QSettings().setValue("PreferencesDialog/autoTagging"_s, value);
+            QCOMPARE(AddingSettings::autoTagging(), value.toBool());
+        }
+    }
+
+    void damagedLayoutsAreLeftOut()
+    {
+        const QString key = "MainWindow/state"_s;
+        const QByteArray state = QByteArray::fromHex("000000ff00000000fd");
+        WindowSettings::setLayout(key, state);
+        QCOMPARE(WindowSettings::layout(key), state);
+        for (int i = 0; i < state.size(); ++i) {
+            QByteArray damaged = state;
+            damaged[i] = char(damaged.at(i) ^ 0x7f);
+            QSettings().setValue(key, damaged);
+            QVERIFY(WindowSettings::layout(key).isEmpty());
+            QSettings().setValue(key, state.left(i));
+            QVERIFY(WindowSettings::layout(key).isEmpty());
+        }
+        // Nor is one taken for that of another window, or from a version that wrote none.
+        QSettings().setValue(key, state);
+        QCOMPARE(WindowSettings::layout(key), state);
+        QSettings().setValue("ListView/headers"_s, state);
+        QSettings().setValue("ListView/headersChecksum"_s, QSettings().value(key + "Checksum"_s));
+        QVERIFY(WindowSettings::layout("ListView/headers"_s).isEmpty());
+        QSettings().remove(key + "Checksum"_s);
+        QVERIFY(WindowSettings::layout(key).isEmpty());
     }
 
 private:
