@@ -30,6 +30,7 @@
 #include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 
@@ -48,7 +49,8 @@ MainWindow::MainWindow(QWidget *parent)
       m_recentDatabases(new RecentDatabases(this))
 {
     setObjectName(QStringLiteral("MainWindow"));
-    resize(768, 589);
+    // With its frame no larger than a small screen, or one that is enlarged.
+    resize(QSize(768, 589).boundedTo(screen()->availableSize() * 9 / 10));
     statusBar();
 
     makeDocks();

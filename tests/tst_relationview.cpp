@@ -59,6 +59,22 @@ class TestRelationView : public QObject
     Q_OBJECT
 
 private slots:
+    void groundFollowsThePalette()
+    {
+        const QPalette before = QApplication::palette();
+        Window w;
+        QCOMPARE(w.view->styleSheet(), QString()); // the light one is the program's
+        QPalette dark = before;
+        dark.setColor(QPalette::Base, QColor(35, 38, 41));
+        dark.setColor(QPalette::Text, Qt::white);
+        QApplication::setPalette(dark);
+        QTRY_VERIFY(!w.view->styleSheet().isEmpty());
+        const QColor ground = w.view->viewport()->grab().toImage().pixelColor(2, 2);
+        QVERIFY(ground.lightness() < 100 && ground.green() > ground.red() && ground.green() > ground.blue());
+        QApplication::setPalette(before);
+        QTRY_COMPARE(w.view->styleSheet(), QString());
+    }
+
     void initTestCase() { QLoggingCategory::setFilterRules("default.debug=false"_s); }
 
     void drops_data()

@@ -39,7 +39,8 @@ QString kindText(const File &file)
 
 QString sizeText(qint64 size)
 {
-    const QString bytes = MetaInfoDock::tr("%1 bytes").arg(QLocale().toString(size));
+    const QString bytes =
+        size == 1 ? MetaInfoDock::tr("1 byte") : MetaInfoDock::tr("%1 bytes").arg(QLocale().toString(size));
     return size < 1024 ? bytes : MetaInfoDock::tr("%1 (%2)").arg(QLocale().formattedDataSize(size), bytes);
 }
 

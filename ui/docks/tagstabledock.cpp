@@ -21,6 +21,7 @@
 #include "ui/views/taggroupbar.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -73,6 +74,7 @@ void TagsTableDock::buildForm()
 
     connect(m_bar, &QTabBar::currentChanged, this, &TagsTableDock::switchGroup, Qt::UniqueConnection);
     connect(m_bar, &QTabBar::currentChanged, this, &TagsTableDock::updateTabStyle, Qt::UniqueConnection);
+    connect(qGuiApp, &QGuiApplication::paletteChanged, this, &TagsTableDock::updateGround);
     connect(m_bar, &QTabBar::tabMoved, this, &TagsTableDock::saveOrder);
     connect(m_bar, &QWidget::customContextMenuRequested, this, &TagsTableDock::execTabContextMenu);
     connect(m_bar, &TagGroupBar::tagsDropped, this, &TagsTableDock::addTagsToGroup);

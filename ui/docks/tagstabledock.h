@@ -69,6 +69,7 @@ public slots:
     void slotGroupCreated(const QVariant &groupId);
 
 private:
+    void updateGround();
     void buildForm();
     void buildTable();
     void makeActions();

@@ -6,6 +6,7 @@
 #include "ui/docks/tagactionid.h"
 #include "ui/docks/tagselection.h"
 #include "ui/docks/tagstabledock.h"
+#include "ui/views/greenground.h"
 #include "ui/views/taggroupbar.h"
 
 #include <QAction>
@@ -130,12 +131,15 @@ void TagsTableDock::switchGroup()
 
 void TagsTableDock::updateTabStyle()
 {
-    const bool isDTags = m_bar->currentGroup() == TagsGroupProxy::DTagsTab;
-    setStyleSheet(isDTags ? QStringLiteral("QTableView{background-color: rgb(230,255,230); color: black; "
-                                           "alternate-background-color: rgb(218,246,218);}")
-                          : QString());
+    updateGround();
     if (m_filterEdit)
         m_filterEdit->clear();
+}
+
+void TagsTableDock::updateGround()
+{
+    const bool isDTags = m_bar->currentGroup() == TagsGroupProxy::DTagsTab;
+    setStyleSheet(isDTags ? GreenGround::styleSheet(QStringLiteral("QTableView")) : QString());
 }
 
 bool TagsTableDock::mayEditGroups()

@@ -9,10 +9,12 @@
 #include "models/treeroles.h"
 #include "models/trmodel.h"
 #include "ui/views/emptyhint.h"
+#include "ui/views/greenground.h"
 #include "ui/views/hoveropener.h"
 
 #include <QDrag>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
@@ -24,6 +26,8 @@ TRview::TRview(QWidget *parent) : BranchView(parent)
     setObjectName(QStringLiteral("trView"));
     setAccessibleName(tr("Tag Relationships"));
     setDropIndicatorShown(false);
+    updateGround();
+    connect(qGuiApp, &QGuiApplication::paletteChanged, this, &TRview::updateGround);
     connect(this, &QWidget::customContextMenuRequested, this, &TRview::openContextMenu);
     // Shown behind the drop: a box within it would hold up the program that the drag comes from.
     connect(this, &TRview::tagRelationshipNotAllowed, this, &TRview::showRefusal, Qt::QueuedConnection);
@@ -279,6 +283,15 @@ void TRview::paintEvent(QPaintEvent *event)
     BranchView::paintEvent(event);
     if (m_controller)
         paintEmptyHint(this, tr("Drag tags here. A tag then stands for all tags below it."));
+}
+
+// The light one stands in the style sheet of the program.
+void TRview::updateGround()
+{
+    const QString sheet =
+        GreenGround::isDark() ? GreenGround::styleSheet(QStringLiteral("QTreeView#trView")) : QString();
+    if (sheet != styleSheet())
+        setStyleSheet(sheet);
 }
 
 void TRview::keyPressEvent(QKeyEvent *event)

@@ -39,6 +39,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void updateGround();
     bool isWritable() const;
     bool takes(const QDropEvent &event) const;
     bool confirmDeletion();
