@@ -46,20 +46,20 @@ void waitFor(const QPointer<DatabaseManger> &manager)
 
 const QString FileDragData::copiesFormat = QStringLiteral("vorna/temporary-copies");
 
-FileDragData::FileDragData(const QVector<qint64> &fileIds, DatabaseManger *manager)
-    : m_fileIds(fileIds), m_manager(manager)
+FileDragData::FileDragData(const QVector<const File *> &files, DatabaseManger *manager) : m_manager(manager)
 {
-    const std::unique_ptr<QMimeData> packed(IdListMime::pack(Constants::fileMimeType, fileIds));
-    setData(Constants::fileMimeType, packed->data(Constants::fileMimeType));
+    m_fileIds.reserve(files.size());
     qint64 bytesCopied = 0;
-    for (const qint64 fileId : fileIds) {
-        const File *file = manager->file(fileId);
-        const bool isInternal = file && file->internal() == FileKind::internal;
+    for (const File *file : files) {
+        m_fileIds.append(file->id());
+        const bool isInternal = file->internal() == FileKind::internal;
         m_hasCopies = m_hasCopies || isInternal;
         bytesCopied += isInternal ? file->size() : 0;
-        m_isOffered = m_isOffered || isInternal || (file && file->internal() == FileKind::external);
+        m_isOffered = m_isOffered || isInternal || file->internal() == FileKind::external;
     }
     m_isOffered = m_isOffered && bytesCopied <= mostBytesCopied;
+    const std::unique_ptr<QMimeData> packed(IdListMime::pack(Constants::fileMimeType, m_fileIds));
+    setData(Constants::fileMimeType, packed->data(Constants::fileMimeType));
 }
 
 QStringList FileDragData::formats() const

@@ -7,6 +7,7 @@
 #include <QVector>
 
 class DatabaseManger;
+class File;
 
 /**
  * A drag of files: their ids for this program, and their URLs for others. External files are offered where
@@ -20,7 +21,7 @@ class FileDragData : public QMimeData
 
 public:
     /** The manager is borrowed, and may go before. */
-    FileDragData(const QVector<qint64> &fileIds, DatabaseManger *manager);
+    FileDragData(const QVector<const File *> &files, DatabaseManger *manager);
 
     /** Present among the formats when some of the URLs are those of copies. */
     static const QString copiesFormat;

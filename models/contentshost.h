@@ -3,6 +3,7 @@
 #include <QString>
 #include <QVector>
 
+class File;
 class QImage;
 class QMimeData;
 
@@ -26,7 +27,7 @@ public:
     virtual const QImage *thumbnailOf(qint64 fileId) const = 0;
 
     /** What a drag of these files carries; the caller owns it. */
-    virtual QMimeData *dragData(const QVector<qint64> &fileIds) const = 0;
+    virtual QMimeData *dragData(const QVector<const File *> &files) const = 0;
 
     /** Both are false when the text was refused and nothing has changed. */
     virtual bool renameFile(qint64 fileId, const QString &name) = 0;

@@ -239,17 +239,32 @@ QStringList ContentsModel::mimeTypes() const
 
 QMimeData *ContentsModel::mimeData(const QModelIndexList &indexes) const
 {
+    QVector<int> rows;
+    rows.reserve(indexes.size());
+    for (const QModelIndex &index : indexes)
+        rows.append(index.row());
+    return dragData(rows);
+}
+
+QMimeData *ContentsModel::dragData(const QVector<int> &rows) const
+{
     QBitArray isSeen(m_files.size());
-    QVector<qint64> ids;
-    for (const QModelIndex &index : indexes) {
-        if (!fileAt(index.row()) || isSeen.testBit(index.row()))
+    QVector<const File *> files;
+    files.reserve(rows.size());
+    for (const int row : rows) {
+        if (row < 0 || row >= m_files.size() || isSeen.testBit(row))
             continue;
-        isSeen.setBit(index.row());
-        ids.append(m_index.idAt(index.row()));
+        isSeen.setBit(row);
+        files.append(m_files.at(row));
     }
-    if (ids.isEmpty())
+    if (files.isEmpty())
         return nullptr;
-    return m_host ? m_host->dragData(ids) : IdListMime::pack(Constants::fileMimeType, ids);
+    if (m_host)
+        return m_host->dragData(files);
+    QVector<qint64> ids;
+    for (const File *file : qAsConst(files))
+        ids.append(file->id());
+    return IdListMime::pack(Constants::fileMimeType, ids);
 }
 
 bool ContentsModel::canDropMimeData(const QMimeData *data, Qt::DropAction /*action*/, int /*row*/,

@@ -57,6 +57,8 @@ public:
 
     QStringList mimeTypes() const override;
     QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    /** The same for rows, as a proxy has them; a row that comes twice counts once. Null for none. */
+    QMimeData *dragData(const QVector<int> &rows) const;
     bool canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                          const QModelIndex &parent) const override;
     bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,

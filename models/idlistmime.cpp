@@ -3,9 +3,15 @@
 #include <QDataStream>
 #include <QMimeData>
 
+namespace {
+constexpr int countSize = 4;
+constexpr int idSize = 8;
+} // namespace
+
 QMimeData *IdListMime::pack(const QString &mimeType, const QVector<qint64> &ids)
 {
     QByteArray bytes;
+    bytes.reserve(countSize + idSize * ids.size());
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << ids;
     auto *data = new QMimeData;
@@ -19,8 +25,6 @@ QVector<qint64> IdListMime::unpack(const QMimeData *data, const QString &mimeTyp
         return {};
     const QByteArray bytes = data->data(mimeType);
     // Another program may offer the type: a count that the bytes cannot hold would be allocated all the same.
-    constexpr int countSize = 4;
-    constexpr int idSize = 8;
     QDataStream stream(bytes);
     quint32 count = 0;
     stream >> count;

@@ -200,6 +200,21 @@ QModelIndex Sorter::mapToSource(const QModelIndex &proxyIndex) const
     return m_filter->index(sourceRow(proxyIndex.row()), proxyIndex.column());
 }
 
+// The base class would make a list of indexes for each model on the way down.
+QMimeData *Sorter::mimeData(const QModelIndexList &indexes) const
+{
+    if (!m_filter || !m_filter->contents())
+        return nullptr;
+    QVector<int> rows;
+    rows.reserve(indexes.size());
+    const int count = rowCount();
+    for (const QModelIndex &index : indexes) {
+        if (index.isValid() && index.row() < count)
+            rows.append(m_filter->contentsRow(sourceRow(index.row())));
+    }
+    return m_filter->contents()->dragData(rows);
+}
+
 QModelIndex Sorter::mapFromSource(const QModelIndex &sourceIndex) const
 {
     const int row = sourceIndex.isValid() ? rowOfSource(sourceIndex.row()) : -1;

@@ -48,6 +48,7 @@ public:
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex mapToSource(const QModelIndex &proxyIndex) const override;
     QModelIndex mapFromSource(const QModelIndex &sourceIndex) const override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
 
 public slots:
     /** All tags may have other names: shows and, if they are sorted by, sorts them anew. */

@@ -1,6 +1,7 @@
 #include "tests/support/text.h"
 #include "ui/views/delegate.h"
 #include "ui/views/listview.h"
+#include "ui/views/selectedrows.h"
 #include "ui/views/tableview.h"
 
 #include <QApplication>
@@ -141,6 +142,17 @@ private slots:
             QCOMPARE(m_table->currentIndex().row(), 0);
             QCOMPARE(m_table->selectionModel()->selectedRows().size(), 2);
         }
+    }
+
+    void eachSelectedRowIsListedOnce()
+    {
+        m_table->selectAll();
+        m_table->selectionModel()->select(m_model.index(1, 0),
+                                          QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+        QVector<int> rows;
+        for (const QModelIndex &index : selectedRowIndexes(m_table->selectionModel()))
+            rows.append(index.row());
+        QCOMPARE(rows, (QVector<int>{0, 2, 3, 4}));
     }
 
 private:

@@ -439,10 +439,9 @@ const QImage *MainViewController::thumbnailOf(qint64 fileId) const
     return manager() ? manager()->thumbnailCache()->thumbnail(fileId) : nullptr;
 }
 
-QMimeData *MainViewController::dragData(const QVector<qint64> &fileIds) const
+QMimeData *MainViewController::dragData(const QVector<const File *> &files) const
 {
-    return manager() ? new FileDragData(fileIds, manager())
-                     : IdListMime::pack(Constants::fileMimeType, fileIds);
+    return manager() ? new FileDragData(files, manager()) : nullptr;
 }
 
 bool MainViewController::renameFile(qint64 fileId, const QString &name)

@@ -141,7 +141,7 @@ private:
     QString joinedTagNames(const QVector<qint64> &tagIds) const override;
     bool isFileMissing(qint64 fileId) const override;
     const QImage *thumbnailOf(qint64 fileId) const override;
-    QMimeData *dragData(const QVector<qint64> &fileIds) const override;
+    QMimeData *dragData(const QVector<const File *> &files) const override;
     bool renameFile(qint64 fileId, const QString &name) override;
     bool describeFile(qint64 fileId, const QString &description) override;
     bool linkTagsToFile(qint64 fileId, const QVector<qint64> &tagIds) override;

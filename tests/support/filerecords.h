@@ -67,9 +67,12 @@ public:
         askedThumbnails.insert(fileId);
         return thumbnail.isNull() ? nullptr : &thumbnail;
     }
-    QMimeData *dragData(const QVector<qint64> &fileIds) const override
+    QMimeData *dragData(const QVector<const File *> &files) const override
     {
-        return IdListMime::pack(Constants::fileMimeType, fileIds);
+        QVector<qint64> ids;
+        for (const File *file : files)
+            ids.append(file->id());
+        return IdListMime::pack(Constants::fileMimeType, ids);
     }
     bool renameFile(qint64 fileId, const QString &name) override { return note("rename", fileId, name); }
     bool describeFile(qint64 fileId, const QString &text) override { return note("describe", fileId, text); }

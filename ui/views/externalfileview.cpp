@@ -3,8 +3,11 @@
 #include "app/constants.h"
 #include "models/externalfilemodel.h"
 #include "models/idlistmime.h"
+#include "ui/views/dragpicture.h"
 #include "ui/views/hoveropener.h"
+#include "ui/views/selectedrows.h"
 
+#include <QDrag>
 #include <QDragMoveEvent>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -105,6 +108,17 @@ QModelIndex ExternalFileView::folderAt(const QPoint &pos) const
     if (!index.isValid() || !m_model->isDir(index))
         return {};
     return QFileInfo(m_model->filePath(index)).isWritable() ? index : QModelIndex();
+}
+
+// With the base class's picture, of whole rows, nobody would see where the files are dropped.
+void ExternalFileView::startDrag(Qt::DropActions supportedActions)
+{
+    if (!m_model || !selectionModel()->hasSelection())
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(m_model->mimeData(selectedRowIndexes(selectionModel())));
+    setDragPicture(drag, this);
+    drag->exec(supportedActions, Qt::CopyAction);
 }
 
 void ExternalFileView::dragEnterEvent(QDragEnterEvent *event)

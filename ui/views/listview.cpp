@@ -4,6 +4,7 @@
 #include "ui/views/dragpicture.h"
 #include "ui/views/dropwatch.h"
 #include "ui/views/emptyhint.h"
+#include "ui/views/selectedrows.h"
 
 #include <QDrag>
 #include <QDragMoveEvent>
@@ -63,7 +64,7 @@ void ListView::startDrag(Qt::DropActions supportedActions)
 {
     if (!selectionModel() || !selectionModel()->hasSelection())
         return;
-    QMimeData *data = model()->mimeData(selectionModel()->selectedIndexes());
+    QMimeData *data = model()->mimeData(selectedRowIndexes(selectionModel()));
     if (!data)
         return;
     auto *drag = new QDrag(this);

@@ -4,6 +4,7 @@
 #include "ui/views/dragpicture.h"
 #include "ui/views/dropwatch.h"
 #include "ui/views/emptyhint.h"
+#include "ui/views/selectedrows.h"
 
 #include <QAbstractItemDelegate>
 #include <QDrag>
@@ -106,7 +107,7 @@ void TableView::startDrag(Qt::DropActions supportedActions)
 {
     if (!selectionModel() || !selectionModel()->hasSelection())
         return;
-    QMimeData *data = model()->mimeData(selectionModel()->selectedIndexes());
+    QMimeData *data = model()->mimeData(selectedRowIndexes(selectionModel()));
     if (!data)
         return;
     auto *drag = new QDrag(this);
