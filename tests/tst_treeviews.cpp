@@ -94,6 +94,7 @@ private slots:
         QStringList asked;
         if (answer > -2)
             answerMenu(answer, &asked);
+        w.activate(3);
         const auto tags = tagDrag({4, 5, 999});
         ForeignDragFilter filter; // refuses the ids of another program
         w.view->viewport()->installEventFilter(&filter);
@@ -103,7 +104,10 @@ private slots:
                  target >= 0 ? Qt::CopyAction : Qt::IgnoreAction);
         QCOMPARE(w.outline(), outline);
         QCOMPARE(asked, answer > -2 ? QStringList({"Add above"_s, "Add below"_s}) : QStringList());
-        QCOMPARE(w.view->currentIndex() == w.at(target) && w.view->isExpanded(w.at(target)), target >= 0);
+        QVERIFY(target < 0 || w.view->isExpanded(w.at(target)));
+        // What is shown has not changed.
+        QCOMPARE(w.view->currentIndex(), w.node(3));
+        QCOMPARE(w.view->selectedNodeIds(), Ids{3});
         QVERIFY(w.takeBoxes().isEmpty());
         w.detach();
         w.reopen();
@@ -185,6 +189,25 @@ private slots:
         QMimeData text;
         text.setText("vorna/tagids"_s);
         QCOMPARE(w.dropOn(1, text), Qt::IgnoreAction);
+    }
+
+    void selectionFollowsWhatIsShown()
+    {
+        Window w;
+        w.activate(2);
+        QCOMPARE(w.view->currentIndex(), w.node(2));
+        QCOMPARE(w.view->selectedNodeIds(), Ids{2});
+        // Further ones that the user adds to the selection stay.
+        w.view->selectionModel()->select(w.node(3), QItemSelectionModel::Select);
+        w.view->activatedNode(w.node(2));
+        QCOMPARE(w.view->selectedNodeIds().size(), 2);
+        w.mainView().showTagsSelected({4});
+        QVERIFY(w.view->selectedNodeIds().isEmpty());
+        QVERIFY(!w.view->currentIndex().isValid());
+        w.view->activatedNode(w.fixedNode(AllFilesWithTags));
+        QCOMPARE(w.view->currentIndex(), w.fixedNode(AllFilesWithTags));
+        w.mainView().setFileFilterString("x"_s);
+        QVERIFY(!w.view->selectionModel()->hasSelection());
     }
 
     void openBranchesStayOpen()

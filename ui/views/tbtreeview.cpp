@@ -91,7 +91,22 @@ void TBtreeView::setController(BrowsTreeController *controller)
             qOverload<>(&TBtreeView::saveExpandedState));
     connect(controller, &BrowsTreeController::branchesMoved, this,
             qOverload<>(&TBtreeView::restoreExpandedState));
+    connect(controller, &BrowsTreeController::currentNodeChanged, this, &TBtreeView::followShownNode);
     expand(model()->index(0, 0));
+}
+
+void TBtreeView::followShownNode()
+{
+    if (!m_controller || !selectionModel())
+        return;
+    const int type = m_controller->currentNodeType();
+    const QModelIndex shown =
+        type == 0 ? QModelIndex()
+                  : m_controller->sorterModel()->indexOfNode(NodeType(type), m_controller->currentNodeId());
+    if (!shown.isValid())
+        selectionModel()->clear();
+    else if (shown != currentIndex() || !selectionModel()->isSelected(shown))
+        makeCurrent(shown);
 }
 
 QVector<qint64> TBtreeView::selectedNodeIds() const
@@ -254,6 +269,8 @@ void TBtreeView::startDrag(Qt::DropActions supportedActions)
     auto *drag = new QDrag(this);
     drag->setMimeData(data);
     drag->exec(supportedActions, Qt::MoveAction);
+    // What was pressed to be dragged has become current, though nobody asked for its files.
+    followShownNode();
 }
 
 void TBtreeView::dragEnterEvent(QDragEnterEvent *event)
@@ -318,15 +335,15 @@ void TBtreeView::dropEvent(QDropEvent *event)
     }
     acceptAsCopy(event);
     const NodeKey key(typeOf(target), idOf(target));
+    // The target was current to be seen; what is shown stays as it was.
+    restoreCurrent();
     dropOnNode(event, key.second);
     if (!m_controller)
         return;
     // A node above the target takes the target out and in again, so its index is looked up anew.
-    const QModelIndex present = m_controller->sorterModel()->indexOfNode(key.first, key.second);
-    if (present.isValid()) {
-        makeCurrent(present);
-        expand(present);
-    }
+    expand(m_controller->sorterModel()->indexOfNode(key.first, key.second));
+    if (m_controller->currentNodeType() != 0)
+        followShownNode();
 }
 
 void TBtreeView::dropNode(QDropEvent *event)

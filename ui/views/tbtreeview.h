@@ -50,6 +50,8 @@ private:
     void deleteNodes(void (BrowsTreeController::*remove)(const QVector<qint64> &));
     bool isAboveCentre(const QPoint &position) const;
     void restoreSelection();
+    /** Makes the node whose files are shown the selected one; none when something else is shown. */
+    void followShownNode();
     /** Takes tags, files and addresses over the nodes that they can be dropped on. */
     void judgeForeignDrag(QDragMoveEvent *event, const QModelIndex &target);
     void dropNode(QDropEvent *event);
