@@ -135,6 +135,25 @@ private slots:
         }
     }
 
+    void emptiedSearchEnds()
+    {
+        m_fixture->addExternal("Report.txt"_s);
+        m_fixture->addExternal("other.txt"_s);
+        action("fileSearchAction")->setChecked(true);
+        for (const bool byKey : {true, false}) {
+            m_ui->searchEdit->setText("report"_s);
+            QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
+            QCOMPARE(m_fixture->mainView().sorter()->rowCount(), 1);
+            m_ui->searchEdit->setFocus();
+            if (byKey)
+                QTest::keyClick(m_ui->searchEdit, Qt::Key_Escape);
+            else
+                m_ui->searchEdit->clear();
+            QCOMPARE(m_ui->searchEdit->text(), QString());
+            QCOMPARE(m_fixture->mainView().sorter()->rowCount(), 2);
+        }
+    }
+
     void oneOfManyIsToldOf()
     {
         m_fixture->addExternal("1.txt"_s);

@@ -67,6 +67,16 @@ private slots:
         QCOMPARE(text(), " Z "_s);
     }
 
+    void tellsWhatIsSearched()
+    {
+        m_fixture->mainView().setFileFilterString("a<b"_s);
+        QCOMPARE(text(), "All files, <i>search:</i> \"a&lt;b\""_s);
+        m_fixture->mainView().setFileFilterString(QString(200, QLatin1Char('x')));
+        QVERIFY(text().size() < 150);
+        m_fixture->mainView().setFileFilterString(QString());
+        QCOMPARE(text(), "All files"_s);
+    }
+
     void droppedTagsBecomeRequirement()
     {
         const qint64 both = m_fixture->addExternal("both"_s, {1, 2});

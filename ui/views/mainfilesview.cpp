@@ -136,6 +136,12 @@ void MainFilesView::takePlaces(MainUi &ui)
     m_actions->takePlaces(ui);
     m_searchEdit = ui.searchEdit;
     connect(ui.searchEdit, &QLineEdit::returnPressed, this, &MainFilesView::searchFile);
+    ui.searchEdit->installEventFilter(this);
+    // Else the last search would go on where nobody sees it.
+    connect(ui.searchEdit, &QLineEdit::textChanged, this, [this](const QString &text) {
+        if (text.isEmpty() && m_controller && !m_controller->sorter()->filterText().isEmpty())
+            searchFile();
+    });
     connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
     connect(ui.fileMenu, &QMenu::aboutToShow, this, &MainFilesView::updateActionsAvailability);
     connect(ui.editMode, &QAction::toggled, this, &MainFilesView::changeEditMode);
@@ -368,7 +374,7 @@ void MainFilesView::updateStatusText()
     else if (count > 1)
         emit statusTextChanged(tr("%1 selected").arg(count));
     else
-        emit statusTextChanged(tr("%1 files").arg(total));
+        emit statusTextChanged(total == 1 ? tr("1 file") : tr("%1 files").arg(total));
 }
 
 void MainFilesView::updateEmptyText()

@@ -118,6 +118,7 @@ private:
     void restoreSelection();
 
     bool handleKey(QKeyEvent *event);
+    bool handleSearchKey(const QKeyEvent &event);
     bool handleDrag(QDropEvent *event);
     bool handleDrop(QDropEvent *event);
     void addUrls(const QList<QUrl> &urls, const QString &linkDescription = QString());

@@ -246,6 +246,8 @@ bool MainFilesView::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::KeyPress:
+        if (watched == m_searchEdit)
+            return handleSearchKey(*static_cast<QKeyEvent *>(event));
         return watched == currentView() && handleKey(static_cast<QKeyEvent *>(event));
     case QEvent::DragEnter:
     case QEvent::DragMove:
@@ -255,6 +257,14 @@ bool MainFilesView::eventFilter(QObject *watched, QEvent *event)
     default:
         return QWidget::eventFilter(watched, event);
     }
+}
+
+bool MainFilesView::handleSearchKey(const QKeyEvent &event)
+{
+    if (event.key() != Qt::Key_Escape || m_searchEdit->text().isEmpty())
+        return false;
+    m_searchEdit->clear();
+    return true;
 }
 
 bool MainFilesView::handleKey(QKeyEvent *event)

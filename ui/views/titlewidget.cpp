@@ -6,6 +6,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/idlistmime.h"
+#include "models/sorter.h"
 #include "models/tagstablemodel.h"
 
 #include <QDragEnterEvent>
@@ -17,6 +18,7 @@ namespace {
 
 // Of thousands of tags the names would fill the window, and take long to be laid out.
 constexpr int mostNames = 100;
+constexpr int longestSearch = 100;
 
 // Names and connective of each tag, with the connective after the last one cut off.
 QString joined(const QStringList &names, const QString &connective)
@@ -100,14 +102,24 @@ void TitleWidget::setRequirements(NodeType type, QVector<qint64> required, QVect
 void TitleWidget::refreshNames()
 {
     if (m_type == TagNode)
-        m_text->setText(requirementText());
+        m_text->setText(requirementText() + searchText());
 }
 
 void TitleWidget::showTexts(const QString &heading, const QString &text)
 {
     m_heading->setText(heading);
     m_heading->setVisible(!heading.isEmpty());
-    m_text->setText(text);
+    m_text->setText(text + searchText());
+}
+
+QString TitleWidget::searchText() const
+{
+    const QString searched = m_controller ? m_controller->sorter()->filterText() : QString();
+    if (searched.isEmpty())
+        return {};
+    const QString shown =
+        searched.size() > longestSearch ? searched.left(longestSearch) + QChar(0x2026) : searched;
+    return QStringLiteral(", <i>%1</i> \"%2\"").arg(tr("search:"), shown.toHtmlEscaped());
 }
 
 QString TitleWidget::requirementText() const

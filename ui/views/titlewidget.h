@@ -35,6 +35,8 @@ protected:
 private:
     void showTexts(const QString &heading, const QString &text);
     QString requirementText() const;
+    /** What of the files is looked for; empty without a search. */
+    QString searchText() const;
     void refreshNames();
 
     QPointer<MainViewController> m_controller;
