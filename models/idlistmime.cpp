@@ -2,6 +2,7 @@
 
 #include <QDataStream>
 #include <QMimeData>
+#include <QtEndian>
 
 namespace {
 constexpr int countSize = 4;
@@ -10,10 +11,10 @@ constexpr int idSize = 8;
 
 QMimeData *IdListMime::pack(const QString &mimeType, const QVector<qint64> &ids)
 {
-    QByteArray bytes;
-    bytes.reserve(countSize + idSize * ids.size());
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << ids;
+    // As a QDataStream writes them, only in one go.
+    QByteArray bytes(countSize + idSize * ids.size(), Qt::Uninitialized);
+    qToBigEndian(quint32(ids.size()), bytes.data());
+    qToBigEndian<qint64>(ids.constData(), ids.size(), bytes.data() + countSize);
     auto *data = new QMimeData;
     data->setData(mimeType, bytes);
     return data;

@@ -4,6 +4,8 @@
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
 
+#include <QItemSelection>
+
 #include <algorithm>
 
 Sorter::Sorter(QObject *parent) : RowProxyModel(parent)
@@ -205,14 +207,27 @@ QMimeData *Sorter::mimeData(const QModelIndexList &indexes) const
 {
     if (!m_filter || !m_filter->contents())
         return nullptr;
-    QVector<int> rows;
-    rows.reserve(indexes.size());
+    QVector<int> contentsRows;
+    contentsRows.reserve(indexes.size());
     const int count = rowCount();
     for (const QModelIndex &index : indexes) {
         if (index.isValid() && index.row() < count)
-            rows.append(m_filter->contentsRow(sourceRow(index.row())));
+            contentsRows.append(m_filter->contentsRow(sourceRow(index.row())));
     }
-    return m_filter->contents()->dragData(rows);
+    return m_filter->contents()->dragData(contentsRows);
+}
+
+QMimeData *Sorter::dragData(const QItemSelection &ranges) const
+{
+    if (!m_filter || !m_filter->contents())
+        return nullptr;
+    QVector<int> contentsRows;
+    const int last = rowCount() - 1;
+    for (const QItemSelectionRange &range : ranges) {
+        for (int row = qMax(0, range.top()); row <= qMin(last, range.bottom()); ++row)
+            contentsRows.append(m_filter->contentsRow(sourceRow(row)));
+    }
+    return m_filter->contents()->dragData(contentsRows);
 }
 
 QModelIndex Sorter::mapFromSource(const QModelIndex &sourceIndex) const

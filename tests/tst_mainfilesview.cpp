@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QMenu>
+#include <QUrl>
 
 const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
 
@@ -133,6 +134,26 @@ private slots:
             m_fixture->activate(m_fixture->addNode(tagId));
             QCOMPARE(m_ui->searchEdit->text(), QString());
         }
+    }
+
+    void dragsCarryTheSelectedFilesInTheirOrder()
+    {
+        QVector<qint64> ids;
+        for (const char *name : {"c.txt", "a.txt", "d.txt", "b.txt"})
+            ids.append(m_fixture->addExternal(QLatin1String(name)));
+        showAll();
+        Sorter *sorter = m_fixture->mainView().sorter();
+        sorter->sort(ContentsModel::NameColumn);
+        QItemSelection ranges(sorter->index(0, 0), sorter->index(1, 9));
+        ranges.append(QItemSelectionRange(sorter->index(3, 0), sorter->index(3, 9)));
+        const QVector<qint64> wanted{ids.at(1), ids.at(3), ids.at(2)};
+        const std::unique_ptr<QMimeData> byRanges(sorter->dragData(ranges));
+        QCOMPARE(IdListMime::unpack(byRanges.get(), Constants::fileMimeType), wanted);
+        // The same from a list of cells, each file once.
+        const std::unique_ptr<QMimeData> byCells(sorter->mimeData(ranges.indexes()));
+        QCOMPARE(IdListMime::unpack(byCells.get(), Constants::fileMimeType), wanted);
+        QCOMPARE(byRanges->urls().size(), 3);
+        QCOMPARE(sorter->dragData({}), nullptr);
     }
 
     void emptiedSearchEnds()

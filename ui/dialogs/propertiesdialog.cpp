@@ -35,9 +35,10 @@ QString PropertiesDialog::text(const File &file)
     const bool isInternal = file.internal() == FileKind::internal;
     const QString inside = QStringLiteral("internal");
     // All values in one call: a name may hold "%1" itself.
-    return tr("Name: %1\nDescription: %2\nAdded: %3\nModified: %4\nSize: %5 bytes\nAbsolute path: %6\n"
+    return tr("Name: %1\nDescription: %2\nAdded: %3\nModified: %4\nSize: %5\nAbsolute path: %6\n"
               "Relative path: %7\n")
         .arg(file.name(), file.description(), QLocale().toString(file.additionDate(), dateFormat),
-             QLocale().toString(file.modificationDate(), dateFormat), QString::number(file.size()),
+             QLocale().toString(file.modificationDate(), dateFormat),
+             file.size() == 1 ? tr("1 byte") : tr("%1 bytes").arg(file.size()),
              isInternal ? inside : file.path(), isInternal ? inside : file.relPath());
 }

@@ -4,7 +4,6 @@
 #include "ui/views/dragpicture.h"
 #include "ui/views/dropwatch.h"
 #include "ui/views/emptyhint.h"
-#include "ui/views/selectedrows.h"
 
 #include <QDrag>
 #include <QDragMoveEvent>
@@ -64,7 +63,8 @@ void ListView::startDrag(Qt::DropActions supportedActions)
 {
     if (!selectionModel() || !selectionModel()->hasSelection())
         return;
-    QMimeData *data = model()->mimeData(selectedRowIndexes(selectionModel()));
+    QMimeData *data = m_dragDataOf ? m_dragDataOf(selectionModel()->selection())
+                                   : model()->mimeData(selectedRowIndexes(selectionModel()));
     if (!data)
         return;
     auto *drag = new QDrag(this);

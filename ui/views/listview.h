@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/views/namesearch.h"
+#include "ui/views/selectedrows.h"
 
 #include <QListView>
 
@@ -16,6 +17,8 @@ public:
     void setEmptyText(const QString &text);
     /** The names that typed letters are looked for in. */
     void setNames(const NameSearch::NameAt &nameAt) { m_nameSearch.setNames(nameAt); }
+    /** What a drag of the selection carries; without it the model is asked with a list of rows. */
+    void setDragData(const DragDataOf &dragDataOf) { m_dragDataOf = dragDataOf; }
     bool isEditing() const { return state() == EditingState; }
     void keyboardSearch(const QString &typed) override;
 
@@ -31,5 +34,6 @@ private:
     void updateGrid();
 
     NameSearch m_nameSearch;
+    DragDataOf m_dragDataOf;
     QString m_emptyText;
 };

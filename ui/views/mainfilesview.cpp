@@ -81,6 +81,11 @@ void MainFilesView::makeViews()
     const auto nameAt = [this](int row) { return m_controller->sorter()->fileAt(row)->name(); };
     m_listView->setNames(nameAt);
     m_tableView->setNames(nameAt);
+    const auto dragDataOf = [this](const QItemSelection &ranges) {
+        return m_controller ? m_controller->sorter()->dragData(ranges) : nullptr;
+    };
+    m_listView->setDragData(dragDataOf);
+    m_tableView->setDragData(dragDataOf);
 
     m_tableView->setIconSize({tablePictureSide, tablePictureSide});
     m_tableView->verticalHeader()->setDefaultSectionSize(tableRowHeight);

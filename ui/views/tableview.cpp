@@ -4,7 +4,6 @@
 #include "ui/views/dragpicture.h"
 #include "ui/views/dropwatch.h"
 #include "ui/views/emptyhint.h"
-#include "ui/views/selectedrows.h"
 
 #include <QAbstractItemDelegate>
 #include <QDrag>
@@ -107,7 +106,8 @@ void TableView::startDrag(Qt::DropActions supportedActions)
 {
     if (!selectionModel() || !selectionModel()->hasSelection())
         return;
-    QMimeData *data = model()->mimeData(selectedRowIndexes(selectionModel()));
+    QMimeData *data = m_dragDataOf ? m_dragDataOf(selectionModel()->selection())
+                                   : model()->mimeData(selectedRowIndexes(selectionModel()));
     if (!data)
         return;
     auto *drag = new QDrag(this);

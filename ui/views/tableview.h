@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/views/namesearch.h"
+#include "ui/views/selectedrows.h"
 
 #include <QItemSelection>
 #include <QPersistentModelIndex>
@@ -23,6 +24,8 @@ public:
     void setEmptyText(const QString &text);
     /** The names that typed letters are looked for in; without them they are looked for in what is shown. */
     void setNames(const NameSearch::NameAt &nameAt) { m_nameSearch.setNames(nameAt); }
+    /** What a drag of the selection carries; without it the model is asked with a list of rows. */
+    void setDragData(const DragDataOf &dragDataOf) { m_dragDataOf = dragDataOf; }
     bool isEditing() const { return state() == EditingState; }
     /** The header gets an empty selection of its own. */
     void setSelectionModel(QItemSelectionModel *selectionModel) override;
@@ -53,6 +56,7 @@ private:
     void endUrlDrag();
 
     NameSearch m_nameSearch;
+    DragDataOf m_dragDataOf;
     QString m_emptyText;
     // How the table stood before files were dragged over it.
     bool m_isUrlDrag = false;
