@@ -24,7 +24,9 @@ void OpeningProgress::setPercent(int percent)
     if (!m_statusBar->isVisible() || m_clock.elapsed() < m_nextPaint)
         return;
     m_nextPaint = m_clock.elapsed() + betweenPaints;
+    const bool isFirst = m_text.isEmpty();
     m_text = tr("Opening database... %1 %").arg(percent);
     m_statusBar->showMessage(m_text);
-    m_statusBar->repaint();
+    // The first time with what a closed menu or dialog has left behind in the window.
+    (isFirst ? m_statusBar->window() : m_statusBar)->repaint();
 }

@@ -4,6 +4,7 @@
 
 namespace {
 constexpr int lineHeight = 4;
+constexpr int lineMargin = 16;
 constexpr qint64 betweenPaints = 50; // milliseconds
 } // namespace
 
@@ -24,6 +25,9 @@ void StartSplash::setPercent(int percent)
 void StartSplash::drawContents(QPainter *painter)
 {
     QSplashScreen::drawContents(painter);
-    const QRect line(0, height() - lineHeight, width() * m_percent / 100, lineHeight);
-    painter->fillRect(line, palette().color(QPalette::Highlight));
+    const int width = this->width() - 2 * lineMargin;
+    const QRect line(lineMargin, height() - 2 * lineMargin, width, lineHeight);
+    painter->fillRect(line, QColor(0, 0, 0, 30));
+    painter->fillRect(QRect(line.topLeft(), QSize(width * m_percent / 100, lineHeight)),
+                      QColor(0, 0, 0, 160));
 }
