@@ -83,12 +83,19 @@ void Sorter::placeAnew(const QVector<int> &contentsRows)
     changeLayout([&] {
         const auto hasMoved = [&](int source) { return isMoved[static_cast<size_t>(source)] != 0; };
         m_rows.erase(std::remove_if(m_rows.begin(), m_rows.end(), hasMoved), m_rows.end());
+        const auto isLess = [this](int left, int right) { return isRowLess(left, right); };
         std::vector<int> merged;
         merged.reserve(m_rows.size() + moved.size());
         auto rest = m_rows.cbegin();
         for (const int source : moved) {
-            const auto place = std::lower_bound(
-                rest, m_rows.cend(), source, [this](int left, int right) { return isRowLess(left, right); });
+            // Steps that double lead close to the place: to compare two rows is dear.
+            auto low = rest;
+            auto high = rest;
+            for (std::ptrdiff_t step = 1; high != m_rows.cend() && isLess(*high, source); step *= 2) {
+                low = high + 1;
+                high += std::min<std::ptrdiff_t>(step, m_rows.cend() - high);
+            }
+            const auto place = std::lower_bound(low, high, source, isLess);
             merged.insert(merged.end(), rest, place);
             merged.push_back(source);
             rest = place;
