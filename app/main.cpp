@@ -4,6 +4,8 @@
 #include "app/startsplash.h"
 #include "app/windowsettings.h"
 #include "core/metatypes.h"
+#include "fileops/pictures/picturechild.h"
+#include "fileops/pictures/picturedecoder.h"
 #include "fileops/temporarycopies.h"
 #include "resources/resources.h"
 #include "ui/dialogs/helpwindow.h"
@@ -50,7 +52,10 @@ void applyStyleSheet(QApplication &application)
 
 int main(int argc, char *argv[])
 {
+    if (PictureChild::isAskedFor(argc, argv))
+        return PictureChild::run();
     installCrashWriter();
+    PictureDecoder::setProgram(ChildProcess::ownProgram(), PictureChild::argument);
 
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

@@ -2,6 +2,7 @@
 // own decoding at an eighth of the size, which looks at every byte of the file.
 
 #include "bench/measure.h"
+#include "fileops/pictures/thumbnailcanvas.h"
 #include "fileops/thumbnailmaker.h"
 
 #include <QCommandLineParser>
@@ -89,7 +90,8 @@ void makeThumbnail(const QString &path)
 int difference(const QString &path)
 {
     const QImage reduced = ThumbnailMaker::thumbnailOf(path);
-    const QImage whole = ThumbnailMaker::canvasOf(QImage(path));
+    const QImage picture(path);
+    const QImage whole = ThumbnailCanvas::with(picture, picture.size());
     int largest = 0;
     for (int y = 0; y < whole.height(); ++y) {
         for (int x = 0; x < whole.width(); ++x) {

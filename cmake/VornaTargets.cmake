@@ -47,6 +47,9 @@ function(vorna_add_test name)
     cmake_parse_arguments(TEST "" "" "SOURCES;LINKS;LABELS" ${ARGN})
     add_executable(${name} ${name}.cpp ${TEST_SOURCES})
     target_link_libraries(${name} PRIVATE vorna_flags vorna_test_support ${TEST_LINKS} Qt5::Test)
+    if("${TEST_LINKS}" MATCHES "vorna_(fileops|manager|core|ui|window)")
+        vorna_read_pictures(${name})
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         LABELS "${TEST_LABELS}"

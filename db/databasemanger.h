@@ -11,7 +11,7 @@
 #include "fileops/deletedfilerepresentations.h"
 #include "fileops/presentableduplicates.h"
 #include "fileops/shellfile.h"
-#include "fileops/storedimage.h"
+#include "fileops/imageloading.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -159,7 +159,7 @@ public:
     bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     void reloadThumbnails(const QVector<qint64> &fileIds);
     /** The picture of a file in its whole size. */
-    StoredImage loadImage(qint64 fileId);
+    std::unique_ptr<ImageLoading> loadImage(qint64 fileId);
     /** Puts a turned picture in the place of what was loaded, with its thumbnail and its record. */
     StoredImage::Saving saveImage(qint64 fileId, const QImage &picture);
 

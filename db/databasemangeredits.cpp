@@ -383,14 +383,13 @@ void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
     m_thumbnailCache->reloadHeld(fileIds);
 }
 
-StoredImage DatabaseManger::loadImage(qint64 fileId)
+std::unique_ptr<ImageLoading> DatabaseManger::loadImage(qint64 fileId)
 {
     if (!m_images)
-        return StoredImage();
-    StoredImage picture = m_images->load(fileId);
-    if (picture.state != StoredImage::Loaded && m_images->isConnectionLost())
-        picture.state = StoredImage::Unreachable;
-    return picture;
+        return std::make_unique<ImageLoading>(StoredImage::UnknownFile);
+    std::unique_ptr<ImageLoading> loading = m_images->load(fileId);
+    return m_images->isConnectionLost() ? std::make_unique<ImageLoading>(StoredImage::Unreachable)
+                                        : std::move(loading);
 }
 
 StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)

@@ -4,6 +4,7 @@
 #include "fileops/fileoperationworker.h"
 #include "fileops/regularfile.h"
 #include "fileops/thumbnailmaker.h"
+#include "fileops/thumbnailsahead.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -30,8 +31,10 @@ struct FileAdder::NewFile
     quint32 checksum = 0;
 };
 
-FileAdder::FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId)
+FileAdder::FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId,
+                     ThumbnailsAhead &thumbnails)
     : m_worker(worker),
+      m_thumbnails(thumbnails),
       m_writer(worker),
       m_mode(mode),
       m_loadId(loadId),
@@ -90,7 +93,7 @@ bool FileAdder::addThumbnail(const QString &path, qint64 &thumbnailId)
 {
     if (thumbnailId == 0)
         return true;
-    const QImage canvas = ThumbnailMaker::thumbnailOf(path);
+    const QImage canvas = m_thumbnails.canvasOf(path);
     if (canvas.isNull())
         thumbnailId = 0;
     // A row that does not go in may have ended the whole transaction, as a full disk does: going on would

@@ -7,6 +7,7 @@
 #include <QString>
 
 class FileOperationWorker;
+class ThumbnailsAhead;
 
 /** How the contents of a file are kept: the values of the column `internal`. */
 enum StorageMode { ExternalStorage = 0, InternalStorage = 1, HyperlinkStorage = 2 };
@@ -24,7 +25,7 @@ public:
         Failed   ///< not added; what was written is to be rolled back
     };
 
-    FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId);
+    FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId, ThumbnailsAhead &thumbnails);
 
     /** `known` may hold what an earlier reading of the file told; it is used while the file is unchanged. */
     Outcome addFilesList(const QString &path, const FileChecksum &known, qint64 &fileId);
@@ -51,6 +52,7 @@ private:
     QString relativePath(const QString &path);
 
     FileOperationWorker &m_worker;
+    ThumbnailsAhead &m_thumbnails;
     ContentWriter m_writer;
     StorageMode m_mode;
     qint64 m_loadId;

@@ -2,6 +2,7 @@
 
 #include "db/transaction.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/thumbnailsahead.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -24,7 +25,8 @@ QVector<qint64> FileBatch::addFilesListToDb()
     qint64 loadId = 0;
     if (m_request.paths.isEmpty() || !m_worker.nextLoadId(loadId))
         return {};
-    FileAdder adder(m_worker, m_request.mode, loadId);
+    ThumbnailsAhead thumbnails(m_request.paths, [this] { return m_worker.shouldEnd(); });
+    FileAdder adder(m_worker, m_request.mode, loadId, thumbnails);
     m_adder = &adder;
     m_added.reserve(m_request.paths.size());
     for (int from = 0; from < m_request.paths.size(); from += runLength()) {

@@ -1,11 +1,10 @@
 #include "fileops/imagecodec.h"
 
 #include "fileops/jpegnotes.h"
-#include "fileops/picturereader.h"
+#include "fileops/pictures/picturepool.h"
 
 #include <QBuffer>
 #include <QColorSpace>
-#include <QImageReader>
 #include <QImageWriter>
 #include <QTransform>
 
@@ -72,16 +71,14 @@ bool isAnimatedPng(const QByteArray &bytes)
 
 QImage ImageCodec::decoded(const QByteArray &bytes)
 {
-    // Kept whole, beside the copy that is shown.
-    constexpr qint64 mostDecodedBytes = 640LL * 1000 * 1000;
-    return PictureReader::readWhole(bytes, mostDecodedBytes);
+    return PicturePool::instance().read({PictureUse::Whole, {}, bytes}).image;
 }
 
 bool ImageCodec::hasSeveralPictures(const QByteArray &bytes)
 {
-    QBuffer buffer(const_cast<QByteArray *>(&bytes));
-    return buffer.open(QIODevice::ReadOnly) && (QImageReader(&buffer).imageCount() > 1 ||
-                                                isAnimatedPng(bytes) || JpegNotes::hasFurtherPictures(bytes));
+    const PictureAnswer facts = PicturePool::instance().read({PictureUse::Facts, {}, bytes});
+    return facts.state != PictureAnswer::Read || facts.pictureCount > 1 || isAnimatedPng(bytes) ||
+           JpegNotes::hasFurtherPictures(bytes);
 }
 
 QByteArray ImageCodec::encoded(const QImage &picture, const QByteArray &format)
@@ -110,14 +107,12 @@ QByteArray ImageCodec::rewritten(const QByteArray &oldBytes, const QImage &pictu
     QByteArray bytes = hasSeveralPictures(oldBytes) ? QByteArray() : encoded(picture, format);
     if (bytes.isEmpty() || !isJpeg(format))
         return bytes;
-    QByteArray withNotes = JpegNotes::carriedOver(oldBytes, bytes, picture.size());
-    QBuffer buffer(&withNotes);
-    if (!buffer.open(QIODevice::ReadOnly))
-        return bytes;
+    const QByteArray withNotes = JpegNotes::carriedOver(oldBytes, bytes, picture.size());
+    const PictureAnswer facts = PicturePool::instance().read({PictureUse::Facts, {}, withNotes});
     // Notes that would turn it once more are not worth it.
-    const QImageReader reader(&buffer);
-    const bool isUpright = reader.transformation() == QImageIOHandler::TransformationNone;
-    return isUpright && reader.size() == picture.size() ? withNotes : bytes;
+    const bool isUpright =
+        facts.state == PictureAnswer::Read && facts.transformation == QImageIOHandler::TransformationNone;
+    return isUpright && facts.size == picture.size() ? withNotes : bytes;
 }
 
 QImage ImageCodec::turnedLike(const QImage &original, const QImage &picture)

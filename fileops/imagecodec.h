@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QImage>
 
-/** Pictures in their whole size, as bytes and as pixels. Any thread. */
+/** Pictures in their whole size, as bytes and as pixels. Bytes are read by another process. Any thread. */
 namespace ImageCodec {
 /** Bytes that are read of one picture at most. */
 constexpr qint64 mostBytes = 512LL * 1024 * 1024;
@@ -11,7 +11,7 @@ constexpr qint64 mostBytes = 512LL * 1024 * 1024;
 /** The picture, turned upright; null for what cannot be read or would take too much memory. */
 QImage decoded(const QByteArray &bytes);
 
-/** True when the bytes hold more than one picture: frames, pages or sizes. */
+/** True when the bytes hold more than one picture: frames, pages or sizes; or cannot be read. */
 bool hasSeveralPictures(const QByteArray &bytes);
 
 /**

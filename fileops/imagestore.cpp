@@ -9,6 +9,7 @@
 #include "fileops/datachecksum.h"
 #include "fileops/externalcontents.h"
 #include "fileops/imagecodec.h"
+#include "fileops/pictures/thumbnailcanvas.h"
 #include "fileops/thumbnailmaker.h"
 
 #include <QDateTime>
@@ -24,24 +25,24 @@ QString filled(const char *statement, qint64 id)
 }
 } // namespace
 
-StoredImage ImageStore::load(qint64 fileId)
+std::unique_ptr<ImageLoading> ImageStore::load(qint64 fileId)
 {
-    StoredImage result;
     Origin origin;
-    QByteArray bytes;
     m_origins.remove(fileId);
     if (!readOrigin(fileId, origin))
-        return result;
-    result.state = readBytes(origin, bytes);
-    if (result.state != StoredImage::Loaded)
-        return result;
-    result.image = ImageCodec::decoded(bytes);
-    if (!result.image.isNull())
-        m_origins.insert(fileId, origin);
-    else
-        result.state = origin.internal == FileKind::internal ? StoredImage::InternalUnreadable
-                                                             : StoredImage::ExternalUnreadable;
-    return result;
+        return std::make_unique<ImageLoading>(StoredImage::UnknownFile);
+    PictureRequest request;
+    request.use = PictureUse::Whole;
+    const bool isInternal = origin.internal == FileKind::internal;
+    const StoredImage::State failure =
+        isInternal ? StoredImage::InternalUnreadable : StoredImage::ExternalUnreadable;
+    const StoredImage::State state = isInternal ? readBytes(origin, request.bytes) : lookAt(origin.path);
+    if (!isInternal)
+        request.path = origin.path;
+    if (state != StoredImage::Loaded)
+        return std::make_unique<ImageLoading>(state);
+    m_origins.insert(fileId, origin);
+    return std::make_unique<ImageLoading>(request, origin.stamp, failure);
 }
 
 bool ImageStore::save(qint64 fileId, const QImage &picture, QVector<qint64> &changedIds)
@@ -103,15 +104,22 @@ StoredImage::State ImageStore::readBytes(Origin &origin, QByteArray &bytes)
         const bool isRead = origin.size != 0 && readChain(origin.storageId, bytes);
         return isRead ? StoredImage::Loaded : StoredImage::InternalUnreadable;
     }
-    if (!QFileInfo::exists(origin.path))
-        return StoredImage::FileGone;
-    // Closing any descriptor of the open database drops the locks that SQLite holds on it.
-    const Database::PathLocator database = Database::pathLocator(QString());
-    if (database.isLocal && RegularFile::isSame(origin.path, database.databasePath))
-        return StoredImage::ExternalUnreadable;
+    const StoredImage::State state = lookAt(origin.path);
+    if (state != StoredImage::Loaded)
+        return state;
     return ExternalContents::read(origin.path, ImageCodec::mostBytes, bytes, origin.stamp)
                ? StoredImage::Loaded
                : StoredImage::ExternalUnreadable;
+}
+
+StoredImage::State ImageStore::lookAt(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        return StoredImage::FileGone;
+    // Closing any descriptor of the open database drops the locks that SQLite holds on it.
+    const Database::PathLocator database = Database::pathLocator(QString());
+    const bool isDatabase = database.isLocal && RegularFile::isSame(path, database.databasePath);
+    return isDatabase ? StoredImage::ExternalUnreadable : StoredImage::Loaded;
 }
 
 bool ImageStore::readChain(qint64 firstId, QByteArray &bytes)
@@ -155,7 +163,7 @@ bool ImageStore::prepare(qint64 fileId, const QImage &picture, Writing &writing)
     if (turned == original)
         return true;
     writing.bytes = ImageCodec::rewritten(writing.oldBytes, turned, format.toLatin1());
-    writing.thumbnail = ThumbnailMaker::encoded(ThumbnailMaker::canvasOf(turned));
+    writing.thumbnail = ThumbnailMaker::encoded(ThumbnailCanvas::with(turned, turned.size()));
     return !writing.bytes.isEmpty() && !writing.thumbnail.isEmpty();
 }
 

@@ -1,15 +1,17 @@
 #pragma once
 
 #include "db/basedbprovider.h"
+#include "fileops/imageloading.h"
 #include "fileops/regularfile.h"
-#include "fileops/storedimage.h"
 
 #include <QByteArray>
 #include <QHash>
 #include <QVector>
 
+#include <memory>
+
 /**
- * Reads pictures out of the database or from the disk, and puts turned ones in their place. GUI thread,
+ * Has pictures read out of the database or from the disk, and puts turned ones in their place. GUI thread,
  * default connection; the whole picture is in memory. It remembers what each picture was read from, so that
  * nothing is overwritten that somebody else has put there since.
  */
@@ -20,7 +22,8 @@ class ImageStore : public BaseDBProvider
 public:
     using BaseDBProvider::BaseDBProvider;
 
-    StoredImage load(qint64 fileId);
+    /** The picture is read by another process, meanwhile the window goes on. */
+    std::unique_ptr<ImageLoading> load(qint64 fileId);
     /**
      * Writes the picture of a file that was loaded before, in the format of its name, with its thumbnail and
      * its record: all or nothing. The records that have changed go into `changedIds`: none for a picture that
@@ -51,6 +54,8 @@ private:
     bool readOrigin(qint64 fileId, Origin &origin);
     bool readUnchanged(qint64 fileId);
     StoredImage::State readBytes(Origin &origin, QByteArray &bytes);
+    /** Loaded when the file on the disk may be read. */
+    static StoredImage::State lookAt(const QString &path);
     bool readChain(qint64 firstId, QByteArray &bytes);
 
     bool prepare(qint64 fileId, const QImage &picture, Writing &writing);

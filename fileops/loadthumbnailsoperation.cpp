@@ -2,6 +2,7 @@
 
 #include "db/abstractqueryconstructor.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/thumbnailmaker.h"
 
 #include <QSignalBlocker>
 
@@ -51,7 +52,7 @@ bool LoadThumbnailsOperation::load(const QString &statement, qint64 fileId)
         return false;
     auto image = std::make_unique<QImage>();
     if (!table.isEmpty())
-        image->loadFromData(table.first()->at(0).toByteArray(), "PNG");
+        *image = ThumbnailMaker::decoded(table.first()->at(0).toByteArray());
     freeRows(table);
     m_worker.sendThumbnail(fileId, image.release());
     return true;

@@ -4,8 +4,8 @@
 #include "db/abstractqueryconstructor.h"
 #include "db/transaction.h"
 #include "fileops/fileoperationworker.h"
-#include "fileops/progressthrottle.h"
 #include "fileops/thumbnailmaker.h"
+#include "fileops/thumbnailsahead.h"
 
 #include <QDebug>
 
@@ -26,23 +26,52 @@ void RemakeThumbnailsOperation::run()
 {
     qDebug() << "FileOperationWorker::remakeThumbnailsInDB() for " << m_request.fileIds;
     const QVector<qint64> ids = fileIds();
-    ProgressThrottle progress;
-    for (int i = 0; i < ids.size(); ++i) {
-        if (m_worker.shouldEnd() || m_worker.isConnectionLost()) {
+    for (int from = 0; from < ids.size(); from += storedAtOnce) {
+        // What one batch met, a full disk or a lock, would stop all behind it too.
+        if (!remakeBatch(ids, from))
+            break;
+    }
+    emit m_worker.remadeAllThumbnails();
+}
+
+bool RemakeThumbnailsOperation::remakeBatch(const QVector<qint64> &ids, int from)
+{
+    const int to = qMin(from + storedAtOnce, ids.size());
+    QVector<Source> sources(to - from);
+    QStringList paths;
+    for (int i = from; i < to && mayGoOn(); ++i) {
+        sources[i - from] = sourceOf(ids.at(i));
+        if (!sources.at(i - from).path.isEmpty())
+            paths.append(sources.at(i - from).path);
+    }
+    ThumbnailsAhead thumbnails(paths, [this] { return !mayGoOn(); });
+    for (int i = from; i < to; ++i) {
+        if (!mayGoOn()) {
             qDebug("FileOperationWorker::remakeThumbnailsInDB() - stopped! Exiting.");
             break;
         }
-        remakeThumbnail(ids.at(i));
-        const int percent = FileOperationWorker::percent(i, ids.size());
-        if (progress.isDue(percent))
-            emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Remaking thumbnails..."),
-                                            percent);
-        // What one batch met, a full disk or a lock, would stop all behind it too.
-        if (m_made.size() >= storedAtOnce && !store())
-            break;
+        const Source &source = sources.at(i - from);
+        if (!source.path.isEmpty()) {
+            const QByteArray png = ThumbnailMaker::encoded(thumbnails.canvasOf(source.path));
+            if (!png.isEmpty())
+                m_made.append({source.thumbnailId, png});
+        }
+        reportProgress(i, ids.size());
     }
-    store();
-    emit m_worker.remadeAllThumbnails();
+    return store() && mayGoOn();
+}
+
+bool RemakeThumbnailsOperation::mayGoOn() const
+{
+    return !m_worker.shouldEnd() && !m_worker.isConnectionLost();
+}
+
+void RemakeThumbnailsOperation::reportProgress(int index, int count)
+{
+    const int percent = FileOperationWorker::percent(index, count);
+    if (m_progress.isDue(percent))
+        emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Remaking thumbnails..."),
+                                        percent);
 }
 
 QVector<qint64> RemakeThumbnailsOperation::fileIds()
@@ -63,25 +92,18 @@ QVector<qint64> RemakeThumbnailsOperation::fileIds()
     return ids;
 }
 
-void RemakeThumbnailsOperation::remakeThumbnail(qint64 fileId)
+RemakeThumbnailsOperation::Source RemakeThumbnailsOperation::sourceOf(qint64 fileId)
 {
     int internal = 0;
-    if (!m_worker.readInternal(fileId, internal) || internal == FileKind::external)
-        remakeThumbnailExternalFile(fileId);
-    else if (internal == FileKind::internal)
-        qDebug("FileOperationWorker::remakeThumbnailsInDB() - file is internal.  Doing nothing");
-}
-
-void RemakeThumbnailsOperation::remakeThumbnailExternalFile(qint64 fileId)
-{
+    if (m_worker.readInternal(fileId, internal) && internal != FileKind::external) {
+        if (internal == FileKind::internal)
+            qDebug("FileOperationWorker::remakeThumbnailsInDB() - file is internal.  Doing nothing");
+        return {};
+    }
     qDebug() << "FileOperationWorker::remakeThumbnailInternalFile() " << fileId;
-    QString path;
-    qint64 thumbnailId = 0;
-    if (!m_worker.readThumbnailSource(fileId, path, thumbnailId) || thumbnailId <= 0)
-        return;
-    const QByteArray png = ThumbnailMaker::encoded(ThumbnailMaker::thumbnailOf(path));
-    if (!png.isEmpty())
-        m_made.append({thumbnailId, png});
+    Source source;
+    const bool isThere = m_worker.readThumbnailSource(fileId, source.path, source.thumbnailId);
+    return isThere && source.thumbnailId > 0 ? source : Source();
 }
 
 bool RemakeThumbnailsOperation::store()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fileops/fileoperation.h"
+#include "fileops/progressthrottle.h"
 
 #include <QByteArray>
 #include <QPair>
@@ -22,13 +23,22 @@ public:
     void run();
 
 private:
+    /** A thumbnail that can be remade; no path for one that cannot. */
+    struct Source
+    {
+        QString path;
+        qint64 thumbnailId = 0;
+    };
     QVector<qint64> fileIds();
-    void remakeThumbnail(qint64 fileId);
-    void remakeThumbnailExternalFile(qint64 fileId);
+    bool remakeBatch(const QVector<qint64> &ids, int from);
+    Source sourceOf(qint64 fileId);
+    bool mayGoOn() const;
+    void reportProgress(int index, int count);
     bool store();
 
     FileOperationWorker &m_worker;
     const FileOperation &m_request;
+    ProgressThrottle m_progress;
     // Thumbnail id and picture, made but not written.
     QVector<QPair<qint64, QByteArray>> m_made;
 };

@@ -2,28 +2,13 @@
 
 #include "db/abstractqueryconstructor.h"
 #include "fileops/fileoperationqueries.h"
-#include "fileops/picturereader.h"
+#include "fileops/pictures/picturepool.h"
 
 #include <QBuffer>
 #include <QDebug>
 #include <QImageReader>
-#include <QPainter>
 #include <QSet>
-
-namespace {
-constexpr int edge = 128;
-
-/** The picture, scaled to its place, in the middle of a transparent canvas. */
-QImage canvasWith(const QImage &picture, const QSize &size)
-{
-    const QImage scaled = picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QImage canvas(edge, edge, QImage::Format_ARGB32);
-    canvas.fill(QColor(0, 0, 0, 0));
-    QPainter painter(&canvas);
-    painter.drawImage(QPoint((edge - scaled.width()) / 2, (edge - scaled.height()) / 2), scaled);
-    return canvas;
-}
-} // namespace
+#include <QtEndian>
 
 bool ThumbnailMaker::makeThumbnail(const QString &path, qint64 thumbnailId, bool isNew)
 {
@@ -71,18 +56,10 @@ bool ThumbnailMaker::isImageName(const QString &path)
 
 QImage ThumbnailMaker::thumbnailOf(const QString &path)
 {
-    PictureReader reader(edge);
-    const QImage picture = reader.read(path);
-    if (picture.isNull()) {
+    const QImage canvas = PicturePool::instance().read({PictureUse::Thumbnail, path, {}}).image;
+    if (canvas.isNull())
         qDebug("Failed load image data: %s", qUtf8Printable(path));
-        return QImage();
-    }
-    return canvasWith(picture, PictureReader::fitted(reader.fullSize(), edge));
-}
-
-QImage ThumbnailMaker::canvasOf(const QImage &picture)
-{
-    return picture.isNull() ? QImage() : canvasWith(picture, PictureReader::fitted(picture.size(), edge));
+    return canvas;
 }
 
 QByteArray ThumbnailMaker::encoded(const QImage &canvas)
@@ -92,4 +69,18 @@ QByteArray ThumbnailMaker::encoded(const QImage &canvas)
     if (!buffer.open(QIODevice::WriteOnly) || !canvas.save(&buffer, "PNG"))
         return QByteArray();
     return png;
+}
+
+QImage ThumbnailMaker::decoded(const QByteArray &png)
+{
+    constexpr int mostBytes = 1024 * 1024;
+    constexpr quint32 mostPixels = 512;
+    constexpr int widthAt = 16; // behind the signature, the length of the first chunk and its name
+    constexpr int heightAt = widthAt + 4;
+    const QByteArray start("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", widthAt);
+    if (!png.startsWith(start) || png.size() < heightAt + 4 || png.size() > mostBytes ||
+        qFromBigEndian<quint32>(png.constData() + widthAt) > mostPixels ||
+        qFromBigEndian<quint32>(png.constData() + heightAt) > mostPixels)
+        return QImage();
+    return QImage::fromData(png, "PNG");
 }

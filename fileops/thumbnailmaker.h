@@ -8,8 +8,7 @@ class FileOperationQueries;
 
 /**
  * Makes the small pictures of image files: 128 by 128 pixels, the picture centred on a transparent canvas.
- * Large pictures are read at a reduced size and huge ones refused, so that memory stays bounded. Worker's
- * thread.
+ * Pictures are read in other processes (PicturePool). Worker's thread.
  */
 class ThumbnailMaker
 {
@@ -27,10 +26,13 @@ public:
     static bool isImageName(const QString &path);
     /** The canvas with the picture; null when the file is no picture that can be read. Any thread. */
     static QImage thumbnailOf(const QString &path);
-    /** The canvas with a picture that is decoded and upright already; null for a null one. Any thread. */
-    static QImage canvasOf(const QImage &picture);
     /** The bytes of a thumbnail as its table holds them: a compressed PNG; empty on failure. Any thread. */
     static QByteArray encoded(const QImage &canvas);
+    /**
+     * The picture of such bytes, which may come out of anybody's database: null for another format, and for a
+     * size that no thumbnail has. Any thread.
+     */
+    static QImage decoded(const QByteArray &png);
 
 private:
     FileOperationQueries &m_queries;

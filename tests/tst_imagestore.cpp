@@ -290,7 +290,7 @@ private slots:
 private:
     LocalManager &manager() { return *m_manager; }
     TestDatabase &base() { return m_manager->database(); }
-    StoredImage load() { return manager()->loadImage(1); }
+    StoredImage load() { return manager()->loadImage(1)->result(); }
     StoredImage::Saving save(const QImage &picture) { return manager()->saveImage(1, picture); }
     /** The same while the database does not take one thing. */
     StoredImage::Saving saveRefused(const QImage &picture, const QString &what,

@@ -143,9 +143,9 @@ private slots:
         if (isOffered)
             press(box, "Cancel"_s);
         QTRY_VERIFY(!offersSaving(box));
+        QTRY_COMPARE(preview(box)->pictureSize(), picture().size());
         box->close();
         QCOMPARE(stored(id), picture());
-        QCOMPARE(preview(box)->pictureSize(), picture().size());
     }
 
     void readOnlyOffersNothing()
@@ -326,9 +326,15 @@ private:
         for (QWidget *window : QApplication::topLevelWidgets()) {
             auto *box = qobject_cast<PreviewBox *>(window);
             if (box && box->isVisible() && box->fileId() == id)
-                return box;
+                return isSettled(box) ? box : nullptr;
         }
         return nullptr;
+    }
+    /** Waits until the picture, or the word that there is none, is on show. */
+    static bool isSettled(PreviewBox *box)
+    {
+        return QTest::qWaitFor(
+            [box] { return preview(box)->hasPicture() || !preview(box)->text().isEmpty(); });
     }
     /** The files on show after each step of "< >". */
     static QVector<qint64> walked(PreviewBox *box, const QString &steps)
@@ -345,7 +351,7 @@ private:
         for (const QChar turn : turns)
             turn == QLatin1Char('r') ? box->rotateClockwise() : box->rotateAnticlockwise();
     }
-    QImage stored(qint64 id) { return m_fixture->mainView().loadImage(id).image; }
+    QImage stored(qint64 id) { return m_fixture->mainView().loadImage(id)->result().image; }
     static QDialogButtonBox *buttons(PreviewBox *box) { return box->findChild<QDialogButtonBox *>(); }
     static bool offersSaving(PreviewBox *box) { return buttons(box)->isVisible(); }
     static void press(PreviewBox *box, const QString &text)

@@ -64,12 +64,12 @@ private slots:
         m_server->addFile(1, 1, bytes.size(), 1, 0);
         QVERIFY(m_manager->run("UPDATE files SET file_name='p.png'"));
         (*m_manager)->loadAllFiles();
-        QCOMPARE((*m_manager)->loadImage(1).image, picture);
+        QCOMPARE((*m_manager)->loadImage(1)->result().image, picture);
         interrupt();
         QCOMPARE((*m_manager)->saveImage(1, picture.scaled(1, 2)), StoredImage::Refused);
-        QCOMPARE((*m_manager)->loadImage(1).state, StoredImage::Unreachable);
+        QCOMPARE((*m_manager)->loadImage(1)->result().state, StoredImage::Unreachable);
         reopen();
-        QCOMPARE((*m_manager)->loadImage(1).image, picture);
+        QCOMPARE((*m_manager)->loadImage(1)->result().image, picture);
     }
 
     void inTheMiddleOfReading()

@@ -1,4 +1,6 @@
 #include "fileops/fileoperationworker.h"
+#include "fileops/pictures/picturepool.h"
+#include "fileops/pictures/thumbnailcanvas.h"
 #include "fileops/postgresfileoperationprovider.h"
 #include "fileops/sqlitefileoperationprovider.h"
 #include "fileops/thumbnailcache.h"
@@ -8,7 +10,6 @@
 
 #include <QImageWriter>
 #include <QPainter>
-#include <QtEndian>
 
 #include <sys/stat.h>
 
@@ -59,6 +60,7 @@ private slots:
     {
         const bool isOnServer = qstrcmp(QTest::currentDataTag(), "postgres") == 0;
         m_settings = std::make_unique<SettingsSandbox>();
+        PicturePool::instance().setLimits(PictureUse::Thumbnail, {768LL * 1024 * 1024, 5});
         m_database = makeTestDatabase(isOnServer);
         if (isOnServer)
             makeProvider<PostgresFileOperationProvider>();
@@ -130,7 +132,8 @@ private slots:
         for (int i = 0; i < 24 * 16; ++i)
             spots.setPixel(i % 24, i / 24, qRgb(i * 37 % 256, i * 91 % 256, i * 53 % 256));
         const QString path = save(name, spots.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-        const QImage whole = ThumbnailMaker::canvasOf(QImage(path));
+        const QImage picture(path);
+        const QImage whole = ThumbnailCanvas::with(picture, picture.size());
         const QImage reduced = ThumbnailMaker::thumbnailOf(path);
         for (int i = 0; i < 128 * 128; ++i) {
             const QColor one = whole.pixelColor(i % 128, i / 128);
@@ -161,7 +164,7 @@ private slots:
         addRow("cut, progressive", 1000, true, 50, 0, false);
         addRow("more behind it", 1000, false, 100, 70000, true);
         addRow("large", 10100, false, 100, 0, true);
-        addRow("large, progressive", 10100, true, 100, 0, false); // is kept in memory as a whole
+        addRow("large, progressive", 10100, true, 100, 0, true);
     }
 
     void readsWholeJpegsOnly()
@@ -194,16 +197,12 @@ private slots:
         const QByteArray gif = QByteArray::fromHex("474946383961a861a861800000000000ffffff"
                                                    "2c0000000001000100000202440100"
                                                    "3b");
-        const QByteArray png = blackPng(10000);
-        QByteArray icon = QByteArray::fromHex("0000010001000000000001002000") + QByteArray(8, 0) + png;
-        qToLittleEndian(qint32(png.size()), icon.data() + 14);
-        icon[18] = 22;
         const QString pipe = m_folder.filePath("pipe"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
         QVERIFY(!make(pipe, 1, true));
-        // The last ones unpack to gigabytes.
-        for (const QByteArray &bytes : {QByteArray("text"), QByteArray(), QByteArray("\x89PNG\r\n\x1a\n", 8),
-                                        blackPng(30000), gif, icon, svg + "</svg>"})
+        // The last one takes gigabytes, or more time than there is.
+        for (const QByteArray &bytes :
+             {QByteArray("text"), QByteArray(), QByteArray("\x89PNG\r\n\x1a\n", 8), gif, svg + "</svg>"})
             QVERIFY(!make(m_folder.write("bad.png"_s, bytes), 1, true));
         QCOMPARE(Sql::count("thumbnails"_s), 0);
         QVERIFY(make(m_folder.write("good.png"_s, blackPng(3000)), 1, true));

@@ -314,9 +314,10 @@ bool MainViewController::updateFileDescription(qint64 fileId, const QString &tex
     return manager()->updateFile(fileId, QStringLiteral("file_description"), text);
 }
 
-StoredImage MainViewController::loadImage(qint64 fileId)
+std::unique_ptr<ImageLoading> MainViewController::loadImage(qint64 fileId)
 {
-    return manager() ? manager()->loadImage(fileId) : StoredImage();
+    return manager() ? manager()->loadImage(fileId)
+                     : std::make_unique<ImageLoading>(StoredImage::UnknownFile);
 }
 
 StoredImage::Saving MainViewController::saveImage(qint64 fileId, const QImage &picture)

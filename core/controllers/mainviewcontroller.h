@@ -6,7 +6,7 @@
 #include "core/nodetype.h"
 #include "core/recordtypes.h"
 #include "fileops/deletedfilerepresentations.h"
-#include "fileops/storedimage.h"
+#include "fileops/imageloading.h"
 #include "models/contentshost.h"
 #include "models/tagrequirements.h"
 
@@ -97,7 +97,7 @@ public:
     bool updateFileName(qint64 fileId, const QString &text);
     bool updateFileDescription(qint64 fileId, const QString &text);
     /** The picture of a file in its whole size. */
-    StoredImage loadImage(qint64 fileId);
+    std::unique_ptr<ImageLoading> loadImage(qint64 fileId);
     /**
      * Puts a turned picture, which was loaded before, in the place of what is stored: the contents, the
      * thumbnail and the record. When it is Refused the user has been told, when it is NotSaved not yet.

@@ -5,15 +5,16 @@
 #include "app/waitcursor.h"
 #include "app/windowsettings.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "fileops/imageloading.h"
 #include "models/sorter.h"
 #include "ui/preview/imagewalk.h"
+#include "ui/preview/loadingnotice.h"
 #include "ui/preview/picturearea.h"
 #include "ui/preview/validator.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDebug>
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QToolBar>
@@ -32,7 +33,8 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
     : QMainWindow(parent),
       m_controller(controller),
       m_walk(new ImageWalk(model, this)),
-      m_area(new PictureArea(this))
+      m_area(new PictureArea(this)),
+      m_notice(new LoadingNotice(m_area->viewport()))
 {
     setObjectName(QStringLiteral("PreviewBox"));
     // The program ends with its main window, also while a picture is shown.
@@ -45,8 +47,7 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
     placeWindow();
     setFocusPolicy(Qt::StrongFocus);
     setFocus();
-    if (!loadImage(fileId))
-        qDebug("Error loading image, id = %lld", static_cast<long long>(fileId));
+    loadImage(fileId);
 }
 
 PreviewBox::~PreviewBox()
@@ -77,17 +78,19 @@ void PreviewBox::nextImage()
 void PreviewBox::walk(Step step)
 {
     restartSlideTimer();
+    m_step = step;
+    m_stepStart = m_fileId;
+    m_stepTime.start();
+    stepOn();
+}
+
+void PreviewBox::stepOn()
+{
     const qint64 start = m_fileId;
-    QElapsedTimer trying;
-    trying.start();
-    bool isLoaded = false;
-    do {
-        const qint64 fileId = (m_walk->*step)();
-        if (fileId == 0 || !saveWaiting())
-            break;
-        isLoaded = loadImage(fileId);
-    } while (!isLoaded && m_slideTimer.isActive() && m_fileId != start &&
-             !trying.hasExpired(mostMillisecondsOfTrying));
+    const qint64 fileId = (m_walk->*m_step)();
+    if (fileId == 0 || !saveWaiting())
+        return;
+    loadImage(fileId);
     if (m_fileId != start)
         emit showingFile(m_fileId);
 }
@@ -97,14 +100,16 @@ void PreviewBox::refresh()
     loadImage(m_fileId);
 }
 
-bool PreviewBox::loadImage(qint64 fileId)
+void PreviewBox::loadImage(qint64 fileId)
 {
     commitDescription();
     hideApplyEditButtons();
+    endLoading();
     m_hasUnsavedEdit = false;
     m_isEditKeptBack = false;
     m_isDescriptionKeptBack = false;
     m_quarters = 0;
+    m_awaitedQuarters = 0;
     m_fileId = fileId;
     m_walk->setCurrent(fileId);
     m_description->setModified(false);
@@ -112,22 +117,46 @@ bool PreviewBox::loadImage(qint64 fileId)
     m_original = QImage();
     followRecord();
     if (!m_controller)
-        return false;
+        return;
+    m_loading = m_controller->loadImage(fileId);
+    connect(m_loading.get(), &ImageLoading::finished, this, &PreviewBox::showLoaded);
+    m_notice->begin(m_controller->fileData(fileId, DataType::Name).toString());
+}
 
-    StoredImage::State state = StoredImage::UnknownFile;
-    {
-        const WaitCursor cursor;
-        StoredImage stored = m_controller->loadImage(fileId);
-        state = stored.state;
+void PreviewBox::endLoading()
+{
+    m_notice->end();
+    if (!m_loading)
+        return;
+    // It may be telling of its end just now.
+    ImageLoading *loading = m_loading.release();
+    loading->disconnect(this);
+    loading->cancel();
+    loading->deleteLater();
+}
+
+void PreviewBox::cancelLoading()
+{
+    endLoading();
+    m_area->showMessage(tr("The loading of this picture was canceled."));
+}
+
+void PreviewBox::showLoaded()
+{
+    StoredImage stored = m_loading->result();
+    endLoading();
+    if (stored.state == StoredImage::Loaded) {
         m_original = std::move(stored.image);
-        if (state == StoredImage::Loaded)
-            m_area->showPicture(m_original);
+        m_area->showPicture(m_original);
+        rotate(std::exchange(m_awaitedQuarters, 0));
+        return;
     }
-    if (state == StoredImage::Loaded)
-        return true;
+    qDebug("Error loading image, id = %lld", static_cast<long long>(m_fileId));
     m_area->showMessage(tr("This picture cannot be shown."));
-    tellLoadFailure(state);
-    return false;
+    tellLoadFailure(stored.state);
+    if (m_step && m_slideTimer.isActive() && m_fileId != m_stepStart &&
+        !m_stepTime.hasExpired(mostMillisecondsOfTrying))
+        stepOn();
 }
 
 void PreviewBox::tellLoadFailure(int state)
@@ -165,13 +194,21 @@ void PreviewBox::rotateAnticlockwise()
 
 void PreviewBox::rotate(int quarters)
 {
+    // What is on its way is turned when it comes.
+    if (m_loading) {
+        m_awaitedQuarters += quarters;
+        return;
+    }
     constexpr int fullTurn = 4;
+    quarters = (quarters % fullTurn + fullTurn) % fullTurn;
+    if (quarters == 0)
+        return;
     const QImage turned = m_original.transformed(QTransform().rotate(90 * quarters));
     // Null without a picture, or without the memory for one.
     if (turned.isNull())
         return;
     m_original = turned;
-    m_quarters = (m_quarters + quarters + fullTurn) % fullTurn;
+    m_quarters = (m_quarters + quarters) % fullTurn;
     m_area->showTurned(m_original);
     m_hasUnsavedEdit = isTurned() && (m_isEditKeptBack || PreviewSettings::autoSaveRotated());
     offerSaving();

@@ -1,12 +1,17 @@
 #pragma once
 
 #include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
 
+#include <memory>
+
+class ImageLoading;
 class ImageWalk;
+class LoadingNotice;
 class MainViewController;
 class PictureArea;
 class QDialogButtonBox;
@@ -26,7 +31,7 @@ class PreviewBox : public QMainWindow
     Q_OBJECT
 
 public:
-    /** Loads the picture; a failure is told once the window stands. Model and controller are borrowed. */
+    /** Begins to load the picture; a failure is told later. Model and controller are borrowed. */
     PreviewBox(qint64 fileId, const Sorter *model, MainViewController *controller, QWidget *parent = nullptr);
     /** Saves the description and a waiting rotation; no box tells of a failure any more. */
     ~PreviewBox() override;
@@ -78,7 +83,12 @@ private:
     void placeWindow();
 
     void walk(Step step);
-    bool loadImage(qint64 fileId);
+    void stepOn();
+    /** The picture comes later, from another process; the window stays as it is till then. */
+    void loadImage(qint64 fileId);
+    void endLoading();
+    void cancelLoading();
+    void showLoaded();
     void tellLoadFailure(int state);
     void tellFailure(const QString &title, const QString &text);
     void rotate(int quarters);
@@ -96,7 +106,12 @@ private:
     qint64 m_fileId = 0;
     const QPointer<MainViewController> m_controller;
     ImageWalk *m_walk;
+    Step m_step = nullptr; // of the walk that goes on
+    qint64 m_stepStart = 0;
+    QElapsedTimer m_stepTime;
     PictureArea *m_area;
+    LoadingNotice *m_notice;
+    std::unique_ptr<ImageLoading> m_loading; // while a picture is awaited
     QToolBar *m_toolBar = nullptr;
     QToolBar *m_descriptionBar = nullptr;
     QDialogButtonBox *m_editButtons = nullptr;
@@ -106,7 +121,8 @@ private:
     QLabel *m_scaleLabel = nullptr;
     // As it was stored, save for rotations: what a save writes back without a loss.
     QImage m_original;
-    int m_quarters = 0; // clockwise, since the picture was loaded or saved
+    int m_quarters = 0;        // clockwise, since the picture was loaded or saved
+    int m_awaitedQuarters = 0; // by which a picture on its way is to be turned
     bool m_hasUnsavedEdit = false;
     // What could not be saved is offered until it is saved or cancelled.
     bool m_isEditKeptBack = false;

@@ -6,6 +6,7 @@
 #include "app/windowsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "ui/preview/imagewalk.h"
+#include "ui/preview/loadingnotice.h"
 #include "ui/preview/picturearea.h"
 #include "ui/preview/validator.h"
 
@@ -125,6 +126,9 @@ void PreviewBox::connectAll()
         commitDescription();
         setFocus();
     });
+    // What was shown before goes only when the next one lets wait for itself.
+    connect(m_notice, &LoadingNotice::appeared, this, [this] { m_area->showMessage(QString()); });
+    connect(m_notice, &LoadingNotice::canceled, this, &PreviewBox::cancelLoading);
     connect(m_area, &PictureArea::scaleChanged, this, &PreviewBox::showScale);
     // Many news at once are one look.
     m_following.setSingleShot(true);

@@ -13,11 +13,6 @@ class JpegDevice : public QIODevice
 public:
     explicit JpegDevice(QIODevice &file);
 
-    /**
-     * True when the picture comes line by line. The decoder keeps all of one that comes in several scans,
-     * as progressive ones do. Asked before anything is read.
-     */
-    bool isOneScan();
     /** True once the decoder has asked for more than there is. */
     bool isCut() const { return m_isCut; }
 

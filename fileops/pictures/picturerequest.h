@@ -1,0 +1,51 @@
+#pragma once
+
+#include "fileops/regularfile.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QImageIOHandler>
+#include <QString>
+
+/** What a picture is read for. */
+enum class PictureUse {
+    Thumbnail, ///< a small canvas with the picture in its middle
+    Whole,     ///< all of its pixels, upright
+    Facts      ///< what its header tells
+};
+
+/** What reading one picture may take. */
+struct PictureLimits
+{
+    qint64 bytes = 0; ///< of memory, beyond what the reader itself takes
+    int seconds = 0;  ///< of a processor
+};
+
+/** A picture that is to be read: a file, or bytes when there is no path. */
+struct PictureRequest
+{
+    PictureUse use = PictureUse::Thumbnail;
+    QString path;
+    QByteArray bytes;
+};
+
+/** What became of it. */
+struct PictureAnswer
+{
+    enum State {
+        Read,
+        Unreadable, ///< no picture, broken or too large
+        Failed, ///< it ended its reader, or took too long; the same picture is not tried again in this run
+        Canceled,
+        Unavailable ///< no process that reads pictures can be started
+    };
+
+    State state = Unavailable;
+    QImage image;    ///< upright; null for facts
+    FileStamp stamp; ///< of the file as it was read
+
+    // Of the facts.
+    QSize size;
+    QImageIOHandler::Transformations transformation;
+    int pictureCount = 0; ///< frames, pages or sizes
+};

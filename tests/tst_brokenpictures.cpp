@@ -1,0 +1,276 @@
+#include "fileops/imageloading.h"
+#include "fileops/pictures/picturepool.h"
+#include "tests/support/addingfixture.h"
+
+#include <QImageReader>
+#include <QImageWriter>
+#include <QPainter>
+
+#include <csignal>
+#include <sys/resource.h>
+
+namespace {
+constexpr qint64 megabyte = 1024 * 1024;
+constexpr int mostSeconds = 2;
+constexpr PictureLimits limits = {512 * megabyte, mostSeconds};
+
+QImage sample()
+{
+    QImage image(40, 30, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter(&image).fillRect(3, 5, 20, 9, QColor(200, 40, 10));
+    return image;
+}
+
+quint32 crcOf(const QByteArray &bytes)
+{
+    quint32 crc = ~0U;
+    for (const char byte : bytes) {
+        crc ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc & 1 ? crc >> 1 ^ 0xedb88320 : crc >> 1;
+    }
+    return ~crc;
+}
+
+/** A chunk of a PNG or MNG. */
+QByteArray chunk(const QByteArray &contents)
+{
+    QByteArray numbers(8, 0);
+    qToBigEndian(quint32(contents.size() - 4), numbers.data());
+    qToBigEndian(crcOf(contents), numbers.data() + 4);
+    return numbers.left(4) + contents + numbers.mid(4);
+}
+
+/** Whole pictures of the formats that cannot be written here. */
+QByteArray handMade(const QByteArray &format, const QByteArray &png)
+{
+    if (format == "gif")
+        return QByteArray::fromHex("47494638396102000100800000000000ffffff2c0000000002000100000202440a003b");
+    if (format == "svg")
+        return "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='30'><style>.a{fill:red}</style>"
+               "<defs><linearGradient id='g'><stop offset='1' stop-color='blue'/></linearGradient></defs>"
+               "<g transform='rotate(9)'><path class='a' stroke-dasharray='3 4' stroke='url(#g)' "
+               "d='M1 2h30v20q9 9 1 2z'/><text x='1' y='9'>text</text></g></svg>";
+    if (format == "svgz")
+        return QByteArray::fromHex(
+            "1f8b08000000000002ffb3292e4b57a8c8cdc92bb655cf282929b0d2d72f2f2fd72b37d6cb2f4ad737323030d0"
+            "07aa505728cf4c29c9b05537315057c848cd4ccf28b155373650b7b3294a4d2e81495a22e42cd5f5ed6c403aed"
+            "00bc130e3d61000000");
+    if (format == "tga")
+        return QByteArray::fromHex("000002000000000000000000030002001820" + QByteArray("0000ff").repeated(6));
+    if (format == "mng")
+        return QByteArray("\x8aMNG\r\n\x1a\n", 8) +
+               chunk("MHDR" + QByteArray::fromHex("000000280000001e00000001000000010000000100000001000000"
+                                                  "01")) +
+               png.mid(8) + chunk("MEND");
+    return QByteArray();
+}
+
+QByteArray sampleOf(const QByteArray &format)
+{
+    const auto written = [](const QByteArray &name) {
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        QImageWriter(&buffer, name).write(sample());
+        return bytes;
+    };
+    const QByteArray bytes =
+        QImageWriter::supportedImageFormats().contains(format) ? written(format) : QByteArray();
+    return bytes.isEmpty() ? handMade(format, written("png")) : bytes;
+}
+
+/** The processes that this one has started. */
+QList<int> readers()
+{
+    QList<int> ids;
+    for (const QString &name : QDir("/proc"_s).entryList(QDir::Dirs)) {
+        const QByteArray status = TestFolder::read("/proc/"_s + name + "/status"_s);
+        if (status.contains("\nPPid:\t" + QByteArray::number(QCoreApplication::applicationPid()) + '\n'))
+            ids.append(name.toInt());
+    }
+    return ids;
+}
+
+rlim_t limitOf(int process, __rlimit_resource resource)
+{
+    rlimit values = {};
+    return ::prlimit(process, resource, nullptr, &values) == 0 ? values.rlim_cur : RLIM_INFINITY;
+}
+
+/** A line of a process's status, without its name. */
+QByteArray statusOf(int process, const QByteArray &name)
+{
+    const QByteArray status = TestFolder::read("/proc/%1/status"_s.arg(process));
+    const int start = status.indexOf('\n' + name + ":\t");
+    return start < 0
+               ? QByteArray()
+               : status.mid(start, status.indexOf('\n', start + 1) - start).mid(name.size() + 3).trimmed();
+}
+} // namespace
+
+/** Broken and crafted pictures, added and looked at: each ends at most the process that reads it. */
+class TestBrokenPictures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        for (const PictureUse use : {PictureUse::Thumbnail, PictureUse::Whole, PictureUse::Facts})
+            PicturePool::instance().setLimits(use, limits);
+    }
+    void init()
+    {
+        m_fixture = std::make_unique<AddingFixture>();
+        QSettings().setValue("MainWindow/linkToFiles"_s, true);
+        QSettings().setValue("PreferencesDialog/duplicateManagementEnabled"_s, false);
+    }
+    void cleanup() { m_fixture.reset(); }
+
+    /** Each format, cut at each of its first lengths and with each bit of its head flipped. */
+    void cutAndFlipped_data()
+    {
+        addColumns<QByteArray>("format");
+        for (const QByteArray &format : QImageReader::supportedImageFormats())
+            QTest::newRow(format.constData()) << format;
+    }
+
+    void cutAndFlipped()
+    {
+        constexpr int variants = 300;
+        QFETCH(QByteArray, format);
+        const QByteArray whole = sampleOf(format);
+        QVERIFY(!whole.isEmpty());
+        QStringList paths;
+        const auto write = [&](const QString &name, const QByteArray &bytes) {
+            paths.append(m_fixture->write(name + QLatin1Char('.') + QString::fromLatin1(format), bytes));
+        };
+        for (int i = 0; i < variants; ++i) {
+            if (i < whole.size())
+                write("cut %1"_s.arg(i), whole.left(i));
+            QByteArray flipped = whole;
+            if (i / 8 < whole.size())
+                flipped[i / 8] = char(flipped.at(i / 8) ^ 1 << i % 8);
+            write("flipped %1"_s.arg(i), flipped);
+            // Without its name nothing tells a TGA from an icon.
+            if (i % 100 == 0 && format != "tga")
+                write("whole %1"_s.arg(i), whole);
+        }
+        addAll(paths);
+        QVERIFY(format == "tga" || hasThumbnail("whole %"_s));
+        lookAtAll(paths);
+    }
+
+    void crafted()
+    {
+        QStringList paths;
+        QDir folder(QStringLiteral(VORNA_TEST_PICTURES));
+        const QStringList names = folder.entryList({"*.svg"_s, "*.mng"_s, "*.webp"_s}, QDir::Files);
+        QCOMPARE(names.size(), 7);
+        for (const QString &name : names) {
+            paths.append(m_fixture->write(name, TestFolder::read(folder.filePath(name))));
+            paths.append(m_fixture->write(name + ".whole.png"_s, sampleOf("png")));
+        }
+        addAll(paths);
+        QVERIFY(hasThumbnail("%.whole.png"_s));
+        lookAtAll(paths);
+        // Known by now: no time is spent on them again.
+        QElapsedTimer clock;
+        clock.start();
+        lookAtAll(paths);
+        QVERIFY(clock.elapsed() < 1000 * mostSeconds);
+    }
+
+    void whatIsChangedIsTriedAgain()
+    {
+        const QString path =
+            m_fixture->write("a.svg"_s, TestFolder::read(QStringLiteral(VORNA_TEST_PICTURES "/d60.svg")));
+        QCOMPARE(read(path).state, PictureAnswer::Failed);
+        m_fixture->write("a.svg"_s, sampleOf("png"));
+        QCOMPARE(read(path).state, PictureAnswer::Read);
+    }
+
+    void aLostProcessIsReplaced()
+    {
+        const QString path = m_fixture->write("a.png"_s, sampleOf("png"));
+        QCOMPARE(read(path).state, PictureAnswer::Read);
+        for (const int id : readers())
+            ::kill(id, SIGKILL);
+        QCOMPARE(read(path).state, PictureAnswer::Read);
+    }
+
+    void canceledReadingEnds()
+    {
+        PicturePool::instance().setLimits(PictureUse::Whole, {limits.bytes, 60});
+        const auto bytes = TestFolder::read(QStringLiteral(VORNA_TEST_PICTURES "/m6.mng"));
+        ImageLoading loading({PictureUse::Whole, {}, bytes}, {}, StoredImage::InternalUnreadable);
+        QSignalSpy finished(&loading, &ImageLoading::finished);
+        QVERIFY(!finished.wait(300));
+        loading.cancel();
+        QVERIFY(finished.wait(1000));
+        PicturePool::instance().setLimits(PictureUse::Whole, limits);
+    }
+
+    void processesStandBehindWalls()
+    {
+        read(m_fixture->write("a.png"_s, sampleOf("png")));
+        const QList<int> ids = readers();
+        QVERIFY(!ids.isEmpty() && ids.size() <= PicturePool::instance().width());
+        for (const int id : ids) {
+            QCOMPARE(statusOf(id, "NoNewPrivs"), QByteArray("1"));
+            QCOMPARE(statusOf(id, "Seccomp"), QByteArray("2"));
+#ifndef __SANITIZE_ADDRESS__
+            constexpr rlim_t own = 400 * megabyte;
+            QVERIFY(limitOf(id, RLIMIT_AS) < limits.bytes + own);
+#endif
+            QVERIFY(limitOf(id, RLIMIT_CPU) < RLIM_INFINITY);
+            QVERIFY(limitOf(id, RLIMIT_NOFILE) < 30);
+            QCOMPARE(limitOf(id, RLIMIT_CORE), rlim_t(0));
+        }
+    }
+
+private:
+    void addAll(const QStringList &paths)
+    {
+        m_fixture->add(paths);
+        QVERIFY(m_fixture->errors.isEmpty());
+        QCOMPARE(Sql::count("files"_s), paths.size());
+    }
+    /** Whether all files of such a name have one. */
+    static bool hasThumbnail(const QString &names)
+    {
+        return Sql::rows("SELECT count(*), count(*)-count(thumbnail) FROM files LEFT JOIN thumbnails USING "
+                         "(thumbnail_id) WHERE file_name LIKE '%1'"_s.arg(names))
+                   .first()
+                   .endsWith("|0"_s) &&
+               Sql::count("files WHERE file_name LIKE '%1'"_s.arg(names)) > 2;
+    }
+    static PictureAnswer read(const QString &path)
+    {
+        return PicturePool::instance().read({PictureUse::Whole, path, {}});
+    }
+    /** As the previewer does, some at a time, as they may be large. */
+    static void lookAtAll(const QStringList &paths)
+    {
+        constexpr int atOnce = 8;
+        QVector<PictureTaskPointer> tasks;
+        for (int i = 0; i < paths.size() + atOnce; ++i) {
+            if (i < paths.size()) {
+                tasks.append(PictureTaskPointer::create(PictureRequest{PictureUse::Whole, paths.at(i), {}}));
+                PicturePool::instance().start(tasks.last());
+            }
+            if (i < atOnce)
+                continue;
+            const QString &path = paths.at(i - atOnce);
+            const PictureAnswer::State state = tasks.takeFirst()->waitedFor().state;
+            QVERIFY(state != PictureAnswer::Unavailable);
+            QVERIFY2(state == PictureAnswer::Read || !path.contains("whole"_s), qPrintable(path));
+        }
+    }
+
+    std::unique_ptr<AddingFixture> m_fixture;
+};
+
+QTEST_GUILESS_MAIN(TestBrokenPictures)
+#include "tst_brokenpictures.moc"
