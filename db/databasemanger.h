@@ -16,6 +16,7 @@
 #include <QDateTime>
 #include <QHash>
 #include <QImage>
+#include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QSqlError>
@@ -104,9 +105,14 @@ public:
     const QSet<qint64> &missingFiles() const { return m_files.missing(); }
     ThumbnailCache *thumbnailCache() const { return m_thumbnailCache; }
 
+    /** False for a blank name, which nothing gets; the user hears of it. All that name something ask. */
+    bool isNameGiven(const QString &name);
+
     void loadAllTags();
     /** Gives the id of the new tag, which is linked to the files too; 0 on failure. */
     qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
+    /** The same with a place in a group: both or neither. */
+    qint64 addTagToGroup(const QString &name, qint64 groupId);
     void renameTag(qint64 tagId, const QString &name);
     void changeTagDescription(qint64 tagId, const QString &text);
     /** Removes the tags with all that refers to them, all or nothing; nodes below theirs move up. */
@@ -118,7 +124,9 @@ public:
     void renameGroup(qint64 groupId, const QString &name);
     void removeGroups(const QVector<qint64> &groupIds);
     /** Makes this the whole list of the group's tags. */
-    void setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+    bool setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+    /** The same for several groups, by their ids, all or none. */
+    bool setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups);
 
     void loadAllNodes();
     /** Gives the id of the new node, 0 on failure; parent 0 is the top level. */
@@ -164,7 +172,8 @@ public:
     StoredImage::Saving saveImage(qint64 fileId, const QImage &picture);
 
     // File operations: queued for the worker, from the event loop.
-    void addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+    /** False when the records must be read anew first, and nothing is queued. */
+    bool addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
     void addFilesList(const QStringList &paths);
     void deleteFiles(const QVector<qint64> &fileIds);

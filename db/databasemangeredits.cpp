@@ -11,6 +11,7 @@
 #include "db/longtext.h"
 #include "db/pendingreloads.h"
 #include "db/removalplans.h"
+#include "db/transaction.h"
 #include "fileops/fileoperationprovider.h"
 #include "fileops/imagestore.h"
 #include "fileops/thumbnailcache.h"
@@ -32,6 +33,14 @@ QVector<qint64> without(const QVector<qint64> &ids, const QVector<qint64> &other
 }
 } // namespace
 
+bool DatabaseManger::isNameGiven(const QString &name)
+{
+    const bool isGiven = !name.trimmed().isEmpty();
+    if (!isGiven)
+        emit error(tr("Name Missing"), tr("A name must not be empty."));
+    return isGiven;
+}
+
 void DatabaseManger::loadAllTags()
 {
     if (m_providers.tags)
@@ -40,7 +49,7 @@ void DatabaseManger::loadAllTags()
 
 qint64 DatabaseManger::addTag(const QString &name, const QVector<qint64> &fileIds)
 {
-    if (!m_providers.tags || !isStorable(name) || !isDataCurrent())
+    if (!m_providers.tags || !isNameGiven(name) || !isStorable(name) || !isDataCurrent())
         return 0;
     const qint64 tagId = m_providers.tags->addTag(name);
     refreshModificationDate();
@@ -49,9 +58,31 @@ qint64 DatabaseManger::addTag(const QString &name, const QVector<qint64> &fileId
     return tagId;
 }
 
+qint64 DatabaseManger::addTagToGroup(const QString &name, qint64 groupId)
+{
+    if (!m_groups.map().contains(groupId))
+        return addTag(name);
+    if (!m_providers.tags || !m_providers.groups || !isNameGiven(name) || !isStorable(name) ||
+        !isDataCurrent())
+        return 0;
+    Transaction transaction(*m_providers.tags);
+    const qint64 tagId = transaction.isActive() ? m_providers.tags->addTag(name) : 0;
+    const bool isAdded =
+        tagId > 0 && m_providers.groups->addTagLinks(groupId, {tagId}) && transaction.commit();
+    transaction.rollBack();
+    // The tag was known from its insert on.
+    if (!isAdded && tagId > 0)
+        gotTagsRemoved(true, {tagId});
+    if (isAdded)
+        m_providers.groups->loadGroups({groupId});
+    refreshModificationDate();
+    return isAdded ? tagId : 0;
+}
+
 void DatabaseManger::renameTag(qint64 tagId, const QString &name)
 {
-    updateTag(tagId, QStringLiteral("tag_name"), name);
+    if (isNameGiven(name))
+        updateTag(tagId, QStringLiteral("tag_name"), name);
 }
 
 void DatabaseManger::changeTagDescription(qint64 tagId, const QString &text)
@@ -102,7 +133,7 @@ void DatabaseManger::loadAllGroups()
 
 qint64 DatabaseManger::addGroup(const QString &name, bool visible)
 {
-    if (!m_providers.groups || !isStorable(name) || !isDataCurrent())
+    if (!m_providers.groups || !isNameGiven(name) || !isStorable(name) || !isDataCurrent())
         return 0;
     const qint64 groupId = m_providers.groups->addGroup(name);
     GroupItem *group = m_groups.map().value(groupId);
@@ -114,7 +145,7 @@ qint64 DatabaseManger::addGroup(const QString &name, bool visible)
 
 void DatabaseManger::renameGroup(qint64 groupId, const QString &name)
 {
-    if (!m_providers.groups || !isStorable(name) || !isDataCurrent())
+    if (!m_providers.groups || !isNameGiven(name) || !isStorable(name) || !isDataCurrent())
         return;
     m_providers.groups->renameGroup(groupId, name);
     refreshModificationDate();
@@ -128,17 +159,29 @@ void DatabaseManger::removeGroups(const QVector<qint64> &groupIds)
     refreshModificationDate();
 }
 
-void DatabaseManger::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
+bool DatabaseManger::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
 {
-    const GroupItem *group = m_groups.map().value(groupId);
-    if (!group || !m_providers.groups || !isDataCurrent())
-        return;
-    QVector<qint64> added = without(tagIds, group->tags());
-    // A tag may have gone while a dialog or a drag held on to its id.
-    const auto isGone = [this](qint64 tagId) { return !hasTag(tagId); };
-    added.erase(std::remove_if(added.begin(), added.end(), isGone), added.end());
-    m_providers.groups->setGroupTags(groupId, without(group->tags(), tagIds), added);
+    return setGroupTags({{groupId, tagIds}});
+}
+
+bool DatabaseManger::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups)
+{
+    if (!m_providers.groups || !isDataCurrent())
+        return false;
+    QVector<GroupTagChange> changes;
+    for (auto it = tagsOfGroups.cbegin(); it != tagsOfGroups.cend(); ++it) {
+        // Groups and tags may have gone while a dialog or a drag held on to their ids.
+        const GroupItem *group = m_groups.map().value(it.key());
+        if (!group)
+            continue;
+        QVector<qint64> added = without(*it, group->tags());
+        const auto isGone = [this](qint64 tagId) { return !hasTag(tagId); };
+        added.erase(std::remove_if(added.begin(), added.end(), isGone), added.end());
+        changes.append({it.key(), without(group->tags(), *it), added});
+    }
+    const bool isSet = m_providers.groups->setGroupTags(changes);
     refreshModificationDate();
+    return isSet;
 }
 
 void DatabaseManger::loadAllNodes()
@@ -240,7 +283,7 @@ void DatabaseManger::loadBrowsingTrees()
 
 qint64 DatabaseManger::addBrowsingTree(const QString &name)
 {
-    if (!m_providers.browsTree || !isDataCurrent())
+    if (!m_providers.browsTree || !isNameGiven(name) || !isDataCurrent())
         return 0;
     const qint64 treeId = m_providers.browsTree->addTree(name);
     refreshModificationDate();
@@ -258,7 +301,7 @@ bool DatabaseManger::removeBrowsingTree(qint64 treeId)
 
 bool DatabaseManger::renameBrowsingTree(qint64 treeId, const QString &name)
 {
-    if (!m_providers.browsTree || !isDataCurrent())
+    if (!m_providers.browsTree || !isNameGiven(name) || !isDataCurrent())
         return false;
     const bool isRenamed = m_providers.browsTree->updateTree(treeId, QStringLiteral("tree_name"), name);
     refreshModificationDate();
@@ -316,6 +359,8 @@ void DatabaseManger::reloadFiles(const QVector<qint64> &fileIds)
 
 bool DatabaseManger::updateFile(qint64 fileId, const QString &column, const QString &value)
 {
+    if (column == QLatin1String("file_name") && !isNameGiven(value))
+        return false;
     return isStorable(value) && editFiles({fileId}, [&](MainViewProvider &files) {
                return files.updateFile(fileId, column, value);
            });
@@ -331,9 +376,9 @@ bool DatabaseManger::updateFilePath(qint64 fileId, const QString &column, const 
 bool DatabaseManger::renameFile(qint64 fileId, const QString &name, const QString &path,
                                 const QString &relPath)
 {
-    return isStorable(path) && isStorable(relPath) && editFiles({fileId}, [&](MainViewProvider &files) {
-               return files.renameFile(fileId, name, path, relPath);
-           });
+    return isNameGiven(name) && isStorable(path) && isStorable(relPath) &&
+           editFiles({fileId},
+                     [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
 }
 
 bool DatabaseManger::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
@@ -409,14 +454,15 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
     return saving;
 }
 
-void DatabaseManger::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+bool DatabaseManger::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                               qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails)
 {
     if (!isDataCurrent())
-        return;
+        return false;
     runFileOperation([=](FileOperationProvider &files) {
         files.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
     });
+    return true;
 }
 
 void DatabaseManger::addFilesList(const QStringList &paths)

@@ -190,8 +190,9 @@ void TagsTableModel::setMarkedTagIds(const QVector<qint64> &tagIds)
     if (m_markedTagIds == tagIds)
         return;
     m_markedTagIds = tagIds;
+    // The mark stands in each column of a row.
     if (!m_rows.isEmpty())
-        emit dataChanged(index(0, NameColumn), index(m_rows.size() - 1, NameColumn));
+        announceRows(0, m_rows.size() - 1);
 }
 
 QStringList TagsTableModel::mimeTypes() const

@@ -50,6 +50,30 @@ private slots:
         QCOMPARE(tags().tagsNames({other, 99}), (QHash<qint64, QString>{{other, "third"_s}}));
     }
 
+    void nothingGetsABlankName()
+    {
+        const qint64 tagId = tags().addTag("tag"_s);
+        const qint64 groupId = m_open->groups().addGroup("group"_s);
+        m_open->addFiles(1);
+        const QSignalSpy told(m_open->get(), &Collection::showError);
+        const QString blank = " 	 "_s;
+        QCOMPARE(tags().addTag(blank), qint64(0));
+        QVERIFY(!tags().renameTag(tagId, blank));
+        QCOMPARE(m_open->groups().addGroup(blank), qint64(0));
+        QVERIFY(!m_open->groups().renameGroup(groupId, blank));
+        QVERIFY(!m_open->mainView().updateFileName(1, blank));
+        QVERIFY(!m_open->manager()->renameFile(1, blank, "/a"_s, "a"_s));
+        QCOMPARE(told.size(), 6);
+        if ((*m_open)->dbType() == Constants::serverDatabase) {
+            QVERIFY(!m_open->tree().addTree(blank));
+            QVERIFY(!m_open->tree().renameTree(m_open->tree().currentBrowsingTree(), blank));
+            QCOMPARE(told.size(), 8);
+        }
+        QCOMPARE(m_open->value("SELECT tag_name FROM tags"), "tag"_s);
+        QCOMPARE(m_open->value("SELECT name FROM tag_groups"), "group"_s);
+        QCOMPARE(m_open->value("SELECT file_name FROM files"), "file 1"_s);
+    }
+
     void tagInUse()
     {
         m_open->addFiles(1);

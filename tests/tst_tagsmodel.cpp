@@ -145,7 +145,7 @@ private slots:
         QVERIFY(!table()->setData(cell(2), green, 258));
         QCOMPARE(changes.count(), 1);
         QCOMPARE(changes.at(0).at(0).toModelIndex(), cell(0));
-        QCOMPARE(changes.at(0).at(1).toModelIndex(), cell(2));
+        QCOMPARE(changes.at(0).at(1).toModelIndex(), cell(2, 3));
         QCOMPARE(cell(2).data(258), green);
         QVERIFY(!isMarked(0) && isMarked(1));
         m_open->tags().showTagsSelected({1, 3});

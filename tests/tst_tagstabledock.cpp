@@ -77,6 +77,14 @@ public:
             names.append(model->index(row, 0).data().toString());
         return names.join(QLatin1Char(','));
     }
+    /** The names of all tags that the program knows. */
+    QString everywhere()
+    {
+        QStringList names;
+        for (const TableRowData *row : open.manager()->tags())
+            names.append(row->value("tag_name"_s).toString());
+        return names.join(QLatin1Char(','));
+    }
     QPoint placeOf(int row) const { return table->visualRect(table->model()->index(row, 0)).center(); }
     void select(const QString &tags)
     {
@@ -120,7 +128,9 @@ private slots:
         addRow("succession", true, 0, "amber,black"_s, "amber,black,blue,green,red"_s, 3);
         addRow("blanks end it", true, 0, "amber,  ,black"_s, "amber,blue,green,red"_s, 2);
         addRow("a taken name does not", true, 0, "red,amber"_s, "amber,blue,green,red"_s, 3);
+        addRow("a taken name can be mended", false, 0, "red,amber,black"_s, "amber,blue,green,red"_s, 2);
         addRow("in a group", false, 1, "amber"_s, "amber"_s, 1);
+        addRow("in a group that refuses one", false, 1, "refused,amber"_s, "amber"_s, 2);
         addRow("on a tab that takes none", false, -1, "amber"_s, QString(), 1);
     }
 
@@ -131,6 +141,9 @@ private slots:
         QFETCH(QString, answers);
         Window w;
         w.addGroup("warm");
+        LocalCollection::run(
+            "CREATE TRIGGER refuse BEFORE INSERT ON tag_group_links WHEN (SELECT tag_name FROM "
+            "tags WHERE tag_id=new.tag_id)='refused' BEGIN SELECT RAISE(ABORT, 'refused'); END"_s);
         w.showTab(tab);
         w.ui.editMode->setChecked(editMode);
         w.ui.tagFilterEdit->setText("x"_s);
@@ -141,6 +154,28 @@ private slots:
         QCOMPARE(person.seen().first(), "New Tag|Tag name:"_s);
         QTEST(w.shown(), "tags");
         QCOMPARE(w.links(), tab > 0 ? "warm:amber"_s : QString());
+        for (const QString &place : {w.open.value("SELECT group_concat(tag_name) FROM tags"), w.everywhere()})
+            QVERIFY(!place.contains(QLatin1String("refused")));
+    }
+
+    void readOnlyTagsHaveNoEditor()
+    {
+        Window w;
+        w.ui.editMode->setChecked(true);
+        const auto opensEditor = [&w] {
+            w.table->setCurrentIndex(w.table->model()->index(0, 0));
+            QTest::keyClick(w.table, Qt::Key_F2);
+            return w.table->isEditing();
+        };
+        QVERIFY(opensEditor());
+        w.attach(false);
+        w.open.reopenReadOnly();
+        w.attach();
+        QVERIFY(!opensEditor());
+        QCOMPARE(w.table->editTriggers(), QAbstractItemView::NoEditTriggers);
+        w.open.takeBoxes();
+        emit w.table->doubleClicked(w.table->model()->index(0, 0));
+        QCOMPARE(w.open.takeBoxes(), QStringList("Read-only Database: This database is read-only."_s));
     }
 
     void showFiles_data()
@@ -282,6 +317,32 @@ private slots:
         QCOMPARE(w.links(), "cold:green,cold:red,warm:blue,warm:red"_s);
         choose(0, Qt::Unchecked);
         QCOMPARE(w.links(), "cold:green,cold:red,warm:blue"_s);
+    }
+
+    /** Several groups change together, and what failed can be tried again. */
+    void groupFormKeepsWhatFailed()
+    {
+        Window w;
+        w.addGroup("warm");
+        w.addGroup("cold");
+        LocalCollection::run("CREATE TRIGGER refuse BEFORE INSERT ON tag_group_links WHEN new.tag_group_id=2 "
+                             "BEGIN SELECT RAISE(ABORT, 'refused'); END"_s);
+        TagGroupForm form(&w.open.groups(), {1});
+        QAbstractItemModel *model = form.findChild<QTableView *>()->model();
+        for (int row : {0, 1})
+            model->setData(model->index(row, 0), Qt::Checked, Qt::CheckStateRole);
+        form.show();
+        const auto press = [&form] {
+            form.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+            return form.isVisible();
+        };
+        QVERIFY(press());
+        QCOMPARE(w.links(), QString());
+        for (int row : {0, 1})
+            QCOMPARE(model->index(row, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+        LocalCollection::run("DROP TRIGGER refuse"_s);
+        QVERIFY(!press());
+        QCOMPARE(w.links(), "cold:red,warm:red"_s);
     }
 
     void tabsOfGroups()

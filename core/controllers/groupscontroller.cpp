@@ -31,7 +31,7 @@ void GroupsController::refresh()
 
 qint64 GroupsController::addGroup(const QString &name, bool visible)
 {
-    if (!manager() || !mayWrite())
+    if (!manager() || !mayWrite() || !manager()->isNameGiven(name))
         return 0;
     if (isNameTaken(name, 0)) {
         emit groupDuplicated();
@@ -45,14 +45,15 @@ qint64 GroupsController::addGroup(const QString &name, bool visible)
 
 bool GroupsController::renameGroup(qint64 groupId, const QString &name)
 {
-    if (!manager() || !mayWrite())
+    if (!manager() || !mayWrite() || !manager()->isNameGiven(name))
         return false;
     if (isNameTaken(name, groupId)) {
         emit groupDuplicated();
         return false;
     }
     manager()->renameGroup(groupId, name.simplified());
-    return true;
+    const GroupItem *group = groups()->value(groupId);
+    return group && group->name() == name.simplified();
 }
 
 bool GroupsController::isNameTaken(const QString &name, qint64 exceptFor) const
@@ -99,12 +100,11 @@ void GroupsController::removeGroups(const QVector<qint64> &groupIds)
     }
 }
 
-void GroupsController::assignTags(const QVector<qint64> &tagIds, const QVector<qint64> &groupIds)
+bool GroupsController::assignTags(const QVector<qint64> &tagIds, const QVector<qint64> &groupIds)
 {
-    if (!manager() || !mayWrite())
-        return;
+    QMap<qint64, QVector<qint64>> tagsOfGroups;
     for (const qint64 groupId : groupIds) {
-        const GroupItem *group = groups()->value(groupId);
+        const GroupItem *group = groups() ? groups()->value(groupId) : nullptr;
         if (!group)
             continue;
         QVector<qint64> tags = group->tags();
@@ -114,14 +114,19 @@ void GroupsController::assignTags(const QVector<qint64> &tagIds, const QVector<q
                 tags.append(tagId);
             members.insert(tagId);
         }
-        manager()->setGroupTags(groupId, tags);
+        tagsOfGroups.insert(groupId, tags);
     }
+    return setGroupTags(tagsOfGroups);
 }
 
-void GroupsController::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
+bool GroupsController::setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
 {
-    if (manager() && mayWrite())
-        manager()->setGroupTags(groupId, tagIds);
+    return setGroupTags({{groupId, tagIds}});
+}
+
+bool GroupsController::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups)
+{
+    return tagsOfGroups.isEmpty() || (manager() && mayWrite() && manager()->setGroupTags(tagsOfGroups));
 }
 
 void GroupsController::restoreTabs()

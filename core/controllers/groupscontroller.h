@@ -4,6 +4,7 @@
 #include "core/recordtypes.h"
 
 #include <QList>
+#include <QMap>
 #include <QVector>
 
 class TagGroupModel;
@@ -25,16 +26,18 @@ public:
     /** Brings the list of groups up to date, after they were edited in it. */
     virtual void refresh();
 
-    /** Gives the id of the new group, 0 when the name is taken or on failure. */
+    /** Gives the id of the new group, 0 when the name is taken or blank, or on failure. */
     qint64 addGroup(const QString &name, bool visible = true);
-    /** False when another group has the name. */
+    /** False when another group has the name, when it is blank, or on failure. */
     bool renameGroup(qint64 groupId, const QString &name);
     void setGroupVisible(const QVector<qint64> &groupIds, bool visible);
     void removeGroups(const QVector<qint64> &groupIds);
-    /** Adds the tags to each of the groups. */
-    void assignTags(const QVector<qint64> &tagIds, const QVector<qint64> &groupIds);
+    /** Adds the tags to each of the groups, to all or none. False when that failed or was refused. */
+    bool assignTags(const QVector<qint64> &tagIds, const QVector<qint64> &groupIds);
     /** Makes this the whole list of the group's tags. */
-    void setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+    bool setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+    /** The same for several groups, by their ids, all or none. */
+    bool setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups);
 
     /** Shows those groups as tabs that are noted in the settings, and no others. */
     void restoreTabs();

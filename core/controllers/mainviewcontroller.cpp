@@ -300,7 +300,7 @@ void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVecto
 bool MainViewController::updateFileName(qint64 fileId, const QString &text)
 {
     const File *file = manager() ? manager()->file(fileId) : nullptr;
-    if (!file || text.trimmed().isEmpty() || text.trimmed() == file->name() || !mayWrite())
+    if (!file || text.trimmed() == file->name() || !mayWrite() || !manager()->isNameGiven(text))
         return false;
     const FileRenamer renamer(manager());
     return renamer.settle(renamer.tryRename(fileId, text), fileId, text);

@@ -73,24 +73,29 @@ void TagsController::showSelectionAgain()
 
 qint64 TagsController::addTag(const QString &name, const QVector<qint64> &fileIds)
 {
-    if (!manager() || !mayWrite())
-        return 0;
+    return mayName(name) ? manager()->addTag(name.simplified(), fileIds) : 0;
+}
+
+qint64 TagsController::addTagToGroup(const QString &name, qint64 groupId)
+{
+    return mayName(name) ? manager()->addTagToGroup(name.simplified(), groupId) : 0;
+}
+
+bool TagsController::mayName(const QString &name)
+{
+    if (!manager() || !mayWrite() || !manager()->isNameGiven(name))
+        return false;
     // Compared as it was typed: a name with a blank more passes, and is then stored without it.
-    if (manager()->hasTagNamed(name)) {
-        emit tagDuplicated();
-        return 0;
-    }
-    return manager()->addTag(name.simplified(), fileIds);
+    if (!manager()->hasTagNamed(name))
+        return true;
+    emit tagDuplicated();
+    return false;
 }
 
 bool TagsController::renameTag(qint64 tagId, const QString &name)
 {
-    if (!manager() || !mayWrite())
+    if (!mayName(name))
         return false;
-    if (manager()->hasTagNamed(name)) {
-        emit tagDuplicated();
-        return false;
-    }
     const QString stored = name.simplified();
     manager()->renameTag(tagId, stored);
     return manager()->tagName(tagId) == stored;

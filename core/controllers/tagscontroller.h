@@ -30,10 +30,12 @@ public:
                   RelationsController *relations);
     void load() override;
 
-    /** Gives the id of the new tag, which is linked to the files too; 0 when the name is taken, or on
-     * failure. */
+    /** Gives the id of the new tag, which is linked to the files too; 0 when the name is taken or blank, or
+     * on failure. */
     qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
-    /** False when the name is taken or the edit was refused. */
+    /** The same with a place in a group: both or neither. */
+    qint64 addTagToGroup(const QString &name, qint64 groupId);
+    /** False when the name is taken or blank, or the edit was refused. */
     bool renameTag(qint64 tagId, const QString &name);
     void changeDescription(qint64 tagId, const QString &text);
     /** Removes the tags with their nodes, relationships and links to files, all or nothing. */
@@ -77,6 +79,8 @@ public slots:
     void loadedDataFromDB(const TableData &tags);
 
 private:
+    /** Whether a tag can have this name; if not, the user hears why. */
+    bool mayName(const QString &name);
     void showSelectionAgain();
 
     BrowsTreeController *m_browsTree = nullptr;

@@ -66,11 +66,28 @@ bool GroupsProvider::removeGroups(const QVector<qint64> &ids)
 bool GroupsProvider::setGroupTags(qint64 groupId, const QVector<qint64> &removedTagIds,
                                   const QVector<qint64> &addedTagIds)
 {
-    if (removedTagIds.isEmpty() && addedTagIds.isEmpty())
+    return setGroupTags({{groupId, removedTagIds, addedTagIds}});
+}
+
+bool GroupsProvider::setGroupTags(const QVector<GroupTagChange> &changes)
+{
+    QVector<GroupTagChange> real;
+    QVector<qint64> groupIds;
+    for (const GroupTagChange &change : changes) {
+        if (change.removedTagIds.isEmpty() && change.addedTagIds.isEmpty())
+            continue;
+        real.append(change);
+        groupIds.append(change.groupId);
+    }
+    if (real.isEmpty())
         return true;
-    if (!runTagChange(groupId, removedTagIds, addedTagIds))
-        return false;
-    loadGroups({groupId});
+    {
+        Transaction transaction(*this);
+        const auto run = [this](const GroupTagChange &change) { return runTagChange(change); };
+        if (!transaction.isActive() || !std::all_of(real.cbegin(), real.cend(), run) || !transaction.commit())
+            return false;
+    }
+    loadGroups(groupIds);
     return true;
 }
 
@@ -101,13 +118,12 @@ bool GroupsProvider::runRemoval(const QVector<qint64> &ids)
            transaction.commit();
 }
 
-bool GroupsProvider::runTagChange(qint64 groupId, const QVector<qint64> &removedTagIds,
-                                  const QVector<qint64> &addedTagIds)
+bool GroupsProvider::runTagChange(const GroupTagChange &change)
 {
-    Transaction transaction(*this);
     // A tag that is added goes first too: one that is in the group already would fail the whole insert.
-    return transaction.isActive() && removeTagLinks(groupId, removedTagIds) &&
-           removeTagLinks(groupId, addedTagIds) && addTagLinks(groupId, addedTagIds) && transaction.commit();
+    return removeTagLinks(change.groupId, change.removedTagIds) &&
+           removeTagLinks(change.groupId, change.addedTagIds) &&
+           addTagLinks(change.groupId, change.addedTagIds);
 }
 
 bool GroupsProvider::removeTagLinks(qint64 groupId, const QVector<qint64> &tagIds)

@@ -2,6 +2,14 @@
 
 #include "db/basedbprovider.h"
 
+/** Which tags leave a group and which join it. */
+struct GroupTagChange
+{
+    qint64 groupId = 0;
+    QVector<qint64> removedTagIds;
+    QVector<qint64> addedTagIds;
+};
+
 /**
  * The statements of the tag groups. GUI thread, default connection; each operation is over, and its signal
  * out, when it returns. What takes more than one statement is one transaction.
@@ -28,6 +36,10 @@ public:
     /** Takes tags out of a group and puts others in; tags that are in it already are left as they are. */
     bool setGroupTags(qint64 groupId, const QVector<qint64> &removedTagIds,
                       const QVector<qint64> &addedTagIds);
+    /** The same for several groups, all or none. */
+    bool setGroupTags(const QVector<GroupTagChange> &changes);
+    /** Puts tags that it does not have into a group. For whoever has a transaction of his own. */
+    bool addTagLinks(qint64 groupId, const QVector<qint64> &tagIds);
 
 signals:
     void gotAllGroupsInfo(bool ok, const TableData &table);
@@ -42,8 +54,6 @@ protected:
 
 private:
     bool runRemoval(const QVector<qint64> &ids);
-    bool runTagChange(qint64 groupId, const QVector<qint64> &removedTagIds,
-                      const QVector<qint64> &addedTagIds);
+    bool runTagChange(const GroupTagChange &change);
     bool removeTagLinks(qint64 groupId, const QVector<qint64> &tagIds);
-    bool addTagLinks(qint64 groupId, const QVector<qint64> &tagIds);
 };

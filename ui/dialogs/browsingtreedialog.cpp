@@ -128,12 +128,13 @@ void BrowsingTreeDialog::setUpRows()
 
 void BrowsingTreeDialog::createTree()
 {
-    QString name;
-    if (!NameInput::ask(this, tr("Create new Browsing Tree"), tr("Name of new browsing tree:"), name))
-        return;
-    const QModelIndex made = m_model->addTree(name.trimmed());
-    if (made.isValid())
-        m_currentId = made.data(TreeListRole::TreeId).toLongLong();
+    NameInput::ask(this, tr("Create new Browsing Tree"), tr("Name of new browsing tree:"),
+                   [this](const QString &name) {
+                       const QModelIndex made = m_model->addTree(name.trimmed());
+                       if (made.isValid())
+                           m_currentId = made.data(TreeListRole::TreeId).toLongLong();
+                       return made.isValid();
+                   });
 }
 
 void BrowsingTreeDialog::deleteTree()

@@ -4,27 +4,63 @@
 #include <QInputDialog>
 
 namespace {
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("NameInput", text);
 }
+
+/** Closes only with a name that was taken: one that was refused can be mended, or tried again. */
+class NameDialog : public QInputDialog
+{
+public:
+    /** The sign is no part of a name. */
+    NameDialog(QWidget *parent, const NameInput::Taker &take, QChar forbidden = QChar())
+        : QInputDialog(parent), m_take(take), m_forbidden(forbidden)
+    {
+    }
+
+    bool askFor(const QString &title, const QString &label)
+    {
+        setWindowTitle(title);
+        setLabelText(label);
+        return exec() == QDialog::Accepted;
+    }
+
+    void accept() override
+    {
+        // The box that says why may run a loop, in which another Return arrives.
+        if (m_isTaking)
+            return;
+        m_isTaking = true;
+        const QString name = textValue().remove(m_forbidden);
+        const bool isBlank = name.simplified().isEmpty();
+        const bool isTaken = !isBlank && m_take(name);
+        m_isTaking = false;
+        if (isTaken)
+            QInputDialog::accept();
+        else if (isBlank)
+            reject();
+    }
+
+private:
+    NameInput::Taker m_take;
+    QChar m_forbidden;
+    bool m_isTaking = false;
+};
+
 } // namespace
 
 namespace NameInput {
 
-bool ask(QWidget *parent, const QString &title, const QString &label, QString &name)
+bool ask(QWidget *parent, const QString &title, const QString &label, const Taker &take)
 {
-    bool isGiven = false;
-    name = QInputDialog::getText(parent, title, label, QLineEdit::Normal, QString(), &isGiven);
-    return isGiven && !name.simplified().isEmpty();
+    return NameDialog(parent, take).askFor(title, label);
 }
 
-bool askForGroup(QWidget *parent, QString &name)
+bool askForGroup(QWidget *parent, const Taker &take)
 {
-    if (!ask(parent, tr("Group name"), tr("Name of new group:"), name))
-        return false;
-    name.remove(QLatin1Char('"'));
-    return !name.simplified().isEmpty();
+    return NameDialog(parent, take, QLatin1Char('"')).askFor(tr("Group name"), tr("Name of new group:"));
 }
 
 } // namespace NameInput

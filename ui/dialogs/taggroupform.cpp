@@ -103,12 +103,14 @@ void TagGroupForm::fillGroups()
 
 void TagGroupForm::accept()
 {
-    assign();
-    QDialog::accept();
+    // What a busy database refuses may go through at a second try, so the boxes stay as they are.
+    if (assign())
+        QDialog::accept();
 }
 
-void TagGroupForm::assign()
+bool TagGroupForm::assign()
 {
+    QMap<qint64, QVector<qint64>> tagsOfGroups;
     for (int row = 0; m_controller && row < m_model->rowCount(); ++row) {
         const QStandardItem *item = m_model->item(row);
         if (item->checkState() == item->data(earlierStateRole).toInt())
@@ -117,9 +119,9 @@ void TagGroupForm::assign()
         const qint64 groupId = item->data(GroupRoles::GroupId).toLongLong();
         const GroupItem *group = m_controller->groups()->value(groupId);
         if (group)
-            m_controller->setGroupTags(groupId,
-                                       changedTags(*group, m_tagIds, item->checkState() == Qt::Checked));
+            tagsOfGroups.insert(groupId, changedTags(*group, m_tagIds, item->checkState() == Qt::Checked));
     }
+    return !m_controller || m_controller->setGroupTags(tagsOfGroups);
 }
 
 void TagGroupForm::done(int result)

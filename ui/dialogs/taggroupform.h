@@ -11,8 +11,8 @@ class TableView;
 
 /**
  * Puts tags into groups and takes them out: a box a group, checked when all of the tags are in it, half
- * checked when some are. Only boxes that the user has changed have an effect. The controller is borrowed;
- * modal use.
+ * checked when some are. Only boxes that the user has changed have an effect, all of them or none: a change
+ * that fails leaves the dialog open with its boxes. The controller is borrowed; modal use.
  */
 class TagGroupForm : public QDialog
 {
@@ -28,7 +28,7 @@ public slots:
 private:
     void buildTable();
     void fillGroups();
-    void assign();
+    bool assign();
 
     QPointer<GroupsController> m_controller;
     QVector<qint64> m_tagIds;

@@ -85,11 +85,14 @@ QLayout *TagGroupingDialog::makeButtons()
 
 void TagGroupingDialog::addGroups()
 {
-    QString name;
+    const auto add = [this](const QString &name) {
+        const qint64 groupId = m_controller ? m_controller->addGroup(name, true) : 0;
+        select(groupId);
+        return groupId > 0 || !m_controller;
+    };
     do {
-        if (!NameInput::askForGroup(this, name) || !m_controller)
+        if (!NameInput::askForGroup(this, add))
             return;
-        select(m_controller->addGroup(name, true));
     } while (m_succession->isChecked());
 }
 

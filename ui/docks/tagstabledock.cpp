@@ -169,6 +169,7 @@ void TagsTableDock::setTagsController(TagsController *controller)
     m_tags = controller;
     if (m_tags)
         attachTags();
+    applyEditTriggers();
     updateEmptyText();
     updateActionsAvailability();
 }
@@ -293,8 +294,12 @@ void TagsTableDock::execViewContextMenu(const QPoint &pos)
 void TagsTableDock::slotTagOpened(const QModelIndex &index)
 {
     const qint64 tagId = index.data(TagRoles::TagId).toLongLong();
-    if (m_isEditMode || !m_tags || tagId <= 0)
+    if (!m_tags || tagId <= 0)
         return;
+    if (m_isEditMode) {
+        mayEdit();
+        return;
+    }
     m_tags->showTagsEitherOr({tagId});
     emit anyOfTagsActivated({tagId});
 }
@@ -341,19 +346,23 @@ void TagsTableDock::slotAddNewTag()
         return;
     if (m_filterEdit)
         m_filterEdit->clear();
-    QString name;
+    const auto add = [this](const QString &name) { return addTag(name); };
     do {
-        if (!NameInput::ask(this, tr("New Tag"), tr("Tag name:"), name))
+        if (!NameInput::ask(this, tr("New Tag"), tr("Tag name:"), add))
             return;
-        // The database may have been closed behind the dialog.
-        if (!m_tags)
-            return;
-        const qint64 tagId = m_tags->addTag(name);
-        const qint64 groupId = m_bar->currentGroup();
-        if (tagId > 0 && groupId > 0 && m_groups)
-            m_groups->assignTags({tagId}, {groupId});
-        m_selection->show(tagId);
     } while (m_isEditMode);
+}
+
+bool TagsTableDock::addTag(const QString &name)
+{
+    // The database may have been closed behind the dialog.
+    if (!m_tags)
+        return true;
+    const qint64 groupId = m_bar->currentGroup();
+    const qint64 tagId = groupId > 0 ? m_tags->addTagToGroup(name, groupId) : m_tags->addTag(name);
+    if (tagId > 0)
+        m_selection->show(tagId);
+    return tagId > 0;
 }
 
 void TagsTableDock::slotDeleteTag()
@@ -428,7 +437,14 @@ void TagsTableDock::clearActivation()
 void TagsTableDock::slotEditModeChanged(bool on)
 {
     m_isEditMode = on;
-    m_table->setEditTriggers(on ? QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
-                                : QAbstractItemView::NoEditTriggers);
+    applyEditTriggers();
     emit editModeChanged(on);
+}
+
+void TagsTableDock::applyEditTriggers()
+{
+    // In a read-only database an editor would only open to have its text refused.
+    const bool isEditable = m_isEditMode && m_tags && !m_tags->isReadOnly();
+    m_table->setEditTriggers(isEditable ? QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
+                                        : QAbstractItemView::NoEditTriggers);
 }

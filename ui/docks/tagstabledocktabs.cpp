@@ -165,11 +165,10 @@ void TagsTableDock::slotAddGroup()
 {
     if (!mayEditGroups())
         return;
-    QString name;
+    const auto add = [this](const QString &name) { return !m_groups || m_groups->addGroup(name, true) > 0; };
     do {
-        if (!NameInput::askForGroup(this, name) || !m_groups)
+        if (!NameInput::askForGroup(this, add))
             return;
-        m_groups->addGroup(name, true);
     } while (m_isEditMode);
 }
 
