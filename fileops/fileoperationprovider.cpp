@@ -3,6 +3,7 @@
 #include "app/constants.h"
 #include "fileops/fileoperationtypes.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/hyperlinkcheck.h"
 
 #include <QDir>
 #include <QFile>
@@ -148,17 +149,20 @@ void FileOperationProvider::addFiles(const QStringList &paths, const QVector<qin
     files.hyperlinkDetails = hyperlinkDetails;
     FileOperation hyperlinks = files;
     hyperlinks.type = FileOperationType::AddHyperlinksOperation;
+    HyperlinkCheck check;
     for (const QString &path : paths) {
         const QString local = localPath(path);
         if (!local.isEmpty())
             files.paths.append(local);
-        else if (!path.isEmpty())
+        else if (check.accepts(path))
             hyperlinks.paths.append(path);
     }
     if (!files.paths.isEmpty())
         enqueue(files);
     if (!hyperlinks.paths.isEmpty())
         enqueue(hyperlinks);
+    if (!check.report().isEmpty())
+        emit error(check.report(), tr("Add Hyperlink"));
 }
 
 void FileOperationProvider::deleteFiles(const QVector<qint64> &ids)

@@ -137,6 +137,8 @@ private slots:
         addRow("  ", false);
         addRow("file:///etc/passwd", false);
         addRow("/no/such/file", false);
+        addRow("http://my server/page", false);
+        addRow("http://example.org/a\u2028b", false);
     }
 
     void addDialogJudgesLink()
@@ -147,6 +149,25 @@ private slots:
         dialog.accept();
         QCOMPARE(m_boxes.isEmpty(), isAccepted);
         QCOMPARE(dialog.result() == QDialog::Accepted, isAccepted);
+    }
+
+    void addDialogKeepsWhatIsNotTaken()
+    {
+        QStringList taken;
+        AddHyperlinkDialog dialog;
+        dialog.setTaker([&taken](const QString &text, const QString &description) {
+            taken.append(text + QLatin1Char('|') + description);
+            return taken.size() > 1;
+        });
+        auto *edit = dialog.findChild<QLineEdit *>("hyperlinkEdit"_s);
+        edit->setText(" HTTP://Example.org/%7Ea b "_s);
+        dialog.findChild<QLineEdit *>("descriptionEdit"_s)->setText("d"_s);
+        dialog.show();
+        dialog.accept();
+        QVERIFY(dialog.isVisible() && m_boxes.isEmpty());
+        dialog.accept();
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(taken, QStringList({"HTTP://Example.org/%7Ea b|d"_s, "HTTP://Example.org/%7Ea b|d"_s}));
     }
 
 private:

@@ -462,9 +462,8 @@ void BrowsTreeController::addFilesToNode(qint64 nodeId, const QVector<qint64> &f
         m_mainView->linkTags(fileIds, tagIds);
 }
 
-void BrowsTreeController::addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls,
-                                        const QString &linkDescription)
+void BrowsTreeController::addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls)
 {
     if (m_mainView && mayWrite())
-        m_mainView->addUrls(urls, tagsOfNode(nodeId), true, qMax<qint64>(0, nodeId), linkDescription);
+        m_mainView->addUrls(urls, tagsOfNode(nodeId), true, qMax<qint64>(0, nodeId));
 }

@@ -94,8 +94,10 @@ public:
 
     /** Links files to the tags on the way down to a node; inverted ones are left out. */
     void addFilesToNode(qint64 nodeId, const QVector<qint64> &fileIds);
-    /** Adds files, folders and hyperlinks to the database, with those tags; the text describes hyperlinks. */
-    void addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls, const QString &linkDescription = QString());
+    /** Adds files, folders and hyperlinks to the database, with those tags. */
+    void addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls);
+    /** The tags on the way down to a node; inverted ones are left out. */
+    QVector<qint64> tagsOfNode(qint64 nodeId) const;
 
 signals:
     /** The type is 0 when no node is current any more. */
@@ -127,7 +129,6 @@ private:
     void keepPlacesForChildren(const QVector<qint64> &nodeIds);
     void givePlaceToTop(const TBnode *parent, qint64 nodeId);
     void storeOrder();
-    QVector<qint64> tagsOfNode(qint64 nodeId) const;
 
     MainViewController *m_mainView = nullptr;
     TagsController *m_tags = nullptr;

@@ -7,6 +7,7 @@
 #include "core/miscoperationthread.h"
 #include "db/databasemanger.h"
 #include "fileops/databasefunctions.h"
+#include "fileops/hyperlinkcheck.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -46,6 +47,8 @@ FileRenamer::Outcome FileRenamer::tryRename(qint64 fileId, const QString &text) 
     if (!file || name.isEmpty() || name == file->name())
         return Unchanged;
     // The name of a hyperlink is its address.
+    if (file->internal() == FileKind::hyperlink && HyperlinkCheck::faultOf(name) != HyperlinkCheck::NoFault)
+        return AddressForbidden;
     if (file->internal() != FileKind::hyperlink && !isNameOfFile(name))
         return NameForbidden;
     if (file->internal() != FileKind::external)
@@ -72,6 +75,8 @@ bool FileRenamer::settle(Outcome outcome, qint64 fileId, const QString &name) co
     switch (outcome) {
     case NameForbidden:
         return refuse(tr("The name of a file must not contain \"/\", nor be \".\" or \"..\"."));
+    case AddressForbidden:
+        return refuse(HyperlinkCheck::reason(name.trimmed()));
     case NameTaken:
         return askAndRename(fileId, name.trimmed());
     case DiskRefused:

@@ -14,7 +14,7 @@ class QString;
 class FileRenamer
 {
 public:
-    enum Outcome { Unchanged, Renamed, NameForbidden, NameTaken, DiskRefused };
+    enum Outcome { Unchanged, Renamed, NameForbidden, AddressForbidden, NameTaken, DiskRefused };
 
     /** Borrowed; without one nothing is renamed. */
     explicit FileRenamer(DatabaseManger *manager) : m_manager(manager) {}

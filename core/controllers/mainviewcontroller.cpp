@@ -198,19 +198,23 @@ QVector<qint64> MainViewController::missingFileIds() const
 }
 
 void MainViewController::addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds,
-                                 bool fromSelectedNode, qint64 nodeId, const QString &linkDescription)
+                                 bool fromSelectedNode, qint64 nodeId)
 {
+    // One that is not valid has no text, and is told of as such.
     QStringList paths;
-    for (const QUrl &url : urls) {
-        const QString path = url.isLocalFile() ? url.toLocalFile() : url.toString();
-        if (!path.isEmpty())
-            paths.append(path);
-    }
-    QHash<QString, QString> linkDetails;
-    if (!linkDescription.isEmpty())
-        linkDetails.insert(QStringLiteral("file_description"), linkDescription);
+    for (const QUrl &url : urls)
+        paths.append(url.isLocalFile() ? url.toLocalFile() : url.toString());
     if (manager() && !paths.isEmpty() && mayWrite())
-        manager()->addFiles(paths, tagIds, fromSelectedNode, nodeId, linkDetails);
+        manager()->addFiles(paths, tagIds, fromSelectedNode, nodeId);
+}
+
+bool MainViewController::addHyperlink(const QString &text, const QString &description,
+                                      const QVector<qint64> &tagIds)
+{
+    QHash<QString, QString> details;
+    if (!description.isEmpty())
+        details.insert(QStringLiteral("file_description"), description);
+    return manager() && mayWrite() && manager()->addFiles({text}, tagIds, false, 0, details);
 }
 
 void MainViewController::addFilesList(const QStringList &paths)

@@ -62,9 +62,11 @@ public:
     /** Those of the shown files whose external file was not there at the last look. */
     QVector<qint64> missingFileIds() const;
 
-    /** Adds local files and folders as such, all other URLs as hyperlinks, described by the last text. */
+    /** Adds local files and folders as such, all other URLs as hyperlinks. */
     void addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds = {}, bool fromSelectedNode = false,
-                 qint64 nodeId = 0, const QString &linkDescription = QString());
+                 qint64 nodeId = 0);
+    /** Adds a hyperlink, its text as it stands. False when that was refused; the user knows why. */
+    bool addHyperlink(const QString &text, const QString &description, const QVector<qint64> &tagIds = {});
     /** Adds files as they are: no look into folders, no look for duplicates, no tags. */
     void addFilesList(const QStringList &paths);
     /** Deletes files from the database; external ones stay on the disk. */

@@ -1,14 +1,13 @@
 #include "ui/dialogs/addhyperlinkdialog.h"
 
 #include "app/messages.h"
+#include "fileops/hyperlinkcheck.h"
 #include "ui/views/customiconwidget.h"
 #include "ui_addhyperlinkdialog.h"
 
-#include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QUrl>
 
 AddHyperlinkDialog::AddHyperlinkDialog(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::AddHyperlinkDialog>())
@@ -37,19 +36,13 @@ QString AddHyperlinkDialog::description() const
 
 void AddHyperlinkDialog::accept()
 {
-    const QUrl url(hyperlink());
-    QString refusal;
-    // A path counts as local even when no file is there, as it would never become a hyperlink. Nor would the
-    // name of a file in the working directory.
-    if (url.isLocalFile() || QDir::isAbsolutePath(hyperlink()) || QFile::exists(hyperlink()))
+    QString refusal = HyperlinkCheck::reason(hyperlink());
+    // The name of a file in the working directory would never become a hyperlink.
+    if (refusal.isEmpty() && QFile::exists(hyperlink()))
         refusal = tr("Hyperlinks is file on the local file system");
-    else if (url.isEmpty())
-        refusal = tr("Hyperlink must not be empty.");
-
-    if (refusal.isEmpty()) {
+    if (!refusal.isEmpty())
+        Messages::warning(this, tr("Error"), refusal);
+    else if (!m_take || m_take(hyperlink(), description()))
         QDialog::accept();
-        return;
-    }
-    Messages::warning(this, tr("Error"), refusal);
     m_ui->hyperlinkEdit->setFocus();
 }

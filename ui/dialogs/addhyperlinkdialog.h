@@ -2,13 +2,14 @@
 
 #include <QDialog>
 
+#include <functional>
 #include <memory>
 
 namespace Ui {
 class AddHyperlinkDialog;
 }
 
-/** Asks for one hyperlink and its description. Accepted only with a link that is no local file. */
+/** Asks for one hyperlink and its description. Stays open, with its texts, until it has one that is taken. */
 class AddHyperlinkDialog : public QDialog
 {
     Q_OBJECT
@@ -16,6 +17,10 @@ class AddHyperlinkDialog : public QDialog
 public:
     explicit AddHyperlinkDialog(QWidget *parent = nullptr);
     ~AddHyperlinkDialog() override;
+
+    /** Takes the hyperlink and its description where they belong; false leaves the dialog open. */
+    using Taker = std::function<bool(const QString &hyperlink, const QString &description)>;
+    void setTaker(const Taker &take) { m_take = take; }
 
     QString hyperlink() const;
     QString description() const;
@@ -25,4 +30,5 @@ public slots:
 
 private:
     std::unique_ptr<Ui::AddHyperlinkDialog> m_ui;
+    Taker m_take;
 };

@@ -121,7 +121,9 @@ private:
     bool handleSearchKey(const QKeyEvent &event);
     bool handleDrag(QDropEvent *event);
     bool handleDrop(QDropEvent *event);
-    void addUrls(const QList<QUrl> &urls, const QString &linkDescription = QString());
+    void addUrls(const QList<QUrl> &urls);
+    /** False while the database does not take it. */
+    bool addHyperlink(const QString &text, const QString &description);
 
     TitleWidget *m_title;
     QStackedWidget *m_stack;

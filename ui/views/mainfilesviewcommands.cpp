@@ -191,9 +191,18 @@ void MainFilesView::addHyperlinks()
     if (!mayEdit())
         return;
     AddHyperlinkDialog dialog(this);
-    if (dialog.exec() != QDialog::Accepted || !m_controller)
-        return;
-    addUrls({QUrl(dialog.hyperlink())}, dialog.description());
+    dialog.setTaker(
+        [this](const QString &text, const QString &description) { return addHyperlink(text, description); });
+    dialog.exec();
+}
+
+bool MainFilesView::addHyperlink(const QString &text, const QString &description)
+{
+    // The database may have gone behind the dialog, which has nowhere to go then.
+    if (!m_controller)
+        return true;
+    const BrowsTreeController *tree = m_controller->collection()->browsTreeController();
+    return m_controller->addHyperlink(text, description, tree->tagsOfNode(tree->currentTagNodeId()));
 }
 
 void MainFilesView::transferToInternal()
@@ -230,16 +239,16 @@ void MainFilesView::extractFilesInFolder(const QString &folder, const QVector<qi
         m_controller->extractFiles(folder, fileIds);
 }
 
-void MainFilesView::addUrls(const QList<QUrl> &urls, const QString &linkDescription)
+void MainFilesView::addUrls(const QList<QUrl> &urls)
 {
     if (!m_controller || urls.isEmpty())
         return;
     BrowsTreeController *tree = m_controller->collection()->browsTreeController();
     const qint64 nodeId = tree->currentTagNodeId();
     if (nodeId > 0)
-        tree->addUrlsToNode(nodeId, urls, linkDescription);
+        tree->addUrlsToNode(nodeId, urls);
     else
-        m_controller->addUrls(urls, {}, false, 0, linkDescription);
+        m_controller->addUrls(urls);
 }
 
 bool MainFilesView::eventFilter(QObject *watched, QEvent *event)
