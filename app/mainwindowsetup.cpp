@@ -6,6 +6,7 @@
 #include "app/databaseerrors.h"
 #include "app/mainwindow.h"
 #include "app/recentdatabases.h"
+#include "app/showntext.h"
 #include "app/windowsettings.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
@@ -65,7 +66,7 @@ MainWindow::MainWindow(QWidget *parent)
     connect(m_externalFilesDock, &ExternalFilesDock::filesDropped, m_mainView,
             &MainFilesView::extractFilesInFolder, Qt::QueuedConnection);
     connect(m_mainView, &MainFilesView::statusTextChanged, this,
-            [this](const QString &text) { statusBar()->showMessage(text, 0); });
+            [this](const QString &text) { statusBar()->showMessage(ShownText::cut(text), 0); });
     connect(m_recentDatabases, &RecentDatabases::chosen, this, &MainWindow::openRecentDatabase);
     connect(m_errors, &DatabaseErrors::openAnotherRequested, this,
             [this] { runWhenIdle([this] { slotOpenDb(); }); });

@@ -1,6 +1,8 @@
 #include "app/messages.h"
 
-#include <QGuiApplication>
+#include "app/showntext.h"
+
+#include <QApplication>
 #include <QPushButton>
 #include <QTextDocument>
 
@@ -21,6 +23,11 @@ void show(QWidget *parent, QMessageBox::Icon icon, const QString &title, const Q
     Messages::run(parent, box);
 }
 
+QString shownText(const QString &text)
+{
+    return ShownText::breakable(ShownText::cutLines(text));
+}
+
 } // namespace
 
 namespace Messages {
@@ -30,10 +37,13 @@ Answer run(QWidget *parent, const Box &box)
     if (responder())
         return responder()(box);
 
-    QMessageBox message(box.icon, box.title, box.text, box.buttons, parent);
-    // A name from a database must not turn into markup.
+    // Below a modal dialog nobody would see a box.
+    QWidget *modal = QApplication::activeModalWidget();
+    // A name from a database must neither widen the box beyond the screen nor turn into markup.
+    QMessageBox message(box.icon, ShownText::cut(box.title), shownText(box.text), box.buttons,
+                        modal ? modal : parent);
     message.setTextFormat(Qt::PlainText);
-    const QString &more = box.informativeText;
+    const QString more = shownText(box.informativeText);
     message.setInformativeText(Qt::mightBeRichText(more) ? Qt::convertFromPlainText(more) : more);
     message.setDetailedText(box.detailedText);
     message.setWindowFlags(message.windowFlags() | box.extraFlags);

@@ -2,6 +2,7 @@
 
 #include "app/collectionidentity.h"
 #include "app/constants.h"
+#include "app/showntext.h"
 #include "app/windowsettings.h"
 
 #include <QAction>
@@ -12,6 +13,7 @@
 namespace {
 
 constexpr int entryCount = 5;
+constexpr int longestEntry = 80; // signs
 
 bool isGone(const DBDetails &details)
 {
@@ -86,7 +88,8 @@ void RecentDatabases::setEntries(const QList<DBDetails> &entries)
         if (!used)
             continue;
         // A lone ampersand would become the mnemonic.
-        QString text = CollectionIdentity::displayText(entries.at(i));
+        // The end of a path tells more than its middle, which would widen the menu beyond the screen.
+        QString text = ShownText::cut(CollectionIdentity::displayText(entries.at(i)), longestEntry);
         text.replace(QLatin1Char('&'), QLatin1String("&&"));
         action->setText(QString::number(i + 1) + QLatin1Char(' ') + text);
     }

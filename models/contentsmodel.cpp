@@ -1,6 +1,7 @@
 #include "models/contentsmodel.h"
 
 #include "app/constants.h"
+#include "app/showntext.h"
 #include "core/file.h"
 #include "core/filekind.h"
 #include "db/longtext.h"
@@ -142,6 +143,8 @@ QVariant ContentsModel::editText(const File &file, int column) const
 
 QVariant ContentsModel::thumbnailColumnRole(const File &file, int role) const
 {
+    if (role == Qt::ToolTipRole)
+        return ShownText::toolTip(file.name());
     if (role != Qt::SizeHintRole)
         return file.name();
     // A fixed size spares views from asking for the picture of every row only to measure it.

@@ -1,7 +1,8 @@
 #include "models/externalfilemodel.h"
 
+#include "app/showntext.h"
+
 #include <QFileIconProvider>
-#include <QTextDocument>
 
 namespace {
 
@@ -39,6 +40,6 @@ QVariant ExternalFileModel::data(const QModelIndex &index, int role) const
         return isDir(index) ? m_folder : m_file;
     // Names are cut where the column is narrow.
     if (role == Qt::ToolTipRole)
-        return Qt::convertFromPlainText(QDir::toNativeSeparators(filePath(index)), Qt::WhiteSpaceNormal);
+        return ShownText::toolTip(QDir::toNativeSeparators(filePath(index)));
     return QFileSystemModel::data(index, role);
 }

@@ -1,6 +1,7 @@
 #include "models/tbtreemodel.h"
 
 #include "app/constants.h"
+#include "app/showntext.h"
 #include "app/specialnodes.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/treewalk.h"
@@ -12,7 +13,6 @@
 #include <QDebug>
 #include <QMimeData>
 #include <QPixmap>
-#include <QTextDocument>
 
 namespace {
 
@@ -360,8 +360,7 @@ void TBtreeModel::repaint(TBnode *node)
 QString TBtreeModel::toolTip(const TBnode &node)
 {
     const QString text = SpecialNodes::longTexts().value(node.nodeType(), displayText(node));
-    // The name of a tag may look like markup, which a tool tip would carry out.
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
+    return ShownText::toolTip(text);
 }
 
 QString TBtreeModel::displayText(const TBnode &node)

@@ -1,13 +1,12 @@
 #include "models/trmodel.h"
 
 #include "app/constants.h"
+#include "app/showntext.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/treewalk.h"
 #include "db/longtext.h"
 #include "models/idlistmime.h"
 #include "models/treeroles.h"
-
-#include <QTextDocument>
 
 namespace {
 const QLatin1Char separator('.');
@@ -29,12 +28,8 @@ QVariant TRmodel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return displayText(*node);
-    case Qt::ToolTipRole: {
-        // For entries that are cut off. The name of a tag may look like markup, which a tool tip would carry
-        // out.
-        const QString name = index.data().toString();
-        return Qt::mightBeRichText(name) ? Qt::convertFromPlainText(name, Qt::WhiteSpaceNormal) : name;
-    }
+    case Qt::ToolTipRole: // for entries that are cut off
+        return ShownText::toolTip(index.data().toString());
     case RelationRole::TagId:
         return node->id();
     case RelationRole::StoredName:

@@ -3,6 +3,7 @@
 #include "ui/docks/metainfodock.h"
 
 #include <QLabel>
+#include <QTextEdit>
 
 namespace {
 
@@ -38,6 +39,13 @@ private slots:
         QCOMPARE(textOf(dock, "descriptionLabel"), "of %2 things"_s);
         fixture.mainView().updateFileDescription(id, QString(1000000, QLatin1Char('x')));
         QVERIFY(textOf(dock, "descriptionLabel").size() < 10000);
+        LocalCollection::run("UPDATE files SET file_name=replace(hex(zeroblob(50000)),'0','x')"_s);
+        fixture.manager()->reloadFiles({id});
+        const PropertiesDialog properties(*fixture.file(id));
+        for (const QString &shown :
+             {textOf(dock, "nameLabel"), dock.findChild<QLabel *>("nameLabel"_s)->toolTip(),
+              properties.findChild<QTextEdit *>()->toPlainText()})
+            QVERIFY(shown.contains(QLatin1String("xxx")) && shown.size() < 12000);
         dock.selectFile(99999);
         QCOMPARE(textOf(dock, "nameLabel"), "No file selected"_s);
         dock.selectFile(id);

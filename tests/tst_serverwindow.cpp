@@ -155,10 +155,10 @@ private slots:
             QCOMPARE(awaitBoxes(),
                      QStringList{treeError + "There is already a browsing tree with this name."_s});
             rename(table, 1, "  "_s);
-            rename(table, 1, " Ben's \"%1\" "_s);
-            QCOMPARE(rows(table), "Default*|Ben's \"%1\""_s);
+            rename(table, 1, " Ben's & \"%1\" "_s);
+            QCOMPARE(rows(table), "Default*|Ben's & \"%1\""_s);
             buttonAt(table, 1)->click();
-            QCOMPARE(rows(table), "Default|Ben's \"%1\"*"_s);
+            QCOMPARE(rows(table), "Default|Ben's & \"%1\"*"_s);
             QVERIFY(buttonAt(table, 1)->isChecked() && !buttonAt(table, 0)->isChecked());
             table.selectRow(0);
             button(dialog, "deleteTreeButton")->click();
@@ -166,17 +166,17 @@ private slots:
                      QStringList{deletion + "Default browsing tree can not be deleted."_s});
         });
         auto *dock = window().findChild<QDockWidget *>("BrowsingTreeDock"_s);
-        QCOMPARE(dock->windowTitle(), "Browsing Tree: Ben's \"%1\""_s);
+        QCOMPARE(dock->windowTitle(), "Browsing Tree: Ben's && \"%1\""_s);
         QCOMPARE(window().collection()->settings()->browsingTree(), qint64(2));
         inTreeDialog("Browsing Tree List"_s, [this](QDialog &dialog, TableView &table) {
             // The first try brings what another client has changed.
             QVERIFY(m_server->owner().run("INSERT INTO browsing_trees VALUES (9,'other')"_s));
-            for (const char *others : {"Default*|Ben's \"%1\"|other", "Default*|other"}) {
+            for (const char *others : {"Default*|Ben's & \"%1\"|other", "Default*|other"}) {
                 QTRY_COMPARE(table.currentIndex().row(), 1);
                 button(dialog, "deleteTreeButton")->click();
                 QCOMPARE(
                     m_fixture->takeBoxes(),
-                    QStringList{deletion + "The following Browsing Tree will be deleted: Ben's \"%1\"."_s});
+                    QStringList{deletion + "The following Browsing Tree will be deleted: Ben's & \"%1\"."_s});
                 QTRY_COMPARE(rows(table), QLatin1String(others));
             }
         });

@@ -2,6 +2,7 @@
 #include "app/collectionidentity.h"
 #include "app/dbspecifierlackingpassword.h"
 #include "app/previewsettings.h"
+#include "app/showntext.h"
 #include "app/viewsettings.h"
 #include "app/windowsettings.h"
 #include "tests/support/settingssandbox.h"
@@ -215,6 +216,21 @@ private slots:
         QVERIFY(WindowSettings::layout("ListView/headers"_s).isEmpty());
         QSettings().remove(key + "Checksum"_s);
         QVERIFY(WindowSettings::layout(key).isEmpty());
+    }
+
+    void longTextsAreShownInPart()
+    {
+        const QString hundred = "0123456789"_s.repeated(10);
+        QCOMPARE(ShownText::cut(hundred, 100), hundred);
+        QCOMPARE(ShownText::cut(hundred, 11), "01234\u202656789"_s);
+        // No half of a sign that takes two places stays alone.
+        QCOMPARE(ShownText::cut("\U0001F600"_s.repeated(10), 11),
+                 "\U0001F600"_s.repeated(2) + "\u2026"_s + "\U0001F600"_s.repeated(2));
+        QCOMPARE(ShownText::cutLines(hundred + "\nshort\n"_s, 11), "01234\u202656789\nshort\n"_s);
+        QCOMPARE(ShownText::breakable("a b "_s + hundred).count(QChar(0x200b)), 1);
+        QCOMPARE(ShownText::toolTip("R&D"_s), "R&D"_s);
+        QCOMPARE(ShownText::toolTip("<img src=\"x\">"_s), "<qt>&lt;img src=&quot;x&quot;&gt;</qt>"_s);
+        QVERIFY(ShownText::toolTip(QString(1000000, QLatin1Char('<'))).size() < 10000);
     }
 
 private:

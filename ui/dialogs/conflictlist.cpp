@@ -1,5 +1,6 @@
 #include "ui/dialogs/conflictlist.h"
 
+#include "app/showntext.h"
 #include "core/miscoperationthread.h"
 
 #include <QButtonGroup>
@@ -7,7 +8,6 @@
 #include <QLabel>
 #include <QRadioButton>
 #include <QScrollBar>
-#include <QTextDocument>
 
 namespace {
 
@@ -19,12 +19,7 @@ constexpr int padding = 8;
 // A name is cut in the middle, as its ending tells what it is, and shown whole by the pointer.
 QString shortened(const QWidget &widget, const QString &name)
 {
-    return widget.fontMetrics().elidedText(name, Qt::ElideMiddle, nameWidth);
-}
-
-QString wholeName(const QString &name)
-{
-    return Qt::convertFromPlainText(name, Qt::WhiteSpaceNormal);
+    return widget.fontMetrics().elidedText(ShownText::cut(name), Qt::ElideMiddle, nameWidth);
 }
 
 QWidget *rowOf(const QButtonGroup *group)
@@ -105,12 +100,12 @@ void ConflictList::makeRow(int row)
     auto *name = new QLabel(shortened(*this, conflict.name), line);
     name->setTextFormat(Qt::PlainText);
     name->setFixedWidth(nameWidth);
-    name->setToolTip(wholeName(conflict.name));
+    name->setToolTip(ShownText::toolTip(conflict.name));
     auto *replace = new QRadioButton(tr("Replace"), line);
     QString newName = shortened(*this, conflict.newName);
     newName.replace(QLatin1Char('&'), QLatin1String("&&")); // alone it would underline a letter
     auto *useNewName = new QRadioButton(tr("Use New Name: %1").arg(newName), line);
-    useNewName->setToolTip(wholeName(conflict.newName));
+    useNewName->setToolTip(ShownText::toolTip(conflict.newName));
     for (QRadioButton *button : {replace, useNewName})
         button->setAccessibleDescription(conflict.name);
 

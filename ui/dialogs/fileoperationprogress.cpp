@@ -1,5 +1,6 @@
 #include "ui/dialogs/fileoperationprogress.h"
 
+#include "app/showntext.h"
 #include "ui_fileoperationprogress.h"
 
 #include <QCloseEvent>
@@ -39,7 +40,7 @@ void FileOperationProgress::doingSomething(const QString &text)
     const QFontMetrics metrics(m_ui->detailLabel->font());
     QStringList lines{text.section(QLatin1Char('\n'), 0, 0), text.section(QLatin1Char('\n'), 1).simplified()};
     for (QString &line : lines)
-        line = metrics.elidedText(line, Qt::ElideMiddle, m_ui->progressBar->width());
+        line = metrics.elidedText(ShownText::cut(line), Qt::ElideMiddle, m_ui->progressBar->width());
     m_ui->detailLabel->setText(lines.join(QLatin1Char('\n')).trimmed());
 }
 

@@ -1,5 +1,6 @@
 #include "ui/dialogs/propertiesdialog.h"
 
+#include "app/showntext.h"
 #include "core/file.h"
 #include "core/filekind.h"
 
@@ -7,6 +8,10 @@
 #include <QLocale>
 #include <QTextEdit>
 #include <QVBoxLayout>
+
+namespace {
+constexpr int longestFact = 5000; // signs
+}
 
 PropertiesDialog::PropertiesDialog(const File &file, QWidget *parent) : QDialog(parent)
 {
@@ -18,7 +23,7 @@ PropertiesDialog::PropertiesDialog(const File &file, QWidget *parent) : QDialog(
     edit->setAccessibleName(tr("File Properties"));
     edit->setReadOnly(true);
     edit->setStyleSheet(QStringLiteral("QTextEdit {background-color: transparent; border: none; }"));
-    edit->setPlainText(text(file));
+    edit->setPlainText(ShownText::cutLines(text(file), longestFact));
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &PropertiesDialog::accept);

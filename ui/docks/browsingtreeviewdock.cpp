@@ -1,5 +1,6 @@
 #include "ui/docks/browsingtreeviewdock.h"
 
+#include "app/showntext.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/nodetype.h"
@@ -19,6 +20,8 @@ enum NodeAction {
     RelationsAction = 3,
     InvertAction = 4
 };
+
+constexpr int longestName = 100; // signs
 
 } // namespace
 
@@ -88,7 +91,9 @@ void BrowsingTreeViewDock::slotExpandAllFiles()
 
 void BrowsingTreeViewDock::updateTitle()
 {
-    const QString name = m_controller ? m_controller->currentTreeName() : QString();
+    QString name = ShownText::cut(m_controller ? m_controller->currentTreeName() : QString(), longestName);
+    // On the tab of the dock a lone ampersand would underline a letter.
+    name.replace(QLatin1Char('&'), QLatin1String("&&"));
     setWindowTitle(name.isEmpty() ? tr("Browsing Tree") : tr("Browsing Tree: %1").arg(name));
 }
 

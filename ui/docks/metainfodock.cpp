@@ -1,5 +1,6 @@
 #include "ui/docks/metainfodock.h"
 
+#include "app/showntext.h"
 #include "core/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
@@ -12,7 +13,6 @@
 #include <QLabel>
 #include <QLocale>
 #include <QScrollArea>
-#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace {
@@ -147,8 +147,8 @@ void MetaInfoDock::showFile(const File &file)
     bold.setBold(true);
     m_name->setFont(bold);
     m_name->setForegroundRole(QPalette::WindowText);
-    m_name->setText(file.name());
-    m_name->setToolTip(Qt::convertFromPlainText(file.name()));
+    m_name->setText(ShownText::cut(file.name()));
+    m_name->setToolTip(ShownText::toolTip(file.name()));
     const bool isHyperlink = file.internal() == FileKind::hyperlink;
     const QString tagNames = m_controller->tagNames(file.tags());
     setFact(m_tags, tagNames.isEmpty() ? tr("none") : tagNames);

@@ -1,5 +1,6 @@
 #include "ui/views/delegate.h"
 
+#include "app/showntext.h"
 #include "ui/views/speciallineedit.h"
 
 #include <QApplication>
@@ -69,6 +70,11 @@ QSize Delegate::thumbnailItemSize(const QStyleOptionViewItem &option)
     // The text begins with an empty line, which keeps it off the picture.
     const int textHeight = 2 * option.fontMetrics.lineSpacing();
     return {thumbnailTextWidth + 2 * margin, option.decorationSize.height() + textHeight + 3 * margin};
+}
+
+QString Delegate::displayText(const QVariant &value, const QLocale &locale) const
+{
+    return ShownText::cut(QStyledItemDelegate::displayText(value, locale));
 }
 
 QSize Delegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const

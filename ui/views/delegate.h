@@ -20,6 +20,8 @@ public:
                           const QModelIndex &index) const override;
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
+    /** Of a text of any length only what a view can show, as the rest would be measured at each painting. */
+    QString displayText(const QVariant &value, const QLocale &locale) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     /** The size of an item of the thumbnail list. */

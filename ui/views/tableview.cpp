@@ -1,6 +1,7 @@
 #include "ui/views/tableview.h"
 
 #include "app/constants.h"
+#include "app/showntext.h"
 #include "ui/views/dragpicture.h"
 #include "ui/views/dropwatch.h"
 #include "ui/views/emptyhint.h"
@@ -209,8 +210,7 @@ bool TableView::showWholeText(const QHelpEvent &event)
     const QRect cell = visualRect(index);
     if (itemDelegate(index)->sizeHint(viewOptions(), index).width() <= cell.width())
         return false;
-    const QString marked = QLatin1String("<qt>") + text.toHtmlEscaped() + QLatin1String("</qt>");
-    QToolTip::showText(event.globalPos(), marked, viewport(), cell);
+    QToolTip::showText(event.globalPos(), ShownText::toolTip(text), viewport(), cell);
     return true;
 }
 
