@@ -6,6 +6,10 @@
 #include "fileops/fileoperationworker.h"
 #include "fileops/firstnames.h"
 
+#include <QSet>
+
+#include <algorithm>
+
 bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
 {
     DuplicateManager manager;
@@ -32,6 +36,7 @@ bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
 QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
 {
     QVector<qint64> linked;
+    QSet<qint64> usedTags;
     TagLinker linker(m_worker);
     for (const DuplicateMatch &match : qAsConst(m_duplicates.contentMatches)) {
         QStringList names;
@@ -45,7 +50,11 @@ QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
             if (savepoint.isActive() && linker.linkFile(file.fileId, tagIds) && savepoint.release())
                 linked.append(file.fileId);
         }
+        for (const qint64 tagId : tagIds)
+            usedTags.insert(tagId);
     }
+    m_duplicates.matchedTagIds = usedTags.values().toVector();
+    std::sort(m_duplicates.matchedTagIds.begin(), m_duplicates.matchedTagIds.end());
     return linked;
 }
 

@@ -246,6 +246,7 @@ void DuplicateManager::settleContents(const FolderTags &folderTags,
         }
         DuplicateMatch match;
         match.databaseFiles = databaseInfos(content.databaseFiles);
+        match.addedFiles.reserve(content.members.size());
         for (const int index : content.members) {
             m_candidates[index].isAdded = false;
             match.addedFiles.append(info(index, folderTags));
@@ -305,6 +306,7 @@ bool DuplicateManager::takeOutNameMatches(const FolderTags &folderTags)
             continue;
         DuplicateMatch match;
         match.databaseFiles = databaseInfos(ids);
+        match.addedFiles.reserve(members.size());
         for (const int index : members) {
             m_candidates[index].isAdded = false;
             match.addedFiles.append(info(index, folderTags));
@@ -339,10 +341,11 @@ DuplicateFileInfo DuplicateManager::info(int index, const FolderTags &folderTags
     return info;
 }
 
-QList<DuplicateFileInfo> DuplicateManager::databaseInfos(QVector<qint64> ids) const
+QVector<DuplicateFileInfo> DuplicateManager::databaseInfos(QVector<qint64> ids) const
 {
     std::sort(ids.begin(), ids.end());
-    QList<DuplicateFileInfo> infos;
+    QVector<DuplicateFileInfo> infos;
+    infos.reserve(ids.size());
     for (const qint64 id : qAsConst(ids))
         infos.append(m_databaseFiles.value(id).info());
     return infos;

@@ -75,7 +75,7 @@ private:
     bool idsByName(const QStringList &names, QHash<QString, QVector<qint64>> &ids);
 
     DuplicateFileInfo info(int index, const FolderTags &folderTags) const;
-    QList<DuplicateFileInfo> databaseInfos(QVector<qint64> ids) const;
+    QVector<DuplicateFileInfo> databaseInfos(QVector<qint64> ids) const;
     bool hasEnded() const;
     void reportExamining(int number, int percent, bool isLast = false);
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QDateTime>
-#include <QList>
 #include <QMetaType>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 /** One file or hyperlink of a duplicate report. */
 struct DuplicateFileInfo
@@ -15,26 +15,33 @@ struct DuplicateFileInfo
     qint64 size = 0;
     QDateTime lastModified;
 };
+Q_DECLARE_TYPEINFO(DuplicateFileInfo, Q_MOVABLE_TYPE);
 
 /** Files of a batch that meet files of the database, or each other, in content or in name. */
 struct DuplicateMatch
 {
-    QList<DuplicateFileInfo> databaseFiles; ///< may be empty
-    QList<DuplicateFileInfo> addedFiles;    ///< the paths of the batch
+    QVector<DuplicateFileInfo> databaseFiles; ///< may be empty
+    QVector<DuplicateFileInfo> addedFiles;    ///< the paths of the batch
 };
+Q_DECLARE_TYPEINFO(DuplicateMatch, Q_MOVABLE_TYPE);
 
 /** Files of a batch with equal content, none of them in the database before. */
 struct ExternalDuplicateGroup
 {
     DuplicateFileInfo keptFile; ///< the one that was added
-    QList<DuplicateFileInfo> ignoredFiles;
+    QVector<DuplicateFileInfo> ignoredFiles;
 };
+Q_DECLARE_TYPEINFO(ExternalDuplicateGroup, Q_MOVABLE_TYPE);
 
-/** What duplicate management found in one batch. A plain value that crosses threads. */
+/**
+ * What duplicate management found in one batch. A plain value that crosses threads; there may be a million
+ * matches, so its lists are packed and shared, never copied.
+ */
 struct PresentableDuplicates
 {
-    QList<DuplicateMatch> contentMatches;
-    QList<DuplicateMatch> nameMatches;
-    QList<ExternalDuplicateGroup> externalDuplicateGroups;
+    QVector<DuplicateMatch> contentMatches;
+    QVector<DuplicateMatch> nameMatches;
+    QVector<ExternalDuplicateGroup> externalDuplicateGroups;
+    QVector<qint64> matchedTagIds; ///< the tags that files of the database got because of content matches
 };
 Q_DECLARE_METATYPE(PresentableDuplicates)

@@ -325,6 +325,7 @@ private slots:
         QCOMPARE(AddingFixture::idsOf(m_fixture->files).size(), 1);
         QCOMPARE(m_fixture->taggedNames(), QStringList({quoted + ": seven"_s, longLink + ": eight,seven"_s}));
         QCOMPARE(m_fixture->duplicates().contentMatches.size(), 1);
+        QCOMPARE(m_fixture->duplicates().matchedTagIds, QVector<qint64>{8});
     }
 
     void hyperlinksThatAreRefused()

@@ -1,14 +1,44 @@
 #include "tests/support/localcollection.h"
 #include "ui/dialogs/duplicateprompt.h"
 
-#include <QPlainTextEdit>
-#include <QTreeWidget>
+#include <QAbstractItemModelTester>
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QTableView>
 
 namespace {
 
 DuplicateFileInfo info(const char *path, qint64 fileId = 0)
 {
     return {fileId, {}, QString::fromUtf8(path), 42, QDateTime::fromSecsSinceEpoch(1600000000)};
+}
+
+/** The lines of a list, as the clipboard gets them. */
+QString copied(QDialog &prompt)
+{
+    prompt.show();
+    auto *list = prompt.findChild<QTableView *>("contentMatchesList"_s);
+    list->selectAll();
+    QTest::keySequence(list, QKeySequence::Copy);
+    return QGuiApplication::clipboard()->text();
+}
+
+int buttonCount(const QDialog &prompt)
+{
+    return prompt.findChild<QDialogButtonBox *>()->buttons().size();
+}
+
+/** So many names that occur twice, with the addresses of their files. */
+PresentableDuplicates manyMatches(int count)
+{
+    PresentableDuplicates duplicates;
+    DuplicateMatch match;
+    match.addedFiles = {info("/in/file.txt")};
+    match.databaseFiles = {info("/old/file.txt")};
+    duplicates.nameMatches.fill(match, count);
+    duplicates.contentMatches.fill(match, count);
+    return duplicates;
 }
 
 } // namespace
@@ -37,9 +67,13 @@ private slots:
         group.keptFile = info("/in/kept.txt");
         group.ignoredFiles = {info("/in/one.txt"), info("/in/two.txt")};
         duplicates.externalDuplicateGroups << group;
-        const DuplicatePrompt prompt(duplicates, &fixture.mainView());
+        duplicates.matchedTagIds = tagIds;
+        DuplicatePrompt prompt(duplicates, &fixture.mainView());
+        QCOMPARE(prompt.findChild<QLabel *>("headLabel"_s)->text(),
+                 "3 files are there already. They got the tags Red, Blue."_s);
+        QCOMPARE(buttonCount(prompt), 1);
         // "@" is the date, "=" the line below a file that equals another.
-        QString text = prompt.findChild<QPlainTextEdit *>("contentMatchesEdit"_s)->toPlainText();
+        QString text = copied(prompt);
         text.replace(QLocale().toString(info("").lastModified, QLocale::ShortFormat), "@"_s);
         text.replace("  Size: 42  Last Modified: @\n"_s, " @\n"_s);
         text.replace("    Content matched other external file\n"_s, "=\n"_s);
@@ -51,7 +85,7 @@ private slots:
                        "/in/link @\n    Content matched the following hyperlink in the database:\n"
                        "Database file: known   Size: 42 Last Modified: @\n           Tags: Red\n\n"
                        "External content duplicate group.\n/in/one.txt @\n=\n/in/two.txt @\n=\n"
-                       "Content matched /in/kept.txt, which was added to the database.\n\n"_s);
+                       "Content matched /in/kept.txt, which was added to the database.\n"_s);
         QVERIFY(prompt.chosenPaths().isEmpty());
     }
 
@@ -63,12 +97,67 @@ private slots:
         DuplicateMatch match;
         match.addedFiles = {info(qPrintable(paths.at(0))), info(qPrintable(paths.at(1)))};
         duplicates.nameMatches << match;
-        const DuplicatePrompt prompt(duplicates, nullptr);
-        QCOMPARE(prompt.chosenPaths(), paths);
-        const QTreeWidgetItem *name = prompt.findChild<QTreeWidget *>("nameMatchesTree"_s)->topLevelItem(0);
-        QCOMPARE(name->text(0), "%1 \"q\".txt"_s);
-        name->child(0)->setCheckState(0, Qt::Unchecked);
+        match.addedFiles = {info("/in/alone")};
+        match.databaseFiles = {info("/old/alone")};
+        duplicates.nameMatches << match;
+        DuplicatePrompt prompt(duplicates, nullptr);
+        QCOMPARE(prompt.chosenPaths(), paths + QStringList("/in/alone"_s));
+        QCOMPARE(buttonCount(prompt), 2);
+        auto *table = prompt.findChild<QTableView *>("nameMatchesTable"_s);
+        const QAbstractItemModel *model = table->model();
+        QStringList shown;
+        for (int row = 0; row < model->rowCount(); ++row)
+            shown << model->index(row, 0).data().toString();
+        QCOMPARE(shown, QStringList({"%1 \"q\".txt"_s, paths.at(0), paths.at(1), "alone"_s, "/in/alone"_s,
+                                     "Database file: /old/alone"_s}));
+
+        prompt.show();
+        prompt.deselectAll();
+        table->setCurrentIndex(model->index(2, 1));
+        QTest::keyClick(table, Qt::Key_Space);
+        table->setCurrentIndex(model->index(5, 0));
+        QTest::keyClick(table, Qt::Key_Space);
         QCOMPARE(prompt.chosenPaths(), paths.mid(1));
+        QTest::keyClick(table, Qt::Key_A);
+        QCOMPARE(table->currentIndex().row(), 3);
+        // A box is where it is painted: below the name and a little to the right.
+        const QRect cell = table->visualRect(model->index(4, 0));
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, {cell.left() + 28, cell.center().y()});
+        QCOMPARE(prompt.chosenPaths(), paths.mid(1) + QStringList("/in/alone"_s));
+        QTest::keyClick(table, Qt::Key_Return);
+        QCOMPARE(prompt.result(), int(QDialog::Accepted));
+    }
+
+    void modelsAreSound()
+    {
+        const DuplicatePrompt prompt(manyMatches(3), nullptr);
+        for (const QTableView *view : prompt.findChildren<QTableView *>())
+            QAbstractItemModelTester(view->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    }
+
+    /** Neither their number nor the length of a line holds up the window; a quadratic step would take days.
+     */
+    void millionsAreShownAtOnce()
+    {
+        PresentableDuplicates duplicates = manyMatches(1000000);
+        const QString longest = "http://"_s + QString(200000, QLatin1Char('x'));
+        duplicates.nameMatches.first().addedFiles.first().path = longest;
+        duplicates.contentMatches.first().addedFiles.first().path = longest;
+        QElapsedTimer sinceStart;
+        sinceStart.start();
+        DuplicatePrompt prompt(duplicates, nullptr);
+        prompt.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&prompt));
+        for (QTableView *view : prompt.findChildren<QTableView *>()) {
+            view->grab();
+            view->scrollToBottom();
+            QTest::keyClick(view, Qt::Key_Z);
+        }
+        prompt.deselectAll();
+        QVERIFY(prompt.chosenPaths().isEmpty());
+        prompt.selectAll();
+        QCOMPARE(prompt.chosenPaths().size(), 1000000);
+        QVERIFY2(sinceStart.elapsed() < 30000, qPrintable(QString::number(sinceStart.elapsed())));
     }
 };
 

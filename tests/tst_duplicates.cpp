@@ -19,7 +19,7 @@ QStringList split(const QString &text)
     return text.split(QLatin1Char(';'), Qt::SkipEmptyParts);
 }
 
-QString names(const QList<DuplicateFileInfo> &infos)
+QString names(const QVector<DuplicateFileInfo> &infos)
 {
     QStringList result;
     for (const DuplicateFileInfo &info : infos)

@@ -7,8 +7,8 @@
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableView>
 
 static QSqlError sqlError(int number)
 {
@@ -182,8 +182,9 @@ private slots:
             duplicates.contentMatches << match;
         bool isReported = false;
         answerPrompt([&isReported](DuplicatePrompt &prompt) {
-            const auto *report = prompt.findChild<QPlainTextEdit *>("contentMatchesEdit"_s);
-            isReported = report->toPlainText().contains("/in/a.txt"_s);
+            const QAbstractItemModel *report =
+                prompt.findChild<QTableView *>("contentMatchesList"_s)->model();
+            isReported = report->index(2, 0).data().toString() == "/in/a.txt"_s;
             prompt.reject();
         });
         emit window().collection()->duplicatesReady(duplicates);

@@ -1,37 +1,39 @@
 #include "ui/dialogs/duplicateprompt.h"
 
+#include "app/showntext.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/file.h"
 #include "core/filekind.h"
 #include "models/contentsmodel.h"
-#include "ui/dialogs/contentmatchreport.h"
+#include "ui/dialogs/contentmatchmodel.h"
+#include "ui/dialogs/namematchdelegate.h"
+#include "ui/dialogs/namematchmodel.h"
 #include "ui_duplicateprompt.h"
 
-#include <QCoreApplication>
+#include <QClipboard>
 #include <QDeadlineTimer>
 #include <QDebug>
-#include <QFileInfo>
-#include <QLocale>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QProgressDialog>
-#include <QTextDocument>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace {
 
-constexpr int pathRole = Qt::UserRole;
 constexpr int sizeColumnWidth = 110;
 constexpr int dateColumnWidth = 200;
+constexpr int rowPadding = 6;
 constexpr int longestWaitMilliseconds = 100;
+constexpr int longestTagList = 400; // signs
+constexpr int mostCopiedLines = 100000;
 
-void fillColumns(QTreeWidgetItem &item, const QString &text, const DuplicateFileInfo &file)
+void prepareTable(TableView *table)
 {
-    item.setText(0, text);
-    item.setToolTip(0, Qt::convertFromPlainText(text));
-    if (!file.lastModified.isValid())
-        return;
-    item.setText(1, QLocale().toString(file.size));
-    item.setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
-    item.setText(2, QLocale().toString(file.lastModified, QLocale::ShortFormat));
+    table->setDragDropMode(QAbstractItemView::NoDragDrop);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + rowPadding);
 }
 
 } // namespace
@@ -58,8 +60,11 @@ DuplicatePrompt::~DuplicatePrompt() = default;
 void DuplicatePrompt::build(const PresentableDuplicates &duplicates)
 {
     m_ui->setupUi(this);
-    showContentMatches(duplicates);
-    showNameMatches(duplicates.nameMatches);
+    makeModels(duplicates);
+    m_ui->headLabel->setText(headText(duplicates.matchedTagIds));
+    m_ui->headLabel->setVisible(m_contentMatches->matchedCount() > 0);
+    showContentMatches();
+    showNameMatches();
     const bool hasContentMatches =
         !duplicates.contentMatches.isEmpty() || !duplicates.externalDuplicateGroups.isEmpty();
     m_ui->tabs->setCurrentWidget(hasContentMatches ? m_ui->contentTab : m_ui->nameTab);
@@ -70,10 +75,10 @@ void DuplicatePrompt::build(const PresentableDuplicates &duplicates)
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &DuplicatePrompt::reject);
 }
 
-void DuplicatePrompt::showContentMatches(const PresentableDuplicates &duplicates)
+void DuplicatePrompt::makeModels(const PresentableDuplicates &duplicates)
 {
-    const ContentMatchReport report([this](const DuplicateFileInfo &info) {
-        ContentMatchReport::KnownFile known;
+    const auto lookUp = [this](const DuplicateFileInfo &info) {
+        ContentMatchModel::KnownFile known;
         const ContentsModel *model = m_controller ? m_controller->contentsModel() : nullptr;
         const File *file = model ? model->fileAt(model->rowOf(info.fileId)) : nullptr;
         if (file) {
@@ -81,82 +86,110 @@ void DuplicatePrompt::showContentMatches(const PresentableDuplicates &duplicates
             known.isHyperlink = file->internal() == FileKind::hyperlink;
         }
         return known;
-    });
-    const QString text = report.text(duplicates);
-    m_ui->contentMatchesEdit->setPlainText(text.isEmpty() ? tr("No content duplicates.") : text);
+    };
+    m_contentMatches = new ContentMatchModel(duplicates, lookUp, this);
+    m_nameMatches = new NameMatchModel(duplicates.nameMatches, this);
 }
 
-void DuplicatePrompt::showNameMatches(const QList<DuplicateMatch> &matches)
+QString DuplicatePrompt::headText(const QVector<qint64> &tagIds) const
 {
-    m_ui->nameMatchesTree->setUpdatesEnabled(false);
-    for (const DuplicateMatch &match : matches)
-        addNameMatch(match);
-    m_ui->nameMatchesTree->expandAll();
-    QHeaderView *header = m_ui->nameMatchesTree->header();
-    header->setStretchLastSection(false);
-    header->setSectionResizeMode(0, QHeaderView::Stretch);
-    header->resizeSection(1, sizeColumnWidth);
-    header->resizeSection(2, dateColumnWidth);
-    m_ui->nameMatchesTree->setUpdatesEnabled(true);
+    const int count = m_contentMatches->matchedCount();
+    const QString names = m_controller ? m_controller->tagNames(tagIds) : QString();
+    const QString head = count == 1 ? tr("One file is there already.")
+                                    : tr("%1 files are there already.").arg(QString::number(count));
+    if (names.isEmpty())
+        return head;
+    const bool isOneTag = tagIds.size() == 1;
+    const QString got = count == 1 ? (isOneTag ? tr("It got the tag %1.") : tr("It got the tags %1."))
+                                   : (isOneTag ? tr("They got the tag %1.") : tr("They got the tags %1."));
+    return head + QLatin1Char(' ') + got.arg(ShownText::breakable(ShownText::cut(names, longestTagList)));
+}
 
-    const bool hasChoices = !m_choices.isEmpty();
-    m_ui->nameMatchesTree->setVisible(hasChoices);
-    m_ui->selectAllButton->setVisible(hasChoices);
-    m_ui->deselectAllButton->setVisible(hasChoices);
-    if (!hasChoices) {
-        m_ui->nameMatchesLabel->setText(tr("No name duplicates."));
+void DuplicatePrompt::showContentMatches()
+{
+    TableView *list = m_ui->contentMatchesList;
+    prepareTable(list);
+    list->setModel(m_contentMatches);
+    list->horizontalHeader()->hide();
+    list->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    connect(list, &TableView::keyPressed, this, &DuplicatePrompt::copyLines);
+}
+
+void DuplicatePrompt::showNameMatches()
+{
+    const int choices = m_nameMatches->choiceCount();
+    for (QWidget *control : std::initializer_list<QWidget *>{m_ui->nameMatchesTable, m_ui->selectAllButton,
+                                                             m_ui->deselectAllButton})
+        control->setVisible(choices > 0);
+    if (choices > 0) {
+        fillNameTable();
+        m_ui->nameMatchesLabel->setText(tr("The following files have matching names. Deselect ") +
+                                        (choices > 1 ? tr("those you do not want added.")
+                                                     : tr("the checked file if you do not want it added.")));
         return;
     }
-    m_ui->nameMatchesLabel->setText(tr("The following files have matching names. Deselect ") +
-                                    (m_choices.size() > 1
-                                         ? tr("those you do not want added.")
-                                         : tr("the checked file if you do not want it added.")));
+    m_ui->nameMatchesLabel->setText(tr("No name duplicates."));
+    // There is nothing that could be cancelled.
+    m_ui->buttonBox->setStandardButtons(QDialogButtonBox::Ok);
 }
 
-void DuplicatePrompt::addNameMatch(const DuplicateMatch &match)
+void DuplicatePrompt::fillNameTable()
 {
-    auto *name = new QTreeWidgetItem(m_ui->nameMatchesTree);
-    name->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-    name->setFirstColumnSpanned(true);
-    for (const DuplicateFileInfo &file : match.addedFiles) {
-        if (name->text(0).isEmpty())
-            name->setText(0, QFileInfo(file.path).fileName());
-        auto *choice = new QTreeWidgetItem(name);
-        fillColumns(*choice, file.path, file);
-        choice->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-        choice->setCheckState(0, Qt::Checked);
-        choice->setData(0, pathRole, file.path);
-        m_choices << choice;
+    TableView *table = m_ui->nameMatchesTable;
+    prepareTable(table);
+    table->setSelectionMode(QAbstractItemView::SingleSelection);
+    table->setItemDelegate(new NameMatchDelegate(table));
+    table->setModel(m_nameMatches);
+    QHeaderView *header = table->horizontalHeader();
+    header->setSectionResizeMode(NameMatchModel::FileColumn, QHeaderView::Stretch);
+    header->resizeSection(NameMatchModel::SizeColumn, sizeColumnWidth);
+    header->resizeSection(NameMatchModel::DateColumn, dateColumnWidth);
+    // The first box, for Space.
+    table->setCurrentIndex(m_nameMatches->index(1, NameMatchModel::FileColumn));
+    connect(table, &TableView::keyPressed, this, &DuplicatePrompt::toggleChoice);
+}
+
+void DuplicatePrompt::copyLines(QKeyEvent *event)
+{
+    if (!event->matches(QKeySequence::Copy))
+        return;
+    event->accept();
+    QStringList lines;
+    QItemSelection selection = m_ui->contentMatchesList->selectionModel()->selection();
+    std::sort(selection.begin(), selection.end(),
+              [](const QItemSelectionRange &left, const QItemSelectionRange &right) {
+                  return left.top() < right.top();
+              });
+    for (const QItemSelectionRange &range : qAsConst(selection)) {
+        for (int row = range.top(); row <= range.bottom() && lines.size() < mostCopiedLines; ++row)
+            lines.append(m_contentMatches->line(row));
     }
-    for (const DuplicateFileInfo &file : match.databaseFiles) {
-        auto *known = new QTreeWidgetItem(name);
-        fillColumns(*known, tr("Database file: ") + file.path, file);
-        known->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-    }
+    QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+}
+
+/** Space works the box of the current row, whichever column is current. */
+void DuplicatePrompt::toggleChoice(QKeyEvent *event)
+{
+    const QModelIndex current = m_ui->nameMatchesTable->currentIndex();
+    if (event->key() != Qt::Key_Space || event->modifiers() != Qt::NoModifier || !current.isValid())
+        return;
+    const QModelIndex box = current.siblingAtColumn(NameMatchModel::FileColumn);
+    const bool isChosen = box.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    m_nameMatches->setData(box, isChosen ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    event->accept();
 }
 
 QStringList DuplicatePrompt::chosenPaths() const
 {
-    QStringList paths;
-    for (const QTreeWidgetItem *choice : m_choices) {
-        if (choice->checkState(0) == Qt::Checked)
-            paths << choice->data(0, pathRole).toString();
-    }
-    return paths;
+    return m_nameMatches->chosenPaths();
 }
 
 void DuplicatePrompt::selectAll()
 {
-    checkAll(Qt::Checked);
+    m_nameMatches->chooseAll(true);
 }
 
 void DuplicatePrompt::deselectAll()
 {
-    checkAll(Qt::Unchecked);
-}
-
-void DuplicatePrompt::checkAll(Qt::CheckState state)
-{
-    for (QTreeWidgetItem *choice : qAsConst(m_choices))
-        choice->setCheckState(0, state);
+    m_nameMatches->chooseAll(false);
 }

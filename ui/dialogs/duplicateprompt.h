@@ -7,8 +7,11 @@
 
 #include <memory>
 
+class ContentMatchModel;
 class MainViewController;
-class QTreeWidgetItem;
+class NameMatchModel;
+class QKeyEvent;
+class TableView;
 
 namespace Ui {
 class DuplicatePrompt;
@@ -36,13 +39,16 @@ public slots:
 
 private:
     void build(const PresentableDuplicates &duplicates);
-    void showContentMatches(const PresentableDuplicates &duplicates);
-    void showNameMatches(const QList<DuplicateMatch> &matches);
-    void addNameMatch(const DuplicateMatch &match);
-    void checkAll(Qt::CheckState state);
+    void makeModels(const PresentableDuplicates &duplicates);
+    QString headText(const QVector<qint64> &tagIds) const;
+    void showContentMatches();
+    void showNameMatches();
+    void fillNameTable();
+    void copyLines(QKeyEvent *event);
+    void toggleChoice(QKeyEvent *event);
 
     std::unique_ptr<Ui::DuplicatePrompt> m_ui;
     QPointer<MainViewController> m_controller;
-    // Owned by the tree; one for each path that can be chosen.
-    QVector<QTreeWidgetItem *> m_choices;
+    ContentMatchModel *m_contentMatches = nullptr;
+    NameMatchModel *m_nameMatches = nullptr;
 };

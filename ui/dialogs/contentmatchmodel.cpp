@@ -1,0 +1,152 @@
+#include "ui/dialogs/contentmatchmodel.h"
+
+#include "app/showntext.h"
+
+#include <QLocale>
+
+#include <algorithm>
+
+namespace {
+
+// The heading and the empty line below it.
+constexpr int headingRows = 2;
+constexpr int rowsOfDatabaseFile = 2;
+
+QString dateText(const QDateTime &date)
+{
+    return QLocale().toString(date, QLocale::ShortFormat);
+}
+
+QString otherFileLine()
+{
+    return ContentMatchModel::tr("    Content matched other external file\n");
+}
+
+QString addedFileLine(const DuplicateFileInfo &file)
+{
+    // A hyperlink has neither size nor date.
+    if (!file.lastModified.isValid())
+        return file.path;
+    return file.path + ContentMatchModel::tr("  Size: ") + QString::number(file.size) +
+           ContentMatchModel::tr("  Last Modified: ") + dateText(file.lastModified);
+}
+
+QString withoutLineEnds(QString line)
+{
+    return line.remove(QLatin1Char('\n'));
+}
+
+} // namespace
+
+ContentMatchModel::ContentMatchModel(const PresentableDuplicates &duplicates, const Lookup &lookup,
+                                     QObject *parent)
+    : QAbstractListModel(parent), m_duplicates(duplicates), m_lookup(lookup)
+{
+    const QVector<DuplicateMatch> &matches = m_duplicates.contentMatches;
+    const QVector<ExternalDuplicateGroup> &groups = m_duplicates.externalDuplicateGroups;
+    m_firstRows.reserve(matches.size() + groups.size() + 1);
+    m_firstRows.append(headingRows);
+    for (const DuplicateMatch &match : matches) {
+        const int added = match.addedFiles.size();
+        const int known = match.databaseFiles.size();
+        m_matchedCount += added;
+        append(added + (added > 1 ? 1 : 0) + (known > 0 ? 1 + rowsOfDatabaseFile * known : 0));
+    }
+    m_leftOutCount = m_matchedCount;
+    for (const ExternalDuplicateGroup &group : groups) {
+        m_leftOutCount += group.ignoredFiles.size();
+        append(2 * group.ignoredFiles.size() + 2);
+    }
+}
+
+void ContentMatchModel::append(int lineCount)
+{
+    m_firstRows.append(m_firstRows.last() + lineCount + 1); // an empty line below
+}
+
+int ContentMatchModel::rowCount(const QModelIndex &parent) const
+{
+    if (parent.isValid())
+        return 0;
+    return m_leftOutCount == 0 ? 1 : m_firstRows.last();
+}
+
+QVariant ContentMatchModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= rowCount() || role != Qt::DisplayRole)
+        return {};
+    return ShownText::cut(line(index.row()));
+}
+
+Qt::ItemFlags ContentMatchModel::flags(const QModelIndex &index) const
+{
+    return index.isValid() ? QAbstractListModel::flags(index) | Qt::ItemNeverHasChildren : Qt::NoItemFlags;
+}
+
+QModelIndexList ContentMatchModel::match(const QModelIndex &, int, const QVariant &, int,
+                                         Qt::MatchFlags) const
+{
+    return {};
+}
+
+QString ContentMatchModel::line(int row) const
+{
+    if (m_leftOutCount == 0)
+        return tr("No content duplicates.");
+    if (row < headingRows)
+        return row > 0 ? QString()
+                       : tr("The following%1 files and hyperlinks will not be added to the database:")
+                             .arg(QLatin1Char(' ') + QString::number(m_leftOutCount));
+    const auto next = std::upper_bound(m_firstRows.cbegin(), m_firstRows.cend(), row);
+    const int place = int(next - m_firstRows.cbegin()) - 1;
+    const int number = row - m_firstRows.at(place);
+    const int matchCount = m_duplicates.contentMatches.size();
+    return withoutLineEnds(
+        place < matchCount ? matchLine(m_duplicates.contentMatches.at(place), number)
+                           : groupLine(m_duplicates.externalDuplicateGroups.at(place - matchCount), number));
+}
+
+QString ContentMatchModel::matchLine(const DuplicateMatch &match, int number) const
+{
+    const int added = match.addedFiles.size();
+    if (number < added)
+        return addedFileLine(match.addedFiles.at(number));
+    number -= added;
+    if (added > 1 && number-- == 0)
+        return otherFileLine();
+    if (match.databaseFiles.isEmpty())
+        return {};
+    if (number-- == 0)
+        return databaseHeading(match);
+    if (number >= rowsOfDatabaseFile * match.databaseFiles.size())
+        return {};
+    const DuplicateFileInfo &file = match.databaseFiles.at(number / rowsOfDatabaseFile);
+    if (number % rowsOfDatabaseFile > 0)
+        return tr("\n           Tags: ") + m_lookup(file).tagNames;
+    return tr("Database file: ") + file.path + tr("   Size: ") + QString::number(file.size) +
+           tr(" Last Modified: ") + dateText(file.lastModified);
+}
+
+QString ContentMatchModel::databaseHeading(const DuplicateMatch &match) const
+{
+    const bool areHyperlinks =
+        std::all_of(match.databaseFiles.cbegin(), match.databaseFiles.cend(),
+                    [this](const DuplicateFileInfo &file) { return m_lookup(file).isHyperlink; });
+    QString noun = areHyperlinks ? tr("hyperlink") : tr("file");
+    if (match.databaseFiles.size() > 1)
+        noun += QLatin1Char('s');
+    return tr("    Content matched the following ") + noun + tr(" in the database:\n");
+}
+
+QString ContentMatchModel::groupLine(const ExternalDuplicateGroup &group, int number) const
+{
+    if (number == 0)
+        return tr("External content duplicate group.");
+    --number;
+    const int ignored = 2 * group.ignoredFiles.size();
+    if (number < ignored)
+        return number % 2 == 0 ? addedFileLine(group.ignoredFiles.at(number / 2)) : otherFileLine();
+    if (number > ignored)
+        return {};
+    return tr("Content matched ") + group.keptFile.path + tr(", which was added to the database.\n");
+}
