@@ -1,4 +1,5 @@
 #include "core/file.h"
+#include "fileops/pictures/picturepool.h"
 #include "models/sorter.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/localcollection.h"
@@ -189,6 +190,33 @@ private slots:
         box->startSlideshow();
         QVERIFY(box->isFullScreen());
         QTRY_COMPARE(box->fileId(), last);
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
+    void aSlowPictureCanBeLeft()
+    {
+        PicturePool::instance().setLimits(PictureUse::Whole, {512 * 1024 * 1024, 600});
+        const qint64 good = addPicture("a.png"_s);
+        const qint64 slow = addPicture("b.png"_s, false);
+        const QString path = m_fixture->filePath("b.png"_s);
+        QVERIFY(QFile::remove(path) && QFile::copy(QStringLiteral(VORNA_TEST_PICTURES "/m6.mng"), path));
+        PreviewBox *box = open(good, ContentsOrder);
+        auto *cancel = box->findChild<QPushButton *>("cancelLoadingButton"_s);
+        for (const bool isCanceled : {true, false}) {
+            box->nextImage();
+            QCOMPARE(box->fileId(), slow);
+            QTRY_VERIFY(cancel->isVisible());
+            QVERIFY(!preview(box)->hasPicture());
+            if (isCanceled) {
+                cancel->click();
+                QVERIFY(!cancel->isVisible() && !preview(box)->text().isEmpty());
+            }
+            box->nextImage();
+            QCOMPARE(box->fileId(), good);
+            box->rotateClockwise();
+            QTRY_COMPARE(preview(box)->pictureSize(), picture().size().transposed());
+            QVERIFY(!cancel->isVisible());
+        }
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 

@@ -63,7 +63,8 @@ bool spawn(const char *program, const char *argument, int channel, pid_t &id)
     // In a session of its own: an interrupt from the terminal is for the program to act on.
     posix_spawnattr_setflags(&attributes,
                              POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID);
-    char *const arguments[] = {const_cast<char *>(program), const_cast<char *>(argument), nullptr};
+    char name[] = "vorna";
+    char *const arguments[] = {name, const_cast<char *>(argument), nullptr};
     const int result = posix_spawn(&id, program, &files, &attributes, arguments, environment().data());
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);

@@ -16,7 +16,7 @@ PicturePool &PicturePool::instance()
     return pool;
 }
 
-PicturePool::PicturePool() : m_limits{{768 * megabyte, 15}, {1664 * megabyte, 30}, {768 * megabyte, 15}}
+PicturePool::PicturePool() : m_limits{{768 * megabyte, 10}, {1664 * megabyte, 30}, {768 * megabyte, 10}}
 {
     m_threads.setMaxThreadCount(qMax(1, QThread::idealThreadCount()));
     // A child ends with the thread that has started it.
@@ -40,8 +40,12 @@ void PicturePool::start(const PictureTaskPointer &task, Urgency urgency)
 PictureAnswer PicturePool::read(const PictureRequest &request)
 {
     const auto task = PictureTaskPointer::create(request);
+    // Whoever waits is not to wait for the pictures of others, too: one more is read as long as this one is.
+    m_threads.releaseThread();
     start(task, BeforeOthers);
-    return task->waitedFor();
+    const PictureAnswer answer = task->waitedFor();
+    m_threads.reserveThread();
+    return answer;
 }
 
 void PicturePool::setLimits(PictureUse use, const PictureLimits &limits)
@@ -87,6 +91,6 @@ std::unique_ptr<PictureDecoder> PicturePool::takeDecoder()
 void PicturePool::putBack(std::unique_ptr<PictureDecoder> decoder)
 {
     const QMutexLocker locker(&m_mutex);
-    if (decoder->isRunning())
+    if (decoder->isRunning() && int(m_idle.size()) < width())
         m_idle.push_back(std::move(decoder));
 }
