@@ -8,6 +8,8 @@
 #include <QSqlError>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace {
 constexpr int diskError = 10;
 constexpr int openAnotherButton = 0;
@@ -18,6 +20,14 @@ int resultCode(const QSqlError &error)
     const QString code = error.nativeErrorCode();
     // The low byte is the primary code, whether or not the driver reports extended ones.
     return code.size() < 5 ? code.toInt() & 0xff : 0;
+}
+
+/** What the database says itself, in a length that a box has room for. */
+QString textOf(const QSqlError &error)
+{
+    constexpr int mostSigns = 1000;
+    const QString text = error.databaseText().trimmed();
+    return text.isEmpty() ? error.driverText().trimmed().left(mostSigns) : text.left(mostSigns);
 }
 } // namespace
 
@@ -34,18 +44,32 @@ void DatabaseErrors::databaseClosed()
     m_errorTimer.stop();
     m_lossTimer.stop();
     m_isConnectionLost = false;
+    m_notices.resize(m_isShowing ? 1 : 0);
 }
 
-void DatabaseErrors::report(const QSqlError &error)
+void DatabaseErrors::report(const QSqlError &error, const QString &outcome)
 {
     if (!error.isValid())
         return;
     qDebug() << "Database error:" << error;
-    const int number = resultCode(error);
-    if (advice(number).isEmpty() || m_isShowing || m_errorTimer.isActive())
+    Notice notice{resultCode(error), error.nativeErrorCode(), {}, outcome};
+    const QString advised = advice(notice.number);
+    notice.words = advised.isEmpty() ? textOf(error) : advised;
+    if (isKnown(notice))
         return;
-    m_number = number;
-    m_errorTimer.start(0);
+    m_notices.append(notice);
+    if (!m_isShowing)
+        m_errorTimer.start(0);
+}
+
+bool DatabaseErrors::isKnown(const Notice &notice) const
+{
+    return std::any_of(m_notices.cbegin(), m_notices.cend(), [&notice](const Notice &other) {
+        // Texts of the same code differ in the rows that they name.
+        const bool isSameCause =
+            notice.code.isEmpty() ? notice.words == other.words : notice.code == other.code;
+        return isSameCause && notice.outcome == other.outcome;
+    });
 }
 
 void DatabaseErrors::reportConnectionLoss()
@@ -88,17 +112,27 @@ QString DatabaseErrors::advice(int number)
 
 void DatabaseErrors::show()
 {
-    const QString text = advice(m_number);
+    const Notice notice = m_notices.constFirst();
+    const bool mustEnd = notice.number == diskError;
+    int button = -1;
     m_isShowing = true;
-    if (m_number != diskError) {
-        Messages::critical(m_window, tr("Error Accessing Database"),
-                           tr("An error has occurred accessing the database. ") + text);
-        m_isShowing = false;
+    if (mustEnd) {
+        button = askHowToGoOn(notice);
+    } else {
+        QString text = tr("An error has occurred accessing the database. ") + notice.words;
+        if (!notice.outcome.isEmpty())
+            text += QLatin1Char('\n') + notice.outcome;
+        Messages::critical(m_window, tr("Error Accessing Database"), text);
+    }
+    m_isShowing = false;
+    m_notices.removeFirst();
+    if (!mustEnd) {
+        if (!m_notices.isEmpty())
+            m_errorTimer.start(0);
         return;
     }
-    const int button = askHowToGoOn(text);
     // The next database tells of errors of its own.
-    m_isShowing = false;
+    m_notices.clear();
     if (button == openAnotherButton) {
         emit openAnotherRequested();
         return;
@@ -107,14 +141,15 @@ void DatabaseErrors::show()
     emit closeRequested();
 }
 
-int DatabaseErrors::askHowToGoOn(const QString &advice)
+int DatabaseErrors::askHowToGoOn(const Notice &notice)
 {
     Messages::Box box;
     box.icon = QMessageBox::Critical;
     box.title = tr("Error");
     box.text = tr("Application can't continue to work with the current database, due to error.\n"
                   "What do you want to do?");
-    box.detailedText = advice;
+    box.informativeText = notice.outcome;
+    box.detailedText = notice.words;
     box.buttons = QMessageBox::NoButton;
     box.actions = QStringList{tr("Open another database"), tr("Exit application")};
     return Messages::run(m_window, box).action;

@@ -236,6 +236,7 @@ void MainWindow::connectCollection()
     connect(collection, &Collection::connectionError, this, &MainWindow::slotConnectionError);
     connect(collection, &Collection::errorOccured, this, &MainWindow::slotDBErrorOccured);
     connect(collection, &Collection::loadingProgress, this, &MainWindow::openingProgress);
+    connect(collection, &Collection::operationFailed, m_errors, &DatabaseErrors::report);
     connect(collection, &Collection::allDataReloaded, m_browsingDock, &BrowsingTreeViewDock::updateTitle);
     m_browsingDock->followReloads(collection);
     m_relationsDock->followReloads(collection);

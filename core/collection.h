@@ -68,6 +68,8 @@ public:
 signals:
     void connectionError();
     void errorOccured(QSqlError error);
+    /** The same of an operation of files, with a sentence on how far it came. */
+    void operationFailed(QSqlError error, QString outcome);
     /** Title and text of a message that goes away by itself. */
     void showTempWarning(QString title, QString text);
     /** Title and text of a message box. */

@@ -3,7 +3,9 @@
 #include "app/constants.h"
 #include "db/asyncrunner.h"
 #include "db/drivertexts.h"
+#include "db/errorjudge.h"
 
+#include <QScopedValueRollback>
 #include <QSqlDatabase>
 
 #include <utility>
@@ -214,7 +216,7 @@ bool BaseDBProvider::commitTransaction(const QString &connectionName)
         QSqlQuery query(database);
         if (query.exec(QStringLiteral("COMMIT;")))
             return true;
-        emit errorOccured(query.lastError());
+        tellError(query.lastError());
         return false;
     }
     if (database.commit())
@@ -271,6 +273,7 @@ bool BaseDBProvider::releaseSavepoint()
 bool BaseDBProvider::rollbackToSavepoint()
 {
     // Without the release the name would pile up, one level for each failed item.
+    const QScopedValueRollback<bool> goingBack(m_isGoingBack, true);
     const bool isBack = runOnSavepoint(QStringLiteral("ROLLBACK TO SAVEPOINT S1;")) && releaseSavepoint();
     m_savepointLost = m_savepointLost || !isBack;
     return isBack;
@@ -314,5 +317,6 @@ void BaseDBProvider::tellFailure(const QSqlError &error)
 void BaseDBProvider::tellError(const QSqlError &error)
 {
     m_lastError = error;
-    emit errorOccured(error);
+    if (!m_isGoingBack && !ErrorJudge::isEcho(error))
+        emitError(error);
 }

@@ -127,6 +127,8 @@ protected:
     void forgetLostConnection() { m_connectionLost = false; }
     /** For a begin of another kind: no savepoint is lost in a new transaction. */
     void forgetLostSavepoint() { m_savepointLost = false; }
+    /** Says that a statement failed. */
+    virtual void emitError(const QSqlError &error) { emit errorOccured(error); }
     /** Passes a runner's two error signals on as the provider's own. */
     void forwardErrors(const QueryRunner &runner);
     /** Tells of an error, or that the connection is lost, after a failure on the default connection. */
@@ -148,4 +150,5 @@ private:
     bool m_hasJoined = false;
     bool m_savepointLost = false;
     bool m_connectionLost = false;
+    bool m_isGoingBack = false; // after a failure that was told
 };

@@ -121,4 +121,12 @@ bool isDatabaseThere(const DBDetails &details)
     // Opening would make an empty file of a path without one, and wait for ever at a pipe.
     return details.type() != Constants::localDatabase || QFileInfo(details.databaseName()).isFile();
 }
+
+QSqlError missingFile(const DBDetails &details)
+{
+    return {QString(),
+            QCoreApplication::translate("Connections", "The database file \"%1\" is missing.")
+                .arg(details.databaseName()),
+            QSqlError::ConnectionError};
+}
 } // namespace Connections

@@ -33,4 +33,6 @@ void close(const QString &name);
 
 /** True for details of a server, and for a local path with a regular file behind it. */
 bool isDatabaseThere(const DBDetails &details);
+/** The error of a local database whose file is gone. */
+QSqlError missingFile(const DBDetails &details);
 } // namespace Connections

@@ -10,6 +10,7 @@
 #include "db/abstractqueryconstructor.h"
 #include "db/connections.h"
 #include "db/databaseversioncheck.h"
+#include "db/errorjudge.h"
 #include "db/longtext.h"
 #include "db/pendingreloads.h"
 #include "db/schemacheck.h"
@@ -25,16 +26,10 @@
 #include <utility>
 
 namespace {
-/** Whether another connection was in the way: to a local file, or of a client of the same server. */
-bool isBusyError(const QSqlError &error, bool isOnServer)
+/** Two sentences in one line; either may be missing. */
+QString joined(const QString &first, const QString &second)
 {
-    // "lock_not_available" and "deadlock_detected".
-    const QString code = error.nativeErrorCode();
-    if (isOnServer)
-        return code == QLatin1String("55P03") || code == QLatin1String("40P01");
-    // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
-    const int primary = code.toInt() & 0xff;
-    return primary == 5 || primary == 6;
+    return second.isEmpty() ? first : first + QLatin1Char(' ') + second;
 }
 } // namespace
 
@@ -192,8 +187,8 @@ void DatabaseManger::connectFileOperations()
     connect(files, &Source::filesImported, this, &DatabaseManger::reloadAllData);
     connect(files, &Source::noLongerPresent, this, &DatabaseManger::gotMissedFileIds);
     connect(files, &Source::present, this, &DatabaseManger::gotFoundFileIds);
-    connect(files, &Source::errorOccured, this, &DatabaseManger::errorOccured);
-    connect(files, &Source::connectionError, this, &DatabaseManger::gotConnectionLoss);
+    connect(files, &Source::fellShort, this, &DatabaseManger::gotShortfall);
+    connectErrors(files);
 }
 
 void DatabaseManger::connectFileNews()
@@ -232,21 +227,49 @@ void DatabaseManger::gotConnectionLoss()
 
 void DatabaseManger::gotProviderError(const QSqlError &error)
 {
-    if (!isBusyError(error, m_driverName == Constants::postgresDriver)) {
-        emit errorOccured(error);
+    const ErrorJudge judge(details());
+    if (!judge.isBusy(error)) {
+        emit errorOccured(judge.told(error));
         return;
     }
     m_sawBusy = true;
     if (!m_isReloading)
-        emit showTempWarning(tr("Warning"), tr("The database is busy. Please try again."));
+        warnOfBusyDatabase();
+}
+
+void DatabaseManger::gotShortfall(const OperationShortfall &shortfall)
+{
+    const ErrorJudge judge(details());
+    bool isBusy = false;
+    bool isTold = false;
+    for (const QSqlError &error : shortfall.errors) {
+        if (judge.isBusy(error)) {
+            isBusy = true;
+            continue;
+        }
+        emit operationFailed(judge.told(error), isTold ? QString() : shortfall.outcome);
+        isTold = true;
+    }
+    if (isTold)
+        return;
+    if (isBusy)
+        warnOfBusyDatabase(shortfall.outcome);
+    else
+        emit showTempWarning(tr("Canceled"), shortfall.outcome);
+}
+
+void DatabaseManger::warnOfBusyDatabase(const QString &outcome)
+{
+    emit showTempWarning(tr("Warning"), joined(tr("The database is busy. Please try again."), outcome));
 }
 
 void DatabaseManger::gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error)
 {
-    if (isBusyError(error, m_driverName == Constants::postgresDriver))
+    const ErrorJudge judge(details());
+    if (judge.isBusy(error))
         m_pendingReloads->add(PendingReloads::ThumbnailReload, fileIds);
     else if (!m_isLost && !std::exchange(m_toldThumbnailFailure, true))
-        emit errorOccured(error); // once: each box that closes uncovers them, to be painted again
+        emit errorOccured(judge.told(error)); // once: each box that closes uncovers them, to be painted again
 }
 
 QSqlError DatabaseManger::openDB()

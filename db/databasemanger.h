@@ -37,6 +37,7 @@ class RelationTreeProvider;
 class TagsProvider;
 class ThumbnailCache;
 struct NodeRemovalPlan;
+struct OperationShortfall;
 
 /**
  * The one object through which everything else reaches an open database. It owns the connections, the
@@ -198,6 +199,8 @@ signals:
     /** Told once, whichever connection notices, until the database is opened again. */
     void connectionError();
     void errorOccured(QSqlError error);
+    /** The same of an operation of files, with how far it came. */
+    void operationFailed(QSqlError error, QString outcome);
     /** Title and text. */
     void error(QString title, QString text);
     /** The rows stay the manager's, as all records do. */
@@ -315,6 +318,8 @@ private:
     void connectFileNews();
     void connectErrors(BaseDBProvider *provider);
     void gotProviderError(const QSqlError &error);
+    void gotShortfall(const OperationShortfall &shortfall);
+    void warnOfBusyDatabase(const QString &outcome = QString());
     void gotConnectionLoss();
     void gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error);
     void updateTag(qint64 tagId, const QString &column, const QString &value);

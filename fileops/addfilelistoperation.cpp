@@ -20,6 +20,7 @@ void AddFileListOperation::run()
 
 void AddFileListOperation::addFilesToDB()
 {
+    m_worker.report().setDone(0, m_request.paths.size());
     Transaction transaction(m_worker, m_worker.connectionName());
     if (!transaction.isActive())
         return;
@@ -42,6 +43,7 @@ void AddFileListOperation::addFilesToDB()
     }
     if (!transaction.commit())
         return;
+    m_worker.report().setDone(added.size(), m_request.paths.size());
     if (!added.isEmpty())
         emit m_worker.updatedFiles(added);
     tellLeftOut(m_unread);

@@ -26,6 +26,7 @@ bool AddFilesOperation::addFilesToDB()
 {
     FolderExpansion expansion([this] { return m_worker.shouldEnd(); });
     expansion.expand(m_request.paths);
+    m_worker.report().setDone(0, expansion.files().size());
     Transaction transaction(m_worker, m_worker.connectionName());
     if (!transaction.isActive())
         return true;
@@ -39,11 +40,13 @@ bool AddFilesOperation::addFilesToDB()
     batch.paths = expansion.files();
     if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
         return false;
+    m_worker.report().setDone(0, batch.paths.size());
     FileBatch files(m_worker, batch);
-    QVector<qint64> fileIds = files.addFilesListToDb();
-    fileIds += linkMatchedFiles(batch);
-    if (finish(transaction, fileIds))
+    const QVector<qint64> added = files.addFilesListToDb();
+    if (finish(transaction, added + linkMatchedFiles(batch))) {
+        m_worker.report().setDone(added.size(), batch.paths.size());
         tellLeftOut(expansion.unreadable() + files.unread(), expansion.unreadableNames());
+    }
     return true;
 }
 

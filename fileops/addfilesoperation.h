@@ -21,6 +21,7 @@ private:
     bool addFilesToDB();
     /** False when the tags cannot be made; then nothing is to be added. */
     bool makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch);
+    /** True once all is in. */
     bool finish(Transaction &transaction, const QVector<qint64> &fileIds);
 
     QVector<qint64> m_newTags;

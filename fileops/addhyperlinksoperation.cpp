@@ -22,6 +22,7 @@ void AddHyperlinksOperation::run()
 
 bool AddHyperlinksOperation::addHyperlinksToDB()
 {
+    m_worker.report().setDone(0, m_request.paths.size());
     Transaction transaction(m_worker, m_worker.connectionName());
     if (!transaction.isActive())
         return true;
@@ -37,6 +38,7 @@ bool AddHyperlinksOperation::addHyperlinksToDB()
     batch.paths.removeDuplicates();
     if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
         return false;
+    m_worker.report().setDone(0, batch.paths.size());
     const QVector<qint64> added = FileBatch(m_worker, batch).addFilesListToDb();
     applyDetails(added);
     const QVector<qint64> linked = linkMatchedFiles(batch);
@@ -45,8 +47,10 @@ bool AddHyperlinksOperation::addHyperlinksToDB()
         m_duplicates = PresentableDuplicates();
     } else if (!transaction.commit()) {
         m_duplicates = PresentableDuplicates();
-    } else if (!added.isEmpty() || !linked.isEmpty()) {
-        emit m_worker.updatedFiles(added + linked);
+    } else {
+        m_worker.report().setDone(added.size(), batch.paths.size());
+        if (!added.isEmpty() || !linked.isEmpty())
+            emit m_worker.updatedFiles(added + linked);
     }
     return true;
 }

@@ -19,12 +19,9 @@ bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
     QStringList kept;
     if (!manager.addFilesToDB(paths, AddingSettings::checkForNameDuplicates(), m_worker, batch.paths, kept,
                               batch.folderTags, batch.inheritedTags)) {
-        // A lost connection has its own word.
-        if (!m_worker.isConnectionLost())
-            emit m_worker.error(
-                FileOperationWorker::tr("A database-related duplicate management error occurred "
-                                        "while preparing to add files"),
-                FileOperationWorker::tr("Error adding files"));
+        m_worker.report().setOutcome(
+            FileOperationWorker::tr("A database-related duplicate management error occurred "
+                                    "while preparing to add files"));
         m_worker.cancelAll();
         return false;
     }

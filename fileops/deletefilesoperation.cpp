@@ -31,12 +31,14 @@ void DeleteFilesOperation::run()
 {
     if (m_request.fileIds.isEmpty())
         return;
+    m_worker.report().setDone(0, m_request.fileIds.size());
     Transaction transaction(m_worker, Constants::workerConnection);
     if (!transaction.isActive())
         return;
     const QVector<qint64> removed = removeContents();
     if (m_worker.isSavepointLost() || !removeRows(removed) || !transaction.commit())
         return;
+    m_worker.report().setDone(removed.size(), m_request.fileIds.size());
     emit m_worker.filesRemoved(removed);
 }
 

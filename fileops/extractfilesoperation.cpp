@@ -34,6 +34,7 @@ void ExtractFilesOperation::run()
             m_leftOut.append(extractor.source());
         reportProgress(index, 1);
     }
+    m_worker.report().setDone(index - m_leftOut.size(), m_count);
     reportLeftOut();
 }
 
@@ -54,8 +55,8 @@ void ExtractFilesOperation::reportProgress(int index, float part)
 
 void ExtractFilesOperation::reportFailure()
 {
-    // A cancel is no failure, and of a lost connection the window tells.
-    if (m_worker.shouldEnd() || m_worker.isConnectionLost())
+    // A cancel is no failure, and what the database refuses has its own word.
+    if (m_worker.shouldEnd() || m_worker.isConnectionLost() || m_worker.report().hasErrors())
         return;
     emit m_worker.error(
         FileOperationWorker::tr("An error has occurred while extracting a file. This may be a memory-related "

@@ -22,5 +22,6 @@ void ExtractToTemporaryOperation::run()
         if (!path.isEmpty())
             copies.append({fileId, path});
     }
+    m_worker.report().setDone(copies.size(), count);
     emit m_worker.extractedTempFiles(copies);
 }

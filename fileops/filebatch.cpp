@@ -94,7 +94,7 @@ void FileBatch::takeBackRun(Savepoint &savepoint)
     if (m_worker.isConnectionLost())
         emit m_worker.connectionError();
     else if (m_worker.isSavepointLost())
-        emit m_worker.errorOccured(cause);
+        m_worker.report().note(cause);
 }
 
 bool FileBatch::addSingly(int from, int to)

@@ -71,6 +71,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::updateTags, this, &Provider::updateTags, queued);
     connect(m_worker, &Worker::updateNodes, this, &Provider::updateNodes, queued);
     connect(m_worker, &Worker::updatedFiles, this, &Provider::updatedFiles, queued);
+    connect(m_worker, &Worker::fellShort, this, &Provider::fellShort, queued);
     connect(m_worker, &Worker::error, this, &Provider::error, queued);
     connect(m_worker, &Worker::remadeAllThumbnails, this, &Provider::remadeAllThumbnails, queued);
     connect(m_worker, &Worker::extractedTempFiles, this, &Provider::extractedTempFiles, queued);

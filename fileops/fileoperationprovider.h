@@ -4,6 +4,7 @@
 #include "db/basedbprovider.h"
 #include "fileops/deletedfilerepresentations.h"
 #include "fileops/fileoperation.h"
+#include "fileops/operationshortfall.h"
 #include "fileops/presentableduplicates.h"
 #include "fileops/shellfile.h"
 
@@ -79,6 +80,8 @@ signals:
     void finishedFilesOperation();
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
+    /** What is to be told of an operation that has finished. */
+    void fellShort(OperationShortfall shortfall);
     /** Text, then title. */
     void error(QString text, QString title);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);

@@ -3,6 +3,7 @@
 #include "db/tabledata.h"
 #include "fileops/deletedfilerepresentations.h"
 #include "fileops/fileoperation.h"
+#include "fileops/operationshortfall.h"
 #include "fileops/presentableduplicates.h"
 #include "fileops/shellfile.h"
 
@@ -19,5 +20,6 @@ void registerFileOperationTypes()
     qRegisterMetaType<FileOperationType>("FileOperationType");
     qRegisterMetaType<PresentableDuplicates>("PresentableDuplicates");
     qRegisterMetaType<DeletedFileRepresentations>("DeletedFileRepresentations");
+    qRegisterMetaType<OperationShortfall>("OperationShortfall");
     qRegisterMetaType<QList<ShellFile>>("QList<ShellFile>");
 }

@@ -2,6 +2,7 @@
 
 #include "app/constants.h"
 #include "db/connections.h"
+#include "db/errorjudge.h"
 #include "fileops/addfilelistoperation.h"
 #include "fileops/addfilesoperation.h"
 #include "fileops/addhyperlinksoperation.h"
@@ -145,7 +146,7 @@ void FileOperationWorker::runOperationQueue()
         if (openConnection()) {
             FileOperation operation;
             while (!isStopped() && !isConnectionLost() && takeNext(operation))
-                dispatch(operation);
+                run(operation);
         }
         // Each operation behind would only meet the same.
         if (isConnectionLost())
@@ -161,9 +162,7 @@ bool FileOperationWorker::openConnection()
     forgetLostConnection();
     // Opening would put a new, empty database in the place of one that is gone.
     if (!Connections::isDatabaseThere(m_details)) {
-        failOpening(QSqlError(QString(),
-                              tr("The database file \"%1\" is missing.").arg(m_details.databaseName()),
-                              QSqlError::ConnectionError));
+        failOpening(Connections::missingFile(m_details));
         return false;
     }
     const Connections::Result opened = Connections::open(m_connectionName, m_details, connectOptions());
@@ -181,11 +180,30 @@ bool FileOperationWorker::openConnection()
 
 void FileOperationWorker::failOpening(const QSqlError &error)
 {
-    const bool isAwaited = dropQueue(error);
-    if (m_details.type() == Constants::serverDatabase)
+    const FileOperation awaited = dropQueue(error);
+    if (m_details.type() == Constants::serverDatabase) {
         loseConnection();
-    else if (isAwaited)
-        emit errorOccured(error);
+        return;
+    }
+    if (awaited.type == FileOperationType::UnusedOperation)
+        return;
+    m_report.begin(awaited.type);
+    m_report.note(error);
+    m_report.setDone(0, awaited.fileIds.size());
+    tellShortfall();
+}
+
+void FileOperationWorker::emitError(const QSqlError &error)
+{
+    // A statement that ended because the user wanted it to has not failed.
+    if (!signalsBlocked() && !(shouldEnd() && ErrorJudge::isCanceled(error)))
+        m_report.note(error);
+}
+
+void FileOperationWorker::tellShortfall()
+{
+    if (m_report.isShort(isCanceled() && !isStopped() && !isConnectionLost()))
+        emit fellShort(m_report.shortfall());
 }
 
 void FileOperationWorker::loseConnection()
@@ -220,24 +238,24 @@ bool FileOperationWorker::takeNext(FileOperation &operation)
     return true;
 }
 
-bool FileOperationWorker::dropQueue(const QSqlError &error)
+FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
 {
     QVector<qint64> thumbnails;
-    bool hasOthers = false;
+    FileOperation first;
     {
         const QMutexLocker locker(&m_queueMutex);
         for (const FileOperation *record : qAsConst(m_queue)) {
             if (record->type == FileOperationType::LoadThumbnailsOperation)
                 thumbnails += record->fileIds;
-            else
-                hasOthers = true;
+            else if (first.type == FileOperationType::UnusedOperation)
+                first = *record;
         }
         qDeleteAll(m_queue);
         m_queue.clear();
     }
     if (!thumbnails.isEmpty())
         emit thumbnailsFailed(thumbnails, error);
-    return hasOthers;
+    return first;
 }
 
 void FileOperationWorker::finishRun()
@@ -251,6 +269,13 @@ void FileOperationWorker::finishRun()
     }
     const QMutexLocker stopLocker(&m_stopMutex);
     m_stop = false;
+}
+
+void FileOperationWorker::run(const FileOperation &operation)
+{
+    m_report.begin(operation.type);
+    dispatch(operation);
+    tellShortfall();
 }
 
 void FileOperationWorker::dispatch(const FileOperation &operation)

@@ -5,6 +5,7 @@
 #include "fileops/fileoperation.h"
 #include "fileops/fileoperationqueries.h"
 #include "fileops/idcodegenerator.h"
+#include "fileops/operationreport.h"
 #include "fileops/presentableduplicates.h"
 #include "fileops/shellfile.h"
 
@@ -46,6 +47,8 @@ public:
     /** The receiver of thumbnailLoaded says so when it has taken an image over. */
     void imageTaken(QImage *image);
 
+    /** What has failed in the running operation. */
+    OperationReport &report() { return m_report; }
     /** For an operation whose failure must end those behind it too. */
     void cancelAll();
     QString connectionName() const { return m_connectionName; }
@@ -75,6 +78,8 @@ signals:
     void startedOpration(FileOperationType type, QString label);
     void operationProgress(FileOperationType type, QString text, int percent);
     void finishedOpration(FileOperationType type);
+    /** After finishedOpration: what is to be told of the operation. */
+    void fellShort(OperationShortfall shortfall);
     /** Text, then title. */
     void error(QString text, QString title);
     void finished();
@@ -100,22 +105,27 @@ protected:
     /** Called once the connection is open. */
     virtual void prepareConnection() {}
     void loseConnection() override;
+    /** Keeps it until the end of the operation; nothing while signals are blocked. */
+    void emitError(const QSqlError &error) override;
 
 private:
     bool openConnection();
     void failOpening(const QSqlError &error);
     void removeConnection();
     bool takeNext(FileOperation &operation);
+    void run(const FileOperation &operation);
     void dispatch(const FileOperation &operation);
+    void tellShortfall();
     template <class Operation>
     void runAnnounced(const FileOperation &operation, const QString &label);
-    /** Answers whether anything but thumbnails was asked for. */
-    bool dropQueue(const QSqlError &error);
+    /** The first that is not about thumbnails; an unused one when there is none. */
+    FileOperation dropQueue(const QSqlError &error);
     void finishRun();
 
     const QString m_connectionName;
     const DBDetails m_details;
     IdCodeGenerator m_idCodes;
+    OperationReport m_report;
 
     mutable QMutex m_queueMutex;
     QList<FileOperation *> m_queue;

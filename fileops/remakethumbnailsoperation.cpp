@@ -31,6 +31,7 @@ void RemakeThumbnailsOperation::run()
         if (!remakeBatch(ids, from))
             break;
     }
+    m_worker.report().setDone(m_storedCount, ids.size());
     emit m_worker.remadeAllThumbnails();
 }
 
@@ -118,5 +119,8 @@ bool RemakeThumbnailsOperation::store()
     const bool areStored = std::all_of(made.cbegin(), made.cend(), [&maker](const auto &thumbnail) {
         return maker.store(thumbnail.second, thumbnail.first, false);
     });
-    return areStored && transaction.commit();
+    if (!areStored || !transaction.commit())
+        return false;
+    m_storedCount += made.size();
+    return true;
 }

@@ -41,4 +41,5 @@ private:
     ProgressThrottle m_progress;
     // Thumbnail id and picture, made but not written.
     QVector<QPair<qint64, QByteArray>> m_made;
+    int m_storedCount = 0;
 };

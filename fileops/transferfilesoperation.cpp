@@ -34,6 +34,7 @@ void TransferFilesOperation::run()
             m_unread.append(source.path);
         m_doneBytes += source.size;
     }
+    m_worker.report().setDone(transferred.size(), m_request.fileIds.size());
     if (!transferred.isEmpty())
         emit m_worker.updatedFiles(transferred);
     reportUnread();

@@ -169,10 +169,13 @@ private slots:
         const QString statement = "ALTER TABLE files RENAME COLUMN data_checksum TO gone"_s;
         QVERIFY(fixture.isLocal() ? Sql::run(statement)
                                   : static_cast<ServerDatabase &>(fixture.database()).owner().run(statement));
-        QSignalSpy errors(&fixture.provider(), &FileOperationProvider::error);
+        QSignalSpy told(&fixture.provider(), &FileOperationProvider::fellShort);
         QSignalSpy reports(&fixture.provider(), &FileOperationProvider::duplicatesReady);
         fixture.add({fixture.write("a"_s, "1")});
-        QCOMPARE(errors.value(0).value(1).toString(), "Error adding files"_s);
+        QCOMPARE(told.size(), 1);
+        const auto shortfall = told.first().first().value<OperationShortfall>();
+        QCOMPARE(shortfall.errors.size(), 1);
+        QVERIFY(shortfall.outcome.startsWith("A database-related duplicate management error"_s));
         QCOMPARE(reports.size(), 0);
         QCOMPARE(Sql::count("files"_s), 0);
     }

@@ -63,7 +63,7 @@ private slots:
         m_removed = spyOn(&FileOperationProvider::filesRemoved);
         m_started = spyOn(&FileOperationProvider::startedFilesOperation);
         m_finished = spyOn(&FileOperationProvider::finishedFilesOperation);
-        m_errors = spyOn(&FileOperationProvider::errorOccured);
+        m_errors = spyOn(&FileOperationProvider::fellShort);
     }
 
     void cleanup()

@@ -36,8 +36,8 @@ private slots:
         addRow("corrupt virtual table", 267, "The database file may be corrupt."_s);
         addRow("full", 13, "The database is full."_s);
         addRow("read-only folder", 1544, permissions);
-        addRow("any other", 1, QString());
-        addRow("a server's, though its low byte might look like one", 22027, QString());
+        addRow("any other", 1, "forged"_s);
+        addRow("a server's, though its low byte might look like one", 22027, "forged"_s);
     }
 
     void errorsGetAdvice()
@@ -49,7 +49,7 @@ private slots:
         QCOMPARE(m_fixture->boxes(), QStringList());
         QCoreApplication::processEvents();
         const QString text = "Error Accessing Database: An error has occurred accessing the database. "_s;
-        QCOMPARE(m_fixture->takeBoxes(), advice.isEmpty() ? QStringList() : QStringList{text + advice});
+        QCOMPARE(m_fixture->takeBoxes(), QStringList{text + advice});
     }
 
     void errorBoxesAreLatched()
@@ -57,6 +57,8 @@ private slots:
         const auto failThrice = [this] {
             for (int i = 0; i < 3; ++i)
                 window().slotDBErrorOccured(sqlError(13));
+            // Another cause waits for its turn.
+            window().slotDBErrorOccured(sqlError(8));
             WindowFixture::nestLoop(20);
         };
         // More of the same, while the box is on the screen.
@@ -67,7 +69,8 @@ private slots:
         // Once it is closed, the next one is told again.
         for (int round = 0; round < 2; ++round) {
             failThrice();
-            QCOMPARE(m_fixture->takeBoxes().size(), 1);
+            QTRY_COMPARE(m_fixture->boxes().size(), 2);
+            m_fixture->takeBoxes();
         }
     }
 

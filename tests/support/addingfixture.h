@@ -88,7 +88,7 @@ public:
     QSignalSpy tags{m_provider.get(), &FileOperationProvider::updateTags};
     QSignalSpy nodes{m_provider.get(), &FileOperationProvider::updateNodes};
     QSignalSpy files{m_provider.get(), &FileOperationProvider::updatedFiles};
-    QSignalSpy errors{m_provider.get(), &FileOperationProvider::errorOccured};
+    QSignalSpy errors{m_provider.get(), &FileOperationProvider::fellShort};
     QSignalSpy finished{m_provider.get(), &FileOperationProvider::finishedFilesOperation};
 
 private:

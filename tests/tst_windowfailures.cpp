@@ -1,0 +1,192 @@
+#include "app/addingsettings.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "models/contentsmodel.h"
+#include "tests/support/serverdatabase.h"
+#include "tests/support/windowfixture.h"
+
+#include <QMessageBox>
+
+namespace {
+const QString accessError = "Error Accessing Database: An error has occurred accessing the database. "_s;
+const QString busy = "The database is busy. Please try again."_s;
+} // namespace
+
+/** What the window says when the database refuses what it is asked for, whoever asks it. */
+class TestWindowFailures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase_data() { addBackEnds(); }
+
+    void init()
+    {
+        QFETCH_GLOBAL(bool, isOnServer);
+        m_fixture = std::make_unique<WindowFixture>();
+        m_fixture->answerBoxes([](const Messages::Box &) { return Messages::Answer{QMessageBox::Ok, -1}; });
+        AddingSettings::setLinkToFiles(true);
+        m_server.reset();
+        if (isOnServer) {
+            m_server = std::make_unique<ServerDatabase>();
+            QVERIFY(window().openDatabase(m_server->details()));
+        } else {
+            m_path = m_fixture->openNew();
+        }
+        for (int i = 1; i <= 3; ++i)
+            m_fixture->write("held/h%1.txt"_s.arg(i), QByteArray::number(i));
+        files()->addUrls({QUrl::fromLocalFile(m_fixture->path("held"_s))});
+        QTRY_COMPARE(files()->contentsModel()->rowCount(), 3);
+        QVERIFY(QTest::qWaitFor([this] { return tags()->addTag("tag"_s) > 0; }));
+        m_ids.clear();
+        for (int row = 0; row < 3; ++row)
+            m_ids.append(files()->contentsModel()->fileAt(row)->id());
+        m_fixture->takeBoxes();
+    }
+
+    void cleanup()
+    {
+        m_fixture.reset();
+        m_server.reset();
+    }
+
+    void refusal_data()
+    {
+        addColumns<QString, QString>("what", "outcome");
+        addRow("add", "INSERT ON files"_s, "\nFiles added: 0 of 2."_s);
+        addRow("delete", "DELETE ON files"_s, "\nFiles deleted: 0 of 3."_s);
+        addRow("transfer", "UPDATE ON files"_s, "\nFiles transferred: 0 of 3."_s);
+        addRow("rename", "UPDATE ON files"_s, ""_s);
+        addRow("tag", "UPDATE ON tags"_s, ""_s);
+        addRow("node", "INSERT ON tb_nodes"_s, ""_s);
+    }
+
+    void refusal()
+    {
+        QFETCH_GLOBAL(bool, isOnServer);
+        QFETCH(QString, what);
+        QFETCH(QString, outcome);
+        if (isOnServer) {
+            QVERIFY(m_server->refuse(what));
+            QVERIFY(
+                m_server->owner().run("CREATE OR REPLACE FUNCTION no() RETURNS trigger LANGUAGE plpgsql AS "
+                                      "'BEGIN RAISE EXCEPTION ''no'' USING ERRCODE=''53100''; END'"_s));
+        } else {
+            Sql::run("CREATE TRIGGER no BEFORE %1 BEGIN SELECT raise(ABORT,'no'); END"_s.arg(what));
+        }
+        run(QLatin1String(QTest::currentDataTag()));
+        // One box, though each of the files meets it.
+        const QStringList boxes = m_fixture->takeBoxes();
+        QCOMPARE(boxes.size(), 1);
+        QVERIFY2(boxes.first().startsWith(accessError) && boxes.first().contains("no"_s),
+                 qPrintable(boxes[0]));
+        QVERIFY2(boxes.first().endsWith(outcome), qPrintable(boxes.first()));
+        QCOMPARE(files()->contentsModel()->rowCount(), 3);
+    }
+
+    void refusalOfOne()
+    {
+        QFETCH_GLOBAL(bool, isOnServer);
+        const QString condition = "old.file_id=%1"_s.arg(m_ids.at(1));
+        if (isOnServer)
+            QVERIFY(m_server->refuse("UPDATE ON files"_s, condition));
+        else
+            Sql::run(
+                "CREATE TRIGGER no BEFORE UPDATE ON files WHEN %1 BEGIN SELECT raise(ABORT,'no'); END"_s.arg(
+                    condition));
+        run("transfer"_s);
+        const QStringList boxes = m_fixture->takeBoxes();
+        QCOMPARE(boxes.size(), 1);
+        QVERIFY2(boxes.first().endsWith("\nFiles transferred: 1 of 3."_s), qPrintable(boxes.first()));
+    }
+
+    void fileThatIsGone_data()
+    {
+        QTest::addColumn<QString>("outcome");
+        addRow("add", ""_s);
+        addRow("delete", "\nFiles deleted: 0 of 3."_s);
+        addRow("transfer", "\nFiles transferred: 0 of 3."_s);
+        addRow("extract", "\nFiles extracted: 0 of 3."_s);
+        addRow("rename", ""_s);
+        addRow("tag", ""_s);
+        addRow("node", ""_s);
+    }
+
+    void fileThatIsGone()
+    {
+        QFETCH(QString, outcome);
+        if (m_server)
+            QSKIP("what only a file meets");
+        QVERIFY(QFile::remove(m_path));
+        run(QLatin1String(QTest::currentDataTag()));
+        QCOMPARE(m_fixture->takeBoxes(),
+                 QStringList{accessError + "The database file \"%1\" is missing."_s.arg(m_path) + outcome});
+        QVERIFY(!QFile::exists(m_path));
+    }
+
+    void lockedFile_data()
+    {
+        QTest::addColumn<QString>("outcome");
+        addRow("add", " Files added: 0 of 2."_s);
+        addRow("extract", " Files extracted: 0 of 3."_s);
+        addRow("rename", ""_s);
+    }
+
+    void lockedFile()
+    {
+        QFETCH(QString, outcome);
+        if (m_server)
+            QSKIP("a server's rows are locked, not the whole of it");
+        OtherConnection other(m_path);
+        QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
+        run(QLatin1String(QTest::currentDataTag()));
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        QCOMPARE(warning(), busy + outcome);
+    }
+
+private:
+    MainWindow &window() { return m_fixture->window(); }
+    MainViewController *files() { return window().collection()->mainViewController(); }
+    TagsController *tags() { return window().collection()->tagsController(); }
+
+    QString warning()
+    {
+        const auto *box = window().findChild<QMessageBox *>("temporaryWarning"_s);
+        return box && box->isVisible() ? box->text() : QString();
+    }
+
+    /** Until something has been said. */
+    void run(const QString &road)
+    {
+        if (road == "add"_s) {
+            files()->addUrls({QUrl::fromLocalFile(m_fixture->write("new1.txt"_s, "x")),
+                              QUrl::fromLocalFile(m_fixture->write("new2.txt"_s, "y"))});
+        } else if (road == "delete"_s) {
+            files()->deleteFiles(m_ids);
+        } else if (road == "transfer"_s) {
+            files()->transferToInternal(m_ids);
+        } else if (road == "extract"_s) {
+            QVERIFY(QDir().mkpath(m_fixture->path("out"_s)));
+            files()->extractFiles(m_fixture->path("out"_s), m_ids);
+        } else if (road == "rename"_s) {
+            files()->updateFileDescription(m_ids.first(), "another"_s);
+        } else if (road == "tag"_s) {
+            tags()->renameTag(1, "other"_s);
+        } else {
+            window().collection()->browsTreeController()->addNodesBelow({1}, 0);
+        }
+        QVERIFY(
+            QTest::qWaitFor([this] { return !m_fixture->boxes().isEmpty() || !warning().isEmpty(); }, 20000));
+        // And no second one behind it.
+        WindowFixture::nestLoop(50);
+    }
+
+    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<ServerDatabase> m_server;
+    QString m_path;
+    QVector<qint64> m_ids;
+};
+
+QTEST_MAIN(TestWindowFailures)
+#include "tst_windowfailures.moc"
