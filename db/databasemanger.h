@@ -116,6 +116,8 @@ public:
     qint64 addTagToGroup(const QString &name, qint64 groupId);
     void renameTag(qint64 tagId, const QString &name);
     void changeTagDescription(qint64 tagId, const QString &text);
+    /** Whether a node has one of the tags, also one of a tree that is not shown; or it cannot be told. */
+    bool areTagsOnNodes(const QVector<qint64> &tagIds);
     /** Removes the tags with all that refers to them, all or nothing; nodes below theirs move up. */
     bool removeTags(const QVector<qint64> &tagIds);
 

@@ -79,6 +79,12 @@ qint64 DatabaseManger::addTagToGroup(const QString &name, qint64 groupId)
     return isAdded ? tagId : 0;
 }
 
+bool DatabaseManger::areTagsOnNodes(const QVector<qint64> &tagIds)
+{
+    bool isUsed = false;
+    return !m_providers.tags || !m_providers.tags->readUseOnNodes(tagIds, isUsed) || isUsed;
+}
+
 void DatabaseManger::renameTag(qint64 tagId, const QString &name)
 {
     if (isNameGiven(name))

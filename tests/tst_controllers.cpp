@@ -83,6 +83,13 @@ private slots:
         QVERIFY(!isInUse());
         const qint64 node = m_open->addNode(1);
         QVERIFY(isInUse() && !tags().isTagInUse({2}) && !tags().isTagInUse({}));
+        QFETCH_GLOBAL(bool, isOnServer);
+        if (isOnServer) {
+            // A node of a tree that is not shown goes with its tag, too.
+            QVERIFY(m_open->tree().addTree("two"_s) && m_open->tree().selectTree(2));
+            QVERIFY(isInUse());
+            QVERIFY(m_open->tree().selectTree(1));
+        }
         m_open->tree().removeNodes({node});
         relations().addChildren({}, {1});
         QVERIFY(isInUse());

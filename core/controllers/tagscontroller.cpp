@@ -141,11 +141,12 @@ bool TagsController::isTagInUse(const QVector<qint64> &tagIds) const
 {
     if (!manager())
         return false;
+    if (tagIds.isEmpty())
+        return false;
+    // The records have the nodes of one tree only.
+    if (manager()->areTagsOnNodes(tagIds))
+        return true;
     const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
-    for (const TBnode *node : qAsConst(manager()->nodes())) {
-        if (wanted.contains(node->tagId()))
-            return true;
-    }
     for (const auto &item : qAsConst(manager()->relationNodes())) {
         if (wanted.contains(item.second->id()))
             return true;

@@ -37,6 +37,19 @@ void TagsProvider::loadTags(const QVector<qint64> &ids)
     });
 }
 
+bool TagsProvider::readUseOnNodes(const QVector<qint64> &ids, bool &isUsed)
+{
+    isUsed = false;
+    return Chunks::forEach(ids, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
+        const QString condition = constructor()->inClause(QStringLiteral("tag_id"), SqlText::idTexts(part));
+        const QVariant count = SingleValue::read(
+            *this, constructor()->selectQuery({QStringLiteral("count(*)")}, QStringLiteral("tb_nodes")) +
+                       constructor()->whereClause(condition) + constructor()->statementEnd());
+        isUsed = isUsed || count.toLongLong() > 0;
+        return count.isValid();
+    });
+}
+
 bool TagsProvider::updateTag(qint64 id, const QString &column, const QString &value)
 {
     const QString condition = SqlText::fill(QStringLiteral("tag_id=%1"), {QString::number(id)});

@@ -25,6 +25,9 @@ public:
     /** Removes the rows of the tags alone; whatever refers to them goes by TagRemover. */
     bool removeTags(const QVector<qint64> &ids);
 
+    /** Whether a node of any browsing tree has one of the tags; false on failure. */
+    bool readUseOnNodes(const QVector<qint64> &ids, bool &isUsed);
+
 signals:
     void gotAllTagInfo(bool ok, const TableData &table);
     void tagsUpdated(bool ok, const TableData &table);
