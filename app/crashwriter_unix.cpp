@@ -1,5 +1,7 @@
 #include "app/crashwriter.h"
 
+#include "app/crashstack.h"
+
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +22,6 @@ constexpr std::size_t maxUserName = 64;
 constexpr int maxFrames = 128;
 
 char userName[maxUserName + 1] = "unknown";
-alignas(16) char alternateStack[64 * 1024];
 
 /** A fixed text that grows at its end; what does not fit is dropped. */
 struct Text
@@ -163,10 +164,7 @@ void installCrashWriter()
     void *frames[4];
     backtrace(frames, 4);
 
-    stack_t stack{};
-    stack.ss_sp = alternateStack;
-    stack.ss_size = sizeof alternateStack;
-    sigaltstack(&stack, nullptr);
+    provideCrashStack();
 
     struct sigaction action
     {

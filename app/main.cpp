@@ -1,5 +1,8 @@
 #include "app/constants.h"
 #include "app/crashwriter.h"
+#ifndef Q_OS_WIN
+#include "app/endsignals.h"
+#endif
 #include "app/mainwindow.h"
 #include "app/startsplash.h"
 #include "app/windowsettings.h"
@@ -83,6 +86,9 @@ int main(int argc, char *argv[])
 
     MainWindow window;
     QObject::connect(&window, &MainWindow::openingProgress, &splash, &StartSplash::setPercent);
+#ifndef Q_OS_WIN
+    const EndSignals endSignals;
+#endif
     window.openStartupDatabase(first.path, first.source);
     window.show();
     if (showQuickStart)

@@ -1,5 +1,6 @@
 #include "db/connectiontrial.h"
 
+#include "app/crashstack.h"
 #include "db/connections.h"
 
 ConnectionTrial::ConnectionTrial(const DBDetails &details, QObject *parent)
@@ -14,6 +15,7 @@ ConnectionTrial::~ConnectionTrial()
 
 void ConnectionTrial::run()
 {
+    provideCrashStack();
     // Each its own name: one that was given up may go on beside the next.
     const QString name = QStringLiteral("trialConnection%1").arg(quintptr(this));
     const Connections::Result result = Connections::open(name, m_details);

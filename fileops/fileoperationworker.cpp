@@ -1,6 +1,7 @@
 #include "fileops/fileoperationworker.h"
 
 #include "app/constants.h"
+#include "app/crashstack.h"
 #include "db/connections.h"
 #include "db/errorjudge.h"
 #include "fileops/addfilelistoperation.h"
@@ -138,6 +139,7 @@ int FileOperationWorker::percent(int done, int total)
 
 void FileOperationWorker::runOperationQueue()
 {
+    provideCrashStack();
     {
         const QMutexLocker locker(&m_queueMutex);
         m_isRunning = true;

@@ -1,3 +1,4 @@
+#include "app/crashstack.h"
 #include "app/crashwriter.h"
 #include "tests/support/text.h"
 
@@ -74,6 +75,13 @@ private slots:
         addRow("stack overflow", Fault([] { overflowStack(0); }), SIGSEGV, QByteArray("\naddress 0x7"));
         addRow("other thread", Fault([] { std::thread(readBadAddress).join(); }), SIGSEGV,
                QByteArray("\naddress 0x18\n"));
+        addRow("stack overflow of another thread", Fault([] {
+                   std::thread([] {
+                       provideCrashStack();
+                       overflowStack(0);
+                   }).join();
+               }),
+               SIGSEGV, QByteArray("\naddress 0x7"));
         for (const int number : {SIGBUS, SIGFPE, SIGILL})
             addRow(strsignal(number), Fault([number] { raise(number); }), number, QByteArray());
     }

@@ -70,10 +70,17 @@ equals "select count(*) from file_tag where file_id not in (select file_id from 
 # Closed and opened again: it is the newest of the recent list.
 close_window
 equals "pragma integrity_check" ok || fail "integrity"
+settings="$XDG_CONFIG_HOME/Tallowfen Software/Vorna.conf"
+sed -i '/^geometry=/d' "$settings"
 start
 within 10 window "^Vorna - $db" || fail "not opened again"
 xdotool mousemove 340 116 click 1; sleep 1
 [ -z "${VORNA_E2E_PICTURE:-}" ] || import -window root "$VORNA_E2E_PICTURE"
-close_window
+
+# A signal ends it as a person would: with its layout stored, and not as the signal's victim.
+kill -TERM "$app"
+within 10 not_running || fail "still running after a signal"
+wait "$app" || fail "killed by the signal"
+grep -q '^geometry=' "$settings" || fail "the layout is lost"
 ls "$work"/*.dmp 2>/dev/null && fail "a crash dump was written"
 echo "The road was walked."
