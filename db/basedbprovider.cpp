@@ -4,6 +4,7 @@
 #include "db/asyncrunner.h"
 #include "db/drivertexts.h"
 #include "db/errorjudge.h"
+#include "db/serverwatch.h"
 
 #include <QScopedValueRollback>
 #include <QSqlDatabase>
@@ -20,6 +21,15 @@ QString orDefault(const QString &connectionName)
 QSqlDatabase openConnection(const QString &connectionName)
 {
     return QSqlDatabase::database(orDefault(connectionName), false);
+}
+
+/** Hands slices on, each of them a sign of life from the server. */
+SliceTaker noting(ServerWatch::Waiting &waiting, const SliceTaker &take)
+{
+    return [&waiting, &take](const TableData &rows) {
+        take(rows);
+        waiting.gotAnswer();
+    };
 }
 
 // The server's code for a prepared statement that it does not have.
@@ -98,14 +108,16 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
         return false;
     for (int i = 0; i < values.size(); ++i)
         query->bindValue(i, DriverTexts::toBind(*query, values.at(i)));
-    const bool success = query->exec() && QueryRunner::readRows(*query, table);
-    if (success) {
-        if (query->isSelect())
-            query->finish();
-        return true;
+    const QSqlDatabase database = openConnection(connection);
+    {
+        const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        if (query->exec() && QueryRunner::readRows(*query, table)) {
+            if (query->isSelect())
+                query->finish();
+            return true;
+        }
     }
     const QSqlError error = query->lastError();
-    const QSqlDatabase database = openConnection(connection);
     // The next use prepares it anew. A server keeps its own until it says that it does not know one: in a
     // transaction that failed it would refuse to let one go.
     if (database.driverName() == Constants::sqliteDriver || error.nativeErrorCode() == unknownStatement)
@@ -116,6 +128,11 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
 
 void BaseDBProvider::clearPrepared()
 {
+    // The driver tells the server of each that goes.
+    for (auto connection = m_prepared.begin(); connection != m_prepared.end(); ++connection) {
+        const ServerWatch::Waiting waiting(openConnection(connection.key()));
+        connection->clear();
+    }
     m_prepared.clear();
 }
 
@@ -136,7 +153,11 @@ QSqlQuery *BaseDBProvider::preparedQuery(const QString &statement, const QString
         return &place.value();
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    if (!query.prepare(statement)) {
+    const auto isPrepared = [&] {
+        const ServerWatch::Waiting waiting(database);
+        return query.prepare(statement);
+    };
+    if (!isPrepared()) {
         tellFailure(database, query.lastError());
         return nullptr;
     }
@@ -152,8 +173,11 @@ bool BaseDBProvider::runSyncInSlices(const QString &query, int sliceRows, const 
         return false;
     }
     QSqlQuery statement(database);
-    if (executeForwardOnly(statement, query))
-        SliceReader(sliceRows, take).read(statement, key);
+    {
+        ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        if (executeForwardOnly(statement, query))
+            SliceReader(sliceRows, noting(waiting, take)).read(statement, key);
+    }
     return !reportError(database, statement);
 }
 
@@ -170,10 +194,13 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
     // A server sends one open result at a time: there the links are fetched whole before the other starts.
     // The names of their columns come first too, as the driver asks the server for them.
     links.setForwardOnly(database.driverName() == Constants::sqliteDriver);
-    if (links.exec(linksQuery)) {
-        const QStringList linkColumns = QueryRunner::columnNames(links);
-        if (executeForwardOnly(statement, query))
-            SliceReader(sliceRows, take).readJoined(statement, links, linkColumns);
+    {
+        ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        if (links.exec(linksQuery)) {
+            const QStringList linkColumns = QueryRunner::columnNames(links);
+            if (executeForwardOnly(statement, query))
+                SliceReader(sliceRows, noting(waiting, take)).readJoined(statement, links, linkColumns);
+        }
     }
     const bool linksFailed = reportError(database, links);
     return !linksFailed && !reportError(database, statement);
@@ -199,7 +226,11 @@ bool BaseDBProvider::beginTransaction(const QString &connectionName)
         return true;
     QSqlDatabase database = openConnection(connectionName);
     m_savepointLost = false;
-    if (database.transaction())
+    const auto isBegun = [&] {
+        const ServerWatch::Waiting waiting(database);
+        return database.transaction();
+    };
+    if (isBegun())
         return true;
     tellFailure(database, database.lastError());
     return false;
@@ -219,7 +250,11 @@ bool BaseDBProvider::commitTransaction(const QString &connectionName)
         tellError(query.lastError());
         return false;
     }
-    if (database.commit())
+    const auto isCommitted = [&] {
+        const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        return database.commit();
+    };
+    if (isCommitted())
         return true;
     tellFailure(database, database.lastError());
     return false;
@@ -230,7 +265,9 @@ bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
     if (m_hasJoined)
         return true;
     // Silent: it follows a failure that was told already, and the back-end may have rolled back by itself.
-    return openConnection(connectionName).rollback();
+    QSqlDatabase database = openConnection(connectionName);
+    const ServerWatch::Waiting waiting(database);
+    return database.rollback();
 }
 
 void BaseDBProvider::joinTransaction()

@@ -1,6 +1,7 @@
 #include "db/connections.h"
 
 #include "app/constants.h"
+#include "db/serverwatch.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -28,10 +29,9 @@ QString clientName()
     return name;
 }
 
-QString optionsOnServer(const QString &connectionName)
+int lockMilliseconds(const QString &connectionName)
 {
-    const bool isWorker = connectionName == Constants::workerConnection;
-    return serverOptions.arg(QString::number(isWorker ? 0 : windowLockMilliseconds), clientName());
+    return connectionName == Constants::workerConnection ? 0 : windowLockMilliseconds;
 }
 
 /** Nothing that stands in the making of tables may reach beyond them. */
@@ -40,12 +40,33 @@ void distrustSchema(const QSqlDatabase &database)
     QSqlQuery(database).exec(QStringLiteral("PRAGMA trusted_schema=OFF;"));
 }
 
-/** What stands between client and server may have dropped the options. */
-bool hasStandardStrings(const QSqlDatabase &database)
+QString optionsOnServer(const QString &connectionName)
 {
+    return serverOptions.arg(QString::number(lockMilliseconds(connectionName)), clientName());
+}
+
+/**
+ * What stands between client and server may have dropped the options: they are set once more. The error that
+ * is in the way, an invalid one for none.
+ */
+QSqlError setUpSession(const QSqlDatabase &database)
+{
+    const ServerWatch::Waiting waiting(database);
     QSqlQuery query(database);
-    return query.exec(QStringLiteral("SHOW standard_conforming_strings;")) && query.next() &&
-           query.value(0).toString() == QLatin1String("on");
+    const QString statement =
+        QStringLiteral("SELECT current_setting('standard_conforming_strings'), "
+                       "set_config('search_path', 'public', false), "
+                       "set_config('lock_timeout', '%1', false), set_config('vorna.client', '%2', false);");
+    if (!query.exec(
+            statement.arg(QString::number(lockMilliseconds(database.connectionName())), clientName())) ||
+        !query.next())
+        return query.lastError();
+    // Too late for this one, as the driver has looked by then.
+    if (query.value(0).toString() != QLatin1String("on"))
+        return {QString(),
+                QCoreApplication::translate("Connections", "The server does not use standard strings."),
+                QSqlError::ConnectionError};
+    return {};
 }
 } // namespace
 
@@ -92,12 +113,10 @@ Result open(const QString &name, const DBDetails &details, const QString &option
             result.error = database.lastError();
             if (result.isOpen && !isServer)
                 distrustSchema(database);
-            if (result.isOpen && isServer && !hasStandardStrings(database)) {
-                result.isOpen = false;
-                result.error = QSqlError(
-                    QString(),
-                    QCoreApplication::translate("Connections", "The server does not use standard strings."),
-                    QSqlError::ConnectionError);
+            if (result.isOpen && isServer) {
+                ServerWatch::add(database);
+                result.error = setUpSession(database);
+                result.isOpen = !result.error.isValid();
             }
         } else {
             result.error = database.lastError();
@@ -112,6 +131,7 @@ void close(const QString &name)
 {
     if (!QSqlDatabase::contains(name))
         return;
+    ServerWatch::remove(name);
     QSqlDatabase::database(name, false).close();
     QSqlDatabase::removeDatabase(name);
 }

@@ -6,6 +6,7 @@
 #include "db/migrations/dbversiontransition_2_0_8.h"
 #include "db/migrations/dbversiontransition_3_2_0.h"
 #include "db/migrations/dbversiontransition_4_1_0.h"
+#include "db/serverwatch.h"
 
 #include <QDebug>
 #include <QSqlError>
@@ -15,6 +16,7 @@ namespace {
 /** The text of the one version row; false, with a line in the log, when there is none. */
 bool readVersion(const QString &select, const QSqlDatabase &database, QString &text)
 {
+    const ServerWatch::Waiting waiting(database);
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(select) || !query.next() || query.lastError().isValid()) {

@@ -6,6 +6,7 @@
 #include "db/databaseupdater.h"
 #include "db/postgresqueryconstructor.h"
 #include "db/schemacheck.h"
+#include "db/serverwatch.h"
 #include "db/sqlitequeryconstructor.h"
 
 #include <QDebug>
@@ -33,6 +34,7 @@ QString busyTimeout(const DBDetails &details)
 /** Writes a row that names nothing, and takes it back. */
 bool isReadOnly(QSqlDatabase database)
 {
+    const ServerWatch::Waiting waiting(database);
     if (!database.transaction())
         return false;
     QSqlQuery query(database);

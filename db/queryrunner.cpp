@@ -2,6 +2,7 @@
 
 #include "app/constants.h"
 #include "db/drivertexts.h"
+#include "db/serverwatch.h"
 
 #include <QMetaMethod>
 #include <QSqlDatabase>
@@ -22,6 +23,7 @@ bool QueryRunner::isConnectionAlive(const QSqlDatabase &database)
     // A file cannot be lost as a server can, and asking it would double the work of every statement.
     if (database.driverName() == Constants::sqliteDriver)
         return true;
+    const ServerWatch::Waiting waiting(database);
     QSqlQuery query(database);
     if (query.exec(QStringLiteral("select 1;")))
         return query.next() && query.isValid();
@@ -78,7 +80,11 @@ bool QueryRunner::runOn(const QString &connectionName, const QString &query, Tab
         return false;
     QSqlQuery statement(database);
     statement.setForwardOnly(true);
-    return finish(database, statement, statement.exec(query), table);
+    const auto executed = [&] {
+        const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        return statement.exec(query);
+    };
+    return finish(database, statement, executed(), table);
 }
 
 bool QueryRunner::runBlobOn(const QString &connectionName, const QString &query, const QByteArray &blob,
@@ -89,10 +95,14 @@ bool QueryRunner::runBlobOn(const QString &connectionName, const QString &query,
         return false;
     QSqlQuery statement(database);
     statement.setForwardOnly(true);
-    if (!statement.prepare(query))
-        return finish(database, statement, false, table);
-    statement.bindValue(placeholder, QVariant(blob), QSql::In);
-    return finish(database, statement, statement.exec(), table);
+    const auto executed = [&] {
+        const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        if (!statement.prepare(query))
+            return false;
+        statement.bindValue(placeholder, QVariant(blob), QSql::In);
+        return statement.exec();
+    };
+    return finish(database, statement, executed(), table);
 }
 
 bool QueryRunner::checkConnection(const QSqlDatabase &database)
@@ -106,7 +116,11 @@ bool QueryRunner::checkConnection(const QSqlDatabase &database)
 bool QueryRunner::finish(const QSqlDatabase &database, QSqlQuery &query, bool executed, TableData &table)
 {
     TableData rows;
-    const bool success = executed && readRows(query, rows);
+    bool success = executed;
+    if (success) {
+        const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        success = readRows(query, rows);
+    }
     if (success) {
         table = rows;
     } else {

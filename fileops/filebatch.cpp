@@ -93,7 +93,7 @@ void FileBatch::takeBackRun(Savepoint &savepoint)
     // Then nothing is tried again, and what was kept silent is the only word that says why.
     if (m_worker.isConnectionLost())
         emit m_worker.connectionError();
-    else if (m_worker.isSavepointLost())
+    else if (m_worker.isSavepointLost() && !m_worker.shouldEnd())
         m_worker.report().note(cause);
 }
 

@@ -4,6 +4,7 @@
 #include "app/crashstack.h"
 #include "db/connections.h"
 #include "db/errorjudge.h"
+#include "db/serverwatch.h"
 #include "fileops/addfilelistoperation.h"
 #include "fileops/addfilesoperation.h"
 #include "fileops/addhyperlinksoperation.h"
@@ -68,12 +69,15 @@ void FileOperationWorker::cancelAll()
 {
     const QMutexLocker locker(&m_cancelMutex);
     m_cancel = true;
+    // It may wait for a row that another client keeps.
+    ServerWatch::setCanceled(m_connectionName, true);
 }
 
 void FileOperationWorker::stop()
 {
     const QMutexLocker locker(&m_stopMutex);
     m_stop = true;
+    ServerWatch::setCanceled(m_connectionName, true);
 }
 
 bool FileOperationWorker::isBusy() const
@@ -176,6 +180,8 @@ bool FileOperationWorker::openConnection()
     }
     if (m_details.type() == Constants::localDatabase)
         RegularFile::keepShut(m_details.databaseName());
+    if (shouldEnd())
+        ServerWatch::setCanceled(m_connectionName, true);
     prepareConnection();
     return true;
 }

@@ -6,7 +6,8 @@ set -euo pipefail
 build=(
     g++ cmake ninja-build ccache git lld          # compiler and build tools
     qtbase5-dev                                   # Qt 5.15: Core, Gui, Widgets, Sql, Network, Test
-    libsqlite3-dev libpq-dev libjpeg62-turbo-dev  # the plain reference loops of the benchmarks
+    libpq-dev                                     # ending the wait for a server
+    libsqlite3-dev libjpeg62-turbo-dev            # the plain reference loops of the benchmarks
     librsvg2-bin                                  # icons: SVG to PNG at build time
 )
 run=(

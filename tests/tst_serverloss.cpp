@@ -1,4 +1,5 @@
 #include "core/providers/mainviewprovider.h"
+#include "db/serverwatch.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 
@@ -15,6 +16,7 @@ private slots:
         QTest::addColumn<QString>("event");
         addRow("server shut down", "fast"_s);
         addRow("server killed", "immediate"_s);
+        addRow("server held", "hold"_s);
         addRow("connection ended by the administrator", "terminate"_s);
     }
 
@@ -23,6 +25,7 @@ private slots:
         QFETCH_GLOBAL(QString, event);
         m_event = event;
         m_isInterrupted = false;
+        ServerWatch::setBound(2000);
         if (!ServerDatabase::isAvailable())
             QSKIP("VORNA_TEST_PG names no server");
         auto database = std::make_unique<ServerDatabase>();
@@ -36,6 +39,8 @@ private slots:
     {
         if (!m_manager)
             return;
+        if (m_event == QLatin1String("hold"))
+            QVERIFY(ServerDatabase::holdServer(false));
         if (!ServerConnection(m_server->ownerDetails(), "probe"_s).database().isOpen())
             QVERIFY(ServerDatabase::startServer());
         m_errors.reset();
@@ -146,6 +151,11 @@ private:
     {
         if (std::exchange(m_isInterrupted, true))
             return;
+        m_sinceInterruption.start();
+        if (m_event == QLatin1String("hold")) {
+            QVERIFY(ServerDatabase::holdServer(true));
+            return;
+        }
         const QString end = "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename='%1'"_s;
         QVERIFY(m_event == QLatin1String("terminate") ? m_server->owner().run(end.arg(ServerDatabase::writer))
                                                       : ServerDatabase::stopServer(m_event));
@@ -157,7 +167,11 @@ private:
         QCOMPARE(m_lost->size(), 1);
         QCOMPARE(m_errors->size(), 0);
         m_manager->close();
-        if (m_event != QLatin1String("terminate")) {
+        // The wait is bounded, the one for the worker at the end with it.
+        QVERIFY(m_sinceInterruption.elapsed() < 10000);
+        if (m_event == QLatin1String("hold")) {
+            QVERIFY(ServerDatabase::holdServer(false));
+        } else if (m_event != QLatin1String("terminate")) {
             QVERIFY(!m_manager->open());
             QVERIFY(ServerDatabase::startServer());
         }
@@ -170,6 +184,7 @@ private:
     std::unique_ptr<QSignalSpy> m_lost;
     std::unique_ptr<QSignalSpy> m_errors;
     bool m_isInterrupted = false;
+    QElapsedTimer m_sinceInterruption;
 };
 
 QTEST_MAIN(TestServerLoss)

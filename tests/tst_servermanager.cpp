@@ -82,6 +82,11 @@ private slots:
         QVERIFY(m_collection->open());
         QVERIFY(m_server->owner().run(role + " RESET ALL"_s));
 
+        // Not by the options of the connection alone: what stands in between may drop those.
+        QCOMPARE(m_collection->value("SELECT string_agg(source,' ') FROM pg_settings WHERE name IN "
+                                     "('lock_timeout','search_path')"),
+                 "session session"_s);
+
         const qint64 tagId = m_collection->tags().addTag(name);
         const qint64 link =
             m_collection->add(QUrl("https://example.org/\\'%1"_s, QUrl::TolerantMode), {tagId});

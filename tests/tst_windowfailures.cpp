@@ -5,6 +5,7 @@
 #include "models/contentsmodel.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/windowfixture.h"
+#include "ui/dialogs/fileoperationprogress.h"
 
 #include <QMessageBox>
 
@@ -143,6 +144,42 @@ private slots:
         run(QLatin1String(QTest::currentDataTag()));
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
         QCOMPARE(warning(), busy + outcome);
+    }
+
+    void heldRow_data()
+    {
+        addColumns<bool, QString>("isClosed", "outcome");
+        addRow("Cancel", false, "Files deleted: 0 of 3."_s);
+        addRow("Disconnect", true, ""_s);
+    }
+
+    void heldRow()
+    {
+        QFETCH(bool, isClosed);
+        QFETCH(QString, outcome);
+        if (!m_server)
+            QSKIP("a local database is locked as a whole");
+        ServerConnection &other = m_server->owner();
+        QVERIFY(other.run("BEGIN"_s) && other.run("SELECT * FROM files FOR UPDATE"_s));
+        files()->deleteFiles(m_ids);
+        const auto isWaiting = [&other] {
+            return other.value("SELECT count(*) FROM pg_locks WHERE NOT granted"_s) == "1"_s;
+        };
+        QVERIFY(QTest::qWaitFor(isWaiting));
+        QElapsedTimer timer;
+        timer.start();
+        if (isClosed) {
+            m_fixture->action("Disconnect"_s)->trigger();
+        } else {
+            auto *progress = window().findChild<FileOperationProgress *>();
+            progress->reject();
+            QTRY_VERIFY(progress->isHidden());
+        }
+        QVERIFY(timer.elapsed() < 1500);
+        QTRY_COMPARE(warning(), outcome);
+        QVERIFY(other.run("ROLLBACK"_s));
+        QCOMPARE(other.value("SELECT count(*) FROM files"_s), "3"_s);
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 
 private:

@@ -33,11 +33,18 @@ bool runOnServer(const QString &statement)
     return false;
 }
 
-/** Runs pg_ctl on the folder of the server, as the user to whom it belongs. */
-bool controlServer(const QStringList &arguments)
+/** Where the server has its data; found while it answers. */
+QString serverFolder()
 {
     static const QString folder =
         ServerConnection(maintenance(), "maintenance"_s).value("SHOW data_directory"_s);
+    return folder;
+}
+
+/** Runs pg_ctl on the folder of the server, as the user to whom it belongs. */
+bool controlServer(const QStringList &arguments)
+{
+    const QString folder = serverFolder();
     QStringList command =
         QStringList{"runuser"_s, "-u"_s, QFileInfo(folder).owner(), "--"_s} +
         QStringList{"/usr/lib/postgresql/15/bin/pg_ctl"_s, "-D"_s, folder, "-w"_s, "-l"_s, folder + "/log"_s};
@@ -181,6 +188,14 @@ int ServerDatabase::runScript(const QString &name, QString *output)
 bool ServerDatabase::stopServer(const QString &mode)
 {
     return controlServer({"-m"_s, mode, "stop"_s});
+}
+
+bool ServerDatabase::holdServer(bool isHeld)
+{
+    const QByteArray process = TestFolder::read(serverFolder() + "/postmaster.pid"_s).split('\n').first();
+    const QString command = "kill -%1 %2 $(cat /proc/%2/task/%2/children)"_s;
+    return QProcess::execute("sh"_s, {"-c"_s, command.arg(isHeld ? "STOP"_s : "CONT"_s,
+                                                          QString::fromLatin1(process))}) == 0;
 }
 
 bool ServerDatabase::startServer()

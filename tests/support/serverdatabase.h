@@ -53,6 +53,8 @@ public:
     /** Stops the server itself, in a mode of pg_ctl: every connection to it is gone. */
     static bool stopServer(const QString &mode);
     static bool startServer();
+    /** Holds all processes of the server, or lets them go on: it is there and does not answer. */
+    static bool holdServer(bool isHeld);
     /**
      * A connection with all rights, to look and to change behind the clients' backs. A database of which it
      * was asked for is not used again.
