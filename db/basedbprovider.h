@@ -99,6 +99,9 @@ public:
     /** So that lastError() tells of what follows. */
     void forgetLastError() { m_lastError = QSqlError(); }
 
+    /** Says that a statement failed; for one that was kept silent until it was clear what it means. */
+    virtual void emitError(const QSqlError &error) { emit errorOccured(error); }
+
 signals:
     void connectionError();
     void errorOccured(QSqlError error);
@@ -127,8 +130,6 @@ protected:
     void forgetLostConnection() { m_connectionLost = false; }
     /** For a begin of another kind: no savepoint is lost in a new transaction. */
     void forgetLostSavepoint() { m_savepointLost = false; }
-    /** Says that a statement failed. */
-    virtual void emitError(const QSqlError &error) { emit errorOccured(error); }
     /** Passes a runner's two error signals on as the provider's own. */
     void forwardErrors(const QueryRunner &runner);
     /** Tells of an error, or that the connection is lost, after a failure on the default connection. */

@@ -93,7 +93,7 @@ BlockStorage::Result BlockStorage::read(qint64 id, QByteArray &data, qint64 &con
     if (m_worker.isConnectionLost())
         emit m_worker.connectionError();
     else if (result == Failed)
-        emit m_worker.errorOccured(m_worker.lastError());
+        m_worker.emitError(m_worker.lastError());
     return result;
 }
 

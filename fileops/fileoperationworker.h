@@ -47,6 +47,8 @@ public:
     /** The receiver of thumbnailLoaded says so when it has taken an image over. */
     void imageTaken(QImage *image);
 
+    /** Keeps it until the end of the operation; nothing while signals are blocked. */
+    void emitError(const QSqlError &error) override;
     /** What has failed in the running operation. */
     OperationReport &report() { return m_report; }
     /** For an operation whose failure must end those behind it too. */
@@ -105,8 +107,6 @@ protected:
     /** Called once the connection is open. */
     virtual void prepareConnection() {}
     void loseConnection() override;
-    /** Keeps it until the end of the operation; nothing while signals are blocked. */
-    void emitError(const QSqlError &error) override;
 
 private:
     bool openConnection();
