@@ -164,7 +164,7 @@ private slots:
         addInternal(1, "bytes");
         for (QString taken = "a"_s; taken.size() <= 255; taken.prepend("t_"_s))
             m_folder->write(taken, "1");
-        QFile::link("/nowhere at all"_s, m_folder->filePath("dead"_s));
+        QFile::link(m_folder->filePath("nowhere"_s), m_folder->filePath("dead"_s));
         QSqlQuery query;
         query.prepare("UPDATE files SET file_name=?"_s);
         query.addBindValue(name);
@@ -198,7 +198,7 @@ private slots:
             else if (comes == "folder"_s)
                 QDir().mkdir(target);
             else
-                QFile::link(comes == "link"_s ? victim : "/nowhere at all"_s, target);
+                QFile::link(comes == "link"_s ? victim : m_folder->filePath("nowhere"_s), target);
         });
         QCOMPARE(extractor.extractToFile(1, target), FileExtractor::LeftOut);
         const QFileInfo there(target);
@@ -335,7 +335,7 @@ private slots:
         if (obstacle == "file"_s)
             m_folder->write("to"_s, "there");
         else if (obstacle == "link"_s)
-            QVERIFY(QFile::link("/nowhere at all"_s, to));
+            QVERIFY(QFile::link(m_folder->filePath("nowhere"_s), to));
         else if (obstacle == "folder"_s)
             QVERIFY(QDir().mkdir(to));
         const bool isFree = obstacle.isEmpty();

@@ -152,7 +152,7 @@ private slots:
         QFETCH(QString, name);
         const qint64 id = m_fixture->addExternal("old.txt"_s);
         m_fixture->write("other.txt"_s, "other.txt");
-        QFile::link("/nowhere at all"_s, m_fixture->filePath("dead"_s));
+        QFile::link(m_fixture->filePath("nowhere"_s), m_fixture->filePath("dead"_s));
         refuseNewPaths();
         const QString before = fileRow(id);
         const QStringList entries = QDir(m_fixture->folder()).entryList();

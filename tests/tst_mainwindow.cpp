@@ -1,6 +1,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "models/sorter.h"
 #include "tests/support/windowfixture.h"
+#include "ui/preview/filepreview.h"
 #include "ui/preview/previewbox.h"
 #include "ui/views/mainfilesview.h"
 
@@ -135,6 +136,7 @@ private slots:
         QPointer<PreviewBox> box;
         for (QWidget *widget : QApplication::topLevelWidgets())
             box = box ? box.data() : qobject_cast<PreviewBox *>(widget);
+        QTRY_COMPARE(box->findChild<FilePreview *>()->pictureSize(), QSize(6, 4));
         box->rotateClockwise();
 
         OtherConnection writer(path);

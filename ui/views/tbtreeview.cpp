@@ -258,6 +258,15 @@ void TBtreeView::restoreSelection()
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
+void TBtreeView::focusInEvent(QFocusEvent *event)
+{
+    const bool hadCurrent = currentIndex().isValid();
+    BranchView::focusInEvent(event);
+    // The base selects the first row then, though its files are not shown.
+    if (!hadCurrent && selectionModel())
+        selectionModel()->clearSelection();
+}
+
 void TBtreeView::startDrag(Qt::DropActions supportedActions)
 {
     // Without the picture of the row, which would cover the line that shows the new place.
@@ -341,7 +350,10 @@ void TBtreeView::dropEvent(QDropEvent *event)
     if (!m_controller)
         return;
     // A node above the target takes the target out and in again, so its index is looked up anew.
-    expand(m_controller->sorterModel()->indexOfNode(key.first, key.second));
+    const QModelIndex present = m_controller->sorterModel()->indexOfNode(key.first, key.second);
+    expand(present);
+    // It may have gone below the new node.
+    scrollTo(present);
     if (m_controller->currentNodeType() != 0)
         followShownNode();
 }
