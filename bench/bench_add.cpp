@@ -165,8 +165,8 @@ public:
         }
         closedir(folder);
         for (const std::string &below : folders) {
-            const std::string name = '/' + below;
-            addFolder(path + name, relativePath + name, below, tags, node);
+            const std::string tail = '/' + below;
+            addFolder(path + tail, relativePath + tail, below, tags, node);
         }
     }
 
