@@ -100,7 +100,7 @@ QVariant ContentsModel::data(const QModelIndex &index, int role) const
         return index.column() == ThumbnailColumn ? decoration(*file) : QVariant();
     case Qt::DisplayRole: {
         const QVariant value = text(*file, index.column());
-        return value.type() == QVariant::String ? LongText::shown(value.toString()) : value;
+        return value.type() == QVariant::String ? ShownText::cut(value.toString()) : value;
     }
     case Qt::EditRole:
         return editText(*file, index.column());
@@ -120,7 +120,7 @@ QVariant ContentsModel::text(const File &file, int column) const
     case Thumbnail: {
         const QFontMetrics metrics(QGuiApplication::font());
         return QString(QLatin1Char('\n') +
-                       metrics.elidedText(LongText::shown(file.name()), Qt::ElideRight, elidedWidth));
+                       metrics.elidedText(ShownText::cut(file.name()), Qt::ElideRight, elidedWidth));
     }
     case Path:
     case RelPath: {

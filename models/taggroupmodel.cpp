@@ -1,5 +1,6 @@
 #include "models/taggroupmodel.h"
 
+#include "app/showntext.h"
 #include "core/controllers/groupscontroller.h"
 #include "db/longtext.h"
 #include "models/tagroles.h"
@@ -46,7 +47,7 @@ QVariant TagGroupModel::data(const QModelIndex &index, int role) const
     const bool isTabColumn = index.column() == TabColumn;
     switch (role) {
     case Qt::DisplayRole:
-        return isTabColumn ? QVariant() : LongText::shown(group->name());
+        return isTabColumn ? QVariant() : ShownText::cut(group->name());
     case Qt::EditRole:
         return isTabColumn ? QVariant() : group->name();
     case Qt::CheckStateRole:

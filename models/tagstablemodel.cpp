@@ -1,9 +1,11 @@
 #include "models/tagstablemodel.h"
 
 #include "app/constants.h"
+#include "app/showntext.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/databasemanger.h"
 #include "db/longtext.h"
+#include "models/droppedurls.h"
 #include "models/idlistmime.h"
 #include "models/tagroles.h"
 
@@ -74,7 +76,7 @@ QVariant TagsTableModel::data(const QModelIndex &index, int role) const
         return decoration(*tag);
     case Qt::DisplayRole: {
         const QVariant value = text(*tag, index.column());
-        return value.type() == QVariant::String ? LongText::shown(value.toString()) : value;
+        return value.type() == QVariant::String ? ShownText::cut(value.toString()) : value;
     }
     case Qt::EditRole:
         return text(*tag, index.column());
@@ -238,7 +240,7 @@ bool TagsTableModel::dropMimeData(const QMimeData *data, Qt::DropAction /*action
         if (!fileIds.isEmpty())
             m_controller->linkFilesToTag(tagId, fileIds);
     } else if (data->hasFormat(Constants::uriMimeType)) {
-        const QList<QUrl> urls = data->urls();
+        const QList<QUrl> urls = DroppedUrls::of(*data);
         if (!urls.isEmpty())
             m_controller->addFilesToTag(tagId, urls);
     }

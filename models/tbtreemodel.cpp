@@ -5,7 +5,6 @@
 #include "app/specialnodes.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/treewalk.h"
-#include "db/longtext.h"
 #include "models/treeroles.h"
 
 #include <QColor>
@@ -365,7 +364,7 @@ QString TBtreeModel::toolTip(const TBnode &node)
 
 QString TBtreeModel::displayText(const TBnode &node)
 {
-    const QString name = LongText::shown(node.name());
+    const QString name = ShownText::cut(node.name());
     const QString text = node.isInverted() ? QStringLiteral("- ") + name : name;
     // More stands below than can be shown.
     const bool isCutOff = node.childrenCount() > 0 && TreeWalk::hidesChildren(node);

@@ -4,7 +4,6 @@
 #include "app/showntext.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/treewalk.h"
-#include "db/longtext.h"
 #include "models/idlistmime.h"
 #include "models/treeroles.h"
 
@@ -43,7 +42,7 @@ QVariant TRmodel::data(const QModelIndex &index, int role) const
 
 QString TRmodel::displayText(const TRnode &node) const
 {
-    const QString name = LongText::shown(m_controller ? m_controller->tagName(node.id()) : node.name());
+    const QString name = ShownText::cut(m_controller ? m_controller->tagName(node.id()) : node.name());
     // More stands below than can be shown.
     return node.childrenCount() > 0 && TreeWalk::hidesChildren(node) ? name + QStringLiteral(" …") : name;
 }

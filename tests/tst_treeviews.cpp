@@ -26,6 +26,20 @@ void answerMenu(int entry, QStringList *texts)
     });
 }
 
+/** A list of addresses as other programs hand it over; QMimeData would set its own one right. */
+class RawUriList : public QMimeData
+{
+public:
+    explicit RawUriList(const QByteArray &list) : m_list(list) {}
+    QStringList formats() const override { return {Constants::uriMimeType}; }
+
+protected:
+    QVariant retrieveData(const QString &, QVariant::Type) const override { return m_list; }
+
+private:
+    QByteArray m_list;
+};
+
 const int nowhere = -100;
 
 /** A window with the nodes a[b[c]], of the tags 1 to 3, and with the tags x (4) and y (5). */
@@ -161,6 +175,23 @@ private slots:
             std::sort(sorted.begin(), sorted.end());
             QCOMPARE(sorted, tags);
         }
+    }
+
+    void listOfAnotherProgramIsRead()
+    {
+        Window w;
+        QByteArray list = "# http://comment/\r\nhttp://a/%C3%A4\r\n\r\nhttp://b/1@2\r\n  file://" +
+                          QFile::encodeName(w.write("x"_s, "x")) + "\n#\nhttp://c/#d\r\n@";
+        const RawUriList data(list.replace('@', '\0'));
+        const QSignalSpy told(w.manager(), &DatabaseManger::error);
+        w.dropOn(1, data);
+        w.waitForWorker();
+        QStringList names;
+        for (const File *added : w.manager()->files())
+            names.append(added->name());
+        names.sort();
+        QCOMPARE(names, QStringList({"http://a/\u00e4"_s, "http://c/#d"_s, "x"_s}));
+        QCOMPARE(told.value(0).value(1).toString(), "One hyperlink was not added: not valid."_s);
     }
 
     void currentNodeFollowsADragAndComesBack()

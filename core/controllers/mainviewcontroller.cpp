@@ -2,6 +2,7 @@
 
 #include "app/constants.h"
 #include "app/messages.h"
+#include "app/showntext.h"
 #include "app/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/filerenamer.h"
@@ -12,7 +13,6 @@
 #include "core/filedragdata.h"
 #include "core/filekind.h"
 #include "db/databasemanger.h"
-#include "db/longtext.h"
 #include "fileops/thumbnailcache.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
@@ -428,8 +428,8 @@ QString MainViewController::joinedTagNames(const QVector<qint64> &tagIds) const
         const QString name = m_tags ? m_tags->tagName(tagId) : QString();
         if (!name.isEmpty())
             names += (names.isEmpty() ? QString() : QStringLiteral(", ")) + name;
-        if (names.size() > LongText::mostShown)
-            break;
+        if (names.size() > ShownText::mostSigns)
+            return names + QChar(0x2026);
     }
     return names;
 }

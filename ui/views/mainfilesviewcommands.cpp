@@ -13,6 +13,7 @@
 #include "core/file.h"
 #include "core/filekind.h"
 #include "core/tbnode.h"
+#include "models/droppedurls.h"
 #include "models/filepictures.h"
 #include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/dialogs/browsingtreetagsdialog.h"
@@ -317,6 +318,6 @@ bool MainFilesView::handleDrop(QDropEvent *event)
     if (!handleDrag(event))
         return false;
     if (event->isAccepted() && isWritable())
-        addUrls(event->mimeData()->urls());
+        addUrls(DroppedUrls::of(*event->mimeData()));
     return true;
 }

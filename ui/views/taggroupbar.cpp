@@ -1,7 +1,7 @@
 #include "ui/views/taggroupbar.h"
 
 #include "app/constants.h"
-#include "db/longtext.h"
+#include "app/showntext.h"
 #include "models/idlistmime.h"
 #include "models/tagsgroupproxy.h"
 
@@ -22,13 +22,13 @@ constexpr int longestTab = 200;
 QString escaped(const QString &name)
 {
     // A single one would underline the next letter.
-    return LongText::cut(name, longestTab).replace(QLatin1Char('&'), QLatin1String("&&"));
+    return ShownText::cut(name, longestTab).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 QString markedUp(const QString &name)
 {
     // As marked-up text, for a name that looks like markup would be taken for it.
-    return QLatin1String("<qt>") + LongText::shown(name).toHtmlEscaped() + QLatin1String("</qt>");
+    return QLatin1String("<qt>") + ShownText::cut(name).toHtmlEscaped() + QLatin1String("</qt>");
 }
 
 void paintTarget(QPainter &painter, const QRect &tab, const QColor &colour)

@@ -7,6 +7,7 @@
 #include "core/nodetype.h"
 #include "core/tbnode.h"
 #include "models/brtreesortermodel.h"
+#include "models/droppedurls.h"
 #include "models/idlistmime.h"
 #include "models/treeroles.h"
 #include "ui/views/hoveropener.h"
@@ -381,7 +382,7 @@ void TBtreeView::dropOnNode(QDropEvent *event, qint64 nodeId)
     if (data->hasFormat(Constants::fileMimeType))
         m_controller->addFilesToNode(nodeId, IdListMime::unpack(data, Constants::fileMimeType));
     else if (data->hasUrls())
-        m_controller->addUrlsToNode(nodeId, data->urls());
+        m_controller->addUrlsToNode(nodeId, DroppedUrls::of(*data));
     if (m_controller && data->hasFormat(Constants::tagMimeType))
         dropTags(event, nodeId);
 }
