@@ -67,10 +67,13 @@ void ExtractFilesOperation::reportFailure()
 
 void ExtractFilesOperation::reportLeftOut()
 {
-    if (!m_leftOut.isEmpty())
-        emit m_worker.error(
-            FileOperationWorker::tr("These files could not be read, or could not get their names in the "
-                                    "folder, and were not extracted:\n\n%1")
-                .arg(firstNames(m_leftOut)),
-            FileOperationWorker::tr("Error extracting file"));
+    if (m_leftOut.isEmpty())
+        return;
+    const QString text =
+        m_leftOut.size() == 1
+            ? FileOperationWorker::tr("This file could not be read, or could not get its name in the "
+                                      "folder, and was not extracted:\n\n%1")
+            : FileOperationWorker::tr("These files could not be read, or could not get their names in the "
+                                      "folder, and were not extracted:\n\n%1");
+    emit m_worker.error(text.arg(firstNames(m_leftOut)), FileOperationWorker::tr("Error extracting file"));
 }

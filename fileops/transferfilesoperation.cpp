@@ -115,10 +115,13 @@ void TransferFilesOperation::reportProgress(const Source &source, qint64 storedB
 
 void TransferFilesOperation::reportUnread()
 {
-    if (!m_unread.isEmpty())
-        emit m_worker.error(
-            FileOperationWorker::tr(
-                "These files could not be read, or changed meanwhile, and remain external:\n\n%1")
-                .arg(firstNames(m_unread)),
-            FileOperationWorker::tr("Error transferring files"));
+    if (m_unread.isEmpty())
+        return;
+    const QString text =
+        m_unread.size() == 1
+            ? FileOperationWorker::tr(
+                  "This file could not be read, or changed meanwhile, and remains external:\n\n%1")
+            : FileOperationWorker::tr(
+                  "These files could not be read, or changed meanwhile, and remain external:\n\n%1");
+    emit m_worker.error(text.arg(firstNames(m_unread)), FileOperationWorker::tr("Error transferring files"));
 }

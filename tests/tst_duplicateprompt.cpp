@@ -139,6 +139,7 @@ private slots:
      */
     void millionsAreShownAtOnce()
     {
+        LocalCollection boxes;
         PresentableDuplicates duplicates = manyMatches(1000000);
         const QString longest = "http://"_s + QString(200000, QLatin1Char('x'));
         duplicates.nameMatches.first().addedFiles.first().path = longest;
@@ -157,6 +158,9 @@ private slots:
         QVERIFY(prompt.chosenPaths().isEmpty());
         prompt.selectAll();
         QCOMPARE(prompt.chosenPaths().size(), 1000000);
+        QCOMPARE(copied(prompt).count(QLatin1Char('\n')), 99999);
+        QCOMPARE(boxes.takeBoxes(),
+                 QStringList("Copy: Only the first 100000 of the 5000002 selected lines were copied."_s));
         QVERIFY2(sinceStart.elapsed() < 30000, qPrintable(QString::number(sinceStart.elapsed())));
     }
 };

@@ -1,5 +1,6 @@
 #include "ui/dialogs/duplicateprompt.h"
 
+#include "app/messages.h"
 #include "app/showntext.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/file.h"
@@ -155,16 +156,22 @@ void DuplicatePrompt::copyLines(QKeyEvent *event)
         return;
     event->accept();
     QStringList lines;
+    int selectedCount = 0;
     QItemSelection selection = m_ui->contentMatchesList->selectionModel()->selection();
     std::sort(selection.begin(), selection.end(),
               [](const QItemSelectionRange &left, const QItemSelectionRange &right) {
                   return left.top() < right.top();
               });
     for (const QItemSelectionRange &range : qAsConst(selection)) {
+        selectedCount += range.height();
         for (int row = range.top(); row <= range.bottom() && lines.size() < mostCopiedLines; ++row)
             lines.append(m_contentMatches->line(row));
     }
     QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+    if (selectedCount > lines.size())
+        Messages::information(this, tr("Copy"),
+                              tr("Only the first %1 of the %2 selected lines were copied.")
+                                  .arg(QString::number(lines.size()), QString::number(selectedCount)));
 }
 
 /** Space works the box of the current row, whichever column is current. */
