@@ -376,6 +376,9 @@ void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
     case PendingReloads::TagReload:
         updateTags(ids);
         break;
+    case PendingReloads::GroupReload:
+        loadOrKeep(kind, ids, [this, &ids] { m_providers.groups->loadGroups(ids); });
+        break;
     case PendingReloads::NodeReload:
         reloadNodes(ids);
         break;

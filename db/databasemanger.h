@@ -9,9 +9,9 @@
 #include "db/caches/tagcache.h"
 #include "db/tabledata.h"
 #include "fileops/deletedfilerepresentations.h"
+#include "fileops/imageloading.h"
 #include "fileops/presentableduplicates.h"
 #include "fileops/shellfile.h"
-#include "fileops/imageloading.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -325,6 +325,11 @@ private:
     void gotConnectionLoss();
     void gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error);
     void updateTag(qint64 tagId, const QString &column, const QString &value);
+    /** A new tag and what links it, in one transaction; news of the linked ids follow. */
+    qint64 addTagWith(const QString &name, BaseDBProvider &linker, int reload,
+                      const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link);
+    /** Runs an edit that gives the ids to be read again when that was refused, none for a failure. */
+    QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit);
     qint64 parentOf(qint64 nodeId) const;
     bool runRemoval(const NodeRemovalPlan &plan);
     void tellRemoval(const NodeRemovalPlan &plan);

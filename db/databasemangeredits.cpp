@@ -31,6 +31,11 @@ QVector<qint64> without(const QVector<qint64> &ids, const QVector<qint64> &other
     }
     return rest;
 }
+
+QVector<qint64> idsIf(bool isDone, const QVector<qint64> &ids)
+{
+    return isDone ? ids : QVector<qint64>();
+}
 } // namespace
 
 bool DatabaseManger::isNameGiven(const QString &name)
@@ -49,34 +54,54 @@ void DatabaseManger::loadAllTags()
 
 qint64 DatabaseManger::addTag(const QString &name, const QVector<qint64> &fileIds)
 {
-    if (!m_providers.tags || !isNameGiven(name) || !isStorable(name) || !isDataCurrent())
-        return 0;
-    const qint64 tagId = m_providers.tags->addTag(name);
-    refreshModificationDate();
-    if (tagId > 0 && !fileIds.isEmpty())
-        linkTags(fileIds, {tagId});
-    return tagId;
+    MainViewProvider *files = m_providers.mainView;
+    return files ? addTagWith(name, *files, PendingReloads::FileReload, fileIds,
+                              [&](qint64 tagId) { return files->linkTags(fileIds, {tagId}); })
+                 : 0;
 }
 
 qint64 DatabaseManger::addTagToGroup(const QString &name, qint64 groupId)
 {
-    if (!m_groups.map().contains(groupId))
+    GroupsProvider *groups = m_providers.groups;
+    if (!groups || !m_groups.map().contains(groupId))
         return addTag(name);
-    if (!m_providers.tags || !m_providers.groups || !isNameGiven(name) || !isStorable(name) ||
-        !isDataCurrent())
+    return addTagWith(name, *groups, PendingReloads::GroupReload, {groupId},
+                      [&](qint64 tagId) { return groups->setGroupTags(groupId, {}, {tagId}); });
+}
+
+qint64 DatabaseManger::addTagWith(const QString &name, BaseDBProvider &linker, int reload,
+                                  const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link)
+{
+    if (!m_providers.tags || !isNameGiven(name) || !isStorable(name) || !isDataCurrent())
         return 0;
-    Transaction transaction(*m_providers.tags);
-    const qint64 tagId = transaction.isActive() ? m_providers.tags->addTag(name) : 0;
-    const bool isAdded =
-        tagId > 0 && m_providers.groups->addTagLinks(groupId, {tagId}) && transaction.commit();
-    transaction.rollBack();
+    qint64 tagId = 0;
+    bool isAdded = false;
+    {
+        JointTransaction transaction(*m_providers.tags, {&linker});
+        tagId = transaction.isActive() ? m_providers.tags->addTag(name) : 0;
+        isAdded = tagId > 0 && link(tagId) && transaction.commit();
+    }
     // The tag was known from its insert on.
     if (!isAdded && tagId > 0)
         gotTagsRemoved(true, {tagId});
-    if (isAdded)
-        m_providers.groups->loadGroups({groupId});
+    loadOrKeep(reload, linkedIds, [&linker] { linker.tellNews(); });
     refreshModificationDate();
     return isAdded ? tagId : 0;
+}
+
+QVector<qint64> DatabaseManger::runEdit(int reload, const std::function<QVector<qint64>()> &edit)
+{
+    m_sawBusy = false;
+    m_isReloading = true;
+    const QVector<qint64> ids = edit();
+    m_isReloading = false;
+    // Another connection may have taken the database between the edit and the reading of what it made.
+    if (m_sawBusy && ids.isEmpty())
+        warnOfBusyDatabase();
+    else if (m_sawBusy)
+        m_pendingReloads->add(reload, ids);
+    refreshModificationDate();
+    return ids;
 }
 
 bool DatabaseManger::areTagsOnNodes(const QVector<qint64> &tagIds)
@@ -100,8 +125,8 @@ void DatabaseManger::updateTag(qint64 tagId, const QString &column, const QStrin
 {
     if (!m_providers.tags || !isStorable(value) || !isDataCurrent())
         return;
-    m_providers.tags->updateTag(tagId, column, value);
-    refreshModificationDate();
+    runEdit(PendingReloads::TagReload,
+            [&] { return idsIf(m_providers.tags->updateTag(tagId, column, value), {tagId}); });
 }
 
 void DatabaseManger::updateTags(const QVector<qint64> &tagIds)
@@ -141,11 +166,13 @@ qint64 DatabaseManger::addGroup(const QString &name, bool visible)
 {
     if (!m_providers.groups || !isNameGiven(name) || !isStorable(name) || !isDataCurrent())
         return 0;
-    const qint64 groupId = m_providers.groups->addGroup(name);
+    const qint64 groupId = runEdit(PendingReloads::GroupReload, [&] {
+                               const qint64 id = m_providers.groups->addGroup(name);
+                               return idsIf(id > 0, {id});
+                           }).value(0);
     GroupItem *group = m_groups.map().value(groupId);
     if (group)
         group->setVisible(visible);
-    refreshModificationDate();
     return groupId;
 }
 
@@ -185,8 +212,11 @@ bool DatabaseManger::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGro
         added.erase(std::remove_if(added.begin(), added.end(), isGone), added.end());
         changes.append({it.key(), without(group->tags(), *it), added});
     }
-    const bool isSet = m_providers.groups->setGroupTags(changes);
-    refreshModificationDate();
+    bool isSet = false;
+    runEdit(PendingReloads::GroupReload, [&] {
+        isSet = m_providers.groups->setGroupTags(changes);
+        return idsIf(isSet, tagsOfGroups.keys().toVector());
+    });
     return isSet;
 }
 
@@ -207,18 +237,25 @@ qint64 DatabaseManger::addNodeBelow(qint64 tagId, qint64 parentId)
 {
     if (!m_providers.browsTree || !isDataCurrent())
         return 0;
-    const qint64 nodeId = m_providers.browsTree->addNode(tagId, true, false, parentId);
-    refreshModificationDate();
-    return nodeId;
+    return runEdit(PendingReloads::NodeReload,
+                   [&] {
+                       const qint64 id = m_providers.browsTree->addNode(tagId, true, false, parentId);
+                       return idsIf(id > 0, {id});
+                   })
+        .value(0);
 }
 
 qint64 DatabaseManger::addNodeAbove(qint64 tagId, qint64 nodeId)
 {
     if (!m_nodes.map().contains(nodeId) || !m_providers.browsTree || !isDataCurrent())
         return 0;
-    const qint64 newId = m_providers.browsTree->addNodeAbove(tagId, true, false, parentOf(nodeId), nodeId);
-    refreshModificationDate();
-    return newId;
+    return runEdit(PendingReloads::NodeReload,
+                   [&] {
+                       const qint64 id =
+                           m_providers.browsTree->addNodeAbove(tagId, true, false, parentOf(nodeId), nodeId);
+                       return idsIf(id > 0, {id, nodeId});
+                   })
+        .value(0);
 }
 
 qint64 DatabaseManger::parentOf(qint64 nodeId) const
@@ -420,13 +457,12 @@ bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,
 {
     if (!m_providers.mainView || !isDataCurrent())
         return false;
-    m_sawBusy = false;
-    const bool edited = edit(*m_providers.mainView);
-    // The worker may have taken the database between the edit and the reading of what it made.
-    if (edited && m_sawBusy)
-        m_pendingReloads->add(PendingReloads::FileReload, fileIds);
-    refreshModificationDate();
-    return edited;
+    bool isEdited = false;
+    runEdit(PendingReloads::FileReload, [&] {
+        isEdited = edit(*m_providers.mainView);
+        return idsIf(isEdited, fileIds);
+    });
+    return isEdited;
 }
 
 void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)

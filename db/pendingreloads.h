@@ -15,7 +15,7 @@ class PendingReloads : public QObject
     Q_OBJECT
 
 public:
-    enum Kind { TagReload, NodeReload, FileReload, FullReload, ThumbnailReload };
+    enum Kind { TagReload, GroupReload, NodeReload, FileReload, FullReload, ThumbnailReload };
 
     explicit PendingReloads(QObject *parent = nullptr);
 

@@ -66,6 +66,12 @@ private slots:
         QCOMPARE(changed.first().first().value<Ids>(), Ids({1, 3}));
         QCOMPARE(manager->file(3)->tags(), Ids{tagId});
         QCOMPARE(manager.rows("SELECT file_id FROM file_tag ORDER BY file_id"), (QStringList{"1"_s, "3"_s}));
+        // Both or neither.
+        QVERIFY(manager.database().refuse("INSERT ON file_tag"_s));
+        QCOMPARE(manager->addTag("alone"_s, {1}), qint64(0));
+        QVERIFY(!manager->hasTagNamed("alone"_s));
+        QCOMPARE(manager.count("tags"_s), 2);
+        QCOMPARE(manager->file(1)->tags(), Ids{tagId});
     }
 
     void removedTagsLeaveNoTrace()

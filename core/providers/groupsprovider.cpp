@@ -87,7 +87,7 @@ bool GroupsProvider::setGroupTags(const QVector<GroupTagChange> &changes)
         if (!transaction.isActive() || !std::all_of(real.cbegin(), real.cend(), run) || !transaction.commit())
             return false;
     }
-    loadGroups(groupIds);
+    announce([this, groupIds] { loadGroups(groupIds); });
     return true;
 }
 

@@ -179,7 +179,7 @@ bool MainViewProvider::changeTags(const QVector<qint64> &fileIds, const QVector<
     if (!transaction.isActive() || !runLinkChange(fileIds, linked, &MainViewProvider::linkText) ||
         !runLinkChange(fileIds, unlinked, &MainViewProvider::unlinkText) || !transaction.commit())
         return false;
-    loadFiles(fileIds);
+    announce([this, fileIds] { loadFiles(fileIds); });
     return true;
 }
 
