@@ -89,7 +89,10 @@ bool MainWindow::openDatabase(const DBDetails &details)
 
 bool MainWindow::mayLeaveDatabase()
 {
-    return m_mainView->savePreviews();
+    QWidget *const refused = m_mainView->savePreviews();
+    if (refused)
+        m_popupMessager->moveTempWarning(refused);
+    return !refused;
 }
 
 void MainWindow::closeDatabase()

@@ -143,8 +143,13 @@ private slots:
         QVERIFY(writer.run("BEGIN IMMEDIATE"_s));
         for (const char *way : {"Disconnect", "Open", "New Local Database", "Connect", "Exit"}) {
             m_fixture->chooseFile(other);
+            window().activateWindow();
             m_fixture->action(QString::fromUtf8(way))->trigger();
             QVERIFY2(window().isVisible() && box && m_fixture->openPath() == path, way);
+            // Over the picture, which is in front.
+            auto *warning = box->findChild<QMessageBox *>("temporaryWarning"_s);
+            QVERIFY2(warning && warning->isVisible(), way);
+            warning->hide();
         }
         QVERIFY(writer.run("ROLLBACK"_s));
         m_fixture->chooseFile(other);

@@ -42,6 +42,15 @@ void PopupMessager::showTempWarning(const QString &title, const QString &text)
     m_hideTimer->start(temporaryBoxMilliseconds);
 }
 
+void PopupMessager::moveTempWarning(QWidget *window)
+{
+    if (!m_temporaryBox || !m_temporaryBox->isVisible() || m_temporaryBox->parentWidget() == window)
+        return;
+    m_temporaryBox->setParent(window, m_temporaryBox->windowFlags());
+    m_temporaryBox->show();
+    m_temporaryBox->raise();
+}
+
 void PopupMessager::showWarning(const QString &title, const QString &text)
 {
     Messages::warning(topWindow(), title, text);

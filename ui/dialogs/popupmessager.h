@@ -16,6 +16,9 @@ public:
     /** The parent is also the window over which the boxes stand. */
     explicit PopupMessager(QWidget *parent);
 
+    /** Has the temporary box, while it shows, stand over a window that has come to the front. */
+    void moveTempWarning(QWidget *window);
+
 public slots:
     /** A box that goes away by itself after two seconds; one that comes while it still shows is dropped. */
     void showTempWarning(const QString &title, const QString &text);

@@ -28,7 +28,7 @@ void Previews::open(qint64 fileId, MainViewController *controller)
     box->show();
 }
 
-bool Previews::saveWaiting()
+QWidget *Previews::saveWaiting()
 {
     const QVector<QPointer<PreviewBox>> boxes = m_boxes;
     for (const QPointer<PreviewBox> &box : boxes) {
@@ -36,9 +36,9 @@ bool Previews::saveWaiting()
             continue;
         box->raise();
         box->activateWindow();
-        return false;
+        return box;
     }
-    return true;
+    return nullptr;
 }
 
 void Previews::closeAll()

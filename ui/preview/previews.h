@@ -20,8 +20,9 @@ public:
 
     /** Shows the picture in a new window, or raises the one that shows it. */
     void open(qint64 fileId, MainViewController *controller);
-    /** False when one of them keeps what it could not save: it stands in front, and its database stays. */
-    bool saveWaiting();
+    /** The one that keeps what it could not save: it stands in front, and its database stays. Null for none.
+     */
+    QWidget *saveWaiting();
     /** Deletes all of them; what they have to save is saved. Before their controller goes. */
     void closeAll();
 

@@ -44,8 +44,8 @@ public:
     /** Borrowed; null, before the database closes, empties and disables the view. */
     void setController(MainViewController *controller);
 
-    /** False when a previewer keeps what it could not save; the user knows, and the database has to stay. */
-    bool savePreviews();
+    /** The previewer that keeps what it could not save; the user knows, and the database has to stay. */
+    QWidget *savePreviews();
     /** They save what they have to save; the database must still be whole. */
     void closePreviews();
 
