@@ -3,10 +3,13 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/contentsmodel.h"
+#include "models/tagstablemodel.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/windowfixture.h"
 #include "ui/dialogs/fileoperationprogress.h"
 
+#include <QAbstractItemView>
+#include <QLineEdit>
 #include <QMessageBox>
 
 namespace {
@@ -146,6 +149,59 @@ private slots:
         QCOMPARE(warning(), busy + outcome);
     }
 
+    void typedTextComesAgain_data()
+    {
+        addColumns<QString, int, QString>("viewName", "column", "stored");
+        addRow("file", "TableView"_s, int(ContentsModel::NameColumn), "file_name FROM files"_s);
+        addRow("description", "TableView"_s, int(ContentsModel::DescriptionColumn),
+               "file_description FROM files"_s);
+        addRow("tag", "tagsTable"_s, int(TagsTableModel::NameColumn), "tag_name FROM tags"_s);
+    }
+
+    void typedTextComesAgain()
+    {
+        QFETCH(QString, viewName);
+        QFETCH(int, column);
+        QFETCH(QString, stored);
+        if (m_server)
+            QSKIP("the views are the same");
+        files()->showSpecialNode(AllFiles);
+        window().findChild<QAction *>("listAction"_s)->setChecked(true);
+        window().show();
+        QVERIFY(QTest::qWaitForWindowActive(&window()));
+        auto *view = window().findChild<QAbstractItemView *>(viewName);
+        const QModelIndex cell = view->model()->index(0, column);
+        view->setCurrentIndex(cell);
+        view->setFocus();
+        view->edit(cell);
+        const auto editor = [view] { return QPointer<QLineEdit>(view->findChild<QLineEdit *>()); };
+        editor()->selectAll();
+        QTest::keyClicks(editor(), "typed"_s);
+        OtherConnection other(m_path);
+        QVERIFY(other.run("BEGIN IMMEDIATE"_s));
+        // Twice, and by leaving: each time the text is still there, and one who only leaves hears nothing.
+        for (int round = 0; round < 2; ++round) {
+            const QPointer<QLineEdit> refused = editor();
+            QTest::keyClick(refused.data(), Qt::Key_Return);
+            QTRY_COMPARE(warning(), busy);
+            QTRY_VERIFY(!refused);
+            hideWarning();
+            QTRY_VERIFY(editor());
+            QCOMPARE(editor()->text(), "typed"_s);
+        }
+        const QPointer<QLineEdit> left = editor();
+        const QString elsewhere = viewName == "tagsTable"_s ? "TableView"_s : "tagsTable"_s;
+        window().findChild<QAbstractItemView *>(elsewhere)->setFocus();
+        QTRY_VERIFY(!left);
+        QCOMPARE(warning(), QString());
+        view->edit(cell);
+        QCOMPARE(editor()->text(), "typed"_s);
+        QVERIFY(other.run("ROLLBACK"_s));
+        QTest::keyClick(editor().data(), Qt::Key_Return);
+        QTRY_VERIFY(!editor());
+        QVERIFY(Sql::rows("SELECT "_s + stored).contains("typed"_s));
+    }
+
     void heldRow_data()
     {
         addColumns<bool, QString>("isClosed", "outcome");
@@ -191,6 +247,13 @@ private:
     {
         const auto *box = window().findChild<QMessageBox *>("temporaryWarning"_s);
         return box && box->isVisible() ? box->text() : QString();
+    }
+
+    /** As it goes by itself after a while. */
+    void hideWarning()
+    {
+        window().findChild<QMessageBox *>("temporaryWarning"_s)->hide();
+        window().activateWindow();
     }
 
     /** Until something has been said. */

@@ -6,6 +6,7 @@
 #include "models/tagroles.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/tabledialoglayout.h"
+#include "ui/views/delegate.h"
 #include "ui/views/tableview.h"
 
 #include <QCheckBox>
@@ -46,6 +47,9 @@ void TagGroupingDialog::buildTable()
     m_view->setEmptyText(tr("No tag groups yet"));
     m_view->setDragDropMode(QAbstractItemView::NoDragDrop);
     m_view->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    auto *delegate = new Delegate(m_view);
+    delegate->setIdRole(GroupRoles::GroupId);
+    m_view->setItemDelegate(delegate);
     m_view->setModel(m_controller->model());
     m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + rowPadding);
     QHeaderView *header = m_view->horizontalHeader();

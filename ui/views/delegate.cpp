@@ -1,10 +1,12 @@
 #include "ui/views/delegate.h"
 
 #include "app/showntext.h"
+#include "ui/views/kepttext.h"
 #include "ui/views/speciallineedit.h"
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QTableView>
 
 namespace {
@@ -19,7 +21,12 @@ bool isInTable(const QStyleOptionViewItem &option)
 
 } // namespace
 
-Delegate::Delegate(QObject *parent) : QStyledItemDelegate(parent) {}
+Delegate::Delegate(QObject *parent) : QStyledItemDelegate(parent), m_kept(new KeptText(this)) {}
+
+void Delegate::setIdRole(int role)
+{
+    m_kept->setIdRole(role);
+}
 
 bool Delegate::showsPictureAlone(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
@@ -45,8 +52,35 @@ QWidget *Delegate::createEditor(QWidget *parent, const QStyleOptionViewItem &opt
     return editor;
 }
 
+void Delegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    auto *edit = qobject_cast<QLineEdit *>(editor);
+    if (edit && edit->isModified())
+        return;
+    if (!edit || !m_kept->isOf(index)) {
+        QStyledItemDelegate::setEditorData(editor, index);
+        return;
+    }
+    edit->setText(m_kept->text());
+    edit->selectAll();
+}
+
+void Delegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
+{
+    const auto *edit = qobject_cast<QLineEdit *>(editor);
+    // To try it once more takes a key: the box about it has the focus each time.
+    if (edit && m_isFocusLost && !edit->isModified() && m_kept->isOf(index))
+        return;
+    const QPersistentModelIndex cell(index);
+    const QVariant before = index.data(Qt::EditRole);
+    QStyledItemDelegate::setModelData(editor, model, index);
+    if (edit)
+        m_kept->note(*edit, cell, before);
+}
+
 void Delegate::abandon(QWidget *editor)
 {
+    m_kept->forget();
     emit closeEditor(editor, RevertModelCache);
     emit escPressed();
 }
@@ -108,5 +142,6 @@ bool Delegate::eventFilter(QObject *object, QEvent *event)
     // The base swallows Esc; here the editor itself hears of it and tells.
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape)
         return false;
+    const QScopedValueRollback<bool> focusLost(m_isFocusLost, event->type() == QEvent::FocusOut);
     return QStyledItemDelegate::eventFilter(object, event);
 }

@@ -2,6 +2,8 @@
 
 #include <QStyledItemDelegate>
 
+class KeptText;
+
 /**
  * Paints items and edits them in place. Sizes never depend on a picture, so that laying out a million items
  * asks for none. GUI thread.
@@ -15,6 +17,8 @@ public:
 
     /** The column of a table that shows its picture alone and is not edited; -1, the default, is none. */
     void setPictureColumn(int column) { m_pictureColumn = column; }
+    /** The role of the model that tells its rows apart; Qt::UserRole + 1 is the default. */
+    void setIdRole(int role);
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
@@ -22,6 +26,9 @@ public:
                               const QModelIndex &index) const override;
     /** Of a text of any length only what a view can show, as the rest would be measured at each painting. */
     QString displayText(const QVariant &value, const QLocale &locale) const override;
+    /** A text that is being typed stays; one that was refused comes again. */
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     /** The size of an item of the thumbnail list. */
@@ -40,5 +47,7 @@ private:
     bool showsPictureAlone(const QStyleOptionViewItem &option, const QModelIndex &index) const;
     void abandon(QWidget *editor);
 
+    KeptText *m_kept; // a child
     int m_pictureColumn = -1;
+    bool m_isFocusLost = false;
 };

@@ -7,6 +7,7 @@
 #include "core/file.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
+#include "models/modelroles.h"
 #include "models/sorter.h"
 #include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/mainui.h"
@@ -94,6 +95,7 @@ void MainFilesView::makeViews()
 
     auto *delegate = new Delegate(this);
     delegate->setPictureColumn(ContentsModel::ThumbnailColumn);
+    delegate->setIdRole(ContentsRoles::FileId);
     for (QAbstractItemView *view :
          {static_cast<QAbstractItemView *>(m_listView), static_cast<QAbstractItemView *>(m_tableView)}) {
         view->setItemDelegate(delegate);
@@ -155,7 +157,7 @@ void MainFilesView::takePlaces(MainUi &ui)
     updateActionsAvailability();
 }
 
-bool MainFilesView::savePreviews()
+QWidget *MainFilesView::savePreviews()
 {
     return m_previews->saveWaiting();
 }
