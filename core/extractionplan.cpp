@@ -110,11 +110,15 @@ void ExtractionPlan::settle(qint64 fileId, int choice)
     for (const FileConflict &conflict : qAsConst(m_conflicts)) {
         if (conflict.fileId != fileId)
             continue;
-        if (choice == MiscOperationThread::UseNewNameChoice) {
+        const QString path = pathOf(conflict.name);
+        // What this extraction brings itself is nobody's to replace: all of its files are wanted.
+        const bool isBrought = m_given.contains(conflict.name) || m_replacedPaths.contains(path) ||
+                               m_comparedPaths.contains(path);
+        if (choice == MiscOperationThread::ReplaceChoice && !isBrought) {
+            addTarget(fileId, path);
+            m_replacedPaths.insert(path);
+        } else if (choice != MiscOperationThread::CancelChoice) {
             addTarget(fileId, pathOf(conflict.newName));
-        } else if (choice == MiscOperationThread::ReplaceChoice) {
-            addTarget(fileId, pathOf(conflict.name));
-            m_replacedPaths.insert(pathOf(conflict.name));
         }
         return;
     }

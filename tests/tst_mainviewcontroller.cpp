@@ -227,6 +227,10 @@ private slots:
         addRow("several, new names", ""_s, two, int(UseNewNameChoice), 2,
                "a.txt=x a_1.txt=A b.txt=y b_1.txt=B c.tar.gz=C"_s);
         addRow("name given out", "a.txt"_s, ""_s, int(UseNewNameChoice), 1, "a.txt=A a_1.txt=B c.tar.gz=C"_s);
+        addRow("name given out, replaced", "a.txt"_s, ""_s, int(ReplaceChoice), 1,
+               "a.txt=A a_1.txt=B c.tar.gz=C"_s);
+        addRow("two for one name, replaced", "a.txt"_s, "a.txt=x"_s, int(ReplaceChoice), 2,
+               "a.txt=A a_2.txt=B c.tar.gz=C"_s);
         addRow("two for one name", "a.txt"_s, "a.txt=x"_s, int(UseNewNameChoice), 2,
                "a.txt=x a_1.txt=A a_2.txt=B c.tar.gz=C"_s);
         addRow("new name given out", "c_1.tar.gz"_s, "c.tar.gz=x"_s, int(UseNewNameChoice), 1,
