@@ -44,7 +44,9 @@ FileAdder::FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadI
 
 bool FileAdder::isLocal(const QString &text)
 {
-    return QDir::isAbsolutePath(text) || QUrl(text).isLocalFile();
+    // Behind a colon Qt sees a file of its resources.
+    const bool isPath = !text.startsWith(QLatin1Char(':')) && QDir::isAbsolutePath(text);
+    return isPath || QUrl(text).isLocalFile();
 }
 
 FileAdder::Outcome FileAdder::addFilesList(const QString &path, const FileChecksum &known, qint64 &fileId)

@@ -20,6 +20,9 @@ bool isFileUrl(const QString &path)
 /** The path behind a text that names a file, also one that is gone; empty for a hyperlink. */
 QString localPath(const QString &text)
 {
+    // Qt sees a file of its resources there.
+    if (text.startsWith(QLatin1Char(':')))
+        return QString();
     if (QFile::exists(text) || QDir::isAbsolutePath(text))
         return text;
     return isFileUrl(text) ? QUrl(text).toLocalFile() : QString();

@@ -333,12 +333,12 @@ private slots:
         QSignalSpy told(&m_fixture->provider(), &FileOperationProvider::error);
         const QString longest = "http://a/"_s + QString(8183, QLatin1Char('x'));
         m_fixture->add({longest, longest + QLatin1Char('x'), "http://a/\n"_s, "http://a b/"_s,
-                        "http://b/"_s + QChar(QChar::Null), QString(), "known"_s});
+                        "http://b/"_s + QChar(QChar::Null), QString(), "known"_s, ":known"_s});
         QCOMPARE(Sql::rows("SELECT file_name FROM files ORDER BY file_id"),
                  QStringList({longest, "known"_s}));
         QCOMPARE(told.size(), 1);
-        QCOMPARE(told.at(0).at(0).toString(), "5 hyperlinks were not added: 1 longer than 8192 signs, 2 with "
-                                              "control signs, 2 not valid."_s);
+        QCOMPARE(told.at(0).at(0).toString(), "6 hyperlinks were not added: 1 longer than 8192 signs, 2 with "
+                                              "control signs, 3 not valid."_s);
         m_fixture->provider().addFiles({"http://a b/"_s}, {}, false, 0);
         QCOMPARE(told.at(1).at(0).toString(), "One hyperlink was not added: not valid."_s);
     }
