@@ -1,9 +1,10 @@
 #include "db/drivertexts.h"
 
-#include <QLibrary>
 #include <QSqlDriver>
 #include <QSqlQuery>
 #include <QSqlResult>
+
+#include <libpq-fe.h>
 
 #include <cstring>
 
@@ -11,26 +12,14 @@ namespace {
 const QChar mark(QChar::ByteOrderMark);
 constexpr char resultType[] = "PGresult*";
 
-using GetValue = char *(*)(const void *result, int row, int column);
-
-/** Found in the library that the driver has loaded: local databases do without it. */
-GetValue serverValue()
-{
-    constexpr int libraryVersion = 5;
-    static const auto function =
-        reinterpret_cast<GetValue>(QLibrary::resolve(QStringLiteral("pq"), libraryVersion, "PQgetvalue"));
-    return function;
-}
-
 bool beginsWithMark(const QSqlQuery &query, int column)
 {
     const QVariant handle = query.result()->handle();
-    if (!handle.isValid() || !serverValue() || std::strcmp(handle.typeName(), resultType) != 0)
+    if (!handle.isValid() || std::strcmp(handle.typeName(), resultType) != 0)
         return false;
-    const void *result = *static_cast<void *const *>(handle.constData());
+    const PGresult *result = *static_cast<PGresult *const *>(handle.constData());
     // Read forward only, a result holds one row at a time.
-    const char *bytes =
-        result ? serverValue()(result, query.isForwardOnly() ? 0 : query.at(), column) : nullptr;
+    const char *bytes = result ? PQgetvalue(result, query.isForwardOnly() ? 0 : query.at(), column) : nullptr;
     return bytes && std::strncmp(bytes, "\xEF\xBB\xBF", 3) == 0;
 }
 
