@@ -3,6 +3,7 @@
 #include "app/actionid.h"
 #include "app/addingsettings.h"
 #include "app/collectionidentity.h"
+#include "app/collectionopener.h"
 #include "app/constants.h"
 #include "app/databaseerrors.h"
 #include "app/filedialogs.h"
@@ -70,10 +71,8 @@ bool MainWindow::openDatabase(const DBDetails &details)
         m_collection->setParent(this);
         connectCollection();
         connect(m_collection, &Collection::loadingProgress, &progress, &OpeningProgress::setPercent);
-        const QSqlError error = m_collection->open();
-        opened = !error.isValid() || error.type() == QSqlError::NoError;
+        opened = CollectionOpener(this).open(*m_collection);
         if (opened) {
-            m_collection->load();
             attachControllers();
             rememberRecentDatabase();
             // Nothing is shown yet: the next step is to choose a node.

@@ -111,8 +111,10 @@ int Collection::dbType() const
     return m_manager ? m_manager->dbType() : 0;
 }
 
-void Collection::load()
+Collection::Loading Collection::load()
 {
+    if (m_manager && !m_manager->beginLoad())
+        return m_manager->wasBusy() ? Locked : Unreadable;
     const QList<AbstractController *> controllers = {m_mainViewController, m_browsTreeController,
                                                      m_tagsController, m_groupsController,
                                                      m_relationsController};
@@ -120,6 +122,9 @@ void Collection::load()
         if (controller)
             controller->load();
     }
+    if (!m_manager || m_manager->endLoad())
+        return Loaded;
+    return m_manager->wasBusy() ? Locked : Unreadable;
 }
 
 bool Collection::isReadOnly() const

@@ -38,8 +38,13 @@ public:
     virtual bool createDatabase();
     /** 1 local, 2 server, 0 without a manager. */
     virtual int dbType() const;
+    enum Loading {
+        Loaded,
+        Locked,    ///< another program is in the way for now: another try may do
+        Unreadable ///< not everything could be read; the errors have been told of, and edits are refused
+    };
     /** Fills all records and models; after open() and before the controllers go to the views. */
-    virtual void load();
+    virtual Loading load();
 
     virtual TagsController *tagsController() const { return m_tagsController; }
     virtual GroupsController *groupsController() const { return m_groupsController; }

@@ -5,6 +5,8 @@
 #include "db/drivertexts.h"
 #include "db/errorjudge.h"
 #include "db/serverwatch.h"
+#include "db/transaction.h"
+#include "db/writeguard.h"
 
 #include <QScopedValueRollback>
 #include <QSqlDatabase>
@@ -30,6 +32,11 @@ SliceTaker noting(ServerWatch::Waiting &waiting, const SliceTaker &take)
         take(rows);
         waiting.gotAnswer();
     };
+}
+
+bool isOfWindow(const QSqlDatabase &database)
+{
+    return database.connectionName() == QLatin1String(QSqlDatabase::defaultConnection);
 }
 
 // The server's code for a prepared statement that it does not have.
@@ -71,6 +78,15 @@ bool BaseDBProvider::runSync(const QString &query, const QString &connectionName
     const bool success = runSync(query, table, connectionName);
     freeRows(table);
     return success;
+}
+
+bool BaseDBProvider::runEdit(const QString &query)
+{
+    // On a server it would be two more round trips.
+    if (m_isInTransaction || m_hasJoined || openConnection(QString()).driverName() != Constants::sqliteDriver)
+        return runSync(query);
+    Transaction transaction(*this);
+    return transaction.isActive() && runSync(query) && transaction.commit();
 }
 
 bool BaseDBProvider::runAsync(const QString &query)
@@ -226,6 +242,10 @@ bool BaseDBProvider::beginTransaction(const QString &connectionName)
         return true;
     QSqlDatabase database = openConnection(connectionName);
     m_savepointLost = false;
+    if (database.driverName() == Constants::sqliteDriver) {
+        m_isInTransaction = beginWriting(database);
+        return m_isInTransaction;
+    }
     const auto isBegun = [&] {
         const ServerWatch::Waiting waiting(database);
         return database.transaction();
@@ -233,6 +253,19 @@ bool BaseDBProvider::beginTransaction(const QString &connectionName)
     if (isBegun())
         return true;
     tellFailure(database, database.lastError());
+    return false;
+}
+
+bool BaseDBProvider::beginWriting(QSqlDatabase &database)
+{
+    QSqlQuery query(database);
+    if (!query.exec(QStringLiteral("BEGIN IMMEDIATE;"))) {
+        tellFailure(database, query.lastError());
+        return false;
+    }
+    if (!m_writeGuard || !isOfWindow(database) || m_writeGuard->mayWrite())
+        return true;
+    database.rollback();
     return false;
 }
 
@@ -245,8 +278,10 @@ bool BaseDBProvider::commitTransaction(const QString &connectionName)
     // or the database busy; a statement tells.
     if (database.driverName() == Constants::sqliteDriver) {
         QSqlQuery query(database);
-        if (query.exec(QStringLiteral("COMMIT;")))
+        if (query.exec(QStringLiteral("COMMIT;"))) {
+            m_isInTransaction = false;
             return true;
+        }
         tellError(query.lastError());
         return false;
     }
@@ -266,8 +301,12 @@ bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
         return true;
     // Silent: it follows a failure that was told already, and the back-end may have rolled back by itself.
     QSqlDatabase database = openConnection(connectionName);
+    m_isInTransaction = false;
     const ServerWatch::Waiting waiting(database);
-    return database.rollback();
+    const bool isDone = database.rollback();
+    if (m_writeGuard && isOfWindow(database))
+        m_writeGuard->changesUndone();
+    return isDone;
 }
 
 void BaseDBProvider::joinTransaction()

@@ -16,6 +16,7 @@
 #include <functional>
 
 class AbstractQueryConstructor;
+class WriteGuard;
 
 /**
  * The base of all classes that hold the SQL of one domain. It borrows the query constructor. "Sync" helpers
@@ -37,6 +38,11 @@ public:
                           TableData &table);
     /** For statements whose rows nobody wants. */
     bool runSync(const QString &query, const QString &connectionName = QString());
+    /**
+     * One writing statement on the default connection. On a local database it gets a transaction of its own,
+     * so that the write guard is asked before it.
+     */
+    bool runEdit(const QString &query);
     bool runAsync(const QString &query);
     bool runAsyncWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder);
 
@@ -71,7 +77,10 @@ public:
     bool runSyncJoined(const QString &query, const QString &linksQuery, int sliceRows,
                        const SliceTaker &take);
 
-    // An empty name means the default connection. Begin and commit report their failure by errorOccured.
+    /** Borrowed; may be null. */
+    void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
+    // An empty name means the default connection. Begin and commit report their failure by errorOccured. On a
+    // local database begin takes the write lock, so that what is found out under it holds until the commit.
     virtual bool beginTransaction(const QString &connectionName = QString());
     virtual bool commitTransaction(const QString &connectionName = QString());
     virtual bool rollbackTransaction(const QString &connectionName = QString());
@@ -136,6 +145,7 @@ protected:
     void tellFailure(const QSqlError &error);
 
 private:
+    bool beginWriting(QSqlDatabase &database);
     bool executeForwardOnly(QSqlQuery &statement, const QString &query);
     bool reportError(const QSqlDatabase &database, const QSqlQuery &statement);
     bool runOnSavepoint(const QString &statement);
@@ -145,10 +155,12 @@ private:
     QSqlQuery *preparedQuery(const QString &statement, const QString &connectionName);
 
     const AbstractQueryConstructor *m_constructor;
+    WriteGuard *m_writeGuard = nullptr;
     QHash<QString, QHash<QString, QSqlQuery>> m_prepared;
     QSqlError m_lastError;
     QVector<std::function<void()>> m_news;
     bool m_hasJoined = false;
+    bool m_isInTransaction = false; ///< one that this provider began on a local database
     bool m_savepointLost = false;
     bool m_connectionLost = false;
     bool m_isGoingBack = false; // after a failure that was told

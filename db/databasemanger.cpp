@@ -1,6 +1,7 @@
 #include "db/databasemanger.h"
 
 #include "app/constants.h"
+#include "core/file.h"
 #include "core/providers/browstreeprovider.h"
 #include "core/providers/generalprovider.h"
 #include "core/providers/groupsprovider.h"
@@ -9,6 +10,7 @@
 #include "core/providers/tagsprovider.h"
 #include "db/abstractqueryconstructor.h"
 #include "db/connections.h"
+#include "db/databaselock.h"
 #include "db/databaseversioncheck.h"
 #include "db/errorjudge.h"
 #include "db/longtext.h"
@@ -217,6 +219,7 @@ void DatabaseManger::connectErrors(BaseDBProvider *provider)
 {
     connect(provider, &BaseDBProvider::connectionError, this, &DatabaseManger::gotConnectionLoss);
     connect(provider, &BaseDBProvider::errorOccured, this, &DatabaseManger::gotProviderError);
+    provider->setWriteGuard(m_writeGuard);
 }
 
 void DatabaseManger::gotConnectionLoss()
@@ -228,10 +231,14 @@ void DatabaseManger::gotConnectionLoss()
 void DatabaseManger::gotProviderError(const QSqlError &error)
 {
     const ErrorJudge judge(details());
-    if (!judge.isBusy(error)) {
+    if (judge.isBusy(error))
+        tellBusy();
+    else
         emit errorOccured(judge.told(error));
-        return;
-    }
+}
+
+void DatabaseManger::tellBusy()
+{
     m_sawBusy = true;
     if (!m_isReloading)
         warnOfBusyDatabase();
@@ -295,6 +302,9 @@ QSqlError DatabaseManger::openDB()
         return worker.error;
     }
     readReadOnlyState();
+    if (m_providers.general && m_providers.general->isInUse())
+        return {QString(), DatabaseLock::inUseText(), QSqlError::ConnectionError,
+                m_providers.general->lastError().nativeErrorCode()};
     loadDBVersion();
     return {};
 }
@@ -337,27 +347,87 @@ void DatabaseManger::loadedDBVerion(bool ok, const TableData &rows)
     qDeleteAll(rows);
 }
 
+bool DatabaseManger::beginReading()
+{
+    // Without its server every load would fail and leave the views empty.
+    loadDBVersion();
+    if (m_sawBusy || (m_providers.general && m_providers.general->isConnectionLost()))
+        return false;
+    aboutToLoad();
+    return true;
+}
+
+bool DatabaseManger::beginLoad()
+{
+    m_sawBusy = false;
+    m_isReloading = true;
+    m_isReloading = beginReading();
+    if (m_isReloading)
+        m_loadState.begin();
+    else
+        m_loadState.fail();
+    return m_isReloading;
+}
+
+bool DatabaseManger::endLoad()
+{
+    endReading();
+    m_loadState.end();
+    m_isReloading = false;
+    return m_loadState.isWhole();
+}
+
 void DatabaseManger::reloadAllData()
 {
-    // While another connection keeps the file to itself, or without its server, every load would fail and
-    // leave the views empty.
-    loadOrKeep(PendingReloads::FullReload, {0}, [this] { loadDBVersion(); });
-    if (m_sawBusy || (m_providers.general && m_providers.general->isConnectionLost()))
-        return;
-    aboutToLoad();
-    emit aboutToReloadAllData();
-    m_thumbnailCache->clearCache();
-    loadBrowsingTrees();
-    setCurrentBrowsingTree(currentBrowsingTree());
-    loadAllFiles();
-    loadAllNodes();
-    loadAllTags();
-    loadAllGroups();
-    loadAllRelationNodes();
-    emit allDataReloaded();
-    // What could not be read in between is missing now.
+    if (beginLoad()) {
+        emit aboutToReloadAllData();
+        m_thumbnailCache->clearCache();
+        loadBrowsingTrees();
+        setCurrentBrowsingTree(currentBrowsingTree());
+        loadAllFiles();
+        loadAllNodes();
+        loadAllTags();
+        loadAllGroups();
+        loadAllRelationNodes();
+        endLoad();
+        emit allDataReloaded();
+    }
+    // What could not be read is missing now, or is still as it was.
     if (m_sawBusy)
         m_pendingReloads->add(PendingReloads::FullReload, {0});
+}
+
+bool DatabaseManger::isReadyForEdits()
+{
+    // The rest of an edit of several steps goes with its first one.
+    if (m_isReloadDue || m_loadState.isLoading())
+        return false;
+    if (m_loadState.isWhole())
+        return true;
+    if (m_pendingReloads->isWaiting())
+        tellBusy();
+    else
+        emit showTempWarning(tr("Warning"),
+                             tr("The database could not be read completely, so it cannot be changed."));
+    return false;
+}
+
+void DatabaseManger::dropEdit()
+{
+    if (!m_isReloadDue)
+        emit showTempWarning(tr("Warning"), tr("Local data is updating."));
+    reloadLater();
+}
+
+void DatabaseManger::reloadLater()
+{
+    if (std::exchange(m_isReloadDue, true))
+        return;
+    // Callers of an edit may hold records still.
+    QTimer::singleShot(0, this, [this] {
+        m_isReloadDue = false;
+        reloadAllData();
+    });
 }
 
 void DatabaseManger::loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load)
@@ -402,4 +472,15 @@ void DatabaseManger::runFileOperation(const std::function<void(FileOperationProv
     FileOperationProvider *files = m_providers.fileOperation;
     if (files)
         QTimer::singleShot(0, files, [files, request] { request(*files); });
+}
+
+QStringList DatabaseManger::idCodes(const QVector<qint64> &fileIds) const
+{
+    QStringList codes;
+    codes.reserve(fileIds.size());
+    for (const qint64 fileId : fileIds) {
+        const File *known = file(fileId);
+        codes.append(known ? known->idCode() : QString());
+    }
+    return codes;
 }

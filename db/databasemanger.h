@@ -7,6 +7,7 @@
 #include "db/caches/nodecache.h"
 #include "db/caches/relationcache.h"
 #include "db/caches/tagcache.h"
+#include "db/loadstate.h"
 #include "db/tabledata.h"
 #include "fileops/deletedfilerepresentations.h"
 #include "fileops/imageloading.h"
@@ -36,6 +37,7 @@ class PendingReloads;
 class RelationTreeProvider;
 class TagsProvider;
 class ThumbnailCache;
+class WriteGuard;
 struct NodeRemovalPlan;
 struct OperationShortfall;
 
@@ -192,6 +194,15 @@ public:
     void cancelOperations();
     bool isBusy() const;
 
+    /**
+     * To be called around the loads that fill all records, which then belong to one state of the database.
+     * False when it cannot be read: then nothing may be loaded, and the records stay what they were.
+     */
+    bool beginLoad();
+    /** True when everything was read. What was not keeps all edits out until a later load brings it. */
+    bool endLoad();
+    /** Whether the load failed, or would have, only for what another connection holds at the moment. */
+    bool wasBusy() const { return m_sawBusy; }
     /** Whether the records are those of the database, so that an edit may go ahead. */
     virtual bool isDataCurrent() = 0;
     /** Notes the state of the database after a change of our own. */
@@ -298,8 +309,23 @@ protected:
 
     /** The options of the connection on which the window's statements run. */
     virtual QString connectOptions() const { return {}; }
-    /** Before all records are read anew. */
+    /** Before all records are read anew; on a server. */
     virtual void aboutToLoad() {}
+    /** Holds the database for the reading of all records; false when it cannot be read. */
+    virtual bool beginReading();
+    virtual void endReading() {}
+    LoadState &loadState() { return m_loadState; }
+    /** The same for an operation of the worker, which may look itself when it begins. */
+    virtual bool mayRequest() { return isDataCurrent(); }
+    /** False, with a word where none came before, while the records are not whole. */
+    bool isReadyForEdits();
+    /** The database changed behind the records: the edit is dropped, and all is read anew. */
+    void dropEdit();
+    void reloadLater();
+    void tellBusy();
+    /** Asked before each change of the window; before setProviders(). */
+    void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
+    void connectErrors(BaseDBProvider *provider);
     /** The worker stores its changes; others made their last one at this time. */
     virtual void aboutToCommit(const QDateTime &lastChange) { Q_UNUSED(lastChange) }
     /** An own change has this stamp. */
@@ -318,7 +344,6 @@ private:
     void connectRelations();
     void connectFileOperations();
     void connectFileNews();
-    void connectErrors(BaseDBProvider *provider);
     void gotProviderError(const QSqlError &error);
     void gotShortfall(const OperationShortfall &shortfall);
     void warnOfBusyDatabase(const QString &outcome = QString());
@@ -339,6 +364,7 @@ private:
     /** Runs a load; when the database was busy its ids are kept for another try. */
     void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load);
     void retryReload(int kind, const QVector<qint64> &ids);
+    QStringList idCodes(const QVector<qint64> &fileIds) const;
     void runFileOperation(const std::function<void(FileOperationProvider &)> &request);
 
     QString m_driverName;
@@ -366,4 +392,7 @@ private:
     bool m_isReloading = false; // a busy database is no news for the user then
     bool m_sawBusy = false;
     bool m_toldThumbnailFailure = false;
+    bool m_isReloadDue = false;
+    LoadState m_loadState;
+    WriteGuard *m_writeGuard = nullptr;
 };

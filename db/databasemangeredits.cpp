@@ -487,7 +487,8 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
     QVector<qint64> changedIds;
     StoredImage::Saving saving = StoredImage::Saved;
     if (!m_images->save(fileId, picture, changedIds))
-        saving = m_sawBusy || m_images->isConnectionLost() ? StoredImage::Refused : StoredImage::NotSaved;
+        saving = m_sawBusy || m_isReloadDue || m_images->isConnectionLost() ? StoredImage::Refused
+                                                                            : StoredImage::NotSaved;
     if (!changedIds.isEmpty()) {
         reloadFiles(changedIds);
         reloadThumbnails(changedIds);
@@ -499,7 +500,7 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
 bool DatabaseManger::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                               qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails)
 {
-    if (!isDataCurrent())
+    if (!mayRequest())
         return false;
     runFileOperation([=](FileOperationProvider &files) {
         files.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
@@ -509,20 +510,26 @@ bool DatabaseManger::addFiles(const QStringList &paths, const QVector<qint64> &t
 
 void DatabaseManger::addFilesList(const QStringList &paths)
 {
-    if (isDataCurrent())
+    if (mayRequest())
         runFileOperation([paths](FileOperationProvider &files) { files.addFilesList(paths); });
 }
 
 void DatabaseManger::deleteFiles(const QVector<qint64> &fileIds)
 {
-    if (!fileIds.isEmpty() && isDataCurrent())
-        runFileOperation([fileIds](FileOperationProvider &files) { files.deleteFiles(fileIds); });
+    if (fileIds.isEmpty() || !mayRequest())
+        return;
+    runFileOperation([fileIds, codes = idCodes(fileIds)](FileOperationProvider &files) {
+        files.deleteFiles(fileIds, codes);
+    });
 }
 
 void DatabaseManger::transferFiles(const QVector<qint64> &fileIds)
 {
-    if (!fileIds.isEmpty() && isDataCurrent())
-        runFileOperation([fileIds](FileOperationProvider &files) { files.transferFiles(fileIds); });
+    if (fileIds.isEmpty() || !mayRequest())
+        return;
+    runFileOperation([fileIds, codes = idCodes(fileIds)](FileOperationProvider &files) {
+        files.transferFiles(fileIds, codes);
+    });
 }
 
 void DatabaseManger::extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
@@ -541,7 +548,7 @@ void DatabaseManger::extractToTemporary(qint64 fileId)
 
 void DatabaseManger::remakeThumbnails(const QVector<qint64> &fileIds)
 {
-    if (isDataCurrent())
+    if (mayRequest())
         runFileOperation([fileIds](FileOperationProvider &files) { files.remakeThumbnails(fileIds); });
 }
 

@@ -8,6 +8,7 @@
 
 void DatabaseManger::gotAllTags(bool ok, const TableData &rows)
 {
+    m_loadState.note(LoadState::Tags, ok);
     if (!ok)
         return;
     const TableData old = m_tags.replaceAll(rows);
@@ -40,6 +41,7 @@ void DatabaseManger::gotTagsRemoved(bool ok, const QVector<qint64> &tagIds)
 
 void DatabaseManger::gotAllGroups(bool ok, const TableData &rows)
 {
+    m_loadState.note(LoadState::Groups, ok);
     if (ok) {
         m_groups.replaceAll(rows);
         emit groupsLoaded();
@@ -68,6 +70,7 @@ void DatabaseManger::gotGroupRenamed(bool ok, qlonglong groupId, const QString &
 
 void DatabaseManger::gotAllBrowsNodes(bool ok, const TableData &rows)
 {
+    m_loadState.note(LoadState::Nodes, ok);
     if (ok) {
         const QList<TBnode *> old = m_nodes.replaceAll(rows);
         emit browsingNodeLoaded(m_nodes.map());
@@ -120,6 +123,7 @@ void DatabaseManger::tellRemoval(const NodeRemovalPlan &plan)
 void DatabaseManger::gotAllFiles(bool ok, const TableData &rows)
 {
     if (!ok) {
+        m_loadState.note(LoadState::Files, false);
         m_files.abandonLoad();
         return;
     }
@@ -127,6 +131,7 @@ void DatabaseManger::gotAllFiles(bool ok, const TableData &rows)
         m_files.addSlice(rows);
         return;
     }
+    m_loadState.note(LoadState::Files, true);
     const QList<File *> old = m_files.finishLoad();
     emit filesLoaded(m_files.map());
     qDeleteAll(old);
@@ -153,6 +158,7 @@ void DatabaseManger::gotFilesRemoved(const QVector<qint64> &fileIds)
 
 void DatabaseManger::gotAllRelationNodes(bool ok, const TableData &rows)
 {
+    m_loadState.note(LoadState::Relations, ok);
     if (ok) {
         QStringList paths;
         paths.reserve(rows.size());

@@ -3,6 +3,7 @@
 #include "app/constants.h"
 #include "app/messages.h"
 #include "db/connections.h"
+#include "db/databaselock.h"
 #include "db/databaseupdater.h"
 #include "db/postgresqueryconstructor.h"
 #include "db/schemacheck.h"
@@ -11,6 +12,7 @@
 
 #include <QDebug>
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 
 #include <memory>
@@ -23,27 +25,30 @@ std::unique_ptr<AbstractQueryConstructor> makeConstructor(int type)
     return std::make_unique<SqliteQueryConstructor>();
 }
 
-// Several statements wait for a lock in turn, and the window stands still with them.
-const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=500");
+// The first statement that meets a lock ends the check, and the window stands still until then.
+const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=1500");
 
 QString busyTimeout(const DBDetails &details)
 {
     return details.type() == Constants::localDatabase ? shortBusyTimeout : QString();
 }
 
-/** Writes a row that names nothing, and takes it back. */
-bool isReadOnly(QSqlDatabase database)
+QSqlError runOn(const QSqlDatabase &database, const QString &statement)
 {
     const ServerWatch::Waiting waiting(database);
-    if (!database.transaction())
-        return false;
+    QSqlQuery query(database);
+    query.exec(statement);
+    return query.lastError();
+}
+
+/** Writes a row that names nothing. */
+QSqlError tryToWrite(const QSqlDatabase &database)
+{
+    const ServerWatch::Waiting waiting(database);
     QSqlQuery query(database);
     query.prepare(QStringLiteral("INSERT INTO file_tag VALUES(0,0);"));
     query.exec();
-    const bool failed = query.lastError().isValid();
-    query.finish();
-    database.rollback();
-    return failed;
+    return query.lastError();
 }
 } // namespace
 
@@ -66,25 +71,63 @@ bool DatabaseVersionCheck::run() const
     return accepted;
 }
 
-bool DatabaseVersionCheck::askUser(const QSqlDatabase &database) const
+bool DatabaseVersionCheck::askUser(QSqlDatabase database) const
 {
-    // Before the first statement that could run what stands in the file.
-    if (m_details.type() == Constants::localDatabase && SchemaCheck::holdsForeignParts(database)) {
+    // In one transaction: what could be read first, nobody locks until its end.
+    const bool isBegun = database.transaction();
+    const Finding finding = examine(database, isBegun);
+    database.rollback();
+    switch (finding) {
+    case InUse:
+        refuse(DatabaseLock::inUseText());
+        return false;
+    case Foreign:
         refuse(tr("The database holds parts that Vorna did not make, such as views or triggers. It was not "
                   "opened, so that nothing in it can run."));
         return false;
-    }
-    const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
-    const DataBaseUpdater updater(constructor.get());
-    const bool readOnly = isReadOnly(database);
-    if (!updater.isVersionKnown(database)) {
+    case Unknown:
         explainUnknown(database);
         return false;
+    case Old:
+        return upgrade(database);
+    default:
+        return true;
     }
-    return readOnly || !updater.needsUpgrade(database) || upgrade(database);
 }
 
-bool DatabaseVersionCheck::upgrade(const QSqlDatabase &database) const
+DatabaseVersionCheck::Finding DatabaseVersionCheck::examine(QSqlDatabase &database, bool isBegun) const
+{
+    const bool isLocal = m_details.type() == Constants::localDatabase;
+    if (isLocal && isLock(runOn(database, QStringLiteral("SELECT count(*) FROM sqlite_master;"))))
+        return InUse;
+    // Before the first statement that could run what stands in the file.
+    if (isLocal && SchemaCheck::holdsForeignParts(database))
+        return Foreign;
+    const QSqlError writeError = isBegun ? tryToWrite(database) : QSqlError();
+    // A server refuses everything else in a transaction that has failed.
+    if (!isLocal)
+        database.rollback();
+    if (isLock(writeError) || !isFreeToRead(database))
+        return InUse;
+    const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
+    const DataBaseUpdater updater(constructor.get());
+    if (!updater.isVersionKnown(database))
+        return Unknown;
+    return updater.needsUpgrade(database) && !writeError.isValid() ? Old : Fit;
+}
+
+bool DatabaseVersionCheck::isFreeToRead(const QSqlDatabase &database) const
+{
+    return !isLock(runOn(database, QStringLiteral("SELECT version FROM scheme_version;"))) &&
+           !isLock(runOn(database, QStringLiteral("SELECT version FROM vorna_version;")));
+}
+
+bool DatabaseVersionCheck::isLock(const QSqlError &error) const
+{
+    return DatabaseLock::isMetBy(error, Connections::driverOf(m_details.type()));
+}
+
+bool DatabaseVersionCheck::upgrade(QSqlDatabase &database) const
 {
     Messages::Box question;
     question.icon = QMessageBox::Warning;
@@ -98,6 +141,14 @@ bool DatabaseVersionCheck::upgrade(const QSqlDatabase &database) const
 
     const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
     const bool upgraded = DataBaseUpdater(constructor.get()).update(database);
+    if (!upgraded) {
+        const bool isInUse = database.transaction() && isLock(tryToWrite(database));
+        database.rollback();
+        if (isInUse) {
+            refuse(DatabaseLock::inUseText());
+            return false;
+        }
+    }
     Messages::Box answer;
     answer.text = upgraded ? tr("Database upgraded successfully.")
                            : tr("Problem occurred while upgrading database. Probably you have no permission "

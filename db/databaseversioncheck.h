@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 class QSqlDatabase;
+class QSqlError;
 
 /**
  * The questions before a database is opened: can it be read, is it one of ours, and may it be upgraded when
@@ -21,8 +22,12 @@ public:
     bool run() const;
 
 private:
-    bool askUser(const QSqlDatabase &database) const;
-    bool upgrade(const QSqlDatabase &database) const;
+    enum Finding { Fit, Old, Unknown, Foreign, InUse };
+    bool askUser(QSqlDatabase database) const;
+    Finding examine(QSqlDatabase &database, bool isBegun) const;
+    bool isFreeToRead(const QSqlDatabase &database) const;
+    bool isLock(const QSqlError &error) const;
+    bool upgrade(QSqlDatabase &database) const;
     void explainUnknown(const QSqlDatabase &database) const;
     static void refuse(const QString &reason);
 

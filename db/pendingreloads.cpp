@@ -2,11 +2,6 @@
 
 #include <algorithm>
 
-namespace {
-// A try may stand at a locked database for a moment: with long pauses between, the window stays usable.
-constexpr int retryMilliseconds = 800;
-} // namespace
-
 PendingReloads::PendingReloads(QObject *parent) : QObject(parent)
 {
     m_timer.setSingleShot(true);

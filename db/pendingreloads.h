@@ -17,7 +17,12 @@ class PendingReloads : public QObject
 public:
     enum Kind { TagReload, GroupReload, NodeReload, FileReload, FullReload, ThumbnailReload };
 
+    /** A try may stand at a locked database for a moment: with pauses between, the window stays usable. */
+    static constexpr int retryMilliseconds = 800;
+
     explicit PendingReloads(QObject *parent = nullptr);
+
+    bool isWaiting() const { return m_timer.isActive(); }
 
     void add(int kind, const QVector<qint64> &ids);
     /** Forgets all, for a database that closes. */

@@ -72,13 +72,14 @@ void PostgresDBManager::setCurrentBrowsingTree(qint64 treeId)
         providers().browsTree->setCurrentTree(m_currentTree);
     if (providers().fileOperation)
         providers().fileOperation->setBrowsingTreeId(m_currentTree);
-    loadAllNodes();
+    // A load of everything comes to them anyway.
+    if (!loadState().isLoading())
+        loadAllNodes();
 }
 
 bool PostgresDBManager::isDataCurrent()
 {
-    // The rest of an edit of several steps goes with its first one.
-    if (m_isReloadDue)
+    if (!isReadyForEdits())
         return false;
     PostgresGeneralProvider::Changes changes;
     if (!m_stamps->readLastChanges(changes) || !changes.ofAll.isValid())
@@ -86,19 +87,8 @@ bool PostgresDBManager::isDataCurrent()
     if (!isNews(changes.ofOthers))
         return true;
     m_lastModification = changes.ofOthers;
-    emit showTempWarning(tr("Warning"), tr("Local data is updating."));
-    reloadLater();
+    dropEdit();
     return false;
-}
-
-void PostgresDBManager::reloadLater()
-{
-    // Callers of an edit may hold records still.
-    m_isReloadDue = true;
-    QTimer::singleShot(0, this, [this] {
-        m_isReloadDue = false;
-        reloadAllData();
-    });
 }
 
 void PostgresDBManager::refreshModificationDate()
@@ -140,6 +130,7 @@ bool PostgresDBManager::isNews(const QDateTime &change) const
 
 void PostgresDBManager::parseAllBrowsTreesInfo(bool ok, const TableData &rows)
 {
+    loadState().note(LoadState::Trees, ok);
     if (ok) {
         browsingTrees().clear();
         for (const TableRowData *row : rows) {

@@ -43,13 +43,11 @@ protected:
     void noteChange(const QDateTime &change) override;
 
 private:
-    void reloadLater();
     bool isNews(const QDateTime &change) const;
 
     PostgresGeneralProvider *m_stamps; ///< the provider of general data
     qint64 m_currentTree = 0;
-    QDateTime m_lastModification; ///< UTC, the change up to which the records are those of the server
-    bool m_isReloadDue = false;
+    QDateTime m_lastModification;  ///< UTC, the change up to which the records are those of the server
     bool m_areStampsNamed = false; ///< own stamps can be told from those of others
     bool m_missesChanges = false;  ///< without names: another client's, made during an operation of our own
 };

@@ -9,12 +9,14 @@
 #include "core/providers/sqlitegeneralprovider.h"
 #include "core/providers/tagsprovider.h"
 #include "db/connections.h"
+#include "db/foreignwrites.h"
 #include "db/schema.h"
 #include "db/sqlitequeryconstructor.h"
 #include "db/transaction.h"
 #include "fileops/sqlitefileoperationprovider.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 namespace {
@@ -23,11 +25,15 @@ const QString pageSizeStatement = QStringLiteral("PRAGMA page_size=65536;");
 
 // How long the window waits for the worker's transaction before it asks to try again.
 const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
+
+// How long it waits at the opening until it can be told whether the database may be written.
+constexpr int mostProbingMilliseconds = 1500;
 } // namespace
 
 SQLiteDBManager::SQLiteDBManager(const QString &driver, const QString &database, const QString &host,
                                  const QString &user, const QString &password, int port, QObject *parent)
     : DatabaseManger(driver, database, host, user, password, port, parent),
+      m_foreignWrites(new ForeignWrites(this)),
       m_folderWatcher(new QFileSystemWatcher(this))
 {
     setConstructor(std::make_unique<SqliteQueryConstructor>());
@@ -38,14 +44,22 @@ SQLiteDBManager::SQLiteDBManager(const QString &driver, const QString &database,
     made.general = new SqliteGeneralProvider(constructor(), this);
     made.mainView = new MainViewProvider(constructor(), this);
     made.relationTree = new RelationTreeProvider(constructor(), this);
-    made.fileOperation = new SqliteFileOperationProvider(constructor(), details(), this);
+    auto *fileOperation = new SqliteFileOperationProvider(constructor(), details(), this);
+    fileOperation->setForeignWrites(m_foreignWrites);
+    made.fileOperation = fileOperation;
+    setWriteGuard(m_foreignWrites);
     setProviders(made);
+    connectErrors(m_foreignWrites);
+    connect(m_foreignWrites, &ForeignWrites::newsFound, this, &SQLiteDBManager::dropEdit);
+    connect(m_foreignWrites, &ForeignWrites::outdated, this, &SQLiteDBManager::reloadLater);
+    connect(m_foreignWrites, &ForeignWrites::busyFound, this, &SQLiteDBManager::tellBusy);
     connect(m_folderWatcher, &QFileSystemWatcher::directoryChanged, this,
             &SQLiteDBManager::folderContentChanged);
 }
 
 SQLiteDBManager::~SQLiteDBManager()
 {
+    m_foreignWrites->clearPrepared();
     disconnect(m_folderWatcher, &QFileSystemWatcher::directoryChanged, this,
                &SQLiteDBManager::folderContentChanged);
 }
@@ -56,6 +70,9 @@ QSqlError SQLiteDBManager::openDB()
     if (!Connections::isDatabaseThere(details()))
         return {QString(), tr("The database file does not exist."), QSqlError::ConnectionError};
     QSqlError error = DatabaseManger::openDB();
+    // What others change from here on is either in the first load or news for the first edit.
+    if (error.type() == QSqlError::NoError)
+        m_foreignWrites->noteState();
     m_closing = false;
     return error;
 }
@@ -63,6 +80,7 @@ QSqlError SQLiteDBManager::openDB()
 void SQLiteDBManager::closeDB()
 {
     m_closing = true;
+    m_foreignWrites->clearPrepared();
     DatabaseManger::closeDB();
 }
 
@@ -99,7 +117,12 @@ QString SQLiteDBManager::connectOptions() const
 
 void SQLiteDBManager::readReadOnlyState()
 {
-    DatabaseManger::readReadOnlyState();
+    QElapsedTimer waited;
+    waited.start();
+    // Others write for a moment, as a rule.
+    do {
+        DatabaseManger::readReadOnlyState();
+    } while (providers().general->isInUse() && !waited.hasExpired(mostProbingMilliseconds));
     if (isReadOnly())
         return;
     const QFileInfo file(databaseName());
@@ -124,7 +147,24 @@ void SQLiteDBManager::setCurrentBrowsingTree(qint64 treeId)
 
 bool SQLiteDBManager::isDataCurrent()
 {
-    return true;
+    return isReadyForEdits() && m_foreignWrites->mayWrite();
+}
+
+bool SQLiteDBManager::beginReading()
+{
+    GeneralProvider *general = providers().general;
+    if (!general->runSync(QStringLiteral("BEGIN;")))
+        return false;
+    if (m_foreignWrites->noteState())
+        return true;
+    general->rollbackTransaction();
+    return false;
+}
+
+void SQLiteDBManager::endReading()
+{
+    // Nothing was written: it only lets go.
+    providers().general->commitTransaction();
 }
 
 void SQLiteDBManager::refreshModificationDate() {}

@@ -4,7 +4,12 @@
 
 #include <QFileSystemWatcher>
 
-/** The manager of one local database file. Nobody else's change is expected in it. */
+class ForeignWrites;
+
+/**
+ * The manager of one local database file. Nobody else's change is expected in it; when another program has
+ * made one, the next edit is dropped with a warning and everything is read anew.
+ */
 class SQLiteDBManager : public DatabaseManger
 {
     Q_OBJECT
@@ -31,10 +36,15 @@ protected slots:
 protected:
     QString connectOptions() const override;
     void readReadOnlyState() override;
+    /** In a transaction, so that all records belong to one state, and nobody locks the file half-way. */
+    bool beginReading() override;
+    bool mayRequest() override { return isReadyForEdits(); }
+    void endReading() override;
 
 private:
     bool makeTables(const QString &connectionName);
 
+    ForeignWrites *m_foreignWrites;
     QFileSystemWatcher *m_folderWatcher;
     bool m_closing = false;
 };

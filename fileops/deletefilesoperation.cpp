@@ -58,7 +58,7 @@ QVector<qint64> DeleteFilesOperation::removeContents()
         int internal = 0;
         qint64 size = 0;
         qint64 storageId = 0;
-        if (m_worker.readFileStorageInfo(fileId, internal, size, storageId) &&
+        if (m_worker.readFileStorageInfo(fileId, internal, size, storageId, m_request.idCodes.value(i)) &&
             removeContentsOf(fileId, internal, size))
             removed.append(fileId);
     }

@@ -6,7 +6,8 @@ class FileOperationWorker;
 
 /**
  * Removes files with their contents, paths, thumbnails and tags in one transaction; what lies on disk stays.
- * A file that fails stays in the database and the others go on. A cancel keeps what was removed so far.
+ * A file that fails, or is another one than was meant, stays in the database and the others go on. A cancel
+ * keeps what was removed so far.
  */
 class DeleteFilesOperation
 {

@@ -36,6 +36,7 @@ struct FileOperation
     QSet<QString> replacedPaths;   ///< targets where another file gives way
     QSet<QString> comparedPaths;   ///< targets where the file itself seems to stand already
     QVector<qint64> fileIds;       ///< the files that the operation concerns
+    QStringList idCodes;           ///< theirs, as an id may be another file's by now; empty where nobody asks
     QVector<qint64> tagIds;        ///< tags for the added files
     bool fromSelectedNode = false; ///< the add may make browsing nodes
     qint64 nodeId = 0;             ///< the node under which new nodes go

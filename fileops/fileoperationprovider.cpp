@@ -169,19 +169,21 @@ void FileOperationProvider::addFiles(const QStringList &paths, const QVector<qin
         emit error(check.report(), tr("Add Hyperlink"));
 }
 
-void FileOperationProvider::deleteFiles(const QVector<qint64> &ids)
+void FileOperationProvider::deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes)
 {
     FileOperation operation;
     operation.type = FileOperationType::DeleteFilesOperation;
     operation.fileIds = ids;
+    operation.idCodes = idCodes;
     enqueue(operation);
 }
 
-void FileOperationProvider::transferFiles(const QVector<qint64> &ids)
+void FileOperationProvider::transferFiles(const QVector<qint64> &ids, const QStringList &idCodes)
 {
     FileOperation operation;
     operation.type = FileOperationType::TransferFilesOperation;
     operation.fileIds = ids;
+    operation.idCodes = idCodes;
     enqueue(operation);
 }
 

@@ -38,9 +38,10 @@ public:
     /** Existing paths are added as files, all other texts as hyperlinks after them. */
     void addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
-    void deleteFiles(const QVector<qint64> &ids);
+    /** A file whose code is not the given one any more is another file, and left out. */
+    void deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes = {});
     /** Copies the contents of external files into the database, which then holds them. */
-    void transferFiles(const QVector<qint64> &ids);
+    void transferFiles(const QVector<qint64> &ids, const QStringList &idCodes = {});
     void loadThumbnails(const QVector<qint64> &ids);
     /** Takes back one request for a thumbnail; nothing when it is being loaded already. */
     void forgetThumbnail(qint64 id);

@@ -81,12 +81,15 @@ bool FileOperationQueries::insertBrowsingNodeLink(qint64 parentId, qint64 childI
                     constructor()->statementEnd());
 }
 
-bool FileOperationQueries::readFileStorageInfo(qint64 fileId, int &internal, qint64 &size, qint64 &storageId)
+bool FileOperationQueries::readFileStorageInfo(qint64 fileId, int &internal, qint64 &size, qint64 &storageId,
+                                               const QString &idCode)
 {
     // Without a join to the blocks, so that empty files are found too.
     QVariantList values;
-    if (!readForFile({QStringLiteral("internal"), QStringLiteral("storage_id"), QStringLiteral("file_size")},
-                     QStringLiteral("files"), QStringLiteral("file_id=?"), fileId, values))
+    if (!readForFile({QStringLiteral("internal"), QStringLiteral("storage_id"), QStringLiteral("file_size"),
+                      QStringLiteral("id_code")},
+                     QStringLiteral("files"), QStringLiteral("file_id=?"), fileId, values) ||
+        (!idCode.isEmpty() && values.at(3).toString().trimmed() != idCode.trimmed()))
         return false;
     internal = values.at(0).toInt();
     storageId = values.at(1).toLongLong();

@@ -44,7 +44,9 @@ public:
     virtual bool insertBrowsingNode(qint64 nodeId, qint64 tagId);
     virtual bool insertBrowsingNodeLink(qint64 parentId, qint64 childId);
 
-    virtual bool readFileStorageInfo(qint64 fileId, int &internal, qint64 &size, qint64 &storageId);
+    /** With an id code that is not empty it must be the file's, too. */
+    virtual bool readFileStorageInfo(qint64 fileId, int &internal, qint64 &size, qint64 &storageId,
+                                     const QString &idCode = QString());
     virtual bool readFileName(qint64 fileId, QString &name);
     virtual bool readBlock(qint64 storageId, QByteArray &data, qint64 &continueId);
     virtual bool readInternal(qint64 fileId, int &internal);

@@ -4,5 +4,8 @@
 
 FileOperationWorker *SqliteFileOperationProvider::createWorker(const QString &connectionName)
 {
-    return new SqliteFileOperationWorker(connectionName, details(), constructor());
+    auto *worker = new SqliteFileOperationWorker(connectionName, details(), constructor());
+    if (m_foreignWrites)
+        worker->setForeignWrites(m_foreignWrites);
+    return worker;
 }

@@ -2,6 +2,8 @@
 
 #include "fileops/fileoperationprovider.h"
 
+class ForeignWrites;
+
 /** File operations of a local database. */
 class SqliteFileOperationProvider : public FileOperationProvider
 {
@@ -10,6 +12,12 @@ class SqliteFileOperationProvider : public FileOperationProvider
 public:
     using FileOperationProvider::FileOperationProvider;
 
+    /** Borrowed, for the worker; before the first request. */
+    void setForeignWrites(ForeignWrites *foreignWrites) { m_foreignWrites = foreignWrites; }
+
 protected:
     FileOperationWorker *createWorker(const QString &connectionName) override;
+
+private:
+    ForeignWrites *m_foreignWrites = nullptr;
 };

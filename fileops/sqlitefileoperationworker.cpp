@@ -4,6 +4,11 @@ namespace {
 constexpr int patienceMilliseconds = 5000;
 } // namespace
 
+void SqliteFileOperationWorker::setForeignWrites(ForeignWrites *foreignWrites)
+{
+    m_writes = std::make_unique<WorkerWrites>(*this, *foreignWrites);
+}
+
 QString SqliteFileOperationWorker::connectOptions() const
 {
     return QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(patienceMilliseconds);
@@ -19,6 +24,8 @@ void SqliteFileOperationWorker::prepareConnection()
     // Else the pages that a savepoint touches go through a file on the disk as soon as they are a few.
     runAsync(QStringLiteral("PRAGMA temp_store=MEMORY;"));
     m_hasLargeCache = false;
+    if (m_writes)
+        m_writes->connectionOpened();
 }
 
 bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
@@ -27,7 +34,7 @@ bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
         return FileOperationWorker::beginTransaction(connectionName);
     forgetLostSavepoint();
     m_lastIds.clear();
-    m_isInTransaction = runAsync(QStringLiteral("BEGIN IMMEDIATE;"));
+    m_isInTransaction = takeWriteLock();
     // The unique id codes are written at random places of their index: 64 MiB keep it in memory. Only now, as
     // this reads the database, for which it would wait and fail by itself while another program locks it.
     if (m_isInTransaction && !m_hasLargeCache)
@@ -35,9 +42,23 @@ bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
     return m_isInTransaction;
 }
 
+bool SqliteFileOperationWorker::takeWriteLock()
+{
+    if (!runAsync(QStringLiteral("BEGIN IMMEDIATE;")))
+        return false;
+    if (!m_writes || m_writes->isCurrent())
+        return true;
+    FileOperationWorker::rollbackTransaction(connectionName());
+    return false;
+}
+
 bool SqliteFileOperationWorker::commitTransaction(const QString &connectionName)
 {
+    if (m_writes)
+        m_writes->aboutToCommit();
     const bool success = FileOperationWorker::commitTransaction(connectionName);
+    if (m_writes)
+        m_writes->committed(success);
     m_isInTransaction = m_isInTransaction && !success;
     return success;
 }
@@ -45,7 +66,10 @@ bool SqliteFileOperationWorker::commitTransaction(const QString &connectionName)
 bool SqliteFileOperationWorker::rollbackTransaction(const QString &connectionName)
 {
     m_isInTransaction = false;
-    return FileOperationWorker::rollbackTransaction(connectionName);
+    const bool isDone = FileOperationWorker::rollbackTransaction(connectionName);
+    if (m_writes)
+        m_writes->rolledBack();
+    return isDone;
 }
 
 bool SqliteFileOperationWorker::nextId(const QString &table, const QString &column, qint64 &id)

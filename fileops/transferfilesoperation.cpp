@@ -45,7 +45,8 @@ QVector<TransferFilesOperation::Source> TransferFilesOperation::findSources()
     QVector<Source> sources;
     sources.reserve(m_request.fileIds.size());
     QSet<qint64> seen;
-    for (const qint64 fileId : m_request.fileIds) {
+    for (int i = 0; i < m_request.fileIds.size(); ++i) {
+        const qint64 fileId = m_request.fileIds.at(i);
         if (m_worker.shouldEnd() || m_worker.isConnectionLost())
             return {};
         // Twice would leave the first chain without an owner.
@@ -54,6 +55,7 @@ QVector<TransferFilesOperation::Source> TransferFilesOperation::findSources()
         seen.insert(fileId);
         Source source;
         source.fileId = fileId;
+        source.idCode = m_request.idCodes.value(i);
         if (!readRows(source))
             continue;
         source.size = qMax(qint64(0), RegularFile::stampOf(source.path).size);
@@ -67,7 +69,8 @@ bool TransferFilesOperation::readRows(Source &source)
 {
     int internal = 0;
     qint64 recordedSize = 0;
-    return m_worker.readFileStorageInfo(source.fileId, internal, recordedSize, source.pathId) &&
+    return m_worker.readFileStorageInfo(source.fileId, internal, recordedSize, source.pathId,
+                                        source.idCode) &&
            internal == FileKind::external && m_worker.readPath(source.fileId, source.path);
 }
 

@@ -25,6 +25,7 @@ private:
     struct Source
     {
         qint64 fileId = 0;
+        QString idCode; ///< empty where any will do
         qint64 pathId = 0;
         QString path;
         qint64 size = 0; ///< on the disk before the transfer

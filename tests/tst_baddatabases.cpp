@@ -12,6 +12,8 @@ namespace {
 const QString failedToOpen =
     "Failed to Open Database: The selected database could not be opened successfully."_s;
 const QString corrupted = "Error opening database: The database could be corrupted please check it."_s;
+const QString inUse =
+    "Error opening database: The database is in use by another program. Please try again later."_s;
 const QString unsupported = "Error opening database: The database is not supported"_s;
 const QString foreign = "Error opening database: The database holds parts that Vorna did not make, such as "
                         "views or triggers. It was not opened, so that nothing in it can run."_s;
@@ -130,10 +132,11 @@ private slots:
 
     void opensLocked_data()
     {
-        QTest::addColumn<QString>("lock");
-        addRow("locked for reading, then free", "BEGIN EXCLUSIVE"_s);
-        addRow("someone writes", "BEGIN IMMEDIATE"_s);
-        addRow("no permission", QString());
+        addColumns<QString, QString>("version", "lock");
+        addRow("locked for reading, then free", "4.1.0"_s, "BEGIN EXCLUSIVE"_s);
+        addRow("someone writes", "4.1.0"_s, "BEGIN IMMEDIATE"_s);
+        addRow("someone writes to an old one", "3.2.0"_s, "BEGIN IMMEDIATE"_s);
+        addRow("no permission", "4.1.0"_s, QString());
     }
 
     void opensLocked()
@@ -141,17 +144,22 @@ private slots:
         QFETCH(QString, lock);
         if (lock.isEmpty() && geteuid() == 0)
             QSKIP("The superuser writes to read-only files, too.");
+        QFETCH(QString, version);
         m_fixture->makeDatabase("bad.vrn"_s);
-        const Contents before = folder();
         OtherConnection other(bad());
+        QVERIFY(other.run("UPDATE scheme_version SET version='%1'"_s.arg(version)));
+        const Contents before = folder();
         if (lock.isEmpty())
             QFile::setPermissions(bad(), QFile::ReadOwner);
         else
             QVERIFY(other.run(lock));
-        const bool isRefused = lock == "BEGIN EXCLUSIVE"_s;
+        const bool isRefused = !lock.isEmpty();
+        QElapsedTimer timer;
+        timer.start();
         openByDialog(bad());
+        QVERIFY(timer.elapsed() < 5000);
         QTest::qWait(20);
-        QCOMPARE(m_fixture->takeBoxes(), isRefused ? QStringList({corrupted, failedToOpen}) : QStringList());
+        QCOMPARE(m_fixture->takeBoxes(), isRefused ? QStringList({inUse, failedToOpen}) : QStringList());
         QCOMPARE(m_fixture->openPath(), isRefused ? open() : bad());
         QCOMPARE(window().collection()->isReadOnly(), !isRefused);
         if (!isRefused)
@@ -160,7 +168,9 @@ private slots:
         other.run("ROLLBACK"_s);
         QCOMPARE(folder(), before);
         openByDialog(bad());
-        QCOMPARE(m_fixture->openPath(), bad());
+        const bool isOld = version == "3.2.0"_s; // its question is declined
+        QCOMPARE(m_fixture->takeBoxes(), isOld ? QStringList({older, failedToOpen}) : QStringList());
+        QCOMPARE(m_fixture->openPath(), isOld ? QString() : bad());
     }
 
     void additionsOfOthersDoNotHinder()

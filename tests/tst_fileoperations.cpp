@@ -127,6 +127,21 @@ private slots:
         QCOMPARE(Sql::rows("SELECT storage_id FROM storage"_s), QStringList({"2"_s, "4"_s}));
     }
 
+    void leavesOutWhatIsAnotherFileByNow()
+    {
+        QTemporaryFile file;
+        QVERIFY(file.open() && file.write("bytes") == 5 && file.flush());
+        Sql::run("INSERT INTO file_paths VALUES (1, '%1', 'a'), (2, '%1', 'a')"_s.arg(file.fileName()));
+        for (int id = 1; id <= 4; ++id)
+            QVERIFY(m_database->addFile(id, id <= 2 ? 0 : 2, 5, id));
+        m_provider->transferFiles({1, 2}, {"C9"_s, "C2"_s});
+        m_provider->deleteFiles({3, 4}, {"C9"_s, "C4"_s});
+        QTRY_COMPARE(m_removed->count(), 1);
+        QCOMPARE(removed(0), QVector<qint64>{4});
+        QCOMPARE(Sql::rows("SELECT file_id, internal FROM files ORDER BY 1"),
+                 QStringList({"1|0"_s, "2|1"_s, "3|2"_s}));
+    }
+
     void removesNothingWhenTheTransactionIsLost()
     {
         if (!isLocal())

@@ -1,4 +1,8 @@
+#include "app/collectionopener.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "core/sqlitecollection.h"
+#include "db/databasemanger.h"
 #include "models/sorter.h"
 #include "tests/support/windowfixture.h"
 #include "ui/preview/filepreview.h"
@@ -6,6 +10,7 @@
 #include "ui/views/mainfilesview.h"
 
 #include <QDockWidget>
+#include <QProgressDialog>
 #include <QSqlError>
 #include <QTabBar>
 #include <QToolBar>
@@ -18,6 +23,25 @@ namespace {
 const QString failedToOpen =
     "Failed to Open Database: The selected database could not be opened successfully."_s;
 const QString failedToCreate = "Failed to create database: "_s;
+
+/** A collection whose file another program locks as soon as it is open. */
+class LockedWhenOpen : public SqliteCollection
+{
+public:
+    LockedWhenOpen(const QString &path, OtherConnection &other)
+        : SqliteCollection({}, path, {}, {}, 0), m_other(other)
+    {
+    }
+    QSqlError open() override
+    {
+        const QSqlError error = SqliteCollection::open();
+        m_other.run("BEGIN EXCLUSIVE"_s);
+        return error;
+    }
+
+private:
+    OtherConnection &m_other;
+};
 
 } // namespace
 
@@ -58,6 +82,38 @@ private slots:
         QTRY_VERIFY(!window().collection());
         QCOMPARE(m_fixture->takeBoxes(),
                  QStringList{"Connection problem: Could not connect to the database."_s});
+    }
+
+    void lockBetweenOpeningAndLoading_data()
+    {
+        QTest::addColumn<bool>("isReleased");
+        addRow("for a moment", true);
+        addRow("until the user is tired of it", false);
+    }
+
+    void lockBetweenOpeningAndLoading()
+    {
+        QFETCH(bool, isReleased);
+        const QString path = m_fixture->makeDatabase("locked.vrn"_s);
+        OtherConnection other(path);
+        QVERIFY(other.run("INSERT INTO tags VALUES (7,'Garden','',0,NULL)"_s));
+        LockedWhenOpen collection(path, other);
+        QTimer end;
+        connect(&end, &QTimer::timeout, &end, [&] {
+            // The window is alive, and what could not be read is not written beside.
+            QCOMPARE(collection.tagsController()->addTag("Garden"_s), qint64(0));
+            if (isReleased)
+                other.run("ROLLBACK"_s);
+            else if (auto *waiting = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()))
+                waiting->cancel();
+        });
+        end.start(50);
+        QCOMPARE(CollectionOpener(&window()).open(collection), isReleased);
+        end.stop();
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+        collection.close();
+        other.run("ROLLBACK"_s);
+        QCOMPARE(DatabaseManger::tagNames(DBDetails::local(path)), QStringList{"Garden"_s});
     }
 
     void openAsksForFile()

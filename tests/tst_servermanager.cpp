@@ -250,6 +250,10 @@ private slots:
                  "1|1\n2|2\n3|2"_s);
 
         m_collection->reopen();
+        QSignalSpy loads(m_collection->manager(), &DatabaseManger::browsingNodeLoaded);
+        m_collection->manager()->reloadAllData();
+        m_collection->get()->load();
+        QCOMPARE(loads.size(), 2); // once each
         QCOMPARE(m_collection->tree().currentBrowsingTree(), qint64(2));
         QCOMPARE(m_collection->manager()->nodes().keys(), (QList<qint64>{2, 3}));
         QVERIFY(m_collection->tree().removeTree(2));

@@ -106,7 +106,7 @@ void BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QStri
 {
     const QString statement = constructor()->updateQuery({column}, nodesTable, {value}) +
                               SqlText::fill(QStringLiteral(" WHERE node_id=%1"), {QString::number(id)});
-    if (runSync(statement + constructor()->statementEnd()))
+    if (runEdit(statement + constructor()->statementEnd()))
         emit nodeValueUpdated(id, column, value);
 }
 

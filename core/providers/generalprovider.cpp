@@ -1,6 +1,7 @@
 #include "core/providers/generalprovider.h"
 
 #include "db/abstractqueryconstructor.h"
+#include "db/databaselock.h"
 
 #include <QSignalBlocker>
 
@@ -29,7 +30,8 @@ void GeneralProvider::loadVersion()
 void GeneralProvider::probeReadOnly()
 {
     const bool isWritable = canWrite();
-    emit gotDBReadonly(!isWritable);
+    if (!m_isInUse)
+        emit gotDBReadonly(!isWritable);
 }
 
 bool GeneralProvider::canWrite()
@@ -39,18 +41,16 @@ bool GeneralProvider::canWrite()
                                    QStringLiteral("file_tag"), {{QStringLiteral("0"), QStringLiteral("0")}}) +
         constructor()->statementEnd();
     // A refused write is this question's answer and no error; only a lost connection is worth telling.
-    bool isLost = false;
+    forgetLostConnection();
     bool isWritable = false;
     {
         const QSignalBlocker silence(this);
-        SyncRunner runner;
-        connect(&runner, &QueryRunner::connectionError, &runner, [&isLost] { isLost = true; });
-        TableData table;
-        isWritable = beginTransaction() && runner.run(statement, table, QString());
-        freeRows(table);
+        isWritable = beginTransaction() && runSync(statement);
         rollbackTransaction();
     }
-    if (isLost)
+    m_isInUse = !isWritable && !isConnectionLost() &&
+                DatabaseLock::isMetBy(lastError(), QSqlDatabase::database().driverName());
+    if (isConnectionLost())
         emit connectionError();
     return isWritable;
 }

@@ -22,8 +22,12 @@ public:
     /** Answers by gotDBVerion. */
     virtual void loadVersion();
 
-    /** Answers by gotDBReadonly; leaves no row behind, and its failing insert is no error. */
+    /**
+     * Answers by gotDBReadonly; leaves no row behind, and its failing insert is no error. No answer comes
+     * when another connection was in the way: isInUse() tells then.
+     */
     virtual void probeReadOnly();
+    bool isInUse() const { return m_isInUse; }
 
 signals:
     void gotDBVerion(bool ok, const TableData &table);
@@ -31,4 +35,6 @@ signals:
 
 private:
     bool canWrite();
+
+    bool m_isInUse = false;
 };

@@ -20,7 +20,7 @@ GroupsProvider::GroupsProvider(const AbstractQueryConstructor *constructor, QObj
 
 qint64 GroupsProvider::addGroup(const QString &name)
 {
-    if (!runSync(insertText(name) + constructor()->statementEnd()))
+    if (!runEdit(insertText(name) + constructor()->statementEnd()))
         return 0;
     const qint64 id =
         SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("group_id"))).toLongLong();
@@ -48,7 +48,7 @@ void GroupsProvider::loadGroups(const QVector<qint64> &ids)
 bool GroupsProvider::renameGroup(qint64 id, const QString &name)
 {
     const QString condition = SqlText::fill(QStringLiteral("tag_group_id=%1"), {QString::number(id)});
-    const bool ok = runSync(constructor()->updateQuery({QStringLiteral("name")}, groupsTable, {name}) +
+    const bool ok = runEdit(constructor()->updateQuery({QStringLiteral("name")}, groupsTable, {name}) +
                             constructor()->whereClause(condition) + constructor()->statementEnd());
     emit groupsRenamed(ok, id, name);
     return ok;

@@ -164,7 +164,7 @@ QString MainViewProvider::updatePathText(qint64 id, const QStringList &columns,
 
 bool MainViewProvider::updateAndLoad(qint64 id, const QString &update)
 {
-    if (!runSync(update))
+    if (!runEdit(update))
         return false;
     loadFiles({id});
     return true;

@@ -14,7 +14,7 @@ TagsProvider::TagsProvider(const AbstractQueryConstructor *constructor, QObject 
 
 qint64 TagsProvider::addTag(const QString &name)
 {
-    if (!runSync(insertText(name) + constructor()->statementEnd()))
+    if (!runEdit(insertText(name) + constructor()->statementEnd()))
         return 0;
     const qint64 id =
         SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("tag_id"))).toLongLong();
@@ -55,7 +55,7 @@ bool TagsProvider::updateTag(qint64 id, const QString &column, const QString &va
     const QString condition = SqlText::fill(QStringLiteral("tag_id=%1"), {QString::number(id)});
     const QString statement = constructor()->updateQuery({column}, QStringLiteral("tags"), {value}) +
                               constructor()->whereClause(condition) + constructor()->statementEnd();
-    if (!runSync(statement))
+    if (!runEdit(statement))
         return false;
     loadTags({id});
     return true;

@@ -59,13 +59,11 @@ public:
         close();
         open();
     }
-    /** The same with another writer at work, which makes the database read-only, also for the superuser. */
+    /** The same with the row there that tries out writing, which is read-only also for the superuser. */
     void reopenReadOnly()
     {
-        close();
-        OtherConnection lock(path());
-        lock.run("BEGIN IMMEDIATE"_s);
-        open();
+        run("INSERT INTO file_tag VALUES (0,0)");
+        reopen();
     }
 
     Collection *operator->() { return m_collection.get(); }
