@@ -474,9 +474,13 @@ std::unique_ptr<ImageLoading> DatabaseManger::loadImage(qint64 fileId)
 {
     if (!m_images)
         return std::make_unique<ImageLoading>(StoredImage::UnknownFile);
+    m_sawBusy = false;
+    m_isReloading = true;
     std::unique_ptr<ImageLoading> loading = m_images->load(fileId);
-    return m_images->isConnectionLost() ? std::make_unique<ImageLoading>(StoredImage::Unreachable)
-                                        : std::move(loading);
+    m_isReloading = false;
+    if (m_images->isConnectionLost())
+        return std::make_unique<ImageLoading>(StoredImage::Unreachable);
+    return m_sawBusy ? std::make_unique<ImageLoading>(StoredImage::Busy) : std::move(loading);
 }
 
 StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)

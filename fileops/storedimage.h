@@ -11,6 +11,7 @@ struct StoredImage
         FileGone,           ///< the file of an external record is not there
         ExternalUnreadable, ///< the file is there, yet no picture, or one too large
         InternalUnreadable, ///< the same for contents in the database
+        Busy,               ///< another connection keeps the database to itself
         Unreachable         ///< the connection to the database is lost: the user has been told
     };
     /** What became of a picture that was to be written back. Unless it is Saved nothing has changed. */

@@ -193,6 +193,24 @@ private slots:
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 
+    void aBusyDatabaseIsToldInThePicturesPlace()
+    {
+        const qint64 first = addPicture("a.png"_s);
+        const qint64 second = addPicture("b.png"_s);
+        PreviewBox *box = open(first);
+        OtherConnection other(m_fixture->path());
+        QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
+        QSignalSpy warned(m_fixture->get(), &Collection::showTempWarning);
+        box->nextImage();
+        QTRY_COMPARE(preview(box)->text(), "The database is busy. Please try again."_s);
+        QCOMPARE(box->fileId(), second);
+        QVERIFY(other.run("ROLLBACK"_s));
+        box->refresh();
+        QTRY_VERIFY(preview(box)->hasPicture());
+        QCOMPARE(warned.count(), 0);
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
     void aSlowPictureCanBeLeft()
     {
         PicturePool::instance().setLimits(PictureUse::Whole, {512 * 1024 * 1024, 600});

@@ -152,7 +152,9 @@ void PreviewBox::showLoaded()
         return;
     }
     qDebug("Error loading image, id = %lld", static_cast<long long>(m_fileId));
-    m_area->showMessage(tr("This picture cannot be shown."));
+    const bool isBusy = stored.state == StoredImage::Busy;
+    m_area->showMessage(isBusy ? tr("The database is busy. Please try again.")
+                               : tr("This picture cannot be shown."));
     tellLoadFailure(stored.state);
     if (m_step && m_slideTimer.isActive() && m_fileId != m_stepStart &&
         !m_stepTime.hasExpired(mostMillisecondsOfTrying))
@@ -168,7 +170,7 @@ void PreviewBox::tellLoadFailure(int state)
     else if (state == StoredImage::ExternalUnreadable)
         tellFailure(tr("Error previewing image"),
                     tr("An error has occurred while retrieving this externally stored image."));
-    else if (state != StoredImage::Unreachable)
+    else if (state != StoredImage::Unreachable && state != StoredImage::Busy)
         tellFailure(tr("Error previewing image"), tr("An error has occurred while retrieving this image."));
 }
 
