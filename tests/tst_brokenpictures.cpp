@@ -1,7 +1,9 @@
 #include "fileops/imageloading.h"
 #include "fileops/pictures/picturepool.h"
+#include "fileops/pictures/picturereader.h"
 #include "tests/support/addingfixture.h"
 
+#include <QFontDatabase>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
@@ -200,6 +202,27 @@ private slots:
         QCOMPARE(read(path).state, PictureAnswer::Read);
     }
 
+    /** Of the files on the disk a drawing gets its fonts, and no other. */
+    void drawingsReadFontsOnly()
+    {
+        const QByteArray head = "<svg xmlns='http://www.w3.org/2000/svg' width='90' height='30' "
+                                "xmlns:xlink='http://www.w3.org/1999/xlink'>";
+        for (const QString &family : QFontDatabase().families().mid(0, 12)) {
+            const QString path = m_fixture->write("text.svg"_s, head + "<text y='20' font-family='" +
+                                                                    family.toUtf8() + "'>Rag</text></svg>");
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QVERIFY2(read(path).image == PictureReader(file).whole(), qPrintable(family));
+        }
+        const QByteArray other = m_fixture->write("a.png"_s, sampleOf("png")).toUtf8();
+        const QImage image = read(m_fixture->write("image.svg"_s, head +
+                                                                      "<image width='90' height='30' "
+                                                                      "xlink:href='" +
+                                                                      other + "'/></svg>"))
+                                 .image;
+        QCOMPARE(image.pixel(15, 10), qRgba(0, 0, 0, 0));
+    }
+
     void canceledReadingEnds()
     {
         PicturePool::instance().setLimits(PictureUse::Whole, {limits.bytes, 60});
@@ -272,5 +295,5 @@ private:
     std::unique_ptr<AddingFixture> m_fixture;
 };
 
-QTEST_GUILESS_MAIN(TestBrokenPictures)
+QTEST_MAIN(TestBrokenPictures)
 #include "tst_brokenpictures.moc"

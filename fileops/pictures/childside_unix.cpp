@@ -1,12 +1,17 @@
 #include "fileops/pictures/childside.h"
 
+#include <QFile>
+#include <QStringList>
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <fcntl.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
+#include <linux/landlock.h>
 #include <linux/seccomp.h>
 #include <malloc.h>
 #include <sys/prctl.h>
@@ -19,6 +24,7 @@
 namespace {
 // Of addresses, before the first picture.
 rlim_t ownBytes = 0;
+bool isKeptToFolders = false;
 
 #if defined(__x86_64__)
 constexpr quint32 architecture = AUDIT_ARCH_X86_64;
@@ -53,7 +59,6 @@ constexpr long refusedCalls[] = {
     SYS_ptrace,
     SYS_process_vm_readv,
     SYS_process_vm_writev,
-    SYS_openat,
     SYS_openat2,
     SYS_open_by_handle_at,
     SYS_unlinkat,
@@ -91,7 +96,6 @@ constexpr long refusedCalls[] = {
     SYS_setpriority,
 #ifdef SYS_open
     // The old forms, which newer machines do without.
-    SYS_open,
     SYS_creat,
     SYS_fork,
     SYS_vfork,
@@ -111,6 +115,20 @@ constexpr long refusedCalls[] = {
 #endif
 };
 
+/** These too, where folders cannot be told apart. */
+constexpr long openingCalls[] = {
+    SYS_openat,
+#ifdef SYS_open
+    SYS_open,
+#endif
+};
+
+void refuse(long call, std::vector<sock_filter> &filter)
+{
+    filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<quint32>(call), 0, 1));
+    filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM));
+}
+
 /** Refused calls fail as if the user had no right to them; all threads are bound. */
 void refuseCalls()
 {
@@ -127,9 +145,11 @@ void refuseCalls()
         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_KILL_PROCESS),
 #endif
     };
-    for (const long call : refusedCalls) {
-        filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<quint32>(call), 0, 1));
-        filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM));
+    for (const long call : refusedCalls)
+        refuse(call, filter);
+    if (!isKeptToFolders) {
+        for (const long call : openingCalls)
+            refuse(call, filter);
     }
     filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
     sock_fprog program = {static_cast<unsigned short>(filter.size()), filter.data()};
@@ -163,6 +183,27 @@ void ChildSide::begin()
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+void ChildSide::keepReadable(const QStringList &folders)
+{
+    landlock_ruleset_attr rules = {};
+    rules.handled_access_fs = (LANDLOCK_ACCESS_FS_MAKE_SYM << 1) - 1; // all that the first version knows
+    const int ruleset =
+        static_cast<int>(::syscall(SYS_landlock_create_ruleset, &rules, sizeof rules.handled_access_fs, 0));
+    if (ruleset < 0)
+        return;
+    for (const QString &folder : folders) {
+        landlock_path_beneath_attr rule = {};
+        rule.allowed_access = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
+        rule.parent_fd = ::open(QFile::encodeName(folder).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        if (rule.parent_fd < 0)
+            continue;
+        ::syscall(SYS_landlock_add_rule, ruleset, LANDLOCK_RULE_PATH_BENEATH, &rule, 0);
+        ::close(rule.parent_fd);
+    }
+    isKeptToFolders = ::syscall(SYS_landlock_restrict_self, ruleset, 0) == 0;
+    ::close(ruleset);
+}
+
 void ChildSide::shutIn(qint64 mostBytes)
 {
     // Each further heap would take addresses in advance.
@@ -175,10 +216,11 @@ void ChildSide::shutIn(qint64 mostBytes)
     // A decoder may warn without end, and what it is told to write to may be somebody's log.
     ::dup2(STDOUT_FILENO, STDERR_FILENO);
 #endif
-    // One more: that of the picture.
+    // That of the picture, and one for a font.
+    constexpr rlim_t more = 2;
     const int next = ::dup(channel);
     ::close(next);
-    setLimit(RLIMIT_NOFILE, static_cast<rlim_t>(next) + 1, static_cast<rlim_t>(next) + 1);
+    setLimit(RLIMIT_NOFILE, static_cast<rlim_t>(next) + more, static_cast<rlim_t>(next) + more);
     setLimit(RLIMIT_FSIZE, 0, 0);
     refuseCalls();
 }

@@ -27,6 +27,8 @@ void ChildSide::begin()
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
 }
 
+void ChildSide::keepReadable(const QStringList &) {}
+
 void ChildSide::shutIn(qint64) {}
 
 void ChildSide::limit(qint64, int) {}

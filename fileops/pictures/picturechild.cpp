@@ -13,12 +13,16 @@
 #include <QImageReader>
 #include <QPainter>
 #include <QSemaphore>
+#include <QStandardPaths>
 #include <QThreadPool>
 
 #include <cstring>
 
 namespace {
-/** Later no file opens any more: plug-ins, fonts and the thread that scales are to be there by then. */
+/**
+ * Later no file opens any more, save for fonts on most systems: plug-ins, fonts and the thread that scales
+ * are to be there by then.
+ */
 void loadAll()
 {
     QImageReader::supportedImageFormats();
@@ -33,6 +37,7 @@ void loadAll()
             }
         }
     }
+    ChildSide::keepReadable(QStandardPaths::standardLocations(QStandardPaths::FontsLocation));
     QThreadPool &pool = *QThreadPool::globalInstance();
     pool.setMaxThreadCount(1);
     pool.setExpiryTimeout(-1);
