@@ -113,6 +113,11 @@ QVariant ContentsModel::data(const QModelIndex &index, int role) const
     }
 }
 
+QString ContentsModel::tagNames(const QVector<qint64> &tagIds) const
+{
+    return m_host ? m_host->joinedTagNames(tagIds) : QString();
+}
+
 QVariant ContentsModel::text(const File &file, int column) const
 {
     const DataType type = columns[column].type;
@@ -129,7 +134,7 @@ QVariant ContentsModel::text(const File &file, int column) const
         return isInside ? QStringLiteral("internal") : path;
     }
     case Tags:
-        return m_host ? m_host->joinedTagNames(file.tags()) : QString();
+        return tagNames(file.tags());
     default:
         return file.data(type);
     }

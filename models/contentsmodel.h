@@ -42,6 +42,8 @@ public:
     /** Borrowed; without one the model shows records and refuses edits. */
     void setHost(ContentsHost *host) { m_host = host; }
 
+    /** The whole text of these tags, which a view may show in part. */
+    QString tagNames(const QVector<qint64> &tagIds) const;
     static int columnOf(DataType type);
     /** Null outside the rows. */
     const File *fileAt(int row) const;

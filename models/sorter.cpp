@@ -144,14 +144,20 @@ void Sorter::arrange()
 
 void Sorter::putInOrder()
 {
-    // Ranks go by the rows of all files, which stand in both models in the same order.
+    orderContentsRows([this] { m_ranks.sort(*m_filter->contents(), m_column, m_rows); });
+}
+
+// What puts the shown rows in ascending order has them as rows of the ContentsModel meanwhile: both models
+// have files in the same order, but hidden ones have no row in the source.
+void Sorter::orderContentsRows(const std::function<void()> &putInOrder)
+{
     std::vector<int> sourceRows(static_cast<size_t>(m_filter->contents()->rowCount()));
-    for (int &row : m_rows) {
-        const int contentsRow = m_filter->contentsRow(row);
-        sourceRows[static_cast<size_t>(contentsRow)] = row;
-        row = contentsRow;
-    }
-    m_ranks.sort(*m_filter->contents(), m_column, m_rows);
+    const int count = m_filter->rowCount();
+    for (int row = 0; row < count; ++row)
+        sourceRows[static_cast<size_t>(m_filter->contentsRow(row))] = row;
+    for (int &row : m_rows)
+        row = m_filter->contentsRow(row);
+    putInOrder();
     for (int &row : m_rows)
         row = sourceRows[static_cast<size_t>(row)];
     if (m_sortOrder == Qt::DescendingOrder)

@@ -7,6 +7,7 @@
 #include <QStringMatcher>
 #include <QVector>
 
+#include <functional>
 #include <vector>
 
 class File;
@@ -79,6 +80,7 @@ private:
     bool isMatch(const File &file) const;
     void arrange();
     void putInOrder();
+    void orderContentsRows(const std::function<void()> &putInOrder);
     void showTagNames();
     void rearrange();
     void placeAnew(const QVector<int> &contentsRows);

@@ -60,12 +60,6 @@ void Sorter::rearrange()
 // Takes shown files out of the order and puts them where they belong now, among the others as they stand.
 void Sorter::placeAnew(const QVector<int> &contentsRows)
 {
-    // More than such a part of the rows are sorted together with them.
-    constexpr int mergedPart = 16;
-    if (contentsRows.size() > rowCount() / mergedPart) {
-        rearrange();
-        return;
-    }
     std::vector<int> moved;
     std::vector<char> isMoved(static_cast<size_t>(m_filter->rowCount()));
     for (const int contentsRow : contentsRows) {
@@ -75,33 +69,13 @@ void Sorter::placeAnew(const QVector<int> &contentsRows)
         isMoved[static_cast<size_t>(source)] = 1;
         moved.push_back(contentsRow);
     }
-    SortKeys::sort(*m_filter->contents(), m_column, moved);
-    std::transform(moved.begin(), moved.end(), moved.begin(),
-                   [this](int contentsRow) { return m_filter->rowOfContents(contentsRow); });
-    if (m_sortOrder == Qt::DescendingOrder)
-        std::reverse(moved.begin(), moved.end());
     changeLayout([&] {
         const auto hasMoved = [&](int source) { return isMoved[static_cast<size_t>(source)] != 0; };
         m_rows.erase(std::remove_if(m_rows.begin(), m_rows.end(), hasMoved), m_rows.end());
-        const auto isLess = [this](int left, int right) { return isRowLess(left, right); };
-        std::vector<int> merged;
-        merged.reserve(m_rows.size() + moved.size());
-        auto rest = m_rows.cbegin();
-        for (const int source : moved) {
-            // Steps that double lead close to the place: to compare two rows is dear.
-            auto low = rest;
-            auto high = rest;
-            for (std::ptrdiff_t step = 1; high != m_rows.cend() && isLess(*high, source); step *= 2) {
-                low = high + 1;
-                high += std::min<std::ptrdiff_t>(step, m_rows.cend() - high);
-            }
-            const auto place = std::lower_bound(low, high, source, isLess);
-            merged.insert(merged.end(), rest, place);
-            merged.push_back(source);
-            rest = place;
-        }
-        merged.insert(merged.end(), rest, m_rows.cend());
-        m_rows.swap(merged);
+        if (m_sortOrder == Qt::DescendingOrder)
+            std::reverse(m_rows.begin(), m_rows.end());
+        orderContentsRows(
+            [&] { SortKeys::merge(*m_filter->contents(), m_column, m_rows, std::move(moved)); });
         m_rowsOfSource.clear();
     });
 }

@@ -2,6 +2,7 @@
 
 #include "core/file.h"
 #include "models/contentsmodel.h"
+#include "models/tagorder.h"
 
 #include <QString>
 
@@ -54,7 +55,7 @@ QString textOf(const ContentsModel &contents, int column, int row)
     case ContentsModel::TypeColumn:
         return file.type();
     case ContentsModel::TagsColumn:
-        return contents.data(contents.index(row, column)).toString();
+        return contents.tagNames(file.tags());
     case ContentsModel::DescriptionColumn:
         return file.description();
     case ContentsModel::IdCodeColumn:
@@ -146,6 +147,37 @@ void sortByNumbers(const ContentsModel &contents, int column, const std::vector<
     });
 }
 
+// Few rows are compared by their texts before all tags have ranks.
+bool isWorthTagOrder(int column, size_t rows)
+{
+    constexpr size_t fewestRows = 64;
+    return column == ContentsModel::TagsColumn && rows >= fewestRows;
+}
+
+/** Both ascending. */
+template <typename Less>
+std::vector<int> mergedRows(const std::vector<int> &order, const std::vector<int> &fresh, const Less &isLess)
+{
+    std::vector<int> merged;
+    merged.reserve(order.size() + fresh.size());
+    auto rest = order.cbegin();
+    for (const int row : fresh) {
+        // Steps that double lead close to the place: to compare two rows is dear.
+        auto low = rest;
+        auto high = rest;
+        for (std::ptrdiff_t step = 1; high != order.cend() && isLess(*high, row); step *= 2) {
+            low = high + 1;
+            high += std::min<std::ptrdiff_t>(step, order.cend() - high);
+        }
+        const auto place = std::lower_bound(low, high, row, isLess);
+        merged.insert(merged.end(), rest, place);
+        merged.push_back(row);
+        rest = place;
+    }
+    merged.insert(merged.end(), rest, order.cend());
+    return merged;
+}
+
 } // namespace
 
 bool SortKeys::isLess(const ContentsModel &contents, int column, int leftRow, int rightRow)
@@ -161,6 +193,10 @@ bool SortKeys::isLess(const ContentsModel &contents, int column, int leftRow, in
 
 void SortKeys::sort(const ContentsModel &contents, int column, std::vector<int> &rows)
 {
+    if (isWorthTagOrder(column, rows.size())) {
+        TagOrder(contents).sort(rows);
+        return;
+    }
     std::vector<Key> keys(rows.size());
     for (size_t i = 0; i < keys.size(); ++i)
         keys[i].place = static_cast<int>(i);
@@ -172,4 +208,23 @@ void SortKeys::sort(const ContentsModel &contents, int column, std::vector<int> 
     std::transform(keys.begin(), keys.end(), sorted.begin(),
                    [&rows](const Key &key) { return rows[static_cast<size_t>(key.place)]; });
     rows.swap(sorted);
+}
+
+void SortKeys::merge(const ContentsModel &contents, int column, std::vector<int> &order,
+                     std::vector<int> fresh)
+{
+    // More than such a part of the rows are sorted together with them, as comparing two of them reads texts.
+    constexpr size_t mergedPart = 16;
+    if (isWorthTagOrder(column, fresh.size())) {
+        const TagOrder tags(contents);
+        tags.sort(fresh);
+        order = mergedRows(order, fresh, [&tags](int left, int right) { return tags.isLess(left, right); });
+    } else if (fresh.size() > order.size() / mergedPart) {
+        order.insert(order.end(), fresh.begin(), fresh.end());
+        sort(contents, column, order);
+    } else {
+        sort(contents, column, fresh);
+        order = mergedRows(order, fresh,
+                           [&](int left, int right) { return isLess(contents, column, left, right); });
+    }
 }

@@ -8,4 +8,6 @@ class ContentsModel;
 namespace SortKeys {
 bool isLess(const ContentsModel &contents, int column, int leftRow, int rightRow);
 void sort(const ContentsModel &contents, int column, std::vector<int> &rows);
+/** Puts rows in any order among sorted ones. */
+void merge(const ContentsModel &contents, int column, std::vector<int> &order, std::vector<int> fresh);
 } // namespace SortKeys

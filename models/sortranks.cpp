@@ -9,8 +9,6 @@
 namespace {
 // Fewer rows are sorted in no time by their values, and need no table as long as all files.
 constexpr size_t fewestRankedRows = 1000;
-// More new rows than such a part of the order are sorted together with it.
-constexpr size_t mergedPart = 16;
 } // namespace
 
 bool SortRanks::isLess(const ContentsModel &contents, int column, int leftRow, int rightRow)
@@ -46,27 +44,7 @@ void SortRanks::sort(const ContentsModel &contents, int column, std::vector<int>
 void SortRanks::rankAlso(const ContentsModel &contents, const std::vector<int> &rows)
 {
     dropForgotten();
-    std::vector<int> fresh = rows;
-    if (fresh.size() > m_order.size() / mergedPart) {
-        m_order.insert(m_order.end(), fresh.begin(), fresh.end());
-        SortKeys::sort(contents, m_column, m_order);
-        numberRows();
-        return;
-    }
-    SortKeys::sort(contents, m_column, fresh);
-    std::vector<int> merged;
-    merged.reserve(m_order.size() + fresh.size());
-    auto rest = m_order.cbegin();
-    for (const int row : fresh) {
-        const auto place = std::lower_bound(rest, m_order.cend(), row, [&](int left, int right) {
-            return isLess(contents, m_column, left, right);
-        });
-        merged.insert(merged.end(), rest, place);
-        merged.push_back(row);
-        rest = place;
-    }
-    merged.insert(merged.end(), rest, m_order.cend());
-    m_order.swap(merged);
+    SortKeys::merge(contents, m_column, m_order, rows);
     numberRows();
 }
 

@@ -236,6 +236,40 @@ private slots:
         }
     }
 
+    /** Names that go on where others end, or have the comma that stands between two. */
+    void orderByTagsIsThatOfTheirTexts_data()
+    {
+        QTest::addColumn<int>("furtherTags");
+        QTest::newRow("few tags") << 0;
+        QTest::newRow("more names than two bytes number") << 40000;
+    }
+
+    void orderByTagsIsThatOfTheirTexts()
+    {
+        QFETCH(int, furtherTags);
+        Views views;
+        const QStringList names{"a"_s,       "a, b"_s, "a b"_s, "a,"_s, "a, "_s,
+                                "a, b, c"_s, "b"_s,    "c"_s,   ""_s,   "!"_s};
+        for (int i = 0; i < names.size(); ++i)
+            views.host.tagNames.insert(i + 1, names.at(i));
+        Ids further(furtherTags);
+        std::iota(further.begin(), further.end(), 1000);
+        views.files.append(views.records.add(further));
+        QRandomGenerator random(7);
+        for (int i = 0; i < 3000; ++i) {
+            Ids tags;
+            for (int j = random.bounded(8); j > 0; --j) {
+                const qint64 tag = 1 + random.bounded(names.size());
+                if (!tags.contains(tag))
+                    tags.append(tag);
+            }
+            views.files.append(views.records.add(tags));
+        }
+        views.contents.loadFiles(FileRecords::map(views.files));
+        views.sorter.sort(ContentsModel::TagsColumn);
+        QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
+    }
+
     void filesOfARenamedTagFindTheirPlace()
     {
         for (int count : {200, 3000}) {

@@ -57,8 +57,12 @@ public:
     QString joinedTagNames(const QVector<qint64> &tagIds) const override
     {
         QStringList names;
-        for (qint64 tagId : tagIds)
-            names.append("tag%1"_s.arg(isReversed || tagId == renamedTag ? 100 - tagId : tagId));
+        for (qint64 tagId : tagIds) {
+            const qint64 number = isReversed || tagId == renamedTag ? 100 - tagId : tagId;
+            const QString name = tagNames.value(tagId, "tag%1"_s.arg(number));
+            if (!name.isEmpty())
+                names.append(name);
+        }
         return names.join(QLatin1String(", "));
     }
     bool isFileMissing(qint64) const override { return false; }
@@ -89,6 +93,7 @@ public:
     bool isReadOnly = false;
     bool isReversed = false;
     qint64 renamedTag = 0;
+    QHash<qint64, QString> tagNames; ///< other ones than by their ids
     QImage thumbnail;
     mutable QSet<qint64> askedThumbnails;
     QStringList calls;
