@@ -2,11 +2,44 @@
 #include "db/sqltext.h"
 #include "tests/support/database.h"
 
+#include <csignal>
+
+#include <sqlite3.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 const QString everything = "SELECT name, sql FROM sqlite_master"_s;
+
+/** What SQLite asked of the system, shared with the child that counts, and the number of the last before
+ * death. */
+int *const fileCalls =
+    static_cast<int *>(mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+int fatalCall = 0;
+
+/** The system's call, which may be the last one. */
+template <auto call, typename... Arguments>
+auto counted(Arguments... arguments)
+{
+    if (++*fileCalls == fatalCall)
+        kill(getpid(), SIGKILL);
+    return call(arguments...);
+}
+
+/** Makes SQLite count what it changes on the disk. */
+void countFileCalls()
+{
+    const auto replace = [](const char *name, auto function) {
+        sqlite3_vfs *files = sqlite3_vfs_find(nullptr);
+        files->xSetSystemCall(files, name, reinterpret_cast<sqlite3_syscall_ptr>(function));
+    };
+    for (const char *name : {"pwrite", "pwrite64"})
+        replace(name, counted<pwrite, int, const void *, size_t, off_t>);
+    replace("write", counted<write, int, const void *, size_t>);
+    replace("ftruncate", counted<ftruncate, int, off_t>);
+    replace("unlink", counted<unlink, const char *>);
+}
 
 constexpr int fileCount = 25000; // more than one portion of the path step
 
@@ -202,23 +235,21 @@ private slots:
         m_database.close();
         const QString original = m_dir->filePath("original"_s);
         QVERIFY(QFile::copy(m_database.databaseName(), original));
-        QElapsedTimer timer;
-        timer.start();
         QVERIFY(upgradeAndDie(0));
-        const int interval = int(timer.nsecsElapsed() / 1000 / 50);
+        const int calls = *fileCalls;
+        QVERIFY(calls > 100);
         const QString unbroken = contents();
-        int deaths = 0;
-        for (bool isDone = false; !isDone; ++deaths) {
+        constexpr int deaths = 50;
+        for (int death = 0; death <= deaths; ++death) {
             m_database.close();
             QVERIFY(QFile::remove(m_database.databaseName()) &&
                     QFile::copy(original, m_database.databaseName()));
-            isDone = upgradeAndDie(interval * (deaths + 1));
+            QVERIFY(!upgradeAndDie(1 + death * (calls - 1) / deaths));
             QCOMPARE(Sql::value("PRAGMA integrity_check"), "ok"_s);
             QVERIFY(DataBaseUpdater(&m_constructor, nullptr).isVersionKnown(m_database));
             QVERIFY(!needsUpgrade() || update());
             QVERIFY(contents() == unbroken);
         }
-        QVERIFY(deaths > 10);
     }
 
 private:
@@ -283,13 +314,16 @@ private:
     }
 
     /** Upgrades in a process that dies after a while, if not 0; true when it came to the end. */
-    bool upgradeAndDie(int microseconds)
+    /** In another process, which is killed before its change of files of this number. True when it lived. */
+    bool upgradeAndDie(int fatal)
     {
         const QString file = m_database.databaseName();
         cleanup(); // no connection may be carried into another process
         const pid_t child = fork();
         if (child == 0) {
-            ualarm(microseconds, 0); // nobody handles SIGALRM: it ends the process as SIGKILL would
+            *fileCalls = 0;
+            fatalCall = fatal;
+            countFileCalls();
             QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE"_s, "child"_s);
             database.setDatabaseName(file);
             _exit(database.open() && DataBaseUpdater(&m_constructor, nullptr).update(database) ? 0 : 1);
