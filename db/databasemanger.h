@@ -252,6 +252,8 @@ signals:
     void remadeAllThumbnails();
     /** Known files whose tags or values a merge changed: one list, once a merge. */
     void filesChanged(QVector<qint64> fileIds);
+    /** Before the nodes of known tags get their new names. */
+    void aboutToRenameTags(QVector<qint64> tagIds);
     /** Known tags that have another name now. Nodes and relationships have it already. */
     void tagsRenamed(QVector<qint64> tagIds);
     /** The map of groups has been filled anew. */

@@ -22,9 +22,11 @@ void DatabaseManger::gotTagsUpdated(bool ok, const TableData &rows)
         return;
     const TagCache::Merge merge = m_tags.merge(rows);
     if (!merge.newNames.isEmpty()) {
+        const QVector<qint64> renamed = merge.newNames.keys().toVector();
+        emit aboutToRenameTags(renamed);
         m_nodes.renameTags(merge.newNames);
         m_relations.renameTags(merge.newNames);
-        emit tagsRenamed(merge.newNames.keys().toVector());
+        emit tagsRenamed(renamed);
     }
     if (!merge.added.isEmpty())
         emit tagsAdded(merge.added);

@@ -1,3 +1,4 @@
+#include "app/viewsettings.h"
 #include "core/tbnode.h"
 #include "tests/support/treewindow.h"
 #include "ui/views/foreigndragfilter.h"
@@ -175,6 +176,28 @@ private slots:
             std::sort(sorted.begin(), sorted.end());
             QCOMPARE(sorted, tags);
         }
+    }
+
+    /** A quadratic step would take minutes. */
+    void manyNodesOfOneTagAreRenamed()
+    {
+        constexpr int count = 50000;
+        TreeWindow w;
+        w.set("PreferencesDialog/nodeSortingType", int(ViewSettings::AlphabeticalSorting));
+        w.addTags({"a"_s, "b"_s});
+        QVERIFY(
+            w.fill("INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) SELECT i,1,1,0 FROM n", count));
+        w.manager()->reloadAllData();
+        w.tree().reloadSorting();
+        w.tree().addNodesBelow({2}, 1);
+        w.nodeView()->expandAll();
+        QElapsedTimer sinceStart;
+        sinceStart.start();
+        w.manager()->renameTag(1, "c"_s);
+        w.nodeView()->grab();
+        QVERIFY2(sinceStart.elapsed() < 20000, qPrintable(QString::number(sinceStart.elapsed())));
+        QCOMPARE(w.node(count).data().toString(), "c"_s);
+        QVERIFY(w.nodeView()->isExpanded(w.node(1)));
     }
 
     void listOfAnotherProgramIsRead()

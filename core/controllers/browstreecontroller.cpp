@@ -14,6 +14,9 @@
 #include <algorithm>
 
 namespace {
+// A view moves all its open branches for each row that goes or moves, and more of them at once by a reset.
+constexpr int manyRows = 50;
+
 QString flagText(bool value)
 {
     return value ? QStringLiteral("1") : QStringLiteral("0");
@@ -39,6 +42,8 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
     connect(manager, &DatabaseManger::addedBrowsingNodes, this, &BrowsTreeController::nodesAdded);
     connect(manager, &DatabaseManger::aboutToRemoveNodes, this, &BrowsTreeController::nodesAboutToGo);
     connect(manager, &DatabaseManger::removedNodes, this, &BrowsTreeController::nodesGone);
+    connect(manager, &DatabaseManger::aboutToRenameTags, this, &BrowsTreeController::tagsAboutToBeRenamed);
+    connect(manager, &DatabaseManger::tagsRenamed, m_model, &TBtreeModel::endManyChanges);
 }
 
 BrowsTreeController::~BrowsTreeController()
@@ -282,14 +287,23 @@ void BrowsTreeController::nodesAboutToGo(const QVector<qint64> &nodeIds)
 {
     emit aboutToMoveBranches();
     keepPlacesForChildren(nodeIds);
-    // A view moves all its open branches for each row that goes or moves.
-    constexpr int many = 50;
     int rows = nodeIds.size();
     for (const qint64 nodeId : nodeIds) {
         if (const TBnode *node = nodeById(nodeId))
             rows += node->childrenCount();
     }
-    if (rows > many)
+    if (rows > manyRows)
+        m_model->beginManyChanges();
+}
+
+void BrowsTreeController::tagsAboutToBeRenamed(const QVector<qint64> &tagIds)
+{
+    const QSet<qint64> renamed(tagIds.cbegin(), tagIds.cend());
+    const auto &nodes = manager()->nodes();
+    const auto rows = std::count_if(nodes.begin(), nodes.end(), [&renamed](const TBnode *node) {
+        return renamed.contains(node->tagId());
+    });
+    if (rows > manyRows)
         m_model->beginManyChanges();
 }
 

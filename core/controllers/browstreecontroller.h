@@ -119,6 +119,7 @@ private:
     void keepTree();
     void nodesAboutToGo(const QVector<qint64> &nodeIds);
     void nodesGone();
+    void tagsAboutToBeRenamed(const QVector<qint64> &tagIds);
     void nodeDeleted(const QVariant &nodeId);
     void forgetDeletedNodes();
     void nodesLoaded(const Map<qint64, TBnode *> &nodes);
