@@ -33,10 +33,9 @@ std::vector<char *> environment()
         }
     }
 #ifdef __SANITIZE_ADDRESS__
-    // Its shadow takes terabytes of addresses, so that memory is to be limited by the sanitizer itself.
-    static char options[] =
-        "ASAN_OPTIONS=detect_leaks=0:allocator_may_return_null=1:max_allocation_size_mb=1600:"
-        "hard_rss_limit_mb=2500:handle_abort=0:handle_segv=0";
+    // Small blocks lie within addresses taken at the start, so that the sanitizer itself limits their memory.
+    static char options[] = "ASAN_OPTIONS=detect_leaks=0:allocator_may_return_null=1:quarantine_size_mb=16:"
+                            "hard_rss_limit_mb=2500:handle_abort=0:handle_segv=0";
     kept.push_back(options);
 #endif
     kept.push_back(nullptr);

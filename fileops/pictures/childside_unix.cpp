@@ -22,6 +22,12 @@
 #include <vector>
 
 namespace {
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
 // Of addresses, before the first picture.
 rlim_t ownBytes = 0;
 bool isKeptToFolders = false;
@@ -209,15 +215,12 @@ void ChildSide::shutIn(qint64 mostBytes)
     // Each further heap would take addresses in advance.
     ::mallopt(M_ARENA_MAX, 1);
     ownBytes = bytesInUse();
-#ifndef __SANITIZE_ADDRESS__
     setLimit(RLIMIT_AS, RLIM_INFINITY, ownBytes + static_cast<rlim_t>(mostBytes));
-#endif
-#ifndef __SANITIZE_ADDRESS__
     // A decoder may warn without end, and what it is told to write to may be somebody's log.
-    ::dup2(STDOUT_FILENO, STDERR_FILENO);
-#endif
-    // That of the picture, and one for a font.
-    constexpr rlim_t more = 2;
+    if (!isSanitized)
+        ::dup2(STDOUT_FILENO, STDERR_FILENO);
+    // That of the picture, and one for a font; the sanitizer looks at foreign memory through a pipe.
+    constexpr rlim_t more = isSanitized ? 4 : 2;
     const int next = ::dup(channel);
     ::close(next);
     setLimit(RLIMIT_NOFILE, static_cast<rlim_t>(next) + more, static_cast<rlim_t>(next) + more);
@@ -228,12 +231,8 @@ void ChildSide::shutIn(qint64 mostBytes)
 void ChildSide::limit(qint64 bytes, int seconds)
 {
     rlimit now = {};
-#ifndef __SANITIZE_ADDRESS__
     ::getrlimit(RLIMIT_AS, &now);
     setLimit(RLIMIT_AS, qMin(ownBytes + static_cast<rlim_t>(bytes), now.rlim_max), now.rlim_max);
-#else
-    Q_UNUSED(bytes);
-#endif
     ::getrlimit(RLIMIT_CPU, &now);
     timespec used = {};
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
