@@ -64,7 +64,7 @@ QString breakable(const QString &text)
 
 QString toolTip(const QString &text)
 {
-    const QString shown = cut(text);
+    QString shown = cut(text);
     // Only a marked up text gets several lines.
     if (shown.size() <= longestLine && !shown.contains(QLatin1Char('<')))
         return shown;

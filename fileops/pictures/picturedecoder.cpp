@@ -15,7 +15,7 @@ const char *programPath = nullptr;
 const char *programArgument = nullptr;
 
 // A child begins with loading its libraries, on a busy machine too.
-constexpr qint64 mostMillisecondsOfStarting = 30 * 1000;
+constexpr qint64 mostMillisecondsOfStarting = 30LL * 1000;
 // Files may come from a slow disk, and processors have other work.
 constexpr int clockSecondsPerSecond = 3;
 

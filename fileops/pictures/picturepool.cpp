@@ -6,7 +6,7 @@
 #include <QThread>
 
 namespace {
-constexpr qint64 megabyte = 1024 * 1024;
+constexpr qint64 megabyte = 1024LL * 1024;
 } // namespace
 
 PicturePool &PicturePool::instance()
@@ -43,7 +43,7 @@ PictureAnswer PicturePool::read(const PictureRequest &request)
     // Whoever waits is not to wait for the pictures of others, too: one more is read as long as this one is.
     m_threads.releaseThread();
     start(task, BeforeOthers);
-    const PictureAnswer answer = task->waitedFor();
+    PictureAnswer answer = task->waitedFor();
     m_threads.reserveThread();
     return answer;
 }

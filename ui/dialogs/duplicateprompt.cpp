@@ -96,8 +96,8 @@ QString DuplicatePrompt::headText(const QVector<qint64> &tagIds) const
 {
     const int count = m_contentMatches->matchedCount();
     const QString names = m_controller ? m_controller->tagNames(tagIds) : QString();
-    const QString head = count == 1 ? tr("One file is there already.")
-                                    : tr("%1 files are there already.").arg(QString::number(count));
+    QString head = count == 1 ? tr("One file is there already.")
+                              : tr("%1 files are there already.").arg(QString::number(count));
     if (names.isEmpty())
         return head;
     const bool isOneTag = tagIds.size() == 1;
