@@ -109,8 +109,8 @@ private slots:
         QCOMPARE(fixture.files.size(), 0);
         QCOMPARE(fixture.finished.size(), 1);
         QVERIFY(!fixture.errors.isEmpty());
-        const auto error = fixture.errors.first().first().value<QSqlError>();
-        QVERIFY(error.text().contains(QLatin1String("disk full")));
+        const auto shortfall = fixture.errors.first().first().value<OperationShortfall>();
+        QVERIFY(shortfall.errors.first().text().contains(QLatin1String("disk full")));
     }
 };
 
