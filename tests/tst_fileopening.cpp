@@ -73,6 +73,11 @@ private slots:
         addColumns<QString, QByteArray, bool, bool>("name", "bytes", "isExecutable", "isOpened");
         addRow("text", "a.txt"_s, QByteArray("text"), false, true);
         addRow("launcher", "EVIL.Desktop"_s, QByteArray("[Desktop Entry]"), false, false);
+        addRow("launcher by its contents", "EVIL"_s, QByteArray("[Desktop Entry]\nType=Application"), false,
+               false);
+        addRow("foreign program by its contents", "a"_s, QByteArray("MZ\1"), false, false);
+        addRow("text about launchers", "a.txt"_s, QByteArray("[Desktop Entry]"), false, true);
+        addRow("script without an ending", "a"_s, QByteArray("#!/bin/sh\n"), false, true);
         addRow("script to be read", "a.sh"_s, QByteArray("#!/bin/sh\n"), false, true);
         addRow("script to be run", "a.sh"_s, QByteArray("true\n"), true, false);
         addRow("script under a harmless name", "a.txt"_s, QByteArray("#!/bin/sh\n"), true, false);

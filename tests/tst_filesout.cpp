@@ -45,6 +45,7 @@ private slots:
         addRow("internal file", "it's 100%1 \u00e4#?.txt"_s, true, true);
         addRow("internal launcher", "a.txt.Desktop"_s, true, false);
         addRow("internal program", "a.EXE"_s, true, false);
+        addRow("internal launcher by its contents", "[Desktop Entry]"_s, true, false);
         addRow("internal file named like an ending", "exe"_s, true, true);
     }
 

@@ -13,6 +13,7 @@
 #include "core/filedragdata.h"
 #include "core/filekind.h"
 #include "db/databasemanger.h"
+#include "fileops/startable.h"
 #include "fileops/thumbnailcache.h"
 #include "models/contentsmodel.h"
 #include "models/filefiltermodel.h"
@@ -402,8 +403,16 @@ void MainViewController::gotExtractedTempFiles(const QVector<QPair<qint64, QStri
                              "files, %1. It may be full or write-protected.")
                               .arg(QDir::toNativeSeparators(QDir::tempPath())));
     bool isOpened = true;
-    for (const auto &file : files)
-        isOpened = QDesktopServices::openUrl(QUrl::fromLocalFile(file.second)) && isOpened;
+    for (const auto &file : files) {
+        // Its name was looked at before; what it holds is to be seen only now.
+        if (Startable::verdictOn(file.second) == Startable::Harmless)
+            isOpened = QDesktopServices::openUrl(QUrl::fromLocalFile(file.second)) && isOpened;
+        else
+            Messages::warning(
+                nullptr, tr("Error opening file"),
+                tr("This file would start a program, which Vorna does not do out of a database. "
+                   "Extract it if you trust it, and start it from there."));
+    }
     if (!isOpened)
         Messages::warning(nullptr, tr("Error opening file"),
                           tr("Vorna is unable to open this file. There may not be any application "

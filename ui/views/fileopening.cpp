@@ -2,7 +2,7 @@
 
 #include "app/messages.h"
 #include "fileops/databasefunctions.h"
-#include "ui/views/startable.h"
+#include "fileops/startable.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
