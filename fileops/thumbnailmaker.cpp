@@ -56,7 +56,7 @@ bool ThumbnailMaker::isImageName(const QString &path)
 
 QImage ThumbnailMaker::thumbnailOf(const QString &path)
 {
-    const QImage canvas = PicturePool::instance().read({PictureUse::Thumbnail, path, {}}).image;
+    QImage canvas = PicturePool::instance().read({PictureUse::Thumbnail, path, {}}).image;
     if (canvas.isNull())
         qDebug("Failed load image data: %s", qUtf8Printable(path));
     return canvas;

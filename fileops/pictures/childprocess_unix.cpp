@@ -1,6 +1,7 @@
 #include "fileops/pictures/childprocess.h"
 
 #include "fileops/pictures/childside.h"
+#include "fileops/pictures/descriptor.h"
 
 #include <QByteArray>
 
@@ -158,21 +159,14 @@ bool ChildProcess::receive(void *bytes, size_t length, const std::function<bool(
 int ChildProcess::fileOf(const QByteArray &bytes)
 {
     const int file = ::memfd_create("picture", MFD_CLOEXEC | MFD_ALLOW_SEALING);
-    for (qint64 written = 0; file >= 0 && written < bytes.size();) {
-        const ssize_t count =
-            ::write(file, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0) {
-            ::close(file);
-            return -1;
-        }
-        written += count;
+    if (file < 0)
+        return -1;
+    if (!Descriptor::writeAll(file, bytes.constData(), static_cast<size_t>(bytes.size()))) {
+        ::close(file);
+        return -1;
     }
-    if (file >= 0) {
-        ::fcntl(file, F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_GROW | F_SEAL_SHRINK | F_SEAL_SEAL);
-        ::lseek(file, 0, SEEK_SET);
-    }
+    ::fcntl(file, F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_GROW | F_SEAL_SHRINK | F_SEAL_SEAL);
+    ::lseek(file, 0, SEEK_SET);
     return file;
 }
 

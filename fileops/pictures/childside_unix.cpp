@@ -1,5 +1,7 @@
 #include "fileops/pictures/childside.h"
 
+#include "fileops/pictures/descriptor.h"
+
 #include <QFile>
 #include <QStringList>
 
@@ -261,17 +263,7 @@ bool ChildSide::receive(void *bytes, size_t length, int &file)
 
 bool ChildSide::send(const void *bytes, size_t length)
 {
-    const auto *place = static_cast<const char *>(bytes);
-    while (length > 0) {
-        const ssize_t count = ::write(channel, place, length);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        place += count;
-        length -= static_cast<size_t>(count);
-    }
-    return true;
+    return Descriptor::writeAll(channel, bytes, length);
 }
 
 void ChildSide::closeFile(int file)
