@@ -234,6 +234,28 @@ private slots:
         QCOMPARE(image.pixel(15, 10), qRgba(0, 0, 0, 0));
     }
 
+    void largeFilesMayTakeMore()
+    {
+        constexpr qint64 size = 100 * megabyte;
+        const QString path = m_fixture->write("a.png"_s, sampleOf("png"));
+        PicturePool::instance().setLimits(PictureUse::Whole, {limits.bytes, 2, 7});
+        const auto mostSeconds = [&] {
+            if (read(path).state != PictureAnswer::Read)
+                return rlim_t(0);
+            rlim_t most = 0;
+            for (const int id : readers())
+                most = qMax(most, limitOf(id, RLIMIT_CPU));
+            return most;
+        };
+        for (const int id : readers())
+            ::kill(id, SIGKILL);
+        const rlim_t ofSmall = mostSeconds();
+        QVERIFY(QFile::resize(path, size));
+        const rlim_t ofLarge = mostSeconds();
+        PicturePool::instance().setLimits(PictureUse::Whole, limits);
+        QVERIFY(ofSmall >= 2 && ofLarge >= ofSmall + 5);
+    }
+
     void canceledReadingEnds()
     {
         PicturePool::instance().setLimits(PictureUse::Whole, {limits.bytes, 60});

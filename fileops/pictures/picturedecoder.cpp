@@ -23,7 +23,8 @@ constexpr int clockSecondsPerSecond = 3;
 class OpenPicture
 {
 public:
-    explicit OpenPicture(const PictureRequest &request) : m_isInMemory(request.path.isEmpty())
+    explicit OpenPicture(const PictureRequest &request)
+        : m_isInMemory(request.path.isEmpty()), m_bytes(request.bytes.size())
     {
         if (m_isInMemory)
             m_memory = ChildProcess::fileOf(request.bytes);
@@ -35,11 +36,13 @@ public:
     OpenPicture &operator=(const OpenPicture &) = delete;
 
     int descriptor() const { return m_isInMemory ? m_memory : m_file.descriptor(); }
+    qint64 size() const { return m_isInMemory ? m_bytes : m_file.size(); }
     FileStamp stamp() const { return m_isInMemory ? FileStamp() : m_file.stamp(); }
     bool isUnchanged() const { return m_isInMemory || m_file.isAsOpened(); }
 
 private:
     bool m_isInMemory;
+    qint64 m_bytes;
     RegularFile m_file;
     int m_memory = -1;
 };
@@ -103,14 +106,16 @@ PictureAnswer PictureDecoder::read(const PictureRequest &request, const PictureL
     answer.state = PictureAnswer::Unreadable;
     if (picture.descriptor() < 0)
         return answer;
-    if (!begin({limits.bytes, limits.seconds, qint32(request.use)}, picture.descriptor(), isWanted)) {
+    const int seconds = limits.secondsFor(picture.size());
+    if (!begin({limits.bytesFor(picture.size()), seconds, qint32(request.use)}, picture.descriptor(),
+               isWanted)) {
         answer.state = isWanted() ? PictureAnswer::Unavailable : PictureAnswer::Canceled;
         return answer;
     }
     QElapsedTimer clock;
     clock.start();
     const bool isReceived = receive(request.use, answer, [&] {
-        return isWanted() && !clock.hasExpired(qint64(limits.seconds) * clockSecondsPerSecond * 1000);
+        return isWanted() && !clock.hasExpired(qint64(seconds) * clockSecondsPerSecond * 1000);
     });
     if (isReceived) {
         if (answer.state == PictureAnswer::Read && !picture.isUnchanged())

@@ -16,7 +16,8 @@ PicturePool &PicturePool::instance()
     return pool;
 }
 
-PicturePool::PicturePool() : m_limits{{768 * megabyte, 10}, {1664 * megabyte, 30}, {768 * megabyte, 10}}
+// A thumbnail of 200 million pixels takes two seconds at most, and a batch waits for each that does not end.
+PicturePool::PicturePool() : m_limits{{768 * megabyte, 3, 12}, {1664 * megabyte, 30}, {768 * megabyte, 10}}
 {
     m_threads.setMaxThreadCount(qMax(1, QThread::idealThreadCount()));
     // A child ends with the thread that has started it.

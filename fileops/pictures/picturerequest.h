@@ -17,8 +17,23 @@ enum class PictureUse {
 /** What reading one picture may take. */
 struct PictureLimits
 {
-    qint64 bytes = 0; ///< of memory, beyond what the reader itself takes
-    int seconds = 0;  ///< of a processor
+    qint64 bytes = 0;    ///< of memory, beyond what the reader itself takes
+    int seconds = 0;     ///< of a processor
+    int mostSeconds = 0; ///< of a processor, for large files
+
+    qint64 bytesFor(qint64 fileSize) const
+    {
+        // Some decoders map the file, and what is mapped counts.
+        constexpr qint64 mostMapped = 384LL * 1024 * 1024;
+        return bytes + qBound(qint64(0), fileSize, mostMapped);
+    }
+    int secondsFor(qint64 fileSize) const
+    {
+        // Well below what decoders do. The crafted are small: whatever a large file takes, its bytes tell.
+        constexpr qint64 bytesPerSecond = 16LL * 1024 * 1024;
+        return seconds +
+               int(qBound(qint64(0), fileSize / bytesPerSecond, qint64(qMax(0, mostSeconds - seconds))));
+    }
 };
 
 /** A picture that is to be read: a file, or bytes when there is no path. */
