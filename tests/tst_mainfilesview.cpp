@@ -9,8 +9,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QHeaderView>
+#include <QListView>
 #include <QMenu>
+#include <QToolBar>
 #include <QUrl>
+
+#include <functional>
 
 const QString before = "https://example.org/a/name/too/long/to/be/shown/in/full"_s;
 
@@ -156,23 +160,37 @@ private slots:
         QCOMPARE(sorter->dragData({}), nullptr);
     }
 
-    void emptiedSearchEnds()
+    void emptiedOrHiddenSearchEnds()
     {
+        constexpr int others = 24;
+        for (int i = 0; i < others; ++i)
+            m_fixture->addExternal(QString::number(i));
         m_fixture->addExternal("Report.txt"_s);
-        m_fixture->addExternal("other.txt"_s);
-        action("fileSearchAction")->setChecked(true);
-        for (const bool byKey : {true, false}) {
+        const Sorter *sorter = m_fixture->mainView().sorter();
+        qobject_cast<QListView *>(list())->setBatchSize(5); // so that the last one has no place at first
+        const std::vector<std::function<void()>> ways{
+            [this] { QTest::keyClick(m_ui->searchEdit, Qt::Key_Escape); },
+            [this] { m_ui->searchEdit->clear(); },
+            [this] { action("fileSearchAction")->setChecked(false); },
+            [this] { m_ui->searchFilesBar->toggleViewAction()->trigger(); },
+        };
+        for (const auto &end : ways) {
+            action("fileSearchAction")->setChecked(true);
             m_ui->searchEdit->setText("report"_s);
             QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
-            QCOMPARE(m_fixture->mainView().sorter()->rowCount(), 1);
+            QCOMPARE(sorter->rowCount(), 1);
+            list()->setCurrentIndex(sorter->index(0, ContentsModel::NameColumn));
             m_ui->searchEdit->setFocus();
-            if (byKey)
-                QTest::keyClick(m_ui->searchEdit, Qt::Key_Escape);
-            else
-                m_ui->searchEdit->clear();
+            end();
             QCOMPARE(m_ui->searchEdit->text(), QString());
-            QCOMPARE(m_fixture->mainView().sorter()->rowCount(), 2);
+            QCOMPARE(sorter->rowCount(), others + 1);
+            QTRY_VERIFY(list()->viewport()->rect().intersects(
+                list()->visualRect(list()->currentIndex().siblingAtColumn(0))));
         }
+        m_ui->searchFilesBar->show();
+        m_ui->searchEdit->setText("typed"_s);
+        action("fileSearchAction")->setChecked(false);
+        QCOMPARE(m_ui->searchEdit->text(), "typed"_s); // not searched for yet
     }
 
     void oneOfManyIsToldOf()

@@ -59,6 +59,28 @@ void ListView::keyboardSearch(const QString &typed)
         setCurrentIndex(model()->index(row, qMax(0, current.column())));
 }
 
+// The current index may stand in any column of the table that shares the selection; the base knows but one.
+void ListView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    const QModelIndex item = index.siblingAtColumn(modelColumn());
+    QListView::scrollTo(item, hint);
+    m_awaited = visualRect(item).isEmpty() ? item : QModelIndex();
+}
+
+void ListView::doItemsLayout()
+{
+    m_awaited = QModelIndex();
+    QListView::doItemsLayout();
+}
+
+void ListView::timerEvent(QTimerEvent *event)
+{
+    QListView::timerEvent(event);
+    // One of its steps may have laid out the item to be shown.
+    if (m_awaited.isValid() && !visualRect(m_awaited).isEmpty())
+        scrollTo(m_awaited);
+}
+
 void ListView::startDrag(Qt::DropActions supportedActions)
 {
     if (!selectionModel() || !selectionModel()->hasSelection())

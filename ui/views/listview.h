@@ -4,6 +4,7 @@
 #include "ui/views/selectedrows.h"
 
 #include <QListView>
+#include <QPersistentModelIndex>
 
 /** The files as thumbnails. Differs from its base in that a drag leaves the selection as it is. */
 class ListView : public QListView
@@ -21,8 +22,12 @@ public:
     void setDragData(const DragDataOf &dragDataOf) { m_dragDataOf = dragDataOf; }
     bool isEditing() const { return state() == EditingState; }
     void keyboardSearch(const QString &typed) override;
+    /** Any column of the row will do. One that has no place yet is scrolled to as soon as it has. */
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+    void doItemsLayout() override;
 
 protected:
+    void timerEvent(QTimerEvent *event) override;
     void startDrag(Qt::DropActions supportedActions) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -36,4 +41,5 @@ private:
     NameSearch m_nameSearch;
     DragDataOf m_dragDataOf;
     QString m_emptyText;
+    QPersistentModelIndex m_awaited; ///< to be scrolled to
 };

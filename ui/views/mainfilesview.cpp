@@ -27,6 +27,7 @@
 #include <QMenu>
 #include <QSet>
 #include <QStackedWidget>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -146,9 +147,12 @@ void MainFilesView::takePlaces(MainUi &ui)
     ui.searchEdit->installEventFilter(this);
     // Else the last search would go on where nobody sees it.
     connect(ui.searchEdit, &QLineEdit::textChanged, this, [this](const QString &text) {
-        if (text.isEmpty() && m_controller && !m_controller->sorter()->filterText().isEmpty())
+        if (text.isEmpty() && isSearched())
             searchFile();
     });
+    for (const QAction *shown :
+         {m_actions->action(FileActions::FileSearch), ui.searchFilesBar->toggleViewAction()})
+        connect(shown, &QAction::toggled, this, &MainFilesView::endHiddenSearch);
     connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
     connect(ui.fileMenu, &QMenu::aboutToShow, this, &MainFilesView::updateActionsAvailability);
     connect(ui.editMode, &QAction::toggled, this, &MainFilesView::changeEditMode);
@@ -394,7 +398,7 @@ void MainFilesView::updateEmptyText()
                                                "Nothing can be changed: this database is read-only.")
                                           : tr("Choose a browsing node or tags to see their files.\n"
                                                "Drop files or folders here to add them.");
-    else if (!m_controller->sorter()->filterText().isEmpty())
+    else if (isSearched())
         text = tr("No file matches the search.");
     else
         text = tr("No files here.");

@@ -109,6 +109,8 @@ private:
     void updateStatusText();
     void updateEmptyText();
     void followRequirements();
+    bool isSearched() const;
+    void endHiddenSearch(bool isFieldShown);
     void applyEditTriggers();
     void openOrEdit(const QModelIndex &index);
     void moveToFile(qint64 fileId);

@@ -15,6 +15,7 @@
 #include "core/tbnode.h"
 #include "models/droppedurls.h"
 #include "models/filepictures.h"
+#include "models/sorter.h"
 #include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/dialogs/browsingtreetagsdialog.h"
 #include "ui/dialogs/propertiesdialog.h"
@@ -157,6 +158,20 @@ void MainFilesView::searchFile()
     m_controller->setFileFilterString(m_searchEdit->text());
     m_isSearching = false;
     updateEmptyText();
+    // What was selected in the search is looked for among all files again.
+    if (!isSearched())
+        currentView()->scrollTo(currentView()->currentIndex());
+}
+
+bool MainFilesView::isSearched() const
+{
+    return m_controller && !m_controller->sorter()->filterText().isEmpty();
+}
+
+void MainFilesView::endHiddenSearch(bool isFieldShown)
+{
+    if (!isFieldShown && m_searchEdit && isSearched())
+        m_searchEdit->clear();
 }
 
 void MainFilesView::linkTagsToFiles()
