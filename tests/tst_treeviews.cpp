@@ -71,7 +71,11 @@ public:
 
     TBtreeView *view;
 };
+
+/** What somebody does with the node 4 current, while the files of the node 2 are shown. */
+using Deed = void (*)(Window &);
 } // namespace
+Q_DECLARE_METATYPE(Deed)
 
 /** The view of the browsing tree: drops, deletions, what is open and current, and the node's actions. */
 class TestTreeViews : public QObject
@@ -262,6 +266,55 @@ private slots:
         QCOMPARE(w.view->currentIndex(), w.fixedNode(AllFilesWithTags));
         w.mainView().setFileFilterString("x"_s);
         QVERIFY(!w.view->selectionModel()->hasSelection());
+    }
+
+    void selectionComesBackToWhatIsShown_data()
+    {
+        addColumns<Deed>("deed");
+        addRow("another node is deleted", Deed([](Window &w) { w.tree().removeNodes({4}); }));
+        addRow("the tag of another node is deleted", Deed([](Window &w) { w.tags().removeTags({4}); }));
+        addRow("the menu is closed", Deed([](Window &w) {
+                   QStringList texts;
+                   answerMenu(-1, &texts);
+                   w.nodes->openContextMenu(centreOf(w.view, w.node(4)));
+               }));
+        addRow("the focus goes", Deed([](Window &w) {
+                   QFocusEvent event(QEvent::FocusOut, Qt::MouseFocusReason);
+                   QCoreApplication::sendEvent(w.view, &event);
+               }));
+        addRow("a click deselects", Deed([](Window &w) {
+                   for (const auto modifier : {Qt::NoModifier, Qt::ControlModifier})
+                       QTest::mouseClick(w.view->viewport(), Qt::LeftButton, modifier,
+                                         centreOf(w.view, w.node(2)));
+               }));
+        addRow("a drag leaves", Deed([](Window &w) {
+                   w.mainView().showTagsSelected({4});
+                   w.view->selectionModel()->setCurrentIndex(
+                       w.node(4), QItemSelectionModel::NoUpdate); // as the focus does
+                   const auto data = tagDrag({5});
+                   QDragEnterEvent enter(centreOf(w.view, w.node(1)), Qt::CopyAction, data.get(),
+                                         Qt::LeftButton, Qt::NoModifier);
+                   QCoreApplication::sendEvent(w.view->viewport(), &enter);
+                   QDragMoveEvent move(centreOf(w.view, w.node(1)), Qt::CopyAction, data.get(),
+                                       Qt::LeftButton, Qt::NoModifier);
+                   QCoreApplication::sendEvent(w.view->viewport(), &move);
+                   QDragLeaveEvent leave;
+                   QCoreApplication::sendEvent(w.view->viewport(), &leave);
+                   QVERIFY(!w.view->selectionModel()->hasSelection());
+                   w.activate(2);
+               }));
+    }
+
+    void selectionComesBackToWhatIsShown()
+    {
+        QFETCH(Deed, deed);
+        Window w;
+        w.tree().addNodesBelow({4, 5}, 0);
+        w.activate(2);
+        w.view->selectionModel()->setCurrentIndex(w.node(4), QItemSelectionModel::ClearAndSelect);
+        deed(w);
+        QCOMPARE(w.view->currentIndex(), w.node(2));
+        QCOMPARE(w.view->selectedNodeIds(), Ids{2});
     }
 
     void openBranchesStayOpen()

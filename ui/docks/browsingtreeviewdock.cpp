@@ -125,6 +125,7 @@ void BrowsingTreeViewDock::openContextMenu(const QPoint &position)
     for (const int key : {RelationsAction, InvertAction, DeleteAction, DeleteTreeAction})
         menu.addAction(m_actions.value(key));
     menu.exec(m_view->viewport()->mapToGlobal(position));
+    m_view->returnToShownNode();
 }
 
 void BrowsingTreeViewDock::setNodeRelationships()

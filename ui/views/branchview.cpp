@@ -82,12 +82,19 @@ void BranchView::scrollTo(const QModelIndex &index, ScrollHint hint)
 void BranchView::makeCurrent(const QModelIndex &index)
 {
     // Not by setCurrentIndex of the view, for which a held Ctrl or Shift means more than one row.
-    if (!selectionModel() || index == currentIndex())
+    if (!selectionModel() || (index == currentIndex() && selectionModel()->isSelected(index)))
         return;
     const bool scrolls = hasAutoScroll();
     setAutoScroll(false);
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     setAutoScroll(scrolls);
+}
+
+void BranchView::keepCurrent()
+{
+    // The focus alone makes a row current without selecting it.
+    const QModelIndex current = currentIndex();
+    m_currentBeforeDrag = selectionModel() && selectionModel()->isSelected(current) ? current : QModelIndex();
 }
 
 void BranchView::dragLeaveEvent(QDragLeaveEvent *event)

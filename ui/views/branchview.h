@@ -31,8 +31,8 @@ protected:
     /** Makes a row the only selected one where it stands: what is under the cursor must not slip away. */
     void makeCurrent(const QModelIndex &index);
     HoverOpener *hoverOpener() const { return m_hoverOpener; }
-    /** Notes the row that is current again when a drag leaves. */
-    void keepCurrent() { m_currentBeforeDrag = currentIndex(); }
+    /** Notes the selected row that is current again when a drag leaves. */
+    void keepCurrent();
     void restoreCurrent() { makeCurrent(m_currentBeforeDrag); }
 
 protected slots:

@@ -110,6 +110,13 @@ void TBtreeView::followShownNode()
         makeCurrent(shown);
 }
 
+void TBtreeView::returnToShownNode()
+{
+    // Several rows are selected for a command that is still to come.
+    if (selectionModel() && selectionModel()->selectedRows().size() <= 1)
+        followShownNode();
+}
+
 QVector<qint64> TBtreeView::selectedNodeIds() const
 {
     QVector<qint64> ids;
@@ -184,6 +191,9 @@ void TBtreeView::activatedNode(const QModelIndex &index)
             node->collectTagRequirements(required, excluded);
     }
     m_controller->nodeActivated(type, id, required, excluded);
+    // A click with Ctrl takes the row out of the selection.
+    if (selectionModel() && !selectionModel()->hasSelection())
+        followShownNode();
 }
 
 void TBtreeView::saveExpandedState()
@@ -253,8 +263,11 @@ void TBtreeView::restoreSelection()
         if (!current.isValid())
             current = index;
     }
-    if (!current.isValid())
+    if (!current.isValid()) {
+        // In place of rows that went the base selects their neighbours.
+        followShownNode();
         return;
+    }
     selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
@@ -266,6 +279,14 @@ void TBtreeView::focusInEvent(QFocusEvent *event)
     // The base selects the first row then, though its files are not shown.
     if (!hadCurrent && selectionModel())
         selectionModel()->clearSelection();
+}
+
+void TBtreeView::focusOutEvent(QFocusEvent *event)
+{
+    BranchView::focusOutEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason)
+        returnToShownNode();
 }
 
 void TBtreeView::startDrag(Qt::DropActions supportedActions)

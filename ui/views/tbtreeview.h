@@ -34,6 +34,8 @@ public slots:
     void saveExpandedState(const QModelIndex &parent);
     void restoreExpandedState();
     void restoreExpandedState(const QModelIndex &parent);
+    /** Leaves a row that a menu or the keys made current without showing its files. */
+    void returnToShownNode();
 
 protected:
     void startDrag(Qt::DropActions supportedActions) override;
@@ -41,6 +43,7 @@ protected:
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
