@@ -14,6 +14,7 @@
 #include "ui/docks/browsingtreeviewdock.h"
 
 #include <QGuiApplication>
+#include <QLabel>
 #include <QProgressDialog>
 
 #include <algorithm>
@@ -80,8 +81,10 @@ MainWindow::ConnectionOutcome MainWindow::connectToServer(const DBDetails &detai
 MainWindow::ConnectionOutcome MainWindow::tryServer(const DBDetails &details, QString &reason)
 {
     auto trial = std::make_unique<ConnectionTrial>(details);
-    QProgressDialog waiting(tr("Connecting to %1 ...").arg(CollectionIdentity::displayText(details)),
-                            tr("Cancel"), 0, 0, this);
+    QProgressDialog waiting(QString(), tr("Cancel"), 0, 0, this);
+    auto *label = new QLabel(tr("Connecting to %1 ...").arg(CollectionIdentity::displayText(details)));
+    label->setTextFormat(Qt::PlainText);
+    waiting.setLabel(label);
     waiting.setWindowTitle(tr("Connect"));
     waiting.setWindowModality(Qt::WindowModal);
     connect(trial.get(), &QThread::finished, &waiting, &QProgressDialog::reset);

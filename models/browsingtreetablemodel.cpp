@@ -1,5 +1,6 @@
 #include "models/browsingtreetablemodel.h"
 
+#include "app/showntext.h"
 #include "core/collection.h"
 #include "core/controllers/browstreecontroller.h"
 #include "models/treeroles.h"
@@ -38,10 +39,11 @@ QVariant BrowsingTreeTableModel::data(const QModelIndex &index, int role) const
     const bool isName = index.column() == NameColumn;
     switch (role) {
     case Qt::DisplayRole:
+        return isName ? ShownText::cut(tree->name) : QVariant();
     case Qt::EditRole:
         return isName ? tree->name : QVariant();
     case Qt::AccessibleTextRole:
-        return isName ? tree->name : tr("Show %1").arg(tree->name);
+        return isName ? ShownText::cut(tree->name) : tr("Show %1").arg(ShownText::cut(tree->name));
     case Qt::CheckStateRole:
         if (isName)
             return {};

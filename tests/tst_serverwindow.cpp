@@ -155,28 +155,29 @@ private slots:
             QCOMPARE(awaitBoxes(),
                      QStringList{treeError + "There is already a browsing tree with this name."_s});
             rename(table, 1, "  "_s);
-            rename(table, 1, " Ben's & \"%1\" "_s);
-            QCOMPARE(rows(table), "Default*|Ben's & \"%1\""_s);
+            rename(table, 1, " <b>Ben's & \"%1\" "_s);
+            QCOMPARE(rows(table), "Default*|<b>Ben's & \"%1\""_s);
             buttonAt(table, 1)->click();
-            QCOMPARE(rows(table), "Default|Ben's & \"%1\"*"_s);
+            QCOMPARE(rows(table), "Default|<b>Ben's & \"%1\"*"_s);
             QVERIFY(buttonAt(table, 1)->isChecked() && !buttonAt(table, 0)->isChecked());
+            QVERIFY(buttonAt(table, 1)->toolTip().contains("&lt;b&gt;Ben"_s)); // not taken for markup
             table.selectRow(0);
             button(dialog, "deleteTreeButton")->click();
             QCOMPARE(m_fixture->takeBoxes(),
                      QStringList{deletion + "Default browsing tree can not be deleted."_s});
         });
         auto *dock = window().findChild<QDockWidget *>("BrowsingTreeDock"_s);
-        QCOMPARE(dock->windowTitle(), "Browsing Tree: Ben's && \"%1\""_s);
+        QCOMPARE(dock->windowTitle(), "Browsing Tree: <b>Ben's && \"%1\""_s);
         QCOMPARE(window().collection()->settings()->browsingTree(), qint64(2));
         inTreeDialog("Browsing Tree List"_s, [this](QDialog &dialog, TableView &table) {
             // The first try brings what another client has changed.
             QVERIFY(m_server->owner().run("INSERT INTO browsing_trees VALUES (9,'other')"_s));
-            for (const char *others : {"Default*|Ben's & \"%1\"|other", "Default*|other"}) {
+            for (const char *others : {"Default*|<b>Ben's & \"%1\"|other", "Default*|other"}) {
                 QTRY_COMPARE(table.currentIndex().row(), 1);
                 button(dialog, "deleteTreeButton")->click();
-                QCOMPARE(
-                    m_fixture->takeBoxes(),
-                    QStringList{deletion + "The following Browsing Tree will be deleted: Ben's & \"%1\"."_s});
+                QCOMPARE(m_fixture->takeBoxes(),
+                         QStringList{deletion +
+                                     "The following Browsing Tree will be deleted: <b>Ben's & \"%1\"."_s});
                 QTRY_COMPARE(rows(table), QLatin1String(others));
             }
         });

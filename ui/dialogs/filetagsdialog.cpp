@@ -1,5 +1,6 @@
 #include "ui/dialogs/filetagsdialog.h"
 
+#include "app/showntext.h"
 #include "core/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
@@ -100,7 +101,7 @@ void FileTagsDialog::fillList(const QVector<qint64> &tagIds)
     for (const auto &[name, tagId] : qAsConst(sorted)) {
         const int count = m_counts.value(tagId);
         const Qt::CheckState state = stateOf(count);
-        auto *item = new QListWidgetItem(name, m_list);
+        auto *item = new QListWidgetItem(ShownText::cut(name), m_list);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         // So that the user can go back to how it was.
         if (state == Qt::PartiallyChecked)
@@ -108,8 +109,10 @@ void FileTagsDialog::fillList(const QVector<qint64> &tagIds)
         item->setData(tagIdRole, tagId);
         item->setData(earlierStateRole, int(state));
         item->setCheckState(state);
-        item->setToolTip(
-            tr("On %1 of %2 files").arg(QString::number(count), QString::number(m_fileIds.size())));
+        // Of one file the box says it all.
+        if (m_fileIds.size() > 1)
+            item->setToolTip(
+                tr("On %1 of %2 files").arg(QString::number(count), QString::number(m_fileIds.size())));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ui/dialogs/taggroupform.h"
 
+#include "app/showntext.h"
 #include "app/windowsettings.h"
 #include "core/controllers/groupscontroller.h"
 #include "models/tagroles.h"
@@ -92,7 +93,7 @@ void TagGroupForm::fillGroups()
         return;
     for (const GroupItem *group : qAsConst(*m_controller->groups())) {
         const Qt::CheckState state = membership(*group, m_tagIds);
-        auto *item = new QStandardItem(group->name());
+        auto *item = new QStandardItem(ShownText::cut(group->name()));
         item->setCheckable(true);
         item->setCheckState(state);
         item->setData(group->id(), GroupRoles::GroupId);

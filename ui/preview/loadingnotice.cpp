@@ -1,5 +1,7 @@
 #include "ui/preview/loadingnotice.h"
 
+#include "app/showntext.h"
+
 #include <QEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -37,8 +39,8 @@ LoadingNotice::LoadingNotice(QWidget *parent) : QFrame(parent), m_text(new QLabe
 
 void LoadingNotice::begin(const QString &name)
 {
-    m_text->setText(
-        tr("Loading \"%1\"...").arg(fontMetrics().elidedText(name, Qt::ElideMiddle, mostTextWidth)));
+    const QString shown = fontMetrics().elidedText(ShownText::cut(name), Qt::ElideMiddle, mostTextWidth);
+    m_text->setText(tr("Loading \"%1\"...").arg(shown));
     if (isVisible())
         place();
     else

@@ -3,6 +3,7 @@
 #include "ui/preview/previewbox.h"
 
 #include "app/previewsettings.h"
+#include "app/showntext.h"
 #include "app/windowsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "ui/preview/imagewalk.h"
@@ -167,7 +168,7 @@ void PreviewBox::followRecord()
 
 void PreviewBox::updateTitle()
 {
-    QString name = m_controller->fileData(m_fileId, DataType::Name).toString();
+    QString name = ShownText::cut(m_controller->fileData(m_fileId, DataType::Name).toString());
     // A title takes this for a mark of its own unless it is doubled.
     name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
     const int position = m_walk->position();

@@ -1,5 +1,6 @@
 #include "ui/views/browsingtreesdelegate.h"
 
+#include "app/showntext.h"
 #include "models/browsingtreetablemodel.h"
 
 #include <QEvent>
@@ -56,7 +57,7 @@ void BrowsingTreesDelegate::setEditorData(QWidget *editor, const QModelIndex &in
     button->setChecked(isChecked);
     button->setAutoExclusive(true);
     button->setAccessibleName(index.data(Qt::AccessibleTextRole).toString());
-    button->setToolTip(button->accessibleName());
+    button->setToolTip(ShownText::toolTip(button->accessibleName()));
 }
 
 void BrowsingTreesDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,

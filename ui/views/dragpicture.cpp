@@ -1,5 +1,7 @@
 #include "ui/views/dragpicture.h"
 
+#include "app/showntext.h"
+
 #include <QAbstractItemView>
 #include <QDrag>
 #include <QItemSelectionModel>
@@ -22,7 +24,7 @@ QString caption(const QAbstractItemView *view)
         shown = selection.first().topLeft();
     // The text to edit is the whole one.
     const QString name = shown.siblingAtColumn(0).data(Qt::EditRole).toString();
-    const QString text = view->fontMetrics().elidedText(name, Qt::ElideMiddle, mostNameWidth);
+    const QString text = view->fontMetrics().elidedText(ShownText::cut(name), Qt::ElideMiddle, mostNameWidth);
     return count > 1 ? text + QStringLiteral("  +") + QString::number(count - 1) : text;
 }
 } // namespace
@@ -43,7 +45,7 @@ void setDragPicture(QDrag *drag, const QAbstractItemView *view)
     painter.setBrush(view->palette().color(QPalette::Active, QPalette::Highlight));
     painter.drawRoundedRect(QRect(QPoint(), size), padding, padding);
     painter.setPen(view->palette().color(QPalette::Active, QPalette::HighlightedText));
-    painter.drawText(QRect(QPoint(), size), Qt::AlignCenter, text);
+    painter.drawText(QRect(QPoint(), size), Qt::AlignCenter | Qt::TextSingleLine, text);
     painter.end();
 
     drag->setPixmap(picture);

@@ -25,12 +25,6 @@ QString escaped(const QString &name)
     return ShownText::cut(name, longestTab).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
-QString markedUp(const QString &name)
-{
-    // As marked-up text, for a name that looks like markup would be taken for it.
-    return QLatin1String("<qt>") + ShownText::cut(name).toHtmlEscaped() + QLatin1String("</qt>");
-}
-
 void paintTarget(QPainter &painter, const QRect &tab, const QColor &colour)
 {
     constexpr int width = 2;
@@ -89,7 +83,7 @@ void TagGroupBar::addGroupTab(qint64 groupId, const QString &name)
         return;
     const int index = addTab(escaped(name));
     setTabData(index, groupId);
-    setTabToolTip(index, markedUp(name));
+    setTabToolTip(index, ShownText::toolTip(name));
 }
 
 void TagGroupBar::renameGroupTab(qint64 groupId, const QString &name)
@@ -98,7 +92,7 @@ void TagGroupBar::renameGroupTab(qint64 groupId, const QString &name)
     if (index < 0)
         return;
     setTabText(index, escaped(name));
-    setTabToolTip(index, markedUp(name));
+    setTabToolTip(index, ShownText::toolTip(name));
 }
 
 void TagGroupBar::removeGroupTab(qint64 groupId)
