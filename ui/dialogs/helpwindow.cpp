@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QScreen>
 #include <QTextBrowser>
 
 HelpWindow::HelpWindow(int mode, QWidget *parent) : QMainWindow(parent), m_browser(new QTextBrowser(this))
@@ -12,7 +13,7 @@ HelpWindow::HelpWindow(int mode, QWidget *parent) : QMainWindow(parent), m_brows
     setAttribute(Qt::WA_DeleteOnClose);
     // The program ends with its main window, also while a help text is open.
     setAttribute(Qt::WA_QuitOnClose, false);
-    resize(660, 635);
+    resize(QSize(660, 635).boundedTo(screen()->availableSize() * 9 / 10));
     // The widest picture of a page, its margins and the scroll bar.
     setMinimumWidth(660);
 
