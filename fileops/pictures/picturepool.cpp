@@ -1,5 +1,6 @@
 #include "fileops/pictures/picturepool.h"
 
+#include "app/crashstack.h"
 #include "fileops/pictures/picturedecoder.h"
 
 #include <QCoreApplication>
@@ -35,7 +36,11 @@ void PicturePool::shutDown()
 
 void PicturePool::start(const PictureTaskPointer &task, Urgency urgency)
 {
-    m_threads.start(QRunnable::create([this, task] { serve(*task); }), int(urgency));
+    const auto run = [this, task] {
+        provideCrashStack();
+        serve(*task);
+    };
+    m_threads.start(QRunnable::create(run), int(urgency));
 }
 
 PictureAnswer PicturePool::read(const PictureRequest &request)
