@@ -103,10 +103,10 @@ QList<int> readers()
     return ids;
 }
 
-rlim_t limitOf(int process, __rlimit_resource resource)
+rlim_t limitOf(int process, __rlimit_resource resource, rlim_t rlimit::*which = &rlimit::rlim_cur)
 {
     rlimit values = {};
-    return ::prlimit(process, resource, nullptr, &values) == 0 ? values.rlim_cur : RLIM_INFINITY;
+    return ::prlimit(process, resource, nullptr, &values) == 0 ? values.*which : RLIM_INFINITY;
 }
 
 /** A line of a process's status, without its name. */
@@ -279,7 +279,9 @@ private slots:
 #ifndef __SANITIZE_ADDRESS__
             constexpr rlim_t own = 400 * megabyte;
             QVERIFY(limitOf(id, RLIMIT_AS) < limits.bytes + own);
+            QVERIFY(limitOf(id, RLIMIT_AS) > limits.bytes + 10 * megabyte); // beside what it had before
 #endif
+            QVERIFY(limitOf(id, RLIMIT_AS, &rlimit::rlim_max) < RLIM_INFINITY);
             QVERIFY(limitOf(id, RLIMIT_CPU) < RLIM_INFINITY);
             QVERIFY(limitOf(id, RLIMIT_NOFILE) < 30);
             QCOMPARE(limitOf(id, RLIMIT_CORE), rlim_t(0));

@@ -7,7 +7,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
@@ -32,6 +32,8 @@ constexpr bool isSanitized = false;
 
 // Of addresses, before the first picture.
 rlim_t ownBytes = 0;
+// Opened while files can be, and left open: the number would go to a file too many.
+int ownSize = -1;
 bool isKeptToFolders = false;
 
 #if defined(__x86_64__)
@@ -172,18 +174,16 @@ void setLimit(__rlimit_resource resource, rlim_t soft, rlim_t hard)
 
 rlim_t bytesInUse()
 {
-    unsigned long pages = 0;
-    if (FILE *file = std::fopen("/proc/self/statm", "re")) {
-        if (std::fscanf(file, "%lu", &pages) != 1)
-            pages = 0;
-        std::fclose(file);
-    }
-    return static_cast<rlim_t>(pages) * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
+    char text[64] = {};
+    if (::pread(ownSize, text, sizeof text - 1, 0) < 0)
+        return 0;
+    return std::strtoul(text, nullptr, 10) * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
 }
 } // namespace
 
 void ChildSide::begin()
 {
+    ownSize = ::open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     ::prctl(PR_SET_DUMPABLE, 0);
@@ -217,7 +217,8 @@ void ChildSide::shutIn(qint64 mostBytes)
     // Each further heap would take addresses in advance.
     ::mallopt(M_ARENA_MAX, 1);
     ownBytes = bytesInUse();
-    setLimit(RLIMIT_AS, RLIM_INFINITY, ownBytes + static_cast<rlim_t>(mostBytes));
+    const rlim_t most = ownBytes + static_cast<rlim_t>(mostBytes);
+    setLimit(RLIMIT_AS, most, most);
     // A decoder may warn without end, and what it is told to write to may be somebody's log.
     if (!isSanitized)
         ::dup2(STDOUT_FILENO, STDERR_FILENO);
