@@ -44,6 +44,7 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_databaseName(database),
       m_userName(user),
       m_password(password),
+      m_fileEdits(*this),
       m_thumbnailCache(new ThumbnailCache(this)),
       m_pendingReloads(new PendingReloads(this))
 {
@@ -100,6 +101,7 @@ void DatabaseManger::setProviders(const Providers &providers)
 {
     m_providers = providers;
     m_thumbnailCache->setProvider(m_providers.fileOperation);
+    m_fileEdits.setProviders(m_providers.mainView, m_providers.fileOperation);
     connectTags();
     connectGroups();
     connectNodes();
@@ -314,6 +316,7 @@ void DatabaseManger::closeDB()
     // Waits for the worker, which uses the database until then. No request may come after it.
     delete m_providers.fileOperation;
     m_providers.fileOperation = nullptr;
+    m_fileEdits.setProviders(m_providers.mainView, nullptr);
     m_pendingReloads->clear();
     // A manager that never opened must not close what another one uses under the same names.
     if (m_isOpen) {
@@ -465,22 +468,4 @@ void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
     default:
         break;
     }
-}
-
-void DatabaseManger::runFileOperation(const std::function<void(FileOperationProvider &)> &request)
-{
-    FileOperationProvider *files = m_providers.fileOperation;
-    if (files)
-        QTimer::singleShot(0, files, [files, request] { request(*files); });
-}
-
-QStringList DatabaseManger::idCodes(const QVector<qint64> &fileIds) const
-{
-    QStringList codes;
-    codes.reserve(fileIds.size());
-    for (const qint64 fileId : fileIds) {
-        const File *known = file(fileId);
-        codes.append(known ? known->idCode() : QString());
-    }
-    return codes;
 }

@@ -7,6 +7,7 @@
 #include "db/caches/nodecache.h"
 #include "db/caches/relationcache.h"
 #include "db/caches/tagcache.h"
+#include "db/fileedits.h"
 #include "db/loadstate.h"
 #include "db/tabledata.h"
 #include "fileops/deletedfilerepresentations.h"
@@ -50,7 +51,7 @@ struct OperationShortfall;
  * Writing operations do nothing when isDataCurrent() says no. They do not ask whether the database is
  * read-only: whoever offers an edit does.
  */
-class DatabaseManger : public QObject
+class DatabaseManger : public QObject, private FileEditsHost
 {
     Q_OBJECT
 
@@ -109,7 +110,7 @@ public:
     ThumbnailCache *thumbnailCache() const { return m_thumbnailCache; }
 
     /** False for a blank name, which nothing gets; the user hears of it. All that name something ask. */
-    bool isNameGiven(const QString &name);
+    bool isNameGiven(const QString &name) override;
 
     void loadAllTags();
     /** Gives the id of the new tag, which is linked to the files too; 0 on failure. */
@@ -161,15 +162,33 @@ public:
     void removeRelations(const QStringList &paths);
 
     void loadAllFiles();
-    bool updateFile(qint64 fileId, const QString &column, const QString &value);
-    bool updateFilePath(qint64 fileId, const QString &column, const QString &value);
+    bool updateFile(qint64 fileId, const QString &column, const QString &value)
+    {
+        return m_fileEdits.updateFile(fileId, column, value);
+    }
+    bool updateFilePath(qint64 fileId, const QString &column, const QString &value)
+    {
+        return m_fileEdits.updateFilePath(fileId, column, value);
+    }
     /** Writes name and paths of an external file, all or nothing; the file on the disk is left alone. */
-    bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath);
+    bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath)
+    {
+        return m_fileEdits.renameFile(fileId, name, path, relPath);
+    }
     /** Links and unlinks in one transaction. */
     bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
-                    const QVector<qint64> &unlinked);
-    bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
-    bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
+                    const QVector<qint64> &unlinked)
+    {
+        return m_fileEdits.changeTags(fileIds, linked, unlinked);
+    }
+    bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+    {
+        return changeTags(fileIds, tagIds, {});
+    }
+    bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+    {
+        return changeTags(fileIds, {}, tagIds);
+    }
     void reloadThumbnails(const QVector<qint64> &fileIds);
     /** The picture of a file in its whole size. */
     std::unique_ptr<ImageLoading> loadImage(qint64 fileId);
@@ -179,18 +198,24 @@ public:
     // File operations: queued for the worker, from the event loop.
     /** False when the records must be read anew first, and nothing is queued. */
     bool addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
-                  qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
-    void addFilesList(const QStringList &paths);
-    void deleteFiles(const QVector<qint64> &fileIds);
+                  qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {})
+    {
+        return m_fileEdits.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
+    }
+    void addFilesList(const QStringList &paths) { m_fileEdits.addFilesList(paths); }
+    void deleteFiles(const QVector<qint64> &fileIds) { m_fileEdits.deleteFiles(fileIds); }
     /** Copies the contents of external files into the database. */
-    void transferFiles(const QVector<qint64> &fileIds);
+    void transferFiles(const QVector<qint64> &fileIds) { m_fileEdits.transferFiles(fileIds); }
     /** Copies files to a target path each, as FileOperationProvider::extractFiles() has it. */
     void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
-                      const QSet<QString> &replacedPaths = {}, const QSet<QString> &comparedPaths = {});
+                      const QSet<QString> &replacedPaths = {}, const QSet<QString> &comparedPaths = {})
+    {
+        m_fileEdits.extractFiles(fileIds, targetPaths, replacedPaths, comparedPaths);
+    }
     /** Copies an internal file to where extractedTempFiles says. */
-    void extractToTemporary(qint64 fileId);
+    void extractToTemporary(qint64 fileId) { m_fileEdits.extractToTemporary(fileId); }
     /** Makes thumbnails of external files anew; without ids those of all that have one. */
-    void remakeThumbnails(const QVector<qint64> &fileIds = {});
+    void remakeThumbnails(const QVector<qint64> &fileIds = {}) { m_fileEdits.remakeThumbnails(fileIds); }
     void cancelOperations();
     bool isBusy() const;
 
@@ -204,7 +229,7 @@ public:
     /** Whether the load failed, or would have, only for what another connection holds at the moment. */
     bool wasBusy() const { return m_sawBusy; }
     /** Whether the records are those of the database, so that an edit may go ahead. */
-    virtual bool isDataCurrent() = 0;
+    bool isDataCurrent() override = 0;
     /** Notes the state of the database after a change of our own. */
     virtual void refreshModificationDate() = 0;
 
@@ -318,7 +343,7 @@ protected:
     virtual void endReading() {}
     LoadState &loadState() { return m_loadState; }
     /** The same for an operation of the worker, which may look itself when it begins. */
-    virtual bool mayRequest() { return isDataCurrent(); }
+    bool mayRequest() override { return isDataCurrent(); }
     /** False, with a word where none came before, while the records are not whole. */
     bool isReadyForEdits();
     /** The database changed behind the records: the edit is dropped, and all is read anew. */
@@ -361,13 +386,12 @@ private:
     bool runRemoval(const NodeRemovalPlan &plan);
     void tellRemoval(const NodeRemovalPlan &plan);
     /** False, with a warning, for a text that is longer than what is read of one. */
-    bool isStorable(const QString &text);
-    bool editFiles(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &edit);
+    bool isStorable(const QString &text) override;
+    void runFileEdit(const std::function<QVector<qint64>()> &edit) override;
+    const File *knownFile(qint64 fileId) const override { return file(fileId); }
     /** Runs a load; when the database was busy its ids are kept for another try. */
     void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load);
     void retryReload(int kind, const QVector<qint64> &ids);
-    QStringList idCodes(const QVector<qint64> &fileIds) const;
-    void runFileOperation(const std::function<void(FileOperationProvider &)> &request);
 
     QString m_driverName;
     QString m_hostName;
@@ -387,6 +411,7 @@ private:
     Providers m_providers;
     std::unique_ptr<AbstractQueryConstructor> m_constructor;
     std::unique_ptr<ImageStore> m_images;
+    FileEdits m_fileEdits;
     ThumbnailCache *m_thumbnailCache;
     PendingReloads *m_pendingReloads;
     bool m_isOpen = false;

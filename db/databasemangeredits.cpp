@@ -400,47 +400,6 @@ void DatabaseManger::reloadFiles(const QVector<qint64> &fileIds)
                    [this, &fileIds] { m_providers.mainView->loadFiles(fileIds); });
 }
 
-bool DatabaseManger::updateFile(qint64 fileId, const QString &column, const QString &value)
-{
-    if (column == QLatin1String("file_name") && !isNameGiven(value))
-        return false;
-    return isStorable(value) && editFiles({fileId}, [&](MainViewProvider &files) {
-               return files.updateFile(fileId, column, value);
-           });
-}
-
-bool DatabaseManger::updateFilePath(qint64 fileId, const QString &column, const QString &value)
-{
-    return isStorable(value) && editFiles({fileId}, [&](MainViewProvider &files) {
-               return files.updateFilePath(fileId, column, value);
-           });
-}
-
-bool DatabaseManger::renameFile(qint64 fileId, const QString &name, const QString &path,
-                                const QString &relPath)
-{
-    return isNameGiven(name) && isStorable(path) && isStorable(relPath) &&
-           editFiles({fileId},
-                     [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
-}
-
-bool DatabaseManger::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
-                                const QVector<qint64> &unlinked)
-{
-    return editFiles(fileIds,
-                     [&](MainViewProvider &files) { return files.changeTags(fileIds, linked, unlinked); });
-}
-
-bool DatabaseManger::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
-{
-    return changeTags(fileIds, tagIds, {});
-}
-
-bool DatabaseManger::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
-{
-    return changeTags(fileIds, {}, tagIds);
-}
-
 bool DatabaseManger::isStorable(const QString &text)
 {
     // It could not be read back whole.
@@ -452,17 +411,9 @@ bool DatabaseManger::isStorable(const QString &text)
     return false;
 }
 
-bool DatabaseManger::editFiles(const QVector<qint64> &fileIds,
-                               const std::function<bool(MainViewProvider &)> &edit)
+void DatabaseManger::runFileEdit(const std::function<QVector<qint64>()> &edit)
 {
-    if (!m_providers.mainView || !isDataCurrent())
-        return false;
-    bool isEdited = false;
-    runEdit(PendingReloads::FileReload, [&] {
-        isEdited = edit(*m_providers.mainView);
-        return idsIf(isEdited, fileIds);
-    });
-    return isEdited;
+    runEdit(PendingReloads::FileReload, edit);
 }
 
 void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
@@ -499,61 +450,6 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
     }
     refreshModificationDate();
     return saving;
-}
-
-bool DatabaseManger::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
-                              qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails)
-{
-    if (!mayRequest())
-        return false;
-    runFileOperation([=](FileOperationProvider &files) {
-        files.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
-    });
-    return true;
-}
-
-void DatabaseManger::addFilesList(const QStringList &paths)
-{
-    if (mayRequest())
-        runFileOperation([paths](FileOperationProvider &files) { files.addFilesList(paths); });
-}
-
-void DatabaseManger::deleteFiles(const QVector<qint64> &fileIds)
-{
-    if (fileIds.isEmpty() || !mayRequest())
-        return;
-    runFileOperation([fileIds, codes = idCodes(fileIds)](FileOperationProvider &files) {
-        files.deleteFiles(fileIds, codes);
-    });
-}
-
-void DatabaseManger::transferFiles(const QVector<qint64> &fileIds)
-{
-    if (fileIds.isEmpty() || !mayRequest())
-        return;
-    runFileOperation([fileIds, codes = idCodes(fileIds)](FileOperationProvider &files) {
-        files.transferFiles(fileIds, codes);
-    });
-}
-
-void DatabaseManger::extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
-                                  const QSet<QString> &replacedPaths, const QSet<QString> &comparedPaths)
-{
-    if (!fileIds.isEmpty())
-        runFileOperation([=](FileOperationProvider &files) {
-            files.extractFiles(fileIds, targetPaths, replacedPaths, comparedPaths);
-        });
-}
-
-void DatabaseManger::extractToTemporary(qint64 fileId)
-{
-    runFileOperation([fileId](FileOperationProvider &files) { files.extractToTemporary(fileId); });
-}
-
-void DatabaseManger::remakeThumbnails(const QVector<qint64> &fileIds)
-{
-    if (mayRequest())
-        runFileOperation([fileIds](FileOperationProvider &files) { files.remakeThumbnails(fileIds); });
 }
 
 void DatabaseManger::cancelOperations()
