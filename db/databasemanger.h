@@ -267,6 +267,8 @@ signals:
     void finishedAddingFiles();
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
+    /** The addresses of one request are in the database now; false when they are not all there. */
+    void hyperlinksSettled(QStringList texts, bool areStored);
     void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
     /** Files that are missing now and were not, or the other way round. */
     void updateMissedFiles(QVector<qint64> fileIds);

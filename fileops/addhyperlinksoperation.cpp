@@ -16,6 +16,7 @@ void AddHyperlinksOperation::run()
     emit m_worker.startedOpration(m_type, FileOperationWorker::tr("Creating hyperlinks into database..."));
     const bool isToldAll = addHyperlinksToDB();
     emit m_worker.finishedOpration(m_type);
+    emit m_worker.hyperlinksSettled(m_request.paths, m_isCommitted && !m_worker.report().hasErrors());
     if (isToldAll)
         emit m_worker.duplicatesReady(m_duplicates);
 }
@@ -40,12 +41,13 @@ bool AddHyperlinksOperation::addHyperlinksToDB()
         return false;
     m_worker.report().setDone(0, batch.paths.size());
     const QVector<qint64> added = FileBatch(m_worker, batch).addFilesListToDb();
-    applyDetails(added);
-    const QVector<qint64> linked = linkMatchedFiles(batch);
-    if (!mayCommit()) {
+    // Without its description an address could not be added once more: it would be there already.
+    const bool areDescribed = applyDetails(added);
+    const QVector<qint64> linked = areDescribed ? linkMatchedFiles(batch) : QVector<qint64>();
+    if (!mayCommit())
         qDebug("FileOperationWorker::addHyperlinksToDB() - stopped or canceled! Exiting.");
-        m_duplicates = PresentableDuplicates();
-    } else if (!transaction.commit()) {
+    m_isCommitted = areDescribed && mayCommit() && transaction.commit();
+    if (!m_isCommitted) {
         m_duplicates = PresentableDuplicates();
     } else {
         m_worker.report().setDone(added.size(), batch.paths.size());
@@ -55,20 +57,19 @@ bool AddHyperlinksOperation::addHyperlinksToDB()
     return true;
 }
 
-void AddHyperlinksOperation::applyDetails(const QVector<qint64> &fileIds)
+bool AddHyperlinksOperation::applyDetails(const QVector<qint64> &fileIds)
 {
     const QStringList columns = m_request.hyperlinkDetails.keys();
     const QStringList values = m_request.hyperlinkDetails.values();
     if (columns.isEmpty())
-        return;
+        return true;
     const AbstractQueryConstructor &sql = *m_worker.constructor();
     const QString update = sql.updateQuery(columns, QStringLiteral("files"), values);
     for (const qint64 id : fileIds) {
-        if (!mayCommit())
-            return;
-        Savepoint savepoint(m_worker);
-        if (m_worker.runAsync(update + sql.whereClause(QStringLiteral("file_id = ") + QString::number(id)) +
-                              sql.statementEnd()))
-            savepoint.release();
+        if (!mayCommit() ||
+            !m_worker.runAsync(update + sql.whereClause(QStringLiteral("file_id = ") + QString::number(id)) +
+                               sql.statementEnd()))
+            return false;
     }
+    return true;
 }

@@ -13,5 +13,7 @@ public:
 private:
     /** False when duplicate management failed: then nothing more is to be told. */
     bool addHyperlinksToDB();
-    void applyDetails(const QVector<qint64> &fileIds);
+    bool applyDetails(const QVector<qint64> &fileIds);
+
+    bool m_isCommitted = false;
 };

@@ -249,6 +249,7 @@ bool FileOperationWorker::takeNext(FileOperation &operation)
 FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
 {
     QVector<qint64> thumbnails;
+    QStringList hyperlinks;
     FileOperation first;
     {
         const QMutexLocker locker(&m_queueMutex);
@@ -257,12 +258,16 @@ FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
                 thumbnails += record->fileIds;
             else if (first.type == FileOperationType::UnusedOperation)
                 first = *record;
+            if (record->type == FileOperationType::AddHyperlinksOperation)
+                hyperlinks += record->paths;
         }
         qDeleteAll(m_queue);
         m_queue.clear();
     }
     if (!thumbnails.isEmpty())
         emit thumbnailsFailed(thumbnails, error);
+    if (!hyperlinks.isEmpty())
+        emit hyperlinksSettled(hyperlinks, false);
     return first;
 }
 

@@ -171,6 +171,10 @@ private slots:
         dialog.accept();
         QVERIFY(dialog.isVisible() && m_boxes.isEmpty());
         dialog.accept();
+        // It is on its way, while another one is settled.
+        dialog.settle({"http://example.org"_s}, true);
+        QVERIFY(dialog.isVisible() && dialog.isWaiting());
+        dialog.settle({edit->text().trimmed()}, true);
         QVERIFY(!dialog.isVisible());
         QCOMPARE(taken, QStringList({"HTTP://Example.org/%7Ea b|d"_s, "HTTP://Example.org/%7Ea b|d"_s}));
     }

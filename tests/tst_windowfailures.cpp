@@ -6,11 +6,14 @@
 #include "models/tagstablemodel.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/windowfixture.h"
+#include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/dialogs/fileoperationprogress.h"
 
 #include <QAbstractItemView>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QScopeGuard>
+#include <QTimer>
 
 namespace {
 const QString accessError = "Error Accessing Database: An error has occurred accessing the database. "_s;
@@ -200,6 +203,41 @@ private slots:
         QTest::keyClick(editor().data(), Qt::Key_Return);
         QTRY_VERIFY(!editor());
         QVERIFY(Sql::rows("SELECT "_s + stored).contains("typed"_s));
+    }
+
+    void typedAddressStays_data()
+    {
+        QTest::addColumn<QString>("what");
+        addRow("the address", "INSERT ON files"_s);
+        addRow("its description", "UPDATE ON files"_s);
+    }
+
+    void typedAddressStays()
+    {
+        QFETCH(QString, what);
+        QVERIFY(m_server ? m_server->refuse(what)
+                         : Sql::run("CREATE TRIGGER no BEFORE %1 BEGIN SELECT raise(ABORT,'no'); END"_s.arg(
+                               what)));
+        // From within the loop of the dialog.
+        QTimer::singleShot(0, &window(), [this] {
+            auto *dialog = window().findChild<AddHyperlinkDialog *>();
+            const auto end = qScopeGuard([dialog] { dialog->reject(); });
+            auto *address = dialog->findChild<QLineEdit *>("hyperlinkEdit"_s);
+            address->setText("http://example.org"_s);
+            dialog->findChild<QLineEdit *>("descriptionEdit"_s)->setText("words"_s);
+            dialog->accept();
+            QVERIFY(dialog->isVisible() && !address->isEnabled());
+            QTRY_COMPARE(m_fixture->boxes().size(), 1);
+            QVERIFY(dialog->isVisible() && address->isEnabled());
+            QVERIFY(m_server ? m_server->permit("files"_s) : Sql::run("DROP TRIGGER no"_s));
+            dialog->accept();
+            QTRY_VERIFY(dialog->isHidden());
+            QCOMPARE(dialog->result(), int(QDialog::Accepted));
+        });
+        m_fixture->action("Add Hyperlink"_s)->trigger();
+        QVERIFY(m_fixture->takeBoxes().value(0).startsWith(accessError));
+        QTRY_COMPARE(files()->contentsModel()->rowCount(), 4);
+        QCOMPARE(Sql::rows("SELECT file_description FROM files WHERE internal=2"_s), QStringList{"words"_s});
     }
 
     void heldRow_data()

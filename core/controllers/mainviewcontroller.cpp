@@ -81,6 +81,7 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::startedAddingFiles, this, &MainViewController::startedAddingFiles);
     connect(source, &DatabaseManger::addingFilesProgress, this, &MainViewController::addingFilesProgress);
     connect(source, &DatabaseManger::finishedAddingFiles, this, &MainViewController::finishedAddingFiles);
+    connect(source, &DatabaseManger::hyperlinksSettled, this, &MainViewController::hyperlinksSettled);
     connect(source, &DatabaseManger::filesModified, this, &MainViewController::filesModified);
     connect(m_extraction, &FolderExtraction::started, this, &MainViewController::startedAddingFiles);
     connect(m_extraction, &FolderExtraction::progress, this, &MainViewController::addingFilesProgress);

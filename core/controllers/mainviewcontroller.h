@@ -65,7 +65,10 @@ public:
     /** Adds local files and folders as such, all other URLs as hyperlinks. */
     void addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds = {}, bool fromSelectedNode = false,
                  qint64 nodeId = 0);
-    /** Adds a hyperlink, its text as it stands. False when that was refused; the user knows why. */
+    /**
+     * Adds a hyperlink, its text as it stands. False when that was refused, and the user knows why; else
+     * hyperlinksSettled() tells what became of it.
+     */
     bool addHyperlink(const QString &text, const QString &description, const QVector<qint64> &tagIds = {});
     /** Adds files as they are: no look into folders, no look for duplicates, no tags. */
     void addFilesList(const QStringList &paths);
@@ -130,6 +133,8 @@ signals:
     void startedAddingFiles(QString label);
     void addingFilesProgress(QString text, int percent);
     void finishedAddingFiles();
+    /** What became of addHyperlink(), by its text. */
+    void hyperlinksSettled(QStringList texts, bool areStored);
     void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
 
 public slots:

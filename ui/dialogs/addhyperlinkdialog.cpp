@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 
 AddHyperlinkDialog::AddHyperlinkDialog(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::AddHyperlinkDialog>())
@@ -42,7 +43,28 @@ void AddHyperlinkDialog::accept()
         refusal = tr("Hyperlinks is file on the local file system");
     if (!refusal.isEmpty())
         Messages::warning(this, tr("Error"), refusal);
-    else if (!m_take || m_take(hyperlink(), description()))
+    else if (!m_take)
         QDialog::accept();
+    else if (m_take(hyperlink(), description()))
+        setWaiting(true);
     m_ui->hyperlinkEdit->setFocus();
+}
+
+void AddHyperlinkDialog::settle(const QStringList &hyperlinks, bool areStored)
+{
+    if (!m_isWaiting || !hyperlinks.contains(hyperlink()))
+        return;
+    setWaiting(false);
+    if (areStored)
+        QDialog::accept();
+    else
+        m_ui->hyperlinkEdit->setFocus();
+}
+
+void AddHyperlinkDialog::setWaiting(bool isWaiting)
+{
+    m_isWaiting = isWaiting;
+    m_ui->hyperlinkEdit->setEnabled(!isWaiting);
+    m_ui->descriptionEdit->setEnabled(!isWaiting);
+    m_ui->buttonBox->button(QDialogButtonBox::Ok)->setEnabled(!isWaiting);
 }

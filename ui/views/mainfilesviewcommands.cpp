@@ -207,16 +207,23 @@ void MainFilesView::addHyperlinks()
     if (!mayEdit())
         return;
     AddHyperlinkDialog dialog(this);
-    dialog.setTaker(
-        [this](const QString &text, const QString &description) { return addHyperlink(text, description); });
+    dialog.setTaker([this, &dialog](const QString &text, const QString &description) {
+        if (m_controller)
+            return addHyperlink(text, description);
+        // It has gone behind the dialog, whose texts can still be copied elsewhere.
+        Messages::warning(&dialog, tr("Add Hyperlink"), tr("The database is closed."));
+        return false;
+    });
+    connect(m_controller, &MainViewController::hyperlinksSettled, &dialog, &AddHyperlinkDialog::settle);
+    connect(m_controller, &QObject::destroyed, &dialog, &AddHyperlinkDialog::stopWaiting);
     dialog.exec();
+    // Who does not wait for it does not want it.
+    if (m_controller && dialog.isWaiting())
+        m_controller->cancelOperations();
 }
 
 bool MainFilesView::addHyperlink(const QString &text, const QString &description)
 {
-    // The database may have gone behind the dialog, which has nowhere to go then.
-    if (!m_controller)
-        return true;
     const BrowsTreeController *tree = m_controller->collection()->browsTreeController();
     return m_controller->addHyperlink(text, description, tree->tagsOfNode(tree->currentTagNodeId()));
 }
