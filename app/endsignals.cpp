@@ -88,8 +88,9 @@ void EndSignals::closeWindows()
     QApplication::closeAllWindows();
     if (!isWindowOpen())
         QCoreApplication::quit();
-    else if (++m_tries < mostTries)
-        QTimer::singleShot(retryMilliseconds, this, &EndSignals::closeWindows);
-    else
+    else if (++m_tries >= mostTries)
         QCoreApplication::exit(0);
+    // Until it has ended: behind a box at the start the main loop does not turn yet, and would not hear of
+    // it.
+    QTimer::singleShot(retryMilliseconds, this, &EndSignals::closeWindows);
 }

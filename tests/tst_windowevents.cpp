@@ -1,3 +1,6 @@
+#ifndef Q_OS_WIN
+#include "app/endsignals.h"
+#endif
 #include "core/controllers/mainviewcontroller.h"
 #include "fileops/presentableduplicates.h"
 #include "models/contentsmodel.h"
@@ -9,6 +12,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTableView>
+
+#include <csignal>
 
 static QSqlError sqlError(int number)
 {
@@ -216,6 +221,18 @@ private slots:
         QTRY_COMPARE(finished.count(), 2 + added);
         QTRY_COMPARE(m_prompts, 1);
         QTRY_COMPARE(fileCount(), 1 + added);
+    }
+
+    void signalBehindABoxAtTheStart()
+    {
+        const EndSignals endSignals;
+        // As main() has it: the first boxes come up before its loop turns.
+        QDialog box;
+        QTimer::singleShot(0, &box, [] { raise(SIGTERM); });
+        box.exec();
+        window().show();
+        QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QCoreApplication::exec(), 0);
     }
 
 private:
