@@ -60,8 +60,8 @@ bool AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileB
     // The statement that failed may have ended the whole transaction: files would be added one by one then.
     if (batch.tagIdsByName.size() < names.size()) {
         qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
-        // A lost connection has its own word.
-        if (!m_worker.isConnectionLost())
+        // A lost connection has its own word, and so has what the database refused.
+        if (!m_worker.isConnectionLost() && !m_worker.report().hasErrors())
             emit m_worker.error(
                 FileOperationWorker::tr("The tags for the folders could not be made, so nothing was added."),
                 FileOperationWorker::tr("Error adding files"));
