@@ -403,6 +403,11 @@ void DatabaseManger::reloadAllData()
 
 bool DatabaseManger::isReadyForEdits()
 {
+    // A dialog that keeps the database from being closed may be tried once more.
+    if (m_isLost) {
+        emit showTempWarning(tr("Warning"), tr("The connection to the database is lost."));
+        return false;
+    }
     // The rest of an edit of several steps goes with its first one.
     if (m_isReloadDue || m_loadState.isLoading())
         return false;
