@@ -33,6 +33,16 @@ QString joined(const QString &first, const QString &second)
 {
     return second.isEmpty() ? first : first + QLatin1Char(' ') + second;
 }
+
+const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
+
+/** Neither locked, which each later look would wait for anew, nor made by another program. */
+bool isFitToRead(QSqlDatabase database)
+{
+    return database.transaction() &&
+           QSqlQuery(database).exec(QStringLiteral("SELECT 1 FROM sqlite_master;")) &&
+           !SchemaCheck::holdsForeignParts(database);
+}
 } // namespace
 
 DatabaseManger::DatabaseManger(const QString &driver, const QString &database, const QString &host,
@@ -78,10 +88,11 @@ QStringList DatabaseManger::tagNames(const DBDetails &details)
 {
     QStringList names;
     const QString name = Constants::temporaryConnection;
-    if (!Connections::isDatabaseThere(details) || !Connections::open(name, details).isOpen)
-        return names;
     const bool isLocal = details.type() == Constants::localDatabase;
-    if (!isLocal || !SchemaCheck::holdsForeignParts(QSqlDatabase::database(name, false))) {
+    if (!Connections::isDatabaseThere(details) ||
+        !Connections::open(name, details, isLocal ? shortBusyTimeout : QString()).isOpen)
+        return names;
+    if (!isLocal || isFitToRead(QSqlDatabase::database(name, false))) {
         QSqlQuery query(QSqlDatabase::database(name, false));
         query.setForwardOnly(true);
         query.exec(QStringLiteral("SELECT tag_name FROM tags"));

@@ -70,7 +70,7 @@ Line *makeLine(const QSqlDatabase &database)
 class Watch
 {
 public:
-    void add(const QString &name, std::shared_ptr<Line> line);
+    void add(const QString &name, const std::shared_ptr<Line> &line);
     void remove(const QString &name);
     std::shared_ptr<Line> line(const QString &name);
     void setCanceled(const QString &name, bool isCanceled);
@@ -98,10 +98,10 @@ Watch &watch()
     return *instance;
 }
 
-void Watch::add(const QString &name, std::shared_ptr<Line> line)
+void Watch::add(const QString &name, const std::shared_ptr<Line> &line)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    m_lines.insert(name, std::move(line));
+    m_lines.insert(name, line);
     lines = m_lines.size();
     if (!m_thread.joinable())
         m_thread = std::thread(&Watch::run, this);

@@ -64,6 +64,12 @@ private slots:
         const DBDetails none = DBDetails::local(manager.folder() + "/none.vrn"_s);
         QVERIFY(DatabaseManger::tagNames(none).isEmpty());
         QVERIFY(!QFile::exists(none.databaseName()));
+        OtherConnection other(details.databaseName());
+        QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(DatabaseManger::tagNames(details).isEmpty());
+        QVERIFY(timer.elapsed() < 2000);
     }
 
     void editOfABusyDatabaseWarnsAtOnce()
