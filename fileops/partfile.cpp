@@ -25,11 +25,12 @@ PartFile::~PartFile()
 
 bool PartFile::open(bool isReplacing)
 {
-    const QFileDevice::Permissions permissions = QFileInfo(m_target).permissions();
+    const QFileInfo old(m_target);
     m_isPending = m_file.open(QFileInfo(m_target).path(), ending,
                               isReplacing ? LockedFile::ForOwner : LockedFile::AsUsual);
-    if (m_isPending && isReplacing && permissions) // a link that leads nowhere has none
-        device().setPermissions(permissions);
+    // A link may lead to a folder or device, whose permissions would make a program of the file.
+    if (m_isPending && isReplacing && old.isFile())
+        device().setPermissions(old.permissions());
     return m_isPending;
 }
 

@@ -82,6 +82,7 @@ private slots:
         addRow("nobody may write there", "target"_s, qint64(1), true, "old"_s);
         addRow("blocks that cannot be asked for", "ALTER TABLE storage RENAME TO gone"_s, qint64(1), true,
                "old"_s);
+        addRow("replaces a link, not what it leads to", "link"_s, qint64(1), true, "new new"_s);
         addRow("cancelled", "cancel"_s, qint64(1), true, "old"_s);
     }
 
@@ -110,6 +111,8 @@ private slots:
                     &FileOperationWorker::cancelAll);
         else if (isShut)
             QVERIFY(QFile::rename(m_folder->filePath("out"_s), m_folder->filePath("away"_s)));
+        else if (obstacle == "link"_s)
+            QVERIFY(QFile::remove(target) && QFile::link(m_folder->filePath("in"_s), target));
         else if (!obstacle.isEmpty())
             QVERIFY(Sql::run(obstacle));
         const QStringList errors = run({3, id, 3}, {first, target, last}, isReplaced ? target : QString());
