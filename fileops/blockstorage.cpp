@@ -66,7 +66,7 @@ BlockStorage::Result BlockStorage::writeChain(qint64 firstId, qint64 size, QFile
         const Result result = read(id, data, id);
         if (result != Written)
             return result;
-        if (target.write(data) != data.size()) {
+        if (!writeAll(target, data.constData(), data.size())) {
             qDebug() << "extractInternalToFile(): Error writing to file.";
             return Failed;
         }
@@ -78,6 +78,19 @@ BlockStorage::Result BlockStorage::writeChain(qint64 firstId, qint64 size, QFile
     if (done < size)
         return Unreadable;
     return target.flush() ? Written : Failed;
+}
+
+bool BlockStorage::writeAll(QFile &target, const char *bytes, qint64 length)
+{
+    // On a disk that becomes full a part goes through first, and only the rest is told to fail.
+    while (length > 0) {
+        const qint64 count = target.write(bytes, length);
+        if (count <= 0)
+            return false;
+        bytes += count;
+        length -= count;
+    }
+    return true;
 }
 
 BlockStorage::Result BlockStorage::read(qint64 id, QByteArray &data, qint64 &continueId)

@@ -28,6 +28,8 @@ public:
 
     /** Writes a file's contents into an open target. */
     Result readInto(qint64 fileId, QFile &target, const AtBlock &atBlock = {});
+    /** False, with the reason in the file, when not all can be written. */
+    static bool writeAll(QFile &target, const char *bytes, qint64 length);
 
 private:
     Result writeChain(qint64 firstId, qint64 size, QFile &target, const AtBlock &atBlock);

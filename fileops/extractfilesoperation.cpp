@@ -16,6 +16,7 @@ void ExtractFilesOperation::run()
     if (!m_request.comparedPaths.isEmpty())
         extractor.setReserved({m_request.paths.cbegin(), m_request.paths.cend()});
     int index = 0;
+    bool hasFailed = false;
     QObject::connect(&extractor, &FileExtractor::progress, &extractor,
                      [this, &index](float part) { reportProgress(index, part); });
     for (; index < m_count; ++index) {
@@ -26,15 +27,18 @@ void ExtractFilesOperation::run()
         const QString &target = m_request.paths.at(index);
         const FileExtractor::Outcome outcome =
             extractor.extractToFile(m_request.fileIds.at(index), target, existingAt(target));
-        if (outcome == FileExtractor::Failed) {
-            reportFailure();
+        hasFailed = outcome == FileExtractor::Failed;
+        if (hasFailed)
             break;
-        }
         if (outcome == FileExtractor::LeftOut)
-            m_leftOut.append(extractor.source());
+            m_leftOut.append(extractor.isCutShort()
+                                 ? FileOperationWorker::tr("%1 (only its beginning)").arg(extractor.source())
+                                 : extractor.source());
         reportProgress(index, 1);
     }
     m_worker.report().setDone(index - m_leftOut.size(), m_count);
+    if (hasFailed)
+        reportFailure(extractor);
     reportLeftOut();
 }
 
@@ -53,16 +57,26 @@ void ExtractFilesOperation::reportProgress(int index, float part)
                                         percent);
 }
 
-void ExtractFilesOperation::reportFailure()
+void ExtractFilesOperation::reportFailure(const FileExtractor &extractor)
 {
+    // Half a file under a whole name is told of in any case.
+    const QString cut =
+        FileOperationWorker::tr("Only its beginning was written:\n%1").arg(extractor.target());
+    const QString outcome = m_worker.report().shortfall().outcome;
+    if (extractor.isCutShort())
+        m_worker.report().setOutcome(outcome + QLatin1Char('\n') + cut);
     // A cancel is no failure, and what the database refuses has its own word.
     if (m_worker.shouldEnd() || m_worker.isConnectionLost() || m_worker.report().hasErrors())
         return;
-    emit m_worker.error(
-        FileOperationWorker::tr("An error has occurred while extracting a file. This may be a memory-related "
-                                "problem, so closing any applications which consume large amounts of memory "
-                                "should fix it."),
-        FileOperationWorker::tr("Error extracting file"));
+    QStringList parts = {FileOperationWorker::tr(
+        "An error has occurred while extracting a file. This may be a memory-related problem, so closing any "
+        "applications which consume large amounts of memory should fix it.")};
+    if (!extractor.reason().isEmpty())
+        parts += FileOperationWorker::tr("The system says: %1").arg(extractor.reason());
+    parts +=
+        extractor.isCutShort() ? cut : FileOperationWorker::tr("Not written:\n%1").arg(extractor.target());
+    parts += outcome;
+    emit m_worker.error(parts.join(QLatin1String("\n\n")), FileOperationWorker::tr("Error extracting file"));
 }
 
 void ExtractFilesOperation::reportLeftOut()

@@ -21,7 +21,7 @@ public:
 private:
     FileExtractor::Existing existingAt(const QString &target) const;
     void reportProgress(int index, float part);
-    void reportFailure();
+    void reportFailure(const FileExtractor &extractor);
     void reportLeftOut();
 
     FileOperationWorker &m_worker;

@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <vector>
@@ -38,6 +39,9 @@ void logUnopened(const QString &path)
 FileExtractor::Outcome FileExtractor::extractToFile(qint64 fileId, const QString &target, Existing existing)
 {
     m_source = target.mid(target.lastIndexOf(QLatin1Char('/')) + 1);
+    m_target = target;
+    m_reason.clear();
+    m_isCutShort = false;
     m_worker->forgetLastError();
     int kind = 0;
     if (!m_worker->readInternal(fileId, kind))
@@ -168,7 +172,7 @@ FileExtractor::Outcome FileExtractor::copyFrom(RegularFile &source, QFile &targe
         count = source.read(slice.data(), sliceSize);
         if (count < 0)
             return LeftOut;
-        if (target.write(slice.data(), count) != count)
+        if (!BlockStorage::writeAll(target, slice.data(), count))
             return Failed;
         done += count;
         report(done, source.size());
@@ -192,18 +196,37 @@ FileExtractor::Outcome FileExtractor::write(const QString &target, Existing exis
     }
     cleanUp(there.path());
     PartFile part(target);
+    errno = 0;
     if (!part.open(isThere)) {
+        noteReason(part.device());
         logUnopened(target);
         return Failed;
     }
+    errno = 0;
     const Outcome outcome = fill(part.device());
+    if (outcome == Failed && part.device().error() != QFileDevice::NoError)
+        noteReason(part.device());
     if (outcome != Extracted && (isThere || !keepsPart))
         return outcome;
+    errno = 0;
     const PartFile::Outcome named = isThere ? part.replace() : part.giveName();
+    m_isCutShort = named == PartFile::Named && outcome != Extracted;
     if (named == PartFile::Named || outcome != Extracted)
         return outcome;
     logUnopened(target);
-    return named == PartFile::Refused ? LeftOut : Failed;
+    if (named == PartFile::Refused)
+        return LeftOut;
+    noteReason(part.device());
+    return Failed;
+}
+
+void FileExtractor::noteReason(const QFile &file)
+{
+    const int code = errno;
+    if (file.error() != QFileDevice::NoError)
+        m_reason = file.errorString();
+    else if (code != 0)
+        m_reason = qt_error_string(code);
 }
 
 FileExtractor::Outcome FileExtractor::whyNothingWasRead() const

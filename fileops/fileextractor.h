@@ -42,6 +42,12 @@ public:
     QString extractToTemporary(qint64 fileId);
     /** What the last file is called: the path of an external one, the name of the others, if known. */
     QString source() const { return m_source; }
+    /** Where the last file was to be written to. */
+    const QString &target() const { return m_target; }
+    /** Why that failed, in the words of the system; empty when it was not for the place. */
+    const QString &reason() const { return m_reason; }
+    /** True when only its beginning stands there. */
+    bool isCutShort() const { return m_isCutShort; }
     /** Paths that are not to be given to other files. */
     void setReserved(const QSet<QString> &paths) { m_reserved = paths; }
 
@@ -57,6 +63,7 @@ private:
     Outcome writeInternal(qint64 fileId, QFile &target);
     Outcome copyFrom(RegularFile &source, QFile &target);
     Outcome write(const QString &target, Existing existing, bool keepsPart, const Fill &fill);
+    void noteReason(const QFile &file);
     Outcome whyNothingWasRead() const;
     bool hasContents(const QString &path, qint64 fileId, int kind);
     void cleanUp(const QString &folder);
@@ -66,6 +73,9 @@ private:
 
     FileOperationWorker *m_worker;
     QString m_source;
+    QString m_target;
+    QString m_reason;
+    bool m_isCutShort = false;
     QSet<QString> m_reserved;
     QSet<QString> m_cleanFolders; ///< where nothing of ended processes is left
 };

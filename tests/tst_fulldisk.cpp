@@ -112,28 +112,37 @@ private slots:
 
     void extractionWithoutRoom_data()
     {
-        QTest::addColumn<bool>("isLinked");
-        addRow("internal", false);
-        addRow("external", true);
+        addColumns<bool, bool>("isLinked", "isThere");
+        addRow("internal", false, true);
+        addRow("internal, with a name of its own", false, false);
+        addRow("external", true, true);
     }
 
     void extractionWithoutRoom()
     {
         QFETCH(bool, isLinked);
+        QFETCH(bool, isThere);
         AddingSettings::setLinkToFiles(isLinked);
         add(m_fixture->write("big.dat"_s, QByteArray(2 * int(mebibyte), 'b')));
         QVERIFY(QDir().mkpath(onDisk("out"_s)));
-        QFile old(onDisk("out/big.dat"_s));
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
-        old.close();
+        const QString path = onDisk("out/big.dat"_s);
+        if (isThere) {
+            QFile old(path);
+            QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+        }
         fillDisk(mebibyte);
         m_fixture->answerBoxes([](const Messages::Box &) { return Messages::Answer{QMessageBox::Ok, 1}; });
         QSignalSpy finished(files(), &MainViewController::finishedAddingFiles);
         files()->extractFiles(onDisk("out"_s), {files()->contentsModel()->fileAt(0)->id()});
         QVERIFY(finished.wait(60000));
-        QTRY_COMPARE(m_fixture->boxes().size(), 2);
-        QVERIFY(m_fixture->takeBoxes().last().startsWith("Error extracting file: "_s));
-        QCOMPARE(WindowFixture::read(old.fileName()), QByteArray("old"));
+        QTRY_COMPARE(m_fixture->boxes().size(), isThere ? 2 : 1);
+        const QString told = m_fixture->takeBoxes().last();
+        QVERIFY(told.startsWith("Error extracting file: "_s));
+        for (const QString &part :
+             {"No space left"_s, "Files extracted: 0 of 1."_s,
+              (isThere ? "Not written:\n"_s : "Only its beginning was written:\n"_s) + path})
+            QVERIFY2(told.contains(part), qPrintable(told));
+        QVERIFY(WindowFixture::read(path).startsWith(isThere ? "old" : "bbb"));
         QCOMPARE(QDir(onDisk("out"_s)).entryList(QDir::Files | QDir::Hidden), QStringList{"big.dat"_s});
     }
 
