@@ -275,7 +275,8 @@ private slots:
         action("listAction")->setChecked(asTable);
         QAbstractItemView *view = asTable ? table() : list();
         const qint64 id = m_fixture->add(QUrl(before));
-        showAll();
+        // With the new name it is not found any more.
+        m_fixture->mainView().setFileFilterString("in/full"_s);
         m_ui->editMode->setChecked(true);
         const QModelIndex index = m_fixture->mainView().sorter()->index(
             0, asTable ? ContentsModel::NameColumn : ContentsModel::ThumbnailColumn);
@@ -290,6 +291,8 @@ private slots:
         QTest::keyClick(editor.data(), Qt::Key(end));
         QTRY_VERIFY(!editor);
         QCOMPARE(file(id)->name(), name);
+        QVERIFY(!m_view->findChild<TableView *>()->isEditing());
+        QVERIFY(!m_view->findChild<ListView *>()->isEditing());
     }
 
     void headerComesBack()

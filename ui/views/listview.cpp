@@ -8,6 +8,7 @@
 #include <QDrag>
 #include <QDragMoveEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QScrollBar>
 
 namespace {
@@ -110,6 +111,15 @@ void ListView::dropEvent(QDropEvent *event)
         event->ignore();
     else
         QListView::dropEvent(event);
+}
+
+void ListView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    const QPointer<QWidget> closed = editor;
+    QListView::closeEditor(editor, hint);
+    // The base passes over one whose row its text has hidden.
+    if (closed && closed->isVisible())
+        setState(NoState);
 }
 
 void ListView::paintEvent(QPaintEvent *event)

@@ -35,6 +35,9 @@ protected:
     void changeEvent(QEvent *event) override;
     QRegion visualRegionForSelection(const QItemSelection &selection) const override;
 
+protected slots:
+    void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
+
 private:
     void updateGrid();
 

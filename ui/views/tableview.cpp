@@ -13,6 +13,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QToolTip>
 
 namespace {
@@ -188,7 +189,11 @@ void TableView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint 
 {
     // With a box in front that says why a text was refused, the base lets the focus go anywhere.
     const bool isLast = editor && window()->focusWidget() == editor;
+    const QPointer<QWidget> closed = editor;
     QTableView::closeEditor(editor, hint);
+    // The base passes over one whose row its text has hidden.
+    if (closed && closed->isVisible())
+        setState(NoState);
     if (isLast && !isEditing())
         setFocus();
 }
