@@ -2,6 +2,7 @@
 
 #include "app/constants.h"
 #include "db/asyncrunner.h"
+#include "db/connections.h"
 #include "db/drivertexts.h"
 #include "db/errorjudge.h"
 #include "db/serverwatch.h"
@@ -263,10 +264,19 @@ bool BaseDBProvider::beginWriting(QSqlDatabase &database)
         tellFailure(database, query.lastError());
         return false;
     }
-    if (!m_writeGuard || !isOfWindow(database) || m_writeGuard->mayWrite())
-        return true;
-    database.rollback();
-    return false;
+    if (m_writeGuard && isOfWindow(database) && !m_writeGuard->mayWrite()) {
+        database.rollback();
+        return false;
+    }
+    waitForCommitOnly(database);
+    return true;
+}
+
+void BaseDBProvider::waitForCommitOnly(const QSqlDatabase &database)
+{
+    // Nobody else writes now. But a full cache goes to the disk page by page, and each of them would wait for
+    // whoever reads; without the wait it stays in memory.
+    Connections::setPatient(database, false);
 }
 
 bool BaseDBProvider::commitTransaction(const QString &connectionName)
@@ -277,6 +287,7 @@ bool BaseDBProvider::commitTransaction(const QString &connectionName)
     // The driver of SQLite keeps the number of a failed commit to itself, and with it that the disk is full
     // or the database busy; a statement tells.
     if (database.driverName() == Constants::sqliteDriver) {
+        Connections::setPatient(database, true);
         QSqlQuery query(database);
         if (query.exec(QStringLiteral("COMMIT;"))) {
             m_isInTransaction = false;
@@ -304,6 +315,8 @@ bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
     m_isInTransaction = false;
     const ServerWatch::Waiting waiting(database);
     const bool isDone = database.rollback();
+    if (database.driverName() == Constants::sqliteDriver)
+        Connections::setPatient(database, true);
     if (m_writeGuard && isOfWindow(database))
         m_writeGuard->changesUndone();
     return isDone;

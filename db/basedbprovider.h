@@ -143,6 +143,9 @@ protected:
     void forwardErrors(const QueryRunner &runner);
     /** Tells of an error, or that the connection is lost, after a failure on the default connection. */
     void tellFailure(const QSqlError &error);
+    /** To be called once a local database is locked for writing: from there on nothing waits until the end.
+     */
+    static void waitForCommitOnly(const QSqlDatabase &database);
 
 private:
     bool beginWriting(QSqlDatabase &database);

@@ -21,6 +21,7 @@ const QString serverOptions = QStringLiteral("connect_timeout=10;tcp_user_timeou
 // A file or a tag that another client is removing may stay locked for long. The window must not stand still
 // for it, the worker has the time.
 constexpr int windowLockMilliseconds = 3000;
+constexpr int driversBusyMilliseconds = 5000;
 
 /** What this run of the program is called in its change stamps. */
 QString clientName()
@@ -134,6 +135,16 @@ void close(const QString &name)
     ServerWatch::remove(name);
     QSqlDatabase::database(name, false).close();
     QSqlDatabase::removeDatabase(name);
+}
+
+void setPatient(const QSqlDatabase &database, bool isPatient)
+{
+    if (!database.isOpen())
+        return;
+    const QString told = database.connectOptions().section(QStringLiteral("QSQLITE_BUSY_TIMEOUT="), 1, 1);
+    const int waiting =
+        told.isEmpty() ? driversBusyMilliseconds : told.section(QLatin1Char(';'), 0, 0).toInt();
+    QSqlQuery(database).exec(QStringLiteral("PRAGMA busy_timeout=%1;").arg(isPatient ? waiting : 0));
 }
 
 bool isDatabaseThere(const DBDetails &details)

@@ -5,6 +5,8 @@
 #include <QSqlError>
 #include <QString>
 
+class QSqlDatabase;
+
 /** Opening and closing of named database connections, in the thread that is to use them. */
 namespace Connections {
 /** The name of the connection on which the window's statements run. */
@@ -30,6 +32,10 @@ Result open(const QString &name, const DBDetails &details, const QString &option
 
 /** Closes and removes a connection; nothing when there is none. No query of it may be alive. */
 void close(const QString &name);
+
+/** Whether statements on a local database wait for the locks of others, as long as its options say; or not at
+ * all. */
+void setPatient(const QSqlDatabase &database, bool isPatient);
 
 /** True for details of a server, and for a local path with a regular file behind it. */
 bool isDatabaseThere(const DBDetails &details);

@@ -1,5 +1,7 @@
 #include "fileops/sqlitefileoperationworker.h"
 
+#include <QSqlDatabase>
+
 namespace {
 constexpr int patienceMilliseconds = 5000;
 } // namespace
@@ -39,6 +41,8 @@ bool SqliteFileOperationWorker::beginTransaction(const QString &connectionName)
     // this reads the database, for which it would wait and fail by itself while another program locks it.
     if (m_isInTransaction && !m_hasLargeCache)
         m_hasLargeCache = runAsync(QStringLiteral("PRAGMA cache_size=-65536;"));
+    if (m_isInTransaction)
+        waitForCommitOnly(QSqlDatabase::database(connectionName, false));
     return m_isInTransaction;
 }
 

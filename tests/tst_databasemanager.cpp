@@ -3,6 +3,8 @@
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 
+#include <numeric>
+
 static const int addedFiles = 400;
 
 /** A local database from its making to its closing, and what is no database of ours. */
@@ -70,6 +72,26 @@ private slots:
         timer.start();
         QVERIFY(DatabaseManger::tagNames(details).isEmpty());
         QVERIFY(timer.elapsed() < 2000);
+    }
+
+    void readersHoldNoEditUp()
+    {
+        LocalManager manager;
+        manager.addFiles(60000);
+        const qint64 tagId = manager->addTag("tag"_s);
+        manager.run("PRAGMA cache_size=1");
+        QVector<qint64> ids(60000);
+        std::iota(ids.begin(), ids.end(), 1);
+        OtherConnection other(manager.path());
+        QVERIFY(other.run("BEGIN"_s) && other.run("SELECT count(*) FROM tags"_s));
+        QSignalSpy warnings(manager.get(), &DatabaseManger::showTempWarning);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!manager->linkTags(ids, {tagId}));
+        QVERIFY2(timer.elapsed() < 1500, qPrintable(QString::number(timer.elapsed())));
+        QCOMPARE(warnings.size(), 1);
+        QVERIFY(other.run("COMMIT"_s));
+        QVERIFY(manager->linkTags(ids, {tagId}));
     }
 
     void editOfABusyDatabaseWarnsAtOnce()
