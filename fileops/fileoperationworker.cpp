@@ -208,6 +208,12 @@ void FileOperationWorker::emitError(const QSqlError &error)
         m_report.note(error);
 }
 
+bool FileOperationWorker::hasMetLock() const
+{
+    return m_report.holds(
+        [judge = ErrorJudge(m_details)](const QSqlError &error) { return judge.isBusy(error); });
+}
+
 void FileOperationWorker::tellShortfall()
 {
     if (m_report.isShort(isCanceled() && !isStopped() && !isConnectionLost()))

@@ -51,6 +51,8 @@ public:
     void emitError(const QSqlError &error) override;
     /** What has failed in the running operation. */
     OperationReport &report() { return m_report; }
+    /** What others lock was in the way. It is for what follows, too, and each look would wait for it anew. */
+    bool hasMetLock() const;
     /** For an operation whose failure must end those behind it too. */
     void cancelAll();
     QString connectionName() const { return m_connectionName; }

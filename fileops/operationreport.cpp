@@ -49,6 +49,11 @@ void OperationReport::note(const QSqlError &error)
         m_errors.append(error);
 }
 
+bool OperationReport::holds(const std::function<bool(const QSqlError &)> &kind) const
+{
+    return std::any_of(m_errors.cbegin(), m_errors.cend(), kind);
+}
+
 void OperationReport::setDone(int done, int total)
 {
     m_done = done;

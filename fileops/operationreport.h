@@ -3,6 +3,8 @@
 #include "fileops/fileoperation.h"
 #include "fileops/operationshortfall.h"
 
+#include <functional>
+
 /**
  * Gathers what fails while an operation runs: a thousand files may fail for one cause, which is told once and
  * at the end, together with how many were done. Owned by the worker, on its thread.
@@ -18,6 +20,7 @@ public:
     void setOutcome(const QString &outcome) { m_outcome = outcome; }
 
     bool hasErrors() const { return !m_errors.isEmpty(); }
+    bool holds(const std::function<bool(const QSqlError &)> &kind) const;
     /** Whether there is anything to tell; `isCanceled` says that somebody wanted it to end. */
     bool isShort(bool isCanceled) const;
     OperationShortfall shortfall() const;

@@ -64,7 +64,7 @@ bool RemakeThumbnailsOperation::remakeBatch(const QVector<qint64> &ids, int from
 
 bool RemakeThumbnailsOperation::mayGoOn() const
 {
-    return !m_worker.shouldEnd() && !m_worker.isConnectionLost();
+    return !m_worker.shouldEnd() && !m_worker.isConnectionLost() && !m_worker.hasMetLock();
 }
 
 void RemakeThumbnailsOperation::reportProgress(int index, int count)

@@ -47,7 +47,7 @@ QVector<TransferFilesOperation::Source> TransferFilesOperation::findSources()
     QSet<qint64> seen;
     for (int i = 0; i < m_request.fileIds.size(); ++i) {
         const qint64 fileId = m_request.fileIds.at(i);
-        if (m_worker.shouldEnd() || m_worker.isConnectionLost())
+        if (m_worker.shouldEnd() || m_worker.isConnectionLost() || m_worker.hasMetLock())
             return {};
         // Twice would leave the first chain without an owner.
         if (seen.contains(fileId))
