@@ -4,6 +4,7 @@
 #include "db/abstractqueryconstructor.h"
 #include "db/transaction.h"
 #include "fileops/fileoperationworker.h"
+#include "fileops/firstnames.h"
 #include "fileops/thumbnailmaker.h"
 #include "fileops/thumbnailsahead.h"
 
@@ -32,6 +33,7 @@ void RemakeThumbnailsOperation::run()
             break;
     }
     m_worker.report().setDone(m_storedCount, ids.size());
+    reportUnread();
     emit m_worker.remadeAllThumbnails();
 }
 
@@ -56,6 +58,8 @@ bool RemakeThumbnailsOperation::remakeBatch(const QVector<qint64> &ids, int from
             const QByteArray png = ThumbnailMaker::encoded(thumbnails.canvasOf(source.path));
             if (!png.isEmpty())
                 m_made.append({source.thumbnailId, png});
+            else if (mayGoOn())
+                m_unread.append(source.path);
         }
         reportProgress(i, ids.size());
     }
@@ -123,4 +127,18 @@ bool RemakeThumbnailsOperation::store()
         return false;
     m_storedCount += made.size();
     return true;
+}
+
+void RemakeThumbnailsOperation::reportUnread()
+{
+    if (m_unread.isEmpty())
+        return;
+    const int count = m_unread.size();
+    const QString text =
+        count == 1
+            ? FileOperationWorker::tr("This picture could not be read and keeps its thumbnail:\n\n%1")
+            : FileOperationWorker::tr("%1 pictures could not be read and keep their thumbnails:\n\n%2");
+    emit m_worker.error(count == 1 ? text.arg(firstNames(m_unread))
+                                   : text.arg(QString::number(count), firstNames(m_unread)),
+                        FileOperationWorker::tr("Thumbnails not remade"));
 }

@@ -255,13 +255,17 @@ private slots:
                 "INSERT INTO file_paths VALUES (%1, '%2', '')"_s.arg(path.first).arg(path.second));
         QSignalSpy remade(m_provider.get(), &FileOperationProvider::remadeAllThumbnails);
         QSignalSpy progress(m_provider.get(), &FileOperationProvider::filesOperationProgress);
+        QSignalSpy told(m_provider.get(), &FileOperationProvider::error);
         m_provider->remakeThumbnails({4, 1, 99});
         QTRY_COMPARE(remade.count(), 1);
+        QCOMPARE(told.count(), 0);
         QCOMPARE(progress.first().first().toString(), "Remaking thumbnails..."_s);
         QCOMPARE(storedColours(), QVector<QColor>({Qt::blue, Qt::red, Qt::red, Qt::red}));
         m_provider->remakeThumbnails({});
         QTRY_COMPARE(remade.count(), 2);
         QCOMPARE(storedColours(), QVector<QColor>({Qt::blue, Qt::red, Qt::blue, Qt::red}));
+        QTRY_COMPARE(told.count(), 1);
+        QVERIFY(told.first().first().toString().endsWith(":\n\n"_s + broken));
     }
 
     void cacheShowsAPlaceholderFirst()
