@@ -1,18 +1,16 @@
 #include "models/browsingtreetablemodel.h"
 
 #include "app/showntext.h"
-#include "core/collection.h"
-#include "core/controllers/browstreecontroller.h"
+#include "models/browsingtreeshost.h"
 #include "models/treeroles.h"
 
 #include <QTimer>
 
 #include <algorithm>
 
-BrowsingTreeTableModel::BrowsingTreeTableModel(BrowsTreeController *controller, QObject *parent)
-    : QAbstractTableModel(parent), m_controller(controller)
+BrowsingTreeTableModel::BrowsingTreeTableModel(BrowsingTreesHost *host, QObject *parent)
+    : QAbstractTableModel(parent), m_host(host)
 {
-    connect(controller->collection(), &Collection::allDataReloaded, this, &BrowsingTreeTableModel::refresh);
     refresh();
 }
 
@@ -47,7 +45,7 @@ QVariant BrowsingTreeTableModel::data(const QModelIndex &index, int role) const
     case Qt::CheckStateRole:
         if (isName)
             return {};
-        return m_controller && m_controller->currentBrowsingTree() == tree->id ? Qt::Checked : Qt::Unchecked;
+        return m_host && m_host->currentBrowsingTree() == tree->id ? Qt::Checked : Qt::Unchecked;
     case TreeListRole::TreeId:
         return tree->id;
     default:
@@ -58,7 +56,7 @@ QVariant BrowsingTreeTableModel::data(const QModelIndex &index, int role) const
 bool BrowsingTreeTableModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const Tree *tree = treeAt(index);
-    if (!tree || !m_controller)
+    if (!tree || !m_host)
         return false;
     // A copy: the list is taken over anew on the way.
     if (index.column() == NameColumn && role == Qt::EditRole)
@@ -70,25 +68,25 @@ bool BrowsingTreeTableModel::setData(const QModelIndex &index, const QVariant &v
 
 bool BrowsingTreeTableModel::rename(const Tree &tree, const QString &name)
 {
-    if (name.isEmpty() || name == tree.name || m_controller->isReadOnly())
+    if (name.isEmpty() || name == tree.name || m_host->isReadOnly())
         return false;
     const QModelIndex other = indexOfName(name);
     if (other.isValid() && m_trees.at(other.row()).id != tree.id) {
         reportLater(tr("There is already a browsing tree with this name."));
         return false;
     }
-    const bool isRenamed = m_controller->renameTree(tree.id, name);
+    const bool isRenamed = m_host->renameTree(tree.id, name);
     refresh();
     return isRenamed;
 }
 
 bool BrowsingTreeTableModel::select(const Tree &tree)
 {
-    if (tree.id == m_controller->currentBrowsingTree())
+    if (tree.id == m_host->currentBrowsingTree())
         return false;
-    m_controller->loadTrees();
-    const bool isThere = m_controller->browsingTrees().contains(tree.id);
-    const bool isSelected = isThere && m_controller->selectTree(tree.id);
+    m_host->loadTrees();
+    const bool isThere = m_host->browsingTrees().contains(tree.id);
+    const bool isSelected = isThere && m_host->selectTree(tree.id);
     refresh();
     if (!isThere)
         reportLater(tr("Selected browsing tree no longer exists."));
@@ -111,17 +109,17 @@ Qt::ItemFlags BrowsingTreeTableModel::flags(const QModelIndex &index) const
     const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
     if (index.column() == SelectColumn)
         return flags | Qt::ItemIsUserCheckable;
-    return m_controller && !m_controller->isReadOnly() ? flags | Qt::ItemIsEditable : flags;
+    return m_host && !m_host->isReadOnly() ? flags | Qt::ItemIsEditable : flags;
 }
 
 void BrowsingTreeTableModel::load()
 {
-    if (!m_controller)
+    if (!m_host)
         return;
-    m_controller->loadTrees();
-    const QMap<qint64, QString> trees = m_controller->browsingTrees();
-    if (!trees.isEmpty() && !trees.contains(m_controller->currentBrowsingTree())) {
-        m_controller->selectTree(trees.firstKey());
+    m_host->loadTrees();
+    const QMap<qint64, QString> trees = m_host->browsingTrees();
+    if (!trees.isEmpty() && !trees.contains(m_host->currentBrowsingTree())) {
+        m_host->selectTree(trees.firstKey());
         reportLater(tr("Previous browsing tree does not exists anymore. \nSelected default browsing tree."));
     }
     refresh();
@@ -134,7 +132,7 @@ QModelIndex BrowsingTreeTableModel::addTree(const QString &name)
         emit treeDuplicated(other);
         return {};
     }
-    if (!m_controller || !m_controller->addTree(name))
+    if (!m_host || !m_host->addTree(name))
         return {};
     refresh();
     return indexOfName(name);
@@ -143,9 +141,9 @@ QModelIndex BrowsingTreeTableModel::addTree(const QString &name)
 bool BrowsingTreeTableModel::removeTree(const QModelIndex &index)
 {
     const Tree *tree = treeAt(index);
-    if (!tree || !m_controller)
+    if (!tree || !m_host)
         return false;
-    const bool isRemoved = m_controller->removeTree(tree->id);
+    const bool isRemoved = m_host->removeTree(tree->id);
     refresh();
     return isRemoved;
 }
@@ -167,8 +165,7 @@ QModelIndex BrowsingTreeTableModel::indexOfName(const QString &name) const
 void BrowsingTreeTableModel::refresh()
 {
     QVector<Tree> trees;
-    const QMap<qint64, QString> listed =
-        m_controller ? m_controller->browsingTrees() : QMap<qint64, QString>();
+    const QMap<qint64, QString> listed = m_host ? m_host->browsingTrees() : QMap<qint64, QString>();
     for (auto tree = listed.cbegin(); tree != listed.cend(); ++tree)
         trees.append({tree.key(), tree.value()});
     const bool isSameSet =

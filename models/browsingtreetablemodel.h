@@ -1,14 +1,13 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QPointer>
 #include <QVector>
 
-class BrowsTreeController;
+class BrowsingTreesHost;
 
 /**
  * The browsing trees of a server database for their dialog, the default one first: the name, which can be
- * edited, and a check box on the tree that is shown. It keeps a copy of the controller's list. Messages leave
+ * edited, and a check box on the tree that is shown. It keeps a copy of the host's list. Messages leave
  * from the event loop, as an editor may be open. GUI thread.
  */
 class BrowsingTreeTableModel : public QAbstractTableModel
@@ -18,7 +17,7 @@ class BrowsingTreeTableModel : public QAbstractTableModel
 public:
     enum Column : int { NameColumn, SelectColumn, ColumnCount };
 
-    explicit BrowsingTreeTableModel(BrowsTreeController *controller, QObject *parent = nullptr);
+    explicit BrowsingTreeTableModel(BrowsingTreesHost *host, QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -37,6 +36,12 @@ public:
     static bool isDefaultTree(const QModelIndex &index) { return index.row() == 0; }
     QModelIndex indexOf(qint64 treeId) const;
 
+public slots:
+    /** Takes the host's list over. */
+    void refresh();
+    /** The host is about to go. */
+    void forgetHost() { m_host = nullptr; }
+
 signals:
     /** A new tree was to get the name of this one. */
     void treeDuplicated(const QModelIndex &index);
@@ -53,10 +58,8 @@ private:
     bool rename(const Tree &tree, const QString &name);
     bool select(const Tree &tree);
     QModelIndex indexOfName(const QString &name) const;
-    /** Takes the controller's list over. */
-    void refresh();
     void reportLater(const QString &text);
 
-    QPointer<BrowsTreeController> m_controller;
+    BrowsingTreesHost *m_host;
     QVector<Tree> m_trees;
 };

@@ -2,8 +2,8 @@
 
 #include "app/constants.h"
 #include "app/viewsettings.h"
-#include "core/controllers/browstreecontroller.h"
 #include "models/naturalorder.h"
+#include "models/nodeshost.h"
 #include "models/tbtreemodel.h"
 #include "models/treeroles.h"
 
@@ -46,8 +46,8 @@ NodeType typeOf(const QModelIndex &index)
 
 } // namespace
 
-BrTreeSorterModel::BrTreeSorterModel(BrowsTreeController *controller, QObject *parent)
-    : QSortFilterProxyModel(parent), m_controller(controller), m_sortMode(ViewSettings::ManualSorting)
+BrTreeSorterModel::BrTreeSorterModel(NodesHost *host, QObject *parent)
+    : QSortFilterProxyModel(parent), m_host(host), m_sortMode(ViewSettings::ManualSorting)
 {
     setDynamicSortFilter(true);
     setSortCaseSensitivity(Qt::CaseInsensitive);
@@ -91,18 +91,18 @@ bool BrTreeSorterModel::tagNodeLessThan(const QModelIndex &left, const QModelInd
 
 bool BrTreeSorterModel::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
-    if (!m_controller)
+    if (!m_host)
         return false;
     const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
     const bool isShown = typeOf(index) != TagNode ||
-                         index.data(NodeRole::TreeId).toLongLong() == m_controller->currentBrowsingTree();
+                         index.data(NodeRole::TreeId).toLongLong() == m_host->currentBrowsingTree();
     return isShown && QSortFilterProxyModel::filterAcceptsRow(sourceRow, sourceParent);
 }
 
 bool BrTreeSorterModel::canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                                         const QModelIndex &parent) const
 {
-    if (!m_controller || !m_controller->allowsManualMoves() || !data->hasFormat(Constants::nodeMimeType) ||
+    if (!m_host || !m_host->allowsManualMoves() || !data->hasFormat(Constants::nodeMimeType) ||
         !QSortFilterProxyModel::canDropMimeData(data, action, row, column, parent))
         return false;
     const QModelIndex dragged = indexOfNode(TagNode, readDrag(*data).nodeId);
@@ -143,8 +143,8 @@ bool BrTreeSorterModel::dropMimeData(const QMimeData *data, Qt::DropAction actio
 QModelIndex BrTreeSorterModel::indexOfNode(NodeType type, qint64 id) const
 {
     const auto *tree = qobject_cast<const TBtreeModel *>(sourceModel());
-    if (!tree || !m_controller)
+    if (!tree || !m_host)
         return {};
-    const TBnode *node = type == TagNode ? m_controller->nodeById(id) : tree->fixedNode(type);
+    const TBnode *node = type == TagNode ? m_host->nodeById(id) : tree->fixedNode(type);
     return mapFromSource(tree->indexOf(node));
 }

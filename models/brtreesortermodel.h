@@ -5,7 +5,7 @@
 
 #include <QSortFilterProxyModel>
 
-class BrowsTreeController;
+class NodesHost;
 
 /**
  * The order of the browsing tree: the fixed nodes first, then the nodes of tags by hand, by name or by id.
@@ -16,7 +16,7 @@ class BrTreeSorterModel : public QSortFilterProxyModel
     Q_OBJECT
 
 public:
-    explicit BrTreeSorterModel(BrowsTreeController *controller, QObject *parent = nullptr);
+    explicit BrTreeSorterModel(NodesHost *host, QObject *parent = nullptr);
 
     /** 1 by hand, 2 alphabetical, anything else by id. The order by hand is borrowed and may be null. */
     void setSorting(int mode, AbstractNodesSorter *sorter);
@@ -41,7 +41,7 @@ protected:
 private:
     bool tagNodeLessThan(const QModelIndex &left, const QModelIndex &right) const;
 
-    BrowsTreeController *m_controller;
+    NodesHost *m_host;
     AbstractNodesSorter *m_sorter = nullptr;
     int m_sortMode;
 };

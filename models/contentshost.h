@@ -1,5 +1,7 @@
 #pragma once
 
+#include "models/edithost.h"
+
 #include <QString>
 #include <QVector>
 
@@ -11,15 +13,9 @@ class QMimeData;
  * What ContentsModel asks of the controller above it: texts and pictures that a record does not hold, and the
  * edits that a view makes through the model. GUI thread.
  */
-class ContentsHost
+class ContentsHost : public virtual EditHost
 {
 public:
-    virtual ~ContentsHost() = default;
-
-    virtual bool isWritable() const = 0;
-    /** False for a read-only database, after telling the user so. */
-    virtual bool mayEdit() = 0;
-
     /** The names of these tags in their order, joined by ", ". */
     virtual QString joinedTagNames(const QVector<qint64> &tagIds) const = 0;
     virtual bool isFileMissing(qint64 fileId) const = 0;

@@ -280,7 +280,7 @@ bool ContentsModel::canDropMimeData(const QMimeData *data, Qt::DropAction /*acti
 {
     if (data->hasFormat(Constants::tagMimeType))
         return true;
-    return m_host && m_host->isWritable();
+    return m_host && !m_host->isReadOnly();
 }
 
 bool ContentsModel::dropMimeData(const QMimeData *data, Qt::DropAction /*action*/, int /*row*/,

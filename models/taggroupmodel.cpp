@@ -1,8 +1,8 @@
 #include "models/taggroupmodel.h"
 
 #include "app/showntext.h"
-#include "core/controllers/groupscontroller.h"
 #include "db/longtext.h"
+#include "models/taggroupshost.h"
 #include "models/tagroles.h"
 
 #include <algorithm>
@@ -14,8 +14,8 @@ Qt::CheckState stateOf(const GroupItem &group)
 }
 } // namespace
 
-TagGroupModel::TagGroupModel(GroupsController *controller, GroupMap *groups, QObject *parent)
-    : QAbstractTableModel(parent), m_controller(controller), m_groups(groups)
+TagGroupModel::TagGroupModel(TagGroupsHost *host, GroupMap *groups, QObject *parent)
+    : QAbstractTableModel(parent), m_host(host), m_groups(groups)
 {
     connect(m_groups, &SignalContainer::itemInserted, this, &TagGroupModel::groupInserted);
     connect(m_groups, &SignalContainer::itemDeleted, this, &TagGroupModel::groupDeleted);
@@ -61,35 +61,25 @@ QVariant TagGroupModel::data(const QModelIndex &index, int role) const
     }
 }
 
-bool TagGroupModel::mayEdit() const
-{
-    if (!m_controller)
-        return false;
-    if (!m_controller->isReadOnly())
-        return true;
-    m_controller->showReadOnlyMessage();
-    return false;
-}
-
 bool TagGroupModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const GroupItem *group = groupAt(index);
-    if (!group)
+    if (!group || !m_host)
         return false;
     const qint64 groupId = group->id();
     if (index.column() == GroupColumn && role == Qt::EditRole) {
         const QString before = group->name();
-        if (value.toString() == before || value.toString().simplified().isEmpty() || !mayEdit())
+        if (value.toString() == before || value.toString().simplified().isEmpty() || !m_host->mayEdit())
             return false;
-        m_controller->renameGroup(groupId, value.toString());
+        m_host->renameGroup(groupId, value.toString());
         group = m_groups->value(groupId);
         return group && group->name() != before;
     }
     if (index.column() == TabColumn && role == Qt::CheckStateRole) {
         const bool isVisible = value.toInt() == Qt::Checked;
-        if (isVisible == group->isVisible() || !mayEdit())
+        if (isVisible == group->isVisible() || !m_host->mayEdit())
             return false;
-        m_controller->setGroupVisible({groupId}, isVisible);
+        m_host->setGroupVisible({groupId}, isVisible);
         return true;
     }
     return false;

@@ -5,11 +5,11 @@
 #include <QAbstractTableModel>
 #include <QVector>
 
-class GroupsController;
+class TagGroupsHost;
 
 /**
  * The list of tag groups for the dialogs, in the order of their ids: name, and whether the group is a tab.
- * The map is the manager's and outlives the model; edits go to the controller. GUI thread.
+ * The map is the manager's and outlives the model; edits go to the host. GUI thread.
  */
 class TagGroupModel : public QAbstractTableModel
 {
@@ -18,7 +18,7 @@ class TagGroupModel : public QAbstractTableModel
 public:
     enum Column : int { GroupColumn, TabColumn, ColumnCount };
 
-    TagGroupModel(GroupsController *controller, GroupMap *groups, QObject *parent = nullptr);
+    TagGroupModel(TagGroupsHost *host, GroupMap *groups, QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -36,13 +36,12 @@ public slots:
 
 private:
     const GroupItem *groupAt(const QModelIndex &index) const;
-    bool mayEdit() const;
     void groupInserted(const QVariant &groupId);
     void groupDeleted(const QVariant &groupId);
     void groupChanged();
     void follow(const GroupItem *group);
 
-    GroupsController *m_controller;
+    TagGroupsHost *m_host;
     GroupMap *m_groups;
     QVector<qint64> m_groupIds; // the map's keys, as far as the views know
 };

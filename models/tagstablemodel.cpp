@@ -2,25 +2,23 @@
 
 #include "app/constants.h"
 #include "app/showntext.h"
-#include "core/controllers/tagscontroller.h"
 #include "db/databasemanger.h"
 #include "db/longtext.h"
 #include "models/droppedurls.h"
 #include "models/idlistmime.h"
 #include "models/tagroles.h"
+#include "models/tagshost.h"
 
 #include <QDateTime>
 #include <QMimeData>
 #include <QSet>
 #include <QUrl>
 
-TagsTableModel::TagsTableModel(TagsController *controller, DatabaseManger *manager, QObject *parent)
-    : QAbstractTableModel(parent), m_controller(controller), m_manager(manager)
+TagsTableModel::TagsTableModel(TagsHost *host, DatabaseManger *manager, QObject *parent)
+    : QAbstractTableModel(parent), m_host(host), m_manager(manager)
 {
     m_announceTimer.setSingleShot(true);
     connect(&m_announceTimer, &QTimer::timeout, this, &TagsTableModel::announceGathered);
-    if (m_controller)
-        connect(m_controller, &TagsController::markedTagsChanged, this, &TagsTableModel::setMarkedTagIds);
     if (m_manager)
         connectManager();
 }
@@ -110,7 +108,7 @@ QVariant TagsTableModel::text(const TagItem &tag, int column) const
     case CreationDateColumn:
         return QDateTime::fromSecsSinceEpoch(tag.creationDate());
     case FilesColumn:
-        return m_controller ? m_controller->filesCount(tag.id()) : 0;
+        return m_host ? m_host->filesCount(tag.id()) : 0;
     default:
         return {};
     }
@@ -156,19 +154,9 @@ bool TagsTableModel::setData(const QModelIndex &index, const QVariant &value, in
         setMarkedTagIds(value.value<QVector<qint64>>());
         return m_markedTagIds != earlier;
     }
-    if (role != Qt::EditRole || index.column() > DescriptionColumn || !mayEdit())
+    if (role != Qt::EditRole || index.column() > DescriptionColumn || !mayEdit(m_host))
         return false;
     return editTag(*m_rows.at(index.row()), index.column(), value.toString());
-}
-
-bool TagsTableModel::mayEdit() const
-{
-    if (!m_controller)
-        return false;
-    if (!m_controller->isReadOnly())
-        return true;
-    m_controller->showReadOnlyMessage();
-    return false;
 }
 
 bool TagsTableModel::editTag(const TagItem &tag, int column, const QString &value)
@@ -179,9 +167,9 @@ bool TagsTableModel::editTag(const TagItem &tag, int column, const QString &valu
     if (column == NameColumn) {
         if (value.simplified().isEmpty())
             return false;
-        m_controller->renameTag(tagId, value);
+        m_host->renameTag(tagId, value);
     } else {
-        m_controller->changeDescription(tagId, value);
+        m_host->changeDescription(tagId, value);
     }
     const TagItem *edited = itemOf(tagId);
     return edited && text(*edited, column).toString() != before;
@@ -223,26 +211,26 @@ bool TagsTableModel::canDropMimeData(const QMimeData *data, Qt::DropAction /*act
         return false;
     if (data->hasFormat(Constants::fileMimeType))
         return true;
-    return data->hasFormat(Constants::uriMimeType) && m_controller && !m_controller->isReadOnly();
+    return data->hasFormat(Constants::uriMimeType) && m_host && !m_host->isReadOnly();
 }
 
 bool TagsTableModel::dropMimeData(const QMimeData *data, Qt::DropAction /*action*/, int /*row*/,
                                   int /*column*/, const QModelIndex &parent)
 {
     const TagItem *tag = parent.isValid() ? tagAt(parent.row()) : nullptr;
-    if (!data || !tag)
+    if (!data || !tag || !m_host)
         return false;
-    if (!mayEdit())
+    if (!m_host->mayEdit())
         return true;
     const qint64 tagId = tag->id();
     if (data->hasFormat(Constants::fileMimeType)) {
         const QVector<qint64> fileIds = IdListMime::unpack(data, Constants::fileMimeType);
         if (!fileIds.isEmpty())
-            m_controller->linkFilesToTag(tagId, fileIds);
+            m_host->linkFilesToTag(tagId, fileIds);
     } else if (data->hasFormat(Constants::uriMimeType)) {
         const QList<QUrl> urls = DroppedUrls::of(*data);
         if (!urls.isEmpty())
-            m_controller->addFilesToTag(tagId, urls);
+            m_host->addFilesToTag(tagId, urls);
     }
     return true;
 }
@@ -251,10 +239,10 @@ void TagsTableModel::updateFileCounts()
 {
     int first = -1;
     int last = -1;
-    for (int row = 0; m_controller && row < m_rows.size(); ++row) {
+    for (int row = 0; m_host && row < m_rows.size(); ++row) {
         const QSignalBlocker blocker(m_rows.at(row)); // told together
         const qint64 before = m_rows.at(row)->filesCount();
-        m_rows.at(row)->setFilesCount(m_controller->filesCount(m_rows.at(row)->id()));
+        m_rows.at(row)->setFilesCount(m_host->filesCount(m_rows.at(row)->id()));
         if (m_rows.at(row)->filesCount() == before)
             continue;
         first = first < 0 ? row : first;

@@ -11,14 +11,14 @@
 #include <QVector>
 
 class DatabaseManger;
-class TagsController;
+class TagsHost;
 
 /**
  * The table of all tags of the open database, a row a tag in the order of loading. It makes a TagItem of each
  * raw row of the manager, owns it, and keeps it in step: with the raw row, with the tag groups and, for the
- * numbers of files, with the file records. It connects itself to the manager, after the controller, which
- * drops its counts by the same signals; edits and drops go to the controller. Both are borrowed and outlive
- * the model; without them it shows what its slots bring. GUI thread.
+ * numbers of files, with the file records. It connects itself to the manager, after the host, which drops
+ * its counts by the same signals; edits and drops go to the host. Both are borrowed and outlive the model;
+ * without them it shows what its slots bring. GUI thread.
  */
 class TagsTableModel : public QAbstractTableModel
 {
@@ -27,7 +27,7 @@ class TagsTableModel : public QAbstractTableModel
 public:
     enum Column : int { NameColumn, DescriptionColumn, CreationDateColumn, FilesColumn, ColumnCount };
 
-    TagsTableModel(TagsController *controller, DatabaseManger *manager, QObject *parent = nullptr);
+    TagsTableModel(TagsHost *host, DatabaseManger *manager, QObject *parent = nullptr);
     ~TagsTableModel() override;
 
     /** Null outside the rows. */
@@ -76,7 +76,6 @@ private:
     void connectManager();
     QVariant decoration(const TagItem &tag) const;
     QVariant text(const TagItem &tag, int column) const;
-    bool mayEdit() const;
     bool editTag(const TagItem &tag, int column, const QString &value);
     TagItem *itemOf(qint64 tagId) const;
     TagItem *makeItem(TableRowData *row, qint64 tagId, const QVector<qint64> &groups);
@@ -90,7 +89,7 @@ private:
     void announceRow(qint64 tagId);
     void announceRows(int first, int last);
 
-    TagsController *m_controller;
+    TagsHost *m_host;
     DatabaseManger *m_manager;
     TagVector m_rows;
     QVector<qint64> m_markedTagIds;

@@ -3,8 +3,8 @@
 #include "app/constants.h"
 #include "app/showntext.h"
 #include "app/specialnodes.h"
-#include "core/controllers/browstreecontroller.h"
 #include "core/treewalk.h"
+#include "models/nodeshost.h"
 #include "models/treeroles.h"
 
 #include <QColor>
@@ -31,9 +31,9 @@ QVector<qint64> requiredTags(const TBnode &node)
 
 } // namespace
 
-TBtreeModel::TBtreeModel(BrowsTreeController *controller, QObject *parent)
+TBtreeModel::TBtreeModel(NodesHost *host, QObject *parent)
     : QAbstractItemModel(parent),
-      m_controller(controller),
+      m_host(host),
       m_root(std::make_unique<TBnode>(nullptr, -1, -1, false, false, 0, QString(), NodeType(0)))
 {
     makeFixedNodes();
@@ -92,7 +92,7 @@ Qt::ItemFlags TBtreeModel::flags(const QModelIndex &index) const
         return flags;
     if (node->nodeType() == TagNode || node->nodeType() == AllFiles)
         flags |= Qt::ItemIsDropEnabled;
-    if (node->nodeType() == TagNode && m_controller && m_controller->allowsManualMoves())
+    if (node->nodeType() == TagNode && m_host && m_host->allowsManualMoves())
         flags |= Qt::ItemIsDragEnabled;
     return flags;
 }

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-class BrowsTreeController;
+class NodesHost;
 
 /**
  * The browsing tree with its fixed nodes on top. The hidden root and the fixed nodes belong to the model, the
@@ -19,8 +19,8 @@ class TBtreeModel : public QAbstractItemModel
     Q_OBJECT
 
 public:
-    /** The controller is borrowed; without one nothing can be dragged. */
-    explicit TBtreeModel(BrowsTreeController *controller, QObject *parent = nullptr);
+    /** The host is borrowed; without one nothing can be dragged. */
+    explicit TBtreeModel(NodesHost *host, QObject *parent = nullptr);
     ~TBtreeModel() override;
 
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
@@ -77,7 +77,7 @@ private:
     static QString toolTip(const TBnode &node);
     static QString displayText(const TBnode &node);
 
-    BrowsTreeController *m_controller;
+    NodesHost *m_host;
     std::unique_ptr<TBnode> m_root;
     std::unique_ptr<TBnode> m_allFilesNode;
     std::vector<std::unique_ptr<TBnode>> m_fixedNodes;

@@ -2,17 +2,17 @@
 
 #include "app/constants.h"
 #include "app/showntext.h"
-#include "core/controllers/relationscontroller.h"
 #include "core/treewalk.h"
 #include "models/idlistmime.h"
+#include "models/tagnames.h"
 #include "models/treeroles.h"
 
 namespace {
 const QLatin1Char separator('.');
 } // namespace
 
-TRmodel::TRmodel(RelationsController *controller, QObject *parent)
-    : QAbstractItemModel(parent), m_controller(controller), m_root(0)
+TRmodel::TRmodel(const TagNames *names, QObject *parent)
+    : QAbstractItemModel(parent), m_names(names), m_root(0)
 {
     connectNode(&m_root);
 }
@@ -42,7 +42,7 @@ QVariant TRmodel::data(const QModelIndex &index, int role) const
 
 QString TRmodel::displayText(const TRnode &node) const
 {
-    const QString name = ShownText::cut(m_controller ? m_controller->tagName(node.id()) : node.name());
+    const QString name = ShownText::cut(m_names ? m_names->tagName(node.id()) : node.name());
     // More stands below than can be shown.
     return node.childrenCount() > 0 && TreeWalk::hidesChildren(node) ? name + QStringLiteral(" …") : name;
 }

@@ -7,7 +7,7 @@
 #include <QHash>
 #include <QPair>
 
-class RelationsController;
+class TagNames;
 
 /**
  * The tag relationship trees. The hidden root belongs to the model, the other nodes to the manager; the model
@@ -18,7 +18,7 @@ class TRmodel : public QAbstractItemModel
     Q_OBJECT
 
 public:
-    explicit TRmodel(RelationsController *controller, QObject *parent = nullptr);
+    explicit TRmodel(const TagNames *names, QObject *parent = nullptr);
     ~TRmodel() override;
 
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
@@ -66,7 +66,7 @@ private:
     /** The path of an entry at the top. */
     QString topPathOf(const TRnode *node) const;
 
-    RelationsController *m_controller;
+    const TagNames *m_names;
     TRnode m_root;
     QHash<const TRnode *, QString> m_longTopPaths; ///< of entries at the top whose parents have no rows
     bool m_isChangeShown = false; // whether rows come or go with the present change of a node

@@ -75,7 +75,7 @@ private slots:
         QFETCH(QString, call);
         fill(1);
         QCOMPARE(m_model->setData(at(0, column), text), !call.isEmpty());
-        m_host->isReadOnly = true;
+        m_host->isDatabaseReadOnly = true;
         QVERIFY(!m_model->setData(at(0, column), text));
         QCOMPARE(m_host->calls.join(QLatin1Char('|')), call);
     }
@@ -111,7 +111,7 @@ private slots:
         mime.setData(type, bytes);
         const QModelIndex target = row < 0 ? QModelIndex() : at(row, 1);
         QCOMPARE(m_model->dropMimeData(&mime, Qt::CopyAction, -1, -1, target), !call.isEmpty());
-        m_host->isReadOnly = true;
+        m_host->isDatabaseReadOnly = true;
         QVERIFY(!m_model->dropMimeData(&mime, Qt::CopyAction, -1, -1, target));
         QCOMPARE(m_host->calls.join(QLatin1Char('|')), call);
         QCOMPARE(m_model->canDropMimeData(&mime, Qt::CopyAction, -1, -1, target),

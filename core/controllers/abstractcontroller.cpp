@@ -25,7 +25,7 @@ void AbstractController::showReadOnlyMessage()
     Messages::information(nullptr, tr("Read-only Database"), tr("This database is read-only."));
 }
 
-bool AbstractController::mayWrite()
+bool AbstractController::mayEdit()
 {
     if (!isReadOnly())
         return true;

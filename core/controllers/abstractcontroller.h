@@ -1,5 +1,7 @@
 #pragma once
 
+#include "models/edithost.h"
+
 #include <QObject>
 #include <QVector>
 
@@ -9,9 +11,9 @@ class DatabaseManger;
 
 /**
  * What the views and models of one domain talk to. A controller belongs to its collection and borrows the
- * manager. Whoever offers an edit asks isReadOnly() first and shows showReadOnlyMessage() when it is so.
+ * manager. Every edit, of its own or of a view, passes mayEdit() first.
  */
-class AbstractController : public QObject
+class AbstractController : public QObject, public virtual EditHost
 {
     Q_OBJECT
 
@@ -21,7 +23,8 @@ public:
     ~AbstractController() override;
 
     /** False without a manager. */
-    virtual bool isReadOnly() const;
+    bool isReadOnly() const override;
+    bool mayEdit() override;
     virtual void showReadOnlyMessage();
     /** The first load of the domain's records, after opening. */
     virtual void load() = 0;
@@ -34,8 +37,6 @@ public:
 protected:
     DatabaseManger *manager() const { return m_manager; }
     const AbstractQueryConstructor *queryConstructor() const { return m_queryConstructor; }
-    /** True when an edit may go on; otherwise the user has been told why not. */
-    bool mayWrite();
 
 private:
     DatabaseManger *m_manager;

@@ -76,21 +76,21 @@ void BrowsTreeController::load()
 
 void BrowsTreeController::changeInversion(qint64 nodeId, bool inverted)
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->updateNode(nodeId, QStringLiteral("inverted"), flagText(inverted));
     followShownNode();
 }
 
 void BrowsTreeController::changeTrOption(qint64 nodeId, bool trOption)
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->updateNode(nodeId, QStringLiteral("tr_options"), flagText(trOption));
     followShownNode();
 }
 
 void BrowsTreeController::addNodesBelow(const QVector<qint64> &tagIds, qint64 nodeId)
 {
-    if (!manager() || !mayWrite())
+    if (!manager() || !mayEdit())
         return;
     const qint64 parentId = qMax<qint64>(0, nodeId);
     if (tagIds.size() == 1)
@@ -102,7 +102,7 @@ void BrowsTreeController::addNodesBelow(const QVector<qint64> &tagIds, qint64 no
 void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
 {
     const TBnode *node = nodeById(nodeId);
-    if (!manager() || !node || node->nodeType() != TagNode || !mayWrite())
+    if (!manager() || !node || node->nodeType() != TagNode || !mayEdit())
         return;
     const TBnode *parent = node->parentNode();
     const bool keepsPlace = allowsManualMoves() && parent;
@@ -141,13 +141,13 @@ void BrowsTreeController::addTagNodes(const QVector<qint64> &tagIds, qint64 node
 
 void BrowsTreeController::removeNodes(const QVector<qint64> &nodeIds)
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->removeNodesKeepingChildren(nodeIds);
 }
 
 void BrowsTreeController::removeNodesWithSubtree(const QVector<qint64> &nodeIds)
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->removeNodes(nodeIds);
 }
 
@@ -406,19 +406,19 @@ bool BrowsTreeController::hasOtherTreeNamed(const QString &name, qint64 treeId) 
 
 bool BrowsTreeController::addTree(const QString &name)
 {
-    return manager() && !hasOtherTreeNamed(name, 0) && mayWrite() && manager()->addBrowsingTree(name) > 0;
+    return manager() && !hasOtherTreeNamed(name, 0) && mayEdit() && manager()->addBrowsingTree(name) > 0;
 }
 
 bool BrowsTreeController::renameTree(qint64 treeId, const QString &name)
 {
-    return manager() && !hasOtherTreeNamed(name, treeId) && mayWrite() &&
+    return manager() && !hasOtherTreeNamed(name, treeId) && mayEdit() &&
            manager()->renameBrowsingTree(treeId, name);
 }
 
 bool BrowsTreeController::removeTree(qint64 treeId)
 {
     const QMap<qint64, QString> trees = browsingTrees();
-    if (!trees.contains(treeId) || treeId == trees.firstKey() || !mayWrite())
+    if (!trees.contains(treeId) || treeId == trees.firstKey() || !mayEdit())
         return false;
     if (treeId == currentBrowsingTree())
         selectTree(trees.firstKey());
@@ -472,12 +472,12 @@ QVector<qint64> BrowsTreeController::tagsOfNode(qint64 nodeId) const
 void BrowsTreeController::addFilesToNode(qint64 nodeId, const QVector<qint64> &fileIds)
 {
     const QVector<qint64> tagIds = tagsOfNode(nodeId);
-    if (m_mainView && !tagIds.isEmpty() && mayWrite())
+    if (m_mainView && !tagIds.isEmpty() && mayEdit())
         m_mainView->linkTags(fileIds, tagIds);
 }
 
 void BrowsTreeController::addUrlsToNode(qint64 nodeId, const QList<QUrl> &urls)
 {
-    if (m_mainView && mayWrite())
+    if (m_mainView && mayEdit())
         m_mainView->addUrls(urls, tagsOfNode(nodeId), true, qMax<qint64>(0, nodeId));
 }

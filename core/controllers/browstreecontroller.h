@@ -2,7 +2,9 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "core/recordtypes.h"
+#include "models/browsingtreeshost.h"
 #include "models/manualnodessorter.h"
+#include "models/nodeshost.h"
 #include "models/tagrequirements.h"
 
 #include <QHash>
@@ -20,7 +22,7 @@ class TBtreeModel;
 class TagsController;
 
 /** The browsing tree: making and removing nodes, and showing the files that a node selects. GUI thread. */
-class BrowsTreeController : public AbstractController
+class BrowsTreeController : public AbstractController, public NodesHost, public BrowsingTreesHost
 {
     Q_OBJECT
 
@@ -48,7 +50,7 @@ public:
     /** Whether one of the nodes has children. */
     bool hasChildren(const QVector<qint64> &nodeIds) const;
     /** The id 0 is that of "All files". Null for an unknown node. */
-    TBnode *nodeById(qint64 nodeId) const;
+    TBnode *nodeById(qint64 nodeId) const override;
     /** The hidden root above "All files". */
     TBnode *rootNode() const;
     bool hasAutolinks(qint64 nodeId) const;
@@ -65,26 +67,26 @@ public:
     qint64 currentTagNodeId() const { return m_currentType == TagNode ? m_currentId : 0; }
 
     /** The id of the tree that is shown; 0 for the one tree of a local database. */
-    qint64 currentBrowsingTree() const;
+    qint64 currentBrowsingTree() const override;
     /** Empty where the database has only one tree. */
     QString currentTreeName() const;
     /** The trees of a server by id, the default one first; empty for a local database. */
-    QMap<qint64, QString> browsingTrees() const;
+    QMap<qint64, QString> browsingTrees() const override;
     /** Reads the list of trees anew: others make and remove them too. The tree that is shown stays. */
-    void loadTrees();
+    void loadTrees() override;
     /** False, and nothing is done, when another tree has this name; and when the database did not take it. */
-    bool addTree(const QString &name);
-    bool renameTree(qint64 treeId, const QString &name);
+    bool addTree(const QString &name) override;
+    bool renameTree(qint64 treeId, const QString &name) override;
     /** The default tree cannot be removed. In the place of the one that is shown the default tree is shown.
      */
-    bool removeTree(qint64 treeId);
+    bool removeTree(qint64 treeId) override;
     /**
      * Shows a tree from now on, also after the next start. When another client has removed it, the default
      * tree is shown and Collection::showError says so; false then.
      */
-    bool selectTree(qint64 treeId);
+    bool selectTree(qint64 treeId) override;
     /** Whether nodes can be put in order by hand. */
-    bool allowsManualMoves() const;
+    bool allowsManualMoves() const override;
     /** Reads the way of sorting anew and applies it. */
     void reloadSorting();
 

@@ -31,7 +31,7 @@ void GroupsController::refresh()
 
 qint64 GroupsController::addGroup(const QString &name, bool visible)
 {
-    if (!manager() || !mayWrite() || !manager()->isNameGiven(name))
+    if (!manager() || !mayEdit() || !manager()->isNameGiven(name))
         return 0;
     if (isNameTaken(name, 0)) {
         emit groupDuplicated();
@@ -45,7 +45,7 @@ qint64 GroupsController::addGroup(const QString &name, bool visible)
 
 bool GroupsController::renameGroup(qint64 groupId, const QString &name)
 {
-    if (!manager() || !mayWrite() || !manager()->isNameGiven(name))
+    if (!manager() || !mayEdit() || !manager()->isNameGiven(name))
         return false;
     if (isNameTaken(name, groupId)) {
         emit groupDuplicated();
@@ -91,7 +91,7 @@ void GroupsController::noteTab(qint64 groupId, bool visible)
 
 void GroupsController::removeGroups(const QVector<qint64> &groupIds)
 {
-    if (!manager() || !mayWrite())
+    if (!manager() || !mayEdit())
         return;
     manager()->removeGroups(groupIds);
     for (const qint64 groupId : groupIds) {
@@ -126,7 +126,7 @@ bool GroupsController::setGroupTags(qint64 groupId, const QVector<qint64> &tagId
 
 bool GroupsController::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups)
 {
-    return tagsOfGroups.isEmpty() || (manager() && mayWrite() && manager()->setGroupTags(tagsOfGroups));
+    return tagsOfGroups.isEmpty() || (manager() && mayEdit() && manager()->setGroupTags(tagsOfGroups));
 }
 
 void GroupsController::restoreTabs()

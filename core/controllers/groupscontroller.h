@@ -2,6 +2,7 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "core/recordtypes.h"
+#include "models/taggroupshost.h"
 
 #include <QList>
 #include <QMap>
@@ -13,7 +14,7 @@ class TagGroupModel;
  * Tag groups. Names and tags are in the database; which groups are tabs, and in which order, is in the
  * settings of this database. GUI thread.
  */
-class GroupsController : public AbstractController
+class GroupsController : public AbstractController, public TagGroupsHost
 {
     Q_OBJECT
 
@@ -29,8 +30,8 @@ public:
     /** Gives the id of the new group, 0 when the name is taken or blank, or on failure. */
     qint64 addGroup(const QString &name, bool visible = true);
     /** False when another group has the name, when it is blank, or on failure. */
-    bool renameGroup(qint64 groupId, const QString &name);
-    void setGroupVisible(const QVector<qint64> &groupIds, bool visible);
+    bool renameGroup(qint64 groupId, const QString &name) override;
+    void setGroupVisible(const QVector<qint64> &groupIds, bool visible) override;
     void removeGroups(const QVector<qint64> &groupIds);
     /** Adds the tags to each of the groups, to all or none. False when that failed or was refused. */
     bool assignTags(const QVector<qint64> &tagIds, const QVector<qint64> &groupIds);

@@ -206,7 +206,7 @@ void MainViewController::addUrls(const QList<QUrl> &urls, const QVector<qint64> 
     QStringList paths;
     for (const QUrl &url : urls)
         paths.append(url.isLocalFile() ? url.toLocalFile() : url.toString());
-    if (manager() && !paths.isEmpty() && mayWrite())
+    if (manager() && !paths.isEmpty() && mayEdit())
         manager()->addFiles(paths, tagIds, fromSelectedNode, nodeId);
 }
 
@@ -216,18 +216,18 @@ bool MainViewController::addHyperlink(const QString &text, const QString &descri
     QHash<QString, QString> details;
     if (!description.isEmpty())
         details.insert(QStringLiteral("file_description"), description);
-    return manager() && mayWrite() && manager()->addFiles({text}, tagIds, false, 0, details);
+    return manager() && mayEdit() && manager()->addFiles({text}, tagIds, false, 0, details);
 }
 
 void MainViewController::addFilesList(const QStringList &paths)
 {
-    if (manager() && !paths.isEmpty() && mayWrite())
+    if (manager() && !paths.isEmpty() && mayEdit())
         manager()->addFilesList(paths);
 }
 
 void MainViewController::deleteFiles(const QVector<qint64> &fileIds)
 {
-    if (manager() && !fileIds.isEmpty() && mayWrite())
+    if (manager() && !fileIds.isEmpty() && mayEdit())
         manager()->deleteFiles(fileIds);
 }
 
@@ -239,7 +239,7 @@ void MainViewController::transferToInternal(const QVector<qint64> &fileIds)
         if (file && file->internal() == FileKind::external)
             external.append(fileId);
     }
-    if (manager() && !external.isEmpty() && mayWrite())
+    if (manager() && !external.isEmpty() && mayEdit())
         manager()->transferFiles(external);
 }
 
@@ -268,7 +268,7 @@ void MainViewController::openTemporaryCopy(qint64 fileId)
 
 void MainViewController::remakeThumbnails()
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->remakeThumbnails();
 }
 
@@ -285,7 +285,7 @@ bool MainViewController::changeTags(const QVector<qint64> &fileIds, const QVecto
 {
     if (fileIds.isEmpty() || (linked.isEmpty() && unlinked.isEmpty()))
         return true;
-    return manager() && mayWrite() && manager()->changeTags(fileIds, linked, unlinked);
+    return manager() && mayEdit() && manager()->changeTags(fileIds, linked, unlinked);
 }
 
 void MainViewController::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
@@ -306,7 +306,7 @@ void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVecto
 bool MainViewController::updateFileName(qint64 fileId, const QString &text)
 {
     const File *file = manager() ? manager()->file(fileId) : nullptr;
-    if (!file || text.trimmed() == file->name() || !mayWrite() || !manager()->isNameGiven(text))
+    if (!file || text.trimmed() == file->name() || !mayEdit() || !manager()->isNameGiven(text))
         return false;
     const FileRenamer renamer(manager());
     return renamer.settle(renamer.tryRename(fileId, text), fileId, text);
@@ -315,7 +315,7 @@ bool MainViewController::updateFileName(qint64 fileId, const QString &text)
 bool MainViewController::updateFileDescription(qint64 fileId, const QString &text)
 {
     const File *file = manager() ? manager()->file(fileId) : nullptr;
-    if (!file || text == file->description() || !mayWrite())
+    if (!file || text == file->description() || !mayEdit())
         return false;
     return manager()->updateFile(fileId, QStringLiteral("file_description"), text);
 }
@@ -328,7 +328,7 @@ std::unique_ptr<ImageLoading> MainViewController::loadImage(qint64 fileId)
 
 StoredImage::Saving MainViewController::saveImage(qint64 fileId, const QImage &picture)
 {
-    return manager() && mayWrite() ? manager()->saveImage(fileId, picture) : StoredImage::Refused;
+    return manager() && mayEdit() ? manager()->saveImage(fileId, picture) : StoredImage::Refused;
 }
 
 void MainViewController::reloadThumbnail(qint64 fileId)
@@ -420,16 +420,6 @@ void MainViewController::gotExtractedTempFiles(const QVector<QPair<qint64, QStri
                              "associated with the file type."));
 }
 
-bool MainViewController::isWritable() const
-{
-    return !isReadOnly();
-}
-
-bool MainViewController::mayEdit()
-{
-    return mayWrite();
-}
-
 QString MainViewController::joinedTagNames(const QVector<qint64> &tagIds) const
 {
     // As many as are shown: a file may have any number of tags.
@@ -477,5 +467,5 @@ bool MainViewController::describeFile(qint64 fileId, const QString &description)
 
 bool MainViewController::linkTagsToFile(qint64 fileId, const QVector<qint64> &tagIds)
 {
-    return manager() && mayWrite() && manager()->linkTags({fileId}, tagIds);
+    return manager() && mayEdit() && manager()->linkTags({fileId}, tagIds);
 }

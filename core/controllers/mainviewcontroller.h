@@ -143,8 +143,6 @@ public slots:
     void gotExtractedTempFiles(const QVector<QPair<qint64, QString>> &files);
 
 private:
-    bool isWritable() const override;
-    bool mayEdit() override;
     QString joinedTagNames(const QVector<qint64> &tagIds) const override;
     bool isFileMissing(qint64 fileId) const override;
     const QImage *thumbnailOf(qint64 fileId) const override;

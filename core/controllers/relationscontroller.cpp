@@ -43,13 +43,13 @@ bool RelationsController::isAnyAtTop(const QVector<qint64> &tagIds) const
 
 void RelationsController::addChildren(const QString &parentPath, const QVector<qint64> &tagIds)
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->addRelations(parentPath, tagIds);
 }
 
 void RelationsController::removeNode(const QString &path)
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->removeRelations({path});
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "core/recordtypes.h"
+#include "models/tagnames.h"
 
 #include <QStringList>
 #include <QVector>
@@ -9,7 +10,7 @@
 class TRmodel;
 
 /** The trees of tag relationships: a tag stands for all tags below it. GUI thread. */
-class RelationsController : public AbstractController
+class RelationsController : public AbstractController, public TagNames
 {
     Q_OBJECT
 
@@ -28,7 +29,7 @@ public:
 
     TRmodel *model() const { return m_model; }
 
-    QString tagName(qint64 tagId) const;
+    QString tagName(qint64 tagId) const override;
     /** The tags below every place of the tags, with repeats. */
     QVector<qint64> descendantsOf(const QVector<qint64> &tagIds) const;
     QVector<qint64> ancestorsOf(const QVector<qint64> &tagIds) const;

@@ -24,6 +24,7 @@ TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConst
     // The tags below a tag count too, and relationships are the last that a reload brings.
     connect(manager, &DatabaseManger::allDataReloaded, this, &TagsController::showSelectionAgain);
     m_tableModel = new TagsTableModel(this, manager, this);
+    connect(this, &TagsController::markedTagsChanged, m_tableModel, &TagsTableModel::setMarkedTagIds);
     m_groupProxy->setSourceModel(m_tableModel);
     m_filterProxy->setSourceModel(m_groupProxy);
 }
@@ -83,7 +84,7 @@ qint64 TagsController::addTagToGroup(const QString &name, qint64 groupId)
 
 bool TagsController::mayName(const QString &name)
 {
-    if (!manager() || !mayWrite() || !manager()->isNameGiven(name))
+    if (!manager() || !mayEdit() || !manager()->isNameGiven(name))
         return false;
     // Compared as it was typed: a name with a blank more passes, and is then stored without it.
     if (!manager()->hasTagNamed(name))
@@ -103,13 +104,13 @@ bool TagsController::renameTag(qint64 tagId, const QString &name)
 
 void TagsController::changeDescription(qint64 tagId, const QString &text)
 {
-    if (manager() && mayWrite())
+    if (manager() && mayEdit())
         manager()->changeTagDescription(tagId, text);
 }
 
 void TagsController::removeTags(const QVector<qint64> &tagIds)
 {
-    if (!manager() || !mayWrite() || !manager()->removeTags(tagIds))
+    if (!manager() || !mayEdit() || !manager()->removeTags(tagIds))
         return;
     QVector<qint64> marked = m_markedTagIds;
     const QSet<qint64> gone(tagIds.cbegin(), tagIds.cend());
@@ -127,13 +128,13 @@ void TagsController::setTagFilter(const QString &text)
 
 void TagsController::linkFilesToTag(qint64 tagId, const QVector<qint64> &fileIds)
 {
-    if (m_mainView && mayWrite())
+    if (m_mainView && mayEdit())
         m_mainView->linkTags(fileIds, {tagId});
 }
 
 void TagsController::addFilesToTag(qint64 tagId, const QList<QUrl> &urls)
 {
-    if (m_mainView && mayWrite())
+    if (m_mainView && mayEdit())
         m_mainView->addUrls(urls, {tagId});
 }
 

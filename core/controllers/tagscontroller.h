@@ -2,6 +2,7 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "db/tabledata.h"
+#include "models/tagshost.h"
 
 #include <QHash>
 #include <QList>
@@ -18,7 +19,7 @@ class TagsGroupProxy;
 class TagsTableModel;
 
 /** Tags: adding, naming, removing, and showing the files that bear them. GUI thread. */
-class TagsController : public AbstractController
+class TagsController : public AbstractController, public TagsHost
 {
     Q_OBJECT
 
@@ -36,21 +37,21 @@ public:
     /** The same with a place in a group: both or neither. */
     qint64 addTagToGroup(const QString &name, qint64 groupId);
     /** False when the name is taken or blank, or the edit was refused. */
-    bool renameTag(qint64 tagId, const QString &name);
-    void changeDescription(qint64 tagId, const QString &text);
+    bool renameTag(qint64 tagId, const QString &name) override;
+    void changeDescription(qint64 tagId, const QString &text) override;
     /** Removes the tags with their nodes, relationships and links to files, all or nothing. */
     void removeTags(const QVector<qint64> &tagIds);
 
     /** Narrows the table to names that match the text, in which * and ? stand for anything. */
     void setTagFilter(const QString &text);
-    void linkFilesToTag(qint64 tagId, const QVector<qint64> &fileIds);
+    void linkFilesToTag(qint64 tagId, const QVector<qint64> &fileIds) override;
     /** Adds files, folders and hyperlinks to the database, with this tag. */
-    void addFilesToTag(qint64 tagId, const QList<QUrl> &urls);
+    void addFilesToTag(qint64 tagId, const QList<QUrl> &urls) override;
 
     /** Whether a node, a relationship or a file has one of the tags. */
     bool isTagInUse(const QVector<qint64> &tagIds) const;
     /** How many files bear the tag itself. */
-    qint64 filesCount(qint64 tagId) const;
+    qint64 filesCount(qint64 tagId) const override;
     QHash<qint64, QString> tagsNames(const QVector<qint64> &tagIds) const;
     /** Empty for an unknown tag. */
     QString tagName(qint64 tagId) const;

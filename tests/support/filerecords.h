@@ -52,8 +52,8 @@ private:
 class NotingHost : public ContentsHost
 {
 public:
-    bool isWritable() const override { return !isReadOnly; }
-    bool mayEdit() override { return !isReadOnly; }
+    bool isReadOnly() const override { return isDatabaseReadOnly; }
+    bool mayEdit() override { return !isDatabaseReadOnly; }
     QString joinedTagNames(const QVector<qint64> &tagIds) const override
     {
         QStringList names;
@@ -90,7 +90,7 @@ public:
         return true;
     }
 
-    bool isReadOnly = false;
+    bool isDatabaseReadOnly = false;
     bool isReversed = false;
     qint64 renamedTag = 0;
     QHash<qint64, QString> tagNames; ///< other ones than by their ids

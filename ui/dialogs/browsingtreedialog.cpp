@@ -41,6 +41,9 @@ BrowsingTreeDialog::BrowsingTreeDialog(BrowsTreeController *controller, QWidget 
         m_view->setCurrentIndex(other);
         emit treeDuplicated();
     });
+    connect(controller->collection(), &Collection::allDataReloaded, m_model,
+            &BrowsingTreeTableModel::refresh);
+    connect(controller, &QObject::destroyed, m_model, &BrowsingTreeTableModel::forgetHost);
     // The window closes the database once no dialog is open; the list may be lost while it is read.
     connect(controller->collection(), &Collection::connectionError, this, &QDialog::reject,
             Qt::QueuedConnection);

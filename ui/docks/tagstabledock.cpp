@@ -255,16 +255,6 @@ void TagsTableDock::updateActionsAvailability()
     m_table->setEnabled(m_tags);
 }
 
-bool TagsTableDock::mayEdit()
-{
-    if (!m_tags)
-        return false;
-    if (!m_tags->isReadOnly())
-        return true;
-    m_tags->showReadOnlyMessage();
-    return false;
-}
-
 void TagsTableDock::execHeaderViewContextMenu(const QPoint &pos)
 {
     QMenu menu;
@@ -297,7 +287,7 @@ void TagsTableDock::slotTagOpened(const QModelIndex &index)
     if (!m_tags || tagId <= 0)
         return;
     if (m_isEditMode) {
-        mayEdit();
+        mayEdit(m_tags);
         return;
     }
     m_tags->showTagsEitherOr({tagId});
@@ -342,7 +332,7 @@ void TagsTableDock::slotKeyPressed(QKeyEvent *event)
 
 void TagsTableDock::slotAddNewTag()
 {
-    if (!mayEdit())
+    if (!mayEdit(m_tags))
         return;
     if (m_filterEdit)
         m_filterEdit->clear();
@@ -368,7 +358,7 @@ bool TagsTableDock::addTag(const QString &name)
 void TagsTableDock::slotDeleteTag()
 {
     const QVector<qint64> tagIds = m_selection->tagIds();
-    if (tagIds.isEmpty() || !mayEdit())
+    if (tagIds.isEmpty() || !mayEdit(m_tags))
         return;
     if (m_tags->isTagInUse(tagIds)) {
         Messages::Box box;
@@ -390,7 +380,7 @@ void TagsTableDock::slotDeleteTag()
 void TagsTableDock::assignTagGroups()
 {
     const QVector<qint64> tagIds = m_selection->tagIds();
-    if (tagIds.isEmpty() || !mayEditGroups())
+    if (tagIds.isEmpty() || !mayEdit(m_groups))
         return;
     // Not below the dock: the table of the form would be coloured with that of the dock.
     TagGroupForm form(m_groups, tagIds, parentWidget());
@@ -402,7 +392,7 @@ void TagsTableDock::slotRenameTag()
     // The current row need not be the selected one.
     const QVector<int> rows = m_selection->rows();
     const int row = rows.size() == 1 ? rows.first() : m_table->currentIndex().row();
-    if (row < 0 || !mayEdit())
+    if (row < 0 || !mayEdit(m_tags))
         return;
     const QModelIndex name = m_table->model()->index(row, TagsTableModel::NameColumn);
     m_table->setCurrentIndex(name);

@@ -74,8 +74,6 @@ private:
     void buildTable();
     void makeActions();
     QAction *makeAction(int key, const QString &text, const QString &icon, void (TagsTableDock::*slot)());
-    bool mayEdit();
-    bool mayEditGroups();
     void applyEditTriggers();
     /** False when there is no such tag afterwards; the user knows why. */
     bool addTag(const QString &name);

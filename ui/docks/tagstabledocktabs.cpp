@@ -142,16 +142,6 @@ void TagsTableDock::updateGround()
     setStyleSheet(isDTags ? GreenGround::styleSheet(QStringLiteral("QTableView")) : QString());
 }
 
-bool TagsTableDock::mayEditGroups()
-{
-    if (!m_groups)
-        return false;
-    if (!m_groups->isReadOnly())
-        return true;
-    m_groups->showReadOnlyMessage();
-    return false;
-}
-
 void TagsTableDock::execTabContextMenu(const QPoint &pos)
 {
     QMenu menu;
@@ -163,7 +153,7 @@ void TagsTableDock::execTabContextMenu(const QPoint &pos)
 
 void TagsTableDock::slotAddGroup()
 {
-    if (!mayEditGroups())
+    if (!mayEdit(m_groups))
         return;
     const auto add = [this](const QString &name) { return !m_groups || m_groups->addGroup(name, true) > 0; };
     do {
@@ -175,12 +165,12 @@ void TagsTableDock::slotAddGroup()
 void TagsTableDock::slotRemoveCurrentGroup()
 {
     const qint64 groupId = m_bar->currentGroup();
-    if (groupId > 0 && mayEditGroups())
+    if (groupId > 0 && mayEdit(m_groups))
         m_groups->removeGroups({groupId});
 }
 
 void TagsTableDock::addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId)
 {
-    if (mayEditGroups())
+    if (mayEdit(m_groups))
         m_groups->assignTags(tagIds, {groupId});
 }

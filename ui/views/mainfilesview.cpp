@@ -307,7 +307,7 @@ void MainFilesView::openOrEdit(const QModelIndex &index)
     if (!m_isEditMode)
         openFile(index);
     else
-        mayEdit();
+        mayEdit(m_controller);
 }
 
 void MainFilesView::moveToFile(qint64 fileId)
@@ -334,13 +334,6 @@ QItemSelectionModel *MainFilesView::selection() const
 bool MainFilesView::isWritable() const
 {
     return m_controller && !m_controller->isReadOnly();
-}
-
-bool MainFilesView::mayEdit()
-{
-    if (m_controller && m_controller->isReadOnly())
-        m_controller->showReadOnlyMessage();
-    return isWritable();
 }
 
 const File *MainFilesView::fileAt(const QModelIndex &index) const

@@ -102,7 +102,6 @@ private:
     QItemSelectionModel *selection() const;
     bool isWritable() const;
     /** False, after telling the user so, for a read-only database; silently false without one. */
-    bool mayEdit();
     const File *fileAt(const QModelIndex &index) const;
     SelectedFiles selectedFiles() const;
     qint64 nodeToRemoveFrom() const;

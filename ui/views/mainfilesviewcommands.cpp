@@ -82,14 +82,14 @@ void MainFilesView::openPreview(const File &file)
 void MainFilesView::openFileTagsEditor()
 {
     const QVector<qint64> ids = selectedFiles().ids();
-    if (!ids.isEmpty() && mayEdit())
+    if (!ids.isEmpty() && mayEdit(m_controller))
         TagRemovalDialog(m_controller, ids, this).exec();
 }
 
 void MainFilesView::openBrowsTagsEditor()
 {
     const QVector<qint64> ids = selectedFiles().ids();
-    if (!ids.isEmpty() && mayEdit())
+    if (!ids.isEmpty() && mayEdit(m_controller))
         BrowsingTreeTagsDialog(m_controller, ids, this).exec();
 }
 
@@ -102,7 +102,7 @@ void MainFilesView::openFileManager()
 
 void MainFilesView::deleteSelectedItems()
 {
-    if (!mayEdit() || selectedFiles().isEmpty())
+    if (!mayEdit(m_controller) || selectedFiles().isEmpty())
         return;
     const SelectedFilesFacts facts = selectedFiles().facts();
     QString noun = facts.areAllExternal ? tr("link") : tr("file");
@@ -123,7 +123,7 @@ void MainFilesView::deleteSelectedItems()
 
 void MainFilesView::deleteSelectedItemsFromNode()
 {
-    if (!mayEdit())
+    if (!mayEdit(m_controller))
         return;
     const qint64 nodeId = nodeToRemoveFrom();
     const QVector<qint64> ids = selectedFiles().ids();
@@ -177,7 +177,7 @@ void MainFilesView::endHiddenSearch(bool isFieldShown)
 void MainFilesView::linkTagsToFiles()
 {
     const auto *action = qobject_cast<const QAction *>(sender());
-    if (!action || !mayEdit())
+    if (!action || !mayEdit(m_controller))
         return;
     const auto tagIds = action->data().value<QVector<qint64>>();
     const QVector<qint64> fileIds = selectedFiles().ids();
@@ -189,7 +189,7 @@ void MainFilesView::linkTagsToFiles()
 
 void MainFilesView::addFiles()
 {
-    if (!mayEdit())
+    if (!mayEdit(m_controller))
         return;
     const QStringList paths =
         FileDialogs::openFiles(this, tr("Add Files"), AddingSettings::lastFileAddDir(QDir::homePath()));
@@ -204,7 +204,7 @@ void MainFilesView::addFiles()
 
 void MainFilesView::addHyperlinks()
 {
-    if (!mayEdit())
+    if (!mayEdit(m_controller))
         return;
     AddHyperlinkDialog dialog(this);
     dialog.setTaker([this, &dialog](const QString &text, const QString &description) {
@@ -231,7 +231,7 @@ bool MainFilesView::addHyperlink(const QString &text, const QString &description
 void MainFilesView::transferToInternal()
 {
     const SelectedFilesFacts facts = selectedFiles().facts();
-    if (facts.count == 0 || !mayEdit())
+    if (facts.count == 0 || !mayEdit(m_controller))
         return;
     if (facts.areAllInternal)
         emit statusTextChanged(tr("The selected files are inside the database already."));

@@ -147,21 +147,11 @@ void TBtreeView::deleteSelectedNodeTree()
 void TBtreeView::deleteNodes(void (BrowsTreeController::*remove)(const QVector<qint64> &))
 {
     const QVector<qint64> ids = selectedNodeIds();
-    if (ids.isEmpty() || refusesEdits() || !confirmDeletion(ids))
+    if (ids.isEmpty() || !mayEdit(m_controller) || !confirmDeletion(ids))
         return;
     // The database may have been closed behind the question.
     if (m_controller)
         (m_controller->*remove)(ids);
-}
-
-bool TBtreeView::refusesEdits() const
-{
-    if (!m_controller)
-        return true;
-    if (!m_controller->isReadOnly())
-        return false;
-    m_controller->showReadOnlyMessage();
-    return true;
 }
 
 bool TBtreeView::confirmDeletion(const QVector<qint64> &ids)

@@ -49,7 +49,6 @@ protected:
 private:
     using NodeKey = QPair<NodeType, qint64>;
 
-    bool refusesEdits() const;
     bool confirmDeletion(const QVector<qint64> &ids);
     void deleteNodes(void (BrowsTreeController::*remove)(const QVector<qint64> &));
     bool isAboveCentre(const QPoint &position) const;

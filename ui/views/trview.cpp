@@ -65,12 +65,8 @@ bool TRview::isWritable() const
 void TRview::deleteSelectedNode()
 {
     const QModelIndex index = currentIndex();
-    if (!index.isValid() || !m_controller)
+    if (!index.isValid() || !mayEdit(m_controller))
         return;
-    if (m_controller->isReadOnly()) {
-        m_controller->showReadOnlyMessage();
-        return;
-    }
     const QString path = index.data(RelationRole::Path).toString();
     if (model()->rowCount(index) > 0 && !confirmDeletion())
         return;
