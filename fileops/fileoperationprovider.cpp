@@ -4,6 +4,7 @@
 #include "fileops/fileoperationtypes.h"
 #include "fileops/fileoperationworker.h"
 #include "fileops/hyperlinkcheck.h"
+#include "fileops/operationclasses.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,6 +53,7 @@ void FileOperationProvider::start()
     if (m_worker)
         return;
     m_worker = createWorker(Constants::workerConnection);
+    m_worker->setOperations(runOperationClass);
     m_thread = new QThread;
     m_worker->moveToThread(m_thread);
     connectWorker();

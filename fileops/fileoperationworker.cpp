@@ -5,16 +5,7 @@
 #include "db/connections.h"
 #include "db/errorjudge.h"
 #include "db/serverwatch.h"
-#include "fileops/addfilelistoperation.h"
-#include "fileops/addfilesoperation.h"
-#include "fileops/addhyperlinksoperation.h"
-#include "fileops/deletefilesoperation.h"
-#include "fileops/extractfilesoperation.h"
-#include "fileops/extracttotemporaryoperation.h"
-#include "fileops/loadthumbnailsoperation.h"
 #include "fileops/regularfile.h"
-#include "fileops/remakethumbnailsoperation.h"
-#include "fileops/transferfilesoperation.h"
 
 #include <QDebug>
 
@@ -293,51 +284,7 @@ void FileOperationWorker::finishRun()
 void FileOperationWorker::run(const FileOperation &operation)
 {
     m_report.begin(operation.type);
-    dispatch(operation);
+    if (m_operations)
+        m_operations(*this, operation);
     tellShortfall();
-}
-
-void FileOperationWorker::dispatch(const FileOperation &operation)
-{
-    switch (operation.type) {
-    case FileOperationType::AddFilesOperation:
-        AddFilesOperation(*this, operation).run();
-        break;
-    case FileOperationType::AddHyperlinksOperation:
-        AddHyperlinksOperation(*this, operation).run();
-        break;
-    case FileOperationType::AddFileListOperation:
-        AddFileListOperation(*this, operation).run();
-        break;
-    case FileOperationType::DeleteFilesOperation:
-        if (!operation.fileIds.isEmpty())
-            runAnnounced<DeleteFilesOperation>(operation, tr("Deleting files..."));
-        break;
-    case FileOperationType::LoadThumbnailsOperation:
-        LoadThumbnailsOperation(*this, operation).run();
-        break;
-    case FileOperationType::ExtractFilesOperation:
-        runAnnounced<ExtractFilesOperation>(operation, tr("Extracting files..."));
-        break;
-    case FileOperationType::ExtractToTemporaryOperation:
-        runAnnounced<ExtractToTemporaryOperation>(operation, tr("Extracting to temporary file..."));
-        break;
-    case FileOperationType::RemakeThumbnailsOperation:
-        runAnnounced<RemakeThumbnailsOperation>(operation, QString());
-        break;
-    case FileOperationType::TransferFilesOperation:
-        if (!operation.fileIds.isEmpty())
-            runAnnounced<TransferFilesOperation>(operation, tr("Transferring files into database..."));
-        break;
-    default:
-        break;
-    }
-}
-
-template <class Operation>
-void FileOperationWorker::runAnnounced(const FileOperation &operation, const QString &label)
-{
-    emit startedOpration(operation.type, label);
-    Operation(*this, operation).run();
-    emit finishedOpration(operation.type);
 }

@@ -15,8 +15,13 @@
 #include <QPair>
 #include <QSet>
 
+class FileOperationWorker;
+
+/** Does what a record asks for, on the worker's thread, and returns when it is done. */
+using OperationRunner = void (*)(FileOperationWorker &worker, const FileOperation &operation);
+
 /**
- * The background half of file operations: a queue of records, each run by an operation class, on the thread
+ * The background half of file operations: a queue of records, each run by an OperationRunner, on the thread
  * that FileOperationProvider owns. It opens the worker's connection for each run through the queue and
  * removes it afterwards. The methods of the first group may be called from any thread, all else on the
  * worker's.
@@ -29,6 +34,9 @@ public:
     FileOperationWorker(const QString &connectionName, const DBDetails &details,
                         const AbstractQueryConstructor *constructor);
     ~FileOperationWorker() override;
+
+    /** Who does what the records ask for; before the first of them. Without it they come to nothing. */
+    void setOperations(OperationRunner operations) { m_operations = operations; }
 
     void enqueue(const FileOperation &operation);
     /** Takes the first request for this thumbnail out of the queue again. */
@@ -118,14 +126,12 @@ private:
     void removeConnection();
     bool takeNext(FileOperation &operation);
     void run(const FileOperation &operation);
-    void dispatch(const FileOperation &operation);
     void tellShortfall();
-    template <class Operation>
-    void runAnnounced(const FileOperation &operation, const QString &label);
     /** The first that is not about thumbnails; an unused one when there is none. */
     FileOperation dropQueue(const QSqlError &error);
     void finishRun();
 
+    OperationRunner m_operations = nullptr;
     const QString m_connectionName;
     const DBDetails m_details;
     IdCodeGenerator m_idCodes;
