@@ -94,6 +94,8 @@ void BrowsingTreeViewDock::updateTitle()
     QString name = ShownText::cut(m_controller ? m_controller->currentTreeName() : QString(), longestName);
     // On the tab of the dock a lone ampersand would underline a letter.
     name.replace(QLatin1Char('&'), QLatin1String("&&"));
+    // A title takes this for a mark of its own unless it is doubled.
+    name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
     setWindowTitle(name.isEmpty() ? tr("Browsing Tree") : tr("Browsing Tree: %1").arg(name));
 }
 
