@@ -286,6 +286,7 @@ private slots:
         QVERIFY(editor);
         QCOMPARE(editor->text(), before);
         QVERIFY(view->visualRect(index).contains(editor->geometry()));
+        editor->setFocus();
         editor->selectAll();
         QTest::keyClicks(editor, typed);
         QTest::keyClick(editor.data(), Qt::Key(end));
@@ -293,6 +294,7 @@ private slots:
         QCOMPARE(file(id)->name(), name);
         QVERIFY(!m_view->findChild<TableView *>()->isEditing());
         QVERIFY(!m_view->findChild<ListView *>()->isEditing());
+        QCOMPARE(view->window()->focusWidget(), view);
     }
 
     void headerComesBack()

@@ -116,10 +116,14 @@ void ListView::dropEvent(QDropEvent *event)
 void ListView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
 {
     const QPointer<QWidget> closed = editor;
+    const bool isLast = editor && window()->focusWidget() == editor;
     QListView::closeEditor(editor, hint);
     // The base passes over one whose row its text has hidden.
     if (closed && closed->isVisible())
         setState(NoState);
+    // From an editor that goes the focus could get anywhere.
+    if (isLast && !isEditing())
+        setFocus();
 }
 
 void ListView::paintEvent(QPaintEvent *event)
