@@ -390,7 +390,7 @@ private:
     /** False, with a warning, for a text that is longer than what is read of one. */
     bool isStorable(const QString &text) override;
     void runFileEdit(const std::function<QVector<qint64>()> &edit) override;
-    const File *knownFile(qint64 fileId) const override { return file(fileId); }
+    const Map<qint64, File *> &knownFiles() const override { return m_files.map(); }
     /** Runs a load; when the database was busy its ids are kept for another try. */
     void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load);
     void retryReload(int kind, const QVector<qint64> &ids);

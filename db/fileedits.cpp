@@ -6,6 +6,16 @@
 
 #include <QTimer>
 
+#include <algorithm>
+
+namespace {
+QVector<qint64> inOrder(QVector<qint64> fileIds)
+{
+    std::sort(fileIds.begin(), fileIds.end());
+    return fileIds;
+}
+} // namespace
+
 void FileEdits::setProviders(MainViewProvider *records, FileOperationProvider *worker)
 {
     m_records = records;
@@ -74,18 +84,16 @@ void FileEdits::deleteFiles(const QVector<qint64> &fileIds)
 {
     if (fileIds.isEmpty() || !m_host.mayRequest())
         return;
-    request([fileIds, codes = idCodes(fileIds)](FileOperationProvider &files) {
-        files.deleteFiles(fileIds, codes);
-    });
+    const QVector<qint64> ids = inOrder(fileIds);
+    request([ids, codes = idCodes(ids)](FileOperationProvider &files) { files.deleteFiles(ids, codes); });
 }
 
 void FileEdits::transferFiles(const QVector<qint64> &fileIds)
 {
     if (fileIds.isEmpty() || !m_host.mayRequest())
         return;
-    request([fileIds, codes = idCodes(fileIds)](FileOperationProvider &files) {
-        files.transferFiles(fileIds, codes);
-    });
+    const QVector<qint64> ids = inOrder(fileIds);
+    request([ids, codes = idCodes(ids)](FileOperationProvider &files) { files.transferFiles(ids, codes); });
 }
 
 void FileEdits::extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
@@ -117,11 +125,19 @@ void FileEdits::request(const std::function<void(FileOperationProvider &)> &task
 
 QStringList FileEdits::idCodes(const QVector<qint64> &fileIds) const
 {
+    const QMap<qint64, File *> &files = m_host.knownFiles().items();
     QStringList codes;
     codes.reserve(fileIds.size());
+    // A million looks for a file would take seconds, each of them leaving the processor's cache: both lists
+    // are walked side by side.
+    auto file = files.constBegin();
     for (const qint64 fileId : fileIds) {
-        const File *known = m_host.knownFile(fileId);
-        codes.append(known ? known->idCode() : QString());
+        if (file == files.constEnd() || file.key() != fileId)
+            file = files.constFind(fileId);
+        const bool isKnown = file != files.constEnd();
+        codes.append(isKnown ? file.value()->idCode() : QString());
+        if (isKnown)
+            ++file;
     }
     return codes;
 }

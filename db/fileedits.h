@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/recordtypes.h"
+
 #include <QHash>
 #include <QSet>
 #include <QString>
@@ -8,7 +10,6 @@
 
 #include <functional>
 
-class File;
 class FileOperationProvider;
 class MainViewProvider;
 
@@ -25,8 +26,7 @@ public:
     /** Both are false after a word to the user. */
     virtual bool isNameGiven(const QString &name) = 0;
     virtual bool isStorable(const QString &text) = 0;
-    /** Null for an unknown file. */
-    virtual const File *knownFile(qint64 fileId) const = 0;
+    virtual const Map<qint64, File *> &knownFiles() const = 0;
     /** Runs an edit that gives the ids of the files to be read again, none for a failure. */
     virtual void runFileEdit(const std::function<QVector<qint64>()> &edit) = 0;
 };
@@ -63,7 +63,7 @@ public:
 private:
     bool edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change);
     void request(const std::function<void(FileOperationProvider &)> &task);
-    /** Theirs, as an id may be another file's by the time that the worker comes to it. */
+    /** Theirs, as an id may be another file's by the time that the worker comes to it. The ids ascend. */
     QStringList idCodes(const QVector<qint64> &fileIds) const;
 
     FileEditsHost &m_host;
