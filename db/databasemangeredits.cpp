@@ -439,11 +439,14 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
     if (!m_images || !isDataCurrent())
         return StoredImage::Refused;
     m_sawBusy = false;
+    m_images->forgetLastError();
     QVector<qint64> changedIds;
     StoredImage::Saving saving = StoredImage::Saved;
-    if (!m_images->save(fileId, picture, changedIds))
-        saving = m_sawBusy || m_isReloadDue || m_images->isConnectionLost() ? StoredImage::Refused
-                                                                            : StoredImage::NotSaved;
+    if (!m_images->save(fileId, picture, changedIds)) {
+        const bool isTold =
+            m_sawBusy || m_isReloadDue || m_images->lastError().isValid() || m_images->isConnectionLost();
+        saving = isTold ? StoredImage::Refused : StoredImage::NotSaved;
+    }
     if (!changedIds.isEmpty()) {
         reloadFiles(changedIds);
         reloadThumbnails(changedIds);

@@ -17,8 +17,8 @@ struct StoredImage
     /** What became of a picture that was to be written back. Unless it is Saved nothing has changed. */
     enum Saving {
         Saved,
-        NotSaved, ///< the format cannot be written, the contents changed since, a failure while writing
-        Refused   ///< read-only, busy, changed by others or lost: the user has been told
+        NotSaved, ///< the format cannot be written, the contents changed since, the file cannot be replaced
+        Refused   ///< read-only, busy, full, changed by others or lost: the user has been told
     };
 
     State state = UnknownFile;

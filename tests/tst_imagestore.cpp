@@ -205,7 +205,7 @@ private slots:
         addPicture("p.png"_s, bytesOf(coloured(4, 2)));
         const QImage loaded = load().image;
         const QStringList before = contents();
-        QCOMPARE(saveRefused(turned(loaded), what, condition), StoredImage::NotSaved);
+        QCOMPARE(saveRefused(turned(loaded), what, condition), StoredImage::Refused);
         QCOMPARE(contents(), before);
         QCOMPARE(save(turned(loaded)), StoredImage::Saved);
     }
@@ -246,7 +246,7 @@ private slots:
         manager()->loadAllFiles();
         const QImage loaded = load().image;
 
-        QCOMPARE(saveRefused(turned(loaded), "INSERT ON thumbnails"_s), StoredImage::NotSaved);
+        QCOMPARE(saveRefused(turned(loaded), "INSERT ON thumbnails"_s), StoredImage::Refused);
         QCOMPARE(QImage(path), picture);
         QCOMPARE(QFileInfo(path).lastModified(), time);
 
