@@ -27,7 +27,7 @@ bool GreenGround::isDark()
 QString GreenGround::styleSheet(const QString &selector)
 {
     const QPalette palette = QGuiApplication::palette();
-    const QColor base = palette.color(QPalette::Base);
+    const QColor &base = palette.color(QPalette::Base);
     const QColor ground = isDark() ? tinted(base, 0.2) : paleGreen;
     const QColor alternate = isDark() ? tinted(base, 0.26) : alternatePaleGreen;
     const QColor text = isDark() ? palette.color(QPalette::Text) : QColor(Qt::black);
