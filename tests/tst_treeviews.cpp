@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QMenuBar>
 #include <QScrollBar>
 
 using Ids = QVector<qint64>;
@@ -279,8 +280,13 @@ private slots:
                    w.nodes->openContextMenu(centreOf(w.view, w.node(4)));
                }));
         addRow("the focus goes", Deed([](Window &w) {
-                   QFocusEvent event(QEvent::FocusOut, Qt::MouseFocusReason);
-                   QCoreApplication::sendEvent(w.view, &event);
+                   w.window.activateWindow();
+                   QVERIFY(QTest::qWaitForWindowActive(&w.window));
+                   w.view->setFocus();
+                   w.view->selectionModel()->setCurrentIndex(w.node(4), QItemSelectionModel::ClearAndSelect);
+                   w.window.menuBar()->setFocus(Qt::MenuBarFocusReason);
+                   QCOMPARE(w.view->selectedNodeIds(), Ids{4});
+                   w.relationView()->setFocus();
                }));
         addRow("a click deselects", Deed([](Window &w) {
                    for (const auto modifier : {Qt::NoModifier, Qt::ControlModifier})

@@ -13,10 +13,12 @@
 #include "ui/views/hoveropener.h"
 #include "ui/views/viewstyle.h"
 
+#include <QApplication>
 #include <QDataStream>
 #include <QDrag>
 #include <QDropEvent>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QScrollBar>
 
@@ -68,6 +70,8 @@ TBtreeView::TBtreeView(QWidget *parent) : BranchView(parent)
     style->setParent(this);
     setStyle(style);
     connect(this, &QAbstractItemView::clicked, this, &TBtreeView::activatedNode);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](const QWidget * /*old*/, const QWidget *now) { followFocus(now); });
 }
 
 void TBtreeView::setController(BrowsTreeController *controller)
@@ -271,11 +275,11 @@ void TBtreeView::focusInEvent(QFocusEvent *event)
         selectionModel()->clearSelection();
 }
 
-void TBtreeView::focusOutEvent(QFocusEvent *event)
+void TBtreeView::followFocus(const QWidget *now)
 {
-    BranchView::focusOutEvent(event);
-    const Qt::FocusReason reason = event->reason();
-    if (reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason)
+    // The menus have commands on the current row.
+    const bool isElsewhere = now && now != this && now->window() == window() && !isAncestorOf(now);
+    if (isElsewhere && !qobject_cast<const QMenuBar *>(now))
         returnToShownNode();
 }
 

@@ -43,7 +43,6 @@ protected:
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
@@ -53,6 +52,7 @@ private:
     void deleteNodes(void (BrowsTreeController::*remove)(const QVector<qint64> &));
     bool isAboveCentre(const QPoint &position) const;
     void restoreSelection();
+    void followFocus(const QWidget *now);
     /** Makes the node whose files are shown the selected one; none when something else is shown. */
     void followShownNode();
     /** Takes tags, files and addresses over the nodes that they can be dropped on. */
