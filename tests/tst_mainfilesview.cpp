@@ -160,8 +160,18 @@ private slots:
         QCOMPARE(sorter->dragData({}), nullptr);
     }
 
+    void emptiedOrHiddenSearchEnds_data()
+    {
+        addColumns<bool>("asTable");
+        addRow("thumbnails", false);
+        addRow("table", true);
+    }
+
     void emptiedOrHiddenSearchEnds()
     {
+        QFETCH(bool, asTable);
+        action(asTable ? "listAction" : "thumbnailsAction")->setChecked(true);
+        QAbstractItemView *view = asTable ? table() : list();
         constexpr int others = 24;
         for (int i = 0; i < others; ++i)
             m_fixture->addExternal(QString::number(i));
@@ -179,13 +189,13 @@ private slots:
             m_ui->searchEdit->setText("report"_s);
             QTest::keyClick(m_ui->searchEdit, Qt::Key_Return);
             QCOMPARE(sorter->rowCount(), 1);
-            list()->setCurrentIndex(sorter->index(0, ContentsModel::NameColumn));
+            view->setCurrentIndex(sorter->index(0, ContentsModel::NameColumn));
             m_ui->searchEdit->setFocus();
             end();
             QCOMPARE(m_ui->searchEdit->text(), QString());
             QCOMPARE(sorter->rowCount(), others + 1);
-            QTRY_VERIFY(list()->viewport()->rect().intersects(
-                list()->visualRect(list()->currentIndex().siblingAtColumn(0))));
+            const QModelIndex shown = view->currentIndex().siblingAtColumn(asTable ? 1 : 0);
+            QTRY_VERIFY(view->viewport()->rect().intersects(view->visualRect(shown)));
         }
         m_ui->searchFilesBar->show();
         m_ui->searchEdit->setText("typed"_s);

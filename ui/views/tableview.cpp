@@ -70,6 +70,13 @@ void TableView::keyboardSearch(const QString &typed)
         setCurrentIndex(model()->index(row, qMax(0, current.column())));
 }
 
+void TableView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    // Rows that have just come are out of the range of the scroll bar until they are laid out.
+    executeDelayedItemsLayout();
+    QTableView::scrollTo(index, hint);
+}
+
 // A header that knows the selection asks each time it is painted whether every row of a column is selected.
 void TableView::setSelectionModel(QItemSelectionModel *selectionModel)
 {

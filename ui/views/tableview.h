@@ -30,6 +30,7 @@ public:
     /** The header gets an empty selection of its own. */
     void setSelectionModel(QItemSelectionModel *selectionModel) override;
     void keyboardSearch(const QString &typed) override;
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 signals:
     /** Comes before the table's own handling, which accepting the event suppresses. */
