@@ -8,7 +8,7 @@ void provideCrashStack() {}
 #include <sys/mman.h>
 
 namespace {
-constexpr std::size_t stackSize = 64 * 1024;
+constexpr std::size_t stackSize = std::size_t(64) * 1024;
 
 class CrashStack
 {
