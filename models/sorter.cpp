@@ -39,6 +39,16 @@ const File *Sorter::fileAt(int row) const
     return row >= 0 && row < rowCount() ? m_filter->fileAt(sourceRow(row)) : nullptr;
 }
 
+qint64 Sorter::idAt(int row) const
+{
+    return m_filter->contents()->fileIndex().idAt(m_filter->contentsRow(sourceRow(row)));
+}
+
+int Sorter::kindAt(int row) const
+{
+    return m_filter->contents()->fileIndex().kinds()[m_filter->contentsRow(sourceRow(row))];
+}
+
 QModelIndex Sorter::indexOf(qint64 fileId) const
 {
     const ContentsModel *contents = m_filter ? m_filter->contents() : nullptr;
@@ -151,15 +161,20 @@ void Sorter::putInOrder()
 // have files in the same order, but hidden ones have no row in the source.
 void Sorter::orderContentsRows(const std::function<void()> &putInOrder)
 {
-    std::vector<int> sourceRows(static_cast<size_t>(m_filter->contents()->rowCount()));
     const int count = m_filter->rowCount();
-    for (int row = 0; row < count; ++row)
-        sourceRows[static_cast<size_t>(m_filter->contentsRow(row))] = row;
-    for (int &row : m_rows)
-        row = m_filter->contentsRow(row);
+    const bool isNoneHidden = count == m_filter->contents()->rowCount();
+    std::vector<int> sourceRows(isNoneHidden ? 0 : static_cast<size_t>(m_filter->contents()->rowCount()));
+    if (!isNoneHidden) {
+        for (int row = 0; row < count; ++row)
+            sourceRows[static_cast<size_t>(m_filter->contentsRow(row))] = row;
+        for (int &row : m_rows)
+            row = m_filter->contentsRow(row);
+    }
     putInOrder();
-    for (int &row : m_rows)
-        row = sourceRows[static_cast<size_t>(row)];
+    if (!isNoneHidden) {
+        for (int &row : m_rows)
+            row = sourceRows[static_cast<size_t>(row)];
+    }
     if (m_sortOrder == Qt::DescendingOrder)
         std::reverse(m_rows.begin(), m_rows.end());
 }

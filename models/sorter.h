@@ -44,6 +44,9 @@ public:
 
     /** Null outside the rows. */
     const File *fileAt(int row) const;
+    /** Id and kind of a row that there is, without the record: a look at a million records is dear. */
+    qint64 idAt(int row) const;
+    int kindAt(int row) const;
     /** Invalid for a file that is not shown. */
     QModelIndex indexOf(qint64 fileId) const;
 

@@ -60,60 +60,74 @@ QVector<const File *> SelectedFiles::all() const
     return files;
 }
 
+template <typename Use>
+void SelectedFiles::forEachRow(Use use) const
+{
+    if (isEmpty())
+        return;
+    const QItemSelection ranges = m_selection->selection();
+    const int last = m_sorter->rowCount() - 1;
+    for (const QItemSelectionRange &range : ranges) {
+        for (int row = range.top(); row <= qMin(range.bottom(), last); ++row) {
+            if (!use(row))
+                return;
+        }
+    }
+}
+
 QVector<qint64> SelectedFiles::ids() const
 {
-    const QVector<const File *> files = all();
     QVector<qint64> ids;
-    ids.reserve(files.size());
-    for (const File *file : files) {
-        if (file->id() > 0)
-            ids.append(file->id());
-    }
+    ids.reserve(count());
+    forEachRow([&](int row) {
+        const qint64 id = m_sorter->idAt(row);
+        if (id > 0)
+            ids.append(id);
+        return true;
+    });
     return ids;
 }
 
 template <typename Predicate>
-bool SelectedFiles::hasFile(Predicate isWanted) const
+bool SelectedFiles::hasKind(Predicate isWanted) const
 {
-    if (isEmpty())
-        return false;
-    const QItemSelection ranges = m_selection->selection();
-    for (const QItemSelectionRange &range : ranges) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            const File *file = m_sorter->fileAt(row);
-            if (file && isWanted(*file))
-                return true;
-        }
-    }
-    return false;
+    bool isFound = false;
+    forEachRow([&](int row) {
+        isFound = isWanted(m_sorter->kindAt(row));
+        return !isFound;
+    });
+    return isFound;
 }
 
 bool SelectedFiles::areAllInternal() const
 {
-    return !isEmpty() && !hasFile([](const File &file) { return file.internal() != FileKind::internal; });
+    return !isEmpty() && !hasKind([](int kind) { return kind != FileKind::internal; });
 }
 
 bool SelectedFiles::hasHyperlink() const
 {
-    return hasFile([](const File &file) { return file.internal() == FileKind::hyperlink; });
+    return hasKind([](int kind) { return kind == FileKind::hyperlink; });
 }
 
 SelectedFilesFacts SelectedFiles::facts(const QVector<qint64> &missing) const
 {
     const QSet<qint64> missingIds(missing.begin(), missing.end());
-    const QVector<const File *> files = all();
     SelectedFilesFacts facts;
-    if (files.isEmpty())
+    const File *firstFile = first();
+    if (!firstFile)
         return facts;
-    facts.count = files.size();
-    facts.isPicture = files.first()->iconKind() == FilePictures::thumbnailKind;
+    facts.isPicture = firstFile->iconKind() == FilePictures::thumbnailKind;
     facts.areAllInternal = true;
     facts.areAllExternal = true;
-    for (const File *file : files) {
-        facts.areAllInternal = facts.areAllInternal && file->internal() == FileKind::internal;
-        facts.areAllExternal = facts.areAllExternal && file->internal() == FileKind::external;
-        facts.hasHyperlink = facts.hasHyperlink || file->internal() == FileKind::hyperlink;
-        facts.hasMissing = facts.hasMissing || missingIds.contains(file->id());
-    }
+    forEachRow([&](int row) {
+        const int kind = m_sorter->kindAt(row);
+        ++facts.count;
+        facts.areAllInternal = facts.areAllInternal && kind == FileKind::internal;
+        facts.areAllExternal = facts.areAllExternal && kind == FileKind::external;
+        facts.hasHyperlink = facts.hasHyperlink || kind == FileKind::hyperlink;
+        facts.hasMissing =
+            facts.hasMissing || (!missingIds.isEmpty() && missingIds.contains(m_sorter->idAt(row)));
+        return true;
+    });
     return facts;
 }

@@ -36,9 +36,12 @@ public:
     SelectedFilesFacts facts(const QVector<qint64> &missing = {}) const;
 
 private:
+    /** Calls use(row) row by row until it gives false. */
+    template <typename Use>
+    void forEachRow(Use use) const;
     /** False without a selection. */
     template <typename Predicate>
-    bool hasFile(Predicate isWanted) const;
+    bool hasKind(Predicate isWanted) const;
 
     const QItemSelectionModel *m_selection;
     const Sorter *m_sorter;
