@@ -103,6 +103,8 @@ void FileFilterModel::showChangesInOneGo()
 void FileFilterModel::showChanges()
 {
     constexpr size_t mostOneByOne = 32;
+    if (m_newRows == m_rows)
+        return;
     const std::vector<int> gone = lackingIn(m_newRows, m_rows);
     const std::vector<int> come = lackingIn(m_rows, m_newRows);
     const bool isOneRun =
@@ -195,9 +197,10 @@ int FileFilterModel::placeOf(int contentsRow) const
     return static_cast<int>(std::lower_bound(m_rows.begin(), m_rows.end(), contentsRow) - m_rows.begin());
 }
 
-bool FileFilterModel::isShown(int contentsRow) const
+int FileFilterModel::rowOfContents(int contentsRow) const
 {
-    return std::binary_search(m_rows.begin(), m_rows.end(), contentsRow);
+    const int place = placeOf(contentsRow);
+    return place < rowCount() && this->contentsRow(place) == contentsRow ? place : -1;
 }
 
 const QVector<qint64> &FileFilterModel::acceptedFiles() const
@@ -233,9 +236,8 @@ QModelIndex FileFilterModel::mapToSource(const QModelIndex &proxyIndex) const
 
 QModelIndex FileFilterModel::mapFromSource(const QModelIndex &sourceIndex) const
 {
-    if (!sourceIndex.isValid() || !isShown(sourceIndex.row()))
-        return {};
-    return createIndex(placeOf(sourceIndex.row()), sourceIndex.column());
+    const int row = sourceIndex.isValid() ? rowOfContents(sourceIndex.row()) : -1;
+    return row < 0 ? QModelIndex() : createIndex(row, sourceIndex.column());
 }
 
 void FileFilterModel::sort(int /*column*/, Qt::SortOrder /*order*/) {}

@@ -45,9 +45,9 @@ public:
     /** The row of the ContentsModel behind a row here. */
     int contentsRow(int row) const { return m_rows[static_cast<size_t>(row)]; }
     /** The row here of a row of the ContentsModel, -1 when that is not shown. */
-    int rowOfContents(int contentsRow) const { return isShown(contentsRow) ? placeOf(contentsRow) : -1; }
+    int rowOfContents(int contentsRow) const;
     /** Whether a row of the ContentsModel is shown. */
-    bool isShown(int contentsRow) const;
+    bool isShown(int contentsRow) const { return rowOfContents(contentsRow) >= 0; }
     /** Null outside the rows. */
     const File *fileAt(int row) const;
     const ContentsModel *contents() const { return m_contents; }

@@ -216,7 +216,9 @@ void SortKeys::merge(const ContentsModel &contents, int column, std::vector<int>
     // More than such a part of the rows are sorted together with them, as comparing two of them reads texts.
     constexpr size_t mergedPart = 16;
     if (isWorthTagOrder(column, fresh.size())) {
-        const TagOrder tags(contents);
+        TagOrder tags(contents);
+        if (fresh.size() > order.size() / mergedPart)
+            tags.noteAllHeads();
         tags.sort(fresh);
         order = mergedRows(order, fresh, [&tags](int left, int right) { return tags.isLess(left, right); });
     } else if (fresh.size() > order.size() / mergedPart) {

@@ -17,15 +17,53 @@ struct Key
     int row;
 };
 
+/** The ranks of the tags of one row, in its order, those without a name left out. */
+class RankReader
+{
+public:
+    RankReader(FileIndex::TagNumbers tags, const std::vector<quint32> &inner,
+               const std::vector<quint32> &last)
+        : m_inner(inner), m_last(last), m_next(tags.begin()), m_end(tags.end())
+    {
+        skipNameless();
+    }
+
+    bool atEnd() const { return m_next == m_end; }
+    quint32 next()
+    {
+        const quint32 number = *m_next++;
+        skipNameless();
+        return atEnd() ? m_last[number] : m_inner[number];
+    }
+
+private:
+    void skipNameless()
+    {
+        while (m_next != m_end && m_inner[*m_next] == 0)
+            ++m_next;
+    }
+
+    const std::vector<quint32> &m_inner;
+    const std::vector<quint32> &m_last;
+    const quint32 *m_next;
+    const quint32 *m_end;
+};
+
 } // namespace
 
 TagOrder::TagOrder(const ContentsModel &contents) : m_contents(contents)
 {
     rankNames();
-    const int rows = contents.fileIndex().size();
-    m_heads.reserve(static_cast<size_t>(rows));
+}
+
+void TagOrder::noteAllHeads()
+{
+    const int rows = m_contents.fileIndex().size();
+    std::vector<quint64> heads;
+    heads.reserve(static_cast<size_t>(rows));
     for (int row = 0; row < rows; ++row)
-        m_heads.push_back(headOf(row));
+        heads.push_back(makeHead(row));
+    m_heads.swap(heads);
 }
 
 // A name stands before others with a comma behind it, which may change its place among the names: both have a
@@ -84,38 +122,13 @@ void TagOrder::noteContinuations(const std::vector<int> &order, const QStringLis
         close();
 }
 
-std::vector<quint32> TagOrder::ranksOf(int row) const
+quint64 TagOrder::makeHead(int row) const
 {
-    std::vector<quint32> ranks;
-    size_t last = 0;
-    for (const quint32 number : m_contents.fileIndex().tagsAt(row)) {
-        if (m_inner[number] != 0) {
-            ranks.push_back(m_inner[number]);
-            last = number;
-        }
-    }
-    if (!ranks.empty())
-        ranks.back() = m_last[last];
-    return ranks;
-}
-
-quint64 TagOrder::headOf(int row) const
-{
-    const FileIndex::TagNumbers tags = m_contents.fileIndex().tagsAt(row);
+    RankReader ranks(m_contents.fileIndex().tagsAt(row), m_inner, m_last);
     quint64 head = 0;
-    int shift = headBits;
-    quint32 pending = 0; // a tag that may be the last one
-    for (const quint32 number : tags) {
-        if (m_inner[number] == 0)
-            continue;
-        if (pending != 0)
-            head |= quint64(m_inner[pending]) << shift;
-        if (shift == 0)
-            return head;
-        shift -= m_rankBits;
-        pending = number;
-    }
-    return pending == 0 ? head : head | quint64(m_last[pending]) << shift;
+    for (int shift = headBits - m_rankBits; shift >= 0 && !ranks.atEnd(); shift -= m_rankBits)
+        head |= quint64(ranks.next()) << shift;
+    return head;
 }
 
 bool TagOrder::isContinuation(quint32 rank, quint32 other) const
@@ -126,7 +139,7 @@ bool TagOrder::isContinuation(quint32 rank, quint32 other) const
 bool TagOrder::isHeadLess(quint64 left, quint64 right, int leftRow, int rightRow) const
 {
     if (left == right)
-        return isTailLess(leftRow, rightRow);
+        return isTailLess(left, leftRow, rightRow);
     int shift = headBits - m_rankBits;
     const quint64 mask = (quint64(1) << m_rankBits) - 1;
     while ((left >> shift) == (right >> shift))
@@ -137,20 +150,22 @@ bool TagOrder::isHeadLess(quint64 left, quint64 right, int leftRow, int rightRow
     return left < right;
 }
 
-// Of two rows whose heads are equal.
-bool TagOrder::isTailLess(int leftRow, int rightRow) const
+// Of two rows that have this head both.
+bool TagOrder::isTailLess(quint64 head, int leftRow, int rightRow) const
 {
     const FileIndex &index = m_contents.fileIndex();
     const quint64 lastRank = (quint64(1) << m_rankBits) - 1;
-    if ((m_heads[static_cast<size_t>(leftRow)] & lastRank) != 0) {
-        const std::vector<quint32> left = ranksOf(leftRow);
-        const std::vector<quint32> right = ranksOf(rightRow);
-        const auto end = left.begin() + std::ptrdiff_t(std::min(left.size(), right.size()));
-        const auto [one, other] = std::mismatch(left.begin(), end, right.begin());
-        if (one != end)
-            return isContinuation(*one, *other) ? isTextLess(leftRow, rightRow) : *one < *other;
-        if (left.size() != right.size())
-            return left.size() < right.size();
+    if ((head & lastRank) != 0) {
+        RankReader left(index.tagsAt(leftRow), m_inner, m_last);
+        RankReader right(index.tagsAt(rightRow), m_inner, m_last);
+        while (!left.atEnd() && !right.atEnd()) {
+            const quint32 one = left.next();
+            const quint32 other = right.next();
+            if (one != other)
+                return isContinuation(one, other) ? isTextLess(leftRow, rightRow) : one < other;
+        }
+        if (left.atEnd() != right.atEnd())
+            return left.atEnd();
     }
     return index.idAt(leftRow) < index.idAt(rightRow);
 }
@@ -165,8 +180,7 @@ bool TagOrder::isTextLess(int leftRow, int rightRow) const
 
 bool TagOrder::isLess(int leftRow, int rightRow) const
 {
-    return isHeadLess(m_heads[static_cast<size_t>(leftRow)], m_heads[static_cast<size_t>(rightRow)], leftRow,
-                      rightRow);
+    return isHeadLess(headOf(leftRow), headOf(rightRow), leftRow, rightRow);
 }
 
 void TagOrder::sort(std::vector<int> &rows) const
@@ -174,7 +188,7 @@ void TagOrder::sort(std::vector<int> &rows) const
     std::vector<Key> keys;
     keys.reserve(rows.size());
     for (const int row : rows)
-        keys.push_back({m_heads[static_cast<size_t>(row)], row});
+        keys.push_back({headOf(row), row});
     std::sort(keys.begin(), keys.end(), [this](const Key &left, const Key &right) {
         return isHeadLess(left.head, right.head, left.row, right.row);
     });
