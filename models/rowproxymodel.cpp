@@ -43,7 +43,7 @@ void RowProxyModel::followSource(QAbstractItemModel *sourceModel)
 
 void RowProxyModel::beginSourceLayoutChange()
 {
-    emit layoutAboutToBeChanged();
+    emit layoutAboutToBeChanged({}, VerticalSortHint);
     m_layoutIndexes = persistentIndexList();
     m_layoutSources.clear();
     m_layoutSources.reserve(m_layoutIndexes.size());
@@ -60,5 +60,5 @@ void RowProxyModel::endSourceLayoutChange()
     changePersistentIndexList(m_layoutIndexes, after);
     m_layoutIndexes.clear();
     m_layoutSources.clear();
-    emit layoutChanged();
+    emit layoutChanged({}, VerticalSortHint);
 }

@@ -29,11 +29,13 @@ protected:
     /** Follows the source without the base class, whose mapping would stand beside the subclass's. */
     void followSource(QAbstractItemModel *sourceModel);
 
+    // By the hint that whole rows move, selections and headers follow each row, not each of its cells.
+
     /** Maps rows anew, by a function, in one change of layout; the source stays as it is meanwhile. */
     template <typename Change>
     void changeLayout(Change change)
     {
-        emit layoutAboutToBeChanged();
+        emit layoutAboutToBeChanged({}, VerticalSortHint);
         const QModelIndexList before = persistentIndexList();
         QModelIndexList sources;
         sources.reserve(before.size());
@@ -43,7 +45,7 @@ protected:
         for (QModelIndex &index : sources)
             index = mapFromSource(index);
         changePersistentIndexList(before, sources);
-        emit layoutChanged();
+        emit layoutChanged({}, VerticalSortHint);
     }
 
     /** The two halves of a change of layout that the source goes through; rows are mapped anew between. */

@@ -182,8 +182,12 @@ private slots:
             QVERIFY(lost.remove(index.data(ContentsRoles::FileId).toLongLong()));
         QVERIFY(lost.isEmpty());
         QCOMPARE(selection.currentIndex().data(ContentsRoles::FileId).toLongLong(), 1501);
-        m_model->removeFiles({1500, 1990});
-        QCOMPARE(selection.selectedRows().size(), 1);
+        Ids gone{1500, 1990};
+        for (int i = 0; i < changes / 2; ++i)
+            gone.append(i + 1502);
+        m_model->removeFiles(gone);
+        QCOMPARE(selection.selectedIndexes().size(), m_model->columnCount());
+        QCOMPARE(selection.currentIndex().data(ContentsRoles::FileId).toLongLong(), 1501);
     }
 
     void repaintsTouchOnlyPictures()
