@@ -285,6 +285,9 @@ signals:
     void tagsRenamed(QVector<qint64> tagIds);
     /** The map of groups has been filled anew. */
     void groupsLoaded();
+    /** Around the changes of several groups. */
+    void aboutToUpdateGroups();
+    void groupsUpdated();
 
 public slots:
     /** Reads these rows again and merges them; when the database is busy it is tried again later. */

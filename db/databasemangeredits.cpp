@@ -148,7 +148,7 @@ bool DatabaseManger::removeTags(const QVector<qint64> &tagIds)
     m_providers.relationTree->tellNews();
     tellRemoval(plan);
     m_groups.forgetTags(tagIds);
-    const QVector<qint64> changed = m_files.forgetTags(tagIds);
+    const QVector<qint64> changed = m_files.forgetTags(remover.unlinkedFileIds(), tagIds);
     if (!changed.isEmpty())
         emit filesChanged(changed);
     m_providers.tags->tellNews();

@@ -53,8 +53,11 @@ void DatabaseManger::gotAllGroups(bool ok, const TableData &rows)
 
 void DatabaseManger::gotGroupsUpdated(bool ok, const TableData &rows)
 {
-    if (ok)
+    if (ok) {
+        emit aboutToUpdateGroups();
         m_groups.merge(rows);
+        emit groupsUpdated();
+    }
     qDeleteAll(rows);
 }
 

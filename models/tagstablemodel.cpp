@@ -34,6 +34,11 @@ void TagsTableModel::connectManager()
     const GroupMap *groups = m_manager->groups();
     connect(groups, &SignalContainer::itemInserted, this, &TagsTableModel::addedGroup);
     connect(groups, &SignalContainer::itemDeleted, this, &TagsTableModel::removedGroup);
+    connect(m_manager, &DatabaseManger::aboutToUpdateGroups, this, [this] { m_areGroupsChanging = true; });
+    connect(m_manager, &DatabaseManger::groupsUpdated, this, [this] {
+        m_areGroupsChanging = false;
+        announceGathered();
+    });
     for (auto it = groups->begin(); it != groups->end(); ++it)
         addedGroup(it.key());
 }

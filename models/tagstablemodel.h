@@ -102,6 +102,7 @@ private:
 
     // While one change runs over many rows, its range is gathered and told once.
     bool m_isGathering = false;
+    bool m_areGroupsChanging = false; // several of them
     int m_firstChanged = -1;
     int m_lastChanged = -1;
 };

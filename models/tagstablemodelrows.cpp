@@ -70,7 +70,9 @@ void TagsTableModel::updatedGroup(const QVector<qint64> &tagIds)
 {
     if (const auto *group = qobject_cast<const GroupItem *>(sender()))
         applyGroup(group->id(), tagIds);
-    announceGathered();
+    // Each announcement makes the proxies place the rows anew.
+    if (!m_areGroupsChanging)
+        announceGathered();
 }
 
 void TagsTableModel::applyGroup(qint64 groupId, const QVector<qint64> &tagIds)

@@ -130,6 +130,7 @@ private slots:
         // Nothing is told of before all is stored.
         QCOMPARE(remover.news, QStringList());
         QCOMPARE(remover.toldNews(), QStringList({"moved"_s, "nodes"_s, "paths"_s, "tags"_s}));
+        QCOMPARE(remover.remover.unlinkedFileIds(), Ids({10, 11}));
     }
 
     void manyTags()
@@ -143,8 +144,10 @@ private slots:
         TagRemovalPlan plan = planOfTagTwo();
         for (qint64 id = 100; id < 12100; ++id)
             plan.tagIds.append(id);
-        QVERIFY(Removal(*m_database).run(plan));
+        Removal remover(*m_database);
+        QVERIFY(remover.run(plan));
         QCOMPARE(m_database->rows(everything), withoutTagTwo);
+        QCOMPARE(remover.remover.unlinkedFileIds(), Ids({10, 11}));
     }
 
 private:

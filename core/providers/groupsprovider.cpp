@@ -120,9 +120,7 @@ bool GroupsProvider::runRemoval(const QVector<qint64> &ids)
 
 bool GroupsProvider::runTagChange(const GroupTagChange &change)
 {
-    // A tag that is added goes first too: one that is in the group already would fail the whole insert.
     return removeTagLinks(change.groupId, change.removedTagIds) &&
-           removeTagLinks(change.groupId, change.addedTagIds) &&
            addTagLinks(change.groupId, change.addedTagIds);
 }
 
@@ -148,7 +146,8 @@ bool GroupsProvider::addTagLinks(qint64 groupId, const QVector<qint64> &tagIds)
         rows.reserve(part.size());
         for (const qint64 tagId : part)
             rows.append({QString::number(tagId), QString::number(groupId)});
+        // One that is in the group already, by another client, would fail the whole insert.
         return runSync(constructor()->insertQuery({QStringLiteral("tag_id"), groupColumn}, linksTable, rows) +
-                       constructor()->statementEnd());
+                       QLatin1String(" ON CONFLICT DO NOTHING") + constructor()->statementEnd());
     });
 }

@@ -11,6 +11,8 @@
 #include <QMap>
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 /**
  * The nearest ancestor that stays, 0 for the top level. Removed nodes on the way are led there at once for
@@ -71,10 +73,36 @@ bool TagRemover::run(const TagRemovalPlan &plan)
 bool TagRemover::removeTags(const TagRemovalPlan &plan)
 {
     const QString tagId = QStringLiteral("tag_id");
-    return removeWhere(QStringLiteral("file_tag"), tagId, plan.tagIds) &&
-           removeWhere(QStringLiteral("tag_group_links"), tagId, plan.tagIds) && removeNodes(plan) &&
-           removeUnknownNodes(plan.tagIds) && m_relations.removeByTags(plan.tagIds, plan.removedPaths) &&
-           m_tags.removeTags(plan.tagIds);
+    return unlinkFiles(plan.tagIds) && removeWhere(QStringLiteral("tag_group_links"), tagId, plan.tagIds) &&
+           removeNodes(plan) && removeUnknownNodes(plan.tagIds) &&
+           m_relations.removeByTags(plan.tagIds, plan.removedPaths) && m_tags.removeTags(plan.tagIds);
+}
+
+// No key of the table begins with the tag, so that all taggings are looked at: comparing with the bounds
+// first spares most of them the search among many ids. The statement tells whose taggings went, as to look
+// for them among a million records takes as long.
+bool TagRemover::unlinkFiles(const QVector<qint64> &tagIds)
+{
+    m_unlinkedFileIds.clear();
+    const auto collect = [this](const TableData &slice) {
+        for (const TableRowData *row : slice)
+            m_unlinkedFileIds.append(row->at(0).toLongLong());
+    };
+    const bool isDone = Chunks::forEach(tagIds, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
+        const auto [lowest, highest] = std::minmax_element(part.cbegin(), part.cend());
+        const QString bounds = SqlText::fill(QStringLiteral("tag_id BETWEEN %1 AND %2"),
+                                             {QString::number(*lowest), QString::number(*highest)});
+        const QString condition = bounds + constructor()->logicalOperator(AndOperator) +
+                                  constructor()->inClause(QStringLiteral("tag_id"), SqlText::idTexts(part));
+        return runSyncInSlices(constructor()->deleteQuery(QStringLiteral("file_tag")) +
+                                   constructor()->whereClause(condition) +
+                                   QLatin1String(" RETURNING file_id") + constructor()->statementEnd(),
+                               Chunks::idsPerStatement, collect);
+    });
+    std::sort(m_unlinkedFileIds.begin(), m_unlinkedFileIds.end());
+    m_unlinkedFileIds.erase(std::unique(m_unlinkedFileIds.begin(), m_unlinkedFileIds.end()),
+                            m_unlinkedFileIds.end());
+    return isDone;
 }
 
 bool TagRemover::removeUnknownNodes(const QVector<qint64> &tagIds)

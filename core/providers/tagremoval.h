@@ -27,11 +27,14 @@ public:
                RelationTreeProvider &relations, QObject *parent = nullptr);
 
     bool run(const TagRemovalPlan &plan);
+    /** The files that had one of the tags, each once, ascending. */
+    const QVector<qint64> &unlinkedFileIds() const { return m_unlinkedFileIds; }
 
 private:
     using Pairs = QVector<QPair<qint64, qint64>>;
 
     bool removeTags(const TagRemovalPlan &plan);
+    bool unlinkFiles(const QVector<qint64> &tagIds);
     /** Nodes of the tags that the records did not hold: those of other trees, or just added by the worker. */
     bool removeUnknownNodes(const QVector<qint64> &tagIds);
     /** Appends two columns of the rows whose column is one of the ids. */
@@ -40,4 +43,5 @@ private:
 
     TagsProvider &m_tags;
     RelationTreeProvider &m_relations;
+    QVector<qint64> m_unlinkedFileIds;
 };

@@ -102,9 +102,14 @@ FileCache::Merge FileCache::merge(const TableData &rows)
     };
     QHash<qint64, int> places;
     QVector<FileRows> gathered;
+    qint64 lastId = 0;
+    int place = -1;
     for (const TableRowData *row : rows) {
         const qint64 fileId = columns.fileId(*row);
-        const int place = places.value(fileId, gathered.size());
+        // The rows of a file mostly follow one another.
+        if (place < 0 || fileId != lastId)
+            place = places.value(fileId, gathered.size());
+        lastId = fileId;
         if (place == gathered.size()) {
             places.insert(fileId, place);
             gathered.append(FileRows{row, {}});
@@ -143,18 +148,19 @@ QList<File *> FileCache::take(const QVector<qint64> &fileIds)
     return taken;
 }
 
-QVector<qint64> FileCache::forgetTags(const QVector<qint64> &tagIds)
+QVector<qint64> FileCache::forgetTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
     const QSet<qint64> gone(tagIds.cbegin(), tagIds.cend());
     const auto isGone = [&gone](qint64 tagId) { return gone.contains(tagId); };
     QVector<qint64> changed;
-    for (File *file : qAsConst(m_files)) {
-        if (std::none_of(file->tags().cbegin(), file->tags().cend(), isGone))
+    for (const qint64 fileId : fileIds) {
+        File *file = m_files.value(fileId);
+        if (!file || std::none_of(file->tags().cbegin(), file->tags().cend(), isGone))
             continue;
         QVector<qint64> tags = file->tags();
         tags.erase(std::remove_if(tags.begin(), tags.end(), isGone), tags.end());
         file->setTags(tags);
-        changed.append(file->id());
+        changed.append(fileId);
     }
     return changed;
 }

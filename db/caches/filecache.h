@@ -49,8 +49,8 @@ public:
     /** Takes records out; the caller becomes their owner. Unknown ids are passed over. */
     QList<File *> take(const QVector<qint64> &fileIds);
 
-    /** Takes tags off all files; gives the ids of those that had one. */
-    QVector<qint64> forgetTags(const QVector<qint64> &tagIds);
+    /** Takes tags off files; gives the ids of those that had one. */
+    QVector<qint64> forgetTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
 
     bool isMissing(qint64 fileId) const { return m_missing.contains(fileId); }
     const QSet<qint64> &missing() const { return m_missing; }
