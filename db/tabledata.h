@@ -39,6 +39,8 @@ public:
     void clearValues() { m_values.fill(QVariant()); }
     /** Takes the values of all columns at once, in column order. */
     void setValues(QVector<QVariant> values);
+    /** For rows over the same columns. */
+    void swapValues(TableRowData &other) { m_values.swap(other.m_values); }
 
 signals:
     void dataUpdated(QString key, QVariant value);

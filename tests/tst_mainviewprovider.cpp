@@ -47,7 +47,7 @@ private slots:
 
     void manyFilesComeInPieces()
     {
-        QVERIFY(m_database->addFiles(10000) && m_database->addTags(3));
+        QVERIFY(m_database->addFiles(11000) && m_database->addTags(3));
         QVERIFY(m_database->run("INSERT INTO file_tag SELECT file_id,tag_id FROM files CROSS JOIN tags"));
         QVector<int> sizes;
         QMap<qint64, int> rowsOfFile;
@@ -60,7 +60,7 @@ private slots:
         m_files->loadAllFiles();
         QVERIFY(sizes.size() > 2);
         QCOMPARE(sizes.indexOf(0), sizes.size() - 1);
-        QCOMPARE(rowsOfFile.values(), QVector<int>(10000, 3).toList());
+        QCOMPARE(rowsOfFile.values(), QVector<int>(11000, 3).toList());
 
         sizes.clear();
         rowsOfFile.clear();
@@ -70,9 +70,9 @@ private slots:
             QCOMPARE(rowsOfFile.values(), QVector<int>(rowsOfFile.size(), 3).toList());
             QVERIFY(m_database->run("UPDATE files SET load_id=2 WHERE file_id=1"));
         });
-        m_files->loadFiles(firstIds(10000));
+        m_files->loadFiles(firstIds(11000));
         QVERIFY(sizes.size() > 1);
-        QCOMPARE(rowsOfFile.size(), 10000);
+        QCOMPARE(rowsOfFile.size(), 11000);
 
         sizes.clear();
         m_database->close();

@@ -7,7 +7,8 @@
 
 namespace {
 constexpr int rowsPerSlice = 512;
-constexpr int filesPerReload = 4000;
+// Each part makes the models look at all files once more.
+constexpr int filesPerReload = 10000;
 } // namespace
 
 MainViewProvider::MainViewProvider(const AbstractQueryConstructor *constructor, QObject *parent)
@@ -133,11 +134,10 @@ bool MainViewProvider::readFiles(const QVector<qint64> &ids, TableData &rows)
         return constructor()->whereClause(constructor()->inClause(column, texts));
     };
     const auto keep = [&rows](const TableData &slice) {
-        for (const TableRowData *row : slice) {
-            auto *copy = new TableRowData(row->columns());
-            for (int i = 0; i < row->columns().size(); ++i)
-                copy->setAt(i, row->at(i));
-            rows.append(copy);
+        for (TableRowData *row : slice) {
+            auto *kept = new TableRowData(row->columns());
+            kept->swapValues(*row);
+            rows.append(kept);
         }
     };
     return runSyncJoined(filesText(condition(QStringLiteral("files.file_id"))),
