@@ -155,16 +155,17 @@ void TagActions::expandNodes()
                  [this] { sink = sink + m_flat.filterTagNames(QStringLiteral("9")); }});
 }
 
-/** Inserts a row for each number i, behind the window's back. */
+/** Inserts a row for each number i, behind the window's back, into the plain database, too. */
 void TagActions::makeRows(qint64 from, int count, const char *insert)
 {
-    QSqlQuery(QSqlDatabase::database())
-        .exec(QStringLiteral("WITH RECURSIVE n(i) AS (SELECT %1 UNION ALL SELECT "
-                             "i+1 FROM n LIMIT %2) "
-                             "INSERT INTO %3")
-                  .arg(from)
-                  .arg(count)
-                  .arg(QLatin1String(insert)));
+    const QString statement = QStringLiteral("WITH RECURSIVE n(i) AS (SELECT %1 UNION ALL SELECT "
+                                             "i+1 FROM n LIMIT %2) "
+                                             "INSERT INTO %3")
+                                  .arg(from)
+                                  .arg(count)
+                                  .arg(QLatin1String(insert));
+    QSqlQuery(QSqlDatabase::database()).exec(statement);
+    m_window.runPlain(statement);
 }
 
 void TagActions::assignGroups()
@@ -175,6 +176,8 @@ void TagActions::assignGroups()
         {QStringLiteral("assign 5,000 tags to 20 groups"),
          [this] {
              m_window.manager->removeGroups(idsFrom(firstGroup, groups));
+             m_window.runPlain(QStringLiteral("DELETE FROM tag_groups WHERE tag_group_id>1000"));
+             m_window.runPlain(QStringLiteral("DELETE FROM tag_group_links WHERE tag_group_id>1000"));
              makeRows(firstGroup, groups, "tag_groups SELECT i,'group '||i FROM n");
              m_window.manager->loadAllGroups();
          },
@@ -204,5 +207,16 @@ void TagActions::removeTags()
                      m_window.showAll();
                  },
                  [this] { m_window.tags->removeTags(idsFrom(firstTag, tags)); },
-                 [this] { m_window.runPlain(QStringLiteral("DELETE FROM tags WHERE tag_id>100000")); }});
+                 [this] {
+                     // No key begins with the tag: all taggings are looked at.
+                     m_window.runPlain(QStringLiteral("BEGIN;"
+                                                      "DELETE FROM file_tag WHERE tag_id>100000;"
+                                                      "DELETE FROM tag_group_links WHERE tag_id>100000;"
+                                                      "DELETE FROM tb_nodes WHERE node_id>100000;"
+                                                      "DELETE FROM tb_node_links WHERE child_id>100000;"
+                                                      "DELETE FROM tag_relationships WHERE "
+                                                      "CAST(relationship_path AS INTEGER)>100000;"
+                                                      "DELETE FROM tags WHERE tag_id>100000;"
+                                                      "COMMIT"));
+                 }});
 }
