@@ -1,6 +1,6 @@
 #include "app/crashwriter.h"
 
-#include "app/crashstack.h"
+#include "app/settings/crashstack.h"
 
 #include <csignal>
 #include <cstddef>

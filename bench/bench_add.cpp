@@ -1,16 +1,16 @@
 // Adding files: the whole road from the request to the last signal, beside the same rows written by plain
 // sqlite3. Usage: bench_add [small|large|all] [runs] [folder]. It needs room for some 5 GB; in a folder that
 // is named the input files stay for the next time.
-#include "app/addingsettings.h"
-#include "app/constants.h"
+#include "app/settings/addingsettings.h"
+#include "app/settings/constants.h"
 #include "bench/measure.h"
 #include "bench/plaindatabase.h"
-#include "db/schema.h"
-#include "db/sqlitequeryconstructor.h"
-#include "fileops/blockstorage.h"
-#include "fileops/datachecksum.h"
-#include "fileops/idcodegenerator.h"
-#include "fileops/sqlitefileoperationprovider.h"
+#include "db/sql/schema.h"
+#include "db/sql/sqlitequeryconstructor.h"
+#include "fileops/contents/blockstorage.h"
+#include "fileops/files/datachecksum.h"
+#include "fileops/files/idcodegenerator.h"
+#include "fileops/provider/sqlitefileoperationprovider.h"
 
 #include <QCoreApplication>
 #include <QDir>

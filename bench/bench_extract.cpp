@@ -1,11 +1,11 @@
 // Extracting internal files: from the request to the last signal, beside a copy of the same files with fsync.
 // Usage: bench_extract [megabytes] [runs] [folder]. It needs room for three times the size.
-#include "app/addingsettings.h"
+#include "app/settings/addingsettings.h"
 #include "bench/measure.h"
 #include "bench/plaindatabase.h"
-#include "db/schema.h"
-#include "db/sqlitequeryconstructor.h"
-#include "fileops/sqlitefileoperationprovider.h"
+#include "db/sql/schema.h"
+#include "db/sql/sqlitequeryconstructor.h"
+#include "fileops/provider/sqlitefileoperationprovider.h"
 
 #include <QCoreApplication>
 #include <QDir>

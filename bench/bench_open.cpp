@@ -1,10 +1,10 @@
 // Opening a database of a million files: the program's own way against the same LEFT JOIN, read into structs
 // by plain sqlite3 in the same process. Prints CPU times, their ratio and the memory that a file takes.
 #include "bench/measure.h"
-#include "core/collection.h"
-#include "core/recordtypes.h"
-#include "db/databasemanger.h"
-#include "db/schema.h"
+#include "core/controllers/collection.h"
+#include "core/records/recordtypes.h"
+#include "db/manager/databasemanger.h"
+#include "db/sql/schema.h"
 
 #include <QCommandLineParser>
 #include <QDir>

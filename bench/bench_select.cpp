@@ -1,9 +1,9 @@
 #include "bench/measure.h"
 #include "core/controllers/mainviewcontroller.h"
-#include "core/file.h"
-#include "models/contentsmodel.h"
-#include "models/filefiltermodel.h"
-#include "models/sorter.h"
+#include "core/records/file.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/filefiltermodel.h"
+#include "models/contents/sorter.h"
 
 #include <QApplication>
 #include <QDateTime>

@@ -2,10 +2,10 @@
 // The reference sends the same statements by plain libpq in the same process, and reads what comes into
 // structs. Needs a server that VORNA_TEST_PG names, as scripts/with-postgres.sh gives one. Both run in turn.
 #include "bench/measure.h"
-#include "core/collection.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/tagscontroller.h"
-#include "core/recordtypes.h"
-#include "db/databasemanger.h"
+#include "core/records/recordtypes.h"
+#include "db/manager/databasemanger.h"
 #include "tests/support/serverdatabase.h"
 
 #include <QElapsedTimer>

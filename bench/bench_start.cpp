@@ -1,10 +1,10 @@
 // From the start of a process to a usable window: the program's own start against a program with nothing but
 // an empty QMainWindow. Each start is a process of its own, so that libraries and fonts are paid for in both;
 // told are the CPU times of these processes and their ratios.
-#include "app/constants.h"
-#include "app/mainwindow.h"
-#include "core/collection.h"
-#include "core/metatypes.h"
+#include "app/settings/constants.h"
+#include "app/window/mainwindow.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/metatypes.h"
 #include "resources/resources.h"
 
 #include <QApplication>

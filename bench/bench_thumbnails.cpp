@@ -4,8 +4,8 @@
 
 #include "bench/measure.h"
 #include "fileops/pictures/thumbnailcanvas.h"
-#include "fileops/thumbnailmaker.h"
-#include "fileops/thumbnailsahead.h"
+#include "fileops/pictures/thumbnailmaker.h"
+#include "fileops/pictures/thumbnailsahead.h"
 
 #include <QCommandLineParser>
 #include <QElapsedTimer>

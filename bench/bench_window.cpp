@@ -1,21 +1,21 @@
 // The real window over a million files and 5,000 tags: what each action costs until the window has settled,
 // and for how long the event loop stood still meanwhile, beside the least work that the action needs. Runs on
 // the offscreen platform, on a copy of the sample library, with settings of its own.
-#include "app/constants.h"
-#include "app/windowsettings.h"
+#include "app/settings/constants.h"
+#include "app/settings/windowsettings.h"
 #include "bench/actiontable.h"
 #include "bench/flatlibrary.h"
 #include "bench/openwindow.h"
 #include "bench/samplelibrary.h"
 #include "bench/tagactions.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/metatypes.h"
 #include "core/controllers/tagscontroller.h"
-#include "core/metatypes.h"
-#include "models/contentsmodel.h"
-#include "models/sorter.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/sorter.h"
 #include "resources/resources.h"
 #include "ui/views/mainfilesview.h"
-#include "ui/views/tableview.h"
+#include "ui/widgets/tableview.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

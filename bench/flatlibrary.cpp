@@ -1,7 +1,7 @@
 #include "bench/flatlibrary.h"
 
-#include "core/file.h"
-#include "models/contentsmodel.h"
+#include "core/records/file.h"
+#include "models/contents/contentsmodel.h"
 
 #include <QCollator>
 

@@ -1,19 +1,19 @@
 #include "bench/openwindow.h"
 
-#include "app/messages.h"
-#include "core/collection.h"
+#include "app/messages/messages.h"
 #include "core/controllers/browstreecontroller.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
-#include "db/databasemanger.h"
-#include "models/brtreesortermodel.h"
-#include "models/contentsmodel.h"
-#include "models/sorter.h"
+#include "db/manager/databasemanger.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/sorter.h"
+#include "models/trees/brtreesortermodel.h"
 #include "ui/docks/tagstabledock.h"
 #include "ui/views/listview.h"
 #include "ui/views/mainfilesview.h"
-#include "ui/views/tableview.h"
 #include "ui/views/taggroupbar.h"
 #include "ui/views/tbtreeview.h"
+#include "ui/widgets/tableview.h"
 
 #include <QFile>
 #include <QHeaderView>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/mainwindow.h"
+#include "app/window/mainwindow.h"
 #include "bench/plaindatabase.h"
 #include "bench/settling.h"
 

@@ -1,7 +1,7 @@
 #include "bench/samplelibrary.h"
 
 #include "bench/plaindatabase.h"
-#include "db/schema.h"
+#include "db/sql/schema.h"
 
 #include <QDir>
 #include <QFile>

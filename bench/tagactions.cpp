@@ -7,13 +7,13 @@
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "db/databasemanger.h"
-#include "models/contentsmodel.h"
-#include "models/tagstablemodel.h"
+#include "db/manager/databasemanger.h"
+#include "models/contents/contentsmodel.h"
+#include "models/tags/tagstablemodel.h"
 #include "ui/docks/tagstabledock.h"
-#include "ui/views/tableview.h"
 #include "ui/views/taggroupbar.h"
 #include "ui/views/tbtreeview.h"
+#include "ui/widgets/tableview.h"
 
 #include <QLineEdit>
 #include <QSqlDatabase>

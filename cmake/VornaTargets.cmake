@@ -33,11 +33,24 @@ function(vorna_check_style target)
     endif()
 endfunction()
 
-# vorna_add_layer(name SOURCES ... LINKS ...): one library of the layer diagram; static but for mutate.sh.
-function(vorna_add_layer name)
+# vorna_link(target PUBLIC|PRIVATE ...): links libraries; those of ours are given by their folders.
+function(vorna_link target scope)
+    foreach(library IN LISTS ARGN)
+        if(EXISTS ${PROJECT_SOURCE_DIR}/${library}/CMakeLists.txt)
+            string(REPLACE / _ library vorna_${library})
+        endif()
+        target_link_libraries(${target} ${scope} ${library})
+    endforeach()
+endfunction()
+
+# vorna_add_layer(SOURCES ... LINKS ...): the library of this folder, db/sql as vorna_db_sql; static but for
+# mutate.sh. Of our folders it links those that its sources include, and no others: check-includes.sh looks.
+function(vorna_add_layer)
     cmake_parse_arguments(LAYER "" "" "SOURCES;LINKS" ${ARGN})
+    file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REPLACE / _ name vorna_${name})
     add_library(${name} ${LAYER_SOURCES})
-    target_link_libraries(${name} PUBLIC vorna_flags ${LAYER_LINKS})
+    vorna_link(${name} PUBLIC vorna_flags ${LAYER_LINKS})
     vorna_check_style(${name})
 endfunction()
 
@@ -46,8 +59,8 @@ endfunction()
 function(vorna_add_test name)
     cmake_parse_arguments(TEST "" "" "SOURCES;LINKS;LABELS" ${ARGN})
     add_executable(${name} ${name}.cpp ${TEST_SOURCES})
-    target_link_libraries(${name} PRIVATE vorna_flags vorna_test_support ${TEST_LINKS} Qt5::Test)
-    if("${TEST_LINKS}" MATCHES "vorna_(fileops|manager|core|ui|window)")
+    vorna_link(${name} PRIVATE vorna_flags vorna_test_support ${TEST_LINKS} Qt5::Test)
+    if("${TEST_LINKS}" MATCHES "fileops/|db/manager|core/controllers|ui/|app/window")
         vorna_read_pictures(${name})
     endif()
     add_test(NAME ${name} COMMAND ${name})

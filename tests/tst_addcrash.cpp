@@ -1,4 +1,4 @@
-#include "app/addingsettings.h"
+#include "app/settings/addingsettings.h"
 #include "tests/support/addingfixture.h"
 
 #include <QImage>

@@ -1,7 +1,7 @@
-#include "app/addingsettings.h"
-#include "fileops/blockstorage.h"
-#include "fileops/datachecksum.h"
-#include "fileops/fileoperationworker.h"
+#include "app/settings/addingsettings.h"
+#include "fileops/contents/blockstorage.h"
+#include "fileops/files/datachecksum.h"
+#include "fileops/worker/fileoperationworker.h"
 #include "tests/support/addingfixture.h"
 #include "tests/support/serverdatabase.h"
 

@@ -1,7 +1,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "models/contentsmodel.h"
-#include "models/tagstablemodel.h"
+#include "models/contents/contentsmodel.h"
+#include "models/tags/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
 
 #include <sys/stat.h>

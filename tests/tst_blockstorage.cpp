@@ -1,6 +1,6 @@
-#include "fileops/blockstorage.h"
-#include "fileops/databasefunctions.h"
-#include "fileops/idcodegenerator.h"
+#include "fileops/contents/blockstorage.h"
+#include "fileops/contents/databasefunctions.h"
+#include "fileops/files/idcodegenerator.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/testworker.h"
 

@@ -1,4 +1,4 @@
-#include "fileops/imageloading.h"
+#include "fileops/pictures/imageloading.h"
 #include "fileops/pictures/picturepool.h"
 #include "fileops/pictures/picturereader.h"
 #include "tests/support/addingfixture.h"

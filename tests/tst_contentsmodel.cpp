@@ -1,5 +1,5 @@
-#include "app/constants.h"
-#include "models/modelroles.h"
+#include "app/settings/constants.h"
+#include "models/base/modelroles.h"
 #include "tests/support/filerecords.h"
 
 #include <QItemSelectionModel>

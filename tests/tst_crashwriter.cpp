@@ -1,5 +1,5 @@
-#include "app/crashstack.h"
 #include "app/crashwriter.h"
+#include "app/settings/crashstack.h"
 #include "tests/support/text.h"
 
 #include <csignal>

@@ -1,5 +1,5 @@
-#include "app/messages.h"
-#include "fileops/thumbnailcache.h"
+#include "app/messages/messages.h"
+#include "fileops/provider/thumbnailcache.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 

@@ -1,5 +1,5 @@
-#include "db/databaseupdater.h"
-#include "db/sqltext.h"
+#include "db/migrations/databaseupdater.h"
+#include "db/sql/sqltext.h"
 #include "tests/support/database.h"
 
 #include <csignal>

@@ -1,5 +1,5 @@
-#include "fileops/datachecksum.h"
-#include "fileops/filechecksums.h"
+#include "fileops/contents/filechecksums.h"
+#include "fileops/files/datachecksum.h"
 #include "tests/support/database.h"
 
 #include <sys/stat.h>

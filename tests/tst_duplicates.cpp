@@ -1,8 +1,8 @@
-#include "app/addingsettings.h"
-#include "fileops/duplicatechoice.h"
-#include "fileops/duplicatemanager.h"
-#include "fileops/postgresfileoperationworker.h"
-#include "fileops/sqlitefileoperationworker.h"
+#include "app/settings/addingsettings.h"
+#include "fileops/duplicates/duplicatechoice.h"
+#include "fileops/duplicates/duplicatemanager.h"
+#include "fileops/worker/postgresfileoperationworker.h"
+#include "fileops/worker/sqlitefileoperationworker.h"
 #include "tests/support/addingfixture.h"
 #include "tests/support/serverdatabase.h"
 

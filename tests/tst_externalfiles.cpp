@@ -1,4 +1,4 @@
-#include "models/externalfilemodel.h"
+#include "models/trees/externalfilemodel.h"
 #include "resources/resources.h"
 #include "tests/support/database.h"
 #include "tests/support/drags.h"

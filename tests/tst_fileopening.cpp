@@ -1,7 +1,7 @@
 #include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/views/fileopening.h"
 
-#include "app/messages.h"
+#include "app/messages/messages.h"
 #include "tests/support/text.h"
 
 #include <QDesktopServices>

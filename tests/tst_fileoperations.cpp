@@ -1,6 +1,6 @@
-#include "fileops/fileoperationprovider.h"
-#include "fileops/postgresfileoperationworker.h"
-#include "fileops/sqlitefileoperationworker.h"
+#include "fileops/provider/fileoperationprovider.h"
+#include "fileops/worker/postgresfileoperationworker.h"
+#include "fileops/worker/sqlitefileoperationworker.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/settingssandbox.h"
 

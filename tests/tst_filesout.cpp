@@ -1,5 +1,5 @@
-#include "app/filedialogs.h"
-#include "core/filedragdata.h"
+#include "app/messages/filedialogs.h"
+#include "core/controllers/filedragdata.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/filesviewtest.h"

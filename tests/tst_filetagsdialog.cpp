@@ -1,5 +1,5 @@
-#include "app/windowsettings.h"
-#include "core/file.h"
+#include "app/settings/windowsettings.h"
+#include "core/records/file.h"
 #include "tests/support/localcollection.h"
 #include "ui/dialogs/browsingtreetagsdialog.h"
 #include "ui/dialogs/tagremovaldialog.h"

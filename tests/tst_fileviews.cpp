@@ -1,8 +1,8 @@
 #include "tests/support/text.h"
-#include "ui/views/delegate.h"
 #include "ui/views/listview.h"
-#include "ui/views/selectedrows.h"
-#include "ui/views/tableview.h"
+#include "ui/widgets/delegate.h"
+#include "ui/widgets/selectedrows.h"
+#include "ui/widgets/tableview.h"
 
 #include <QApplication>
 #include <QDropEvent>

@@ -1,8 +1,8 @@
-#include "app/addingsettings.h"
+#include "app/settings/addingsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "models/contentsmodel.h"
-#include "models/tagstablemodel.h"
+#include "models/contents/contentsmodel.h"
+#include "models/tags/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
 
 namespace {

@@ -1,5 +1,5 @@
-#include "core/file.h"
-#include "fileops/datachecksum.h"
+#include "core/records/file.h"
+#include "fileops/files/datachecksum.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 

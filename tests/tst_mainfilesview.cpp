@@ -1,10 +1,10 @@
-#include "models/contentsmodel.h"
-#include "models/filefiltermodel.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/filefiltermodel.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/filesviewtest.h"
-#include "ui/views/speciallineedit.h"
-#include "ui/views/tableview.h"
+#include "ui/widgets/speciallineedit.h"
+#include "ui/widgets/tableview.h"
 
 #include <QAction>
 #include <QApplication>

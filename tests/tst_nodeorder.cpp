@@ -1,8 +1,8 @@
-#include "app/specialnodes.h"
-#include "app/viewsettings.h"
-#include "models/brtreesortermodel.h"
-#include "models/naturalorder.h"
-#include "models/treeroles.h"
+#include "app/settings/specialnodes.h"
+#include "app/settings/viewsettings.h"
+#include "models/base/naturalorder.h"
+#include "models/trees/brtreesortermodel.h"
+#include "models/trees/treeroles.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 

@@ -1,6 +1,6 @@
-#include "core/file.h"
+#include "core/records/file.h"
 #include "fileops/pictures/picturepool.h"
-#include "models/sorter.h"
+#include "models/contents/sorter.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/localcollection.h"
 #include "ui/preview/filepreview.h"

@@ -1,5 +1,5 @@
-#include "db/postgresqueryconstructor.h"
-#include "db/sqlitequeryconstructor.h"
+#include "db/sql/postgresqueryconstructor.h"
+#include "db/sql/sqlitequeryconstructor.h"
 #include "tests/support/text.h"
 
 namespace {

@@ -1,6 +1,6 @@
-#include "db/asyncrunner.h"
-#include "db/syncrunner.h"
-#include "db/transaction.h"
+#include "db/sql/asyncrunner.h"
+#include "db/sql/syncrunner.h"
+#include "db/sql/transaction.h"
 #include "tests/support/serverdatabase.h"
 
 /** Runners and the provider base, on both connections of a real database of either kind. */

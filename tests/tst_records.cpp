@@ -1,6 +1,6 @@
-#include "core/file.h"
-#include "core/recordtypes.h"
-#include "core/textpool.h"
+#include "core/records/file.h"
+#include "core/records/recordtypes.h"
+#include "core/records/textpool.h"
 #include "tests/support/text.h"
 
 #include <memory>

@@ -1,5 +1,5 @@
 #include "core/providers/mainviewprovider.h"
-#include "db/serverwatch.h"
+#include "db/sql/serverwatch.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 

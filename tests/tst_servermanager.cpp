@@ -1,4 +1,4 @@
-#include "core/collectionsettings.h"
+#include "core/controllers/collectionsettings.h"
 #include "tests/support/localcollection.h"
 #include "tests/support/serverdatabase.h"
 

@@ -1,4 +1,4 @@
-#include "db/databaseupdater.h"
+#include "db/migrations/databaseupdater.h"
 #include "tests/support/serverdatabase.h"
 
 #include <atomic>

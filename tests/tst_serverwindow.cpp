@@ -1,12 +1,12 @@
-#include "core/collectionsettings.h"
 #include "core/controllers/browstreecontroller.h"
-#include "models/browsingtreetablemodel.h"
+#include "core/controllers/collectionsettings.h"
+#include "models/trees/browsingtreetablemodel.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/windowfixture.h"
 #include "ui/dialogs/browsingtreedialog.h"
 #include "ui/dialogs/databaseconnectdialog.h"
-#include "ui/views/browsingtreesdelegate.h"
-#include "ui/views/tableview.h"
+#include "ui/widgets/browsingtreesdelegate.h"
+#include "ui/widgets/tableview.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "db/sqltext.h"
+#include "db/sql/sqltext.h"
 #include "tests/support/text.h"
 
 class TestSqlText : public QObject

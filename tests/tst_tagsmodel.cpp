@@ -1,8 +1,8 @@
-#include "app/constants.h"
-#include "models/idlistmime.h"
-#include "models/taggroupmodel.h"
-#include "models/tagsgroupproxy.h"
-#include "models/tagstablemodel.h"
+#include "app/settings/constants.h"
+#include "models/base/idlistmime.h"
+#include "models/tags/taggroupmodel.h"
+#include "models/tags/tagsgroupproxy.h"
+#include "models/tags/tagstablemodel.h"
 #include "tests/support/localcollection.h"
 
 using Ids = QVector<qint64>;

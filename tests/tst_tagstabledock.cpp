@@ -5,9 +5,9 @@
 #include "ui/dialogs/taggroupform.h"
 #include "ui/dialogs/taggroupingdialog.h"
 #include "ui/docks/tagstabledock.h"
-#include "ui/mainui.h"
-#include "ui/views/tableview.h"
 #include "ui/views/taggroupbar.h"
+#include "ui/widgets/mainui.h"
+#include "ui/widgets/tableview.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

@@ -1,4 +1,4 @@
-#include "models/sorter.h"
+#include "models/contents/sorter.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 #include "ui/views/titlewidget.h"

@@ -1,8 +1,8 @@
-#include "app/viewsettings.h"
-#include "models/brtreesortermodel.h"
-#include "models/tbtreemodel.h"
-#include "models/treeroles.h"
-#include "models/trmodel.h"
+#include "app/settings/viewsettings.h"
+#include "models/trees/brtreesortermodel.h"
+#include "models/trees/tbtreemodel.h"
+#include "models/trees/treeroles.h"
+#include "models/trees/trmodel.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 

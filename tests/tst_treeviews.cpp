@@ -1,5 +1,5 @@
-#include "app/viewsettings.h"
-#include "core/tbnode.h"
+#include "app/settings/viewsettings.h"
+#include "core/records/tbnode.h"
 #include "tests/support/treewindow.h"
 #include "ui/views/foreigndragfilter.h"
 

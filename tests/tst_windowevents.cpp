@@ -2,8 +2,8 @@
 #include "app/endsignals.h"
 #endif
 #include "core/controllers/mainviewcontroller.h"
-#include "fileops/presentableduplicates.h"
-#include "models/contentsmodel.h"
+#include "fileops/worker/presentableduplicates.h"
+#include "models/contents/contentsmodel.h"
 #include "tests/support/windowfixture.h"
 #include "ui/dialogs/duplicateprompt.h"
 #include "ui/dialogs/fileoperationprogress.h"

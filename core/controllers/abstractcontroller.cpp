@@ -1,8 +1,8 @@
 #include "core/controllers/abstractcontroller.h"
 
-#include "app/messages.h"
-#include "core/collection.h"
-#include "db/databasemanger.h"
+#include "app/messages/messages.h"
+#include "core/controllers/collection.h"
+#include "db/manager/databasemanger.h"
 
 #include <algorithm>
 #include <iterator>

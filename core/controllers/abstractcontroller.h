@@ -1,6 +1,6 @@
 #pragma once
 
-#include "models/edithost.h"
+#include "models/base/edithost.h"
 
 #include <QObject>
 #include <QVector>

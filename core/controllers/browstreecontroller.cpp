@@ -1,15 +1,15 @@
 #include "core/controllers/browstreecontroller.h"
 
-#include "app/viewsettings.h"
-#include "core/collection.h"
-#include "core/collectionsettings.h"
+#include "app/settings/viewsettings.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/collectionsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "db/databasemanger.h"
-#include "models/brtreesortermodel.h"
-#include "models/tbtreemodel.h"
-#include "models/trmodel.h"
+#include "db/manager/databasemanger.h"
+#include "models/trees/brtreesortermodel.h"
+#include "models/trees/tbtreemodel.h"
+#include "models/trees/trmodel.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/controllers/abstractcontroller.h"
-#include "core/recordtypes.h"
-#include "models/browsingtreeshost.h"
-#include "models/manualnodessorter.h"
-#include "models/nodeshost.h"
-#include "models/tagrequirements.h"
+#include "core/records/recordtypes.h"
+#include "models/contents/tagrequirements.h"
+#include "models/trees/browsingtreeshost.h"
+#include "models/trees/manualnodessorter.h"
+#include "models/trees/nodeshost.h"
 
 #include <QHash>
 #include <QList>

@@ -1,13 +1,13 @@
 #include "core/controllers/filerenamer.h"
 
-#include "app/messages.h"
-#include "core/file.h"
-#include "core/filekind.h"
-#include "core/filerenaming.h"
-#include "core/miscoperationthread.h"
-#include "db/databasemanger.h"
-#include "fileops/databasefunctions.h"
-#include "fileops/hyperlinkcheck.h"
+#include "app/messages/messages.h"
+#include "core/controllers/filerenaming.h"
+#include "core/controllers/miscoperationthread.h"
+#include "core/records/file.h"
+#include "core/records/filekind.h"
+#include "db/manager/databasemanger.h"
+#include "fileops/adding/hyperlinkcheck.h"
+#include "fileops/contents/databasefunctions.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

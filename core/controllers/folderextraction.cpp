@@ -1,9 +1,9 @@
 #include "core/controllers/folderextraction.h"
 
-#include "core/file.h"
-#include "core/filekind.h"
-#include "core/miscoperationthread.h"
-#include "db/databasemanger.h"
+#include "core/controllers/miscoperationthread.h"
+#include "core/records/file.h"
+#include "core/records/filekind.h"
+#include "db/manager/databasemanger.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -44,8 +44,7 @@ void FolderExtraction::run(DatabaseManger *manager, const QString &folder, const
         return;
     m_isRunning = false;
     if (isSettled && source)
-        source->extractFiles(plan.fileIds(), plan.targetPaths(), plan.replacedPaths(),
-                             plan.comparedPaths());
+        source->extractFiles(plan.fileIds(), plan.targetPaths(), plan.replacedPaths(), plan.comparedPaths());
 }
 
 bool FolderExtraction::compare(ExtractionPlan &plan)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/extractionplan.h"
+#include "core/controllers/extractionplan.h"
 
 #include <QObject>
 

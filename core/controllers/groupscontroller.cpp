@@ -1,9 +1,9 @@
 #include "core/controllers/groupscontroller.h"
 
-#include "core/collection.h"
-#include "core/collectionsettings.h"
-#include "db/databasemanger.h"
-#include "models/taggroupmodel.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/collectionsettings.h"
+#include "db/manager/databasemanger.h"
+#include "models/tags/taggroupmodel.h"
 
 #include <QSet>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/controllers/abstractcontroller.h"
-#include "core/recordtypes.h"
-#include "models/taggroupshost.h"
+#include "core/records/recordtypes.h"
+#include "models/tags/taggroupshost.h"
 
 #include <QList>
 #include <QMap>

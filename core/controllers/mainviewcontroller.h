@@ -1,14 +1,14 @@
 #pragma once
 
 #include "core/controllers/abstractcontroller.h"
-#include "core/datatype.h"
-#include "core/fileconflict.h"
-#include "core/nodetype.h"
-#include "core/recordtypes.h"
-#include "fileops/deletedfilerepresentations.h"
-#include "fileops/imageloading.h"
-#include "models/contentshost.h"
-#include "models/tagrequirements.h"
+#include "core/controllers/fileconflict.h"
+#include "core/records/datatype.h"
+#include "core/records/nodetype.h"
+#include "core/records/recordtypes.h"
+#include "fileops/pictures/imageloading.h"
+#include "fileops/worker/deletedfilerepresentations.h"
+#include "models/contents/contentshost.h"
+#include "models/contents/tagrequirements.h"
 
 #include <QHash>
 #include <QList>

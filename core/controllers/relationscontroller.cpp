@@ -1,7 +1,7 @@
 #include "core/controllers/relationscontroller.h"
 
-#include "db/databasemanger.h"
-#include "models/trmodel.h"
+#include "db/manager/databasemanger.h"
+#include "models/trees/trmodel.h"
 
 #include <QSet>
 

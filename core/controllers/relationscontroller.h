@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/controllers/abstractcontroller.h"
-#include "core/recordtypes.h"
-#include "models/tagnames.h"
+#include "core/records/recordtypes.h"
+#include "models/trees/tagnames.h"
 
 #include <QStringList>
 #include <QVector>

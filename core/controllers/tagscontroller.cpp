@@ -1,12 +1,12 @@
 #include "core/controllers/tagscontroller.h"
 
 #include "core/controllers/mainviewcontroller.h"
-#include "db/databasemanger.h"
-#include "models/contentsmodel.h"
-#include "models/filefiltermodel.h"
-#include "models/tagsfilterproxy.h"
-#include "models/tagsgroupproxy.h"
-#include "models/tagstablemodel.h"
+#include "db/manager/databasemanger.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/filefiltermodel.h"
+#include "models/tags/tagsfilterproxy.h"
+#include "models/tags/tagsgroupproxy.h"
+#include "models/tags/tagstablemodel.h"
 
 #include <QSet>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/controllers/abstractcontroller.h"
-#include "db/tabledata.h"
-#include "models/tagshost.h"
+#include "db/sql/tabledata.h"
+#include "models/tags/tagshost.h"
 
 #include <QHash>
 #include <QList>

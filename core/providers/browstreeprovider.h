@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/basedbprovider.h"
+#include "db/sql/basedbprovider.h"
 
 /**
  * The statements of the browsing trees that both back-ends share. GUI thread, default connection; each

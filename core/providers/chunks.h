@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/sqltext.h"
+#include "db/sql/sqltext.h"
 
 /** Long lists of ids or texts go to the database in pieces, so that no statement outgrows its limits. */
 namespace Chunks {

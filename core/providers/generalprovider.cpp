@@ -1,7 +1,7 @@
 #include "core/providers/generalprovider.h"
 
-#include "db/abstractqueryconstructor.h"
-#include "db/databaselock.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/databaselock.h"
 
 #include <QSignalBlocker>
 

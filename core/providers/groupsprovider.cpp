@@ -2,8 +2,8 @@
 
 #include "core/providers/chunks.h"
 #include "core/providers/singlevalue.h"
-#include "db/abstractqueryconstructor.h"
-#include "db/transaction.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/transaction.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/basedbprovider.h"
+#include "db/sql/basedbprovider.h"
 
 /** Which tags leave a group and which join it. */
 struct GroupTagChange

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/basedbprovider.h"
+#include "db/sql/basedbprovider.h"
 
 /**
  * The statements of the file records. GUI thread, default connection; each operation is over, and its signals

@@ -2,8 +2,8 @@
 
 #include "core/providers/browstreeprovider.h"
 #include "core/providers/chunks.h"
-#include "db/abstractqueryconstructor.h"
-#include "db/transaction.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/transaction.h"
 
 bool NodeRemovalPlan::isEmpty() const
 {

@@ -1,9 +1,9 @@
 #include "core/providers/postgresbrowstreeprovider.h"
 
 #include "core/providers/singlevalue.h"
-#include "db/abstractqueryconstructor.h"
-#include "db/sqltext.h"
-#include "db/transaction.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/sqltext.h"
+#include "db/sql/transaction.h"
 
 #include <algorithm>
 

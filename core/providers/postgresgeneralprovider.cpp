@@ -1,7 +1,7 @@
 #include "core/providers/postgresgeneralprovider.h"
 
-#include "db/abstractqueryconstructor.h"
-#include "db/changestamp.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/changestamp.h"
 
 PostgresGeneralProvider::PostgresGeneralProvider(const AbstractQueryConstructor *constructor, QObject *parent)
     : GeneralProvider(constructor, parent)

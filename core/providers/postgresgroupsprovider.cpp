@@ -1,7 +1,7 @@
 #include "core/providers/postgresgroupsprovider.h"
 
 #include "core/providers/singlevalue.h"
-#include "db/abstractqueryconstructor.h"
+#include "db/sql/abstractqueryconstructor.h"
 
 PostgresGroupsProvider::PostgresGroupsProvider(const AbstractQueryConstructor *constructor, QObject *parent)
     : GroupsProvider(constructor, parent)

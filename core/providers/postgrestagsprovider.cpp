@@ -1,7 +1,7 @@
 #include "core/providers/postgrestagsprovider.h"
 
 #include "core/providers/singlevalue.h"
-#include "db/abstractqueryconstructor.h"
+#include "db/sql/abstractqueryconstructor.h"
 
 PostgresTagsProvider::PostgresTagsProvider(const AbstractQueryConstructor *constructor, QObject *parent)
     : TagsProvider(constructor, parent)

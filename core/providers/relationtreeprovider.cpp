@@ -1,8 +1,8 @@
 #include "core/providers/relationtreeprovider.h"
 
 #include "core/providers/chunks.h"
-#include "db/abstractqueryconstructor.h"
-#include "db/transaction.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/transaction.h"
 
 #include <QSet>
 

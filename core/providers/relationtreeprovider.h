@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/basedbprovider.h"
+#include "db/sql/basedbprovider.h"
 
 #include <QStringList>
 

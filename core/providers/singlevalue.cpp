@@ -1,6 +1,6 @@
 #include "core/providers/singlevalue.h"
 
-#include "db/basedbprovider.h"
+#include "db/sql/basedbprovider.h"
 
 QVariant SingleValue::read(BaseDBProvider &provider, const QString &statement)
 {

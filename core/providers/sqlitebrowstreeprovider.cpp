@@ -1,7 +1,7 @@
 #include "core/providers/sqlitebrowstreeprovider.h"
 
-#include "db/abstractqueryconstructor.h"
-#include "db/sqltext.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/sqltext.h"
 
 namespace {
 const QLatin1String foldersTable("tb_autolinks");

@@ -4,8 +4,8 @@
 #include "core/providers/chunks.h"
 #include "core/providers/relationtreeprovider.h"
 #include "core/providers/tagsprovider.h"
-#include "db/abstractqueryconstructor.h"
-#include "db/transaction.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/transaction.h"
 
 #include <QHash>
 #include <QMap>

@@ -1,6 +1,6 @@
 #include "db/caches/filecache.h"
 
-#include "core/file.h"
+#include "core/records/file.h"
 #include "db/caches/filecolumns.h"
 
 #include <QHash>

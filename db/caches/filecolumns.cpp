@@ -1,6 +1,6 @@
 #include "db/caches/filecolumns.h"
 
-#include "core/file.h"
+#include "core/records/file.h"
 
 FileColumns::FileColumns(const QStringList &columns)
     : m_columns(columns),

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/datatype.h"
-#include "db/longtext.h"
-#include "db/tabledata.h"
+#include "core/records/datatype.h"
+#include "db/sql/longtext.h"
+#include "db/sql/tabledata.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #include "db/caches/groupcache.h"
 
-#include "core/groupitem.h"
-#include "db/longtext.h"
+#include "core/records/groupitem.h"
+#include "db/sql/longtext.h"
 
 #include <QMap>
 #include <QSet>

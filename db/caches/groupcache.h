@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/map.h"
-#include "db/tabledata.h"
+#include "core/records/map.h"
+#include "db/sql/tabledata.h"
 
 #include <QVector>
 

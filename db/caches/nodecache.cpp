@@ -1,7 +1,7 @@
 #include "db/caches/nodecache.h"
 
-#include "core/tbnode.h"
-#include "db/longtext.h"
+#include "core/records/tbnode.h"
+#include "db/sql/longtext.h"
 
 #include <QDebug>
 #include <QSet>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/trnode.h"
-#include "core/vector.h"
+#include "core/records/trnode.h"
+#include "core/records/vector.h"
 
 #include <QHash>
 #include <QPair>

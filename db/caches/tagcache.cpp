@@ -1,6 +1,6 @@
 #include "db/caches/tagcache.h"
 
-#include "db/longtext.h"
+#include "db/sql/longtext.h"
 
 #include <QSet>
 

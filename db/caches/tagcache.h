@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/tabledata.h"
+#include "db/sql/tabledata.h"
 
 #include <QHash>
 #include <QString>

@@ -1,8 +1,8 @@
 #include "db/migrations/dbversiontransition_2_0_6.h"
 
-#include "db/databaseversion.h"
 #include "db/migrations/migrationstatements.h"
-#include "db/sqltext.h"
+#include "db/sql/databaseversion.h"
+#include "db/sql/sqltext.h"
 
 namespace {
 QStringList selectionTable()

@@ -1,10 +1,10 @@
 #include "db/migrations/dbversiontransition_2_0_7.h"
 
-#include "app/constants.h"
-#include "db/databaseversion.h"
-#include "db/drivertexts.h"
+#include "app/settings/constants.h"
 #include "db/migrations/migrationstatements.h"
-#include "db/sqltext.h"
+#include "db/sql/databaseversion.h"
+#include "db/sql/drivertexts.h"
+#include "db/sql/sqltext.h"
 
 #include <QDebug>
 #include <QDir>

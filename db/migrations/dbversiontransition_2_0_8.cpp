@@ -1,7 +1,7 @@
 #include "db/migrations/dbversiontransition_2_0_8.h"
 
-#include "db/databaseversion.h"
 #include "db/migrations/migrationstatements.h"
+#include "db/sql/databaseversion.h"
 
 #include <QDebug>
 

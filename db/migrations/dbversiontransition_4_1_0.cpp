@@ -1,9 +1,9 @@
 #include "db/migrations/dbversiontransition_4_1_0.h"
 
-#include "app/constants.h"
-#include "db/abstractqueryconstructor.h"
+#include "app/settings/constants.h"
 #include "db/migrations/migrationstatements.h"
-#include "db/sqltext.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/sqltext.h"
 
 #include <QDebug>
 #include <QSqlQuery>

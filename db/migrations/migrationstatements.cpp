@@ -1,6 +1,6 @@
 #include "db/migrations/migrationstatements.h"
 
-#include "db/schema.h"
+#include "db/sql/schema.h"
 
 #include <QDebug>
 #include <QSqlQuery>

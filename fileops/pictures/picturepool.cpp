@@ -1,6 +1,6 @@
 #include "fileops/pictures/picturepool.h"
 
-#include "app/crashstack.h"
+#include "app/settings/crashstack.h"
 #include "fileops/pictures/picturedecoder.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fileops/regularfile.h"
+#include "fileops/files/regularfile.h"
 
 #include <QByteArray>
 #include <QImage>

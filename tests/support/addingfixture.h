@@ -1,7 +1,7 @@
 #pragma once
 
-#include "fileops/postgresfileoperationprovider.h"
-#include "fileops/sqlitefileoperationprovider.h"
+#include "fileops/provider/postgresfileoperationprovider.h"
+#include "fileops/provider/sqlitefileoperationprovider.h"
 #include "tests/support/database.h"
 #include "tests/support/settingssandbox.h"
 

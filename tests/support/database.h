@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/constants.h"
-#include "app/dbdetails.h"
-#include "db/basedbprovider.h"
-#include "db/drivertexts.h"
-#include "db/schema.h"
-#include "db/sqlitequeryconstructor.h"
+#include "app/settings/constants.h"
+#include "app/settings/dbdetails.h"
+#include "db/sql/basedbprovider.h"
+#include "db/sql/drivertexts.h"
+#include "db/sql/schema.h"
+#include "db/sql/sqlitequeryconstructor.h"
 #include "tests/support/text.h"
 
 #include <QtSql>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/constants.h"
-#include "models/idlistmime.h"
+#include "app/settings/constants.h"
+#include "models/base/idlistmime.h"
 
 #include <QCoreApplication>
 #include <QDataStream>

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "app/constants.h"
-#include "core/recordtypes.h"
-#include "models/contentshost.h"
-#include "models/contentsmodel.h"
-#include "models/filefiltermodel.h"
-#include "models/idlistmime.h"
-#include "models/sorter.h"
+#include "app/settings/constants.h"
+#include "core/records/recordtypes.h"
+#include "models/base/idlistmime.h"
+#include "models/contents/contentshost.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/filefiltermodel.h"
+#include "models/contents/sorter.h"
 #include "tests/support/settingssandbox.h"
 #include "tests/support/text.h"
 

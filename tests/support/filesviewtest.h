@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/addingsettings.h"
-#include "models/sorter.h"
+#include "app/settings/addingsettings.h"
+#include "models/contents/sorter.h"
 #include "tests/support/localcollection.h"
-#include "ui/mainui.h"
 #include "ui/views/listview.h"
 #include "ui/views/mainfilesview.h"
+#include "ui/widgets/mainui.h"
 
 #include <QMainWindow>
 

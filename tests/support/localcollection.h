@@ -1,15 +1,15 @@
 #pragma once
 
-#include "app/messages.h"
-#include "core/collection.h"
+#include "app/messages/messages.h"
 #include "core/controllers/browstreecontroller.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "core/recordtypes.h"
-#include "db/databasemanger.h"
-#include "fileops/fileoperationtypes.h"
+#include "core/records/recordtypes.h"
+#include "db/manager/databasemanger.h"
+#include "fileops/worker/fileoperationtypes.h"
 #include "tests/support/database.h"
 #include "tests/support/settingssandbox.h"
 

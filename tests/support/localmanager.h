@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/postgresdbmanager.h"
-#include "db/sqlitedbmanager.h"
-#include "fileops/fileoperationtypes.h"
+#include "db/manager/postgresdbmanager.h"
+#include "db/manager/sqlitedbmanager.h"
+#include "fileops/worker/fileoperationtypes.h"
 #include "tests/support/database.h"
 #include "tests/support/settingssandbox.h"
 

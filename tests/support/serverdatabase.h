@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/postgresqueryconstructor.h"
+#include "db/sql/postgresqueryconstructor.h"
 #include "tests/support/database.h"
 
 /** A further connection to a server database, as another client would have it. Gone with the object. */

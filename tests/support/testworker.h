@@ -1,7 +1,7 @@
 #pragma once
 
-#include "fileops/postgresfileoperationworker.h"
-#include "fileops/sqlitefileoperationworker.h"
+#include "fileops/worker/postgresfileoperationworker.h"
+#include "fileops/worker/sqlitefileoperationworker.h"
 #include "tests/support/database.h"
 
 /** A worker of a class of one's own, on the worker connection, which has to be open. */

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "models/brtreesortermodel.h"
-#include "models/treeroles.h"
-#include "models/trmodel.h"
+#include "models/trees/brtreesortermodel.h"
+#include "models/trees/treeroles.h"
+#include "models/trees/trmodel.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
 #include "ui/docks/browsingtreeviewdock.h"
 #include "ui/docks/relationtreeviewdock.h"
-#include "ui/mainui.h"
 #include "ui/views/tbtreeview.h"
 #include "ui/views/trview.h"
+#include "ui/widgets/mainui.h"
 
 #include <QMainWindow>
 #include <QMenu>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/constants.h"
-#include "app/filedialogs.h"
-#include "app/mainwindow.h"
-#include "app/messages.h"
-#include "core/collection.h"
-#include "core/metatypes.h"
+#include "app/messages/filedialogs.h"
+#include "app/messages/messages.h"
+#include "app/settings/constants.h"
+#include "app/window/mainwindow.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/metatypes.h"
 #include "tests/support/database.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/settingssandbox.h"

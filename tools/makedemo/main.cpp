@@ -1,4 +1,4 @@
-#include "core/metatypes.h"
+#include "core/controllers/metatypes.h"
 #include "tools/makedemo/demomaker.h"
 
 #include <QCoreApplication>

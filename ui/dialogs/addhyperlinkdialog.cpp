@@ -1,8 +1,8 @@
 #include "ui/dialogs/addhyperlinkdialog.h"
 
-#include "app/messages.h"
-#include "fileops/hyperlinkcheck.h"
-#include "ui/views/customiconwidget.h"
+#include "app/messages/messages.h"
+#include "fileops/adding/hyperlinkcheck.h"
+#include "ui/widgets/customiconwidget.h"
 #include "ui_addhyperlinkdialog.h"
 
 #include <QFile>

@@ -1,15 +1,15 @@
 #include "ui/dialogs/browsingtreedialog.h"
 
-#include "app/messages.h"
-#include "app/windowsettings.h"
-#include "core/collection.h"
+#include "app/messages/messages.h"
+#include "app/settings/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
-#include "models/browsingtreetablemodel.h"
-#include "models/treeroles.h"
+#include "core/controllers/collection.h"
+#include "models/trees/browsingtreetablemodel.h"
+#include "models/trees/treeroles.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/tabledialoglayout.h"
-#include "ui/views/browsingtreesdelegate.h"
-#include "ui/views/tableview.h"
+#include "ui/widgets/browsingtreesdelegate.h"
+#include "ui/widgets/tableview.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>

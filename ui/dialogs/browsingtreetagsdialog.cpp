@@ -1,10 +1,10 @@
 #include "ui/dialogs/browsingtreetagsdialog.h"
 
-#include "app/windowsettings.h"
-#include "core/collection.h"
+#include "app/settings/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
-#include "core/tbnode.h"
+#include "core/records/tbnode.h"
 
 #include <QSet>
 

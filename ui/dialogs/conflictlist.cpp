@@ -1,7 +1,7 @@
 #include "ui/dialogs/conflictlist.h"
 
-#include "app/showntext.h"
-#include "core/miscoperationthread.h"
+#include "app/settings/showntext.h"
+#include "core/controllers/miscoperationthread.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>

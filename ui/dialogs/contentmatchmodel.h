@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fileops/presentableduplicates.h"
+#include "fileops/worker/presentableduplicates.h"
 
 #include <QAbstractListModel>
 

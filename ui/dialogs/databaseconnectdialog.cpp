@@ -1,7 +1,7 @@
 #include "ui/dialogs/databaseconnectdialog.h"
 
-#include "app/constants.h"
-#include "app/messages.h"
+#include "app/messages/messages.h"
+#include "app/settings/constants.h"
 #include "ui_databaseconnectdialog.h"
 
 #include <QPushButton>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/dbdetails.h"
+#include "app/settings/dbdetails.h"
 
 #include <QDialog>
 

@@ -1,6 +1,6 @@
 #include "ui/dialogs/fileoperationprogress.h"
 
-#include "app/showntext.h"
+#include "app/settings/showntext.h"
 #include "ui_fileoperationprogress.h"
 
 #include <QCloseEvent>

@@ -1,13 +1,13 @@
 #include "ui/dialogs/filetagsdialog.h"
 
-#include "app/showntext.h"
-#include "core/collection.h"
+#include "app/settings/showntext.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "core/file.h"
-#include "models/contentsmodel.h"
-#include "models/naturalorder.h"
-#include "ui/views/customiconwidget.h"
+#include "core/records/file.h"
+#include "models/base/naturalorder.h"
+#include "models/contents/contentsmodel.h"
+#include "ui/widgets/customiconwidget.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>

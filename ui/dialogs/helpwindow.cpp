@@ -1,6 +1,6 @@
 #include "ui/dialogs/helpwindow.h"
 
-#include "app/windowsettings.h"
+#include "app/settings/windowsettings.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "ui/dialogs/multiplefileconflicthandler.h"
 
-#include "core/miscoperationthread.h"
+#include "core/controllers/miscoperationthread.h"
 #include "ui_multiplefileconflicthandler.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/fileconflict.h"
+#include "core/controllers/fileconflict.h"
 
 #include <QDialog>
 

@@ -1,6 +1,6 @@
 #include "ui/dialogs/namematchmodel.h"
 
-#include "app/showntext.h"
+#include "app/settings/showntext.h"
 
 #include <QLocale>
 

@@ -1,6 +1,6 @@
 #include "ui/dialogs/popupmessager.h"
 
-#include "app/messages.h"
+#include "app/messages/messages.h"
 
 #include <QApplication>
 #include <QMainWindow>

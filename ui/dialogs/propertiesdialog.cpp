@@ -1,8 +1,8 @@
 #include "ui/dialogs/propertiesdialog.h"
 
-#include "app/showntext.h"
-#include "core/file.h"
-#include "core/filekind.h"
+#include "app/settings/showntext.h"
+#include "core/records/file.h"
+#include "core/records/filekind.h"
 
 #include <QDialogButtonBox>
 #include <QLocale>

@@ -1,10 +1,10 @@
 #include "ui/dialogs/taggroupform.h"
 
-#include "app/showntext.h"
-#include "app/windowsettings.h"
+#include "app/settings/showntext.h"
+#include "app/settings/windowsettings.h"
 #include "core/controllers/groupscontroller.h"
-#include "models/tagroles.h"
-#include "ui/views/tableview.h"
+#include "models/tags/tagroles.h"
+#include "ui/widgets/tableview.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>

@@ -1,13 +1,13 @@
 #include "ui/dialogs/taggroupingdialog.h"
 
-#include "app/windowsettings.h"
+#include "app/settings/windowsettings.h"
 #include "core/controllers/groupscontroller.h"
-#include "models/taggroupmodel.h"
-#include "models/tagroles.h"
+#include "models/tags/taggroupmodel.h"
+#include "models/tags/tagroles.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/tabledialoglayout.h"
-#include "ui/views/delegate.h"
-#include "ui/views/tableview.h"
+#include "ui/widgets/delegate.h"
+#include "ui/widgets/tableview.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>

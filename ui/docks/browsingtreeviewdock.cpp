@@ -1,12 +1,12 @@
 #include "ui/docks/browsingtreeviewdock.h"
 
-#include "app/showntext.h"
-#include "core/collection.h"
+#include "app/settings/showntext.h"
 #include "core/controllers/browstreecontroller.h"
-#include "core/nodetype.h"
-#include "models/treeroles.h"
-#include "ui/mainui.h"
+#include "core/controllers/collection.h"
+#include "core/records/nodetype.h"
+#include "models/trees/treeroles.h"
 #include "ui/views/tbtreeview.h"
+#include "ui/widgets/mainui.h"
 
 #include <QAction>
 #include <QMenu>

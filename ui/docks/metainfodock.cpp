@@ -1,13 +1,13 @@
 #include "ui/docks/metainfodock.h"
 
-#include "app/showntext.h"
-#include "core/collection.h"
+#include "app/settings/showntext.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "core/file.h"
-#include "core/filekind.h"
-#include "models/contentsmodel.h"
-#include "models/tagstablemodel.h"
+#include "core/records/file.h"
+#include "core/records/filekind.h"
+#include "models/contents/contentsmodel.h"
+#include "models/tags/tagstablemodel.h"
 
 #include <QGridLayout>
 #include <QLabel>

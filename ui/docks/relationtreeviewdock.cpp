@@ -1,6 +1,6 @@
 #include "ui/docks/relationtreeviewdock.h"
 
-#include "core/collection.h"
+#include "core/controllers/collection.h"
 #include "ui/views/trview.h"
 
 RelationTreeViewDock::RelationTreeViewDock(QWidget *parent)

@@ -1,7 +1,7 @@
 #include "ui/docks/tagcolumns.h"
 
-#include "app/windowsettings.h"
-#include "models/tagstablemodel.h"
+#include "app/settings/windowsettings.h"
+#include "models/tags/tagstablemodel.h"
 
 #include <QHeaderView>
 #include <QTableView>

@@ -1,7 +1,7 @@
 #include "ui/docks/tagselection.h"
 
-#include "models/tagroles.h"
-#include "ui/views/tableview.h"
+#include "models/tags/tagroles.h"
+#include "ui/widgets/tableview.h"
 
 #include <QItemSelection>
 #include <QScrollBar>

@@ -2,23 +2,23 @@
 // stand in tagstabledocktabs.cpp.
 #include "ui/docks/tagstabledock.h"
 
-#include "app/messages.h"
-#include "app/windowsettings.h"
-#include "core/collection.h"
+#include "app/messages/messages.h"
+#include "app/settings/windowsettings.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "models/tagroles.h"
-#include "models/tagsgroupproxy.h"
-#include "models/tagstablemodel.h"
+#include "models/tags/tagroles.h"
+#include "models/tags/tagsgroupproxy.h"
+#include "models/tags/tagstablemodel.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/taggroupform.h"
 #include "ui/docks/tagactionid.h"
 #include "ui/docks/tagcolumns.h"
 #include "ui/docks/tagselection.h"
-#include "ui/mainui.h"
-#include "ui/views/delegate.h"
-#include "ui/views/tableview.h"
 #include "ui/views/taggroupbar.h"
+#include "ui/widgets/delegate.h"
+#include "ui/widgets/mainui.h"
+#include "ui/widgets/tableview.h"
 
 #include <QAction>
 #include <QGuiApplication>

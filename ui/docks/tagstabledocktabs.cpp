@@ -1,13 +1,13 @@
 // The tabs of the tags dock: a tab for each group that is shown as one, kept in step with the groups.
-#include "core/collection.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
-#include "models/tagsgroupproxy.h"
+#include "models/tags/tagsgroupproxy.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/docks/tagactionid.h"
 #include "ui/docks/tagselection.h"
 #include "ui/docks/tagstabledock.h"
-#include "ui/views/greenground.h"
 #include "ui/views/taggroupbar.h"
+#include "ui/widgets/greenground.h"
 
 #include <QAction>
 #include <QLineEdit>

@@ -1,8 +1,8 @@
 #include "ui/preview/imagewalk.h"
 
-#include "core/file.h"
-#include "models/filepictures.h"
-#include "models/sorter.h"
+#include "core/records/file.h"
+#include "models/contents/filepictures.h"
+#include "models/contents/sorter.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "ui/preview/loadingnotice.h"
 
-#include "app/showntext.h"
+#include "app/settings/showntext.h"
 
 #include <QEvent>
 #include <QLabel>

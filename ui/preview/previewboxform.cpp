@@ -2,9 +2,9 @@
 
 #include "ui/preview/previewbox.h"
 
-#include "app/previewsettings.h"
-#include "app/showntext.h"
-#include "app/windowsettings.h"
+#include "app/settings/previewsettings.h"
+#include "app/settings/showntext.h"
+#include "app/settings/windowsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "ui/preview/imagewalk.h"
 #include "ui/preview/loadingnotice.h"

@@ -1,11 +1,11 @@
 #include "ui/views/externalfileview.h"
 
-#include "app/constants.h"
-#include "models/externalfilemodel.h"
-#include "models/idlistmime.h"
-#include "ui/views/dragpicture.h"
-#include "ui/views/hoveropener.h"
-#include "ui/views/selectedrows.h"
+#include "app/settings/constants.h"
+#include "models/base/idlistmime.h"
+#include "models/trees/externalfilemodel.h"
+#include "ui/widgets/dragpicture.h"
+#include "ui/widgets/hoveropener.h"
+#include "ui/widgets/selectedrows.h"
 
 #include <QDrag>
 #include <QDragMoveEvent>

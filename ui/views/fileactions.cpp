@@ -1,7 +1,7 @@
 #include "ui/views/fileactions.h"
 
-#include "app/windowsettings.h"
-#include "ui/mainui.h"
+#include "app/settings/windowsettings.h"
+#include "ui/widgets/mainui.h"
 
 #include <QActionGroup>
 #include <QLineEdit>

@@ -1,8 +1,8 @@
 #include "ui/views/fileopening.h"
 
-#include "app/messages.h"
-#include "fileops/databasefunctions.h"
-#include "fileops/startable.h"
+#include "app/messages/messages.h"
+#include "fileops/contents/databasefunctions.h"
+#include "fileops/files/startable.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

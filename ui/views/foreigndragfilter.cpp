@@ -1,8 +1,8 @@
 #include "ui/views/foreigndragfilter.h"
 
-#include "app/addingsettings.h"
-#include "app/constants.h"
-#include "core/filedragdata.h"
+#include "app/settings/addingsettings.h"
+#include "app/settings/constants.h"
+#include "core/controllers/filedragdata.h"
 
 #include <QCoreApplication>
 #include <QDropEvent>

@@ -1,9 +1,9 @@
 #include "ui/views/listview.h"
 
-#include "ui/views/delegate.h"
-#include "ui/views/dragpicture.h"
-#include "ui/views/dropwatch.h"
-#include "ui/views/emptyhint.h"
+#include "ui/widgets/delegate.h"
+#include "ui/widgets/dragpicture.h"
+#include "ui/widgets/dropwatch.h"
+#include "ui/widgets/emptyhint.h"
 
 #include <QDrag>
 #include <QDragMoveEvent>

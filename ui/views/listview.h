@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/views/namesearch.h"
-#include "ui/views/selectedrows.h"
+#include "ui/widgets/namesearch.h"
+#include "ui/widgets/selectedrows.h"
 
 #include <QListView>
 #include <QPersistentModelIndex>

@@ -1,9 +1,9 @@
 #include "ui/views/selectedfiles.h"
 
-#include "core/file.h"
-#include "core/filekind.h"
-#include "models/filepictures.h"
-#include "models/sorter.h"
+#include "core/records/file.h"
+#include "core/records/filekind.h"
+#include "models/contents/filepictures.h"
+#include "models/contents/sorter.h"
 
 #include <QItemSelectionModel>
 #include <QSet>

@@ -1,9 +1,9 @@
 #include "ui/views/taggroupbar.h"
 
-#include "app/constants.h"
-#include "app/showntext.h"
-#include "models/idlistmime.h"
-#include "models/tagsgroupproxy.h"
+#include "app/settings/constants.h"
+#include "app/settings/showntext.h"
+#include "models/base/idlistmime.h"
+#include "models/tags/tagsgroupproxy.h"
 
 #include <QAbstractButton>
 #include <QDragEnterEvent>

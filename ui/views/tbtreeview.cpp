@@ -1,17 +1,17 @@
 #include "ui/views/tbtreeview.h"
 
-#include "app/constants.h"
-#include "app/messages.h"
-#include "app/viewsettings.h"
+#include "app/messages/messages.h"
+#include "app/settings/constants.h"
+#include "app/settings/viewsettings.h"
 #include "core/controllers/browstreecontroller.h"
-#include "core/nodetype.h"
-#include "core/tbnode.h"
-#include "models/brtreesortermodel.h"
-#include "models/droppedurls.h"
-#include "models/idlistmime.h"
-#include "models/treeroles.h"
-#include "ui/views/hoveropener.h"
-#include "ui/views/viewstyle.h"
+#include "core/records/nodetype.h"
+#include "core/records/tbnode.h"
+#include "models/base/droppedurls.h"
+#include "models/base/idlistmime.h"
+#include "models/trees/brtreesortermodel.h"
+#include "models/trees/treeroles.h"
+#include "ui/widgets/hoveropener.h"
+#include "ui/widgets/viewstyle.h"
 
 #include <QApplication>
 #include <QDataStream>

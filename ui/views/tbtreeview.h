@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/nodetype.h"
-#include "ui/views/branchview.h"
+#include "core/records/nodetype.h"
+#include "ui/widgets/branchview.h"
 
 #include <QPair>
 #include <QSet>

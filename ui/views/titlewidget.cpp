@@ -1,13 +1,13 @@
 #include "ui/views/titlewidget.h"
 
-#include "app/constants.h"
-#include "app/specialnodes.h"
-#include "core/collection.h"
+#include "app/settings/constants.h"
+#include "app/settings/specialnodes.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "models/idlistmime.h"
-#include "models/sorter.h"
-#include "models/tagstablemodel.h"
+#include "models/base/idlistmime.h"
+#include "models/contents/sorter.h"
+#include "models/tags/tagstablemodel.h"
 
 #include <QDragEnterEvent>
 #include <QHBoxLayout>

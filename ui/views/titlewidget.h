@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/nodetype.h"
+#include "core/records/nodetype.h"
 
 #include <QPointer>
 #include <QVector>

@@ -1,16 +1,16 @@
 #include "ui/views/trview.h"
 
-#include "app/constants.h"
-#include "app/messages.h"
-#include "core/collection.h"
-#include "core/collectionsettings.h"
+#include "app/messages/messages.h"
+#include "app/settings/constants.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/collectionsettings.h"
 #include "core/controllers/relationscontroller.h"
-#include "models/idlistmime.h"
-#include "models/treeroles.h"
-#include "models/trmodel.h"
-#include "ui/views/emptyhint.h"
-#include "ui/views/greenground.h"
-#include "ui/views/hoveropener.h"
+#include "models/base/idlistmime.h"
+#include "models/trees/treeroles.h"
+#include "models/trees/trmodel.h"
+#include "ui/widgets/emptyhint.h"
+#include "ui/widgets/greenground.h"
+#include "ui/widgets/hoveropener.h"
 
 #include <QDrag>
 #include <QDropEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/views/branchview.h"
+#include "ui/widgets/branchview.h"
 
 #include <QHash>
 

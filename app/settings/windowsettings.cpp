@@ -1,0 +1,144 @@
+#include "app/settings/windowsettings.h"
+
+#include "app/settings/constants.h"
+#include "app/settings/dbspecifierlackingpassword.h"
+#include "app/settings/settingvalues.h"
+
+#include <QCryptographicHash>
+#include <QSettings>
+
+namespace {
+
+const QString lastVersionUsedKey = QStringLiteral("lastVersionUsed");
+const QString lastVersionDifferentKey = QStringLiteral("lastVersionDifferent");
+const QString lastDatabaseDirKey = QStringLiteral("MainWindow/lastDBdir");
+const QString lastExtractDirKey = QStringLiteral("MainWindow/lastExtractDir");
+const QString recentDatabasesKey = QStringLiteral("MainWindow/recentDatabases_DBSpecifier2");
+const QString showIconViewKey = QStringLiteral("MainWindow/showIconView");
+const QString searchLineKey = QStringLiteral("MainWindow/fileSearchLineVisibility");
+const QString editModeKey = QStringLiteral("MainWindow/editModeActivated");
+
+const QString checksumSuffix = QStringLiteral("Checksum");
+
+/** Tells a state as this version has stored it from a damaged one, which Qt takes at its word. */
+QString checksumOf(const QString &key, const QByteArray &state)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(key.toUtf8());
+    hash.addData(QByteArray(qVersion()) + ' ' + Constants::programVersion.toUtf8() + ' ');
+    hash.addData(state);
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+/** Each write rewrites the store and waits for the disk, so an equal value is left alone. */
+void store(const QString &key, const QVariant &value)
+{
+    QSettings settings;
+    if (!settings.contains(key) || settings.value(key) != value)
+        settings.setValue(key, value);
+}
+
+} // namespace
+
+namespace WindowSettings {
+
+QByteArray layout(const QString &key)
+{
+    const QByteArray state = QSettings().value(key).toByteArray();
+    const QString checksum = SettingValues::text(key + checksumSuffix, QString());
+    return checksum == checksumOf(key, state) ? state : QByteArray();
+}
+
+void setLayout(const QString &key, const QByteArray &state)
+{
+    store(key, state);
+    store(key + checksumSuffix, checksumOf(key, state));
+}
+
+QString lastVersionUsed()
+{
+    return SettingValues::text(lastVersionUsedKey, QString());
+}
+
+bool noteVersion(const QString &version)
+{
+    const bool differs = lastVersionUsed() != version;
+    store(lastVersionUsedKey, version);
+    store(lastVersionDifferentKey, differs);
+    return differs;
+}
+
+QString lastDatabaseDir(const QString &defaultDir)
+{
+    return SettingValues::text(lastDatabaseDirKey, defaultDir);
+}
+
+void setLastDatabaseDir(const QString &dir)
+{
+    store(lastDatabaseDirKey, dir);
+}
+
+QString lastExtractDir(const QString &defaultDir)
+{
+    return SettingValues::text(lastExtractDirKey, defaultDir);
+}
+
+void setLastExtractDir(const QString &dir)
+{
+    store(lastExtractDirKey, dir);
+}
+
+QQueue<DBDetails> recentDatabases()
+{
+    QQueue<DBDetails> databases;
+    const auto stored = QSettings().value(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>();
+    for (const DBSpecifierLackingPassword &specifier : stored) {
+        if (!specifier.isNull())
+            databases.enqueue(specifier.toDetails());
+    }
+    return databases;
+}
+
+void setRecentDatabases(const QQueue<DBDetails> &databases)
+{
+    QQueue<DBSpecifierLackingPassword> stored;
+    for (const DBDetails &details : databases) {
+        const auto specifier = DBSpecifierLackingPassword::fromDetails(details);
+        if (!specifier.isNull())
+            stored.enqueue(specifier);
+    }
+    if (QSettings().value(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>() != stored)
+        QSettings().setValue(recentDatabasesKey, QVariant::fromValue(stored));
+}
+
+bool showIconView()
+{
+    return SettingValues::flag(showIconViewKey, true);
+}
+
+void setShowIconView(bool show)
+{
+    store(showIconViewKey, show);
+}
+
+bool isFileSearchLineVisible()
+{
+    return SettingValues::flag(searchLineKey, false);
+}
+
+void setFileSearchLineVisible(bool visible)
+{
+    store(searchLineKey, visible);
+}
+
+bool isEditModeActivated()
+{
+    return SettingValues::flag(editModeKey, false);
+}
+
+void setEditModeActivated(bool activated)
+{
+    store(editModeKey, activated);
+}
+
+} // namespace WindowSettings

@@ -1,0 +1,144 @@
+#pragma once
+
+#include "app/settings/dbdetails.h"
+#include "fileops/worker/presentableduplicates.h"
+
+#include <QHash>
+#include <QMainWindow>
+
+#include <functional>
+
+class BrowsingTreeViewDock;
+class Collection;
+class DatabaseErrors;
+class ExternalFilesDock;
+class FileOperationProgress;
+class MainFilesView;
+class MainUi;
+class MetaInfoDock;
+class PopupMessager;
+class QSqlError;
+class RecentDatabases;
+class RelationTreeViewDock;
+class ReplacedFile;
+class TagsTableDock;
+
+/**
+ * The program's only top-level window. It owns the open Collection: every gesture that opens, creates or
+ * closes a database ends here, and so do the collection's errors. GUI thread.
+ */
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /** Where the database that is opened at the start comes from. */
+    enum StartupSource { FromCommandLine, Demo };
+
+    explicit MainWindow(QWidget *parent = nullptr);
+    /** Closes the database and stores the window's state. */
+    ~MainWindow() override;
+
+    /**
+     * Opens a database in place of the open one. False when that fails: then the open one stays, if the new
+     * one was refused before it was touched.
+     */
+    bool openDatabase(const DBDetails &details);
+    void closeDatabase();
+
+    /**
+     * Opens the first database of a run: the given path, or with an empty one the newest of the recent list.
+     * A missing file opens and creates nothing; only one from the command line is worth a word.
+     */
+    void openStartupDatabase(const QString &path, StartupSource source = FromCommandLine);
+
+    /** The open collection or null. */
+    Collection *collection() const { return m_collection; }
+
+signals:
+    /** How much of the files of a database has been read, while it is opened. */
+    void openingProgress(int percent);
+
+public slots:
+    void slotOpenDb();
+    /** Asks for a database on a server until one opens or the user gives up. */
+    void slotConnectDb();
+    /** Closes the database; one on a server can be opened again in this run without its password. */
+    void slotDisconnectDb();
+    void newDatabase();
+    void showDatabaseVersion();
+    void showEditTagGroups();
+    void slotOpenBrowsinTree();
+    void remakeThumbnails();
+    void showManual();
+    void showNameplate();
+    void showGroupDublicated();
+    void showTagDublicated();
+    void slotExternalToggled(bool external);
+    void startAddingFilesProgresDialog(const QString &text);
+    void progressAddingFilesDialog(const QString &text, int value);
+    void finishAddingFilesProgresDialog();
+    void promptAboutDuplicates(const PresentableDuplicates &duplicates);
+    void slotConnectionError();
+    void slotDBErrorOccured(const QSqlError &error);
+    /** Puts all docks back to their places and shows them. */
+    void setDocksArrangement();
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void makeDocks();
+    void setUpCommands(MainUi &ui);
+    void fillDatabaseMenu(MainUi &ui);
+    void fillOtherMenus(MainUi &ui);
+    void fillFileTools(MainUi &ui);
+    void arrangeTabOrder(const MainUi &ui);
+    QAction *addAction(int id, const QString &text, const QString &icon = QString());
+    void restoreLayout();
+
+    void connectCollection();
+    void attachControllers();
+    void detachControllers();
+    /** False when something of the open database is still to be saved, which the user sees. */
+    bool mayLeaveDatabase();
+    void rememberRecentDatabase();
+    void openRecentDatabase(const DBDetails &details);
+    void openRecentServer(const DBDetails &details);
+    /** The dialog with these values first, then with what was typed, the password included. */
+    void connectDialogLoop(const DBDetails &details);
+    enum ConnectionOutcome { Connected, Refused, GivenUp };
+    /** Opens a database on a server; a failure is told with its reason, and the user may tire of waiting. */
+    ConnectionOutcome connectToServer(const DBDetails &details);
+    /** Waits until a server has let somebody in, or has not; its reason comes back. */
+    ConnectionOutcome tryServer(const DBDetails &details, QString &reason);
+    /** Keeps the password of the open database for the rest of the run. */
+    void rememberRunConnection();
+    /** The user's choice could not be opened. */
+    void warnOfFailedOpening();
+    void closeWhenIdle();
+    /** Runs a step once no box, menu or drag is open and nothing is in the middle of using the collection. */
+    void runWhenIdle(const std::function<void()> &step, int milliseconds = 0);
+    bool isOpen(const QString &path) const;
+    /** False when a file that is there may not or cannot be replaced; the user knows why. */
+    bool makeRoomForDatabase(ReplacedFile &replaced, const QString &path, bool mustAsk);
+    bool createDatabase(const QString &path);
+
+    void updateWindowTitle();
+    void updateDatabaseActions();
+
+    PopupMessager *m_popupMessager;
+    FileOperationProgress *m_progress;
+    DatabaseErrors *m_errors;
+    RecentDatabases *m_recentDatabases;
+    MainFilesView *m_mainView = nullptr;
+    TagsTableDock *m_tagsDock = nullptr;
+    RelationTreeViewDock *m_relationsDock = nullptr;
+    MetaInfoDock *m_metadataDock = nullptr;
+    BrowsingTreeViewDock *m_browsingDock = nullptr;
+    ExternalFilesDock *m_externalFilesDock = nullptr;
+    QHash<int, QAction *> m_actions;
+    QList<DBDetails> m_runConnections; // to servers, with passwords, for this run only; newest last
+    Collection *m_collection = nullptr;
+    bool m_isBusy = false; // inside a step that goes on with the collection after a loop of its own
+};

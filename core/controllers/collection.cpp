@@ -1,0 +1,172 @@
+#include "core/controllers/collection.h"
+
+#include "app/settings/constants.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/collectionsettings.h"
+#include "core/controllers/groupscontroller.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/postgrescollection.h"
+#include "core/controllers/relationscontroller.h"
+#include "core/controllers/sqlitecollection.h"
+#include "core/controllers/tagscontroller.h"
+#include "db/manager/databasemanger.h"
+#include "db/sql/connections.h"
+#include "db/sql/postgresqueryconstructor.h"
+#include "db/sql/sqlitequeryconstructor.h"
+#include "fileops/provider/thumbnailcache.h"
+
+Collection::Collection(const QString &driver, const QString &host, const QString &databaseName,
+                       const QString &user, const QString &password, int port, QObject *parent)
+    : QObject(parent),
+      m_driver(driver),
+      m_databaseName(databaseName),
+      m_port(port),
+      m_hostName(host),
+      m_userName(user),
+      m_password(password),
+      m_settings(new CollectionSettings(this))
+{
+}
+
+Collection::~Collection()
+{
+    Collection::close();
+    // Controllers and their models borrow the records, so they go before the manager.
+    delete m_mainViewController;
+    delete m_browsTreeController;
+    delete m_tagsController;
+    delete m_groupsController;
+    delete m_relationsController;
+    delete m_manager;
+}
+
+void Collection::build()
+{
+    m_manager = makeManager();
+    connectManager();
+    m_queryConstructor = makeQueryConstructor();
+    makeControllers();
+    introducePeers();
+}
+
+void Collection::connectManager()
+{
+    connect(m_manager, &DatabaseManger::duplicatesReady, this, &Collection::duplicatesReady);
+    connect(m_manager, &DatabaseManger::showTempWarning, this, &Collection::showTempWarning);
+    connect(m_manager, &DatabaseManger::error, this, &Collection::showError);
+    connect(m_manager, &DatabaseManger::importNotification, this, &Collection::importNotification);
+    connect(m_manager, &DatabaseManger::connectionError, this, &Collection::connectionError);
+    connect(m_manager, &DatabaseManger::errorOccured, this, &Collection::errorOccured);
+    connect(m_manager, &DatabaseManger::operationFailed, this, &Collection::operationFailed);
+    connect(m_manager, &DatabaseManger::aboutToReloadAllData, this, &Collection::aboutToReloadAllData);
+    connect(m_manager, &DatabaseManger::allDataReloaded, this, &Collection::allDataReloaded);
+    connect(m_manager, &DatabaseManger::loadingProgress, this, &Collection::loadingProgress);
+}
+
+std::unique_ptr<AbstractQueryConstructor> Collection::makeQueryConstructor() const
+{
+    if (m_driver == Constants::postgresDriver)
+        return std::make_unique<PostgresQueryConstructor>();
+    return std::make_unique<SqliteQueryConstructor>();
+}
+
+void Collection::makeControllers()
+{
+    const AbstractQueryConstructor *constructor = m_queryConstructor.get();
+    m_tagsController = new TagsController(m_manager, constructor, this);
+    m_groupsController = new GroupsController(m_manager, constructor, this);
+    m_browsTreeController = new BrowsTreeController(m_manager, constructor, this);
+    m_mainViewController = new MainViewController(m_manager, constructor, this);
+    m_relationsController = new RelationsController(m_manager, constructor, this);
+}
+
+void Collection::introducePeers()
+{
+    m_tagsController->setPeers(m_browsTreeController, m_groupsController, m_mainViewController,
+                               m_relationsController);
+    m_browsTreeController->setPeers(m_mainViewController, m_tagsController, m_relationsController);
+    m_mainViewController->setPeers(m_tagsController, m_browsTreeController, m_relationsController);
+}
+
+QSqlError Collection::open()
+{
+    if (!m_manager)
+        return {QStringLiteral("DatabaseManger is null"), QString(), QSqlError::NoError};
+    return m_manager->openDB();
+}
+
+void Collection::close()
+{
+    if (m_manager)
+        m_manager->closeDB();
+}
+
+bool Collection::createDatabase()
+{
+    return m_manager && m_manager->createDatabase();
+}
+
+int Collection::dbType() const
+{
+    return m_manager ? m_manager->dbType() : 0;
+}
+
+Collection::Loading Collection::load()
+{
+    if (m_manager && !m_manager->beginLoad())
+        return m_manager->wasBusy() ? Locked : Unreadable;
+    const QList<AbstractController *> controllers = {m_mainViewController, m_browsTreeController,
+                                                     m_tagsController, m_groupsController,
+                                                     m_relationsController};
+    for (AbstractController *controller : controllers) {
+        if (controller)
+            controller->load();
+    }
+    if (!m_manager || m_manager->endLoad())
+        return Loaded;
+    return m_manager->wasBusy() ? Locked : Unreadable;
+}
+
+bool Collection::isReadOnly() const
+{
+    return m_manager && m_manager->isReadOnly();
+}
+
+QString Collection::dbVersion() const
+{
+    return m_manager ? m_manager->dbVersion() : QString();
+}
+
+DBDetails Collection::details() const
+{
+    return {Connections::typeOf(m_driver), m_hostName, m_port, m_databaseName, m_userName, m_password};
+}
+
+void Collection::readThumbnailSettings()
+{
+    if (m_manager)
+        m_manager->thumbnailCache()->readSettings();
+}
+
+bool Collection::canOpen(const DBDetails &details)
+{
+    const QString driver = Connections::driverOf(details.type());
+    return !driver.isEmpty() &&
+           DatabaseManger::checkDatabaseVersion(driver, details.databaseName(), details.host(),
+                                                details.user(), details.password(), details.port());
+}
+
+QStringList Collection::tagNames(const DBDetails &details)
+{
+    return DatabaseManger::tagNames(details);
+}
+
+Collection *makeCollection(int type, const QString &host, const QString &databaseName, const QString &user,
+                           const QString &password, int port)
+{
+    if (type == Constants::localDatabase)
+        return new SqliteCollection(host, databaseName, user, password, port);
+    if (type == Constants::serverDatabase)
+        return new PostgresCollection(host, databaseName, user, password, port);
+    return nullptr;
+}

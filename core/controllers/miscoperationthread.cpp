@@ -1,0 +1,50 @@
+#include "core/controllers/miscoperationthread.h"
+
+#include "app/messages/messages.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("MiscOperationThread", text);
+}
+
+QString question(const QString &folder, const QString &name, const QString &newName, int kind)
+{
+    if (kind == MiscOperationThread::RenameQuestion)
+        return tr("There is already a file named %1 in folder %2. Do you instead want to rename the file to "
+                  "%3?")
+            .arg(name, folder, newName);
+    return tr("There is a different file already in the folder %1 with the same name as file '%2'. Do you "
+              "want to replace it or create a new file named '%3'?")
+        .arg(folder, name, newName);
+}
+
+} // namespace
+
+int MiscOperationThread::askUserIfUserNewName(const QString &folder, const QString &name,
+                                              const QString &newName, int kind)
+{
+    if (kind < 0) {
+        qDebug("MiscOperationThread::askUserIfUserNewName() - invalid operation type");
+        return CancelChoice;
+    }
+    Messages::Box box;
+    box.icon = QMessageBox::Question;
+    box.title = tr("File Extraction");
+    box.text = question(folder, name, newName, kind);
+    box.actions = QStringList{tr("Use New Name"), tr("Replace")};
+    box.buttons = QMessageBox::Cancel;
+    box.defaultButton = QMessageBox::Cancel;
+    switch (Messages::run(nullptr, box).action) {
+    case 0:
+        return UseNewNameChoice;
+    case 1:
+        return ReplaceChoice;
+    default:
+        return CancelChoice;
+    }
+}

@@ -1,0 +1,17 @@
+#include "core/records/recordtypes.h"
+
+void registerRecordTypes()
+{
+    qRegisterMetaType<NodeType>("NodeType");
+    qRegisterMetaType<DataType>("DataType");
+    qRegisterMetaType<FileMap>("Map<qint64,File*>");
+    qRegisterMetaType<TBnodeMap>("Map<qint64,TBnode*>");
+    qRegisterMetaType<GroupMap>("Map<qint64,GroupItem*>");
+    qRegisterMetaType<TextMap>("Map<qint64,QString>");
+    qRegisterMetaType<AutoLinkMap>("Map<QString,AutoLink*>");
+    qRegisterMetaType<TagVector>("Vector<TagItem*>");
+    qRegisterMetaType<TRnodeVector>("Vector<QPair<QString,TRnode*> >");
+    qRegisterMetaType<QVector<qint64>>("QVector<qint64>");
+    qRegisterMetaType<QList<TBnode *>>("QList<TBnode*>");
+    qRegisterMetaType<QList<TRnode *>>("QList<TRnode*>");
+}

@@ -1,0 +1,430 @@
+#pragma once
+
+#include "app/settings/dbdetails.h"
+#include "core/records/recordtypes.h"
+#include "db/caches/filecache.h"
+#include "db/caches/groupcache.h"
+#include "db/caches/nodecache.h"
+#include "db/caches/relationcache.h"
+#include "db/caches/tagcache.h"
+#include "db/manager/fileedits.h"
+#include "db/manager/loadstate.h"
+#include "db/sql/tabledata.h"
+#include "fileops/files/shellfile.h"
+#include "fileops/pictures/imageloading.h"
+#include "fileops/worker/deletedfilerepresentations.h"
+#include "fileops/worker/presentableduplicates.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QImage>
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <QSqlError>
+
+#include <functional>
+#include <memory>
+
+class AbstractQueryConstructor;
+class BaseDBProvider;
+class BrowsTreeProvider;
+class FileOperationProvider;
+class GeneralProvider;
+class GroupsProvider;
+class ImageStore;
+class MainViewProvider;
+class PendingReloads;
+class RelationTreeProvider;
+class TagsProvider;
+class ThumbnailCache;
+class WriteGuard;
+struct NodeRemovalPlan;
+struct OperationShortfall;
+
+/**
+ * The one object through which everything else reaches an open database. It owns the connections, the
+ * providers with their SQL, the records of all domains and the thumbnails. Operations run on the main thread
+ * and have merged their result when they return, except for file operations, which a worker runs; either way
+ * the news goes out as signals. One manager serves one database and is never opened on another.
+ *
+ * Writing operations do nothing when isDataCurrent() says no. They do not ask whether the database is
+ * read-only: whoever offers an edit does.
+ */
+class DatabaseManger : public QObject, private FileEditsHost
+{
+    Q_OBJECT
+
+public:
+    DatabaseManger(const QString &driver, const QString &database, const QString &host, const QString &user,
+                   const QString &password, int port, QObject *parent = nullptr);
+    ~DatabaseManger() override;
+
+    /**
+     * Whether a database can be opened, asked on a connection of its own before any manager exists. Shows the
+     * boxes that belong to the answer, and upgrades an older schema when the user agrees. Never makes a file.
+     */
+    static bool checkDatabaseVersion(const QString &driver, const QString &database, const QString &host,
+                                     const QString &user, const QString &password, int port);
+    /** The names of all tags of a database that is not open; empty when it cannot be read. */
+    static QStringList tagNames(const DBDetails &details);
+
+    /** An invalid error, or one of the type NoError, is success. */
+    virtual QSqlError openDB();
+    /** Ends file operations and waits for them, then closes the connections. Nothing can be asked after it.
+     */
+    virtual void closeDB();
+    /** 1 for a local database, 2 for one on a server. */
+    virtual int dbType() const = 0;
+    /** Makes a new, empty database; only where the back-end is a file. */
+    virtual bool createDatabase() = 0;
+
+    DBDetails details() const;
+    QString databaseName() const { return m_databaseName; }
+    QString hostName() const { return m_hostName; }
+    int port() const { return m_port; }
+    QString userName() const { return m_userName; }
+    QString password() const { return m_password; }
+    /** True until the test at opening has found that the database can be written. */
+    bool isReadOnly() const { return m_readOnly; }
+    QString dbVersion() const { return m_dbVersion; }
+
+    // The records. All pointers are borrowed.
+    const TableData &tags() const { return m_tags.rows(); }
+    QString tagName(qint64 tagId) const { return m_tags.name(tagId); }
+    bool hasTag(qint64 tagId) const { return m_tags.row(tagId) != nullptr; }
+    bool hasTagNamed(const QString &name) const { return m_tags.hasName(name); }
+    Map<qint64, GroupItem *> *groups() { return &m_groups.map(); }
+    Map<QString, AutoLink *> &autoLinks() { return m_autoLinks; }
+    Map<qint64, TBnode *> &nodes() { return m_nodes.map(); }
+    Vector<QPair<QString, TRnode *>> &relationNodes() { return m_relations.nodes(); }
+    /** Null for an unknown path. */
+    TRnode *relationNode(const QString &path) const { return m_relations.node(path); }
+    Map<qint64, File *> &files() { return m_files.map(); }
+    /** Null for an unknown file. */
+    File *file(qint64 fileId) const { return m_files.map().value(fileId); }
+    Map<qint64, QString> &browsingTrees() { return m_browsingTrees; }
+    /** Whether the file of an external record was not there at the last look. */
+    bool isMissing(qint64 fileId) const { return m_files.isMissing(fileId); }
+    const QSet<qint64> &missingFiles() const { return m_files.missing(); }
+    ThumbnailCache *thumbnailCache() const { return m_thumbnailCache; }
+
+    /** False for a blank name, which nothing gets; the user hears of it. All that name something ask. */
+    bool isNameGiven(const QString &name) override;
+
+    void loadAllTags();
+    /** Gives the id of the new tag, which is linked to the files too; 0 on failure. */
+    qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
+    /** The same with a place in a group: both or neither. */
+    qint64 addTagToGroup(const QString &name, qint64 groupId);
+    void renameTag(qint64 tagId, const QString &name);
+    void changeTagDescription(qint64 tagId, const QString &text);
+    /** Whether a node has one of the tags, also one of a tree that is not shown; or it cannot be told. */
+    bool areTagsOnNodes(const QVector<qint64> &tagIds);
+    /** Removes the tags with all that refers to them, all or nothing; nodes below theirs move up. */
+    bool removeTags(const QVector<qint64> &tagIds);
+
+    void loadAllGroups();
+    /** Gives the id of the new group, 0 on failure. */
+    qint64 addGroup(const QString &name, bool visible);
+    void renameGroup(qint64 groupId, const QString &name);
+    void removeGroups(const QVector<qint64> &groupIds);
+    /** Makes this the whole list of the group's tags. */
+    bool setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+    /** The same for several groups, by their ids, all or none. */
+    bool setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups);
+
+    void loadAllNodes();
+    /** Gives the id of the new node, 0 on failure; parent 0 is the top level. */
+    qint64 addNodeBelow(qint64 tagId, qint64 parentId);
+    /** The same between a node and its parent. */
+    qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
+    /** The same for many tags, all or none: nodes beside each other below, or a chain above. */
+    void addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
+    void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
+    /** Removes nodes with all below them. */
+    bool removeNodes(const QVector<qint64> &nodeIds);
+    /** Removes nodes alone: their children move up to the nearest node that stays. */
+    bool removeNodesKeepingChildren(const QVector<qint64> &nodeIds);
+    void updateNode(qint64 nodeId, const QString &column, const QString &value);
+    virtual qint64 currentBrowsingTree() const = 0;
+    virtual void setCurrentBrowsingTree(qint64 treeId) = 0;
+    void loadBrowsingTrees();
+    /** Gives the id of the new tree, 0 on failure; several trees are a server's alone. */
+    qint64 addBrowsingTree(const QString &name);
+    bool removeBrowsingTree(qint64 treeId);
+    bool renameBrowsingTree(qint64 treeId, const QString &name);
+
+    void loadAllRelationNodes();
+    /** Puts tags below a path, at the top level for an empty one; places that exist are left out. */
+    void addRelations(const QString &parentPath, const QVector<qint64> &tagIds);
+    /** Removes paths with all below them. */
+    void removeRelations(const QStringList &paths);
+
+    void loadAllFiles();
+    bool updateFile(qint64 fileId, const QString &column, const QString &value)
+    {
+        return m_fileEdits.updateFile(fileId, column, value);
+    }
+    bool updateFilePath(qint64 fileId, const QString &column, const QString &value)
+    {
+        return m_fileEdits.updateFilePath(fileId, column, value);
+    }
+    /** Writes name and paths of an external file, all or nothing; the file on the disk is left alone. */
+    bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath)
+    {
+        return m_fileEdits.renameFile(fileId, name, path, relPath);
+    }
+    /** Links and unlinks in one transaction. */
+    bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                    const QVector<qint64> &unlinked)
+    {
+        return m_fileEdits.changeTags(fileIds, linked, unlinked);
+    }
+    bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+    {
+        return changeTags(fileIds, tagIds, {});
+    }
+    bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
+    {
+        return changeTags(fileIds, {}, tagIds);
+    }
+    void reloadThumbnails(const QVector<qint64> &fileIds);
+    /** The picture of a file in its whole size. */
+    std::unique_ptr<ImageLoading> loadImage(qint64 fileId);
+    /** Puts a turned picture in the place of what was loaded, with its thumbnail and its record. */
+    StoredImage::Saving saveImage(qint64 fileId, const QImage &picture);
+
+    // File operations: queued for the worker, from the event loop.
+    /** False when the records must be read anew first, and nothing is queued. */
+    bool addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+                  qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {})
+    {
+        return m_fileEdits.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
+    }
+    void addFilesList(const QStringList &paths) { m_fileEdits.addFilesList(paths); }
+    void deleteFiles(const QVector<qint64> &fileIds) { m_fileEdits.deleteFiles(fileIds); }
+    /** Copies the contents of external files into the database. */
+    void transferFiles(const QVector<qint64> &fileIds) { m_fileEdits.transferFiles(fileIds); }
+    /** Copies files to a target path each, as FileOperationProvider::extractFiles() has it. */
+    void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
+                      const QSet<QString> &replacedPaths = {}, const QSet<QString> &comparedPaths = {})
+    {
+        m_fileEdits.extractFiles(fileIds, targetPaths, replacedPaths, comparedPaths);
+    }
+    /** Copies an internal file to where extractedTempFiles says. */
+    void extractToTemporary(qint64 fileId) { m_fileEdits.extractToTemporary(fileId); }
+    /** Makes thumbnails of external files anew; without ids those of all that have one. */
+    void remakeThumbnails(const QVector<qint64> &fileIds = {}) { m_fileEdits.remakeThumbnails(fileIds); }
+    void cancelOperations();
+    bool isBusy() const;
+
+    /**
+     * To be called around the loads that fill all records, which then belong to one state of the database.
+     * False when it cannot be read: then nothing may be loaded, and the records stay what they were.
+     */
+    bool beginLoad();
+    /** True when everything was read. What was not keeps all edits out until a later load brings it. */
+    bool endLoad();
+    /** Whether the load failed, or would have, only for what another connection holds at the moment. */
+    bool wasBusy() const { return m_sawBusy; }
+    /** Whether the records are those of the database, so that an edit may go ahead. */
+    bool isDataCurrent() override = 0;
+    /** Notes the state of the database after a change of our own. */
+    virtual void refreshModificationDate() = 0;
+
+signals:
+    /** Told once, whichever connection notices, until the database is opened again. */
+    void connectionError();
+    void errorOccured(QSqlError error);
+    /** The same of an operation of files, with how far it came. */
+    void operationFailed(QSqlError error, QString outcome);
+    /** Title and text. */
+    void error(QString title, QString text);
+    /** The rows stay the manager's, as all records do. */
+    void tagsLoaded(TableData tags);
+    /** Tags that were not known before; a known one tells of its change by TableRowData::dataUpdated. */
+    void tagsAdded(TableData tags);
+    void tagsRemoved(QVector<qint64> tagIds);
+    void browsingNodeLoaded(const Map<qint64, TBnode *> &nodes);
+    void addedBrowsingNodes(const Map<qint64, TBnode *> &nodes);
+    /** Around the change of the records that follows a removal; children may move up in between. */
+    void aboutToRemoveNodes(const QVector<qint64> &nodeIds);
+    void removedNodes();
+    /** While all files are read. */
+    void loadingProgress(int percent);
+    void filesLoaded(const Map<qint64, File *> &files);
+    void filesAdded(const Map<qint64, File *> &files);
+    void filesRemoved(QVector<qint64> fileIds);
+    void relatshipsNodeLoaded(const Vector<QPair<QString, TRnode *>> &nodes);
+    void addedRelatshipsNodes(const Vector<QPair<QString, TRnode *>> &nodes);
+    /** The image stays the thumbnail cache's; null when it is to be asked for anew. */
+    void thumbnailUpdated(qlonglong fileId, QImage *image);
+    /** Title and text. */
+    void showTempWarning(QString title, QString text);
+    void startedAddingFiles(QString label);
+    void addingFilesProgress(QString text, int percent);
+    void finishedAddingFiles();
+    void extractedTempFiles(QVector<QPair<qint64, QString>> files);
+    void duplicatesReady(PresentableDuplicates duplicates);
+    /** The addresses of one request are in the database now; false when they are not all there. */
+    void hyperlinksSettled(QStringList texts, bool areStored);
+    void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
+    /** Files that are missing now and were not, or the other way round. */
+    void updateMissedFiles(QVector<qint64> fileIds);
+    void importNotification(QList<ShellFile> files);
+    void aboutToReloadAllData();
+    void allDataReloaded();
+    /** Pictures that are shown have to be asked for anew. */
+    void remadeAllThumbnails();
+    /** Known files whose tags or values a merge changed: one list, once a merge. */
+    void filesChanged(QVector<qint64> fileIds);
+    /** Before the nodes of known tags get their new names. */
+    void aboutToRenameTags(QVector<qint64> tagIds);
+    /** Known tags that have another name now. Nodes and relationships have it already. */
+    void tagsRenamed(QVector<qint64> tagIds);
+    /** The map of groups has been filled anew. */
+    void groupsLoaded();
+    /** Around the changes of several groups. */
+    void aboutToUpdateGroups();
+    void groupsUpdated();
+
+public slots:
+    /** Reads these rows again and merges them; when the database is busy it is tried again later. */
+    void updateTags(const QVector<qint64> &tagIds);
+    void reloadNodes(const QVector<qint64> &nodeIds);
+    void reloadFiles(const QVector<qint64> &fileIds);
+    /** Empties and fills everything; when the database is busy all stays as it is until a later try. */
+    void reloadAllData();
+
+protected slots:
+    void gotAllTags(bool ok, const TableData &rows);
+    void gotTagsUpdated(bool ok, const TableData &rows);
+    void gotTagsRemoved(bool ok, const QVector<qint64> &tagIds);
+    void gotAllGroups(bool ok, const TableData &rows);
+    void gotGroupsRemoved(bool ok, const QVector<qint64> &groupIds);
+    void gotGroupRenamed(bool ok, qlonglong groupId, const QString &name);
+    void gotGroupsUpdated(bool ok, const TableData &rows);
+    void gotAllBrowsNodes(bool ok, const TableData &rows);
+    void gotBrowsNodes(bool ok, const TableData &rows);
+    void gotAddedBrowsNodes(bool ok, const TableData &rows);
+    void gotRemovesBrowsNodes(const QVector<qint64> &nodeIds);
+    void gotUpdatedBrowsNode(qlonglong nodeId, const QString &column, const QString &value);
+    void gotNodesParentChanged(const QVector<qint64> &nodeIds, qlonglong parentId);
+    void gotAllFiles(bool ok, const TableData &rows);
+    void gotUpdatedFiles(bool ok, const TableData &rows);
+    void gotFilesRemoved(const QVector<qint64> &fileIds);
+    void gotAllRelationNodes(bool ok, const TableData &rows);
+    void gotRelationNodesAdded(bool ok, const QStringList &paths);
+    void gotRelationNodesRemoved(bool ok, const QStringList &paths);
+    void loadedDBVerion(bool ok, const TableData &rows);
+    void gotFoundFileIds(const QVector<qint64> &fileIds);
+    void gotMissedFileIds(const QVector<qint64> &fileIds);
+
+protected:
+    /** What a back-end makes in its constructor, each with the manager as its parent. */
+    struct Providers
+    {
+        BrowsTreeProvider *browsTree = nullptr;
+        TagsProvider *tags = nullptr;
+        GroupsProvider *groups = nullptr;
+        GeneralProvider *general = nullptr;
+        MainViewProvider *mainView = nullptr;
+        RelationTreeProvider *relationTree = nullptr;
+        FileOperationProvider *fileOperation = nullptr;
+    };
+    void setConstructor(std::unique_ptr<AbstractQueryConstructor> constructor);
+    const AbstractQueryConstructor *constructor() const { return m_constructor.get(); }
+    /** Takes the providers and makes all connections to them. */
+    void setProviders(const Providers &providers);
+    const Providers &providers() const { return m_providers; }
+
+    /** The options of the connection on which the window's statements run. */
+    virtual QString connectOptions() const { return {}; }
+    /** Before all records are read anew; on a server. */
+    virtual void aboutToLoad() {}
+    /** Holds the database for the reading of all records; false when it cannot be read. */
+    virtual bool beginReading();
+    virtual void endReading() {}
+    LoadState &loadState() { return m_loadState; }
+    /** The same for an operation of the worker, which may look itself when it begins. */
+    bool mayRequest() override { return isDataCurrent(); }
+    /** False, with a word where none came before, while the records are not whole. */
+    bool isReadyForEdits();
+    /** The database changed behind the records: the edit is dropped, and all is read anew. */
+    void dropEdit();
+    void reloadLater();
+    void tellBusy();
+    /** Asked before each change of the window; before setProviders(). */
+    void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
+    void connectErrors(BaseDBProvider *provider);
+    /** The worker stores its changes; others made their last one at this time. */
+    virtual void aboutToCommit(const QDateTime &lastChange) { Q_UNUSED(lastChange) }
+    /** An own change has this stamp. */
+    virtual void noteChange(const QDateTime &change) { Q_UNUSED(change) }
+    /** Settles isReadOnly() at opening. */
+    virtual void readReadOnlyState();
+    void setReadOnly(bool readOnly) { m_readOnly = readOnly; }
+    void loadDBVersion();
+    QString driverName() const { return m_driverName; }
+
+private:
+    void connectTags();
+    void connectGroups();
+    void connectNodes();
+    void connectFiles();
+    void connectRelations();
+    void connectFileOperations();
+    void connectFileNews();
+    void gotProviderError(const QSqlError &error);
+    void gotShortfall(const OperationShortfall &shortfall);
+    void warnOfBusyDatabase(const QString &outcome = QString());
+    void gotConnectionLoss();
+    void gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error);
+    void updateTag(qint64 tagId, const QString &column, const QString &value);
+    /** A new tag and what links it, in one transaction; news of the linked ids follow. */
+    qint64 addTagWith(const QString &name, BaseDBProvider &linker, int reload,
+                      const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link);
+    /** Runs an edit that gives the ids to be read again when that was refused, none for a failure. */
+    QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit);
+    qint64 parentOf(qint64 nodeId) const;
+    bool runRemoval(const NodeRemovalPlan &plan);
+    void tellRemoval(const NodeRemovalPlan &plan);
+    /** False, with a warning, for a text that is longer than what is read of one. */
+    bool isStorable(const QString &text) override;
+    void runFileEdit(const std::function<QVector<qint64>()> &edit) override;
+    const Map<qint64, File *> &knownFiles() const override { return m_files.map(); }
+    /** Runs a load; when the database was busy its ids are kept for another try. */
+    void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load);
+    void retryReload(int kind, const QVector<qint64> &ids);
+
+    QString m_driverName;
+    QString m_hostName;
+    int m_port;
+    QString m_databaseName;
+    QString m_userName;
+    QString m_password;
+    bool m_readOnly = true;
+    QString m_dbVersion;
+    TagCache m_tags;
+    GroupCache m_groups;
+    Map<QString, AutoLink *> m_autoLinks;
+    NodeCache m_nodes;
+    RelationCache m_relations;
+    FileCache m_files;
+    Map<qint64, QString> m_browsingTrees;
+    Providers m_providers;
+    std::unique_ptr<AbstractQueryConstructor> m_constructor;
+    std::unique_ptr<ImageStore> m_images;
+    FileEdits m_fileEdits;
+    ThumbnailCache *m_thumbnailCache;
+    PendingReloads *m_pendingReloads;
+    bool m_isOpen = false;
+    bool m_isLost = false;
+    bool m_isReloading = false; // a busy database is no news for the user then
+    bool m_sawBusy = false;
+    bool m_toldThumbnailFailure = false;
+    bool m_isReloadDue = false;
+    LoadState m_loadState;
+    WriteGuard *m_writeGuard = nullptr;
+};

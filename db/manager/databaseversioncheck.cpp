@@ -1,0 +1,176 @@
+#include "db/manager/databaseversioncheck.h"
+
+#include "app/messages/messages.h"
+#include "app/settings/constants.h"
+#include "db/migrations/databaseupdater.h"
+#include "db/sql/connections.h"
+#include "db/sql/databaselock.h"
+#include "db/sql/postgresqueryconstructor.h"
+#include "db/sql/schemacheck.h"
+#include "db/sql/serverwatch.h"
+#include "db/sql/sqlitequeryconstructor.h"
+
+#include <QDebug>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <memory>
+
+namespace {
+std::unique_ptr<AbstractQueryConstructor> makeConstructor(int type)
+{
+    if (type == Constants::serverDatabase)
+        return std::make_unique<PostgresQueryConstructor>();
+    return std::make_unique<SqliteQueryConstructor>();
+}
+
+// The first statement that meets a lock ends the check, and the window stands still until then.
+const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=1500");
+
+QString busyTimeout(const DBDetails &details)
+{
+    return details.type() == Constants::localDatabase ? shortBusyTimeout : QString();
+}
+
+QSqlError runOn(const QSqlDatabase &database, const QString &statement)
+{
+    const ServerWatch::Waiting waiting(database);
+    QSqlQuery query(database);
+    query.exec(statement);
+    return query.lastError();
+}
+
+/** Writes a row that names nothing. */
+QSqlError tryToWrite(const QSqlDatabase &database)
+{
+    const ServerWatch::Waiting waiting(database);
+    QSqlQuery query(database);
+    query.prepare(QStringLiteral("INSERT INTO file_tag VALUES(0,0);"));
+    query.exec();
+    return query.lastError();
+}
+} // namespace
+
+DatabaseVersionCheck::DatabaseVersionCheck(const DBDetails &details) : m_details(details) {}
+
+bool DatabaseVersionCheck::run() const
+{
+    const QString name = Constants::temporaryConnection;
+    if (!Connections::isDatabaseThere(m_details)) {
+        qDebug() << "Could not open database connection " << name << "ERROR: no such file";
+        return false;
+    }
+    const Connections::Result opened = Connections::open(name, m_details, busyTimeout(m_details));
+    if (!opened.isOpen) {
+        qDebug() << "Could not open database connection " << name << "ERROR:" << opened.error;
+        return false;
+    }
+    const bool accepted = askUser(QSqlDatabase::database(name, false));
+    Connections::close(name);
+    return accepted;
+}
+
+bool DatabaseVersionCheck::askUser(QSqlDatabase database) const
+{
+    // In one transaction: what could be read first, nobody locks until its end.
+    const bool isBegun = database.transaction();
+    const Finding finding = examine(database, isBegun);
+    database.rollback();
+    switch (finding) {
+    case InUse:
+        refuse(DatabaseLock::inUseText());
+        return false;
+    case Foreign:
+        refuse(tr("The database holds parts that Vorna did not make, such as views or triggers. It was not "
+                  "opened, so that nothing in it can run."));
+        return false;
+    case Unknown:
+        explainUnknown(database);
+        return false;
+    case Old:
+        return upgrade(database);
+    default:
+        return true;
+    }
+}
+
+DatabaseVersionCheck::Finding DatabaseVersionCheck::examine(QSqlDatabase &database, bool isBegun) const
+{
+    const bool isLocal = m_details.type() == Constants::localDatabase;
+    if (isLocal && isLock(runOn(database, QStringLiteral("SELECT count(*) FROM sqlite_master;"))))
+        return InUse;
+    // Before the first statement that could run what stands in the file.
+    if (isLocal && SchemaCheck::holdsForeignParts(database))
+        return Foreign;
+    const QSqlError writeError = isBegun ? tryToWrite(database) : QSqlError();
+    // A server refuses everything else in a transaction that has failed.
+    if (!isLocal)
+        database.rollback();
+    if (isLock(writeError) || !isFreeToRead(database))
+        return InUse;
+    const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
+    const DataBaseUpdater updater(constructor.get());
+    if (!updater.isVersionKnown(database))
+        return Unknown;
+    return updater.needsUpgrade(database) && !writeError.isValid() ? Old : Fit;
+}
+
+bool DatabaseVersionCheck::isFreeToRead(const QSqlDatabase &database) const
+{
+    return !isLock(runOn(database, QStringLiteral("SELECT version FROM scheme_version;"))) &&
+           !isLock(runOn(database, QStringLiteral("SELECT version FROM vorna_version;")));
+}
+
+bool DatabaseVersionCheck::isLock(const QSqlError &error) const
+{
+    return DatabaseLock::isMetBy(error, Connections::driverOf(m_details.type()));
+}
+
+bool DatabaseVersionCheck::upgrade(QSqlDatabase &database) const
+{
+    Messages::Box question;
+    question.icon = QMessageBox::Warning;
+    question.text = tr("The database was created with an earlier version of Vorna.");
+    question.informativeText =
+        tr("The file will be upgraded to the current version but will not be backward compatible.");
+    question.buttons = QMessageBox::Ok | QMessageBox::Cancel;
+    question.defaultButton = QMessageBox::Cancel;
+    if (Messages::run(nullptr, question).button != QMessageBox::Ok)
+        return false;
+
+    const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
+    const bool upgraded = DataBaseUpdater(constructor.get()).update(database);
+    if (!upgraded) {
+        const bool isInUse = database.transaction() && isLock(tryToWrite(database));
+        database.rollback();
+        if (isInUse) {
+            refuse(DatabaseLock::inUseText());
+            return false;
+        }
+    }
+    Messages::Box answer;
+    answer.text = upgraded ? tr("Database upgraded successfully.")
+                           : tr("Problem occurred while upgrading database. Probably you have no permission "
+                                "to perform this operation.");
+    Messages::run(nullptr, answer);
+    return upgraded;
+}
+
+void DatabaseVersionCheck::explainUnknown(const QSqlDatabase &database) const
+{
+    const QStringList tables = database.tables();
+    const bool isOurs =
+        tables.contains(QLatin1String("scheme_version")) || tables.contains(QLatin1String("vorna_version"));
+    refuse(isOurs ? tr("The database is not supported")
+                  : tr("The database could be corrupted please check it."));
+}
+
+void DatabaseVersionCheck::refuse(const QString &reason)
+{
+    Messages::Box box;
+    box.icon = QMessageBox::Warning;
+    box.title = tr("Error opening database");
+    box.text = reason;
+    Messages::run(nullptr, box);
+}

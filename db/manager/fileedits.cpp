@@ -1,0 +1,143 @@
+#include "db/manager/fileedits.h"
+
+#include "core/providers/mainviewprovider.h"
+#include "core/records/file.h"
+#include "fileops/provider/fileoperationprovider.h"
+
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+QVector<qint64> inOrder(QVector<qint64> fileIds)
+{
+    std::sort(fileIds.begin(), fileIds.end());
+    return fileIds;
+}
+} // namespace
+
+void FileEdits::setProviders(MainViewProvider *records, FileOperationProvider *worker)
+{
+    m_records = records;
+    m_worker = worker;
+}
+
+bool FileEdits::updateFile(qint64 fileId, const QString &column, const QString &value)
+{
+    if (column == QLatin1String("file_name") && !m_host.isNameGiven(value))
+        return false;
+    return m_host.isStorable(value) &&
+           edit({fileId}, [&](MainViewProvider &files) { return files.updateFile(fileId, column, value); });
+}
+
+bool FileEdits::updateFilePath(qint64 fileId, const QString &column, const QString &value)
+{
+    return m_host.isStorable(value) && edit({fileId}, [&](MainViewProvider &files) {
+               return files.updateFilePath(fileId, column, value);
+           });
+}
+
+bool FileEdits::renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath)
+{
+    return m_host.isNameGiven(name) && m_host.isStorable(path) && m_host.isStorable(relPath) &&
+           edit({fileId},
+                [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
+}
+
+bool FileEdits::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                           const QVector<qint64> &unlinked)
+{
+    return edit(fileIds,
+                [&](MainViewProvider &files) { return files.changeTags(fileIds, linked, unlinked); });
+}
+
+bool FileEdits::edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change)
+{
+    if (!m_records || !m_host.isDataCurrent())
+        return false;
+    bool isDone = false;
+    m_host.runFileEdit([&] {
+        isDone = change(*m_records);
+        return isDone ? fileIds : QVector<qint64>();
+    });
+    return isDone;
+}
+
+bool FileEdits::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+                         qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails)
+{
+    if (!m_worker || !m_host.mayRequest())
+        return false;
+    request([=](FileOperationProvider &files) {
+        files.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
+    });
+    return true;
+}
+
+void FileEdits::addFilesList(const QStringList &paths)
+{
+    if (m_host.mayRequest())
+        request([paths](FileOperationProvider &files) { files.addFilesList(paths); });
+}
+
+void FileEdits::deleteFiles(const QVector<qint64> &fileIds)
+{
+    if (fileIds.isEmpty() || !m_host.mayRequest())
+        return;
+    const QVector<qint64> ids = inOrder(fileIds);
+    request([ids, codes = idCodes(ids)](FileOperationProvider &files) { files.deleteFiles(ids, codes); });
+}
+
+void FileEdits::transferFiles(const QVector<qint64> &fileIds)
+{
+    if (fileIds.isEmpty() || !m_host.mayRequest())
+        return;
+    const QVector<qint64> ids = inOrder(fileIds);
+    request([ids, codes = idCodes(ids)](FileOperationProvider &files) { files.transferFiles(ids, codes); });
+}
+
+void FileEdits::extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
+                             const QSet<QString> &replacedPaths, const QSet<QString> &comparedPaths)
+{
+    if (!fileIds.isEmpty())
+        request([=](FileOperationProvider &files) {
+            files.extractFiles(fileIds, targetPaths, replacedPaths, comparedPaths);
+        });
+}
+
+void FileEdits::extractToTemporary(qint64 fileId)
+{
+    request([fileId](FileOperationProvider &files) { files.extractToTemporary(fileId); });
+}
+
+void FileEdits::remakeThumbnails(const QVector<qint64> &fileIds)
+{
+    if (m_host.mayRequest())
+        request([fileIds](FileOperationProvider &files) { files.remakeThumbnails(fileIds); });
+}
+
+void FileEdits::request(const std::function<void(FileOperationProvider &)> &task)
+{
+    FileOperationProvider *worker = m_worker;
+    if (worker)
+        QTimer::singleShot(0, worker, [worker, task] { task(*worker); });
+}
+
+QStringList FileEdits::idCodes(const QVector<qint64> &fileIds) const
+{
+    const QMap<qint64, File *> &files = m_host.knownFiles().items();
+    QStringList codes;
+    codes.reserve(fileIds.size());
+    // A million looks for a file would take seconds, each of them leaving the processor's cache: both lists
+    // are walked side by side.
+    auto file = files.constBegin();
+    for (const qint64 fileId : fileIds) {
+        if (file == files.constEnd() || file.key() != fileId)
+            file = files.constFind(fileId);
+        const bool isKnown = file != files.constEnd();
+        codes.append(isKnown ? file.value()->idCode() : QString());
+        if (isKnown)
+            ++file;
+    }
+    return codes;
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "core/records/recordtypes.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
+
+class FileOperationProvider;
+class MainViewProvider;
+
+/** What FileEdits asks of the manager that owns it. GUI thread. */
+class FileEditsHost
+{
+public:
+    virtual ~FileEditsHost() = default;
+
+    /** Whether the records are those of the database, so that an edit may go ahead. */
+    virtual bool isDataCurrent() = 0;
+    /** The same for an operation of the worker. */
+    virtual bool mayRequest() = 0;
+    /** Both are false after a word to the user. */
+    virtual bool isNameGiven(const QString &name) = 0;
+    virtual bool isStorable(const QString &text) = 0;
+    virtual const Map<qint64, File *> &knownFiles() const = 0;
+    /** Runs an edit that gives the ids of the files to be read again, none for a failure. */
+    virtual void runFileEdit(const std::function<QVector<qint64>()> &edit) = 0;
+};
+
+/**
+ * The edits of files: changes of records, which are done when a call returns, and requests to the worker,
+ * which are queued from the event loop. Owned by the manager, GUI thread. An edit that the host does not
+ * allow is dropped.
+ */
+class FileEdits
+{
+public:
+    /** The host must outlive this, the providers each call; one that is null takes nothing. */
+    explicit FileEdits(FileEditsHost &host) : m_host(host) {}
+    void setProviders(MainViewProvider *records, FileOperationProvider *worker);
+
+    bool updateFile(qint64 fileId, const QString &column, const QString &value);
+    bool updateFilePath(qint64 fileId, const QString &column, const QString &value);
+    bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath);
+    bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
+                    const QVector<qint64> &unlinked);
+
+    /** False when nothing is queued. */
+    bool addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
+                  qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails);
+    void addFilesList(const QStringList &paths);
+    void deleteFiles(const QVector<qint64> &fileIds);
+    void transferFiles(const QVector<qint64> &fileIds);
+    void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
+                      const QSet<QString> &replacedPaths, const QSet<QString> &comparedPaths);
+    void extractToTemporary(qint64 fileId);
+    void remakeThumbnails(const QVector<qint64> &fileIds);
+
+private:
+    bool edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change);
+    void request(const std::function<void(FileOperationProvider &)> &task);
+    /** Theirs, as an id may be another file's by the time that the worker comes to it. The ids ascend. */
+    QStringList idCodes(const QVector<qint64> &fileIds) const;
+
+    FileEditsHost &m_host;
+    MainViewProvider *m_records = nullptr;
+    FileOperationProvider *m_worker = nullptr;
+};

@@ -1,0 +1,157 @@
+#include "db/manager/postgresdbmanager.h"
+
+#include "app/settings/constants.h"
+#include "core/providers/mainviewprovider.h"
+#include "core/providers/postgresbrowstreeprovider.h"
+#include "core/providers/postgresgeneralprovider.h"
+#include "core/providers/postgresgroupsprovider.h"
+#include "core/providers/postgrestagsprovider.h"
+#include "core/providers/relationtreeprovider.h"
+#include "db/sql/postgresqueryconstructor.h"
+#include "fileops/provider/postgresfileoperationprovider.h"
+
+#include <QTimer>
+
+PostgresDBManager::PostgresDBManager(const QString &driver, const QString &database, const QString &host,
+                                     const QString &user, const QString &password, int port, QObject *parent)
+    : DatabaseManger(driver, database, host, user, password, port, parent)
+{
+    setConstructor(std::make_unique<PostgresQueryConstructor>());
+    Providers made;
+    made.browsTree = new PostgresBrowsTreeProvider(constructor(), this);
+    made.tags = new PostgresTagsProvider(constructor(), this);
+    made.groups = new PostgresGroupsProvider(constructor(), this);
+    m_stamps = new PostgresGeneralProvider(constructor(), this);
+    made.general = m_stamps;
+    made.mainView = new MainViewProvider(constructor(), this);
+    made.relationTree = new RelationTreeProvider(constructor(), this);
+    made.fileOperation = new PostgresFileOperationProvider(constructor(), details(), this);
+    setProviders(made);
+    using Trees = BrowsTreeProvider;
+    using Manager = PostgresDBManager;
+    connect(made.browsTree, &Trees::gotAllBrowsTreesInfo, this, &Manager::parseAllBrowsTreesInfo);
+    connect(made.browsTree, &Trees::addedNewBrowsingTree, this, &Manager::parseAddedNewBrowsingTree);
+    connect(made.browsTree, &Trees::removedBrowsingTree, this, &Manager::parseRemovedBrowsingTree);
+    connect(made.browsTree, &Trees::updatedBrowsingTree, this, &Manager::parseUpdatedBrowsingTree);
+}
+
+QSqlError PostgresDBManager::openDB()
+{
+    QSqlError error = DatabaseManger::openDB();
+    // What others change from here on is either in the first load or news for the first edit.
+    if (error.type() == QSqlError::NoError)
+        aboutToLoad();
+    return error;
+}
+
+int PostgresDBManager::dbType() const
+{
+    return Constants::serverDatabase;
+}
+
+bool PostgresDBManager::createDatabase()
+{
+    return false;
+}
+
+void PostgresDBManager::setCurrentBrowsingTree(qint64 treeId)
+{
+    const Map<qint64, QString> &trees = browsingTrees();
+    const bool isGone = treeId != 0 && !trees.contains(treeId);
+    if (isGone) {
+        // From the event loop: a box in the middle of a reload would show half of it.
+        QTimer::singleShot(0, this, [this] {
+            emit error(tr("Browsing tree error"),
+                       tr("Selected browsing tree no longer exists.\nSelected default browsing tree."));
+        });
+    }
+    m_currentTree = treeId;
+    if (treeId == 0 || isGone)
+        m_currentTree = trees.isEmpty() ? PostgresBrowsTreeProvider::defaultTree : trees.begin().key();
+    if (providers().browsTree)
+        providers().browsTree->setCurrentTree(m_currentTree);
+    if (providers().fileOperation)
+        providers().fileOperation->setBrowsingTreeId(m_currentTree);
+    // A load of everything comes to them anyway.
+    if (!loadState().isLoading())
+        loadAllNodes();
+}
+
+bool PostgresDBManager::isDataCurrent()
+{
+    if (!isReadyForEdits())
+        return false;
+    PostgresGeneralProvider::Changes changes;
+    if (!m_stamps->readLastChanges(changes) || !changes.ofAll.isValid())
+        return false;
+    if (!isNews(changes.ofOthers))
+        return true;
+    m_lastModification = changes.ofOthers;
+    dropEdit();
+    return false;
+}
+
+void PostgresDBManager::refreshModificationDate()
+{
+    QDateTime change;
+    if (!m_areStampsNamed && m_stamps->lastChangeDate(change))
+        noteChange(change);
+}
+
+void PostgresDBManager::noteChange(const QDateTime &change)
+{
+    // Where stamps tell whose they are, those of own changes are no news anyway, and passing over what others
+    // did at the same time would hide it.
+    if (!m_areStampsNamed && !m_missesChanges && isNews(change))
+        m_lastModification = change;
+}
+
+void PostgresDBManager::aboutToLoad()
+{
+    PostgresGeneralProvider::Changes changes;
+    m_missesChanges = false;
+    if (!m_stamps->readLastChanges(changes))
+        return;
+    m_areStampsNamed = changes.areNamed;
+    if (isNews(changes.ofOthers))
+        m_lastModification = changes.ofOthers;
+}
+
+void PostgresDBManager::aboutToCommit(const QDateTime &lastChange)
+{
+    // The own change, which comes after it, is not to hide it: the next edit finds news then.
+    m_missesChanges = m_missesChanges || (!m_areStampsNamed && isNews(lastChange));
+}
+
+bool PostgresDBManager::isNews(const QDateTime &change) const
+{
+    return change.isValid() && (!m_lastModification.isValid() || change > m_lastModification);
+}
+
+void PostgresDBManager::parseAllBrowsTreesInfo(bool ok, const TableData &rows)
+{
+    loadState().note(LoadState::Trees, ok);
+    if (ok) {
+        browsingTrees().clear();
+        for (const TableRowData *row : rows) {
+            parseAddedNewBrowsingTree(row->value(QStringLiteral("tree_id")).toLongLong(),
+                                      row->value(QStringLiteral("tree_name")).toString());
+        }
+    }
+    qDeleteAll(rows);
+}
+
+void PostgresDBManager::parseAddedNewBrowsingTree(qlonglong treeId, const QString &name)
+{
+    browsingTrees().insert(treeId, name);
+}
+
+void PostgresDBManager::parseRemovedBrowsingTree(qlonglong treeId)
+{
+    browsingTrees().remove(treeId);
+}
+
+void PostgresDBManager::parseUpdatedBrowsingTree(qlonglong treeId, const QString &name)
+{
+    browsingTrees().insert(treeId, name);
+}

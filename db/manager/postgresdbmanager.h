@@ -1,0 +1,53 @@
+#pragma once
+
+#include "db/manager/databasemanger.h"
+
+class PostgresGeneralProvider;
+
+/**
+ * The manager of a database on a server, where others write too. Each edit first asks the server when others
+ * last changed something; when that is news, the edit is dropped with a warning and everything is read anew.
+ */
+class PostgresDBManager : public DatabaseManger
+{
+    Q_OBJECT
+
+public:
+    PostgresDBManager(const QString &driver, const QString &database, const QString &host,
+                      const QString &user, const QString &password, int port, QObject *parent = nullptr);
+
+    QSqlError openDB() override;
+    int dbType() const override;
+    /** False: a script sets up a server. */
+    bool createDatabase() override;
+
+    /** Never 0 once the trees were loaded. */
+    qint64 currentBrowsingTree() const override { return m_currentTree; }
+    /**
+     * Shows the nodes of a tree, whose list was loaded before: 0 stands for the default tree, and so does,
+     * with an error, a tree that is not there.
+     */
+    void setCurrentBrowsingTree(qint64 treeId) override;
+    bool isDataCurrent() override;
+    void refreshModificationDate() override;
+
+protected slots:
+    void parseAllBrowsTreesInfo(bool ok, const TableData &rows);
+    void parseAddedNewBrowsingTree(qlonglong treeId, const QString &name);
+    void parseRemovedBrowsingTree(qlonglong treeId);
+    void parseUpdatedBrowsingTree(qlonglong treeId, const QString &name);
+
+protected:
+    void aboutToLoad() override;
+    void aboutToCommit(const QDateTime &lastChange) override;
+    void noteChange(const QDateTime &change) override;
+
+private:
+    bool isNews(const QDateTime &change) const;
+
+    PostgresGeneralProvider *m_stamps; ///< the provider of general data
+    qint64 m_currentTree = 0;
+    QDateTime m_lastModification;  ///< UTC, the change up to which the records are those of the server
+    bool m_areStampsNamed = false; ///< own stamps can be told from those of others
+    bool m_missesChanges = false;  ///< without names: another client's, made during an operation of our own
+};

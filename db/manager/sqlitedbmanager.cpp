@@ -1,0 +1,182 @@
+#include "db/manager/sqlitedbmanager.h"
+
+#include "app/messages/messages.h"
+#include "app/settings/constants.h"
+#include "core/providers/groupsprovider.h"
+#include "core/providers/mainviewprovider.h"
+#include "core/providers/relationtreeprovider.h"
+#include "core/providers/sqlitebrowstreeprovider.h"
+#include "core/providers/sqlitegeneralprovider.h"
+#include "core/providers/tagsprovider.h"
+#include "db/sql/connections.h"
+#include "db/sql/foreignwrites.h"
+#include "db/sql/schema.h"
+#include "db/sql/sqlitequeryconstructor.h"
+#include "db/sql/transaction.h"
+#include "fileops/provider/sqlitefileoperationprovider.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+
+namespace {
+// Large blocks of file contents are stored at half the price of the default page size.
+const QString pageSizeStatement = QStringLiteral("PRAGMA page_size=65536;");
+
+// How long the window waits for the worker's transaction before it asks to try again.
+const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
+
+// How long it waits at the opening until it can be told whether the database may be written.
+constexpr int mostProbingMilliseconds = 1500;
+} // namespace
+
+SQLiteDBManager::SQLiteDBManager(const QString &driver, const QString &database, const QString &host,
+                                 const QString &user, const QString &password, int port, QObject *parent)
+    : DatabaseManger(driver, database, host, user, password, port, parent),
+      m_foreignWrites(new ForeignWrites(this)),
+      m_folderWatcher(new QFileSystemWatcher(this))
+{
+    setConstructor(std::make_unique<SqliteQueryConstructor>());
+    Providers made;
+    made.browsTree = new SqliteBrowsTreeProvider(constructor(), this);
+    made.tags = new TagsProvider(constructor(), this);
+    made.groups = new GroupsProvider(constructor(), this);
+    made.general = new SqliteGeneralProvider(constructor(), this);
+    made.mainView = new MainViewProvider(constructor(), this);
+    made.relationTree = new RelationTreeProvider(constructor(), this);
+    auto *fileOperation = new SqliteFileOperationProvider(constructor(), details(), this);
+    fileOperation->setForeignWrites(m_foreignWrites);
+    made.fileOperation = fileOperation;
+    setWriteGuard(m_foreignWrites);
+    setProviders(made);
+    connectErrors(m_foreignWrites);
+    connect(m_foreignWrites, &ForeignWrites::newsFound, this, &SQLiteDBManager::dropEdit);
+    connect(m_foreignWrites, &ForeignWrites::outdated, this, &SQLiteDBManager::reloadLater);
+    connect(m_foreignWrites, &ForeignWrites::busyFound, this, &SQLiteDBManager::tellBusy);
+    connect(m_folderWatcher, &QFileSystemWatcher::directoryChanged, this,
+            &SQLiteDBManager::folderContentChanged);
+}
+
+SQLiteDBManager::~SQLiteDBManager()
+{
+    m_foreignWrites->clearPrepared();
+    disconnect(m_folderWatcher, &QFileSystemWatcher::directoryChanged, this,
+               &SQLiteDBManager::folderContentChanged);
+}
+
+QSqlError SQLiteDBManager::openDB()
+{
+    // SQLite would make an empty file where none is.
+    if (!Connections::isDatabaseThere(details()))
+        return {QString(), tr("The database file does not exist."), QSqlError::ConnectionError};
+    QSqlError error = DatabaseManger::openDB();
+    // What others change from here on is either in the first load or news for the first edit.
+    if (error.type() == QSqlError::NoError)
+        m_foreignWrites->noteState();
+    m_closing = false;
+    return error;
+}
+
+void SQLiteDBManager::closeDB()
+{
+    m_closing = true;
+    m_foreignWrites->clearPrepared();
+    DatabaseManger::closeDB();
+}
+
+int SQLiteDBManager::dbType() const
+{
+    return Constants::localDatabase;
+}
+
+bool SQLiteDBManager::createDatabase()
+{
+    const QString name = Constants::temporaryConnection;
+    if (!Connections::open(name, details()).isOpen)
+        return false;
+    const bool created = makeTables(name);
+    Connections::close(name);
+    return created;
+}
+
+bool SQLiteDBManager::makeTables(const QString &connectionName)
+{
+    GeneralProvider *general = providers().general;
+    if (!general || !general->runStatements({pageSizeStatement}, connectionName))
+        return false;
+    // One write to the disk instead of one a table.
+    Transaction transaction(*general, connectionName);
+    return transaction.isActive() && general->runStatements(Schema::creationStatements(), connectionName) &&
+           transaction.commit();
+}
+
+QString SQLiteDBManager::connectOptions() const
+{
+    return shortBusyTimeout;
+}
+
+void SQLiteDBManager::readReadOnlyState()
+{
+    QElapsedTimer waited;
+    waited.start();
+    // Others write for a moment, as a rule.
+    do {
+        DatabaseManger::readReadOnlyState();
+    } while (providers().general->isInUse() && !waited.hasExpired(mostProbingMilliseconds));
+    if (isReadOnly())
+        return;
+    const QFileInfo file(databaseName());
+    if (!file.isReadable())
+        Messages::critical(nullptr, tr("Database Permissions"),
+                           tr("This database is not readable by this user."));
+    setReadOnly(!file.isWritable());
+}
+
+qint64 SQLiteDBManager::currentBrowsingTree() const
+{
+    return 0;
+}
+
+void SQLiteDBManager::setCurrentBrowsingTree(qint64 treeId)
+{
+    if (providers().browsTree)
+        providers().browsTree->setCurrentTree(treeId);
+    if (providers().fileOperation)
+        providers().fileOperation->setBrowsingTreeId(treeId);
+}
+
+bool SQLiteDBManager::isDataCurrent()
+{
+    return isReadyForEdits() && m_foreignWrites->mayWrite();
+}
+
+bool SQLiteDBManager::beginReading()
+{
+    GeneralProvider *general = providers().general;
+    if (!general->runSync(QStringLiteral("BEGIN;")))
+        return false;
+    if (m_foreignWrites->noteState())
+        return true;
+    general->rollbackTransaction();
+    return false;
+}
+
+void SQLiteDBManager::endReading()
+{
+    // Nothing was written: it only lets go.
+    providers().general->commitTransaction();
+}
+
+void SQLiteDBManager::refreshModificationDate() {}
+
+void SQLiteDBManager::folderContentChanged(const QString &path)
+{
+    if (m_closing)
+        return;
+    const QString folder = QDir::fromNativeSeparators(path);
+    for (const AutoLink *link : qAsConst(autoLinks())) {
+        if (link->absPath() == folder)
+            return;
+    }
+    m_folderWatcher->removePath(path);
+}

@@ -1,0 +1,32 @@
+#include "db/sql/errorjudge.h"
+
+#include "db/sql/connections.h"
+#include "db/sql/databaselock.h"
+
+namespace {
+// Codes of a server.
+const QLatin1String queryCanceled("57014");
+const QLatin1String inFailedTransaction("25P02");
+} // namespace
+
+ErrorJudge::ErrorJudge(const DBDetails &details) : m_details(details) {}
+
+bool ErrorJudge::isBusy(const QSqlError &error) const
+{
+    return DatabaseLock::isMetBy(error, Connections::driverOf(m_details.type()));
+}
+
+bool ErrorJudge::isCanceled(const QSqlError &error)
+{
+    return error.nativeErrorCode() == queryCanceled;
+}
+
+bool ErrorJudge::isEcho(const QSqlError &error)
+{
+    return error.nativeErrorCode() == inFailedTransaction;
+}
+
+QSqlError ErrorJudge::told(const QSqlError &error) const
+{
+    return Connections::isDatabaseThere(m_details) ? error : Connections::missingFile(m_details);
+}

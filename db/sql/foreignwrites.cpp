@@ -1,0 +1,160 @@
+#include "db/sql/foreignwrites.h"
+
+#include <QElapsedTimer>
+#include <QSemaphore>
+#include <QSignalBlocker>
+
+#include <memory>
+
+namespace {
+// The window answers from its event loop, which a large merge or reload may keep from turning.
+constexpr int patienceMilliseconds = 20000;
+constexpr int pollMilliseconds = 10;
+} // namespace
+
+ForeignWrites::ForeignWrites(QObject *parent) : BaseDBProvider(nullptr, parent) {}
+
+bool ForeignWrites::readVersion(BaseDBProvider &provider, const QString &connectionName, qint64 &version)
+{
+    static const QString statement = QStringLiteral("PRAGMA data_version;");
+    TableData table;
+    const bool isRead = provider.runPrepared(statement, {}, table, connectionName) && !table.isEmpty();
+    if (isRead)
+        version = table.constFirst()->at(0).toLongLong();
+    freeRows(table);
+    return isRead;
+}
+
+bool ForeignWrites::noteState()
+{
+    qint64 version = 0;
+    if (!readVersion(*this, QString(), version))
+        return false;
+    const QMutexLocker locker(&m_mutex);
+    m_version = version;
+    m_isTrusted = true;
+    return true;
+}
+
+bool ForeignWrites::mayWrite()
+{
+    // Before the look: a commit that is settled after it must not pass for another program's.
+    bool isWorkerCommitting = false;
+    {
+        const QMutexLocker locker(&m_mutex);
+        isWorkerCommitting = m_isWorkerCommitting;
+    }
+    qint64 version = 0;
+    if (!readVersion(*this, QString(), version))
+        return false;
+    {
+        const QMutexLocker locker(&m_mutex);
+        if (m_isTrusted && (m_version < 0 || version == m_version))
+            return true;
+        isWorkerCommitting = m_isTrusted && (isWorkerCommitting || m_isWorkerCommitting);
+    }
+    if (isWorkerCommitting)
+        emit busyFound();
+    else
+        emit newsFound();
+    return false;
+}
+
+void ForeignWrites::changesUndone()
+{
+    const auto look = [this] {
+        qint64 version = 0;
+        {
+            // What is in the way is told by the next edit.
+            const QSignalBlocker silence(this);
+            if (!readVersion(*this, QString(), version))
+                return;
+        }
+        QMutexLocker locker(&m_mutex);
+        const bool isKnown = m_version < 0 || version == m_version || m_isWorkerCommitting;
+        locker.unlock();
+        if (!isKnown)
+            emit outdated();
+    };
+    QMetaObject::invokeMethod(this, look, Qt::QueuedConnection);
+}
+
+bool ForeignWrites::isWindowCurrent(const std::function<bool()> &shouldEnd)
+{
+    return ask([this] { return mayWrite(); }, shouldEnd);
+}
+
+void ForeignWrites::announceCommit()
+{
+    const QMutexLocker locker(&m_mutex);
+    m_isWorkerCommitting = true;
+}
+
+void ForeignWrites::commitFailed()
+{
+    const QMutexLocker locker(&m_mutex);
+    m_isWorkerCommitting = false;
+}
+
+bool ForeignWrites::showCommit(const std::function<bool()> &shouldEnd)
+{
+    const auto look = [this] {
+        qint64 version = 0;
+        const bool isRead = readVersion(*this, QString(), version);
+        const QMutexLocker locker(&m_mutex);
+        m_seenVersion = version;
+        return isRead;
+    };
+    return ask(look, shouldEnd);
+}
+
+void ForeignWrites::settleCommit(bool isOwn)
+{
+    const QMutexLocker locker(&m_mutex);
+    if (isOwn)
+        m_version = m_seenVersion;
+    m_isTrusted = m_isTrusted && isOwn;
+    m_isWorkerCommitting = false;
+}
+
+bool ForeignWrites::ask(const std::function<bool()> &question, const std::function<bool()> &shouldEnd)
+{
+    struct Answer
+    {
+        QSemaphore isThere;
+        bool isYes = false;
+    };
+    const auto answer = std::make_shared<Answer>();
+    QMetaObject::invokeMethod(
+        this,
+        [question, answer] {
+            answer->isYes = question();
+            answer->isThere.release();
+        },
+        Qt::QueuedConnection);
+    QElapsedTimer waited;
+    waited.start();
+    while (!answer->isThere.tryAcquire(1, pollMilliseconds)) {
+        if (shouldEnd())
+            return false;
+        if (waited.hasExpired(patienceMilliseconds)) {
+            distrust();
+            return false;
+        }
+    }
+    return answer->isYes;
+}
+
+void ForeignWrites::distrust()
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            {
+                const QMutexLocker locker(&m_mutex);
+                m_isTrusted = false;
+            }
+            emit newsFound();
+        },
+        Qt::QueuedConnection);
+}

@@ -1,0 +1,149 @@
+#include "fileops/adding/filebatch.h"
+
+#include "db/sql/transaction.h"
+#include "fileops/pictures/thumbnailsahead.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QSignalBlocker>
+
+namespace {
+
+// With a million files one drawn handle in eighty is taken, and a run in ten is repeated for it.
+constexpr int filesInRun = 8;
+
+} // namespace
+
+FileBatch::FileBatch(FileOperationWorker &worker, const FileBatchRequest &request)
+    : m_worker(worker), m_request(request), m_linker(worker)
+{
+}
+
+QVector<qint64> FileBatch::addFilesListToDb()
+{
+    qint64 loadId = 0;
+    if (m_request.paths.isEmpty() || !m_worker.nextLoadId(loadId))
+        return {};
+    ThumbnailsAhead thumbnails(m_request.paths, [this] { return m_worker.shouldEnd(); });
+    FileAdder adder(m_worker, m_request.mode, loadId, thumbnails);
+    m_adder = &adder;
+    m_added.reserve(m_request.paths.size());
+    for (int from = 0; from < m_request.paths.size(); from += runLength()) {
+        const int to = qMin(from + runLength(), m_request.paths.size());
+        const bool isDone = runLength() > 1 && addRun(from, to);
+        if (!isDone && !addSingly(from, to)) {
+            qDebug("FileOperationWorker::addFilesListToDb() - stopped! Exiting.");
+            break;
+        }
+    }
+    m_adder = nullptr;
+    return m_added;
+}
+
+int FileBatch::runLength() const
+{
+    // Contents are too dear to be stored twice because another file of the run fails.
+    return m_request.mode == InternalStorage ? 1 : filesInRun;
+}
+
+bool FileBatch::mayGoOn() const
+{
+    return !m_worker.shouldEnd() && !m_worker.isSavepointLost();
+}
+
+bool FileBatch::addRun(int from, int to)
+{
+    const int addedBefore = m_added.size();
+    const int unreadBefore = m_unread.size();
+    m_adder->setChecksIdCodes(false);
+    Savepoint savepoint(m_worker);
+    bool isGood = savepoint.isActive();
+    for (int i = from; i < to && isGood; ++i) {
+        if (!mayGoOn())
+            return false;
+        reportProgress(i);
+        // Silent: what fails here is tried again by itself, and told then.
+        const QSignalBlocker blocker(&m_worker);
+        qint64 fileId = 0;
+        const FileAdder::Outcome outcome = addFile(i, fileId);
+        isGood =
+            outcome != FileAdder::Failed &&
+            (outcome == FileAdder::Skipped || m_linker.linkNewFile(fileId, tagIdsFor(m_request.paths.at(i))));
+        if (isGood && outcome == FileAdder::Added)
+            m_added.append(fileId);
+        else if (outcome == FileAdder::Skipped)
+            m_unread.append(m_request.paths.at(i));
+    }
+    if (isGood && savepoint.release())
+        return true;
+    m_added.resize(addedBefore);
+    m_unread.erase(m_unread.begin() + unreadBefore, m_unread.end());
+    takeBackRun(savepoint);
+    return false;
+}
+
+void FileBatch::takeBackRun(Savepoint &savepoint)
+{
+    const QSqlError cause = m_worker.lastError();
+    {
+        const QSignalBlocker blocker(&m_worker);
+        savepoint.rollBack();
+    }
+    // Then nothing is tried again, and what was kept silent is the only word that says why.
+    if (m_worker.isConnectionLost())
+        emit m_worker.connectionError();
+    else if (m_worker.isSavepointLost() && !m_worker.shouldEnd())
+        m_worker.report().note(cause);
+}
+
+bool FileBatch::addSingly(int from, int to)
+{
+    m_adder->setChecksIdCodes(true);
+    for (int i = from; i < to; ++i) {
+        if (!mayGoOn())
+            return false;
+        reportProgress(i);
+        Savepoint savepoint(m_worker);
+        qint64 fileId = 0;
+        const FileAdder::Outcome outcome = savepoint.isActive() ? addFile(i, fileId) : FileAdder::Failed;
+        if (outcome == FileAdder::Added && m_linker.linkFile(fileId, tagIdsFor(m_request.paths.at(i))) &&
+            savepoint.release())
+            m_added.append(fileId);
+        else if (outcome == FileAdder::Skipped)
+            m_unread.append(m_request.paths.at(i));
+    }
+    return mayGoOn();
+}
+
+FileAdder::Outcome FileBatch::addFile(int index, qint64 &fileId)
+{
+    const FileChecksum known =
+        index < m_request.checksums.size() ? m_request.checksums.at(index) : FileChecksum();
+    return m_adder->addFilesList(m_request.paths.at(index), known, fileId);
+}
+
+void FileBatch::reportProgress(int index)
+{
+    const int percent = ProgressThrottle::percent(index, m_request.paths.size());
+    if (!m_progress.isDue(percent, index + 1 == m_request.paths.size()))
+        return;
+    const QString &path = m_request.paths.at(index);
+    const QString name =
+        m_request.mode == HyperlinkStorage ? path : path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+    emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Adding ") + name, percent);
+}
+
+QVector<qint64> FileBatch::tagIdsFor(const QString &path)
+{
+    const auto inherited = m_request.inheritedTags.constFind(path);
+    const QStringList names =
+        inherited != m_request.inheritedTags.constEnd() ? *inherited : m_request.folderTags.namesFor(path);
+    // Files of one folder share one list, so the comparison is that of two pointers nearly always.
+    if (!m_hasLast || names != m_lastNames) {
+        m_lastNames = names;
+        m_lastTagIds = TagLinker::idsFor(names, m_request.tagIdsByName, m_request.tagIds);
+        m_hasLast = true;
+    }
+    return m_lastTagIds;
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "fileops/adding/fileadder.h"
+#include "fileops/adding/foldertags.h"
+#include "fileops/adding/taglinker.h"
+#include "fileops/worker/fileoperation.h"
+#include "fileops/worker/progressthrottle.h"
+
+#include <QHash>
+#include <QStringList>
+#include <QVector>
+
+class FileOperationWorker;
+class Savepoint;
+
+/** What a batch adds, and the tags that it links. The checksums, when given, stand beside the paths. */
+struct FileBatchRequest
+{
+    QStringList paths;
+    QVector<FileChecksum> checksums; ///< of earlier readings; empty when there were none
+    StorageMode mode = ExternalStorage;
+    FileOperationType type = FileOperationType::AddFilesOperation; ///< for the progress
+    QVector<qint64> tagIds;                                        ///< for every file
+    FolderTags folderTags;
+    QHash<QString, qint64> tagIdsByName;
+    QHash<QString, QStringList> inheritedTags; ///< path to names, in place of those of its folder
+};
+
+/**
+ * The inner loop of adding, within the running transaction of the worker and on its thread. A file that fails
+ * leaves nothing behind and does not hinder the others.
+ *
+ * Files go in short runs under one savepoint, as a savepoint costs as much as a row. A run in which one fails
+ * is rolled back and repeated file by file, so that what remains is what a savepoint a file would leave.
+ */
+class FileBatch
+{
+public:
+    FileBatch(FileOperationWorker &worker, const FileBatchRequest &request);
+
+    /** The ids of the added files, in the order of their paths; on a stop or cancel of those so far. */
+    QVector<qint64> addFilesListToDb();
+    /** The files that were left out because they could not be read. */
+    QStringList unread() const { return m_unread; }
+
+private:
+    int runLength() const;
+    bool addRun(int from, int to);
+    void takeBackRun(Savepoint &savepoint);
+    bool addSingly(int from, int to);
+    FileAdder::Outcome addFile(int index, qint64 &fileId);
+    QVector<qint64> tagIdsFor(const QString &path);
+    bool mayGoOn() const;
+    void reportProgress(int index);
+
+    FileOperationWorker &m_worker;
+    FileBatchRequest m_request;
+    FileAdder *m_adder = nullptr; ///< while the loop runs
+    TagLinker m_linker;
+    ProgressThrottle m_progress;
+    QVector<qint64> m_added;
+    QStringList m_unread;
+    QStringList m_lastNames;
+    QVector<qint64> m_lastTagIds;
+    bool m_hasLast = false;
+};

@@ -1,0 +1,87 @@
+#include "fileops/contents/contentwriter.h"
+
+#include "db/sql/sqltext.h"
+#include "fileops/contents/blockstorage.h"
+#include "fileops/files/datachecksum.h"
+#include "fileops/files/regularfile.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <QDebug>
+
+ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageId, const FileChecksum &known,
+                                            StoredContents &stored, const AtBlock &atBlock)
+{
+    RegularFile source;
+    if (!source.open(path))
+        return Unreadable;
+    const bool isKnown = known.isOf(source.stamp());
+    DataChecksum checksum;
+    qint64 blockId = storageId;
+    qint64 lastId = 0;
+    bool hasNext = true;
+    // Some files of the system name no size and have contents all the same.
+    const qint64 length = source.size() > 0 ? source.size() : BLOCK_SIZE;
+    m_block.reserve(BLOCK_SIZE);
+    while (hasNext) {
+        if (m_worker.shouldEnd()) {
+            qDebug("FileOperationWorker::addFilesList() - stopped! Exiting.");
+            return Failed;
+        }
+        const qint64 wanted = qMin(BLOCK_SIZE, length - stored.size);
+        m_block.resize(int(wanted));
+        const qint64 count = source.read(m_block.data(), wanted);
+        if (count < 0)
+            return Unreadable;
+        if (count == 0) {
+            qDebug("Error! Zero bytes read.");
+            break;
+        }
+        m_block.resize(int(count));
+        if (!isKnown)
+            checksum.update(m_block.constData(), count);
+        stored.size += count;
+        // A read that came short has met the end of a file that shrank meanwhile.
+        hasNext = count == wanted && stored.size < length;
+        lastId = blockId;
+        if (!m_worker.insertBlock(m_block, lastId, hasNext, blockId)) {
+            qDebug("Inserting block failed.");
+            return Failed;
+        }
+        if (atBlock)
+            atBlock(stored.size);
+    }
+    if (hasNext && lastId > 0 && !endChain(lastId))
+        return Failed;
+    stored.modified = source.modified();
+    stored.isSnapshot = source.isAsOpened();
+    stored.checksum = isKnown ? known.checksum : checksum.take();
+    // Written to while it was read: what was told before is no longer sure to be what was stored.
+    const bool isSure = !isKnown || isStill(path, known, stored.size);
+    return isSure || readStoredChecksum(storageId, stored.size, stored.checksum) ? Stored : Failed;
+}
+
+bool ContentWriter::endChain(qint64 storageId)
+{
+    return m_worker.runAsync(
+        SqlText::fill(QStringLiteral("UPDATE storage_info SET continue_id=0 WHERE storage_id=%1;"),
+                      {QString::number(storageId)}));
+}
+
+bool ContentWriter::isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const
+{
+    return storedSize == known.size && known.isOf(RegularFile::stampOf(path));
+}
+
+bool ContentWriter::readStoredChecksum(qint64 storageId, qint64 size, quint32 &result)
+{
+    DataChecksum checksum;
+    for (qint64 done = 0; done < size && storageId > 0;) {
+        QByteArray block;
+        if (!m_worker.readBlock(storageId, block, storageId) || block.isEmpty())
+            return false;
+        checksum.update(block.constData(), block.size());
+        done += block.size();
+    }
+    result = checksum.take();
+    return true;
+}

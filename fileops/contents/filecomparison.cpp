@@ -1,0 +1,112 @@
+#include "fileops/contents/filecomparison.h"
+
+#include "fileops/files/regularfile.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr int sliceSize = 256 * 1024;
+// Contents up to this size are held while their group is parted, in so many groups at most.
+constexpr qint64 heldSize = 1024LL * 1024;
+constexpr int heldGroups = 16;
+
+} // namespace
+
+struct FileComparison::Group
+{
+    QVector<int> members;
+    QByteArray content;
+    bool isHeld = false;
+};
+
+FileComparison::FileComparison(FileOperationWorker &worker) : m_worker(worker) {}
+
+FileComparison::Result FileComparison::compareFiles(const QString &leftPath, const QString &rightPath)
+{
+    RegularFile left;
+    RegularFile right;
+    if (!left.open(leftPath) || !right.open(rightPath))
+        return Unreadable;
+    if (left.size() != right.size())
+        return Different;
+    return compareOpen(left, right);
+}
+
+FileComparison::Result FileComparison::compareOpen(RegularFile &left, RegularFile &right)
+{
+    m_left.resize(sliceSize);
+    m_right.resize(sliceSize);
+    while (!m_worker.shouldEnd()) {
+        const qint64 leftCount = left.read(m_left.data(), sliceSize);
+        const qint64 rightCount = right.read(m_right.data(), sliceSize);
+        if (leftCount < 0 || rightCount < 0)
+            return Unreadable;
+        if (leftCount != rightCount ||
+            std::memcmp(m_left.constData(), m_right.constData(), size_t(leftCount)) != 0)
+            return Different;
+        if (leftCount < sliceSize)
+            return Same;
+    }
+    return Different;
+}
+
+FileComparison::Result FileComparison::compareWithBlocks(const QString &path, qint64 storageId, qint64 size)
+{
+    RegularFile file;
+    if (!file.open(path))
+        return Unreadable;
+    if (file.size() != size)
+        return Different;
+    // An empty file owns no block: the id of its chain may by now be another file's.
+    qint64 done = 0;
+    while (done < size && !m_worker.shouldEnd()) {
+        QByteArray block;
+        qint64 next = 0;
+        if (storageId <= 0 || !m_worker.readBlock(storageId, block, next) || block.isEmpty())
+            return Unreadable;
+        m_left.resize(block.size());
+        const qint64 count = file.read(m_left.data(), block.size());
+        if (count < 0)
+            return Unreadable;
+        if (count != block.size() || std::memcmp(m_left.constData(), block.constData(), size_t(count)) != 0)
+            return Different;
+        done += count;
+        storageId = next;
+    }
+    return done == size ? Same : Different;
+}
+
+QVector<QVector<int>> FileComparison::split(const QStringList &paths, qint64 size)
+{
+    QVector<Group> groups;
+    for (int i = 0; i < paths.size() && !m_worker.shouldEnd(); ++i) {
+        QByteArray content;
+        const bool isHeld = size <= heldSize && readWhole(paths.at(i), size, content);
+        const auto fits = [&](const Group &group) {
+            if (isHeld && group.isHeld)
+                return content == group.content;
+            return compareFiles(paths.at(group.members.first()), paths.at(i)) != Different;
+        };
+        const auto found = std::find_if(groups.begin(), groups.end(), fits);
+        if (found != groups.end())
+            found->members.append(i);
+        else
+            groups.append({{i}, content, isHeld && groups.size() < heldGroups});
+    }
+    QVector<QVector<int>> result;
+    for (const Group &group : qAsConst(groups))
+        result.append(group.members);
+    return result;
+}
+
+bool FileComparison::readWhole(const QString &path, qint64 size, QByteArray &content)
+{
+    RegularFile file;
+    if (!file.open(path) || file.size() != size)
+        return false;
+    content.resize(int(size));
+    return file.read(content.data(), size) == size;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "fileops/operations/addoperation.h"
+
+/** Adds the files that stay in spite of a name that is taken: as they stand, without tags or a check. */
+class AddFileListOperation : private AddOperation
+{
+public:
+    AddFileListOperation(FileOperationWorker &worker, const FileOperation &request);
+
+    void run();
+
+private:
+    void addFilesToDB();
+    QVector<qint64> addBatch(const QStringList &paths, StorageMode mode);
+
+    QStringList m_unread;
+};

@@ -1,0 +1,96 @@
+#include "fileops/operations/addfilesoperation.h"
+
+#include "app/settings/addingsettings.h"
+#include "db/sql/transaction.h"
+#include "fileops/adding/folderexpansion.h"
+#include "fileops/adding/nodebuilder.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <QDebug>
+
+AddFilesOperation::AddFilesOperation(FileOperationWorker &worker, const FileOperation &request)
+    : AddOperation(worker, request, FileOperationType::AddFilesOperation)
+{
+}
+
+void AddFilesOperation::run()
+{
+    announceFiles(AddingSettings::linkToFiles());
+    const bool isToldAll = addFilesToDB();
+    emit m_worker.finishedOpration(m_type);
+    if (isToldAll)
+        emit m_worker.duplicatesReady(m_duplicates);
+}
+
+bool AddFilesOperation::addFilesToDB()
+{
+    FolderExpansion expansion([this] { return m_worker.shouldEnd(); });
+    expansion.expand(m_request.paths);
+    m_worker.report().setDone(0, expansion.files().size());
+    Transaction transaction(m_worker, m_worker.connectionName());
+    if (!transaction.isActive())
+        return true;
+    FileBatchRequest batch;
+    batch.type = m_type;
+    batch.mode = AddingSettings::linkToFiles() ? ExternalStorage : InternalStorage;
+    batch.tagIds = m_request.tagIds;
+    if (AddingSettings::autoTagging() && !makeTagsAndNodes(expansion, batch))
+        return true;
+    emit m_worker.operationProgress(m_type, FileOperationWorker::tr("Gathering file information"), 0);
+    batch.paths = expansion.files();
+    if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
+        return false;
+    m_worker.report().setDone(0, batch.paths.size());
+    FileBatch files(m_worker, batch);
+    const QVector<qint64> added = files.addFilesListToDb();
+    if (finish(transaction, added + linkMatchedFiles(batch))) {
+        m_worker.report().setDone(added.size(), batch.paths.size());
+        tellLeftOut(expansion.unreadable() + files.unread(), expansion.unreadableNames());
+    }
+    return true;
+}
+
+bool AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch)
+{
+    const bool isLimited = AddingSettings::autoTagRecursionLimitSet();
+    const int limit = AddingSettings::autoTagRecursionLimit();
+    batch.folderTags = FolderTags(expansion.folders(), isLimited, limit);
+    const QStringList names = batch.folderTags.allNames();
+    batch.tagIdsByName = m_worker.createTags(names, &m_newTags);
+    // The statement that failed may have ended the whole transaction: files would be added one by one then.
+    if (batch.tagIdsByName.size() < names.size()) {
+        qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
+        // A lost connection has its own word, and so has what the database refused.
+        if (!m_worker.isConnectionLost() && !m_worker.report().hasErrors())
+            emit m_worker.error(
+                FileOperationWorker::tr("The tags for the folders could not be made, so nothing was added."),
+                FileOperationWorker::tr("Error adding files"));
+        return false;
+    }
+    if (AddingSettings::createNodes() && m_request.fromSelectedNode)
+        m_newNodes = NodeBuilder(m_worker, batch.tagIdsByName, isLimited, limit)
+                         .build(expansion.folders(), m_request.nodeId);
+    return true;
+}
+
+bool AddFilesOperation::finish(Transaction &transaction, const QVector<qint64> &fileIds)
+{
+    if (!mayCommit()) {
+        qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
+        transaction.rollBack();
+        // Nothing was added, so there is nothing to report as left out either.
+        m_duplicates = PresentableDuplicates();
+        return false;
+    }
+    if (!transaction.commit()) {
+        m_duplicates = PresentableDuplicates();
+        return false;
+    }
+    if (!m_newTags.isEmpty())
+        emit m_worker.updateTags(m_newTags);
+    if (!m_newNodes.isEmpty())
+        emit m_worker.updateNodes(m_newNodes);
+    if (!fileIds.isEmpty())
+        emit m_worker.updatedFiles(fileIds);
+    return true;
+}

@@ -1,0 +1,85 @@
+#include "fileops/operations/addoperation.h"
+
+#include "app/settings/addingsettings.h"
+#include "db/sql/transaction.h"
+#include "fileops/adding/firstnames.h"
+#include "fileops/duplicates/duplicatemanager.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
+{
+    DuplicateManager manager;
+    QObject::connect(&manager, &DuplicateManager::operationProgress, &m_worker,
+                     &FileOperationWorker::operationProgress);
+    const QStringList paths = batch.paths;
+    QStringList kept;
+    if (!manager.addFilesToDB(paths, AddingSettings::checkForNameDuplicates(), m_worker, batch.paths, kept,
+                              batch.folderTags, batch.inheritedTags)) {
+        m_worker.report().setOutcome(
+            FileOperationWorker::tr("A database-related duplicate management error occurred "
+                                    "while preparing to add files"));
+        m_worker.cancelAll();
+        return false;
+    }
+    batch.checksums = manager.checksums();
+    m_duplicates = manager.presentableDuplicates();
+    return true;
+}
+
+QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
+{
+    QVector<qint64> linked;
+    QSet<qint64> usedTags;
+    TagLinker linker(m_worker);
+    for (const DuplicateMatch &match : qAsConst(m_duplicates.contentMatches)) {
+        QStringList names;
+        for (const DuplicateFileInfo &added : match.addedFiles)
+            names.append(added.tagNames);
+        const QVector<qint64> tagIds = TagLinker::idsFor(names, batch.tagIdsByName, batch.tagIds);
+        for (const DuplicateFileInfo &file : match.databaseFiles) {
+            if (!mayCommit())
+                return linked;
+            Savepoint savepoint(m_worker);
+            if (savepoint.isActive() && linker.linkFile(file.fileId, tagIds) && savepoint.release())
+                linked.append(file.fileId);
+        }
+        for (const qint64 tagId : tagIds)
+            usedTags.insert(tagId);
+    }
+    m_duplicates.matchedTagIds = usedTags.values().toVector();
+    std::sort(m_duplicates.matchedTagIds.begin(), m_duplicates.matchedTagIds.end());
+    return linked;
+}
+
+void AddOperation::tellLeftOut(const QStringList &unreadable, const QStringList &unreadableNames)
+{
+    QStringList parts;
+    const int names = unreadableNames.size();
+    if (names > 0)
+        parts += {names == 1 ? FileOperationWorker::tr("1 file has a name that cannot be read:")
+                             : FileOperationWorker::tr("%1 files have names that cannot be read:").arg(names),
+                  firstNames(unreadableNames)};
+    const int files = unreadable.size();
+    if (files > 0)
+        parts += {files == 1 ? FileOperationWorker::tr("1 file or folder could not be read:")
+                             : FileOperationWorker::tr("%1 files or folders could not be read:").arg(files),
+                  firstNames(unreadable)};
+    if (!parts.isEmpty())
+        emit m_worker.error(parts.join(QLatin1String("\n\n")), FileOperationWorker::tr("Files left out"));
+}
+
+bool AddOperation::mayCommit() const
+{
+    return !m_worker.shouldEnd() && !m_worker.isSavepointLost();
+}
+
+void AddOperation::announceFiles(bool isLinking)
+{
+    emit m_worker.startedOpration(m_type, isLinking
+                                              ? FileOperationWorker::tr("Linking to files...")
+                                              : FileOperationWorker::tr("Copying files into database..."));
+}

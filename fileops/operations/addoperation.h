@@ -1,0 +1,37 @@
+#pragma once
+
+#include "fileops/adding/filebatch.h"
+#include "fileops/worker/fileoperation.h"
+#include "fileops/worker/presentableduplicates.h"
+
+class FileOperationWorker;
+
+/** What the operations that add have in common. Lives on the stack of the worker's thread for one run. */
+class AddOperation
+{
+protected:
+    AddOperation(FileOperationWorker &worker, const FileOperation &request, FileOperationType type)
+        : m_worker(worker), m_request(request), m_type(type)
+    {
+    }
+    ~AddOperation() = default;
+
+    /** Takes out of the batch what is not to be added; after a failure all that is queued is cancelled. */
+    bool takeOutDuplicates(FileBatchRequest &batch);
+    /**
+     * Links the request's tags and those of their folders to the files of the database that dropped ones have
+     * met in content. The files that worked.
+     */
+    QVector<qint64> linkMatchedFiles(const FileBatchRequest &batch);
+    /** Tells of files that were left out, once the others are in. */
+    void tellLeftOut(const QStringList &unreadable, const QStringList &unreadableNames = {});
+    /** Neither stopped nor cancelled, and the transaction is what it should be. */
+    bool mayCommit() const;
+    /** The title and progress of adding files, by the setting of the window. */
+    void announceFiles(bool isLinking);
+
+    FileOperationWorker &m_worker;
+    const FileOperation &m_request;
+    const FileOperationType m_type;
+    PresentableDuplicates m_duplicates;
+};

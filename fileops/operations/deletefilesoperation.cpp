@@ -1,0 +1,110 @@
+#include "fileops/operations/deletefilesoperation.h"
+
+#include "app/settings/constants.h"
+#include "core/records/filekind.h"
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/sqltext.h"
+#include "db/sql/transaction.h"
+#include "fileops/worker/fileoperationworker.h"
+
+namespace {
+constexpr int rowsAtOnce = 10000;
+
+/** Deletes what belongs to the blocks of one chain, found link by link: other chains may lie in between. */
+QString deleteChainStatement(const QString &table)
+{
+    return QStringLiteral("WITH RECURSIVE chain(block_id) AS ("
+                          "SELECT storage_id FROM files WHERE file_id=? AND internal=1 AND file_size>0 "
+                          "UNION SELECT storage_info.continue_id FROM storage_info, chain "
+                          "WHERE storage_info.storage_id=chain.block_id AND storage_info.continue_id>0) "
+                          "DELETE FROM %1 WHERE storage_id IN (SELECT block_id FROM chain);")
+        .arg(table);
+}
+} // namespace
+
+DeleteFilesOperation::DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request)
+    : m_worker(worker), m_request(request)
+{
+}
+
+void DeleteFilesOperation::run()
+{
+    if (m_request.fileIds.isEmpty())
+        return;
+    m_worker.report().setDone(0, m_request.fileIds.size());
+    Transaction transaction(m_worker, Constants::workerConnection);
+    if (!transaction.isActive())
+        return;
+    const QVector<qint64> removed = removeContents();
+    if (m_worker.isSavepointLost() || !removeRows(removed) || !transaction.commit())
+        return;
+    m_worker.report().setDone(removed.size(), m_request.fileIds.size());
+    emit m_worker.filesRemoved(removed);
+}
+
+QVector<qint64> DeleteFilesOperation::removeContents()
+{
+    QVector<qint64> removed;
+    int shownPercent = -1;
+    for (int i = 0; i < m_request.fileIds.size(); ++i) {
+        if (m_worker.shouldEnd() || m_worker.isSavepointLost())
+            break;
+        const int percent = FileOperationWorker::percent(i, m_request.fileIds.size());
+        if (percent != shownPercent)
+            emit m_worker.operationProgress(FileOperationType::DeleteFilesOperation, QString(), percent);
+        shownPercent = percent;
+
+        const qint64 fileId = m_request.fileIds.at(i);
+        int internal = 0;
+        qint64 size = 0;
+        qint64 storageId = 0;
+        if (m_worker.readFileStorageInfo(fileId, internal, size, storageId, m_request.idCodes.value(i)) &&
+            removeContentsOf(fileId, internal, size))
+            removed.append(fileId);
+    }
+    return removed;
+}
+
+bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 size)
+{
+    static const QString deletePath =
+        QStringLiteral("DELETE FROM file_paths WHERE path_id = (SELECT storage_id FROM files WHERE file_id=? "
+                       "AND internal=0);");
+    static const QString deleteBlocks = deleteChainStatement(QStringLiteral("storage"));
+    static const QString deleteLinks = deleteChainStatement(QStringLiteral("storage_info"));
+
+    const bool hasPath = internal == FileKind::external;
+    // An empty file owns no block; the id that was kept for it may have become another file's.
+    const bool hasBlocks = internal == FileKind::internal && size > 0;
+    if (!hasPath && !hasBlocks)
+        return true;
+    Savepoint savepoint(m_worker);
+    if (!savepoint.isActive())
+        return false;
+    if (hasPath && !m_worker.runFast(deletePath, {fileId}))
+        return false;
+    if (hasBlocks && (!m_worker.runFast(deleteBlocks, {fileId}) || !m_worker.runFast(deleteLinks, {fileId})))
+        return false;
+    return savepoint.release();
+}
+
+bool DeleteFilesOperation::removeRows(const QVector<qint64> &ids)
+{
+    const AbstractQueryConstructor &dialect = *m_worker.constructor();
+    for (int start = 0; start < ids.size(); start += rowsAtOnce) {
+        const QVector<qint64> chunk = ids.mid(start, rowsAtOnce);
+        const QString condition =
+            dialect.whereClause(dialect.inClause(QStringLiteral("file_id"), SqlText::idTexts(chunk)));
+        // Thumbnails first: they are found through the files.
+        if (!m_worker.runAsync(
+                SqlText::fill(QStringLiteral("DELETE FROM thumbnails WHERE thumbnail_id IN("
+                                             "SELECT thumbnail_id FROM files WHERE file_id IN (%1));"),
+                              {SqlText::idList(chunk)})) ||
+            !m_worker.runAsync(dialect.deleteQuery(QStringLiteral("file_tag")) + condition +
+                               dialect.statementEnd()) ||
+            !m_worker.runAsync(dialect.deleteQuery(QStringLiteral("files")) + condition +
+                               dialect.statementEnd()))
+            return false;
+    }
+    return true;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "fileops/worker/fileoperation.h"
+
+class FileOperationWorker;
+
+/**
+ * Removes files with their contents, paths, thumbnails and tags in one transaction; what lies on disk stays.
+ * A file that fails, or is another one than was meant, stays in the database and the others go on. A cancel
+ * keeps what was removed so far.
+ */
+class DeleteFilesOperation
+{
+public:
+    DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request);
+
+    void run();
+
+private:
+    QVector<qint64> removeContents();
+    bool removeContentsOf(qint64 fileId, int internal, qint64 size);
+    bool removeRows(const QVector<qint64> &ids);
+
+    FileOperationWorker &m_worker;
+    const FileOperation &m_request;
+};

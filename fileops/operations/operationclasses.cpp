@@ -1,0 +1,65 @@
+#include "fileops/operations/operationclasses.h"
+
+#include "fileops/operations/addfilelistoperation.h"
+#include "fileops/operations/addfilesoperation.h"
+#include "fileops/operations/addhyperlinksoperation.h"
+#include "fileops/operations/deletefilesoperation.h"
+#include "fileops/operations/extractfilesoperation.h"
+#include "fileops/operations/extracttotemporaryoperation.h"
+#include "fileops/operations/loadthumbnailsoperation.h"
+#include "fileops/operations/remakethumbnailsoperation.h"
+#include "fileops/operations/transferfilesoperation.h"
+#include "fileops/worker/fileoperationworker.h"
+
+namespace {
+
+template <class Operation>
+void runAnnounced(FileOperationWorker &worker, const FileOperation &operation, const QString &label)
+{
+    emit worker.startedOpration(operation.type, label);
+    Operation(worker, operation).run();
+    emit worker.finishedOpration(operation.type);
+}
+
+} // namespace
+
+void runOperationClass(FileOperationWorker &worker, const FileOperation &operation)
+{
+    switch (operation.type) {
+    case FileOperationType::AddFilesOperation:
+        AddFilesOperation(worker, operation).run();
+        break;
+    case FileOperationType::AddHyperlinksOperation:
+        AddHyperlinksOperation(worker, operation).run();
+        break;
+    case FileOperationType::AddFileListOperation:
+        AddFileListOperation(worker, operation).run();
+        break;
+    case FileOperationType::DeleteFilesOperation:
+        if (!operation.fileIds.isEmpty())
+            runAnnounced<DeleteFilesOperation>(worker, operation,
+                                               FileOperationWorker::tr("Deleting files..."));
+        break;
+    case FileOperationType::LoadThumbnailsOperation:
+        LoadThumbnailsOperation(worker, operation).run();
+        break;
+    case FileOperationType::ExtractFilesOperation:
+        runAnnounced<ExtractFilesOperation>(worker, operation,
+                                            FileOperationWorker::tr("Extracting files..."));
+        break;
+    case FileOperationType::ExtractToTemporaryOperation:
+        runAnnounced<ExtractToTemporaryOperation>(worker, operation,
+                                                  FileOperationWorker::tr("Extracting to temporary file..."));
+        break;
+    case FileOperationType::RemakeThumbnailsOperation:
+        runAnnounced<RemakeThumbnailsOperation>(worker, operation, QString());
+        break;
+    case FileOperationType::TransferFilesOperation:
+        if (!operation.fileIds.isEmpty())
+            runAnnounced<TransferFilesOperation>(
+                worker, operation, FileOperationWorker::tr("Transferring files into database..."));
+        break;
+    default:
+        break;
+    }
+}

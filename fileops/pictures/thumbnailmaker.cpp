@@ -1,0 +1,86 @@
+#include "fileops/pictures/thumbnailmaker.h"
+
+#include "db/sql/abstractqueryconstructor.h"
+#include "fileops/pictures/picturepool.h"
+#include "fileops/worker/fileoperationqueries.h"
+
+#include <QBuffer>
+#include <QDebug>
+#include <QImageReader>
+#include <QSet>
+#include <QtEndian>
+
+bool ThumbnailMaker::makeThumbnail(const QString &path, qint64 thumbnailId, bool isNew)
+{
+    const QImage canvas = thumbnailOf(path);
+    return !canvas.isNull() && store(canvas, thumbnailId, isNew);
+}
+
+bool ThumbnailMaker::store(const QImage &canvas, qint64 thumbnailId, bool isNew)
+{
+    return store(encoded(canvas), thumbnailId, isNew);
+}
+
+bool ThumbnailMaker::store(const QByteArray &png, qint64 thumbnailId, bool isNew)
+{
+    if (png.isEmpty())
+        return false;
+
+    const AbstractQueryConstructor &dialect = *m_queries.constructor();
+    const QString place = QStringLiteral(":FILE");
+    const QString table = QStringLiteral("thumbnails");
+    const QString id = QString::number(thumbnailId);
+    QString statement;
+    if (isNew)
+        statement = dialect.insertQuery({QStringLiteral("thumbnail_id"), QStringLiteral("thumbnail")}, table,
+                                        {{id, place}});
+    else
+        statement = dialect.updateQuery({QStringLiteral("thumbnail")}, table, {place}) +
+                    dialect.whereClause(QStringLiteral("thumbnail_id=") + id);
+    statement.replace(QLatin1String("':FILE'"), place);
+    return m_queries.runAsyncWithBlob(statement + dialect.statementEnd(), png, place);
+}
+
+bool ThumbnailMaker::isImageName(const QString &path)
+{
+    static const QSet<QString> endings = [] {
+        QSet<QString> names = {QStringLiteral("jpeg")};
+        const QList<QByteArray> formats = QImageReader::supportedImageFormats();
+        for (const QByteArray &format : formats)
+            names.insert(QString::fromLatin1(format).toLower());
+        return names;
+    }();
+    const int dot = path.lastIndexOf(QLatin1Char('.'));
+    return dot >= 0 && endings.contains(path.mid(dot + 1).toLower());
+}
+
+QImage ThumbnailMaker::thumbnailOf(const QString &path)
+{
+    QImage canvas = PicturePool::instance().read({PictureUse::Thumbnail, path, {}}).image;
+    if (canvas.isNull())
+        qDebug("Failed load image data: %s", qUtf8Printable(path));
+    return canvas;
+}
+
+QByteArray ThumbnailMaker::encoded(const QImage &canvas)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !canvas.save(&buffer, "PNG"))
+        return QByteArray();
+    return png;
+}
+
+QImage ThumbnailMaker::decoded(const QByteArray &png)
+{
+    constexpr int mostBytes = 1024 * 1024;
+    constexpr quint32 mostPixels = 512;
+    constexpr int widthAt = 16; // behind the signature, the length of the first chunk and its name
+    constexpr int heightAt = widthAt + 4;
+    const QByteArray start("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", widthAt);
+    if (!png.startsWith(start) || png.size() < heightAt + 4 || png.size() > mostBytes ||
+        qFromBigEndian<quint32>(png.constData() + widthAt) > mostPixels ||
+        qFromBigEndian<quint32>(png.constData() + heightAt) > mostPixels)
+        return QImage();
+    return QImage::fromData(png, "PNG");
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "db/sql/basedbprovider.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+#include <atomic>
+
+/** An external file as the database knows it. */
+struct ExternalFileDetails
+{
+    qint64 fileId = 0;
+    int internal = 0;
+    QString path;
+    QDateTime lastModified;
+    qint64 size = 0;
+};
+
+/**
+ * The statements that several file operations share, on the worker's connection and thread. What differs on a
+ * back-end is overridden there. All answer false when their statement failed or found no row.
+ */
+class FileOperationQueries : public BaseDBProvider
+{
+    Q_OBJECT
+
+public:
+    using BaseDBProvider::BaseDBProvider;
+    using BaseDBProvider::constructor;
+
+    virtual bool nextLoadId(qint64 &id);
+    virtual bool nextStorageId(qint64 &id);
+    virtual bool nextPathId(qint64 &id);
+    virtual bool nextThumbnailId(qint64 &id);
+    virtual bool nextFileId(qint64 &id);
+    virtual bool nextNodeId(qint64 &id);
+    /** The key for a row that is written next. */
+    virtual bool nextId(const QString &table, const QString &column, qint64 &id);
+
+    virtual bool insertBrowsingNode(qint64 nodeId, qint64 tagId);
+    virtual bool insertBrowsingNodeLink(qint64 parentId, qint64 childId);
+
+    /** With an id code that is not empty it must be the file's, too. */
+    virtual bool readFileStorageInfo(qint64 fileId, int &internal, qint64 &size, qint64 &storageId,
+                                     const QString &idCode = QString());
+    virtual bool readFileName(qint64 fileId, QString &name);
+    virtual bool readBlock(qint64 storageId, QByteArray &data, qint64 &continueId);
+    virtual bool readInternal(qint64 fileId, int &internal);
+    virtual bool readPath(qint64 fileId, QString &path);
+    /** Where an external file lies, and the row of its thumbnail; 0 when it has none. */
+    virtual bool readThumbnailSource(qint64 fileId, QString &path, qint64 &thumbnailId);
+    /** The files that have one of these checksums: file id to checksum. */
+    virtual bool readChecksums(const QVector<qint64> &checksums, QHash<qint64, qint64> &checksumsByFile);
+    /** The files that have one of these names: file id to name. */
+    virtual bool readFileNames(const QStringList &names, QHash<qint64, QString> &namesByFile);
+    virtual bool readExternalFileDetails(const QVector<qint64> &ids, QVector<ExternalFileDetails> &details);
+    /**
+     * Makes the tags that do not exist yet, and answers the ids of all that exist then by name. `newIds`
+     * takes those of the new ones.
+     */
+    virtual QHash<QString, qint64> createTags(const QStringList &names, QVector<qint64> *newIds = nullptr);
+
+    /** Stores one block; with `hasNext` it gets the id of the block to come, which is 0 otherwise. */
+    bool insertBlock(const QByteArray &data, qint64 storageId, bool hasNext, qint64 &nextId);
+
+    /** A statement with "?" for its values, prepared once a run: the fast way for rows by the thousand. */
+    bool runFast(const QString &statement, const QVariantList &values);
+    bool runFast(const QString &statement, const QVariantList &values, TableData &table);
+
+    /** For the links that a server writes; 0 on a local database. */
+    void setBrowsingTreeId(qint64 id) { m_browsingTreeId = id; }
+    qint64 browsingTreeId() const { return m_browsingTreeId; }
+
+private:
+    bool readRow(const QString &statement, const QVariantList &parameters, QVariantList &values);
+    bool readForFile(const QStringList &columns, const QString &from, const QString &condition, qint64 fileId,
+                     QVariantList &values);
+    bool readTagIds(const QStringList &names, QHash<QString, qint64> &ids);
+    bool insertTags(const QStringList &names);
+
+    std::atomic<qint64> m_browsingTreeId{0};
+};

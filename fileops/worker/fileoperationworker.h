@@ -1,0 +1,151 @@
+#pragma once
+
+#include "app/settings/dbdetails.h"
+#include "fileops/files/idcodegenerator.h"
+#include "fileops/files/shellfile.h"
+#include "fileops/worker/deletedfilerepresentations.h"
+#include "fileops/worker/fileoperation.h"
+#include "fileops/worker/fileoperationqueries.h"
+#include "fileops/worker/operationreport.h"
+#include "fileops/worker/presentableduplicates.h"
+
+#include <QImage>
+#include <QList>
+#include <QMutex>
+#include <QPair>
+#include <QSet>
+
+class FileOperationWorker;
+
+/** Does what a record asks for, on the worker's thread, and returns when it is done. */
+using OperationRunner = void (*)(FileOperationWorker &worker, const FileOperation &operation);
+
+/**
+ * The background half of file operations: a queue of records, each run by an OperationRunner, on the thread
+ * that FileOperationProvider owns. It opens the worker's connection for each run through the queue and
+ * removes it afterwards. The methods of the first group may be called from any thread, all else on the
+ * worker's.
+ */
+class FileOperationWorker : public FileOperationQueries
+{
+    Q_OBJECT
+
+public:
+    FileOperationWorker(const QString &connectionName, const DBDetails &details,
+                        const AbstractQueryConstructor *constructor);
+    ~FileOperationWorker() override;
+
+    /** Who does what the records ask for; before the first of them. Without it they come to nothing. */
+    void setOperations(OperationRunner operations) { m_operations = operations; }
+
+    void enqueue(const FileOperation &operation);
+    /** Takes the first request for this thumbnail out of the queue again. */
+    void forgetThumbnail(qint64 fileId);
+    /** Ends the running operation and, each at its first check, those in the queue; nothing when idle. */
+    void cancel();
+    /** Ends everything; for the destruction of the provider only. */
+    void stop();
+    /** True while something is queued or running. */
+    bool isBusy() const;
+    bool hasQueued() const;
+    bool isStopped() const;
+    bool isCanceled() const;
+    /** The question at the head of every long loop: stopped, or canceled? */
+    bool shouldEnd() const { return isStopped() || isCanceled(); }
+    /** The receiver of thumbnailLoaded says so when it has taken an image over. */
+    void imageTaken(QImage *image);
+
+    /** Keeps it until the end of the operation; nothing while signals are blocked. */
+    void emitError(const QSqlError &error) override;
+    /** What has failed in the running operation. */
+    OperationReport &report() { return m_report; }
+    /** What others lock was in the way. It is for what follows, too, and each look would wait for it anew. */
+    bool hasMetLock() const;
+    /** For an operation whose failure must end those behind it too. */
+    void cancelAll();
+    QString connectionName() const { return m_connectionName; }
+    /** A handle that no file has yet. */
+    bool nextIdCode(QString &idCode);
+    /** A handle that most likely no file has yet; when one has, the insert fails. */
+    virtual QString drawIdCode() const { return m_idCodes.generate(); }
+    /** Emits thumbnailLoaded; until imageTaken, the image counts as this worker's. */
+    void sendThumbnail(qint64 fileId, QImage *image);
+    /** False: statements fail at once where a lock is in the way, until it is set to true again. */
+    virtual void setPatient(bool /*isPatient*/) {}
+
+    /** Percent of a batch done, for operationProgress. */
+    static int percent(int done, int total);
+
+public slots:
+    void runOperationQueue();
+
+signals:
+    void filesAdded();
+    void filesUpdated();
+    void filesRemoved(QVector<qint64> ids);
+    void fileLoaded();
+    void thumbnailLoaded(qlonglong fileId, QImage *image);
+    /** These could not be read, for the last of reasons; no other error goes out for them. */
+    void thumbnailsFailed(QVector<qint64> ids, QSqlError error);
+    void startedOpration(FileOperationType type, QString label);
+    void operationProgress(FileOperationType type, QString text, int percent);
+    void finishedOpration(FileOperationType type);
+    /** After finishedOpration: what is to be told of the operation. */
+    void fellShort(OperationShortfall shortfall);
+    /** Text, then title. */
+    void error(QString text, QString title);
+    /** The addresses of one request are in the database now; false when they are not all there. */
+    void hyperlinksSettled(QStringList texts, bool areStored);
+    void finished();
+    /** The last change that any client has made, just before the commit of an own one; on a server. */
+    void aboutToCommit(QDateTime lastChange);
+    /** The stamp of that commit. An operation of many is at work for long, while the window goes on. */
+    void committed(QDateTime ownChange);
+    void updateTags(QVector<qint64> ids);
+    void updateNodes(QVector<qint64> ids);
+    void updatedFiles(QVector<qint64> ids);
+    void extractedTempFiles(QVector<QPair<qint64, QString>> files);
+    void duplicatesReady(PresentableDuplicates duplicates);
+    void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
+    void noLongerPresent(QVector<qint64> ids);
+    void present(QVector<qint64> ids);
+    void importNotification(QList<ShellFile> files);
+    void remadeAllThumbnails();
+
+protected:
+    const DBDetails &details() const { return m_details; }
+    /** The driver's options for the worker's connection. */
+    virtual QString connectOptions() const { return QString(); }
+    /** Called once the connection is open. */
+    virtual void prepareConnection() {}
+    void loseConnection() override;
+
+private:
+    bool openConnection();
+    void failOpening(const QSqlError &error);
+    void removeConnection();
+    bool takeNext(FileOperation &operation);
+    void run(const FileOperation &operation);
+    void tellShortfall();
+    /** The first that is not about thumbnails; an unused one when there is none. */
+    FileOperation dropQueue(const QSqlError &error);
+    void finishRun();
+
+    OperationRunner m_operations = nullptr;
+    const QString m_connectionName;
+    const DBDetails m_details;
+    IdCodeGenerator m_idCodes;
+    OperationReport m_report;
+
+    mutable QMutex m_queueMutex;
+    QList<FileOperation *> m_queue;
+    bool m_isRunning = false; ///< guarded with the queue
+
+    mutable QMutex m_stopMutex;
+    bool m_stop = false;
+    mutable QMutex m_cancelMutex;
+    bool m_cancel = false;
+
+    QMutex m_imagesMutex;
+    QSet<QImage *> m_imagesOnTheirWay;
+};

@@ -1,0 +1,79 @@
+#include "fileops/worker/operationreport.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+QString sentence(FileOperationType type)
+{
+    const auto tr = [](const char *text) { return QCoreApplication::translate("OperationReport", text); };
+    switch (type) {
+    case FileOperationType::AddFilesOperation:
+    case FileOperationType::AddHyperlinksOperation:
+    case FileOperationType::AddFileListOperation:
+        return tr("Files added: %1 of %2.");
+    case FileOperationType::DeleteFilesOperation:
+        return tr("Files deleted: %1 of %2.");
+    case FileOperationType::ExtractFilesOperation:
+    case FileOperationType::ExtractToTemporaryOperation:
+        return tr("Files extracted: %1 of %2.");
+    case FileOperationType::TransferFilesOperation:
+        return tr("Files transferred: %1 of %2.");
+    case FileOperationType::RemakeThumbnailsOperation:
+        return tr("Thumbnails remade: %1 of %2.");
+    default:
+        return {};
+    }
+}
+
+/** Texts name the row that failed, codes the cause. */
+bool isSameCause(const QSqlError &one, const QSqlError &other)
+{
+    return one.nativeErrorCode() == other.nativeErrorCode() &&
+           (!one.nativeErrorCode().isEmpty() || one.databaseText() == other.databaseText());
+}
+} // namespace
+
+void OperationReport::begin(FileOperationType type)
+{
+    *this = OperationReport();
+    m_type = type;
+}
+
+void OperationReport::note(const QSqlError &error)
+{
+    const bool isKnown = std::any_of(m_errors.cbegin(), m_errors.cend(),
+                                     [&](const QSqlError &known) { return isSameCause(known, error); });
+    if (!isKnown)
+        m_errors.append(error);
+}
+
+bool OperationReport::holds(const std::function<bool(const QSqlError &)> &kind) const
+{
+    return std::any_of(m_errors.cbegin(), m_errors.cend(), kind);
+}
+
+void OperationReport::setDone(int done, int total)
+{
+    m_done = done;
+    m_total = total;
+}
+
+bool OperationReport::isShort(bool isCanceled) const
+{
+    return hasErrors() || (isCanceled && m_done < m_total && !outcome().isEmpty());
+}
+
+OperationShortfall OperationReport::shortfall() const
+{
+    return {m_errors, outcome()};
+}
+
+QString OperationReport::outcome() const
+{
+    if (!m_outcome.isEmpty() || m_total <= 0)
+        return m_outcome;
+    const QString words = sentence(m_type);
+    return words.isEmpty() ? words : words.arg(m_done).arg(m_total);
+}

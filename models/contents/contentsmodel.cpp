@@ -1,0 +1,483 @@
+#include "models/contents/contentsmodel.h"
+
+#include "app/settings/constants.h"
+#include "app/settings/showntext.h"
+#include "core/records/file.h"
+#include "core/records/filekind.h"
+#include "db/sql/longtext.h"
+#include "models/base/idlistmime.h"
+#include "models/base/modelroles.h"
+#include "models/contents/contentshost.h"
+
+#include <QBitArray>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <algorithm>
+
+namespace {
+
+struct ColumnInfo
+{
+    DataType type;
+    const char *header;
+};
+
+const ColumnInfo columns[] = {
+    {Thumbnail, QT_TRANSLATE_NOOP("ContentsModel", "Thumbnail")},
+    {Name, QT_TRANSLATE_NOOP("ContentsModel", "Name")},
+    {ModificationDate, QT_TRANSLATE_NOOP("ContentsModel", "Modification Date")},
+    {Size, QT_TRANSLATE_NOOP("ContentsModel", "Size")},
+    {AdditionDate, QT_TRANSLATE_NOOP("ContentsModel", "Addition Date")},
+    {Type, QT_TRANSLATE_NOOP("ContentsModel", "Type")},
+    {Tags, QT_TRANSLATE_NOOP("ContentsModel", "Tags")},
+    {Description, QT_TRANSLATE_NOOP("ContentsModel", "Description")},
+    {IdCode, QT_TRANSLATE_NOOP("ContentsModel", "ID Code")},
+    {LoadId, QT_TRANSLATE_NOOP("ContentsModel", "LoadID")},
+};
+constexpr int columnTotal = static_cast<int>(sizeof columns / sizeof columns[0]);
+
+constexpr int elidedWidth = 200;
+constexpr int pictureSize = 128;
+
+// Each run of rows costs the proxies a pass over all rows, so that fewer runs are worth it in a large table.
+constexpr int mostRowsOneByOne = 300;
+constexpr int mostRunsOneByOne = 32;
+constexpr qint64 mostRowsVisited = 4000000;
+
+int runCount(const QVector<int> &rows)
+{
+    int runs = 0;
+    for (int i = 0; i < rows.size(); ++i)
+        runs += i == 0 || rows.at(i) != rows.at(i - 1) + 1 ? 1 : 0;
+    return runs;
+}
+
+// The place of the first row of the run that ends at the given place.
+int runStart(const QVector<int> &rows, int place)
+{
+    while (place > 0 && rows.at(place - 1) == rows.at(place) - 1)
+        --place;
+    return place;
+}
+
+} // namespace
+
+ContentsModel::ContentsModel(QObject *parent) : QAbstractTableModel(parent) {}
+
+ContentsModel::~ContentsModel() = default;
+
+int ContentsModel::columnOf(DataType type)
+{
+    const auto found = std::find_if(std::begin(columns), std::end(columns),
+                                    [type](const ColumnInfo &column) { return column.type == type; });
+    return found == std::end(columns) ? -1 : static_cast<int>(found - std::begin(columns));
+}
+
+const File *ContentsModel::fileAt(int row) const
+{
+    return row >= 0 && row < m_files.size() ? m_files.at(row) : nullptr;
+}
+
+int ContentsModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_files.size();
+}
+
+int ContentsModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : columnTotal;
+}
+
+QVariant ContentsModel::data(const QModelIndex &index, int role) const
+{
+    const File *file = index.isValid() ? fileAt(index.row()) : nullptr;
+    if (!file || index.column() >= columnTotal)
+        return {};
+    switch (role) {
+    case Qt::DecorationRole:
+        return index.column() == ThumbnailColumn ? decoration(*file) : QVariant();
+    case Qt::DisplayRole: {
+        const QVariant value = text(*file, index.column());
+        return value.type() == QVariant::String ? ShownText::cut(value.toString()) : value;
+    }
+    case Qt::EditRole:
+        return editText(*file, index.column());
+    case Qt::ToolTipRole:
+    case Qt::AccessibleTextRole:
+    case Qt::SizeHintRole:
+        return index.column() == ThumbnailColumn ? thumbnailColumnRole(*file, role) : QVariant();
+    default:
+        return fileRole(*file, role);
+    }
+}
+
+QString ContentsModel::tagNames(const QVector<qint64> &tagIds) const
+{
+    return m_host ? m_host->joinedTagNames(tagIds) : QString();
+}
+
+QVariant ContentsModel::text(const File &file, int column) const
+{
+    const DataType type = columns[column].type;
+    switch (type) {
+    case Thumbnail: {
+        const QFontMetrics metrics(QGuiApplication::font());
+        return QString(QLatin1Char('\n') +
+                       metrics.elidedText(ShownText::cut(file.name()), Qt::ElideRight, elidedWidth));
+    }
+    case Path:
+    case RelPath: {
+        const QString path = type == Path ? file.path() : file.relPath();
+        const bool isInside = file.internal() == FileKind::internal && path.isEmpty();
+        return isInside ? QStringLiteral("internal") : path;
+    }
+    case Tags:
+        return tagNames(file.tags());
+    default:
+        return file.data(type);
+    }
+}
+
+// An editor starts with the whole name: an elided one would become the new name of the file.
+QVariant ContentsModel::editText(const File &file, int column) const
+{
+    return column == ThumbnailColumn ? QVariant(file.name()) : text(file, column);
+}
+
+QVariant ContentsModel::thumbnailColumnRole(const File &file, int role) const
+{
+    if (role == Qt::ToolTipRole)
+        return ShownText::toolTip(file.name());
+    if (role != Qt::SizeHintRole)
+        return file.name();
+    // A fixed size spares views from asking for the picture of every row only to measure it.
+    const int lines = 2 * QFontMetrics(QGuiApplication::font()).lineSpacing();
+    return QSize(elidedWidth, pictureSize + lines);
+}
+
+QVariant ContentsModel::decoration(const File &file) const
+{
+    const bool isMissing = m_host && m_host->isFileMissing(file.id());
+    if (file.iconKind() != FilePictures::thumbnailKind)
+        return m_pictures.ofKind(file.iconKind(), isMissing, file.internal());
+    const QImage *thumbnail = m_host ? m_host->thumbnailOf(file.id()) : nullptr;
+    return m_pictures.ofThumbnail(file.id(), thumbnail, isMissing, file.internal());
+}
+
+QVariant ContentsModel::fileRole(const File &file, int role) const
+{
+    switch (role) {
+    case ContentsRoles::Name:
+        return file.name();
+    case ContentsRoles::FileId:
+        return file.id();
+    case ContentsRoles::Description:
+        return file.description();
+    case ContentsRoles::Tags:
+        return QVariant::fromValue(file.tags());
+    case ContentsRoles::AdditionDate:
+        return file.additionDate();
+    case ContentsRoles::ModificationDate:
+        return file.modificationDate();
+    case ContentsRoles::Size:
+        return file.size();
+    case ContentsRoles::Path:
+        return file.path();
+    case ContentsRoles::RelPath:
+        return file.relPath();
+    case ContentsRoles::IdCode:
+        return file.idCode();
+    case ContentsRoles::Internal:
+        return file.internal();
+    default:
+        return {};
+    }
+}
+
+bool ContentsModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    const File *file = index.isValid() ? fileAt(index.row()) : nullptr;
+    if (!file || !m_host || index.column() >= columnTotal)
+        return false;
+    if (role != Qt::DisplayRole && role != Qt::EditRole)
+        return false;
+    const qint64 fileId = file->id();
+    const QString newText = value.toString();
+    switch (columns[index.column()].type) {
+    case Description:
+        return newText != file->description() && m_host->mayEdit() && m_host->describeFile(fileId, newText);
+    case Name:
+    case Thumbnail: {
+        const QString name = newText.trimmed();
+        return !name.isEmpty() && name != file->name() && m_host->mayEdit() &&
+               m_host->renameFile(fileId, name);
+    }
+    default:
+        return false;
+    }
+}
+
+QVariant ContentsModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= columnTotal)
+        return {};
+    return tr(columns[section].header);
+}
+
+Qt::ItemFlags ContentsModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid() || index.column() >= columnTotal)
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags common =
+        Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled | Qt::ItemIsEnabled;
+    const DataType type = columns[index.column()].type;
+    const File *file = fileAt(index.row());
+    // A text that was not read whole must not be written back.
+    const bool isWhole =
+        file && !LongText::isTooLong(type == Description ? file->description() : file->name());
+    return type <= Thumbnail && isWhole ? common | Qt::ItemIsEditable : common;
+}
+
+QStringList ContentsModel::mimeTypes() const
+{
+    return {Constants::fileMimeType, Constants::tagMimeType};
+}
+
+QMimeData *ContentsModel::mimeData(const QModelIndexList &indexes) const
+{
+    QVector<int> rows;
+    rows.reserve(indexes.size());
+    for (const QModelIndex &index : indexes)
+        rows.append(index.row());
+    return dragData(rows);
+}
+
+QMimeData *ContentsModel::dragData(const QVector<int> &rows) const
+{
+    QBitArray isSeen(m_files.size());
+    QVector<const File *> files;
+    files.reserve(rows.size());
+    for (const int row : rows) {
+        if (row < 0 || row >= m_files.size() || isSeen.testBit(row))
+            continue;
+        isSeen.setBit(row);
+        files.append(m_files.at(row));
+    }
+    if (files.isEmpty())
+        return nullptr;
+    if (m_host)
+        return m_host->dragData(files);
+    QVector<qint64> ids;
+    for (const File *file : qAsConst(files))
+        ids.append(file->id());
+    return IdListMime::pack(Constants::fileMimeType, ids);
+}
+
+bool ContentsModel::canDropMimeData(const QMimeData *data, Qt::DropAction /*action*/, int /*row*/,
+                                    int /*column*/, const QModelIndex & /*parent*/) const
+{
+    if (data->hasFormat(Constants::tagMimeType))
+        return true;
+    return m_host && !m_host->isReadOnly();
+}
+
+bool ContentsModel::dropMimeData(const QMimeData *data, Qt::DropAction /*action*/, int /*row*/,
+                                 int /*column*/, const QModelIndex &parent)
+{
+    if (!m_host || !data->hasFormat(Constants::tagMimeType))
+        return false;
+    const qint64 fileId = parent.data(ContentsRoles::FileId).toLongLong();
+    const QVector<qint64> tagIds = IdListMime::unpack(data, Constants::tagMimeType);
+    if (fileId < 1 || tagIds.isEmpty() || !m_host->mayEdit())
+        return false;
+    return m_host->linkTagsToFile(fileId, tagIds);
+}
+
+void ContentsModel::loadFiles(const FileMap &files)
+{
+    beginResetModel();
+    m_files.clear();
+    m_index.clear();
+    m_pictures.clear();
+    m_files.reserve(files.size());
+    m_index.reserve(files.size());
+    for (File *file : files)
+        appendRow(file);
+    endResetModel();
+    emit contentsChanged();
+}
+
+void ContentsModel::clear()
+{
+    loadFiles(FileMap());
+}
+
+void ContentsModel::appendRow(File *file)
+{
+    m_files.append(file);
+    m_index.append(*file);
+}
+
+void ContentsModel::addFiles(const FileMap &files)
+{
+    QVector<File *> fresh;
+    QVector<qint64> known;
+    for (File *file : files) {
+        if (rowOf(file->id()) < 0)
+            fresh.append(file);
+        else
+            known.append(file->id());
+    }
+    if (!fresh.isEmpty())
+        appendRows(fresh);
+    if (!known.isEmpty())
+        updateFiles(known);
+    else if (!fresh.isEmpty())
+        emit contentsChanged();
+}
+
+// One run at the end costs the proxies one search for its place a row, which under a sort is dear for many.
+void ContentsModel::appendRows(const QVector<File *> &files)
+{
+    const bool isInOneGo = files.size() > mostRowsOneByOne;
+    if (isInOneGo)
+        emit layoutAboutToBeChanged();
+    else
+        beginInsertRows(QModelIndex(), m_files.size(), m_files.size() + files.size() - 1);
+    for (File *file : files)
+        appendRow(file);
+    if (isInOneGo)
+        emit layoutChanged();
+    else
+        endInsertRows();
+}
+
+void ContentsModel::removeFiles(const QVector<qint64> &fileIds)
+{
+    const QVector<int> rows = rowsOf(fileIds);
+    if (rows.isEmpty())
+        return;
+    if (isWorthOneLayoutChange(rows)) {
+        removeInOneGo(rows);
+    } else {
+        for (int last = rows.size() - 1; last >= 0;) {
+            const int first = runStart(rows, last);
+            beginRemoveRows(QModelIndex(), rows.at(first), rows.at(last));
+            eraseRows(rows.mid(first, last - first + 1));
+            endRemoveRows();
+            last = first - 1;
+        }
+    }
+    emit contentsChanged();
+}
+
+void ContentsModel::eraseRows(const QVector<int> &rows)
+{
+    m_index.removeRows(rows);
+    auto removed = rows.cbegin();
+    int target = rows.first();
+    for (int row = rows.first(); row < m_files.size(); ++row) {
+        if (removed != rows.cend() && *removed == row)
+            ++removed;
+        else
+            m_files[target++] = m_files.at(row);
+    }
+    m_files.resize(target);
+    emit recordsErased(rows);
+}
+
+void ContentsModel::removeInOneGo(const QVector<int> &rows)
+{
+    emit layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    eraseRows(rows);
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &old : before) {
+        const auto removed = std::lower_bound(rows.cbegin(), rows.cend(), old.row());
+        const bool isGone = removed != rows.cend() && *removed == old.row();
+        const int row = old.row() - static_cast<int>(removed - rows.cbegin());
+        after.append(isGone ? QModelIndex() : createIndex(row, old.column()));
+    }
+    changePersistentIndexList(before, after);
+    emit layoutChanged();
+}
+
+void ContentsModel::updateFiles(const QVector<qint64> &fileIds)
+{
+    const QVector<int> rows = rowsOf(fileIds);
+    if (rows.isEmpty())
+        return;
+    // All rows first: the filter looks at the whole index at the first signal.
+    for (int row : rows)
+        m_index.update(row, *m_files.at(row));
+    emit recordsChanged(rows);
+    emitRowsChanged(rows);
+    emit contentsChanged();
+}
+
+void ContentsModel::repaintFiles(const QVector<qint64> &fileIds)
+{
+    const QVector<int> rows = rowsOf(fileIds);
+    // Only the column of the pictures: a view paints a single cell alone, but all it shows for more than one.
+    if (rows.size() <= mostRunsOneByOne) {
+        for (const int row : rows)
+            emitPicturesChanged(row, row);
+    } else {
+        emitPicturesChanged(rows.first(), rows.last());
+    }
+}
+
+void ContentsModel::repaintFile(qint64 fileId)
+{
+    const int row = rowOf(fileId);
+    if (row >= 0)
+        emitPicturesChanged(row, row);
+}
+
+void ContentsModel::repaintAll()
+{
+    if (!m_files.isEmpty())
+        emitPicturesChanged(0, m_files.size() - 1);
+}
+
+void ContentsModel::emitPicturesChanged(int first, int last)
+{
+    emit dataChanged(index(first, ThumbnailColumn), index(last, ThumbnailColumn), {Qt::DecorationRole});
+}
+
+// Unchanged rows between many changed ones cost less than many signals.
+void ContentsModel::emitRowsChanged(const QVector<int> &rows)
+{
+    if (runCount(rows) > mostRunsOneByOne) {
+        emit dataChanged(index(rows.first(), 0), index(rows.last(), columnTotal - 1));
+        return;
+    }
+    for (int last = rows.size() - 1; last >= 0;) {
+        const int first = runStart(rows, last);
+        emit dataChanged(index(rows.at(first), 0), index(rows.at(last), columnTotal - 1));
+        last = first - 1;
+    }
+}
+
+// The rows of the known ones among the ids, ascending and each once.
+QVector<int> ContentsModel::rowsOf(const QVector<qint64> &fileIds) const
+{
+    QVector<int> rows;
+    rows.reserve(fileIds.size());
+    for (qint64 fileId : fileIds) {
+        const int row = rowOf(fileId);
+        if (row >= 0)
+            rows.append(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+bool ContentsModel::isWorthOneLayoutChange(const QVector<int> &rows) const
+{
+    return rows.size() > mostRowsOneByOne || qint64(runCount(rows)) * m_files.size() > mostRowsVisited;
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "core/records/nodetype.h"
+#include "models/base/rowproxymodel.h"
+#include "models/contents/fileselection.h"
+
+#include <QVector>
+
+#include <vector>
+
+class ContentsModel;
+class File;
+
+/**
+ * Shows of a ContentsModel the files that meet the selection. Each change of the selection or of the files
+ * makes one pass over the index of all files, which gives the shown rows in the order of the source.
+ *
+ * The mapping is our own: that of the base class asks row by row and then sorts what is in order already,
+ * which takes most of the time of a click at a million files; its invalidateFilter() is even quadratic. GUI
+ * thread.
+ */
+class FileFilterModel : public RowProxyModel
+{
+    Q_OBJECT
+
+public:
+    explicit FileFilterModel(QObject *parent = nullptr);
+
+    /** Takes a ContentsModel; with any other model nothing is shown. */
+    void setSourceModel(QAbstractItemModel *sourceModel) override;
+
+    /** Types 1 to 7; all tag requirements are emptied. */
+    void setSpecialNode(NodeType type);
+    void setTagRequirements(const TagRequirements &requirements);
+
+    const TagRequirements &requirements() const { return m_selection.requirements(); }
+    NodeType nodeType() const { return m_selection.nodeType(); }
+    const QVector<qint64> &required() const { return m_selection.requirements().required; }
+    const QVector<qint64> &eitherOr() const { return m_selection.requirements().eitherOr; }
+    const QVector<qint64> &excluded() const { return m_selection.requirements().excluded; }
+    /** The ids of all accepted files, in the order of the source. */
+    const QVector<qint64> &acceptedFiles() const;
+    const QVector<qint64> &dTags() const { return m_selection.dTags(); }
+
+    /** The row of the ContentsModel behind a row here. */
+    int contentsRow(int row) const { return m_rows[static_cast<size_t>(row)]; }
+    /** The row here of a row of the ContentsModel, -1 when that is not shown. */
+    int rowOfContents(int contentsRow) const;
+    /** Whether a row of the ContentsModel is shown. */
+    bool isShown(int contentsRow) const { return rowOfContents(contentsRow) >= 0; }
+    /** Null outside the rows. */
+    const File *fileAt(int row) const;
+    const ContentsModel *contents() const { return m_contents; }
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex mapToSource(const QModelIndex &proxyIndex) const override;
+    QModelIndex mapFromSource(const QModelIndex &sourceIndex) const override;
+    /** Does nothing: files are sorted by the Sorter above. */
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+signals:
+    /** The tags on some but not all shown files; once, when a change is through. */
+    void dTagsChanged(QVector<qint64> tagIds);
+
+protected:
+    bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
+
+private:
+    void connectContents();
+    void sourceDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                           const QVector<int> &roles);
+    void sourceRowsInserted();
+    void sourceRowsAboutToBeRemoved(const QModelIndex &parent, int first, int last);
+    void sourceRowsRemoved(const QModelIndex &parent, int first, int last);
+    void sourceLayoutChanged();
+    void sourceReset();
+
+    void applySelection();
+    void runSelection();
+    void showChanges();
+    void showChangesInOneGo();
+    void showNewRows();
+    void announceDTags();
+    /** The place of the first shown row that is not before a row of the ContentsModel. */
+    int placeOf(int contentsRow) const;
+
+    ContentsModel *m_contents = nullptr;
+    FileSelection m_selection;
+    // The shown rows of the ContentsModel, ascending, and those of the last pass until they are shown.
+    std::vector<int> m_rows;
+    std::vector<int> m_newRows;
+    quint64 m_seenRevision = 0;
+    QVector<qint64> m_announcedDTags;
+    mutable QVector<qint64> m_acceptedFiles;
+    mutable bool m_areAcceptedFilesKnown = false;
+    bool m_isRemoving = false; // between the two signals of a removal below
+};

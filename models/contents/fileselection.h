@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/records/nodetype.h"
+#include "models/contents/tagrequirements.h"
+
+#include <QVector>
+
+#include <vector>
+
+class FileIndex;
+
+/**
+ * The selection of the main view: the requirements, and what one pass of them over the index of all files
+ * gave: the accepted rows and, from how many of them have each tag, the D-Tags. GUI thread.
+ */
+class FileSelection
+{
+public:
+    /** 0 until something was selected, which accepts no file. */
+    NodeType nodeType() const { return m_nodeType; }
+    const TagRequirements &requirements() const { return m_requirements; }
+
+    /** Empties the tag requirements. The time-out, in seconds, serves RecentlyAddedFiles. */
+    void setSpecialNode(NodeType type, unsigned int newFilesTimeout);
+    void setRequirements(const TagRequirements &requirements);
+
+    /** Looks at all rows anew and gives the accepted ones, ascending, in a vector that it takes over. */
+    void run(const FileIndex &index, std::vector<int> &rows);
+
+    /** Tags that are on some but not on all of the accepted files, by rising id; only for TagNode. */
+    const QVector<qint64> &dTags() const { return m_dTags; }
+
+private:
+    // A table from tag number to the requirements that the tag meets, as bits. A file is accepted when the
+    // bits of its tags, cut to those tested, are the wanted ones.
+    struct Round
+    {
+        std::vector<quint8> marks;
+        quint8 tested = 0;
+        quint8 wanted = 0;
+    };
+
+    std::vector<Round> compiledRounds(const FileIndex &index) const;
+    QVector<QVector<qint64>> requiredGroups() const;
+    int runSpecial(const FileIndex &index, int *rows) const;
+    int runTags(const FileIndex &index, int *rows);
+    void countTags(const FileIndex &index, const int *first, const int *last);
+    void findDTags(const FileIndex &index, int acceptedCount);
+
+    NodeType m_nodeType = NodeType(0);
+    TagRequirements m_requirements;
+    unsigned int m_newFilesTimeout = 0;
+    std::vector<quint32> m_counts;
+    QVector<qint64> m_dTags;
+};
