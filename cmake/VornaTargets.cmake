@@ -63,11 +63,14 @@ function(vorna_add_test name)
     if("${TEST_LINKS}" MATCHES "fileops/|db/manager|core/controllers|ui/|app/window")
         vorna_read_pictures(${name})
     endif()
+    if("gui" IN_LIST TEST_LABELS)
+        target_sources(${name} PRIVATE support/popupwatchdog.cpp)
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         LABELS "${TEST_LABELS}"
         TIMEOUT 300
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;UBSAN_OPTIONS=print_stacktrace=1")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QTEST_FUNCTION_TIMEOUT=120000;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;UBSAN_OPTIONS=print_stacktrace=1")
     # The private server has one database, which such tests empty and fill.
     if("postgres" IN_LIST TEST_LABELS)
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK postgres)

@@ -112,7 +112,7 @@ private slots:
         const Collection *collection = window().collection();
 
         openByDialog(bad());
-        QTest::qWait(20);
+        WindowFixture::settle();
         QCOMPARE(m_fixture->takeBoxes(), boxes);
         QVERIFY(window().collection() == collection);
         QCOMPARE(window().windowTitle(), "Vorna - "_s + open());
@@ -158,7 +158,7 @@ private slots:
         timer.start();
         openByDialog(bad());
         QVERIFY(timer.elapsed() < 5000);
-        QTest::qWait(20);
+        WindowFixture::settle();
         QCOMPARE(m_fixture->takeBoxes(), isRefused ? QStringList({inUse, failedToOpen}) : QStringList());
         QCOMPARE(m_fixture->openPath(), isRefused ? open() : bad());
         QCOMPARE(window().collection()->isReadOnly(), !isRefused);
@@ -237,7 +237,7 @@ private slots:
         const Contents before = folder();
 
         openByDialog(bad());
-        QTest::qWait(50);
+        WindowFixture::settle();
         QCOMPARE(m_fixture->takeBoxes(), QStringList{accessError + "The database file may be corrupt."_s});
         QCOMPARE(m_fixture->openPath(), bad());
         window().closeDatabase();
@@ -250,7 +250,7 @@ private slots:
         m_fixture->write("open.vrn"_s, QByteArray(200000, 'x'));
         for (int i = 0; i < 4; ++i)
             tags()->addTag("Tag %1"_s.arg(i));
-        QTest::qWait(50);
+        WindowFixture::settle();
         QCOMPARE(m_fixture->takeBoxes(),
                  QStringList{accessError + "The file opened is not a database file."_s});
         QCOMPARE(m_fixture->openPath(), open());

@@ -1,6 +1,7 @@
 #include "app/settings/addingsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
+#include "db/manager/databasemanger.h"
 #include "models/contents/contentsmodel.h"
 #include "models/tags/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
@@ -170,7 +171,9 @@ private:
         QSignalSpy finished(files(), &MainViewController::finishedAddingFiles);
         files()->addUrls({QUrl::fromLocalFile(path)});
         QVERIFY(finished.wait(120000));
-        QTest::qWait(100);
+        const auto *manager = m_fixture->window().collection()->findChild<DatabaseManger *>();
+        QTRY_VERIFY(!manager->isBusy());
+        WindowFixture::settle();
     }
 
     std::unique_ptr<WindowFixture> m_fixture;

@@ -59,8 +59,8 @@ public:
                 QCoreApplication::processEvents();
         };
         runZeroTimers();
-        while (m_manager.isBusy())
-            QTest::qWait(1);
+        if (!QTest::qWaitFor([this] { return !m_manager.isBusy(); }, 60000))
+            return -1;
         runZeroTimers();
         return reloads.size() == warnings.size() ? warnings.size() : -1;
     }

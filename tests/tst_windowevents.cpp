@@ -135,7 +135,7 @@ private slots:
             emit window().collection()->connectionError();
             WindowFixture::nestLoop(100);
             QVERIFY(window().openDatabase(DBDetails::local(next)));
-            QTest::qWait(200);
+            WindowFixture::settle();
         });
         QCOMPARE(m_fixture->openPath(), next);
     }

@@ -126,6 +126,12 @@ public:
         });
         loop.exec();
     }
+    /** Lets all come that is on its way: queued signals, and timers without a time. */
+    static void settle()
+    {
+        for (int round = 0; round < 5; ++round)
+            QCoreApplication::processEvents();
+    }
     /** A loop of its own for a while, as a box, a menu or a drag has it. */
     static void nestLoop(int milliseconds)
     {
