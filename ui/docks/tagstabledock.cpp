@@ -1,5 +1,3 @@
-// The form of the tags dock, its commands and their places, and the table of tags. The tabs of the groups
-// stand in tagstabledocktabs.cpp.
 #include "ui/docks/tagstabledock.h"
 
 #include "app/messages/messages.h"
@@ -12,11 +10,13 @@
 #include "models/tags/tagstablemodel.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/taggroupform.h"
-#include "ui/docks/tagactionid.h"
+#include "ui/docks/tagactions.h"
 #include "ui/docks/tagcolumns.h"
+#include "ui/docks/taggrouptabs.h"
 #include "ui/docks/tagselection.h"
 #include "ui/views/taggroupbar.h"
 #include "ui/widgets/delegate.h"
+#include "ui/widgets/greenground.h"
 #include "ui/widgets/mainui.h"
 #include "ui/widgets/tableview.h"
 
@@ -41,17 +41,18 @@ QString newTagKey()
 }
 } // namespace
 
-TagsTableDock::TagsTableDock(QWidget *parent) : AbstractDock(tr("Tags"), parent)
+TagsTableDock::TagsTableDock(QWidget *parent)
+    : AbstractDock(tr("Tags"), parent), m_actions(new TagActions(this))
 {
     setObjectName(QStringLiteral("TagsTableDock"));
     buildForm();
-    makeActions();
+    connectActions();
     updateActionsAvailability();
 }
 
 TagsTableDock::~TagsTableDock()
 {
-    if (m_actions.contains(EditModeAction))
+    if (m_actions->action(TagActions::EditMode))
         WindowSettings::setEditModeActivated(m_isEditMode);
     setGroupsController(nullptr);
     setTagsController(nullptr);
@@ -64,6 +65,7 @@ void TagsTableDock::buildForm()
     m_selection = std::make_unique<TagSelection>(m_table);
     m_columns = std::make_unique<TagColumns>(m_table);
     m_bar = new TagGroupBar(form);
+    m_tabs = new TagGroupTabs(m_bar, this);
     auto *layout = new QVBoxLayout(form);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -75,7 +77,6 @@ void TagsTableDock::buildForm()
     connect(m_bar, &QTabBar::currentChanged, this, &TagsTableDock::switchGroup, Qt::UniqueConnection);
     connect(m_bar, &QTabBar::currentChanged, this, &TagsTableDock::updateTabStyle, Qt::UniqueConnection);
     connect(qGuiApp, &QGuiApplication::paletteChanged, this, &TagsTableDock::updateGround);
-    connect(m_bar, &QTabBar::tabMoved, this, &TagsTableDock::saveOrder);
     connect(m_bar, &QWidget::customContextMenuRequested, this, &TagsTableDock::execTabContextMenu);
     connect(m_bar, &TagGroupBar::tagsDropped, this, &TagsTableDock::addTagsToGroup);
 }
@@ -105,39 +106,20 @@ void TagsTableDock::buildTable()
     connect(m_table, &TableView::keyPressed, this, &TagsTableDock::slotKeyPressed);
 }
 
-QAction *TagsTableDock::makeAction(int key, const QString &text, const QString &icon,
-                                   void (TagsTableDock::*slot)())
+void TagsTableDock::connectActions()
 {
-    auto *action = new QAction(text, this);
-    if (!icon.isEmpty())
-        action->setIcon(QIcon(icon));
-    connect(action, &QAction::triggered, this, slot);
-    m_actions.insert(key, action);
-    return action;
-}
-
-void TagsTableDock::makeActions()
-{
-    const QString add = QStringLiteral(":icons/add.png");
-    const QString remove = QStringLiteral(":icons/delete.png");
-    makeAction(AssignGroupsAction, tr("Assign Tag Groups"), {}, &TagsTableDock::assignTagGroups);
-    makeAction(AddTagAction, tr("Add"), add, &TagsTableDock::slotAddNewTag);
-    makeAction(DeleteTagAction, tr("Delete"), remove, &TagsTableDock::slotDeleteTag);
-    makeAction(RenameTagAction, tr("Rename"), QStringLiteral(":icons/edit.png"),
-               &TagsTableDock::slotRenameTag);
-    makeAction(AddGroupAction, tr("Add Tag Group"), add, &TagsTableDock::slotAddGroup);
-    makeAction(DeleteGroupAction, tr("Delete Current Group"), remove, &TagsTableDock::slotRemoveCurrentGroup);
-
-    QAction *newTag = makeAction(NewTagAction, tr("New Tag"), QStringLiteral(":/icons/newTag3.png"),
-                                 &TagsTableDock::slotAddNewTag);
-    newTag->setShortcut(QKeySequence::New);
-    newTag->setAutoRepeat(false);
-    QAction *all = makeAction(ActivateAndAction, tr("All of the Tags"),
-                              QStringLiteral(":icons/amperstand.png"), &TagsTableDock::slotActivateTagsAnd);
-    all->setToolTip(tr("Show files having all of the selected tags (Tab)"));
-    QAction *any = makeAction(ActivateOrAction, tr("Any of the Tags"), QStringLiteral(":icons/or.png"),
-                              &TagsTableDock::slotActivateTagsOr);
-    any->setToolTip(tr("Show files having at least one of the selected tags (Ctrl+=)"));
+    const auto onTriggered = [this](TagActions::Key key, void (TagsTableDock::*slot)()) {
+        connect(m_actions->action(key), &QAction::triggered, this, slot);
+    };
+    onTriggered(TagActions::AssignGroups, &TagsTableDock::assignTagGroups);
+    onTriggered(TagActions::AddTag, &TagsTableDock::slotAddNewTag);
+    onTriggered(TagActions::DeleteTag, &TagsTableDock::slotDeleteTag);
+    onTriggered(TagActions::RenameTag, &TagsTableDock::slotRenameTag);
+    onTriggered(TagActions::AddGroup, &TagsTableDock::slotAddGroup);
+    onTriggered(TagActions::DeleteGroup, &TagsTableDock::slotRemoveCurrentGroup);
+    onTriggered(TagActions::NewTag, &TagsTableDock::slotAddNewTag);
+    onTriggered(TagActions::ActivateAnd, &TagsTableDock::slotActivateTagsAnd);
+    onTriggered(TagActions::ActivateOr, &TagsTableDock::slotActivateTagsOr);
 }
 
 void TagsTableDock::takePlaces(MainUi &ui)
@@ -147,15 +129,7 @@ void TagsTableDock::takePlaces(MainUi &ui)
     ui.tagFilterBar->addWidget(m_filterEdit);
     connect(m_filterEdit, &QLineEdit::textChanged, this, &TagsTableDock::slotFilterTags);
 
-    m_actions.insert(TagMenuAction, ui.tagMenu->menuAction());
-    for (const int key : {AssignGroupsAction, AddTagAction, DeleteTagAction, RenameTagAction})
-        ui.tagMenu->addAction(m_actions.value(key));
-    m_actions.insert(EditModeAction, ui.editMode);
-    ui.tagToolsBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    for (const int key : {NewTagAction, ActivateAndAction, ActivateOrAction, EditModeAction})
-        ui.tagToolsBar->addAction(m_actions.value(key));
-    m_actions.insert(LinkTagsAction, ui.linkTagsToFiles);
-
+    m_actions->takePlaces(ui);
     connect(ui.editMode, &QAction::toggled, this, &TagsTableDock::slotEditModeChanged);
     ui.editMode->setChecked(WindowSettings::isEditModeActivated());
     updateActionsAvailability();
@@ -235,20 +209,13 @@ void TagsTableDock::bringBackTags()
 
 void TagsTableDock::updateActionsAvailability()
 {
-    const bool isWritable = m_tags && !m_tags->isReadOnly();
     const QVector<qint64> tagIds = m_selection->tagIds();
-    const bool hasSelection = m_tags && !tagIds.isEmpty();
-    const auto enable = [this](std::initializer_list<int> keys, bool isEnabled) {
-        for (const int key : keys) {
-            if (QAction *action = m_actions.value(key))
-                action->setEnabled(isEnabled);
-        }
-    };
-    enable({TagMenuAction, AddTagAction, NewTagAction}, isWritable);
-    enable({AssignGroupsAction, DeleteTagAction, RenameTagAction}, isWritable && hasSelection);
-    enable({ActivateAndAction, ActivateOrAction}, hasSelection);
-    enable({AddGroupAction, DeleteGroupAction}, m_groups && !m_groups->isReadOnly());
-    if (QAction *link = m_actions.value(LinkTagsAction))
+    TagActions::Situation situation;
+    situation.areTagsWritable = m_tags && !m_tags->isReadOnly();
+    situation.areGroupsWritable = m_groups && !m_groups->isReadOnly();
+    situation.hasSelection = m_tags && !tagIds.isEmpty();
+    m_actions->updateAvailability(situation);
+    if (QAction *link = m_actions->action(TagActions::LinkTags))
         link->setData(QVariant::fromValue(tagIds));
     if (m_filterEdit)
         m_filterEdit->setEnabled(m_tags);
@@ -271,13 +238,13 @@ void TagsTableDock::execViewContextMenu(const QPoint &pos)
         return;
     QMenu menu(tr("Tag Operations"));
     const int count = m_selection->tagIds().size();
-    menu.addAction(m_actions.value(AddTagAction));
+    menu.addAction(m_actions->action(TagActions::AddTag));
     if (count > 0) {
-        menu.addAction(m_actions.value(AssignGroupsAction));
-        menu.addAction(m_actions.value(DeleteTagAction));
+        menu.addAction(m_actions->action(TagActions::AssignGroups));
+        menu.addAction(m_actions->action(TagActions::DeleteTag));
     }
     if (count == 1)
-        menu.addAction(m_actions.value(RenameTagAction));
+        menu.addAction(m_actions->action(TagActions::RenameTag));
     menu.exec(m_table->viewport()->mapToGlobal(pos));
 }
 
@@ -437,4 +404,110 @@ void TagsTableDock::applyEditTriggers()
     const bool isEditable = m_isEditMode && m_tags && !m_tags->isReadOnly();
     m_table->setEditTriggers(isEditable ? QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
                                         : QAbstractItemView::NoEditTriggers);
+}
+
+void TagsTableDock::setGroupsController(GroupsController *controller)
+{
+    if (m_groups == controller && controller)
+        return;
+    if (const GroupMap *groups = m_groups ? m_groups->groups() : nullptr) {
+        groups->disconnect(this);
+        for (const GroupItem *group : qAsConst(*groups))
+            group->disconnect(this);
+    }
+    m_groups = controller;
+    m_tabs->setController(controller);
+    if (const GroupMap *groups = m_groups ? m_groups->groups() : nullptr) {
+        connect(groups, &SignalContainer::itemInserted, this, &TagsTableDock::slotGroupCreated);
+        connect(groups, &SignalContainer::itemDeleted, this,
+                [this](const QVariant &groupId) { m_bar->removeGroupTab(groupId.toLongLong()); });
+        for (const GroupItem *group : qAsConst(*groups))
+            followGroup(group);
+    }
+    updateActionsAvailability();
+}
+
+void TagsTableDock::followGroup(const GroupItem *group)
+{
+    const qint64 id = group->id();
+    connect(group, &GroupItem::groupVisibilityChanged, this,
+            [this, id](bool visible) { slotGroupVisibilityChanged(id, visible); });
+    connect(group, &GroupItem::groupNameChanged, this,
+            [this, id](const QString &name) { slotGroupNameChanged(id, name); });
+}
+
+void TagsTableDock::slotGroupCreated(const QVariant &groupId)
+{
+    const GroupItem *group = m_groups ? m_groups->groups()->value(groupId.toLongLong()) : nullptr;
+    if (!group)
+        return;
+    followGroup(group);
+    slotGroupVisibilityChanged(group->id(), group->isVisible());
+}
+
+void TagsTableDock::slotGroupVisibilityChanged(qint64 groupId, bool visible)
+{
+    const GroupItem *group = m_groups ? m_groups->groups()->value(groupId) : nullptr;
+    if (group && visible)
+        m_bar->addGroupTab(groupId, group->name());
+    else
+        m_bar->removeGroupTab(groupId);
+}
+
+void TagsTableDock::slotGroupNameChanged(qint64 groupId, const QString &name)
+{
+    m_bar->renameGroupTab(groupId, name);
+}
+
+void TagsTableDock::switchGroup()
+{
+    if (m_proxy)
+        m_proxy->setGroupId(m_bar->currentGroup());
+    updateEmptyText();
+}
+
+void TagsTableDock::updateTabStyle()
+{
+    updateGround();
+    if (m_filterEdit)
+        m_filterEdit->clear();
+}
+
+void TagsTableDock::updateGround()
+{
+    const bool isDTags = m_bar->currentGroup() == TagsGroupProxy::DTagsTab;
+    setStyleSheet(isDTags ? GreenGround::styleSheet(QStringLiteral("QTableView")) : QString());
+}
+
+void TagsTableDock::execTabContextMenu(const QPoint &pos)
+{
+    QMenu menu;
+    menu.addAction(m_actions->action(TagActions::AddGroup));
+    if (m_bar->currentGroup() > 0)
+        menu.addAction(m_actions->action(TagActions::DeleteGroup));
+    menu.exec(m_bar->mapToGlobal(pos));
+}
+
+void TagsTableDock::slotAddGroup()
+{
+    if (!mayEdit(m_groups))
+        return;
+    const auto add = [this](const QString &name) { return !m_groups || m_groups->addGroup(name, true) > 0; };
+    do {
+        if (!NameInput::askForGroup(this, add))
+            return;
+    } while (m_isEditMode);
+}
+
+void TagsTableDock::slotRemoveCurrentGroup()
+{
+    const qint64 groupId = m_bar->currentGroup();
+    if (groupId > 0 && mayEdit(m_groups))
+        m_groups->removeGroups({groupId});
+}
+
+void TagsTableDock::addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId)
+{
+    if (mayEdit(m_groups))
+        m_groups->assignTags(tagIds, {groupId});
 }

@@ -2,7 +2,6 @@
 
 #include "ui/docks/abstractdock.h"
 
-#include <QHash>
 #include <QPointer>
 #include <QVector>
 
@@ -11,13 +10,14 @@
 class GroupsController;
 class GroupItem;
 class MainUi;
-class QAction;
 class QKeyEvent;
 class QLineEdit;
 class QModelIndex;
 class TableView;
+class TagActions;
 class TagColumns;
 class TagGroupBar;
+class TagGroupTabs;
 class TagsController;
 class TagSelection;
 class TagsGroupProxy;
@@ -64,16 +64,15 @@ public slots:
     void slotEditModeChanged(bool on);
     void updateTabStyle();
     void clearActivation();
-    void slotGroupNameChanged(const QString &name);
-    void slotGroupVisibilityChanged(bool visible);
+    void slotGroupNameChanged(qint64 groupId, const QString &name);
+    void slotGroupVisibilityChanged(qint64 groupId, bool visible);
     void slotGroupCreated(const QVariant &groupId);
 
 private:
     void updateGround();
     void buildForm();
     void buildTable();
-    void makeActions();
-    QAction *makeAction(int key, const QString &text, const QString &icon, void (TagsTableDock::*slot)());
+    void connectActions();
     void applyEditTriggers();
     /** False when there is no such tag afterwards; the user knows why. */
     bool addTag(const QString &name);
@@ -85,25 +84,18 @@ private:
     void bringBackTags();
 
     void switchGroup();
-    void detachGroups();
-    void attachGroups();
     void followGroup(const GroupItem *group);
-    void removeGroupTab(const QVariant &groupId);
-    void rememberTabs();
-    void bringBackTabs();
-    void saveOrder();
     void addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId);
 
+    TagActions *m_actions;
     TableView *m_table = nullptr;
     std::unique_ptr<TagSelection> m_selection;
     std::unique_ptr<TagColumns> m_columns;
     TagGroupBar *m_bar = nullptr;
+    TagGroupTabs *m_tabs = nullptr;
     QPointer<TagsController> m_tags;
     QPointer<GroupsController> m_groups;
     QPointer<TagsGroupProxy> m_proxy; // of the controller, and set with it
     bool m_isEditMode = false;
     QPointer<QLineEdit> m_filterEdit;
-    QHash<int, QPointer<QAction>> m_actions; // some are the window's, and go before the docks
-    qint64 m_rememberedGroup = 0;            // the current tab while all records are read again
-    bool m_isArranging = false;              // tabs are moved by the program
 };
