@@ -11,12 +11,13 @@
 #include <QVector>
 
 class DatabaseManger;
+class TagRows;
 class TagsHost;
 
 /**
- * The table of all tags of the open database, a row a tag in the order of loading. It makes a TagItem of each
- * raw row of the manager, owns it, and keeps it in step: with the raw row, with the tag groups and, for the
- * numbers of files, with the file records. It connects itself to the manager, after the host, which drops
+ * The table of all tags of the open database, a row a tag in the order of loading. Its rows follow the raw
+ * rows of the manager; it keeps them in step with the tag groups and, for the numbers of files, with the file
+ * records. It connects itself to the manager, after the host, which drops
  * its counts by the same signals; edits and drops go to the host. Both are borrowed and outlive the model;
  * without them it shows what its slots bring. GUI thread.
  */
@@ -31,7 +32,7 @@ public:
     ~TagsTableModel() override;
 
     /** Null outside the rows. */
-    const TagItem *tagAt(int row) const { return m_rows.value(row); }
+    const TagItem *tagAt(int row) const;
     /** -1 for an unknown tag. */
     int rowOf(qint64 tagId) const;
     const QVector<qint64> &markedTagIds() const { return m_markedTagIds; }
@@ -58,8 +59,7 @@ public slots:
     void rowGroupsChanged(qlonglong tagId, const QVector<qint64> &groups);
     void addedGroup(const QVariant &groupId);
     void removedGroup(const QVariant &groupId);
-    /** The sender is the group whose tags these are now. */
-    void updatedGroup(const QVector<qint64> &tagIds);
+    void updatedGroup(qint64 groupId, const QVector<qint64> &tagIds);
 
     /** Takes the place of all rows. */
     void loadTags(const TableData &tags);
@@ -77,25 +77,19 @@ private:
     QVariant decoration(const TagItem &tag) const;
     QVariant text(const TagItem &tag, int column) const;
     bool editTag(const TagItem &tag, int column, const QString &value);
-    TagItem *itemOf(qint64 tagId) const;
-    TagItem *makeItem(TableRowData *row, qint64 tagId, const QVector<qint64> &groups);
-    void follow(TableRowData *row, TagItem *item);
-    void setField(TagItem *item, const QString &column, const QVariant &value);
+    void followItem(const TagItem *item);
     QHash<qint64, QVector<qint64>> groupsOf(const QVector<qint64> &tagIds) const;
     void applyGroup(qint64 groupId, const QVector<qint64> &tagIds);
     void announceGathered();
     void removeInOneGo(const QSet<qint64> &tagIds);
-    void releaseItem(int row);
     void announceRow(qint64 tagId);
     void announceRows(int first, int last);
 
     TagsHost *m_host;
     DatabaseManger *m_manager;
-    TagVector m_rows;
+    TagRows *m_rows;
     QVector<qint64> m_markedTagIds;
-
     mutable QPixmap m_mark;
-    mutable QHash<qint64, int> m_rowsById; // empty when it has to be made anew
 
     QHash<qint64, QVector<qint64>> m_groupTags; // as last noted in the rows
     QTimer m_announceTimer;                     // groups that come are told of together
