@@ -8,6 +8,10 @@
 
 #include <algorithm>
 
+namespace {
+constexpr int mostRowsOneByOne = 8;
+}
+
 Sorter::Sorter(QObject *parent) : RowProxyModel(parent)
 {
     m_matcher.setCaseSensitivity(Qt::CaseInsensitive);
@@ -15,8 +19,7 @@ Sorter::Sorter(QObject *parent) : RowProxyModel(parent)
 
 void Sorter::sort(int column, Qt::SortOrder order)
 {
-    m_column = column;
-    m_sortOrder = order;
+    m_rows.setColumn(column, order);
     rearrange();
 }
 
@@ -36,17 +39,17 @@ void Sorter::prepareFilterText(const QString &text)
 
 const File *Sorter::fileAt(int row) const
 {
-    return row >= 0 && row < rowCount() ? m_filter->fileAt(sourceRow(row)) : nullptr;
+    return row >= 0 && row < rowCount() ? m_filter->fileAt(m_rows.sourceRow(row)) : nullptr;
 }
 
 qint64 Sorter::idAt(int row) const
 {
-    return m_filter->contents()->fileIndex().idAt(m_filter->contentsRow(sourceRow(row)));
+    return m_filter->contents()->fileIndex().idAt(m_filter->contentsRow(m_rows.sourceRow(row)));
 }
 
 int Sorter::kindAt(int row) const
 {
-    return m_filter->contents()->fileIndex().kinds()[m_filter->contentsRow(sourceRow(row))];
+    return m_filter->contents()->fileIndex().kinds()[m_filter->contentsRow(m_rows.sourceRow(row))];
 }
 
 QModelIndex Sorter::indexOf(qint64 fileId) const
@@ -58,9 +61,8 @@ QModelIndex Sorter::indexOf(qint64 fileId) const
 
 void Sorter::refreshTagNames()
 {
-    if (m_ranks.column() == ContentsModel::TagsColumn)
-        m_ranks.clear();
-    if (m_column == ContentsModel::TagsColumn)
+    m_rows.forgetOrderOf(ContentsModel::TagsColumn);
+    if (sortColumn() == ContentsModel::TagsColumn)
         rearrange();
     else
         showTagNames();
@@ -69,13 +71,13 @@ void Sorter::refreshTagNames()
 void Sorter::renameTags(const QVector<qint64> &tagIds)
 {
     constexpr int column = ContentsModel::TagsColumn;
-    if (!m_filter || (m_column != column && m_ranks.column() != column)) {
+    if (!m_filter || !m_rows.knowsOrderOf(column)) {
         showTagNames();
         return;
     }
     const QVector<int> rows = m_filter->contents()->fileIndex().rowsWith(tagIds);
-    m_ranks.forget(rows);
-    if (m_column == column)
+    m_rows.forgetRecords(rows);
+    if (sortColumn() == column)
         placeAnew(rows);
     else
         showTagNames();
@@ -135,92 +137,23 @@ bool Sorter::lessThan(const QModelIndex &left, const QModelIndex &right) const
 // Makes the mapping anew out of what the source shows now.
 void Sorter::arrange()
 {
-    m_rowsOfSource.clear();
     m_changedRecords.clear();
-    m_isWhole = m_filterText.isEmpty() && m_column < 0;
-    m_rows.clear();
-    if (m_isWhole || !m_filter) {
-        m_rows.shrink_to_fit();
-        return;
-    }
-    const int count = m_filter->rowCount();
-    for (int row = 0; row < count; ++row) {
-        if (m_filterText.isEmpty() || isMatch(*m_filter->fileAt(row)))
-            m_rows.push_back(row);
-    }
-    if (m_column >= 0)
-        putInOrder();
-}
-
-void Sorter::putInOrder()
-{
-    orderContentsRows([this] { m_ranks.sort(*m_filter->contents(), m_column, m_rows); });
-}
-
-// What puts the shown rows in ascending order has them as rows of the ContentsModel meanwhile: both models
-// have files in the same order, but hidden ones have no row in the source.
-void Sorter::orderContentsRows(const std::function<void()> &putInOrder)
-{
-    const int count = m_filter->rowCount();
-    const bool isNoneHidden = count == m_filter->contents()->rowCount();
-    std::vector<int> sourceRows(isNoneHidden ? 0 : static_cast<size_t>(m_filter->contents()->rowCount()));
-    if (!isNoneHidden) {
-        for (int row = 0; row < count; ++row)
-            sourceRows[static_cast<size_t>(m_filter->contentsRow(row))] = row;
-        for (int &row : m_rows)
-            row = m_filter->contentsRow(row);
-    }
-    putInOrder();
-    if (!isNoneHidden) {
-        for (int &row : m_rows)
-            row = sourceRows[static_cast<size_t>(row)];
-    }
-    if (m_sortOrder == Qt::DescendingOrder)
-        std::reverse(m_rows.begin(), m_rows.end());
-}
-
-bool Sorter::isRowLess(int leftSourceRow, int rightSourceRow) const
-{
-    if (m_column < 0)
-        return leftSourceRow < rightSourceRow;
-    if (m_sortOrder == Qt::DescendingOrder)
-        std::swap(leftSourceRow, rightSourceRow);
-    return SortRanks::isLess(*m_filter->contents(), m_column, m_filter->contentsRow(leftSourceRow),
-                             m_filter->contentsRow(rightSourceRow));
-}
-
-int Sorter::rowOfSource(int sourceRow) const
-{
-    if (m_isWhole)
-        return sourceRow;
-    if (m_column < 0) {
-        const auto found = std::lower_bound(m_rows.begin(), m_rows.end(), sourceRow);
-        const bool isShown = found != m_rows.end() && *found == sourceRow;
-        return isShown ? static_cast<int>(found - m_rows.begin()) : -1;
-    }
-    if (m_rowsOfSource.empty()) {
-        m_rowsOfSource.assign(static_cast<size_t>(m_filter->rowCount()), -1);
-        int row = 0;
-        for (const int source : m_rows)
-            m_rowsOfSource[static_cast<size_t>(source)] = row++;
-    }
-    return sourceRow < static_cast<int>(m_rowsOfSource.size())
-               ? m_rowsOfSource[static_cast<size_t>(sourceRow)]
-               : -1;
+    if (m_filterText.isEmpty())
+        m_rows.arrange({});
+    else
+        m_rows.arrange([this](int sourceRow) { return isMatch(*m_filter->fileAt(sourceRow)); });
 }
 
 int Sorter::rowCount(const QModelIndex &parent) const
 {
-    if (parent.isValid() || !m_filter)
-        return 0;
-    return m_isWhole ? m_filter->rowCount() : static_cast<int>(m_rows.size());
+    return parent.isValid() ? 0 : m_rows.count();
 }
 
 QModelIndex Sorter::mapToSource(const QModelIndex &proxyIndex) const
 {
     if (!proxyIndex.isValid() || proxyIndex.row() >= rowCount())
         return {};
-    return m_filter->index(sourceRow(proxyIndex.row()), proxyIndex.column());
+    return m_filter->index(m_rows.sourceRow(proxyIndex.row()), proxyIndex.column());
 }
 
 // The base class would make a list of indexes for each model on the way down.
@@ -233,7 +166,7 @@ QMimeData *Sorter::mimeData(const QModelIndexList &indexes) const
     const int count = rowCount();
     for (const QModelIndex &index : indexes) {
         if (index.isValid() && index.row() < count)
-            contentsRows.append(m_filter->contentsRow(sourceRow(index.row())));
+            contentsRows.append(m_filter->contentsRow(m_rows.sourceRow(index.row())));
     }
     return m_filter->contents()->dragData(contentsRows);
 }
@@ -246,13 +179,185 @@ QMimeData *Sorter::dragData(const QItemSelection &ranges) const
     const int last = rowCount() - 1;
     for (const QItemSelectionRange &range : ranges) {
         for (int row = qMax(0, range.top()); row <= qMin(last, range.bottom()); ++row)
-            contentsRows.append(m_filter->contentsRow(sourceRow(row)));
+            contentsRows.append(m_filter->contentsRow(m_rows.sourceRow(row)));
     }
     return m_filter->contents()->dragData(contentsRows);
 }
 
 QModelIndex Sorter::mapFromSource(const QModelIndex &sourceIndex) const
 {
-    const int row = sourceIndex.isValid() ? rowOfSource(sourceIndex.row()) : -1;
+    const int row = sourceIndex.isValid() ? m_rows.rowOf(sourceIndex.row()) : -1;
     return row < 0 ? QModelIndex() : createIndex(row, sourceIndex.column());
+}
+
+// Few rows come and go by the signals that every model has, many at once by one change of layout.
+
+void Sorter::setSourceModel(QAbstractItemModel *sourceModel)
+{
+    beginResetModel();
+    if (m_filter) {
+        disconnect(m_filter, nullptr, this, nullptr);
+        disconnect(m_filter->contents(), nullptr, this, nullptr);
+    }
+    m_filter = qobject_cast<FileFilterModel *>(sourceModel);
+    m_rows.setSource(m_filter);
+    followSource(sourceModel);
+    if (m_filter)
+        connectSource();
+    arrange();
+    endResetModel();
+}
+
+void Sorter::connectSource()
+{
+    using Model = QAbstractItemModel;
+    const ContentsModel *contents = m_filter->contents();
+    connect(contents, &ContentsModel::recordsChanged, this, [this](const QVector<int> &rows) {
+        m_rows.forgetRecords(rows);
+        m_changedRecords = rows;
+    });
+    connect(contents, &ContentsModel::recordsErased, this, [this](const QVector<int> &rows) {
+        m_rows.eraseRecords(rows);
+        m_changedRecords.clear();
+    });
+    connect(contents, &Model::modelAboutToBeReset, this, [this] { m_rows.forgetOrder(); });
+
+    connect(m_filter, &Model::dataChanged, this, &Sorter::sourceDataChanged);
+    connect(m_filter, &Model::rowsAboutToBeInserted, this, &Sorter::sourceRowsAboutToBeInserted);
+    connect(m_filter, &Model::rowsInserted, this, &Sorter::sourceRowsInserted);
+    connect(m_filter, &Model::rowsAboutToBeRemoved, this, &Sorter::sourceRowsAboutToBeRemoved);
+    connect(m_filter, &Model::rowsRemoved, this, &Sorter::sourceRowsRemoved);
+    connect(m_filter, &Model::layoutAboutToBeChanged, this, &Sorter::beginSourceLayoutChange);
+    connect(m_filter, &Model::layoutChanged, this, &Sorter::sourceLayoutChanged);
+    connect(m_filter, &Model::modelAboutToBeReset, this, &Sorter::beginResetModel);
+    connect(m_filter, &Model::modelReset, this, &Sorter::sourceReset);
+}
+
+void Sorter::rearrange()
+{
+    changeLayout([this] { arrange(); });
+}
+
+void Sorter::placeAnew(const QVector<int> &contentsRows)
+{
+    QVector<int> shown;
+    for (const int contentsRow : contentsRows) {
+        const int source = m_filter->rowOfContents(contentsRow);
+        if (source >= 0 && filterAcceptsRow(source, {}))
+            shown.append(contentsRow);
+    }
+    changeLayout([&] { m_rows.placeAnew(shown); });
+}
+
+// Whether a row of the source is shown or hidden as it should be, and between the right neighbours.
+bool Sorter::isInPlace(int sourceRow) const
+{
+    const int row = m_rows.rowOf(sourceRow);
+    return (row >= 0) == filterAcceptsRow(sourceRow, {}) && (row < 0 || m_rows.isInPlace(row));
+}
+
+bool Sorter::areChangedRowsInPlace() const
+{
+    return m_rows.isWhole() ||
+           std::all_of(m_changedRecords.cbegin(), m_changedRecords.cend(), [this](int contentsRow) {
+               const int row = m_filter->rowOfContents(contentsRow);
+               return row < 0 || isInPlace(row);
+           });
+}
+
+void Sorter::sourceDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                               const QVector<int> &roles)
+{
+    // Another picture moves no file, and the first of several signals finds all that have changed.
+    const bool isPicture = roles == QVector<int>{Qt::DecorationRole};
+    if (!isPicture && !areChangedRowsInPlace())
+        rearrange();
+    if (!isPicture)
+        m_changedRecords.clear();
+    int first = topLeft.row();
+    int last = bottomRight.row();
+    if (!m_rows.isWhole()) {
+        int lowest = rowCount();
+        int highest = -1;
+        for (int source = first; source <= last; ++source) {
+            const int row = m_rows.rowOf(source);
+            lowest = row < 0 ? lowest : qMin(lowest, row);
+            highest = qMax(highest, row);
+        }
+        first = lowest;
+        last = highest;
+    }
+    if (first <= last)
+        emit dataChanged(index(first, topLeft.column()), index(last, bottomRight.column()), roles);
+}
+
+void Sorter::sourceRowsAboutToBeInserted(const QModelIndex & /*parent*/, int first, int last)
+{
+    if (m_rows.isWhole())
+        beginInsertRows(QModelIndex(), first, last);
+}
+
+void Sorter::sourceRowsInserted(const QModelIndex & /*parent*/, int first, int last)
+{
+    if (m_rows.isWhole()) {
+        endInsertRows();
+        return;
+    }
+    m_rows.shiftForInserted(first, last);
+    if (last - first >= mostRowsOneByOne) {
+        rearrange();
+        return;
+    }
+    for (int source = first; source <= last; ++source) {
+        if (filterAcceptsRow(source, {}))
+            insertRow(source);
+    }
+}
+
+void Sorter::insertRow(int sourceRow)
+{
+    const int row = m_rows.placeFor(sourceRow);
+    beginInsertRows(QModelIndex(), row, row);
+    m_rows.insert(row, sourceRow);
+    endInsertRows();
+}
+
+// The source has its rows until this is through, so that what is left can be shown meanwhile.
+void Sorter::sourceRowsAboutToBeRemoved(const QModelIndex & /*parent*/, int first, int last)
+{
+    if (m_rows.isWhole()) {
+        beginRemoveRows(QModelIndex(), first, last);
+        return;
+    }
+    const std::vector<int> gone = m_rows.rowsShowing(first, last);
+    for (size_t end = gone.size(); end > 0;) {
+        size_t start = end - 1;
+        while (start > 0 && gone[start - 1] == gone[start] - 1)
+            --start;
+        beginRemoveRows(QModelIndex(), gone[start], gone[end - 1]);
+        m_rows.erase(gone[start], gone[end - 1]);
+        endRemoveRows();
+        end = start;
+    }
+}
+
+void Sorter::sourceRowsRemoved(const QModelIndex & /*parent*/, int first, int last)
+{
+    if (m_rows.isWhole()) {
+        endRemoveRows();
+        return;
+    }
+    m_rows.shiftForRemoved(first, last);
+}
+
+void Sorter::sourceLayoutChanged()
+{
+    arrange();
+    endSourceLayoutChange();
+}
+
+void Sorter::sourceReset()
+{
+    arrange();
+    endResetModel();
 }

@@ -1,14 +1,11 @@
 #pragma once
 
 #include "models/base/rowproxymodel.h"
-#include "models/contents/sortranks.h"
+#include "models/contents/sortedrows.h"
 
 #include <QString>
 #include <QStringMatcher>
 #include <QVector>
-
-#include <functional>
-#include <vector>
 
 class File;
 class FileFilterModel;
@@ -33,8 +30,8 @@ public:
     void setSourceModel(QAbstractItemModel *sourceModel) override;
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     /** -1 while files stand in the order of their arrival. */
-    int sortColumn() const { return m_column; }
-    Qt::SortOrder sortOrder() const { return m_sortOrder; }
+    int sortColumn() const { return m_rows.column(); }
+    Qt::SortOrder sortOrder() const { return m_rows.sortOrder(); }
 
     const QString &filterText() const { return m_filterText; }
     /** Looked for in name, description and id code, in this order, without regard to case. */
@@ -82,28 +79,16 @@ private:
     bool isFoundInIdCode(const File &file) const;
     bool isMatch(const File &file) const;
     void arrange();
-    void putInOrder();
-    void orderContentsRows(const std::function<void()> &putInOrder);
     void showTagNames();
     void rearrange();
     void placeAnew(const QVector<int> &contentsRows);
     void insertRow(int sourceRow);
     bool isInPlace(int sourceRow) const;
     bool areChangedRowsInPlace() const;
-    int sourceRow(int row) const { return m_isWhole ? row : m_rows[static_cast<size_t>(row)]; }
-    /** -1 for a row that is not shown. */
-    int rowOfSource(int sourceRow) const;
-    bool isRowLess(int leftSourceRow, int rightSourceRow) const;
 
     FileFilterModel *m_filter = nullptr;
     QString m_filterText;
     QStringMatcher m_matcher;
-    int m_column = -1;
-    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
-    SortRanks m_ranks;
-    // The shown rows of the source, or all of them as they stand there, which needs no list.
-    bool m_isWhole = true;
-    std::vector<int> m_rows;
-    mutable std::vector<int> m_rowsOfSource; // empty when it has to be made anew
-    QVector<int> m_changedRecords;           // rows of the ContentsModel that may have to move
+    SortedRows m_rows;
+    QVector<int> m_changedRecords; // rows of the ContentsModel that may have to move
 };
