@@ -1,6 +1,7 @@
 #!/bin/sh
 # Each folder of the program is one library, and its LINKS say which others it may include: exactly those.
-# docs/ARCHITECTURE.md lists the same. Prints what does not hold, each with its place.
+# docs/ARCHITECTURE.md lists the same. Boxes and dialogs come from the user interface alone. Prints what does not
+# hold, each with its place.
 cd "$(dirname "$0")/.." || exit 1
 exec perl -e '
 use strict;
@@ -37,6 +38,8 @@ for my $file (sort map { chomp; $_ } `find app core db fileops models ui -name "
     my $number = 0;
     for (linesOf($file)) {
         $number++;
+        complain("$file:$number: shows a box or a dialog, which only the user interface does")
+            if m{^#include <Q(?:MessageBox|\w*Dialog)>} && $folder !~ m{^(?:app|ui)\b};
         next unless m{^\s*(?:#include "|<header>)([\w/]+)/\w+\.h["<]};
         next if $1 eq $folder;
         $used{"$folder $1"} = 1;
@@ -45,6 +48,8 @@ for my $file (sort map { chomp; $_ } `find app core db fileops models ui -name "
 }
 for my $pair (sort keys %place) {
     my ($folder, $other) = split / /, $pair;
+    complain("$place{$pair}: links $other, which only the user interface does")
+        if $other eq "app/messages" && $folder !~ m{^(?:app|ui)\b};
     complain("$place{$pair}: links $other, which no source of $folder includes")
         if !$used{$pair} && $other ne "resources" && $folder ne $other;
 }

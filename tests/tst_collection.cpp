@@ -31,7 +31,7 @@ private slots:
             collection.close();
             QVERIFY(QSqlDatabase::connectionNames().isEmpty());
 
-            QVERIFY(Collection::canOpen(DBDetails::local(collection.path())));
+            QVERIFY(Collection::canOpen(DBDetails::local(collection.path()), collection.prompts()));
             QVERIFY(collection.open());
             DatabaseManger *manager = collection.manager();
             QCOMPARE(manager->files().size(), 3);
@@ -48,6 +48,25 @@ private slots:
         QVERIFY(QSqlDatabase::connectionNames().isEmpty());
         LocalCollection other;
         QVERIFY(other->settings()->tagGroupOrder().isEmpty());
+    }
+
+    void whatIsToldIsABox()
+    {
+        QStringList boxes;
+        Messages::setResponder([&boxes](const Messages::Box &box) {
+            boxes << "%1 %2 %3: %4"_s.arg(box.icon).arg(box.buttons).arg(box.title, box.text);
+            return Messages::Answer{QMessageBox::Ok, -1};
+        });
+        BoxPrompts shown;
+        for (const auto kind : {UserPrompts::Plain, UserPrompts::Information, UserPrompts::Question,
+                                UserPrompts::Warning, UserPrompts::Critical})
+            shown.tell(kind, "title"_s, "text"_s);
+        Messages::setResponder({});
+        QStringList expected;
+        for (const auto icon : {QMessageBox::NoIcon, QMessageBox::Information, QMessageBox::Question,
+                                QMessageBox::Warning, QMessageBox::Critical})
+            expected << "%1 %2 title: text"_s.arg(icon).arg(QMessageBox::Ok);
+        QCOMPARE(boxes, expected);
     }
 
     void reloadKeepsWhatIsShown()

@@ -1,3 +1,4 @@
+#include "app/messages/boxprompts.h"
 #include "app/messages/messages.h"
 #include "fileops/provider/thumbnailcache.h"
 #include "tests/support/localmanager.h"
@@ -27,9 +28,9 @@ private slots:
         addRow("without versions", "DROP TABLE vorna_version;DROP TABLE scheme_version"_s, false,
                "corrupted|"_s, false);
         addRow("probe row there, so read-only", probed, true, QString(), false);
-        addRow("old, agreed", old, true, "earlier version|upgraded successfully|"_s, true);
+        addRow("old, agreed", old, true, "?earlier version|upgraded successfully|"_s, true);
         addRow("old and read-only", old + probed, true, QString(), false);
-        addRow("old, cannot be upgraded", old + extra, false, "earlier version|no permission|"_s, false);
+        addRow("old, cannot be upgraded", old + extra, false, "?earlier version|no permission|"_s, false);
     }
 
     void versionCheck()
@@ -40,16 +41,30 @@ private slots:
         for (const QString &statement : statements.split(QLatin1Char(';'), Qt::SkipEmptyParts))
             QVERIFY2(OtherConnection(manager.path()).run(statement), qPrintable(statement));
         const QByteArray before = TestFolder::read(manager.path());
-        QString boxes;
-        Messages::setResponder([&boxes](const Messages::Box &box) {
+        QString seen;
+        Messages::setResponder([&seen](const Messages::Box &box) {
+            const bool isQuestion = box.icon == QMessageBox::Warning &&
+                                    box.informativeText.contains("not be"_s) &&
+                                    box.buttons == (QMessageBox::Ok | QMessageBox::Cancel) &&
+                                    box.defaultButton == QMessageBox::Cancel;
+            seen += isQuestion ? "?"_s : QString();
             for (const char *part :
                  {"corrupted", "earlier version", "upgraded successfully", "no permission"})
-                boxes += box.text.contains(QLatin1String(part)) ? QLatin1String(part) + "|"_s : QString();
+                seen += box.text.contains(QLatin1String(part)) ? QLatin1String(part) + "|"_s : QString();
             return Messages::Answer{QMessageBox::Ok, -1};
         });
-        QTEST(DatabaseManger::checkDatabaseVersion(Constants::sqliteDriver, manager.path(), {}, {}, {}, 0),
-              "opens");
-        QTEST(boxes, "boxes");
+        BoxPrompts shown;
+        const auto check = [&manager](UserPrompts &prompts) {
+            return DatabaseManger::checkDatabaseVersion(Constants::sqliteDriver, manager.path(), {}, {}, {},
+                                                        0, prompts);
+        };
+        QFETCH(bool, opens);
+        QFETCH(QString, boxes);
+        // Without anybody to agree, an old one stays what it is.
+        QCOMPARE(check(UserPrompts::nobody()), opens && !boxes.startsWith(QLatin1Char('?')));
+        QCOMPARE(TestFolder::read(manager.path()), before);
+        QTEST(check(shown), "opens");
+        QCOMPARE(seen, boxes);
         QTEST(TestFolder::read(manager.path()) != before, "changes");
         QVERIFY(QSqlDatabase::connectionNames().isEmpty());
         QCOMPARE(QDir(manager.folder()).entryList(QDir::Files), QStringList{"test.vrn"_s});

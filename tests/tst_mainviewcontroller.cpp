@@ -1,6 +1,7 @@
 #include "app/settings/addingsettings.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/miscoperationthread.h"
+#include "core/prompts/userprompts.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
 #include "models/contents/sorter.h"
@@ -186,16 +187,24 @@ private slots:
             m_fixture->add(QUrl::fromLocalFile(other));
         if (obstacle == "trigger"_s)
             refuseNewPaths();
+        const QStringList before = contentsOf(m_fixture->folder(), {"o*.txt*"_s});
+        (*m_fixture)->setPrompts(UserPrompts::nobody());
+        QVERIFY(!view().updateFileName(id, "other.txt"_s));
+        QCOMPARE(contentsOf(m_fixture->folder(), {"o*.txt*"_s}), before);
+        (*m_fixture)->setPrompts(m_fixture->prompts());
+
         QStringList boxes;
         Messages::setResponder([&](const Messages::Box &box) {
-            boxes << box.title;
-            return Messages::Answer{QMessageBox::Cancel, answer};
+            boxes << box.title + QLatin1Char('|') + box.actions.join(QLatin1Char('|'));
+            const bool isQuestion = box.icon == QMessageBox::Question && box.buttons == QMessageBox::Cancel &&
+                                    box.defaultButton == QMessageBox::Cancel;
+            return Messages::Answer{QMessageBox::Cancel, isQuestion ? answer : -1};
         });
         view().showSpecialNode(AllExternalFiles);
         // The question waits until the editor that set the name is gone.
         view().sorter()->setData(view().sorter()->index(0, ContentsModel::NameColumn), "other.txt"_s);
         QVERIFY(boxes.isEmpty());
-        QTRY_COMPARE(boxes.value(0), "File Extraction"_s);
+        QTRY_COMPARE(boxes.value(0), "File Extraction|Use New Name|Replace"_s);
 
         const QStringList found = contentsOf(m_fixture->folder(), {"o*.txt*"_s});
         QCOMPARE(found.join(QLatin1Char(' ')), files);

@@ -66,7 +66,8 @@ private slots:
         m_collection->close();
         QVERIFY(statements.isEmpty() || m_server->owner().run(statements));
         m_collection->answerBoxesWith(agrees ? QMessageBox::Ok : QMessageBox::Cancel);
-        QTEST(Collection::canOpen(ServerDatabase::detailsFor(m_server->details().databaseName(), user)),
+        QTEST(Collection::canOpen(ServerDatabase::detailsFor(m_server->details().databaseName(), user),
+                                  m_collection->prompts()),
               "opens");
         QTEST(m_collection->takeBoxes().join(QLatin1Char('|')), "boxes");
         QTEST(m_server->owner().value("SELECT version FROM scheme_version"_s), "version");
@@ -104,6 +105,7 @@ private slots:
         const DBDetails details = m_server->readerDetails();
         const std::unique_ptr<Collection> reader(
             makeCollection(2, details.host(), details.databaseName(), details.user(), {}, details.port()));
+        reader->setPrompts(m_collection->prompts());
         QSignalSpy errors(reader.get(), &Collection::errorOccured);
         QVERIFY(!reader->open().isValid());
         reader->load();

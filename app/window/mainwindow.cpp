@@ -57,7 +57,7 @@ bool MainWindow::event(QEvent *event)
 
 bool MainWindow::openDatabase(const DBDetails &details)
 {
-    if (!Collection::canOpen(details))
+    if (!Collection::canOpen(details, m_prompts))
         return false;
     const OpeningProgress progress(statusBar());
     closeDatabase();
@@ -69,6 +69,7 @@ bool MainWindow::openDatabase(const DBDetails &details)
                                   details.password(), details.port());
     if (m_collection) {
         m_collection->setParent(this);
+        m_collection->setPrompts(m_prompts);
         connectCollection();
         connect(m_collection, &Collection::loadingProgress, &progress, &OpeningProgress::setPercent);
         opened = CollectionOpener(this).open(*m_collection);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/messages/boxprompts.h"
 #include "app/settings/dbdetails.h"
 #include "fileops/worker/presentableduplicates.h"
 
@@ -137,6 +138,7 @@ private:
     MetaInfoDock *m_metadataDock = nullptr;
     BrowsingTreeViewDock *m_browsingDock = nullptr;
     ExternalFilesDock *m_externalFilesDock = nullptr;
+    BoxPrompts m_prompts;
     QHash<int, QAction *> m_actions;
     QList<DBDetails> m_runConnections; // to servers, with passwords, for this run only; newest last
     Collection *m_collection = nullptr;

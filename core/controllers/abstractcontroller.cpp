@@ -1,7 +1,7 @@
 #include "core/controllers/abstractcontroller.h"
 
-#include "app/messages/messages.h"
 #include "core/controllers/collection.h"
+#include "core/prompts/userprompts.h"
 #include "db/manager/databasemanger.h"
 
 #include <algorithm>
@@ -15,6 +15,11 @@ AbstractController::AbstractController(DatabaseManger *manager, const AbstractQu
 
 AbstractController::~AbstractController() = default;
 
+UserPrompts &AbstractController::prompts() const
+{
+    return m_collection ? m_collection->prompts() : UserPrompts::nobody();
+}
+
 bool AbstractController::isReadOnly() const
 {
     return m_manager && m_manager->isReadOnly();
@@ -22,7 +27,7 @@ bool AbstractController::isReadOnly() const
 
 void AbstractController::showReadOnlyMessage()
 {
-    Messages::information(nullptr, tr("Read-only Database"), tr("This database is read-only."));
+    prompts().tell(UserPrompts::Information, tr("Read-only Database"), tr("This database is read-only."));
 }
 
 bool AbstractController::mayEdit()

@@ -8,6 +8,7 @@
 class AbstractQueryConstructor;
 class Collection;
 class DatabaseManger;
+class UserPrompts;
 
 /**
  * What the views and models of one domain talk to. A controller belongs to its collection and borrows the
@@ -37,6 +38,7 @@ public:
 protected:
     DatabaseManger *manager() const { return m_manager; }
     const AbstractQueryConstructor *queryConstructor() const { return m_queryConstructor; }
+    UserPrompts &prompts() const;
 
 private:
     DatabaseManger *m_manager;

@@ -9,6 +9,7 @@
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/sqlitecollection.h"
 #include "core/controllers/tagscontroller.h"
+#include "core/prompts/userprompts.h"
 #include "db/manager/databasemanger.h"
 #include "db/sql/connections.h"
 #include "db/sql/postgresqueryconstructor.h"
@@ -24,7 +25,8 @@ Collection::Collection(const QString &driver, const QString &host, const QString
       m_hostName(host),
       m_userName(user),
       m_password(password),
-      m_settings(new CollectionSettings(this))
+      m_settings(new CollectionSettings(this)),
+      m_prompts(&UserPrompts::nobody())
 {
 }
 
@@ -88,6 +90,13 @@ void Collection::introducePeers()
     m_mainViewController->setPeers(m_tagsController, m_browsTreeController, m_relationsController);
 }
 
+void Collection::setPrompts(UserPrompts &prompts)
+{
+    m_prompts = &prompts;
+    if (m_manager)
+        m_manager->setPrompts(prompts);
+}
+
 QSqlError Collection::open()
 {
     if (!m_manager)
@@ -148,12 +157,12 @@ void Collection::readThumbnailSettings()
         m_manager->thumbnailCache()->readSettings();
 }
 
-bool Collection::canOpen(const DBDetails &details)
+bool Collection::canOpen(const DBDetails &details, UserPrompts &prompts)
 {
     const QString driver = Connections::driverOf(details.type());
     return !driver.isEmpty() &&
            DatabaseManger::checkDatabaseVersion(driver, details.databaseName(), details.host(),
-                                                details.user(), details.password(), details.port());
+                                                details.user(), details.password(), details.port(), prompts);
 }
 
 QStringList Collection::tagNames(const DBDetails &details)

@@ -17,6 +17,7 @@ class GroupsController;
 class MainViewController;
 class RelationsController;
 class TagsController;
+class UserPrompts;
 
 /**
  * One open database seen as a whole: what the window holds. It owns the manager and the controllers, hands
@@ -29,6 +30,10 @@ class Collection : public QObject
 
 public:
     ~Collection() override;
+
+    /** Borrowed, for all that the collection and its controllers tell and ask; before open(). */
+    void setPrompts(UserPrompts &prompts);
+    UserPrompts &prompts() const { return *m_prompts; }
 
     /** An invalid error, or one of the type NoError, is success. */
     virtual QSqlError open();
@@ -65,8 +70,8 @@ public:
     /** Drops the thumbnails that a smaller setting has no room for. */
     void readThumbnailSettings();
 
-    /** Whether a database can be opened; shows the boxes that say why not, and offers upgrades. */
-    static bool canOpen(const DBDetails &details);
+    /** Whether a database can be opened; tells the user why not, and offers upgrades. */
+    static bool canOpen(const DBDetails &details, UserPrompts &prompts);
     /** The names of all tags of a database that is not open. */
     static QStringList tagNames(const DBDetails &details);
 
@@ -117,6 +122,7 @@ private:
     MainViewController *m_mainViewController = nullptr;
     RelationsController *m_relationsController = nullptr;
     CollectionSettings *m_settings;
+    UserPrompts *m_prompts;
 };
 
 /** A collection of the kind, without a parent and not open yet; null for an unknown kind. */

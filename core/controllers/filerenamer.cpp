@@ -1,8 +1,8 @@
 #include "core/controllers/filerenamer.h"
 
-#include "app/messages/messages.h"
 #include "core/controllers/filerenaming.h"
 #include "core/controllers/miscoperationthread.h"
+#include "core/prompts/userprompts.h"
 #include "core/records/file.h"
 #include "core/records/filekind.h"
 #include "db/manager/databasemanger.h"
@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -19,12 +20,6 @@ namespace {
 QString tr(const char *text)
 {
     return QCoreApplication::translate("FileRenamer", text);
-}
-
-bool refuse(const QString &reason)
-{
-    Messages::warning(nullptr, tr("Rename File"), reason);
-    return false;
 }
 
 bool isNameOfFile(const QString &name)
@@ -86,6 +81,12 @@ bool FileRenamer::settle(Outcome outcome, qint64 fileId, const QString &name) co
     }
 }
 
+bool FileRenamer::refuse(const QString &reason) const
+{
+    m_prompts.tell(UserPrompts::Warning, tr("Rename File"), reason);
+    return false;
+}
+
 bool FileRenamer::isRecorded(const QString &path) const
 {
     const Map<qint64, File *> &files = m_manager->files();
@@ -106,8 +107,13 @@ bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
     const QString path = file->path();
     const QDir folder = QFileInfo(renaming.newPath()).dir();
     const QString newName = Database::uniqueFileName(name, folder);
-    switch (MiscOperationThread::askUserIfUserNewName(folder.path(), name, newName,
-                                                      MiscOperationThread::RenameQuestion)) {
+    const QPointer<DatabaseManger> manager(m_manager);
+    const int choice = MiscOperationThread::askUserIfUserNewName(
+        folder.path(), name, newName, MiscOperationThread::RenameQuestion, m_prompts);
+    // The database may have been closed under the question.
+    if (!manager)
+        return false;
+    switch (choice) {
     case MiscOperationThread::UseNewNameChoice: {
         const Outcome outcome = tryRename(fileId, newName);
         return outcome == NameTaken ? refuse(tr("There is already a file with this name."))

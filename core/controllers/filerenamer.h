@@ -5,6 +5,7 @@
 class DatabaseManger;
 class FileRenaming;
 class QString;
+class UserPrompts;
 
 /**
  * Gives files other names in the database, external ones on the disk first. A try shows no box, so that it
@@ -16,8 +17,8 @@ class FileRenamer
 public:
     enum Outcome { Unchanged, Renamed, NameForbidden, AddressForbidden, NameTaken, DiskRefused };
 
-    /** Borrowed; without one nothing is renamed. */
-    explicit FileRenamer(DatabaseManger *manager) : m_manager(manager) {}
+    /** Borrowed; without a manager nothing is renamed. */
+    FileRenamer(DatabaseManger *manager, UserPrompts &prompts) : m_manager(manager), m_prompts(prompts) {}
 
     /** The name is trimmed. */
     Outcome tryRename(qint64 fileId, const QString &name) const;
@@ -31,5 +32,9 @@ private:
     bool askAndRename(qint64 fileId, const QString &name) const;
     Outcome store(FileRenaming &renaming, qint64 fileId, const QString &name) const;
 
+    /** Tells why there is no new name. Always false. */
+    bool refuse(const QString &reason) const;
+
     DatabaseManger *m_manager;
+    UserPrompts &m_prompts;
 };

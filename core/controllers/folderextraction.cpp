@@ -30,7 +30,8 @@ QVector<ExtractionPlan::Source> sourcesOf(const DatabaseManger &manager, const Q
 }
 } // namespace
 
-void FolderExtraction::run(DatabaseManger *manager, const QString &folder, const QVector<qint64> &fileIds)
+void FolderExtraction::run(DatabaseManger *manager, const QString &folder, const QVector<qint64> &fileIds,
+                           UserPrompts &prompts)
 {
     if (m_isRunning)
         return;
@@ -39,7 +40,7 @@ void FolderExtraction::run(DatabaseManger *manager, const QString &folder, const
     ExtractionPlan plan(folder, sourcesOf(*manager, fileIds));
     m_isRunning = true;
     m_isCanceled = false;
-    const bool isSettled = compare(plan) && self && ask(folder, plan);
+    const bool isSettled = compare(plan) && self && ask(folder, plan, prompts);
     if (!self)
         return;
     m_isRunning = false;
@@ -75,14 +76,14 @@ bool FolderExtraction::compare(ExtractionPlan &plan)
     return isCompared;
 }
 
-bool FolderExtraction::ask(const QString &folder, ExtractionPlan &plan) const
+bool FolderExtraction::ask(const QString &folder, ExtractionPlan &plan, UserPrompts &prompts) const
 {
     const QVector<FileConflict> conflicts = plan.conflicts();
     if (conflicts.size() == 1) {
         const FileConflict &conflict = conflicts.first();
-        plan.settle(conflict.fileId,
-                    MiscOperationThread::askUserIfUserNewName(folder, conflict.name, conflict.newName,
-                                                              MiscOperationThread::ExtractionQuestion));
+        plan.settle(conflict.fileId, MiscOperationThread::askUserIfUserNewName(
+                                         folder, conflict.name, conflict.newName,
+                                         MiscOperationThread::ExtractionQuestion, prompts));
         return true;
     }
     if (conflicts.isEmpty())

@@ -5,6 +5,7 @@
 #include <QObject>
 
 class DatabaseManger;
+class UserPrompts;
 
 /**
  * The main thread's half of an extraction into a folder: it looks at what stands there, asks about what is in
@@ -20,7 +21,8 @@ public:
 
     void setConflictAsker(const FileConflictAsker &asker) { m_asker = asker; }
     /** Nothing while another one is being settled. */
-    void run(DatabaseManger *manager, const QString &folder, const QVector<qint64> &fileIds);
+    void run(DatabaseManger *manager, const QString &folder, const QVector<qint64> &fileIds,
+             UserPrompts &prompts);
     /** Ends the look, and with it the extraction. */
     void cancel() { m_isCanceled = true; }
 
@@ -31,7 +33,7 @@ signals:
 
 private:
     bool compare(ExtractionPlan &plan);
-    bool ask(const QString &folder, ExtractionPlan &plan) const;
+    bool ask(const QString &folder, ExtractionPlan &plan, UserPrompts &prompts) const;
 
     FileConflictAsker m_asker;
     bool m_isRunning = false;

@@ -1,6 +1,5 @@
 #include "core/controllers/mainviewcontroller.h"
 
-#include "app/messages/messages.h"
 #include "app/settings/constants.h"
 #include "app/settings/showntext.h"
 #include "app/settings/windowsettings.h"
@@ -10,6 +9,7 @@
 #include "core/controllers/folderextraction.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
+#include "core/prompts/userprompts.h"
 #include "core/records/file.h"
 #include "core/records/filekind.h"
 #include "db/manager/databasemanger.h"
@@ -249,7 +249,7 @@ void MainViewController::extractFiles(const QString &folder, const QVector<qint6
         return;
     const QString target = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
     WindowSettings::setLastExtractDir(target);
-    m_extraction->run(manager(), target, fileIds);
+    m_extraction->run(manager(), target, fileIds, prompts());
 }
 
 void MainViewController::setFileConflictAsker(const FileConflictAsker &asker)
@@ -308,7 +308,7 @@ bool MainViewController::updateFileName(qint64 fileId, const QString &text)
     const File *file = manager() ? manager()->file(fileId) : nullptr;
     if (!file || text.trimmed() == file->name() || !mayEdit() || !manager()->isNameGiven(text))
         return false;
-    const FileRenamer renamer(manager());
+    const FileRenamer renamer(manager(), prompts());
     return renamer.settle(renamer.tryRename(fileId, text), fileId, text);
 }
 
@@ -398,26 +398,27 @@ void MainViewController::gotExtractedTempFiles(const QVector<QPair<qint64, QStri
     // Of a copy that failed there is no other news, and of one that was cancelled nobody wants any.
     const bool isAwaited = m_awaitedCopies > 0;
     m_awaitedCopies -= isAwaited ? 1 : 0;
+    // This object may be gone by the end of a box.
+    UserPrompts &shown = prompts();
+    const auto warn = [&shown](const QString &text) {
+        shown.tell(UserPrompts::Warning, tr("Error opening file"), text);
+    };
     if (files.isEmpty() && isAwaited)
-        Messages::warning(nullptr, tr("Error opening file"),
-                          tr("The file could not be copied out of the database into the folder for temporary "
-                             "files, %1. It may be full or write-protected.")
-                              .arg(QDir::toNativeSeparators(QDir::tempPath())));
+        warn(tr("The file could not be copied out of the database into the folder for temporary "
+                "files, %1. It may be full or write-protected.")
+                 .arg(QDir::toNativeSeparators(QDir::tempPath())));
     bool isOpened = true;
     for (const auto &file : files) {
         // Its name was looked at before; what it holds is to be seen only now.
         if (Startable::verdictOn(file.second) == Startable::Harmless)
             isOpened = QDesktopServices::openUrl(QUrl::fromLocalFile(file.second)) && isOpened;
         else
-            Messages::warning(
-                nullptr, tr("Error opening file"),
-                tr("This file would start a program, which Vorna does not do out of a database. "
-                   "Extract it if you trust it, and start it from there."));
+            warn(tr("This file would start a program, which Vorna does not do out of a database. Extract it "
+                    "if you trust it, and start it from there."));
     }
     if (!isOpened)
-        Messages::warning(nullptr, tr("Error opening file"),
-                          tr("Vorna is unable to open this file. There may not be any application "
-                             "associated with the file type."));
+        warn(tr("Vorna is unable to open this file. There may not be any application associated with the "
+                "file type."));
 }
 
 QString MainViewController::joinedTagNames(const QVector<qint64> &tagIds) const
@@ -451,11 +452,12 @@ QMimeData *MainViewController::dragData(const QVector<const File *> &files) cons
 
 bool MainViewController::renameFile(qint64 fileId, const QString &name)
 {
-    const FileRenamer::Outcome outcome = FileRenamer(manager()).tryRename(fileId, name);
+    const FileRenamer renamer(manager(), prompts());
+    const FileRenamer::Outcome outcome = renamer.tryRename(fileId, name);
     if (outcome != FileRenamer::Renamed && outcome != FileRenamer::Unchanged) {
         // The editor that the name was typed in must be gone before a box comes up.
-        QTimer::singleShot(
-            0, this, [this, outcome, fileId, name] { FileRenamer(manager()).settle(outcome, fileId, name); });
+        QTimer::singleShot(0, this,
+                           [renamer, outcome, fileId, name] { renamer.settle(outcome, fileId, name); });
     }
     return outcome == FileRenamer::Renamed;
 }

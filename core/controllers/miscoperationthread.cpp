@@ -1,6 +1,6 @@
 #include "core/controllers/miscoperationthread.h"
 
-#include "app/messages/messages.h"
+#include "core/prompts/userprompts.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -26,20 +26,15 @@ QString question(const QString &folder, const QString &name, const QString &newN
 } // namespace
 
 int MiscOperationThread::askUserIfUserNewName(const QString &folder, const QString &name,
-                                              const QString &newName, int kind)
+                                              const QString &newName, int kind, UserPrompts &prompts)
 {
     if (kind < 0) {
         qDebug("MiscOperationThread::askUserIfUserNewName() - invalid operation type");
         return CancelChoice;
     }
-    Messages::Box box;
-    box.icon = QMessageBox::Question;
-    box.title = tr("File Extraction");
-    box.text = question(folder, name, newName, kind);
-    box.actions = QStringList{tr("Use New Name"), tr("Replace")};
-    box.buttons = QMessageBox::Cancel;
-    box.defaultButton = QMessageBox::Cancel;
-    switch (Messages::run(nullptr, box).action) {
+    const UserPrompts::Inquiry inquiry{UserPrompts::Question, tr("File Extraction"),
+                                       question(folder, name, newName, kind), QString()};
+    switch (prompts.choose(inquiry, {tr("Use New Name"), tr("Replace")})) {
     case 0:
         return UseNewNameChoice;
     case 1:

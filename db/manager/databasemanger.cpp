@@ -1,6 +1,7 @@
 #include "db/manager/databasemanger.h"
 
 #include "app/settings/constants.h"
+#include "core/prompts/userprompts.h"
 #include "core/providers/browstreeprovider.h"
 #include "core/providers/generalprovider.h"
 #include "core/providers/groupsprovider.h"
@@ -56,7 +57,8 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_password(password),
       m_fileEdits(*this),
       m_thumbnailCache(new ThumbnailCache(this)),
-      m_pendingReloads(new PendingReloads(this))
+      m_pendingReloads(new PendingReloads(this)),
+      m_prompts(&UserPrompts::nobody())
 {
     connect(m_thumbnailCache, &ThumbnailCache::imageLoaded, this, &DatabaseManger::thumbnailUpdated);
     connect(m_pendingReloads, &PendingReloads::due, this, &DatabaseManger::retryReload);
@@ -79,9 +81,11 @@ DatabaseManger::~DatabaseManger()
 }
 
 bool DatabaseManger::checkDatabaseVersion(const QString &driver, const QString &database, const QString &host,
-                                          const QString &user, const QString &password, int port)
+                                          const QString &user, const QString &password, int port,
+                                          UserPrompts &prompts)
 {
-    return DatabaseVersionCheck({Connections::typeOf(driver), host, port, database, user, password}).run();
+    return DatabaseVersionCheck({Connections::typeOf(driver), host, port, database, user, password}, prompts)
+        .run();
 }
 
 QStringList DatabaseManger::tagNames(const DBDetails &details)

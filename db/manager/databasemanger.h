@@ -38,6 +38,7 @@ class PendingReloads;
 class RelationTreeProvider;
 class TagsProvider;
 class ThumbnailCache;
+class UserPrompts;
 class WriteGuard;
 struct NodeRemovalPlan;
 struct OperationShortfall;
@@ -61,14 +62,17 @@ public:
     ~DatabaseManger() override;
 
     /**
-     * Whether a database can be opened, asked on a connection of its own before any manager exists. Shows the
-     * boxes that belong to the answer, and upgrades an older schema when the user agrees. Never makes a file.
+     * Whether a database can be opened, asked on a connection of its own before any manager exists. Tells the
+     * user why not, and upgrades an older schema when the user agrees. Never makes a file.
      */
     static bool checkDatabaseVersion(const QString &driver, const QString &database, const QString &host,
-                                     const QString &user, const QString &password, int port);
+                                     const QString &user, const QString &password, int port,
+                                     UserPrompts &prompts);
     /** The names of all tags of a database that is not open; empty when it cannot be read. */
     static QStringList tagNames(const DBDetails &details);
 
+    /** Borrowed; before openDB(), which may have something to tell. */
+    void setPrompts(UserPrompts &prompts) { m_prompts = &prompts; }
     /** An invalid error, or one of the type NoError, is success. */
     virtual QSqlError openDB();
     /** Ends file operations and waits for them, then closes the connections. Nothing can be asked after it.
@@ -367,6 +371,7 @@ protected:
     void setReadOnly(bool readOnly) { m_readOnly = readOnly; }
     void loadDBVersion();
     QString driverName() const { return m_driverName; }
+    UserPrompts &prompts() const { return *m_prompts; }
 
 private:
     void connectTags();
@@ -427,4 +432,5 @@ private:
     bool m_isReloadDue = false;
     LoadState m_loadState;
     WriteGuard *m_writeGuard = nullptr;
+    UserPrompts *m_prompts;
 };

@@ -1,7 +1,7 @@
 #include "db/manager/databaseversioncheck.h"
 
-#include "app/messages/messages.h"
 #include "app/settings/constants.h"
+#include "core/prompts/userprompts.h"
 #include "db/migrations/databaseupdater.h"
 #include "db/sql/connections.h"
 #include "db/sql/databaselock.h"
@@ -52,7 +52,10 @@ QSqlError tryToWrite(const QSqlDatabase &database)
 }
 } // namespace
 
-DatabaseVersionCheck::DatabaseVersionCheck(const DBDetails &details) : m_details(details) {}
+DatabaseVersionCheck::DatabaseVersionCheck(const DBDetails &details, UserPrompts &prompts)
+    : m_details(details), m_prompts(prompts)
+{
+}
 
 bool DatabaseVersionCheck::run() const
 {
@@ -129,14 +132,10 @@ bool DatabaseVersionCheck::isLock(const QSqlError &error) const
 
 bool DatabaseVersionCheck::upgrade(QSqlDatabase &database) const
 {
-    Messages::Box question;
-    question.icon = QMessageBox::Warning;
-    question.text = tr("The database was created with an earlier version of Vorna.");
-    question.informativeText =
-        tr("The file will be upgraded to the current version but will not be backward compatible.");
-    question.buttons = QMessageBox::Ok | QMessageBox::Cancel;
-    question.defaultButton = QMessageBox::Cancel;
-    if (Messages::run(nullptr, question).button != QMessageBox::Ok)
+    if (!m_prompts.confirm(
+            {UserPrompts::Warning, QString(),
+             tr("The database was created with an earlier version of Vorna."),
+             tr("The file will be upgraded to the current version but will not be backward compatible.")}))
         return false;
 
     const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
@@ -149,11 +148,10 @@ bool DatabaseVersionCheck::upgrade(QSqlDatabase &database) const
             return false;
         }
     }
-    Messages::Box answer;
-    answer.text = upgraded ? tr("Database upgraded successfully.")
-                           : tr("Problem occurred while upgrading database. Probably you have no permission "
-                                "to perform this operation.");
-    Messages::run(nullptr, answer);
+    m_prompts.tell(UserPrompts::Plain, QString(),
+                   upgraded ? tr("Database upgraded successfully.")
+                            : tr("Problem occurred while upgrading database. Probably you have no permission "
+                                 "to perform this operation."));
     return upgraded;
 }
 
@@ -166,11 +164,7 @@ void DatabaseVersionCheck::explainUnknown(const QSqlDatabase &database) const
                   : tr("The database could be corrupted please check it."));
 }
 
-void DatabaseVersionCheck::refuse(const QString &reason)
+void DatabaseVersionCheck::refuse(const QString &reason) const
 {
-    Messages::Box box;
-    box.icon = QMessageBox::Warning;
-    box.title = tr("Error opening database");
-    box.text = reason;
-    Messages::run(nullptr, box);
+    m_prompts.tell(UserPrompts::Warning, tr("Error opening database"), reason);
 }

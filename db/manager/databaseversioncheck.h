@@ -6,17 +6,20 @@
 
 class QSqlDatabase;
 class QSqlError;
+class UserPrompts;
 
 /**
  * The questions before a database is opened: can it be read, is it one of ours, and may it be upgraded when
- * it is an old one. Works on "tempConnection", shows the boxes, and leaves no connection behind. Main thread.
+ * it is an old one. Works on "tempConnection", tells the user why not, and leaves no connection behind. Main
+ * thread.
  */
 class DatabaseVersionCheck
 {
     Q_DECLARE_TR_FUNCTIONS(DatabaseVersionCheck)
 
 public:
-    explicit DatabaseVersionCheck(const DBDetails &details);
+    /** The prompts are borrowed. */
+    DatabaseVersionCheck(const DBDetails &details, UserPrompts &prompts);
 
     /** True when the database can be opened as it is now. A missing file gives false and is not made. */
     bool run() const;
@@ -29,7 +32,8 @@ private:
     bool isLock(const QSqlError &error) const;
     bool upgrade(QSqlDatabase &database) const;
     void explainUnknown(const QSqlDatabase &database) const;
-    static void refuse(const QString &reason);
+    void refuse(const QString &reason) const;
 
     DBDetails m_details;
+    UserPrompts &m_prompts;
 };

@@ -1,7 +1,7 @@
 #include "db/manager/sqlitedbmanager.h"
 
-#include "app/messages/messages.h"
 #include "app/settings/constants.h"
+#include "core/prompts/userprompts.h"
 #include "core/providers/groupsprovider.h"
 #include "core/providers/mainviewprovider.h"
 #include "core/providers/relationtreeprovider.h"
@@ -127,8 +127,8 @@ void SQLiteDBManager::readReadOnlyState()
         return;
     const QFileInfo file(databaseName());
     if (!file.isReadable())
-        Messages::critical(nullptr, tr("Database Permissions"),
-                           tr("This database is not readable by this user."));
+        prompts().tell(UserPrompts::Critical, tr("Database Permissions"),
+                       tr("This database is not readable by this user."));
     setReadOnly(!file.isWritable());
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/messages/boxprompts.h"
 #include "app/messages/messages.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
@@ -66,6 +67,7 @@ public:
         reopen();
     }
 
+    BoxPrompts &prompts() { return m_prompts; }
     Collection *operator->() { return m_collection.get(); }
     Collection *get() { return m_collection.get(); }
     /** The database that was given. */
@@ -159,11 +161,14 @@ private:
     std::unique_ptr<Collection> make()
     {
         const DBDetails of = m_database ? m_database->details() : DBDetails::local(path());
-        return std::unique_ptr<Collection>(
+        std::unique_ptr<Collection> made(
             makeCollection(of.type(), of.host(), of.databaseName(), of.user(), of.password(), of.port()));
+        made->setPrompts(m_prompts);
+        return made;
     }
 
     std::unique_ptr<TestDatabase> m_database;
+    BoxPrompts m_prompts;
     std::unique_ptr<Collection> m_collection;
     QMessageBox::StandardButton m_button = QMessageBox::Ok;
     QStringList m_boxes;

@@ -1,0 +1,28 @@
+#include "core/prompts/userprompts.h"
+
+#include <QDebug>
+
+UserPrompts &UserPrompts::nobody()
+{
+    static UserPrompts prompts;
+    return prompts;
+}
+
+void UserPrompts::tell(Kind kind, const QString &title, const QString &text)
+{
+    Q_UNUSED(kind)
+    qDebug() << "Nobody was told:" << title << text;
+}
+
+bool UserPrompts::confirm(const Inquiry &inquiry)
+{
+    qDebug() << "Nobody was asked:" << inquiry.title << inquiry.text;
+    return false;
+}
+
+int UserPrompts::choose(const Inquiry &inquiry, const QStringList &choices)
+{
+    Q_UNUSED(choices)
+    qDebug() << "Nobody was asked:" << inquiry.title << inquiry.text;
+    return -1;
+}
