@@ -1,10 +1,12 @@
 #include "ui/views/mainfilesview.h"
 
+#include "app/settings/constants.h"
 #include "app/settings/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/records/file.h"
+#include "models/base/droppedurls.h"
 #include "models/base/modelroles.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
@@ -12,6 +14,9 @@
 #include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/preview/previews.h"
 #include "ui/views/fileactions.h"
+#include "ui/views/filecolumns.h"
+#include "ui/views/filesearch.h"
+#include "ui/views/keptselection.h"
 #include "ui/views/listview.h"
 #include "ui/views/selectedfiles.h"
 #include "ui/views/titlewidget.h"
@@ -20,22 +25,19 @@
 #include "ui/widgets/tableview.h"
 
 #include <QAction>
-#include <QDateTime>
+#include <QDropEvent>
 #include <QHeaderView>
-#include <QLineEdit>
-#include <QLocale>
+#include <QKeyEvent>
 #include <QMenu>
-#include <QSet>
+#include <QMimeData>
 #include <QStackedWidget>
-#include <QToolBar>
+#include <QUrl>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int tablePictureSide = 40;
 constexpr int tableRowHeight = 48;
-constexpr int nameColumnWidth = 250;
-constexpr int columnMargin = 24;
 
 // A view makes a selection model with each model and leaves the one before to us.
 void giveModel(QAbstractItemView *view, QAbstractItemModel *model)
@@ -54,7 +56,11 @@ MainFilesView::MainFilesView(QWidget *parent)
       m_listView(new ListView(m_stack)),
       m_tableView(new TableView(m_stack)),
       m_actions(new FileActions(this)),
-      m_previews(new Previews(this))
+      m_previews(new Previews(this)),
+      m_commands(new FileCommands([this] { return selectedFiles(); }, m_previews, this)),
+      m_search(new FileSearch(this)),
+      m_columns(std::make_unique<FileColumns>(m_tableView)),
+      m_kept(std::make_unique<KeptSelection>())
 {
     setObjectName(QStringLiteral("MainFilesView"));
     makeViews();
@@ -64,6 +70,8 @@ MainFilesView::MainFilesView(QWidget *parent)
     layout->addWidget(m_title);
     layout->addWidget(m_stack, 1);
     connectActions();
+    connect(m_commands, &FileCommands::statusTextChanged, this, &MainFilesView::statusTextChanged);
+    connect(m_search, &FileSearch::searched, this, &MainFilesView::followSearch);
     connect(m_previews, &Previews::showingFile, this, &MainFilesView::moveToFile);
     setController(nullptr);
 }
@@ -142,17 +150,9 @@ void MainFilesView::connectActions()
 void MainFilesView::takePlaces(MainUi &ui)
 {
     m_actions->takePlaces(ui);
-    m_searchEdit = ui.searchEdit;
-    connect(ui.searchEdit, &QLineEdit::returnPressed, this, &MainFilesView::searchFile);
-    ui.searchEdit->installEventFilter(this);
-    // Else the last search would go on where nobody sees it.
-    connect(ui.searchEdit, &QLineEdit::textChanged, this, [this](const QString &text) {
-        if (text.isEmpty() && isSearched())
-            searchFile();
-    });
-    for (const QAction *shown :
-         {m_actions->action(FileActions::FileSearch), ui.searchFilesBar->toggleViewAction()})
-        connect(shown, &QAction::toggled, this, &MainFilesView::endHiddenSearch);
+    m_search->takeField(ui);
+    connect(m_actions->action(FileActions::FileSearch), &QAction::toggled, m_search,
+            &FileSearch::setFieldShown);
     connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
     connect(ui.fileMenu, &QMenu::aboutToShow, this, &MainFilesView::updateActionsAvailability);
     connect(ui.editMode, &QAction::toggled, this, &MainFilesView::changeEditMode);
@@ -182,11 +182,11 @@ void MainFilesView::setController(MainViewController *controller)
         m_controller->collection()->disconnect(this);
     }
     m_controller = controller;
+    m_commands->setController(controller);
     m_title->setController(controller);
     m_title->setEnabled(controller);
     m_stack->setEnabled(controller);
-    if (m_searchEdit)
-        m_searchEdit->clear();
+    m_search->setController(controller);
     if (controller) {
         connect(controller, &MainViewController::tagRequirementsChanged, this,
                 &MainFilesView::followRequirements);
@@ -217,7 +217,7 @@ void MainFilesView::attachModel()
     m_tableView->setSelectionModel(m_listView->selectionModel());
     delete ofTable;
     // Sorts by what the header brings back, which is cheap: no file is shown yet.
-    restoreHeader();
+    m_columns->restore();
     m_tableView->setSortingEnabled(true);
     connectModel();
 }
@@ -246,7 +246,7 @@ void MainFilesView::detachModel()
 {
     if (!m_controller || !m_listView->model())
         return;
-    saveHeader();
+    m_columns->save();
     m_controller->sorter()->disconnect(this);
     QItemSelectionModel *shared = selection();
     shared->disconnect(this);
@@ -255,27 +255,6 @@ void MainFilesView::detachModel()
     m_listView->setModel(nullptr);
     delete shared;
     emit fileSelected(0);
-}
-
-void MainFilesView::restoreHeader()
-{
-    QHeaderView *header = m_tableView->horizontalHeader();
-    const QByteArray state = WindowSettings::layout(WindowSettings::fileTableHeader);
-    if (state.isEmpty() || !header->restoreState(state)) {
-        header->setSortIndicator(-1, Qt::AscendingOrder);
-        header->resizeSection(ContentsModel::NameColumn, nameColumnWidth);
-        const QDateTime longDate({2000, 12, 28}, {22, 58, 58});
-        const QString text = QLocale().toString(longDate, QLocale::ShortFormat);
-        const int width = m_tableView->fontMetrics().horizontalAdvance(text) + columnMargin;
-        header->resizeSection(ContentsModel::ModificationDateColumn, width);
-        header->resizeSection(ContentsModel::AdditionDateColumn, width);
-    }
-    header->setSectionsMovable(true);
-}
-
-void MainFilesView::saveHeader()
-{
-    WindowSettings::setLayout(WindowSettings::fileTableHeader, m_tableView->horizontalHeader()->saveState());
 }
 
 void MainFilesView::iconViewSelected(bool on)
@@ -347,22 +326,11 @@ SelectedFiles MainFilesView::selectedFiles() const
                         : SelectedFiles(nullptr, nullptr);
 }
 
-qint64 MainFilesView::nodeToRemoveFrom() const
-{
-    if (!m_controller)
-        return 0;
-    const BrowsTreeController *tree = m_controller->collection()->browsTreeController();
-    const qint64 nodeId = tree->currentTagNodeId();
-    const TBnode *node = nodeId > 0 ? tree->nodeById(nodeId) : nullptr;
-    // The files of an inverted node do not have its tag.
-    return node && !node->isInverted() ? nodeId : 0;
-}
-
 void MainFilesView::updateActionsAvailability()
 {
     const SelectedFiles files = selectedFiles();
-    m_actions->updateAvailability(
-        {isWritable(), !files.isEmpty(), files.areAllInternal(), files.hasHyperlink(), nodeToRemoveFrom()});
+    m_actions->updateAvailability({isWritable(), !files.isEmpty(), files.areAllInternal(),
+                                   files.hasHyperlink(), m_commands->nodeToRemoveFrom()});
 }
 
 void MainFilesView::updateStatusText()
@@ -391,7 +359,7 @@ void MainFilesView::updateEmptyText()
                                                "Nothing can be changed: this database is read-only.")
                                           : tr("Choose a browsing node or tags to see their files.\n"
                                                "Drop files or folders here to add them.");
-    else if (isSearched())
+    else if (m_search->isSearched())
         text = tr("No file matches the search.");
     else
         text = tr("No files here.");
@@ -401,9 +369,7 @@ void MainFilesView::updateEmptyText()
 
 void MainFilesView::followRequirements()
 {
-    // A search tells of its own new requirement, too; any other ends the search.
-    if (!m_isSearching && m_searchEdit)
-        m_searchEdit->clear();
+    m_search->giveWay();
     m_listView->scrollToTop();
     m_tableView->scrollToTop();
     updateEmptyText();
@@ -421,32 +387,12 @@ void MainFilesView::tellLostSelection()
 void MainFilesView::keepSelection()
 {
     const File *current = fileAt(currentView()->currentIndex());
-    m_keptCurrentId = current ? current->id() : 0;
-    m_keptIds = selectedFiles().ids();
+    m_kept->keep(selectedFiles().ids(), current ? current->id() : 0);
 }
 
 void MainFilesView::restoreSelection()
 {
-    const QSet<qint64> wanted(m_keptIds.begin(), m_keptIds.end());
-    const Sorter *sorter = m_controller->sorter();
-    const int lastColumn = sorter->columnCount() - 1;
-    QItemSelection selected;
-    QModelIndex current;
-    for (int row = 0; row < sorter->rowCount() && !(wanted.isEmpty() && m_keptCurrentId == 0); ++row) {
-        const qint64 fileId = sorter->fileAt(row)->id();
-        if (fileId == m_keptCurrentId)
-            current = sorter->index(row, 0);
-        if (!wanted.contains(fileId))
-            continue;
-        // A range a run of rows: a selection of many single ranges would be slow.
-        if (!selected.isEmpty() && selected.last().bottom() == row - 1)
-            selected.last() = QItemSelectionRange(selected.last().topLeft(), sorter->index(row, lastColumn));
-        else
-            selected.append(QItemSelectionRange(sorter->index(row, 0), sorter->index(row, lastColumn)));
-    }
-    selection()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-    selection()->select(selected, QItemSelectionModel::ClearAndSelect);
-    m_keptIds.clear();
+    m_kept->restore(selection(), *m_controller->sorter());
 }
 
 void MainFilesView::fileSelectionChanged(const QItemSelection &selected)
@@ -466,4 +412,105 @@ void MainFilesView::fileDataChanged(const QModelIndex &topLeft, const QModelInde
 {
     if (selectedFiles().intersectsRows(topLeft.row(), bottomRight.row()))
         updateActionsAvailability();
+}
+
+void MainFilesView::openContextMenu(const QPoint &pos)
+{
+    if (!m_controller)
+        return;
+    QMenu menu(this);
+    m_actions->fillContextMenu(menu, selectedFiles().facts(m_controller->missingFileIds()), isWritable());
+    if (!menu.isEmpty())
+        menu.exec(currentView()->viewport()->mapToGlobal(pos));
+    // What the menu enabled by its own rule goes back to that of the bars.
+    updateActionsAvailability();
+}
+
+void MainFilesView::openFileExternally()
+{
+    openFile(currentView()->currentIndex(), true);
+}
+
+void MainFilesView::openFile(const QModelIndex &index)
+{
+    openFile(index, false);
+}
+
+void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)
+{
+    m_commands->open(fileAt(index), forceExternal);
+}
+
+void MainFilesView::linkTagsToFiles()
+{
+    if (const QAction *action = m_actions->action(FileActions::LinkTags))
+        m_commands->linkTags(action->data().value<QVector<qint64>>());
+}
+
+void MainFilesView::followSearch()
+{
+    updateEmptyText();
+    // What was selected in the search is looked for among all files again.
+    if (!m_search->isSearched())
+        currentView()->scrollTo(currentView()->currentIndex());
+}
+
+bool MainFilesView::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return watched == currentView() && handleKey(static_cast<QKeyEvent *>(event));
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+        return handleDrag(static_cast<QDropEvent *>(event));
+    case QEvent::Drop:
+        return handleDrop(static_cast<QDropEvent *>(event));
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+bool MainFilesView::handleKey(QKeyEvent *event)
+{
+    // Keys that an editor in the view has no use for come on to the view.
+    if (m_listView->isEditing() || m_tableView->isEditing())
+        return false;
+    if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::ShiftModifier) {
+        deleteSelectedItems();
+        return true;
+    }
+    if (event->matches(QKeySequence::Delete)) {
+        deleteSelectedItemsFromNode();
+        return true;
+    }
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isReturn && isPlain && !m_isEditMode && currentView()->currentIndex().isValid()) {
+        openFile(currentView()->currentIndex());
+        return true;
+    }
+    return false;
+}
+
+bool MainFilesView::handleDrag(QDropEvent *event)
+{
+    if (!isWritable()) {
+        event->ignore();
+        return true;
+    }
+    // Our own files are in the database already.
+    if (!event->mimeData()->hasUrls() || event->mimeData()->hasFormat(Constants::fileMimeType))
+        return false;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    return true;
+}
+
+bool MainFilesView::handleDrop(QDropEvent *event)
+{
+    if (!handleDrag(event))
+        return false;
+    if (event->isAccepted() && isWritable())
+        m_commands->addUrls(DroppedUrls::of(*event->mimeData()));
+    return true;
 }

@@ -1,13 +1,20 @@
 #pragma once
 
+#include "ui/views/filecommands.h"
+#include "ui/views/filesearch.h"
+
 #include <QModelIndex>
 #include <QPointer>
 #include <QVector>
 #include <QWidget>
 
+#include <memory>
+
 class Delegate;
 class File;
 class FileActions;
+class FileColumns;
+class KeptSelection;
 class ListView;
 class MainUi;
 class MainViewController;
@@ -17,10 +24,7 @@ class QDropEvent;
 class QItemSelection;
 class QItemSelectionModel;
 class QKeyEvent;
-class QLineEdit;
 class QStackedWidget;
-class QUrl;
-class SelectedFiles;
 class TableView;
 class TitleWidget;
 
@@ -62,27 +66,30 @@ public slots:
     /** The flag bypasses the program's own viewer. */
     void openFile(const QModelIndex &index, bool forceExternal);
     void openFile(const QModelIndex &index);
-    void openFileTagsEditor();
-    void openBrowsTagsEditor();
-    void openFileManager();
-    void deleteSelectedItems();
-    void deleteSelectedItemsFromNode();
-    void showFileProperties();
-    void showRelatedFiles();
-    void searchFile();
-    /** The tags stand in the data of the action that was triggered. */
+    void openFileTagsEditor() { m_commands->editTags(); }
+    void openBrowsTagsEditor() { m_commands->editTagsByTree(); }
+    void openFileManager() { m_commands->showInFileManager(); }
+    void deleteSelectedItems() { m_commands->deleteFiles(); }
+    void deleteSelectedItemsFromNode() { m_commands->removeFromNode(); }
+    void showFileProperties() { m_commands->showProperties(); }
+    void showRelatedFiles() { m_commands->showRelated(); }
+    void searchFile() { m_search->search(); }
+    /** The tags stand in the data of the action. */
     void linkTagsToFiles();
     void fileDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight);
     void fileSelectionChanged(const QItemSelection &selected);
-    void addFiles();
-    void addHyperlinks();
+    void addFiles() { m_commands->addFiles(); }
+    void addHyperlinks() { m_commands->addHyperlinks(); }
     /** Asks for a folder and copies the selected files into it. */
-    void extractFiles();
-    void extractFilesInFolder(const QString &folder, const QVector<qint64> &fileIds);
+    void extractFiles() { m_commands->extract(); }
+    void extractFilesInFolder(const QString &folder, const QVector<qint64> &fileIds)
+    {
+        m_commands->extractTo(folder, fileIds);
+    }
     /** Makes the selected external files internal. */
-    void transferToInternal();
+    void transferToInternal() { m_commands->transferToInternal(); }
     /** Makes the thumbnails of all external files anew, whatever is selected. */
-    void remakeThumbnails();
+    void remakeThumbnails() { m_commands->remakeThumbnails(); }
     void changeEditMode(bool on);
 
 protected:
@@ -95,36 +102,27 @@ private:
     void attachModel();
     void detachModel();
     void connectModel();
-    void restoreHeader();
-    void saveHeader();
 
     QAbstractItemView *currentView() const;
     QItemSelectionModel *selection() const;
     bool isWritable() const;
-    /** False, after telling the user so, for a read-only database; silently false without one. */
+    /** Null outside the rows. */
     const File *fileAt(const QModelIndex &index) const;
     SelectedFiles selectedFiles() const;
-    qint64 nodeToRemoveFrom() const;
     void updateStatusText();
     void updateEmptyText();
     void followRequirements();
-    bool isSearched() const;
-    void endHiddenSearch(bool isFieldShown);
+    void followSearch();
     void applyEditTriggers();
     void openOrEdit(const QModelIndex &index);
     void moveToFile(qint64 fileId);
-    void openPreview(const File &file);
     void tellLostSelection();
     void keepSelection();
     void restoreSelection();
 
     bool handleKey(QKeyEvent *event);
-    bool handleSearchKey(const QKeyEvent &event);
     bool handleDrag(QDropEvent *event);
     bool handleDrop(QDropEvent *event);
-    void addUrls(const QList<QUrl> &urls);
-    /** False while the database does not take it. */
-    bool addHyperlink(const QString &text, const QString &description);
 
     TitleWidget *m_title;
     QStackedWidget *m_stack;
@@ -132,11 +130,10 @@ private:
     TableView *m_tableView;
     FileActions *m_actions;
     Previews *m_previews;
+    FileCommands *m_commands;
+    FileSearch *m_search;
+    std::unique_ptr<FileColumns> m_columns;
+    std::unique_ptr<KeptSelection> m_kept;
     QPointer<MainViewController> m_controller;
-    QPointer<QLineEdit> m_searchEdit;
     bool m_isEditMode = false;
-    bool m_isSearching = false;
-    // The selected files and the current one while all data is loaded anew.
-    QVector<qint64> m_keptIds;
-    qint64 m_keptCurrentId = 0;
 };
