@@ -1,4 +1,5 @@
 #include "fileops/contents/blockstorage.h"
+#include "fileops/contents/contentwriter.h"
 #include "fileops/contents/databasefunctions.h"
 #include "fileops/files/idcodegenerator.h"
 #include "tests/support/serverdatabase.h"
@@ -72,6 +73,38 @@ private slots:
         m_database->addFile(1, internal, size, firstId);
         QTEST(readBack(1), "content");
         QCOMPARE(readBack(7), "refused"_s);
+    }
+
+    void endsChainsOfFilesThatShrink_data()
+    {
+        addColumns<qint64>("size");
+        addRow("to what was read", BLOCK_SIZE);
+        addRow("within what follows", BLOCK_SIZE + 1);
+    }
+
+    void endsChainsOfFilesThatShrink()
+    {
+        QFETCH(qint64, size);
+        const QByteArray bytes(int(BLOCK_SIZE) + 9, 'x');
+        QFile source(m_folder.write("shrinking"_s, bytes));
+        qint64 storageId = 0;
+        StoredContents stored;
+        QVERIFY(m_worker->nextStorageId(storageId));
+        QCOMPARE(ContentWriter(*m_worker).store(source.fileName(), storageId, {}, stored,
+                                                [&](qint64) { QVERIFY(source.resize(size)); }),
+                 ContentWriter::Stored);
+        QCOMPARE(stored.size, size);
+        QVERIFY(m_database->addFile(1, 1, size, storageId));
+        QVERIFY(readBack(1).toLatin1() == bytes.left(int(size)));
+    }
+
+    void writesBlocksOneByOne()
+    {
+        QVERIFY(Database::writeBlock("first ", 5, 3, true));
+        QVERIFY(Database::writeBlock("second", 3, 9, false));
+        QVERIFY(!Database::writeBlock("taken", 3, 9, false));
+        m_database->addFile(1, 1, 12, 5);
+        QCOMPARE(readBack(1), "first second"_s);
     }
 
     void endsOnCancel()

@@ -76,7 +76,8 @@ private slots:
     {
         addColumns<QVector<qint64>, QString, QString>("ids", "blocks", "paths");
         addRow("chain with another's block inside", QVector<qint64>{1}, "2 4"_s, "1 4"_s);
-        addRow("chain around another's", QVector<qint64>{2}, "1 3 5"_s, "1 4"_s);
+        addRow("chain around another's, its size written in too few bits", QVector<qint64>{2}, "1 3 5"_s,
+               "1 4"_s);
         addRow("external, its path id a block's id", QVector<qint64>{3}, "1 2 3 4 5"_s, "4"_s);
         addRow("empty, its id a block's id", QVector<qint64>{5}, "1 2 3 4 5"_s, "1 4"_s);
         addRow("hyperlink", QVector<qint64>{6}, "1 2 3 4 5"_s, "1 4"_s);
@@ -90,7 +91,7 @@ private slots:
         for (int id = 1; id <= 5; ++id)
             QVERIFY(m_database->addBlock(id, next[id - 1], "bytes"));
         Sql::run("INSERT INTO file_paths VALUES (1, '/a', 'a'), (4, '/b', 'b')"_s);
-        const int files[][3] = {{1, 15, 1}, {1, 10, 2}, {0, 10, 1}, {0, 10, 4}, {1, 0, 2}, {2, 0, 0}};
+        const int files[][3] = {{1, 15, 1}, {1, -10, 2}, {0, 10, 1}, {0, 10, 4}, {1, 0, 2}, {2, 0, 0}};
         for (int id = 1; id <= 6; ++id) {
             const int *file = files[id - 1];
             m_database->addFile(id, file[0], file[1], file[2], id + 10);

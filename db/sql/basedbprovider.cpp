@@ -101,8 +101,16 @@ bool BaseDBProvider::runAsync(const QString &query)
 bool BaseDBProvider::runAsyncWithBlob(const QString &query, const QByteArray &blob,
                                       const QString &placeholder)
 {
+    return runWithBlob(query, blob, placeholder, Constants::workerConnection);
+}
+
+bool BaseDBProvider::runWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder,
+                                 const QString &connectionName)
+{
+    SyncRunner runner;
+    forwardErrors(runner);
     TableData table;
-    const bool success = runAsyncWithBlob(query, blob, placeholder, table);
+    const bool success = runner.runWithBlob(query, blob, placeholder, table, connectionName);
     freeRows(table);
     return success;
 }
@@ -396,11 +404,6 @@ void BaseDBProvider::tellFailure(const QSqlDatabase &database, const QSqlError &
         tellError(error);
     else
         loseConnection();
-}
-
-void BaseDBProvider::tellFailure(const QSqlError &error)
-{
-    tellFailure(openConnection(QString()), error);
 }
 
 void BaseDBProvider::tellError(const QSqlError &error)

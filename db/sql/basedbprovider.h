@@ -45,6 +45,8 @@ public:
     bool runEdit(const QString &query);
     bool runAsync(const QString &query);
     bool runAsyncWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder);
+    bool runWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder,
+                     const QString &connectionName = QString());
 
     /**
      * Runs a statement with "?" for its values, kept prepared from its first use on. Values need no quoting.
@@ -141,8 +143,6 @@ protected:
     void forgetLostSavepoint() { m_savepointLost = false; }
     /** Passes a runner's two error signals on as the provider's own. */
     void forwardErrors(const QueryRunner &runner);
-    /** Tells of an error, or that the connection is lost, after a failure on the default connection. */
-    void tellFailure(const QSqlError &error);
     /** To be called once a local database is locked for writing: from there on nothing waits until the end.
      */
     static void waitForCommitOnly(const QSqlDatabase &database);

@@ -5,7 +5,6 @@
 
 #include <QDebug>
 #include <QFile>
-#include <QSet>
 #include <QSignalBlocker>
 
 #include <sys/stat.h>
@@ -27,6 +26,11 @@ bool isRemoved(const QFile &file)
 }
 } // namespace
 
+BlockStorage::BlockStorage(FileOperationWorker &worker)
+    : m_worker(worker), m_chain(ProviderConnection(worker, worker.connectionName()))
+{
+}
+
 BlockStorage::Result BlockStorage::readInto(qint64 fileId, QFile &target, const AtBlock &atBlock)
 {
     int internal = 0;
@@ -39,8 +43,7 @@ BlockStorage::Result BlockStorage::readInto(qint64 fileId, QFile &target, const 
         qDebug() << "*** Error: File is not internal; cannot extract it.";
         return Unreadable;
     }
-    // An empty file owns no block; the id that was kept for it may have become another file's.
-    const Result result = size == 0 ? Written : writeChain(storageId, size, target, atBlock);
+    const Result result = writeChain(storageId, size, target, atBlock);
     if (result != Written)
         return result;
     if (isRemoved(target)) {
@@ -53,29 +56,22 @@ BlockStorage::Result BlockStorage::readInto(qint64 fileId, QFile &target, const 
 BlockStorage::Result BlockStorage::writeChain(qint64 firstId, qint64 size, QFile &target,
                                               const AtBlock &atBlock)
 {
-    // A damaged chain that leads back into itself would fill the disk.
-    QSet<qint64> seen;
-    qint64 done = 0;
-    for (qint64 id = firstId; id > 0;) {
+    BlockChain::Walk walk(m_chain, firstId, size);
+    while (walk.hasNext()) {
         if (m_worker.shouldEnd())
             return Failed;
-        if (seen.contains(id))
-            return Unreadable;
-        seen.insert(id);
-        QByteArray data;
-        const Result result = read(id, data, id);
+        const Result result = readNext(walk);
         if (result != Written)
             return result;
-        if (!writeAll(target, data.constData(), data.size())) {
+        if (!writeAll(target, walk.block().constData(), walk.block().size())) {
             qDebug() << "extractInternalToFile(): Error writing to file.";
             return Failed;
         }
-        done += data.size();
         if (atBlock)
-            atBlock(done, size);
+            atBlock(walk.done(), size);
     }
     // More is right where a size did not fit its column, fewer is a chain that lost its end.
-    if (done < size)
+    if (walk.done() < size)
         return Unreadable;
     return target.flush() ? Written : Failed;
 }
@@ -93,13 +89,13 @@ bool BlockStorage::writeAll(QFile &target, const char *bytes, qint64 length)
     return true;
 }
 
-BlockStorage::Result BlockStorage::read(qint64 id, QByteArray &data, qint64 &continueId)
+BlockStorage::Result BlockStorage::readNext(BlockChain::Walk &walk)
 {
     m_worker.forgetLastError();
     {
         // A damaged page is this file's alone, and told with its name.
         const QSignalBlocker blocker(&m_worker);
-        if (m_worker.readBlock(id, data, continueId))
+        if (walk.readNext())
             return Written;
     }
     const Result result = whyNothingWasRead();

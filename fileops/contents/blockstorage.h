@@ -1,17 +1,13 @@
 #pragma once
 
-#include <QtGlobal>
+#include "fileops/contents/blockchain.h"
 
 #include <functional>
 
 class FileOperationWorker;
-class QByteArray;
 class QFile;
 
-/** Bytes in one block of stored contents, and the slice of every loop over a file. */
-constexpr qint64 BLOCK_SIZE = 10000000;
-
-/** Reads the chains of blocks that hold the contents of internal files. Worker's thread. */
+/** Writes the contents of internal files into files on the disk. Worker's thread. */
 class BlockStorage
 {
 public:
@@ -24,7 +20,7 @@ public:
         Failed      ///< the target or the database refuses, the target is gone, or a stop or cancel
     };
 
-    explicit BlockStorage(FileOperationWorker &worker) : m_worker(worker) {}
+    explicit BlockStorage(FileOperationWorker &worker);
 
     /** Writes a file's contents into an open target. */
     Result readInto(qint64 fileId, QFile &target, const AtBlock &atBlock = {});
@@ -33,8 +29,9 @@ public:
 
 private:
     Result writeChain(qint64 firstId, qint64 size, QFile &target, const AtBlock &atBlock);
-    Result read(qint64 id, QByteArray &data, qint64 &continueId);
+    Result readNext(BlockChain::Walk &walk);
     Result whyNothingWasRead() const;
 
     FileOperationWorker &m_worker;
+    const BlockChain m_chain;
 };

@@ -1,12 +1,15 @@
 #include "fileops/contents/contentwriter.h"
 
-#include "db/sql/sqltext.h"
-#include "fileops/contents/blockstorage.h"
 #include "fileops/files/datachecksum.h"
 #include "fileops/files/regularfile.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
+
+ContentWriter::ContentWriter(FileOperationWorker &worker)
+    : m_worker(worker), m_chain(ProviderConnection(worker, worker.connectionName()))
+{
+}
 
 ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageId, const FileChecksum &known,
                                             StoredContents &stored, const AtBlock &atBlock)
@@ -15,6 +18,7 @@ ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageI
     if (!source.open(path))
         return Unreadable;
     const bool isKnown = known.isOf(source.stamp());
+    const BlockChain::NextId askNextId = [this](qint64 &id) { return m_worker.nextStorageId(id); };
     DataChecksum checksum;
     qint64 blockId = storageId;
     qint64 lastId = 0;
@@ -43,14 +47,14 @@ ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageI
         // A read that came short has met the end of a file that shrank meanwhile.
         hasNext = count == wanted && stored.size < length;
         lastId = blockId;
-        if (!m_worker.insertBlock(m_block, lastId, hasNext, blockId)) {
+        if (!m_chain.insertBlock(m_block, lastId, hasNext ? askNextId : nullptr, blockId)) {
             qDebug("Inserting block failed.");
             return Failed;
         }
         if (atBlock)
             atBlock(stored.size);
     }
-    if (hasNext && lastId > 0 && !endChain(lastId))
+    if (hasNext && lastId > 0 && !m_chain.endWith(lastId))
         return Failed;
     stored.modified = source.modified();
     stored.isSnapshot = source.isAsOpened();
@@ -58,13 +62,6 @@ ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageI
     // Written to while it was read: what was told before is no longer sure to be what was stored.
     const bool isSure = !isKnown || isStill(path, known, stored.size);
     return isSure || readStoredChecksum(storageId, stored.size, stored.checksum) ? Stored : Failed;
-}
-
-bool ContentWriter::endChain(qint64 storageId)
-{
-    return m_worker.runAsync(
-        SqlText::fill(QStringLiteral("UPDATE storage_info SET continue_id=0 WHERE storage_id=%1;"),
-                      {QString::number(storageId)}));
 }
 
 bool ContentWriter::isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const
@@ -75,12 +72,11 @@ bool ContentWriter::isStill(const QString &path, const FileChecksum &known, qint
 bool ContentWriter::readStoredChecksum(qint64 storageId, qint64 size, quint32 &result)
 {
     DataChecksum checksum;
-    for (qint64 done = 0; done < size && storageId > 0;) {
-        QByteArray block;
-        if (!m_worker.readBlock(storageId, block, storageId) || block.isEmpty())
+    BlockChain::Walk walk(m_chain, storageId, size);
+    while (walk.done() < size && walk.hasNext()) {
+        if (!walk.readNext() || walk.block().isEmpty())
             return false;
-        checksum.update(block.constData(), block.size());
-        done += block.size();
+        checksum.update(walk.block().constData(), walk.block().size());
     }
     result = checksum.take();
     return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fileops/contents/blockchain.h"
 #include "fileops/contents/filechecksums.h"
 
 #include <QByteArray>
@@ -33,7 +34,7 @@ public:
     /** Hears the bytes stored so far. */
     using AtBlock = std::function<void(qint64)>;
 
-    explicit ContentWriter(FileOperationWorker &worker) : m_worker(worker) {}
+    explicit ContentWriter(FileOperationWorker &worker);
 
     /**
      * Stores a file as the chain that begins with `storageId`; an empty file makes no block. `known` may hold
@@ -44,10 +45,10 @@ public:
                   const AtBlock &atBlock = {});
 
 private:
-    bool endChain(qint64 storageId);
     bool isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const;
     bool readStoredChecksum(qint64 storageId, qint64 size, quint32 &result);
 
     FileOperationWorker &m_worker;
+    const BlockChain m_chain;
     QByteArray m_block;
 };

@@ -71,23 +71,6 @@ QString Database::getRelativeFilePath(const QString &connectionName, qint64 file
     return query.isValid() ? DriverTexts::read(query, 0).toString() : QString();
 }
 
-bool Database::writeBlock(const QByteArray &data, qint64 id, qint64 nextId, bool hasNext, QSqlError *error)
-{
-    const QString link = hasNext
-                             ? QStringLiteral("INSERT INTO storage_info VALUES (%1, %2);").arg(id).arg(nextId)
-                             : QStringLiteral("INSERT INTO storage_info VALUES (%1,0);").arg(id);
-    QSqlQuery query(connectionOf(QString()));
-    bool isWritten = query.exec(link);
-    if (isWritten) {
-        isWritten = query.prepare(QStringLiteral("INSERT INTO storage VALUES (%1, :FILE);").arg(id));
-        query.bindValue(QStringLiteral(":FILE"), data, QSql::In | QSql::Binary);
-        isWritten = isWritten && query.exec();
-    }
-    if (!isWritten && error)
-        *error = query.lastError();
-    return isWritten;
-}
-
 QString Database::relativePath(const QString &absolutePath, const PathLocator &locator)
 {
     return baseFolder(locator).relativeFilePath(absolutePath);

@@ -34,12 +34,6 @@ QSqlQuery execQuery(const QString &connectionName, const QString &statement);
 QString getAbsoluteFilePath(const QString &connectionName, qint64 fileId);
 QString getRelativeFilePath(const QString &connectionName, qint64 fileId);
 
-/**
- * Stores one block on the default connection; `nextId` counts only with `hasNext`. False when one of its two
- * rows could not be written, with the reason in `error`; the caller then rolls back.
- */
-bool writeBlock(const QByteArray &data, qint64 id, qint64 nextId, bool hasNext, QSqlError *error = nullptr);
-
 /** A path relative to the folder of the database file; on a server to the current folder. */
 QString relativePath(const QString &absolutePath, const PathLocator &locator);
 /** The reverse, by plain joining. */

@@ -1,5 +1,6 @@
 #include "fileops/contents/filecomparison.h"
 
+#include "fileops/contents/blockchain.h"
 #include "fileops/files/regularfile.h"
 #include "fileops/worker/fileoperationworker.h"
 
@@ -60,23 +61,20 @@ FileComparison::Result FileComparison::compareWithBlocks(const QString &path, qi
         return Unreadable;
     if (file.size() != size)
         return Different;
-    // An empty file owns no block: the id of its chain may by now be another file's.
-    qint64 done = 0;
-    while (done < size && !m_worker.shouldEnd()) {
-        QByteArray block;
-        qint64 next = 0;
-        if (storageId <= 0 || !m_worker.readBlock(storageId, block, next) || block.isEmpty())
+    const BlockChain chain(ProviderConnection(m_worker, m_worker.connectionName()));
+    BlockChain::Walk walk(chain, storageId, size);
+    while (walk.done() < size && !m_worker.shouldEnd()) {
+        if (!walk.readNext() || walk.block().isEmpty())
             return Unreadable;
+        const QByteArray &block = walk.block();
         m_left.resize(block.size());
         const qint64 count = file.read(m_left.data(), block.size());
         if (count < 0)
             return Unreadable;
         if (count != block.size() || std::memcmp(m_left.constData(), block.constData(), size_t(count)) != 0)
             return Different;
-        done += count;
-        storageId = next;
     }
-    return done == size ? Same : Different;
+    return walk.done() == size ? Same : Different;
 }
 
 QVector<QVector<int>> FileComparison::split(const QStringList &paths, qint64 size)

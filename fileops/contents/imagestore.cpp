@@ -4,7 +4,7 @@
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/sqltext.h"
 #include "db/sql/transaction.h"
-#include "fileops/contents/blockstorage.h"
+#include "fileops/contents/blockchain.h"
 #include "fileops/contents/databasefunctions.h"
 #include "fileops/files/datachecksum.h"
 #include "fileops/files/externalcontents.h"
@@ -15,9 +15,14 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QFileInfo>
-#include <QSet>
+#include <QScopeGuard>
 
 namespace {
+// The window's connection may be closed after any call: nothing stays prepared on it.
+auto clearingPrepared(BaseDBProvider &provider)
+{
+    return qScopeGuard([&provider] { provider.clearPrepared(); });
+}
 
 QString filled(const char *statement, qint64 id)
 {
@@ -27,6 +32,7 @@ QString filled(const char *statement, qint64 id)
 
 std::unique_ptr<ImageLoading> ImageStore::load(qint64 fileId)
 {
+    const auto clearing = clearingPrepared(*this);
     Origin origin;
     m_origins.remove(fileId);
     if (!readOrigin(fileId, origin))
@@ -47,6 +53,7 @@ std::unique_ptr<ImageLoading> ImageStore::load(qint64 fileId)
 
 bool ImageStore::save(qint64 fileId, const QImage &picture, QVector<qint64> &changedIds)
 {
+    const auto clearing = clearingPrepared(*this);
     Writing writing;
     if (!prepare(fileId, picture, writing))
         return false;
@@ -100,8 +107,7 @@ bool ImageStore::readUnchanged(qint64 fileId)
 StoredImage::State ImageStore::readBytes(Origin &origin, QByteArray &bytes)
 {
     if (origin.internal == FileKind::internal) {
-        // An empty file owns no block; the id that was kept for it may have become another file's.
-        const bool isRead = origin.size != 0 && readChain(origin.storageId, bytes);
+        const bool isRead = readChain(origin, bytes);
         return isRead ? StoredImage::Loaded : StoredImage::InternalUnreadable;
     }
     const StoredImage::State state = lookAt(origin.path);
@@ -122,21 +128,16 @@ StoredImage::State ImageStore::lookAt(const QString &path)
     return isDatabase ? StoredImage::ExternalUnreadable : StoredImage::Loaded;
 }
 
-bool ImageStore::readChain(qint64 firstId, QByteArray &bytes)
+bool ImageStore::readChain(const Origin &origin, QByteArray &bytes)
 {
-    QSet<qint64> seen;
-    for (qint64 id = firstId; id > 0;) {
-        QVariantList data;
-        QVariantList next;
-        if (seen.contains(id) ||
-            !readRow(filled("SELECT data FROM storage WHERE storage_id=%1;", id), data) ||
-            !readRow(filled("SELECT continue_id FROM storage_info WHERE storage_id=%1;", id), next))
+    const BlockChain chain = blockChain();
+    BlockChain::Walk walk(chain, origin.storageId, origin.size);
+    while (walk.hasNext()) {
+        if (!walk.readNext())
             return false;
-        bytes += data.at(0).toByteArray();
+        bytes += walk.block();
         if (bytes.size() > ImageCodec::mostBytes)
             return false;
-        seen.insert(id);
-        id = next.at(0).toLongLong();
     }
     return !bytes.isEmpty();
 }
@@ -201,38 +202,30 @@ bool ImageStore::releaseChain(qint64 fileId, qint64 firstId)
     if (!readRow(SqlText::fill(shared, {QString::number(firstId), QString::number(fileId)}), others))
         return false;
     // A damaged database may have two files on one chain: the other one keeps it.
-    QSet<qint64> seen;
-    for (qint64 id = others.at(0).toInt() > 0 ? 0 : firstId; id > 0;) {
-        QVariantList next;
-        if (seen.contains(id) ||
-            !readRow(filled("SELECT continue_id FROM storage_info WHERE storage_id=%1;", id), next) ||
-            !runSync(filled("DELETE FROM storage WHERE storage_id=%1;", id)) ||
-            !runSync(filled("DELETE FROM storage_info WHERE storage_id=%1;", id)))
-            return false;
-        seen.insert(id);
-        id = next.at(0).toLongLong();
-    }
-    return true;
+    return others.at(0).toInt() > 0 || blockChain().removeBlocksOf(fileId);
 }
 
 bool ImageStore::writeChain(const QByteArray &bytes, qint64 &firstId)
 {
     if (!nextBlockId(0, firstId))
         return false;
+    const BlockChain chain = blockChain();
     qint64 id = firstId;
+    const BlockChain::NextId askNextId = [this, &id](qint64 &nextId) { return nextBlockId(id, nextId); };
     for (qint64 from = 0; from < bytes.size(); from += BLOCK_SIZE) {
         const bool hasNext = from + BLOCK_SIZE < bytes.size();
         qint64 nextId = 0;
-        if (hasNext && !nextBlockId(id, nextId))
+        if (!chain.insertBlock(bytes.mid(int(from), int(BLOCK_SIZE)), id, hasNext ? askNextId : nullptr,
+                               nextId))
             return false;
-        QSqlError error;
-        if (!Database::writeBlock(bytes.mid(int(from), int(BLOCK_SIZE)), id, nextId, hasNext, &error)) {
-            tellFailure(error);
-            return false;
-        }
         id = nextId;
     }
     return true;
+}
+
+BlockChain ImageStore::blockChain()
+{
+    return BlockChain(ProviderConnection(*this));
 }
 
 bool ImageStore::nextBlockId(qint64 lastId, qint64 &id)
@@ -264,7 +257,8 @@ bool ImageStore::replaceThumbnail(qint64 fileId, const QByteArray &png)
     if (runSync(filled("DELETE FROM thumbnails WHERE thumbnail_id=(SELECT thumbnail_id FROM files "
                        "WHERE file_id=%1);",
                        fileId)) &&
-        runBlob(filled("INSERT INTO thumbnails VALUES (%1, :FILE);", thumbnailId), png))
+        runWithBlob(filled("INSERT INTO thumbnails VALUES (%1, :FILE);", thumbnailId), png,
+                    QStringLiteral(":FILE")))
         return true;
     qDebug("***Error: could not insert thumbnail into database.");
     return false;
@@ -331,14 +325,4 @@ bool ImageStore::readRow(const QString &statement, QVariantList &values)
         values.append(rows.first()->at(i));
     freeRows(rows);
     return isRead;
-}
-
-bool ImageStore::runBlob(const QString &statement, const QByteArray &blob)
-{
-    SyncRunner runner;
-    forwardErrors(runner);
-    TableData rows;
-    const bool isDone = runner.runWithBlob(statement, blob, QStringLiteral(":FILE"), rows, QString());
-    freeRows(rows);
-    return isDone;
 }

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+class BlockChain;
+
 /**
  * Has pictures read out of the database or from the disk, and puts turned ones in their place. GUI thread,
  * default connection; the whole picture is in memory. It remembers what each picture was read from, so that
@@ -56,7 +58,8 @@ private:
     StoredImage::State readBytes(Origin &origin, QByteArray &bytes);
     /** Loaded when the file on the disk may be read. */
     static StoredImage::State lookAt(const QString &path);
-    bool readChain(qint64 firstId, QByteArray &bytes);
+    BlockChain blockChain();
+    bool readChain(const Origin &origin, QByteArray &bytes);
 
     bool prepare(qint64 fileId, const QImage &picture, Writing &writing);
     /** Keeps others from the record until the transaction ends; false when it is not as it was read. */
@@ -70,7 +73,6 @@ private:
     bool updateFile(qint64 fileId, const QString &path, const Writing &writing);
 
     bool readRow(const QString &statement, QVariantList &values);
-    bool runBlob(const QString &statement, const QByteArray &blob);
 
     QHash<qint64, Origin> m_origins;
 };

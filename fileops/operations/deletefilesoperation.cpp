@@ -9,21 +9,10 @@
 
 namespace {
 constexpr int rowsAtOnce = 10000;
-
-/** Deletes what belongs to the blocks of one chain, found link by link: other chains may lie in between. */
-QString deleteChainStatement(const QString &table)
-{
-    return QStringLiteral("WITH RECURSIVE chain(block_id) AS ("
-                          "SELECT storage_id FROM files WHERE file_id=? AND internal=1 AND file_size>0 "
-                          "UNION SELECT storage_info.continue_id FROM storage_info, chain "
-                          "WHERE storage_info.storage_id=chain.block_id AND storage_info.continue_id>0) "
-                          "DELETE FROM %1 WHERE storage_id IN (SELECT block_id FROM chain);")
-        .arg(table);
-}
 } // namespace
 
 DeleteFilesOperation::DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request)
-    : m_worker(worker), m_request(request)
+    : m_worker(worker), m_request(request), m_chain(ProviderConnection(worker, worker.connectionName()))
 {
 }
 
@@ -70,12 +59,8 @@ bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 
     static const QString deletePath =
         QStringLiteral("DELETE FROM file_paths WHERE path_id = (SELECT storage_id FROM files WHERE file_id=? "
                        "AND internal=0);");
-    static const QString deleteBlocks = deleteChainStatement(QStringLiteral("storage"));
-    static const QString deleteLinks = deleteChainStatement(QStringLiteral("storage_info"));
-
     const bool hasPath = internal == FileKind::external;
-    // An empty file owns no block; the id that was kept for it may have become another file's.
-    const bool hasBlocks = internal == FileKind::internal && size > 0;
+    const bool hasBlocks = internal == FileKind::internal && size != 0;
     if (!hasPath && !hasBlocks)
         return true;
     Savepoint savepoint(m_worker);
@@ -83,7 +68,7 @@ bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 
         return false;
     if (hasPath && !m_worker.runFast(deletePath, {fileId}))
         return false;
-    if (hasBlocks && (!m_worker.runFast(deleteBlocks, {fileId}) || !m_worker.runFast(deleteLinks, {fileId})))
+    if (hasBlocks && !m_chain.removeBlocksOf(fileId))
         return false;
     return savepoint.release();
 }

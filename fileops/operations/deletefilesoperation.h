@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fileops/contents/blockchain.h"
 #include "fileops/worker/fileoperation.h"
 
 class FileOperationWorker;
@@ -23,4 +24,5 @@ private:
 
     FileOperationWorker &m_worker;
     const FileOperation &m_request;
+    const BlockChain m_chain;
 };

@@ -2,22 +2,13 @@
 
 #include "app/settings/constants.h"
 #include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/providerconnection.h"
 #include "db/sql/sqltext.h"
 
 #include <QSet>
 
 namespace {
-const QString blobPlace = QStringLiteral(":FILE");
 constexpr int insertRows = 500;
-
-QVariantList rowValues(const TableRowData &row)
-{
-    QVariantList values;
-    values.reserve(row.columns().size());
-    for (int i = 0; i < row.columns().size(); ++i)
-        values.append(row.at(i));
-    return values;
-}
 } // namespace
 
 bool FileOperationQueries::nextLoadId(qint64 &id)
@@ -104,20 +95,6 @@ bool FileOperationQueries::readFileName(qint64 fileId, QString &name)
                      fileId, values))
         return false;
     name = values.first().toString();
-    return true;
-}
-
-bool FileOperationQueries::readBlock(qint64 storageId, QByteArray &data, qint64 &continueId)
-{
-    QVariantList values;
-    if (!readForFile(
-            {QStringLiteral("storage_info.continue_id"), QStringLiteral("storage.data")},
-            QStringLiteral("storage_info, storage"),
-            QStringLiteral("storage_info.storage_id=storage.storage_id AND storage_info.storage_id=?"),
-            storageId, values))
-        return false;
-    continueId = values.at(0).toLongLong();
-    data = values.at(1).toByteArray();
     return true;
 }
 
@@ -291,24 +268,6 @@ bool FileOperationQueries::insertTags(const QStringList &names)
     return true;
 }
 
-bool FileOperationQueries::insertBlock(const QByteArray &data, qint64 storageId, bool hasNext, qint64 &nextId)
-{
-    QString statement =
-        constructor()->insertQuery({QStringLiteral("storage_id"), QStringLiteral("data")},
-                                   QStringLiteral("storage"), {{QString::number(storageId), blobPlace}}) +
-        constructor()->statementEnd();
-    statement.replace(QLatin1String("':FILE'"), blobPlace);
-    if (!runAsyncWithBlob(statement, data, blobPlace))
-        return false;
-    nextId = 0;
-    if (hasNext && !nextStorageId(nextId))
-        return false;
-    return runAsync(constructor()->insertQuery({QStringLiteral("storage_id"), QStringLiteral("continue_id")},
-                                               QStringLiteral("storage_info"),
-                                               {{QString::number(storageId), QString::number(nextId)}}) +
-                    constructor()->statementEnd());
-}
-
 bool FileOperationQueries::runFast(const QString &statement, const QVariantList &values)
 {
     return runPrepared(statement, values, Constants::workerConnection);
@@ -322,12 +281,7 @@ bool FileOperationQueries::runFast(const QString &statement, const QVariantList 
 bool FileOperationQueries::readRow(const QString &statement, const QVariantList &parameters,
                                    QVariantList &values)
 {
-    TableData table;
-    if (!runFast(statement, parameters, table) || table.isEmpty())
-        return false;
-    values = rowValues(*table.first());
-    freeRows(table);
-    return true;
+    return ProviderConnection(*this, Constants::workerConnection).readRow(statement, parameters, values);
 }
 
 bool FileOperationQueries::readForFile(const QStringList &columns, const QString &from,

@@ -48,7 +48,6 @@ public:
     virtual bool readFileStorageInfo(qint64 fileId, int &internal, qint64 &size, qint64 &storageId,
                                      const QString &idCode = QString());
     virtual bool readFileName(qint64 fileId, QString &name);
-    virtual bool readBlock(qint64 storageId, QByteArray &data, qint64 &continueId);
     virtual bool readInternal(qint64 fileId, int &internal);
     virtual bool readPath(qint64 fileId, QString &path);
     /** Where an external file lies, and the row of its thumbnail; 0 when it has none. */
@@ -63,9 +62,6 @@ public:
      * takes those of the new ones.
      */
     virtual QHash<QString, qint64> createTags(const QStringList &names, QVector<qint64> *newIds = nullptr);
-
-    /** Stores one block; with `hasNext` it gets the id of the block to come, which is 0 otherwise. */
-    bool insertBlock(const QByteArray &data, qint64 storageId, bool hasNext, qint64 &nextId);
 
     /** A statement with "?" for its values, prepared once a run: the fast way for rows by the thousand. */
     bool runFast(const QString &statement, const QVariantList &values);
