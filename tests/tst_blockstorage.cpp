@@ -1,6 +1,6 @@
 #include "fileops/contents/blockstorage.h"
 #include "fileops/contents/contentwriter.h"
-#include "fileops/contents/databasefunctions.h"
+#include "fileops/contents/externalpaths.h"
 #include "fileops/files/idcodegenerator.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/testworker.h"

@@ -1,8 +1,8 @@
 #include "core/controllers/extractionplan.h"
 
 #include "core/controllers/miscoperationthread.h"
-#include "fileops/contents/databasefunctions.h"
 #include "fileops/contents/filechecksums.h"
+#include "fileops/files/filenames.h"
 
 namespace {
 constexpr int givenToNobody = -1;

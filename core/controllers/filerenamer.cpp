@@ -7,7 +7,7 @@
 #include "core/records/filekind.h"
 #include "db/manager/databasemanger.h"
 #include "fileops/adding/hyperlinkcheck.h"
-#include "fileops/contents/databasefunctions.h"
+#include "fileops/files/filenames.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

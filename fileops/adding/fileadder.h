@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fileops/contents/contentwriter.h"
-#include "fileops/contents/databasefunctions.h"
+#include "fileops/contents/externalpaths.h"
 #include "fileops/contents/filechecksums.h"
 
 #include <QString>

@@ -2,8 +2,9 @@
 
 #include "core/records/filekind.h"
 #include "fileops/contents/blockstorage.h"
-#include "fileops/contents/databasefunctions.h"
+#include "fileops/contents/externalpaths.h"
 #include "fileops/contents/filecomparison.h"
+#include "fileops/files/filenames.h"
 #include "fileops/files/partfile.h"
 #include "fileops/files/regularfile.h"
 #include "fileops/files/temporarycopies.h"

@@ -5,7 +5,7 @@
 #include "db/sql/sqltext.h"
 #include "db/sql/transaction.h"
 #include "fileops/contents/blockchain.h"
-#include "fileops/contents/databasefunctions.h"
+#include "fileops/contents/externalpaths.h"
 #include "fileops/files/datachecksum.h"
 #include "fileops/files/externalcontents.h"
 #include "fileops/pictures/imagecodec.h"

@@ -1,7 +1,7 @@
 #include "ui/views/fileopening.h"
 
 #include "app/messages/messages.h"
-#include "fileops/contents/databasefunctions.h"
+#include "fileops/files/filenames.h"
 #include "fileops/files/startable.h"
 
 #include <QCoreApplication>
