@@ -7,7 +7,7 @@ build=(
     g++ cmake ninja-build ccache git lld          # compiler and build tools
     qtbase5-dev                                   # Qt 5.15: Core, Gui, Widgets, Sql, Network, Test
     libpq-dev                                     # ending the wait for a server
-    libsqlite3-dev libjpeg62-turbo-dev            # benchmarks' reference loops, a test of upgrades
+    libsqlite3-dev libjpeg62-turbo-dev            # the first for db/, both for the benchmarks' reference loops
     librsvg2-bin                                  # icons: SVG to PNG at build time
 )
 run=(

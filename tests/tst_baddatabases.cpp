@@ -1,8 +1,11 @@
+#include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/contents/contentsmodel.h"
 #include "models/tags/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
+
+#include <QtEndian>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,6 +32,29 @@ void fill(const QString &path)
           "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<5000) INSERT INTO files "
           "SELECT i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM n"})
         QVERIFY(writer.run(QString::fromUtf8(step)));
+}
+
+constexpr int pageSize = 4096;
+
+/** A page of a tree whose entries all lead to one other page. */
+QByteArray branchTo(quint32 page)
+{
+    constexpr int entries = 500;
+    constexpr int entrySize = 5;
+    constexpr int headSize = 12;
+    QByteArray bytes(pageSize, '\0');
+    char *data = bytes.data();
+    data[0] = 5;
+    qToBigEndian(quint16(entries), data + 3);
+    qToBigEndian(quint16(pageSize - entries * entrySize), data + 5);
+    qToBigEndian(page, data + 8);
+    for (int i = 0; i < entries; ++i) {
+        const int place = pageSize - (i + 1) * entrySize;
+        qToBigEndian(quint16(place), data + headSize + 2 * i);
+        qToBigEndian(page, data + place);
+        data[place + 4] = 1;
+    }
+    return bytes;
 }
 
 } // namespace
@@ -242,6 +268,49 @@ private slots:
         QCOMPARE(m_fixture->openPath(), bad());
         window().closeDatabase();
         QCOMPARE(folder(), before);
+    }
+
+    void rowsWithoutEndEnd_data()
+    {
+        QTest::addColumn<QString>("row");
+        addRow("groups", "tag_groups VALUES (1,'g')"_s);
+        addRow("groups of long names", "tag_groups VALUES (1,hex(zeroblob(20000)))"_s);
+        addRow("files", "files VALUES (1,'f','',0,0,0,'BCDF234',1,0,0,0,2)"_s);
+        addRow("versions", "vorna_version SELECT version FROM vorna_version"_s);
+    }
+
+    void rowsWithoutEndEnd()
+    {
+        QFETCH(QString, row);
+        m_fixture->makeDatabase("bad.vrn"_s);
+        int root = 0;
+        {
+            OtherConnection writer(bad());
+            QVERIFY(writer.run("PRAGMA page_size=4096"_s) && writer.run("VACUUM"_s) &&
+                    writer.run("INSERT INTO "_s + row));
+            QSqlQuery query("SELECT rootpage FROM sqlite_master WHERE name='%1'"_s.arg(
+                                row.section(QLatin1Char(' '), 0, 0)),
+                            QSqlDatabase::database("other"_s));
+            QVERIFY(query.next());
+            root = query.value(0).toInt();
+        }
+        QByteArray bytes = WindowFixture::read(bad());
+        const int rootAt = (root - 1) * pageSize;
+        const quint32 leaf = quint32(bytes.size() / pageSize + 1);
+        bytes += bytes.mid(rootAt, pageSize) + branchTo(leaf) + branchTo(leaf + 1);
+        bytes.replace(rootAt, pageSize, branchTo(leaf + 2));
+        qToBigEndian(leaf + 2, bytes.data() + 28);
+        m_fixture->write("bad.vrn"_s, bytes);
+        openByDialog(bad());
+        QTRY_COMPARE(m_fixture->boxes(),
+                     QStringList{accessError + "The database is damaged: it tells of more rows than its "
+                                               "file has room for."_s});
+        // What was not read whole is not shown, nor written to.
+        const Collection &opened = *window().collection();
+        QCOMPARE(opened.mainViewController()->contentsModel()->rowCount(), 0);
+        QVERIFY(opened.groupsController()->groups()->isEmpty());
+        const bool isRecord = QByteArray(QTest::currentDataTag()) != "versions";
+        QCOMPARE(tags()->addTag("Blue"_s) > 0, !isRecord);
     }
 
     void spoiltWhileOpenIsToldOnce()

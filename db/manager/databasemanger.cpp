@@ -14,8 +14,10 @@
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/connections.h"
 #include "db/sql/databaselock.h"
+#include "db/sql/drivertexts.h"
 #include "db/sql/errorjudge.h"
 #include "db/sql/longtext.h"
+#include "db/sql/readbound.h"
 #include "db/sql/schemacheck.h"
 #include "fileops/contents/imagestore.h"
 #include "fileops/provider/fileoperationprovider.h"
@@ -96,13 +98,17 @@ QStringList DatabaseManger::tagNames(const DBDetails &details)
     if (!Connections::isDatabaseThere(details) ||
         !Connections::open(name, details, isLocal ? shortBusyTimeout : QString()).isOpen)
         return names;
-    if (!isLocal || isFitToRead(QSqlDatabase::database(name, false))) {
+    const auto read = [&names, &name, isLocal] {
+        const ReadBound bound(QSqlDatabase::database(name, false));
+        if (isLocal && !isFitToRead(QSqlDatabase::database(name, false)))
+            return;
         QSqlQuery query(QSqlDatabase::database(name, false));
         query.setForwardOnly(true);
         query.exec(QStringLiteral("SELECT tag_name FROM tags"));
         while (query.next())
-            names.append(LongText::kept(query.value(0).toString()));
-    }
+            names.append(LongText::kept(DriverTexts::read(query, 0).toString()));
+    };
+    read();
     Connections::close(name);
     return names;
 }
@@ -319,6 +325,7 @@ QSqlError DatabaseManger::openDB()
         qDebug() << "DBManager::openDB error open async connection:" << worker.error;
         return worker.error;
     }
+    const ReadBound bound(QSqlDatabase::database(Connections::mainName(), false));
     readReadOnlyState();
     if (m_providers.general && m_providers.general->isInUse())
         return {QString(), DatabaseLock::inUseText(), QSqlError::ConnectionError,

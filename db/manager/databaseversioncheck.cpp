@@ -6,6 +6,7 @@
 #include "db/sql/connections.h"
 #include "db/sql/databaselock.h"
 #include "db/sql/postgresqueryconstructor.h"
+#include "db/sql/readbound.h"
 #include "db/sql/schemacheck.h"
 #include "db/sql/serverwatch.h"
 #include "db/sql/sqlitequeryconstructor.h"
@@ -78,7 +79,10 @@ bool DatabaseVersionCheck::askUser(QSqlDatabase database) const
 {
     // In one transaction: what could be read first, nobody locks until its end.
     const bool isBegun = database.transaction();
-    const Finding finding = examine(database, isBegun);
+    const Finding finding = [&] {
+        const ReadBound bound(database);
+        return examine(database, isBegun);
+    }();
     database.rollback();
     switch (finding) {
     case InUse:

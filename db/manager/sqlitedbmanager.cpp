@@ -10,6 +10,7 @@
 #include "core/providers/tagsprovider.h"
 #include "db/sql/connections.h"
 #include "db/sql/foreignwrites.h"
+#include "db/sql/readbound.h"
 #include "db/sql/schema.h"
 #include "db/sql/sqlitequeryconstructor.h"
 #include "db/sql/transaction.h"
@@ -18,6 +19,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSqlDatabase>
 
 namespace {
 // Large blocks of file contents are stored at half the price of the default page size.
@@ -79,6 +81,7 @@ QSqlError SQLiteDBManager::openDB()
 
 void SQLiteDBManager::closeDB()
 {
+    m_readBound.reset();
     m_closing = true;
     m_foreignWrites->clearPrepared();
     DatabaseManger::closeDB();
@@ -155,14 +158,17 @@ bool SQLiteDBManager::beginReading()
     GeneralProvider *general = providers().general;
     if (!general->runSync(QStringLiteral("BEGIN;")))
         return false;
-    if (m_foreignWrites->noteState())
+    if (m_foreignWrites->noteState()) {
+        m_readBound = std::make_unique<ReadBound>(QSqlDatabase::database(Connections::mainName(), false));
         return true;
+    }
     general->rollbackTransaction();
     return false;
 }
 
 void SQLiteDBManager::endReading()
 {
+    m_readBound.reset();
     // Nothing was written: it only lets go.
     providers().general->commitTransaction();
 }

@@ -5,6 +5,7 @@
 #include <QFileSystemWatcher>
 
 class ForeignWrites;
+class ReadBound;
 
 /**
  * The manager of one local database file. Nobody else's change is expected in it; when another program has
@@ -45,6 +46,7 @@ private:
     bool makeTables(const QString &connectionName);
 
     ForeignWrites *m_foreignWrites;
+    std::unique_ptr<ReadBound> m_readBound; ///< while all records are read
     QFileSystemWatcher *m_folderWatcher;
     bool m_closing = false;
 };

@@ -1,5 +1,7 @@
 #include "db/sql/drivertexts.h"
 
+#include "db/sql/readbound.h"
+
 #include <QSqlDriver>
 #include <QSqlQuery>
 #include <QSqlResult>
@@ -32,6 +34,7 @@ bool isOn(const QSqlQuery &query, QSqlDriver::DbmsType type)
 QVariant DriverTexts::read(const QSqlQuery &query, int column)
 {
     QVariant value = query.value(column);
+    ReadBound::count(value);
     if (value.type() == QVariant::String && isOn(query, QSqlDriver::PostgreSQL) &&
         beginsWithMark(query, column))
         return QString(mark + value.toString());

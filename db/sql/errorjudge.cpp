@@ -1,12 +1,17 @@
 #include "db/sql/errorjudge.h"
 
+#include "app/settings/constants.h"
 #include "db/sql/connections.h"
 #include "db/sql/databaselock.h"
+
+#include <QCoreApplication>
 
 namespace {
 // Codes of a server.
 const QLatin1String queryCanceled("57014");
 const QLatin1String inFailedTransaction("25P02");
+// Code of a local database whose statement was ended (ReadBound).
+const QLatin1String readingWithoutEnd("9");
 } // namespace
 
 ErrorJudge::ErrorJudge(const DBDetails &details) : m_details(details) {}
@@ -28,5 +33,11 @@ bool ErrorJudge::isEcho(const QSqlError &error)
 
 QSqlError ErrorJudge::told(const QSqlError &error) const
 {
+    if (m_details.type() == Constants::localDatabase && error.nativeErrorCode() == readingWithoutEnd)
+        return {
+            QString(),
+            QCoreApplication::translate(
+                "ErrorJudge", "The database is damaged: it tells of more rows than its file has room for."),
+            error.type(), error.nativeErrorCode()};
     return Connections::isDatabaseThere(m_details) ? error : Connections::missingFile(m_details);
 }

@@ -97,7 +97,7 @@ void SliceReader::fillPartly(TableRowData &row, const QSqlQuery &query, const QV
 void SliceReader::fillLink(TableRowData &row, const QSqlQuery &links, int firstColumn)
 {
     for (int i = firstColumn; i < m_columns.size(); ++i)
-        row.setAt(i, links.value(i - firstColumn + 1));
+        row.setAt(i, DriverTexts::read(links, i - firstColumn + 1));
 }
 
 /** Hands on the rest; of a reading that broke off, the rows of the unfinished slice are dropped. */

@@ -1,0 +1,68 @@
+#include "db/sql/readbound.h"
+
+#include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlDriver>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <sqlite3.h>
+
+#include <utility>
+
+namespace {
+// Large good databases take less than one for each byte.
+constexpr qint64 stepsPerByte = 4;
+constexpr qint64 stepsOfAnyFile = 2000000;
+constexpr int stepsBetweenLooks = 1000;
+// A name comes with each record that refers to it.
+constexpr qint64 signsPerByte = 4;
+constexpr qint64 signsOfAnyFile = 16 << 20;
+
+thread_local ReadBound *innermost = nullptr;
+
+/** The driver's own handle; null when it comes from another library than the one that is linked here. */
+sqlite3 *handleOf(const QSqlDatabase &database)
+{
+    const QVariant handle = database.isOpen() ? database.driver()->handle() : QVariant();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return nullptr;
+    QSqlQuery query(database);
+    const bool isSame = query.exec(QStringLiteral("SELECT sqlite_source_id();")) && query.next() &&
+                        query.value(0).toString() == QLatin1String(sqlite3_sourceid());
+    return isSame ? *static_cast<sqlite3 *const *>(handle.constData()) : nullptr;
+}
+} // namespace
+
+ReadBound::ReadBound(const QSqlDatabase &database)
+    : m_handle(handleOf(database)), m_outer(std::exchange(innermost, this))
+{
+    const QString path = database.databaseName();
+    const qint64 bytes = QFileInfo(path).size() + QFileInfo(path + QLatin1String("-wal")).size();
+    m_stepsLeft = stepsOfAnyFile + stepsPerByte * bytes;
+    m_signsLeft = signsOfAnyFile + signsPerByte * bytes;
+    if (m_handle)
+        sqlite3_progress_handler(m_handle, stepsBetweenLooks, &ReadBound::countDown, this);
+}
+
+ReadBound::~ReadBound()
+{
+    innermost = m_outer;
+    if (m_handle)
+        sqlite3_progress_handler(m_handle, 0, nullptr, nullptr);
+}
+
+void ReadBound::count(const QVariant &value)
+{
+    if (innermost && value.type() == QVariant::String)
+        innermost->m_signsLeft -= value.toString().size();
+    else if (innermost && value.type() == QVariant::ByteArray)
+        innermost->m_signsLeft -= value.toByteArray().size();
+}
+
+int ReadBound::countDown(void *bound)
+{
+    auto *self = static_cast<ReadBound *>(bound);
+    self->m_stepsLeft -= stepsBetweenLooks;
+    return self->m_stepsLeft < 0 || self->m_signsLeft < 0 ? 1 : 0;
+}
