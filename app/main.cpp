@@ -3,6 +3,7 @@
 #ifndef Q_OS_WIN
 #include "app/endsignals.h"
 #endif
+#include "app/settings/settingsmender.h"
 #include "app/settings/windowsettings.h"
 #include "app/window/mainwindow.h"
 #include "app/window/startsplash.h"
@@ -73,6 +74,7 @@ int main(int argc, char *argv[])
     splash.show();
     splash.showMessage(QObject::tr("Opening database..."), Qt::AlignRight, Qt::black);
 
+    SettingsMender::run();
     const QString lastVersion = WindowSettings::lastVersionUsed();
     const bool showQuickStart = WindowSettings::noteVersion(Constants::programVersion);
     const FirstDatabase first = chooseFirstDatabase(argc, argv, lastVersion.isEmpty());

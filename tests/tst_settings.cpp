@@ -2,6 +2,7 @@
 #include "app/settings/collectionidentity.h"
 #include "app/settings/dbspecifierlackingpassword.h"
 #include "app/settings/previewsettings.h"
+#include "app/settings/settingsmender.h"
 #include "app/settings/showntext.h"
 #include "app/settings/viewsettings.h"
 #include "app/settings/windowsettings.h"
@@ -184,6 +185,36 @@ private slots:
             return;
         store.setValue("MainWindow/lastDBdir"_s, value);
         QCOMPARE(WindowSettings::lastDatabaseDir("here"_s), "here"_s);
+    }
+
+    void unreadableValuesAreDropped_data()
+    {
+        // A list that tells of more entries than any memory holds, as the store writes one.
+        const QByteArray list = "\"@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\"\n";
+        addColumns<QByteArray, QString, bool>("lines", "found", "isSetAside");
+        addRow("one that is read", "lastDBdir=home\nshowIconView=" + list, "home"_s, false);
+        addRow("all", "lastDBdir=" + list + "recentDatabases_DBSpecifier2=" + list, "here"_s, false);
+        addRow("one that nobody reads", "lastDBdir=home\n[Other]\nstate=" + list, "home"_s, false);
+        addRow("over two lines", "lastDBdir=home\nstate=" + QByteArray(list).replace("nt(", "nt\\\n("),
+               "here"_s, true);
+    }
+
+    void unreadableValuesAreDropped()
+    {
+        QFETCH(QByteArray, lines);
+        QFETCH(bool, isSetAside);
+        QSettings().sync();
+        QFile store(QSettings().fileName());
+        QVERIFY(QDir().mkpath(QFileInfo(store).path()) && store.open(QIODevice::WriteOnly));
+        store.write("[MainWindow]\n" + lines);
+        store.close();
+        QTEST(WindowSettings::lastDatabaseDir("here"_s), "found");
+        QVERIFY(WindowSettings::recentDatabases().isEmpty() && WindowSettings::showIconView());
+        QCOMPARE(QFile::remove(store.fileName() + ".damaged"_s), isSetAside);
+        SettingsMender::run(); // as at each start
+        WindowSettings::setLastDatabaseDir("there"_s);
+        QSettings().sync();
+        QCOMPARE(WindowSettings::lastDatabaseDir("here"_s), "there"_s);
     }
 
     void flagsReadAsTheyAreStored()

@@ -1,13 +1,31 @@
 #include "app/settings/settingvalues.h"
 
+#include "app/settings/settingsmender.h"
+
+#include <QDebug>
 #include <QSettings>
 
+#include <exception>
+
 namespace SettingValues {
+
+QVariant any(const QString &key, const QVariant &fallback)
+{
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        try {
+            return QSettings().value(key, fallback);
+        } catch (const std::exception &failure) {
+            qDebug() << "The setting" << key << "cannot be read:" << failure.what();
+            SettingsMender::run();
+        }
+    }
+    return fallback;
+}
 
 bool flag(const QString &key, bool fallback)
 {
     // A file has them as texts, and QVariant takes any text for true.
-    const QString stored = QSettings().value(key).toString().toLower();
+    const QString stored = any(key).toString().toLower();
     if (stored == QLatin1String("true") || stored == QLatin1String("false"))
         return stored == QLatin1String("true");
     bool isNumber = false;
@@ -18,14 +36,21 @@ bool flag(const QString &key, bool fallback)
 int number(const QString &key, int fallback, int lowest, int highest)
 {
     bool isNumber = false;
-    const qlonglong value = QSettings().value(key).toLongLong(&isNumber);
+    const qlonglong value = any(key).toLongLong(&isNumber);
     return isNumber && value >= lowest && value <= highest ? int(value) : fallback;
 }
 
 QString text(const QString &key, const QString &fallback)
 {
-    const QVariant stored = QSettings().value(key);
+    const QVariant stored = any(key);
     return stored.type() == QVariant::String ? stored.toString() : fallback;
+}
+
+void store(const QString &key, const QVariant &value)
+{
+    QSettings settings;
+    if (!settings.contains(key) || any(key) != value)
+        settings.setValue(key, value);
 }
 
 } // namespace SettingValues

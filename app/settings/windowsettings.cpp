@@ -30,29 +30,21 @@ QString checksumOf(const QString &key, const QByteArray &state)
     return QString::fromLatin1(hash.result().toHex());
 }
 
-/** Each write rewrites the store and waits for the disk, so an equal value is left alone. */
-void store(const QString &key, const QVariant &value)
-{
-    QSettings settings;
-    if (!settings.contains(key) || settings.value(key) != value)
-        settings.setValue(key, value);
-}
-
 } // namespace
 
 namespace WindowSettings {
 
 QByteArray layout(const QString &key)
 {
-    const QByteArray state = QSettings().value(key).toByteArray();
+    const QByteArray state = SettingValues::any(key).toByteArray();
     const QString checksum = SettingValues::text(key + checksumSuffix, QString());
     return checksum == checksumOf(key, state) ? state : QByteArray();
 }
 
 void setLayout(const QString &key, const QByteArray &state)
 {
-    store(key, state);
-    store(key + checksumSuffix, checksumOf(key, state));
+    SettingValues::store(key, state);
+    SettingValues::store(key + checksumSuffix, checksumOf(key, state));
 }
 
 QString lastVersionUsed()
@@ -63,8 +55,8 @@ QString lastVersionUsed()
 bool noteVersion(const QString &version)
 {
     const bool differs = lastVersionUsed() != version;
-    store(lastVersionUsedKey, version);
-    store(lastVersionDifferentKey, differs);
+    SettingValues::store(lastVersionUsedKey, version);
+    SettingValues::store(lastVersionDifferentKey, differs);
     return differs;
 }
 
@@ -75,7 +67,7 @@ QString lastDatabaseDir(const QString &defaultDir)
 
 void setLastDatabaseDir(const QString &dir)
 {
-    store(lastDatabaseDirKey, dir);
+    SettingValues::store(lastDatabaseDirKey, dir);
 }
 
 QString lastExtractDir(const QString &defaultDir)
@@ -85,13 +77,13 @@ QString lastExtractDir(const QString &defaultDir)
 
 void setLastExtractDir(const QString &dir)
 {
-    store(lastExtractDirKey, dir);
+    SettingValues::store(lastExtractDirKey, dir);
 }
 
 QQueue<DBDetails> recentDatabases()
 {
     QQueue<DBDetails> databases;
-    const auto stored = QSettings().value(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>();
+    const auto stored = SettingValues::any(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>();
     for (const DBSpecifierLackingPassword &specifier : stored) {
         if (!specifier.isNull())
             databases.enqueue(specifier.toDetails());
@@ -107,7 +99,7 @@ void setRecentDatabases(const QQueue<DBDetails> &databases)
         if (!specifier.isNull())
             stored.enqueue(specifier);
     }
-    if (QSettings().value(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>() != stored)
+    if (SettingValues::any(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>() != stored)
         QSettings().setValue(recentDatabasesKey, QVariant::fromValue(stored));
 }
 
@@ -118,7 +110,7 @@ bool showIconView()
 
 void setShowIconView(bool show)
 {
-    store(showIconViewKey, show);
+    SettingValues::store(showIconViewKey, show);
 }
 
 bool isFileSearchLineVisible()
@@ -128,7 +120,7 @@ bool isFileSearchLineVisible()
 
 void setFileSearchLineVisible(bool visible)
 {
-    store(searchLineKey, visible);
+    SettingValues::store(searchLineKey, visible);
 }
 
 bool isEditModeActivated()
@@ -138,7 +130,7 @@ bool isEditModeActivated()
 
 void setEditModeActivated(bool activated)
 {
-    store(editModeKey, activated);
+    SettingValues::store(editModeKey, activated);
 }
 
 } // namespace WindowSettings

@@ -1,27 +1,12 @@
 #include "core/controllers/collectionsettings.h"
 
 #include "app/settings/collectionidentity.h"
+#include "app/settings/settingvalues.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/metatypes.h"
 #include "models/trees/manualnodessorter.h"
 
-#include <QSettings>
 #include <QVariant>
-
-namespace {
-QVariant read(const QString &key, const QVariant &fallback = QVariant())
-{
-    return QSettings().value(key, fallback);
-}
-
-void write(const QString &key, const QVariant &value)
-{
-    // A write rewrites the store and waits for the disk, so an equal value is left alone.
-    QSettings settings;
-    if (!settings.contains(key) || settings.value(key) != value)
-        settings.setValue(key, value);
-}
-} // namespace
 
 CollectionSettings::CollectionSettings(Collection *collection) : QObject(collection), m_collection(collection)
 {
@@ -41,58 +26,64 @@ QString CollectionSettings::shortName() const
 
 int CollectionSettings::tagGroupIndex() const
 {
-    return read(description() + QLatin1String("/TagGroupBar/currentIndex"), 0).toInt();
+    return SettingValues::any(description() + QLatin1String("/TagGroupBar/currentIndex"), 0).toInt();
 }
 
 void CollectionSettings::setTagGroupIndex(int index)
 {
-    write(description() + QLatin1String("/TagGroupBar/currentIndex"), index);
+    SettingValues::store(description() + QLatin1String("/TagGroupBar/currentIndex"), index);
 }
 
 QList<int> CollectionSettings::tagGroupOrder() const
 {
-    return read(description() + QLatin1String("/TagGroupBar/tagGroupOrder")).value<QList<int>>();
+    return SettingValues::any(description() + QLatin1String("/TagGroupBar/tagGroupOrder"))
+        .value<QList<int>>();
 }
 
 void CollectionSettings::setTagGroupOrder(const QList<int> &groupIds)
 {
-    write(description() + QLatin1String("/TagGroupBar/tagGroupOrder"), QVariant::fromValue(groupIds));
+    SettingValues::store(description() + QLatin1String("/TagGroupBar/tagGroupOrder"),
+                         QVariant::fromValue(groupIds));
 }
 
 qint64 CollectionSettings::browsingTree() const
 {
-    return read(shortName() + QLatin1String("/BrowsingTree/Selection"), 0).toLongLong();
+    return SettingValues::any(shortName() + QLatin1String("/BrowsingTree/Selection"), 0).toLongLong();
 }
 
 void CollectionSettings::setBrowsingTree(qint64 treeId)
 {
-    write(shortName() + QLatin1String("/BrowsingTree/Selection"), treeId);
+    SettingValues::store(shortName() + QLatin1String("/BrowsingTree/Selection"), treeId);
 }
 
 QHash<QString, bool> CollectionSettings::relationExpansion() const
 {
-    return read(QLatin1String("TRview/expansionState_") + description()).value<QHash<QString, bool>>();
+    return SettingValues::any(QLatin1String("TRview/expansionState_") + description())
+        .value<QHash<QString, bool>>();
 }
 
 void CollectionSettings::setRelationExpansion(const QHash<QString, bool> &expanded)
 {
-    write(QLatin1String("TRview/expansionState_") + description(), QVariant::fromValue(expanded));
+    SettingValues::store(QLatin1String("TRview/expansionState_") + description(),
+                         QVariant::fromValue(expanded));
 }
 
 qint64 CollectionSettings::selectedTag() const
 {
-    return read(QLatin1String("MainWindow/selectedTag_") + description(), 0).toLongLong();
+    return SettingValues::any(QLatin1String("MainWindow/selectedTag_") + description(), 0).toLongLong();
 }
 
 void CollectionSettings::setSelectedTag(qint64 tagId)
 {
-    write(QLatin1String("MainWindow/selectedTag_") + description(), tagId);
+    SettingValues::store(QLatin1String("MainWindow/selectedTag_") + description(), tagId);
 }
 
 QMap<qint64, QList<qint64>> CollectionSettings::nodeOrder() const
 {
     QMap<qint64, QList<qint64>> order;
-    read(description() + QLatin1String("/BrowsingTreeOrder")).value<ManualNodesSorter>().save(order);
+    SettingValues::any(description() + QLatin1String("/BrowsingTreeOrder"))
+        .value<ManualNodesSorter>()
+        .save(order);
     return order;
 }
 
@@ -100,5 +91,5 @@ void CollectionSettings::setNodeOrder(const QMap<qint64, QList<qint64>> &order)
 {
     ManualNodesSorter sorter;
     sorter.load(order);
-    write(description() + QLatin1String("/BrowsingTreeOrder"), QVariant::fromValue(sorter));
+    SettingValues::store(description() + QLatin1String("/BrowsingTreeOrder"), QVariant::fromValue(sorter));
 }
