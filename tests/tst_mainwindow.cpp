@@ -1,4 +1,5 @@
 #include "app/window/collectionopener.h"
+#include "app/window/databaseerrors.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/sqlitecollection.h"
 #include "core/controllers/tagscontroller.h"
@@ -78,6 +79,19 @@ private slots:
         QCoreApplication::processEvents();
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
         QCOMPARE(m_fixture->openPath(), path);
+        // Nor does a box that is answered once the next one is open close that.
+        const QString later = m_fixture->makeDatabase("later.vrn"_s);
+        m_fixture->answerBoxes([&](const Messages::Box &) {
+            window().openDatabase(DBDetails::local(later));
+            return Messages::Answer{QMessageBox::Ok, -1};
+        });
+        const QSignalSpy closing(window().findChild<DatabaseErrors *>(), &DatabaseErrors::closeRequested);
+        window().slotConnectionError();
+        QTRY_COMPARE(m_fixture->boxes().size(), 1);
+        QCOMPARE(closing.size(), 0);
+        m_fixture->takeBoxes();
+        QCOMPARE(m_fixture->openPath(), later);
+        m_fixture->answerBoxes([](const Messages::Box &) { return Messages::Answer{QMessageBox::Ok, -1}; });
         window().slotConnectionError();
         QTRY_VERIFY(!window().collection());
         QCOMPARE(m_fixture->takeBoxes(),

@@ -44,6 +44,7 @@ void DatabaseErrors::databaseClosed()
     m_errorTimer.stop();
     m_lossTimer.stop();
     m_isConnectionLost = false;
+    ++m_closings;
     m_notices.resize(m_isShowing ? 1 : 0);
 }
 
@@ -82,8 +83,11 @@ void DatabaseErrors::reportConnectionLoss()
 
 void DatabaseErrors::showConnectionLoss()
 {
+    const int closings = m_closings;
     Messages::critical(m_window, tr("Connection problem"), tr("Could not connect to the database."));
-    emit closeRequested();
+    // Another database may be open by then.
+    if (closings == m_closings)
+        emit closeRequested();
 }
 
 QString DatabaseErrors::advice(int number)

@@ -51,4 +51,5 @@ private:
     QVector<Notice> m_notices; ///< the first is the next, or the one that is shown
     bool m_isShowing = false;
     bool m_isConnectionLost = false;
+    int m_closings = 0;
 };
