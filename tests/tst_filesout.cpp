@@ -1,5 +1,6 @@
 #include "app/messages/filedialogs.h"
 #include "core/controllers/filedragdata.h"
+#include "fileops/files/temporarycopies.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/filesviewtest.h"
@@ -209,6 +210,7 @@ private slots:
     }
 
 private:
+    const TemporaryCopies m_copies; // which go at the end, as those of the program do
     QList<QUrl> m_opened;
 };
 

@@ -125,8 +125,9 @@ private slots:
             "stamps without names, of an older set-up",
             "ALTER TABLE tables_modification_date DROP COLUMN client; "
             "CREATE OR REPLACE FUNCTION stamp_change() RETURNS trigger LANGUAGE plpgsql SECURITY DEFINER AS "
-            "'BEGIN DELETE FROM public.tables_modification_date; INSERT INTO public.tables_modification_date "
-            "VALUES (clock_timestamp() AT TIME ZONE ''UTC''); RETURN NULL; END'; "
+            "'BEGIN INSERT INTO public.tables_modification_date SELECT greatest(date_trunc(''milliseconds'', "
+            "clock_timestamp() AT TIME ZONE ''UTC''), max(last_date) + interval ''1 millisecond'') "
+            "FROM public.tables_modification_date; RETURN NULL; END'; "
             "UPDATE vorna_version SET version=version"_s);
     }
 
