@@ -5,16 +5,23 @@
 #include "app/settings/addingsettings.h"
 #include "app/settings/collectionidentity.h"
 #include "app/settings/constants.h"
+#include "app/settings/showntext.h"
 #include "app/settings/windowsettings.h"
-#include "app/window/actionid.h"
 #include "app/window/collectionopener.h"
 #include "app/window/databaseerrors.h"
 #include "app/window/openingprogress.h"
 #include "app/window/recentdatabases.h"
 #include "app/window/replacedfile.h"
+#include "app/window/serverconnections.h"
+#include "app/window/windowcommands.h"
+#include "app/window/windowparts.h"
+#include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/tagscontroller.h"
+#include "ui/dialogs/browsingtreedialog.h"
+#include "ui/dialogs/databaseconnectdialog.h"
 #include "ui/dialogs/duplicateprompt.h"
 #include "ui/dialogs/fileoperationprogress.h"
 #include "ui/dialogs/helpwindow.h"
@@ -22,12 +29,15 @@
 #include "ui/dialogs/taggroupingdialog.h"
 #include "ui/docks/browsingtreeviewdock.h"
 #include "ui/views/mainfilesview.h"
+#include "ui/widgets/mainui.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QSettings>
 #include <QSqlError>
 #include <QStatusBar>
@@ -35,6 +45,77 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
+
+namespace {
+constexpr int usualServerPort = 5432;
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent),
+      m_popupMessager(new PopupMessager(this)),
+      m_progress(new FileOperationProgress(this)),
+      m_errors(new DatabaseErrors(this)),
+      m_recentDatabases(new RecentDatabases(this)),
+      m_servers(
+          new ServerConnections([this](const DBDetails &details) { return openDatabase(details); }, this)),
+      m_commands(new WindowCommands(this))
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    // With its frame no larger than a small screen, or one that is enlarged.
+    resize(QSize(768, 589).boundedTo(screen()->availableSize() * 9 / 10));
+    statusBar();
+
+    m_parts = new WindowParts(this);
+    MainUi ui(this);
+    m_parts->takePlaces(ui);
+    m_commands->takePlaces(ui, m_recentDatabases->actions());
+    ui.makeBarsReachable();
+    connectCommands();
+    setCentralWidget(m_parts->files());
+    setDocksArrangement();
+    m_parts->arrangeTabOrder(ui);
+
+    connect(m_parts->files(), &MainFilesView::statusTextChanged, this,
+            [this](const QString &text) { statusBar()->showMessage(ShownText::cut(text), 0); });
+    connect(m_recentDatabases, &RecentDatabases::chosen, this, &MainWindow::openRecentDatabase);
+    connect(m_errors, &DatabaseErrors::openAnotherRequested, this,
+            [this] { runWhenIdle([this] { slotOpenDb(); }); });
+    connect(m_errors, &DatabaseErrors::closeRequested, this, &MainWindow::closeWhenIdle);
+    m_recentDatabases->load();
+    updateDatabaseActions();
+    restoreLayout();
+    updateWindowTitle();
+}
+
+void MainWindow::connectCommands()
+{
+    const auto onTriggered = [this](ActionId id, void (MainWindow::*slot)()) {
+        connect(m_commands->action(id), &QAction::triggered, this, slot);
+    };
+    onTriggered(ConnectAction, &MainWindow::slotConnectDb);
+    onTriggered(DisconnectAction, &MainWindow::slotDisconnectDb);
+    onTriggered(OpenAction, &MainWindow::slotOpenDb);
+    onTriggered(NewDatabaseAction, &MainWindow::newDatabase);
+    connect(m_commands->action(ExitAction), &QAction::triggered, this, &QWidget::close);
+    onTriggered(DatabaseInfoAction, &MainWindow::showDatabaseVersion);
+    onTriggered(ShowAllDocksAction, &MainWindow::setDocksArrangement);
+    onTriggered(SelectBrowsingTreeAction, &MainWindow::slotOpenBrowsinTree);
+    onTriggered(TagGroupsAction, &MainWindow::showEditTagGroups);
+    onTriggered(BrowsingTreeListAction, &MainWindow::slotOpenBrowsinTree);
+    onTriggered(RemakeThumbnailsAction, &MainWindow::remakeThumbnails);
+    connect(m_commands->action(QuickStartAction), &QAction::triggered, this,
+            [] { (new HelpWindow(HelpWindow::QuickStartGuide))->show(); });
+    onTriggered(ManualAction, &MainWindow::showManual);
+    onTriggered(NameplateAction, &MainWindow::showNameplate);
+    connect(m_commands->action(ExternalAction), &QAction::toggled, this, &MainWindow::slotExternalToggled);
+}
+
+void MainWindow::restoreLayout()
+{
+    restoreState(WindowSettings::layout(WindowSettings::mainWindowState));
+    restoreGeometry(WindowSettings::layout(WindowSettings::mainWindowGeometry));
+}
 
 MainWindow::~MainWindow()
 {
@@ -74,10 +155,10 @@ bool MainWindow::openDatabase(const DBDetails &details)
         connect(m_collection, &Collection::loadingProgress, &progress, &OpeningProgress::setPercent);
         opened = CollectionOpener(this).open(*m_collection);
         if (opened) {
-            attachControllers();
+            m_parts->attach(*m_collection);
             rememberRecentDatabase();
             // Nothing is shown yet: the next step is to choose a node.
-            m_browsingDock->widget()->setFocus();
+            m_parts->browsingDock()->widget()->setFocus();
         } else {
             closeDatabase();
         }
@@ -87,9 +168,36 @@ bool MainWindow::openDatabase(const DBDetails &details)
     return opened;
 }
 
+void MainWindow::connectCollection()
+{
+    Collection *collection = m_collection;
+    connect(collection, &Collection::showTempWarning, m_popupMessager, &PopupMessager::showTempWarning);
+    connect(collection, &Collection::showError, m_popupMessager, &PopupMessager::showWarning);
+    connect(collection, &Collection::duplicatesReady, this, &MainWindow::promptAboutDuplicates);
+    connect(collection, &Collection::connectionError, this, &MainWindow::slotConnectionError);
+    connect(collection, &Collection::errorOccured, this, &MainWindow::slotDBErrorOccured);
+    connect(collection, &Collection::loadingProgress, this, &MainWindow::openingProgress);
+    connect(collection, &Collection::operationFailed, m_errors, &DatabaseErrors::report);
+    m_parts->followReloads(collection);
+
+    connect(collection->tagsController(), &TagsController::tagDuplicated, this,
+            &MainWindow::showTagDublicated, Qt::UniqueConnection);
+    connect(collection->groupsController(), &GroupsController::groupDuplicated, this,
+            &MainWindow::showGroupDublicated, Qt::UniqueConnection);
+    MainViewController *files = collection->mainViewController();
+    connect(files, &MainViewController::startedAddingFiles, this, &MainWindow::startAddingFilesProgresDialog,
+            Qt::UniqueConnection);
+    connect(files, &MainViewController::addingFilesProgress, this, &MainWindow::progressAddingFilesDialog,
+            Qt::UniqueConnection);
+    connect(files, &MainViewController::finishedAddingFiles, this,
+            &MainWindow::finishAddingFilesProgresDialog, Qt::UniqueConnection);
+    connect(m_progress, &FileOperationProgress::canceled, files, &MainViewController::cancelOperations,
+            Qt::UniqueConnection);
+}
+
 bool MainWindow::mayLeaveDatabase()
 {
-    QWidget *const refused = m_mainView->savePreviews();
+    QWidget *const refused = m_parts->files()->savePreviews();
     if (refused)
         m_popupMessager->moveTempWarning(refused);
     return !refused;
@@ -99,9 +207,9 @@ void MainWindow::closeDatabase()
 {
     if (m_collection) {
         // What previewers have to save goes to the database that it belongs to.
-        m_mainView->closePreviews();
-        rememberRunConnection();
-        detachControllers();
+        m_parts->files()->closePreviews();
+        m_servers->remember(m_collection->details());
+        m_parts->detach();
         m_collection->close();
         delete m_collection;
         m_collection = nullptr;
@@ -168,6 +276,36 @@ void MainWindow::slotOpenDb()
     WindowSettings::setLastDatabaseDir(file.absolutePath());
     if (!openDatabase(DBDetails::local(file.absoluteFilePath())))
         warnOfFailedOpening();
+}
+
+void MainWindow::slotConnectDb()
+{
+    if (mayLeaveDatabase())
+        connectDialogLoop(DBDetails(Constants::serverDatabase, QString(), usualServerPort, QString(),
+                                    QString(), QString()));
+}
+
+void MainWindow::slotDisconnectDb()
+{
+    if (m_collection && mayLeaveDatabase())
+        closeDatabase();
+}
+
+void MainWindow::connectDialogLoop(const DBDetails &details)
+{
+    DatabaseConnectDialog dialog(details, this);
+    while (dialog.exec() == QDialog::Accepted) {
+        if (m_servers->open(dialog.details()) == ServerConnections::Connected)
+            return;
+    }
+}
+
+void MainWindow::openRecentServer(const DBDetails &details)
+{
+    const std::optional<DBDetails> known = m_servers->remembered(details);
+    // The password may be another one by now.
+    if (!known || m_servers->open(*known) == ServerConnections::Refused)
+        connectDialogLoop(known.value_or(details));
 }
 
 void MainWindow::newDatabase()
@@ -275,7 +413,7 @@ void MainWindow::showDatabaseVersion()
 
 void MainWindow::remakeThumbnails()
 {
-    m_mainView->remakeThumbnails();
+    m_parts->files()->remakeThumbnails();
 }
 
 void MainWindow::showEditTagGroups()
@@ -288,6 +426,24 @@ void MainWindow::showEditTagGroups()
         groups->load();
         groups->refresh();
     }
+}
+
+void MainWindow::slotOpenBrowsinTree()
+{
+    BrowsTreeController *trees = m_collection ? m_collection->browsTreeController() : nullptr;
+    if (!trees || m_collection->dbType() != Constants::serverDatabase)
+        return;
+    BrowsingTreeDialog dialog(trees, this);
+    connect(&dialog, &BrowsingTreeDialog::showError, m_popupMessager, &PopupMessager::showWarning);
+    connect(&dialog, &BrowsingTreeDialog::treeDuplicated, m_popupMessager,
+            &PopupMessager::showBrowsingTreeDuplicated);
+    dialog.exec();
+    m_parts->browsingDock()->updateTitle();
+}
+
+void MainWindow::setDocksArrangement()
+{
+    m_parts->arrangeDocks();
 }
 
 void MainWindow::showManual()
@@ -379,4 +535,9 @@ void MainWindow::updateWindowTitle()
     // Alone it would stand for the mark of unsaved changes.
     name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
     setWindowTitle(tr("Vorna - ") + name);
+}
+
+void MainWindow::updateDatabaseActions()
+{
+    m_commands->updateAvailability(m_collection);
 }

@@ -4,25 +4,20 @@
 #include "app/settings/dbdetails.h"
 #include "fileops/worker/presentableduplicates.h"
 
-#include <QHash>
 #include <QMainWindow>
 
 #include <functional>
 
-class BrowsingTreeViewDock;
 class Collection;
 class DatabaseErrors;
-class ExternalFilesDock;
 class FileOperationProgress;
-class MainFilesView;
-class MainUi;
-class MetaInfoDock;
 class PopupMessager;
 class QSqlError;
 class RecentDatabases;
-class RelationTreeViewDock;
 class ReplacedFile;
-class TagsTableDock;
+class ServerConnections;
+class WindowCommands;
+class WindowParts;
 
 /**
  * The program's only top-level window. It owns the open Collection: every gesture that opens, creates or
@@ -89,18 +84,10 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    void makeDocks();
-    void setUpCommands(MainUi &ui);
-    void fillDatabaseMenu(MainUi &ui);
-    void fillOtherMenus(MainUi &ui);
-    void fillFileTools(MainUi &ui);
-    void arrangeTabOrder(const MainUi &ui);
-    QAction *addAction(int id, const QString &text, const QString &icon = QString());
+    void connectCommands();
     void restoreLayout();
 
     void connectCollection();
-    void attachControllers();
-    void detachControllers();
     /** False when something of the open database is still to be saved, which the user sees. */
     bool mayLeaveDatabase();
     void rememberRecentDatabase();
@@ -108,13 +95,6 @@ private:
     void openRecentServer(const DBDetails &details);
     /** The dialog with these values first, then with what was typed, the password included. */
     void connectDialogLoop(const DBDetails &details);
-    enum ConnectionOutcome { Connected, Refused, GivenUp };
-    /** Opens a database on a server; a failure is told with its reason, and the user may tire of waiting. */
-    ConnectionOutcome connectToServer(const DBDetails &details);
-    /** Waits until a server has let somebody in, or has not; its reason comes back. */
-    ConnectionOutcome tryServer(const DBDetails &details, QString &reason);
-    /** Keeps the password of the open database for the rest of the run. */
-    void rememberRunConnection();
     /** The user's choice could not be opened. */
     void warnOfFailedOpening();
     void closeWhenIdle();
@@ -132,15 +112,10 @@ private:
     FileOperationProgress *m_progress;
     DatabaseErrors *m_errors;
     RecentDatabases *m_recentDatabases;
-    MainFilesView *m_mainView = nullptr;
-    TagsTableDock *m_tagsDock = nullptr;
-    RelationTreeViewDock *m_relationsDock = nullptr;
-    MetaInfoDock *m_metadataDock = nullptr;
-    BrowsingTreeViewDock *m_browsingDock = nullptr;
-    ExternalFilesDock *m_externalFilesDock = nullptr;
+    ServerConnections *m_servers;
+    WindowCommands *m_commands;
+    WindowParts *m_parts = nullptr;
     BoxPrompts m_prompts;
-    QHash<int, QAction *> m_actions;
-    QList<DBDetails> m_runConnections; // to servers, with passwords, for this run only; newest last
     Collection *m_collection = nullptr;
     bool m_isBusy = false; // inside a step that goes on with the collection after a loop of its own
 };
