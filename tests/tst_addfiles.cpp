@@ -130,8 +130,10 @@ private slots:
         m_fixture->add({path});
         if (isTransfer) {
             m_fixture->files.clear();
+            const QSignalSpy told(&m_fixture->provider(), &FileOperationProvider::error);
             m_fixture->provider().transferFiles({1, 1});
             m_fixture->wait();
+            QCOMPARE(told.size(), 0);
         }
         QCOMPARE(AddingFixture::idsOf(m_fixture->files), QVector<qint64>{1});
         QCOMPARE(Sql::rows("SELECT file_size,data_checksum,internal FROM files"),
@@ -370,7 +372,7 @@ private slots:
     void cancelRollsBack()
     {
         for (int i = 0; i < 3000; ++i)
-            m_fixture->write("top/%1"_s.arg(i), QByteArray::number(i));
+            m_fixture->write("top/%1"_s.arg(i), QByteArray::number(qMax(1, i))); // two of one content
         FileOperationProvider &provider = m_fixture->provider();
         const auto connection = connect(&provider, &FileOperationProvider::filesOperationProgress, &provider,
                                         [&](const QString &text, int) {
@@ -384,11 +386,27 @@ private slots:
         for (const char *table : {"files", "file_paths", "file_tag", "tags", "tb_nodes", "tb_node_links"})
             QCOMPARE(Sql::count(QLatin1String(table)), 0);
         QCOMPARE(m_fixture->tags.size(), 0);
+        QVERIFY(m_fixture->duplicates().externalDuplicateGroups.isEmpty());
         QCOMPARE(m_fixture->integrity(), "ok"_s);
         // The next add is not hurt by the flag of the last.
         disconnect(connection);
         m_fixture->add({m_fixture->path("top/1"_s)});
         QCOMPARE(Sql::count("files"_s), 1);
+    }
+
+    void commitThatFailsIsNoAdd()
+    {
+        if (m_fixture->isLocal())
+            QSKIP("a server may look at rows as late as that");
+        QVERIFY(static_cast<ServerDatabase &>(m_fixture->database())
+                    .owner()
+                    .run("CREATE FUNCTION late() RETURNS trigger LANGUAGE plpgsql AS "
+                         "'BEGIN RAISE EXCEPTION ''no''; END'; CREATE CONSTRAINT TRIGGER late AFTER INSERT "
+                         "ON files DEFERRABLE INITIALLY DEFERRED FOR EACH ROW EXECUTE FUNCTION late()"_s));
+        m_fixture->add({m_fixture->write("a"_s, "same"), m_fixture->write("b"_s, "same")});
+        QCOMPARE(m_fixture->errors.size(), 1);
+        QCOMPARE(m_fixture->files.size(), 0);
+        QVERIFY(m_fixture->duplicates().externalDuplicateGroups.isEmpty());
     }
 
     void lockedDatabaseTells()

@@ -160,6 +160,24 @@ private slots:
         QVERIFY(temporary.isEmpty());
     }
 
+    void rowsOfAnEditThatALockHidesComeLater()
+    {
+        constexpr int count = 20000; // are read again in pieces
+        LocalManager manager;
+        manager.addFiles(count);
+        const qint64 tagId = manager->addTag("tag"_s);
+        QVector<qint64> ids(count);
+        std::iota(ids.begin(), ids.end(), 1);
+        OtherConnection other(manager.path());
+        connect(manager.get(), &DatabaseManger::filesChanged, manager.get(),
+                [&other] { other.run("BEGIN EXCLUSIVE"_s); });
+        QVERIFY(manager->linkTags(ids, {tagId}));
+        QVERIFY(!manager->file(count)->hasTag(tagId));
+        manager->disconnect(manager.get());
+        QVERIFY(other.run("ROLLBACK"_s));
+        QTRY_VERIFY(manager->file(count)->hasTag(tagId));
+    }
+
     void thumbnailsComeAgainAndTellOfOneFailureOnly()
     {
         LocalManager manager;

@@ -33,6 +33,7 @@ private slots:
         QCOMPARE(textOf(dock, "tagsLabel"), "Red, Blue"_s);
 
         fixture.tags().renameTag(tagIds.last(), "Green"_s);
+        QCOMPARE(textOf(dock, "tagsLabel"), "Red, Green"_s);
         fixture.mainView().unlinkTags({id}, {tagIds.first()});
         QCOMPARE(textOf(dock, "tagsLabel"), "Green"_s);
         fixture.mainView().updateFileDescription(id, "of %2 things"_s);

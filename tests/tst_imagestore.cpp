@@ -1,5 +1,7 @@
 #include "core/records/file.h"
+#include "db/sql/sqltext.h"
 #include "fileops/files/datachecksum.h"
+#include "fileops/provider/thumbnailcache.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 
@@ -239,12 +241,16 @@ private slots:
         QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
         const QFile::Permissions permissions = QFile::permissions(path);
         const QDateTime time = QFileInfo(path).lastModified();
-        const QString link = m_folder->filePath("link.png"_s);
+        const QString link = m_folder->filePath("li'nk.png"_s);
         QVERIFY(QFile::link(path, link));
         addExternal(link);
         m_manager->run("INSERT INTO files SELECT 2, 'link.png', '', 1, 1, 1, 'C2', 1, 1, 0, 0, 0");
         manager()->loadAllFiles();
         const QImage loaded = load().image;
+        QSignalSpy shown(manager().get(), &DatabaseManger::thumbnailUpdated);
+        manager()->thumbnailCache()->thumbnail(1);
+        QTRY_COMPARE(shown.size(), 1);
+        QTRY_VERIFY(!manager()->isBusy());
 
         QCOMPARE(saveRefused(turned(loaded), "INSERT ON thumbnails"_s), StoredImage::Refused);
         QCOMPARE(QImage(path), picture);
@@ -257,11 +263,13 @@ private slots:
         QCOMPARE(QDir(m_folder->folder()).entryList(QDir::Files | QDir::Hidden).size(), 2);
         for (const qint64 id : {1, 2}) { // both records name the file
             const File &file = *manager()->file(id);
+            QCOMPARE(file.name(), "li'nk.png"_s);
             QCOMPARE(file.size(), QFileInfo(path).size());
             QCOMPARE(file.modificationSeconds(), QFileInfo(path).lastModified().toSecsSinceEpoch());
             QCOMPARE(file.checksum(), qint64(DataChecksum::ofBytes(TestFolder::read(path))));
         }
         QVERIFY(isThumbnailHigh());
+        QTRY_COMPARE(shown.size(), 2);
 
         m_folder->write("a 'b' %1.png"_s, "somebody else's");
         QCOMPARE(save(loaded), StoredImage::NotSaved);
@@ -307,7 +315,7 @@ private:
         base().addFile(1, internal, size, storageId, 7);
         Sql::run("DELETE FROM thumbnails");
         Sql::run("INSERT INTO thumbnails VALUES (7, '')");
-        m_manager->run("UPDATE files SET file_name='%1'"_s.arg(name));
+        m_manager->run("UPDATE files SET file_name=%1"_s.arg(SqlText::quoted(name)));
         manager()->loadAllFiles();
     }
     void addPicture(const QString &name, const QByteArray &bytes)
@@ -317,7 +325,7 @@ private:
     }
     void addExternal(const QString &path)
     {
-        Sql::run("INSERT INTO file_paths VALUES (1, '%1', '')"_s.arg(path));
+        Sql::run("INSERT INTO file_paths VALUES (1, %1, '')"_s.arg(SqlText::quoted(path)));
         addRecord(QFileInfo(path).fileName(), 0, 1, 1);
     }
 

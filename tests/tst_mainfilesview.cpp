@@ -215,6 +215,8 @@ private slots:
             list()->selectAll(); // tells of the other one
             list()->setCurrentIndex(sorter->index(row, 0));
             QCOMPARE(told.last().first().toLongLong(), sorter->fileAt(row)->id());
+            m_fixture->manager()->reloadAllData();
+            QCOMPARE(list()->currentIndex().row(), row);
         }
     }
 
@@ -242,7 +244,8 @@ private slots:
 
     void contextMenuFitsSelection_data()
     {
-        addColumns<QString, QStringList>("kinds", "texts"); // a letter a file: Internal, External, Hyperlink
+        addColumns<QString, QStringList>("kinds",
+                                         "texts"); // a letter a file: Internal, External, Hyperlink, Missing
         const QString open = "Open for Viewing"_s;
         const QString transfer = "Transfer to Internal"_s;
         const QStringList single = {"Show related files"_s, "Properties"_s};
@@ -252,6 +255,8 @@ private slots:
         addRow("external", "E"_s,
                QStringList{open, "Show in Explorer"_s, transfer, "Delete Link"_s, extract} + single);
         addRow("hyperlink", "H"_s, QStringList{open, "Delete Link"_s} + single);
+        addRow("missing", "M"_s, QStringList{"Delete Link"_s} + single);
+        addRow("missing and external", "ME"_s, QStringList{"Delete Links"_s});
         addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, extract});
         addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, extract});
         addRow("internal and hyperlink", "IH"_s, QStringList{"Delete Links"_s});
@@ -262,6 +267,8 @@ private slots:
         QFETCH(QString, kinds);
         select(addKinds(kinds));
         QTEST(menuTexts([this] { m_view->openContextMenu({5, 5}); }), "texts");
+        m_fixture->manager()->reloadAllData(); // which looks for them anew
+        QVERIFY(m_fixture->mainView().missingFileIds().isEmpty());
     }
 
     void editorKeys_data()

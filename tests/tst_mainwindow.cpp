@@ -62,12 +62,17 @@ private slots:
         QVERIFY(!info->isEnabled());
         // The mark of unsaved changes is but a part of this name.
         const QString path = m_fixture->openNew("a[*]b.vrn"_s);
+        const QAction *groups = m_fixture->action("Tag Groups"_s);
+        QVERIFY(groups->isEnabled());
         window().show();
         QVERIFY(window().windowHandle()->title().startsWith("Vorna - "_s + path));
         QVERIFY(info->isEnabled() && m_fixture->action("Edit"_s)->isEnabled());
         window().closeDatabase();
         QCOMPARE(window().windowTitle(), "Vorna - "_s);
         QVERIFY(!info->isEnabled());
+        // The row that tries out writing is there already.
+        QVERIFY(OtherConnection(path).run("INSERT INTO file_tag VALUES (0,0)"_s));
+        QVERIFY(window().openDatabase(DBDetails::local(path)) && !groups->isEnabled());
     }
 
     void boxesGoWithTheirDatabase()
@@ -256,6 +261,7 @@ private slots:
     void databaseComesBackWhenNoneCanTakeItsPlace()
     {
         const QString old = m_fixture->write("old.vrn"_s, "precious");
+        m_fixture->write("old.vrn-journal"_s, "and what makes it whole");
         m_fixture->chooseFile(old);
         // As on a disk that is all but full: a write past the limit fails.
         std::signal(SIGXFSZ, SIG_IGN);
@@ -268,7 +274,9 @@ private slots:
         QCOMPARE(m_fixture->takeBoxes(),
                  QStringList{failedToCreate + "A database could not be created at this place."_s});
         QCOMPARE(WindowFixture::read(old), QByteArray("precious"));
-        QCOMPARE(QFileInfo(old).dir().entryList(QDir::Files), QStringList("old.vrn"_s));
+        QCOMPARE(WindowFixture::read(old + "-journal"_s), QByteArray("and what makes it whole"));
+        QCOMPARE(QFileInfo(old).dir().entryList(QDir::Files),
+                 QStringList({"old.vrn"_s, "old.vrn-journal"_s}));
     }
 
     void replacedDatabaseLosesJournal()

@@ -1,4 +1,5 @@
 #include "core/controllers/collectionsettings.h"
+#include "db/sql/connections.h"
 #include "tests/support/localcollection.h"
 #include "tests/support/serverdatabase.h"
 
@@ -87,6 +88,14 @@ private slots:
         QCOMPARE(m_collection->value("SELECT string_agg(source,' ') FROM pg_settings WHERE name IN "
                                      "('lock_timeout','search_path')"),
                  "session session"_s);
+        // The window must not stand still for a row that another client keeps; the worker has the time.
+        QVERIFY(Connections::open(Constants::workerConnection, m_server->details()).isOpen);
+        {
+            QSqlQuery query("SHOW lock_timeout"_s, QSqlDatabase::database(Constants::workerConnection));
+            QVERIFY(query.next());
+            QCOMPARE(m_collection->value("SHOW lock_timeout") + query.value(0).toString(), "3s0"_s);
+        }
+        Connections::close(Constants::workerConnection);
 
         const qint64 tagId = m_collection->tags().addTag(name);
         const qint64 link =

@@ -1,3 +1,5 @@
+#include "app/settings/constants.h"
+#include "db/sql/databaselock.h"
 #include "db/sql/sqltext.h"
 #include "tests/support/text.h"
 
@@ -6,26 +8,6 @@ class TestSqlText : public QObject
     Q_OBJECT
 
 private slots:
-    void quotes_data()
-    {
-        addColumns<QString, QString>("value", "quoted");
-        addRow("plain", "abc"_s, "'abc'"_s);
-        addRow("empty", QString(), "''"_s);
-        addRow("apostrophe", "O'Neil"_s, "'O''Neil'"_s);
-        addRow("only apostrophes", "''"_s, "''''''"_s);
-        addRow("double quote stays", "12\" disc"_s, "'12\" disc'"_s);
-        addRow("backslash stays", "a\\'b"_s, "'a\\''b'"_s);
-        addRow("percent stays", "50%1"_s, "'50%1'"_s);
-    }
-
-    void quotes()
-    {
-        QFETCH(QString, value);
-        QFETCH(QString, quoted);
-        QCOMPARE(SqlText::quoted(value), quoted);
-        QCOMPARE(SqlText::escaped(value), quoted.mid(1, quoted.size() - 2));
-    }
-
     void fillsPlaces_data()
     {
         addColumns<QString, QStringList, QString>("templateText", "values", "text");
@@ -58,6 +40,19 @@ private slots:
         QCOMPARE(SqlText::idList(ids), "3,-1,9223372036854775807"_s);
         QCOMPARE(SqlText::idTexts(ids).join(QLatin1Char(',')), SqlText::idList(ids));
         QVERIFY(SqlText::idList({}).isEmpty());
+    }
+
+    void locksAreKnownByTheirCodes()
+    {
+        const auto isLock = [](const QString &driver, const char *code) {
+            return DatabaseLock::isMetBy({{}, {}, QSqlError::StatementError, QLatin1String(code)}, driver);
+        };
+        // A time-out and a deadlock; busy and locked, each alone and with what SQLite adds.
+        for (const char *code : {"55P03", "40P01"})
+            QVERIFY2(isLock(Constants::postgresDriver, code), code);
+        for (const char *code : {"5", "517", "6", "262"})
+            QVERIFY2(isLock(Constants::sqliteDriver, code), code);
+        QVERIFY(!isLock(Constants::postgresDriver, "57014") && !isLock(Constants::sqliteDriver, "11"));
     }
 };
 

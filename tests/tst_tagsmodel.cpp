@@ -150,6 +150,8 @@ private slots:
         QVERIFY(!isMarked(0) && isMarked(1));
         m_open->tags().showTagsSelected({1, 3});
         QVERIFY(isMarked(0) && !isMarked(1) && isMarked(2));
+        m_open->tags().removeTags({3});
+        QCOMPARE(cell(0).data(258).value<Ids>(), Ids{1}); // a new tag may get the id again
         m_open->tags().clearMark();
         QVERIFY(!isMarked(0));
     }

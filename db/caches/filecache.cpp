@@ -73,7 +73,6 @@ QList<File *> FileCache::finishLoad()
     m_highestId = 0;
     m_columns.reset();
     m_files.swap(m_loading);
-    m_missing.clear();
     const QList<File *> old = m_loading.values();
     m_loading.clear();
     return old;

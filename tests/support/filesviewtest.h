@@ -33,15 +33,18 @@ protected:
         m_fixture.reset();
     }
 
-    // Shows a file for each letter: Internal, External, Hyperlink.
+    // Shows a file for each letter: Internal, External, Hyperlink, Missing.
     QVector<qint64> addKinds(const QString &kinds)
     {
         QVector<qint64> ids;
         for (const QChar kind : kinds) {
             const QString name = "%1.txt"_s.arg(ids.size());
-            AddingSettings::setLinkToFiles(kind == QLatin1Char('E'));
+            AddingSettings::setLinkToFiles(kind != QLatin1Char('I'));
             ids << (kind == QLatin1Char('H') ? m_fixture->add(QUrl("https://example.org/"_s + name))
                                              : m_fixture->addExternal(name));
+            if (kind == QLatin1Char('M'))
+                QMetaObject::invokeMethod(m_fixture->manager(), "gotMissedFileIds",
+                                          Q_ARG(QVector<qint64>, {ids.last()}));
         }
         showAll();
         return ids;
