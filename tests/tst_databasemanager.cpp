@@ -1,5 +1,7 @@
 #include "app/messages/boxprompts.h"
 #include "app/messages/messages.h"
+#include "core/records/file.h"
+#include "db/caches/discardedfiles.h"
 #include "fileops/provider/thumbnailcache.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
@@ -15,6 +17,19 @@ class TestDatabaseManager : public QObject
 
 private slots:
     void cleanup() { Messages::setResponder({}); }
+
+    void manyRecordsAreFreedFromTheEventLoop()
+    {
+        QList<File *> files;
+        for (int id = 1; id <= 200000; ++id)
+            files.append(new File(id, 0, 0, 0, 0, {}, {}, {}, {}, {}, 0, 0, 0, 2));
+        const QPointer<File> last = files.first();
+        DiscardedFiles discarded;
+        discarded.add(files);
+        QVERIFY(last && !discarded.isEmpty());
+        QTRY_VERIFY(discarded.isEmpty());
+        QVERIFY(!last);
+    }
 
     void versionCheck_data()
     {

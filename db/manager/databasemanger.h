@@ -2,6 +2,7 @@
 
 #include "app/settings/dbdetails.h"
 #include "core/records/recordtypes.h"
+#include "db/caches/discardedfiles.h"
 #include "db/caches/filecache.h"
 #include "db/caches/groupcache.h"
 #include "db/caches/nodecache.h"
@@ -417,6 +418,7 @@ private:
     NodeCache m_nodes;
     RelationCache m_relations;
     FileCache m_files;
+    DiscardedFiles m_discardedFiles;
     Map<qint64, QString> m_browsingTrees;
     Providers m_providers;
     std::unique_ptr<AbstractQueryConstructor> m_constructor;

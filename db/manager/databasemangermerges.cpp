@@ -139,7 +139,7 @@ void DatabaseManger::gotAllFiles(bool ok, const TableData &rows)
     m_loadState.note(LoadState::Files, true);
     const QList<File *> old = m_files.finishLoad();
     emit filesLoaded(m_files.map());
-    qDeleteAll(old);
+    m_discardedFiles.add(old);
 }
 
 void DatabaseManger::gotUpdatedFiles(bool ok, const TableData &rows)
@@ -158,7 +158,7 @@ void DatabaseManger::gotFilesRemoved(const QVector<qint64> &fileIds)
     const QList<File *> removed = m_files.take(fileIds);
     m_thumbnailCache->remove(fileIds);
     emit filesRemoved(fileIds);
-    qDeleteAll(removed);
+    m_discardedFiles.add(removed);
 }
 
 void DatabaseManger::gotAllRelationNodes(bool ok, const TableData &rows)
