@@ -10,8 +10,8 @@
 #include "models/tags/tagstablemodel.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/taggroupform.h"
-#include "ui/docks/tagactions.h"
 #include "ui/docks/tagcolumns.h"
+#include "ui/docks/tagdockactions.h"
 #include "ui/docks/taggrouptabs.h"
 #include "ui/docks/tagselection.h"
 #include "ui/views/taggroupbar.h"
@@ -42,7 +42,7 @@ QString newTagKey()
 } // namespace
 
 TagsTableDock::TagsTableDock(QWidget *parent)
-    : AbstractDock(tr("Tags"), parent), m_actions(new TagActions(this))
+    : AbstractDock(tr("Tags"), parent), m_actions(new TagDockActions(this))
 {
     setObjectName(QStringLiteral("TagsTableDock"));
     buildForm();
@@ -52,7 +52,7 @@ TagsTableDock::TagsTableDock(QWidget *parent)
 
 TagsTableDock::~TagsTableDock()
 {
-    if (m_actions->action(TagActions::EditMode))
+    if (m_actions->action(TagDockActions::EditMode))
         WindowSettings::setEditModeActivated(m_isEditMode);
     setGroupsController(nullptr);
     setTagsController(nullptr);
@@ -108,18 +108,18 @@ void TagsTableDock::buildTable()
 
 void TagsTableDock::connectActions()
 {
-    const auto onTriggered = [this](TagActions::Key key, void (TagsTableDock::*slot)()) {
+    const auto onTriggered = [this](TagDockActions::Key key, void (TagsTableDock::*slot)()) {
         connect(m_actions->action(key), &QAction::triggered, this, slot);
     };
-    onTriggered(TagActions::AssignGroups, &TagsTableDock::assignTagGroups);
-    onTriggered(TagActions::AddTag, &TagsTableDock::slotAddNewTag);
-    onTriggered(TagActions::DeleteTag, &TagsTableDock::slotDeleteTag);
-    onTriggered(TagActions::RenameTag, &TagsTableDock::slotRenameTag);
-    onTriggered(TagActions::AddGroup, &TagsTableDock::slotAddGroup);
-    onTriggered(TagActions::DeleteGroup, &TagsTableDock::slotRemoveCurrentGroup);
-    onTriggered(TagActions::NewTag, &TagsTableDock::slotAddNewTag);
-    onTriggered(TagActions::ActivateAnd, &TagsTableDock::slotActivateTagsAnd);
-    onTriggered(TagActions::ActivateOr, &TagsTableDock::slotActivateTagsOr);
+    onTriggered(TagDockActions::AssignGroups, &TagsTableDock::assignTagGroups);
+    onTriggered(TagDockActions::AddTag, &TagsTableDock::slotAddNewTag);
+    onTriggered(TagDockActions::DeleteTag, &TagsTableDock::slotDeleteTag);
+    onTriggered(TagDockActions::RenameTag, &TagsTableDock::slotRenameTag);
+    onTriggered(TagDockActions::AddGroup, &TagsTableDock::slotAddGroup);
+    onTriggered(TagDockActions::DeleteGroup, &TagsTableDock::slotRemoveCurrentGroup);
+    onTriggered(TagDockActions::NewTag, &TagsTableDock::slotAddNewTag);
+    onTriggered(TagDockActions::ActivateAnd, &TagsTableDock::slotActivateTagsAnd);
+    onTriggered(TagDockActions::ActivateOr, &TagsTableDock::slotActivateTagsOr);
 }
 
 void TagsTableDock::takePlaces(MainUi &ui)
@@ -210,12 +210,12 @@ void TagsTableDock::bringBackTags()
 void TagsTableDock::updateActionsAvailability()
 {
     const QVector<qint64> tagIds = m_selection->tagIds();
-    TagActions::Situation situation;
+    TagDockActions::Situation situation;
     situation.areTagsWritable = m_tags && !m_tags->isReadOnly();
     situation.areGroupsWritable = m_groups && !m_groups->isReadOnly();
     situation.hasSelection = m_tags && !tagIds.isEmpty();
     m_actions->updateAvailability(situation);
-    if (QAction *link = m_actions->action(TagActions::LinkTags))
+    if (QAction *link = m_actions->action(TagDockActions::LinkTags))
         link->setData(QVariant::fromValue(tagIds));
     if (m_filterEdit)
         m_filterEdit->setEnabled(m_tags);
@@ -238,13 +238,13 @@ void TagsTableDock::execViewContextMenu(const QPoint &pos)
         return;
     QMenu menu(tr("Tag Operations"));
     const int count = m_selection->tagIds().size();
-    menu.addAction(m_actions->action(TagActions::AddTag));
+    menu.addAction(m_actions->action(TagDockActions::AddTag));
     if (count > 0) {
-        menu.addAction(m_actions->action(TagActions::AssignGroups));
-        menu.addAction(m_actions->action(TagActions::DeleteTag));
+        menu.addAction(m_actions->action(TagDockActions::AssignGroups));
+        menu.addAction(m_actions->action(TagDockActions::DeleteTag));
     }
     if (count == 1)
-        menu.addAction(m_actions->action(TagActions::RenameTag));
+        menu.addAction(m_actions->action(TagDockActions::RenameTag));
     menu.exec(m_table->viewport()->mapToGlobal(pos));
 }
 
@@ -482,9 +482,9 @@ void TagsTableDock::updateGround()
 void TagsTableDock::execTabContextMenu(const QPoint &pos)
 {
     QMenu menu;
-    menu.addAction(m_actions->action(TagActions::AddGroup));
+    menu.addAction(m_actions->action(TagDockActions::AddGroup));
     if (m_bar->currentGroup() > 0)
-        menu.addAction(m_actions->action(TagActions::DeleteGroup));
+        menu.addAction(m_actions->action(TagDockActions::DeleteGroup));
     menu.exec(m_bar->mapToGlobal(pos));
 }
 

@@ -14,7 +14,7 @@ class QKeyEvent;
 class QLineEdit;
 class QModelIndex;
 class TableView;
-class TagActions;
+class TagDockActions;
 class TagColumns;
 class TagGroupBar;
 class TagGroupTabs;
@@ -87,7 +87,7 @@ private:
     void followGroup(const GroupItem *group);
     void addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId);
 
-    TagActions *m_actions;
+    TagDockActions *m_actions;
     TableView *m_table = nullptr;
     std::unique_ptr<TagSelection> m_selection;
     std::unique_ptr<TagColumns> m_columns;

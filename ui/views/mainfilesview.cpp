@@ -14,8 +14,8 @@
 #include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/preview/previews.h"
 #include "ui/views/fileactions.h"
-#include "ui/views/filecolumns.h"
 #include "ui/views/filesearch.h"
+#include "ui/views/filetableheader.h"
 #include "ui/views/keptselection.h"
 #include "ui/views/listview.h"
 #include "ui/views/selectedfiles.h"
@@ -59,7 +59,7 @@ MainFilesView::MainFilesView(QWidget *parent)
       m_previews(new Previews(this)),
       m_commands(new FileCommands([this] { return selectedFiles(); }, m_previews, this)),
       m_search(new FileSearch(this)),
-      m_columns(std::make_unique<FileColumns>(m_tableView)),
+      m_header(std::make_unique<FileTableHeader>(m_tableView)),
       m_kept(std::make_unique<KeptSelection>())
 {
     setObjectName(QStringLiteral("MainFilesView"));
@@ -217,7 +217,7 @@ void MainFilesView::attachModel()
     m_tableView->setSelectionModel(m_listView->selectionModel());
     delete ofTable;
     // Sorts by what the header brings back, which is cheap: no file is shown yet.
-    m_columns->restore();
+    m_header->restore();
     m_tableView->setSortingEnabled(true);
     connectModel();
 }
@@ -246,7 +246,7 @@ void MainFilesView::detachModel()
 {
     if (!m_controller || !m_listView->model())
         return;
-    m_columns->save();
+    m_header->save();
     m_controller->sorter()->disconnect(this);
     QItemSelectionModel *shared = selection();
     shared->disconnect(this);

@@ -13,7 +13,7 @@
 class Delegate;
 class File;
 class FileActions;
-class FileColumns;
+class FileTableHeader;
 class KeptSelection;
 class ListView;
 class MainUi;
@@ -132,7 +132,7 @@ private:
     Previews *m_previews;
     FileCommands *m_commands;
     FileSearch *m_search;
-    std::unique_ptr<FileColumns> m_columns;
+    std::unique_ptr<FileTableHeader> m_header;
     std::unique_ptr<KeptSelection> m_kept;
     QPointer<MainViewController> m_controller;
     bool m_isEditMode = false;

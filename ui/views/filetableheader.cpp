@@ -1,4 +1,4 @@
-#include "ui/views/filecolumns.h"
+#include "ui/views/filetableheader.h"
 
 #include "app/settings/windowsettings.h"
 #include "models/contents/contentsmodel.h"
@@ -13,12 +13,12 @@ constexpr int nameColumnWidth = 250;
 constexpr int columnMargin = 24;
 } // namespace
 
-void FileColumns::save() const
+void FileTableHeader::save() const
 {
     WindowSettings::setLayout(WindowSettings::fileTableHeader, m_table->horizontalHeader()->saveState());
 }
 
-void FileColumns::restore() const
+void FileTableHeader::restore() const
 {
     QHeaderView *header = m_table->horizontalHeader();
     const QByteArray state = WindowSettings::layout(WindowSettings::fileTableHeader);

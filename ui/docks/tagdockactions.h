@@ -11,7 +11,7 @@ class MainUi;
  * The commands on tags and on their groups: makes them, puts them into the menu and the bar of tags, and
  * decides which are offered. What they do is the business of the dock that owns this.
  */
-class TagActions : public QObject
+class TagDockActions : public QObject
 {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ public:
         LinkTags = 19
     };
 
-    explicit TagActions(QObject *parent);
+    explicit TagDockActions(QObject *parent);
 
     void takePlaces(MainUi &ui);
     /** Null for the keys of the window while takePlaces has not run, or once the window has gone. */

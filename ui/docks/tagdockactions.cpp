@@ -1,11 +1,11 @@
-#include "ui/docks/tagactions.h"
+#include "ui/docks/tagdockactions.h"
 
 #include "ui/widgets/mainui.h"
 
 #include <QMenu>
 #include <QToolBar>
 
-TagActions::TagActions(QObject *parent) : QObject(parent)
+TagDockActions::TagDockActions(QObject *parent) : QObject(parent)
 {
     add(AssignGroups, tr("Assign Tag Groups"));
     add(AddTag, tr("Add"), ":icons/add.png");
@@ -23,7 +23,7 @@ TagActions::TagActions(QObject *parent) : QObject(parent)
         ->setToolTip(tr("Show files having at least one of the selected tags (Ctrl+=)"));
 }
 
-QAction *TagActions::add(Key key, const QString &text, const char *icon)
+QAction *TagDockActions::add(Key key, const QString &text, const char *icon)
 {
     auto *action = new QAction(text, this);
     if (icon)
@@ -32,7 +32,7 @@ QAction *TagActions::add(Key key, const QString &text, const char *icon)
     return action;
 }
 
-void TagActions::takePlaces(MainUi &ui)
+void TagDockActions::takePlaces(MainUi &ui)
 {
     m_actions.insert(TagMenu, ui.tagMenu->menuAction());
     for (const Key key : {AssignGroups, AddTag, DeleteTag, RenameTag})
@@ -44,7 +44,7 @@ void TagActions::takePlaces(MainUi &ui)
     m_actions.insert(LinkTags, ui.linkTagsToFiles);
 }
 
-void TagActions::updateAvailability(const Situation &situation)
+void TagDockActions::updateAvailability(const Situation &situation)
 {
     const auto enable = [this](std::initializer_list<Key> keys, bool isEnabled) {
         for (const Key key : keys) {
