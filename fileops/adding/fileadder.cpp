@@ -1,5 +1,6 @@
 #include "fileops/adding/fileadder.h"
 
+#include "core/records/filekind.h"
 #include "fileops/files/datachecksum.h"
 #include "fileops/files/regularfile.h"
 #include "fileops/pictures/thumbnailmaker.h"
@@ -24,19 +25,18 @@ struct FileAdder::NewFile
 {
     QString name;
     qint64 fileId = 0;
-    qint64 storageId = 0; ///< first block or path, as the mode has it
+    qint64 storageId = 0; ///< first block or path, as the kind has it
     qint64 thumbnailId = 0;
     qint64 size = 0;
     qint64 modified = 0; ///< seconds since 1970
     quint32 checksum = 0;
 };
 
-FileAdder::FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId,
-                     ThumbnailsAhead &thumbnails)
+FileAdder::FileAdder(FileOperationWorker &worker, qint32 kind, qint64 loadId, ThumbnailsAhead &thumbnails)
     : m_worker(worker),
       m_thumbnails(thumbnails),
       m_writer(worker),
-      m_mode(mode),
+      m_kind(kind),
       m_loadId(loadId),
       m_locator(Database::pathLocator(worker.connectionName()))
 {
@@ -63,7 +63,7 @@ FileAdder::Outcome FileAdder::addFilesList(const QString &path, const FileChecks
 
 FileAdder::Outcome FileAdder::gather(const QString &path, const FileChecksum &known, NewFile &file)
 {
-    if (m_mode == HyperlinkStorage) {
+    if (m_kind == FileKind::hyperlink) {
         if (isLocal(path)) {
             qDebug("Failed to open file - %s", qUtf8Printable(path));
             return Skipped;
@@ -75,17 +75,17 @@ FileAdder::Outcome FileAdder::gather(const QString &path, const FileChecksum &kn
         return reserveIds(path, file) ? Added : Failed;
     }
     file.name = nameOf(path);
-    if (m_mode == ExternalStorage && !gatherExternal(path, known, file)) {
+    if (m_kind == FileKind::external && !gatherExternal(path, known, file)) {
         qDebug("Failed to open file - %s", qUtf8Printable(path));
         return Skipped;
     }
-    if (m_mode == InternalStorage && !RegularFile().open(path)) {
+    if (m_kind == FileKind::internal && !RegularFile().open(path)) {
         qDebug("Failed to open file - %s", qUtf8Printable(path));
         return Skipped;
     }
     if (!reserveIds(path, file))
         return Failed;
-    const Outcome stored = m_mode == InternalStorage ? storeContents(path, known, file) : Added;
+    const Outcome stored = m_kind == FileKind::internal ? storeContents(path, known, file) : Added;
     if (stored != Added)
         return stored;
     return addThumbnail(path, file.thumbnailId) ? Added : Failed;
@@ -117,11 +117,11 @@ bool FileAdder::gatherExternal(const QString &path, const FileChecksum &known, N
 
 bool FileAdder::reserveIds(const QString &path, NewFile &file)
 {
-    if (m_mode == InternalStorage && !m_worker.nextStorageId(file.storageId))
+    if (m_kind == FileKind::internal && !m_worker.nextStorageId(file.storageId))
         return false;
-    if (m_mode == ExternalStorage && !m_worker.nextPathId(file.storageId))
+    if (m_kind == FileKind::external && !m_worker.nextPathId(file.storageId))
         return false;
-    if (m_mode != HyperlinkStorage && ThumbnailMaker::isImageName(path) &&
+    if (m_kind != FileKind::hyperlink && ThumbnailMaker::isImageName(path) &&
         !m_worker.nextThumbnailId(file.thumbnailId))
         return false;
     return m_worker.nextFileId(file.fileId);
@@ -154,9 +154,9 @@ bool FileAdder::insertRows(const QString &path, const NewFile &file)
         QStringLiteral("INSERT INTO file_paths (path_id,path,rel_path) VALUES (?,?,?)");
     if (!m_worker.runFast(insertFile, {file.fileId, file.name.trimmed(), file.size,
                                        QDateTime::currentSecsSinceEpoch(), file.modified, idCode, m_loadId,
-                                       file.storageId, file.thumbnailId, file.checksum, int(m_mode)}))
+                                       file.storageId, file.thumbnailId, file.checksum, m_kind}))
         return false;
-    return m_mode != ExternalStorage ||
+    return m_kind != FileKind::external ||
            m_worker.runFast(insertPath, {file.storageId, path, relativePath(path)});
 }
 

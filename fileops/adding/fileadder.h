@@ -9,9 +9,6 @@
 class FileOperationWorker;
 class ThumbnailsAhead;
 
-/** How the contents of a file are kept: the values of the column `internal`. */
-enum StorageMode { ExternalStorage = 0, InternalStorage = 1, HyperlinkStorage = 2 };
-
 /**
  * Writes the rows of one new file after the other within the running transaction of the worker: contents or
  * path, thumbnail and the row in `files`. A few queries remain prepared and one block is held between files.
@@ -25,7 +22,8 @@ public:
         Failed   ///< not added; what was written is to be rolled back
     };
 
-    FileAdder(FileOperationWorker &worker, StorageMode mode, qint64 loadId, ThumbnailsAhead &thumbnails);
+    /** `kind` is a FileKind: where the contents of all files are to be. */
+    FileAdder(FileOperationWorker &worker, qint32 kind, qint64 loadId, ThumbnailsAhead &thumbnails);
 
     /** `known` may hold what an earlier reading of the file told; it is used while the file is unchanged. */
     Outcome addFilesList(const QString &path, const FileChecksum &known, qint64 &fileId);
@@ -54,7 +52,7 @@ private:
     FileOperationWorker &m_worker;
     ThumbnailsAhead &m_thumbnails;
     ContentWriter m_writer;
-    StorageMode m_mode;
+    const qint32 m_kind;
     qint64 m_loadId;
     bool m_checksIdCodes = true;
     Database::PathLocator m_locator;

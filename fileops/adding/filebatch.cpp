@@ -26,7 +26,7 @@ QVector<qint64> FileBatch::addFilesListToDb()
     if (m_request.paths.isEmpty() || !m_worker.nextLoadId(loadId))
         return {};
     ThumbnailsAhead thumbnails(m_request.paths, [this] { return m_worker.shouldEnd(); });
-    FileAdder adder(m_worker, m_request.mode, loadId, thumbnails);
+    FileAdder adder(m_worker, m_request.kind, loadId, thumbnails);
     m_adder = &adder;
     m_added.reserve(m_request.paths.size());
     for (int from = 0; from < m_request.paths.size(); from += runLength()) {
@@ -44,7 +44,7 @@ QVector<qint64> FileBatch::addFilesListToDb()
 int FileBatch::runLength() const
 {
     // Contents are too dear to be stored twice because another file of the run fails.
-    return m_request.mode == InternalStorage ? 1 : filesInRun;
+    return m_request.kind == FileKind::internal ? 1 : filesInRun;
 }
 
 bool FileBatch::mayGoOn() const
@@ -130,7 +130,7 @@ void FileBatch::reportProgress(int index)
         return;
     const QString &path = m_request.paths.at(index);
     const QString name =
-        m_request.mode == HyperlinkStorage ? path : path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+        m_request.kind == FileKind::hyperlink ? path : path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
     emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Adding ") + name, percent);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/records/filekind.h"
 #include "fileops/adding/fileadder.h"
 #include "fileops/adding/foldertags.h"
 #include "fileops/adding/taglinker.h"
@@ -17,8 +18,8 @@ class Savepoint;
 struct FileBatchRequest
 {
     QStringList paths;
-    QVector<FileChecksum> checksums; ///< of earlier readings; empty when there were none
-    StorageMode mode = ExternalStorage;
+    QVector<FileChecksum> checksums;  ///< of earlier readings; empty when there were none
+    qint32 kind = FileKind::external; ///< where their contents go
     FileOperationType type = FileOperationType::AddFilesOperation; ///< for the progress
     QVector<qint64> tagIds;                                        ///< for every file
     FolderTags folderTags;

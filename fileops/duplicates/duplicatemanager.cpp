@@ -1,5 +1,6 @@
 #include "fileops/duplicates/duplicatemanager.h"
 
+#include "core/records/filekind.h"
 #include "fileops/adding/fileadder.h"
 #include "fileops/contents/filecomparison.h"
 #include "fileops/duplicates/duplicatechoice.h"
@@ -219,13 +220,13 @@ bool DuplicateManager::matchContents(const QHash<qint64, QVector<qint64>> &idsBy
 
 bool DuplicateManager::isSameContent(const Candidate &candidate, const DatabaseFile &file)
 {
-    if (candidate.isHyperlink || file.internal == HyperlinkStorage)
-        return candidate.isHyperlink && file.internal == HyperlinkStorage &&
+    if (candidate.isHyperlink || file.internal == FileKind::hyperlink)
+        return candidate.isHyperlink && file.internal == FileKind::hyperlink &&
                file.name == candidate.path.trimmed();
     if (candidate.checksum.size != file.size)
         return false;
     FileComparison comparison(*m_worker);
-    if (file.internal == InternalStorage)
+    if (file.internal == FileKind::internal)
         return comparison.compareWithBlocks(candidate.path, file.storageId, file.size) !=
                FileComparison::Different;
     return candidate.path == file.path ||

@@ -1,6 +1,7 @@
 #include "fileops/operations/addfilelistoperation.h"
 
 #include "app/settings/addingsettings.h"
+#include "core/records/filekind.h"
 #include "db/sql/transaction.h"
 #include "fileops/worker/fileoperationworker.h"
 
@@ -35,8 +36,8 @@ void AddFileListOperation::addFilesToDB()
             hyperlinks.append(path);
     }
     QVector<qint64> added =
-        addBatch(files, AddingSettings::linkToFiles() ? ExternalStorage : InternalStorage);
-    added += addBatch(hyperlinks, HyperlinkStorage);
+        addBatch(files, AddingSettings::linkToFiles() ? FileKind::external : FileKind::internal);
+    added += addBatch(hyperlinks, FileKind::hyperlink);
     if (!mayCommit()) {
         qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
         return;
@@ -49,14 +50,14 @@ void AddFileListOperation::addFilesToDB()
     tellLeftOut(m_unread);
 }
 
-QVector<qint64> AddFileListOperation::addBatch(const QStringList &paths, StorageMode mode)
+QVector<qint64> AddFileListOperation::addBatch(const QStringList &paths, qint32 kind)
 {
     FileBatchRequest batch;
     batch.type = m_type;
-    batch.mode = mode;
+    batch.kind = kind;
     for (const QString &path : paths) {
         // Only what is a file by now is opened: a pipe of the same name would wake its writer.
-        if (mode == HyperlinkStorage || QFileInfo(path).isFile())
+        if (kind == FileKind::hyperlink || QFileInfo(path).isFile())
             batch.paths.append(path);
         else
             m_unread.append(path);

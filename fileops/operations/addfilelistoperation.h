@@ -12,7 +12,7 @@ public:
 
 private:
     void addFilesToDB();
-    QVector<qint64> addBatch(const QStringList &paths, StorageMode mode);
+    QVector<qint64> addBatch(const QStringList &paths, qint32 kind);
 
     QStringList m_unread;
 };

@@ -1,6 +1,7 @@
 #include "fileops/operations/addfilesoperation.h"
 
 #include "app/settings/addingsettings.h"
+#include "core/records/filekind.h"
 #include "db/sql/transaction.h"
 #include "fileops/adding/folderexpansion.h"
 #include "fileops/adding/nodebuilder.h"
@@ -32,7 +33,7 @@ bool AddFilesOperation::addFilesToDB()
         return true;
     FileBatchRequest batch;
     batch.type = m_type;
-    batch.mode = AddingSettings::linkToFiles() ? ExternalStorage : InternalStorage;
+    batch.kind = AddingSettings::linkToFiles() ? FileKind::external : FileKind::internal;
     batch.tagIds = m_request.tagIds;
     if (AddingSettings::autoTagging() && !makeTagsAndNodes(expansion, batch))
         return true;

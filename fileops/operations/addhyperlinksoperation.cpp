@@ -1,6 +1,7 @@
 #include "fileops/operations/addhyperlinksoperation.h"
 
 #include "app/settings/addingsettings.h"
+#include "core/records/filekind.h"
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/sqltext.h"
 #include "db/sql/transaction.h"
@@ -29,7 +30,7 @@ bool AddHyperlinksOperation::addHyperlinksToDB()
         return true;
     FileBatchRequest batch;
     batch.type = m_type;
-    batch.mode = HyperlinkStorage;
+    batch.kind = FileKind::hyperlink;
     batch.tagIds = m_request.tagIds;
     for (const QString &text : m_request.paths) {
         // A file that has vanished is no hyperlink.
