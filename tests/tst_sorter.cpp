@@ -136,6 +136,15 @@ private slots:
         QCOMPARE(views.shown(), expected);
     }
 
+    void knowsNoOrderOfOtherColumns()
+    {
+        Views views;
+        views.fill(200);
+        views.sorter.sort(ContentsModel::NameColumn);
+        views.sorter.sort(ContentsModel::columnTotal, Qt::DescendingOrder);
+        QCOMPARE(views.shown(), views.expected(-1));
+    }
+
     void followsChangesOfMany_data()
     {
         addColumns<int, int, Qt::SortOrder, QString>("count", "column", "order", "text");

@@ -7,6 +7,7 @@
 #include "db/sql/longtext.h"
 #include "models/base/idlistmime.h"
 #include "models/base/modelroles.h"
+#include "models/contents/contentscolumn.h"
 #include "models/contents/contentshost.h"
 
 #include <QBitArray>
@@ -18,27 +19,6 @@
 
 namespace {
 
-struct ColumnInfo
-{
-    DataType type;
-    const char *header;
-};
-
-const ColumnInfo columns[] = {
-    {Thumbnail, QT_TRANSLATE_NOOP("ContentsModel", "Thumbnail")},
-    {Name, QT_TRANSLATE_NOOP("ContentsModel", "Name")},
-    {ModificationDate, QT_TRANSLATE_NOOP("ContentsModel", "Modification Date")},
-    {Size, QT_TRANSLATE_NOOP("ContentsModel", "Size")},
-    {AdditionDate, QT_TRANSLATE_NOOP("ContentsModel", "Addition Date")},
-    {Type, QT_TRANSLATE_NOOP("ContentsModel", "Type")},
-    {Tags, QT_TRANSLATE_NOOP("ContentsModel", "Tags")},
-    {Description, QT_TRANSLATE_NOOP("ContentsModel", "Description")},
-    {IdCode, QT_TRANSLATE_NOOP("ContentsModel", "ID Code")},
-    {LoadId, QT_TRANSLATE_NOOP("ContentsModel", "LoadID")},
-};
-constexpr int columnTotal = static_cast<int>(sizeof columns / sizeof columns[0]);
-
-constexpr int elidedWidth = 200;
 constexpr int pictureSize = 128;
 
 // Each run of rows costs the proxies a pass over all rows, so that fewer runs are worth it in a large table.
@@ -68,13 +48,6 @@ ContentsModel::ContentsModel(QObject *parent) : QAbstractTableModel(parent) {}
 
 ContentsModel::~ContentsModel() = default;
 
-int ContentsModel::columnOf(DataType type)
-{
-    const auto found = std::find_if(std::begin(columns), std::end(columns),
-                                    [type](const ColumnInfo &column) { return column.type == type; });
-    return found == std::end(columns) ? -1 : static_cast<int>(found - std::begin(columns));
-}
-
 const File *ContentsModel::fileAt(int row) const
 {
     return row >= 0 && row < m_files.size() ? m_files.at(row) : nullptr;
@@ -99,7 +72,7 @@ QVariant ContentsModel::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return index.column() == ThumbnailColumn ? decoration(*file) : QVariant();
     case Qt::DisplayRole: {
-        const QVariant value = text(*file, index.column());
+        const QVariant value = ContentsColumn::of(index.column()).shown(*this, *file);
         return value.type() == QVariant::String ? ShownText::cut(value.toString()) : value;
     }
     case Qt::EditRole:
@@ -118,32 +91,10 @@ QString ContentsModel::tagNames(const QVector<qint64> &tagIds) const
     return m_host ? m_host->joinedTagNames(tagIds) : QString();
 }
 
-QVariant ContentsModel::text(const File &file, int column) const
-{
-    const DataType type = columns[column].type;
-    switch (type) {
-    case Thumbnail: {
-        const QFontMetrics metrics(QGuiApplication::font());
-        return QString(QLatin1Char('\n') +
-                       metrics.elidedText(ShownText::cut(file.name()), Qt::ElideRight, elidedWidth));
-    }
-    case Path:
-    case RelPath: {
-        const QString path = type == Path ? file.path() : file.relPath();
-        const bool isInside = file.internal() == FileKind::internal && path.isEmpty();
-        return isInside ? QStringLiteral("internal") : path;
-    }
-    case Tags:
-        return tagNames(file.tags());
-    default:
-        return file.data(type);
-    }
-}
-
 // An editor starts with the whole name: an elided one would become the new name of the file.
 QVariant ContentsModel::editText(const File &file, int column) const
 {
-    return column == ThumbnailColumn ? QVariant(file.name()) : text(file, column);
+    return column == ThumbnailColumn ? QVariant(file.name()) : ContentsColumn::of(column).shown(*this, file);
 }
 
 QVariant ContentsModel::thumbnailColumnRole(const File &file, int role) const
@@ -205,25 +156,25 @@ bool ContentsModel::setData(const QModelIndex &index, const QVariant &value, int
         return false;
     const qint64 fileId = file->id();
     const QString newText = value.toString();
-    switch (columns[index.column()].type) {
-    case Description:
+    switch (ContentsColumn::of(index.column()).edited) {
+    case ContentsColumn::FileDescription:
         return newText != file->description() && m_host->mayEdit() && m_host->describeFile(fileId, newText);
-    case Name:
-    case Thumbnail: {
+    case ContentsColumn::FileName: {
         const QString name = newText.trimmed();
         return !name.isEmpty() && name != file->name() && m_host->mayEdit() &&
                m_host->renameFile(fileId, name);
     }
-    default:
-        return false;
+    case ContentsColumn::Nothing:
+        break;
     }
+    return false;
 }
 
 QVariant ContentsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= columnTotal)
         return {};
-    return tr(columns[section].header);
+    return tr(ContentsColumn::of(section).header);
 }
 
 Qt::ItemFlags ContentsModel::flags(const QModelIndex &index) const
@@ -232,12 +183,13 @@ Qt::ItemFlags ContentsModel::flags(const QModelIndex &index) const
         return Qt::NoItemFlags;
     const Qt::ItemFlags common =
         Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled | Qt::ItemIsEnabled;
-    const DataType type = columns[index.column()].type;
+    const ContentsColumn::Edited edited = ContentsColumn::of(index.column()).edited;
     const File *file = fileAt(index.row());
     // A text that was not read whole must not be written back.
     const bool isWhole =
-        file && !LongText::isTooLong(type == Description ? file->description() : file->name());
-    return type <= Thumbnail && isWhole ? common | Qt::ItemIsEditable : common;
+        file &&
+        !LongText::isTooLong(edited == ContentsColumn::FileDescription ? file->description() : file->name());
+    return edited != ContentsColumn::Nothing && isWhole ? common | Qt::ItemIsEditable : common;
 }
 
 QStringList ContentsModel::mimeTypes() const

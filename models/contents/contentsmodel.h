@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/records/datatype.h"
 #include "core/records/recordtypes.h"
 #include "models/contents/fileindex.h"
 #include "models/contents/filepictures.h"
@@ -33,8 +32,11 @@ public:
         TagsColumn,
         DescriptionColumn,
         IdCodeColumn,
-        LoadIdColumn
+        LoadIdColumn,
+        columnTotal ///< their number
     };
+    /** The pixels that a name below its picture has. */
+    static constexpr int elidedWidth = 200;
 
     explicit ContentsModel(QObject *parent = nullptr);
     ~ContentsModel() override;
@@ -44,7 +46,6 @@ public:
 
     /** The whole text of these tags, which a view may show in part. */
     QString tagNames(const QVector<qint64> &tagIds) const;
-    static int columnOf(DataType type);
     /** Null outside the rows. */
     const File *fileAt(int row) const;
     int rowOf(qint64 fileId) const { return m_index.rowOf(fileId); }
@@ -90,7 +91,6 @@ signals:
     void contentsChanged();
 
 private:
-    QVariant text(const File &file, int column) const;
     QVariant decoration(const File &file) const;
     QVariant editText(const File &file, int column) const;
     QVariant fileRole(const File &file, int role) const;

@@ -19,7 +19,8 @@ Sorter::Sorter(QObject *parent) : RowProxyModel(parent)
 
 void Sorter::sort(int column, Qt::SortOrder order)
 {
-    m_rows.setColumn(column, order);
+    // The state of a header that was stored by another version may name a column that there is not.
+    m_rows.setColumn(column < ContentsModel::columnTotal ? column : -1, order);
     rearrange();
 }
 

@@ -1,6 +1,6 @@
 #include "models/contents/sortkeys.h"
 
-#include "core/records/file.h"
+#include "models/contents/contentscolumn.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/tagorder.h"
 
@@ -28,43 +28,6 @@ bool isHeadLess(const Key &left, const Key &right)
     return left.head < right.head;
 }
 
-bool isNumberColumn(int column)
-{
-    return column == ContentsModel::ModificationDateColumn || column == ContentsModel::AdditionDateColumn ||
-           column == ContentsModel::SizeColumn || column == ContentsModel::LoadIdColumn;
-}
-
-qint64 numberOf(const File &file, int column)
-{
-    switch (column) {
-    case ContentsModel::ModificationDateColumn:
-        return file.modificationSeconds();
-    case ContentsModel::AdditionDateColumn:
-        return file.additionSeconds();
-    case ContentsModel::SizeColumn:
-        return file.size();
-    default:
-        return file.loadId();
-    }
-}
-
-QString textOf(const ContentsModel &contents, int column, int row)
-{
-    const File &file = *contents.fileAt(row);
-    switch (column) {
-    case ContentsModel::TypeColumn:
-        return file.type();
-    case ContentsModel::TagsColumn:
-        return contents.tagNames(file.tags());
-    case ContentsModel::DescriptionColumn:
-        return file.description();
-    case ContentsModel::IdCodeColumn:
-        return file.idCode();
-    default:
-        return file.name();
-    }
-}
-
 qint64 idAt(const ContentsModel &contents, int row)
 {
     return contents.fileIndex().idAt(row);
@@ -77,9 +40,10 @@ public:
     TextSort(const ContentsModel &contents, int column, const std::vector<int> &rows)
         : m_contents(contents), m_rows(rows)
     {
+        const auto textOf = ContentsColumn::of(column).sortText;
         m_texts.reserve(rows.size());
         for (const int row : rows)
-            m_texts.push_back(textOf(contents, column, row));
+            m_texts.push_back(textOf(contents, *contents.fileAt(row)));
     }
 
     void run(std::vector<Key> &keys) { sort(keys.begin(), keys.end(), 0); }
@@ -135,9 +99,10 @@ private:
 void sortByNumbers(const ContentsModel &contents, int column, const std::vector<int> &rows,
                    std::vector<Key> &keys)
 {
+    const auto numberOf = ContentsColumn::of(column).sortNumber;
     for (Key &key : keys) {
         const File &file = *contents.fileAt(rows[static_cast<size_t>(key.place)]);
-        key.head = static_cast<quint64>(numberOf(file, column)) ^ (quint64(1) << 63);
+        key.head = static_cast<quint64>(numberOf(file)) ^ (quint64(1) << 63);
     }
     std::sort(keys.begin(), keys.end(), [&](const Key &left, const Key &right) {
         if (left.head != right.head)
@@ -182,12 +147,15 @@ std::vector<int> mergedRows(const std::vector<int> &order, const std::vector<int
 
 bool SortKeys::isLess(const ContentsModel &contents, int column, int leftRow, int rightRow)
 {
-    if (isNumberColumn(column)) {
-        const qint64 left = numberOf(*contents.fileAt(leftRow), column);
-        const qint64 right = numberOf(*contents.fileAt(rightRow), column);
+    const ContentsColumn &keys = ContentsColumn::of(column);
+    const File &leftFile = *contents.fileAt(leftRow);
+    const File &rightFile = *contents.fileAt(rightRow);
+    if (keys.sortNumber) {
+        const qint64 left = keys.sortNumber(leftFile);
+        const qint64 right = keys.sortNumber(rightFile);
         return left != right ? left < right : idAt(contents, leftRow) < idAt(contents, rightRow);
     }
-    const int order = textOf(contents, column, leftRow).compare(textOf(contents, column, rightRow));
+    const int order = keys.sortText(contents, leftFile).compare(keys.sortText(contents, rightFile));
     return order != 0 ? order < 0 : idAt(contents, leftRow) < idAt(contents, rightRow);
 }
 
@@ -200,7 +168,7 @@ void SortKeys::sort(const ContentsModel &contents, int column, std::vector<int> 
     std::vector<Key> keys(rows.size());
     for (size_t i = 0; i < keys.size(); ++i)
         keys[i].place = static_cast<int>(i);
-    if (isNumberColumn(column))
+    if (ContentsColumn::of(column).sortNumber)
         sortByNumbers(contents, column, rows, keys);
     else
         TextSort(contents, column, rows).run(keys);
