@@ -62,7 +62,7 @@ mutated() {
             $try->(qr/ \+ 1\b/, q("")); $try->(qr/ - 1\b/, q("")); $try->(qr/\b0\b(?!\.)/, q("1"));
             $try->(qr/\btrue\b/, q("false")); $try->(qr/\bfalse\b/, q("true"));
             $try->(qr/(?<=[\s(])!(?=[\w(])/, q(""));
-            $try->(qr/^(\s+)(?:emit )?[\w:.>-]+\([^{}]*\);\s*$/, q("$1;\n"))
+            $try->(qr/^(\s+)(?:emit )?[\w:.>-]+\([^{}]*\);\s*$/, q("$1static_cast<void>(0);\n"))
                 if $code !~ /^\s+(return|delete|else|connect|disconnect)\b/
                 && ($lines[$at - 2] // "") =~ /[;{})]\s*(\/\/.*)?$/;
         }

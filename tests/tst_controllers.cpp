@@ -225,6 +225,7 @@ private slots:
         reload();
         QCOMPARE(shown.last().at(isEitherOr ? 2 : 1).value<Ids>(), rest);
         QCOMPARE(m_open->mainView().shownFileIds(), rest.isEmpty() ? Ids() : Ids({1, 2}));
+        QCOMPARE(tags().selectedTagIds(), rest);
     }
 
     void nodeWithoutALinkStandsAtTheTop()

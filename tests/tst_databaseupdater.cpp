@@ -206,6 +206,19 @@ private slots:
         QCOMPARE(Sql::value("SELECT version FROM scheme_version"), "3.2.0"_s);
     }
 
+    void commitThatFailsKeepsNoLock()
+    {
+        build("0.5.3"_s);
+        run({"PRAGMA busy_timeout=50"_s});
+        OtherConnection other(m_database.databaseName());
+        {
+            QSqlQuery reader(QSqlDatabase::database("other"_s));
+            QVERIFY(reader.exec("SELECT file_id FROM files"_s) && reader.next());
+            QVERIFY(!update());
+        }
+        QVERIFY(other.run("BEGIN IMMEDIATE"_s));
+    }
+
     void columnsInAnotherOrder()
     {
         build("3.2.0"_s);

@@ -1,12 +1,17 @@
 #include "core/providers/groupsprovider.h"
 #include "core/providers/mainviewprovider.h"
 #include "core/providers/postgresbrowstreeprovider.h"
+#include "core/providers/postgresgeneralprovider.h"
 #include "core/providers/postgresgroupsprovider.h"
 #include "core/providers/postgrestagsprovider.h"
 #include "core/providers/relationtreeprovider.h"
 #include "core/providers/sqlitebrowstreeprovider.h"
 #include "core/providers/sqlitegeneralprovider.h"
 #include "tests/support/serverdatabase.h"
+
+#include <numeric>
+
+using Ids = QVector<qint64>;
 
 namespace {
 /** The providers of a back-end. */
@@ -44,8 +49,16 @@ class TestProviders : public QObject
 
 private slots:
     void initTestCase_data() { addBackEnds(); }
-    void init() { m_database = makeTestDatabase(); }
-    void cleanup() { m_database.reset(); }
+    void init()
+    {
+        m_database = makeTestDatabase();
+        m_files = std::make_unique<MainViewProvider>(m_database->constructor());
+    }
+    void cleanup()
+    {
+        m_files.reset();
+        m_database.reset();
+    }
 
     void textsComeBackAsTheyWentIn_data()
     {
@@ -139,10 +152,158 @@ private slots:
         QVERIFY(database.transaction() && database.rollback()); // the probe's is over
     }
 
+    void nodesOfTheCurrentTree()
+    {
+        if (isLocal())
+            QSKIP("a server alone has several trees");
+        PostgresBrowsTreeProvider nodes(m_database->constructor());
+        QStringList shown;
+        connect(&nodes, &BrowsTreeProvider::gotAllNodesInfo, this, [&shown](bool, TableData table) {
+            shown.clear();
+            for (const TableRowData *row : table)
+                shown.append(row->value("node_id"_s).toString() + QLatin1Char('u') +
+                             row->value("node_parent_id"_s).toString());
+            shown.sort();
+            freeRows(table);
+        });
+        QVERIFY(m_database->addTags(1));
+        const qint64 first = nodes.addNode(1, true, false, 0);
+        nodes.setCurrentTree(2);
+        const qint64 second = nodes.addNodeAbove(1, true, true, 0, nodes.addNode(1, true, false, 0));
+        QVERIFY(m_database->run("INSERT INTO tb_nodes VALUES (9,1,1,0)")); // its link was not written
+        nodes.loadAllNodes();
+        QCOMPARE(shown, QStringList({"2u3"_s, "3u0"_s, "9u0"_s}));
+        nodes.setCurrentTree(0);
+        nodes.loadAllNodes();
+        QCOMPARE(shown, QStringList({"1u0"_s, "9u0"_s}));
+        QCOMPARE(first + second, qint64(4));
+    }
+
+    void stampsAreUtc_data()
+    {
+        QTest::addColumn<QString>("stamp");
+        addRow("winter", "2026-01-31T23:59:59.001Z"_s);
+        addRow("hour that summer time skips", "2026-03-29T02:30:00.123Z"_s);
+    }
+
+    void stampsAreUtc()
+    {
+        if (isLocal())
+            QSKIP("a server alone has stamps");
+        QFETCH(QString, stamp);
+        qputenv("TZ", "Europe/Berlin");
+        auto &owner = static_cast<ServerDatabase &>(*m_database).owner();
+        QVERIFY(owner.run("UPDATE tables_modification_date SET last_date='%1'"_s.arg(stamp.chopped(1))));
+        PostgresGeneralProvider general(m_database->constructor());
+        QDateTime date;
+        QVERIFY(general.lastChangeDate(date));
+        QCOMPARE(date.toString(Qt::ISODateWithMs), stamp);
+        QVERIFY(owner.run("DELETE FROM tables_modification_date"_s));
+        QVERIFY(general.lastChangeDate(date));
+        QVERIFY(!date.isValid());
+        m_database->close();
+        QVERIFY(!general.lastChangeDate(date));
+    }
+
+    void loadedFileRows()
+    {
+        QVERIFY(m_database->addFiles(3) && m_database->addTags(2));
+        QVERIFY(m_database->run("INSERT INTO file_tag VALUES (1,1),(1,2),(3,2)"));
+        QVERIFY(m_database->run("INSERT INTO file_paths VALUES (1,'not mine','x'),(2,'/a','a')"));
+        QStringList seen;
+        connect(m_files.get(), &MainViewProvider::filesUpdated, this, [&seen](bool, const TableData &table) {
+            for (const TableRowData *row : table) {
+                QStringList values;
+                for (const char *column : {"file_id", "tag_id", "file_name", "path"})
+                    values.append(row->value(QLatin1String(column)).toString());
+                seen.append(values.join(QLatin1Char('|')));
+            }
+        });
+        m_files->loadFiles({3, 1, 2, 99});
+        QCOMPARE(seen, QStringList({"1|1|f1|"_s, "1|2||"_s, "2|0|f2|/a"_s, "3|2|f3|"_s}));
+        // An internal file has no path: 1 is its block.
+        m_files->updateFilePath(1, "path"_s, "/lost"_s);
+        m_files->updateFilePath(2, "path"_s, "/new"_s);
+        QCOMPARE(m_database->value("SELECT path FROM file_paths ORDER BY path_id"), "not mine\n/new"_s);
+    }
+
+    void manyFilesComeInPieces()
+    {
+        QVERIFY(m_database->addFiles(11000) && m_database->addTags(3));
+        QVERIFY(m_database->run("INSERT INTO file_tag SELECT file_id,tag_id FROM files CROSS JOIN tags"));
+        QVector<int> sizes;
+        QMap<qint64, int> rowsOfFile;
+        const auto take = [&](bool ok, const TableData &table) {
+            sizes.append(ok ? table.size() : -1);
+            for (const TableRowData *row : table)
+                ++rowsOfFile[row->value("file_id"_s).toLongLong()];
+        };
+        connect(m_files.get(), &MainViewProvider::gotAllFilesInfo, this, take);
+        m_files->loadAllFiles();
+        QVERIFY(sizes.size() > 2);
+        QCOMPARE(sizes.indexOf(0), sizes.size() - 1);
+        QCOMPARE(rowsOfFile.values(), QVector<int>(11000, 3).toList());
+
+        sizes.clear();
+        rowsOfFile.clear();
+        connect(m_files.get(), &MainViewProvider::filesUpdated, this, [&](bool ok, const TableData &table) {
+            take(ok, table);
+            // Whole files, and a receiver may use the connection.
+            QCOMPARE(rowsOfFile.values(), QVector<int>(rowsOfFile.size(), 3).toList());
+            QVERIFY(m_database->run("UPDATE files SET load_id=2 WHERE file_id=1"));
+        });
+        m_files->loadFiles(firstIds(11000));
+        QVERIFY(sizes.size() > 1);
+        QCOMPARE(rowsOfFile.size(), 11000);
+
+        sizes.clear();
+        m_database->close();
+        m_files->loadAllFiles();
+        QCOMPARE(sizes, QVector<int>({-1}));
+    }
+
+    void productOfFilesAndTags()
+    {
+        QVERIFY(m_database->addFiles(3) && m_database->addTags(3));
+        QVERIFY(m_database->run("INSERT INTO file_tag VALUES (1,1),(2,3)"));
+        const ErrorCount errors(*m_files);
+        QSignalSpy updates(m_files.get(), &MainViewProvider::filesUpdated);
+        const char *const links = "SELECT file_id*10+tag_id FROM file_tag ORDER BY 1";
+        QVERIFY(m_files->linkTags({1, 2, 2, 77}, {1, 3, 1, 88}));
+        QCOMPARE(m_database->value(links), "11\n13\n21\n23"_s);
+        QCOMPARE(updates.count(), 1);
+        QVERIFY(m_files->linkTags({3}, {1, 2}) && m_files->unlinkTags({2, 3}, {1, 88}));
+        QCOMPARE(m_database->value(links), "11\n13\n23\n32"_s);
+        QCOMPARE(errors.count(), 0);
+    }
+
+    void linkingIsAllOrNothing()
+    {
+        QVERIFY(m_database->addFiles(12000) && m_database->addTags(2));
+        // Fails behind the first piece of ids.
+        QVERIFY(m_database->refuse("INSERT ON file_tag"_s, "new.file_id=11999"_s));
+        const ErrorCount errors(*m_files);
+        QSignalSpy updates(m_files.get(), &MainViewProvider::filesUpdated);
+        QVERIFY(!m_files->linkTags(firstIds(12000), {1, 2}));
+        QCOMPARE(m_database->count("file_tag"_s), 0);
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(updates.count(), 0);
+        QVERIFY(m_database->permit("file_tag"_s) && m_files->linkTags(firstIds(12000), {1, 2}));
+        QCOMPARE(m_database->count("file_tag"_s), 24000);
+    }
+
 private:
+    static Ids firstIds(int count)
+    {
+        Ids ids(count);
+        std::iota(ids.begin(), ids.end(), 1);
+        return ids;
+    }
+
     bool isLocal() const { return m_database->details().type() == 1; }
 
     std::unique_ptr<TestDatabase> m_database;
+    std::unique_ptr<MainViewProvider> m_files;
 };
 
 QTEST_GUILESS_MAIN(TestProviders)
