@@ -81,8 +81,9 @@ private slots:
         const QString role = "ALTER ROLE "_s + ServerDatabase::writer;
         QVERIFY(m_server->owner().run(
             "%1 SET standard_conforming_strings=off; %1 SET search_path=elsewhere"_s.arg(role)));
-        QVERIFY(m_collection->open());
-        QVERIFY(m_server->owner().run(role + " RESET ALL"_s));
+        const bool isOpen = m_collection->open();
+        QVERIFY(m_server->owner().run(role + " RESET ALL"_s)); // the role is that of all tests
+        QVERIFY(isOpen);
 
         // Not by the options of the connection alone: what stands in between may drop those.
         QCOMPARE(m_collection->value("SELECT string_agg(source,' ') FROM pg_settings WHERE name IN "

@@ -7,10 +7,10 @@ class QVariant;
 struct sqlite3;
 
 /**
- * As long as it lives, statements on a local database end that take more steps, or give longer texts, than
- * reading all of its file could: pages of a damaged or crafted file may lead to each other, and give rows
- * without end. For looking at a file and reading all records only; on the thread of the connection, one at a
- * time, and not beyond its closing.
+ * As long as it lives, statements on a local database end that take more steps or more work, or give longer
+ * texts, than reading all of its file could: pages of a damaged or crafted file may lead to each other, and
+ * give rows without end. For looking at a file and reading all records only; on the thread of the connection,
+ * one at a time, and not beyond its closing.
  */
 class ReadBound
 {
@@ -29,5 +29,6 @@ private:
     sqlite3 *m_handle = nullptr; ///< null where nothing is bounded
     ReadBound *m_outer;          ///< of another connection
     qint64 m_stepsLeft = 0;
+    qint64 m_lastNanosecond = 0; ///< of the thread's own time
     qint64 m_signsLeft = 0;
 };
