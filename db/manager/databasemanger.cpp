@@ -8,24 +8,20 @@
 #include "core/providers/mainviewprovider.h"
 #include "core/providers/relationtreeprovider.h"
 #include "core/providers/tagsprovider.h"
-#include "core/records/file.h"
+#include "db/manager/closeddatabase.h"
 #include "db/manager/databaseversioncheck.h"
 #include "db/manager/pendingreloads.h"
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/connections.h"
 #include "db/sql/databaselock.h"
-#include "db/sql/drivertexts.h"
 #include "db/sql/errorjudge.h"
 #include "db/sql/longtext.h"
 #include "db/sql/readbound.h"
-#include "db/sql/schemacheck.h"
 #include "fileops/contents/imagestore.h"
 #include "fileops/provider/fileoperationprovider.h"
 #include "fileops/provider/thumbnailcache.h"
 
 #include <QDebug>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTimer>
 
 #include <utility>
@@ -35,16 +31,6 @@ namespace {
 QString joined(const QString &first, const QString &second)
 {
     return second.isEmpty() ? first : first + QLatin1Char(' ') + second;
-}
-
-const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
-
-/** Neither locked, which each later look would wait for anew, nor made by another program. */
-bool isFitToRead(QSqlDatabase database)
-{
-    return database.transaction() &&
-           QSqlQuery(database).exec(QStringLiteral("SELECT 1 FROM sqlite_master;")) &&
-           !SchemaCheck::holdsForeignParts(database);
 }
 } // namespace
 
@@ -58,10 +44,12 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_userName(user),
       m_password(password),
       m_fileEdits(*this),
+      m_edits(*this, m_records),
       m_thumbnailCache(new ThumbnailCache(this)),
       m_pendingReloads(new PendingReloads(this)),
       m_prompts(&UserPrompts::nobody())
 {
+    connectRecords();
     connect(m_thumbnailCache, &ThumbnailCache::imageLoaded, this, &DatabaseManger::thumbnailUpdated);
     connect(m_pendingReloads, &PendingReloads::due, this, &DatabaseManger::retryReload);
 }
@@ -92,25 +80,7 @@ bool DatabaseManger::checkDatabaseVersion(const QString &driver, const QString &
 
 QStringList DatabaseManger::tagNames(const DBDetails &details)
 {
-    QStringList names;
-    const QString name = Constants::temporaryConnection;
-    const bool isLocal = details.type() == Constants::localDatabase;
-    if (!Connections::isDatabaseThere(details) ||
-        !Connections::open(name, details, isLocal ? shortBusyTimeout : QString()).isOpen)
-        return names;
-    const auto read = [&names, &name, isLocal] {
-        const ReadBound bound(QSqlDatabase::database(name, false));
-        if (isLocal && !isFitToRead(QSqlDatabase::database(name, false)))
-            return;
-        QSqlQuery query(QSqlDatabase::database(name, false));
-        query.setForwardOnly(true);
-        query.exec(QStringLiteral("SELECT tag_name FROM tags"));
-        while (query.next())
-            names.append(LongText::kept(DriverTexts::read(query, 0).toString()));
-    };
-    read();
-    Connections::close(name);
-    return names;
+    return ClosedDatabase(details).tagNames();
 }
 
 void DatabaseManger::setConstructor(std::unique_ptr<AbstractQueryConstructor> constructor)
@@ -123,11 +93,13 @@ void DatabaseManger::setProviders(const Providers &providers)
     m_providers = providers;
     m_thumbnailCache->setProvider(m_providers.fileOperation);
     m_fileEdits.setProviders(m_providers.mainView, m_providers.fileOperation);
-    connectTags();
-    connectGroups();
-    connectNodes();
-    connectFiles();
-    connectRelations();
+    m_edits.setProviders(m_providers, constructor());
+    m_records.follow(m_providers);
+    connect(m_providers.mainView, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
+    for (BaseDBProvider *provider :
+         std::initializer_list<BaseDBProvider *>{m_providers.tags, m_providers.groups, m_providers.browsTree,
+                                                 m_providers.mainView, m_providers.relationTree})
+        connectErrors(provider);
     connectFileOperations();
     connectFileNews();
     m_images = std::make_unique<ImageStore>(constructor());
@@ -137,53 +109,29 @@ void DatabaseManger::setProviders(const Providers &providers)
     connectErrors(m_providers.general);
 }
 
-void DatabaseManger::connectTags()
+void DatabaseManger::connectRecords()
 {
-    TagsProvider *tags = m_providers.tags;
-    connect(tags, &TagsProvider::gotAllTagInfo, this, &DatabaseManger::gotAllTags);
-    connect(tags, &TagsProvider::tagsUpdated, this, &DatabaseManger::gotTagsUpdated);
-    connect(tags, &TagsProvider::tagsRemoved, this, &DatabaseManger::gotTagsRemoved);
-    connectErrors(tags);
-}
-
-void DatabaseManger::connectGroups()
-{
-    GroupsProvider *groups = m_providers.groups;
-    connect(groups, &GroupsProvider::gotAllGroupsInfo, this, &DatabaseManger::gotAllGroups);
-    connect(groups, &GroupsProvider::groupsRemoved, this, &DatabaseManger::gotGroupsRemoved);
-    connect(groups, &GroupsProvider::groupsRenamed, this, &DatabaseManger::gotGroupRenamed);
-    connect(groups, &GroupsProvider::groupsUpdated, this, &DatabaseManger::gotGroupsUpdated);
-    connectErrors(groups);
-}
-
-void DatabaseManger::connectNodes()
-{
-    BrowsTreeProvider *nodes = m_providers.browsTree;
-    connect(nodes, &BrowsTreeProvider::gotAllNodesInfo, this, &DatabaseManger::gotAllBrowsNodes);
-    connect(nodes, &BrowsTreeProvider::gotNodesInfo, this, &DatabaseManger::gotBrowsNodes);
-    connect(nodes, &BrowsTreeProvider::nodesAdded, this, &DatabaseManger::gotAddedBrowsNodes);
-    connect(nodes, &BrowsTreeProvider::nodesRemoved, this, &DatabaseManger::gotRemovesBrowsNodes);
-    connect(nodes, &BrowsTreeProvider::nodeValueUpdated, this, &DatabaseManger::gotUpdatedBrowsNode);
-    connect(nodes, &BrowsTreeProvider::nodeParentUpdated, this, &DatabaseManger::gotNodesParentChanged);
-    connectErrors(nodes);
-}
-
-void DatabaseManger::connectFiles()
-{
-    MainViewProvider *files = m_providers.mainView;
-    connect(files, &MainViewProvider::gotAllFilesInfo, this, &DatabaseManger::gotAllFiles);
-    connect(files, &MainViewProvider::filesUpdated, this, &DatabaseManger::gotUpdatedFiles);
-    connect(files, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
-    connectErrors(files);
-}
-
-void DatabaseManger::connectRelations()
-{
-    RelationTreeProvider *relations = m_providers.relationTree;
-    connect(relations, &RelationTreeProvider::gotAllNodesInfo, this, &DatabaseManger::gotAllRelationNodes);
-    connect(relations, &RelationTreeProvider::nodesAdded, this, &DatabaseManger::gotRelationNodesAdded);
-    connect(relations, &RelationTreeProvider::nodesRemoved, this, &DatabaseManger::gotRelationNodesRemoved);
-    connectErrors(relations);
+    using Keeper = RecordKeeper;
+    using Manager = DatabaseManger;
+    connect(&m_records, &Keeper::tagsLoaded, this, &Manager::tagsLoaded);
+    connect(&m_records, &Keeper::tagsAdded, this, &Manager::tagsAdded);
+    connect(&m_records, &Keeper::tagsRemoved, this, &Manager::tagsRemoved);
+    connect(&m_records, &Keeper::aboutToRenameTags, this, &Manager::aboutToRenameTags);
+    connect(&m_records, &Keeper::tagsRenamed, this, &Manager::tagsRenamed);
+    connect(&m_records, &Keeper::groupsLoaded, this, &Manager::groupsLoaded);
+    connect(&m_records, &Keeper::aboutToUpdateGroups, this, &Manager::aboutToUpdateGroups);
+    connect(&m_records, &Keeper::groupsUpdated, this, &Manager::groupsUpdated);
+    connect(&m_records, &Keeper::browsingNodeLoaded, this, &Manager::browsingNodeLoaded);
+    connect(&m_records, &Keeper::addedBrowsingNodes, this, &Manager::addedBrowsingNodes);
+    connect(&m_records, &Keeper::aboutToRemoveNodes, this, &Manager::aboutToRemoveNodes);
+    connect(&m_records, &Keeper::removedNodes, this, &Manager::removedNodes);
+    connect(&m_records, &Keeper::filesLoaded, this, &Manager::filesLoaded);
+    connect(&m_records, &Keeper::filesAdded, this, &Manager::filesAdded);
+    connect(&m_records, &Keeper::filesChanged, this, &Manager::filesChanged);
+    connect(&m_records, &Keeper::filesRemoved, this, &Manager::filesRemoved);
+    connect(&m_records, &Keeper::updateMissedFiles, this, &Manager::updateMissedFiles);
+    connect(&m_records, &Keeper::relatshipsNodeLoaded, this, &Manager::relatshipsNodeLoaded);
+    connect(&m_records, &Keeper::addedRelatshipsNodes, this, &Manager::addedRelatshipsNodes);
 }
 
 void DatabaseManger::connectFileOperations()
@@ -206,12 +154,13 @@ void DatabaseManger::connectFileOperations()
         refreshModificationDate();
     });
     connect(files, &Source::filesRemoved, this, [this](const QVector<qint64> &ids) {
-        gotFilesRemoved(ids);
+        m_thumbnailCache->remove(ids);
+        m_records.gotFilesRemoved(ids);
         refreshModificationDate();
     });
     connect(files, &Source::filesImported, this, &DatabaseManger::reloadAllData);
-    connect(files, &Source::noLongerPresent, this, &DatabaseManger::gotMissedFileIds);
-    connect(files, &Source::present, this, &DatabaseManger::gotFoundFileIds);
+    connect(files, &Source::noLongerPresent, &m_records, &RecordKeeper::gotMissedFileIds);
+    connect(files, &Source::present, &m_records, &RecordKeeper::gotFoundFileIds);
     connect(files, &Source::fellShort, this, &DatabaseManger::gotShortfall);
     connectErrors(files);
 }
@@ -389,18 +338,18 @@ bool DatabaseManger::beginLoad()
     m_isReloading = true;
     m_isReloading = beginReading();
     if (m_isReloading)
-        m_loadState.begin();
+        m_records.loadState().begin();
     else
-        m_loadState.fail();
+        m_records.loadState().fail();
     return m_isReloading;
 }
 
 bool DatabaseManger::endLoad()
 {
     endReading();
-    m_loadState.end();
+    m_records.loadState().end();
     m_isReloading = false;
-    return m_loadState.isWhole();
+    return m_records.loadState().isWhole();
 }
 
 void DatabaseManger::reloadAllData()
@@ -431,9 +380,9 @@ bool DatabaseManger::isReadyForEdits()
         return false;
     }
     // The rest of an edit of several steps goes with its first one.
-    if (m_isReloadDue || m_loadState.isLoading())
+    if (m_isReloadDue || m_records.loadState().isLoading())
         return false;
-    if (m_loadState.isWhole())
+    if (m_records.loadState().isWhole())
         return true;
     if (m_pendingReloads->isWaiting())
         tellBusy();
@@ -496,4 +445,158 @@ void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
     default:
         break;
     }
+}
+
+bool DatabaseManger::isNameGiven(const QString &name)
+{
+    const bool isGiven = !name.trimmed().isEmpty();
+    if (!isGiven)
+        emit error(tr("Name Missing"), tr("A name must not be empty."));
+    return isGiven;
+}
+
+void DatabaseManger::loadAllTags()
+{
+    if (m_providers.tags)
+        m_providers.tags->loadAllTags();
+}
+
+QVector<qint64> DatabaseManger::runEdit(int reload, const std::function<QVector<qint64>()> &edit)
+{
+    m_sawBusy = false;
+    m_isReloading = true;
+    const QVector<qint64> ids = edit();
+    m_isReloading = false;
+    // Another connection may have taken the database between the edit and the reading of what it made.
+    if (m_sawBusy && ids.isEmpty())
+        warnOfBusyDatabase();
+    else if (m_sawBusy)
+        m_pendingReloads->add(reload, ids);
+    refreshModificationDate();
+    return ids;
+}
+
+bool DatabaseManger::areTagsOnNodes(const QVector<qint64> &tagIds)
+{
+    bool isUsed = false;
+    return !m_providers.tags || !m_providers.tags->readUseOnNodes(tagIds, isUsed) || isUsed;
+}
+
+void DatabaseManger::updateTags(const QVector<qint64> &tagIds)
+{
+    if (m_providers.tags)
+        loadOrKeep(PendingReloads::TagReload, tagIds,
+                   [this, &tagIds] { m_providers.tags->loadTags(tagIds); });
+}
+
+void DatabaseManger::loadAllGroups()
+{
+    if (m_providers.groups)
+        m_providers.groups->loadAllGroups();
+}
+
+void DatabaseManger::loadAllNodes()
+{
+    if (m_providers.browsTree)
+        m_providers.browsTree->loadAllNodes();
+}
+
+void DatabaseManger::reloadNodes(const QVector<qint64> &nodeIds)
+{
+    if (m_providers.browsTree)
+        loadOrKeep(PendingReloads::NodeReload, nodeIds,
+                   [this, &nodeIds] { m_providers.browsTree->loadNodes(nodeIds); });
+}
+
+void DatabaseManger::loadBrowsingTrees()
+{
+    if (m_providers.browsTree)
+        m_providers.browsTree->loadAllTrees();
+}
+
+void DatabaseManger::loadAllRelationNodes()
+{
+    if (m_providers.relationTree)
+        m_providers.relationTree->loadAllNodes();
+}
+
+void DatabaseManger::loadAllFiles()
+{
+    if (!m_providers.mainView)
+        return;
+    m_records.dropFiles();
+    m_providers.mainView->loadAllFiles();
+}
+
+void DatabaseManger::reloadFiles(const QVector<qint64> &fileIds)
+{
+    if (m_providers.mainView)
+        loadOrKeep(PendingReloads::FileReload, fileIds,
+                   [this, &fileIds] { m_providers.mainView->loadFiles(fileIds); });
+}
+
+bool DatabaseManger::isStorable(const QString &text)
+{
+    // It could not be read back whole.
+    if (!LongText::isTooLong(text))
+        return true;
+    emit showTempWarning(
+        tr("Warning"),
+        tr("The text is longer than %1 characters and was not stored.").arg(LongText::mostCharacters));
+    return false;
+}
+
+void DatabaseManger::runFileEdit(const std::function<QVector<qint64>()> &edit)
+{
+    runEdit(PendingReloads::FileReload, edit);
+}
+
+void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
+{
+    m_thumbnailCache->reloadHeld(fileIds);
+}
+
+std::unique_ptr<ImageLoading> DatabaseManger::loadImage(qint64 fileId)
+{
+    if (!m_images)
+        return std::make_unique<ImageLoading>(StoredImage::UnknownFile);
+    m_sawBusy = false;
+    m_isReloading = true;
+    std::unique_ptr<ImageLoading> loading = m_images->load(fileId);
+    m_isReloading = false;
+    if (m_images->isConnectionLost())
+        return std::make_unique<ImageLoading>(StoredImage::Unreachable);
+    return m_sawBusy ? std::make_unique<ImageLoading>(StoredImage::Busy) : std::move(loading);
+}
+
+StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)
+{
+    if (!m_images || !isDataCurrent())
+        return StoredImage::Refused;
+    m_sawBusy = false;
+    m_images->forgetLastError();
+    QVector<qint64> changedIds;
+    StoredImage::Saving saving = StoredImage::Saved;
+    if (!m_images->save(fileId, picture, changedIds)) {
+        const bool isTold =
+            m_sawBusy || m_isReloadDue || m_images->lastError().isValid() || m_images->isConnectionLost();
+        saving = isTold ? StoredImage::Refused : StoredImage::NotSaved;
+    }
+    if (!changedIds.isEmpty()) {
+        reloadFiles(changedIds);
+        reloadThumbnails(changedIds);
+    }
+    refreshModificationDate();
+    return saving;
+}
+
+void DatabaseManger::cancelOperations()
+{
+    if (m_providers.fileOperation)
+        m_providers.fileOperation->cancelOperations();
+}
+
+bool DatabaseManger::isBusy() const
+{
+    return m_providers.fileOperation && m_providers.fileOperation->isBusy();
 }

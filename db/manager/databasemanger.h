@@ -2,14 +2,10 @@
 
 #include "app/settings/dbdetails.h"
 #include "core/records/recordtypes.h"
-#include "db/caches/discardedfiles.h"
-#include "db/caches/filecache.h"
-#include "db/caches/groupcache.h"
-#include "db/caches/nodecache.h"
-#include "db/caches/relationcache.h"
-#include "db/caches/tagcache.h"
 #include "db/manager/fileedits.h"
-#include "db/manager/loadstate.h"
+#include "db/manager/providers.h"
+#include "db/manager/recordedits.h"
+#include "db/manager/recordkeeper.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/pictures/imageloading.h"
@@ -29,19 +25,11 @@
 
 class AbstractQueryConstructor;
 class BaseDBProvider;
-class BrowsTreeProvider;
-class FileOperationProvider;
-class GeneralProvider;
-class GroupsProvider;
 class ImageStore;
-class MainViewProvider;
 class PendingReloads;
-class RelationTreeProvider;
-class TagsProvider;
 class ThumbnailCache;
 class UserPrompts;
 class WriteGuard;
-struct NodeRemovalPlan;
 struct OperationShortfall;
 
 /**
@@ -53,7 +41,7 @@ struct OperationShortfall;
  * Writing operations do nothing when isDataCurrent() says no. They do not ask whether the database is
  * read-only: whoever offers an edit does.
  */
-class DatabaseManger : public QObject, private FileEditsHost
+class DatabaseManger : public QObject, private FileEditsHost, private RecordEditsHost
 {
     Q_OBJECT
 
@@ -95,23 +83,23 @@ public:
     QString dbVersion() const { return m_dbVersion; }
 
     // The records. All pointers are borrowed.
-    const TableData &tags() const { return m_tags.rows(); }
-    QString tagName(qint64 tagId) const { return m_tags.name(tagId); }
-    bool hasTag(qint64 tagId) const { return m_tags.row(tagId) != nullptr; }
-    bool hasTagNamed(const QString &name) const { return m_tags.hasName(name); }
-    Map<qint64, GroupItem *> *groups() { return &m_groups.map(); }
+    const TableData &tags() const { return m_records.tags().rows(); }
+    QString tagName(qint64 tagId) const { return m_records.tags().name(tagId); }
+    bool hasTag(qint64 tagId) const { return m_records.tags().row(tagId) != nullptr; }
+    bool hasTagNamed(const QString &name) const { return m_records.tags().hasName(name); }
+    Map<qint64, GroupItem *> *groups() { return &m_records.groups().map(); }
     Map<QString, AutoLink *> &autoLinks() { return m_autoLinks; }
-    Map<qint64, TBnode *> &nodes() { return m_nodes.map(); }
-    Vector<QPair<QString, TRnode *>> &relationNodes() { return m_relations.nodes(); }
+    Map<qint64, TBnode *> &nodes() { return m_records.nodes().map(); }
+    Vector<QPair<QString, TRnode *>> &relationNodes() { return m_records.relations().nodes(); }
     /** Null for an unknown path. */
-    TRnode *relationNode(const QString &path) const { return m_relations.node(path); }
-    Map<qint64, File *> &files() { return m_files.map(); }
+    TRnode *relationNode(const QString &path) const { return m_records.relations().node(path); }
+    Map<qint64, File *> &files() { return m_records.files().map(); }
     /** Null for an unknown file. */
-    File *file(qint64 fileId) const { return m_files.map().value(fileId); }
+    File *file(qint64 fileId) const { return m_records.files().map().value(fileId); }
     Map<qint64, QString> &browsingTrees() { return m_browsingTrees; }
     /** Whether the file of an external record was not there at the last look. */
-    bool isMissing(qint64 fileId) const { return m_files.isMissing(fileId); }
-    const QSet<qint64> &missingFiles() const { return m_files.missing(); }
+    bool isMissing(qint64 fileId) const { return m_records.files().isMissing(fileId); }
+    const QSet<qint64> &missingFiles() const { return m_records.files().missing(); }
     ThumbnailCache *thumbnailCache() const { return m_thumbnailCache; }
 
     /** False for a blank name, which nothing gets; the user hears of it. All that name something ask. */
@@ -119,52 +107,82 @@ public:
 
     void loadAllTags();
     /** Gives the id of the new tag, which is linked to the files too; 0 on failure. */
-    qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
+    qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {})
+    {
+        return m_edits.addTag(name, fileIds);
+    }
     /** The same with a place in a group: both or neither. */
-    qint64 addTagToGroup(const QString &name, qint64 groupId);
-    void renameTag(qint64 tagId, const QString &name);
-    void changeTagDescription(qint64 tagId, const QString &text);
+    qint64 addTagToGroup(const QString &name, qint64 groupId) { return m_edits.addTagToGroup(name, groupId); }
+    void renameTag(qint64 tagId, const QString &name) { m_edits.renameTag(tagId, name); }
+    void changeTagDescription(qint64 tagId, const QString &text)
+    {
+        m_edits.changeTagDescription(tagId, text);
+    }
     /** Whether a node has one of the tags, also one of a tree that is not shown; or it cannot be told. */
     bool areTagsOnNodes(const QVector<qint64> &tagIds);
     /** Removes the tags with all that refers to them, all or nothing; nodes below theirs move up. */
-    bool removeTags(const QVector<qint64> &tagIds);
+    bool removeTags(const QVector<qint64> &tagIds) { return m_edits.removeTags(tagIds); }
 
     void loadAllGroups();
     /** Gives the id of the new group, 0 on failure. */
-    qint64 addGroup(const QString &name, bool visible);
-    void renameGroup(qint64 groupId, const QString &name);
-    void removeGroups(const QVector<qint64> &groupIds);
+    qint64 addGroup(const QString &name, bool visible) { return m_edits.addGroup(name, visible); }
+    void renameGroup(qint64 groupId, const QString &name) { m_edits.renameGroup(groupId, name); }
+    void removeGroups(const QVector<qint64> &groupIds) { m_edits.removeGroups(groupIds); }
     /** Makes this the whole list of the group's tags. */
-    bool setGroupTags(qint64 groupId, const QVector<qint64> &tagIds);
+    bool setGroupTags(qint64 groupId, const QVector<qint64> &tagIds)
+    {
+        return m_edits.setGroupTags({{groupId, tagIds}});
+    }
     /** The same for several groups, by their ids, all or none. */
-    bool setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups);
+    bool setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups)
+    {
+        return m_edits.setGroupTags(tagsOfGroups);
+    }
 
     void loadAllNodes();
     /** Gives the id of the new node, 0 on failure; parent 0 is the top level. */
-    qint64 addNodeBelow(qint64 tagId, qint64 parentId);
+    qint64 addNodeBelow(qint64 tagId, qint64 parentId) { return m_edits.addNodeBelow(tagId, parentId); }
     /** The same between a node and its parent. */
-    qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
+    qint64 addNodeAbove(qint64 tagId, qint64 nodeId) { return m_edits.addNodeAbove(tagId, nodeId); }
     /** The same for many tags, all or none: nodes beside each other below, or a chain above. */
-    void addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
-    void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
+    void addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId)
+    {
+        m_edits.addNodesBelow(tagIds, parentId);
+    }
+    void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
+    {
+        m_edits.addNodesAbove(tagIds, nodeId);
+    }
     /** Removes nodes with all below them. */
-    bool removeNodes(const QVector<qint64> &nodeIds);
+    bool removeNodes(const QVector<qint64> &nodeIds) { return m_edits.removeNodes(nodeIds); }
     /** Removes nodes alone: their children move up to the nearest node that stays. */
-    bool removeNodesKeepingChildren(const QVector<qint64> &nodeIds);
-    void updateNode(qint64 nodeId, const QString &column, const QString &value);
+    bool removeNodesKeepingChildren(const QVector<qint64> &nodeIds)
+    {
+        return m_edits.removeNodesKeepingChildren(nodeIds);
+    }
+    void updateNode(qint64 nodeId, const QString &column, const QString &value)
+    {
+        m_edits.updateNode(nodeId, column, value);
+    }
     virtual qint64 currentBrowsingTree() const = 0;
     virtual void setCurrentBrowsingTree(qint64 treeId) = 0;
     void loadBrowsingTrees();
     /** Gives the id of the new tree, 0 on failure; several trees are a server's alone. */
-    qint64 addBrowsingTree(const QString &name);
-    bool removeBrowsingTree(qint64 treeId);
-    bool renameBrowsingTree(qint64 treeId, const QString &name);
+    qint64 addBrowsingTree(const QString &name) { return m_edits.addBrowsingTree(name); }
+    bool removeBrowsingTree(qint64 treeId) { return m_edits.removeBrowsingTree(treeId); }
+    bool renameBrowsingTree(qint64 treeId, const QString &name)
+    {
+        return m_edits.renameBrowsingTree(treeId, name);
+    }
 
     void loadAllRelationNodes();
     /** Puts tags below a path, at the top level for an empty one; places that exist are left out. */
-    void addRelations(const QString &parentPath, const QVector<qint64> &tagIds);
+    void addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
+    {
+        m_edits.addRelations(parentPath, tagIds);
+    }
     /** Removes paths with all below them. */
-    void removeRelations(const QStringList &paths);
+    void removeRelations(const QStringList &paths) { m_edits.removeRelations(paths); }
 
     void loadAllFiles();
     bool updateFile(qint64 fileId, const QString &column, const QString &value)
@@ -236,7 +254,7 @@ public:
     /** Whether the records are those of the database, so that an edit may go ahead. */
     bool isDataCurrent() override = 0;
     /** Notes the state of the database after a change of our own. */
-    virtual void refreshModificationDate() = 0;
+    void refreshModificationDate() override = 0;
 
 signals:
     /** Told once, whichever connection notices, until the database is opened again. */
@@ -297,47 +315,17 @@ signals:
 public slots:
     /** Reads these rows again and merges them; when the database is busy it is tried again later. */
     void updateTags(const QVector<qint64> &tagIds);
-    void reloadNodes(const QVector<qint64> &nodeIds);
+    void reloadNodes(const QVector<qint64> &nodeIds) override;
     void reloadFiles(const QVector<qint64> &fileIds);
     /** Empties and fills everything; when the database is busy all stays as it is until a later try. */
     void reloadAllData();
 
 protected slots:
-    void gotAllTags(bool ok, const TableData &rows);
-    void gotTagsUpdated(bool ok, const TableData &rows);
-    void gotTagsRemoved(bool ok, const QVector<qint64> &tagIds);
-    void gotAllGroups(bool ok, const TableData &rows);
-    void gotGroupsRemoved(bool ok, const QVector<qint64> &groupIds);
-    void gotGroupRenamed(bool ok, qlonglong groupId, const QString &name);
-    void gotGroupsUpdated(bool ok, const TableData &rows);
-    void gotAllBrowsNodes(bool ok, const TableData &rows);
-    void gotBrowsNodes(bool ok, const TableData &rows);
-    void gotAddedBrowsNodes(bool ok, const TableData &rows);
-    void gotRemovesBrowsNodes(const QVector<qint64> &nodeIds);
-    void gotUpdatedBrowsNode(qlonglong nodeId, const QString &column, const QString &value);
-    void gotNodesParentChanged(const QVector<qint64> &nodeIds, qlonglong parentId);
-    void gotAllFiles(bool ok, const TableData &rows);
-    void gotUpdatedFiles(bool ok, const TableData &rows);
-    void gotFilesRemoved(const QVector<qint64> &fileIds);
-    void gotAllRelationNodes(bool ok, const TableData &rows);
-    void gotRelationNodesAdded(bool ok, const QStringList &paths);
-    void gotRelationNodesRemoved(bool ok, const QStringList &paths);
     void loadedDBVerion(bool ok, const TableData &rows);
-    void gotFoundFileIds(const QVector<qint64> &fileIds);
-    void gotMissedFileIds(const QVector<qint64> &fileIds);
 
 protected:
     /** What a back-end makes in its constructor, each with the manager as its parent. */
-    struct Providers
-    {
-        BrowsTreeProvider *browsTree = nullptr;
-        TagsProvider *tags = nullptr;
-        GroupsProvider *groups = nullptr;
-        GeneralProvider *general = nullptr;
-        MainViewProvider *mainView = nullptr;
-        RelationTreeProvider *relationTree = nullptr;
-        FileOperationProvider *fileOperation = nullptr;
-    };
+    using Providers = DatabaseProviders;
     void setConstructor(std::unique_ptr<AbstractQueryConstructor> constructor);
     const AbstractQueryConstructor *constructor() const { return m_constructor.get(); }
     /** Takes the providers and makes all connections to them. */
@@ -351,7 +339,7 @@ protected:
     /** Holds the database for the reading of all records; false when it cannot be read. */
     virtual bool beginReading();
     virtual void endReading() {}
-    LoadState &loadState() { return m_loadState; }
+    LoadState &loadState() { return m_records.loadState(); }
     /** The same for an operation of the worker, which may look itself when it begins. */
     bool mayRequest() override { return isDataCurrent(); }
     /** False, with a word where none came before, while the records are not whole. */
@@ -362,7 +350,7 @@ protected:
     void tellBusy();
     /** Asked before each change of the window; before setProviders(). */
     void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
-    void connectErrors(BaseDBProvider *provider);
+    void connectErrors(BaseDBProvider *provider) override;
     /** The worker stores its changes; others made their last one at this time. */
     virtual void aboutToCommit(const QDateTime &lastChange) { Q_UNUSED(lastChange) }
     /** An own change has this stamp. */
@@ -375,11 +363,7 @@ protected:
     UserPrompts &prompts() const { return *m_prompts; }
 
 private:
-    void connectTags();
-    void connectGroups();
-    void connectNodes();
-    void connectFiles();
-    void connectRelations();
+    void connectRecords();
     void connectFileOperations();
     void connectFileNews();
     void gotProviderError(const QSqlError &error);
@@ -387,21 +371,12 @@ private:
     void warnOfBusyDatabase(const QString &outcome = QString());
     void gotConnectionLoss();
     void gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error);
-    void updateTag(qint64 tagId, const QString &column, const QString &value);
-    /** A new tag and what links it, in one transaction; news of the linked ids follow. */
-    qint64 addTagWith(const QString &name, BaseDBProvider &linker, int reload,
-                      const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link);
-    /** Runs an edit that gives the ids to be read again when that was refused, none for a failure. */
-    QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit);
-    qint64 parentOf(qint64 nodeId) const;
-    bool runRemoval(const NodeRemovalPlan &plan);
-    void tellRemoval(const NodeRemovalPlan &plan);
+    QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit) override;
     /** False, with a warning, for a text that is longer than what is read of one. */
     bool isStorable(const QString &text) override;
     void runFileEdit(const std::function<QVector<qint64>()> &edit) override;
-    const Map<qint64, File *> &knownFiles() const override { return m_files.map(); }
-    /** Runs a load; when the database was busy its ids are kept for another try. */
-    void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load);
+    const Map<qint64, File *> &knownFiles() const override { return m_records.files().map(); }
+    void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load) override;
     void retryReload(int kind, const QVector<qint64> &ids);
 
     QString m_driverName;
@@ -412,18 +387,14 @@ private:
     QString m_password;
     bool m_readOnly = true;
     QString m_dbVersion;
-    TagCache m_tags;
-    GroupCache m_groups;
+    RecordKeeper m_records;
     Map<QString, AutoLink *> m_autoLinks;
-    NodeCache m_nodes;
-    RelationCache m_relations;
-    FileCache m_files;
-    DiscardedFiles m_discardedFiles;
     Map<qint64, QString> m_browsingTrees;
     Providers m_providers;
     std::unique_ptr<AbstractQueryConstructor> m_constructor;
     std::unique_ptr<ImageStore> m_images;
     FileEdits m_fileEdits;
+    RecordEdits m_edits;
     ThumbnailCache *m_thumbnailCache;
     PendingReloads *m_pendingReloads;
     bool m_isOpen = false;
@@ -432,7 +403,6 @@ private:
     bool m_sawBusy = false;
     bool m_toldThumbnailFailure = false;
     bool m_isReloadDue = false;
-    LoadState m_loadState;
     WriteGuard *m_writeGuard = nullptr;
     UserPrompts *m_prompts;
 };

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "db/manager/providers.h"
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
+
+class AbstractQueryConstructor;
+class BaseDBProvider;
+class RecordKeeper;
+struct NodeRemovalPlan;
+
+/** What RecordEdits asks of the manager that owns it. GUI thread. */
+class RecordEditsHost
+{
+public:
+    virtual ~RecordEditsHost() = default;
+
+    /** Whether the records are those of the database, so that an edit may go ahead. */
+    virtual bool isDataCurrent() = 0;
+    /** Both are false after a word to the user. */
+    virtual bool isNameGiven(const QString &name) = 0;
+    virtual bool isStorable(const QString &text) = 0;
+    /** Runs an edit that gives the ids to be read again when that was refused, none for a failure. */
+    virtual QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit) = 0;
+    /** Runs a load; when the database was busy its ids are kept for another try. */
+    virtual void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load) = 0;
+    virtual void reloadNodes(const QVector<qint64> &nodeIds) = 0;
+    virtual void connectErrors(BaseDBProvider *provider) = 0;
+    /** After each edit. */
+    virtual void refreshModificationDate() = 0;
+};
+
+/**
+ * The edits of tags, groups, nodes, trees and relationships, which are done, and merged into the records,
+ * when a call returns; DatabaseManger says what each does. Owned by it, GUI thread. An edit that the host
+ * does not allow is dropped.
+ */
+class RecordEdits
+{
+public:
+    /** Host and records must outlive this, the providers each call. */
+    RecordEdits(RecordEditsHost &host, RecordKeeper &records) : m_host(host), m_records(records) {}
+    void setProviders(const DatabaseProviders &providers, const AbstractQueryConstructor *constructor);
+
+    qint64 addTag(const QString &name, const QVector<qint64> &fileIds);
+    qint64 addTagToGroup(const QString &name, qint64 groupId);
+    void renameTag(qint64 tagId, const QString &name);
+    void changeTagDescription(qint64 tagId, const QString &text);
+    bool removeTags(const QVector<qint64> &tagIds);
+
+    qint64 addGroup(const QString &name, bool visible);
+    void renameGroup(qint64 groupId, const QString &name);
+    void removeGroups(const QVector<qint64> &groupIds);
+    bool setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups);
+
+    qint64 addNodeBelow(qint64 tagId, qint64 parentId);
+    qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
+    void addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
+    void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
+    bool removeNodes(const QVector<qint64> &nodeIds);
+    bool removeNodesKeepingChildren(const QVector<qint64> &nodeIds);
+    void updateNode(qint64 nodeId, const QString &column, const QString &value);
+
+    qint64 addBrowsingTree(const QString &name);
+    bool removeBrowsingTree(qint64 treeId);
+    bool renameBrowsingTree(qint64 treeId, const QString &name);
+
+    void addRelations(const QString &parentPath, const QVector<qint64> &tagIds);
+    void removeRelations(const QStringList &paths);
+
+private:
+    void updateTag(qint64 tagId, const QString &column, const QString &value);
+    /** A new tag and what links it, in one transaction; news of the linked ids follow. */
+    qint64 addTagWith(const QString &name, BaseDBProvider &linker, int reload,
+                      const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link);
+    qint64 parentOf(qint64 nodeId) const;
+    bool runRemoval(const NodeRemovalPlan &plan);
+    void tellRemoval(const NodeRemovalPlan &plan);
+
+    RecordEditsHost &m_host;
+    RecordKeeper &m_records;
+    DatabaseProviders m_providers;
+    const AbstractQueryConstructor *m_constructor = nullptr;
+};
