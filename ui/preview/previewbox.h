@@ -9,17 +9,15 @@
 
 #include <memory>
 
+class DescriptionBar;
 class ImageLoading;
 class ImageWalk;
 class LoadingNotice;
 class MainViewController;
 class PictureArea;
 class QDialogButtonBox;
-class QLabel;
-class QLineEdit;
 class QToolBar;
 class Sorter;
-class Validator;
 
 /**
  * A window of its own that shows one picture of the main view at a time: walks through them, zooms, turns,
@@ -77,7 +75,6 @@ private:
     enum class Telling { Aloud, InTheLog };
 
     void makeToolBar();
-    void makeDescriptionBar();
     void makeShortcuts();
     void connectAll();
     void placeWindow();
@@ -100,7 +97,6 @@ private:
     void leaveFullScreen();
     void followRecord();
     void updateTitle();
-    void showScale(double scale);
     bool isWritable() const;
 
     qint64 m_fileId = 0;
@@ -113,12 +109,9 @@ private:
     LoadingNotice *m_notice;
     std::unique_ptr<ImageLoading> m_loading; // while a picture is awaited
     QToolBar *m_toolBar = nullptr;
-    QToolBar *m_descriptionBar = nullptr;
     QDialogButtonBox *m_editButtons = nullptr;
     QAction *m_editButtonsAction = nullptr;
-    Validator *m_validator = nullptr;
-    QLineEdit *m_description = nullptr;
-    QLabel *m_scaleLabel = nullptr;
+    DescriptionBar *m_description = nullptr;
     // As it was stored, save for rotations: what a save writes back without a loss.
     QImage m_original;
     int m_quarters = 0;        // clockwise, since the picture was loaded or saved
