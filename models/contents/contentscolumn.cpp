@@ -99,6 +99,8 @@ constexpr Column columns[] = {
      value<LoadId>, loadId, nullptr},
 };
 
+// Under a sanitizer no address of a function is known while compiling.
+#ifndef __SANITIZE_ADDRESS__
 constexpr bool areWhole()
 {
     for (int i = 0; i < Model::columnTotal; ++i) {
@@ -110,6 +112,7 @@ constexpr bool areWhole()
 }
 static_assert(std::size(columns) == Model::columnTotal && areWhole(),
               "each column of the model has its row, in their order, with a text and one sort key");
+#endif
 } // namespace
 
 const ContentsColumn &ContentsColumn::of(int column)
