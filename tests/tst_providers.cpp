@@ -205,6 +205,23 @@ private slots:
         QVERIFY(!general.lastChangeDate(date));
     }
 
+    void lostCommitHasNoOlderReason()
+    {
+        if (isLocal())
+            QSKIP("a server alone is lost");
+        PostgresGeneralProvider general(m_database->constructor());
+        QVERIFY(!general.runSync("SELECT nothing"_s));
+        QVERIFY(general.lastError().isValid());
+        QVERIFY(general.beginTransaction());
+        QVERIFY(static_cast<ServerDatabase &>(*m_database)
+                    .owner()
+                    .run("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename='%1'"_s.arg(
+                        ServerDatabase::writer)));
+        QVERIFY(!general.commitTransaction());
+        QVERIFY(general.isConnectionLost());
+        QVERIFY(!general.lastError().isValid());
+    }
+
     void loadedFileRows()
     {
         QVERIFY(m_database->addFiles(3) && m_database->addTags(2));

@@ -228,6 +228,10 @@ private slots:
         QCOMPARE(m_open->groups().tabOrder(), QList<int>({1, 2}));
         (*m_open)->load();
         QCOMPARE(names(*groups), "all,hot"_s);
+        // Followed once, also after another load.
+        QVERIFY(groups->setData(groups->index(1, 0), "cold"_s));
+        QCOMPARE(changes.count(), 3);
+        QCOMPARE(changes.last().first().toModelIndex().row(), 1);
     }
 
 private:

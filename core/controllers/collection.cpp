@@ -14,7 +14,6 @@
 #include "db/sql/connections.h"
 #include "db/sql/postgresqueryconstructor.h"
 #include "db/sql/sqlitequeryconstructor.h"
-#include "fileops/provider/thumbnailcache.h"
 
 Collection::Collection(const QString &driver, const QString &host, const QString &databaseName,
                        const QString &user, const QString &password, int port, QObject *parent)
@@ -149,12 +148,6 @@ QString Collection::dbVersion() const
 DBDetails Collection::details() const
 {
     return {Connections::typeOf(m_driver), m_hostName, m_port, m_databaseName, m_userName, m_password};
-}
-
-void Collection::readThumbnailSettings()
-{
-    if (m_manager)
-        m_manager->thumbnailCache()->readSettings();
 }
 
 bool Collection::canOpen(const DBDetails &details, UserPrompts &prompts)

@@ -67,8 +67,6 @@ public:
     QString dbVersion() const;
     DBDetails details() const;
     CollectionSettings *settings() const { return m_settings; }
-    /** Drops the thumbnails that a smaller setting has no room for. */
-    void readThumbnailSettings();
 
     /** Whether a database can be opened; tells the user why not, and offers upgrades. */
     static bool canOpen(const DBDetails &details, UserPrompts &prompts);

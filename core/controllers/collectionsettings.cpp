@@ -68,16 +68,6 @@ void CollectionSettings::setRelationExpansion(const QHash<QString, bool> &expand
                          QVariant::fromValue(expanded));
 }
 
-qint64 CollectionSettings::selectedTag() const
-{
-    return SettingValues::any(QLatin1String("MainWindow/selectedTag_") + description(), 0).toLongLong();
-}
-
-void CollectionSettings::setSelectedTag(qint64 tagId)
-{
-    SettingValues::store(QLatin1String("MainWindow/selectedTag_") + description(), tagId);
-}
-
 QMap<qint64, QList<qint64>> CollectionSettings::nodeOrder() const
 {
     QMap<qint64, QList<qint64>> order;

@@ -35,9 +35,6 @@ public:
     QHash<QString, bool> relationExpansion() const;
     void setRelationExpansion(const QHash<QString, bool> &expanded);
 
-    qint64 selectedTag() const;
-    void setSelectedTag(qint64 tagId);
-
     /** The children of each browsing node in their hand-made order, as far as there is one. */
     QMap<qint64, QList<qint64>> nodeOrder() const;
     void setNodeOrder(const QMap<qint64, QList<qint64>> &order);

@@ -24,7 +24,6 @@ public:
     int creationDate() const { return m_creationDate; }
     qint64 filesCount() const { return m_filesCount; }
     const QVector<qint64> &groups() const { return m_groups; }
-    bool isInGroup(qint64 groupId) const { return m_groups.contains(groupId); }
 
     void setId(qint64 id) { m_id = id; }
     void setName(const QString &name);

@@ -43,7 +43,6 @@ public:
     bool removeAutolink(const QString &linkId);
 
     TBnode *parentNode() const { return m_parentNode; }
-    void setParentNode(TBnode *parentNode) { m_parentNode = parentNode; }
     const QList<TBnode *> &children() const { return m_children; }
     int childrenCount() const { return m_children.size(); }
     /** Null outside the list. */

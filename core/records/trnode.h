@@ -24,7 +24,6 @@ public:
     void setName(const QString &name) { m_name = name; }
 
     TRnode *parentNode() const { return m_parentNode; }
-    void setParentNode(TRnode *parentNode) { m_parentNode = parentNode; }
     const QList<TRnode *> &children() const { return m_children; }
     int childrenCount() const { return m_children.size(); }
     /** Null outside the list. */

@@ -395,6 +395,8 @@ void BaseDBProvider::loseConnection()
 {
     m_connectionLost = true;
     m_savepointLost = true;
+    // What failed earlier is not the reason of what fails now.
+    forgetLastError();
     emit connectionError();
 }
 

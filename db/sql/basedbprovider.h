@@ -105,7 +105,10 @@ public:
     bool isSavepointLost() const { return m_savepointLost; }
     /** True once a server could not be reached any more: nothing that follows on its connection succeeds. */
     bool isConnectionLost() const { return m_connectionLost; }
-    /** The last error of a statement, also of one that failed while the signals were blocked. */
+    /**
+     * The last error of a statement, also of one that failed while the signals were blocked. None for what
+     * failed with the connection.
+     */
     QSqlError lastError() const { return m_lastError; }
     /** So that lastError() tells of what follows. */
     void forgetLastError() { m_lastError = QSqlError(); }

@@ -123,9 +123,11 @@ void TagGroupModel::updateModel()
 
 void TagGroupModel::follow(const GroupItem *group)
 {
-    connect(group, &GroupItem::groupNameChanged, this, &TagGroupModel::groupChanged, Qt::UniqueConnection);
-    connect(group, &GroupItem::groupVisibilityChanged, this, &TagGroupModel::groupChanged,
-            Qt::UniqueConnection);
+    // A group that was read anew may be the one that is followed already.
+    disconnect(group, nullptr, this, nullptr);
+    const auto changed = [this, group] { groupChanged(group->id()); };
+    connect(group, &GroupItem::groupNameChanged, this, changed);
+    connect(group, &GroupItem::groupVisibilityChanged, this, changed);
 }
 
 void TagGroupModel::groupInserted(const QVariant &groupId)
@@ -152,10 +154,9 @@ void TagGroupModel::groupDeleted(const QVariant &groupId)
     endRemoveRows();
 }
 
-void TagGroupModel::groupChanged()
+void TagGroupModel::groupChanged(qint64 groupId)
 {
-    const auto *group = qobject_cast<const GroupItem *>(sender());
-    const int row = group ? m_groupIds.indexOf(group->id()) : -1;
+    const int row = m_groupIds.indexOf(groupId);
     if (row >= 0)
         emit dataChanged(index(row, GroupColumn), index(row, TabColumn));
 }

@@ -38,7 +38,7 @@ private:
     const GroupItem *groupAt(const QModelIndex &index) const;
     void groupInserted(const QVariant &groupId);
     void groupDeleted(const QVariant &groupId);
-    void groupChanged();
+    void groupChanged(qint64 groupId);
     void follow(const GroupItem *group);
 
     TagGroupsHost *m_host;

@@ -9,12 +9,6 @@ CustomIconWidget::CustomIconWidget(const QIcon &icon, int side, QWidget *parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void CustomIconWidget::setIcon(const QIcon &icon)
-{
-    m_icon = icon;
-    update();
-}
-
 QSize CustomIconWidget::sizeHint() const
 {
     return {m_side, m_side};

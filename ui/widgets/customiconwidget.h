@@ -12,7 +12,6 @@ public:
     /** The side is that of the square which the widget asks for, in pixels. */
     explicit CustomIconWidget(const QIcon &icon, int side = 32, QWidget *parent = nullptr);
 
-    void setIcon(const QIcon &icon);
     QSize sizeHint() const override;
 
 protected:
