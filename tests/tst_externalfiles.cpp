@@ -84,7 +84,7 @@ private slots:
         ExternalFilesDock dock;
         auto *view = dock.findChild<ExternalFileView *>();
         view->setEnabled(true);
-        dock.resize(400, 3000);
+        dock.resize(400, 12000); // more than the rows of any temporary folder take
         dock.show();
         const auto rowNamed = [view](const QString &name) {
             const QModelIndex home = view->currentIndex();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings/addingsettings.h"
+#include "fileops/provider/fileoperationprovider.h"
 #include "models/contents/sorter.h"
 #include "tests/support/localcollection.h"
 #include "ui/views/listview.h"
@@ -43,8 +44,8 @@ protected:
             ids << (kind == QLatin1Char('H') ? m_fixture->add(QUrl("https://example.org/"_s + name))
                                              : m_fixture->addExternal(name));
             if (kind == QLatin1Char('M'))
-                QMetaObject::invokeMethod(m_fixture->manager(), "gotMissedFileIds",
-                                          Q_ARG(QVector<qint64>, {ids.last()}));
+                emit m_fixture->manager()->findChild<FileOperationProvider *>()->noLongerPresent(
+                    {ids.last()});
         }
         showAll();
         return ids;
