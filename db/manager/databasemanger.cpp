@@ -11,13 +11,12 @@
 #include "db/manager/closeddatabase.h"
 #include "db/manager/databaseversioncheck.h"
 #include "db/manager/pendingreloads.h"
+#include "db/manager/storedpictures.h"
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/connections.h"
 #include "db/sql/databaselock.h"
-#include "db/sql/errorjudge.h"
 #include "db/sql/longtext.h"
 #include "db/sql/readbound.h"
-#include "fileops/contents/imagestore.h"
 #include "fileops/provider/fileoperationprovider.h"
 #include "fileops/provider/thumbnailcache.h"
 
@@ -25,14 +24,6 @@
 #include <QTimer>
 
 #include <utility>
-
-namespace {
-/** Two sentences in one line; either may be missing. */
-QString joined(const QString &first, const QString &second)
-{
-    return second.isEmpty() ? first : first + QLatin1Char(' ') + second;
-}
-} // namespace
 
 DatabaseManger::DatabaseManger(const QString &driver, const QString &database, const QString &host,
                                const QString &user, const QString &password, int port, QObject *parent)
@@ -43,15 +34,16 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_databaseName(database),
       m_userName(user),
       m_password(password),
+      m_errors(details()),
+      m_loads(m_records, m_errors),
       m_fileEdits(*this),
       m_edits(*this, m_records),
       m_thumbnailCache(new ThumbnailCache(this)),
-      m_pendingReloads(new PendingReloads(this)),
       m_prompts(&UserPrompts::nobody())
 {
     connectRecords();
+    connectLoads();
     connect(m_thumbnailCache, &ThumbnailCache::imageLoaded, this, &DatabaseManger::thumbnailUpdated);
-    connect(m_pendingReloads, &PendingReloads::due, this, &DatabaseManger::retryReload);
 }
 
 DatabaseManger::~DatabaseManger()
@@ -64,7 +56,7 @@ DatabaseManger::~DatabaseManger()
     delete m_providers.groups;
     delete m_providers.tags;
     delete m_providers.browsTree;
-    m_images.reset();
+    m_pictures.reset();
     delete m_thumbnailCache;
     m_constructor.reset();
     qDeleteAll(m_autoLinks.items());
@@ -94,6 +86,7 @@ void DatabaseManger::setProviders(const Providers &providers)
     m_thumbnailCache->setProvider(m_providers.fileOperation);
     m_fileEdits.setProviders(m_providers.mainView, m_providers.fileOperation);
     m_edits.setProviders(m_providers, constructor());
+    m_loads.setProviders(m_providers);
     m_records.follow(m_providers);
     connect(m_providers.mainView, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
     for (BaseDBProvider *provider :
@@ -102,8 +95,8 @@ void DatabaseManger::setProviders(const Providers &providers)
         connectErrors(provider);
     connectFileOperations();
     connectFileNews();
-    m_images = std::make_unique<ImageStore>(constructor());
-    connectErrors(m_images.get());
+    m_pictures = std::make_unique<StoredPictures>(constructor(), m_errors);
+    connectErrors(m_pictures->provider());
     connect(m_providers.general, &GeneralProvider::gotDBVerion, this, &DatabaseManger::loadedDBVerion);
     connect(m_providers.general, &GeneralProvider::gotDBReadonly, this, &DatabaseManger::setReadOnly);
     connectErrors(m_providers.general);
@@ -134,6 +127,19 @@ void DatabaseManger::connectRecords()
     connect(&m_records, &Keeper::addedRelatshipsNodes, this, &Manager::addedRelatshipsNodes);
 }
 
+void DatabaseManger::connectLoads()
+{
+    connect(&m_errors, &ErrorTeller::connectionError, this, &DatabaseManger::connectionError);
+    connect(&m_errors, &ErrorTeller::errorOccured, this, &DatabaseManger::errorOccured);
+    connect(&m_errors, &ErrorTeller::operationFailed, this, &DatabaseManger::operationFailed);
+    connect(&m_errors, &ErrorTeller::showTempWarning, this, &DatabaseManger::showTempWarning);
+    connect(&m_errors, &ErrorTeller::thumbnailsBusy, &m_loads,
+            [this](const QVector<qint64> &ids) { m_loads.keep(PendingReloads::ThumbnailReload, ids); });
+    connect(&m_loads, &RecordLoads::fullReloadDue, this, &DatabaseManger::reloadAllData);
+    connect(&m_loads, &RecordLoads::thumbnailDue, this,
+            [this](qlonglong fileId) { emit thumbnailUpdated(fileId, nullptr); });
+}
+
 void DatabaseManger::connectFileOperations()
 {
     using Source = FileOperationProvider;
@@ -161,7 +167,7 @@ void DatabaseManger::connectFileOperations()
     connect(files, &Source::filesImported, this, &DatabaseManger::reloadAllData);
     connect(files, &Source::noLongerPresent, &m_records, &RecordKeeper::gotMissedFileIds);
     connect(files, &Source::present, &m_records, &RecordKeeper::gotFoundFileIds);
-    connect(files, &Source::fellShort, this, &DatabaseManger::gotShortfall);
+    connect(files, &Source::fellShort, &m_errors, &ErrorTeller::tellShortfall);
     connectErrors(files);
 }
 
@@ -177,7 +183,7 @@ void DatabaseManger::connectFileNews()
     connect(files, &Source::filesModified, this, &DatabaseManger::filesModified);
     connect(files, &Source::extractedTempFiles, this, &DatabaseManger::extractedTempFiles);
     connect(files, &Source::importNotification, this, &DatabaseManger::importNotification);
-    connect(files, &Source::thumbnailsFailed, this, &DatabaseManger::gotThumbnailFailure);
+    connect(files, &Source::thumbnailsFailed, &m_errors, &ErrorTeller::tellThumbnailFailure);
     connect(files, &Source::remadeAllThumbnails, this, [this] {
         m_thumbnailCache->clearCache();
         refreshModificationDate();
@@ -190,72 +196,13 @@ void DatabaseManger::connectFileNews()
 
 void DatabaseManger::connectErrors(BaseDBProvider *provider)
 {
-    connect(provider, &BaseDBProvider::connectionError, this, &DatabaseManger::gotConnectionLoss);
-    connect(provider, &BaseDBProvider::errorOccured, this, &DatabaseManger::gotProviderError);
+    m_errors.follow(provider);
     provider->setWriteGuard(m_writeGuard);
-}
-
-void DatabaseManger::gotConnectionLoss()
-{
-    if (!std::exchange(m_isLost, true))
-        emit connectionError();
-}
-
-void DatabaseManger::gotProviderError(const QSqlError &error)
-{
-    const ErrorJudge judge(details());
-    if (judge.isBusy(error))
-        tellBusy();
-    else
-        emit errorOccured(judge.told(error));
-}
-
-void DatabaseManger::tellBusy()
-{
-    m_sawBusy = true;
-    if (!m_isReloading)
-        warnOfBusyDatabase();
-}
-
-void DatabaseManger::gotShortfall(const OperationShortfall &shortfall)
-{
-    const ErrorJudge judge(details());
-    bool isBusy = false;
-    bool isTold = false;
-    for (const QSqlError &error : shortfall.errors) {
-        if (judge.isBusy(error)) {
-            isBusy = true;
-            continue;
-        }
-        emit operationFailed(judge.told(error), isTold ? QString() : shortfall.outcome);
-        isTold = true;
-    }
-    if (isTold)
-        return;
-    if (isBusy)
-        warnOfBusyDatabase(shortfall.outcome);
-    else
-        emit showTempWarning(tr("Canceled"), shortfall.outcome);
-}
-
-void DatabaseManger::warnOfBusyDatabase(const QString &outcome)
-{
-    emit showTempWarning(tr("Warning"), joined(tr("The database is busy. Please try again."), outcome));
-}
-
-void DatabaseManger::gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error)
-{
-    const ErrorJudge judge(details());
-    if (judge.isBusy(error))
-        m_pendingReloads->add(PendingReloads::ThumbnailReload, fileIds);
-    else if (!m_isLost && !std::exchange(m_toldThumbnailFailure, true))
-        emit errorOccured(judge.told(error)); // once: each box that closes uncovers them, to be painted again
 }
 
 QSqlError DatabaseManger::openDB()
 {
-    m_isLost = false;
-    m_toldThumbnailFailure = false;
+    m_errors.begin();
     const Connections::Result main = Connections::open(Connections::mainName(), details(), connectOptions());
     if (!main.isDriverLoaded) {
         qDebug() << "DBManager::openDB 1:" << main.error;
@@ -289,7 +236,7 @@ void DatabaseManger::closeDB()
     delete m_providers.fileOperation;
     m_providers.fileOperation = nullptr;
     m_fileEdits.setProviders(m_providers.mainView, nullptr);
-    m_pendingReloads->clear();
+    m_loads.clear();
     // A manager that never opened must not close what another one uses under the same names.
     if (m_isOpen) {
         Connections::close(Constants::workerConnection);
@@ -326,7 +273,7 @@ bool DatabaseManger::beginReading()
 {
     // Without its server every load would fail and leave the views empty.
     loadDBVersion();
-    if (m_sawBusy || (m_providers.general && m_providers.general->isConnectionLost()))
+    if (m_errors.sawBusy() || (m_providers.general && m_providers.general->isConnectionLost()))
         return false;
     aboutToLoad();
     return true;
@@ -334,21 +281,21 @@ bool DatabaseManger::beginReading()
 
 bool DatabaseManger::beginLoad()
 {
-    m_sawBusy = false;
-    m_isReloading = true;
-    m_isReloading = beginReading();
-    if (m_isReloading)
+    m_errors.beginSilence();
+    if (beginReading()) {
         m_records.loadState().begin();
-    else
-        m_records.loadState().fail();
-    return m_isReloading;
+        return true;
+    }
+    m_errors.endSilence();
+    m_records.loadState().fail();
+    return false;
 }
 
 bool DatabaseManger::endLoad()
 {
     endReading();
     m_records.loadState().end();
-    m_isReloading = false;
+    m_errors.endSilence();
     return m_records.loadState().isWhole();
 }
 
@@ -368,14 +315,14 @@ void DatabaseManger::reloadAllData()
         emit allDataReloaded();
     }
     // What could not be read is missing now, or is still as it was.
-    if (m_sawBusy)
-        m_pendingReloads->add(PendingReloads::FullReload, {0});
+    if (m_errors.sawBusy())
+        m_loads.keep(PendingReloads::FullReload, {0});
 }
 
 bool DatabaseManger::isReadyForEdits()
 {
     // A dialog that keeps the database from being closed may be tried once more.
-    if (m_isLost) {
+    if (m_errors.isConnectionLost()) {
         emit showTempWarning(tr("Warning"), tr("The connection to the database is lost."));
         return false;
     }
@@ -384,7 +331,7 @@ bool DatabaseManger::isReadyForEdits()
         return false;
     if (m_records.loadState().isWhole())
         return true;
-    if (m_pendingReloads->isWaiting())
+    if (m_loads.isWaiting())
         tellBusy();
     else
         emit showTempWarning(tr("Warning"),
@@ -410,43 +357,6 @@ void DatabaseManger::reloadLater()
     });
 }
 
-void DatabaseManger::loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load)
-{
-    m_sawBusy = false;
-    m_isReloading = true;
-    load();
-    m_isReloading = false;
-    if (m_sawBusy)
-        m_pendingReloads->add(kind, ids);
-}
-
-void DatabaseManger::retryReload(int kind, const QVector<qint64> &ids)
-{
-    switch (kind) {
-    case PendingReloads::TagReload:
-        updateTags(ids);
-        break;
-    case PendingReloads::GroupReload:
-        loadOrKeep(kind, ids, [this, &ids] { m_providers.groups->loadGroups(ids); });
-        break;
-    case PendingReloads::NodeReload:
-        reloadNodes(ids);
-        break;
-    case PendingReloads::FileReload:
-        reloadFiles(ids);
-        break;
-    case PendingReloads::FullReload:
-        reloadAllData();
-        break;
-    case PendingReloads::ThumbnailReload:
-        for (const qint64 id : ids)
-            emit thumbnailUpdated(id, nullptr);
-        break;
-    default:
-        break;
-    }
-}
-
 bool DatabaseManger::isNameGiven(const QString &name)
 {
     const bool isGiven = !name.trimmed().isEmpty();
@@ -455,23 +365,15 @@ bool DatabaseManger::isNameGiven(const QString &name)
     return isGiven;
 }
 
-void DatabaseManger::loadAllTags()
-{
-    if (m_providers.tags)
-        m_providers.tags->loadAllTags();
-}
-
 QVector<qint64> DatabaseManger::runEdit(int reload, const std::function<QVector<qint64>()> &edit)
 {
-    m_sawBusy = false;
-    m_isReloading = true;
-    const QVector<qint64> ids = edit();
-    m_isReloading = false;
+    QVector<qint64> ids;
+    const bool wasBusy = m_errors.runInSilence([&ids, &edit] { ids = edit(); });
     // Another connection may have taken the database between the edit and the reading of what it made.
-    if (m_sawBusy && ids.isEmpty())
-        warnOfBusyDatabase();
-    else if (m_sawBusy)
-        m_pendingReloads->add(reload, ids);
+    if (wasBusy && ids.isEmpty())
+        m_errors.warnOfBusyDatabase();
+    else if (wasBusy)
+        m_loads.keep(reload, ids);
     refreshModificationDate();
     return ids;
 }
@@ -480,59 +382,6 @@ bool DatabaseManger::areTagsOnNodes(const QVector<qint64> &tagIds)
 {
     bool isUsed = false;
     return !m_providers.tags || !m_providers.tags->readUseOnNodes(tagIds, isUsed) || isUsed;
-}
-
-void DatabaseManger::updateTags(const QVector<qint64> &tagIds)
-{
-    if (m_providers.tags)
-        loadOrKeep(PendingReloads::TagReload, tagIds,
-                   [this, &tagIds] { m_providers.tags->loadTags(tagIds); });
-}
-
-void DatabaseManger::loadAllGroups()
-{
-    if (m_providers.groups)
-        m_providers.groups->loadAllGroups();
-}
-
-void DatabaseManger::loadAllNodes()
-{
-    if (m_providers.browsTree)
-        m_providers.browsTree->loadAllNodes();
-}
-
-void DatabaseManger::reloadNodes(const QVector<qint64> &nodeIds)
-{
-    if (m_providers.browsTree)
-        loadOrKeep(PendingReloads::NodeReload, nodeIds,
-                   [this, &nodeIds] { m_providers.browsTree->loadNodes(nodeIds); });
-}
-
-void DatabaseManger::loadBrowsingTrees()
-{
-    if (m_providers.browsTree)
-        m_providers.browsTree->loadAllTrees();
-}
-
-void DatabaseManger::loadAllRelationNodes()
-{
-    if (m_providers.relationTree)
-        m_providers.relationTree->loadAllNodes();
-}
-
-void DatabaseManger::loadAllFiles()
-{
-    if (!m_providers.mainView)
-        return;
-    m_records.dropFiles();
-    m_providers.mainView->loadAllFiles();
-}
-
-void DatabaseManger::reloadFiles(const QVector<qint64> &fileIds)
-{
-    if (m_providers.mainView)
-        loadOrKeep(PendingReloads::FileReload, fileIds,
-                   [this, &fileIds] { m_providers.mainView->loadFiles(fileIds); });
 }
 
 bool DatabaseManger::isStorable(const QString &text)
@@ -558,30 +407,18 @@ void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
 
 std::unique_ptr<ImageLoading> DatabaseManger::loadImage(qint64 fileId)
 {
-    if (!m_images)
-        return std::make_unique<ImageLoading>(StoredImage::UnknownFile);
-    m_sawBusy = false;
-    m_isReloading = true;
-    std::unique_ptr<ImageLoading> loading = m_images->load(fileId);
-    m_isReloading = false;
-    if (m_images->isConnectionLost())
-        return std::make_unique<ImageLoading>(StoredImage::Unreachable);
-    return m_sawBusy ? std::make_unique<ImageLoading>(StoredImage::Busy) : std::move(loading);
+    return m_pictures ? m_pictures->load(fileId) : std::make_unique<ImageLoading>(StoredImage::UnknownFile);
 }
 
 StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)
 {
-    if (!m_images || !isDataCurrent())
+    if (!m_pictures || !isDataCurrent())
         return StoredImage::Refused;
-    m_sawBusy = false;
-    m_images->forgetLastError();
     QVector<qint64> changedIds;
-    StoredImage::Saving saving = StoredImage::Saved;
-    if (!m_images->save(fileId, picture, changedIds)) {
-        const bool isTold =
-            m_sawBusy || m_isReloadDue || m_images->lastError().isValid() || m_images->isConnectionLost();
-        saving = isTold ? StoredImage::Refused : StoredImage::NotSaved;
-    }
+    StoredImage::Saving saving = m_pictures->save(fileId, picture, changedIds);
+    // It was dropped with a word for what others have changed.
+    if (saving == StoredImage::NotSaved && m_isReloadDue)
+        saving = StoredImage::Refused;
     if (!changedIds.isEmpty()) {
         reloadFiles(changedIds);
         reloadThumbnails(changedIds);

@@ -2,10 +2,12 @@
 
 #include "app/settings/dbdetails.h"
 #include "core/records/recordtypes.h"
+#include "db/manager/errorteller.h"
 #include "db/manager/fileedits.h"
 #include "db/manager/providers.h"
 #include "db/manager/recordedits.h"
 #include "db/manager/recordkeeper.h"
+#include "db/manager/recordloads.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/pictures/imageloading.h"
@@ -25,12 +27,10 @@
 
 class AbstractQueryConstructor;
 class BaseDBProvider;
-class ImageStore;
-class PendingReloads;
+class StoredPictures;
 class ThumbnailCache;
 class UserPrompts;
 class WriteGuard;
-struct OperationShortfall;
 
 /**
  * The one object through which everything else reaches an open database. It owns the connections, the
@@ -105,7 +105,7 @@ public:
     /** False for a blank name, which nothing gets; the user hears of it. All that name something ask. */
     bool isNameGiven(const QString &name) override;
 
-    void loadAllTags();
+    void loadAllTags() { m_loads.loadAllTags(); }
     /** Gives the id of the new tag, which is linked to the files too; 0 on failure. */
     qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {})
     {
@@ -123,7 +123,7 @@ public:
     /** Removes the tags with all that refers to them, all or nothing; nodes below theirs move up. */
     bool removeTags(const QVector<qint64> &tagIds) { return m_edits.removeTags(tagIds); }
 
-    void loadAllGroups();
+    void loadAllGroups() { m_loads.loadAllGroups(); }
     /** Gives the id of the new group, 0 on failure. */
     qint64 addGroup(const QString &name, bool visible) { return m_edits.addGroup(name, visible); }
     void renameGroup(qint64 groupId, const QString &name) { m_edits.renameGroup(groupId, name); }
@@ -139,7 +139,7 @@ public:
         return m_edits.setGroupTags(tagsOfGroups);
     }
 
-    void loadAllNodes();
+    void loadAllNodes() { m_loads.loadAllNodes(); }
     /** Gives the id of the new node, 0 on failure; parent 0 is the top level. */
     qint64 addNodeBelow(qint64 tagId, qint64 parentId) { return m_edits.addNodeBelow(tagId, parentId); }
     /** The same between a node and its parent. */
@@ -166,7 +166,7 @@ public:
     }
     virtual qint64 currentBrowsingTree() const = 0;
     virtual void setCurrentBrowsingTree(qint64 treeId) = 0;
-    void loadBrowsingTrees();
+    void loadBrowsingTrees() { m_loads.loadBrowsingTrees(); }
     /** Gives the id of the new tree, 0 on failure; several trees are a server's alone. */
     qint64 addBrowsingTree(const QString &name) { return m_edits.addBrowsingTree(name); }
     bool removeBrowsingTree(qint64 treeId) { return m_edits.removeBrowsingTree(treeId); }
@@ -175,7 +175,7 @@ public:
         return m_edits.renameBrowsingTree(treeId, name);
     }
 
-    void loadAllRelationNodes();
+    void loadAllRelationNodes() { m_loads.loadAllRelationNodes(); }
     /** Puts tags below a path, at the top level for an empty one; places that exist are left out. */
     void addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
     {
@@ -184,7 +184,7 @@ public:
     /** Removes paths with all below them. */
     void removeRelations(const QStringList &paths) { m_edits.removeRelations(paths); }
 
-    void loadAllFiles();
+    void loadAllFiles() { m_loads.loadAllFiles(); }
     bool updateFile(qint64 fileId, const QString &column, const QString &value)
     {
         return m_fileEdits.updateFile(fileId, column, value);
@@ -250,7 +250,7 @@ public:
     /** True when everything was read. What was not keeps all edits out until a later load brings it. */
     bool endLoad();
     /** Whether the load failed, or would have, only for what another connection holds at the moment. */
-    bool wasBusy() const { return m_sawBusy; }
+    bool wasBusy() const { return m_errors.sawBusy(); }
     /** Whether the records are those of the database, so that an edit may go ahead. */
     bool isDataCurrent() override = 0;
     /** Notes the state of the database after a change of our own. */
@@ -314,9 +314,9 @@ signals:
 
 public slots:
     /** Reads these rows again and merges them; when the database is busy it is tried again later. */
-    void updateTags(const QVector<qint64> &tagIds);
-    void reloadNodes(const QVector<qint64> &nodeIds) override;
-    void reloadFiles(const QVector<qint64> &fileIds);
+    void updateTags(const QVector<qint64> &tagIds) { m_loads.loadTags(tagIds); }
+    void reloadNodes(const QVector<qint64> &nodeIds) override { m_loads.loadNodes(nodeIds); }
+    void reloadFiles(const QVector<qint64> &fileIds) { m_loads.loadFiles(fileIds); }
     /** Empties and fills everything; when the database is busy all stays as it is until a later try. */
     void reloadAllData();
 
@@ -347,7 +347,7 @@ protected:
     /** The database changed behind the records: the edit is dropped, and all is read anew. */
     void dropEdit();
     void reloadLater();
-    void tellBusy();
+    void tellBusy() { m_errors.tellBusy(); }
     /** Asked before each change of the window; before setProviders(). */
     void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
     void connectErrors(BaseDBProvider *provider) override;
@@ -364,20 +364,18 @@ protected:
 
 private:
     void connectRecords();
+    void connectLoads();
     void connectFileOperations();
     void connectFileNews();
-    void gotProviderError(const QSqlError &error);
-    void gotShortfall(const OperationShortfall &shortfall);
-    void warnOfBusyDatabase(const QString &outcome = QString());
-    void gotConnectionLoss();
-    void gotThumbnailFailure(const QVector<qint64> &fileIds, const QSqlError &error);
     QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit) override;
     /** False, with a warning, for a text that is longer than what is read of one. */
     bool isStorable(const QString &text) override;
     void runFileEdit(const std::function<QVector<qint64>()> &edit) override;
     const Map<qint64, File *> &knownFiles() const override { return m_records.files().map(); }
-    void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load) override;
-    void retryReload(int kind, const QVector<qint64> &ids);
+    void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load) override
+    {
+        m_loads.runOrKeep(kind, ids, load);
+    }
 
     QString m_driverName;
     QString m_hostName;
@@ -388,20 +386,17 @@ private:
     bool m_readOnly = true;
     QString m_dbVersion;
     RecordKeeper m_records;
+    ErrorTeller m_errors;
+    RecordLoads m_loads;
     Map<QString, AutoLink *> m_autoLinks;
     Map<qint64, QString> m_browsingTrees;
     Providers m_providers;
     std::unique_ptr<AbstractQueryConstructor> m_constructor;
-    std::unique_ptr<ImageStore> m_images;
+    std::unique_ptr<StoredPictures> m_pictures;
     FileEdits m_fileEdits;
     RecordEdits m_edits;
     ThumbnailCache *m_thumbnailCache;
-    PendingReloads *m_pendingReloads;
     bool m_isOpen = false;
-    bool m_isLost = false;
-    bool m_isReloading = false; // a busy database is no news for the user then
-    bool m_sawBusy = false;
-    bool m_toldThumbnailFailure = false;
     bool m_isReloadDue = false;
     WriteGuard *m_writeGuard = nullptr;
     UserPrompts *m_prompts;
