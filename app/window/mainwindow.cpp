@@ -9,9 +9,10 @@
 #include "app/settings/windowsettings.h"
 #include "app/window/collectionopener.h"
 #include "app/window/databaseerrors.h"
+#include "app/window/databasemaker.h"
+#include "app/window/idlesteps.h"
 #include "app/window/openingprogress.h"
 #include "app/window/recentdatabases.h"
-#include "app/window/replacedfile.h"
 #include "app/window/serverconnections.h"
 #include "app/window/windowcommands.h"
 #include "app/window/windowparts.h"
@@ -21,7 +22,6 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "ui/dialogs/browsingtreedialog.h"
-#include "ui/dialogs/databaseconnectdialog.h"
 #include "ui/dialogs/duplicateprompt.h"
 #include "ui/dialogs/fileoperationprogress.h"
 #include "ui/dialogs/helpwindow.h"
@@ -32,24 +32,13 @@
 #include "ui/widgets/mainui.h"
 
 #include <QAction>
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QScopedValueRollback>
 #include <QScreen>
 #include <QSettings>
 #include <QSqlError>
 #include <QStatusBar>
-#include <QThread>
-#include <QTimer>
-
-#include <memory>
-#include <optional>
-
-namespace {
-constexpr int usualServerPort = 5432;
-} // namespace
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent),
@@ -59,6 +48,10 @@ MainWindow::MainWindow(QWidget *parent)
       m_recentDatabases(new RecentDatabases(this)),
       m_servers(
           new ServerConnections([this](const DBDetails &details) { return openDatabase(details); }, this)),
+      m_maker(new DatabaseMaker([this](const DBDetails &details) { return openDatabase(details); },
+                                [this] { return m_collection ? m_collection->databaseName() : QString(); },
+                                this)),
+      m_idle(new IdleSteps(this)),
       m_commands(new WindowCommands(this))
 {
     setObjectName(QStringLiteral("MainWindow"));
@@ -80,7 +73,7 @@ MainWindow::MainWindow(QWidget *parent)
             [this](const QString &text) { statusBar()->showMessage(ShownText::cut(text), 0); });
     connect(m_recentDatabases, &RecentDatabases::chosen, this, &MainWindow::openRecentDatabase);
     connect(m_errors, &DatabaseErrors::openAnotherRequested, this,
-            [this] { runWhenIdle([this] { slotOpenDb(); }); });
+            [this] { m_idle->run([this] { slotOpenDb(); }); });
     connect(m_errors, &DatabaseErrors::closeRequested, this, &MainWindow::closeWhenIdle);
     m_recentDatabases->load();
     updateDatabaseActions();
@@ -144,7 +137,7 @@ bool MainWindow::openDatabase(const DBDetails &details)
     closeDatabase();
     statusBar()->clearMessage();
 
-    const QScopedValueRollback<bool> busy(m_isBusy, true);
+    const IdleSteps::Hold hold(m_idle);
     bool opened = false;
     m_collection = makeCollection(details.type(), details.host(), details.databaseName(), details.user(),
                                   details.password(), details.port());
@@ -250,7 +243,7 @@ void MainWindow::openRecentDatabase(const DBDetails &details)
     if (!mayLeaveDatabase())
         return;
     if (details.type() == Constants::serverDatabase)
-        openRecentServer(details);
+        m_servers->openRecent(details);
     else if (!QFileInfo::exists(details.databaseName()))
         rememberRecentDatabase();
     else if (!openDatabase(details))
@@ -281,8 +274,7 @@ void MainWindow::slotOpenDb()
 void MainWindow::slotConnectDb()
 {
     if (mayLeaveDatabase())
-        connectDialogLoop(DBDetails(Constants::serverDatabase, QString(), usualServerPort, QString(),
-                                    QString(), QString()));
+        m_servers->ask();
 }
 
 void MainWindow::slotDisconnectDb()
@@ -291,113 +283,21 @@ void MainWindow::slotDisconnectDb()
         closeDatabase();
 }
 
-void MainWindow::connectDialogLoop(const DBDetails &details)
-{
-    DatabaseConnectDialog dialog(details, this);
-    while (dialog.exec() == QDialog::Accepted) {
-        if (m_servers->open(dialog.details()) == ServerConnections::Connected)
-            return;
-    }
-}
-
-void MainWindow::openRecentServer(const DBDetails &details)
-{
-    const std::optional<DBDetails> known = m_servers->remembered(details);
-    // The password may be another one by now.
-    if (!known || m_servers->open(*known) == ServerConnections::Refused)
-        connectDialogLoop(known.value_or(details));
-}
-
 void MainWindow::newDatabase()
 {
     if (!mayLeaveDatabase())
         return;
-    QString path =
-        FileDialogs::saveFile(this, tr("Create New Database"),
-                              WindowSettings::lastDatabaseDir(QDir::homePath()), Constants::databaseFilter);
-    if (path.isEmpty())
-        return;
-    path = QFileInfo(path).absoluteFilePath();
-    WindowSettings::setLastDatabaseDir(QFileInfo(path).absolutePath());
-    // The dialog has asked about the name as typed, not about a longer one.
-    const bool isAppended = !path.endsWith(Constants::databaseExtension);
-    if (isAppended)
-        path += Constants::databaseExtension;
-    ReplacedFile replaced(path);
-    if (makeRoomForDatabase(replaced, path, isAppended) && createDatabase(path))
-        replaced.discard();
-}
-
-bool MainWindow::isOpen(const QString &path) const
-{
-    return m_collection &&
-           QFileInfo(m_collection->databaseName()).canonicalFilePath() == QFileInfo(path).canonicalFilePath();
-}
-
-bool MainWindow::makeRoomForDatabase(ReplacedFile &replaced, const QString &path, bool mustAsk)
-{
-    const QFileInfo file(path);
-    if (!file.exists())
-        return true;
-    const QString title = tr("Failed to create database");
-    if (isOpen(path)) {
-        Messages::warning(this, title, tr("Cannot remove currently open database."));
-        return false;
-    }
-    if (mustAsk) {
-        Messages::Box box;
-        box.icon = QMessageBox::Warning;
-        box.title = tr("Create New Database");
-        box.text = tr("%1 already exists.\nDo you want to replace it?").arg(path);
-        box.buttons = QMessageBox::Yes | QMessageBox::Cancel;
-        box.defaultButton = QMessageBox::Cancel;
-        if (Messages::run(this, box).button != QMessageBox::Yes)
-            return false;
-    }
-    if (!file.isFile() || !replaced.setAside()) {
-        Messages::warning(this, title, tr("Failed to remove existent database."));
-        return false;
-    }
-    return true;
-}
-
-bool MainWindow::createDatabase(const QString &path)
-{
-    const std::unique_ptr<Collection> maker(
-        makeCollection(Constants::localDatabase, QString(), path, QString(), QString(), 0));
-    if (!maker->createDatabase()) {
-        ReplacedFile::removeDatabase(path);
-        Messages::warning(this, tr("Failed to create database"),
-                          tr("A database could not be created at this place."));
-        return false;
-    }
-    if (openDatabase(DBDetails::local(path)))
-        return true;
-    Messages::warning(this, tr("Failed to open database"), tr("Failed to open new database."));
-    ReplacedFile::removeDatabase(path);
-    closeDatabase();
-    return false;
+    if (m_maker->make() == DatabaseMaker::NotOpened)
+        closeDatabase();
 }
 
 void MainWindow::closeWhenIdle()
 {
     // Another database may be open by then: it is not the one that was meant.
     const QPointer<Collection> doomed = m_collection;
-    runWhenIdle([this, doomed] {
+    m_idle->run([this, doomed] {
         if (doomed && doomed == m_collection)
             closeDatabase();
-    });
-}
-
-void MainWindow::runWhenIdle(const std::function<void()> &step, int milliseconds)
-{
-    // A box, a menu or a drag that is open runs a loop of its own above objects that a close would delete.
-    constexpr int retryMilliseconds = 50;
-    QTimer::singleShot(milliseconds, this, [this, step] {
-        if (m_isBusy || QThread::currentThread()->loopLevel() > 1)
-            runWhenIdle(step, retryMilliseconds);
-        else
-            step();
     });
 }
 
@@ -507,7 +407,7 @@ void MainWindow::promptAboutDuplicates(const PresentableDuplicates &duplicates)
                          shown.externalDuplicateGroups.isEmpty();
     if (!m_collection)
         return;
-    const QScopedValueRollback<bool> busy(m_isBusy, true);
+    const IdleSteps::Hold hold(m_idle);
     const QPointer<Collection> asked = m_collection;
     QStringList kept;
     if (!isEmpty) {

@@ -6,15 +6,14 @@
 
 #include <QMainWindow>
 
-#include <functional>
-
 class Collection;
 class DatabaseErrors;
+class DatabaseMaker;
 class FileOperationProgress;
+class IdleSteps;
 class PopupMessager;
 class QSqlError;
 class RecentDatabases;
-class ReplacedFile;
 class ServerConnections;
 class WindowCommands;
 class WindowParts;
@@ -92,18 +91,9 @@ private:
     bool mayLeaveDatabase();
     void rememberRecentDatabase();
     void openRecentDatabase(const DBDetails &details);
-    void openRecentServer(const DBDetails &details);
-    /** The dialog with these values first, then with what was typed, the password included. */
-    void connectDialogLoop(const DBDetails &details);
     /** The user's choice could not be opened. */
     void warnOfFailedOpening();
     void closeWhenIdle();
-    /** Runs a step once no box, menu or drag is open and nothing is in the middle of using the collection. */
-    void runWhenIdle(const std::function<void()> &step, int milliseconds = 0);
-    bool isOpen(const QString &path) const;
-    /** False when a file that is there may not or cannot be replaced; the user knows why. */
-    bool makeRoomForDatabase(ReplacedFile &replaced, const QString &path, bool mustAsk);
-    bool createDatabase(const QString &path);
 
     void updateWindowTitle();
     void updateDatabaseActions();
@@ -113,9 +103,10 @@ private:
     DatabaseErrors *m_errors;
     RecentDatabases *m_recentDatabases;
     ServerConnections *m_servers;
+    DatabaseMaker *m_maker;
+    IdleSteps *m_idle;
     WindowCommands *m_commands;
     WindowParts *m_parts = nullptr;
     BoxPrompts m_prompts;
     Collection *m_collection = nullptr;
-    bool m_isBusy = false; // inside a step that goes on with the collection after a loop of its own
 };

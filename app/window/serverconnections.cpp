@@ -5,6 +5,7 @@
 #include "app/settings/collectionidentity.h"
 #include "app/settings/constants.h"
 #include "db/sql/connectiontrial.h"
+#include "ui/dialogs/databaseconnectdialog.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -13,6 +14,10 @@
 
 #include <algorithm>
 #include <memory>
+
+namespace {
+constexpr int usualServerPort = 5432;
+} // namespace
 
 ServerConnections::ServerConnections(std::function<bool(const DBDetails &)> open, QWidget *window)
     : QObject(window), m_open(std::move(open)), m_window(window)
@@ -32,6 +37,29 @@ std::optional<DBDetails> ServerConnections::remembered(const DBDetails &details)
 {
     const auto known = std::find(m_remembered.crbegin(), m_remembered.crend(), details);
     return known == m_remembered.crend() ? std::nullopt : std::make_optional(*known);
+}
+
+void ServerConnections::ask()
+{
+    askFrom(
+        DBDetails(Constants::serverDatabase, QString(), usualServerPort, QString(), QString(), QString()));
+}
+
+void ServerConnections::openRecent(const DBDetails &details)
+{
+    const std::optional<DBDetails> known = remembered(details);
+    // The password may be another one by now.
+    if (!known || open(*known) == Refused)
+        askFrom(known.value_or(details));
+}
+
+void ServerConnections::askFrom(const DBDetails &details)
+{
+    DatabaseConnectDialog dialog(details, m_window);
+    while (dialog.exec() == QDialog::Accepted) {
+        if (open(dialog.details()) == Connected)
+            return;
+    }
 }
 
 ServerConnections::Outcome ServerConnections::open(const DBDetails &details)

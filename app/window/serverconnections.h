@@ -25,6 +25,10 @@ public:
     /** What opens a database that let somebody in; false for a failure. */
     ServerConnections(std::function<bool(const DBDetails &)> open, QWidget *window);
 
+    /** Asks for a database on a server until one opens or the user gives up. */
+    void ask();
+    /** Opens one with what is remembered of it, and asks with that when it is not let in. */
+    void openRecent(const DBDetails &details);
     /** Opens a database on a server; a failure is told with its reason, and the user may tire of waiting. */
     Outcome open(const DBDetails &details);
 
@@ -34,6 +38,8 @@ public:
     std::optional<DBDetails> remembered(const DBDetails &details) const;
 
 private:
+    /** The dialog with these values first, then with what was typed, the password included. */
+    void askFrom(const DBDetails &details);
     /** Waits until a server has let somebody in, or has not; its reason comes back. */
     Outcome tryServer(const DBDetails &details, QString &reason);
 
