@@ -330,6 +330,14 @@ private slots:
         QCOMPARE(m_fixture->taggedNames(), QStringList({quoted + ": seven"_s, longLink + ": eight,seven"_s}));
         QCOMPARE(m_fixture->duplicates().contentMatches.size(), 1);
         QCOMPARE(m_fixture->duplicates().matchedTagIds, QVector<qint64>{8});
+        // Only what is new to a file counts.
+        m_fixture->add({quoted, longLink}, {7});
+        QCOMPARE(m_fixture->duplicates().contentMatches.size(), 2);
+        QCOMPARE(m_fixture->duplicates().matchedTagIds, QVector<qint64>());
+        QVERIFY(m_fixture->database().refuse("INSERT ON file_tag"_s));
+        m_fixture->add({quoted}, {8});
+        QCOMPARE(m_fixture->errors.size(), 1);
+        QCOMPARE(m_fixture->duplicates().matchedTagIds, QVector<qint64>());
     }
 
     void hyperlinksThatAreRefused()

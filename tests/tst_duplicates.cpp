@@ -34,8 +34,10 @@ QStringList linesOf(const PresentableDuplicates &found)
         lines.append("content "_s + names(match.databaseFiles) + QLatin1Char(':') + names(match.addedFiles));
     for (const DuplicateMatch &match : found.nameMatches)
         lines.append("name "_s + names(match.databaseFiles) + QLatin1Char(':') + names(match.addedFiles));
+    const QStringList outcomes{"group "_s, "group of a shared name "_s, "group without one "_s};
     for (const ExternalDuplicateGroup &group : found.externalDuplicateGroups)
-        lines.append("group "_s + names({group.keptFile}) + QLatin1Char(':') + names(group.ignoredFiles));
+        lines.append(outcomes.at(group.outcome) + names({group.keptFile}) + QLatin1Char(':') +
+                     names(group.ignoredFiles));
     return lines;
 }
 } // namespace
@@ -161,6 +163,24 @@ private slots:
         const Run run = runOn(fixture, paths, true);
         QCOMPARE(linesOf(run.found), QStringList({"name :a,a"_s, "name o'ld:o'ld"_s}));
         QCOMPARE(run.out, QStringList(paths.at(1)));
+    }
+
+    void keptFileMayBeLeftOutLater()
+    {
+        AddingFixture fixture(makeTestDatabase());
+        QSettings().setValue("PreferencesDialog/checkForNameDuplicates"_s, true);
+        fixture.add({fixture.write("db/name"_s, "0")});
+        QVERIFY(fixture.database().refuse("INSERT ON files"_s, "new.file_name='no'"_s));
+        QStringList paths;
+        for (const QString &name : {"name"_s, "no"_s, "yes"_s}) {
+            for (const char *folder : {"x/", "y/copy of "})
+                paths.append(fixture.write(QLatin1String(folder) + name, name.toUtf8()));
+        }
+        fixture.add(paths);
+        QCOMPARE(linesOf(fixture.duplicates()),
+                 QStringList({"name name:name"_s, "group of a shared name name:copy of name"_s,
+                              "group without one no:copy of no"_s, "group yes:copy of yes"_s}));
+        QCOMPARE(Sql::rows("SELECT file_name FROM files ORDER BY 1"), QStringList({"name"_s, "yes"_s}));
     }
 
     void failedQueryAddsNothing()

@@ -23,8 +23,12 @@ FileBatch::FileBatch(FileOperationWorker &worker, const FileBatchRequest &reques
 QVector<qint64> FileBatch::addFilesListToDb()
 {
     qint64 loadId = 0;
-    if (m_request.paths.isEmpty() || !m_worker.nextLoadId(loadId))
+    if (m_request.paths.isEmpty())
         return {};
+    if (!m_worker.nextLoadId(loadId)) {
+        m_refused = m_request.paths;
+        return {};
+    }
     ThumbnailsAhead thumbnails(m_request.paths, [this] { return m_worker.shouldEnd(); });
     FileAdder adder(m_worker, m_request.kind, loadId, thumbnails);
     m_adder = &adder;
@@ -110,8 +114,8 @@ bool FileBatch::addSingly(int from, int to)
         if (outcome == FileAdder::Added && m_linker.linkFile(fileId, tagIdsFor(m_request.paths.at(i))) &&
             savepoint.release())
             m_added.append(fileId);
-        else if (outcome == FileAdder::Skipped)
-            m_unread.append(m_request.paths.at(i));
+        else
+            (outcome == FileAdder::Skipped ? m_unread : m_refused).append(m_request.paths.at(i));
     }
     return mayGoOn();
 }

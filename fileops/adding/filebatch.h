@@ -43,6 +43,8 @@ public:
     QVector<qint64> addFilesListToDb();
     /** The files that were left out because they could not be read. */
     QStringList unread() const { return m_unread; }
+    /** The files that the database refused, which has told why. */
+    QStringList refused() const { return m_refused; }
 
 private:
     int runLength() const;
@@ -61,6 +63,7 @@ private:
     ProgressThrottle m_progress;
     QVector<qint64> m_added;
     QStringList m_unread;
+    QStringList m_refused;
     QStringList m_lastNames;
     QVector<qint64> m_lastTagIds;
     bool m_hasLast = false;

@@ -41,8 +41,10 @@ bool TagLinker::linkNewFile(qint64 fileId, const QVector<qint64> &tagIds)
     return true;
 }
 
-bool TagLinker::linkFile(qint64 fileId, const QVector<qint64> &tagIds)
+bool TagLinker::linkFile(qint64 fileId, const QVector<qint64> &tagIds, QVector<qint64> *linked)
 {
+    if (linked)
+        linked->clear();
     if (tagIds.isEmpty())
         return true;
     TableData table;
@@ -57,7 +59,11 @@ bool TagLinker::linkFile(qint64 fileId, const QVector<qint64> &tagIds)
         if (!existing.contains(id))
             missing.append(id);
     }
-    return linkNewFile(fileId, missing);
+    if (!linkNewFile(fileId, missing))
+        return false;
+    if (linked)
+        *linked = missing;
+    return true;
 }
 
 bool TagLinker::insertPairs(qint64 fileId, const qint64 *tagIds, int count)

@@ -14,8 +14,8 @@ public:
 
     /** For a file that has no tag yet; a pair that exists makes it fail. No tags succeed at once. */
     bool linkNewFile(qint64 fileId, const QVector<qint64> &tagIds);
-    /** Leaves out the pairs that exist. */
-    bool linkFile(qint64 fileId, const QVector<qint64> &tagIds);
+    /** Leaves out the pairs that exist; `linked` becomes the others. */
+    bool linkFile(qint64 fileId, const QVector<qint64> &tagIds, QVector<qint64> *linked = nullptr);
 
     /** Ascending, each id once. */
     static QVector<qint64> sortedOnce(QVector<qint64> ids);

@@ -55,7 +55,7 @@ bool DuplicateManager::addFilesToDB(const QStringList &paths, bool checkNames, F
         if (!candidate.isAdded)
             continue;
         outList.append(candidate.path);
-        (candidate.isKept ? keptList : single).append(candidate.path);
+        (candidate.group >= 0 ? keptList : single).append(candidate.path);
     }
     logPaths("\n\n nonDuplicatedFiles:", single);
     logPaths("\n duplicatedFiles:", keptList);
@@ -270,12 +270,12 @@ void DuplicateManager::keepOne(const Content &content, const FolderTags &folderT
     ExternalDuplicateGroup group;
     for (const int index : content.members) {
         Candidate &candidate = m_candidates[index];
-        candidate.isAdded = candidate.isKept = index == kept;
-        if (index == kept)
-            group.keptFile = info(index, folderTags);
-        else
+        candidate.isAdded = index == kept;
+        if (index != kept)
             group.ignoredFiles.append(info(index, folderTags));
     }
+    group.keptFile = info(kept, folderTags);
+    m_candidates[kept].group = m_duplicates.externalDuplicateGroups.size();
     if (!names.isEmpty())
         inheritedTags.insert(m_candidates.at(kept).path, names);
     m_duplicates.externalDuplicateGroups.append(group);
@@ -309,7 +309,11 @@ bool DuplicateManager::takeOutNameMatches(const FolderTags &folderTags)
         match.databaseFiles = databaseInfos(ids);
         match.addedFiles.reserve(members.size());
         for (const int index : members) {
-            m_candidates[index].isAdded = false;
+            Candidate &candidate = m_candidates[index];
+            candidate.isAdded = false;
+            if (candidate.group >= 0)
+                m_duplicates.externalDuplicateGroups[candidate.group].outcome =
+                    ExternalDuplicateGroup::SharesName;
             match.addedFiles.append(info(index, folderTags));
         }
         m_duplicates.nameMatches.append(match);

@@ -49,7 +49,7 @@ private:
         FileChecksum checksum;
         bool isHyperlink = false;
         bool isAdded = true; ///< false once something else stands for it
-        bool isKept = false; ///< stands for its copies
+        int group = -1;      ///< the duplicates' number of the group that it stands for
 
         bool hasChecksum() const { return isHyperlink || checksum.isRead; }
     };

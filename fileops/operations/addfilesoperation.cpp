@@ -44,6 +44,7 @@ bool AddFilesOperation::addFilesToDB()
     m_worker.report().setDone(0, batch.paths.size());
     FileBatch files(m_worker, batch);
     const QVector<qint64> added = files.addFilesListToDb();
+    noteLeftOut(files);
     if (finish(transaction, added + linkMatchedFiles(batch))) {
         m_worker.report().setDone(added.size(), batch.paths.size());
         tellLeftOut(expansion.unreadable() + files.unread(), expansion.unreadableNames());

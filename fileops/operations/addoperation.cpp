@@ -8,8 +8,6 @@
 
 #include <QSet>
 
-#include <algorithm>
-
 bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
 {
     DuplicateManager manager;
@@ -44,15 +42,29 @@ QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
             if (!mayCommit())
                 return linked;
             Savepoint savepoint(m_worker);
-            if (savepoint.isActive() && linker.linkFile(file.fileId, tagIds) && savepoint.release())
-                linked.append(file.fileId);
+            QVector<qint64> newTags;
+            if (!savepoint.isActive() || !linker.linkFile(file.fileId, tagIds, &newTags) ||
+                !savepoint.release())
+                continue;
+            linked.append(file.fileId);
+            for (const qint64 tagId : qAsConst(newTags))
+                usedTags.insert(tagId);
         }
-        for (const qint64 tagId : tagIds)
-            usedTags.insert(tagId);
     }
-    m_duplicates.matchedTagIds = usedTags.values().toVector();
-    std::sort(m_duplicates.matchedTagIds.begin(), m_duplicates.matchedTagIds.end());
+    m_duplicates.matchedTagIds = TagLinker::sortedOnce(usedTags.values().toVector());
     return linked;
+}
+
+void AddOperation::noteLeftOut(const FileBatch &batch)
+{
+    const QStringList paths = batch.unread() + batch.refused();
+    const QSet<QString> leftOut(paths.cbegin(), paths.cend());
+    if (leftOut.isEmpty())
+        return;
+    for (ExternalDuplicateGroup &group : m_duplicates.externalDuplicateGroups) {
+        if (leftOut.contains(group.keptFile.path))
+            group.outcome = ExternalDuplicateGroup::LeftOut;
+    }
 }
 
 void AddOperation::tellLeftOut(const QStringList &unreadable, const QStringList &unreadableNames)

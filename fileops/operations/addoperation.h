@@ -23,6 +23,8 @@ protected:
      * met in content. The files that worked.
      */
     QVector<qint64> linkMatchedFiles(const FileBatchRequest &batch);
+    /** Corrects what the report says of files that stand for others but were left out themselves. */
+    void noteLeftOut(const FileBatch &batch);
     /** Tells of files that were left out, once the others are in. */
     void tellLeftOut(const QStringList &unreadable, const QStringList &unreadableNames = {});
     /** Neither stopped nor cancelled, and the transaction is what it should be. */

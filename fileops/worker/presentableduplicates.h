@@ -13,7 +13,9 @@ struct DuplicateFileInfo
     QStringList tagNames; ///< tags that the file brings from its folders
     QString path;         ///< absolute path or hyperlink text
     qint64 size = 0;
-    QDateTime lastModified;
+    QDateTime lastModified; ///< invalid for a hyperlink of the batch, which has neither date nor size
+
+    bool isFile() const { return lastModified.isValid(); }
 };
 Q_DECLARE_TYPEINFO(DuplicateFileInfo, Q_MOVABLE_TYPE);
 
@@ -28,7 +30,15 @@ Q_DECLARE_TYPEINFO(DuplicateMatch, Q_MOVABLE_TYPE);
 /** Files of a batch with equal content, none of them in the database before. */
 struct ExternalDuplicateGroup
 {
-    DuplicateFileInfo keptFile; ///< the one that was added
+    /** What became of the kept file. */
+    enum Outcome {
+        Added,
+        SharesName, ///< it stands in `nameMatches`, too
+        LeftOut     ///< it could not be read any more, or the database refused it
+    };
+
+    DuplicateFileInfo keptFile; ///< the one that stands for all
+    Outcome outcome = Added;
     QVector<DuplicateFileInfo> ignoredFiles;
 };
 Q_DECLARE_TYPEINFO(ExternalDuplicateGroup, Q_MOVABLE_TYPE);
@@ -42,6 +52,11 @@ struct PresentableDuplicates
     QVector<DuplicateMatch> contentMatches;
     QVector<DuplicateMatch> nameMatches;
     QVector<ExternalDuplicateGroup> externalDuplicateGroups;
-    QVector<qint64> matchedTagIds; ///< the tags that files of the database got because of content matches
+    QVector<qint64> matchedTagIds; ///< ascending; what content matches gave to files of the database
+
+    bool isEmpty() const
+    {
+        return contentMatches.isEmpty() && nameMatches.isEmpty() && externalDuplicateGroups.isEmpty();
+    }
 };
 Q_DECLARE_METATYPE(PresentableDuplicates)

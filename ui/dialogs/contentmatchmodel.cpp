@@ -22,10 +22,21 @@ QString otherFileLine()
     return ContentMatchModel::tr("    Content matched other external file\n");
 }
 
+QString outcomeText(ExternalDuplicateGroup::Outcome outcome)
+{
+    switch (outcome) {
+    case ExternalDuplicateGroup::SharesName:
+        return ContentMatchModel::tr(", which is one of the name matches.\n");
+    case ExternalDuplicateGroup::LeftOut:
+        return ContentMatchModel::tr(", which could not be added to the database.\n");
+    default:
+        return ContentMatchModel::tr(", which was added to the database.\n");
+    }
+}
+
 QString addedFileLine(const DuplicateFileInfo &file)
 {
-    // A hyperlink has neither size nor date.
-    if (!file.lastModified.isValid())
+    if (!file.isFile())
         return file.path;
     return file.path + ContentMatchModel::tr("  Size: ") + QString::number(file.size) +
            ContentMatchModel::tr("  Last Modified: ") + dateText(file.lastModified);
@@ -148,5 +159,5 @@ QString ContentMatchModel::groupLine(const ExternalDuplicateGroup &group, int nu
         return number % 2 == 0 ? addedFileLine(group.ignoredFiles.at(number / 2)) : otherFileLine();
     if (number > ignored)
         return {};
-    return tr("Content matched ") + group.keptFile.path + tr(", which was added to the database.\n");
+    return tr("Content matched ") + group.keptFile.path + outcomeText(group.outcome);
 }

@@ -60,8 +60,8 @@ QStringRef NameMatchModel::nameOf(int match) const
     if (files.isEmpty())
         return {};
     const QString &path = files.first().path;
-    const QStringRef name = path.midRef(path.lastIndexOf(QLatin1Char('/')) + 1);
-    return name.isEmpty() ? QStringRef(&path) : name; // an address may end in a slash
+    // The name of a hyperlink is the whole of it.
+    return files.first().isFile() ? path.midRef(path.lastIndexOf(QLatin1Char('/')) + 1) : QStringRef(&path);
 }
 
 QString NameMatchModel::text(const Place &place, int column) const
@@ -72,8 +72,7 @@ QString NameMatchModel::text(const Place &place, int column) const
             return ShownText::cut(nameOf(place.match).toString());
         return ShownText::cut(choiceAt(place) < 0 ? tr("Database file: ") + file->path : file->path);
     }
-    // A hyperlink has neither size nor date.
-    if (!file || !file->lastModified.isValid())
+    if (!file || !file->isFile())
         return {};
     return column == SizeColumn ? QLocale().toString(file->size)
                                 : QLocale().toString(file->lastModified, QLocale::ShortFormat);
