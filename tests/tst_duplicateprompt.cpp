@@ -66,7 +66,11 @@ private slots:
         ExternalDuplicateGroup group;
         group.keptFile = info("/in/kept.txt");
         group.ignoredFiles = {info("/in/one.txt"), info("/in/two.txt")};
-        duplicates.externalDuplicateGroups << group;
+        for (const auto outcome : {group.Added, group.SharesName, group.LeftOut}) {
+            group.outcome = outcome;
+            duplicates.externalDuplicateGroups << group;
+            group.ignoredFiles.clear();
+        }
         duplicates.matchedTagIds = tagIds;
         DuplicatePrompt prompt(duplicates, &fixture.mainView());
         QCOMPARE(prompt.findChild<QLabel *>("headLabel"_s)->text(),
@@ -85,7 +89,11 @@ private slots:
                        "/in/link @\n    Content matched the following hyperlink in the database:\n"
                        "Database file: known   Size: 42 Last Modified: @\n           Tags: Red\n\n"
                        "External content duplicate group.\n/in/one.txt @\n=\n/in/two.txt @\n=\n"
-                       "Content matched /in/kept.txt, which was added to the database.\n"_s);
+                       "Content matched /in/kept.txt, which was added to the database.\n\n"
+                       "External content duplicate group.\n"
+                       "Content matched /in/kept.txt, which is one of the name matches.\n\n"
+                       "External content duplicate group.\n"
+                       "Content matched /in/kept.txt, which could not be added to the database.\n"_s);
         QVERIFY(prompt.chosenPaths().isEmpty());
     }
 
@@ -100,8 +108,12 @@ private slots:
         match.addedFiles = {info("/in/alone")};
         match.databaseFiles = {info("/old/alone")};
         duplicates.nameMatches << match;
+        const QString address = "http://a/b"_s;
+        match.addedFiles = {{0, {}, address, 0, {}}};
+        match.databaseFiles.clear();
+        duplicates.nameMatches << match;
         DuplicatePrompt prompt(duplicates, nullptr);
-        QCOMPARE(prompt.chosenPaths(), paths + QStringList("/in/alone"_s));
+        QCOMPARE(prompt.chosenPaths(), paths + QStringList({"/in/alone"_s, address}));
         QCOMPARE(buttonCount(prompt), 2);
         auto *table = prompt.findChild<QTableView *>("nameMatchesTable"_s);
         const QAbstractItemModel *model = table->model();
@@ -109,7 +121,7 @@ private slots:
         for (int row = 0; row < model->rowCount(); ++row)
             shown << model->index(row, 0).data().toString();
         QCOMPARE(shown, QStringList({"%1 \"q\".txt"_s, paths.at(0), paths.at(1), "alone"_s, "/in/alone"_s,
-                                     "Database file: /old/alone"_s}));
+                                     "Database file: /old/alone"_s, address, address}));
 
         prompt.show();
         prompt.deselectAll();
@@ -124,8 +136,47 @@ private slots:
         const QRect cell = table->visualRect(model->index(4, 0));
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, {cell.left() + 28, cell.center().y()});
         QCOMPARE(prompt.chosenPaths(), paths.mid(1) + QStringList("/in/alone"_s));
+    }
+
+    void staysUntilTheFilesAreIn()
+    {
+        LocalCollection fixture;
+        fixture.run("CREATE TRIGGER no BEFORE INSERT ON files BEGIN SELECT raise(ABORT,'no'); END"_s);
+        fixture.reopenReadOnly();
+        PresentableDuplicates duplicates;
+        DuplicateMatch match;
+        for (const char *name : {"a", "b", "c"}) {
+            const QString path = fixture.write(QLatin1String(name), name);
+            match.addedFiles = {info(qPrintable(path))};
+            duplicates.nameMatches << match;
+        }
+        {
+            DuplicatePrompt prompt(duplicates, &fixture.mainView());
+            prompt.show();
+            prompt.accept();
+            QVERIFY(prompt.isVisible() && prompt.findChild<QTableView *>("nameMatchesTable"_s)->isEnabled());
+            QCOMPARE(fixture.takeBoxes().size(), 1);
+        }
+        fixture.run("DELETE FROM file_tag"_s);
+        fixture.reopen();
+        DuplicatePrompt prompt(duplicates, &fixture.mainView());
+        prompt.show();
+        auto *table = prompt.findChild<QTableView *>("nameMatchesTable"_s);
+        QTest::keyClick(table, Qt::Key_Space);
+        const QStringList chosen = prompt.chosenPaths();
+        QCOMPARE(chosen.size(), 2);
+        QSignalSpy settled(&fixture.mainView(), &MainViewController::additionSettled);
         QTest::keyClick(table, Qt::Key_Return);
+        QVERIFY(!table->isEnabled());
+        QTRY_COMPARE(settled.size(), 1);
+        QVERIFY(prompt.isVisible() && table->isEnabled());
+        QCOMPARE(prompt.chosenPaths(), chosen);
+        fixture.run("DROP TRIGGER no"_s);
+        prompt.accept();
+        QTRY_VERIFY(!prompt.isVisible());
         QCOMPARE(prompt.result(), int(QDialog::Accepted));
+        fixture.waitForWorker();
+        QCOMPARE(fixture.rows("SELECT file_name FROM files ORDER BY 1"_s), QStringList({"b"_s, "c"_s}));
     }
 
     void modelsAreSound()

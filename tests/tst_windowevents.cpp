@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTableView>
 
 #include <csignal>
 
@@ -169,11 +168,13 @@ private slots:
 
     void duplicatesPrompt_data()
     {
-        addColumns<bool, QString, int, bool>("listed", "matches", "prompts", "reports");
-        addRow("nothing", true, QString(), 0, false);
-        addRow("content", true, "content"_s, 1, true);
-        addRow("content, not listed", false, "content"_s, 0, false);
-        addRow("both, not listed", false, "content name"_s, 1, false);
+        addColumns<bool, QString, int, QString>("listed", "matches", "prompts", "box");
+        addRow("nothing", true, QString(), 0, ""_s);
+        addRow("content", true, "content"_s, 1, ""_s);
+        addRow("content, not listed", false, "content"_s, 0, ""_s);
+        // A file that is nowhere in the database is not kept silent.
+        addRow("both, not listed", false, "content name"_s, 0,
+               "Files left out: 1 file was not added, as another one has the same name:\n\n/in/a.txt"_s);
     }
 
     void duplicatesPrompt()
@@ -188,16 +189,10 @@ private slots:
             duplicates.nameMatches << match;
         if (matches.contains("content"_s))
             duplicates.contentMatches << match;
-        bool isReported = false;
-        answerPrompt([&isReported](DuplicatePrompt &prompt) {
-            const QAbstractItemModel *report =
-                prompt.findChild<QTableView *>("contentMatchesList"_s)->model();
-            isReported = report->index(2, 0).data().toString() == "/in/a.txt"_s;
-            prompt.reject();
-        });
+        answerPrompt([](DuplicatePrompt &prompt) { prompt.reject(); });
         emit window().collection()->duplicatesReady(duplicates);
         QTEST(m_prompts, "prompts");
-        QTEST(isReported, "reports");
+        QTEST(m_fixture->takeBoxes().join(QLatin1Char('|')), "box");
     }
 
     void chosenNameMatchesAreAdded_data()
@@ -211,15 +206,14 @@ private slots:
     {
         QFETCH(int, added);
         QSettings().setValue("PreferencesDialog/checkForNameDuplicates"_s, true);
-        QSettings().setValue("PreferencesDialog/listDuplicates"_s, false);
         QSignalSpy finished(files(), &MainViewController::finishedAddingFiles);
-        answerPrompt([added](DuplicatePrompt &prompt) { prompt.done(added); });
+        answerPrompt([added](DuplicatePrompt &prompt) { added ? prompt.accept() : prompt.reject(); });
         files()->addUrls({QUrl::fromLocalFile(m_fixture->write("same.txt"_s, "one"))});
         QTRY_COMPARE(fileCount(), 1);
         files()->addUrls({QUrl::fromLocalFile(m_fixture->write("other/same.txt"_s, "two"))});
         // A third operation adds what the prompt let pass.
         QTRY_COMPARE(finished.count(), 2 + added);
-        QTRY_COMPARE(m_prompts, 1);
+        QTRY_VERIFY(m_prompts > 0 && !qobject_cast<DuplicatePrompt *>(QApplication::activeModalWidget()));
         QTRY_COMPARE(fileCount(), 1 + added);
     }
 

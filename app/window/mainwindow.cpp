@@ -397,26 +397,13 @@ void MainWindow::finishAddingFilesProgresDialog()
 
 void MainWindow::promptAboutDuplicates(const PresentableDuplicates &duplicates)
 {
-    PresentableDuplicates shown = duplicates;
-    if (!AddingSettings::listDuplicates()) {
-        // Only the report may be silenced: files of equal names were left out and wait for an answer.
-        shown.contentMatches.clear();
-        shown.externalDuplicateGroups.clear();
-    }
-    const bool isEmpty = shown.contentMatches.isEmpty() && shown.nameMatches.isEmpty() &&
-                         shown.externalDuplicateGroups.isEmpty();
-    if (!m_collection)
+    if (!m_collection || duplicates.isEmpty())
         return;
     const IdleSteps::Hold hold(m_idle);
-    const QPointer<Collection> asked = m_collection;
-    QStringList kept;
-    if (!isEmpty) {
-        DuplicatePrompt prompt(shown, m_collection->mainViewController(), this);
-        if (prompt.exec() == QDialog::Accepted)
-            kept = prompt.chosenPaths();
-    }
-    if (asked)
-        asked->mainViewController()->addFilesList(kept);
+    if (AddingSettings::listDuplicates())
+        DuplicatePrompt(duplicates, m_collection->mainViewController(), this).exec();
+    else
+        DuplicatePrompt::tellNameMatches(duplicates.nameMatches, this);
 }
 
 void MainWindow::slotConnectionError()

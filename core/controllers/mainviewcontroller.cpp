@@ -81,7 +81,7 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::startedAddingFiles, this, &MainViewController::startedAddingFiles);
     connect(source, &DatabaseManger::addingFilesProgress, this, &MainViewController::addingFilesProgress);
     connect(source, &DatabaseManger::finishedAddingFiles, this, &MainViewController::finishedAddingFiles);
-    connect(source, &DatabaseManger::hyperlinksSettled, this, &MainViewController::hyperlinksSettled);
+    connect(source, &DatabaseManger::additionSettled, this, &MainViewController::additionSettled);
     connect(source, &DatabaseManger::filesModified, this, &MainViewController::filesModified);
     connect(m_extraction, &FolderExtraction::started, this, &MainViewController::startedAddingFiles);
     connect(m_extraction, &FolderExtraction::progress, this, &MainViewController::addingFilesProgress);
@@ -219,10 +219,9 @@ bool MainViewController::addHyperlink(const QString &text, const QString &descri
     return manager() && mayEdit() && manager()->addFiles({text}, tagIds, false, 0, details);
 }
 
-void MainViewController::addFilesList(const QStringList &paths)
+bool MainViewController::addFilesList(const QStringList &paths)
 {
-    if (manager() && !paths.isEmpty() && mayEdit())
-        manager()->addFilesList(paths);
+    return paths.isEmpty() || (manager() && mayEdit() && manager()->addFilesList(paths));
 }
 
 void MainViewController::deleteFiles(const QVector<qint64> &fileIds)

@@ -67,11 +67,14 @@ public:
                  qint64 nodeId = 0);
     /**
      * Adds a hyperlink, its text as it stands. False when that was refused, and the user knows why; else
-     * hyperlinksSettled() tells what became of it.
+     * additionSettled() tells what became of it.
      */
     bool addHyperlink(const QString &text, const QString &description, const QVector<qint64> &tagIds = {});
-    /** Adds files as they are: no look into folders, no look for duplicates, no tags. */
-    void addFilesList(const QStringList &paths);
+    /**
+     * Adds files as they are: no look into folders, no look for duplicates, no tags. False when that was
+     * refused, and the user knows why; else additionSettled() tells what became of it, if there are any.
+     */
+    bool addFilesList(const QStringList &paths);
     /** Deletes files from the database; external ones stay on the disk. */
     void deleteFiles(const QVector<qint64> &fileIds);
     /** Copies the external ones of these files into the database; on the disk they stay as they are. */
@@ -133,8 +136,8 @@ signals:
     void startedAddingFiles(QString label);
     void addingFilesProgress(QString text, int percent);
     void finishedAddingFiles();
-    /** What became of addHyperlink(), by its text. */
-    void hyperlinksSettled(QStringList texts, bool areStored);
+    /** What became of addHyperlink() or addFilesList(), by the texts. */
+    void additionSettled(QStringList texts, bool areStored);
     void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
 
 public slots:

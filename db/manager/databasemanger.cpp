@@ -179,7 +179,7 @@ void DatabaseManger::connectFileNews()
     connect(files, &Source::filesOperationProgress, this, &DatabaseManger::addingFilesProgress);
     connect(files, &Source::finishedFilesOperation, this, &DatabaseManger::finishedAddingFiles);
     connect(files, &Source::duplicatesReady, this, &DatabaseManger::duplicatesReady);
-    connect(files, &Source::hyperlinksSettled, this, &DatabaseManger::hyperlinksSettled);
+    connect(files, &Source::additionSettled, this, &DatabaseManger::additionSettled);
     connect(files, &Source::filesModified, this, &DatabaseManger::filesModified);
     connect(files, &Source::extractedTempFiles, this, &DatabaseManger::extractedTempFiles);
     connect(files, &Source::importNotification, this, &DatabaseManger::importNotification);

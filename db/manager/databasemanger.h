@@ -225,7 +225,7 @@ public:
     {
         return m_fileEdits.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
     }
-    void addFilesList(const QStringList &paths) { m_fileEdits.addFilesList(paths); }
+    bool addFilesList(const QStringList &paths) { return m_fileEdits.addFilesList(paths); }
     void deleteFiles(const QVector<qint64> &fileIds) { m_fileEdits.deleteFiles(fileIds); }
     /** Copies the contents of external files into the database. */
     void transferFiles(const QVector<qint64> &fileIds) { m_fileEdits.transferFiles(fileIds); }
@@ -291,7 +291,7 @@ signals:
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
     /** The addresses of one request are in the database now; false when they are not all there. */
-    void hyperlinksSettled(QStringList texts, bool areStored);
+    void additionSettled(QStringList texts, bool areStored);
     void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
     /** Files that are missing now and were not, or the other way round. */
     void updateMissedFiles(QVector<qint64> fileIds);

@@ -74,10 +74,12 @@ bool FileEdits::addFiles(const QStringList &paths, const QVector<qint64> &tagIds
     return true;
 }
 
-void FileEdits::addFilesList(const QStringList &paths)
+bool FileEdits::addFilesList(const QStringList &paths)
 {
-    if (m_host.mayRequest())
-        request([paths](FileOperationProvider &files) { files.addFilesList(paths); });
+    if (!m_worker || !m_host.mayRequest())
+        return false;
+    request([paths](FileOperationProvider &files) { files.addFilesList(paths); });
+    return true;
 }
 
 void FileEdits::deleteFiles(const QVector<qint64> &fileIds)

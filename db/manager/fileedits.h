@@ -49,10 +49,10 @@ public:
     bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
                     const QVector<qint64> &unlinked);
 
-    /** False when nothing is queued. */
+    /** These two: false when nothing is queued. */
     bool addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails);
-    void addFilesList(const QStringList &paths);
+    bool addFilesList(const QStringList &paths);
     void deleteFiles(const QVector<qint64> &fileIds);
     void transferFiles(const QVector<qint64> &fileIds);
     void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,

@@ -15,16 +15,17 @@ AddFileListOperation::AddFileListOperation(FileOperationWorker &worker, const Fi
 void AddFileListOperation::run()
 {
     announceFiles(AddingSettings::linkToFiles());
-    addFilesToDB();
+    const bool areAdded = addFilesToDB();
     emit m_worker.finishedOpration(m_type);
+    emit m_worker.additionSettled(m_request.paths, areAdded);
 }
 
-void AddFileListOperation::addFilesToDB()
+bool AddFileListOperation::addFilesToDB()
 {
     m_worker.report().setDone(0, m_request.paths.size());
     Transaction transaction(m_worker, m_worker.connectionName());
     if (!transaction.isActive())
-        return;
+        return false;
     emit m_worker.operationProgress(m_type, FileOperationWorker::tr("Gathering file information"), 0);
     QStringList files;
     QStringList hyperlinks;
@@ -40,14 +41,15 @@ void AddFileListOperation::addFilesToDB()
     added += addBatch(hyperlinks, FileKind::hyperlink);
     if (!mayCommit()) {
         qDebug("FileOperationWorker::addFilesToDB() - stopped! Exiting.");
-        return;
+        return false;
     }
     if (!transaction.commit())
-        return;
+        return false;
     m_worker.report().setDone(added.size(), m_request.paths.size());
     if (!added.isEmpty())
         emit m_worker.updatedFiles(added);
     tellLeftOut(m_unread);
+    return !added.isEmpty();
 }
 
 QVector<qint64> AddFileListOperation::addBatch(const QStringList &paths, qint32 kind)

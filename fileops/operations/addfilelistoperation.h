@@ -11,7 +11,8 @@ public:
     void run();
 
 private:
-    void addFilesToDB();
+    /** Whether any of them is in the database. */
+    bool addFilesToDB();
     QVector<qint64> addBatch(const QStringList &paths, qint32 kind);
 
     QStringList m_unread;

@@ -17,7 +17,7 @@ void AddHyperlinksOperation::run()
     emit m_worker.startedOpration(m_type, FileOperationWorker::tr("Creating hyperlinks into database..."));
     const bool isToldAll = addHyperlinksToDB();
     emit m_worker.finishedOpration(m_type);
-    emit m_worker.hyperlinksSettled(m_request.paths, m_isCommitted && !m_worker.report().hasErrors());
+    emit m_worker.additionSettled(m_request.paths, m_isCommitted && !m_worker.report().hasErrors());
     if (isToldAll)
         emit m_worker.duplicatesReady(m_duplicates);
 }

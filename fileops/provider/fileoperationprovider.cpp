@@ -80,7 +80,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::error, this, &Provider::error, queued);
     connect(m_worker, &Worker::remadeAllThumbnails, this, &Provider::remadeAllThumbnails, queued);
     connect(m_worker, &Worker::extractedTempFiles, this, &Provider::extractedTempFiles, queued);
-    connect(m_worker, &Worker::hyperlinksSettled, this, &Provider::hyperlinksSettled);
+    connect(m_worker, &Worker::additionSettled, this, &Provider::additionSettled);
     connect(m_worker, &Worker::duplicatesReady, this, &Provider::duplicatesReady);
     connect(m_worker, &Worker::filesModified, this, &Provider::filesModified);
     connect(m_worker, &Worker::noLongerPresent, this, &Provider::noLongerPresent);

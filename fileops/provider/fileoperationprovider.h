@@ -86,7 +86,7 @@ signals:
     /** Text, then title. */
     void error(QString text, QString title);
     /** The addresses of one request are in the database now; false when they are not all there. */
-    void hyperlinksSettled(QStringList texts, bool areStored);
+    void additionSettled(QStringList texts, bool areStored);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
     void noLongerPresent(QVector<qint64> ids);
     void present(QVector<qint64> ids);

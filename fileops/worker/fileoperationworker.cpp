@@ -246,7 +246,7 @@ bool FileOperationWorker::takeNext(FileOperation &operation)
 FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
 {
     QVector<qint64> thumbnails;
-    QStringList hyperlinks;
+    QVector<QStringList> additions;
     FileOperation first;
     {
         const QMutexLocker locker(&m_queueMutex);
@@ -255,16 +255,17 @@ FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
                 thumbnails += record->fileIds;
             else if (first.type == FileOperationType::UnusedOperation)
                 first = *record;
-            if (record->type == FileOperationType::AddHyperlinksOperation)
-                hyperlinks += record->paths;
+            if (record->type == FileOperationType::AddHyperlinksOperation ||
+                record->type == FileOperationType::AddFileListOperation)
+                additions.append(record->paths);
         }
         qDeleteAll(m_queue);
         m_queue.clear();
     }
     if (!thumbnails.isEmpty())
         emit thumbnailsFailed(thumbnails, error);
-    if (!hyperlinks.isEmpty())
-        emit hyperlinksSettled(hyperlinks, false);
+    for (const QStringList &texts : qAsConst(additions))
+        emit additionSettled(texts, false);
     return first;
 }
 

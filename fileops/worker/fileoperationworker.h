@@ -94,8 +94,11 @@ signals:
     void fellShort(OperationShortfall shortfall);
     /** Text, then title. */
     void error(QString text, QString title);
-    /** The addresses of one request are in the database now; false when they are not all there. */
-    void hyperlinksSettled(QStringList texts, bool areStored);
+    /**
+     * The addresses of one request, or the files that were to be added in spite of their names, are in the
+     * database now; false when not all of the addresses or none of the files are there.
+     */
+    void additionSettled(QStringList texts, bool areStored);
     void finished();
     /** The last change that any client has made, just before the commit of an own one; on a server. */
     void aboutToCommit(QDateTime lastChange);

@@ -5,6 +5,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/records/file.h"
 #include "core/records/filekind.h"
+#include "fileops/adding/firstnames.h"
 #include "models/contents/contentsmodel.h"
 #include "ui/dialogs/contentmatchmodel.h"
 #include "ui/dialogs/namematchdelegate.h"
@@ -17,6 +18,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QWindow>
 
 #include <algorithm>
@@ -74,6 +76,10 @@ void DuplicatePrompt::build(const PresentableDuplicates &duplicates)
     connect(m_ui->deselectAllButton, &QPushButton::clicked, this, &DuplicatePrompt::deselectAll);
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &DuplicatePrompt::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &DuplicatePrompt::reject);
+    if (!m_controller)
+        return;
+    connect(m_controller, &MainViewController::additionSettled, this, &DuplicatePrompt::settle);
+    connect(m_controller, &QObject::destroyed, this, [this] { setWaiting(false); });
 }
 
 void DuplicatePrompt::makeModels(const PresentableDuplicates &duplicates)
@@ -189,6 +195,53 @@ void DuplicatePrompt::toggleChoice(QKeyEvent *event)
 QStringList DuplicatePrompt::chosenPaths() const
 {
     return m_nameMatches->chosenPaths();
+}
+
+void DuplicatePrompt::accept()
+{
+    if (!m_awaited.isEmpty())
+        return;
+    const QStringList chosen = chosenPaths();
+    if (chosen.isEmpty()) {
+        QDialog::accept();
+    } else if (!m_controller) {
+        Messages::warning(this, windowTitle(), tr("The database is closed."));
+    } else if (m_controller->addFilesList(chosen)) {
+        m_awaited = chosen;
+        setWaiting(true);
+    }
+}
+
+void DuplicatePrompt::settle(const QStringList &paths, bool areAdded)
+{
+    if (m_awaited.isEmpty() || paths != m_awaited)
+        return;
+    setWaiting(false);
+    if (areAdded)
+        QDialog::accept();
+}
+
+void DuplicatePrompt::setWaiting(bool isWaiting)
+{
+    if (!isWaiting)
+        m_awaited.clear();
+    m_ui->tabs->setEnabled(!isWaiting);
+    m_ui->buttonBox->button(QDialogButtonBox::Ok)->setEnabled(!isWaiting);
+}
+
+void DuplicatePrompt::tellNameMatches(const QVector<DuplicateMatch> &matches, QWidget *parent)
+{
+    QStringList paths;
+    for (const DuplicateMatch &match : matches) {
+        for (const DuplicateFileInfo &file : match.addedFiles)
+            paths.append(file.path);
+    }
+    if (paths.isEmpty())
+        return;
+    const QString head =
+        paths.size() == 1 ? tr("1 file was not added, as another one has the same name:")
+                          : tr("%1 files were not added, as others have the same names:").arg(paths.size());
+    Messages::warning(parent, tr("Files left out"), head + QLatin1String("\n\n") + firstNames(paths));
 }
 
 void DuplicatePrompt::selectAll()

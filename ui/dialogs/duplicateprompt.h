@@ -19,7 +19,8 @@ class DuplicatePrompt;
 
 /**
  * Reports what duplicate management left out of a batch, and asks which of the files that only share a name
- * are to be added all the same. Modal use; GUI thread.
+ * are to be added all the same. Stays open, with its ticks, until these are in the database. Modal use; GUI
+ * thread.
  */
 class DuplicatePrompt : public QDialog
 {
@@ -33,7 +34,13 @@ public:
     /** The paths that are checked. */
     QStringList chosenPaths() const;
 
+    /** For whoever wants no prompt: says which files were left out, since nothing in the database has them.
+     */
+    static void tellNameMatches(const QVector<DuplicateMatch> &matches, QWidget *parent);
+
 public slots:
+    /** Has the checked files added, and waits for that. */
+    void accept() override;
     void selectAll();
     void deselectAll();
 
@@ -44,6 +51,8 @@ private:
     void showContentMatches();
     void showNameMatches();
     void fillNameTable();
+    void settle(const QStringList &paths, bool areAdded);
+    void setWaiting(bool isWaiting);
     void copyLines(QKeyEvent *event);
     void toggleChoice(QKeyEvent *event);
 
@@ -51,4 +60,5 @@ private:
     QPointer<MainViewController> m_controller;
     ContentMatchModel *m_contentMatches = nullptr;
     NameMatchModel *m_nameMatches = nullptr;
+    QStringList m_awaited; ///< what is being added
 };

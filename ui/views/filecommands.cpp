@@ -172,7 +172,7 @@ void FileCommands::addHyperlinks()
         Messages::warning(&dialog, tr("Add Hyperlink"), tr("The database is closed."));
         return false;
     });
-    connect(m_controller, &MainViewController::hyperlinksSettled, &dialog, &AddHyperlinkDialog::settle);
+    connect(m_controller, &MainViewController::additionSettled, &dialog, &AddHyperlinkDialog::settle);
     connect(m_controller, &QObject::destroyed, &dialog, &AddHyperlinkDialog::stopWaiting);
     dialog.exec();
     // Who does not wait for it does not want it.
