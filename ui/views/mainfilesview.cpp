@@ -1,74 +1,48 @@
 #include "ui/views/mainfilesview.h"
 
-#include "app/settings/constants.h"
 #include "app/settings/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/records/file.h"
-#include "models/base/droppedurls.h"
-#include "models/base/modelroles.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
 #include "models/contents/sorter.h"
 #include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/preview/previews.h"
 #include "ui/views/fileactions.h"
+#include "ui/views/filedrops.h"
 #include "ui/views/filesearch.h"
-#include "ui/views/filetableheader.h"
+#include "ui/views/fileviews.h"
 #include "ui/views/keptselection.h"
-#include "ui/views/listview.h"
 #include "ui/views/selectedfiles.h"
 #include "ui/views/titlewidget.h"
-#include "ui/widgets/delegate.h"
 #include "ui/widgets/mainui.h"
-#include "ui/widgets/tableview.h"
 
+#include <QAbstractItemView>
 #include <QAction>
-#include <QDropEvent>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QMimeData>
-#include <QStackedWidget>
-#include <QUrl>
 #include <QVBoxLayout>
-
-namespace {
-
-constexpr int tablePictureSide = 40;
-constexpr int tableRowHeight = 48;
-
-// A view makes a selection model with each model and leaves the one before to us.
-void giveModel(QAbstractItemView *view, QAbstractItemModel *model)
-{
-    QItemSelectionModel *before = view->selectionModel();
-    view->setModel(model);
-    delete before;
-}
-
-} // namespace
 
 MainFilesView::MainFilesView(QWidget *parent)
     : QWidget(parent),
       m_title(new TitleWidget(this)),
-      m_stack(new QStackedWidget(this)),
-      m_listView(new ListView(m_stack)),
-      m_tableView(new TableView(m_stack)),
+      m_views(new FileViews(this)),
       m_actions(new FileActions(this)),
       m_previews(new Previews(this)),
       m_commands(new FileCommands([this] { return selectedFiles(); }, m_previews, this)),
       m_search(new FileSearch(this)),
-      m_header(std::make_unique<FileTableHeader>(m_tableView)),
+      m_drops(new FileDrops(m_commands, this)),
       m_kept(std::make_unique<KeptSelection>())
 {
     setObjectName(QStringLiteral("MainFilesView"));
-    makeViews();
+    connectViews();
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_title);
-    layout->addWidget(m_stack, 1);
+    layout->addWidget(m_views, 1);
     connectActions();
     connect(m_commands, &FileCommands::statusTextChanged, this, &MainFilesView::statusTextChanged);
     connect(m_search, &FileSearch::searched, this, &MainFilesView::followSearch);
@@ -82,46 +56,14 @@ MainFilesView::~MainFilesView()
     detachModel();
 }
 
-void MainFilesView::makeViews()
+void MainFilesView::connectViews()
 {
-    m_listView->setObjectName(QStringLiteral("ListView"));
-    m_tableView->setObjectName(QStringLiteral("TableView"));
-    m_listView->setAccessibleName(tr("Files as thumbnails"));
-    m_tableView->setAccessibleName(tr("Files as a table"));
-    const auto nameAt = [this](int row) { return m_controller->sorter()->fileAt(row)->name(); };
-    m_listView->setNames(nameAt);
-    m_tableView->setNames(nameAt);
-    const auto dragDataOf = [this](const QItemSelection &ranges) {
-        return m_controller ? m_controller->sorter()->dragData(ranges) : nullptr;
-    };
-    m_listView->setDragData(dragDataOf);
-    m_tableView->setDragData(dragDataOf);
-
-    m_tableView->setIconSize({tablePictureSide, tablePictureSide});
-    m_tableView->verticalHeader()->setDefaultSectionSize(tableRowHeight);
-    m_tableView->setAlternatingRowColors(true);
-    m_tableView->horizontalHeader()->setSectionsMovable(true);
-
-    auto *delegate = new Delegate(this);
-    delegate->setPictureColumn(ContentsModel::ThumbnailColumn);
-    delegate->setIdRole(ContentsRoles::FileId);
-    for (QAbstractItemView *view :
-         {static_cast<QAbstractItemView *>(m_listView), static_cast<QAbstractItemView *>(m_tableView)}) {
-        view->setItemDelegate(delegate);
-        setUpView(view);
+    connect(m_views, &FileViews::contextMenuRequested, this, &MainFilesView::openContextMenu);
+    connect(m_views, &FileViews::doubleClicked, this, &MainFilesView::openOrEdit);
+    for (QAbstractItemView *view : m_views->all()) {
+        view->installEventFilter(this);
+        m_drops->watch(view);
     }
-}
-
-void MainFilesView::setUpView(QAbstractItemView *view)
-{
-    m_stack->addWidget(view);
-    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(view, &QWidget::customContextMenuRequested, this, &MainFilesView::openContextMenu);
-    connect(view, &QAbstractItemView::doubleClicked, this, &MainFilesView::openOrEdit);
-    // Drags arrive at the viewport, keys at the view.
-    view->installEventFilter(this);
-    view->viewport()->installEventFilter(this);
 }
 
 void MainFilesView::connectActions()
@@ -185,7 +127,8 @@ void MainFilesView::setController(MainViewController *controller)
     m_commands->setController(controller);
     m_title->setController(controller);
     m_title->setEnabled(controller);
-    m_stack->setEnabled(controller);
+    m_views->setEnabled(controller);
+    m_drops->setController(controller);
     m_search->setController(controller);
     if (controller) {
         connect(controller, &MainViewController::tagRequirementsChanged, this,
@@ -200,26 +143,13 @@ void MainFilesView::setController(MainViewController *controller)
         const Collection *collection = controller->collection();
         connect(collection, &Collection::aboutToReloadAllData, this, &MainFilesView::keepSelection);
         connect(collection, &Collection::allDataReloaded, this, &MainFilesView::restoreSelection);
-        attachModel();
+        m_views->setSorter(controller->sorter());
+        connectModel();
     }
     applyEditTriggers();
     updateEmptyText();
     updateActionsAvailability();
     emit statusTextChanged(QString());
-}
-
-void MainFilesView::attachModel()
-{
-    m_tableView->setSortingEnabled(false);
-    giveModel(m_listView, m_controller->sorter());
-    giveModel(m_tableView, m_controller->sorter());
-    QItemSelectionModel *ofTable = m_tableView->selectionModel();
-    m_tableView->setSelectionModel(m_listView->selectionModel());
-    delete ofTable;
-    // Sorts by what the header brings back, which is cheap: no file is shown yet.
-    m_header->restore();
-    m_tableView->setSortingEnabled(true);
-    connectModel();
 }
 
 void MainFilesView::connectModel()
@@ -244,22 +174,17 @@ void MainFilesView::connectModel()
 
 void MainFilesView::detachModel()
 {
-    if (!m_controller || !m_listView->model())
+    if (!m_controller || !m_views->hasSorter())
         return;
-    m_header->save();
     m_controller->sorter()->disconnect(this);
-    QItemSelectionModel *shared = selection();
-    shared->disconnect(this);
-    // The table must not lose the shared selection model while it still shows the model.
-    m_tableView->setModel(nullptr);
-    m_listView->setModel(nullptr);
-    delete shared;
+    selection()->disconnect(this);
+    m_views->setSorter(nullptr);
     emit fileSelected(0);
 }
 
 void MainFilesView::iconViewSelected(bool on)
 {
-    m_stack->setCurrentWidget(on ? static_cast<QWidget *>(m_listView) : m_tableView);
+    m_views->showThumbnails(on);
     WindowSettings::setShowIconView(on);
 }
 
@@ -272,13 +197,7 @@ void MainFilesView::changeEditMode(bool on)
 void MainFilesView::applyEditTriggers()
 {
     // In a read-only database an editor would only open to have its text refused.
-    const bool isEditable = m_isEditMode && isWritable();
-    for (QAbstractItemView *view :
-         {static_cast<QAbstractItemView *>(m_listView), static_cast<QAbstractItemView *>(m_tableView)}) {
-        view->setEditTriggers(isEditable ? view->editTriggers() | QAbstractItemView::DoubleClicked |
-                                               QAbstractItemView::EditKeyPressed
-                                         : QAbstractItemView::NoEditTriggers);
-    }
+    m_views->setEditable(m_isEditMode && isWritable());
 }
 
 void MainFilesView::openOrEdit(const QModelIndex &index)
@@ -302,12 +221,12 @@ void MainFilesView::moveToFile(qint64 fileId)
 
 QAbstractItemView *MainFilesView::currentView() const
 {
-    return static_cast<QAbstractItemView *>(m_stack->currentWidget());
+    return m_views->current();
 }
 
 QItemSelectionModel *MainFilesView::selection() const
 {
-    return m_listView->selectionModel();
+    return m_views->selection();
 }
 
 bool MainFilesView::isWritable() const
@@ -363,15 +282,13 @@ void MainFilesView::updateEmptyText()
         text = tr("No file matches the search.");
     else
         text = tr("No files here.");
-    m_listView->setEmptyText(text);
-    m_tableView->setEmptyText(text);
+    m_views->setEmptyText(text);
 }
 
 void MainFilesView::followRequirements()
 {
     m_search->giveWay();
-    m_listView->scrollToTop();
-    m_tableView->scrollToTop();
+    m_views->scrollToTop();
     updateEmptyText();
     updateActionsAvailability();
 }
@@ -457,23 +374,15 @@ void MainFilesView::followSearch()
 
 bool MainFilesView::eventFilter(QObject *watched, QEvent *event)
 {
-    switch (event->type()) {
-    case QEvent::KeyPress:
+    if (event->type() == QEvent::KeyPress)
         return watched == currentView() && handleKey(static_cast<QKeyEvent *>(event));
-    case QEvent::DragEnter:
-    case QEvent::DragMove:
-        return handleDrag(static_cast<QDropEvent *>(event));
-    case QEvent::Drop:
-        return handleDrop(static_cast<QDropEvent *>(event));
-    default:
-        return QWidget::eventFilter(watched, event);
-    }
+    return QWidget::eventFilter(watched, event);
 }
 
 bool MainFilesView::handleKey(QKeyEvent *event)
 {
     // Keys that an editor in the view has no use for come on to the view.
-    if (m_listView->isEditing() || m_tableView->isEditing())
+    if (m_views->isEditing())
         return false;
     if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::ShiftModifier) {
         deleteSelectedItems();
@@ -490,27 +399,4 @@ bool MainFilesView::handleKey(QKeyEvent *event)
         return true;
     }
     return false;
-}
-
-bool MainFilesView::handleDrag(QDropEvent *event)
-{
-    if (!isWritable()) {
-        event->ignore();
-        return true;
-    }
-    // Our own files are in the database already.
-    if (!event->mimeData()->hasUrls() || event->mimeData()->hasFormat(Constants::fileMimeType))
-        return false;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    return true;
-}
-
-bool MainFilesView::handleDrop(QDropEvent *event)
-{
-    if (!handleDrag(event))
-        return false;
-    if (event->isAccepted() && isWritable())
-        m_commands->addUrls(DroppedUrls::of(*event->mimeData()));
-    return true;
 }

@@ -10,22 +10,18 @@
 
 #include <memory>
 
-class Delegate;
 class File;
 class FileActions;
-class FileTableHeader;
+class FileDrops;
+class FileViews;
 class KeptSelection;
-class ListView;
 class MainUi;
 class MainViewController;
 class Previews;
 class QAbstractItemView;
-class QDropEvent;
 class QItemSelection;
 class QItemSelectionModel;
 class QKeyEvent;
-class QStackedWidget;
-class TableView;
 class TitleWidget;
 
 /**
@@ -96,10 +92,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void makeViews();
-    void setUpView(QAbstractItemView *view);
+    void connectViews();
     void connectActions();
-    void attachModel();
     void detachModel();
     void connectModel();
 
@@ -121,18 +115,14 @@ private:
     void restoreSelection();
 
     bool handleKey(QKeyEvent *event);
-    bool handleDrag(QDropEvent *event);
-    bool handleDrop(QDropEvent *event);
 
     TitleWidget *m_title;
-    QStackedWidget *m_stack;
-    ListView *m_listView;
-    TableView *m_tableView;
+    FileViews *m_views;
     FileActions *m_actions;
     Previews *m_previews;
     FileCommands *m_commands;
     FileSearch *m_search;
-    std::unique_ptr<FileTableHeader> m_header;
+    FileDrops *m_drops;
     std::unique_ptr<KeptSelection> m_kept;
     QPointer<MainViewController> m_controller;
     bool m_isEditMode = false;

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QPointer>
+#include <QStackedWidget>
+
+#include <memory>
+
+class FileTableHeader;
+class ListView;
+class QAbstractItemView;
+class QItemSelectionModel;
+class Sorter;
+class TableView;
+
+/**
+ * The two views of the files, as thumbnails and as a table, of which one is shown. They share one model and
+ * one selection. Belongs to the MainFilesView; GUI thread.
+ */
+class FileViews : public QStackedWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FileViews(QWidget *parent);
+    ~FileViews() override;
+
+    void showThumbnails(bool on);
+    QAbstractItemView *current() const;
+    QList<QAbstractItemView *> all() const;
+
+    /** Borrowed; null, before it goes, keeps the table's columns for the next one. */
+    void setSorter(Sorter *sorter);
+    bool hasSorter() const { return !m_sorter.isNull(); }
+    /** Another one with each sorter, null without. */
+    QItemSelectionModel *selection() const;
+
+    void setEditable(bool isEditable);
+    bool isEditing() const;
+    /** Shown while there are no files. */
+    void setEmptyText(const QString &text);
+    void scrollToTop();
+
+signals:
+    void contextMenuRequested(QPoint pos);
+    void doubleClicked(QModelIndex index);
+
+private:
+    void setUpTable();
+    void setUpView(QAbstractItemView *view);
+    void attach();
+    void detach();
+
+    ListView *m_list;
+    TableView *m_table;
+    std::unique_ptr<FileTableHeader> m_header;
+    QPointer<Sorter> m_sorter;
+};
