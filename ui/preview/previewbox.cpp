@@ -1,7 +1,6 @@
 #include "ui/preview/previewbox.h"
 
 #include "app/messages/messages.h"
-#include "app/messages/waitcursor.h"
 #include "app/settings/previewsettings.h"
 #include "app/settings/showntext.h"
 #include "app/settings/windowsettings.h"
@@ -11,17 +10,15 @@
 #include "ui/preview/descriptionbar.h"
 #include "ui/preview/imagewalk.h"
 #include "ui/preview/loadingnotice.h"
+#include "ui/preview/navigationbar.h"
 #include "ui/preview/picturearea.h"
+#include "ui/preview/pictureedit.h"
+#include "ui/preview/slidetimer.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QDebug>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
-#include <QPushButton>
 #include <QScreen>
-#include <QToolBar>
-#include <QTransform>
 
 #include <utility>
 
@@ -32,13 +29,6 @@ constexpr int mostMillisecondsOfTrying = 500;
 constexpr int followingMilliseconds = 100;
 constexpr QSize firstSize(920, 720);
 
-QWidget *makeSpacer(QWidget *parent)
-{
-    auto *spacer = new QWidget(parent);
-    spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    return spacer;
-}
-
 } // namespace
 
 PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *controller, QWidget *parent)
@@ -46,16 +36,21 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
       m_controller(controller),
       m_walk(new ImageWalk(model, this)),
       m_area(new PictureArea(this)),
-      m_notice(new LoadingNotice(m_area->viewport()))
+      m_notice(new LoadingNotice(m_area->viewport())),
+      m_toolBar(new NavigationBar(this)),
+      m_description(new DescriptionBar(this)),
+      m_edit(new PictureEdit(controller, this)),
+      m_slideTimer(new SlideTimer(this)),
+      m_fullScreen(this)
 {
     setObjectName(QStringLiteral("PreviewBox"));
     // The program ends with its main window, also while a picture is shown.
     setAttribute(Qt::WA_QuitOnClose, false);
     setCentralWidget(m_area);
-    makeToolBar();
-    m_description = new DescriptionBar(this);
+    addToolBar(m_toolBar);
     addToolBar(Qt::BottomToolBarArea, m_description);
     makeShortcuts();
+    connectToolBar();
     connectAll();
     placeWindow();
     setFocusPolicy(Qt::StrongFocus);
@@ -66,39 +61,9 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
 PreviewBox::~PreviewBox()
 {
     commitDescription();
-    WindowSettings::setLayout(WindowSettings::previewGeometry,
-                              m_isFullScreen ? m_windowGeometry : saveGeometry());
-    if (m_hasUnsavedEdit)
+    WindowSettings::setLayout(WindowSettings::previewGeometry, m_fullScreen.windowGeometry());
+    if (m_edit->isWaiting())
         saveEdit(Telling::InTheLog);
-}
-
-void PreviewBox::makeToolBar()
-{
-    m_toolBar = addToolBar(tr("Navigation"));
-    m_toolBar->setObjectName(QStringLiteral("Navigation"));
-    m_toolBar->setMovable(false);
-    m_toolBar->setContextMenuPolicy(Qt::PreventContextMenu);
-    const auto add = [this](const QString &text, const char *icon, void (PreviewBox::*slot)()) {
-        QAction *action = m_toolBar->addAction(QIcon(QLatin1String(icon)), text);
-        connect(action, &QAction::triggered, this, slot);
-    };
-    add(tr("Previous image"), ":icons/last.png", &PreviewBox::prevImage);
-    add(tr("Next image"), ":icons/next.png", &PreviewBox::nextImage);
-    add(tr("Rotate anti-clockwise"), ":icons/rotate-anti.png", &PreviewBox::rotateAnticlockwise);
-    add(tr("Rotate clockwise"), ":icons/rotate.png", &PreviewBox::rotateClockwise);
-    add(tr("Fullscreen"), ":icons/fullscreen.png", &PreviewBox::goFullScreen);
-    add(tr("Start slideshow"), ":icons/slideshow.png", &PreviewBox::startSlideshow);
-
-    m_toolBar->addWidget(makeSpacer(m_toolBar));
-    m_editButtons = new QDialogButtonBox(m_toolBar);
-    m_editButtons->setObjectName(QStringLiteral("editButtons"));
-    m_editButtons->addButton(tr("Save changes"), QDialogButtonBox::AcceptRole);
-    m_editButtons->addButton(QDialogButtonBox::Cancel);
-    // A button that goes once it is pressed would leave its focus to the description, and the arrows with it.
-    const QList<QAbstractButton *> buttons = m_editButtons->buttons();
-    for (QAbstractButton *button : buttons)
-        button->setFocusPolicy(Qt::TabFocus);
-    m_editButtonsAction = m_toolBar->addWidget(m_editButtons);
 }
 
 void PreviewBox::makeShortcuts()
@@ -124,19 +89,31 @@ void PreviewBox::makeShortcuts()
     if (!fullScreenKeys.contains(QKeySequence(Qt::Key_F11)))
         fullScreenKeys.append(QKeySequence(Qt::Key_F11));
     connect(add(tr("Fullscreen"), fullScreenKeys), &QAction::triggered, this,
-            [this] { m_isFullScreen ? finishSlideshow() : goFullScreen(); });
+            [this] { m_fullScreen.isOn() ? finishSlideshow() : goFullScreen(); });
+}
+
+void PreviewBox::connectToolBar()
+{
+    connect(m_toolBar, &NavigationBar::previousRequested, this, &PreviewBox::prevImage);
+    connect(m_toolBar, &NavigationBar::nextRequested, this, &PreviewBox::nextImage);
+    connect(m_toolBar, &NavigationBar::anticlockwiseRequested, this, &PreviewBox::rotateAnticlockwise);
+    connect(m_toolBar, &NavigationBar::clockwiseRequested, this, &PreviewBox::rotateClockwise);
+    connect(m_toolBar, &NavigationBar::fullScreenRequested, this, &PreviewBox::goFullScreen);
+    connect(m_toolBar, &NavigationBar::slideshowRequested, this, &PreviewBox::startSlideshow);
+    connect(m_toolBar, &NavigationBar::savingRequested, this, [this] {
+        applyEdit();
+        hideApplyEditButtons();
+    });
+    connect(m_toolBar, &NavigationBar::cancelRequested, this, [this] {
+        cancelEdit();
+        hideApplyEditButtons();
+    });
 }
 
 void PreviewBox::connectAll()
 {
-    connect(m_editButtons, &QDialogButtonBox::accepted, this, [this] {
-        applyEdit();
-        hideApplyEditButtons();
-    });
-    connect(m_editButtons, &QDialogButtonBox::rejected, this, [this] {
-        cancelEdit();
-        hideApplyEditButtons();
-    });
+    connect(m_edit, &PictureEdit::saved, this, &PreviewBox::changedThumbnail);
+    connect(m_slideTimer, &SlideTimer::due, this, &PreviewBox::nextImage);
     connect(m_description, &DescriptionBar::returnPressed, this, [this] {
         commitDescription();
         setFocus();
@@ -191,8 +168,7 @@ void PreviewBox::updateTitle()
 
 bool PreviewBox::isWritable() const
 {
-    return m_controller && !m_controller->isReadOnly() &&
-           m_controller->fileData(m_fileId, DataType::Name).isValid();
+    return m_edit->isWritable();
 }
 
 void PreviewBox::prevImage()
@@ -207,7 +183,7 @@ void PreviewBox::nextImage()
 
 void PreviewBox::walk(Step step)
 {
-    restartSlideTimer();
+    m_slideTimer->restart();
     m_step = step;
     m_stepStart = m_fileId;
     m_stepTime.start();
@@ -235,16 +211,12 @@ void PreviewBox::loadImage(qint64 fileId)
     commitDescription();
     hideApplyEditButtons();
     endLoading();
-    m_hasUnsavedEdit = false;
-    m_isEditKeptBack = false;
+    m_edit->reset(fileId);
     m_isDescriptionKeptBack = false;
-    m_quarters = 0;
     m_awaitedQuarters = 0;
     m_fileId = fileId;
     m_walk->setCurrent(fileId);
     m_description->setModified(false);
-    // One picture in memory at a time.
-    m_original = QImage();
     followRecord();
     if (!m_controller)
         return;
@@ -276,8 +248,8 @@ void PreviewBox::showLoaded()
     StoredImage stored = m_loading->result();
     endLoading();
     if (stored.state == StoredImage::Loaded) {
-        m_original = std::move(stored.image);
-        m_area->showPicture(m_original);
+        m_edit->setPicture(stored.image);
+        m_area->showPicture(m_edit->picture());
         rotate(std::exchange(m_awaitedQuarters, 0));
         return;
     }
@@ -286,7 +258,7 @@ void PreviewBox::showLoaded()
     m_area->showMessage(isBusy ? tr("The database is busy. Please try again.")
                                : tr("This picture cannot be shown."));
     tellLoadFailure(stored.state);
-    if (m_step && m_slideTimer.isActive() && m_fileId != m_stepStart &&
+    if (m_step && m_slideTimer->isActive() && m_fileId != m_stepStart &&
         !m_stepTime.hasExpired(mostMillisecondsOfTrying))
         stepOn();
 }
@@ -307,7 +279,7 @@ void PreviewBox::tellLoadFailure(int state)
 // Only once the event loop is back: the window may be on its way to the screen, or in the middle of a step.
 void PreviewBox::tellFailure(const QString &title, const QString &text)
 {
-    if (m_slideTimer.isActive()) {
+    if (m_slideTimer->isActive()) {
         qDebug().noquote() << title << m_fileId << text;
         return;
     }
@@ -331,36 +303,20 @@ void PreviewBox::rotate(int quarters)
         m_awaitedQuarters += quarters;
         return;
     }
-    constexpr int fullTurn = 4;
-    quarters = (quarters % fullTurn + fullTurn) % fullTurn;
-    if (quarters == 0)
+    if (!m_edit->turn(quarters))
         return;
-    const QImage turned = m_original.transformed(QTransform().rotate(90 * quarters));
-    // Null without a picture, or without the memory for one.
-    if (turned.isNull())
-        return;
-    m_original = turned;
-    m_quarters = (m_quarters + quarters) % fullTurn;
-    m_area->showTurned(m_original);
-    m_hasUnsavedEdit = isTurned() && (m_isEditKeptBack || PreviewSettings::autoSaveRotated());
+    m_area->showTurned(m_edit->picture());
     offerSaving();
-}
-
-// A picture that stands as it is stored leaves nothing to save.
-bool PreviewBox::isTurned() const
-{
-    return m_quarters != 0 && isWritable();
 }
 
 void PreviewBox::offerSaving()
 {
-    const bool isOffered = isTurned() && (m_isEditKeptBack || !PreviewSettings::autoSaveRotated());
-    m_editButtonsAction->setVisible(isOffered || (m_isDescriptionKeptBack && isWritable()));
+    m_toolBar->setSavingOffered(m_edit->isOffered() || (m_isDescriptionKeptBack && isWritable()));
 }
 
 void PreviewBox::hideApplyEditButtons()
 {
-    m_editButtonsAction->setVisible(false);
+    m_toolBar->setSavingOffered(false);
 }
 
 void PreviewBox::zoom100()
@@ -386,36 +342,17 @@ void PreviewBox::cancelEdit()
 
 bool PreviewBox::saveEdit(Telling telling)
 {
-    qDebug() << "Applying edit to the image in the database.";
-    m_hasUnsavedEdit = false;
-    if (m_original.isNull() || !isWritable())
-        return true;
-    StoredImage::Saving outcome = StoredImage::Refused;
-    {
-        const WaitCursor cursor;
-        m_controller->pauseChecking();
-        outcome = m_controller->saveImage(m_fileId, m_original);
-        m_controller->resumeChecking();
-    }
-    m_isEditKeptBack = outcome != StoredImage::Saved;
-    // What may be had later waits; what may never be had is told once and left to the user.
-    m_hasUnsavedEdit = outcome == StoredImage::Refused;
-    if (outcome == StoredImage::Saved) {
-        m_quarters = 0;
-        emit changedThumbnail(m_fileId);
-        return true;
-    }
-    qDebug() << "Rotated image could not be saved, id =" << m_fileId;
+    const StoredImage::Saving outcome = m_edit->save();
     if (outcome == StoredImage::NotSaved && telling == Telling::Aloud)
         Messages::warning(this, tr("Error saving image"), tr("The turned picture could not be saved."));
-    return false;
+    return outcome == StoredImage::Saved;
 }
 
 bool PreviewBox::saveWaiting()
 {
     commitDescription();
     m_isDescriptionKeptBack = m_description->isModified();
-    const bool isSaved = (!m_hasUnsavedEdit || saveEdit(Telling::Aloud)) && !m_isDescriptionKeptBack;
+    const bool isSaved = (!m_edit->isWaiting() || saveEdit(Telling::Aloud)) && !m_isDescriptionKeptBack;
     offerSaving();
     // The offer stands in the tool bar, which a show has hidden.
     if (!isSaved)
@@ -436,61 +373,38 @@ void PreviewBox::commitDescription()
 
 void PreviewBox::goFullScreen()
 {
-    if (m_isFullScreen)
+    if (m_fullScreen.isOn())
         return;
-    m_windowGeometry = saveGeometry();
-    m_wasMaximized = isMaximized();
-    m_isFullScreen = true;
-    QPalette colours = palette();
-    colours.setColor(QPalette::Window, Qt::black);
-    setPalette(colours);
-    m_area->setBlack(true);
-    m_toolBar->hide();
-    m_description->hide();
+    setBare(true);
     setFocus();
-    showFullScreen();
+    m_fullScreen.enter();
 }
 
 void PreviewBox::leaveFullScreen()
 {
-    if (!m_isFullScreen)
+    if (!m_fullScreen.isOn())
         return;
-    m_isFullScreen = false;
-    setPalette(QPalette());
-    m_area->setBlack(false);
-    m_toolBar->show();
-    m_description->show();
-    m_wasMaximized ? showMaximized() : showNormal();
+    setBare(false);
+    m_fullScreen.leave();
+}
+
+void PreviewBox::setBare(bool isBare)
+{
+    m_area->setBlack(isBare);
+    m_toolBar->setVisible(!isBare);
+    m_description->setVisible(!isBare);
 }
 
 void PreviewBox::startSlideshow()
 {
     goFullScreen();
-    m_slideTimer.start(PreviewSettings::slideshowIncrementTime() * 1000, Qt::CoarseTimer, this);
+    m_slideTimer->start();
 }
 
 void PreviewBox::finishSlideshow()
 {
-    m_slideTimer.stop();
+    m_slideTimer->stop();
     leaveFullScreen();
-}
-
-// A picture that was stepped to by hand is looked at as long as any other.
-void PreviewBox::restartSlideTimer()
-{
-    if (m_slideTimer.isActive())
-        m_slideTimer.start(PreviewSettings::slideshowIncrementTime() * 1000, Qt::CoarseTimer, this);
-}
-
-void PreviewBox::timerEvent(QTimerEvent *event)
-{
-    if (event->timerId() != m_slideTimer.timerId()) {
-        QMainWindow::timerEvent(event);
-        return;
-    }
-    // Pictures stand still under a box or a menu, whose loop may be in the middle of a change.
-    if (!QApplication::activeModalWidget() && !QApplication::activePopupWidget())
-        nextImage();
 }
 
 void PreviewBox::changeEvent(QEvent *event)
@@ -498,13 +412,13 @@ void PreviewBox::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     // The desktop, too, can end the full screen.
     const bool isOfState = event->type() == QEvent::WindowStateChange;
-    if (isOfState && m_isFullScreen && isVisible() && !isFullScreen() && !isMinimized())
+    if (isOfState && m_fullScreen.isOn() && isVisible() && !isFullScreen() && !isMinimized())
         finishSlideshow();
 }
 
 void PreviewBox::closeEvent(QCloseEvent *event)
 {
-    m_slideTimer.stop();
+    m_slideTimer->stop();
     if (saveWaiting())
         QMainWindow::closeEvent(event);
     else
@@ -521,7 +435,7 @@ void PreviewBox::keyPressEvent(QKeyEvent *event)
         nextImage();
         break;
     case Qt::Key_Escape:
-        if (m_isFullScreen) {
+        if (m_fullScreen.isOn()) {
             finishSlideshow();
         } else if (close()) {
             deleteLater();

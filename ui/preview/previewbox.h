@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QBasicTimer>
+#include "ui/preview/fullscreen.h"
+
 #include <QElapsedTimer>
-#include <QImage>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -14,9 +14,10 @@ class ImageLoading;
 class ImageWalk;
 class LoadingNotice;
 class MainViewController;
+class NavigationBar;
 class PictureArea;
-class QDialogButtonBox;
-class QToolBar;
+class PictureEdit;
+class SlideTimer;
 class Sorter;
 
 /**
@@ -66,7 +67,6 @@ public slots:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    void timerEvent(QTimerEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
@@ -74,8 +74,8 @@ private:
     using Step = qint64 (ImageWalk::*)();
     enum class Telling { Aloud, InTheLog };
 
-    void makeToolBar();
     void makeShortcuts();
+    void connectToolBar();
     void connectAll();
     void placeWindow();
 
@@ -89,12 +89,12 @@ private:
     void tellLoadFailure(int state);
     void tellFailure(const QString &title, const QString &text);
     void rotate(int quarters);
-    bool isTurned() const;
     void offerSaving();
     bool saveEdit(Telling telling);
     void cancelEdit();
-    void restartSlideTimer();
     void leaveFullScreen();
+    /** Shows the picture alone, on black. */
+    void setBare(bool isBare);
     void followRecord();
     void updateTitle();
     bool isWritable() const;
@@ -108,21 +108,13 @@ private:
     PictureArea *m_area;
     LoadingNotice *m_notice;
     std::unique_ptr<ImageLoading> m_loading; // while a picture is awaited
-    QToolBar *m_toolBar = nullptr;
-    QDialogButtonBox *m_editButtons = nullptr;
-    QAction *m_editButtonsAction = nullptr;
-    DescriptionBar *m_description = nullptr;
-    // As it was stored, save for rotations: what a save writes back without a loss.
-    QImage m_original;
-    int m_quarters = 0;        // clockwise, since the picture was loaded or saved
+    NavigationBar *m_toolBar;
+    DescriptionBar *m_description;
+    PictureEdit *m_edit;
     int m_awaitedQuarters = 0; // by which a picture on its way is to be turned
-    bool m_hasUnsavedEdit = false;
-    // What could not be saved is offered until it is saved or cancelled.
-    bool m_isEditKeptBack = false;
+    // A text that could not be saved is offered until it is saved or cancelled.
     bool m_isDescriptionKeptBack = false;
-    QBasicTimer m_slideTimer;
+    SlideTimer *m_slideTimer;
+    FullScreen m_fullScreen;
     QTimer m_following;
-    bool m_isFullScreen = false;
-    bool m_wasMaximized = false;
-    QByteArray m_windowGeometry; // while the screen is full
 };
