@@ -1,15 +1,11 @@
 #include "ui/docks/tagstabledock.h"
 
-#include "app/messages/messages.h"
 #include "app/settings/windowsettings.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/tags/tagroles.h"
 #include "models/tags/tagsgroupproxy.h"
-#include "models/tags/tagstablemodel.h"
-#include "ui/dialogs/nameinput.h"
-#include "ui/dialogs/taggroupform.h"
 #include "ui/docks/tagcolumns.h"
 #include "ui/docks/tagdockactions.h"
 #include "ui/docks/taggrouptabs.h"
@@ -66,6 +62,7 @@ void TagsTableDock::buildForm()
     m_columns = std::make_unique<TagColumns>(m_table);
     m_bar = new TagGroupBar(form);
     m_tabs = new TagGroupTabs(m_bar, this);
+    m_commands = new TagDockCommands(m_selection.get(), m_table, m_bar, this);
     auto *layout = new QVBoxLayout(form);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -78,7 +75,8 @@ void TagsTableDock::buildForm()
     connect(m_bar, &QTabBar::currentChanged, this, &TagsTableDock::updateTabStyle, Qt::UniqueConnection);
     connect(qGuiApp, &QGuiApplication::paletteChanged, this, &TagsTableDock::updateGround);
     connect(m_bar, &QWidget::customContextMenuRequested, this, &TagsTableDock::execTabContextMenu);
-    connect(m_bar, &TagGroupBar::tagsDropped, this, &TagsTableDock::addTagsToGroup);
+    connect(m_bar, &TagGroupBar::tagsDropped, m_commands, &TagDockCommands::addTagsToGroup);
+    connect(m_commands, &TagDockCommands::aboutToAddTags, this, &TagsTableDock::clearFilter);
 }
 
 void TagsTableDock::buildTable()
@@ -141,6 +139,7 @@ void TagsTableDock::setTagsController(TagsController *controller)
         return;
     detachTags();
     m_tags = controller;
+    m_commands->setTagsController(controller);
     if (m_tags)
         attachTags();
     applyEditTriggers();
@@ -159,6 +158,11 @@ void TagsTableDock::detachTags()
     }
     m_proxy = nullptr;
     m_table->setModel(nullptr);
+    clearFilter();
+}
+
+void TagsTableDock::clearFilter()
+{
     if (m_filterEdit)
         m_filterEdit->clear();
 }
@@ -297,75 +301,6 @@ void TagsTableDock::slotKeyPressed(QKeyEvent *event)
     }
 }
 
-void TagsTableDock::slotAddNewTag()
-{
-    if (!mayEdit(m_tags))
-        return;
-    if (m_filterEdit)
-        m_filterEdit->clear();
-    const auto add = [this](const QString &name) { return addTag(name); };
-    do {
-        if (!NameInput::ask(this, tr("New Tag"), tr("Tag name:"), add))
-            return;
-    } while (m_isEditMode);
-}
-
-bool TagsTableDock::addTag(const QString &name)
-{
-    // The database may have been closed behind the dialog.
-    if (!m_tags)
-        return true;
-    const qint64 groupId = m_bar->currentGroup();
-    const qint64 tagId = groupId > 0 ? m_tags->addTagToGroup(name, groupId) : m_tags->addTag(name);
-    if (tagId > 0)
-        m_selection->show(tagId);
-    return tagId > 0;
-}
-
-void TagsTableDock::slotDeleteTag()
-{
-    const QVector<qint64> tagIds = m_selection->tagIds();
-    if (tagIds.isEmpty() || !mayEdit(m_tags))
-        return;
-    if (m_tags->isTagInUse(tagIds)) {
-        Messages::Box box;
-        box.icon = QMessageBox::Question;
-        box.title = tr("Tags In Use");
-        box.text =
-            tr("Some of the tags chosen for deletion are in use by being linked to files, nodes or tag "
-               "relationships. Deletion of these tags will result in the deletion of all of these links "
-               "and all relevant nodes and tag relationships.\nWould you like to delete the tags that "
-               "are in use?");
-        box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
-        box.defaultButton = QMessageBox::Cancel;
-        if (Messages::run(this, box).button != QMessageBox::Ok || !m_tags)
-            return;
-    }
-    m_tags->removeTags(tagIds);
-}
-
-void TagsTableDock::assignTagGroups()
-{
-    const QVector<qint64> tagIds = m_selection->tagIds();
-    if (tagIds.isEmpty() || !mayEdit(m_groups))
-        return;
-    // Not below the dock: the table of the form would be coloured with that of the dock.
-    TagGroupForm form(m_groups, tagIds, parentWidget());
-    form.exec();
-}
-
-void TagsTableDock::slotRenameTag()
-{
-    // The current row need not be the selected one.
-    const QVector<int> rows = m_selection->rows();
-    const int row = rows.size() == 1 ? rows.first() : m_table->currentIndex().row();
-    if (row < 0 || !mayEdit(m_tags))
-        return;
-    const QModelIndex name = m_table->model()->index(row, TagsTableModel::NameColumn);
-    m_table->setCurrentIndex(name);
-    m_table->edit(name);
-}
-
 void TagsTableDock::slotActivateTagsOr()
 {
     const QVector<qint64> tagIds = m_selection->tagIds();
@@ -394,6 +329,7 @@ void TagsTableDock::clearActivation()
 void TagsTableDock::slotEditModeChanged(bool on)
 {
     m_isEditMode = on;
+    m_commands->setEditMode(on);
     applyEditTriggers();
     emit editModeChanged(on);
 }
@@ -416,6 +352,7 @@ void TagsTableDock::setGroupsController(GroupsController *controller)
             group->disconnect(this);
     }
     m_groups = controller;
+    m_commands->setGroupsController(controller);
     m_tabs->setController(controller);
     if (const GroupMap *groups = m_groups ? m_groups->groups() : nullptr) {
         connect(groups, &SignalContainer::itemInserted, this, &TagsTableDock::slotGroupCreated);
@@ -469,8 +406,7 @@ void TagsTableDock::switchGroup()
 void TagsTableDock::updateTabStyle()
 {
     updateGround();
-    if (m_filterEdit)
-        m_filterEdit->clear();
+    clearFilter();
 }
 
 void TagsTableDock::updateGround()
@@ -486,28 +422,4 @@ void TagsTableDock::execTabContextMenu(const QPoint &pos)
     if (m_bar->currentGroup() > 0)
         menu.addAction(m_actions->action(TagDockActions::DeleteGroup));
     menu.exec(m_bar->mapToGlobal(pos));
-}
-
-void TagsTableDock::slotAddGroup()
-{
-    if (!mayEdit(m_groups))
-        return;
-    const auto add = [this](const QString &name) { return !m_groups || m_groups->addGroup(name, true) > 0; };
-    do {
-        if (!NameInput::askForGroup(this, add))
-            return;
-    } while (m_isEditMode);
-}
-
-void TagsTableDock::slotRemoveCurrentGroup()
-{
-    const qint64 groupId = m_bar->currentGroup();
-    if (groupId > 0 && mayEdit(m_groups))
-        m_groups->removeGroups({groupId});
-}
-
-void TagsTableDock::addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId)
-{
-    if (mayEdit(m_groups))
-        m_groups->assignTags(tagIds, {groupId});
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/docks/abstractdock.h"
+#include "ui/docks/tagdockcommands.h"
 
 #include <QPointer>
 #include <QVector>
@@ -53,12 +54,12 @@ public slots:
     void slotTagOpened(const QModelIndex &index);
     void slotFilterTags(const QString &text);
     void slotKeyPressed(QKeyEvent *event);
-    void slotAddNewTag();
-    void slotDeleteTag();
-    void assignTagGroups();
-    void slotRenameTag();
-    void slotAddGroup();
-    void slotRemoveCurrentGroup();
+    void slotAddNewTag() { m_commands->addTags(); }
+    void slotDeleteTag() { m_commands->deleteTags(); }
+    void assignTagGroups() { m_commands->assignGroups(); }
+    void slotRenameTag() { m_commands->renameTag(); }
+    void slotAddGroup() { m_commands->addGroups(); }
+    void slotRemoveCurrentGroup() { m_commands->removeCurrentGroup(); }
     void slotActivateTagsOr();
     void slotActivateTagsAnd();
     void slotEditModeChanged(bool on);
@@ -74,18 +75,16 @@ private:
     void buildTable();
     void connectActions();
     void applyEditTriggers();
-    /** False when there is no such tag afterwards; the user knows why. */
-    bool addTag(const QString &name);
 
     void detachTags();
     void attachTags();
     void updateEmptyText();
+    void clearFilter();
     void rememberTags();
     void bringBackTags();
 
     void switchGroup();
     void followGroup(const GroupItem *group);
-    void addTagsToGroup(const QVector<qint64> &tagIds, qint64 groupId);
 
     TagDockActions *m_actions;
     TableView *m_table = nullptr;
@@ -93,6 +92,7 @@ private:
     std::unique_ptr<TagColumns> m_columns;
     TagGroupBar *m_bar = nullptr;
     TagGroupTabs *m_tabs = nullptr;
+    TagDockCommands *m_commands = nullptr;
     QPointer<TagsController> m_tags;
     QPointer<GroupsController> m_groups;
     QPointer<TagsGroupProxy> m_proxy; // of the controller, and set with it
