@@ -166,6 +166,7 @@ void MainWindow::connectCollection()
     Collection *collection = m_collection;
     connect(collection, &Collection::showTempWarning, m_popupMessager, &PopupMessager::showTempWarning);
     connect(collection, &Collection::showError, m_popupMessager, &PopupMessager::showWarning);
+    connect(collection, &Collection::showInformation, m_popupMessager, &PopupMessager::showInformation);
     connect(collection, &Collection::duplicatesReady, this, &MainWindow::promptAboutDuplicates);
     connect(collection, &Collection::connectionError, this, &MainWindow::slotConnectionError);
     connect(collection, &Collection::errorOccured, this, &MainWindow::slotDBErrorOccured);

@@ -55,6 +55,7 @@ void Collection::connectManager()
     connect(m_manager, &DatabaseManger::duplicatesReady, this, &Collection::duplicatesReady);
     connect(m_manager, &DatabaseManger::showTempWarning, this, &Collection::showTempWarning);
     connect(m_manager, &DatabaseManger::error, this, &Collection::showError);
+    connect(m_manager, &DatabaseManger::showInformation, this, &Collection::showInformation);
     connect(m_manager, &DatabaseManger::importNotification, this, &Collection::importNotification);
     connect(m_manager, &DatabaseManger::connectionError, this, &Collection::connectionError);
     connect(m_manager, &DatabaseManger::errorOccured, this, &Collection::errorOccured);

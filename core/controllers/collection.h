@@ -82,6 +82,8 @@ signals:
     void showTempWarning(QString title, QString text);
     /** Title and text of a message box. */
     void showError(QString title, QString text);
+    /** The same for a word that nothing went wrong. */
+    void showInformation(QString title, QString text);
     void duplicatesReady(PresentableDuplicates duplicates);
     void importNotification(QList<ShellFile> files);
     void aboutToReloadAllData();

@@ -192,6 +192,8 @@ void DatabaseManger::connectFileNews()
     // The worker says text and title, everybody above the manager title and text.
     connect(files, &Source::error, this,
             [this](const QString &text, const QString &title) { emit error(title, text); });
+    connect(files, &Source::exchangeDone, this,
+            [this](const QString &text, const QString &title) { emit showInformation(title, text); });
 }
 
 void DatabaseManger::connectErrors(BaseDBProvider *provider)

@@ -264,6 +264,7 @@ signals:
     void operationFailed(QSqlError error, QString outcome);
     /** Title and text. */
     void error(QString title, QString text);
+    void showInformation(QString title, QString text);
     /** The rows stay the manager's, as all records do. */
     void tagsLoaded(TableData tags);
     /** Tags that were not known before; a known one tells of its change by TableRowData::dataUpdated. */

@@ -78,6 +78,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::updatedFiles, this, &Provider::updatedFiles, queued);
     connect(m_worker, &Worker::fellShort, this, &Provider::fellShort, queued);
     connect(m_worker, &Worker::error, this, &Provider::error, queued);
+    connect(m_worker, &Worker::exchangeDone, this, &Provider::exchangeDone, queued);
     connect(m_worker, &Worker::remadeAllThumbnails, this, &Provider::remadeAllThumbnails, queued);
     connect(m_worker, &Worker::extractedTempFiles, this, &Provider::extractedTempFiles, queued);
     connect(m_worker, &Worker::additionSettled, this, &Provider::additionSettled);

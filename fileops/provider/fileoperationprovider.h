@@ -85,6 +85,8 @@ signals:
     void fellShort(OperationShortfall shortfall);
     /** Text, then title. */
     void error(QString text, QString title);
+    /** Text, then title. */
+    void exchangeDone(QString text, QString title);
     /** The addresses of one request are in the database now; false when they are not all there. */
     void additionSettled(QStringList texts, bool areStored);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);

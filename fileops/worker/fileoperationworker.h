@@ -94,6 +94,8 @@ signals:
     void fellShort(OperationShortfall shortfall);
     /** Text, then title. */
     void error(QString text, QString title);
+    /** Text, then title: what went from one database to another, and what did not. */
+    void exchangeDone(QString text, QString title);
     /**
      * The addresses of one request, or the files that were to be added in spite of their names, are in the
      * database now; false when not all of the addresses or none of the files are there.

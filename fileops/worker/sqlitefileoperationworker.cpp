@@ -13,7 +13,8 @@ void SqliteFileOperationWorker::setForeignWrites(ForeignWrites *foreignWrites)
 
 QString SqliteFileOperationWorker::connectOptions() const
 {
-    return QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(patienceMilliseconds);
+    // By the address of a file another database is attached for reading only.
+    return QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(patienceMilliseconds);
 }
 
 void SqliteFileOperationWorker::setPatient(bool isPatient)

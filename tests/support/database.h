@@ -77,6 +77,8 @@ public:
     {
         QSqlDatabase database = QSqlDatabase::addDatabase(Constants::sqliteDriver, name);
         database.setDatabaseName(path);
+        if (name == Constants::workerConnection)
+            database.setConnectOptions("QSQLITE_OPEN_URI"_s);
         database.open();
     }
     ~OtherConnection()

@@ -56,6 +56,11 @@ void PopupMessager::showWarning(const QString &title, const QString &text)
     Messages::warning(topWindow(), title, text);
 }
 
+void PopupMessager::showInformation(const QString &title, const QString &text)
+{
+    Messages::information(topWindow(), title, text);
+}
+
 QWidget *PopupMessager::topWindow() const
 {
     // Below a modal dialog nobody would see a box.

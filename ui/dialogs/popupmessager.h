@@ -23,6 +23,7 @@ public slots:
     /** A box that goes away by itself after two seconds; one that comes while it still shows is dropped. */
     void showTempWarning(const QString &title, const QString &text);
     void showWarning(const QString &title, const QString &text);
+    void showInformation(const QString &title, const QString &text);
     void showBrowsingTreeDuplicated();
 
 private:
