@@ -1,4 +1,5 @@
 #include "app/settings/addingsettings.h"
+#include "fileops/adding/folderexpansion.h"
 #include "fileops/contents/blockstorage.h"
 #include "fileops/files/datachecksum.h"
 #include "fileops/worker/fileoperationworker.h"
@@ -6,6 +7,7 @@
 #include "tests/support/serverdatabase.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -221,10 +223,12 @@ private slots:
     {
         m_fixture->write("top/a"_s, "a");
         const QByteArray top = QFile::encodeName(m_fixture->path("top"_s));
-        QCOMPARE(::mkdir(QByteArray(top + "/f\xE4").constData(), 0700), 0);
-        for (const char *name : {"/b\xE4"
-                                 "d.txt",
-                                 "/\xFF", "/f\xE4/inside", "/.h\xE4"})
+        for (const char *name : {"/f\xE4", "/f\xE4/below"})
+            QCOMPARE(::mkdir(QByteArray(top + name).constData(), 0700), 0);
+        for (const char *name :
+             {"/b\xE4"
+              "d.txt",
+              "/\xFF", "/f\xE4/inside", "/f\xE4/below/a", "/f\xE4/below/\xE4", "/f\xE4/.h", "/.h\xE4"})
             QVERIFY(writeNative(top + name));
         QSignalSpy told(&m_fixture->provider(), &FileOperationProvider::error);
         const QString gone = m_fixture->path("gone"_s);
@@ -232,10 +236,29 @@ private slots:
         QCOMPARE(m_fixture->taggedNames(), QStringList("a: top"_s));
         QCOMPARE(told.size(), 1);
         const QString text = told.at(0).at(0).toString();
-        QVERIFY(text.startsWith("4 files have names that cannot be read:\n\n"_s));
-        for (const QString &name : {"/b\uFFFDd.txt\n"_s, "/\uFFFD\n"_s, "/f\uFFFD\n"_s, "/x\uFFFD\n"_s})
+        QVERIFY(text.startsWith("3 files have names that cannot be read:\n\n"_s));
+        for (const QString &name : {"/b\uFFFDd.txt\n"_s, "/\uFFFD\n"_s, "/x\uFFFD\n"_s})
             QVERIFY2(text.contains(name), qPrintable(text));
-        QVERIFY(text.endsWith("\n\n1 file or folder could not be read:\n\n"_s + gone));
+        QVERIFY(text.endsWith(
+            "\n\nFiles left out because the names of their folders cannot be read: 3\n\n%1/f\uFFFD"
+            "\n\n1 file or folder could not be read:\n\n%2"_s.arg(m_fixture->path("top"_s), gone)));
+    }
+
+    void foldersThatCannotBeOpenedAreTold()
+    {
+        m_fixture->write("top/sub/a"_s, "a");
+        const QString top = m_fixture->path("top"_s);
+        rlimit before = {};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+        // Any file that is opened now is one too many.
+        rlimit none = before;
+        none.rlim_cur = 0;
+        FolderExpansion expansion;
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &none), 0);
+        expansion.expand({top});
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        QCOMPARE(expansion.leftOut().unreadable, QStringList(top));
+        QCOMPARE(expansion.files(), QStringList());
     }
 
     void tagsThatCannotBeMadeAreToldOnce()

@@ -59,7 +59,7 @@ void FolderExpansion::leaveOut(const QString &path)
     qDebug() << "No file or folder:" << path;
     // What stands in a name for bytes that are no text leads nowhere.
     const bool isLost = path.contains(QChar(QChar::ReplacementCharacter)) && !QFileInfo::exists(path);
-    (isLost ? m_unreadableNames : m_unreadable).append(path);
+    (isLost ? m_leftOut.unreadableNames : m_leftOut.unreadable).append(path);
 }
 
 void FolderExpansion::addDroppedFile(const QString &path)
@@ -85,7 +85,7 @@ bool FolderExpansion::addFolder(const QString &path, const QString &relativePath
     const QFileInfo info(path);
     if (!info.isReadable() || !info.isExecutable()) {
         qDebug() << "No right to read the folder" << path;
-        m_unreadable.append(path);
+        m_leftOut.unreadable.append(path);
         return false;
     }
     m_folderPaths.insert(path);
@@ -100,7 +100,7 @@ void FolderExpansion::listFolder(int index)
         folder.path.endsWith(QLatin1Char('/')) ? folder.path : folder.path + QLatin1Char('/');
     const QString relativePrefix =
         folder.relativePath.isEmpty() ? QString() : folder.relativePath + QLatin1Char('/');
-    const FolderEntries entries = FolderEntries::of(folder.path);
+    const FolderEntries entries = FolderEntries::of(folder.path, m_shouldEnd);
     for (const QString &name : entries.folders)
         addFolder(prefix + name, relativePrefix + name, index);
     for (const QString &name : entries.files) {
@@ -108,6 +108,11 @@ void FolderExpansion::listFolder(int index)
         if (m_droppedFiles.isEmpty() || !m_droppedFiles.contains(path))
             m_files.append(path);
     }
-    for (const QString &name : entries.unreadable)
-        m_unreadableNames.append(prefix + name);
+    for (const QString &name : entries.unreadableFiles)
+        m_leftOut.unreadableNames.append(prefix + name);
+    for (const QString &name : entries.unreadableFolders)
+        m_leftOut.unreadableNamesOfFolders.append(prefix + name);
+    m_leftOut.filesOutOfReach += entries.filesOutOfReach;
+    if (!entries.isWhole)
+        m_leftOut.unreadable.append(folder.path);
 }

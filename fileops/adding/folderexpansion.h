@@ -1,5 +1,7 @@
 #pragma once
 
+#include "fileops/adding/leftoutfiles.h"
+
 #include <QSet>
 #include <QStringList>
 #include <QVector>
@@ -31,10 +33,7 @@ public:
     const QVector<ExpandedFolder> &folders() const { return m_folders; }
     /** The dropped files, then those of the folders. */
     QStringList files() const { return m_files; }
-    /** What was left out because its name is no text in the encoding of the system. */
-    QStringList unreadableNames() const { return m_unreadableNames; }
-    /** What was left out because it is gone, of another kind, or a folder without rights. */
-    QStringList unreadable() const { return m_unreadable; }
+    const LeftOutFiles &leftOut() const { return m_leftOut; }
 
     /** The absolute path without dots, repeated and trailing slashes. */
     static QString cleaned(const QString &path);
@@ -50,8 +49,7 @@ private:
     std::function<bool()> m_shouldEnd;
     QVector<ExpandedFolder> m_folders;
     QStringList m_files;
-    QStringList m_unreadableNames;
-    QStringList m_unreadable;
+    LeftOutFiles m_leftOut;
     QSet<QString> m_folderPaths;
     QSet<QString> m_droppedFiles;
 };

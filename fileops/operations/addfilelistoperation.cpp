@@ -3,6 +3,7 @@
 #include "app/settings/addingsettings.h"
 #include "core/records/filekind.h"
 #include "db/sql/transaction.h"
+#include "fileops/adding/leftoutfiles.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QFileInfo>
@@ -48,7 +49,9 @@ bool AddFileListOperation::addFilesToDB()
     m_worker.report().setDone(added.size(), m_request.paths.size());
     if (!added.isEmpty())
         emit m_worker.updatedFiles(added);
-    tellLeftOut(m_unread);
+    LeftOutFiles leftOut;
+    leftOut.unreadable = m_unread;
+    tellLeftOut(leftOut);
     return !added.isEmpty();
 }
 

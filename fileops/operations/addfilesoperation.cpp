@@ -47,7 +47,9 @@ bool AddFilesOperation::addFilesToDB()
     noteLeftOut(files);
     if (finish(transaction, added + linkMatchedFiles(batch))) {
         m_worker.report().setDone(added.size(), batch.paths.size());
-        tellLeftOut(expansion.unreadable() + files.unread(), expansion.unreadableNames());
+        LeftOutFiles leftOut = expansion.leftOut();
+        leftOut.unreadable += files.unread();
+        tellLeftOut(leftOut);
     }
     return true;
 }

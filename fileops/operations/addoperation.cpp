@@ -2,7 +2,7 @@
 
 #include "app/settings/addingsettings.h"
 #include "db/sql/transaction.h"
-#include "fileops/adding/firstnames.h"
+#include "fileops/adding/leftoutfiles.h"
 #include "fileops/duplicates/duplicatemanager.h"
 #include "fileops/worker/fileoperationworker.h"
 
@@ -67,21 +67,11 @@ void AddOperation::noteLeftOut(const FileBatch &batch)
     }
 }
 
-void AddOperation::tellLeftOut(const QStringList &unreadable, const QStringList &unreadableNames)
+void AddOperation::tellLeftOut(const LeftOutFiles &leftOut)
 {
-    QStringList parts;
-    const int names = unreadableNames.size();
-    if (names > 0)
-        parts += {names == 1 ? FileOperationWorker::tr("1 file has a name that cannot be read:")
-                             : FileOperationWorker::tr("%1 files have names that cannot be read:").arg(names),
-                  firstNames(unreadableNames)};
-    const int files = unreadable.size();
-    if (files > 0)
-        parts += {files == 1 ? FileOperationWorker::tr("1 file or folder could not be read:")
-                             : FileOperationWorker::tr("%1 files or folders could not be read:").arg(files),
-                  firstNames(unreadable)};
-    if (!parts.isEmpty())
-        emit m_worker.error(parts.join(QLatin1String("\n\n")), FileOperationWorker::tr("Files left out"));
+    const QString text = leftOut.text();
+    if (!text.isEmpty())
+        emit m_worker.error(text, FileOperationWorker::tr("Files left out"));
 }
 
 bool AddOperation::mayCommit() const

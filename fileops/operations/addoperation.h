@@ -5,6 +5,7 @@
 #include "fileops/worker/presentableduplicates.h"
 
 class FileOperationWorker;
+struct LeftOutFiles;
 
 /** What the operations that add have in common. Lives on the stack of the worker's thread for one run. */
 class AddOperation
@@ -26,7 +27,7 @@ protected:
     /** Corrects what the report says of files that stand for others but were left out themselves. */
     void noteLeftOut(const FileBatch &batch);
     /** Tells of files that were left out, once the others are in. */
-    void tellLeftOut(const QStringList &unreadable, const QStringList &unreadableNames = {});
+    void tellLeftOut(const LeftOutFiles &leftOut);
     /** Neither stopped nor cancelled, and the transaction is what it should be. */
     bool mayCommit() const;
     /** The title and progress of adding files, by the setting of the window. */

@@ -1,0 +1,26 @@
+#include "fileops/adding/leftoutfiles.h"
+
+#include "fileops/adding/firstnames.h"
+
+#include <QCoreApplication>
+
+QString LeftOutFiles::text() const
+{
+    const auto tr = [](const char *text) { return QCoreApplication::translate("LeftOutFiles", text); };
+    QStringList parts;
+    const int names = unreadableNames.size();
+    if (names > 0)
+        parts += {names == 1 ? tr("1 file has a name that cannot be read:")
+                             : tr("%1 files have names that cannot be read:").arg(names),
+                  firstNames(unreadableNames)};
+    if (!unreadableNamesOfFolders.isEmpty())
+        parts +=
+            {tr("Files left out because the names of their folders cannot be read: %1").arg(filesOutOfReach),
+             firstNames(unreadableNamesOfFolders)};
+    const int others = unreadable.size();
+    if (others > 0)
+        parts += {others == 1 ? tr("1 file or folder could not be read:")
+                              : tr("%1 files or folders could not be read:").arg(others),
+                  firstNames(unreadable)};
+    return parts.join(QLatin1String("\n\n"));
+}
