@@ -1,12 +1,12 @@
 #!/bin/sh
 # Each folder of the program is one library, and its LINKS say which others it may include: exactly those.
-# docs/ARCHITECTURE.md lists the same. Boxes and dialogs come from the user interface alone. Prints what does not
-# hold, each with its place.
+# docs/FOLDERS.md lists the same. Boxes and dialogs come from the user interface alone, and no two headers define a
+# class of the same name. Prints what does not hold, each with its place.
 cd "$(dirname "$0")/.." || exit 1
 exec perl -e '
 use strict;
 use warnings;
-my ($faults, %links, %place, %used, %sources) = (0);
+my ($faults, %links, %place, %used, %classes) = (0);
 sub complain { print "@_\n"; $faults++ }
 sub linesOf { my ($file) = @_; open(my $in, "<", $file) or die "$file: $!"; my @lines = <$in>; return @lines }
 
@@ -35,9 +35,15 @@ for my $list (grep { -e } map { chomp; $_ } `find app core db fileops models ui 
 for my $file (sort map { chomp; $_ } `find app core db fileops models ui -name "*.cpp" -o -name "*.h" -o -name "*.ui"`) {
     my ($folder) = $file =~ m{(.*)/};
     complain("$file: stands in a folder without a library") if !$links{$folder};
-    my $number = 0;
+    my ($number, $space) = (0, "");
     for (linesOf($file)) {
         $number++;
+        $space = $1 if /^(?:namespace (?!Ui\b)(\w+) \{|\} \/\/ namespace)/;
+        if ($file =~ /\.h$/ && /^(?:class|struct|enum(?: class)?) (\w+)[^;]*$/) {
+            my $name = ($space // "") . "::$1";
+            complain("$file:$number: $1 is the name of a class of $classes{$name}, too") if $classes{$name};
+            $classes{$name} = $file;
+        }
         complain("$file:$number: shows a box or a dialog, which only the user interface does")
             if m{^#include <Q(?:MessageBox|\w*Dialog)>} && $folder !~ m{^(?:app|ui)\b};
         next unless m{^\s*(?:#include "|<header>)([\w/]+)/\w+\.h["<]};
@@ -55,16 +61,16 @@ for my $pair (sort keys %place) {
 }
 
 my ($row, %told) = (0);
-for (linesOf("docs/ARCHITECTURE.md")) {
+for (linesOf("docs/FOLDERS.md")) {
     $row++;
     my ($folder, $cell) = m{^\| `([\w/]+?)/?` \| .* \| (.*) \|$} or next;
     next if !$links{$folder};
     my $listed = join(" ", sort $cell =~ m{`([\w/]+)`}g);
     $told{$folder} = 1;
-    complain("docs/ARCHITECTURE.md:$row: $folder links " . join(", ", sort keys %{$links{$folder}}))
+    complain("docs/FOLDERS.md:$row: $folder links " . join(", ", sort keys %{$links{$folder}}))
         if $listed ne join(" ", sort keys %{$links{$folder}});
 }
-complain("docs/ARCHITECTURE.md: has no row for $_") for grep { !$told{$_} } sort keys %links;
+complain("docs/FOLDERS.md: has no row for $_") for grep { !$told{$_} } sort keys %links;
 
 my %state;
 sub visit {
