@@ -3,6 +3,7 @@
 #include "fileops/operations/addfilelistoperation.h"
 #include "fileops/operations/addfilesoperation.h"
 #include "fileops/operations/addhyperlinksoperation.h"
+#include "fileops/operations/checkexternalfilesoperation.h"
 #include "fileops/operations/deletefilesoperation.h"
 #include "fileops/operations/extractfilesoperation.h"
 #include "fileops/operations/extracttotemporaryoperation.h"
@@ -42,6 +43,9 @@ void runOperationClass(FileOperationWorker &worker, const FileOperation &operati
         break;
     case FileOperationType::LoadThumbnailsOperation:
         LoadThumbnailsOperation(worker, operation).run();
+        break;
+    case FileOperationType::CheckExternalFilesOperation:
+        CheckExternalFilesOperation(worker, operation).run();
         break;
     case FileOperationType::ExtractFilesOperation:
         runAnnounced<ExtractFilesOperation>(worker, operation,

@@ -234,6 +234,25 @@ void FileOperationProvider::remakeThumbnails(const QVector<qint64> &ids)
     enqueue(operation);
 }
 
+void FileOperationProvider::checkExternalFiles(const QVector<qint64> &ids, bool givesWay, bool marksOnly)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::CheckExternalFilesOperation;
+    operation.fileIds = ids;
+    operation.givesWay = givesWay;
+    operation.marksOnly = marksOnly;
+    if (!ids.isEmpty())
+        enqueue(operation);
+    else if (givesWay)
+        endChecks();
+}
+
+void FileOperationProvider::endChecks()
+{
+    if (m_worker)
+        m_worker->endChecks();
+}
+
 void FileOperationProvider::setBrowsingTreeId(qint64 id)
 {
     start();

@@ -55,6 +55,14 @@ public:
     void extractToTemporary(qint64 id);
     /** Makes thumbnails of external files anew; without ids those of all that have one. */
     void remakeThumbnails(const QVector<qint64> &ids);
+    /**
+     * Looks whether these external files are in their places, refreshes the records of those that have
+     * changed and removes those that are copies of others by now. A check that gives way ends, or never
+     * begins, once another one that does is asked for. One that only marks writes nothing.
+     */
+    void checkExternalFiles(const QVector<qint64> &ids, bool givesWay = true, bool marksOnly = false);
+    /** Ends the checks that give way. */
+    void endChecks();
     void setBrowsingTreeId(qint64 id);
     /** Ends the running operation and those in the queue; nothing when idle. */
     void cancelOperations();

@@ -24,7 +24,8 @@ enum class FileOperationType {
     ExportOperation = 10,
     ImportOperation = 11,
     RemakeThumbnailsOperation = 12,
-    TransferFilesOperation = 13
+    TransferFilesOperation = 13,
+    LocateFilesOperation = 14
 };
 Q_DECLARE_METATYPE(FileOperationType)
 
@@ -60,6 +61,10 @@ struct FileOperation
     bool importFileTags = false;
     bool importTagGroups = false;
     int descriptionMerge = 0;
+
+    bool givesWay = false;                ///< a check: a later one that does, too, takes its place
+    bool marksOnly = false;               ///< a check that writes nothing
+    QHash<qint64, QString> modifiedFiles; ///< what a check had found changed when it was put off
 
     bool notifyDuplicates = false;            ///< automatic adds only
     QHash<QString, QString> hyperlinkDetails; ///< column of `files` to value, for added hyperlinks

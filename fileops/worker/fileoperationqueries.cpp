@@ -202,10 +202,26 @@ bool FileOperationQueries::readExternalFileDetails(const QVector<qint64> &ids,
     details.reserve(details.size() + table.size());
     for (const TableRowData *row : qAsConst(table)) {
         // Disks and databases round differently: a stored time counts as its following second.
-        const QDateTime lastModified = QDateTime::fromSecsSinceEpoch(row->at(3).toLongLong() + 1);
+        const qint64 lastModified = row->at(3).toLongLong() + 1;
         details.append({row->at(0).toLongLong(), row->at(1).toInt(), row->at(2).toString(), lastModified,
                         row->at(4).toLongLong()});
     }
+    freeRows(table);
+    return true;
+}
+
+bool FileOperationQueries::readRelativePaths(const QVector<qint64> &ids, QHash<qint64, QString> &paths)
+{
+    const QString condition = QStringLiteral("path_id=storage_id AND internal=0 AND ") +
+                              constructor()->inClause(QStringLiteral("file_id"), SqlText::idTexts(ids));
+    TableData table;
+    if (!runAsync(constructor()->selectQuery({QStringLiteral("file_id"), QStringLiteral("rel_path")},
+                                             QStringLiteral("file_paths, files")) +
+                      constructor()->whereClause(condition) + constructor()->statementEnd(),
+                  table))
+        return false;
+    for (const TableRowData *row : qAsConst(table))
+        paths.insert(row->at(0).toLongLong(), row->at(1).toString());
     freeRows(table);
     return true;
 }

@@ -16,7 +16,7 @@ struct ExternalFileDetails
     qint64 fileId = 0;
     int internal = 0;
     QString path;
-    QDateTime lastModified;
+    qint64 lastModified = 0; ///< seconds since 1970, one more than stored
     qint64 size = 0;
 };
 
@@ -57,6 +57,8 @@ public:
     /** The files that have one of these names: file id to name. */
     virtual bool readFileNames(const QStringList &names, QHash<qint64, QString> &namesByFile);
     virtual bool readExternalFileDetails(const QVector<qint64> &ids, QVector<ExternalFileDetails> &details);
+    /** Where external files lie as seen from the database: file id to path. */
+    bool readRelativePaths(const QVector<qint64> &ids, QHash<qint64, QString> &paths);
     /**
      * Makes the tags that do not exist yet, and answers the ids of all that exist then by name. `newIds`
      * takes those of the new ones.

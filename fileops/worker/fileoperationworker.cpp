@@ -9,6 +9,8 @@
 
 #include <QDebug>
 
+#include <algorithm>
+
 namespace {
 constexpr int thumbnailsAtOnce = 8;
 }
@@ -36,7 +38,31 @@ void FileOperationWorker::enqueue(const FileOperation &operation)
         delete record;
         return;
     }
+    if (operation.givesWay)
+        dropChecks();
     m_queue.append(record);
+}
+
+void FileOperationWorker::postpone(const FileOperation &rest)
+{
+    const QMutexLocker locker(&m_queueMutex);
+    if (!m_isOutdated)
+        m_queue.append(new FileOperation(rest));
+}
+
+void FileOperationWorker::endChecks()
+{
+    const QMutexLocker locker(&m_queueMutex);
+    dropChecks();
+}
+
+void FileOperationWorker::dropChecks()
+{
+    const auto isKept = [](const FileOperation *record) { return !record->givesWay; };
+    const auto firstGone = std::stable_partition(m_queue.begin(), m_queue.end(), isKept);
+    qDeleteAll(firstGone, m_queue.end());
+    m_queue.erase(firstGone, m_queue.end());
+    m_isOutdated = m_runsCheck;
 }
 
 void FileOperationWorker::forgetThumbnail(qint64 fileId)
@@ -232,6 +258,8 @@ bool FileOperationWorker::takeNext(FileOperation &operation)
         return false;
     FileOperation *first = m_queue.first();
     operation = *first;
+    m_runsCheck = first->givesWay;
+    m_isOutdated = false;
     // The rest may be forgotten while these are loaded.
     if (first->type == FileOperationType::LoadThumbnailsOperation &&
         first->fileIds.size() > thumbnailsAtOnce) {

@@ -15,6 +15,8 @@
 #include <QPair>
 #include <QSet>
 
+#include <atomic>
+
 class FileOperationWorker;
 
 /** Does what a record asks for, on the worker's thread, and returns when it is done. */
@@ -38,7 +40,13 @@ public:
     /** Who does what the records ask for; before the first of them. Without it they come to nothing. */
     void setOperations(OperationRunner operations) { m_operations = operations; }
 
+    /** A check that gives way takes the place of those that do and have not begun, and ends the running one.
+     */
     void enqueue(const FileOperation &operation);
+    /** The rest of the running check goes behind what waits, unless a later one has taken its place. */
+    void postpone(const FileOperation &rest);
+    /** Ends the checks that give way, running or queued. */
+    void endChecks();
     /** Takes the first request for this thumbnail out of the queue again. */
     void forgetThumbnail(qint64 fileId);
     /** Ends the running operation and, each at its first check, those in the queue; nothing when idle. */
@@ -50,8 +58,10 @@ public:
     bool hasQueued() const;
     bool isStopped() const;
     bool isCanceled() const;
-    /** The question at the head of every long loop: stopped, or canceled? */
-    bool shouldEnd() const { return isStopped() || isCanceled(); }
+    /** Something else has taken the place of the running operation. */
+    bool isOutdated() const { return m_isOutdated; }
+    /** The question at the head of every long loop: stopped, canceled, or of no use any more? */
+    bool shouldEnd() const { return isStopped() || isCanceled() || isOutdated(); }
     /** The receiver of thumbnailLoaded says so when it has taken an image over. */
     void imageTaken(QImage *image);
 
@@ -130,6 +140,7 @@ private:
     void failOpening(const QSqlError &error);
     void removeConnection();
     bool takeNext(FileOperation &operation);
+    void dropChecks();
     void run(const FileOperation &operation);
     void tellShortfall();
     /** The first that is not about thumbnails; an unused one when there is none. */
@@ -145,6 +156,8 @@ private:
     mutable QMutex m_queueMutex;
     QList<FileOperation *> m_queue;
     bool m_isRunning = false; ///< guarded with the queue
+    bool m_runsCheck = false; ///< one that gives way; guarded likewise
+    std::atomic<bool> m_isOutdated{false};
 
     mutable QMutex m_stopMutex;
     bool m_stop = false;

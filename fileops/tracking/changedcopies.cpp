@@ -1,0 +1,55 @@
+#include "fileops/tracking/changedcopies.h"
+
+#include "core/records/filekind.h"
+#include "fileops/contents/filecomparison.h"
+#include "fileops/files/regularfile.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <algorithm>
+
+bool ChangedCopies::find(const ModifiedFileList &files, QHash<qint64, qint64> &keptFiles)
+{
+    QVector<qint64> checksums;
+    for (const ModifiedFile &file : files) {
+        if (file.hasOtherContents())
+            checksums.append(file.checksum);
+    }
+    std::sort(checksums.begin(), checksums.end());
+    checksums.erase(std::unique(checksums.begin(), checksums.end()), checksums.end());
+    QHash<qint64, qint64> checksumsByFile;
+    if (!m_worker.readChecksums(checksums, checksumsByFile))
+        return false;
+    QHash<qint64, DatabaseFile> others;
+    if (!readDatabaseFiles(m_worker, checksumsByFile.keys().toVector(), others))
+        return false;
+    QHash<qint64, QVector<qint64>> idsByChecksum;
+    for (auto it = checksumsByFile.cbegin(); it != checksumsByFile.cend(); ++it)
+        idsByChecksum[it.value()].append(it.key());
+    for (const ModifiedFile &file : files) {
+        if (!file.hasOtherContents())
+            continue;
+        QVector<qint64> ids = idsByChecksum.value(file.checksum);
+        std::sort(ids.begin(), ids.end());
+        const auto isKept = [&](qint64 id) {
+            return !keptFiles.contains(id) && others.contains(id) && isCopy(file, others[id]);
+        };
+        const auto kept = std::find_if(ids.cbegin(), ids.cend(), isKept);
+        if (m_worker.shouldEnd())
+            return false;
+        if (kept != ids.cend())
+            keptFiles.insert(file.fileId, *kept);
+    }
+    return true;
+}
+
+bool ChangedCopies::isCopy(const ModifiedFile &file, const DatabaseFile &other) const
+{
+    if (other.fileId == file.fileId || other.size != file.size || other.internal == FileKind::hyperlink)
+        return false;
+    FileComparison comparison(m_worker);
+    if (other.internal == FileKind::internal)
+        return comparison.compareWithBlocks(file.path, other.storageId, other.size) == FileComparison::Same;
+    // Two records of one file on the disk are none the less two.
+    return !RegularFile::isSame(file.path, other.path) &&
+           comparison.compareFiles(file.path, other.path) == FileComparison::Same;
+}

@@ -1,0 +1,75 @@
+#include "fileops/tracking/filerefresh.h"
+
+#include "db/sql/transaction.h"
+#include "fileops/files/filelook.h"
+#include "fileops/pictures/thumbnailmaker.h"
+#include "fileops/pictures/thumbnailsahead.h"
+#include "fileops/worker/fileoperationworker.h"
+
+QVector<qint64> FileRefresh::write()
+{
+    QVector<qint64> refreshed;
+    Transaction transaction(m_worker, m_worker.connectionName());
+    if (!transaction.isActive())
+        return {};
+    for (const ModifiedFile &file : qAsConst(m_files)) {
+        if (m_worker.shouldEnd() || m_worker.isSavepointLost() || m_worker.isConnectionLost())
+            break;
+        // It may have gone while the others were read.
+        if (!FileLook::at(file.path).isThere)
+            continue;
+        Savepoint savepoint(m_worker);
+        if (savepoint.isActive() && writeFile(file) && savepoint.release())
+            refreshed.append(file.fileId);
+    }
+    const bool isStored = !m_worker.isSavepointLost() && !refreshed.isEmpty() && transaction.commit();
+    return isStored ? refreshed : QVector<qint64>();
+}
+
+void FileRefresh::prepare(const ModifiedFileList &files)
+{
+    m_files = files;
+    QStringList paths;
+    QVector<qint64> ids;
+    for (const ModifiedFile &file : files) {
+        if (file.hasOtherContents() && file.thumbnailId != 0 && ThumbnailMaker::isImageName(file.path)) {
+            paths.append(file.path);
+            ids.append(file.fileId);
+        }
+    }
+    ThumbnailsAhead ahead(paths, [this] { return m_worker.shouldEnd(); });
+    for (int i = 0; i < paths.size() && !m_worker.shouldEnd(); ++i)
+        m_thumbnails.insert(ids.at(i), ThumbnailMaker::encoded(ahead.canvasOf(paths.at(i))));
+}
+
+bool FileRefresh::writeFile(const ModifiedFile &file)
+{
+    static const QString update =
+        QStringLiteral("UPDATE files SET modification_date=?,data_checksum=?,file_size=?,file_name=? "
+                       "WHERE file_id=? AND internal=0;");
+    const QString name = file.path.mid(file.path.lastIndexOf(QLatin1Char('/')) + 1);
+    const QByteArray thumbnail = m_thumbnails.value(file.fileId);
+    return m_worker.runFast(update, {file.modified, file.checksum, file.size, name, file.fileId}) &&
+           (thumbnail.isEmpty() || ThumbnailMaker(m_worker).store(thumbnail, file.thumbnailId, false));
+}
+
+bool FileRefresh::bequeath(const QHash<qint64, qint64> &keptFiles)
+{
+    static const QString linkTags =
+        QStringLiteral("INSERT INTO file_tag (file_id,tag_id) SELECT CAST(? AS BIGINT), tag_id FROM file_tag "
+                       "WHERE file_id=? "
+                       "AND tag_id NOT IN (SELECT tag_id FROM file_tag WHERE file_id=?);");
+    static const QString describe = QStringLiteral(
+        "UPDATE files SET file_description=(SELECT file_description FROM files WHERE file_id=?) "
+        "WHERE file_id=? AND (file_description IS NULL OR file_description='');");
+    Transaction transaction(m_worker, m_worker.connectionName());
+    if (!transaction.isActive())
+        return false;
+    for (auto it = keptFiles.cbegin(); it != keptFiles.cend(); ++it) {
+        const qint64 gone = it.key();
+        const qint64 kept = it.value();
+        if (!m_worker.runFast(linkTags, {kept, gone, kept}) || !m_worker.runFast(describe, {gone, kept}))
+            return false;
+    }
+    return transaction.commit();
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "fileops/tracking/modifiedfile.h"
+
+#include <QByteArray>
+#include <QHash>
+
+class FileOperationWorker;
+
+/**
+ * Writes what changed files are now into their records, and lets files that stay inherit from records that
+ * go. Each call is one transaction; contents and pictures are read before it. Worker's thread.
+ */
+class FileRefresh
+{
+public:
+    explicit FileRefresh(FileOperationWorker &worker) : m_worker(worker) {}
+
+    /** Makes the thumbnails of these files, outside of any transaction. */
+    void prepare(const ModifiedFileList &files);
+    /** The files whose records were written: one that fails leaves the others alone. */
+    QVector<qint64> write();
+    /** The tags of each file that goes, and its description where there is none, go to the one that stays. */
+    bool bequeath(const QHash<qint64, qint64> &keptFiles);
+
+private:
+    bool writeFile(const ModifiedFile &file);
+
+    FileOperationWorker &m_worker;
+    ModifiedFileList m_files;
+    QHash<qint64, QByteArray> m_thumbnails;
+};

@@ -1,0 +1,109 @@
+#include "fileops/tracking/modifiedfilereader.h"
+
+#include "db/sql/abstractqueryconstructor.h"
+#include "db/sql/sqltext.h"
+#include "fileops/contents/filechecksums.h"
+#include "fileops/files/filelook.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int filesAtOnce = 2000;
+constexpr int filesInGroup = 64;
+constexpr qint64 bytesInGroup = 16LL * 1024 * 1024;
+
+/** The files from a place on that are read together: many small ones, or a large one. */
+ModifiedFileList groupFrom(const ModifiedFileList &files, int first)
+{
+    int end = first;
+    qint64 bytes = 0;
+    while (end < files.size() && end - first < filesInGroup) {
+        bytes += FileLook::at(files.at(end).path).size;
+        if (end > first && bytes > bytesInGroup)
+            break;
+        ++end;
+    }
+    return files.mid(first, end - first);
+}
+
+/** False for what is not, or not yet, what was read. */
+bool takeContents(ModifiedFile &file, const FileChecksum &contents)
+{
+    if (!contents.isOf(RegularFile::stampOf(file.path)))
+        return false;
+    file.checksum = contents.checksum;
+    file.size = contents.size;
+    file.modified = FileLook::at(file.path).modified;
+    return true;
+}
+} // namespace
+
+bool ModifiedFileReader::read(QHash<qint64, QString> &paths, ModifiedFileList &files)
+{
+    ModifiedFileList found;
+    if (!readRows(paths, found))
+        return false;
+    int next = 0;
+    do {
+        const ModifiedFileList group = groupFrom(found, next);
+        if (!readContents(group, files))
+            break;
+        for (const ModifiedFile &file : group)
+            paths.remove(file.fileId);
+        next += group.size();
+    } while (next < found.size() && !m_worker.shouldEnd() && !m_worker.hasQueued());
+    return !m_worker.shouldEnd();
+}
+
+bool ModifiedFileReader::readRows(QHash<qint64, QString> &paths, ModifiedFileList &files)
+{
+    QVector<qint64> ids = paths.keys().toVector();
+    std::sort(ids.begin(), ids.end());
+    ids = ids.mid(0, filesAtOnce);
+    const AbstractQueryConstructor &sql = *m_worker.constructor();
+    const QStringList columns = {QStringLiteral("file_id"), QStringLiteral("id_code"),
+                                 QStringLiteral("data_checksum"), QStringLiteral("thumbnail_id")};
+    const QString condition =
+        QStringLiteral("internal=0 AND ") + sql.inClause(QStringLiteral("file_id"), SqlText::idTexts(ids));
+    TableData table;
+    const bool isRead = m_worker.runAsync(sql.selectQuery(columns, QStringLiteral("files")) +
+                                              sql.whereClause(condition) + sql.statementEnd(),
+                                          table);
+    QHash<qint64, QString> unknown;
+    for (const qint64 id : qAsConst(ids))
+        unknown.insert(id, QString());
+    for (const TableRowData *row : qAsConst(table)) {
+        ModifiedFile file;
+        file.fileId = row->at(0).toLongLong();
+        file.idCode = row->at(1).toString();
+        file.path = paths.value(file.fileId);
+        file.storedChecksum = row->at(2).toLongLong();
+        file.thumbnailId = row->at(3).toLongLong();
+        files.append(file);
+        unknown.remove(file.fileId);
+    }
+    freeRows(table);
+    for (auto it = unknown.cbegin(); isRead && it != unknown.cend(); ++it)
+        paths.remove(it.key());
+    return isRead;
+}
+
+bool ModifiedFileReader::readContents(const ModifiedFileList &group, ModifiedFileList &read)
+{
+    QStringList paths;
+    for (const ModifiedFile &file : group)
+        paths.append(file.path);
+    const bool isOne = group.size() == 1;
+    const auto isOthersTurn = [this, isOne] { return isOne && m_worker.hasQueued(); };
+    const QVector<FileChecksum> contents = FileChecksums::ofFiles(
+        paths, [this, &isOthersTurn] { return m_worker.shouldEnd() || isOthersTurn(); });
+    if (m_worker.shouldEnd() || (isOne && !contents.first().isRead && isOthersTurn()))
+        return false;
+    for (int i = 0; i < group.size(); ++i) {
+        ModifiedFile file = group.at(i);
+        if (takeContents(file, contents.at(i)))
+            read.append(file);
+    }
+    return true;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "fileops/tracking/modifiedfile.h"
+
+#include <QHash>
+
+class FileOperationWorker;
+
+/** Reads changed files: their rows and their contents. Worker's thread. */
+class ModifiedFileReader
+{
+public:
+    explicit ModifiedFileReader(FileOperationWorker &worker) : m_worker(worker) {}
+
+    /**
+     * Moves files out of `paths`, ids to paths, into the result: some thousands, or fewer when others wait
+     * for the worker. One that is gone, cannot be read, or is being written to is left out: a later check
+     * comes to it. False when their rows could not be read, and on a stop.
+     */
+    bool read(QHash<qint64, QString> &paths, ModifiedFileList &files);
+
+private:
+    bool readRows(QHash<qint64, QString> &paths, ModifiedFileList &files);
+    /** False when it was put off, as others wait. */
+    bool readContents(const ModifiedFileList &group, ModifiedFileList &read);
+
+    FileOperationWorker &m_worker;
+};

@@ -1,0 +1,180 @@
+#include "tests/support/addingfixture.h"
+#include "tests/support/serverdatabase.h"
+
+#include <utime.h>
+
+namespace {
+void setTime(const QString &path, qint64 seconds)
+{
+    const utimbuf times = {seconds, seconds};
+    QCOMPARE(::utime(QFile::encodeName(path).constData(), &times), 0);
+}
+} // namespace
+
+/** Changes files behind the back of a database, and then looks what the check makes of it. */
+class TestTracking : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase_data() { addBackEnds(); }
+
+    void init()
+    {
+        m_fixture = std::make_unique<AddingFixture>(makeTestDatabase());
+        m_fixture->database().addTags(3);
+        m_fixture->add({m_fixture->write("a.txt"_s, "apple")}, {1});
+        m_fixture->add({m_fixture->write("b.txt"_s, "banana")}, {2});
+        m_fixture->add({m_fixture->write("c.txt"_s, "cherry")}, {3});
+        for (const char *name : {"a.txt", "b.txt", "c.txt"})
+            setTime(path(name), 1000000000);
+        m_modified = std::make_unique<QSignalSpy>(&provider(), &FileOperationProvider::filesModified);
+        m_present = std::make_unique<QSignalSpy>(&provider(), &FileOperationProvider::present);
+        m_missing = std::make_unique<QSignalSpy>(&provider(), &FileOperationProvider::noLongerPresent);
+        Sql::run("UPDATE files SET modification_date=1000000000");
+    }
+
+    void cleanup()
+    {
+        m_modified.reset();
+        m_present.reset();
+        m_missing.reset();
+        m_fixture.reset();
+    }
+
+    void tells_data()
+    {
+        addColumns<QStringList, QStringList, QString>("deeds", "files", "news");
+        const QString a = "a.txt|5|1000000000: t1"_s;
+        const QString b = "b.txt|6|1000000000: t2"_s;
+        const QString c = "c.txt|6|1000000000: t3"_s;
+        addRow("nothing", QStringList(), QStringList{a, b, c}, "present 1 2 3"_s);
+        addRow("touched by a second", QStringList{"time a.txt 1000000001"_s}, QStringList{a, b, c},
+               "present 1 2 3"_s);
+        addRow("touched", QStringList{"time a.txt 1000000002"_s},
+               QStringList{"a.txt|5|1000000002: t1"_s, b, c}, "present 1 2 3, modified 1"_s);
+        addRow("older", QStringList{"time a.txt 999999999"_s}, QStringList{"a.txt|5|999999999: t1"_s, b, c},
+               "present 1 2 3, modified 1"_s);
+        addRow("before 1970", QStringList{"time a.txt -1000000000"_s},
+               QStringList{"a.txt|5|-1000000000: t1"_s, b, c}, "present 1 2 3, modified 1"_s);
+        addRow("after 2038", QStringList{"time a.txt 5000000000"_s},
+               QStringList{"a.txt|5|5000000000: t1"_s, b, c}, "present 1 2 3, modified 1"_s);
+        addRow("edited", QStringList{"write a.txt apples"_s, "time a.txt 1000000000"_s},
+               QStringList{"a.txt|6|1000000000: t1"_s, b, c}, "present 1 2 3, modified 1"_s);
+        addRow("emptied", QStringList{"write a.txt"_s, "time a.txt 7"_s},
+               QStringList{"a.txt|0|7: t1"_s, b, c}, "present 1 2 3, modified 1"_s);
+        addRow("deleted", QStringList{"remove a.txt"_s}, QStringList{a, b, c}, "missing 1, present 2 3"_s);
+        addRow("a folder in its place", QStringList{"remove a.txt"_s, "folder a.txt"_s}, QStringList{a, b, c},
+               "missing 1, present 2 3"_s);
+        addRow("replaced by a copy of another one", QStringList{"write a.txt banana"_s, "time a.txt 9"_s},
+               QStringList{"b.txt|6|1000000000: t1,t2"_s, c}, "present 1 2 3, removed 1, modified"_s);
+        addRow("two names swapped", QStringList{"swap a.txt b.txt"_s, "time a.txt 9"_s, "time b.txt 9"_s},
+               QStringList{"a.txt|6|9: t1"_s, "b.txt|5|9: t2"_s, c}, "present 1 2 3, modified 1 2"_s);
+        addRow("moved over another one", QStringList{"move b.txt a.txt"_s, "time a.txt 9"_s},
+               QStringList{"a.txt|6|9: t1"_s, b, c}, "missing 2, present 1 3, modified 1"_s);
+        addRow("two with the same new contents",
+               QStringList{"write a.txt same"_s, "time a.txt 9"_s, "write b.txt same"_s, "time b.txt 9"_s},
+               QStringList{"a.txt|4|9: t1"_s, "b.txt|4|9: t2"_s, c}, "present 1 2 3, modified 1 2"_s);
+        addRow(
+            "two with the contents of a third",
+            QStringList{"write a.txt cherry"_s, "time a.txt 9"_s, "write b.txt cherry"_s, "time b.txt 9"_s},
+            QStringList{"c.txt|6|1000000000: t1,t2,t3"_s}, "present 1 2 3, removed 1 2, modified"_s);
+        addRow("of equal checksums only", QStringList{"write a.txt cherr"_s, "time a.txt 9"_s, "collide"_s},
+               QStringList{"a.txt|5|9: t1"_s, b, c}, "present 1 2 3, modified 1"_s);
+    }
+
+    void tells()
+    {
+        QFETCH(QStringList, deeds);
+        for (const QString &deed : qAsConst(deeds))
+            perform(deed.section(QLatin1Char(' '), 0, 0), deed.section(QLatin1Char(' '), 1, 1),
+                    deed.section(QLatin1Char(' '), 2));
+        const QStringList before = idsInDatabase();
+        provider().checkExternalFiles({1, 2, 3});
+        m_fixture->wait();
+        QTEST(tagged(), "files");
+        QTEST(news(before), "news");
+        // What has been told is settled.
+        m_modified->clear();
+        provider().checkExternalFiles({1, 2, 3});
+        m_fixture->wait();
+        QCOMPARE(m_modified->count(), 0);
+        QVERIFY(m_fixture->errors.isEmpty());
+    }
+
+private:
+    FileOperationProvider &provider() { return m_fixture->provider(); }
+    QString path(const char *name) const { return m_fixture->path(QLatin1String(name)); }
+
+    void perform(const QString &verb, const QString &name, const QString &value)
+    {
+        const QString file = m_fixture->path(name);
+        if (verb == QLatin1String("time"))
+            setTime(file, value.toLongLong());
+        else if (verb == QLatin1String("write"))
+            m_fixture->write(name, value.toUtf8());
+        else if (verb == QLatin1String("remove"))
+            QVERIFY(QFile::remove(file));
+        else if (verb == QLatin1String("folder"))
+            QVERIFY(QDir().mkdir(file));
+        else if (verb == QLatin1String("move"))
+            QVERIFY(QFile::remove(m_fixture->path(value)) && QFile::rename(file, m_fixture->path(value)));
+        else if (verb == QLatin1String("swap"))
+            QVERIFY(QFile::rename(file, file + "x"_s) && QFile::rename(m_fixture->path(value), file) &&
+                    QFile::rename(file + "x"_s, m_fixture->path(value)));
+        else
+            Sql::run("UPDATE files SET data_checksum=(SELECT data_checksum FROM files WHERE file_id=3)");
+    }
+
+    static QStringList idsInDatabase() { return Sql::rows("SELECT file_id FROM files ORDER BY file_id"); }
+
+    /** "name|size|time: tags" of each file. */
+    static QStringList tagged()
+    {
+        QStringList lines;
+        for (const QString &file : Sql::rows("SELECT file_id, file_name, file_size, modification_date "
+                                             "FROM files ORDER BY file_id")) {
+            const QStringList tags =
+                Sql::rows("SELECT tag_name FROM file_tag, tags WHERE file_tag.tag_id=tags.tag_id AND "
+                          "file_id=%1 ORDER BY tag_name"_s.arg(file.section(QLatin1Char('|'), 0, 0)));
+            lines.append(file.section(QLatin1Char('|'), 1) + ": "_s + tags.join(QLatin1Char(',')));
+        }
+        return lines;
+    }
+
+    static QString idsIn(const QString &word, const QVector<qint64> &ids)
+    {
+        QString text = word;
+        for (const qint64 id : ids)
+            text += QLatin1Char(' ') + QString::number(id);
+        return text;
+    }
+
+    QString news(const QStringList &before) const
+    {
+        QStringList parts;
+        if (!m_missing->isEmpty())
+            parts.append(idsIn("missing"_s, AddingFixture::idsOf(*m_missing)));
+        if (!m_present->isEmpty())
+            parts.append(idsIn("present"_s, AddingFixture::idsOf(*m_present)));
+        QVector<qint64> removed;
+        const QStringList after = idsInDatabase();
+        for (const QString &id : before) {
+            if (!after.contains(id))
+                removed.append(id.toLongLong());
+        }
+        if (!removed.isEmpty())
+            parts.append(idsIn("removed"_s, removed));
+        if (!m_modified->isEmpty())
+            parts.append(idsIn("modified"_s, AddingFixture::idsOf(*m_modified)));
+        return parts.join(QLatin1String(", "));
+    }
+
+    std::unique_ptr<AddingFixture> m_fixture;
+    std::unique_ptr<QSignalSpy> m_modified;
+    std::unique_ptr<QSignalSpy> m_present;
+    std::unique_ptr<QSignalSpy> m_missing;
+};
+
+QTEST_MAIN(TestTracking)
+#include "tst_tracking.moc"
