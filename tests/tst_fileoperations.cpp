@@ -114,6 +114,57 @@ private slots:
         QCOMPARE(Sql::count("file_tag"_s), 12 - 2 * ids.size());
     }
 
+    void deletesNoBlockOfAnother_data()
+    {
+        // The link of each block, the first block and the number of blocks of each file.
+        addColumns<QVector<int>, QVector<int>, QVector<int>, QVector<qint64>, bool, QString>(
+            "links", "firsts", "counts", "ids", "isLarge", "blocks");
+        using Ids = QVector<qint64>;
+        using Numbers = QVector<int>;
+        for (const bool isLarge : {false, true}) {
+            const auto row = [isLarge](const char *name, const Numbers &links, const Numbers &firsts,
+                                       const Numbers &counts, const Ids &ids, const QString &blocks) {
+                QTest::addRow("%s, %d", name, isLarge)
+                    << links << firsts << counts << ids << isLarge << blocks;
+            };
+            row("ordinary", {0, 3, 0}, {1, 2}, {1, 2}, {2}, "1"_s);
+            row("one chain, its end another's", {2, 3, 0}, {1, 2}, {3, 2}, {2}, "1 2 3"_s);
+            row("one chain, its head another size's", {2, 0}, {1, 1}, {2, 1}, {2}, "1 2"_s);
+            row("leads into another's", {2, 0, 2}, {1, 3}, {2, 2}, {2}, "1 2"_s);
+            row("leads into another's that goes, too", {2, 0, 2}, {1, 3}, {2, 2}, {2, 1}, ""_s);
+            row("leads back into itself", {2, 1, 0}, {1, 3}, {2, 1}, {1}, "3"_s);
+            row("leads nowhere", {9, 0}, {1, 2}, {2, 1}, {1}, "2"_s);
+        }
+        // What nothing of the file itself tells is looked for where that is quick.
+        QTest::addRow("alike") << Numbers{0} << Numbers{1, 1} << Numbers{1, 1} << Ids{1} << false << "1"_s;
+        QTest::addRow("alike, both") << Numbers{0} << Numbers{1, 1} << Numbers{1, 1} << Ids{1, 2} << false
+                                     << ""_s;
+        QTest::addRow("sound, its end another's")
+            << Numbers{2, 3, 0} << Numbers{1, 2} << Numbers{3, 2} << Ids{1} << false << "2 3"_s;
+    }
+
+    void deletesNoBlockOfAnother()
+    {
+        QFETCH(QVector<int>, links);
+        QFETCH(QVector<int>, firsts);
+        QFETCH(QVector<int>, counts);
+        QFETCH(QVector<qint64>, ids);
+        QFETCH(bool, isLarge);
+        for (int i = 0; i < links.size(); ++i)
+            QVERIFY(m_database->addBlock(i + 1, links.at(i), "bytes"));
+        for (int i = 0; i < firsts.size(); ++i)
+            QVERIFY(m_database->addFile(i + 1, 1, 5 * counts.at(i), firsts.at(i)));
+        if (isLarge)
+            QVERIFY(m_database->addFile(99999, 2, 0, 0));
+        m_provider->deleteFiles(ids);
+        QTRY_COMPARE(m_finished->count(), 1);
+        QCOMPARE(removed(0), ids);
+        for (const char *table : {"storage", "storage_info"})
+            QTEST(Sql::rows("SELECT storage_id FROM %1 ORDER BY 1"_s.arg(QLatin1String(table)))
+                      .join(QLatin1Char(' ')),
+                  "blocks");
+    }
+
     void leavesAFileThatFails()
     {
         addManyFiles(3);

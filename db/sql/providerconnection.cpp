@@ -21,14 +21,27 @@ bool ProviderConnection::runPrepared(const QString &statement, const QVariantLis
 bool ProviderConnection::readRow(const QString &statement, const QVariantList &values,
                                  QVariantList &row) const
 {
-    TableData table;
-    if (!m_provider->runPrepared(statement, values, table, m_name) || table.isEmpty())
+    QVector<QVariantList> rows;
+    if (!readRows(statement, values, rows) || rows.isEmpty())
         return false;
-    const TableRowData &first = *table.first();
-    row.clear();
-    row.reserve(first.columns().size());
-    for (int i = 0; i < first.columns().size(); ++i)
-        row.append(first.at(i));
-    freeRows(table);
+    row = rows.first();
     return true;
+}
+
+bool ProviderConnection::readRows(const QString &statement, const QVariantList &values,
+                                  QVector<QVariantList> &rows) const
+{
+    TableData table;
+    const bool isRead = m_provider->runPrepared(statement, values, table, m_name);
+    rows.clear();
+    rows.reserve(table.size());
+    for (const TableRowData *row : qAsConst(table)) {
+        QVariantList read;
+        read.reserve(row->columns().size());
+        for (int i = 0; i < row->columns().size(); ++i)
+            read.append(row->at(i));
+        rows.append(read);
+    }
+    freeRows(table);
+    return isRead;
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QVariant>
+#include <QVector>
 
 class BaseDBProvider;
 class QByteArray;
@@ -26,6 +27,8 @@ public:
     bool runPrepared(const QString &statement, const QVariantList &values) const;
     /** The same for the first row of the result; false, too, when there is none. */
     bool readRow(const QString &statement, const QVariantList &values, QVariantList &row) const;
+    /** The same for all rows, of which there may be none. */
+    bool readRows(const QString &statement, const QVariantList &values, QVector<QVariantList> &rows) const;
 
 private:
     BaseDBProvider *m_provider;

@@ -3,19 +3,6 @@
 #include "db/sql/basedbprovider.h"
 #include "db/sql/sqltext.h"
 
-namespace {
-/** Deletes what belongs to the blocks of one chain, found link by link: other chains may lie in between. */
-QString deleteChainStatement(const QString &table)
-{
-    return QStringLiteral("WITH RECURSIVE chain(block_id) AS ("
-                          "SELECT storage_id FROM files WHERE file_id=? AND internal=1 AND file_size<>0 "
-                          "UNION SELECT storage_info.continue_id FROM storage_info, chain "
-                          "WHERE storage_info.storage_id=chain.block_id AND storage_info.continue_id>0) "
-                          "DELETE FROM %1 WHERE storage_id IN (SELECT block_id FROM chain);")
-        .arg(table);
-}
-} // namespace
-
 bool BlockChain::Walk::readNext()
 {
     // Two blocks at a time are twice the memory.
@@ -63,14 +50,6 @@ bool BlockChain::endWith(qint64 storageId) const
     return m_connection.run(
         SqlText::fill(QStringLiteral("UPDATE storage_info SET continue_id=0 WHERE storage_id=%1;"),
                       {QString::number(storageId)}));
-}
-
-bool BlockChain::removeBlocksOf(qint64 fileId) const
-{
-    static const QString deleteBlocks = deleteChainStatement(QStringLiteral("storage"));
-    static const QString deleteLinks = deleteChainStatement(QStringLiteral("storage_info"));
-    return m_connection.runPrepared(deleteBlocks, {fileId}) &&
-           m_connection.runPrepared(deleteLinks, {fileId});
 }
 
 bool Database::writeBlock(const QByteArray &data, qint64 id, qint64 nextId, bool hasNext)

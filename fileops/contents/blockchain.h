@@ -59,8 +59,6 @@ public:
     bool insertBlock(const QByteArray &data, qint64 storageId, const NextId &askNextId, qint64 &nextId) const;
     /** Ends a chain with a block that had been followed by one more. */
     bool endWith(qint64 storageId) const;
-    /** Removes all blocks of an internal file, as its record names them. */
-    bool removeBlocksOf(qint64 fileId) const;
 
 private:
     bool readBlock(qint64 storageId, QByteArray &data, qint64 &continueId) const;

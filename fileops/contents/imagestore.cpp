@@ -5,6 +5,7 @@
 #include "db/sql/sqltext.h"
 #include "db/sql/transaction.h"
 #include "fileops/contents/blockchain.h"
+#include "fileops/contents/blockremoval.h"
 #include "fileops/contents/externalpaths.h"
 #include "fileops/files/datachecksum.h"
 #include "fileops/files/externalcontents.h"
@@ -179,7 +180,8 @@ bool ImageStore::saveInternal(qint64 fileId, const Writing &writing)
 {
     Origin origin = m_origins.value(fileId);
     Transaction transaction(*this);
-    if (!transaction.isActive() || !lock(fileId) || !releaseChain(fileId, origin.storageId) ||
+    if (!transaction.isActive() || !lock(fileId) ||
+        !BlockRemoval(ProviderConnection(*this)).removeBlocksOf(fileId, origin.storageId, origin.size) ||
         !replaceThumbnail(fileId, writing.thumbnail) || !writeChain(writing.bytes, origin.storageId))
         return false;
     origin.checksum = DataChecksum::ofBytes(writing.bytes);
@@ -192,17 +194,6 @@ bool ImageStore::saveInternal(qint64 fileId, const Writing &writing)
         return false;
     m_origins.insert(fileId, origin);
     return true;
-}
-
-bool ImageStore::releaseChain(qint64 fileId, qint64 firstId)
-{
-    QVariantList others;
-    const QString shared = QStringLiteral("SELECT count(*) FROM files WHERE storage_id=%1 AND internal=1 "
-                                          "AND file_size<>0 AND file_id<>%2;");
-    if (!readRow(SqlText::fill(shared, {QString::number(firstId), QString::number(fileId)}), others))
-        return false;
-    // A damaged database may have two files on one chain: the other one keeps it.
-    return others.at(0).toInt() > 0 || blockChain().removeBlocksOf(fileId);
 }
 
 bool ImageStore::writeChain(const QByteArray &bytes, qint64 &firstId)

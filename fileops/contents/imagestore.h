@@ -66,7 +66,6 @@ private:
     bool lock(qint64 fileId);
     bool saveInternal(qint64 fileId, const Writing &writing);
     bool saveExternal(qint64 fileId, const Writing &writing, QVector<qint64> &changedIds);
-    bool releaseChain(qint64 fileId, qint64 firstId);
     bool writeChain(const QByteArray &bytes, qint64 &firstId);
     bool nextBlockId(qint64 lastId, qint64 &id);
     bool replaceThumbnail(qint64 fileId, const QByteArray &png);

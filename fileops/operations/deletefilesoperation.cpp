@@ -12,7 +12,7 @@ constexpr int rowsAtOnce = 10000;
 } // namespace
 
 DeleteFilesOperation::DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request)
-    : m_worker(worker), m_request(request), m_chain(ProviderConnection(worker, worker.connectionName()))
+    : m_worker(worker), m_request(request), m_blocks(ProviderConnection(worker, worker.connectionName()))
 {
 }
 
@@ -48,13 +48,13 @@ QVector<qint64> DeleteFilesOperation::removeContents()
         qint64 size = 0;
         qint64 storageId = 0;
         if (m_worker.readFileStorageInfo(fileId, internal, size, storageId, m_request.idCodes.value(i)) &&
-            removeContentsOf(fileId, internal, size))
+            removeContentsOf(fileId, internal, size, storageId))
             removed.append(fileId);
     }
     return removed;
 }
 
-bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 size)
+bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 size, qint64 storageId)
 {
     static const QString deletePath =
         QStringLiteral("DELETE FROM file_paths WHERE path_id = (SELECT storage_id FROM files WHERE file_id=? "
@@ -68,7 +68,7 @@ bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 
         return false;
     if (hasPath && !m_worker.runFast(deletePath, {fileId}))
         return false;
-    if (hasBlocks && !m_chain.removeBlocksOf(fileId))
+    if (hasBlocks && !m_blocks.removeBlocksOf(fileId, storageId, size))
         return false;
     return savepoint.release();
 }

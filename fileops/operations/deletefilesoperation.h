@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fileops/contents/blockchain.h"
+#include "fileops/contents/blockremoval.h"
 #include "fileops/worker/fileoperation.h"
 
 class FileOperationWorker;
@@ -19,10 +19,10 @@ public:
 
 private:
     QVector<qint64> removeContents();
-    bool removeContentsOf(qint64 fileId, int internal, qint64 size);
+    bool removeContentsOf(qint64 fileId, int internal, qint64 size, qint64 storageId);
     bool removeRows(const QVector<qint64> &ids);
 
     FileOperationWorker &m_worker;
     const FileOperation &m_request;
-    const BlockChain m_chain;
+    BlockRemoval m_blocks;
 };

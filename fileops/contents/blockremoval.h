@@ -1,0 +1,48 @@
+#pragma once
+
+#include "db/sql/providerconnection.h"
+
+#include <QSet>
+#include <QVector>
+
+/**
+ * Takes the contents of internal files out of the database, within the caller's transaction and on its
+ * thread. In a sound database each block is one file's. A damaged one may lead two files to one block, which
+ * the other file keeps then, with all that follows. Whoever removes several files in one transaction uses one
+ * object for all of them, as their records go last.
+ *
+ * No index tells which files use a block: in a large library all of them are asked only when a chain is
+ * unlike those that are written here.
+ */
+class BlockRemoval
+{
+public:
+    explicit BlockRemoval(const ProviderConnection &connection) : m_connection(connection) {}
+
+    /** Of a file with these in its record; false when a statement failed. */
+    bool removeBlocksOf(qint64 fileId, qint64 firstId, qint64 recordedSize);
+
+private:
+    /** What one look at a chain tells. */
+    struct Shape
+    {
+        qint64 lastId = 0;
+        bool isOrdinary = false; ///< whole, of the recorded size, its ids in a row and nothing before them
+    };
+    bool readShape(qint64 firstId, qint64 recordedSize, Shape &shape) const;
+    bool lookAround();
+    bool readMeetings();
+    bool hasMeeting(qint64 firstId, qint64 lastId) const;
+    bool removeRange(qint64 firstId, qint64 lastId) const;
+    bool removeOwn(qint64 fileId, qint64 firstId);
+    /** The blocks of a chain in their order. */
+    bool readChain(qint64 firstId, QVector<qint64> &blocks) const;
+    /** Adds the blocks of a chain that other files start at, or other blocks lead to. */
+    bool readShared(qint64 fileId, const QVector<qint64> &blocks, QSet<qint64> &shared) const;
+
+    ProviderConnection m_connection;
+    QSet<qint64> m_removedFiles;
+    QSet<qint64> m_meetings; ///< blocks that more than one file or block leads to
+    bool m_hasLooked = false;
+    bool m_areMeetingsKnown = false;
+};
