@@ -10,7 +10,7 @@ my ($faults, %links, %place, %used, %classes) = (0);
 sub complain { print "@_\n"; $faults++ }
 sub linesOf { my ($file) = @_; open(my $in, "<", $file) or die "$file: $!"; my @lines = <$in>; return @lines }
 
-for my $list (grep { -e } map { chomp; $_ } `find app core db fileops models ui resources -name CMakeLists.txt`) {
+for my $list (grep { -e } map { chomp; $_ } `find app core db fileops models net ui resources -name CMakeLists.txt`) {
     my ($folder) = $list =~ m{(.*)/};
     my ($number, $inLinks, $isLayer) = (0, 0, 0);
     for (linesOf($list)) {
@@ -20,7 +20,7 @@ for my $list (grep { -e } map { chomp; $_ } `find app core db fileops models ui 
         $isLayer = 1 if /^vorna_add_layer\(/;
         $inLinks = 1 if /^vorna_link\(/ || ($isLayer && /\bLINKS\b/);
         for my $word (m{[\w/.]+}g) {
-            if ($inLinks && -e "$word/CMakeLists.txt" && $word =~ m{/|^resources$}) {
+            if ($inLinks && -e "$word/CMakeLists.txt" && $word =~ m{/|^(?:net|resources)$}) {
                 next if $word eq $folder;
                 $links{$folder}{$word} = 1;
                 $place{"$folder $word"} = "$list:$number";
@@ -32,7 +32,7 @@ for my $list (grep { -e } map { chomp; $_ } `find app core db fileops models ui 
     $links{$folder} //= {} if $isLayer || grep { /^vorna_add_layer\(/ } linesOf($list);
 }
 
-for my $file (sort map { chomp; $_ } `find app core db fileops models ui -name "*.cpp" -o -name "*.h" -o -name "*.ui"`) {
+for my $file (sort map { chomp; $_ } `find app core db fileops models net ui -name "*.cpp" -o -name "*.h" -o -name "*.ui"`) {
     my ($folder) = $file =~ m{(.*)/};
     complain("$file: stands in a folder without a library") if !$links{$folder};
     my ($number, $space) = (0, "");

@@ -33,6 +33,30 @@ private slots:
         m_fixture.reset();
     }
 
+    void takesOverPreferencesAtOnce()
+    {
+        LocalCollection::set("PreferencesDialog/keepPreviewOnTop", false);
+        PreviewBox *box = open(addPicture("a.png"_s));
+        const auto staysOnTop = [box] { return box->windowFlags().testFlag(Qt::WindowStaysOnTopHint); };
+        QVERIFY(!staysOnTop());
+        box->move(70, 50);
+        const QRect place = box->geometry();
+        LocalCollection::set("PreferencesDialog/keepPreviewOnTop", true);
+        m_previews->readSettings();
+        QVERIFY(staysOnTop() && box->isVisible());
+        QCOMPARE(box->geometry(), place);
+
+        // What was turned is saved or offered as it is wanted now.
+        turn(box, "r"_s);
+        QTRY_VERIFY(offersSaving(box));
+        LocalCollection::set("PreferencesDialog/autoSaveRotated", true);
+        m_previews->readSettings();
+        QTRY_VERIFY(!offersSaving(box));
+        QSignalSpy changed(box, &PreviewBox::changedThumbnail);
+        QVERIFY(box->saveWaiting());
+        QCOMPARE(changed.count(), 1);
+    }
+
     void walksTheRowsOfTheView()
     {
         const qint64 c = addPicture("c.png"_s);

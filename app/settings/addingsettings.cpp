@@ -1,5 +1,6 @@
 #include "app/settings/addingsettings.h"
 
+#include "app/settings/preferencekeys.h"
 #include "app/settings/settingvalues.h"
 
 #include <QSettings>
@@ -9,48 +10,43 @@ namespace {
 const QString linkToFilesKey = QStringLiteral("MainWindow/linkToFiles");
 const QString lastFileAddDirKey = QStringLiteral("MainWindow/lastFileAddDir");
 
-bool flag(const char *key, bool defaultValue)
-{
-    return SettingValues::flag(QLatin1String(key), defaultValue);
-}
-
 } // namespace
 
 namespace AddingSettings {
 
 bool duplicateManagementEnabled()
 {
-    return flag("PreferencesDialog/duplicateManagementEnabled", true);
+    return SettingValues::flag(PreferenceKeys::duplicateManagementEnabled, true);
 }
 
 bool listDuplicates()
 {
-    return flag("PreferencesDialog/listDuplicates", true);
+    return SettingValues::flag(PreferenceKeys::listDuplicates, true);
 }
 
 bool checkForNameDuplicates()
 {
-    return flag("PreferencesDialog/checkForNameDuplicates", false);
+    return SettingValues::flag(PreferenceKeys::checkForNameDuplicates, false);
 }
 
 bool autoTagging()
 {
-    return flag("PreferencesDialog/autoTagging", true);
+    return SettingValues::flag(PreferenceKeys::autoTagging, true);
 }
 
 bool createNodes()
 {
-    return flag("PreferencesDialog/createNodes", true);
+    return SettingValues::flag(PreferenceKeys::createNodes, true);
 }
 
 bool autoTagRecursionLimitSet()
 {
-    return flag("PreferencesDialog/autoTagRecursionLimitSet", true);
+    return SettingValues::flag(PreferenceKeys::autoTagRecursionLimitSet, true);
 }
 
 int autoTagRecursionLimit()
 {
-    return SettingValues::number(QStringLiteral("PreferencesDialog/autoTagRecursionLimit"), 10000);
+    return SettingValues::number(PreferenceKeys::autoTagRecursionLimit, 10000);
 }
 
 bool linkToFiles()

@@ -12,6 +12,7 @@ enum ActionId {
     BrowsingTreeListAction = 14,
     RemakeThumbnailsAction = 15,
     EditMenuAction = 16,
+    PreferencesAction = 17,
     TagGroupsAction = 18,
     SelectBrowsingTreeAction = 19,
     QuickStartAction = 20,

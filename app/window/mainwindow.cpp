@@ -14,6 +14,7 @@
 #include "app/window/openingprogress.h"
 #include "app/window/recentdatabases.h"
 #include "app/window/serverconnections.h"
+#include "app/window/updatebar.h"
 #include "app/window/windowcommands.h"
 #include "app/window/windowparts.h"
 #include "core/controllers/browstreecontroller.h"
@@ -26,6 +27,7 @@
 #include "ui/dialogs/fileoperationprogress.h"
 #include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/popupmessager.h"
+#include "ui/dialogs/preferencesdialog.h"
 #include "ui/dialogs/taggroupingdialog.h"
 #include "ui/docks/browsingtreeviewdock.h"
 #include "ui/views/mainfilesview.h"
@@ -52,7 +54,8 @@ MainWindow::MainWindow(QWidget *parent)
                                 [this] { return m_collection ? m_collection->databaseName() : QString(); },
                                 this)),
       m_idle(new IdleSteps(this)),
-      m_commands(new WindowCommands(this))
+      m_commands(new WindowCommands(this)),
+      m_updates(new UpdateBar(this))
 {
     setObjectName(QStringLiteral("MainWindow"));
     // With its frame no larger than a small screen, or one that is enlarged.
@@ -63,6 +66,7 @@ MainWindow::MainWindow(QWidget *parent)
     MainUi ui(this);
     m_parts->takePlaces(ui);
     m_commands->takePlaces(ui, m_recentDatabases->actions());
+    m_updates->takePlaces(ui);
     ui.makeBarsReachable();
     connectCommands();
     setCentralWidget(m_parts->files());
@@ -77,6 +81,7 @@ MainWindow::MainWindow(QWidget *parent)
     connect(m_errors, &DatabaseErrors::closeRequested, this, &MainWindow::closeWhenIdle);
     m_recentDatabases->load();
     updateDatabaseActions();
+    m_updates->readSettings();
     restoreLayout();
     updateWindowTitle();
 }
@@ -94,6 +99,7 @@ void MainWindow::connectCommands()
     onTriggered(DatabaseInfoAction, &MainWindow::showDatabaseVersion);
     onTriggered(ShowAllDocksAction, &MainWindow::setDocksArrangement);
     onTriggered(SelectBrowsingTreeAction, &MainWindow::slotOpenBrowsinTree);
+    onTriggered(PreferencesAction, &MainWindow::showPreferences);
     onTriggered(TagGroupsAction, &MainWindow::showEditTagGroups);
     onTriggered(BrowsingTreeListAction, &MainWindow::slotOpenBrowsinTree);
     onTriggered(RemakeThumbnailsAction, &MainWindow::remakeThumbnails);
@@ -315,6 +321,15 @@ void MainWindow::showDatabaseVersion()
 void MainWindow::remakeThumbnails()
 {
     m_parts->files()->remakeThumbnails();
+}
+
+void MainWindow::showPreferences()
+{
+    PreferencesDialog(m_updates->handler(), this).exec();
+    m_updates->readSettings();
+    m_parts->files()->readSettings();
+    if (m_collection)
+        m_collection->readSettings();
 }
 
 void MainWindow::showEditTagGroups()

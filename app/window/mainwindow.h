@@ -15,6 +15,7 @@ class PopupMessager;
 class QSqlError;
 class RecentDatabases;
 class ServerConnections;
+class UpdateBar;
 class WindowCommands;
 class WindowParts;
 
@@ -62,6 +63,8 @@ public slots:
     void slotDisconnectDb();
     void newDatabase();
     void showDatabaseVersion();
+    /** Lets the user set the preferences; all of them take effect at once. */
+    void showPreferences();
     void showEditTagGroups();
     void slotOpenBrowsinTree();
     void remakeThumbnails();
@@ -106,6 +109,7 @@ private:
     DatabaseMaker *m_maker;
     IdleSteps *m_idle;
     WindowCommands *m_commands;
+    UpdateBar *m_updates;
     WindowParts *m_parts = nullptr;
     BoxPrompts m_prompts;
     Collection *m_collection = nullptr;

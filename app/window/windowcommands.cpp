@@ -20,6 +20,7 @@ WindowCommands::WindowCommands(QObject *parent) : QObject(parent)
     add(DatabaseInfoAction, tr("Database Info"));
     add(ShowAllDocksAction, tr("Show All Docks"));
     add(SelectBrowsingTreeAction, tr("Select Browsing Tree"));
+    add(PreferencesAction, tr("Preferences"));
     add(TagGroupsAction, tr("Tag Groups"));
     add(BrowsingTreeListAction, tr("Browsing Tree List"));
     add(RemakeThumbnailsAction, tr("Remake thumbnails"));
@@ -63,8 +64,8 @@ void WindowCommands::takePlaces(MainUi &ui, const QList<QAction *> &recentDataba
 
     ui.viewMenu->addActions(
         {action(DatabaseInfoAction), action(ShowAllDocksAction), action(SelectBrowsingTreeAction)});
-    ui.editMenu->addActions(
-        {action(TagGroupsAction), action(BrowsingTreeListAction), action(RemakeThumbnailsAction)});
+    ui.editMenu->addActions({action(PreferencesAction), action(TagGroupsAction),
+                             action(BrowsingTreeListAction), action(RemakeThumbnailsAction)});
     m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
     ui.helpMenu->addActions({action(QuickStartAction), action(ManualAction), action(NameplateAction)});
     ui.fileToolsBar->addActions({action(ExternalAction), action(InternalAction)});
@@ -72,7 +73,7 @@ void WindowCommands::takePlaces(MainUi &ui, const QList<QAction *> &recentDataba
 
 void WindowCommands::updateAvailability(const Collection *collection)
 {
-    for (const ActionId id : {DisconnectAction, DatabaseInfoAction, EditMenuAction})
+    for (const ActionId id : {DisconnectAction, DatabaseInfoAction, EditMenuAction, PreferencesAction})
         action(id)->setEnabled(collection);
     const bool isServer = collection && collection->dbType() == Constants::serverDatabase;
     for (const ActionId id : {BrowsingTreeListAction, SelectBrowsingTreeAction})

@@ -120,6 +120,16 @@ int Collection::dbType() const
     return m_manager ? m_manager->dbType() : 0;
 }
 
+void Collection::readSettings()
+{
+    if (m_manager)
+        m_manager->readSettings();
+    if (m_mainViewController)
+        m_mainViewController->readSettings();
+    if (m_browsTreeController)
+        m_browsTreeController->reloadSorting();
+}
+
 Collection::Loading Collection::load()
 {
     if (m_manager && !m_manager->beginLoad())

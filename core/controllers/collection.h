@@ -50,6 +50,8 @@ public:
     };
     /** Fills all records and models; after open() and before the controllers go to the views. */
     virtual Loading load();
+    /** Takes over what the user has just set: all that is kept in memory of the settings. */
+    void readSettings();
 
     virtual TagsController *tagsController() const { return m_tagsController; }
     virtual GroupsController *groupsController() const { return m_groupsController; }

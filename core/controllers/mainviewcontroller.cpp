@@ -103,6 +103,12 @@ void MainViewController::load()
         manager()->loadAllFiles();
 }
 
+void MainViewController::readSettings()
+{
+    if (m_filter->nodeType() == RecentlyAddedFiles)
+        m_filter->setSpecialNode(RecentlyAddedFiles);
+}
+
 void MainViewController::loadedFilesDataFromDB(const Map<qint64, File *> &files)
 {
     m_contents->loadFiles(files);

@@ -43,6 +43,8 @@ public:
 
     void setPeers(TagsController *tags, BrowsTreeController *browsTree, RelationsController *relations);
     void load() override;
+    /** Shows the recently added files by another time-out. */
+    void readSettings();
 
     /** Types 1 to 7. */
     void showSpecialNode(NodeType type);

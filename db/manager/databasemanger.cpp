@@ -402,6 +402,11 @@ void DatabaseManger::runFileEdit(const std::function<QVector<qint64>()> &edit)
     runEdit(PendingReloads::FileReload, edit);
 }
 
+void DatabaseManger::readSettings()
+{
+    m_thumbnailCache->readSettings();
+}
+
 void DatabaseManger::reloadThumbnails(const QVector<qint64> &fileIds)
 {
     m_thumbnailCache->reloadHeld(fileIds);

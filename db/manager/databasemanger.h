@@ -101,6 +101,8 @@ public:
     bool isMissing(qint64 fileId) const { return m_records.files().isMissing(fileId); }
     const QSet<qint64> &missingFiles() const { return m_records.files().missing(); }
     ThumbnailCache *thumbnailCache() const { return m_thumbnailCache; }
+    /** Takes over what the user has just set. */
+    virtual void readSettings();
 
     /** False for a blank name, which nothing gets; the user hears of it. All that name something ask. */
     bool isNameGiven(const QString &name) override;

@@ -40,8 +40,13 @@ bool PictureEdit::turn(int quarters)
         return false;
     m_picture = turned;
     m_quarters = (m_quarters + quarters) % fullTurn;
-    m_isWaiting = isTurned() && (m_isKeptBack || PreviewSettings::autoSaveRotated());
+    readSettings();
     return true;
+}
+
+void PictureEdit::readSettings()
+{
+    m_isWaiting = isTurned() && (m_isKeptBack || PreviewSettings::autoSaveRotated());
 }
 
 // A picture that stands as it is stored leaves nothing to save.

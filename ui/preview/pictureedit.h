@@ -32,6 +32,8 @@ public:
     /** To be saved before the window goes on. */
     bool isWaiting() const { return m_isWaiting; }
     bool isOffered() const;
+    /** Takes over whether that is to be saved without a question. */
+    void readSettings();
     /** What cannot be saved is kept; Saved, too, when there is nothing that could be. */
     StoredImage::Saving save();
 

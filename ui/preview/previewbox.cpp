@@ -137,6 +137,24 @@ void PreviewBox::placeWindow()
     restoreGeometry(WindowSettings::layout(WindowSettings::previewGeometry));
 }
 
+void PreviewBox::readSettings()
+{
+    m_slideTimer->restart();
+    m_edit->readSettings();
+    offerSaving();
+    const bool stays = PreviewSettings::keepPreviewOnTop();
+    if (stays == windowFlags().testFlag(Qt::WindowStaysOnTopHint))
+        return;
+    // Another flag makes another window of it, which comes without taking the keyboard away.
+    const bool wasVisible = isVisible();
+    const QByteArray geometry = saveGeometry();
+    setWindowFlag(Qt::WindowStaysOnTopHint, stays);
+    restoreGeometry(geometry);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setVisible(wasVisible);
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
+}
+
 void PreviewBox::followRecord()
 {
     if (!m_controller)

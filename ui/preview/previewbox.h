@@ -40,6 +40,8 @@ public:
      * failed: the picture stays, with the offer to save or to cancel, and the user knows.
      */
     bool saveWaiting();
+    /** Takes over what the user has just set. */
+    void readSettings();
 
     /** The file on show. */
     qint64 fileId() const { return m_fileId; }

@@ -41,6 +41,14 @@ QWidget *Previews::saveWaiting()
     return nullptr;
 }
 
+void Previews::readSettings()
+{
+    for (const QPointer<PreviewBox> &box : qAsConst(m_boxes)) {
+        if (box)
+            box->readSettings();
+    }
+}
+
 void Previews::closeAll()
 {
     // Taken out first: what a previewer saves on its way out may come back here.

@@ -25,6 +25,8 @@ public:
     QWidget *saveWaiting();
     /** Deletes all of them; what they have to save is saved. Before their controller goes. */
     void closeAll();
+    /** Lets each of them take over what the user has just set. */
+    void readSettings();
 
 signals:
     /** One of them has walked to this file. */

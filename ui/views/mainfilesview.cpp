@@ -108,6 +108,11 @@ QWidget *MainFilesView::savePreviews()
     return m_previews->saveWaiting();
 }
 
+void MainFilesView::readSettings()
+{
+    m_previews->readSettings();
+}
+
 void MainFilesView::closePreviews()
 {
     m_previews->closeAll();

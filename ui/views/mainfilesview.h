@@ -48,6 +48,8 @@ public:
     QWidget *savePreviews();
     /** They save what they have to save; the database must still be whole. */
     void closePreviews();
+    /** Lets the previewers take over what the user has just set. */
+    void readSettings();
 
 signals:
     /** The first of the files that have been selected; 0 when none is any more. */
