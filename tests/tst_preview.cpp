@@ -226,11 +226,15 @@ private slots:
         QVERIFY(other.run("BEGIN EXCLUSIVE"_s));
         QSignalSpy warned(m_fixture->get(), &Collection::showTempWarning);
         box->nextImage();
-        QTRY_COMPARE(preview(box)->text(), "The database is busy. Please try again."_s);
+        QTRY_COMPARE(preview(box)->text(),
+                     "The database is busy. The picture comes as soon as it is free."_s);
         QCOMPARE(box->fileId(), second);
+        // What is typed meanwhile stays where it is.
+        QLineEdit *description = TestPreview::description(box);
+        QTest::keyClicks(description, "words"_s);
         QVERIFY(other.run("ROLLBACK"_s));
-        box->refresh();
         QTRY_VERIFY(preview(box)->hasPicture());
+        QCOMPARE(description->text(), "words"_s);
         QCOMPARE(warned.count(), 0);
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }

@@ -139,7 +139,7 @@ void close(const QString &name)
 
 void setPatient(const QSqlDatabase &database, bool isPatient)
 {
-    if (!database.isOpen())
+    if (!database.isOpen() || typeOf(database.driverName()) != Constants::localDatabase)
         return;
     const QString told = database.connectOptions().section(QStringLiteral("QSQLITE_BUSY_TIMEOUT="), 1, 1);
     const int waiting =

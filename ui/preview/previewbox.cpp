@@ -27,6 +27,7 @@ namespace {
 // What the slide show may spend on pictures that cannot be shown before it waits for its next turn.
 constexpr int mostMillisecondsOfTrying = 500;
 constexpr int followingMilliseconds = 100;
+constexpr int retryMilliseconds = 300;
 constexpr QSize firstSize(920, 720);
 
 } // namespace
@@ -122,6 +123,10 @@ void PreviewBox::connectAll()
     connect(m_notice, &LoadingNotice::appeared, this, [this] { m_area->showMessage(QString()); });
     connect(m_notice, &LoadingNotice::canceled, this, &PreviewBox::cancelLoading);
     connect(m_area, &PictureArea::scaleChanged, m_description, &DescriptionBar::showScale);
+    // The picture alone: what was typed meanwhile is not to be saved by the way.
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retryMilliseconds);
+    connect(&m_retry, &QTimer::timeout, this, &PreviewBox::beginLoading);
     // Many news at once are one look.
     m_following.setSingleShot(true);
     m_following.setInterval(followingMilliseconds);
@@ -236,15 +241,21 @@ void PreviewBox::loadImage(qint64 fileId)
     m_walk->setCurrent(fileId);
     m_description->setModified(false);
     followRecord();
-    if (!m_controller)
+    beginLoading();
+}
+
+void PreviewBox::beginLoading()
+{
+    if (!m_controller || m_loading)
         return;
-    m_loading = m_controller->loadImage(fileId);
+    m_loading = m_controller->loadImage(m_fileId);
     connect(m_loading.get(), &ImageLoading::finished, this, &PreviewBox::showLoaded);
-    m_notice->begin(m_controller->fileData(fileId, DataType::Name).toString());
+    m_notice->begin(m_controller->fileData(m_fileId, DataType::Name).toString());
 }
 
 void PreviewBox::endLoading()
 {
+    m_retry.stop();
     m_notice->end();
     if (!m_loading)
         return;
@@ -273,8 +284,10 @@ void PreviewBox::showLoaded()
     }
     qDebug("Error loading image, id = %lld", static_cast<long long>(m_fileId));
     const bool isBusy = stored.state == StoredImage::Busy;
-    m_area->showMessage(isBusy ? tr("The database is busy. Please try again.")
+    m_area->showMessage(isBusy ? tr("The database is busy. The picture comes as soon as it is free.")
                                : tr("This picture cannot be shown."));
+    if (isBusy)
+        m_retry.start();
     tellLoadFailure(stored.state);
     if (m_step && m_slideTimer->isActive() && m_fileId != m_stepStart &&
         !m_stepTime.hasExpired(mostMillisecondsOfTrying))

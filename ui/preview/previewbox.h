@@ -85,6 +85,7 @@ private:
     void stepOn();
     /** The picture comes later, from another process; the window stays as it is till then. */
     void loadImage(qint64 fileId);
+    void beginLoading();
     void endLoading();
     void cancelLoading();
     void showLoaded();
@@ -119,4 +120,5 @@ private:
     SlideTimer *m_slideTimer;
     FullScreen m_fullScreen;
     QTimer m_following;
+    QTimer m_retry; // of a picture that met a lock
 };
