@@ -323,6 +323,29 @@ private slots:
         QCOMPARE(w.view->selectedNodeIds(), Ids{2});
     }
 
+    void whatIsLeftOfTheSelectionIsShown()
+    {
+        Window w;
+        w.tree().addNodesBelow({4, 5}, 0);
+        const auto click = [&w](int node, Qt::KeyboardModifiers modifiers) {
+            QTest::mouseClick(w.view->viewport(), Qt::LeftButton, modifiers, centreOf(w.view, w.node(node)));
+        };
+        const auto check = [&w](int shown, int selected) {
+            QCOMPARE(w.tree().currentNodeId(), qint64(shown));
+            QCOMPARE(w.view->currentIndex(), w.node(shown));
+            QCOMPARE(w.view->selectedNodeIds().size(), selected);
+        };
+        click(1, Qt::NoModifier);
+        click(2, Qt::ControlModifier);
+        click(4, Qt::ControlModifier);
+        check(4, 3);
+        // What is shown stays while it is selected.
+        click(1, Qt::ControlModifier);
+        check(4, 2);
+        click(4, Qt::ControlModifier);
+        check(2, 1);
+    }
+
     void openBranchesStayOpen()
     {
         Window w;

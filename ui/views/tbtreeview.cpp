@@ -69,7 +69,7 @@ TBtreeView::TBtreeView(QWidget *parent) : BranchView(parent)
     auto *style = new ViewStyle;
     style->setParent(this);
     setStyle(style);
-    connect(this, &QAbstractItemView::clicked, this, &TBtreeView::activatedNode);
+    connect(this, &QAbstractItemView::clicked, this, &TBtreeView::clickedNode);
     connect(qApp, &QApplication::focusChanged, this,
             [this](const QWidget * /*old*/, const QWidget *now) { followFocus(now); });
 }
@@ -100,14 +100,19 @@ void TBtreeView::setController(BrowsTreeController *controller)
     expand(model()->index(0, 0));
 }
 
+QModelIndex TBtreeView::shownNode() const
+{
+    const int type = m_controller->currentNodeType();
+    return type == 0
+               ? QModelIndex()
+               : m_controller->sorterModel()->indexOfNode(NodeType(type), m_controller->currentNodeId());
+}
+
 void TBtreeView::followShownNode()
 {
     if (!m_controller || !selectionModel())
         return;
-    const int type = m_controller->currentNodeType();
-    const QModelIndex shown =
-        type == 0 ? QModelIndex()
-                  : m_controller->sorterModel()->indexOfNode(NodeType(type), m_controller->currentNodeId());
+    const QModelIndex shown = shownNode();
     if (!shown.isValid())
         selectionModel()->clear();
     else if (shown != currentIndex() || !selectionModel()->isSelected(shown))
@@ -185,9 +190,25 @@ void TBtreeView::activatedNode(const QModelIndex &index)
             node->collectTagRequirements(required, excluded);
     }
     m_controller->nodeActivated(type, id, required, excluded);
-    // A click with Ctrl takes the row out of the selection.
-    if (selectionModel() && !selectionModel()->hasSelection())
+}
+
+void TBtreeView::clickedNode(const QModelIndex &index)
+{
+    if (!m_controller || !selectionModel() || selectionModel()->isSelected(index)) {
+        activatedNode(index);
+        return;
+    }
+    // A click with Ctrl has taken the row out of the selection, whose files are shown from now on.
+    const QModelIndexList rest = selectionModel()->selectedRows();
+    const QModelIndex shown = shownNode();
+    if (rest.isEmpty()) {
         followShownNode();
+        return;
+    }
+    const bool isShown = rest.contains(shown);
+    selectionModel()->setCurrentIndex(isShown ? shown : rest.last(), QItemSelectionModel::NoUpdate);
+    if (!isShown)
+        activatedNode(rest.last());
 }
 
 void TBtreeView::saveExpandedState()

@@ -53,6 +53,9 @@ private:
     bool isAboveCentre(const QPoint &position) const;
     void restoreSelection();
     void followFocus(const QWidget *now);
+    void clickedNode(const QModelIndex &index);
+    /** The node whose files are shown; invalid when something else is shown. */
+    QModelIndex shownNode() const;
     /** Makes the node whose files are shown the selected one; none when something else is shown. */
     void followShownNode();
     /** Takes tags, files and addresses over the nodes that they can be dropped on. */
