@@ -219,6 +219,17 @@ private slots:
         QCOMPARE(m_fixture->duplicates().contentMatches.size(), 1);
     }
 
+    void blankFoldersMakeNoTag()
+    {
+        for (const char *name : {"top/ /a", "top/ /sub/b", "top/c"})
+            m_fixture->write(QLatin1String(name), name);
+        addTree("top"_s);
+        QCOMPARE(m_fixture->taggedNames(), QStringList({"a: top"_s, "b: sub,top"_s, "c: top"_s}));
+        QCOMPARE(Sql::rows(tree), QStringList("top|"_s));
+        m_fixture->add({m_fixture->path("top/ "_s)}, {}, true, 0);
+        QCOMPARE(Sql::rows("SELECT tag_name FROM tags ORDER BY 1"), QStringList({"sub"_s, "top"_s}));
+    }
+
     void whatIsLeftOutIsTold()
     {
         m_fixture->write("top/a"_s, "a");

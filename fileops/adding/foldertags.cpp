@@ -2,12 +2,18 @@
 
 #include "fileops/adding/folderexpansion.h"
 
+#include <algorithm>
+
 FolderTags::FolderTags(const QVector<ExpandedFolder> &folders, bool isLimited, int limit)
 {
     for (const ExpandedFolder &folder : folders) {
-        const QStringList parts = folder.relativePath.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-        if (!isLimited || parts.size() <= limit)
-            add(folder.path, parts);
+        QStringList parts = folder.relativePath.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+        if (isLimited && parts.size() > limit)
+            continue;
+        // A folder may be called by a blank, a tag may not.
+        const auto isBlank = [](const QString &name) { return name.trimmed().isEmpty(); };
+        parts.erase(std::remove_if(parts.begin(), parts.end(), isBlank), parts.end());
+        add(folder.path, parts);
     }
 }
 
