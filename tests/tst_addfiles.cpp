@@ -456,7 +456,20 @@ private slots:
         if (!m_fixture->isLocal())
             QSKIP("a server's rows are locked, not the whole of it");
         QVERIFY(Sql::run("BEGIN EXCLUSIVE"));
-        m_fixture->add({m_fixture->write("a"_s, "a")});
+        const QString path = m_fixture->write("a"_s, "a");
+        FileOperationProvider &provider = m_fixture->provider();
+        const auto connection = connect(&provider, &FileOperationProvider::startedFilesOperation, &provider,
+                                        &FileOperationProvider::cancelOperations);
+        QElapsedTimer waited;
+        waited.start();
+        m_fixture->add({path});
+        QVERIFY2(waited.elapsed() < 2000, qPrintable(QString::number(waited.elapsed())));
+        QCOMPARE(m_fixture->errors.size(), 1);
+        const auto shortfall = m_fixture->errors.first().first().value<OperationShortfall>();
+        QCOMPARE(shortfall.outcome, "Files added: 0 of 1."_s);
+        QVERIFY(shortfall.errors.isEmpty());
+        disconnect(connection);
+        m_fixture->add({path});
         QCOMPARE(m_fixture->errors.size(), 1);
         QCOMPARE(m_fixture->files.size(), 0);
         QCOMPARE(m_fixture->finished.size(), 1);

@@ -1,6 +1,7 @@
 #include "db/sql/connections.h"
 
 #include "app/settings/constants.h"
+#include "db/sql/lockwait.h"
 #include "db/sql/serverwatch.h"
 
 #include <QCoreApplication>
@@ -144,7 +145,7 @@ void setPatient(const QSqlDatabase &database, bool isPatient)
     const QString told = database.connectOptions().section(QStringLiteral("QSQLITE_BUSY_TIMEOUT="), 1, 1);
     const int waiting =
         told.isEmpty() ? driversBusyMilliseconds : told.section(QLatin1Char(';'), 0, 0).toInt();
-    QSqlQuery(database).exec(QStringLiteral("PRAGMA busy_timeout=%1;").arg(isPatient ? waiting : 0));
+    LockWait::set(database, isPatient ? waiting : 0);
 }
 
 bool isDatabaseThere(const DBDetails &details)

@@ -1,9 +1,9 @@
 #include "db/sql/readbound.h"
 
+#include "db/sql/sqlitehandle.h"
+
 #include <QFileInfo>
 #include <QSqlDatabase>
-#include <QSqlDriver>
-#include <QSqlQuery>
 #include <QVariant>
 
 #include <ctime>
@@ -32,22 +32,10 @@ qint64 workOfThread()
 }
 
 thread_local ReadBound *innermost = nullptr;
-
-/** The driver's own handle; null when it comes from another library than the one that is linked here. */
-sqlite3 *handleOf(const QSqlDatabase &database)
-{
-    const QVariant handle = database.isOpen() ? database.driver()->handle() : QVariant();
-    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
-        return nullptr;
-    QSqlQuery query(database);
-    const bool isSame = query.exec(QStringLiteral("SELECT sqlite_source_id();")) && query.next() &&
-                        query.value(0).toString() == QLatin1String(sqlite3_sourceid());
-    return isSame ? *static_cast<sqlite3 *const *>(handle.constData()) : nullptr;
-}
 } // namespace
 
 ReadBound::ReadBound(const QSqlDatabase &database)
-    : m_handle(handleOf(database)), m_outer(std::exchange(innermost, this))
+    : m_handle(sqliteHandle(database)), m_outer(std::exchange(innermost, this))
 {
     const QString path = database.databaseName();
     const qint64 bytes = QFileInfo(path).size() + QFileInfo(path + QLatin1String("-wal")).size();

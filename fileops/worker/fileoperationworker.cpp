@@ -4,6 +4,7 @@
 #include "app/settings/crashstack.h"
 #include "db/sql/connections.h"
 #include "db/sql/errorjudge.h"
+#include "db/sql/lockwait.h"
 #include "db/sql/serverwatch.h"
 #include "fileops/files/regularfile.h"
 
@@ -161,6 +162,7 @@ int FileOperationWorker::percent(int done, int total)
 void FileOperationWorker::runOperationQueue()
 {
     provideCrashStack();
+    const LockWait lockWait([this] { return shouldEnd(); });
     {
         const QMutexLocker locker(&m_queueMutex);
         m_isRunning = true;
@@ -221,7 +223,8 @@ void FileOperationWorker::failOpening(const QSqlError &error)
 void FileOperationWorker::emitError(const QSqlError &error)
 {
     // A statement that ended because the user wanted it to has not failed.
-    if (!signalsBlocked() && !(shouldEnd() && ErrorJudge::isCanceled(error)))
+    const bool isEnded = ErrorJudge::isCanceled(error) || ErrorJudge(m_details).isBusy(error);
+    if (!signalsBlocked() && !(isEnded && shouldEnd()))
         m_report.note(error);
 }
 

@@ -1,5 +1,7 @@
 #include "fileops/worker/sqlitefileoperationworker.h"
 
+#include "db/sql/connections.h"
+
 #include <QSqlDatabase>
 
 namespace {
@@ -19,11 +21,13 @@ QString SqliteFileOperationWorker::connectOptions() const
 
 void SqliteFileOperationWorker::setPatient(bool isPatient)
 {
-    runAsync(QStringLiteral("PRAGMA busy_timeout=%1;").arg(isPatient ? patienceMilliseconds : 0));
+    Connections::setPatient(QSqlDatabase::database(connectionName(), false), isPatient);
 }
 
 void SqliteFileOperationWorker::prepareConnection()
 {
+    // From here on the wait for a lock hears a cancel.
+    setPatient(true);
     // Else the pages that a savepoint touches go through a file on the disk as soon as they are a few.
     runAsync(QStringLiteral("PRAGMA temp_store=MEMORY;"));
     m_hasLargeCache = false;
