@@ -38,7 +38,7 @@ FileAdder::FileAdder(FileOperationWorker &worker, qint32 kind, qint64 loadId, Th
       m_writer(worker),
       m_kind(kind),
       m_loadId(loadId),
-      m_locator(Database::pathLocator(worker.connectionName()))
+      m_relativePaths(Database::pathLocator(worker.connectionName()))
 {
 }
 
@@ -157,17 +157,5 @@ bool FileAdder::insertRows(const QString &path, const NewFile &file)
                                        file.storageId, file.thumbnailId, file.checksum, m_kind}))
         return false;
     return m_kind != FileKind::external ||
-           m_worker.runFast(insertPath, {file.storageId, path, relativePath(path)});
-}
-
-QString FileAdder::relativePath(const QString &path)
-{
-    const int nameAt = path.lastIndexOf(QLatin1Char('/')) + 1;
-    const QStringRef folder = path.leftRef(nameAt);
-    if (m_lastFolder.isEmpty() || folder != m_lastFolder) {
-        m_lastFolder = folder.toString();
-        const QString relative = Database::relativePath(path, m_locator);
-        m_lastRelativeFolder = relative.left(relative.size() - (path.size() - nameAt));
-    }
-    return m_lastRelativeFolder + path.midRef(nameAt);
+           m_worker.runFast(insertPath, {file.storageId, path, m_relativePaths.of(path)});
 }

@@ -47,7 +47,6 @@ private:
     /** An id of 0 for what is no picture; false when the database refuses the row. */
     bool addThumbnail(const QString &path, qint64 &thumbnailId);
     bool insertRows(const QString &path, const NewFile &file);
-    QString relativePath(const QString &path);
 
     FileOperationWorker &m_worker;
     ThumbnailsAhead &m_thumbnails;
@@ -55,7 +54,5 @@ private:
     const qint32 m_kind;
     qint64 m_loadId;
     bool m_checksIdCodes = true;
-    Database::PathLocator m_locator;
-    QString m_lastFolder;
-    QString m_lastRelativeFolder;
+    Database::RelativePaths m_relativePaths;
 };

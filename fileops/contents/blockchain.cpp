@@ -3,6 +3,15 @@
 #include "db/sql/basedbprovider.h"
 #include "db/sql/sqltext.h"
 
+BlockChain::BlockChain(const ProviderConnection &connection, const QString &schema)
+    : m_connection(connection),
+      m_select(QStringLiteral("SELECT info.continue_id, block.data FROM %1storage_info AS info, "
+                              "%1storage AS block WHERE info.storage_id=block.storage_id "
+                              "AND info.storage_id=?;")
+                   .arg(schema.isEmpty() ? schema : schema + QLatin1Char('.')))
+{
+}
+
 bool BlockChain::Walk::readNext()
 {
     // Two blocks at a time are twice the memory.
@@ -19,11 +28,8 @@ bool BlockChain::Walk::readNext()
 
 bool BlockChain::readBlock(qint64 storageId, QByteArray &data, qint64 &continueId) const
 {
-    static const QString select =
-        QStringLiteral("SELECT storage_info.continue_id, storage.data FROM storage_info, storage "
-                       "WHERE storage_info.storage_id=storage.storage_id AND storage_info.storage_id=?;");
     QVariantList row;
-    if (!m_connection.readRow(select, {storageId}, row))
+    if (!m_connection.readRow(m_select, {storageId}, row))
         return false;
     continueId = row.at(0).toLongLong();
     data = row.at(1).toByteArray();

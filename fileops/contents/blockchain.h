@@ -13,7 +13,8 @@ constexpr qint64 BLOCK_SIZE = 10000000;
 /**
  * The contents of internal files: each a chain of blocks, of which `storage` has the bytes and `storage_info`
  * the way to the next one. All that reads or writes these tables goes through here, on the connection that it
- * is told and on its thread. Transactions are the caller's: what fails on the way is to be rolled back.
+ * is told and on its thread; only copies from one database into another stay within SQLite. Transactions are
+ * the caller's: what fails on the way is to be rolled back.
  */
 class BlockChain
 {
@@ -50,7 +51,9 @@ public:
         qint64 m_done = 0;
     };
 
-    explicit BlockChain(const ProviderConnection &connection) : m_connection(connection) {}
+    /** Of the open database, or of one that is attached to its connection under the name of the schema. */
+    explicit BlockChain(const ProviderConnection &connection,
+                        const QString &schema = QString());
 
     /**
      * Stores one block and what follows it: `nextId` becomes what `askNextId` gives, or 0 where nobody is to
@@ -64,6 +67,7 @@ private:
     bool readBlock(qint64 storageId, QByteArray &data, qint64 &continueId) const;
 
     ProviderConnection m_connection;
+    QString m_select;
 };
 
 namespace Database {

@@ -41,6 +41,18 @@ QString Database::relativePath(const QString &absolutePath, const PathLocator &l
     return baseFolder(locator).relativeFilePath(absolutePath);
 }
 
+QString Database::RelativePaths::of(const QString &absolutePath)
+{
+    const int nameAt = absolutePath.lastIndexOf(QLatin1Char('/')) + 1;
+    const QStringRef folder = absolutePath.leftRef(nameAt);
+    if (m_lastFolder.isEmpty() || folder != m_lastFolder) {
+        m_lastFolder = folder.toString();
+        const QString relative = relativePath(absolutePath, m_locator);
+        m_lastRelativeFolder = relative.left(relative.size() - (absolutePath.size() - nameAt));
+    }
+    return m_lastRelativeFolder + absolutePath.midRef(nameAt);
+}
+
 QString Database::absolutePath(const QString &relativePath, const PathLocator &locator)
 {
     return pathIn(baseFolder(locator).path(), relativePath);

@@ -19,6 +19,19 @@ PathLocator pathLocator(const QString &connectionName);
 
 /** A path relative to the folder of the database file; on a server to the current folder. */
 QString relativePath(const QString &absolutePath, const PathLocator &locator);
+/** The same for many files: the way to a folder is found once for those that follow each other. */
+class RelativePaths
+{
+public:
+    explicit RelativePaths(const PathLocator &locator) : m_locator(locator) {}
+
+    QString of(const QString &absolutePath);
+
+private:
+    PathLocator m_locator;
+    QString m_lastFolder;
+    QString m_lastRelativeFolder;
+};
 /** The reverse, by plain joining. */
 QString absolutePath(const QString &relativePath, const PathLocator &locator);
 
