@@ -14,6 +14,7 @@ const QString organizationName = QStringLiteral("Tallowfen Software");
 
 const QString databaseExtension = QStringLiteral(".vrn");
 const QString databaseFilter = QStringLiteral("*.vrn");
+const QString shellFilter = QStringLiteral("*.vsh");
 
 const QString nodeMimeType = QStringLiteral("vorna/nodeIDs");
 const QString tagMimeType = QStringLiteral("vorna/tagIDs");
