@@ -9,6 +9,7 @@
 #include "app/settings/windowsettings.h"
 #include "app/window/collectionopener.h"
 #include "app/window/databaseerrors.h"
+#include "app/window/databaseimport.h"
 #include "app/window/databasemaker.h"
 #include "app/window/idlesteps.h"
 #include "app/window/openingprogress.h"
@@ -53,6 +54,7 @@ MainWindow::MainWindow(QWidget *parent)
       m_maker(new DatabaseMaker([this](const DBDetails &details) { return openDatabase(details); },
                                 [this] { return m_collection ? m_collection->databaseName() : QString(); },
                                 this)),
+      m_import(new DatabaseImport(this)),
       m_idle(new IdleSteps(this)),
       m_commands(new WindowCommands(this)),
       m_updates(new UpdateBar(this))
@@ -96,6 +98,8 @@ void MainWindow::connectCommands()
     onTriggered(OpenAction, &MainWindow::slotOpenDb);
     onTriggered(NewDatabaseAction, &MainWindow::newDatabase);
     connect(m_commands->action(ExitAction), &QAction::triggered, this, &QWidget::close);
+    onTriggered(ImportDatabaseAction, &MainWindow::importDatabase);
+    onTriggered(ImportShellAction, &MainWindow::importShell);
     onTriggered(DatabaseInfoAction, &MainWindow::showDatabaseVersion);
     onTriggered(ShowAllDocksAction, &MainWindow::setDocksArrangement);
     onTriggered(SelectBrowsingTreeAction, &MainWindow::slotOpenBrowsinTree);
@@ -174,6 +178,7 @@ void MainWindow::connectCollection()
     connect(collection, &Collection::showError, m_popupMessager, &PopupMessager::showWarning);
     connect(collection, &Collection::showInformation, m_popupMessager, &PopupMessager::showInformation);
     connect(collection, &Collection::duplicatesReady, this, &MainWindow::promptAboutDuplicates);
+    connect(collection, &Collection::importNotification, this, &MainWindow::showShellFilesNotImported);
     connect(collection, &Collection::connectionError, this, &MainWindow::slotConnectionError);
     connect(collection, &Collection::errorOccured, this, &MainWindow::slotDBErrorOccured);
     connect(collection, &Collection::loadingProgress, this, &MainWindow::openingProgress);
@@ -306,6 +311,23 @@ void MainWindow::closeWhenIdle()
         if (doomed && doomed == m_collection)
             closeDatabase();
     });
+}
+
+void MainWindow::importDatabase()
+{
+    const IdleSteps::Hold hold(m_idle);
+    m_import->run(m_collection, false);
+}
+
+void MainWindow::importShell()
+{
+    const IdleSteps::Hold hold(m_idle);
+    m_import->run(m_collection, true);
+}
+
+void MainWindow::showShellFilesNotImported(const QList<ShellFile> &files)
+{
+    m_import->showNotImported(files);
 }
 
 void MainWindow::showDatabaseVersion()

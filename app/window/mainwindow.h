@@ -2,12 +2,14 @@
 
 #include "app/messages/boxprompts.h"
 #include "app/settings/dbdetails.h"
+#include "fileops/files/shellfile.h"
 #include "fileops/worker/presentableduplicates.h"
 
 #include <QMainWindow>
 
 class Collection;
 class DatabaseErrors;
+class DatabaseImport;
 class DatabaseMaker;
 class FileOperationProgress;
 class IdleSteps;
@@ -62,6 +64,10 @@ public slots:
     /** Closes the database; one on a server can be opened again in this run without its password. */
     void slotDisconnectDb();
     void newDatabase();
+    void importDatabase();
+    void importShell();
+    /** None shows nothing. */
+    void showShellFilesNotImported(const QList<ShellFile> &files);
     void showDatabaseVersion();
     /** Lets the user set the preferences; all of them take effect at once. */
     void showPreferences();
@@ -107,6 +113,7 @@ private:
     RecentDatabases *m_recentDatabases;
     ServerConnections *m_servers;
     DatabaseMaker *m_maker;
+    DatabaseImport *m_import;
     IdleSteps *m_idle;
     WindowCommands *m_commands;
     UpdateBar *m_updates;

@@ -16,6 +16,8 @@ WindowCommands::WindowCommands(QObject *parent) : QObject(parent)
     add(DisconnectAction, tr("Disconnect"));
     add(OpenAction, tr("Open"), ":/icons/folder.png");
     add(NewDatabaseAction, tr("New Local Database"), ":/icons/new.png");
+    add(ImportDatabaseAction, tr("Database"));
+    add(ImportShellAction, tr("Shell"));
     add(ExitAction, tr("Exit"), ":/icons/close.png");
     add(DatabaseInfoAction, tr("Database Info"));
     add(ShowAllDocksAction, tr("Show All Docks"));
@@ -60,6 +62,9 @@ void WindowCommands::takePlaces(MainUi &ui, const QList<QAction *> &recentDataba
     ui.databaseMenu->addSeparator();
     ui.databaseMenu->addActions(recentDatabases);
     ui.databaseMenu->addSeparator();
+    QMenu *importMenu = ui.databaseMenu->addMenu(QIcon(QStringLiteral(":/icons/import.png")), tr("Import"));
+    importMenu->addActions({action(ImportDatabaseAction), action(ImportShellAction)});
+    m_actions.insert(ImportMenuAction, importMenu->menuAction());
     ui.databaseMenu->addAction(action(ExitAction));
 
     ui.viewMenu->addActions(
@@ -78,6 +83,10 @@ void WindowCommands::updateAvailability(const Collection *collection)
     const bool isServer = collection && collection->dbType() == Constants::serverDatabase;
     for (const ActionId id : {BrowsingTreeListAction, SelectBrowsingTreeAction})
         action(id)->setVisible(isServer);
+    // A server has no file that another one could be merged into.
+    const bool takesImports = collection && !isServer && !collection->isReadOnly();
+    for (const ActionId id : {ImportMenuAction, ImportDatabaseAction, ImportShellAction})
+        action(id)->setEnabled(takesImports);
     for (const ActionId id : {TagGroupsAction, RemakeThumbnailsAction})
         action(id)->setEnabled(collection && !collection->isReadOnly());
 }

@@ -277,6 +277,12 @@ void MainViewController::remakeThumbnails()
         manager()->remakeThumbnails();
 }
 
+void MainViewController::importDatabase(const QString &source, bool isShell, const ImportOptions &options)
+{
+    if (manager() && mayEdit())
+        manager()->importDatabase(source, isShell, options);
+}
+
 void MainViewController::cancelOperations()
 {
     m_awaitedCopies = 0;

@@ -23,6 +23,7 @@ class ContentsModel;
 class File;
 class FileFilterModel;
 class FolderExtraction;
+struct ImportOptions;
 class RelationsController;
 class Sorter;
 class TagsController;
@@ -93,6 +94,8 @@ public:
     /** Makes the thumbnails of all external files anew. */
     void remakeThumbnails();
     void cancelOperations();
+    /** Merges another local database, or a shell, which has metadata alone, into the open one. */
+    void importDatabase(const QString &source, bool isShell, const ImportOptions &options);
 
     /** Links and unlinks in one step; false when it was refused and nothing has changed. */
     bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,

@@ -241,6 +241,11 @@ public:
     void extractToTemporary(qint64 fileId) { m_fileEdits.extractToTemporary(fileId); }
     /** Makes thumbnails of external files anew; without ids those of all that have one. */
     void remakeThumbnails(const QVector<qint64> &fileIds = {}) { m_fileEdits.remakeThumbnails(fileIds); }
+    /** Merges another local database, or a shell, into this one; all is read anew afterwards. */
+    void importDatabase(const QString &source, bool isShell, const ImportOptions &options)
+    {
+        m_fileEdits.importDatabase(source, isShell, options);
+    }
     void cancelOperations();
     bool isBusy() const;
 

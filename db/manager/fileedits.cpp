@@ -143,3 +143,9 @@ QStringList FileEdits::idCodes(const QVector<qint64> &fileIds) const
     }
     return codes;
 }
+
+void FileEdits::importDatabase(const QString &source, bool isShell, const ImportOptions &options)
+{
+    if (m_host.mayRequest())
+        request([=](FileOperationProvider &files) { files.importDatabase(source, isShell, options); });
+}

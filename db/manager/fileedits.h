@@ -11,6 +11,7 @@
 #include <functional>
 
 class FileOperationProvider;
+struct ImportOptions;
 class MainViewProvider;
 
 /** What FileEdits asks of the manager that owns it. GUI thread. */
@@ -59,6 +60,7 @@ public:
                       const QSet<QString> &replacedPaths, const QSet<QString> &comparedPaths);
     void extractToTemporary(qint64 fileId);
     void remakeThumbnails(const QVector<qint64> &fileIds);
+    void importDatabase(const QString &source, bool isShell, const ImportOptions &options);
 
 private:
     bool edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change);

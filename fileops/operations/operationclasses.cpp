@@ -7,6 +7,7 @@
 #include "fileops/operations/deletefilesoperation.h"
 #include "fileops/operations/extractfilesoperation.h"
 #include "fileops/operations/extracttotemporaryoperation.h"
+#include "fileops/operations/importoperation.h"
 #include "fileops/operations/loadthumbnailsoperation.h"
 #include "fileops/operations/remakethumbnailsoperation.h"
 #include "fileops/operations/transferfilesoperation.h"
@@ -54,6 +55,9 @@ void runOperationClass(FileOperationWorker &worker, const FileOperation &operati
     case FileOperationType::ExtractToTemporaryOperation:
         runAnnounced<ExtractToTemporaryOperation>(worker, operation,
                                                   FileOperationWorker::tr("Extracting to temporary file..."));
+        break;
+    case FileOperationType::ImportOperation:
+        runAnnounced<ImportOperation>(worker, operation, FileOperationWorker::tr("Importing..."));
         break;
     case FileOperationType::RemakeThumbnailsOperation:
         runAnnounced<RemakeThumbnailsOperation>(worker, operation, QString());

@@ -253,6 +253,16 @@ void FileOperationProvider::endChecks()
         m_worker->endChecks();
 }
 
+void FileOperationProvider::importDatabase(const QString &source, bool isShell, const ImportOptions &options)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::ImportOperation;
+    operation.importSource = QFileInfo(source);
+    operation.importsShell = isShell;
+    operation.importOptions = options;
+    enqueue(operation);
+}
+
 void FileOperationProvider::setBrowsingTreeId(qint64 id)
 {
     start();

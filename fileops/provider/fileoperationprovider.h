@@ -63,6 +63,8 @@ public:
     void checkExternalFiles(const QVector<qint64> &ids, bool givesWay = true, bool marksOnly = false);
     /** Ends the checks that give way. */
     void endChecks();
+    /** Merges a local database, or a shell, into the open one, which is a local one, too. */
+    void importDatabase(const QString &source, bool isShell, const ImportOptions &options);
     void setBrowsingTreeId(qint64 id);
     /** Ends the running operation and those in the queue; nothing when idle. */
     void cancelOperations();

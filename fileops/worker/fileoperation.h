@@ -1,5 +1,7 @@
 #pragma once
 
+#include "fileops/worker/importoptions.h"
+
 #include <QFileInfo>
 #include <QHash>
 #include <QMetaType>
@@ -53,14 +55,8 @@ struct FileOperation
     bool exportTagRelationships = false;
 
     QFileInfo importSource;
-    bool importFiles = false;
-    bool importDescriptions = false;
-    bool importTags = false;
-    bool importNodes = false;
-    bool importTagRelationships = false;
-    bool importFileTags = false;
-    bool importTagGroups = false;
-    int descriptionMerge = 0;
+    bool importsShell = false; ///< metadata only, of files that both sides have
+    ImportOptions importOptions;
 
     bool givesWay = false;                ///< a check: a later one that does, too, takes its place
     bool marksOnly = false;               ///< a check that writes nothing

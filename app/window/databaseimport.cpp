@@ -1,0 +1,43 @@
+#include "app/window/databaseimport.h"
+
+#include "app/messages/filedialogs.h"
+#include "app/settings/constants.h"
+#include "app/settings/windowsettings.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "ui/dialogs/databasecontentsselector.h"
+#include "ui/dialogs/shellimportnotification.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QWidget>
+
+DatabaseImport::DatabaseImport(QWidget *window) : QObject(window), m_window(window) {}
+
+void DatabaseImport::run(Collection *collection, bool isShell)
+{
+    // It may be closed while a dialog is open, for the loss of its file.
+    const QPointer<Collection> target = collection;
+    if (!target)
+        return;
+    const QString path = FileDialogs::openFile(m_window, isShell ? tr("Import Shell") : tr("Import"),
+                                               WindowSettings::lastDatabaseDir(QDir::homePath()),
+                                               isShell ? Constants::shellFilter : Constants::databaseFilter);
+    const QFileInfo file(path);
+    if (path.isEmpty() || !file.isFile())
+        return;
+    WindowSettings::setLastDatabaseDir(file.absolutePath());
+    DatabaseContentsSelector selector(file.absoluteFilePath(), isShell, m_window);
+    if (selector.exec() == QDialog::Accepted && target)
+        target->mainViewController()->importDatabase(file.absoluteFilePath(), isShell, selector.options());
+}
+
+void DatabaseImport::showNotImported(const QList<ShellFile> &files)
+{
+    if (files.isEmpty())
+        return;
+    auto *notification = new ShellImportNotification(files, m_window);
+    notification->setAttribute(Qt::WA_DeleteOnClose);
+    notification->show();
+}

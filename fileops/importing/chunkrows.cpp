@@ -1,0 +1,324 @@
+#include "fileops/importing/chunkrows.h"
+
+#include "core/records/filekind.h"
+#include "fileops/importing/criticaldmerror.h"
+#include "fileops/importing/importrun.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QPair>
+#include <QSet>
+
+namespace {
+// The unique id codes go to random places of their index: the more at a time, the less often each page of it
+// is kept for the savepoint.
+constexpr int mostFiles = 10000;
+constexpr int fewestFiles = 16;
+constexpr qint64 mostBytes = 64LL << 20;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("ChunkRows", text);
+}
+
+QSqlError damage()
+{
+    return {QString(), QStringLiteral("contents are damaged")};
+}
+} // namespace
+
+ChunkRows::ChunkRows(ImportRun &run, bool takesDescriptions)
+    : m_run(run),
+      m_takesDescriptions(takesDescriptions),
+      m_hasBlocks(run.source.has({QStringLiteral("storage"), QStringLiteral("storage_info")})),
+      m_hasPaths(run.source.has({QStringLiteral("file_paths")})),
+      m_hasThumbnails(run.source.has({QStringLiteral("thumbnails")})),
+      m_limit(mostFiles),
+      m_relativePaths(Database::pathLocator(run.worker.connectionName()))
+{
+}
+
+void ChunkRows::createTables(ImportRun &run)
+{
+    for (const char *table : {"mem_chunk", "mem_added"})
+        run.statements.run(QStringLiteral("DROP TABLE IF EXISTS temp.") + QLatin1String(table));
+    run.statements.run(QStringLiteral(
+        "CREATE TEMPORARY TABLE mem_chunk (number INTEGER PRIMARY KEY, file_id INTEGER NOT NULL, kind "
+        "INTEGER, "
+        "size INTEGER, storage_id INTEGER, bytes INTEGER, continue_id INTEGER, is_there INTEGER, "
+        "id_code TEXT)"));
+    run.statements.run(QStringLiteral("CREATE INDEX temp.mem_chunk_code ON mem_chunk (id_code)"));
+    run.statements.run(QStringLiteral("CREATE TEMPORARY TABLE mem_added (file_id INTEGER PRIMARY KEY, "
+                                      "new_file_id INTEGER NOT NULL)"));
+}
+
+void ChunkRows::begin()
+{
+    const auto highest = [this](const char *table, const char *column) {
+        return m_run.statements.nextId(QLatin1String(table), QLatin1String(column)) - 1;
+    };
+    m_loadId = highest("files", "load_id") + 1;
+    m_fileId = highest("files", "file_id");
+    m_storageId = qMax(highest("storage_info", "storage_id"), highest("storage", "storage_id"));
+    m_thumbnailId = highest("thumbnails", "thumbnail_id");
+    m_pathId = highest("file_paths", "path_id");
+}
+
+qint64 ChunkRows::choose(qint64 first, qint64 last)
+{
+    const qint64 reached = fill(first, last);
+    leaveOutUnfit();
+    const qint64 cutAt = cut();
+    return cutAt > 0 ? cutAt : reached;
+}
+
+qint64 ChunkRows::fill(qint64 first, qint64 last)
+{
+    const QString block =
+        m_hasBlocks ? QStringLiteral("LEFT JOIN fileSource.storage AS b ON m.internal=1 AND m.file_size<>0 "
+                                     "AND b.storage_id=m.storage_id LEFT JOIN fileSource.storage_info AS i "
+                                     "ON i.storage_id=b.storage_id ")
+                    : QString();
+    const QString path = m_hasPaths ? QStringLiteral("EXISTS (SELECT 1 FROM fileSource.file_paths AS p "
+                                                     "WHERE p.path_id=m.storage_id AND length(p.path)>0)")
+                                    : QStringLiteral("0");
+    m_run.statements.run(QStringLiteral("DELETE FROM mem_chunk"));
+    const int count = m_run.statements.run(
+        QStringLiteral(
+            "INSERT INTO mem_chunk (file_id,kind,size,storage_id,bytes,continue_id,is_there,id_code) "
+            "SELECT m.file_id, m.internal, m.file_size, m.storage_id, %1, "
+            "CASE m.internal WHEN 0 THEN %2 WHEN 1 THEN m.file_size=0 OR %3 ELSE 1 END, "
+            "CAST(s.id_code AS TEXT) FROM mem_files AS m "
+            "CROSS JOIN fileSource.files AS s ON s.file_id=m.file_id %4"
+            "WHERE m.fate=0 AND m.file_id BETWEEN ? AND ? ORDER BY m.file_id LIMIT ?")
+            .arg(m_hasBlocks ? QStringLiteral(
+                                   "CASE typeof(b.data) WHEN 'blob' THEN length(b.data) WHEN 'null' THEN 0 "
+                                   "ELSE length(CAST(b.data AS BLOB)) END, ") +
+                                   ImportStatements::asNumber(QStringLiteral("i.continue_id"))
+                             : QStringLiteral("0, 0"),
+                 path, m_hasBlocks ? QStringLiteral("i.storage_id IS NOT NULL") : QStringLiteral("0"), block),
+        {first, last, m_limit});
+    return count < m_limit ? last
+                           : m_run.statements.number(QStringLiteral("SELECT max(file_id) FROM mem_chunk"));
+}
+
+void ChunkRows::leaveOutUnfit()
+{
+    QVector<QPair<qint64, int>> unfit;
+    // Fewer bytes than recorded is a chain that lost its end. More are right where a size did not fit its
+    // column.
+    m_run.statements.each(
+        QStringLiteral(
+            "SELECT file_id, kind FROM mem_chunk WHERE NOT is_there "
+            "OR (kind=1 AND size<>0 AND (continue_id IS NULL OR (continue_id<=0 AND bytes<size)))"),
+        [&](const ImportStatements::Row &row) {
+            unfit.append({row.number(0), int(row.number(1))});
+        });
+    for (const auto &file : qAsConst(unfit))
+        leaveOut(file.first, file.second == FileKind::external
+                                 ? tr("%1 external files without a path:")
+                                 : tr("%1 files whose contents are missing or damaged:"));
+}
+
+void ChunkRows::leaveOut(qint64 fileId, const QString &why)
+{
+    QString name;
+    m_run.statements.each(QStringLiteral("SELECT file_name FROM fileSource.files WHERE file_id=?"), {fileId},
+                          [&](const ImportStatements::Row &row) { name = row.text(0); });
+    m_run.report.leaveOut(why, name);
+    m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=2 WHERE file_id=?"), {fileId});
+    m_run.statements.run(QStringLiteral("DELETE FROM mem_chunk WHERE file_id=?"), {fileId});
+}
+
+qint64 ChunkRows::cut()
+{
+    m_bytes = 0;
+    m_isChain = false;
+    int taken = 0;
+    qint64 lastNumber = 0;
+    qint64 lastId = 0;
+    bool isCut = false;
+    m_run.statements.each(
+        QStringLiteral("SELECT number, file_id, bytes, continue_id>0 AND kind=1 AND size<>0, size "
+                       "FROM mem_chunk ORDER BY number"),
+        [&](const ImportStatements::Row &row) {
+            const bool isChain = row.number(3) != 0;
+            const qint64 bytes = isChain ? qMax(row.number(2), row.number(4)) : row.number(2);
+            isCut = isCut || m_isChain || (taken > 0 && (isChain || m_bytes + bytes > mostBytes));
+            if (isCut)
+                return;
+            ++taken;
+            m_isChain = isChain;
+            m_bytes += bytes;
+            lastNumber = row.number(0);
+            lastId = row.number(1);
+        });
+    // Next time about as many are looked at as can be taken.
+    m_limit = isCut ? qBound(fewestFiles, taken * 2, mostFiles) : qMin(m_limit * 4, mostFiles);
+    if (!isCut)
+        return 0;
+    m_run.statements.run(QStringLiteral("DELETE FROM mem_chunk WHERE number>?"), {lastNumber});
+    return lastId;
+}
+
+QVector<qint64> ChunkRows::fileIds()
+{
+    QVector<qint64> ids;
+    m_run.statements.each(QStringLiteral("SELECT file_id FROM mem_chunk ORDER BY number"),
+                          [&](const ImportStatements::Row &row) { ids.append(row.number(0)); });
+    return ids;
+}
+
+void ChunkRows::copy()
+{
+    settleIdCodes();
+    insertFiles();
+    insertThumbnails();
+    insertBlocks();
+    insertPaths();
+    const int count = m_run.statements.run(
+        QStringLiteral("INSERT INTO mem_added (file_id,new_file_id) SELECT file_id, ?+number FROM mem_chunk"),
+        {m_fileId});
+    const qint64 highest = m_run.statements.number(QStringLiteral("SELECT max(number) FROM mem_chunk"));
+    m_fileId += highest;
+    m_thumbnailId += highest;
+    m_pathId += highest;
+    m_storageId =
+        m_isChain ? m_run.statements.nextId(QStringLiteral("storage_info"), QStringLiteral("storage_id")) - 1
+                  : m_storageId + highest;
+    m_run.report.count(ImportReport::Files, count);
+}
+
+void ChunkRows::settleIdCodes()
+{
+    // One that is in use, twice in the source or none at all is replaced.
+    m_run.statements.run(
+        QStringLiteral("UPDATE mem_chunk SET id_code=NULL WHERE length(id_code) NOT BETWEEN 1 AND 7 "
+                       "OR EXISTS (SELECT 1 FROM main.files AS f WHERE f.id_code=mem_chunk.id_code) "
+                       "OR EXISTS (SELECT 1 FROM mem_chunk AS other "
+                       "WHERE other.id_code=mem_chunk.id_code AND other.number<mem_chunk.number)"));
+    QVector<qint64> without;
+    m_run.statements.each(QStringLiteral("SELECT number FROM mem_chunk WHERE id_code IS NULL"),
+                          [&](const ImportStatements::Row &row) { without.append(row.number(0)); });
+    for (const qint64 number : qAsConst(without)) {
+        QString code;
+        do {
+            if (!m_run.worker.nextIdCode(code))
+                throw CriticalDMError(m_run.worker.lastError());
+        } while (m_run.statements.number(QStringLiteral("SELECT count(*) FROM mem_chunk WHERE id_code=?"),
+                                         {code}) > 0);
+        m_run.statements.run(QStringLiteral("UPDATE mem_chunk SET id_code=? WHERE number=?"), {code, number});
+    }
+}
+
+void ChunkRows::insertFiles()
+{
+    const QString thumbnail =
+        m_hasThumbnails
+            ? QStringLiteral(
+                  "CASE WHEN m.thumbnail_id>0 AND EXISTS (SELECT 1 FROM fileSource.thumbnails AS t "
+                  "WHERE t.thumbnail_id=m.thumbnail_id AND typeof(t.thumbnail)='blob') "
+                  "THEN ?+c.number ELSE 0 END")
+            : QStringLiteral("0*?");
+    const QString description = m_takesDescriptions
+                                    ? QStringLiteral("COALESCE(CAST(s.file_description AS TEXT),'')")
+                                    : QStringLiteral("''");
+    m_run.statements.run(
+        QStringLiteral("INSERT INTO main.files (file_id,file_name,file_description,file_size,addition_date,"
+                       "modification_date,id_code,load_id,storage_id,thumbnail_id,data_checksum,internal) "
+                       "SELECT ?+c.number, COALESCE(CAST(s.file_name AS TEXT),''), %1, m.file_size, ?, "
+                       "m.modification_date, c.id_code, ?, "
+                       "CASE c.kind WHEN 0 THEN ?+c.number WHEN 1 THEN ?+c.number ELSE 0 END, %2, "
+                       "max(0,m.data_checksum), m.internal FROM mem_chunk AS c "
+                       "CROSS JOIN mem_files AS m ON m.file_id=c.file_id "
+                       "CROSS JOIN fileSource.files AS s ON s.file_id=c.file_id ORDER BY c.number")
+            .arg(description, thumbnail),
+        {m_fileId, QDateTime::currentSecsSinceEpoch(), m_loadId, m_pathId, m_storageId, m_thumbnailId});
+}
+
+void ChunkRows::insertThumbnails()
+{
+    if (!m_hasThumbnails)
+        return;
+    m_run.statements.run(
+        QStringLiteral("INSERT INTO main.thumbnails (thumbnail_id,thumbnail) "
+                       "SELECT ?+c.number, t.thumbnail FROM mem_chunk AS c "
+                       "CROSS JOIN mem_files AS m ON m.file_id=c.file_id "
+                       "CROSS JOIN fileSource.thumbnails AS t ON t.thumbnail_id=m.thumbnail_id "
+                       "WHERE m.thumbnail_id>0 AND typeof(t.thumbnail)='blob' ORDER BY c.number"),
+        {m_thumbnailId});
+}
+
+void ChunkRows::insertBlocks()
+{
+    if (!m_hasBlocks)
+        return;
+    if (m_isChain) {
+        m_run.statements.each(QStringLiteral("SELECT number, storage_id, size FROM mem_chunk"),
+                              [this](const ImportStatements::Row &row) {
+                                  insertChain(m_storageId + row.number(0), row.number(1), row.number(2));
+                              });
+        return;
+    }
+    m_run.statements.run(
+        QStringLiteral("INSERT INTO main.storage_info (storage_id,continue_id) "
+                       "SELECT ?+number, 0 FROM mem_chunk WHERE kind=1 AND size<>0 ORDER BY number"),
+        {m_storageId});
+    m_run.statements.run(
+        QStringLiteral("INSERT INTO main.storage (storage_id,data) SELECT ?+c.number, CAST(b.data AS BLOB) "
+                       "FROM mem_chunk AS c CROSS JOIN fileSource.storage AS b ON b.storage_id=c.storage_id "
+                       "WHERE c.kind=1 AND c.size<>0 ORDER BY c.number"),
+        {m_storageId});
+}
+
+void ChunkRows::insertChain(qint64 newId, qint64 oldId, qint64 size)
+{
+    QSet<qint64> seen;
+    qint64 done = 0;
+    while (oldId > 0) {
+        m_run.stopIfEnded();
+        qint64 nextId = 0;
+        bool isRead = false;
+        m_run.statements.each(
+            QStringLiteral(
+                "SELECT i.continue_id, length(CAST(b.data AS BLOB)) FROM fileSource.storage_info AS i "
+                "JOIN fileSource.storage AS b ON b.storage_id=i.storage_id WHERE i.storage_id=?"),
+            {oldId}, [&](const ImportStatements::Row &row) {
+                isRead = row.readNumber(0, nextId);
+                done += row.number(1);
+            });
+        // A chain that returns into itself would fill the disk.
+        if (!isRead || seen.contains(oldId))
+            throw CriticalDMError(damage());
+        seen.insert(oldId);
+        m_run.statements.run(
+            QStringLiteral("INSERT INTO main.storage_info (storage_id,continue_id) VALUES (?,?)"),
+            {newId, nextId > 0 ? newId + 1 : 0});
+        m_run.statements.run(
+            QStringLiteral("INSERT INTO main.storage (storage_id,data) "
+                           "SELECT ?, CAST(data AS BLOB) FROM fileSource.storage WHERE storage_id=?"),
+            {newId, oldId});
+        ++newId;
+        oldId = nextId;
+    }
+    if (done < size)
+        throw CriticalDMError(damage());
+}
+
+void ChunkRows::insertPaths()
+{
+    if (!m_hasPaths)
+        return;
+    QVector<QPair<qint64, QString>> paths;
+    m_run.statements.each(QStringLiteral("SELECT c.number, p.path FROM mem_chunk AS c "
+                                         "CROSS JOIN fileSource.file_paths AS p ON p.path_id=c.storage_id "
+                                         "WHERE c.kind=0 ORDER BY c.number"),
+                          [&](const ImportStatements::Row &row) {
+                              paths.append({row.number(0), row.text(1)});
+                          });
+    for (const auto &path : qAsConst(paths))
+        m_run.statements.run(
+            QStringLiteral("INSERT INTO main.file_paths (path_id,path,rel_path) VALUES (?,?,?)"),
+            {m_pathId + path.first, path.second, m_relativePaths.of(path.second)});
+}

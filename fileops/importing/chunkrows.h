@@ -1,0 +1,64 @@
+#pragma once
+
+#include "fileops/contents/externalpaths.h"
+
+#include <QString>
+#include <QVector>
+
+class ImportRun;
+
+/**
+ * The rows of some files of the source, chosen into the temporary table `mem_chunk`, and their way into the
+ * open database. What each file was and became stands in `mem_added`.
+ */
+class ChunkRows
+{
+public:
+    ChunkRows(ImportRun &run, bool takesDescriptions);
+
+    /** Before the transaction. */
+    static void createTables(ImportRun &run);
+    /** Reads the highest keys of the open database, once. */
+    void begin();
+
+    /**
+     * Chooses new files from one id to another, in their order, fewer when there is much to copy. Those whose
+     * contents or path are not there are left out and told of. Answers the last id that was looked at; no
+     * less than `last` at the end.
+     */
+    qint64 choose(qint64 first, qint64 last);
+    QVector<qint64> fileIds();
+    /** Bytes of contents, as the blocks have them. */
+    qint64 bytes() const { return m_bytes; }
+    /** Copies all rows but the links to tags. */
+    void copy();
+    /** Takes one file out, for good. */
+    void leaveOut(qint64 fileId, const QString &why);
+
+private:
+    qint64 fill(qint64 first, qint64 last);
+    void leaveOutUnfit();
+    qint64 cut();
+    void settleIdCodes();
+    void insertFiles();
+    void insertThumbnails();
+    void insertBlocks();
+    void insertChain(qint64 fileId, qint64 oldId, qint64 size);
+    void insertPaths();
+
+    ImportRun &m_run;
+    const bool m_takesDescriptions;
+    const bool m_hasBlocks;
+    const bool m_hasPaths;
+    const bool m_hasThumbnails;
+    int m_limit;
+    qint64 m_bytes = 0;
+    bool m_isChain = false; ///< one file of several blocks
+    qint64 m_loadId = 0;
+    // The keys before those of the next chunk.
+    qint64 m_fileId = 0;
+    qint64 m_storageId = 0;
+    qint64 m_thumbnailId = 0;
+    qint64 m_pathId = 0;
+    Database::RelativePaths m_relativePaths;
+};

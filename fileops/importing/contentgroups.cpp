@@ -1,0 +1,197 @@
+#include "fileops/importing/contentgroups.h"
+
+#include "core/records/filekind.h"
+#include "fileops/duplicates/duplicatechoice.h"
+#include "fileops/importing/contentcomparison.h"
+#include "fileops/importing/importrun.h"
+#include "fileops/importing/sourcefiles.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace {
+constexpr int contentGroup = 1;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("ContentGroups", text);
+}
+} // namespace
+
+void ContentGroups::createTables(ImportRun &run)
+{
+    for (const char *table :
+         {"mem_groups", "mem_external_file_group", "mem_internal_file_group", "mem_keys", "mem_own_files"})
+        run.statements.run(QStringLiteral("DROP TABLE IF EXISTS temp.") + QLatin1String(table));
+    for (const char *table :
+         {"mem_groups (group_id INTEGER PRIMARY KEY, group_type INTEGER NOT NULL)",
+          "mem_external_file_group (file_id INTEGER NOT NULL, group_id INTEGER NOT NULL, "
+          "PRIMARY KEY(file_id, group_id)) WITHOUT ROWID",
+          "mem_internal_file_group (group_id INTEGER NOT NULL, file_id INTEGER NOT NULL, "
+          "PRIMARY KEY(group_id, file_id)) WITHOUT ROWID",
+          "mem_keys (data_checksum INTEGER NOT NULL, file_size INTEGER NOT NULL, "
+          "PRIMARY KEY(data_checksum, file_size)) WITHOUT ROWID",
+          "mem_own_files (data_checksum INTEGER NOT NULL, file_size INTEGER NOT NULL, kind INTEGER NOT NULL, "
+          "file_id INTEGER NOT NULL, storage_id INTEGER NOT NULL, "
+          "PRIMARY KEY(data_checksum, file_size, file_id)) WITHOUT ROWID"})
+        run.statements.run(QStringLiteral("CREATE TEMPORARY TABLE ") + QLatin1String(table));
+}
+
+void ContentGroups::group()
+{
+    qDebug("Grouping content duplicates...\n");
+    nominate();
+    // Those of the open database come first, so that files of the source join them.
+    m_run.statements.each(
+        QStringLiteral(
+            "SELECT data_checksum, file_size, 0 AS side, file_id, kind, storage_id FROM mem_own_files "
+            "UNION ALL SELECT m.data_checksum, m.file_size, 1, m.file_id, m.internal, m.storage_id "
+            "FROM mem_keys AS k JOIN mem_files AS m "
+            "ON m.data_checksum=k.data_checksum AND m.file_size=k.file_size ORDER BY 1, 2, 3, 4"),
+        [this](const ImportStatements::Row &row) {
+            m_run.stopIfEnded();
+            take({row.number(2) == 1, row.number(3), row.number(4), row.number(5)},
+                 {row.number(0), row.number(1)});
+        });
+    settle();
+}
+
+void ContentGroups::nominate()
+{
+    m_run.statements.run(QStringLiteral(
+        "INSERT OR IGNORE INTO mem_own_files (data_checksum,file_size,kind,file_id,storage_id) "
+        "SELECT f.data_checksum, f.file_size, f.internal, f.file_id, f.storage_id FROM main.files AS f "
+        "WHERE f.data_checksum>=0 AND EXISTS (SELECT 1 FROM mem_files AS m "
+        "WHERE m.data_checksum=f.data_checksum AND m.file_size=f.file_size)"));
+    m_run.statements.run(QStringLiteral("INSERT OR IGNORE INTO mem_keys (data_checksum,file_size) "
+                                        "SELECT data_checksum, file_size FROM mem_own_files"));
+    m_run.statements.run(QStringLiteral("INSERT OR IGNORE INTO mem_keys (data_checksum,file_size) "
+                                        "SELECT data_checksum, file_size FROM mem_files "
+                                        "WHERE data_checksum>=0 GROUP BY 1, 2 HAVING count(*)>1"));
+}
+
+void ContentGroups::take(const File &file, const Contents &contents)
+{
+    if (contents.checksum != m_current.checksum || contents.size != m_current.size) {
+        settle();
+        m_current = contents;
+    }
+    const auto place =
+        std::find_if(m_groups.begin(), m_groups.end(), [&](const Group &group) { return fits(group, file); });
+    Group &group = place != m_groups.end() ? *place : (m_groups.append(Group()), m_groups.last());
+    group.files.append(file);
+    group.ofSource += file.isOfSource ? 1 : 0;
+    if (file.kind == FileKind::internal && !group.hasInternal) {
+        group.internal = file;
+        group.hasInternal = true;
+    }
+}
+
+bool ContentGroups::fits(const Group &group, const File &file)
+{
+    // Bytes that the databases hold say more than a path does.
+    return isSame(group.hasInternal ? group.internal : group.files.first(), file);
+}
+
+bool ContentGroups::isSame(const File &one, const File &other)
+{
+    const bool isLink = one.kind == FileKind::hyperlink;
+    if (isLink || other.kind == FileKind::hyperlink)
+        return isLink && other.kind == FileKind::hyperlink && nameOf(one) == nameOf(other);
+    if (m_current.size == 0)
+        return true;
+    const bool areInternal = one.kind == FileKind::internal && other.kind == FileKind::internal;
+    const bool isKnownPath =
+        one.kind == FileKind::external && other.kind == FileKind::external && pathOf(one) == pathOf(other);
+    if (isKnownPath || m_run.isShell)
+        return isKnownPath || m_current.checksum != 0 || areInternal;
+    const auto side = [this](const File &file) {
+        const bool isInternal = file.kind == FileKind::internal;
+        return ContentComparison::Side{file.isOfSource, isInternal, file.storageId, m_current.size,
+                                       isInternal ? QString() : pathOf(file)};
+    };
+    const ContentComparison::Result result = m_contents.compare(side(one), side(other));
+    // Blocks that are missing are a damage, a path without a file is usual. No checksum at all is written
+    // as 0.
+    return result == ContentComparison::Same ||
+           (result == ContentComparison::Unreadable && !areInternal && m_current.checksum != 0);
+}
+
+QString ContentGroups::nameOf(const File &file)
+{
+    QString name;
+    m_run.statements.each(file.isOfSource
+                              ? QStringLiteral("SELECT file_name FROM fileSource.files WHERE file_id=?")
+                              : QStringLiteral("SELECT file_name FROM main.files WHERE file_id=?"),
+                          {file.fileId}, [&](const ImportStatements::Row &row) { name = row.text(0); });
+    return name;
+}
+
+QString ContentGroups::pathOf(const File &file)
+{
+    QString path;
+    if (file.isOfSource && !m_run.source.has({QStringLiteral("file_paths")}))
+        return path;
+    m_run.statements.each(file.isOfSource
+                              ? QStringLiteral("SELECT path FROM fileSource.file_paths WHERE path_id=?")
+                              : QStringLiteral("SELECT path FROM main.file_paths WHERE path_id=?"),
+                          {file.storageId}, [&](const ImportStatements::Row &row) { path = row.text(0); });
+    return path;
+}
+
+void ContentGroups::settle()
+{
+    for (const Group &group : qAsConst(m_groups)) {
+        const bool isHere = group.files.size() > group.ofSource;
+        if (group.ofSource == 0 || (!isHere && (group.ofSource < 2 || !m_isAdding)))
+            continue;
+        write(group);
+        if (!isHere)
+            keepOne(group);
+    }
+    m_groups.clear();
+}
+
+void ContentGroups::write(const Group &group)
+{
+    ++m_lastGroup;
+    m_run.statements.run(QStringLiteral("INSERT INTO mem_groups (group_id,group_type) VALUES (?,?)"),
+                         {m_lastGroup, contentGroup});
+    for (const File &file : group.files) {
+        if (file.isOfSource) {
+            m_run.statements.run(
+                QStringLiteral("INSERT INTO mem_external_file_group (file_id,group_id) VALUES (?,?)"),
+                {file.fileId, m_lastGroup});
+            m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=? WHERE file_id=?"),
+                                 {int(SourceFiles::IsKnown), file.fileId});
+        } else {
+            m_run.statements.run(
+                QStringLiteral("INSERT INTO mem_internal_file_group (group_id,file_id) VALUES (?,?)"),
+                {m_lastGroup, file.fileId});
+        }
+    }
+    if (group.files.size() > group.ofSource)
+        m_run.report.count(ImportReport::KnownFiles, group.ofSource);
+}
+
+void ContentGroups::keepOne(const Group &group)
+{
+    QStringList names;
+    for (const File &file : group.files)
+        names.append(nameOf(file));
+    const int kept = names.indexOf(chooseFileToKeep(names));
+    m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=? WHERE file_id=?"),
+                         {int(SourceFiles::IsNew), group.files.at(qMax(0, kept)).fileId});
+    m_run.report.leaveOut(tr("%1 files of the same contents as another one, which has their tags"),
+                          group.ofSource - 1);
+}
+
+void ContentGroups::noteAdded(ImportRun &run)
+{
+    run.statements.run(QStringLiteral("INSERT OR IGNORE INTO mem_internal_file_group (group_id,file_id) "
+                                      "SELECT ex.group_id, a.new_file_id FROM mem_added AS a "
+                                      "JOIN mem_external_file_group AS ex ON ex.file_id=a.file_id"));
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "fileops/importing/chunkrows.h"
+
+#include <QtGlobal>
+
+class CriticalDMError;
+class ImportRun;
+
+/**
+ * Adds the files of the source that are new. They go in chunks, set by set, each under a savepoint; a chunk
+ * that fails is halved until the file that fails stands alone, so that what remains is what a savepoint a
+ * file would leave. A file of several blocks is a chunk by itself.
+ */
+class FileCopier
+{
+public:
+    FileCopier(ImportRun &run, bool takesDescriptions);
+
+    void copyFiles();
+
+private:
+    void copyRange(qint64 first, qint64 last);
+    /** False when it failed and left nothing behind. */
+    bool copyChunk();
+    void reportProgress();
+    /** Of what fails for one file the others know nothing, a full disk fails them all. */
+    bool isFatal(const CriticalDMError &failure) const;
+
+    ImportRun &m_run;
+    ChunkRows m_rows;
+    qint64 m_total = 0; ///< of bytes, and of some for each file
+    qint64 m_done = 0;
+};

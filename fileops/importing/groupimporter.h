@@ -1,0 +1,19 @@
+#pragma once
+
+class ImportRun;
+
+/** Puts the mapped tags into groups of the same names as those of the source, making what is missing. */
+class GroupImporter
+{
+public:
+    explicit GroupImporter(ImportRun &run) : m_run(run) {}
+
+    /** Before the transaction. */
+    void createTable();
+    void importGroups();
+
+private:
+    void mapGroups();
+
+    ImportRun &m_run;
+};

@@ -1,0 +1,141 @@
+#include "fileops/importing/relationshipimporter.h"
+
+#include "fileops/importing/importrun.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+
+namespace {
+constexpr QLatin1Char dot('.');
+// Each of a path's prefixes is a row of its own: a path that is longer by far would fill the disk with them.
+constexpr int mostLevels = 2000;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("RelationshipImporter", text);
+}
+
+QString textOf(const QVector<qint64> &path)
+{
+    QStringList pieces;
+    for (const qint64 id : path)
+        pieces.append(QString::number(id));
+    return pieces.join(dot);
+}
+
+QVector<qint64> pathOf(const QString &text)
+{
+    QVector<qint64> path;
+    for (const QStringRef &piece : text.splitRef(dot))
+        path.append(piece.toLongLong());
+    return path;
+}
+
+/** A tag that stands above itself. */
+bool isCircle(const QVector<qint64> &path)
+{
+    return QSet<qint64>(path.cbegin(), path.cend()).size() < path.size();
+}
+} // namespace
+
+void RelationshipImporter::importRelationships()
+{
+    qDebug("Importing tag relationships...");
+    if (!m_run.source.has({QStringLiteral("tag_relationships")}))
+        return;
+    readTags();
+    readExisting();
+    // Parents before children.
+    m_run.statements.each(
+        QStringLiteral("SELECT CAST(relationship_path AS TEXT) FROM fileSource.tag_relationships "
+                       "ORDER BY length(relationship_path), relationship_path"),
+        [this](const ImportStatements::Row &row) { importPath(row.text(0)); });
+}
+
+void RelationshipImporter::readTags()
+{
+    m_run.statements.each(
+        QStringLiteral("SELECT old_tag_id, new_tag_id FROM migrationDB_tags"),
+        [this](const ImportStatements::Row &row) { m_newTagIds.insert(row.number(0), row.number(1)); });
+}
+
+void RelationshipImporter::readExisting()
+{
+    m_run.statements.each(QStringLiteral("SELECT relationship_path FROM main.tag_relationships"),
+                          [this](const ImportStatements::Row &row) {
+                              const QString path = row.text(0);
+                              m_known.insert(path);
+                              m_places[path.mid(path.lastIndexOf(dot) + 1).toLongLong()].append(path);
+                          });
+}
+
+void RelationshipImporter::importPath(const QString &text)
+{
+    Path components;
+    if (!readPath(text, components)) {
+        m_run.report.leaveOut(tr("%1 tag relationships that are none"), 1);
+        return;
+    }
+    // The path of a tag that does not come along: those of the tags below it come without it.
+    if (!m_newTagIds.contains(components.last()))
+        return;
+    const Path path = mapped(components);
+    if (m_known.contains(textOf(path)))
+        return;
+    const QStringList places = m_places.value(path.first());
+    if (places.isEmpty()) {
+        addWithPrefixes(path);
+        return;
+    }
+    for (const QString &place : places) {
+        qDebug() << "Plonk tree with trunk" << path.first() << "at" << place;
+        qDebug() << "Adding path of components" << path << "onto internal prefix of components" << place;
+        addWithPrefixes(pathOf(place) + path.mid(1));
+    }
+}
+
+bool RelationshipImporter::readPath(const QString &text, Path &components) const
+{
+    const QVector<QStringRef> pieces = text.splitRef(dot);
+    if (pieces.size() > mostLevels)
+        return false;
+    for (const QStringRef &piece : pieces) {
+        bool isNumber = false;
+        components.append(piece.toLongLong(&isNumber));
+        if (!isNumber)
+            return false;
+    }
+    return true;
+}
+
+RelationshipImporter::Path RelationshipImporter::mapped(const Path &components) const
+{
+    Path path;
+    for (const qint64 oldId : components) {
+        const auto newId = m_newTagIds.constFind(oldId);
+        if (newId != m_newTagIds.cend())
+            path.append(*newId);
+        else
+            qDebug("************  importExternalChildren(): Error importing tag to put in TR structure.");
+    }
+    return path;
+}
+
+void RelationshipImporter::addWithPrefixes(const Path &path)
+{
+    if (isCircle(path)) {
+        m_run.report.leaveOut(tr("%1 tag relationships by which a tag would stand below itself"), 1);
+        return;
+    }
+    QString prefix;
+    for (const qint64 id : path) {
+        prefix += (prefix.isEmpty() ? QString() : QString(dot)) + QString::number(id);
+        if (m_known.contains(prefix))
+            continue;
+        m_known.insert(prefix);
+        qDebug() << "Resultant complete path:" << prefix;
+        m_run.statements.run(
+            QStringLiteral("INSERT INTO main.tag_relationships (relationship_path) VALUES (?)"), {prefix});
+        m_run.report.count(ImportReport::Relationships);
+    }
+}

@@ -1,0 +1,231 @@
+#include "fileops/importing/sqliteimporter.h"
+
+#include "db/sql/statementbreak.h"
+#include "db/sql/transaction.h"
+#include "fileops/exchange/attacheddatabase.h"
+#include "fileops/importing/contentcomparison.h"
+#include "fileops/importing/contentgroups.h"
+#include "fileops/importing/filecopier.h"
+#include "fileops/importing/groupimporter.h"
+#include "fileops/importing/importrun.h"
+#include "fileops/importing/metadatamerger.h"
+#include "fileops/importing/nodeimporter.h"
+#include "fileops/importing/relationshipimporter.h"
+#include "fileops/importing/sourcefiles.h"
+#include "fileops/importing/tagimporter.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <QDebug>
+#include <QSqlDatabase>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+const QString schemaName = QStringLiteral("fileSource");
+
+/** What is the open database's own affair, or that of its disk; of SQLite. */
+bool isOfOpenDatabase(const QSqlError &error)
+{
+    static constexpr int codes[] = {5, 6, 7, 8, 10, 13};
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
+}
+} // namespace
+
+SQLiteImporter::SQLiteImporter(FileOperationWorker &worker) : m_worker(worker) {}
+
+bool SQLiteImporter::importSQLiteDatabase(const QString &source, const ImportOptions &options)
+{
+    qDebug("Importing from external database.");
+    const bool isDone = import(source, options, false);
+    qDebug("Finished importing.");
+    return isDone;
+}
+
+bool SQLiteImporter::importShellDB(const QString &source, const ImportOptions &options)
+{
+    qDebug("Importing from database shell.");
+    const bool isDone = import(source, options, true);
+    qDebug("Finished importing shell.");
+    return isDone;
+}
+
+bool SQLiteImporter::import(const QString &path, const ImportOptions &options, bool isShell)
+{
+    m_isShell = isShell;
+    emit startProgress();
+    emit m_worker.operationProgress(FileOperationType::ImportOperation, tr("Importing files..."), 0);
+    const QSqlDatabase database = QSqlDatabase::database(m_worker.connectionName(), false);
+    ImportSource source(path);
+    if (!source.examine(database.databaseName())) {
+        refuse(source.shownName(), source.whyNot());
+        return false;
+    }
+    AttachedDatabase attached(m_worker, schemaName);
+    if (!attached.attach(path, AttachedDatabase::ReadOnly)) {
+        refuse(source.shownName(), attached.isBusy() ? ImportSource::busyText() : attached.reason());
+        return false;
+    }
+    ImportRun run(m_worker, source, isShell);
+    bool isDone = false;
+    try {
+        isDone = runAttached(run, options);
+    } catch (const CriticalDMError &failure) {
+        tellFailure(failure);
+    }
+    run.statements.forget();
+    // Ends all temporary tables, too.
+    m_worker.runAsync(QStringLiteral("PRAGMA temp_store=MEMORY;"));
+    return isDone;
+}
+
+bool SQLiteImporter::runAttached(ImportRun &run, const ImportOptions &options)
+{
+    // A million files make tables that are too large to be kept in memory.
+    run.statements.run(QStringLiteral("PRAGMA temp_store=FILE"));
+    createTables(run);
+    QList<ShellFile> missing;
+    {
+        Transaction transaction(m_worker, m_worker.connectionName());
+        if (!transaction.isActive()) {
+            m_worker.report().setOutcome(tr("Nothing was imported."));
+            return false;
+        }
+        {
+            const StatementBreak statementBreak(QSqlDatabase::database(m_worker.connectionName(), false),
+                                                [this] { return m_worker.shouldEnd(); });
+            work(run, options);
+            if (m_isShell)
+                missing = missingFiles(run);
+            run.stopIfEnded();
+        }
+        // Rows that are still being read would keep it from its end.
+        run.statements.forget();
+        if (!transaction.commit()) {
+            m_worker.report().setOutcome(tr("Nothing was imported."));
+            return false;
+        }
+    }
+    const QStringList lacking = m_isShell ? QStringList() : run.source.missingTables();
+    if (!lacking.isEmpty())
+        run.report.setNote(
+            tr("It has no tables of these names, or others: %1.").arg(lacking.join(QLatin1String(", "))));
+    m_outcome = run.report.text(run.source.shownName());
+    if (m_isShell)
+        emit importNotification(missing);
+    return true;
+}
+
+void SQLiteImporter::createTables(ImportRun &run)
+{
+    TagImporter(run).createTable();
+    GroupImporter(run).createTable();
+    SourceFiles(run).createTables();
+    ContentGroups::createTables(run);
+    ChunkRows::createTables(run);
+    run.statements.number(QStringLiteral("SELECT count(*) FROM mem_external_file_group"));
+}
+
+void SQLiteImporter::work(ImportRun &run, const ImportOptions &options)
+{
+    const auto say = [&](const QString &text, int percent) {
+        run.stopIfEnded();
+        emit progress(float(percent));
+        run.tell(text, percent);
+    };
+    if (!m_isShell) {
+        say(tr("Importing tags..."), 2);
+        importTagsAndTrees(run, options);
+    }
+    say(tr("Comparing files..."), 10);
+    const ContentComparison contents(m_worker, run.source.path());
+    const bool isAdding = options.files && !m_isShell;
+    importFiles(run, contents, isAdding, options.descriptions != ExchangeSettings::LeaveDescriptions);
+    if (m_isShell) {
+        say(tr("Importing tags..."), 80);
+        importTagsAndTrees(run, options);
+    }
+    MetadataMerger merger(run);
+    say(tr("Merging descriptions..."), 95);
+    // What replaces another description must not replace that of the copy that was chosen to be added.
+    if (options.descriptions == ExchangeSettings::ReplaceDescriptions)
+        merger.mergeDescriptions(options.descriptions);
+    ContentGroups::noteAdded(run);
+    if (options.descriptions == ExchangeSettings::AppendDescriptions)
+        merger.mergeDescriptions(options.descriptions);
+    say(tr("Linking tags..."), 97);
+    if (options.fileTags)
+        merger.linkTags();
+}
+
+void SQLiteImporter::importTagsAndTrees(ImportRun &run, const ImportOptions &options)
+{
+    if (!options.tags)
+        return;
+    TagImporter tags(run);
+    if (m_isShell)
+        tags.importTagsOfCommonFiles();
+    else
+        tags.importTags();
+    if (options.tagGroups)
+        GroupImporter(run).importGroups();
+    if (options.browsingNodes)
+        NodeImporter(run).importNodes();
+    if (options.tagRelationships)
+        RelationshipImporter(run).importRelationships();
+}
+
+void SQLiteImporter::importFiles(ImportRun &run, const ContentComparison &contents, bool isAdding,
+                                 bool takesDescriptions)
+{
+    qDebug("importFiles()");
+    SourceFiles files(run);
+    files.read();
+    files.fillChecksums(contents);
+    files.createIndex();
+    ContentGroups(run, contents, isAdding).group();
+    if (isAdding)
+        FileCopier(run, takesDescriptions).copyFiles();
+}
+
+QList<ShellFile> SQLiteImporter::missingFiles(ImportRun &run)
+{
+    QList<ShellFile> missing;
+    run.statements.each(
+        QStringLiteral("SELECT ex.file_name, ex.file_size, ex.modification_date, ex.id_code "
+                       "FROM fileSource.files AS ex WHERE NOT EXISTS (SELECT 1 FROM "
+                       "mem_external_file_group AS inf WHERE inf.file_id=ex.file_id) ORDER BY ex.file_name"),
+        [&missing](const ImportStatements::Row &row) {
+            ShellFile file;
+            file.fileName = row.text(0);
+            file.fileSize = row.number(1);
+            file.lastModified = QDateTime::fromSecsSinceEpoch(row.number(2));
+            file.idCode = row.text(3);
+            missing.append(file);
+        });
+    return missing;
+}
+
+void SQLiteImporter::refuse(const QString &name, const QString &why)
+{
+    emit m_worker.error(tr("\"%1\" was not imported.\n\n%2").arg(name, why), tr("Error importing files "));
+}
+
+void SQLiteImporter::tellFailure(const CriticalDMError &failure)
+{
+    m_worker.report().setOutcome(tr("Nothing was imported."));
+    m_worker.report().setDone(0, 1);
+    if (m_worker.shouldEnd())
+        return;
+    qDebug("%s", m_isShell ? "importShellDB(...) has caught an unknown exception ***"
+                           : "importSQLiteDatabase(...) has caught an unknown exception *******");
+    if (isOfOpenDatabase(failure.error())) {
+        m_worker.emitError(failure.error());
+        return;
+    }
+    const QString text = m_isShell ? tr("An unknown error occurred while importing shell database")
+                                   : tr("An unknown error occurred while adding files");
+    emit m_worker.error(text + QLatin1String("\n\n") + failure.error().databaseText(),
+                        m_isShell ? tr("Error importing shell database ") : tr("Error importing files "));
+}

@@ -1,0 +1,260 @@
+#include "fileops/files/datachecksum.h"
+#include "tests/support/addingfixture.h"
+
+/**
+ * Merging another local database or a shell into the open one: what comes over, what is the same on both
+ * sides, and sources that are not what they should be.
+ */
+class TestImport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_fixture = std::make_unique<AddingFixture>();
+        m_source = std::make_unique<OtherConnection>(sourcePath(), "source"_s);
+        runInSource({"PRAGMA synchronous=OFF"_s, "BEGIN"_s});
+        for (const QString &statement : Schema::creationStatements())
+            runInSource({statement});
+        runInSource({"COMMIT"_s});
+    }
+
+    void cleanup()
+    {
+        m_source.reset();
+        m_fixture.reset();
+    }
+
+    void merges_data()
+    {
+        addColumns<QString, QString, QString, QString>("here", "source", "query", "expected");
+        const QString tags = "INSERT INTO tags VALUES (%1,'%2','',5,'me');"_s;
+        const QString tagNames = "SELECT tag_id, tag_name FROM tags ORDER BY 1"_s;
+        addRow("tag of the same name", tags.arg(1).arg("a"_s),
+               tags.arg(7).arg("a"_s) + tags.arg(8).arg("b"_s), tagNames, "1|a 2|b"_s);
+        addRow("tag with SQL in all its texts", ""_s,
+               "INSERT INTO tags VALUES (3,'x''); DROP TABLE tags;--\"','%1 '' \"',5,'\"');"_s,
+               "SELECT tag_name, tag_description, created_by FROM tags"_s,
+               "x'); DROP TABLE tags;--\"|%1 ' \"|\""_s);
+        addRow(
+            "tags of one name, without a name, with text for a date", ""_s,
+            tags.arg(1).arg("a"_s) + tags.arg(2).arg("a"_s) + tags.arg(3).arg(" "_s) +
+                "INSERT INTO tags VALUES (4,'c','','soon',NULL); INSERT INTO tags VALUES (5,NULL,'',5,NULL);"_s,
+            tagNames, "1|a"_s);
+        const QString twoTags = tags.arg(1).arg("a"_s) + tags.arg(2).arg("b"_s);
+        addRow(
+            "groups",
+            twoTags + "INSERT INTO tag_groups VALUES (4,'G'); INSERT INTO tag_group_links VALUES (1,4);"_s,
+            tags.arg(5).arg("b"_s) + tags.arg(6).arg("a"_s) +
+                "INSERT INTO tag_groups VALUES (1,'G'),(2,'H'),(3,'empty'),(4,'');"
+                "INSERT INTO tag_group_links VALUES (5,1),(6,1),(5,2),(99,2),(5,4);"_s,
+            "SELECT name, tag_name FROM tag_groups NATURAL JOIN tag_group_links NATURAL JOIN tags ORDER BY 1,2"_s,
+            "G|a G|b H|b"_s);
+
+        const QString nodes = "SELECT parent_id, child_id, tag_id, tr_options, inverted FROM tb_node_links "
+                              "JOIN tb_nodes ON node_id=child_id ORDER BY 2"_s;
+        const QString tree = "INSERT INTO tb_nodes VALUES (1,1,1,0),(2,2,0,1),(3,2,1,0);"
+                             "INSERT INTO tb_node_links VALUES (0,1),(1,2),(0,3);"_s;
+        addRow("nodes", ""_s, twoTags + tree, nodes, "0|1|1|1|0 0|2|2|1|0 1|3|2|0|1"_s);
+        addRow("nodes that are there", twoTags + tree, twoTags + tree, nodes,
+               "0|1|1|1|0 1|2|2|0|1 0|3|2|1|0"_s);
+        addRow("a node twice under one parent", twoTags + tree,
+               twoTags + tree +
+                   "INSERT INTO tb_nodes VALUES (9,2,1,0); INSERT INTO tb_node_links VALUES (0,9);"_s,
+               nodes, "0|1|1|1|0 1|2|2|0|1 0|3|2|1|0 0|4|2|1|0"_s);
+        addRow("nodes below one that has no tag, and in a circle", ""_s,
+               tags.arg(1).arg("a"_s) +
+                   "INSERT INTO tb_nodes VALUES (1,77,1,0),(2,1,1,0),(3,1,1,0),(4,1,1,0),(5,1,'x',0);"
+                   "INSERT INTO tb_node_links VALUES (0,1),(1,2),(4,3),(3,4),(5,5);"_s,
+               nodes, "0|1|1|1|0 0|2|1|1|0 2|3|1|1|0"_s);
+
+        const QString paths = "SELECT relationship_path FROM tag_relationships ORDER BY 1"_s;
+        const QString fourTags = twoTags + tags.arg(3).arg("c"_s) + tags.arg(4).arg("d"_s);
+        const auto path = [](const QString &list) {
+            QString statements;
+            for (const QString &text : list.split(QLatin1Char(' ')))
+                statements += "INSERT INTO tag_relationships VALUES ('%1');"_s.arg(text);
+            return statements;
+        };
+        addRow("relationships with other ids", tags.arg(1).arg("z"_s), fourTags + path("1 1.2 1.2.3 4"_s),
+               paths, "2 2.3 2.3.4 5"_s);
+        addRow("relationships with a prefix missing", ""_s, fourTags + path("1.2.3"_s), paths,
+               "1 1.2 1.2.3"_s);
+        addRow("relationships that are there", fourTags + path("1 1.2 2"_s), fourTags + path("1 1.2 2"_s),
+               paths, "1 1.2 2"_s);
+        addRow("a tree whose trunk stands elsewhere", fourTags + path("1 1.2"_s), fourTags + path("2 2.3"_s),
+               paths, "1 1.2 1.2.3"_s);
+        addRow("a tree whose trunk stands at two places", fourTags + path("1 1.2 4 4.2"_s),
+               fourTags + path("2 2.3"_s), paths, "1 1.2 1.2.3 4 4.2 4.2.3"_s);
+        addRow("circles, also over both sides, and no paths", fourTags + path("1 1.2"_s),
+               fourTags + path("2 2.1 3 3.4.3 x 1..2 4.99 99.4"_s), paths, "1 1.2 3 4"_s);
+    }
+
+    void merges()
+    {
+        QFETCH(QString, here);
+        QFETCH(QString, source);
+        QFETCH(QString, query);
+        runScript(here, QString());
+        runScript(source, "source"_s);
+        import();
+        QTEST(Sql::rows(query).join(QLatin1Char(' ')), "expected");
+        // A second time, there is nothing new.
+        const QString before = dump();
+        import();
+        QCOMPARE(dump(), before);
+        QCOMPARE(m_fixture->integrity(), "ok"_s);
+    }
+
+    void importsFiles_data()
+    {
+        addColumns<QString, QString, QString, QString>("here", "source", "query", "expected");
+        const QString contents =
+            "SELECT file_name, group_concat(CAST(data AS TEXT), '+') FROM files LEFT JOIN "
+            "(SELECT * FROM storage ORDER BY 1) AS s ON internal=1 AND "
+            "s.storage_id>=files.storage_id AND s.storage_id<ifnull((SELECT "
+            "min(n.storage_id) FROM files n WHERE n.internal=1 AND "
+            "n.storage_id>files.storage_id),99999) GROUP BY files.file_id ORDER BY 1"_s;
+        addRow("a code that is in use and one that is not", file(1, "here"),
+               file(5, "there") + file(6, "other") + "UPDATE files SET id_code='C1' WHERE file_id=5;"_s,
+               "SELECT count(DISTINCT id_code), count(*), sum(id_code='C6'), sum(id_code='C1') FROM files"_s,
+               "3|3|1|1"_s);
+        addRow("equal contents and an equal checksum only", file(1, "same"),
+               file(1, "same") + file(2, "SAME") +
+                   "UPDATE files SET data_checksum=(SELECT data_checksum FROM files WHERE file_id=1);"_s,
+               contents, "file1|same file2|SAME"_s);
+        addRow("equal contents of other checksums", file(1, "same") + "UPDATE files SET data_checksum=77;"_s,
+               file(1, "same"), contents, "file1|same file1|same"_s);
+        addRow(
+            "copies within the source, with tags of all", ""_s,
+            file(1, "same") + file(2, "same") +
+                "UPDATE files SET file_name='Copy of file', file_description='note' WHERE file_id=1;"
+                "INSERT INTO tags VALUES (1,'a','',1,''),(2,'b','',1,''); INSERT INTO file_tag VALUES (1,1),(2,2),(2,9),('q',1);"_s,
+            "SELECT file_name, file_description, tag_name FROM files NATURAL JOIN file_tag NATURAL JOIN tags ORDER BY 3"_s,
+            "file2|text 2 . note|a file2|text 2 . note|b"_s);
+        addRow(
+            "a chain of blocks, others between, one of no bytes", file(4, "here"),
+            "INSERT INTO storage VALUES (1,'aa'),(3,'bb'),(5,''),(6,'cc'); INSERT INTO storage_info VALUES (1,3),(3,5),(5,6),(6,0);"_s +
+                record(1, 1, 6, 1, 11) + file(2, "x"),
+            contents, "file1|aa+bb++cc file2|x file4|here"_s);
+        addRow(
+            "chains that are broken, in a circle, too short and without blocks", ""_s,
+            "INSERT INTO storage VALUES (1,'aa'),(3,'bb'),(5,'cc'),(6,'cc'); INSERT INTO storage_info VALUES (1,3),(3,1),(5,9),(6,0);"_s +
+                record(1, 1, 4, 1, 1) + record(2, 1, 4, 5, 2) + record(3, 1, 4, 6, 3) +
+                record(4, 1, 4, 77, 4) + file(9, "x"),
+            contents, "file9|x"_s);
+        addRow("empty files", ""_s, record(1, 1, 0, 5, 0) + record(2, 1, 0, 5, 0),
+               "SELECT count(*), max(file_size) FROM files"_s, "1|0"_s);
+        addRow("links", record(1, 2, 0, 0, 8),
+               record(1, 2, 0, 0, 8) + record(2, 2, 0, 0, 9) + record(3, 2, 0, 0, 8),
+               "SELECT file_id, file_name, internal FROM files ORDER BY 1"_s,
+               "1|file1|2 2|file2|2 3|file3|2"_s);
+        addRow(
+            "external files, some without a path", ""_s,
+            record(1, 0, 5, 1, 1) + record(2, 0, 5, 9, 2) + record(3, 0, 5, 3, 3) +
+                "INSERT INTO file_paths VALUES (1,'/a/../b/x''y','wrong'),(3,'','');"_s,
+            "SELECT file_name, path, rel_path LIKE '../%b/x''y' FROM files JOIN file_paths ON path_id=storage_id"_s,
+            "file1|/a/../b/x'y|1"_s);
+        addRow("numbers that are none, and kinds", ""_s,
+               file(1, "a") + record(2, 5, 0, 0, 1) +
+                   "INSERT INTO files VALUES "
+                   "(3,'f','','x',1,1,'C3',1,0,0,1,2),(4,'g','',0,1,'soon','C4',1,0,0,1,2),"
+                   "(5,NULL,NULL,0,1,1,'C5',1,0,NULL,1,2);"_s,
+               "SELECT file_id, file_name, file_description, thumbnail_id FROM files"_s,
+               "1|file1|text 1|0 2|||0"_s);
+        addRow(
+            "thumbnails: there, absent, none", ""_s,
+            record(1, 2, 0, 0, 1, 3) + record(2, 2, 0, 0, 2, 4) + record(3, 2, 0, 0, 3, -1) +
+                "INSERT INTO thumbnails VALUES (3, x'01');"_s,
+            "SELECT file_name, files.thumbnail_id>0, hex(thumbnail) FROM files LEFT JOIN thumbnails USING (thumbnail_id)"_s,
+            "file1|1|01 file2|0| file3|0|"_s);
+        addRow("names that climb", ""_s, file(1, "a") + "UPDATE files SET file_name='../../x';"_s,
+               "SELECT file_name FROM files"_s, "../../x"_s);
+    }
+
+    void importsFiles() { merges(); }
+
+private:
+    /** The statements for a file whose size, number and name tell of each other. */
+    static QString record(int id, int internal, int size, int storageId, int checksum, int thumbnailId = 0)
+    {
+        return "INSERT INTO files VALUES (%1,'file%1','text %1',%2,1,%1,'C%1',1,%3,%4,%5,%6);"_s.arg(id)
+            .arg(size)
+            .arg(storageId)
+            .arg(thumbnailId)
+            .arg(checksum)
+            .arg(internal);
+    }
+    /** An internal file of one block with its own id. */
+    static QString file(int id, const QByteArray &bytes)
+    {
+        return record(id, 1, bytes.size(), id, int(DataChecksum::ofBytes(bytes))) +
+               "INSERT INTO storage VALUES (%1,CAST('%2' AS BLOB)); INSERT INTO storage_info VALUES (%1,0);"_s
+                   .arg(id)
+                   .arg(QString::fromUtf8(bytes));
+    }
+
+    QString sourcePath() const { return m_fixture->filePath("source.vrn"_s); }
+
+    void runInSource(const QStringList &statements)
+    {
+        for (const QString &statement : statements)
+            QVERIFY2(m_source->run(statement), qPrintable(statement));
+    }
+
+    /** Statements that end in ";" and a blank or the end of the text. */
+    void runScript(const QString &script, const QString &connection)
+    {
+        const QSqlDatabase database =
+            connection.isEmpty() ? QSqlDatabase::database() : QSqlDatabase::database(connection);
+        for (const QString &statement : splitScript(script)) {
+            QSqlQuery query(database);
+            QVERIFY2(query.exec(statement), qPrintable(statement + query.lastError().text()));
+        }
+    }
+    static QStringList splitScript(const QString &script)
+    {
+        // A semicolon within quotes ends nothing.
+        QStringList statements(QString{});
+        bool isQuoted = false;
+        for (const QChar sign : script) {
+            isQuoted = isQuoted != (sign == QLatin1Char('\''));
+            if (sign == QLatin1Char(';') && !isQuoted)
+                statements.append(QString());
+            else
+                statements.last() += sign;
+        }
+        statements.removeAll(QString());
+        return statements;
+    }
+
+    static ImportOptions all(ExchangeSettings::DescriptionMerge merge = ExchangeSettings::AppendDescriptions)
+    {
+        return {true, true, true, true, true, true, merge};
+    }
+
+    void import(const ImportOptions &options = all(), bool isShell = false)
+    {
+        m_fixture->provider().importDatabase(sourcePath(), isShell, options);
+        m_fixture->wait();
+    }
+
+    /** All rows of the open database but for what counts the imports. */
+    static QString dump()
+    {
+        QString text;
+        for (const char *table :
+             {"tags", "tag_groups", "tag_group_links", "tb_nodes", "tb_node_links", "tag_relationships",
+              "files", "file_tag", "file_paths", "storage", "storage_info", "thumbnails"})
+            text += Sql::rows("SELECT * FROM %1 ORDER BY 1, 2"_s.arg(QLatin1String(table)))
+                        .join(QLatin1Char('\n'));
+        return text;
+    }
+
+    std::unique_ptr<AddingFixture> m_fixture;
+    std::unique_ptr<OtherConnection> m_source;
+};
+
+QTEST_MAIN(TestImport)
+#include "tst_import.moc"
