@@ -22,6 +22,8 @@ const QString foreign = "Error opening database: The database holds parts that V
                         "views or triggers. It was not opened, so that nothing in it can run."_s;
 const QString older = ": The database was created with an earlier version of Vorna."_s;
 const QString accessError = "Error Accessing Database: An error has occurred accessing the database. "_s;
+const QString endless =
+    accessError + "The database is damaged: it tells of more rows than its file has room for."_s;
 
 /** Hyperlinks enough for a tree of many pages, on pages small enough to spoil one alone. */
 void fill(const QString &path)
@@ -282,35 +284,27 @@ private slots:
     void rowsWithoutEndEnd()
     {
         QFETCH(QString, row);
-        m_fixture->makeDatabase("bad.vrn"_s);
-        int root = 0;
-        {
-            OtherConnection writer(bad());
-            QVERIFY(writer.run("PRAGMA page_size=4096"_s) && writer.run("VACUUM"_s) &&
-                    writer.run("INSERT INTO "_s + row));
-            QSqlQuery query("SELECT rootpage FROM sqlite_master WHERE name='%1'"_s.arg(
-                                row.section(QLatin1Char(' '), 0, 0)),
-                            QSqlDatabase::database("other"_s));
-            QVERIFY(query.next());
-            root = query.value(0).toInt();
-        }
-        QByteArray bytes = WindowFixture::read(bad());
-        const int rootAt = (root - 1) * pageSize;
-        const quint32 leaf = quint32(bytes.size() / pageSize + 1);
-        bytes += bytes.mid(rootAt, pageSize) + branchTo(leaf) + branchTo(leaf + 1);
-        bytes.replace(rootAt, pageSize, branchTo(leaf + 2));
-        qToBigEndian(leaf + 2, bytes.data() + 28);
-        m_fixture->write("bad.vrn"_s, bytes);
+        makeEndless({row});
         openByDialog(bad());
-        QTRY_COMPARE(m_fixture->boxes(),
-                     QStringList{accessError + "The database is damaged: it tells of more rows than its "
-                                               "file has room for."_s});
+        QTRY_COMPARE(m_fixture->boxes(), QStringList{endless});
         // What was not read whole is not shown, nor written to.
         const Collection &opened = *window().collection();
         QCOMPARE(opened.mainViewController()->contentsModel()->rowCount(), 0);
         QVERIFY(opened.groupsController()->groups()->isEmpty());
         const bool isRecord = QByteArray(QTest::currentDataTag()) != "versions";
         QCOMPARE(tags()->addTag("Blue"_s) > 0, !isRecord);
+    }
+
+    void workOnRowsWithoutEndEnds()
+    {
+        makeEndless({"storage_info VALUES (1,0)"_s, "storage VALUES (1,'bytes')"_s,
+                     "files VALUES (1,'f','',5,0,0,'BCDF234',1,1,0,0,1)"_s});
+        openByDialog(bad());
+        QCOMPARE(m_fixture->boxes(), QStringList());
+        window().collection()->mainViewController()->deleteFiles({1});
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->boxes(), QStringList{endless + "\nFiles deleted: 0 of 1."_s},
+                                  60000);
+        QCOMPARE(window().collection()->mainViewController()->contentsModel()->rowCount(), 1);
     }
 
     void spoiltWhileOpenIsToldOnce()
@@ -346,6 +340,30 @@ private slots:
     }
 
 private:
+    /** A database with these rows, of which those of the first one's table never end. */
+    void makeEndless(const QStringList &rows)
+    {
+        m_fixture->makeDatabase("bad.vrn"_s);
+        int root = 0;
+        {
+            OtherConnection writer(bad());
+            QVERIFY(writer.run("PRAGMA page_size=4096"_s) && writer.run("VACUUM"_s));
+            for (const QString &row : rows)
+                QVERIFY(writer.run("INSERT INTO "_s + row));
+            QSqlQuery query("SELECT rootpage FROM sqlite_master WHERE name='%1'"_s.arg(
+                                rows.first().section(QLatin1Char(' '), 0, 0)),
+                            QSqlDatabase::database("other"_s));
+            QVERIFY(query.next());
+            root = query.value(0).toInt();
+        }
+        QByteArray bytes = WindowFixture::read(bad());
+        const int rootAt = (root - 1) * pageSize;
+        const quint32 leaf = quint32(bytes.size() / pageSize + 1);
+        bytes += bytes.mid(rootAt, pageSize) + branchTo(leaf) + branchTo(leaf + 1);
+        bytes.replace(rootAt, pageSize, branchTo(leaf + 2));
+        qToBigEndian(leaf + 2, bytes.data() + 28);
+        m_fixture->write("bad.vrn"_s, bytes);
+    }
     using Contents = QMap<QString, QByteArray>;
     /** Each name in the folder with its bytes. */
     Contents folder() const

@@ -5,6 +5,7 @@
 #include "db/sql/connections.h"
 #include "db/sql/drivertexts.h"
 #include "db/sql/errorjudge.h"
+#include "db/sql/readbound.h"
 #include "db/sql/serverwatch.h"
 #include "db/sql/transaction.h"
 #include "db/sql/writeguard.h"
@@ -134,6 +135,7 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
     for (int i = 0; i < values.size(); ++i)
         query->bindValue(i, DriverTexts::toBind(*query, values.at(i)));
     const QSqlDatabase database = openConnection(connection);
+    ReadBound::beginStatement(statement.size());
     {
         const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
         if (query->exec() && QueryRunner::readRows(*query, table)) {

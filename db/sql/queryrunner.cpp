@@ -2,6 +2,7 @@
 
 #include "app/settings/constants.h"
 #include "db/sql/drivertexts.h"
+#include "db/sql/readbound.h"
 #include "db/sql/serverwatch.h"
 
 #include <QMetaMethod>
@@ -80,6 +81,7 @@ bool QueryRunner::runOn(const QString &connectionName, const QString &query, Tab
         return false;
     QSqlQuery statement(database);
     statement.setForwardOnly(true);
+    ReadBound::beginStatement(query.size());
     const auto executed = [&] {
         const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
         return statement.exec(query);

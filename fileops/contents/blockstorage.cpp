@@ -14,8 +14,10 @@ namespace {
 bool isDamage(const QSqlError &error)
 {
     constexpr int corruptFile = 11; // in the low byte, above which extended codes stand
+    constexpr int withoutEnd = 9;   // a statement that was ended
     const QString code = error.nativeErrorCode();
-    return code.size() < 5 ? (code.toInt() & 0xff) == corruptFile : code.startsWith(QLatin1String("XX"));
+    const int kind = code.toInt() & 0xff;
+    return code.size() < 5 ? kind == corruptFile || kind == withoutEnd : code.startsWith(QLatin1String("XX"));
 }
 
 /** An open file without a name any more can still be written to, but never found again. */

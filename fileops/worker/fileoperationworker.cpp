@@ -5,12 +5,15 @@
 #include "db/sql/connections.h"
 #include "db/sql/errorjudge.h"
 #include "db/sql/lockwait.h"
+#include "db/sql/readbound.h"
 #include "db/sql/serverwatch.h"
 #include "fileops/files/regularfile.h"
 
 #include <QDebug>
+#include <QSqlDatabase>
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 constexpr int thumbnailsAtOnce = 8;
@@ -316,6 +319,11 @@ void FileOperationWorker::finishRun()
 void FileOperationWorker::run(const FileOperation &operation)
 {
     m_report.begin(operation.type);
+    std::optional<ReadBound> bound;
+    // Those two have a second file on the connection, which may hold more.
+    if (operation.type != FileOperationType::ImportOperation &&
+        operation.type != FileOperationType::ExportOperation)
+        bound.emplace(QSqlDatabase::database(m_connectionName, false), ReadBound::EachStatement);
     if (m_operations)
         m_operations(*this, operation);
     tellShortfall();
