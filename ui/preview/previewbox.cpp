@@ -28,6 +28,7 @@ namespace {
 constexpr int mostMillisecondsOfTrying = 500;
 constexpr int followingMilliseconds = 100;
 constexpr int retryMilliseconds = 300;
+constexpr int retryShare = 20;
 constexpr QSize firstSize(920, 720);
 
 } // namespace
@@ -125,7 +126,6 @@ void PreviewBox::connectAll()
     connect(m_area, &PictureArea::scaleChanged, m_description, &DescriptionBar::showScale);
     // The picture alone: what was typed meanwhile is not to be saved by the way.
     m_retry.setSingleShot(true);
-    m_retry.setInterval(retryMilliseconds);
     connect(&m_retry, &QTimer::timeout, this, &PreviewBox::beginLoading);
     // Many news at once are one look.
     m_following.setSingleShot(true);
@@ -248,7 +248,11 @@ void PreviewBox::beginLoading()
 {
     if (!m_controller || m_loading)
         return;
+    QElapsedTimer asking;
+    asking.start();
     m_loading = m_controller->loadImage(m_fileId);
+    // The window stands still while a server lets wait for its answer: then it is asked less often.
+    m_retry.setInterval(qMax(retryMilliseconds, retryShare * int(asking.elapsed())));
     connect(m_loading.get(), &ImageLoading::finished, this, &PreviewBox::showLoaded);
     m_notice->begin(m_controller->fileData(m_fileId, DataType::Name).toString());
 }
