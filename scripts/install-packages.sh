@@ -14,10 +14,12 @@ run=(
     libqt5sql5-sqlite libqt5sql5-psql             # database drivers
     qt5-image-formats-plugins libqt5svg5          # WebP, TIFF, SVG ... as thumbnails
     fonts-dejavu-core
+    ca-certificates                               # whom to believe, where updates are looked for
     xvfb xauth openbox xdotool imagemagick        # a virtual display and a picture of it
 )
 test=(
     postgresql-15 sqlite3
+    openssl                                       # certificates of a server for updates
 )
 
 missing=()

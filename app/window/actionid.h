@@ -22,5 +22,6 @@ enum ActionId {
     ManualAction = 21,
     NameplateAction = 24,
     InternalAction = 25,
-    ExternalAction = 26
+    ExternalAction = 26,
+    SendFeedbackAction = 27
 };

@@ -25,6 +25,7 @@
 #include "core/controllers/tagscontroller.h"
 #include "ui/dialogs/browsingtreedialog.h"
 #include "ui/dialogs/duplicateprompt.h"
+#include "ui/dialogs/feedbackdialog.h"
 #include "ui/dialogs/fileoperationprogress.h"
 #include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/popupmessager.h"
@@ -112,6 +113,7 @@ void MainWindow::connectCommands()
     onTriggered(ManualAction, &MainWindow::showManual);
     onTriggered(NameplateAction, &MainWindow::showNameplate);
     connect(m_commands->action(ExternalAction), &QAction::toggled, this, &MainWindow::slotExternalToggled);
+    onTriggered(SendFeedbackAction, &MainWindow::slotSendFeedback);
 }
 
 void MainWindow::restoreLayout()
@@ -411,6 +413,13 @@ void MainWindow::showTagDublicated()
 void MainWindow::slotExternalToggled(bool external)
 {
     AddingSettings::setLinkToFiles(external);
+}
+
+void MainWindow::slotSendFeedback()
+{
+    auto *dialog = new FeedbackDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
 }
 
 void MainWindow::startAddingFilesProgresDialog(const QString &text)

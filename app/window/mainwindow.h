@@ -79,6 +79,7 @@ public slots:
     void showGroupDublicated();
     void showTagDublicated();
     void slotExternalToggled(bool external);
+    void slotSendFeedback();
     void startAddingFilesProgresDialog(const QString &text);
     void progressAddingFilesDialog(const QString &text, int value);
     void finishAddingFilesProgresDialog();

@@ -30,6 +30,8 @@ WindowCommands::WindowCommands(QObject *parent) : QObject(parent)
     add(ManualAction, tr("Manual"));
     add(NameplateAction, tr("Nameplate"));
     makeKindsOfAdding();
+    add(SendFeedbackAction, tr("Send feedback"))
+        ->setToolTip(tr("Send feedback to %1").arg(Constants::organizationName));
 }
 
 QAction *WindowCommands::add(ActionId id, const QString &text, const char *icon)
@@ -73,7 +75,10 @@ void WindowCommands::takePlaces(MainUi &ui, const QList<QAction *> &recentDataba
                              action(BrowsingTreeListAction), action(RemakeThumbnailsAction)});
     m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
     ui.helpMenu->addActions({action(QuickStartAction), action(ManualAction), action(NameplateAction)});
-    ui.fileToolsBar->addActions({action(ExternalAction), action(InternalAction)});
+    ui.fileToolsBar->addActions({action(ExternalAction), action(InternalAction), action(SendFeedbackAction)});
+    // The style sheet knows it by its name.
+    ui.fileToolsBar->widgetForAction(action(SendFeedbackAction))
+        ->setObjectName(QStringLiteral("feedbackButton"));
 }
 
 void WindowCommands::updateAvailability(const Collection *collection)
