@@ -1,6 +1,7 @@
 #include "core/records/file.h"
 #include "db/sql/sqltext.h"
 #include "fileops/files/datachecksum.h"
+#include "fileops/pictures/imageloading.h"
 #include "fileops/provider/thumbnailcache.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"

@@ -1,4 +1,5 @@
 #include "core/records/file.h"
+#include "fileops/pictures/imageloading.h"
 #include "fileops/pictures/picturepool.h"
 #include "models/contents/sorter.h"
 #include "tests/support/dialoganswers.h"

@@ -1,5 +1,6 @@
 #include "core/providers/mainviewprovider.h"
 #include "db/sql/serverwatch.h"
+#include "fileops/pictures/imageloading.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 

@@ -14,6 +14,7 @@
 #include "core/records/filekind.h"
 #include "db/manager/databasemanger.h"
 #include "fileops/files/startable.h"
+#include "fileops/pictures/imageloading.h"
 #include "fileops/provider/thumbnailcache.h"
 #include "models/base/idlistmime.h"
 #include "models/contents/contentsmodel.h"

@@ -5,7 +5,7 @@
 #include "core/records/datatype.h"
 #include "core/records/nodetype.h"
 #include "core/records/recordtypes.h"
-#include "fileops/pictures/imageloading.h"
+#include "fileops/pictures/storedimage.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "models/contents/contentshost.h"
 #include "models/contents/tagrequirements.h"
@@ -18,15 +18,18 @@
 #include <QVariant>
 #include <QVector>
 
+#include <memory>
+
 class BrowsTreeController;
 class ContentsModel;
 class File;
 class FileFilterModel;
 class FolderExtraction;
-struct ImportOptions;
+class ImageLoading;
 class RelationsController;
 class Sorter;
 class TagsController;
+struct ImportOptions;
 
 /**
  * The files of the main view: what is shown, and every edit of a file. It owns the table of all files with

@@ -10,7 +10,7 @@
 #include "db/manager/recordloads.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
-#include "fileops/pictures/imageloading.h"
+#include "fileops/pictures/storedimage.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "fileops/worker/presentableduplicates.h"
 
@@ -27,6 +27,7 @@
 
 class AbstractQueryConstructor;
 class BaseDBProvider;
+class ImageLoading;
 class StoredPictures;
 class ThumbnailCache;
 class UserPrompts;
