@@ -330,6 +330,24 @@ private slots:
         QCOMPARE(leftovers().size(), 1);
     }
 
+    void narrowWindowShowsTheOffer()
+    {
+        m_server->answer(versionPath, version("4.2.0"));
+        startWindow(false);
+        MainWindow &window = fixture().window();
+        window.resize(780, 600);
+        auto *bar = window.findChild<QToolBar *>("SearchFilesBar"_s);
+        QAction *offer = fixture().action("Download New Version"_s);
+        QTRY_VERIFY(offer->isVisible());
+        QTRY_VERIFY(bar->widgetForAction(offer)->isVisible());
+        // That row is none of the layout that comes back.
+        QVERIFY(window.toolBarBreak(bar));
+        QSettings().setValue("PreferencesDialog/checkForUpdates"_s, false);
+        fixture().restart();
+        QVERIFY(
+            !fixture().window().toolBarBreak(fixture().window().findChild<QToolBar *>("SearchFilesBar"_s)));
+    }
+
     void windowDownloadsWithoutAQuestion()
     {
         m_server->answer(versionPath, version("4.2.0"));

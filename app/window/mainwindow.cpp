@@ -126,6 +126,7 @@ MainWindow::~MainWindow()
 {
     closeDatabase();
     m_recentDatabases->save();
+    m_updates->giveRowBack();
     WindowSettings::setLayout(WindowSettings::mainWindowState, saveState());
     WindowSettings::setLayout(WindowSettings::mainWindowGeometry, saveGeometry());
 }

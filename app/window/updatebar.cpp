@@ -9,12 +9,13 @@
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMainWindow>
 #include <QProgressBar>
 #include <QToolBar>
 
 #include <limits>
 
-UpdateBar::UpdateBar(QWidget *window)
+UpdateBar::UpdateBar(QMainWindow *window)
     : QObject(window),
       m_window(window),
       m_handler(new UpdateHandler(window)),
@@ -36,8 +37,9 @@ UpdateBar::UpdateBar(QWidget *window)
 
 void UpdateBar::takePlaces(MainUi &ui)
 {
-    ui.searchFilesBar->addActions({m_offer, m_install});
-    auto *widget = new QWidget(ui.searchFilesBar);
+    m_bar = ui.searchFilesBar;
+    m_bar->addActions({m_offer, m_install});
+    auto *widget = new QWidget(m_bar);
     auto *layout = new QHBoxLayout(widget);
     layout->setContentsMargins({});
     auto *label = new QLabel(tr("Downloading new version: "), widget);
@@ -45,11 +47,35 @@ void UpdateBar::takePlaces(MainUi &ui)
     m_progressBar->setAccessibleName(label->text().trimmed());
     layout->addWidget(label);
     layout->addWidget(m_progressBar);
-    m_progress = ui.searchFilesBar->addWidget(widget);
-    ui.searchFilesBar->addAction(m_cancel);
+    m_progress = m_bar->addWidget(widget);
+    m_bar->addAction(m_cancel);
     m_offer->setVisible(false);
     m_install->setVisible(false);
     showDownloading(false);
+    for (const QAction *action : {m_offer, m_install, m_progress})
+        connect(action, &QAction::changed, this, &UpdateBar::makeRoom);
+}
+
+void UpdateBar::makeRoom()
+{
+    if (!m_offer->isVisible() && !m_install->isVisible() && !m_progress->isVisible()) {
+        giveRowBack();
+        return;
+    }
+    int needed = 0;
+    for (const QToolBar *bar : m_window->findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly))
+        needed += bar->isVisible() ? bar->sizeHint().width() : 0;
+    if (needed <= m_window->width() || m_window->toolBarBreak(m_bar))
+        return;
+    m_window->insertToolBarBreak(m_bar);
+    m_hasRow = true;
+}
+
+void UpdateBar::giveRowBack()
+{
+    if (m_hasRow)
+        m_window->removeToolBarBreak(m_bar);
+    m_hasRow = false;
 }
 
 void UpdateBar::readSettings()

@@ -4,7 +4,9 @@
 
 class MainUi;
 class QAction;
+class QMainWindow;
 class QProgressBar;
+class QToolBar;
 class UpdateHandler;
 
 /**
@@ -16,11 +18,13 @@ class UpdateBar : public QObject
     Q_OBJECT
 
 public:
-    explicit UpdateBar(QWidget *window);
+    explicit UpdateBar(QMainWindow *window);
 
     UpdateHandler *handler() const { return m_handler; }
     /** After the search has taken its places. */
     void takePlaces(MainUi &ui);
+    /** Before the window stores its layout, to which a row of its own does not belong. */
+    void giveRowBack();
     /** At the start and when the user has set them: looks for a new version where that has been switched on.
      */
     void readSettings();
@@ -35,13 +39,17 @@ public slots:
 
 private:
     void showDownloading(bool isDownloading);
+    /** A narrow window gives the bar a row of its own, as it would hide behind a small arrow what is new. */
+    void makeRoom();
 
-    QWidget *m_window;
+    QMainWindow *m_window;
     UpdateHandler *m_handler;
     QAction *m_offer;
     QAction *m_install;
     QAction *m_cancel;
     QAction *m_progress = nullptr; // stands for the label and the bar
     QProgressBar *m_progressBar = nullptr;
+    QToolBar *m_bar = nullptr;
+    bool m_hasRow = false;
     bool m_isChecking = false;
 };
