@@ -10,6 +10,7 @@ namespace {
 // The window answers from its event loop, which a large merge or reload may keep from turning.
 constexpr int patienceMilliseconds = 20000;
 constexpr int pollMilliseconds = 10;
+constexpr int settlingMilliseconds = 200; // an edit stands still for it
 } // namespace
 
 ForeignWrites::ForeignWrites(QObject *parent) : BaseDBProvider(nullptr, parent) {}
@@ -53,11 +54,45 @@ bool ForeignWrites::mayWrite()
             return true;
         isWorkerCommitting = m_isTrusted && (isWorkerCommitting || m_isWorkerCommitting);
     }
-    if (isWorkerCommitting)
-        emit busyFound();
-    else
+    if (!isWorkerCommitting)
         emit newsFound();
+    else if (settleHere())
+        return mayWrite();
+    else
+        emit busyFound();
     return false;
+}
+
+bool ForeignWrites::settleHere()
+{
+    QElapsedTimer waited;
+    waited.start();
+    QMutexLocker locker(&m_mutex);
+    while (m_isWorkerCommitting && !waited.hasExpired(settlingMilliseconds)) {
+        if (m_isLookWanted) {
+            locker.unlock();
+            lookAtCommit();
+            locker.relock();
+        }
+        if (m_isWorkerCommitting)
+            m_changed.wait(&m_mutex, pollMilliseconds);
+    }
+    return !m_isWorkerCommitting;
+}
+
+void ForeignWrites::lookAtCommit()
+{
+    QMutexLocker locker(&m_mutex);
+    if (!m_isLookWanted)
+        return;
+    locker.unlock();
+    qint64 version = 0;
+    const bool isRead = readVersion(*this, QString(), version);
+    locker.relock();
+    m_seenVersion = version;
+    m_isLookTaken = isRead;
+    m_isLookWanted = false;
+    m_changed.wakeAll();
 }
 
 void ForeignWrites::changesUndone()
@@ -94,18 +129,25 @@ void ForeignWrites::commitFailed()
 {
     const QMutexLocker locker(&m_mutex);
     m_isWorkerCommitting = false;
+    m_changed.wakeAll();
 }
 
 bool ForeignWrites::showCommit(const std::function<bool()> &shouldEnd)
 {
-    const auto look = [this] {
-        qint64 version = 0;
-        const bool isRead = readVersion(*this, QString(), version);
-        const QMutexLocker locker(&m_mutex);
-        m_seenVersion = version;
-        return isRead;
-    };
-    return ask(look, shouldEnd);
+    QMutexLocker locker(&m_mutex);
+    m_isLookWanted = true;
+    m_isLookTaken = false;
+    m_changed.wakeAll();
+    QMetaObject::invokeMethod(this, &ForeignWrites::lookAtCommit, Qt::QueuedConnection);
+    QElapsedTimer waited;
+    waited.start();
+    while (m_isLookWanted && !shouldEnd() && !waited.hasExpired(patienceMilliseconds))
+        m_changed.wait(&m_mutex, pollMilliseconds);
+    if (m_isLookWanted && !shouldEnd())
+        distrust();
+    // A look that comes later would be that of another commit.
+    m_isLookWanted = false;
+    return m_isLookTaken;
 }
 
 void ForeignWrites::settleCommit(bool isOwn)
@@ -115,6 +157,7 @@ void ForeignWrites::settleCommit(bool isOwn)
         m_version = m_seenVersion;
     m_isTrusted = m_isTrusted && isOwn;
     m_isWorkerCommitting = false;
+    m_changed.wakeAll();
 }
 
 bool ForeignWrites::ask(const std::function<bool()> &question, const std::function<bool()> &shouldEnd)

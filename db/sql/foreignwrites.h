@@ -4,6 +4,7 @@
 #include "db/sql/writeguard.h"
 
 #include <QMutex>
+#include <QWaitCondition>
 
 #include <functional>
 
@@ -12,8 +13,9 @@
  * each connection whether any other one has committed ("PRAGMA data_version"), and to it the worker's
  * connection is as foreign to the window's as another program's. So a commit of the worker goes like this: it
  * is announced; after it the window looks, and then the worker does on its own connection. When the worker
- * sees nobody's change still, what the window has seen was the worker's alone, and is noted. In between,
- * edits of the window count as busy.
+ * sees nobody's change still, what the window has seen was the worker's alone, and is noted. An edit
+ * of the window that comes in between looks at once, and waits a moment for the worker; else it counts as
+ * busy.
  *
  * Lives on the main thread, and outlives the worker, whose half is WorkerWrites.
  */
@@ -60,10 +62,16 @@ signals:
 private:
     bool ask(const std::function<bool()> &question, const std::function<bool()> &shouldEnd);
     void distrust();
+    /** Has the worker's commit settled from within an edit; false when that takes too long. */
+    bool settleHere();
+    void lookAtCommit();
 
     QMutex m_mutex;            ///< of what follows
     qint64 m_version = -1;     ///< of the records, as the window's connection counts
     qint64 m_seenVersion = -1; ///< after a commit of the worker that is not settled yet
     bool m_isTrusted = true;
     bool m_isWorkerCommitting = false;
+    bool m_isLookWanted = false; ///< by the worker, for its commit
+    bool m_isLookTaken = false;  ///< false also when it failed
+    QWaitCondition m_changed;    ///< any of the three
 };
