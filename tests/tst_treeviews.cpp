@@ -454,7 +454,7 @@ private slots:
         };
         QCOMPARE(enabled(), 0);
         w.view->setCurrentIndex(w.node(1));
-        QCOMPARE(enabled(), 3);
+        QCOMPARE(enabled(), 4);
         QVERIFY(actions.at(1)->isChecked() && !actions.at(2)->isChecked());
         actions.at(1)->trigger();
         actions.at(2)->trigger();
@@ -466,7 +466,8 @@ private slots:
         answerMenu(-1, &menu);
         w.nodes->openContextMenu(centreOf(w.view, w.node(1)));
         QCOMPARE(menu.join(QLatin1Char(',')),
-                 "Tag Relationships Enabled,Tag Node Inverted,Delete,Delete with subtree"_s);
+                 "Tag Relationships Enabled,Tag Node Inverted,Auto Link To Folder,Auto Link To Folder,Delete,"
+                 "Delete with subtree"_s);
         w.view->setCurrentIndex(w.fixedNode(AllFiles));
         QCOMPARE(enabled(), 0);
         w.view->setCurrentIndex(w.node(1));

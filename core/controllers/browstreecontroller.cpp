@@ -26,6 +26,7 @@ QString flagText(bool value)
 BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                          Collection *collection)
     : AbstractController(manager, constructor, collection),
+      m_links(*this, manager),
       m_model(new TBtreeModel(this, this)),
       m_sorterModel(new BrTreeSorterModel(this, this))
 {
@@ -187,6 +188,7 @@ void BrowsTreeController::nodeActivated(NodeType type, qint64 nodeId, const QVec
     else
         m_mainView->showSpecialNode(type);
     setCurrentNode(type, nodeId);
+    m_links.nodeSelected(nodeId);
     if (m_tags)
         m_tags->clearMark();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/controllers/abstractcontroller.h"
+#include "core/controllers/nodelinks.h"
 #include "core/records/recordtypes.h"
 #include "models/contents/tagrequirements.h"
 #include "models/trees/browsingtreeshost.h"
@@ -54,6 +55,8 @@ public:
     /** The hidden root above "All files". */
     TBnode *rootNode() const;
     bool hasAutolinks(qint64 nodeId) const;
+    /** The folders that feed nodes. */
+    NodeLinks &links() { return m_links; }
 
     /** Shows what a node selects; the two lists are those of TBnode::collectTagRequirements. */
     void nodeActivated(NodeType type, qint64 nodeId, const QVector<qint64> &required,
@@ -136,6 +139,7 @@ private:
     MainViewController *m_mainView = nullptr;
     TagsController *m_tags = nullptr;
     RelationsController *m_relations = nullptr;
+    NodeLinks m_links;
     TBtreeModel *m_model;
     BrTreeSorterModel *m_sorterModel;
     ManualNodesSorter m_manualOrder;

@@ -15,6 +15,8 @@
 #include "db/sql/postgresqueryconstructor.h"
 #include "db/sql/sqlitequeryconstructor.h"
 
+#include <QTimer>
+
 Collection::Collection(const QString &driver, const QString &host, const QString &databaseName,
                        const QString &user, const QString &password, int port, QObject *parent)
     : QObject(parent),
@@ -141,8 +143,12 @@ Collection::Loading Collection::load()
         if (controller)
             controller->load();
     }
-    if (!m_manager || m_manager->endLoad())
+    if (!m_manager || m_manager->endLoad()) {
+        // Once the window shows what was read.
+        if (m_manager)
+            QTimer::singleShot(0, m_manager, [this] { m_manager->runAllAutoLinks(false); });
         return Loaded;
+    }
     return m_manager->wasBusy() ? Locked : Unreadable;
 }
 

@@ -130,15 +130,30 @@ bool BrowsTreeProvider::writeParent(const QVector<qint64> &ids, qint64 parentId)
 
 void BrowsTreeProvider::loadAutolinks() {}
 
-void BrowsTreeProvider::addAutolink(const QString &, const QString &, const QString &) {}
+bool BrowsTreeProvider::addAutolink(const QString &, const QString &, const QString &)
+{
+    return false;
+}
 
-void BrowsTreeProvider::addAutolinkToNode(const QString &, qint64) {}
+bool BrowsTreeProvider::addAutolinkToNode(const QString &, qint64)
+{
+    return false;
+}
 
-void BrowsTreeProvider::removeAutolinkFromNode(const QString &, qint64) {}
+bool BrowsTreeProvider::removeAutolinkFromNode(const QString &, qint64)
+{
+    return false;
+}
 
-void BrowsTreeProvider::removeAutolink(const QString &) {}
+bool BrowsTreeProvider::removeAutolink(const QString &)
+{
+    return false;
+}
 
-void BrowsTreeProvider::updateAutolink(const QString &, const QString &, const QString &) {}
+bool BrowsTreeProvider::updateAutolink(const QString &, const QString &, const QString &)
+{
+    return false;
+}
 
 void BrowsTreeProvider::loadAllTrees() {}
 

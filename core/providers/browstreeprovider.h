@@ -41,11 +41,11 @@ public:
     virtual bool updateParent(const QVector<qint64> &ids, qint64 parentId);
 
     virtual void loadAutolinks();
-    virtual void addAutolink(const QString &path, const QString &relPath, const QString &linkId);
-    virtual void addAutolinkToNode(const QString &linkId, qint64 nodeId);
-    virtual void removeAutolinkFromNode(const QString &linkId, qint64 nodeId);
-    virtual void removeAutolink(const QString &linkId);
-    virtual void updateAutolink(const QString &linkId, const QString &absPath, const QString &relPath);
+    virtual bool addAutolink(const QString &path, const QString &relPath, const QString &linkId);
+    virtual bool addAutolinkToNode(const QString &linkId, qint64 nodeId);
+    virtual bool removeAutolinkFromNode(const QString &linkId, qint64 nodeId);
+    virtual bool removeAutolink(const QString &linkId);
+    virtual bool updateAutolink(const QString &linkId, const QString &absPath, const QString &relPath);
 
     virtual void loadAllTrees();
     /** Gives the id of the new tree, 0 on failure. */

@@ -29,47 +29,53 @@ void SqliteBrowsTreeProvider::loadAutolinks()
             &BrowsTreeProvider::gotAllAutolinksInfo);
 }
 
-void SqliteBrowsTreeProvider::addAutolink(const QString &path, const QString &relPath, const QString &linkId)
+bool SqliteBrowsTreeProvider::addAutolink(const QString &path, const QString &relPath, const QString &linkId)
 {
     const QStringList columns = {QStringLiteral("link_id"), QStringLiteral("link_abs_path"),
                                  QStringLiteral("link_rel_path")};
-    if (runSync(constructor()->insertQuery(columns, foldersTable, {{linkId, path, relPath}}) +
-                constructor()->statementEnd()))
-        emit addedNewAutolink(path, relPath, linkId);
+    const bool ok = runSync(constructor()->insertQuery(columns, foldersTable, {{linkId, path, relPath}}) +
+                            constructor()->statementEnd());
+    if (ok)
+        announce([this, path, relPath, linkId] { emit addedNewAutolink(path, relPath, linkId); });
+    return ok;
 }
 
-void SqliteBrowsTreeProvider::addAutolinkToNode(const QString &linkId, qint64 nodeId)
+bool SqliteBrowsTreeProvider::addAutolinkToNode(const QString &linkId, qint64 nodeId)
 {
     const bool ok =
         runSync(constructor()->insertQuery({QStringLiteral("link_id"), QStringLiteral("node_id")},
                                            nodeFoldersTable, {{linkId, QString::number(nodeId)}}) +
                 constructor()->statementEnd());
-    emit addedAutolinkToNode(ok, linkId, nodeId);
+    announce([this, ok, linkId, nodeId] { emit addedAutolinkToNode(ok, linkId, nodeId); });
+    return ok;
 }
 
-void SqliteBrowsTreeProvider::removeAutolinkFromNode(const QString &linkId, qint64 nodeId)
+bool SqliteBrowsTreeProvider::removeAutolinkFromNode(const QString &linkId, qint64 nodeId)
 {
     const QString condition = SqlText::fill(QStringLiteral(" link_id='%1' AND node_id='%2' "),
                                             {SqlText::escaped(linkId), QString::number(nodeId)});
     const bool ok = runSync(constructor()->deleteQuery(nodeFoldersTable) +
                             constructor()->whereClause(condition) + constructor()->statementEnd());
-    emit removedAutolinkFromNode(ok, linkId, nodeId);
+    announce([this, ok, linkId, nodeId] { emit removedAutolinkFromNode(ok, linkId, nodeId); });
+    return ok;
 }
 
-void SqliteBrowsTreeProvider::removeAutolink(const QString &linkId)
+bool SqliteBrowsTreeProvider::removeAutolink(const QString &linkId)
 {
     const bool ok =
         runSync(constructor()->deleteQuery(foldersTable) + constructor()->whereClause(linkCondition(linkId)) +
                 constructor()->statementEnd());
-    emit removedAutolink(ok, linkId);
+    announce([this, ok, linkId] { emit removedAutolink(ok, linkId); });
+    return ok;
 }
 
-void SqliteBrowsTreeProvider::updateAutolink(const QString &linkId, const QString &absPath,
+bool SqliteBrowsTreeProvider::updateAutolink(const QString &linkId, const QString &absPath,
                                              const QString &relPath)
 {
     const QStringList columns = {QStringLiteral("link_abs_path"), QStringLiteral("link_rel_path")};
     const bool ok =
         runSync(constructor()->updateQuery(columns, foldersTable, {absPath, relPath}) +
                 constructor()->whereClause(linkCondition(linkId)) + constructor()->statementEnd());
-    emit updatedAutolink(ok, linkId, absPath, relPath);
+    announce([this, ok, linkId, absPath, relPath] { emit updatedAutolink(ok, linkId, absPath, relPath); });
+    return ok;
 }

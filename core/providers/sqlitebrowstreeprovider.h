@@ -11,9 +11,9 @@ public:
     explicit SqliteBrowsTreeProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
 
     void loadAutolinks() override;
-    void addAutolink(const QString &path, const QString &relPath, const QString &linkId) override;
-    void addAutolinkToNode(const QString &linkId, qint64 nodeId) override;
-    void removeAutolinkFromNode(const QString &linkId, qint64 nodeId) override;
-    void removeAutolink(const QString &linkId) override;
-    void updateAutolink(const QString &linkId, const QString &absPath, const QString &relPath) override;
+    bool addAutolink(const QString &path, const QString &relPath, const QString &linkId) override;
+    bool addAutolinkToNode(const QString &linkId, qint64 nodeId) override;
+    bool removeAutolinkFromNode(const QString &linkId, qint64 nodeId) override;
+    bool removeAutolink(const QString &linkId) override;
+    bool updateAutolink(const QString &linkId, const QString &absPath, const QString &relPath) override;
 };

@@ -38,6 +38,8 @@ public:
     const QString &type() const { return m_type; }
     /** The absolute path of an external file. */
     QString path() const;
+    /** Whether the last component of the path is the name. */
+    bool isNamedAsItsPath() const { return m_pathEndsInName; }
     /** The path as seen from the folder of the database file. */
     QString relPath() const;
     qint64 storageId() const { return m_storageId; }

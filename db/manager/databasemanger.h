@@ -178,6 +178,16 @@ public:
         return m_edits.renameBrowsingTree(treeId, name);
     }
 
+    // Folders that feed nodes, as AutoLinks has them; a local database's alone.
+    virtual void createAutoLink(const QString & /*folder*/, qint64 /*nodeId*/) {}
+    virtual QString autoLinkRelativePath(const QString & /*linkId*/) const { return {}; }
+    virtual QString autoLinkAbsolutePath(const QString & /*linkId*/) const { return {}; }
+    virtual void removeAutoLink(const QString & /*linkId*/, qint64 /*nodeId*/) {}
+    virtual void refreshAutoLinks() {}
+    virtual void runAllAutoLinks(bool /*force*/) {}
+    virtual void runAutoLinkOfNode(qint64 /*nodeId*/) {}
+    virtual void syncAutoLink(const QString & /*linkId*/, qint64 /*nodeId*/, bool /*notifyDuplicates*/) {}
+
     void loadAllRelationNodes() { m_loads.loadAllRelationNodes(); }
     /** Puts tags below a path, at the top level for an empty one; places that exist are left out. */
     void addRelations(const QString &parentPath, const QVector<qint64> &tagIds)

@@ -16,7 +16,6 @@
 #include "db/sql/transaction.h"
 #include "fileops/provider/sqlitefileoperationprovider.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSqlDatabase>
@@ -36,7 +35,7 @@ SQLiteDBManager::SQLiteDBManager(const QString &driver, const QString &database,
                                  const QString &user, const QString &password, int port, QObject *parent)
     : DatabaseManger(driver, database, host, user, password, port, parent),
       m_foreignWrites(new ForeignWrites(this)),
-      m_folderWatcher(new QFileSystemWatcher(this))
+      m_linkedFolders(*this, autoLinks(), this)
 {
     setConstructor(std::make_unique<SqliteQueryConstructor>());
     Providers made;
@@ -55,15 +54,26 @@ SQLiteDBManager::SQLiteDBManager(const QString &driver, const QString &database,
     connect(m_foreignWrites, &ForeignWrites::newsFound, this, &SQLiteDBManager::dropEdit);
     connect(m_foreignWrites, &ForeignWrites::outdated, this, &SQLiteDBManager::reloadLater);
     connect(m_foreignWrites, &ForeignWrites::busyFound, this, &SQLiteDBManager::tellBusy);
-    connect(m_folderWatcher, &QFileSystemWatcher::directoryChanged, this,
-            &SQLiteDBManager::folderContentChanged);
+    connectAutoLinks();
 }
 
 SQLiteDBManager::~SQLiteDBManager()
 {
+    m_linkedFolders.end();
     m_foreignWrites->clearPrepared();
-    disconnect(m_folderWatcher, &QFileSystemWatcher::directoryChanged, this,
-               &SQLiteDBManager::folderContentChanged);
+}
+
+void SQLiteDBManager::connectAutoLinks()
+{
+    m_linkedFolders.setProviders(providers().browsTree, providers().general);
+    connect(this, &DatabaseManger::browsingNodeLoaded, &m_linkedFolders, &AutoLinks::load);
+    connect(providers().browsTree, &BrowsTreeProvider::gotAllAutolinksInfo, this, [this](bool ok) {
+        // An edit of nodes would leave links behind that it does not know.
+        if (!ok)
+            loadState().note(LoadState::Nodes, false);
+    });
+    connect(providers().fileOperation, &FileOperationProvider::autoLinked, &m_linkedFolders,
+            &AutoLinks::takeOutcome);
 }
 
 QSqlError SQLiteDBManager::openDB()
@@ -83,6 +93,7 @@ void SQLiteDBManager::closeDB()
 {
     m_readBound.reset();
     m_closing = true;
+    m_linkedFolders.end();
     m_foreignWrites->clearPrepared();
     DatabaseManger::closeDB();
 }
@@ -175,14 +186,71 @@ void SQLiteDBManager::endReading()
 
 void SQLiteDBManager::refreshModificationDate() {}
 
-void SQLiteDBManager::folderContentChanged(const QString &path)
+void SQLiteDBManager::createAutoLink(const QString &folder, qint64 nodeId)
 {
-    if (m_closing)
-        return;
-    const QString folder = QDir::fromNativeSeparators(path);
-    for (const AutoLink *link : qAsConst(autoLinks())) {
-        if (link->absPath() == folder)
-            return;
-    }
-    m_folderWatcher->removePath(path);
+    m_linkedFolders.createAutoLink(folder, nodeId);
+}
+
+QString SQLiteDBManager::autoLinkRelativePath(const QString &linkId) const
+{
+    return m_linkedFolders.autoLinkRelativePath(linkId);
+}
+
+QString SQLiteDBManager::autoLinkAbsolutePath(const QString &linkId) const
+{
+    return m_linkedFolders.autoLinkAbsolutePath(linkId);
+}
+
+void SQLiteDBManager::removeAutoLink(const QString &linkId, qint64 nodeId)
+{
+    m_linkedFolders.removeAutoLink(linkId, nodeId);
+}
+
+void SQLiteDBManager::refreshAutoLinks()
+{
+    m_linkedFolders.refreshAutoLinks();
+}
+
+void SQLiteDBManager::runAllAutoLinks(bool force)
+{
+    m_linkedFolders.runAllAutoLinks(force);
+}
+
+void SQLiteDBManager::runAutoLinkOfNode(qint64 nodeId)
+{
+    m_linkedFolders.runAutoLinkOfNode(nodeId);
+}
+
+void SQLiteDBManager::syncAutoLink(const QString &linkId, qint64 nodeId, bool notifyDuplicates)
+{
+    m_linkedFolders.syncAutoLink(linkId, nodeId, notifyDuplicates);
+}
+
+void SQLiteDBManager::readSettings()
+{
+    DatabaseManger::readSettings();
+    m_linkedFolders.watchFolders();
+}
+
+void SQLiteDBManager::tellError(const QString &title, const QString &text)
+{
+    emit error(title, text);
+}
+
+void SQLiteDBManager::warn(const QString &text)
+{
+    emit showTempWarning(tr("Warning"), text);
+}
+
+void SQLiteDBManager::autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds,
+                                    bool notifyDuplicates, qint64 nodeId)
+{
+    if (providers().fileOperation && mayRequest())
+        providers().fileOperation->autoLinkFiles(paths, tagIds, notifyDuplicates, nodeId);
+}
+
+void SQLiteDBManager::checkExternalFiles(const QVector<qint64> &fileIds)
+{
+    if (providers().fileOperation)
+        providers().fileOperation->checkExternalFiles(fileIds, false);
 }

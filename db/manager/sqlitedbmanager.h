@@ -1,8 +1,8 @@
 #pragma once
 
+#include "db/autolinks/autolinks.h"
+#include "db/autolinks/autolinkshost.h"
 #include "db/manager/databasemanger.h"
-
-#include <QFileSystemWatcher>
 
 class ForeignWrites;
 class ReadBound;
@@ -11,7 +11,7 @@ class ReadBound;
  * The manager of one local database file. Nobody else's change is expected in it; when another program has
  * made one, the next edit is dropped with a warning and everything is read anew.
  */
-class SQLiteDBManager : public DatabaseManger
+class SQLiteDBManager : public DatabaseManger, private AutoLinksHost
 {
     Q_OBJECT
 
@@ -31,8 +31,15 @@ public:
     bool isDataCurrent() override;
     void refreshModificationDate() override;
 
-protected slots:
-    void folderContentChanged(const QString &path);
+    void readSettings() override;
+    void createAutoLink(const QString &folder, qint64 nodeId) override;
+    QString autoLinkRelativePath(const QString &linkId) const override;
+    QString autoLinkAbsolutePath(const QString &linkId) const override;
+    void removeAutoLink(const QString &linkId, qint64 nodeId) override;
+    void refreshAutoLinks() override;
+    void runAllAutoLinks(bool force) override;
+    void runAutoLinkOfNode(qint64 nodeId) override;
+    void syncAutoLink(const QString &linkId, qint64 nodeId, bool notifyDuplicates) override;
 
 protected:
     QString connectOptions() const override;
@@ -43,10 +50,20 @@ protected:
     void endReading() override;
 
 private:
+    QString databasePath() const override { return databaseName(); }
+    bool mayWrite() const override { return !m_closing && !isReadOnly(); }
+    const Map<qint64, TBnode *> &knownNodes() override { return nodes(); }
+    const Map<qint64, File *> &filesToCompare() override { return files(); }
+    void tellError(const QString &title, const QString &text) override;
+    void warn(const QString &text) override;
+    void autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
+                       qint64 nodeId) override;
+    void checkExternalFiles(const QVector<qint64> &fileIds) override;
+    void connectAutoLinks();
     bool makeTables(const QString &connectionName);
 
     ForeignWrites *m_foreignWrites;
     std::unique_ptr<ReadBound> m_readBound; ///< while all records are read
-    QFileSystemWatcher *m_folderWatcher;
+    AutoLinks m_linkedFolders;
     bool m_closing = false;
 };

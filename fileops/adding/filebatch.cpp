@@ -22,10 +22,10 @@ FileBatch::FileBatch(FileOperationWorker &worker, const FileBatchRequest &reques
 
 QVector<qint64> FileBatch::addFilesListToDb()
 {
-    qint64 loadId = 0;
+    qint64 loadId = m_request.loadId;
     if (m_request.paths.isEmpty())
         return {};
-    if (!m_worker.nextLoadId(loadId)) {
+    if (loadId == 0 && !m_worker.nextLoadId(loadId)) {
         m_refused = m_request.paths;
         return {};
     }
@@ -129,8 +129,9 @@ FileAdder::Outcome FileBatch::addFile(int index, qint64 &fileId)
 
 void FileBatch::reportProgress(int index)
 {
-    const int percent = ProgressThrottle::percent(index, m_request.paths.size());
-    if (!m_progress.isDue(percent, index + 1 == m_request.paths.size()))
+    const int whole = m_request.wholeNumber > 0 ? m_request.wholeNumber : m_request.paths.size();
+    const int percent = ProgressThrottle::percent(m_request.firstNumber + index, whole);
+    if (m_request.isSilent || !m_progress.isDue(percent, m_request.firstNumber + index + 1 == whole))
         return;
     const QString &path = m_request.paths.at(index);
     const QString name =

@@ -25,6 +25,11 @@ struct FileBatchRequest
     FolderTags folderTags;
     QHash<QString, qint64> tagIdsByName;
     QHash<QString, QStringList> inheritedTags; ///< path to names, in place of those of its folder
+    qint64 loadId = 0;                         ///< 0 for one of its own
+    bool isSilent = false;                     ///< no progress
+    // A part of a longer list, for its progress.
+    int firstNumber = 0;
+    int wholeNumber = 0; ///< 0 for the paths here
 };
 
 /**

@@ -11,8 +11,9 @@
 bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
 {
     DuplicateManager manager;
-    QObject::connect(&manager, &DuplicateManager::operationProgress, &m_worker,
-                     &FileOperationWorker::operationProgress);
+    if (!m_isSilent)
+        QObject::connect(&manager, &DuplicateManager::operationProgress, &m_worker,
+                         &FileOperationWorker::operationProgress);
     const QStringList paths = batch.paths;
     QStringList kept;
     if (!manager.addFilesToDB(paths, AddingSettings::checkForNameDuplicates(), m_worker, batch.paths, kept,

@@ -30,6 +30,9 @@ protected:
     void tellLeftOut(const LeftOutFiles &leftOut);
     /** Neither stopped nor cancelled, and the transaction is what it should be. */
     bool mayCommit() const;
+    /** From here on no progress is told. */
+    void setSilent(bool isSilent) { m_isSilent = isSilent; }
+    bool isSilent() const { return m_isSilent; }
     /** The title and progress of adding files, by the setting of the window. */
     void announceFiles(bool isLinking);
 
@@ -37,4 +40,7 @@ protected:
     const FileOperation &m_request;
     const FileOperationType m_type;
     PresentableDuplicates m_duplicates;
+
+private:
+    bool m_isSilent = false;
 };

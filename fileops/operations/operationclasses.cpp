@@ -3,6 +3,7 @@
 #include "fileops/operations/addfilelistoperation.h"
 #include "fileops/operations/addfilesoperation.h"
 #include "fileops/operations/addhyperlinksoperation.h"
+#include "fileops/operations/autolinkoperation.h"
 #include "fileops/operations/checkexternalfilesoperation.h"
 #include "fileops/operations/deletefilesoperation.h"
 #include "fileops/operations/extractfilesoperation.h"
@@ -33,6 +34,9 @@ void runOperationClass(FileOperationWorker &worker, const FileOperation &operati
         break;
     case FileOperationType::AddHyperlinksOperation:
         AddHyperlinksOperation(worker, operation).run();
+        break;
+    case FileOperationType::AutoLinkFilesOperation:
+        AutoLinkOperation(worker, operation).run();
         break;
     case FileOperationType::AddFileListOperation:
         AddFileListOperation(worker, operation).run();

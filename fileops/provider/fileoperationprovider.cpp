@@ -83,6 +83,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::extractedTempFiles, this, &Provider::extractedTempFiles, queued);
     connect(m_worker, &Worker::additionSettled, this, &Provider::additionSettled);
     connect(m_worker, &Worker::duplicatesReady, this, &Provider::duplicatesReady);
+    connect(m_worker, &Worker::autoLinked, this, &Provider::autoLinked);
     connect(m_worker, &Worker::filesModified, this, &Provider::filesModified);
     connect(m_worker, &Worker::noLongerPresent, this, &Provider::noLongerPresent);
     connect(m_worker, &Worker::present, this, &Provider::present);
@@ -171,6 +172,20 @@ void FileOperationProvider::addFiles(const QStringList &paths, const QVector<qin
         enqueue(hyperlinks);
     if (!check.report().isEmpty())
         emit error(check.report(), tr("Add Hyperlink"));
+}
+
+void FileOperationProvider::autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds,
+                                          bool notifyDuplicates, qint64 nodeId)
+{
+    if (paths.isEmpty())
+        return;
+    FileOperation operation;
+    operation.type = FileOperationType::AutoLinkFilesOperation;
+    operation.paths = paths;
+    operation.tagIds = tagIds;
+    operation.notifyDuplicates = notifyDuplicates;
+    operation.nodeId = nodeId;
+    enqueue(operation);
 }
 
 void FileOperationProvider::deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes)

@@ -3,6 +3,7 @@
 #include "app/settings/dbdetails.h"
 #include "db/sql/basedbprovider.h"
 #include "fileops/files/shellfile.h"
+#include "fileops/worker/autolinkoutcome.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/operationshortfall.h"
@@ -38,6 +39,12 @@ public:
     /** Existing paths are added as files, all other texts as hyperlinks after them. */
     void addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
+    /**
+     * Adds what a linked folder holds as external files with these tags. Paths that are known get the tags.
+     * What was left out is reported when `notifyDuplicates` says so; autoLinked() names the node.
+     */
+    void autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
+                       qint64 nodeId = 0);
     /** A file whose code is not the given one any more is another file, and left out. */
     void deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes = {});
     /** Copies the contents of external files into the database, which then holds them. */
@@ -99,6 +106,7 @@ signals:
     void exchangeDone(QString text, QString title);
     /** The addresses of one request are in the database now; false when they are not all there. */
     void additionSettled(QStringList texts, bool areStored);
+    void autoLinked(AutoLinkOutcome outcome);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
     void noLongerPresent(QVector<qint64> ids);
     void present(QVector<qint64> ids);

@@ -2,6 +2,7 @@
 
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
+#include "fileops/worker/autolinkoutcome.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/operationshortfall.h"
@@ -19,6 +20,7 @@ void registerFileOperationTypes()
     qRegisterMetaType<QImage *>("QImage*");
     qRegisterMetaType<FileOperationType>("FileOperationType");
     qRegisterMetaType<PresentableDuplicates>("PresentableDuplicates");
+    qRegisterMetaType<AutoLinkOutcome>("AutoLinkOutcome");
     qRegisterMetaType<DeletedFileRepresentations>("DeletedFileRepresentations");
     qRegisterMetaType<OperationShortfall>("OperationShortfall");
     qRegisterMetaType<QList<ShellFile>>("QList<ShellFile>");

@@ -3,6 +3,7 @@
 #include "app/settings/dbdetails.h"
 #include "fileops/files/idcodegenerator.h"
 #include "fileops/files/shellfile.h"
+#include "fileops/worker/autolinkoutcome.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/fileoperationqueries.h"
@@ -121,6 +122,8 @@ signals:
     void updatedFiles(QVector<qint64> ids);
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
+    /** After finishedOpration, whatever came of it. */
+    void autoLinked(AutoLinkOutcome outcome);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
     void noLongerPresent(QVector<qint64> ids);
     void present(QVector<qint64> ids);

@@ -13,6 +13,8 @@ QString sentence(FileOperationType type)
     case FileOperationType::AddHyperlinksOperation:
     case FileOperationType::AddFileListOperation:
         return tr("Files added: %1 of %2.");
+    case FileOperationType::AutoLinkFilesOperation:
+        return tr("Files linked: %1 of %2.");
     case FileOperationType::DeleteFilesOperation:
         return tr("Files deleted: %1 of %2.");
     case FileOperationType::ExtractFilesOperation:

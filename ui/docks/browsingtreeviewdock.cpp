@@ -1,10 +1,12 @@
 #include "ui/docks/browsingtreeviewdock.h"
 
+#include "app/messages/filedialogs.h"
 #include "app/settings/showntext.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
 #include "core/records/nodetype.h"
 #include "models/trees/treeroles.h"
+#include "ui/dialogs/autolinkdialog.h"
 #include "ui/views/tbtreeview.h"
 #include "ui/widgets/mainui.h"
 
@@ -18,7 +20,11 @@ enum NodeAction {
     DeleteAction = 1,
     DeleteTreeAction = 2,
     RelationsAction = 3,
-    InvertAction = 4
+    InvertAction = 4,
+    LinkAction = 5,
+    LinkMenuAction = 6,
+    ViewLinkAction = 7,
+    RemoveLinkAction = 8
 };
 
 constexpr int longestName = 100; // signs
@@ -54,8 +60,22 @@ void BrowsingTreeViewDock::takePlaces(MainUi &ui)
     connect(invert, &QAction::triggered, this, &BrowsingTreeViewDock::setNodeInverted);
     relations->setCheckable(true);
     invert->setCheckable(true);
-    ui.nodeMenu->addActions({remove, relations, invert});
+    QAction *link = addAction(LinkAction, tr("Auto Link To Folder"));
+    connect(link, &QAction::triggered, this, &BrowsingTreeViewDock::addAutolink);
+    m_actions.insert(LinkMenuAction, makeLinkMenu()->menuAction());
+    ui.nodeMenu->addActions({remove, relations, invert, link, m_actions.value(LinkMenuAction)});
     updateActionsAvailability();
+}
+
+QMenu *BrowsingTreeViewDock::makeLinkMenu()
+{
+    auto *menu = new QMenu(tr("Auto Link To Folder"), this);
+    QAction *view = addAction(ViewLinkAction, tr("View Path"));
+    connect(view, &QAction::triggered, this, &BrowsingTreeViewDock::viewAutolink);
+    QAction *remove = addAction(RemoveLinkAction, tr("Remove"));
+    connect(remove, &QAction::triggered, this, &BrowsingTreeViewDock::removeAutolink);
+    menu->addActions({view, remove});
+    return menu;
 }
 
 void BrowsingTreeViewDock::setController(BrowsTreeController *controller)
@@ -108,6 +128,11 @@ void BrowsingTreeViewDock::updateActionsAvailability()
     const bool isEnabled = isTagNode && !m_controller->isReadOnly();
     for (const int key : {DeleteAction, DeleteTreeAction, RelationsAction, InvertAction})
         m_actions.value(key)->setEnabled(isEnabled);
+    const bool hasLink = isTagNode && current.data(NodeRole::HasAutolinks).toBool();
+    for (const int key : {LinkAction, LinkMenuAction, ViewLinkAction, RemoveLinkAction})
+        m_actions.value(key)->setEnabled(isEnabled && m_controller->links().arePossible());
+    m_actions.value(LinkAction)->setVisible(!hasLink);
+    m_actions.value(LinkMenuAction)->setVisible(hasLink);
     m_actions.value(RelationsAction)->setChecked(isTagNode && current.data(NodeRole::TrOption).toBool());
     m_actions.value(InvertAction)->setChecked(isTagNode && current.data(NodeRole::Inverted).toBool());
 }
@@ -124,7 +149,8 @@ void BrowsingTreeViewDock::openContextMenu(const QPoint &position)
     if (!m_controller || index.data(NodeRole::Type).toInt() != TagNode)
         return;
     QMenu menu(this);
-    for (const int key : {RelationsAction, InvertAction, DeleteAction, DeleteTreeAction})
+    for (const int key :
+         {RelationsAction, InvertAction, LinkAction, LinkMenuAction, DeleteAction, DeleteTreeAction})
         menu.addAction(m_actions.value(key));
     menu.exec(m_view->viewport()->mapToGlobal(position));
     m_view->returnToShownNode();
@@ -147,6 +173,36 @@ void BrowsingTreeViewDock::setNodeInverted()
         m_controller->changeInversion(current.data(NodeRole::Id).toLongLong(),
                                       !current.data(NodeRole::Inverted).toBool());
     updateActionsAvailability();
+}
+
+void BrowsingTreeViewDock::addAutolink()
+{
+    const QPersistentModelIndex current = currentTagNode();
+    if (!current.isValid())
+        return;
+    // The title is known as it is.
+    const QString folder = FileDialogs::existingDirectory(this, tr("Select Directoty"), QString());
+    // The tree may have been read anew behind the dialog.
+    if (!folder.isEmpty() && m_controller && current.isValid())
+        m_controller->links().link(current.data(NodeRole::Id).toLongLong(), folder);
+}
+
+void BrowsingTreeViewDock::removeAutolink()
+{
+    const QModelIndex current = currentTagNode();
+    if (current.isValid())
+        m_controller->links().unlink(current.data(NodeRole::Id).toLongLong());
+}
+
+void BrowsingTreeViewDock::viewAutolink()
+{
+    const QModelIndex current = currentTagNode();
+    if (!current.isValid())
+        return;
+    const qint64 nodeId = current.data(NodeRole::Id).toLongLong();
+    AutoLinkDialog dialog(m_controller->links().absolutePath(nodeId),
+                          m_controller->links().relativePath(nodeId), this);
+    dialog.exec();
 }
 
 void BrowsingTreeViewDock::deleteSelectedNodes()

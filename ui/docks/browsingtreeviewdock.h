@@ -8,6 +8,7 @@
 class BrowsTreeController;
 class MainUi;
 class QAction;
+class QMenu;
 class TBtreeView;
 
 /** The dock of the browsing tree and the home of the "Node" menu. */
@@ -30,12 +31,16 @@ public slots:
     void openContextMenu(const QPoint &position);
     void setNodeRelationships();
     void setNodeInverted();
+    void addAutolink();
+    void removeAutolink();
+    void viewAutolink();
     void deleteSelectedNodes();
     void deleteSelectedNodeTree();
     /** Names the tree that is shown, where the database has several. */
     void updateTitle();
 
 private:
+    QMenu *makeLinkMenu();
     QAction *addAction(int key, const QString &text, const QString &icon = QString());
     /** Invalid when another kind of node, or none, is current. */
     QModelIndex currentTagNode() const;

@@ -1,0 +1,354 @@
+#include "db/autolinks/autolinksync.h"
+
+#include "core/records/autolink.h"
+#include "core/records/tbnode.h"
+#include "db/autolinks/autolinkshost.h"
+#include "fileops/contents/externalpaths.h"
+#include "fileops/contents/filechecksums.h"
+#include "fileops/files/filenames.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+constexpr int millisecondsOfStep = 8;
+constexpr qint64 millisecondsUntilLookBack = 30000;
+constexpr qint64 nanosecondsInMillisecond = 1000000;
+
+bool isFolder(const QString &path)
+{
+    return QFileInfo(path).isDir();
+}
+
+QString relativeFolderOf(const QString &relPath, const Database::PathLocator &locator)
+{
+    return QDir::cleanPath(Database::absolutePath(relPath, locator));
+}
+} // namespace
+
+AutoLinkSync::AutoLinkSync(AutoLinksHost &host, const Map<QString, AutoLink *> &links, QObject *parent)
+    : QObject(parent), m_host(host), m_links(links)
+{
+    m_clock.start();
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &AutoLinkSync::startRound);
+}
+
+void AutoLinkSync::request(const QString &linkId, qint64 nodeId, bool notifyDuplicates)
+{
+    if (m_isEnded)
+        return;
+    Request &request = m_requests[linkId];
+    request.due = m_clock.elapsed();
+    bool &notify = request.notifyNodes[nodeId];
+    notify = notify || notifyDuplicates;
+    arm();
+}
+
+void AutoLinkSync::requestForEvent(const QString &linkId)
+{
+    m_waits.remove(linkId);
+    requestLater(linkId, m_millisecondsUntilWhole);
+}
+
+void AutoLinkSync::requestLater(const QString &linkId, qint64 milliseconds)
+{
+    if (m_isEnded)
+        return;
+    const qint64 due = m_clock.elapsed() + milliseconds;
+    const auto waiting = m_requests.find(linkId);
+    if (waiting == m_requests.end())
+        m_requests.insert(linkId, {due, {}});
+    else
+        waiting->due = qMin(waiting->due, due);
+    arm();
+}
+
+void AutoLinkSync::end()
+{
+    m_isEnded = true;
+    m_timer.stop();
+    m_looks.end();
+    m_match.reset();
+    m_requests.clear();
+    m_round.clear();
+}
+
+void AutoLinkSync::arm()
+{
+    if (m_isRunning || m_isEnded || m_requests.isEmpty())
+        return;
+    qint64 due = m_requests.cbegin()->due;
+    for (const Request &request : qAsConst(m_requests))
+        due = qMin(due, request.due);
+    m_timer.start(int(qBound<qint64>(0, due - m_clock.elapsed(), millisecondsUntilLookBack)));
+}
+
+void AutoLinkSync::startRound()
+{
+    const qint64 time = m_clock.elapsed();
+    QHash<QString, LinkedFolder> links;
+    QStringList due;
+    for (const AutoLink *link : m_links)
+        links.insert(link->linkId(), {link->linkId(), link->absPath(), link->relPath(), {}, {}});
+    m_round.clear();
+    for (const QString &linkId : m_requests.keys()) {
+        if (!links.contains(linkId)) {
+            m_requests.remove(linkId);
+        } else if (m_requests.value(linkId).due <= time) {
+            m_round.insert(linkId, m_requests.take(linkId));
+            due.append(linkId);
+        }
+    }
+    m_isRunning = !due.isEmpty();
+    if (m_isRunning)
+        m_looks.run([this, links, due, path = m_host.databasePath()] { return look(links, due, path); },
+                    [this](const Seen &seen) { takeSeen(seen); });
+    else
+        arm();
+}
+
+LinkPresence AutoLinkSync::presenceOf(const QString &absPath, const QString &relPath,
+                                      const QString &databasePath)
+{
+    const Database::PathLocator locator{true, databasePath};
+    return {isFolder(absPath), isFolder(relativeFolderOf(relPath, locator)),
+            isFolder(QFileInfo(absPath).path())};
+}
+
+bool AutoLinkSync::holdsDatabase(const QString &folder, const QString &databasePath)
+{
+    const QString real = QFileInfo(folder).canonicalFilePath();
+    return !real.isEmpty() &&
+           QFileInfo(databasePath).canonicalFilePath().startsWith(Database::pathIn(real, QString()));
+}
+
+AutoLinkSync::Seen AutoLinkSync::look(const QHash<QString, LinkedFolder> &links, const QStringList &due,
+                                      const QString &databasePath) const
+{
+    const auto shouldEnd = [this] { return m_looks.shouldEnd(); };
+    Seen seen;
+    for (const LinkedFolder &link : links) {
+        if (!shouldEnd())
+            seen.presences.insert(link.linkId, presenceOf(link.path, link.relPath, databasePath));
+    }
+    for (const QString &linkId : due) {
+        LinkedFolder folder = links.value(linkId);
+        const Database::PathLocator locator{true, databasePath};
+        const LinkPresence presence = seen.presences.value(linkId);
+        if (!presence.isThere && presence.isThereByDatabase)
+            folder.path = relativeFolderOf(folder.relPath, locator);
+        // The database may have been moved there since.
+        if (holdsDatabase(folder.path, databasePath))
+            continue;
+        const FolderFiles found = FolderFiles::of(folder.path, shouldEnd);
+        folder.relPath = Database::relativePath(folder.path, locator);
+        folder.unreadable = found.unreadable;
+        folder.files.reserve(found.files.size());
+        for (const FolderFile &file : found.files)
+            folder.files.append({file});
+        if (found.isThere)
+            seen.folders.append(folder);
+    }
+    return seen;
+}
+
+void AutoLinkSync::takeSeen(const Seen &seen)
+{
+    emit linksSeen(seen.presences);
+    m_match = std::make_unique<FolderMatch>(seen.folders);
+    walk();
+}
+
+void AutoLinkSync::walk()
+{
+    if (m_isEnded)
+        return;
+    if (!m_match->walk(m_host.filesToCompare(), millisecondsOfStep)) {
+        QTimer::singleShot(0, this, &AutoLinkSync::walk);
+        return;
+    }
+    QVector<LinkedFolder> folders = m_match->takeFolders();
+    m_match.reset();
+    passOverLeftOut(folders);
+    m_looks.run(
+        [this, folders] {
+            QVector<LinkedFolder> read = folders;
+            readSuspects(read);
+            return read;
+        },
+        [this](const QVector<LinkedFolder> &read) { takeRead(read); });
+}
+
+void AutoLinkSync::readSuspects(QVector<LinkedFolder> &folders) const
+{
+    for (LinkedFolder &folder : folders) {
+        for (LinkedFile &file : folder.files) {
+            if (file.state != LinkedFile::Suspect)
+                continue;
+            const FileChecksum read = FileChecksums::ofFile(Database::pathIn(folder.path, file.file.name),
+                                                            [this] { return m_looks.shouldEnd(); });
+            file.readId = read.isRead ? file.idsByChecksum.value(read.checksum) : 0;
+            // What cannot be read matches nothing, and nothing can be taken of it either.
+            file.state = !read.isRead || file.readId != 0 ? LinkedFile::Known : LinkedFile::New;
+        }
+    }
+}
+
+void AutoLinkSync::passOverLeftOut(QVector<LinkedFolder> &folders) const
+{
+    for (LinkedFolder &folder : folders) {
+        for (LinkedFile &file : folder.files) {
+            if (file.state == LinkedFile::Suspect &&
+                isLeftOut(Database::pathIn(folder.path, file.file.name), file.file))
+                file.state = LinkedFile::Known;
+        }
+    }
+}
+
+void AutoLinkSync::noteRead(const QVector<LinkedFolder> &folders)
+{
+    QVector<qint64> touched;
+    for (const LinkedFolder &folder : folders) {
+        for (const LinkedFile &file : folder.files) {
+            if (file.readId == 0)
+                continue;
+            if (file.readId == file.recordId)
+                touched.append(file.recordId);
+            else
+                m_standIns.insert(Database::pathIn(folder.path, file.file.name), {file.file, file.readId});
+        }
+    }
+    // Their records get the new time, and they need not be read again for it.
+    if (!touched.isEmpty())
+        m_host.checkExternalFiles(touched);
+}
+
+void AutoLinkSync::takeRead(QVector<LinkedFolder> folders)
+{
+    noteRead(folders);
+    for (const LinkedFolder &folder : qAsConst(folders))
+        serve(folder);
+    m_round.clear();
+    m_isRunning = false;
+    emit roundDone();
+    arm();
+}
+
+void AutoLinkSync::serve(const LinkedFolder &folder)
+{
+    qint64 wait = 0;
+    QStringList all;
+    QStringList fresh;
+    for (const LinkedFile &file : folder.files) {
+        const QString path = Database::pathIn(folder.path, file.file.name);
+        const bool isFresh = file.state != LinkedFile::Known && !isLeftOut(path, file.file);
+        const qint64 missing = isFresh ? waitOf(path, file.file) : 0;
+        if (missing > 0) {
+            wait = wait == 0 ? missing : qMin(wait, missing);
+            continue;
+        }
+        all.append(path);
+        if (!isFresh)
+            continue;
+        fresh.append(path);
+        m_handed.insert(path, file.file);
+    }
+    handFiles(folder, all, fresh);
+    tellUnreadable(folder);
+    // What stood still for a moment may be written on.
+    if (!fresh.isEmpty())
+        requestLater(folder.linkId, millisecondsUntilLookBack);
+    // A file that is written to for hours is asked for ever more seldom.
+    int &waits = m_waits[folder.linkId];
+    waits = wait > 0 ? waits + 1 : 0;
+    if (wait > 0)
+        requestLater(folder.linkId, qMin(millisecondsUntilLookBack, wait << qMin(waits / 2, 10)));
+}
+
+bool AutoLinkSync::isLeftOut(const QString &path, const FolderFile &file) const
+{
+    const auto standIn = m_standIns.constFind(path);
+    // Rights that change leave size and time of the contents as they are.
+    return standIn != m_standIns.constEnd() && standIn->file.stamp == file.stamp &&
+           standIn->file.changed == file.changed &&
+           (standIn->fileId == 0 || m_host.filesToCompare().contains(standIn->fileId));
+}
+
+qint64 AutoLinkSync::waitOf(const QString &path, const FolderFile &file)
+{
+    const qint64 age = QDateTime::currentMSecsSinceEpoch() - file.changed / nanosecondsInMillisecond;
+    if (age >= 0) {
+        m_ahead.remove(path);
+        return qMax<qint64>(0, m_millisecondsUntilWhole - age);
+    }
+    Ahead &ahead = m_ahead[path];
+    if (ahead.since == 0 || !(ahead.stamp == file.stamp))
+        ahead = {file.stamp, m_clock.elapsed()};
+    return qMax<qint64>(0, ahead.since + m_millisecondsUntilWhole - m_clock.elapsed());
+}
+
+void AutoLinkSync::handFiles(const LinkedFolder &folder, const QStringList &all, const QStringList &fresh)
+{
+    const AutoLink *link = m_links.value(folder.linkId);
+    const QHash<qint64, bool> notify = m_round.value(folder.linkId).notifyNodes;
+    // A file that one node took in is known from then on: the others would never get it.
+    const QVector<qint64> nodes = link ? link->nodes() : QVector<qint64>();
+    for (const qint64 nodeId : nodes) {
+        // A node that was linked just now gets what its folder holds, not only what comes to it.
+        const QStringList &paths = link->isFlagged(nodeId) ? all : fresh;
+        const QVector<qint64> tagIds = tagsOf(nodeId);
+        if (!paths.isEmpty() && !tagIds.isEmpty())
+            m_host.autoLinkFiles(paths, tagIds, notify.value(nodeId), nodeId);
+    }
+}
+
+void AutoLinkSync::tellUnreadable(const LinkedFolder &folder)
+{
+    const QHash<qint64, bool> notify = m_round.value(folder.linkId).notifyNodes;
+    if (folder.unreadable.isEmpty() || !notify.values().contains(true))
+        return;
+    m_host.tellError(tr("Files left out"),
+                     folder.unreadable.size() == 1
+                         ? tr("1 file has a name that cannot be read:") + QLatin1Char('\n') +
+                               folder.unreadable.first()
+                         : tr("%1 files have names that cannot be read.").arg(folder.unreadable.size()));
+}
+
+QVector<qint64> AutoLinkSync::tagsOf(qint64 nodeId) const
+{
+    QVector<qint64> tagIds;
+    const TBnode *node = m_host.knownNodes().value(nodeId);
+    // An inverted node feeds like any other.
+    for (; node && node->nodeType() == TagNode; node = node->parentNode())
+        tagIds.prepend(node->tagId());
+    return tagIds;
+}
+
+void AutoLinkSync::takeOutcome(const AutoLinkOutcome &outcome)
+{
+    if (m_isEnded || outcome.paths.isEmpty())
+        return;
+    for (auto standIn = outcome.standIns.cbegin(); standIn != outcome.standIns.cend(); ++standIn) {
+        const auto file = m_handed.constFind(standIn.key());
+        if (file != m_handed.constEnd())
+            m_standIns.insert(standIn.key(), {*file, *standIn});
+    }
+    for (const QString &path : outcome.paths)
+        m_handed.remove(path);
+    m_failures = outcome.isWhole || outcome.isCanceled ? 0 : m_failures + 1;
+    if (!outcome.knownIds.isEmpty())
+        m_host.checkExternalFiles(outcome.knownIds);
+    for (AutoLink *link : m_links) {
+        if (!link->isFlagged(outcome.nodeId) && outcome.isWhole)
+            continue;
+        if (!link->nodes().contains(outcome.nodeId))
+            continue;
+        if (outcome.isWhole || outcome.isCanceled)
+            link->unflag(outcome.nodeId);
+        else
+            requestLater(link->linkId(), millisecondsUntilLookBack << qMin(m_failures, 6));
+    }
+}

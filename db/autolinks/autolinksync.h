@@ -1,0 +1,120 @@
+#pragma once
+
+#include "db/autolinks/backgroundlooks.h"
+#include "db/autolinks/foldermatch.h"
+#include "fileops/worker/autolinkoutcome.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QMap>
+#include <QTimer>
+
+#include <memory>
+
+class AutoLinksHost;
+
+/** Whether the places of a linked folder are there. */
+struct LinkPresence
+{
+    bool isThere = false;           ///< the absolute path is a folder
+    bool isThereByDatabase = false; ///< the relative one is, from where the database lies
+    bool isParentThere = false;     ///< the folder around the absolute path is
+};
+
+/**
+ * Takes what is new in linked folders to the worker. A round looks at all folders that are due, on a thread
+ * of its own, compares what it found with the records, in steps, and reads only files of which a record has
+ * the name and the size. What was written to a moment ago waits until it is whole. A round never nests: what
+ * is asked for during one waits for the next. GUI thread.
+ */
+class AutoLinkSync : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** Host and links must outlive this. */
+    AutoLinkSync(AutoLinksHost &host, const Map<QString, AutoLink *> &links, QObject *parent = nullptr);
+
+    /** Has the folder of a link looked at for a node; its other nodes get what is new there, too. */
+    void request(const QString &linkId, qint64 nodeId, bool notifyDuplicates);
+    /** The same for all its nodes, after an event: others follow, and what it tells of is hardly whole. */
+    void requestForEvent(const QString &linkId);
+    /** Ends the round and forgets all requests; none are taken any more. */
+    void end();
+    /** What the worker made of the files that it got. */
+    void takeOutcome(const AutoLinkOutcome &outcome);
+
+    static LinkPresence presenceOf(const QString &absPath, const QString &relPath,
+                                   const QString &databasePath);
+    /** Whether the database lies in the folder or below it. */
+    static bool holdsDatabase(const QString &folder, const QString &databasePath);
+    /** How long a file must have stood still; two seconds unless a test is in a hurry. */
+    void setMillisecondsUntilWhole(int milliseconds) { m_millisecondsUntilWhole = milliseconds; }
+
+signals:
+    /** The folders of all links were looked for, before a round. */
+    void linksSeen(const QHash<QString, LinkPresence> &presences);
+
+    void roundDone();
+
+private:
+    struct Request
+    {
+        qint64 due = 0;                  ///< milliseconds of the clock
+        QHash<qint64, bool> notifyNodes; ///< node to whether duplicates are told of
+    };
+    struct Seen
+    {
+        QHash<QString, LinkPresence> presences;
+        QVector<LinkedFolder> folders;
+    };
+    /** A file that was left out, and the file of the database that stands for it. */
+    struct StandIn
+    {
+        FolderFile file;
+        qint64 fileId = 0; ///< 0 for what nothing can be taken of
+    };
+    /** A file whose time is to come still, as another clock gave it. */
+    struct Ahead
+    {
+        FileStamp stamp;
+        qint64 since = 0;
+    };
+
+    void arm();
+    void startRound();
+    void requestLater(const QString &linkId, qint64 milliseconds);
+    Seen look(const QHash<QString, LinkedFolder> &links, const QStringList &due,
+              const QString &databasePath) const;
+    void takeSeen(const Seen &seen);
+    void walk();
+    void readSuspects(QVector<LinkedFolder> &folders) const;
+    /** Spares the reading of what was read before. */
+    void passOverLeftOut(QVector<LinkedFolder> &folders) const;
+    void noteRead(const QVector<LinkedFolder> &folders);
+    void takeRead(QVector<LinkedFolder> folders);
+    void serve(const LinkedFolder &folder);
+    bool isLeftOut(const QString &path, const FolderFile &file) const;
+    /** How long a file has to wait until it is whole, in milliseconds; 0 for one that is. */
+    qint64 waitOf(const QString &path, const FolderFile &file);
+    void handFiles(const LinkedFolder &folder, const QStringList &all, const QStringList &fresh);
+    void tellUnreadable(const LinkedFolder &folder);
+    QVector<qint64> tagsOf(qint64 nodeId) const;
+
+    AutoLinksHost &m_host;
+    const Map<QString, AutoLink *> &m_links;
+    QHash<QString, Request> m_requests;
+    QHash<QString, Request> m_round; ///< those that the running round serves
+    bool m_isRunning = false;
+    bool m_isEnded = false;
+    QTimer m_timer;
+    QElapsedTimer m_clock; ///< of what is due; that of the day may be set back
+    std::unique_ptr<FolderMatch> m_match;
+    QHash<QString, FolderFile> m_handed; ///< to the worker, which has not said yet what became of it
+    QHash<QString, StandIn> m_standIns;
+    QHash<QString, Ahead> m_ahead;
+    QHash<QString, int> m_waits; ///< how often in turn something of a link's folder was not whole
+    qint64 m_millisecondsUntilWhole = 2000;
+    int m_failures = 0;      ///< in turn
+    BackgroundLooks m_looks; ///< last, as it waits for what uses the others
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "db/autolinks/backgroundlooks.h"
+
+#include <QFileSystemWatcher>
+#include <QHash>
+#include <QStringList>
+#include <QTimer>
+
+/**
+ * Tells when files come to folders, go from them or get other names. The system watches; what it does not
+ * take, as its number of watches is limited, is looked at in slow turns. So are all others, as a watch stays
+ * with a folder that got another name, or under a disk that was mounted over it. GUI thread.
+ */
+class FolderWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FolderWatch(QObject *parent = nullptr);
+
+    /** These are watched from now on, no others. A folder that is not there is watched when it comes. */
+    void setFolders(const QStringList &folders);
+    QStringList folders() const { return m_folders.keys(); }
+    /** Ends all of it, and waits for a look that is running. */
+    void end();
+
+signals:
+    void changed(QString folder);
+    /** The system does not watch this many of the folders; once, until it takes all again. */
+    void limitReached(int folders, int secondsBetweenLooks);
+
+protected:
+    /** Asks the system; false when it does not take the folder. */
+    virtual bool watch(const QString &folder);
+
+private:
+    /** How a folder looked; all 0 for one that is not there. */
+    struct Look
+    {
+        bool isTaken = false; ///< false until the first look
+        quint64 device = 0;
+        quint64 node = 0;
+        qint64 changed = 0;
+
+        bool isThere() const { return node != 0; }
+        bool isSameFolder(const Look &other) const { return device == other.device && node == other.node; }
+    };
+
+    static Look lookAt(const QString &folder);
+    void lookAtAll();
+    void takeLooks(const QHash<QString, Look> &looks);
+    void watchAnew(const QString &folder);
+    void tellLimit();
+
+    QFileSystemWatcher m_watcher;
+    QHash<QString, Look> m_folders;
+    QTimer m_turn;
+    BackgroundLooks m_looks;
+    bool m_isLimitTold = false;
+};
