@@ -13,6 +13,8 @@ const QString applicationName = QStringLiteral("Vorna");
 const QString organizationName = QStringLiteral("Tallowfen Software");
 
 const QString databaseExtension = QStringLiteral(".vrn");
+const QString shellExtension = QStringLiteral(".vsh");
+const QString csvExtension = QStringLiteral(".csv");
 const QString databaseFilter = QStringLiteral("*.vrn");
 const QString shellFilter = QStringLiteral("*.vsh");
 

@@ -1,6 +1,7 @@
 #include "db/manager/databasemanger.h"
 
 #include "app/settings/constants.h"
+#include "app/settings/showntext.h"
 #include "core/prompts/userprompts.h"
 #include "core/providers/browstreeprovider.h"
 #include "core/providers/generalprovider.h"
@@ -10,6 +11,7 @@
 #include "core/providers/tagsprovider.h"
 #include "db/manager/closeddatabase.h"
 #include "db/manager/databaseversioncheck.h"
+#include "db/manager/exporttarget.h"
 #include "db/manager/pendingreloads.h"
 #include "db/manager/storedpictures.h"
 #include "db/sql/abstractqueryconstructor.h"
@@ -19,6 +21,7 @@
 #include "db/sql/readbound.h"
 #include "fileops/provider/fileoperationprovider.h"
 #include "fileops/provider/thumbnailcache.h"
+#include "fileops/worker/exportrequest.h"
 
 #include <QDebug>
 #include <QTimer>
@@ -432,6 +435,18 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
     }
     refreshModificationDate();
     return saving;
+}
+
+bool DatabaseManger::exportDatabase(const ExportRequest &request)
+{
+    ExportTarget place;
+    const std::shared_ptr<PartFile> target = place.make(request);
+    if (target)
+        m_fileEdits.exportDatabase(request, target);
+    else
+        emit error(tr("Exporting"), tr("Nothing can be exported to \"%1\".\n\nThe reason: %2")
+                                        .arg(ShownText::cut(request.path), place.refusal()));
+    return target != nullptr;
 }
 
 void DatabaseManger::cancelOperations()

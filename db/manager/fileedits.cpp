@@ -112,31 +112,15 @@ void FileEdits::extractToTemporary(qint64 fileId)
     request([fileId](FileOperationProvider &files) { files.extractToTemporary(fileId); });
 }
 
+void FileEdits::exportDatabase(const ExportRequest &what, const std::shared_ptr<PartFile> &target)
+{
+    request([what, target](FileOperationProvider &files) { files.exportDatabase(what, target); });
+}
+
 void FileEdits::remakeThumbnails(const QVector<qint64> &fileIds)
 {
     if (m_host.mayRequest())
         request([fileIds](FileOperationProvider &files) { files.remakeThumbnails(fileIds); });
-}
-
-void FileEdits::locateFiles(const QMap<qint64, QString> &paths)
-{
-    if (paths.isEmpty() || !m_host.mayRequest())
-        return;
-    const QVector<qint64> ids = paths.keys().toVector();
-    request([ids, places = QStringList(paths.values()), codes = idCodes(ids)](FileOperationProvider &files) {
-        files.locateFiles(ids, places, codes);
-    });
-}
-
-void FileEdits::checkExternalFiles(const QVector<qint64> &fileIds, bool givesWay, bool marksOnly)
-{
-    if (m_worker)
-        m_worker->checkExternalFiles(fileIds, givesWay, marksOnly);
-}
-
-bool FileEdits::endChecks()
-{
-    return m_worker && m_worker->endChecks();
 }
 
 void FileEdits::request(const std::function<void(FileOperationProvider &)> &task)

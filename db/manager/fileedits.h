@@ -3,17 +3,19 @@
 #include "core/records/recordtypes.h"
 
 #include <QHash>
-#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 class FileOperationProvider;
 struct ImportOptions;
 class MainViewProvider;
+class PartFile;
+struct ExportRequest;
 
 /** What FileEdits asks of the manager that owns it. GUI thread. */
 class FileEditsHost
@@ -60,12 +62,9 @@ public:
     void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
                       const QSet<QString> &replacedPaths, const QSet<QString> &comparedPaths);
     void extractToTemporary(qint64 fileId);
+    void exportDatabase(const ExportRequest &what, const std::shared_ptr<PartFile> &target);
     void remakeThumbnails(const QVector<qint64> &fileIds);
     void importDatabase(const QString &source, bool isShell, const ImportOptions &options);
-    /** File ids to their new paths. */
-    void locateFiles(const QMap<qint64, QString> &paths);
-    void checkExternalFiles(const QVector<qint64> &fileIds, bool givesWay, bool marksOnly);
-    bool endChecks();
 
 private:
     bool edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change);

@@ -19,13 +19,20 @@ bool isAboutName(int reason)
 
 PartFile::~PartFile()
 {
+    discard();
+}
+
+void PartFile::discard()
+{
     if (m_isPending)
         m_file.remove();
+    m_isPending = false;
 }
 
 bool PartFile::open(bool isReplacing)
 {
     const QFileInfo old(m_target);
+    m_isReplacing = isReplacing;
     m_isPending = m_file.open(QFileInfo(m_target).path(), ending,
                               isReplacing ? LockedFile::ForOwner : LockedFile::AsUsual);
     // A link may lead to a folder or device, whose permissions would make a program of the file.

@@ -29,6 +29,9 @@ public:
     Outcome giveName();
     /** Takes the place of what has the name, once it is safe on the disk. */
     Outcome replace();
+    bool isReplacing() const { return m_isReplacing; }
+    /** Removes it before the object goes; nothing once it has its name. */
+    void discard();
 
     /** Removes what ended processes have left in the folder of a target. */
     static void removeLeftovers(const QString &folder);
@@ -38,5 +41,6 @@ private:
 
     QString m_target;
     LockedFile m_file;
+    bool m_isReplacing = false;
     bool m_isPending = false; ///< there is a file without its name
 };

@@ -6,11 +6,11 @@
 #include "fileops/operations/autolinkoperation.h"
 #include "fileops/operations/checkexternalfilesoperation.h"
 #include "fileops/operations/deletefilesoperation.h"
+#include "fileops/operations/exportoperation.h"
 #include "fileops/operations/extractfilesoperation.h"
 #include "fileops/operations/extracttotemporaryoperation.h"
 #include "fileops/operations/importoperation.h"
 #include "fileops/operations/loadthumbnailsoperation.h"
-#include "fileops/operations/locatefilesoperation.h"
 #include "fileops/operations/remakethumbnailsoperation.h"
 #include "fileops/operations/transferfilesoperation.h"
 #include "fileops/worker/fileoperationworker.h"
@@ -61,16 +61,14 @@ void runOperationClass(FileOperationWorker &worker, const FileOperation &operati
         runAnnounced<ExtractToTemporaryOperation>(worker, operation,
                                                   FileOperationWorker::tr("Extracting to temporary file..."));
         break;
+    case FileOperationType::ExportOperation:
+        runAnnounced<ExportOperation>(worker, operation, FileOperationWorker::tr("Exporting..."));
+        break;
     case FileOperationType::ImportOperation:
         runAnnounced<ImportOperation>(worker, operation, FileOperationWorker::tr("Importing..."));
         break;
     case FileOperationType::RemakeThumbnailsOperation:
         runAnnounced<RemakeThumbnailsOperation>(worker, operation, QString());
-        break;
-    case FileOperationType::LocateFilesOperation:
-        if (!operation.fileIds.isEmpty())
-            runAnnounced<LocateFilesOperation>(worker, operation,
-                                               FileOperationWorker::tr("Linking to files..."));
         break;
     case FileOperationType::TransferFilesOperation:
         if (!operation.fileIds.isEmpty())

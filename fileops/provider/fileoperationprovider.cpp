@@ -235,6 +235,16 @@ void FileOperationProvider::extractToTemporary(qint64 id)
     enqueue(operation);
 }
 
+void FileOperationProvider::exportDatabase(const ExportRequest &request,
+                                           const std::shared_ptr<PartFile> &target)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::ExportOperation;
+    operation.exportRequest = request;
+    operation.exportTarget = target;
+    enqueue(operation);
+}
+
 void FileOperationProvider::forgetThumbnail(qint64 id)
 {
     if (m_worker)
@@ -262,20 +272,10 @@ void FileOperationProvider::checkExternalFiles(const QVector<qint64> &ids, bool 
         endChecks();
 }
 
-void FileOperationProvider::locateFiles(const QVector<qint64> &ids, const QStringList &paths,
-                                        const QStringList &idCodes)
+void FileOperationProvider::endChecks()
 {
-    FileOperation operation;
-    operation.type = FileOperationType::LocateFilesOperation;
-    operation.fileIds = ids;
-    operation.paths = paths;
-    operation.idCodes = idCodes;
-    enqueue(operation);
-}
-
-bool FileOperationProvider::endChecks()
-{
-    return m_worker && m_worker->endChecks();
+    if (m_worker)
+        m_worker->endChecks();
 }
 
 void FileOperationProvider::importDatabase(const QString &source, bool isShell, const ImportOptions &options)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fileops/worker/exportrequest.h"
 #include "fileops/worker/importoptions.h"
 
 #include <QFileInfo>
@@ -10,6 +11,10 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+#include <memory>
+
+class PartFile;
 
 /** What a queued record asks for. The numbers cross threads and are what the worker switches on. */
 enum class FileOperationType {
@@ -35,7 +40,7 @@ Q_DECLARE_METATYPE(FileOperationType)
 struct FileOperation
 {
     FileOperationType type = FileOperationType::UnusedOperation;
-    QStringList paths; ///< files, folders or hyperlinks to add; targets of an extraction; new places
+    QStringList paths;             ///< files, folders or hyperlinks to add; targets of an extraction
     QSet<QString> replacedPaths;   ///< targets where another file gives way
     QSet<QString> comparedPaths;   ///< targets where the file itself seems to stand already
     QVector<qint64> fileIds;       ///< the files that the operation concerns
@@ -43,16 +48,11 @@ struct FileOperation
     QVector<qint64> tagIds;        ///< tags for the added files
     bool fromSelectedNode = false; ///< the add may make browsing nodes
     qint64 nodeId = 0;             ///< the node under which new nodes go
-    QString exportPath;
     QPair<qint64, qint64> fileToExtract{-1, -1};
 
-    int exportForm = 0;
-    QVector<qint64> exportFileIds;
-    QVector<qint64> exportTagIds;
-    bool exportDescriptions = false;
-    bool addAllTagsOfFiles = false;
-    bool exportTagGroups = false;
-    bool exportTagRelationships = false;
+    ExportRequest exportRequest;
+    /** Beside the path of the request; it goes with the last record that knows it. */
+    std::shared_ptr<PartFile> exportTarget;
 
     QFileInfo importSource;
     bool importsShell = false; ///< metadata only, of files that both sides have

@@ -1,0 +1,59 @@
+#include "db/manager/exporttarget.h"
+
+#include "app/settings/constants.h"
+#include "db/manager/sqlitedbmanager.h"
+#include "fileops/files/partfile.h"
+#include "fileops/worker/exportrequest.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <cerrno>
+
+namespace {
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("ExportTarget", text);
+}
+
+bool makeDatabase(const QString &path)
+{
+    SQLiteDBManager manager(Constants::sqliteDriver, path, QString(), QString(), QString(), 0);
+    return manager.createDatabase();
+}
+} // namespace
+
+std::shared_ptr<PartFile> ExportTarget::make(const ExportRequest &request)
+{
+    if (!mayStandAt(request.path))
+        return nullptr;
+    auto target = std::make_shared<PartFile>(request.path);
+    errno = 0;
+    if (!target->open(QFileInfo::exists(request.path)))
+        refuse(qt_error_string(errno));
+    else if (request.form != ExportRequest::Csv && !makeDatabase(target->path()))
+        refuse(tr("No database can be made there. The disk may be full."));
+    return m_refusal.isEmpty() ? target : nullptr;
+}
+
+bool ExportTarget::mayStandAt(const QString &path)
+{
+    if (QFileInfo(path).isDir())
+        return refuse(tr("A folder has this name."));
+    // SQLite would take the changes in it for those of the new database.
+    for (const char *ending : {"-journal", "-wal"}) {
+        const QString leftover = path + QLatin1String(ending);
+        if (QFileInfo::exists(leftover))
+            return refuse(
+                tr("The database there is in use, or a change of it was broken off: there is a file "
+                   "\"%1\".")
+                    .arg(QFileInfo(leftover).fileName()));
+    }
+    return true;
+}
+
+bool ExportTarget::refuse(const QString &reason)
+{
+    m_refusal = reason;
+    return false;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "fileops/exporting/exportsummary.h"
+#include "fileops/worker/exportrequest.h"
+#include "fileops/worker/progressthrottle.h"
+
+class FileOperationWorker;
+class QuietStatements;
+
+/**
+ * Copies the files of an export with all that is theirs, many at a time. Where that fails, each of them is
+ * tried by itself, so that one whose contents are damaged stays behind alone. On the worker's connection, in
+ * the exporter's transaction; its work table is made before that and dropped after it.
+ */
+class SliceCopier
+{
+public:
+    /** The table of the ids has the names of an IdTable. */
+    SliceCopier(FileOperationWorker &worker, QuietStatements &statements, const ExportRequest &request,
+                const QString &idTable, ExportSummary &summary);
+
+    bool prepare();
+    /** False when the export cannot go on, or is not to. */
+    bool run();
+    void cleanUp();
+    /** Why it could not go on; empty when somebody wanted it to end. */
+    const QString &reason() const { return m_reason; }
+
+private:
+    /** Places in the table of the ids, both ends included. */
+    struct Range
+    {
+        qint64 first = 0;
+        qint64 last = 0;
+        qint64 files = 0; ///< how many of them are there
+        qint64 places() const { return last - first + 1; }
+    };
+    enum Outcome { Copied, Failed, Damaged, Lost };
+
+    bool readRange(qint64 first, Range &range);
+    bool copy(const Range &range);
+    bool copyHalves(const Range &range);
+    Outcome tryCopy(const Range &range);
+    Outcome copyAll(const Range &range);
+    Outcome copyContents(const Range &range);
+    Outcome copyBlocks(const Range &range);
+    bool skip(const Range &range, Outcome outcome);
+    bool runOn(const Range &range, const QString &statement);
+    bool countOf(const Range &range, const QString &statement, qint64 &count);
+    Outcome failure();
+    void reportProgress(const Range &range, double part);
+
+    FileOperationWorker &m_worker;
+    QuietStatements &m_statements;
+    const ExportRequest &m_request;
+    ExportSummary &m_summary;
+    const QString m_idTable;
+    const qint64 m_total;
+    ProgressThrottle m_progress;
+    QString m_reason; ///< of the last failure
+};
