@@ -467,7 +467,7 @@ private slots:
         w.nodes->openContextMenu(centreOf(w.view, w.node(1)));
         QCOMPARE(menu.join(QLatin1Char(',')),
                  "Tag Relationships Enabled,Tag Node Inverted,Auto Link To Folder,Auto Link To Folder,Delete,"
-                 "Delete with subtree"_s);
+                 "Delete with subtree,Export"_s);
         w.view->setCurrentIndex(w.fixedNode(AllFiles));
         QCOMPARE(enabled(), 0);
         w.view->setCurrentIndex(w.node(1));

@@ -29,11 +29,16 @@ QStringList openFiles(QWidget *parent, const QString &caption, const QString &di
     return QFileDialog::getOpenFileNames(parent, caption, directory, filter);
 }
 
-QString saveFile(QWidget *parent, const QString &caption, const QString &directory, const QString &filter)
+QString saveFile(QWidget *parent, const QString &caption, const QString &directory, const QString &filter,
+                 const QString &suffix)
 {
     if (responder())
         return responder()({Request::SaveFile, caption, directory, filter}).value(0);
-    return QFileDialog::getSaveFileName(parent, caption, directory, filter);
+    QFileDialog dialog(parent, caption, directory, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(suffix);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 QString existingDirectory(QWidget *parent, const QString &caption, const QString &directory)

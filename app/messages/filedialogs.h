@@ -22,7 +22,9 @@ struct Request
 QString openFile(QWidget *parent, const QString &caption, const QString &directory, const QString &filter);
 QStringList openFiles(QWidget *parent, const QString &caption, const QString &directory,
                       const QString &filter = QString());
-QString saveFile(QWidget *parent, const QString &caption, const QString &directory, const QString &filter);
+/** A name without an ending gets the suffix, which is told without its point, before it is looked for. */
+QString saveFile(QWidget *parent, const QString &caption, const QString &directory, const QString &filter,
+                 const QString &suffix = QString());
 QString existingDirectory(QWidget *parent, const QString &caption, const QString &directory);
 
 /** Lets a function answer all dialogs from now on; an empty one gives them back to the screen. */

@@ -9,6 +9,7 @@ enum ActionId {
     ImportMenuAction = 4,
     ImportDatabaseAction = 5,
     ImportShellAction = 6,
+    ExportMenuAction = 7,
     ExitAction = 11,
     DatabaseInfoAction = 12,
     ShowAllDocksAction = 13,

@@ -67,6 +67,7 @@ void WindowCommands::takePlaces(MainUi &ui, const QList<QAction *> &recentDataba
     QMenu *importMenu = ui.databaseMenu->addMenu(QIcon(QStringLiteral(":/icons/import.png")), tr("Import"));
     importMenu->addActions({action(ImportDatabaseAction), action(ImportShellAction)});
     m_actions.insert(ImportMenuAction, importMenu->menuAction());
+    m_actions.insert(ExportMenuAction, ui.databaseMenu->addMenu(ui.exportMenu));
     ui.databaseMenu->addAction(action(ExitAction));
 
     ui.viewMenu->addActions(
@@ -92,6 +93,7 @@ void WindowCommands::updateAvailability(const Collection *collection)
     const bool takesImports = collection && !isServer && !collection->isReadOnly();
     for (const ActionId id : {ImportMenuAction, ImportDatabaseAction, ImportShellAction})
         action(id)->setEnabled(takesImports);
+    action(ExportMenuAction)->setEnabled(collection && !isServer);
     for (const ActionId id : {TagGroupsAction, RemakeThumbnailsAction})
         action(id)->setEnabled(collection && !collection->isReadOnly());
 }

@@ -104,6 +104,10 @@ public:
     /** The tags on the way down to a node; inverted ones are left out. */
     QVector<qint64> tagsOfNode(qint64 nodeId) const;
 
+    /** The two lists with the tags that stand for others, where the option of the node says so. */
+    TagRequirements requirementsOf(qint64 nodeId, const QVector<qint64> &required,
+                                   const QVector<qint64> &excluded) const;
+
 signals:
     /** The type is 0 when no node is current any more. */
     void currentNodeChanged(int type, qlonglong nodeId);
@@ -112,9 +116,6 @@ signals:
     void branchesMoved();
 
 private:
-    /** The two lists with the tags that stand for others, where the option of the node says so. */
-    TagRequirements requirementsOf(qint64 nodeId, const QVector<qint64> &required,
-                                   const QVector<qint64> &excluded) const;
     void show(const TagRequirements &requirements);
     /** Shows the current node's files anew when an edit of nodes or relationships makes them others. */
     void followShownNode();

@@ -48,8 +48,7 @@ MainViewController::MainViewController(DatabaseManger *manager, const AbstractQu
       m_contents(new ContentsModel(this)),
       m_filter(new FileFilterModel(this)),
       m_sorter(new Sorter(this)),
-      m_extraction(new FolderExtraction(this)),
-      m_check(new ShownFilesCheck(manager, m_filter, this))
+      m_extraction(new FolderExtraction(this))
 {
     m_contents->setHost(this);
     m_filter->setSourceModel(m_contents);
@@ -61,7 +60,6 @@ MainViewController::MainViewController(DatabaseManger *manager, const AbstractQu
 // Proxies go before their sources, and the table before the host that it asks.
 MainViewController::~MainViewController()
 {
-    delete m_check;
     delete m_sorter;
     delete m_filter;
     delete m_contents;
@@ -75,12 +73,10 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::filesRemoved, m_contents, &ContentsModel::removeFiles);
     connect(source, &DatabaseManger::filesChanged, m_contents, &ContentsModel::updateFiles);
     connect(source, &DatabaseManger::updateMissedFiles, m_contents, &ContentsModel::repaintFiles);
-    connect(source, &DatabaseManger::updateMissedFiles, this, &MainViewController::missingFilesChanged);
     connect(source, &DatabaseManger::thumbnailUpdated, m_contents, &ContentsModel::repaintFile);
     connect(source, &DatabaseManger::remadeAllThumbnails, m_contents, &ContentsModel::repaintAll);
     connect(source, &DatabaseManger::aboutToReloadAllData, m_contents, &ContentsModel::clear);
     connect(source, &DatabaseManger::allDataReloaded, this, &MainViewController::forgetGoneTags);
-    connect(source, &DatabaseManger::allDataReloaded, m_check, &ShownFilesCheck::start);
     connect(source, &DatabaseManger::tagsLoaded, m_sorter, &Sorter::refreshTagNames);
     connect(source, &DatabaseManger::tagsRenamed, m_sorter, &Sorter::renameTags);
     connect(source, &DatabaseManger::startedAddingFiles, this, &MainViewController::startedAddingFiles);
@@ -124,7 +120,6 @@ void MainViewController::showSpecialNode(NodeType type)
     m_sorter->prepareFilterText(QString());
     m_filter->setSpecialNode(type);
     emit tagRequirementsChanged(type, {}, {}, {});
-    m_check->start();
 }
 
 void MainViewController::showTagRequirements(const QVector<qint64> &required, const QVector<qint64> &eitherOr,
@@ -141,7 +136,6 @@ void MainViewController::showRequirements(const TagRequirements &requirements)
     m_sorter->prepareFilterText(QString());
     m_filter->setTagRequirements(requirements);
     emit tagRequirementsChanged(TagNode, requirements.required, requirements.eitherOr, requirements.excluded);
-    m_check->start();
 }
 
 void MainViewController::setFileFilterString(const QString &text)
@@ -154,7 +148,6 @@ void MainViewController::setFileFilterString(const QString &text)
     m_sorter->prepareFilterText(text);
     m_filter->setSpecialNode(AllFiles);
     emit tagRequirementsChanged(AllFiles, {}, {}, {});
-    m_check->start();
 }
 
 void MainViewController::showTagsSelected(const QVector<qint64> &tagIds)
@@ -172,13 +165,18 @@ void MainViewController::showTagsSelected(const QVector<qint64> &tagIds)
 
 void MainViewController::showTagsEitherOr(const QVector<qint64> &tagIds)
 {
+    showRequirements(requirementsOfAny(tagIds));
+    if (m_browsTree)
+        m_browsTree->clearCurrentNode();
+}
+
+TagRequirements MainViewController::requirementsOfAny(const QVector<qint64> &tagIds) const
+{
     TagRequirements requirements;
     requirements.eitherOr = tagIds;
     if (m_relations)
         requirements.eitherOrWidened = m_relations->descendantsOf(tagIds);
-    showRequirements(requirements);
-    if (m_browsTree)
-        m_browsTree->clearCurrentNode();
+    return requirements;
 }
 
 void MainViewController::showRelated(const QVector<qint64> &fileIds)
@@ -197,6 +195,20 @@ void MainViewController::showRelated(const QVector<qint64> &fileIds)
 QVector<qint64> MainViewController::shownFileIds() const
 {
     return m_filter->acceptedFiles();
+}
+
+QVector<qint64> MainViewController::missingFileIds() const
+{
+    QVector<qint64> ids;
+    if (!manager())
+        return ids;
+    for (qint64 fileId : manager()->missingFiles()) {
+        const int row = m_contents->rowOf(fileId);
+        if (row >= 0 && m_filter->isShown(row))
+            ids.append(fileId);
+    }
+    std::sort(ids.begin(), ids.end());
+    return ids;
 }
 
 void MainViewController::addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds,
@@ -224,15 +236,6 @@ bool MainViewController::addFilesList(const QStringList &paths)
     return paths.isEmpty() || (manager() && mayEdit() && manager()->addFilesList(paths));
 }
 
-void MainViewController::locateFiles(const QHash<qint64, QString> &paths)
-{
-    QMap<qint64, QString> places;
-    for (auto it = paths.cbegin(); it != paths.cend(); ++it)
-        places.insert(it.key(), it.value());
-    if (manager() && !places.isEmpty() && mayEdit())
-        manager()->locateFiles(places);
-}
-
 void MainViewController::deleteFiles(const QVector<qint64> &fileIds)
 {
     if (manager() && !fileIds.isEmpty() && mayEdit())
@@ -258,6 +261,12 @@ void MainViewController::extractFiles(const QString &folder, const QVector<qint6
     const QString target = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
     WindowSettings::setLastExtractDir(target);
     m_extraction->run(manager(), target, fileIds, prompts());
+}
+
+void MainViewController::exportDatabase(const ExportRequest &request)
+{
+    if (manager())
+        manager()->exportDatabase(request);
 }
 
 void MainViewController::setFileConflictAsker(const FileConflictAsker &asker)
@@ -349,6 +358,11 @@ void MainViewController::reloadThumbnail(qint64 fileId)
 {
     if (manager())
         manager()->thumbnailCache()->reloadThumbnail(fileId);
+}
+
+void MainViewController::resumeChecking()
+{
+    m_checkingPauses = qMax(0, m_checkingPauses - 1);
 }
 
 void MainViewController::forgetGoneTags()

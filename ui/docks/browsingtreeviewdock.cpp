@@ -7,6 +7,7 @@
 #include "core/records/nodetype.h"
 #include "models/trees/treeroles.h"
 #include "ui/dialogs/autolinkdialog.h"
+#include "ui/views/exportmenu.h"
 #include "ui/views/tbtreeview.h"
 #include "ui/widgets/mainui.h"
 
@@ -32,8 +33,11 @@ constexpr int longestName = 100; // signs
 } // namespace
 
 BrowsingTreeViewDock::BrowsingTreeViewDock(QWidget *parent)
-    : TreeViewDock(tr("Browsing Tree"), new TBtreeView, parent), m_view(static_cast<TBtreeView *>(widget()))
+    : TreeViewDock(tr("Browsing Tree"), new TBtreeView, parent),
+      m_view(static_cast<TBtreeView *>(widget())),
+      m_exports(new ExportMenu([this] { return exportSelection(); }, this))
 {
+    m_exports->watch(m_view);
     connect(m_view, &QWidget::customContextMenuRequested, this, &BrowsingTreeViewDock::openContextMenu);
 }
 
@@ -64,6 +68,7 @@ void BrowsingTreeViewDock::takePlaces(MainUi &ui)
     connect(link, &QAction::triggered, this, &BrowsingTreeViewDock::addAutolink);
     m_actions.insert(LinkMenuAction, makeLinkMenu()->menuAction());
     ui.nodeMenu->addActions({remove, relations, invert, link, m_actions.value(LinkMenuAction)});
+    m_exports->takePlace(ui);
     updateActionsAvailability();
 }
 
@@ -82,6 +87,7 @@ void BrowsingTreeViewDock::setController(BrowsTreeController *controller)
 {
     m_controller = controller;
     m_view->setController(controller);
+    m_exports->setController(controller ? controller->collection()->mainViewController() : nullptr);
     // Without a model the view still has a selection, of a model that stays empty.
     if (m_view->model()) {
         connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -123,6 +129,7 @@ void BrowsingTreeViewDock::updateActionsAvailability()
 {
     if (m_actions.isEmpty())
         return;
+    m_exports->updateAvailability(m_controller && m_view->currentIndex().isValid());
     const QModelIndex current = currentTagNode();
     const bool isTagNode = current.isValid();
     const bool isEnabled = isTagNode && !m_controller->isReadOnly();
@@ -146,14 +153,33 @@ QModelIndex BrowsingTreeViewDock::currentTagNode() const
 void BrowsingTreeViewDock::openContextMenu(const QPoint &position)
 {
     const QModelIndex index = m_view->indexAt(position);
-    if (!m_controller || index.data(NodeRole::Type).toInt() != TagNode)
+    if (!m_controller || !index.isValid())
         return;
     QMenu menu(this);
-    for (const int key :
-         {RelationsAction, InvertAction, LinkAction, LinkMenuAction, DeleteAction, DeleteTreeAction})
-        menu.addAction(m_actions.value(key));
+    if (index.data(NodeRole::Type).toInt() == TagNode) {
+        for (const int key :
+             {RelationsAction, InvertAction, LinkAction, LinkMenuAction, DeleteAction, DeleteTreeAction})
+            menu.addAction(m_actions.value(key));
+    }
+    m_exports->menu()->menuAction()->setEnabled(m_exports->isLocal());
+    menu.addMenu(m_exports->menu());
     menu.exec(m_view->viewport()->mapToGlobal(position));
     m_view->returnToShownNode();
+}
+
+ExportSelection BrowsingTreeViewDock::exportSelection() const
+{
+    ExportSelection all;
+    if (!m_controller || !m_view->selectionModel())
+        return all;
+    for (const QModelIndex &index : m_view->selectionModel()->selectedRows()) {
+        const ExportSelection one =
+            ExportSelection::ofNode(*m_controller, NodeType(index.data(NodeRole::Type).toInt()),
+                                    index.data(NodeRole::Id).toLongLong());
+        all.fileIds += one.fileIds;
+        all.tagIds += one.tagIds;
+    }
+    return all;
 }
 
 void BrowsingTreeViewDock::setNodeRelationships()

@@ -6,10 +6,12 @@
 #include <QModelIndex>
 
 class BrowsTreeController;
+class ExportMenu;
 class MainUi;
 class QAction;
 class QMenu;
 class TBtreeView;
+struct ExportSelection;
 
 /** The dock of the browsing tree and the home of the "Node" menu. */
 class BrowsingTreeViewDock : public TreeViewDock
@@ -45,7 +47,11 @@ private:
     /** Invalid when another kind of node, or none, is current. */
     QModelIndex currentTagNode() const;
 
+    /** What the selected nodes show, one or several. */
+    ExportSelection exportSelection() const;
+
     TBtreeView *m_view;
+    ExportMenu *m_exports;
     BrowsTreeController *m_controller = nullptr;
     QHash<int, QAction *> m_actions;
 };

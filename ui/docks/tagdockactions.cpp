@@ -11,6 +11,8 @@ TagDockActions::TagDockActions(QObject *parent) : QObject(parent)
     add(AddTag, tr("Add"), ":icons/add.png");
     add(DeleteTag, tr("Delete"), ":icons/delete.png");
     add(RenameTag, tr("Rename"), ":icons/edit.png");
+    add(ExportTags, tr("Export Tags"))->setObjectName(QStringLiteral("exportTagsAction"));
+    add(ExportTagsFromContext, tr("Tags"));
     add(AddGroup, tr("Add Tag Group"), ":icons/add.png");
     add(DeleteGroup, tr("Delete Current Group"), ":icons/delete.png");
 
@@ -35,7 +37,7 @@ QAction *TagDockActions::add(Key key, const QString &text, const char *icon)
 void TagDockActions::takePlaces(MainUi &ui)
 {
     m_actions.insert(TagMenu, ui.tagMenu->menuAction());
-    for (const Key key : {AssignGroups, AddTag, DeleteTag, RenameTag})
+    for (const Key key : {AssignGroups, AddTag, DeleteTag, RenameTag, ExportTags})
         ui.tagMenu->addAction(action(key));
     m_actions.insert(EditMode, ui.editMode);
     ui.tagToolsBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
@@ -54,6 +56,7 @@ void TagDockActions::updateAvailability(const Situation &situation)
     };
     enable({TagMenu, AddTag, NewTag}, situation.areTagsWritable);
     enable({AssignGroups, DeleteTag, RenameTag}, situation.areTagsWritable && situation.hasSelection);
+    enable({ExportTags, ExportTagsFromContext}, situation.isLocal && situation.hasSelection);
     enable({ActivateAnd, ActivateOr}, situation.hasSelection);
     enable({AddGroup, DeleteGroup}, situation.areGroupsWritable);
 }

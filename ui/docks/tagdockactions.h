@@ -23,6 +23,9 @@ public:
         AddTag = 2,
         DeleteTag = 3,
         RenameTag = 4,
+        ExportTags = 5,
+        ExportMenuEntry = 7,
+        ExportTagsFromContext = 8,
         AddGroup = 13,
         DeleteGroup = 14,
         NewTag = 15,
@@ -44,6 +47,7 @@ public:
         bool areTagsWritable = false;
         bool areGroupsWritable = false;
         bool hasSelection = false;
+        bool isLocal = false;
     };
     void updateAvailability(const Situation &situation);
 

@@ -1,9 +1,13 @@
 #include "ui/docks/tagdockcommands.h"
 
 #include "app/messages/messages.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/exportselection.h"
 #include "core/controllers/groupscontroller.h"
+#include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/tags/tagstablemodel.h"
+#include "ui/dialogs/exportcommand.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/taggroupform.h"
 #include "ui/docks/tagselection.h"
@@ -93,6 +97,21 @@ void TagDockCommands::renameTag()
     const QModelIndex name = m_table->model()->index(row, TagsTableModel::NameColumn);
     m_table->setCurrentIndex(name);
     m_table->edit(name);
+}
+
+void TagDockCommands::exportTags()
+{
+    if (m_tags)
+        ExportCommand(m_tags->collection()->mainViewController(), m_dock->window())
+            .exportTags(m_selection->tagIds());
+}
+
+ExportSelection TagDockCommands::exportSelection() const
+{
+    if (!m_tags)
+        return {};
+    return ExportSelection::ofFilesWithTags(*m_tags->collection()->mainViewController(),
+                                            m_selection->tagIds());
 }
 
 void TagDockCommands::addGroups()

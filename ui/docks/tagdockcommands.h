@@ -9,6 +9,7 @@ class QWidget;
 class TableView;
 class TagGroupBar;
 class TagsController;
+struct ExportSelection;
 class TagSelection;
 
 /**
@@ -34,6 +35,10 @@ public:
     void deleteTags();
     void assignGroups();
     void renameTag();
+    /** Asks as what; only these tags go out, with the files that bear them. */
+    void exportTags();
+    /** The files with the selected tags, for the other ways out. */
+    ExportSelection exportSelection() const;
 
     void addGroups();
     void removeCurrentGroup();

@@ -10,6 +10,7 @@
 #include "ui/docks/tagdockactions.h"
 #include "ui/docks/taggrouptabs.h"
 #include "ui/docks/tagselection.h"
+#include "ui/views/exportmenu.h"
 #include "ui/views/taggroupbar.h"
 #include "ui/widgets/delegate.h"
 #include "ui/widgets/greenground.h"
@@ -63,6 +64,8 @@ void TagsTableDock::buildForm()
     m_bar = new TagGroupBar(form);
     m_tabs = new TagGroupTabs(m_bar, this);
     m_commands = new TagDockCommands(m_selection.get(), m_table, m_bar, this);
+    m_exports = new ExportMenu([this] { return m_commands->exportSelection(); }, this);
+    m_exports->watch(m_table);
     auto *layout = new QVBoxLayout(form);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -116,6 +119,8 @@ void TagsTableDock::connectActions()
     onTriggered(TagDockActions::AddGroup, &TagsTableDock::slotAddGroup);
     onTriggered(TagDockActions::DeleteGroup, &TagsTableDock::slotRemoveCurrentGroup);
     onTriggered(TagDockActions::NewTag, &TagsTableDock::slotAddNewTag);
+    for (const TagDockActions::Key key : {TagDockActions::ExportTags, TagDockActions::ExportTagsFromContext})
+        connect(m_actions->action(key), &QAction::triggered, this, &TagsTableDock::exportSeletedTags);
     onTriggered(TagDockActions::ActivateAnd, &TagsTableDock::slotActivateTagsAnd);
     onTriggered(TagDockActions::ActivateOr, &TagsTableDock::slotActivateTagsOr);
 }
@@ -128,6 +133,8 @@ void TagsTableDock::takePlaces(MainUi &ui)
     connect(m_filterEdit, &QLineEdit::textChanged, this, &TagsTableDock::slotFilterTags);
 
     m_actions->takePlaces(ui);
+    m_exports->takePlace(ui);
+    m_exports->putFirst(m_actions->action(TagDockActions::ExportTagsFromContext));
     connect(ui.editMode, &QAction::toggled, this, &TagsTableDock::slotEditModeChanged);
     ui.editMode->setChecked(WindowSettings::isEditModeActivated());
     updateActionsAvailability();
@@ -140,6 +147,7 @@ void TagsTableDock::setTagsController(TagsController *controller)
     detachTags();
     m_tags = controller;
     m_commands->setTagsController(controller);
+    m_exports->setController(controller ? controller->collection()->mainViewController() : nullptr);
     if (m_tags)
         attachTags();
     applyEditTriggers();
@@ -218,7 +226,9 @@ void TagsTableDock::updateActionsAvailability()
     situation.areTagsWritable = m_tags && !m_tags->isReadOnly();
     situation.areGroupsWritable = m_groups && !m_groups->isReadOnly();
     situation.hasSelection = m_tags && !tagIds.isEmpty();
+    situation.isLocal = m_exports->isLocal();
     m_actions->updateAvailability(situation);
+    m_exports->updateAvailability(situation.hasSelection);
     if (QAction *link = m_actions->action(TagDockActions::LinkTags))
         link->setData(QVariant::fromValue(tagIds));
     if (m_filterEdit)
@@ -238,18 +248,26 @@ void TagsTableDock::execHeaderViewContextMenu(const QPoint &pos)
 
 void TagsTableDock::execViewContextMenu(const QPoint &pos)
 {
-    if (!m_tags || m_tags->isReadOnly())
+    if (!m_tags)
         return;
     QMenu menu(tr("Tag Operations"));
     const int count = m_selection->tagIds().size();
-    menu.addAction(m_actions->action(TagDockActions::AddTag));
-    if (count > 0) {
-        menu.addAction(m_actions->action(TagDockActions::AssignGroups));
-        menu.addAction(m_actions->action(TagDockActions::DeleteTag));
+    if (!m_tags->isReadOnly()) {
+        menu.addAction(m_actions->action(TagDockActions::AddTag));
+        if (count > 0) {
+            menu.addAction(m_actions->action(TagDockActions::AssignGroups));
+            menu.addAction(m_actions->action(TagDockActions::DeleteTag));
+        }
+        if (count == 1)
+            menu.addAction(m_actions->action(TagDockActions::RenameTag));
     }
-    if (count == 1)
-        menu.addAction(m_actions->action(TagDockActions::RenameTag));
+    menu.addMenu(m_exports->menu());
     menu.exec(m_table->viewport()->mapToGlobal(pos));
+}
+
+void TagsTableDock::exportSeletedTags()
+{
+    m_commands->exportTags();
 }
 
 void TagsTableDock::slotTagOpened(const QModelIndex &index)

@@ -8,8 +8,9 @@
 
 #include <memory>
 
-class GroupsController;
+class ExportMenu;
 class GroupItem;
+class GroupsController;
 class MainUi;
 class QKeyEvent;
 class QLineEdit;
@@ -50,6 +51,7 @@ public slots:
     void updateActionsAvailability();
     void execHeaderViewContextMenu(const QPoint &pos);
     void execViewContextMenu(const QPoint &pos);
+    void exportSeletedTags();
     void execTabContextMenu(const QPoint &pos);
     void slotTagOpened(const QModelIndex &index);
     void slotFilterTags(const QString &text);
@@ -87,6 +89,7 @@ private:
     void followGroup(const GroupItem *group);
 
     TagDockActions *m_actions;
+    ExportMenu *m_exports = nullptr;
     TableView *m_table = nullptr;
     std::unique_ptr<TagSelection> m_selection;
     std::unique_ptr<TagColumns> m_columns;

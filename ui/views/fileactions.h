@@ -39,7 +39,6 @@ public:
         FileSearch = 3,
         AddFiles = 4,
         AddHyperlink = 5,
-        LocateMissingFiles = 6,
         TransferToInternal = 7,
         ExtractFiles = 8,
         RemoveFromNode = 9,
@@ -54,7 +53,7 @@ public:
         ExtractFromContext = 18,
         Properties = 19,
         ShowRelated = 20,
-        LocateFromContext = 21,
+        ExportMenuEntry = 23,
         SearchLine = 27
     };
 
@@ -65,6 +64,9 @@ public:
     /** Null for the keys of the window while takePlaces has not run. */
     QAction *action(Key key) const { return m_actions.value(key); }
 
+    /** The sub-menu "Export" of the context menu. */
+    void setExportMenu(QAction *entry) { m_actions.insert(ExportMenuEntry, entry); }
+
     /** What the commands depend on. */
     struct Situation
     {
@@ -72,8 +74,7 @@ public:
         bool hasSelection = false;
         bool areAllInternal = false;
         bool hasHyperlink = false;
-        bool hasMissing = false; ///< among all that are shown
-        qint64 nodeId = 0;       ///< that of "Remove from node", 0 for none
+        qint64 nodeId = 0; ///< that of "Remove from node", 0 for none
     };
     void updateAvailability(const Situation &situation);
     /** Appends the entries that fit the selection. */

@@ -10,6 +10,7 @@
 #include "models/contents/sorter.h"
 #include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/preview/previews.h"
+#include "ui/views/exportmenu.h"
 #include "ui/views/fileactions.h"
 #include "ui/views/filedrops.h"
 #include "ui/views/filesearch.h"
@@ -30,6 +31,7 @@ MainFilesView::MainFilesView(QWidget *parent)
       m_title(new TitleWidget(this)),
       m_views(new FileViews(this)),
       m_actions(new FileActions(this)),
+      m_exports(new ExportMenu([this] { return ExportSelection::ofFiles(selectedFiles().ids()); }, this)),
       m_previews(new Previews(this)),
       m_commands(new FileCommands([this] { return selectedFiles(); }, m_previews, this)),
       m_search(new FileSearch(this)),
@@ -63,6 +65,7 @@ void MainFilesView::connectViews()
     for (QAbstractItemView *view : m_views->all()) {
         view->installEventFilter(this);
         m_drops->watch(view);
+        m_exports->watch(view);
     }
 }
 
@@ -73,8 +76,6 @@ void MainFilesView::connectActions()
     };
     onTriggered(FileActions::AddFiles, &MainFilesView::addFiles);
     onTriggered(FileActions::AddHyperlink, &MainFilesView::addHyperlinks);
-    onTriggered(FileActions::LocateMissingFiles, &MainFilesView::locateMissingFiles);
-    onTriggered(FileActions::LocateFromContext, &MainFilesView::locateMissingFiles);
     onTriggered(FileActions::TransferToInternal, &MainFilesView::transferToInternal);
     onTriggered(FileActions::ExtractFiles, &MainFilesView::extractFiles);
     onTriggered(FileActions::ExtractFromContext, &MainFilesView::extractFiles);
@@ -94,6 +95,9 @@ void MainFilesView::connectActions()
 void MainFilesView::takePlaces(MainUi &ui)
 {
     m_actions->takePlaces(ui);
+    m_actions->setExportMenu(m_exports->menu()->menuAction());
+    m_exports->takePlace(ui);
+    m_exports->bringEntries();
     m_search->takeField(ui);
     connect(m_actions->action(FileActions::FileSearch), &QAction::toggled, m_search,
             &FileSearch::setFieldShown);
@@ -136,13 +140,11 @@ void MainFilesView::setController(MainViewController *controller)
     m_title->setEnabled(controller);
     m_views->setEnabled(controller);
     m_drops->setController(controller);
+    m_exports->setController(controller);
     m_search->setController(controller);
     if (controller) {
         connect(controller, &MainViewController::tagRequirementsChanged, this,
                 &MainFilesView::followRequirements);
-        connect(controller, &MainViewController::filesModified, this, &MainFilesView::notifyOfUpdatedFiles);
-        connect(controller, &MainViewController::missingFilesChanged, this,
-                &MainFilesView::updateActionsAvailability);
         controller->setFileConflictAsker([this](const QString &folder, const auto &conflicts) {
             MultipleFileConflictHandler dialog(folder, conflicts, this);
             return dialog.exec() == QDialog::Accepted ? std::make_optional(dialog.choices()) : std::nullopt;
@@ -259,8 +261,8 @@ void MainFilesView::updateActionsAvailability()
 {
     const SelectedFiles files = selectedFiles();
     m_actions->updateAvailability({isWritable(), !files.isEmpty(), files.areAllInternal(),
-                                   files.hasHyperlink(), m_controller && m_controller->hasMissingFiles(),
-                                   m_commands->nodeToRemoveFrom()});
+                                   files.hasHyperlink(), m_commands->nodeToRemoveFrom()});
+    m_exports->updateAvailability(!files.isEmpty());
 }
 
 void MainFilesView::updateStatusText()

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+class ExportMenu;
 class File;
 class FileActions;
 class FileDrops;
@@ -88,11 +89,6 @@ public slots:
     void transferToInternal() { m_commands->transferToInternal(); }
     /** Makes the thumbnails of all external files anew, whatever is selected. */
     void remakeThumbnails() { m_commands->remakeThumbnails(); }
-    void notifyOfUpdatedFiles(const QVector<qint64> &fileIds, const DeletedFileRepresentations &deletedFiles)
-    {
-        m_commands->notifyOfUpdatedFiles(fileIds, deletedFiles);
-    }
-    void locateMissingFiles() { m_commands->locateMissingFiles(); }
     void changeEditMode(bool on);
 
 protected:
@@ -126,6 +122,7 @@ private:
     TitleWidget *m_title;
     FileViews *m_views;
     FileActions *m_actions;
+    ExportMenu *m_exports;
     Previews *m_previews;
     FileCommands *m_commands;
     FileSearch *m_search;

@@ -49,6 +49,8 @@ MainUi::MainUi(QMainWindow *window)
 {
     QMenuBar *bar = window->menuBar();
     databaseMenu = bar->addMenu(tr("&Database"));
+    exportMenu = new QMenu(tr("Export"), databaseMenu);
+    exportMenu->setObjectName(QStringLiteral("exportMenu"));
     fileMenu = bar->addMenu(tr("File"));
     tagMenu = bar->addMenu(tr("Tag"));
     nodeMenu = bar->addMenu(tr("Node"));

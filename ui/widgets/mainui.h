@@ -25,6 +25,8 @@ public:
     void makeBarsReachable() const;
 
     QMenu *databaseMenu;
+    /** "Export"; the view that had the focus last fills it, the window gives it its place. */
+    QMenu *exportMenu;
     QMenu *fileMenu;
     QMenu *tagMenu;
     QMenu *nodeMenu;

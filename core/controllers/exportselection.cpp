@@ -1,0 +1,68 @@
+#include "core/controllers/exportselection.h"
+
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/collection.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/records/tbnode.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/filefiltermodel.h"
+
+namespace {
+QVector<qint64> filesOf(const MainViewController &files, const TagRequirements &requirements)
+{
+    FileFilterModel filter;
+    filter.setSourceModel(files.contentsModel());
+    filter.setTagRequirements(requirements);
+    return filter.acceptedFiles();
+}
+
+QVector<qint64> filesOf(const MainViewController &files, NodeType special)
+{
+    FileFilterModel filter;
+    filter.setSourceModel(files.contentsModel());
+    filter.setSpecialNode(special);
+    return filter.acceptedFiles();
+}
+} // namespace
+
+ExportSelection ExportSelection::ofFiles(const QVector<qint64> &fileIds)
+{
+    ExportSelection selection;
+    selection.fileIds = fileIds;
+    return selection;
+}
+
+ExportSelection ExportSelection::ofNode(const BrowsTreeController &tree, NodeType type, qint64 nodeId)
+{
+    const MainViewController &files = *tree.collection()->mainViewController();
+    if (type != TagNode)
+        return ofFiles(filesOf(files, type));
+    ExportSelection selection;
+    if (const TBnode *node = tree.nodeById(nodeId)) {
+        QVector<qint64> excluded;
+        node->collectTagRequirements(selection.tagIds, excluded);
+        selection.fileIds = filesOf(files, tree.requirementsOf(nodeId, selection.tagIds, excluded));
+        selection.tagIds += excluded;
+    }
+    return selection;
+}
+
+ExportSelection ExportSelection::ofFilesWithTags(const MainViewController &files,
+                                                 const QVector<qint64> &tagIds)
+{
+    ExportSelection selection;
+    selection.fileIds = filesOf(files, files.requirementsOfAny(tagIds));
+    selection.tagIds = tagIds;
+    return selection;
+}
+
+ExportSelection ExportSelection::ofTags(const MainViewController &files, const QVector<qint64> &tagIds)
+{
+    ExportSelection selection;
+    TagRequirements bearing;
+    bearing.eitherOr = tagIds;
+    selection.fileIds = filesOf(files, bearing);
+    selection.tagIds = tagIds;
+    selection.addAllTagsOfFiles = false;
+    return selection;
+}
