@@ -256,8 +256,8 @@ private slots:
         addRow("external", "E"_s,
                QStringList{open, "Show in Explorer"_s, transfer, "Delete Link"_s, extract, exports} + single);
         addRow("hyperlink", "H"_s, QStringList{open, "Delete Link"_s, exports} + single);
-        addRow("missing", "M"_s, QStringList{"Delete Link"_s} + single);
-        addRow("missing and external", "ME"_s, QStringList{"Delete Links"_s});
+        addRow("missing", "M"_s, QStringList({"Locate missing file"_s, "Delete Link"_s}) + single);
+        addRow("missing and external", "ME"_s, QStringList({"Locate missing files"_s, "Delete Links"_s}));
         addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, extract, exports});
         addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, extract, exports});
         addRow("internal and hyperlink", "IH"_s, QStringList{"Delete Links"_s, exports});

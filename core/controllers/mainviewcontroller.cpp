@@ -48,7 +48,8 @@ MainViewController::MainViewController(DatabaseManger *manager, const AbstractQu
       m_contents(new ContentsModel(this)),
       m_filter(new FileFilterModel(this)),
       m_sorter(new Sorter(this)),
-      m_extraction(new FolderExtraction(this))
+      m_extraction(new FolderExtraction(this)),
+      m_check(new ShownFilesCheck(manager, m_filter, this))
 {
     m_contents->setHost(this);
     m_filter->setSourceModel(m_contents);
@@ -60,6 +61,7 @@ MainViewController::MainViewController(DatabaseManger *manager, const AbstractQu
 // Proxies go before their sources, and the table before the host that it asks.
 MainViewController::~MainViewController()
 {
+    delete m_check;
     delete m_sorter;
     delete m_filter;
     delete m_contents;
@@ -73,10 +75,12 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::filesRemoved, m_contents, &ContentsModel::removeFiles);
     connect(source, &DatabaseManger::filesChanged, m_contents, &ContentsModel::updateFiles);
     connect(source, &DatabaseManger::updateMissedFiles, m_contents, &ContentsModel::repaintFiles);
+    connect(source, &DatabaseManger::updateMissedFiles, this, &MainViewController::missingFilesChanged);
     connect(source, &DatabaseManger::thumbnailUpdated, m_contents, &ContentsModel::repaintFile);
     connect(source, &DatabaseManger::remadeAllThumbnails, m_contents, &ContentsModel::repaintAll);
     connect(source, &DatabaseManger::aboutToReloadAllData, m_contents, &ContentsModel::clear);
     connect(source, &DatabaseManger::allDataReloaded, this, &MainViewController::forgetGoneTags);
+    connect(source, &DatabaseManger::allDataReloaded, m_check, &ShownFilesCheck::start);
     connect(source, &DatabaseManger::tagsLoaded, m_sorter, &Sorter::refreshTagNames);
     connect(source, &DatabaseManger::tagsRenamed, m_sorter, &Sorter::renameTags);
     connect(source, &DatabaseManger::startedAddingFiles, this, &MainViewController::startedAddingFiles);
@@ -120,6 +124,7 @@ void MainViewController::showSpecialNode(NodeType type)
     m_sorter->prepareFilterText(QString());
     m_filter->setSpecialNode(type);
     emit tagRequirementsChanged(type, {}, {}, {});
+    m_check->start();
 }
 
 void MainViewController::showTagRequirements(const QVector<qint64> &required, const QVector<qint64> &eitherOr,
@@ -136,6 +141,7 @@ void MainViewController::showRequirements(const TagRequirements &requirements)
     m_sorter->prepareFilterText(QString());
     m_filter->setTagRequirements(requirements);
     emit tagRequirementsChanged(TagNode, requirements.required, requirements.eitherOr, requirements.excluded);
+    m_check->start();
 }
 
 void MainViewController::setFileFilterString(const QString &text)
@@ -148,6 +154,7 @@ void MainViewController::setFileFilterString(const QString &text)
     m_sorter->prepareFilterText(text);
     m_filter->setSpecialNode(AllFiles);
     emit tagRequirementsChanged(AllFiles, {}, {}, {});
+    m_check->start();
 }
 
 void MainViewController::showTagsSelected(const QVector<qint64> &tagIds)
@@ -197,20 +204,6 @@ QVector<qint64> MainViewController::shownFileIds() const
     return m_filter->acceptedFiles();
 }
 
-QVector<qint64> MainViewController::missingFileIds() const
-{
-    QVector<qint64> ids;
-    if (!manager())
-        return ids;
-    for (qint64 fileId : manager()->missingFiles()) {
-        const int row = m_contents->rowOf(fileId);
-        if (row >= 0 && m_filter->isShown(row))
-            ids.append(fileId);
-    }
-    std::sort(ids.begin(), ids.end());
-    return ids;
-}
-
 void MainViewController::addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds,
                                  bool fromSelectedNode, qint64 nodeId)
 {
@@ -234,6 +227,15 @@ bool MainViewController::addHyperlink(const QString &text, const QString &descri
 bool MainViewController::addFilesList(const QStringList &paths)
 {
     return paths.isEmpty() || (manager() && mayEdit() && manager()->addFilesList(paths));
+}
+
+void MainViewController::locateFiles(const QHash<qint64, QString> &paths)
+{
+    QMap<qint64, QString> places;
+    for (auto it = paths.cbegin(); it != paths.cend(); ++it)
+        places.insert(it.key(), it.value());
+    if (manager() && !places.isEmpty() && mayEdit())
+        manager()->locateFiles(places);
 }
 
 void MainViewController::deleteFiles(const QVector<qint64> &fileIds)
@@ -358,11 +360,6 @@ void MainViewController::reloadThumbnail(qint64 fileId)
 {
     if (manager())
         manager()->thumbnailCache()->reloadThumbnail(fileId);
-}
-
-void MainViewController::resumeChecking()
-{
-    m_checkingPauses = qMax(0, m_checkingPauses - 1);
 }
 
 void MainViewController::forgetGoneTags()

@@ -2,6 +2,7 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "core/controllers/fileconflict.h"
+#include "core/controllers/shownfilescheck.h"
 #include "core/records/datatype.h"
 #include "core/records/nodetype.h"
 #include "core/records/recordtypes.h"
@@ -69,7 +70,8 @@ public:
     /** The files that meet the requirements, whatever the search text. */
     QVector<qint64> shownFileIds() const;
     /** Those of the shown files whose external file was not there at the last look. */
-    QVector<qint64> missingFileIds() const;
+    QVector<qint64> missingFileIds() const { return m_check->missingFileIds(); }
+    bool hasMissingFiles() const { return m_check->hasMissingFiles(); }
 
     /** Adds local files and folders as such, all other URLs as hyperlinks. */
     void addUrls(const QList<QUrl> &urls, const QVector<qint64> &tagIds = {}, bool fromSelectedNode = false,
@@ -84,6 +86,8 @@ public:
      * refused, and the user knows why; else additionSettled() tells what became of it, if there are any.
      */
     bool addFilesList(const QStringList &paths);
+    /** Missing files were found in other places: file ids to paths. */
+    void locateFiles(const QHash<qint64, QString> &paths);
     /** Deletes files from the database; external ones stay on the disk. */
     void deleteFiles(const QVector<qint64> &fileIds);
     /** Copies the external ones of these files into the database; on the disk they stay as they are. */
@@ -126,9 +130,10 @@ public:
     StoredImage::Saving saveImage(qint64 fileId, const QImage &picture);
     void reloadThumbnail(qint64 fileId);
     /** Between the two, which count, no check of the shown files begins. */
-    void pauseChecking() { ++m_checkingPauses; }
-    void resumeChecking();
-    bool isCheckingPaused() const { return m_checkingPauses > 0; }
+    void pauseChecking() { m_check->pause(); }
+    void resumeChecking() { m_check->resume(); }
+    /** Finds an external file anew if need be, and looks whether it is in its place. */
+    void checkPresence(qint64 fileId) { m_check->look(fileId); }
     /** These tags are gone; a selection that asks for one of them goes on without it. */
     void forgetTags(const QVector<qint64> &removedTags);
 
@@ -152,6 +157,8 @@ signals:
     /** What became of addHyperlink() or addFilesList(), by the texts. */
     void additionSettled(QStringList texts, bool areStored);
     void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
+    /** The list of missing files may be another one. */
+    void missingFilesChanged();
 
 public slots:
     void loadedFilesDataFromDB(const Map<qint64, File *> &files);
@@ -179,6 +186,6 @@ private:
     FileFilterModel *m_filter;
     Sorter *m_sorter;
     FolderExtraction *m_extraction;
+    ShownFilesCheck *m_check;
     int m_awaitedCopies = 0;
-    int m_checkingPauses = 0;
 };

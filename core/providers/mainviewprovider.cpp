@@ -58,6 +58,23 @@ bool MainViewProvider::updateFilePath(qint64 id, const QString &column, const QS
     return updateAndLoad(id, updatePathText(id, {column}, {value}));
 }
 
+bool MainViewProvider::changePaths(const PathChanges &changes)
+{
+    Transaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
+    QVector<qint64> ids;
+    for (const PathChange &change : changes) {
+        if (!runSync(updatePathText(change.fileId, {change.column}, {change.value})))
+            return false;
+        ids.append(change.fileId);
+    }
+    if (!transaction.commit())
+        return false;
+    loadFiles(ids);
+    return true;
+}
+
 bool MainViewProvider::renameFile(qint64 id, const QString &name, const QString &path, const QString &relPath)
 {
     Transaction transaction(*this);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/providers/pathchange.h"
 #include "db/sql/basedbprovider.h"
 
 /**
@@ -35,6 +36,8 @@ public:
     bool updateFile(qint64 id, const QString &column, const QString &value);
     /** The same for a column of "file_paths"; the file must be an external one. */
     bool updateFilePath(qint64 id, const QString &column, const QString &value);
+    /** The same for many files: in one transaction, and with one reload. */
+    bool changePaths(const PathChanges &changes);
 
     /** Writes name and both paths of an external file, all or nothing, and loads the file again. */
     bool renameFile(qint64 id, const QString &name, const QString &path, const QString &relPath);

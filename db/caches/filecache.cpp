@@ -168,7 +168,8 @@ QVector<qint64> FileCache::setMissing(const QVector<qint64> &fileIds, bool missi
 {
     QVector<qint64> changed;
     for (const qint64 fileId : fileIds) {
-        if (!m_files.contains(fileId) || m_missing.contains(fileId) == missing)
+        // Mostly the state is the one that is known, which costs no look at the files.
+        if (m_missing.contains(fileId) == missing || !m_files.contains(fileId))
             continue;
         if (missing)
             m_missing.insert(fileId);

@@ -259,6 +259,23 @@ public:
     {
         m_fileEdits.importDatabase(source, isShell, options);
     }
+    /** External files were found in other places: file ids to paths. */
+    void locateFiles(const QMap<qint64, QString> &paths) { m_fileEdits.locateFiles(paths); }
+    /** Looks, in the background, which external files are missing or changed; later ones may end it. */
+    void checkExternalFiles(const QVector<qint64> &fileIds, bool givesWay = true)
+    {
+        m_fileEdits.checkExternalFiles(fileIds, givesWay, isReadOnly());
+    }
+    /** Ends those that may be ended. True when one had not come to its end. */
+    virtual bool endChecks() { return m_fileEdits.endChecks(); }
+    /** Mends the paths of external files that have moved with the database or away from it. */
+    virtual void relinkPaths(const QVector<qint64> &fileIds) { Q_UNUSED(fileIds) }
+    /** The same for one file, at once. False when it is not to be found. */
+    virtual bool refreshFilePaths(qint64 fileId)
+    {
+        Q_UNUSED(fileId)
+        return true;
+    }
     void cancelOperations();
     bool isBusy() const;
 
@@ -369,6 +386,9 @@ protected:
     void dropEdit();
     void reloadLater();
     void tellBusy() { m_errors.tellBusy(); }
+    /** Runs what is tried again by itself. True when it met a lock, of which nothing is told. */
+    bool runInSilence(const std::function<void()> &step) { return m_errors.runInSilence(step); }
+    bool isReloadDue() const { return m_isReloadDue; }
     /** Asked before each change of the window; before setProviders(). */
     void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
     void connectErrors(BaseDBProvider *provider) override;

@@ -123,6 +123,27 @@ void FileEdits::remakeThumbnails(const QVector<qint64> &fileIds)
         request([fileIds](FileOperationProvider &files) { files.remakeThumbnails(fileIds); });
 }
 
+void FileEdits::locateFiles(const QMap<qint64, QString> &paths)
+{
+    if (paths.isEmpty() || !m_host.mayRequest())
+        return;
+    const QVector<qint64> ids = paths.keys().toVector();
+    request([ids, places = QStringList(paths.values()), codes = idCodes(ids)](FileOperationProvider &files) {
+        files.locateFiles(ids, places, codes);
+    });
+}
+
+void FileEdits::checkExternalFiles(const QVector<qint64> &fileIds, bool givesWay, bool marksOnly)
+{
+    if (m_worker)
+        m_worker->checkExternalFiles(fileIds, givesWay, marksOnly);
+}
+
+bool FileEdits::endChecks()
+{
+    return m_worker && m_worker->endChecks();
+}
+
 void FileEdits::request(const std::function<void(FileOperationProvider &)> &task)
 {
     FileOperationProvider *worker = m_worker;

@@ -3,6 +3,7 @@
 #include "core/records/recordtypes.h"
 
 #include <QHash>
+#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -65,6 +66,10 @@ public:
     void exportDatabase(const ExportRequest &what, const std::shared_ptr<PartFile> &target);
     void remakeThumbnails(const QVector<qint64> &fileIds);
     void importDatabase(const QString &source, bool isShell, const ImportOptions &options);
+    /** File ids to their new paths. */
+    void locateFiles(const QMap<qint64, QString> &paths);
+    void checkExternalFiles(const QVector<qint64> &fileIds, bool givesWay, bool marksOnly);
+    bool endChecks();
 
 private:
     bool edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change);

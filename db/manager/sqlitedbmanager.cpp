@@ -8,6 +8,7 @@
 #include "core/providers/sqlitebrowstreeprovider.h"
 #include "core/providers/sqlitegeneralprovider.h"
 #include "core/providers/tagsprovider.h"
+#include "core/records/file.h"
 #include "db/sql/connections.h"
 #include "db/sql/foreignwrites.h"
 #include "db/sql/readbound.h"
@@ -35,7 +36,8 @@ SQLiteDBManager::SQLiteDBManager(const QString &driver, const QString &database,
                                  const QString &user, const QString &password, int port, QObject *parent)
     : DatabaseManger(driver, database, host, user, password, port, parent),
       m_foreignWrites(new ForeignWrites(this)),
-      m_linkedFolders(*this, autoLinks(), this)
+      m_linkedFolders(*this, autoLinks(), this),
+      m_relinker(new PathRelinker(*this, this))
 {
     setConstructor(std::make_unique<SqliteQueryConstructor>());
     Providers made;
@@ -91,6 +93,7 @@ QSqlError SQLiteDBManager::openDB()
 
 void SQLiteDBManager::closeDB()
 {
+    m_relinker->stop();
     m_readBound.reset();
     m_closing = true;
     m_linkedFolders.end();
@@ -185,6 +188,39 @@ void SQLiteDBManager::endReading()
 }
 
 void SQLiteDBManager::refreshModificationDate() {}
+
+bool SQLiteDBManager::endChecks()
+{
+    const bool wasRelinking = m_relinker->isRunning();
+    m_relinker->stop();
+    return DatabaseManger::endChecks() || wasRelinking;
+}
+
+void SQLiteDBManager::relinkPaths(const QVector<qint64> &fileIds)
+{
+    m_relinker->start(databaseName(), fileIds);
+}
+
+bool SQLiteDBManager::refreshFilePaths(qint64 fileId)
+{
+    return m_relinker->relinkNow(databaseName(), fileId);
+}
+
+PathRelinkerHost::Writing SQLiteDBManager::writePaths(const PathChanges &changes)
+{
+    if (isReadOnly()) {
+        for (const PathChange &change : changes) {
+            if (File *record = file(change.fileId))
+                record->setData(change.column == QLatin1String("path") ? Path : RelPath, change.value);
+        }
+        return Written;
+    }
+    if (!loadState().isWhole() || loadState().isLoading() || isReloadDue())
+        return NotWritten;
+    bool isWritten = false;
+    const bool metLock = runInSilence([&] { isWritten = providers().mainView->changePaths(changes); });
+    return isWritten ? Written : metLock ? Busy : NotWritten;
+}
 
 void SQLiteDBManager::createAutoLink(const QString &folder, qint64 nodeId)
 {

@@ -3,6 +3,7 @@
 #include "db/autolinks/autolinks.h"
 #include "db/autolinks/autolinkshost.h"
 #include "db/manager/databasemanger.h"
+#include "db/manager/pathrelinker.h"
 
 class ForeignWrites;
 class ReadBound;
@@ -11,7 +12,7 @@ class ReadBound;
  * The manager of one local database file. Nobody else's change is expected in it; when another program has
  * made one, the next edit is dropped with a warning and everything is read anew.
  */
-class SQLiteDBManager : public DatabaseManger, private AutoLinksHost
+class SQLiteDBManager : public DatabaseManger, private AutoLinksHost, private PathRelinkerHost
 {
     Q_OBJECT
 
@@ -30,6 +31,9 @@ public:
     void setCurrentBrowsingTree(qint64 treeId) override;
     bool isDataCurrent() override;
     void refreshModificationDate() override;
+    bool endChecks() override;
+    void relinkPaths(const QVector<qint64> &fileIds) override;
+    bool refreshFilePaths(qint64 fileId) override;
 
     void readSettings() override;
     void createAutoLink(const QString &folder, qint64 nodeId) override;
@@ -61,9 +65,12 @@ private:
     void checkExternalFiles(const QVector<qint64> &fileIds) override;
     void connectAutoLinks();
     bool makeTables(const QString &connectionName);
+    const File *fileToRelink(qint64 fileId) const override { return file(fileId); }
+    Writing writePaths(const PathChanges &changes) override;
 
     ForeignWrites *m_foreignWrites;
     std::unique_ptr<ReadBound> m_readBound; ///< while all records are read
     AutoLinks m_linkedFolders;
+    PathRelinker *m_relinker;
     bool m_closing = false;
 };

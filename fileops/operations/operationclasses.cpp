@@ -11,6 +11,7 @@
 #include "fileops/operations/extracttotemporaryoperation.h"
 #include "fileops/operations/importoperation.h"
 #include "fileops/operations/loadthumbnailsoperation.h"
+#include "fileops/operations/locatefilesoperation.h"
 #include "fileops/operations/remakethumbnailsoperation.h"
 #include "fileops/operations/transferfilesoperation.h"
 #include "fileops/worker/fileoperationworker.h"
@@ -69,6 +70,11 @@ void runOperationClass(FileOperationWorker &worker, const FileOperation &operati
         break;
     case FileOperationType::RemakeThumbnailsOperation:
         runAnnounced<RemakeThumbnailsOperation>(worker, operation, QString());
+        break;
+    case FileOperationType::LocateFilesOperation:
+        if (!operation.fileIds.isEmpty())
+            runAnnounced<LocateFilesOperation>(worker, operation,
+                                               FileOperationWorker::tr("Linking to files..."));
         break;
     case FileOperationType::TransferFilesOperation:
         if (!operation.fileIds.isEmpty())

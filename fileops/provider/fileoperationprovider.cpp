@@ -272,10 +272,20 @@ void FileOperationProvider::checkExternalFiles(const QVector<qint64> &ids, bool 
         endChecks();
 }
 
-void FileOperationProvider::endChecks()
+void FileOperationProvider::locateFiles(const QVector<qint64> &ids, const QStringList &paths,
+                                        const QStringList &idCodes)
 {
-    if (m_worker)
-        m_worker->endChecks();
+    FileOperation operation;
+    operation.type = FileOperationType::LocateFilesOperation;
+    operation.fileIds = ids;
+    operation.paths = paths;
+    operation.idCodes = idCodes;
+    enqueue(operation);
+}
+
+bool FileOperationProvider::endChecks()
+{
+    return m_worker && m_worker->endChecks();
 }
 
 void FileOperationProvider::importDatabase(const QString &source, bool isShell, const ImportOptions &options)

@@ -70,10 +70,12 @@ public:
      * begins, once another one that does is asked for. One that only marks writes nothing.
      */
     void checkExternalFiles(const QVector<qint64> &ids, bool givesWay = true, bool marksOnly = false);
-    /** Ends the checks that give way. */
-    void endChecks();
     /** Merges a local database, or a shell, into the open one, which is a local one, too. */
     void importDatabase(const QString &source, bool isShell, const ImportOptions &options);
+    /** Gives external files new places, a path each. */
+    void locateFiles(const QVector<qint64> &ids, const QStringList &paths, const QStringList &idCodes = {});
+    /** Ends the checks that give way. True when one had not come to its end. */
+    bool endChecks();
     void setBrowsingTreeId(qint64 id);
     /** Ends the running operation and those in the queue; nothing when idle. */
     void cancelOperations();

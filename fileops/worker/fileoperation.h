@@ -40,7 +40,7 @@ Q_DECLARE_METATYPE(FileOperationType)
 struct FileOperation
 {
     FileOperationType type = FileOperationType::UnusedOperation;
-    QStringList paths;             ///< files, folders or hyperlinks to add; targets of an extraction
+    QStringList paths; ///< files, folders or hyperlinks to add; targets of an extraction; new places
     QSet<QString> replacedPaths;   ///< targets where another file gives way
     QSet<QString> comparedPaths;   ///< targets where the file itself seems to stand already
     QVector<qint64> fileIds;       ///< the files that the operation concerns

@@ -54,19 +54,21 @@ void FileOperationWorker::postpone(const FileOperation &rest)
         m_queue.append(new FileOperation(rest));
 }
 
-void FileOperationWorker::endChecks()
+bool FileOperationWorker::endChecks()
 {
     const QMutexLocker locker(&m_queueMutex);
-    dropChecks();
+    return dropChecks();
 }
 
-void FileOperationWorker::dropChecks()
+bool FileOperationWorker::dropChecks()
 {
     const auto isKept = [](const FileOperation *record) { return !record->givesWay; };
     const auto firstGone = std::stable_partition(m_queue.begin(), m_queue.end(), isKept);
+    const bool hasDropped = firstGone != m_queue.end();
     qDeleteAll(firstGone, m_queue.end());
     m_queue.erase(firstGone, m_queue.end());
-    m_isOutdated = m_runsCheck;
+    m_isOutdated = m_isRunning && m_runsCheck;
+    return hasDropped || m_isOutdated;
 }
 
 void FileOperationWorker::forgetThumbnail(qint64 fileId)
@@ -307,6 +309,7 @@ void FileOperationWorker::finishRun()
 {
     const QMutexLocker locker(&m_queueMutex);
     m_isRunning = false;
+    m_runsCheck = false;
     // A record that came in the meantime keeps a cancel that was meant for it.
     if (m_queue.isEmpty()) {
         const QMutexLocker cancelLocker(&m_cancelMutex);

@@ -46,8 +46,8 @@ public:
     void enqueue(const FileOperation &operation);
     /** The rest of the running check goes behind what waits, unless a later one has taken its place. */
     void postpone(const FileOperation &rest);
-    /** Ends the checks that give way, running or queued. */
-    void endChecks();
+    /** Ends the checks that give way, running or queued. True when there was one. */
+    bool endChecks();
     /** Takes the first request for this thumbnail out of the queue again. */
     void forgetThumbnail(qint64 fileId);
     /** Ends the running operation and, each at its first check, those in the queue; nothing when idle. */
@@ -143,7 +143,7 @@ private:
     void failOpening(const QSqlError &error);
     void removeConnection();
     bool takeNext(FileOperation &operation);
-    void dropChecks();
+    bool dropChecks();
     void run(const FileOperation &operation);
     void tellShortfall();
     /** The first that is not about thumbnails; an unused one when there is none. */

@@ -20,6 +20,8 @@ QString sentence(FileOperationType type)
     case FileOperationType::ExtractFilesOperation:
     case FileOperationType::ExtractToTemporaryOperation:
         return tr("Files extracted: %1 of %2.");
+    case FileOperationType::LocateFilesOperation:
+        return tr("Files located: %1 of %2.");
     case FileOperationType::TransferFilesOperation:
         return tr("Files transferred: %1 of %2.");
     case FileOperationType::RemakeThumbnailsOperation:

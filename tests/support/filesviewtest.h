@@ -43,7 +43,7 @@ protected:
             AddingSettings::setLinkToFiles(kind != QLatin1Char('I'));
             ids << (kind == QLatin1Char('H') ? m_fixture->add(QUrl("https://example.org/"_s + name))
                                              : m_fixture->addExternal(name));
-            if (kind == QLatin1Char('M'))
+            if (kind == QLatin1Char('M') && QFile::remove(m_fixture->filePath(name)))
                 emit m_fixture->manager()->findChild<FileOperationProvider *>()->noLongerPresent(
                     {ids.last()});
         }

@@ -30,6 +30,7 @@ void FileActions::makeActions()
     add(FileSearch, tr("File Search"), "fileSearchAction", ":icons/search.png")->setCheckable(true);
     add(AddFiles, tr("Add Files"), "addFilesAction", ":/icons/addFiles.png");
     add(AddHyperlink, tr("Add Hyperlink"), "addHyperlinkAction", ":/icons/add-hyperlink.png");
+    add(LocateMissingFiles, tr("Locate Missing Files"), "locateMissingFilesAction");
     add(TransferToInternal, tr("Transfer to Internal"), "transferToInternalAction");
     add(ExtractFiles, tr("Extract Files"), "extractFilesAction", ":/icons/extract.png");
     add(RemoveFromNode, tr("Remove from node"), "removeFromNodeAction")->setData(qint64(0));
@@ -42,6 +43,7 @@ void FileActions::makeActions()
     add(ExtractFromContext, tr("Extract File"), "extractFromContextAction", ":icons/extract.png");
     add(Properties, tr("Properties"), "propertiesAction");
     add(ShowRelated, tr("Show related files"), "showRelatedAction");
+    add(LocateFromContext, tr("Locate missing item"), "locateFromContextAction");
 
     auto *group = new QActionGroup(this);
     group->addAction(action(Thumbnails));
@@ -64,8 +66,8 @@ void FileActions::fillFileMenu(QMenu &menu)
     auto *tags = new QMenu(tr("Tags"), &menu);
     tags->addActions({action(FileTags), action(BrowsingTreeTags)});
     m_actions.insert(TagsMenu, tags->menuAction());
-    for (const Key key : {AddFiles, AddHyperlink, TransferToInternal, ExtractFiles, RemoveFromNode, Delete,
-                          TagsMenu, LinkTags})
+    for (const Key key : {AddFiles, AddHyperlink, LocateMissingFiles, TransferToInternal, ExtractFiles,
+                          RemoveFromNode, Delete, TagsMenu, LinkTags})
         menu.addAction(action(key));
 }
 
@@ -104,6 +106,7 @@ void FileActions::updateAvailability(const Situation &situation)
     };
     for (const Key key : {FileMenu, AddFiles, AddHyperlink})
         setEnabled(key, situation.isWritable);
+    setEnabled(LocateMissingFiles, situation.hasMissing);
     // The context menu offers it for external files, by its own rule.
     setEnabled(TransferToInternal, situation.hasSelection && situation.areAllInternal);
     setEnabled(ExtractFiles, situation.hasSelection && !situation.hasHyperlink);
@@ -127,6 +130,10 @@ QString FileActions::deleteText(const SelectedFilesFacts &facts)
 void FileActions::fillContextMenu(QMenu &menu, const SelectedFilesFacts &facts, bool isWritable)
 {
     const bool isOne = facts.count == 1;
+    if (facts.areAllExternal && facts.hasMissing) {
+        action(LocateFromContext)->setText(isOne ? tr("Locate missing file") : tr("Locate missing files"));
+        menu.addAction(action(LocateFromContext));
+    }
     if (!facts.hasMissing && isOne) {
         action(OpenExternally)->setText(facts.isPicture ? tr("Open Externally") : tr("Open for Viewing"));
         menu.addAction(action(OpenExternally));

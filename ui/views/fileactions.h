@@ -39,6 +39,7 @@ public:
         FileSearch = 3,
         AddFiles = 4,
         AddHyperlink = 5,
+        LocateMissingFiles = 6,
         TransferToInternal = 7,
         ExtractFiles = 8,
         RemoveFromNode = 9,
@@ -53,6 +54,7 @@ public:
         ExtractFromContext = 18,
         Properties = 19,
         ShowRelated = 20,
+        LocateFromContext = 21,
         ExportMenuEntry = 23,
         SearchLine = 27
     };
@@ -74,7 +76,8 @@ public:
         bool hasSelection = false;
         bool areAllInternal = false;
         bool hasHyperlink = false;
-        qint64 nodeId = 0; ///< that of "Remove from node", 0 for none
+        bool hasMissing = false; ///< among all that are shown
+        qint64 nodeId = 0;       ///< that of "Remove from node", 0 for none
     };
     void updateAvailability(const Situation &situation);
     /** Appends the entries that fit the selection. */

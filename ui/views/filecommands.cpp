@@ -3,6 +3,7 @@
 #include "app/messages/filedialogs.h"
 #include "app/messages/messages.h"
 #include "app/settings/addingsettings.h"
+#include "app/settings/trackingsettings.h"
 #include "app/settings/windowsettings.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
@@ -13,6 +14,9 @@
 #include "models/contents/filepictures.h"
 #include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/dialogs/browsingtreetagsdialog.h"
+#include "ui/dialogs/deletionquestion.h"
+#include "ui/dialogs/filelocationdialog.h"
+#include "ui/dialogs/modificationnotice.h"
 #include "ui/dialogs/propertiesdialog.h"
 #include "ui/dialogs/tagremovaldialog.h"
 #include "ui/preview/previews.h"
@@ -23,12 +27,17 @@
 #include <QUrl>
 
 FileCommands::FileCommands(std::function<SelectedFiles()> selection, Previews *previews, QWidget *view)
-    : QObject(view), m_selection(std::move(selection)), m_previews(previews), m_view(view)
+    : QObject(view),
+      m_selection(std::move(selection)),
+      m_previews(previews),
+      m_view(view),
+      m_modificationNotice(new ModificationNotice(view))
 {
 }
 
 void FileCommands::setController(MainViewController *controller)
 {
+    m_modificationNotice->forget();
     m_controller = controller;
 }
 
@@ -47,6 +56,7 @@ void FileCommands::open(const File *file, bool forceExternal)
 {
     if (!file || !m_controller)
         return;
+    checkPresence(*file);
     if (file->internal() == FileKind::hyperlink)
         FileOpening::openHyperlink(m_view, file->name());
     else if (!forceExternal && file->iconKind() == FilePictures::thumbnailKind)
@@ -55,6 +65,12 @@ void FileCommands::open(const File *file, bool forceExternal)
         FileOpening::openExternalFile(m_view, file->path());
     else if (FileOpening::mayOpenCopy(m_view, file->name()))
         m_controller->openTemporaryCopy(file->id());
+}
+
+void FileCommands::checkPresence(const File &file)
+{
+    if (file.internal() == FileKind::external)
+        m_controller->checkPresence(file.id());
 }
 
 void FileCommands::openPreview(const File &file)
@@ -66,8 +82,10 @@ void FileCommands::openPreview(const File &file)
 void FileCommands::showInFileManager()
 {
     const File *file = m_selection().first();
-    if (file && file->internal() == FileKind::external)
-        FileOpening::showInFileManager(m_view, file->path());
+    if (!file || !m_controller || file->internal() != FileKind::external)
+        return;
+    checkPresence(*file);
+    FileOpening::showInFileManager(m_view, file->path());
 }
 
 void FileCommands::showProperties()
@@ -133,16 +151,34 @@ void FileCommands::deleteFiles()
     if (facts.count > 1)
         noun += QLatin1Char('s');
 
-    Messages::Box box;
-    box.icon = QMessageBox::Warning;
-    box.text = tr("Do you really want to delete the selected %1?").arg(noun);
-    box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
-    box.defaultButton = QMessageBox::Cancel;
-    box.extraFlags = Qt::WindowStaysOnTopHint;
     const QVector<qint64> ids = m_selection().ids();
     // The database may have gone while the box stood open.
-    if (Messages::run(m_view, box).button == QMessageBox::Ok && m_controller)
+    if (confirmDeletion(m_view, noun) && m_controller)
         m_controller->deleteFiles(ids);
+}
+
+void FileCommands::locateMissingFiles()
+{
+    if (!mayEdit(m_controller))
+        return;
+    const QVector<qint64> ids = m_controller->missingFileIds();
+    if (ids.isEmpty())
+        return;
+    FileLocationDialog dialog(m_controller, ids, m_view);
+    if (dialog.exec() != QDialog::Accepted || !m_controller)
+        return;
+    m_controller->locateFiles(dialog.locatedFiles());
+    m_controller->deleteFiles(dialog.linksToDelete());
+}
+
+void FileCommands::notifyOfUpdatedFiles(const QVector<qint64> &ids, const DeletedFileRepresentations &deleted)
+{
+    if (!m_controller || (ids.isEmpty() && deleted.isEmpty()) || !TrackingSettings::adviseOfModifiedFiles())
+        return;
+    QStringList paths;
+    for (const qint64 id : ids)
+        paths.append(m_controller->fileData(id, Path).toString());
+    m_modificationNotice->tell(paths, deleted);
 }
 
 void FileCommands::addFiles()

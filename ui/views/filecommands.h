@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fileops/worker/deletedfilerepresentations.h"
 #include "ui/views/selectedfiles.h"
 
 #include <QObject>
@@ -9,6 +10,7 @@
 
 class File;
 class MainViewController;
+class ModificationNotice;
 class Previews;
 class QUrl;
 class QWidget;
@@ -42,6 +44,11 @@ public:
     void removeFromNode();
     void deleteFiles();
 
+    /** Of those that are shown. */
+    void locateMissingFiles();
+    /** Tells of records that followed their files, or went as these are copies now. */
+    void notifyOfUpdatedFiles(const QVector<qint64> &ids, const DeletedFileRepresentations &deleted);
+
     void addFiles();
     void addHyperlinks();
     /** To the current node, if there is one. */
@@ -56,6 +63,7 @@ signals:
     void statusTextChanged(QString text);
 
 private:
+    void checkPresence(const File &file);
     void openPreview(const File &file);
     /** False while the database does not take it. */
     bool addHyperlink(const QString &text, const QString &description);
@@ -63,5 +71,6 @@ private:
     const std::function<SelectedFiles()> m_selection;
     Previews *m_previews;
     QWidget *m_view;
+    ModificationNotice *m_modificationNotice;
     QPointer<MainViewController> m_controller;
 };

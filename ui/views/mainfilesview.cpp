@@ -76,6 +76,8 @@ void MainFilesView::connectActions()
     };
     onTriggered(FileActions::AddFiles, &MainFilesView::addFiles);
     onTriggered(FileActions::AddHyperlink, &MainFilesView::addHyperlinks);
+    onTriggered(FileActions::LocateMissingFiles, &MainFilesView::locateMissingFiles);
+    onTriggered(FileActions::LocateFromContext, &MainFilesView::locateMissingFiles);
     onTriggered(FileActions::TransferToInternal, &MainFilesView::transferToInternal);
     onTriggered(FileActions::ExtractFiles, &MainFilesView::extractFiles);
     onTriggered(FileActions::ExtractFromContext, &MainFilesView::extractFiles);
@@ -145,6 +147,9 @@ void MainFilesView::setController(MainViewController *controller)
     if (controller) {
         connect(controller, &MainViewController::tagRequirementsChanged, this,
                 &MainFilesView::followRequirements);
+        connect(controller, &MainViewController::filesModified, this, &MainFilesView::notifyOfUpdatedFiles);
+        connect(controller, &MainViewController::missingFilesChanged, this,
+                &MainFilesView::updateActionsAvailability);
         controller->setFileConflictAsker([this](const QString &folder, const auto &conflicts) {
             MultipleFileConflictHandler dialog(folder, conflicts, this);
             return dialog.exec() == QDialog::Accepted ? std::make_optional(dialog.choices()) : std::nullopt;
@@ -261,7 +266,8 @@ void MainFilesView::updateActionsAvailability()
 {
     const SelectedFiles files = selectedFiles();
     m_actions->updateAvailability({isWritable(), !files.isEmpty(), files.areAllInternal(),
-                                   files.hasHyperlink(), m_commands->nodeToRemoveFrom()});
+                                   files.hasHyperlink(), m_controller && m_controller->hasMissingFiles(),
+                                   m_commands->nodeToRemoveFrom()});
     m_exports->updateAvailability(!files.isEmpty());
 }
 

@@ -89,6 +89,11 @@ public slots:
     void transferToInternal() { m_commands->transferToInternal(); }
     /** Makes the thumbnails of all external files anew, whatever is selected. */
     void remakeThumbnails() { m_commands->remakeThumbnails(); }
+    void notifyOfUpdatedFiles(const QVector<qint64> &fileIds, const DeletedFileRepresentations &deletedFiles)
+    {
+        m_commands->notifyOfUpdatedFiles(fileIds, deletedFiles);
+    }
+    void locateMissingFiles() { m_commands->locateMissingFiles(); }
     void changeEditMode(bool on);
 
 protected:

@@ -1,0 +1,144 @@
+#include "core/controllers/filelocation.h"
+
+#include "app/settings/crashstack.h"
+#include "core/records/file.h"
+#include "core/records/filekind.h"
+#include "models/contents/contentsmodel.h"
+
+#include <QThread>
+
+namespace {
+constexpr int rowsInSlice = 20000;
+
+QString nameOf(const QString &path)
+{
+    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+QVector<MissingFile> filesOf(const ContentsModel &contents, const QVector<qint64> &fileIds)
+{
+    QVector<MissingFile> files;
+    files.reserve(fileIds.size());
+    for (const qint64 fileId : fileIds) {
+        if (const File *file = contents.fileAt(contents.rowOf(fileId)))
+            files.append({fileId, file->path(), file->size(), file->checksum()});
+    }
+    return files;
+}
+} // namespace
+
+FileLocation::FileLocation(const ContentsModel &contents, const QVector<qint64> &fileIds,
+                           const QStringList &folders, QObject *parent)
+    : QObject(parent),
+      m_contents(contents),
+      m_folders(folders),
+      m_locator(
+          std::make_unique<FileLocator>(filesOf(contents, fileIds), [this] { return m_isCanceled.load(); })),
+      m_fileIds(fileIds.cbegin(), fileIds.cend())
+{
+    m_sliceTimer.setInterval(0);
+    connect(&m_sliceTimer, &QTimer::timeout, this, &FileLocation::excludeSlice);
+}
+
+FileLocation::~FileLocation()
+{
+    m_isCanceled = true;
+    if (m_thread)
+        m_thread->wait();
+}
+
+void FileLocation::start()
+{
+    run(&FileLocation::walk, &FileLocation::beginExcluding);
+}
+
+void FileLocation::run(void (FileLocation::*step)(), void (FileLocation::*next)())
+{
+    m_thread.reset(QThread::create([this, step] {
+        provideCrashStack();
+        (this->*step)();
+    }));
+    connect(m_thread.get(), &QThread::finished, this, next);
+    m_thread->start();
+}
+
+void FileLocation::finish()
+{
+    m_isCanceled = true;
+    m_sliceTimer.stop();
+    m_thread->disconnect(this);
+    m_thread->wait();
+    if (m_isDecided)
+        return;
+    gatherCandidates();
+    excludeRows(m_contents.rowCount());
+    decide();
+}
+
+void FileLocation::walk()
+{
+    m_locator->walk(m_folders);
+}
+
+void FileLocation::gatherCandidates()
+{
+    m_candidates = m_locator->candidates();
+    for (const QString &path : qAsConst(m_candidates))
+        m_candidateNames.insert(nameOf(path));
+}
+
+void FileLocation::beginExcluding()
+{
+    m_thread->wait();
+    gatherCandidates();
+    m_sliceTimer.start();
+}
+
+void FileLocation::excludeSlice()
+{
+    excludeRows(qMin(m_nextRow + rowsInSlice, m_contents.rowCount()));
+    if (m_nextRow < m_contents.rowCount())
+        return;
+    m_sliceTimer.stop();
+    run(&FileLocation::decide, &FileLocation::end);
+}
+
+void FileLocation::excludeRows(int end)
+{
+    QSet<QString> known;
+    for (; m_nextRow < end; ++m_nextRow) {
+        const File *file = m_contents.fileAt(m_nextRow);
+        // The name is at hand, the path has to be put together.
+        if (file->internal() != FileKind::external || !m_candidateNames.contains(file->name()) ||
+            m_fileIds.contains(file->id()))
+            continue;
+        const QString path = file->path();
+        if (m_candidates.contains(path))
+            known.insert(path);
+    }
+    m_locator->exclude(known);
+}
+
+void FileLocation::decide()
+{
+    m_located = m_locator->locate();
+    m_isDecided = true;
+}
+
+void FileLocation::end()
+{
+    m_thread->wait();
+    emit finished();
+}
+
+bool FileLocation::isOfAnother(const ContentsModel &contents, const QString &path, qint64 fileId)
+{
+    const QString name = nameOf(path);
+    for (int row = 0; row < contents.rowCount(); ++row) {
+        const File *file = contents.fileAt(row);
+        if (file->internal() == FileKind::external && file->id() != fileId && file->name() == name &&
+            file->path() == path)
+            return true;
+    }
+    return false;
+}

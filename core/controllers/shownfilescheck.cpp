@@ -1,0 +1,98 @@
+#include "core/controllers/shownfilescheck.h"
+
+#include "core/records/filekind.h"
+#include "db/manager/databasemanger.h"
+#include "models/contents/contentsmodel.h"
+#include "models/contents/filefiltermodel.h"
+
+#include <algorithm>
+#include <iterator>
+
+ShownFilesCheck::ShownFilesCheck(DatabaseManger *manager, const FileFilterModel *shown, QObject *parent)
+    : QObject(parent), m_manager(manager), m_shown(shown)
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &ShownFilesCheck::run);
+}
+
+void ShownFilesCheck::start()
+{
+    if (!m_manager)
+        return;
+    m_manager->endChecks();
+    if (isPaused())
+        m_isDue = true;
+    else
+        m_timer.start(0);
+}
+
+void ShownFilesCheck::look(qint64 fileId)
+{
+    if (!m_manager)
+        return;
+    m_manager->refreshFilePaths(fileId);
+    m_manager->checkExternalFiles({fileId}, false);
+}
+
+void ShownFilesCheck::pause()
+{
+    ++m_pauses;
+    const bool wasRunning = m_manager && m_manager->endChecks();
+    m_isDue = m_isDue || wasRunning || m_timer.isActive();
+    m_timer.stop();
+}
+
+void ShownFilesCheck::resume()
+{
+    m_pauses = qMax(0, m_pauses - 1);
+    if (m_isDue && !isPaused())
+        start();
+}
+
+bool ShownFilesCheck::isShown(qint64 fileId) const
+{
+    const int row = m_shown->contents()->rowOf(fileId);
+    return row >= 0 && m_shown->isShown(row);
+}
+
+QVector<qint64> ShownFilesCheck::missingFileIds() const
+{
+    QVector<qint64> ids;
+    if (!m_manager)
+        return ids;
+    const QSet<qint64> &missing = m_manager->missingFiles();
+    std::copy_if(missing.cbegin(), missing.cend(), std::back_inserter(ids),
+                 [this](qint64 fileId) { return isShown(fileId); });
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+bool ShownFilesCheck::hasMissingFiles() const
+{
+    if (!m_manager)
+        return false;
+    const QSet<qint64> &missing = m_manager->missingFiles();
+    return std::any_of(missing.cbegin(), missing.cend(), [this](qint64 fileId) { return isShown(fileId); });
+}
+
+void ShownFilesCheck::run()
+{
+    m_isDue = false;
+    const QVector<qint64> ids = shownExternalFiles();
+    m_manager->relinkPaths(ids);
+    m_manager->checkExternalFiles(ids);
+}
+
+QVector<qint64> ShownFilesCheck::shownExternalFiles() const
+{
+    QVector<qint64> ids;
+    const FileIndex &index = m_shown->contents()->fileIndex();
+    const quint8 *kinds = index.kinds();
+    const int count = m_shown->rowCount();
+    for (int row = 0; row < count; ++row) {
+        const int place = m_shown->contentsRow(row);
+        if (kinds[place] == FileKind::external)
+            ids.append(index.idAt(place));
+    }
+    return ids;
+}

@@ -1,0 +1,154 @@
+#include "fileops/tracking/filelocator.h"
+
+#include "fileops/contents/filechecksums.h"
+#include "fileops/files/filelook.h"
+#include "fileops/files/filenames.h"
+#include "fileops/files/folderentries.h"
+
+#include <algorithm>
+
+namespace {
+QString nameOf(const QString &path)
+{
+    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+} // namespace
+
+FileLocator::FileLocator(const QVector<MissingFile> &files, const ShouldEnd &shouldEnd)
+    : m_files(files), m_shouldEnd(shouldEnd)
+{
+    for (int i = 0; i < m_files.size(); ++i) {
+        m_byName[nameOf(m_files.at(i).path)].append(i);
+        // All empty files are equal.
+        if (m_files.at(i).size > 0)
+            m_bySize[m_files.at(i).size].append(i);
+    }
+}
+
+void FileLocator::walk(const QStringList &folders)
+{
+    QSet<QString> seen;
+    // A folder's own files come before those of the folders below it, and these in the order of their names.
+    QStringList open;
+    for (auto folder = folders.crbegin(); folder != folders.crend(); ++folder)
+        open.append(*folder);
+    while (!open.isEmpty() && !m_shouldEnd()) {
+        const QString folder = open.takeLast();
+        // One may stand in the list below another one.
+        if (seen.contains(folder))
+            continue;
+        seen.insert(folder);
+        FolderEntries entries = FolderEntries::of(folder);
+        std::sort(entries.files.begin(), entries.files.end());
+        for (const QString &name : qAsConst(entries.files)) {
+            if (m_shouldEnd())
+                return;
+            look(folder, name);
+        }
+        std::sort(entries.folders.begin(), entries.folders.end());
+        for (auto name = entries.folders.crbegin(); name != entries.folders.crend(); ++name)
+            open.append(Database::pathIn(folder, *name));
+    }
+}
+
+void FileLocator::look(const QString &folder, const QString &name)
+{
+    const QString path = Database::pathIn(folder, name);
+    const FileLook found = FileLook::at(path);
+    if (!found.isThere)
+        return;
+    if (m_byName.contains(name))
+        m_nameHits[name].append({path, found.size});
+    if (m_bySize.contains(found.size))
+        m_sizeHits[found.size].append(path);
+}
+
+QSet<QString> FileLocator::candidates() const
+{
+    QSet<QString> paths;
+    for (const QVector<Hit> &hits : m_nameHits) {
+        for (const Hit &hit : hits)
+            paths.insert(hit.path);
+    }
+    for (const QStringList &hits : m_sizeHits) {
+        for (const QString &path : hits)
+            paths.insert(path);
+    }
+    return paths;
+}
+
+void FileLocator::exclude(const QSet<QString> &paths)
+{
+    m_excluded += paths;
+}
+
+QHash<qint64, QString> FileLocator::locate()
+{
+    for (auto name = m_byName.cbegin(); name != m_byName.cend(); ++name)
+        locateByName(*name, m_nameHits.value(name.key()));
+    locateByContents();
+    return m_located;
+}
+
+void FileLocator::locateByName(const QVector<int> &sameName, const QVector<Hit> &hits)
+{
+    QVector<int> open;
+    // Where several files have one name, their sizes tell them apart.
+    for (const int file : sameName) {
+        const auto isOfSize = [&](const Hit &hit) {
+            return isFree(hit.path) && hit.size == m_files.at(file).size;
+        };
+        const auto hit =
+            sameName.size() > 1 ? std::find_if(hits.cbegin(), hits.cend(), isOfSize) : hits.cend();
+        if (hit != hits.cend())
+            settle(file, hit->path);
+        else
+            open.append(file);
+    }
+    auto file = open.cbegin();
+    for (auto hit = hits.cbegin(); hit != hits.cend() && file != open.cend(); ++hit) {
+        if (isFree(hit->path))
+            settle(*file++, hit->path);
+    }
+}
+
+void FileLocator::locateByContents()
+{
+    for (auto size = m_bySize.cbegin(); size != m_bySize.cend() && !m_shouldEnd(); ++size) {
+        const bool isOpen = std::any_of(size->cbegin(), size->cend(), [this](int file) {
+            return !m_located.contains(m_files.at(file).fileId);
+        });
+        if (isOpen)
+            matchContents(m_sizeHits.value(size.key()), size.key());
+    }
+}
+
+void FileLocator::matchContents(const QStringList &paths, qint64 size)
+{
+    QStringList free;
+    std::copy_if(paths.cbegin(), paths.cend(), std::back_inserter(free),
+                 [this](const QString &path) { return isFree(path); });
+    const QVector<FileChecksum> checksums = FileChecksums::ofFiles(free, m_shouldEnd);
+    for (int i = 0; i < free.size(); ++i) {
+        const FileChecksum &read = checksums.at(i);
+        if (!read.isRead || read.size != size)
+            continue;
+        const QVector<int> files = m_bySize.value(size);
+        const auto found = std::find_if(files.cbegin(), files.cend(), [&](int file) {
+            return m_files.at(file).checksum == read.checksum && !m_located.contains(m_files.at(file).fileId);
+        });
+        if (found != files.cend())
+            settle(*found, free.at(i));
+    }
+}
+
+void FileLocator::settle(int file, const QString &path)
+{
+    m_located.insert(m_files.at(file).fileId, path);
+    m_taken.insert(path);
+}
+
+bool FileLocator::isFree(const QString &path) const
+{
+    return !m_taken.contains(path) && !m_excluded.contains(path);
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
+
+/** An external file that is not where its record says. */
+struct MissingFile
+{
+    qint64 fileId = 0;
+    QString path;
+    qint64 size = 0;
+    qint64 checksum = 0;
+};
+
+/**
+ * Finds missing files in folders and all below them: by their names, and those that no name finds by size and
+ * contents. One walk serves all of them. The folders are walked in their order, and of several hits the first
+ * one counts; none serves two files. Any thread, one at a time.
+ */
+class FileLocator
+{
+public:
+    /** Asked all the time whether it has to end: what was found until then stands. */
+    using ShouldEnd = std::function<bool()>;
+
+    FileLocator(const QVector<MissingFile> &files, const ShouldEnd &shouldEnd);
+
+    /** Gathers what may be one of the files. */
+    void walk(const QStringList &folders);
+    /** All that was gathered. */
+    QSet<QString> candidates() const;
+    /** These are no candidates: the files of other records. */
+    void exclude(const QSet<QString> &paths);
+    /** Decides. File ids to paths. */
+    QHash<qint64, QString> locate();
+
+private:
+    struct Hit
+    {
+        QString path;
+        qint64 size;
+    };
+
+    void look(const QString &folder, const QString &name);
+    void locateByName(const QVector<int> &sameName, const QVector<Hit> &hits);
+    void locateByContents();
+    void matchContents(const QStringList &paths, qint64 size);
+    void settle(int file, const QString &path);
+    bool isFree(const QString &path) const;
+
+    const QVector<MissingFile> m_files;
+    const ShouldEnd m_shouldEnd;
+    QHash<QString, QVector<int>> m_byName;
+    QHash<qint64, QVector<int>> m_bySize;
+    QHash<QString, QVector<Hit>> m_nameHits;
+    QHash<qint64, QStringList> m_sizeHits;
+    QSet<QString> m_excluded;
+    QSet<QString> m_taken;
+    QHash<qint64, QString> m_located;
+};

@@ -1,0 +1,378 @@
+#include "app/messages/filedialogs.h"
+#include "app/settings/trackingsettings.h"
+#include "core/records/file.h"
+#include "tests/support/dialoganswers.h"
+#include "tests/support/filesviewtest.h"
+#include "ui/dialogs/filelocationdialog.h"
+#include "ui/dialogs/filemodificationdialog.h"
+
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTableView>
+
+namespace {
+/** Answers each modal dialog of a class that comes up, until it is gone. */
+template <class Dialog>
+class OnDialog
+{
+public:
+    explicit OnDialog(const std::function<void(Dialog &)> &act)
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this, act] {
+            auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
+            if (!dialog || m_isActing)
+                return;
+            m_isActing = true;
+            ++count;
+            act(*dialog);
+            m_isActing = false;
+        });
+        m_timer.start(5);
+    }
+
+    int count = 0;
+
+private:
+    QTimer m_timer;
+    bool m_isActing = false;
+};
+
+QStringList texts(const QListWidget &list)
+{
+    QStringList lines;
+    for (int row = 0; row < list.count(); ++row)
+        lines.append(QFileInfo(list.item(row)->text()).fileName());
+    return lines;
+}
+
+QStringList names(const QTableView &table)
+{
+    QStringList lines;
+    for (int row = 0; row < table.model()->rowCount(); ++row)
+        lines.append(table.model()->index(row, 1).data().toString());
+    return lines;
+}
+} // namespace
+
+/** Real files that are moved, changed and removed behind the window's back. */
+class TestMissingFiles : public FilesViewTest
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        openView();
+        m_ids = addKinds("EEE"_s);
+        TrackingSettings::setAdviseOfModifiedFiles(false);
+        settle();
+    }
+    void cleanup()
+    {
+        FileDialogs::setResponder({});
+        closeView();
+    }
+
+    void marksFollowTheSelection()
+    {
+        QVERIFY(remove("1.txt"));
+        QVERIFY(!isMissing(1));
+        QSignalSpy news(m_fixture->manager(), &DatabaseManger::updateMissedFiles);
+        showAll();
+        settle();
+        QVERIFY(isMissing(1));
+        QCOMPARE(news.count(), 1);
+        QCOMPARE(news.first().first().value<QVector<qint64>>(), QVector<qint64>{m_ids.at(1)});
+        QVERIFY(locateAction()->isEnabled());
+        // Nothing has changed since: no news.
+        showAll();
+        settle();
+        QCOMPARE(news.count(), 1);
+        m_fixture->write("1.txt"_s, "1.txt");
+        m_fixture->mainView().showSpecialNode(AllInternalFiles);
+        settle();
+        QVERIFY(isMissing(1));
+        showAll();
+        settle();
+        QVERIFY(!isMissing(1));
+        QVERIFY(!locateAction()->isEnabled());
+    }
+
+    void pausesWhileAPictureIsSaved()
+    {
+        MainViewController &view = m_fixture->mainView();
+        view.pauseChecking();
+        view.pauseChecking();
+        QVERIFY(remove("1.txt"));
+        showAll();
+        settle();
+        view.resumeChecking();
+        settle();
+        QVERIFY(!isMissing(1));
+        view.resumeChecking();
+        settle();
+        QVERIFY(isMissing(1));
+    }
+
+    void openingLooksForTheFile()
+    {
+        QVERIFY(remove("1.txt"));
+        openFirst(1);
+        QCOMPARE(
+            m_fixture->takeBoxes(),
+            QStringList{"File No Longer Present: This file is no longer present in its original path. It "
+                        "may have been moved, deleted or renamed."_s});
+        settle();
+        QVERIFY(isMissing(1));
+    }
+
+    void aDatabaseMovesWithItsFiles_data()
+    {
+        addColumns<QString, bool, QString, QString>("recorded", "isReadOnly", "path", "relPath");
+        addRow("moved together", "/nowhere/1.txt|1.txt"_s, false, "DIR/1.txt"_s, "1.txt"_s);
+        addRow("from below", "/nowhere/1.txt|sub/../1.txt"_s, false, "DIR/1.txt"_s, "sub/../1.txt"_s);
+        addRow("moved alone", "DIR/1.txt|../elsewhere/1.txt"_s, false, "DIR/1.txt"_s, "1.txt"_s);
+        addRow("read-only", "/nowhere/1.txt|1.txt"_s, true, "/nowhere/1.txt"_s, "1.txt"_s);
+        addRow("nowhere", "/nowhere/1.txt|nor/here.txt"_s, false, "/nowhere/1.txt"_s, "nor/here.txt"_s);
+        addRow("without a relative path", "/nowhere/1.txt|"_s, false, "/nowhere/1.txt"_s, QString());
+    }
+
+    void aDatabaseMovesWithItsFiles()
+    {
+        QFETCH(QString, recorded);
+        QFETCH(bool, isReadOnly);
+        recorded.replace("DIR"_s, m_fixture->folder());
+        const QStringList paths = recorded.split(QLatin1Char('|'));
+        Sql::run(
+            "UPDATE file_paths SET path='%1', rel_path='%2' WHERE path_id=2"_s.arg(paths.at(0), paths.at(1)));
+        m_view->setController(nullptr);
+        isReadOnly ? m_fixture->reopenReadOnly() : m_fixture->reopen();
+        m_view->setController(&m_fixture->mainView());
+        showAll();
+        settle();
+        QFETCH(QString, path);
+        QFETCH(QString, relPath);
+        QCOMPARE(Sql::rows("SELECT path, rel_path FROM file_paths WHERE path_id=2"),
+                 QStringList{path.replace("DIR"_s, m_fixture->folder()) + QLatin1Char('|') + relPath});
+        const bool isFound = paths.at(1) == QLatin1String("1.txt") || !path.startsWith(QLatin1String("/no"));
+        QCOMPARE(isMissing(1), !isFound);
+        if (isFound)
+            QCOMPARE(file(m_ids.at(1))->path(), m_fixture->filePath("1.txt"_s));
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
+    }
+
+    void aLockOnlyPutsOff()
+    {
+        Sql::run("UPDATE file_paths SET path='/nowhere/1.txt' WHERE path_id=2");
+        m_fixture->write("0.txt"_s, "other"_s.toUtf8());
+        m_view->setController(nullptr);
+        m_fixture->reopen();
+        m_view->setController(&m_fixture->mainView());
+        QSignalSpy warnings(m_fixture->manager(), &DatabaseManger::showTempWarning);
+        {
+            OtherConnection other(m_fixture->path());
+            QVERIFY(other.run("BEGIN IMMEDIATE"_s));
+            showAll();
+            QTest::qWait(400); // so long somebody else has the database
+            QVERIFY(other.run("ROLLBACK"_s));
+        }
+        const QStringList mended{m_fixture->filePath("1.txt"_s)};
+        QTRY_COMPARE(Sql::rows("SELECT path FROM file_paths WHERE path_id=2"), mended);
+        QTRY_COMPARE(Sql::rows("SELECT file_size FROM files WHERE file_id=1"), QStringList{"5"_s});
+        QVERIFY(warnings.isEmpty());
+    }
+
+    void tellsOfWhatChanged()
+    {
+        TrackingSettings::setAdviseOfModifiedFiles(true);
+        QStringList updated;
+        QStringList deleted;
+        OnDialog<FileModificationDialog> notice([&](FileModificationDialog &dialog) {
+            updated = names(*dialog.findChild<QTableView *>("updatedFiles"_s));
+            deleted = names(*dialog.findChild<QTableView *>("deletedFiles"_s));
+            if (notice.count == 2)
+                dialog.findChild<QAbstractButton *>("silenceBox"_s)->click();
+            dialog.accept();
+        });
+        m_fixture->write("0.txt"_s, "edited");
+        m_fixture->write("1.txt"_s, "2.txt"); // the contents of another one
+        QFile replaced(m_fixture->filePath("1.txt"_s));
+        QVERIFY(replaced.open(QIODevice::ReadWrite));
+        QVERIFY(replaced.setFileTime(QDateTime::fromSecsSinceEpoch(1000000000),
+                                     QFileDevice::FileModificationTime));
+        replaced.close();
+        showAll();
+        QTRY_COMPARE(notice.count, 1);
+        QCOMPARE(updated, QStringList{"0.txt"_s});
+        QCOMPARE(deleted, QStringList{"1.txt"_s});
+        QVERIFY(!file(m_ids.at(1)));
+        QCOMPARE(file(m_ids.at(0))->size(), 6);
+        QVERIFY(QFile::exists(m_fixture->filePath("1.txt"_s)));
+
+        m_fixture->write("0.txt"_s, "once more");
+        showAll();
+        QTRY_COMPARE(notice.count, 2);
+        m_fixture->write("0.txt"_s, "and once more");
+        showAll();
+        settle();
+        QCOMPARE(file(m_ids.at(0))->size(), 13);
+        QCOMPARE(notice.count, 2);
+        QVERIFY(!TrackingSettings::adviseOfModifiedFiles());
+    }
+
+    void locatesInFolders()
+    {
+        // By name, by contents, and not at all; of two hits the one of the first folder.
+        for (const char *name : {"0.txt", "1.txt", "2.txt"})
+            QVERIFY(remove(name));
+        m_fixture->write("first/deep/0.txt"_s, "another one");
+        m_fixture->write("second/0.txt"_s, "0.txt");
+        m_fixture->write("second/renamed.dat"_s, "1.txt");
+        m_fixture->write("second/decoy.dat"_s, "x.txt");
+        showAll();
+        settle();
+        QStringList left;
+        answerFolders({"first"_s, "second"_s, QString()});
+        OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
+            const auto *missing = dialog.findChild<QListWidget *>("missingFiles"_s);
+            left.append(texts(*missing).join(QLatin1Char(',')));
+            for (int folders = 0; folders < 3; ++folders) {
+                dialog.addFolder();
+                left.append(texts(*missing).join(QLatin1Char(',')));
+            }
+            dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+        });
+        locateAction()->trigger();
+        QCOMPARE(left, QStringList({"0.txt,1.txt,2.txt"_s, "1.txt,2.txt"_s, "2.txt"_s, "2.txt"_s}));
+        settle();
+        QCOMPARE(file(m_ids.at(0))->path(), m_fixture->filePath("first/deep/0.txt"_s));
+        QCOMPARE(file(m_ids.at(1))->path(), m_fixture->filePath("second/renamed.dat"_s));
+        QCOMPARE(file(m_ids.at(1))->name(), "renamed.dat"_s);
+        QCOMPARE(Sql::rows("SELECT rel_path FROM file_paths WHERE path_id=2"),
+                 QStringList{"second/renamed.dat"_s});
+        QVERIFY(!isMissing(0) && !isMissing(1) && isMissing(2));
+        // What has other contents than were recorded is refreshed.
+        QTRY_COMPARE(file(m_ids.at(0))->size(), 11);
+        QCOMPARE(QFileInfo(TrackingSettings::lastLocationDir(QString())).fileName(), "second"_s);
+    }
+
+    void leavesAloneWhatOthersHave()
+    {
+        // Another record has a file of the same name, and one of the same contents, in that folder.
+        const qint64 twin = m_fixture->addExternal("in/0.txt"_s);
+        QVERIFY(twin > 0);
+        QVERIFY(remove("0.txt"));
+        m_fixture->write("in/1.txt"_s, "of the same name, and nobody's");
+        QVERIFY(remove("1.txt"));
+        showAll();
+        settle();
+        answerFolders({"in"_s});
+        OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
+            dialog.addFolder();
+            dialog.onlyApplyFoundFiles();
+        });
+        locateAction()->trigger();
+        settle();
+        QVERIFY(isMissing(0));
+        QCOMPARE(file(m_ids.at(1))->path(), m_fixture->filePath("in/1.txt"_s));
+    }
+
+    void locatesByHand()
+    {
+        QVERIFY(remove("1.txt"));
+        m_fixture->write("found.txt"_s, "whatever");
+        showAll();
+        settle();
+        QStringList asked;
+        QStringList answers = {m_fixture->filePath("0.txt"_s), m_fixture->filePath("found.txt"_s)};
+        FileDialogs::setResponder([&](const FileDialogs::Request &request) {
+            asked.append(request.caption + QLatin1Char('|') + request.directory + QLatin1Char('|') +
+                         request.filter);
+            return QStringList{answers.takeFirst()};
+        });
+        OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
+            auto *missing = dialog.findChild<QListWidget *>("missingFiles"_s);
+            missing->setCurrentRow(0);
+            QTest::keyClick(missing, Qt::Key_Return);
+            QCOMPARE(missing->count(), 1); // another record's
+            QTest::mouseClick(missing->viewport(), Qt::LeftButton, {},
+                              missing->visualItemRect(missing->item(0)).center());
+            QTest::mouseDClick(missing->viewport(), Qt::LeftButton, {},
+                               missing->visualItemRect(missing->item(0)).center());
+            QCOMPARE(missing->count(), 0);
+            QVERIFY(!dialog.findChild<QPushButton *>("deleteLinksButton"_s)->isEnabled());
+            dialog.onlyApplyFoundFiles();
+        });
+        locateAction()->trigger();
+        QCOMPARE(asked.value(0), "Locate File|"_s + m_fixture->folder() + "|*.txt;;All Files (*.*)"_s);
+        QCOMPARE(m_fixture->takeBoxes().size(), 1);
+        settle();
+        QCOMPARE(file(m_ids.at(1))->path(), m_fixture->filePath("found.txt"_s));
+        QVERIFY(!isMissing(1));
+    }
+
+    void deletesTheRest_data()
+    {
+        addColumns<bool, bool, int>("isConfirmed", "isOk", "left");
+        addRow("confirmed", true, false, 1);
+        addRow("not confirmed, and left by Ok", false, true, 2);
+        addRow("not confirmed, and left by Cancel", false, false, 3);
+    }
+
+    void deletesTheRest()
+    {
+        QFETCH(bool, isConfirmed);
+        QFETCH(bool, isOk);
+        for (const char *name : {"0.txt", "1.txt", "2.txt"})
+            QVERIFY(remove(name));
+        m_fixture->write("in/0.txt"_s, "0.txt");
+        showAll();
+        settle();
+        m_fixture->answerBoxesWith(isConfirmed ? QMessageBox::Ok : QMessageBox::Cancel);
+        answerFolders({"in"_s});
+        OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
+            dialog.addFolder();
+            dialog.findChild<QPushButton *>("deleteLinksButton"_s)->click();
+            if (!isConfirmed)
+                isOk ? dialog.onlyApplyFoundFiles() : dialog.reject();
+        });
+        locateAction()->trigger();
+        QCOMPARE(m_fixture->takeBoxes(), QStringList{"Do you really want to delete the selected links?"_s});
+        settle();
+        QFETCH(int, left);
+        const int missing = m_fixture->mainView().missingFileIds().size();
+        QCOMPARE(missing, left == 1 ? 0 : left);
+        QCOMPARE(Sql::count("files"_s), left == 1 ? 1 : 3);
+    }
+
+private:
+    bool remove(const char *name) { return QFile::remove(m_fixture->filePath(QLatin1String(name))); }
+    bool isMissing(int number) { return m_fixture->manager()->isMissing(m_ids.at(number)); }
+    QAction *locateAction() const { return findAction(m_view, "Locate Missing Files"_s); }
+    /** Until nothing is looked at any more. */
+    void settle()
+    {
+        m_fixture->waitForWorker();
+        QCoreApplication::processEvents();
+        m_fixture->waitForWorker();
+    }
+    void openFirst(int number)
+    {
+        m_view->openFile(m_fixture->mainView().sorter()->indexOf(m_ids.at(number)));
+    }
+    void answerFolders(const QStringList &folders)
+    {
+        auto left = std::make_shared<QStringList>(folders);
+        const QString base = m_fixture->folder();
+        FileDialogs::setResponder([left, base](const FileDialogs::Request &) {
+            const QString folder = left->isEmpty() ? QString() : left->takeFirst();
+            return folder.isEmpty() ? QStringList() : QStringList{base + QLatin1Char('/') + folder};
+        });
+    }
+
+    QVector<qint64> m_ids;
+};
+
+QTEST_MAIN(TestMissingFiles)
+#include "tst_missingfiles.moc"
