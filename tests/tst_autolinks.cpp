@@ -15,6 +15,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 /** Refuses all folders, as a system without watches left does. */
@@ -513,6 +514,23 @@ private slots:
         QVERIFY(add->isVisible() && !add->isEnabled() && !menu->isEnabled());
     }
 
+    void whatCannotBeReadIsToldOnce()
+    {
+        // Nobody opens the database by another name.
+        QCOMPARE(::link(QFile::encodeName(box().path()).constData(),
+                        QFile::encodeName(filePath("alias.vrn"_s)).constData()),
+                 0);
+        QSignalSpy errors(box().get(), &Collection::showError);
+        link(m_top, in());
+        QTRY_COMPARE(errors.size(), 1);
+        QCOMPARE(errors.first().at(0).toString(), "Files left out"_s);
+        QVERIFY(errors.first().at(1).toString().contains("alias.vrn"_s));
+        write("a.txt"_s, "a");
+        QTRY_COMPARE(contents(), "a.txt:top"_s);
+        box().waitForWorker();
+        QCOMPARE(errors.size(), 1);
+    }
+
     void folderWithoutAWatchIsLookedAtInTurns()
     {
         UnwatchedFolders watch;
@@ -536,6 +554,8 @@ private slots:
         QTRY_COMPARE(changed.size(), 3);
         box().write("nowhere/b.txt"_s, "b");
         QTRY_COMPARE(changed.size(), 4);
+        QDir(box().folder()).rename("nowhere"_s, "gone too"_s);
+        QTRY_COMPARE(changed.size(), 5);
         QCOMPARE(limit.size(), 1);
     }
 

@@ -174,22 +174,26 @@ void AutoLinkSync::walk()
     m_match.reset();
     passOverLeftOut(folders);
     m_looks.run(
-        [this, folders] {
+        [this, folders, path = m_host.databasePath()] {
             QVector<LinkedFolder> read = folders;
-            readSuspects(read);
+            readSuspects(read, path);
             return read;
         },
         [this](const QVector<LinkedFolder> &read) { takeRead(read); });
 }
 
-void AutoLinkSync::readSuspects(QVector<LinkedFolder> &folders) const
+void AutoLinkSync::readSuspects(QVector<LinkedFolder> &folders, const QString &databasePath) const
 {
     for (LinkedFolder &folder : folders) {
         for (LinkedFile &file : folder.files) {
             if (file.state != LinkedFile::Suspect)
                 continue;
-            const FileChecksum read = FileChecksums::ofFile(Database::pathIn(folder.path, file.file.name),
-                                                            [this] { return m_looks.shouldEnd(); });
+            const QString path = Database::pathIn(folder.path, file.file.name);
+            // Closing the database by another name would drop the locks that this process has on it.
+            const FileChecksum read =
+                RegularFile::isSame(path, databasePath)
+                    ? FileChecksum()
+                    : FileChecksums::ofFile(path, [this] { return m_looks.shouldEnd(); });
             file.readId = read.isRead ? file.idsByChecksum.value(read.checksum) : 0;
             // What cannot be read matches nothing, and nothing can be taken of it either.
             file.state = !read.isRead || file.readId != 0 ? LinkedFile::Known : LinkedFile::New;

@@ -88,7 +88,7 @@ private:
               const QString &databasePath) const;
     void takeSeen(const Seen &seen);
     void walk();
-    void readSuspects(QVector<LinkedFolder> &folders) const;
+    void readSuspects(QVector<LinkedFolder> &folders, const QString &databasePath) const;
     /** Spares the reading of what was read before. */
     void passOverLeftOut(QVector<LinkedFolder> &folders) const;
     void noteRead(const QVector<LinkedFolder> &folders);

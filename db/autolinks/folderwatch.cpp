@@ -85,6 +85,9 @@ void FolderWatch::takeLooks(const QHash<QString, Look> &looks)
             continue;
         const Look before = *known;
         *known = *look;
+        // The system does not tell of a folder that got another name.
+        if (before.isThere() && !look->isThere())
+            emit changed(look.key());
         if (!look->isThere())
             continue;
         const bool isWatched = m_watcher.directories().contains(look.key());
