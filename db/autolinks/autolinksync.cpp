@@ -134,6 +134,7 @@ AutoLinkSync::Seen AutoLinkSync::look(const QHash<QString, LinkedFolder> &links,
         if (!shouldEnd())
             seen.presences.insert(link.linkId, presenceOf(link.path, link.relPath, databasePath));
     }
+    QVector<LinkedFolder> folders;
     for (const QString &linkId : due) {
         LinkedFolder folder = links.value(linkId);
         const Database::PathLocator locator{true, databasePath};
@@ -150,15 +151,16 @@ AutoLinkSync::Seen AutoLinkSync::look(const QHash<QString, LinkedFolder> &links,
         for (const FolderFile &file : found.files)
             folder.files.append({file});
         if (found.isThere)
-            seen.folders.append(folder);
+            folders.append(folder);
     }
+    seen.match = std::make_shared<FolderMatch>(folders);
     return seen;
 }
 
 void AutoLinkSync::takeSeen(const Seen &seen)
 {
     emit linksSeen(seen.presences);
-    m_match = std::make_unique<FolderMatch>(seen.folders);
+    m_match = seen.match;
     walk();
 }
 

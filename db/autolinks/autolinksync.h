@@ -66,7 +66,7 @@ private:
     struct Seen
     {
         QHash<QString, LinkPresence> presences;
-        QVector<LinkedFolder> folders;
+        std::shared_ptr<FolderMatch> match;
     };
     /** A file that was left out, and the file of the database that stands for it. */
     struct StandIn
@@ -109,7 +109,7 @@ private:
     bool m_isEnded = false;
     QTimer m_timer;
     QElapsedTimer m_clock; ///< of what is due; that of the day may be set back
-    std::unique_ptr<FolderMatch> m_match;
+    std::shared_ptr<FolderMatch> m_match;
     QHash<QString, FolderFile> m_handed; ///< to the worker, which has not said yet what became of it
     QHash<QString, StandIn> m_standIns;
     QHash<QString, Ahead> m_ahead;

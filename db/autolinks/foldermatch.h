@@ -35,7 +35,7 @@ struct LinkedFolder
 /**
  * Finds the records of the files of linked folders by path, relative path and name. One walk through all
  * records, however many folders there are, in steps that the window does not feel; records may come and go
- * in between. GUI thread.
+ * in between. Made on any thread, used on the GUI thread.
  */
 class FolderMatch
 {
