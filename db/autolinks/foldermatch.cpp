@@ -34,6 +34,7 @@ FolderMatch::FolderMatch(QVector<LinkedFolder> folders)
         for (int i = 0; i < files.size(); ++i) {
             // As records have it: without blanks at its ends.
             const QString name = files.at(i).file.name.trimmed();
+            m_sizes.insert(files.at(i).file.stamp.size);
             m_places.append({folder, i, m_placeOfName.value(name, -1)});
             m_placeOfName.insert(name, m_places.size() - 1);
         }
@@ -59,7 +60,8 @@ bool FolderMatch::walk(const Map<qint64, File *> &records, int milliseconds)
 
 void FolderMatch::compare(const File &record)
 {
-    if (record.internal() == FileKind::hyperlink)
+    // Of another size it is another file, or has changed. A number is found faster than a name.
+    if (!m_sizes.contains(record.size()) || record.internal() == FileKind::hyperlink)
         return;
     const auto compareNamed = [this, &record](const QString &name) {
         for (int place = m_placeOfName.value(name, -1); place >= 0; place = m_places.at(place).next) {

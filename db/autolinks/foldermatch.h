@@ -4,6 +4,7 @@
 #include "fileops/files/folderfiles.h"
 
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 #include <QVector>
 
@@ -17,7 +18,7 @@ struct LinkedFile
     };
     FolderFile file;
     State state = New;
-    qint64 recordId = 0;                   ///< the record of this path; 0 without one
+    qint64 recordId = 0;                   ///< the record of this path and size; 0 without one
     QHash<qint64, qint64> idsByChecksum{}; ///< of the records that a suspect is compared with
     qint64 readId = 0;                     ///< the one that has its contents, once they were read
 };
@@ -60,5 +61,6 @@ private:
     QVector<LinkedFolder> m_folders;
     QVector<Place> m_places;
     QHash<QString, int> m_placeOfName;
+    QSet<qint64> m_sizes; ///< of all files
     qint64 m_lastId = 0;
 };
