@@ -65,6 +65,7 @@ void WindowCommands::takePlaces(MainUi &ui, const QList<QAction *> &recentDataba
     ui.databaseMenu->addActions(recentDatabases);
     ui.databaseMenu->addSeparator();
     QMenu *importMenu = ui.databaseMenu->addMenu(QIcon(QStringLiteral(":/icons/import.png")), tr("Import"));
+    importMenu->setObjectName(QStringLiteral("importMenu"));
     importMenu->addActions({action(ImportDatabaseAction), action(ImportShellAction)});
     m_actions.insert(ImportMenuAction, importMenu->menuAction());
     m_actions.insert(ExportMenuAction, ui.databaseMenu->addMenu(ui.exportMenu));

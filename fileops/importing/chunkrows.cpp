@@ -46,9 +46,8 @@ void ChunkRows::createTables(ImportRun &run)
     run.statements.run(QStringLiteral(
         "CREATE TEMPORARY TABLE mem_chunk (number INTEGER PRIMARY KEY, file_id INTEGER NOT NULL, kind "
         "INTEGER, "
-        "size INTEGER, storage_id INTEGER, bytes INTEGER, continue_id INTEGER, is_there INTEGER, "
+        "size INTEGER, storage_id INTEGER, continue_id INTEGER, has_path INTEGER, "
         "id_code TEXT)"));
-    run.statements.run(QStringLiteral("CREATE INDEX temp.mem_chunk_code ON mem_chunk (id_code)"));
     run.statements.run(QStringLiteral("CREATE TEMPORARY TABLE mem_added (file_id INTEGER PRIMARY KEY, "
                                       "new_file_id INTEGER NOT NULL)"));
 }
@@ -67,58 +66,50 @@ void ChunkRows::begin()
 
 qint64 ChunkRows::choose(qint64 first, qint64 last)
 {
+    m_leftOut.clear();
     const qint64 reached = fill(first, last);
-    leaveOutUnfit();
     const qint64 cutAt = cut();
     return cutAt > 0 ? cutAt : reached;
 }
 
 qint64 ChunkRows::fill(qint64 first, qint64 last)
 {
-    const QString block =
-        m_hasBlocks ? QStringLiteral("LEFT JOIN fileSource.storage AS b ON m.internal=1 AND m.file_size<>0 "
-                                     "AND b.storage_id=m.storage_id LEFT JOIN fileSource.storage_info AS i "
-                                     "ON i.storage_id=b.storage_id ")
-                    : QString();
-    const QString path = m_hasPaths ? QStringLiteral("EXISTS (SELECT 1 FROM fileSource.file_paths AS p "
+    const QString link = m_hasBlocks
+                             ? QStringLiteral("LEFT JOIN fileSource.storage_info AS i ON m.internal=1 "
+                                              "AND m.file_size<>0 AND i.storage_id=m.storage_id ")
+                             : QString();
+    const QString continueId = m_hasBlocks ? QStringLiteral("CASE WHEN i.storage_id IS NOT NULL THEN ") +
+                                                 ImportStatements::asNumber(QStringLiteral("i.continue_id")) +
+                                                 QStringLiteral(" END")
+                                           : QStringLiteral("NULL");
+    const QString isPathThere = m_hasPaths
+                                    ? QStringLiteral("EXISTS (SELECT 1 FROM fileSource.file_paths AS p "
                                                      "WHERE p.path_id=m.storage_id AND length(p.path)>0)")
                                     : QStringLiteral("0");
     m_run.statements.run(QStringLiteral("DELETE FROM mem_chunk"));
+    // A code that is in use, of another length or none at all is replaced.
     const int count = m_run.statements.run(
         QStringLiteral(
-            "INSERT INTO mem_chunk (file_id,kind,size,storage_id,bytes,continue_id,is_there,id_code) "
+            "INSERT INTO mem_chunk (file_id,kind,size,storage_id,continue_id,has_path,id_code) "
             "SELECT m.file_id, m.internal, m.file_size, m.storage_id, %1, "
-            "CASE m.internal WHEN 0 THEN %2 WHEN 1 THEN m.file_size=0 OR %3 ELSE 1 END, "
-            "CAST(s.id_code AS TEXT) FROM mem_files AS m "
-            "CROSS JOIN fileSource.files AS s ON s.file_id=m.file_id %4"
+            "CASE m.internal WHEN 0 THEN %2 ELSE 1 END, CASE WHEN length(s.id_code) BETWEEN 1 AND 7 "
+            "AND NOT EXISTS (SELECT 1 FROM main.files AS f WHERE f.id_code=CAST(s.id_code AS TEXT)) "
+            "THEN CAST(s.id_code AS TEXT) END FROM mem_files AS m "
+            "CROSS JOIN fileSource.files AS s ON s.file_id=m.file_id %3"
             "WHERE m.fate=0 AND m.file_id BETWEEN ? AND ? ORDER BY m.file_id LIMIT ?")
-            .arg(m_hasBlocks ? QStringLiteral(
-                                   "CASE typeof(b.data) WHEN 'blob' THEN length(b.data) WHEN 'null' THEN 0 "
-                                   "ELSE length(CAST(b.data AS BLOB)) END, ") +
-                                   ImportStatements::asNumber(QStringLiteral("i.continue_id"))
-                             : QStringLiteral("0, 0"),
-                 path, m_hasBlocks ? QStringLiteral("i.storage_id IS NOT NULL") : QStringLiteral("0"), block),
+            .arg(continueId, isPathThere, link),
         {first, last, m_limit});
     return count < m_limit ? last
                            : m_run.statements.number(QStringLiteral("SELECT max(file_id) FROM mem_chunk"));
 }
 
-void ChunkRows::leaveOutUnfit()
+void ChunkRows::leaveOutUnfit(const QString &condition, const QVariantList &values, const QString &why)
 {
-    QVector<QPair<qint64, int>> unfit;
-    // Fewer bytes than recorded is a chain that lost its end. More are right where a size did not fit its
-    // column.
-    m_run.statements.each(
-        QStringLiteral(
-            "SELECT file_id, kind FROM mem_chunk WHERE NOT is_there "
-            "OR (kind=1 AND size<>0 AND (continue_id IS NULL OR (continue_id<=0 AND bytes<size)))"),
-        [&](const ImportStatements::Row &row) {
-            unfit.append({row.number(0), int(row.number(1))});
-        });
-    for (const auto &file : qAsConst(unfit))
-        leaveOut(file.first, file.second == FileKind::external
-                                 ? tr("%1 external files without a path:")
-                                 : tr("%1 files whose contents are missing or damaged:"));
+    QVector<qint64> unfit;
+    m_run.statements.each(QStringLiteral("SELECT c.file_id FROM mem_chunk AS c ") + condition, values,
+                          [&](const ImportStatements::Row &row) { unfit.append(row.number(0)); });
+    for (const qint64 fileId : qAsConst(unfit))
+        leaveOut(fileId, why);
 }
 
 void ChunkRows::leaveOut(qint64 fileId, const QString &why)
@@ -126,25 +117,54 @@ void ChunkRows::leaveOut(qint64 fileId, const QString &why)
     QString name;
     m_run.statements.each(QStringLiteral("SELECT file_name FROM fileSource.files WHERE file_id=?"), {fileId},
                           [&](const ImportStatements::Row &row) { name = row.text(0); });
-    m_run.report.leaveOut(why, name);
+    m_leftOut.append({why, name});
     m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=2 WHERE file_id=?"), {fileId});
+    for (const char *table : {"storage", "storage_info"})
+        m_run.statements.run(
+            QStringLiteral("DELETE FROM main.%1 WHERE storage_id=(SELECT ?+number FROM mem_chunk "
+                           "WHERE file_id=?)")
+                .arg(QLatin1String(table)),
+            {m_storageId, fileId});
     m_run.statements.run(QStringLiteral("DELETE FROM mem_chunk WHERE file_id=?"), {fileId});
+}
+
+void ChunkRows::tellLeftOut()
+{
+    for (const auto &file : qAsConst(m_leftOut))
+        m_run.report.leaveOut(file.first, file.second);
+    m_leftOut.clear();
 }
 
 qint64 ChunkRows::cut()
 {
     m_bytes = 0;
     m_isChain = false;
+    bool mustCut = false;
+    m_run.statements.each(QStringLiteral("SELECT count(*), min(file_id), max(file_id), "
+                                         "sum(CASE kind WHEN 1 THEN max(0,size) ELSE 0 END), "
+                                         "max(continue_id>0) FROM mem_chunk"),
+                          [&](const ImportStatements::Row &row) {
+                              m_range = {int(row.number(0)), row.number(1), row.number(2)};
+                              m_bytes = row.number(3);
+                              mustCut = m_bytes > mostBytes || row.number(4) != 0;
+                          });
+    m_limit = qMin(m_limit * 4, mostFiles);
+    return mustCut ? cutAtBytes() : 0;
+}
+
+qint64 ChunkRows::cutAtBytes()
+{
+    m_bytes = 0;
     int taken = 0;
     qint64 lastNumber = 0;
     qint64 lastId = 0;
     bool isCut = false;
     m_run.statements.each(
-        QStringLiteral("SELECT number, file_id, bytes, continue_id>0 AND kind=1 AND size<>0, size "
-                       "FROM mem_chunk ORDER BY number"),
+        QStringLiteral("SELECT number, file_id, CASE kind WHEN 1 THEN max(0,size) ELSE 0 END, "
+                       "continue_id>0 FROM mem_chunk ORDER BY number"),
         [&](const ImportStatements::Row &row) {
             const bool isChain = row.number(3) != 0;
-            const qint64 bytes = isChain ? qMax(row.number(2), row.number(4)) : row.number(2);
+            const qint64 bytes = row.number(2);
             isCut = isCut || m_isChain || (taken > 0 && (isChain || m_bytes + bytes > mostBytes));
             if (isCut)
                 return;
@@ -155,9 +175,10 @@ qint64 ChunkRows::cut()
             lastId = row.number(1);
         });
     // Next time about as many are looked at as can be taken.
-    m_limit = isCut ? qBound(fewestFiles, taken * 2, mostFiles) : qMin(m_limit * 4, mostFiles);
+    m_limit = qBound(fewestFiles, taken * 2, mostFiles);
     if (!isCut)
         return 0;
+    m_range = {taken, m_range.first, lastId};
     m_run.statements.run(QStringLiteral("DELETE FROM mem_chunk WHERE number>?"), {lastNumber});
     return lastId;
 }
@@ -172,10 +193,11 @@ QVector<qint64> ChunkRows::fileIds()
 
 void ChunkRows::copy()
 {
+    leaveOutUnfit(QStringLiteral("WHERE NOT has_path"), {}, tr("%1 external files without a path:"));
+    insertBlocks();
     settleIdCodes();
     insertFiles();
     insertThumbnails();
-    insertBlocks();
     insertPaths();
     const int count = m_run.statements.run(
         QStringLiteral("INSERT INTO mem_added (file_id,new_file_id) SELECT file_id, ?+number FROM mem_chunk"),
@@ -192,22 +214,24 @@ void ChunkRows::copy()
 
 void ChunkRows::settleIdCodes()
 {
-    // One that is in use, twice in the source or none at all is replaced.
-    m_run.statements.run(
-        QStringLiteral("UPDATE mem_chunk SET id_code=NULL WHERE length(id_code) NOT BETWEEN 1 AND 7 "
-                       "OR EXISTS (SELECT 1 FROM main.files AS f WHERE f.id_code=mem_chunk.id_code) "
-                       "OR EXISTS (SELECT 1 FROM mem_chunk AS other "
-                       "WHERE other.id_code=mem_chunk.id_code AND other.number<mem_chunk.number)"));
+    if (!m_run.source.hasUniqueCodes())
+        m_run.statements.run(QStringLiteral("UPDATE mem_chunk SET id_code=NULL WHERE number NOT IN "
+                                            "(SELECT min(number) FROM mem_chunk GROUP BY id_code)"));
     QVector<qint64> without;
+    QSet<QString> taken;
     m_run.statements.each(QStringLiteral("SELECT number FROM mem_chunk WHERE id_code IS NULL"),
                           [&](const ImportStatements::Row &row) { without.append(row.number(0)); });
+    if (without.isEmpty())
+        return;
+    m_run.statements.each(QStringLiteral("SELECT id_code FROM mem_chunk WHERE id_code IS NOT NULL"),
+                          [&](const ImportStatements::Row &row) { taken.insert(row.text(0)); });
     for (const qint64 number : qAsConst(without)) {
         QString code;
         do {
             if (!m_run.worker.nextIdCode(code))
                 throw CriticalDMError(m_run.worker.lastError());
-        } while (m_run.statements.number(QStringLiteral("SELECT count(*) FROM mem_chunk WHERE id_code=?"),
-                                         {code}) > 0);
+        } while (taken.contains(code));
+        taken.insert(code);
         m_run.statements.run(QStringLiteral("UPDATE mem_chunk SET id_code=? WHERE number=?"), {code, number});
     }
 }
@@ -252,6 +276,8 @@ void ChunkRows::insertThumbnails()
 
 void ChunkRows::insertBlocks()
 {
+    const QString why = tr("%1 files whose contents are missing or damaged:");
+    leaveOutUnfit(QStringLiteral("WHERE kind=1 AND size<>0 AND continue_id IS NULL"), {}, why);
     if (!m_hasBlocks)
         return;
     if (m_isChain) {
@@ -261,15 +287,23 @@ void ChunkRows::insertBlocks()
                               });
         return;
     }
-    m_run.statements.run(
+    const int links = m_run.statements.run(
         QStringLiteral("INSERT INTO main.storage_info (storage_id,continue_id) "
                        "SELECT ?+number, 0 FROM mem_chunk WHERE kind=1 AND size<>0 ORDER BY number"),
         {m_storageId});
-    m_run.statements.run(
+    // Fewer bytes than recorded is a chain that lost its end. More are right where a size did not fit its
+    // column.
+    const int blocks = m_run.statements.run(
         QStringLiteral("INSERT INTO main.storage (storage_id,data) SELECT ?+c.number, CAST(b.data AS BLOB) "
                        "FROM mem_chunk AS c CROSS JOIN fileSource.storage AS b ON b.storage_id=c.storage_id "
-                       "WHERE c.kind=1 AND c.size<>0 ORDER BY c.number"),
+                       "WHERE c.kind=1 AND c.size<>0 AND CASE typeof(b.data) WHEN 'null' THEN c.size<=0 "
+                       "WHEN 'blob' THEN length(b.data)>=c.size "
+                       "ELSE length(CAST(b.data AS BLOB))>=c.size END ORDER BY c.number"),
         {m_storageId});
+    if (blocks < links)
+        leaveOutUnfit(QStringLiteral("LEFT JOIN main.storage AS b ON b.storage_id=?+c.number "
+                                     "WHERE c.kind=1 AND c.size<>0 AND b.storage_id IS NULL"),
+                      {m_storageId}, why);
 }
 
 void ChunkRows::insertChain(qint64 newId, qint64 oldId, qint64 size)

@@ -2,7 +2,9 @@
 
 #include "fileops/contents/externalpaths.h"
 
+#include <QPair>
 #include <QString>
+#include <QVariant>
 #include <QVector>
 
 class ImportRun;
@@ -22,23 +24,33 @@ public:
     void begin();
 
     /**
-     * Chooses new files from one id to another, in their order, fewer when there is much to copy. Those whose
-     * contents or path are not there are left out and told of. Answers the last id that was looked at; no
-     * less than `last` at the end.
+     * Chooses new files from one id to another, in their order, fewer when there is much to copy. Answers the
+     * last id that was looked at; no less than `last` at the end.
      */
     qint64 choose(qint64 first, qint64 last);
+    struct Range
+    {
+        int count = 0;
+        qint64 first = 0;
+        qint64 last = 0;
+    };
+    /** What was chosen. */
+    const Range &range() const { return m_range; }
     QVector<qint64> fileIds();
-    /** Bytes of contents, as the blocks have them. */
+    /** Bytes of contents, as recorded. */
     qint64 bytes() const { return m_bytes; }
-    /** Copies all rows but the links to tags. */
+    /** Copies all rows but the links to tags. Files whose contents or path are not there are left out. */
     void copy();
     /** Takes one file out, for good. */
     void leaveOut(qint64 fileId, const QString &why);
+    /** Reports what was left out, once it is sure that it was. */
+    void tellLeftOut();
 
 private:
     qint64 fill(qint64 first, qint64 last);
-    void leaveOutUnfit();
+    void leaveOutUnfit(const QString &condition, const QVariantList &values, const QString &why);
     qint64 cut();
+    qint64 cutAtBytes();
     void settleIdCodes();
     void insertFiles();
     void insertThumbnails();
@@ -52,8 +64,10 @@ private:
     const bool m_hasPaths;
     const bool m_hasThumbnails;
     int m_limit;
+    Range m_range;
     qint64 m_bytes = 0;
-    bool m_isChain = false; ///< one file of several blocks
+    QVector<QPair<QString, QString>> m_leftOut; ///< why, and the name
+    bool m_isChain = false;                     ///< one file of several blocks
     qint64 m_loadId = 0;
     // The keys before those of the next chunk.
     qint64 m_fileId = 0;

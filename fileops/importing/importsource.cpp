@@ -98,7 +98,18 @@ bool ImportSource::readSchema(const QSqlDatabase &database)
         if (columns.contains(QSet<QString>(wanted.cbegin(), wanted.cend())))
             m_tables.insert(name);
     }
+    readCodes(database);
     return has({QStringLiteral("files"), QStringLiteral("tags")}) || refuse(tr("It is no Vorna database."));
+}
+
+void ImportSource::readCodes(const QSqlDatabase &database)
+{
+    QSqlQuery query(database);
+    m_hasUniqueCodes = query.exec(QStringLiteral(
+                           "SELECT 1 FROM pragma_index_list('files') AS list WHERE list.\"unique\" AND NOT "
+                           "list.partial AND (SELECT group_concat(info.name) FROM "
+                           "pragma_index_info(list.name) AS info)='id_code'")) &&
+                       query.next();
 }
 
 bool ImportSource::readRows(const QSqlDatabase &database)

@@ -39,13 +39,19 @@ void SourceFiles::read()
     const QStringList columns{QStringLiteral("data_checksum"), QStringLiteral("file_size"),
                               QStringLiteral("internal"),      QStringLiteral("storage_id"),
                               QStringLiteral("thumbnail_id"),  QStringLiteral("modification_date")};
+    const QString insert =
+        QStringLiteral("INSERT OR IGNORE INTO mem_files (file_id,%1,fate) SELECT file_id,%1,0 FROM "
+                       "(SELECT file_id,%2 FROM fileSource.files%3) "
+                       "WHERE internal IN (0,1,2) AND storage_id>=0");
     const QString list = columns.join(QLatin1Char(','));
-    const int fit = m_run.statements.run(
-        QStringLiteral(
-            "INSERT OR IGNORE INTO mem_files (file_id,%1,fate) SELECT file_id,%1,0 FROM "
-            "(SELECT file_id,%2 FROM fileSource.files) WHERE internal IN (0,1,2) AND storage_id>=0")
-            .arg(list, numbers(columns)));
+    const QString areIntegers = QStringLiteral(" WHERE typeof(") +
+                                columns.join(QStringLiteral(")='integer' AND typeof(")) +
+                                QStringLiteral(")='integer'");
     const qint64 all = m_run.statements.number(QStringLiteral("SELECT count(*) FROM fileSource.files"));
+    int fit = m_run.statements.run(insert.arg(list, list, areIntegers));
+    // What the others hold in the place of a number takes its time to find out.
+    if (fit < all)
+        fit += m_run.statements.run(insert.arg(list, numbers(columns), QString()));
     m_run.report.leaveOut(tr("%1 files with values that are no numbers"), int(all - fit));
 }
 

@@ -5,7 +5,7 @@
 #include "fileops/exchange/attacheddatabase.h"
 #include "fileops/importing/contentcomparison.h"
 #include "fileops/importing/contentgroups.h"
-#include "fileops/importing/filecopier.h"
+#include "fileops/importing/fileimporter.h"
 #include "fileops/importing/groupimporter.h"
 #include "fileops/importing/importrun.h"
 #include "fileops/importing/metadatamerger.h"
@@ -186,7 +186,7 @@ void SQLiteImporter::importFiles(ImportRun &run, const ContentComparison &conten
     files.createIndex();
     ContentGroups(run, contents, isAdding).group();
     if (isAdding)
-        FileCopier(run, takesDescriptions).copyFiles();
+        FileImporter(run, takesDescriptions).copyFiles();
 }
 
 QList<ShellFile> SQLiteImporter::missingFiles(ImportRun &run)

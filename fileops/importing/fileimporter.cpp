@@ -1,4 +1,4 @@
-#include "fileops/importing/filecopier.h"
+#include "fileops/importing/fileimporter.h"
 
 #include "db/sql/transaction.h"
 #include "fileops/importing/criticaldmerror.h"
@@ -22,13 +22,16 @@ constexpr int lastPercent = 95;
 
 QString tr(const char *text)
 {
-    return QCoreApplication::translate("FileCopier", text);
+    return QCoreApplication::translate("FileImporter", text);
 }
 } // namespace
 
-FileCopier::FileCopier(ImportRun &run, bool takesDescriptions) : m_run(run), m_rows(run, takesDescriptions) {}
+FileImporter::FileImporter(ImportRun &run, bool takesDescriptions)
+    : m_run(run), m_rows(run, takesDescriptions)
+{
+}
 
-void FileCopier::copyFiles()
+void FileImporter::copyFiles()
 {
     m_total = m_run.statements.number(
         QStringLiteral("SELECT sum(%1+CASE WHEN internal=1 THEN max(0,file_size) ELSE 0 END) "
@@ -42,15 +45,17 @@ void FileCopier::copyFiles()
         reportProgress();
         const qint64 first = last == std::numeric_limits<qint64>::min() ? last : last + 1;
         last = m_rows.choose(first, highest);
-        const QVector<qint64> ids = m_rows.fileIds();
-        m_done += m_rows.bytes() + ids.size() * qint64(bytesOfFile);
-        qDebug() << "Adding file" << ids.value(0) << "and" << ids.size() - 1 << "others";
-        if (!ids.isEmpty() && !copyChunk())
-            copyRange(ids.first(), ids.last());
+        const ChunkRows::Range range = m_rows.range();
+        if (range.count == 0)
+            continue;
+        qDebug() << "Adding file" << range.first << "and" << range.count - 1 << "others";
+        if (!copyChunk())
+            copyRange(range.first, range.last);
+        m_done += m_rows.bytes() + range.count * qint64(bytesOfFile);
     } while (last < highest);
 }
 
-void FileCopier::copyRange(qint64 first, qint64 last)
+void FileImporter::copyRange(qint64 first, qint64 last)
 {
     // A list of what is left to be tried: each half is smaller, so there are few at a time.
     QVector<QPair<qint64, qint64>> ranges{{first, last}};
@@ -65,7 +70,7 @@ void FileCopier::copyRange(qint64 first, qint64 last)
             continue;
         if (ids.size() == 1) {
             if (!copyChunk())
-                m_rows.leaveOut(ids.first(), tr("%1 files that could not be read or written:"));
+                giveUp(ids.first());
             continue;
         }
         const int half = ids.size() / 2;
@@ -74,7 +79,13 @@ void FileCopier::copyRange(qint64 first, qint64 last)
     }
 }
 
-bool FileCopier::copyChunk()
+void FileImporter::giveUp(qint64 fileId)
+{
+    m_rows.leaveOut(fileId, tr("%1 files that could not be read or written:"));
+    m_rows.tellLeftOut();
+}
+
+bool FileImporter::copyChunk()
 {
     Savepoint savepoint(m_run.worker);
     if (!savepoint.isActive())
@@ -88,10 +99,11 @@ bool FileCopier::copyChunk()
     }
     if (!savepoint.release())
         throw CriticalDMError(m_run.worker.lastError());
+    m_rows.tellLeftOut();
     return true;
 }
 
-bool FileCopier::isFatal(const CriticalDMError &failure) const
+bool FileImporter::isFatal(const CriticalDMError &failure) const
 {
     // Of SQLite: busy, locked, out of memory, interrupted, disk errors, full.
     static constexpr int ofAll[] = {5, 6, 7, 9, 10, 13};
@@ -99,7 +111,7 @@ bool FileCopier::isFatal(const CriticalDMError &failure) const
     return m_run.worker.shouldEnd() || std::find(std::begin(ofAll), std::end(ofAll), code) != std::end(ofAll);
 }
 
-void FileCopier::reportProgress()
+void FileImporter::reportProgress()
 {
     const double share = m_total > 0 ? double(m_done) / double(m_total) : 0.0;
     m_run.tell(tr("Copying files..."),

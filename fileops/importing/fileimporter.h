@@ -12,10 +12,10 @@ class ImportRun;
  * that fails is halved until the file that fails stands alone, so that what remains is what a savepoint a
  * file would leave. A file of several blocks is a chunk by itself.
  */
-class FileCopier
+class FileImporter
 {
 public:
-    FileCopier(ImportRun &run, bool takesDescriptions);
+    FileImporter(ImportRun &run, bool takesDescriptions);
 
     void copyFiles();
 
@@ -23,6 +23,7 @@ private:
     void copyRange(qint64 first, qint64 last);
     /** False when it failed and left nothing behind. */
     bool copyChunk();
+    void giveUp(qint64 fileId);
     void reportProgress();
     /** Of what fails for one file the others know nothing, a full disk fails them all. */
     bool isFatal(const CriticalDMError &failure) const;
