@@ -8,11 +8,17 @@
 Q_DECLARE_METATYPE(QSqlError)
 
 namespace {
-/** The child: adds a folder to a database and tells each step, so that it can be killed at any of them. */
+const ImportOptions importOptions{true, true, true, true, true, true, ExchangeSettings::AppendDescriptions};
+
+/**
+ * The child: adds a folder to a database, or imports another one, and tells each step, so that it can be
+ * killed at any of them.
+ */
 int addAsChild(const QStringList &arguments)
 {
     SettingsSandbox settings;
-    AddingSettings::setLinkToFiles(arguments.at(4) == QLatin1String("external"));
+    const QString mode = arguments.at(4);
+    AddingSettings::setLinkToFiles(mode == QLatin1String("external"));
     const SqliteQueryConstructor constructor;
     SqliteFileOperationProvider provider(&constructor, DBDetails::local(arguments.at(2)), nullptr);
     QEventLoop loop;
@@ -22,7 +28,11 @@ int addAsChild(const QStringList &arguments)
                          std::fflush(stdout);
                      });
     QObject::connect(&provider, &FileOperationProvider::duplicatesReady, &loop, &QEventLoop::quit);
-    provider.addFiles({arguments.at(3)}, {}, true, 0);
+    QObject::connect(&provider, &FileOperationProvider::exchangeDone, &loop, &QEventLoop::quit);
+    if (mode == QLatin1String("import"))
+        provider.importDatabase(arguments.at(3), false, importOptions);
+    else
+        provider.addFiles({arguments.at(3)}, {}, true, 0);
     return loop.exec();
 }
 
@@ -58,18 +68,9 @@ private slots:
         const char *everything = "SELECT * FROM files JOIN file_paths";
         const QStringList before = Sql::rows(everything);
 
-        QProcess child;
-        child.start(QCoreApplication::applicationFilePath(),
-                    {"add"_s, fixture.databasePath(), fixture.path("top"_s), mode});
-        bool isThere = false;
-        while (!isThere && child.waitForReadyRead(30000)) {
-            while (child.canReadLine() && !isThere)
-                isThere = child.readLine().trimmed() == step;
-        }
-        QVERIFY2(isThere, "the child never came so far");
-        QCOMPARE(::kill(pid_t(child.processId()), SIGKILL), 0);
-        QVERIFY(child.waitForFinished() && child.exitStatus() == QProcess::CrashExit);
-
+        killAt(step, {"add"_s, fixture.databasePath(), fixture.path("top"_s), mode});
+        if (QTest::currentTestFailed())
+            return;
         QCOMPARE(fixture.integrity(), "ok"_s);
         QCOMPARE(Sql::rows(everything), before);
         for (const QString &table : filled)
@@ -77,6 +78,35 @@ private slots:
         AddingSettings::setLinkToFiles(mode == QLatin1String("external"));
         fixture.add({fixture.path("top"_s)}, {}, true, 0);
         QCOMPARE(Sql::count("files"_s), files + 1);
+    }
+
+    void importKilledInTheMiddle()
+    {
+        AddingFixture fixture;
+        const QString path = fixture.filePath("source.vrn"_s);
+        {
+            OtherConnection source(path, "source"_s);
+            source.run("PRAGMA synchronous=OFF"_s);
+            for (const QString &statement : Schema::creationStatements())
+                source.run(statement);
+            const QString numbers =
+                "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<200) "_s;
+            source.run("INSERT INTO files "_s + numbers +
+                       "SELECT i,'f'||i,'',1000000,1,1,'S'||i,1,i,0,i,1 FROM n"_s);
+            source.run("INSERT INTO storage SELECT file_id, zeroblob(1000000) FROM files"_s);
+            source.run("INSERT INTO storage_info SELECT file_id, 0 FROM files"_s);
+            source.run("INSERT INTO tags VALUES (1,'a','',1,'')"_s);
+        }
+        // So much that pages leave the memory for the file long before the end.
+        killAt("Copying 73", {"add"_s, fixture.databasePath(), path, "import"_s});
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(fixture.integrity(), "ok"_s);
+        for (const QString &table : QStringList{"files"_s} + filled)
+            QCOMPARE(Sql::count(table), 0);
+        fixture.provider().importDatabase(path, false, importOptions);
+        fixture.wait();
+        QCOMPARE(Sql::count("files"_s), 200);
     }
 
     void transactionLost_data()
@@ -111,6 +141,21 @@ private slots:
         QVERIFY(!fixture.errors.isEmpty());
         const auto shortfall = fixture.errors.first().first().value<OperationShortfall>();
         QVERIFY(shortfall.errors.first().text().contains(QLatin1String("disk full")));
+    }
+
+private:
+    static void killAt(const QByteArray &step, const QStringList &arguments)
+    {
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(), arguments);
+        bool isThere = false;
+        while (!isThere && child.waitForReadyRead(30000)) {
+            while (child.canReadLine() && !isThere)
+                isThere = child.readLine().trimmed() == step;
+        }
+        QVERIFY2(isThere, "the child never came so far");
+        QCOMPARE(::kill(pid_t(child.processId()), SIGKILL), 0);
+        QVERIFY(child.waitForFinished() && child.exitStatus() == QProcess::CrashExit);
     }
 };
 

@@ -2,6 +2,7 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/manager/databasemanger.h"
+#include "fileops/worker/importoptions.h"
 #include "models/contents/contentsmodel.h"
 #include "models/tags/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
@@ -81,6 +82,43 @@ private slots:
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
         QVERIFY(m_fixture->window().openDatabase(DBDetails::local(onDisk("x.vrn"_s))));
         QCOMPARE(fileCount(), 2);
+    }
+
+    void importIsRolledBack_data()
+    {
+        addColumns<int, int>("count", "size");
+        addRow("many small ones", 3000, 40000);
+        addRow("a large one", 1, 120 * int(mebibyte));
+    }
+
+    void importIsRolledBack()
+    {
+        QFETCH(int, count);
+        QFETCH(int, size);
+        const QString source = m_fixture->makeDatabase("source.vrn"_s);
+        {
+            OtherConnection connection(source);
+            const QString numbers =
+                "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%1) "_s.arg(count);
+            QVERIFY(connection.run("INSERT INTO storage "_s + numbers +
+                                   "SELECT i, zeroblob(%1) FROM n"_s.arg(size)));
+            QVERIFY(connection.run("INSERT INTO storage_info SELECT storage_id, 0 FROM storage"_s));
+            QVERIFY(connection.run(
+                "INSERT INTO files SELECT storage_id,'f','',%1,1,1,'C'||storage_id,1,storage_id,0,"
+                "storage_id,1 FROM storage"_s.arg(size)));
+            QVERIFY(connection.run("INSERT INTO tags VALUES (1,'a','',1,'')"_s));
+        }
+        add(m_fixture->write("first.txt"_s, "kept"));
+        QSignalSpy finished(files(), &MainViewController::finishedAddingFiles);
+        files()->importDatabase(source, false,
+                                {true, true, true, true, true, true, ExchangeSettings::AppendDescriptions});
+        QVERIFY(finished.wait(120000));
+        QTRY_COMPARE(m_fixture->boxes(), QStringList{fullBox + "\nNothing was imported."_s});
+        WindowFixture::settle();
+        QCOMPARE(fileCount(), 1);
+        QCOMPARE(tagCount(), 0);
+        QCOMPARE(Sql::value("PRAGMA integrity_check"), "ok"_s);
+        QVERIFY(!QFile::exists(onDisk("x.vrn-journal"_s)));
     }
 
     void newDatabaseWithoutRoom_data()

@@ -1,6 +1,8 @@
 #include "fileops/files/datachecksum.h"
 #include "tests/support/addingfixture.h"
 
+Q_DECLARE_METATYPE(ImportOptions)
+
 /**
  * Merging another local database or a shell into the open one: what comes over, what is the same on both
  * sides, and sources that are not what they should be.
@@ -175,6 +177,211 @@ private slots:
 
     void importsFiles() { merges(); }
 
+    void options_data()
+    {
+        addColumns<ImportOptions, QString>("options", "expected");
+        using Merge = ExchangeSettings::DescriptionMerge;
+        const Merge leave = ExchangeSettings::LeaveDescriptions;
+        const Merge append = ExchangeSettings::AppendDescriptions;
+        const Merge replace = ExchangeSettings::ReplaceDescriptions;
+        // Names, descriptions and tags of files; numbers of tags, groups, nodes, relationships.
+        addRow("all", all(append), "here|own . text 1|a half|text 2 is a part|a,b new|new| / 2 1 1 1"_s);
+        addRow("replaced", all(replace), "here|text 1|a half|text 2|a,b new|new| / 2 1 1 1"_s);
+        addRow("no descriptions", all(leave), "here|own|a half|text 2 is a part|a,b new|| / 2 1 1 1"_s);
+        addRow("no files", ImportOptions{false, true, true, true, true, true, append},
+               "here|own . text 1|a half|text 2 is a part|a,b / 2 1 1 1"_s);
+        addRow("no tags", ImportOptions{true, false, true, true, true, true, append},
+               "here|own . text 1| half|text 2 is a part|b new|new| / 1 0 0 0"_s);
+        addRow("tags by themselves", ImportOptions{false, true, false, false, false, false, leave},
+               "here|own| half|text 2 is a part|b / 2 0 0 0"_s);
+        addRow("tags without their files", ImportOptions{true, true, true, true, false, true, leave},
+               "here|own| half|text 2 is a part|b new|| / 2 1 1 1"_s);
+        addRow("nothing", ImportOptions(), "here|own| half|text 2 is a part|b / 1 0 0 0"_s);
+    }
+
+    void options()
+    {
+        QFETCH(ImportOptions, options);
+        placeCommonFiles();
+        import(options);
+        QTEST(summary(), "expected");
+    }
+
+    void takesMetadataFromShells()
+    {
+        placeCommonFiles();
+        // A tag of a file that is not here, and what hangs on it.
+        runScript(
+            "INSERT INTO tags VALUES (5,'c','',1,''); INSERT INTO file_tag VALUES (3,5);"
+            "INSERT INTO tb_nodes VALUES (2,5,1,0),(3,1,1,0); INSERT INTO tb_node_links VALUES (0,2),(2,3);"
+            "INSERT INTO tag_relationships VALUES ('5'),('5.1'); INSERT INTO tag_groups VALUES (2,'H');"
+            "INSERT INTO tag_group_links VALUES (5,2); UPDATE files SET id_code='CODE' WHERE file_id=3;"
+            "DROP TABLE storage; DROP TABLE storage_info; DROP TABLE thumbnails;"_s +
+                record(4, 2, 0, 0, -1).replace(",-1,"_s, ",7,"_s),
+            "source"_s);
+        QSignalSpy missing(&m_fixture->provider(), &FileOperationProvider::importNotification);
+        import(all(), true);
+        QCOMPARE(summary(), "here|own . text 1|a half|text 2 is a part|a,b / 2 1 2 1"_s);
+        QCOMPARE(Sql::value("SELECT group_concat(relationship_path) FROM tag_relationships"), "2"_s);
+        QCOMPARE(missing.count(), 1);
+        const auto files = missing.at(0).at(0).value<QList<ShellFile>>();
+        QCOMPARE(files.size(), 2);
+        QCOMPARE(files.at(1).fileName, "new"_s);
+        QCOMPARE(files.at(1).fileSize, 4);
+        QCOMPARE(files.at(1).idCode, "CODE"_s);
+        QCOMPARE(files.at(1).lastModified, QDateTime::fromSecsSinceEpoch(3));
+        // Without a file in common no tag comes over.
+        Sql::run("DELETE FROM files");
+        Sql::run("DELETE FROM tags");
+        import(all(), true);
+        QCOMPARE(Sql::count("tags"_s), 0);
+        QCOMPARE(missing.at(1).at(0).value<QList<ShellFile>>().size(), 4);
+    }
+
+    void findsAChecksumThatIsMissing()
+    {
+        runScript(
+            "DROP TABLE files;"_s +
+                Schema::creationStatements().first().replace("CHECK(data_checksum>=0)"_s, "CHECK(1)"_s) +
+                ";"_s,
+            "source"_s);
+        const QString path = m_fixture->write("x.txt"_s, "on the disk");
+        runScript(
+            file(1, "same") + file(2, "other") + record(3, 2, 0, 0, 0) + record(4, 0, 11, 1, 0) +
+                record(5, 0, 11, 2, 0) +
+                "INSERT INTO file_paths VALUES (1,'%1',''),(2,'/gone','');UPDATE files SET data_checksum=-1;"_s
+                    .arg(path),
+            "source"_s);
+        runScript(file(9, "same"), QString());
+        import();
+        const auto sum = [](const QByteArray &bytes) {
+            return QString::number(DataChecksum::ofBytes(bytes));
+        };
+        QCOMPARE(Sql::rows("SELECT file_name, data_checksum FROM files ORDER BY 1"),
+                 QStringList({"file2|"_s + sum("other"), "file3|"_s + sum("file3"),
+                              "file4|"_s + sum("on the disk"), "file5|0"_s, "file9|"_s + sum("same")}));
+    }
+
+    void refusesOtherSources_data()
+    {
+        addColumns<QString, QString>("source", "word");
+        addRow("a view for a table", "ALTER TABLE tags RENAME TO t; CREATE VIEW tags AS SELECT * FROM t;"_s,
+               "views or triggers"_s);
+        addRow("a trigger", "CREATE TRIGGER x AFTER INSERT ON tags BEGIN DELETE FROM tags; END"_s,
+               "views or triggers"_s);
+        addRow("no files", "DROP TABLE files;"_s, "no Vorna database"_s);
+        addRow("a column too few",
+               "ALTER TABLE files DROP COLUMN load_id; ALTER TABLE tags DROP COLUMN created_by;"_s,
+               "no Vorna database"_s);
+        addRow("no database", "text"_s, "not a database"_s);
+        addRow("being written", "BEGIN EXCLUSIVE;"_s, "Another program"_s);
+        addRow("the open database by another name", "link"_s, "open database itself"_s);
+        addRow("missing", "gone"_s, "missing"_s);
+    }
+
+    void refusesOtherSources()
+    {
+        QFETCH(QString, source);
+        const QString before = dump();
+        if (source.endsWith(QLatin1Char(';')) || source.endsWith("END"_s)) {
+            for (const QString &statement :
+                 source.startsWith("CREATE TRIGGER"_s) ? QStringList(source) : splitScript(source))
+                runInSource({statement});
+        } else {
+            m_source.reset();
+            QVERIFY(QFile::remove(sourcePath()));
+            if (source == "text"_s)
+                m_fixture->TestFolder::write("source.vrn"_s, QByteArray(5000, 't'));
+            else if (source == "link"_s)
+                QVERIFY(QFile::link(m_fixture->databasePath(), sourcePath()));
+        }
+        QSignalSpy errors(&m_fixture->provider(), &FileOperationProvider::error);
+        QSignalSpy done(&m_fixture->provider(), &FileOperationProvider::exchangeDone);
+        import();
+        QCOMPARE(errors.count(), 1);
+        QFETCH(QString, word);
+        const QString told = errors.at(0).at(0).toString();
+        QVERIFY2(told.contains(word), qPrintable(told));
+        QCOMPARE(errors.at(0).at(1).toString(), "Error importing files "_s);
+        QCOMPARE(done.count(), 0);
+        QCOMPARE(dump(), before);
+    }
+
+    void takesWhatAnOlderSourceHas()
+    {
+        runScript(
+            file(1, "bytes") + record(2, 0, 1, 1, 1) + record(3, 2, 0, 0, 3, 1) +
+                "INSERT INTO tags VALUES (1,'a','',1,''); DROP TABLE tag_groups; DROP TABLE tb_nodes; DROP "
+                "TABLE file_paths;"
+                "DROP TABLE tag_relationships; DROP TABLE thumbnails; DROP TABLE storage; DROP TABLE file_tag;"_s,
+            "source"_s);
+        QSignalSpy done(&m_fixture->provider(), &FileOperationProvider::exchangeDone);
+        import();
+        QCOMPARE(Sql::rows("SELECT file_name, thumbnail_id FROM files"), QStringList("file3|0"_s));
+        QCOMPARE(done.count(), 1);
+        const QString told = done.at(0).at(0).toString();
+        for (const char *part : {"New files: 1", "New tags: 1", "contents are missing or damaged:\nfile1",
+                                 "without a path:\nfile2",
+                                 "no tables of these names, or others: file_tag, tag_groups, tb_nodes"})
+            QVERIFY2(told.contains(QLatin1String(part)), qPrintable(told));
+    }
+
+    void leavesNothingOfWhatFails_data()
+    {
+        addColumns<QString>("how");
+        addRow("cancelled", "cancel"_s);
+        addRow("refused by the database", "refuse"_s);
+        addRow("locked", "lock"_s);
+        addRow("the file refused, the others taken", "one"_s);
+    }
+
+    void leavesNothingOfWhatFails()
+    {
+        QFETCH(QString, how);
+        QVERIFY(QSqlQuery(QSqlDatabase::database("source"_s))
+                    .exec("INSERT INTO files WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n "
+                          "WHERE i<12000) "
+                          "SELECT i,'f'||i,'',0,1,1,'D'||i,1,0,0,i,2 FROM n"_s));
+        runScript("INSERT INTO tags VALUES (1,'a','',1,'');"_s, "source"_s);
+        const QString before = dump();
+        std::unique_ptr<OtherConnection> locker;
+        if (how == "refuse"_s)
+            m_fixture->database().refuse("INSERT ON tags"_s);
+        if (how == "one"_s)
+            m_fixture->database().refuse("INSERT ON files"_s, "new.file_name IN ('f7','f11999')"_s);
+        if (how == "lock"_s) {
+            locker = std::make_unique<OtherConnection>(m_fixture->databasePath());
+            QVERIFY(locker->run("BEGIN EXCLUSIVE"_s));
+        }
+        FileOperationProvider &provider = m_fixture->provider();
+        if (how == "cancel"_s)
+            connect(&provider, &FileOperationProvider::filesOperationProgress, this,
+                    [&](const QString &, int percent) {
+                        if (percent >= 10)
+                            provider.cancelOperations();
+                    });
+        QSignalSpy done(&provider, &FileOperationProvider::exchangeDone);
+        QSignalSpy told(&provider, &FileOperationProvider::error);
+        m_fixture->errors.clear();
+        import();
+        if (how == "one"_s) {
+            QCOMPARE(Sql::count("files"_s), 11998);
+            QVERIFY(done.value(0).value(0).toString().contains(
+                "2 files that could not be read or written:\nf7\nf11999"_s));
+            return;
+        }
+        locker.reset();
+        QCOMPARE(done.count(), 0);
+        QCOMPARE(told.count() + m_fixture->errors.count(), 1);
+        QCOMPARE(dump(), before);
+        if (how == "refuse"_s)
+            QVERIFY(m_fixture->database().permit(QString()));
+        provider.disconnect(this);
+        // The next one is not in the way of what this one left.
+        import();
+        QCOMPARE(Sql::count("files"_s), 12000);
+    }
+
 private:
     /** The statements for a file whose size, number and name tell of each other. */
     static QString record(int id, int internal, int size, int storageId, int checksum, int thumbnailId = 0)
@@ -227,6 +434,34 @@ private:
         }
         statements.removeAll(QString());
         return statements;
+    }
+
+    /** Two files that both sides have, of which one side has a part of the text, and one that is new. */
+    void placeCommonFiles()
+    {
+        runScript(
+            file(1, "one") + file(2, "two") +
+                "UPDATE files SET file_name='here', file_description='own' WHERE file_id=1;"
+                "UPDATE files SET file_name='half', file_description='text 2 is a part' WHERE file_id=2;"
+                "INSERT INTO tags VALUES (1,'b','',1,''); INSERT INTO file_tag VALUES (2,1);"_s,
+            QString());
+        runScript(file(1, "one") + file(2, "two") + file(3, "more") +
+                      "UPDATE files SET file_name='new', file_description='new' WHERE file_id=3;"
+                      "INSERT INTO tags VALUES (1,'a','',1,''); INSERT INTO file_tag VALUES (1,1),(2,1);"
+                      "INSERT INTO tag_groups VALUES (1,'G'); INSERT INTO tag_group_links VALUES (1,1);"
+                      "INSERT INTO tb_nodes VALUES (1,1,1,0); INSERT INTO tb_node_links VALUES (0,1);"
+                      "INSERT INTO tag_relationships VALUES ('1');"_s,
+                  "source"_s);
+    }
+    static QString summary()
+    {
+        const QString files =
+            "SELECT file_name, file_description, (SELECT group_concat(tag_name) FROM (SELECT tag_name FROM "
+            "file_tag NATURAL JOIN tags WHERE file_tag.file_id=files.file_id ORDER BY 1)) FROM files ORDER BY file_id"_s;
+        QString counts;
+        for (const char *table : {"tags", "tag_groups", "tb_nodes", "tag_relationships"})
+            counts += " %1"_s.arg(Sql::count(QLatin1String(table)));
+        return Sql::rows(files).join(QLatin1Char(' ')) + " /"_s + counts;
     }
 
     static ImportOptions all(ExchangeSettings::DescriptionMerge merge = ExchangeSettings::AppendDescriptions)

@@ -2,13 +2,19 @@
 #include "app/endsignals.h"
 #endif
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/tagscontroller.h"
 #include "fileops/worker/presentableduplicates.h"
 #include "models/contents/contentsmodel.h"
+#include "models/tags/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
+#include "ui/dialogs/databasecontentsselector.h"
 #include "ui/dialogs/duplicateprompt.h"
 #include "ui/dialogs/fileoperationprogress.h"
+#include "ui/dialogs/shellimportnotification.h"
 
 #include <QApplication>
+#include <QListView>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -215,6 +221,55 @@ private slots:
         QTRY_COMPARE(finished.count(), 2 + added);
         QTRY_VERIFY(m_prompts > 0 && !qobject_cast<DuplicatePrompt *>(QApplication::activeModalWidget()));
         QTRY_COMPARE(fileCount(), 1 + added);
+    }
+
+    void importsByTheMenu_data()
+    {
+        addColumns<QString, bool>("entry", "isShell");
+        addRow("database", "Database"_s, false);
+        addRow("shell", "Shell"_s, true);
+    }
+
+    void importsByTheMenu()
+    {
+        QFETCH(QString, entry);
+        QFETCH(bool, isShell);
+        const QString path = m_fixture->makeDatabase("source.vrn"_s);
+        {
+            OtherConnection source(path);
+            QVERIFY(source.run("INSERT INTO files VALUES (1,'http://a','',0,1,1,'CODE',1,0,0,5,2)"_s));
+            QVERIFY(source.run("INSERT INTO tags VALUES (1,'tag','',1,'')"_s));
+        }
+        QList<QAction *> entries = window().findChild<QMenu *>("importMenu"_s)->actions();
+        const auto command = std::find_if(entries.begin(), entries.end(),
+                                          [&](const QAction *action) { return action->text() == entry; });
+        // Cancelled in the first dialog, then in the second.
+        (*command)->trigger();
+        QTimer answers;
+        int result = QDialog::Rejected;
+        connect(&answers, &QTimer::timeout, this, [&] {
+            if (auto *selector = qobject_cast<DatabaseContentsSelector *>(QApplication::activeModalWidget()))
+                result == QDialog::Accepted ? selector->accept() : selector->reject();
+        });
+        answers.start(10);
+        m_fixture->chooseFile(path);
+        (*command)->trigger();
+        QCOMPARE(m_fixture->requests().last().caption, isShell ? "Import Shell"_s : "Import"_s);
+        QCOMPARE(m_fixture->requests().last().filter, isShell ? "*.vsh"_s : "*.vrn"_s);
+        QCOMPARE(m_fixture->boxes(), QStringList());
+        result = QDialog::Accepted;
+        m_fixture->chooseFile(path);
+        (*command)->trigger();
+        QTRY_COMPARE(m_fixture->boxes().size(), 1);
+        QVERIFY(m_fixture->boxes().first().startsWith("Import: Imported from \"source.vrn\":"_s));
+        // What came over is shown, and what did not.
+        QTRY_COMPARE(fileCount(), isShell ? 0 : 1);
+        QCOMPARE(window().collection()->tagsController()->tableModel()->rowCount(), isShell ? 0 : 1);
+        const auto *missing = window().findChild<ShellImportNotification *>();
+        QCOMPARE(missing != nullptr, isShell);
+        if (missing)
+            QCOMPARE(missing->findChild<QListView *>()->model()->index(0, 0).data().toString(),
+                     "http://a, 0 bytes"_s);
     }
 
     void signalBehindABoxAtTheStart()
