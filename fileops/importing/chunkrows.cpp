@@ -191,10 +191,10 @@ QVector<qint64> ChunkRows::fileIds()
     return ids;
 }
 
-void ChunkRows::copy()
+void ChunkRows::copy(const AtBlock &atBlock)
 {
     leaveOutUnfit(QStringLiteral("WHERE NOT has_path"), {}, tr("%1 external files without a path:"));
-    insertBlocks();
+    insertBlocks(atBlock);
     settleIdCodes();
     insertFiles();
     insertThumbnails();
@@ -274,7 +274,7 @@ void ChunkRows::insertThumbnails()
         {m_thumbnailId});
 }
 
-void ChunkRows::insertBlocks()
+void ChunkRows::insertBlocks(const AtBlock &atBlock)
 {
     const QString why = tr("%1 files whose contents are missing or damaged:");
     leaveOutUnfit(QStringLiteral("WHERE kind=1 AND size<>0 AND continue_id IS NULL"), {}, why);
@@ -282,8 +282,9 @@ void ChunkRows::insertBlocks()
         return;
     if (m_isChain) {
         m_run.statements.each(QStringLiteral("SELECT number, storage_id, size FROM mem_chunk"),
-                              [this](const ImportStatements::Row &row) {
-                                  insertChain(m_storageId + row.number(0), row.number(1), row.number(2));
+                              [&](const ImportStatements::Row &row) {
+                                  insertChain(m_storageId + row.number(0), row.number(1), row.number(2),
+                                              atBlock);
                               });
         return;
     }
@@ -306,7 +307,7 @@ void ChunkRows::insertBlocks()
                       {m_storageId}, why);
 }
 
-void ChunkRows::insertChain(qint64 newId, qint64 oldId, qint64 size)
+void ChunkRows::insertChain(qint64 newId, qint64 oldId, qint64 size, const AtBlock &atBlock)
 {
     QSet<qint64> seen;
     qint64 done = 0;
@@ -333,6 +334,7 @@ void ChunkRows::insertChain(qint64 newId, qint64 oldId, qint64 size)
             QStringLiteral("INSERT INTO main.storage (storage_id,data) "
                            "SELECT ?, CAST(data AS BLOB) FROM fileSource.storage WHERE storage_id=?"),
             {newId, oldId});
+        atBlock(done);
         ++newId;
         oldId = nextId;
     }

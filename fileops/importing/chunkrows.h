@@ -7,6 +7,8 @@
 #include <QVariant>
 #include <QVector>
 
+#include <functional>
+
 class ImportRun;
 
 /**
@@ -16,6 +18,8 @@ class ImportRun;
 class ChunkRows
 {
 public:
+    using AtBlock = std::function<void(qint64)>;
+
     ChunkRows(ImportRun &run, bool takesDescriptions);
 
     /** Before the transaction. */
@@ -39,8 +43,11 @@ public:
     QVector<qint64> fileIds();
     /** Bytes of contents, as recorded. */
     qint64 bytes() const { return m_bytes; }
-    /** Copies all rows but the links to tags. Files whose contents or path are not there are left out. */
-    void copy();
+    /**
+     * Copies all rows but the links to tags. Files whose contents or path are not there are left out. Hears
+     * the bytes of a long file so far.
+     */
+    void copy(const AtBlock &atBlock);
     /** Takes one file out, for good. */
     void leaveOut(qint64 fileId, const QString &why);
     /** Reports what was left out, once it is sure that it was. */
@@ -54,8 +61,8 @@ private:
     void settleIdCodes();
     void insertFiles();
     void insertThumbnails();
-    void insertBlocks();
-    void insertChain(qint64 fileId, qint64 oldId, qint64 size);
+    void insertBlocks(const AtBlock &atBlock);
+    void insertChain(qint64 newId, qint64 oldId, qint64 size, const AtBlock &atBlock);
     void insertPaths();
 
     ImportRun &m_run;

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QHash>
 #include <QStringList>
 
 #include <algorithm>
@@ -100,7 +101,8 @@ bool ContentGroups::isSame(const File &one, const File &other)
 {
     const bool isLink = one.kind == FileKind::hyperlink;
     if (isLink || other.kind == FileKind::hyperlink)
-        return isLink && other.kind == FileKind::hyperlink && nameOf(one) == nameOf(other);
+        return isLink && other.kind == FileKind::hyperlink &&
+               textOf(one, "file_name") == textOf(other, "file_name");
     if (m_current.size == 0)
         return true;
     const bool areInternal = one.kind == FileKind::internal && other.kind == FileKind::internal;
@@ -120,14 +122,14 @@ bool ContentGroups::isSame(const File &one, const File &other)
            (result == ContentComparison::Unreadable && !areInternal && m_current.checksum != 0);
 }
 
-QString ContentGroups::nameOf(const File &file)
+QString ContentGroups::textOf(const File &file, const char *column)
 {
-    QString name;
-    m_run.statements.each(file.isOfSource
-                              ? QStringLiteral("SELECT file_name FROM fileSource.files WHERE file_id=?")
-                              : QStringLiteral("SELECT file_name FROM main.files WHERE file_id=?"),
-                          {file.fileId}, [&](const ImportStatements::Row &row) { name = row.text(0); });
-    return name;
+    QString text;
+    const QString statement = QStringLiteral("SELECT %1 FROM %2.files WHERE file_id=?");
+    m_run.statements.each(statement.arg(QLatin1String(column), file.isOfSource ? QStringLiteral("fileSource")
+                                                                               : QStringLiteral("main")),
+                          {file.fileId}, [&](const ImportStatements::Row &row) { text = row.text(0); });
+    return text;
 }
 
 QString ContentGroups::pathOf(const File &file)
@@ -146,21 +148,50 @@ void ContentGroups::settle()
 {
     for (const Group &group : qAsConst(m_groups)) {
         const bool isHere = group.files.size() > group.ofSource;
-        if (group.ofSource == 0 || (!isHere && (group.ofSource < 2 || !m_isAdding)))
-            continue;
-        write(group);
-        if (!isHere)
+        if (isHere && group.ofSource > 0)
+            writeKnown(group);
+        else if (group.ofSource > 1 && m_isAdding)
             keepOne(group);
     }
     m_groups.clear();
 }
 
-void ContentGroups::write(const Group &group)
+void ContentGroups::writeKnown(const Group &group)
+{
+    m_run.report.count(ImportReport::KnownFiles, group.ofSource);
+    if (group.files.size() == 2) {
+        write(group.files);
+        return;
+    }
+    // One of several copies here may be the very file that the source has. It takes what that one has, and
+    // not what its copies have.
+    QHash<QString, File> ownByCode;
+    QVector<File> rest;
+    for (const File &file : group.files) {
+        if (!file.isOfSource) {
+            ownByCode.insert(textOf(file, "id_code"), file);
+            rest.append(file);
+        }
+    }
+    const int own = rest.size();
+    for (const File &file : group.files) {
+        const auto same =
+            file.isOfSource ? ownByCode.constFind(textOf(file, "id_code")) : ownByCode.constEnd();
+        if (same != ownByCode.constEnd())
+            write({*same, file});
+        else if (file.isOfSource)
+            rest.append(file);
+    }
+    if (rest.size() > own)
+        write(rest);
+}
+
+void ContentGroups::write(const QVector<File> &files)
 {
     ++m_lastGroup;
     m_run.statements.run(QStringLiteral("INSERT INTO mem_groups (group_id,group_type) VALUES (?,?)"),
                          {m_lastGroup, contentGroup});
-    for (const File &file : group.files) {
+    for (const File &file : files) {
         if (file.isOfSource) {
             m_run.statements.run(
                 QStringLiteral("INSERT INTO mem_external_file_group (file_id,group_id) VALUES (?,?)"),
@@ -173,18 +204,23 @@ void ContentGroups::write(const Group &group)
                 {m_lastGroup, file.fileId});
         }
     }
-    if (group.files.size() > group.ofSource)
-        m_run.report.count(ImportReport::KnownFiles, group.ofSource);
 }
 
 void ContentGroups::keepOne(const Group &group)
 {
+    write(group.files);
+    // A path may lead nowhere here: where there are contents, they come along.
+    QVector<File> candidates;
     QStringList names;
-    for (const File &file : group.files)
-        names.append(nameOf(file));
+    for (const File &file : group.files) {
+        if (!group.hasInternal || file.kind == FileKind::internal) {
+            candidates.append(file);
+            names.append(textOf(file, "file_name"));
+        }
+    }
     const int kept = names.indexOf(chooseFileToKeep(names));
     m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=? WHERE file_id=?"),
-                         {int(SourceFiles::IsNew), group.files.at(qMax(0, kept)).fileId});
+                         {int(SourceFiles::IsNew), candidates.at(qMax(0, kept)).fileId});
     m_run.report.leaveOut(tr("%1 files of the same contents as another one, which has their tags"),
                           group.ofSource - 1);
 }

@@ -52,11 +52,12 @@ private:
     void nominate();
     void take(const File &file, const Contents &contents);
     void settle();
-    void write(const Group &group);
+    void writeKnown(const Group &group);
+    void write(const QVector<File> &files);
     void keepOne(const Group &group);
     bool fits(const Group &group, const File &file);
     bool isSame(const File &one, const File &other);
-    QString nameOf(const File &file);
+    QString textOf(const File &file, const char *column);
     QString pathOf(const File &file);
 
     ImportRun &m_run;

@@ -91,7 +91,7 @@ bool FileImporter::copyChunk()
     if (!savepoint.isActive())
         throw CriticalDMError(m_run.worker.lastError());
     try {
-        m_rows.copy();
+        m_rows.copy([this](qint64 bytes) { reportProgress(bytes); });
     } catch (const CriticalDMError &failure) {
         if (isFatal(failure) || !savepoint.rollBack())
             throw;
@@ -111,9 +111,9 @@ bool FileImporter::isFatal(const CriticalDMError &failure) const
     return m_run.worker.shouldEnd() || std::find(std::begin(ofAll), std::end(ofAll), code) != std::end(ofAll);
 }
 
-void FileImporter::reportProgress()
+void FileImporter::reportProgress(qint64 bytes)
 {
-    const double share = m_total > 0 ? double(m_done) / double(m_total) : 0.0;
+    const double share = m_total > 0 ? double(m_done + bytes) / double(m_total) : 0.0;
     m_run.tell(tr("Copying files..."),
                firstPercent + int(qBound(0.0, share, 1.0) * (lastPercent - firstPercent)));
 }

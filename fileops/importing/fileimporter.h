@@ -24,7 +24,8 @@ private:
     /** False when it failed and left nothing behind. */
     bool copyChunk();
     void giveUp(qint64 fileId);
-    void reportProgress();
+    /** With these bytes of a file that is being copied. */
+    void reportProgress(qint64 bytes = 0);
     /** Of what fails for one file the others know nothing, a full disk fails them all. */
     bool isFatal(const CriticalDMError &failure) const;
 
