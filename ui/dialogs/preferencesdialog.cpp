@@ -2,6 +2,7 @@
 
 #include "app/messages/messages.h"
 #include "app/settings/preferencekeys.h"
+#include "app/settings/previewsettings.h"
 #include "app/settings/settingvalues.h"
 #include "app/settings/viewsettings.h"
 #include "app/settings/windowsettings.h"
@@ -20,6 +21,8 @@ PreferencesDialog::PreferencesDialog(UpdateHandler *updates, QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::PreferencesDialog>()), m_updates(updates)
 {
     m_ui->setupUi(this);
+    // Previewers that keep in front would hide the place where that is switched off.
+    setWindowFlag(Qt::WindowStaysOnTopHint, PreviewSettings::keepPreviewOnTop());
     m_sorting = new QButtonGroup(this);
     m_sorting->addButton(m_ui->alphabeticalRadio, ViewSettings::AlphabeticalSorting);
     m_sorting->addButton(m_ui->manualRadio, ViewSettings::ManualSorting);
