@@ -9,7 +9,7 @@
 
 namespace {
 
-const QString successToken = QStringLiteral("p!4%hwT");
+const QByteArray successToken = QByteArrayLiteral("p!4%hwT");
 
 /** A query takes a plus, and a percent sign before two digits, for its own. */
 void addItem(QUrlQuery &query, const QString &key, const QString &value)
@@ -43,7 +43,6 @@ void FeedbackSender::send(const QString &message, const QString &email)
 void FeedbackSender::handleFinished(QNetworkReply *reply)
 {
     reply->deleteLater();
-    const bool isRecorded =
-        reply->error() == QNetworkReply::NoError && QString::fromUtf8(reply->readAll()) == successToken;
+    const bool isRecorded = reply->error() == QNetworkReply::NoError && reply->readAll() == successToken;
     emit finished(isRecorded);
 }

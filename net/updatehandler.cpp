@@ -4,6 +4,7 @@
 #include "app/settings/updatesettings.h"
 #include "net/updateserver.h"
 
+#include <QDateTime>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDir>
@@ -28,6 +29,8 @@ const QString fileName = QStringLiteral("vorna_%1_amd64.deb");
 #endif
 constexpr qint64 mostBytes = 1024LL * 1024 * 1024;
 constexpr int httpOk = 200;
+const QString folderName = QStringLiteral("vorna-update-");
+constexpr int leftoverDays = 2;
 
 using Version = std::array<int, 3>;
 
@@ -47,6 +50,8 @@ UpdateHandler::UpdateHandler(QObject *parent) : QObject(parent) {}
 
 UpdateHandler::~UpdateHandler()
 {
+    drop(m_check);
+    drop(m_test);
     cancel();
 }
 
@@ -61,33 +66,41 @@ QNetworkAccessManager &UpdateHandler::network()
 void UpdateHandler::checkForUpdates()
 {
     qDebug() << "UPDATER: Checking for updates...";
-    check(false);
+    check(m_check, false);
+}
+
+void UpdateHandler::stopChecking()
+{
+    drop(m_check);
 }
 
 void UpdateHandler::checkConnection()
 {
     qDebug() << "UPDATER: Checking connection.";
-    if (m_test) {
-        m_test->disconnect(this);
-        m_test->abort();
-        m_test->deleteLater();
-        m_test = nullptr;
-    }
-    check(true);
+    check(m_test, true);
 }
 
-void UpdateHandler::check(bool isTest)
+void UpdateHandler::check(QNetworkReply *&place, bool isTest)
 {
+    drop(place);
     const QUrl url = UpdateServer::url(QStringLiteral("/CurrentVersionWIN.php"));
     if (url.isEmpty()) {
         endCheck(isTest, false);
         return;
     }
-    QNetworkReply *reply = UpdateServer::getWords(network(), url);
-    if (isTest)
-        m_test = reply;
-    connect(reply, &QNetworkReply::finished, this, &UpdateHandler::lookAtLatestVersionString,
+    place = UpdateServer::getWords(network(), url);
+    connect(place, &QNetworkReply::finished, this, &UpdateHandler::lookAtLatestVersionString,
             Qt::UniqueConnection);
+}
+
+void UpdateHandler::drop(QNetworkReply *&reply)
+{
+    if (!reply)
+        return;
+    reply->disconnect(this);
+    reply->abort();
+    reply->deleteLater();
+    reply = nullptr;
 }
 
 void UpdateHandler::endCheck(bool isTest, bool succeeded)
@@ -104,8 +117,7 @@ void UpdateHandler::lookAtLatestVersionString()
         return;
     reply->deleteLater();
     const bool isTest = reply == m_test;
-    if (isTest)
-        m_test = nullptr;
+    (isTest ? m_test : m_check) = nullptr;
     QString text;
     if (reply->error() == QNetworkReply::NoError)
         text = QString::fromLatin1(reply->readAll());
@@ -125,7 +137,10 @@ void UpdateHandler::offer(const QString &version)
     // Another major number is a program of its own, which nobody gets by an update.
     if (!latest || !running || *latest <= *running || latest->front() != running->front())
         return;
-    m_latestVersion = QStringLiteral("%1.%2.%3").arg(latest->at(0)).arg(latest->at(1)).arg(latest->at(2));
+    const QString found = QStringLiteral("%1.%2.%3").arg(latest->at(0)).arg(latest->at(1)).arg(latest->at(2));
+    if (m_download || (found == m_latestVersion && hasNewVersion()))
+        return;
+    m_latestVersion = found;
     if (UpdateSettings::autoUpdate())
         emit getNewVersionNow();
     else
@@ -153,7 +168,8 @@ void UpdateHandler::downloadLatest()
 
 bool UpdateHandler::openFile()
 {
-    m_folder = std::make_unique<QTemporaryDir>(QDir::temp().filePath(QStringLiteral("vorna-update-XXXXXX")));
+    removeLeftovers();
+    m_folder = std::make_unique<QTemporaryDir>(QDir::temp().filePath(folderName + QStringLiteral("XXXXXX")));
     if (!m_folder->isValid())
         return false;
     m_isKept = true;
@@ -218,13 +234,21 @@ void UpdateHandler::handleFinishedDownloading()
 
 void UpdateHandler::cancel()
 {
-    if (m_download) {
-        m_download->disconnect(this);
-        m_download->abort();
-        m_download->deleteLater();
-        m_download = nullptr;
-    }
+    drop(m_download);
     discardFile();
+}
+
+// What was handed to an installer, which reads it when this program has ended, or what a crash has left.
+void UpdateHandler::removeLeftovers()
+{
+    const QDateTime latest = QDateTime::currentDateTime().addDays(-leftoverDays);
+    const QFileInfoList folders =
+        QDir::temp().entryInfoList({folderName + QLatin1Char('*')}, QDir::Dirs | QDir::NoSymLinks);
+    const uint self = QFileInfo(QDir::homePath()).ownerId();
+    for (const QFileInfo &folder : folders) {
+        if (folder.ownerId() == self && folder.lastModified() < latest)
+            QDir(folder.filePath()).removeRecursively();
+    }
 }
 
 void UpdateHandler::discardFile()
@@ -233,14 +257,19 @@ void UpdateHandler::discardFile()
     m_folder.reset();
 }
 
+bool UpdateHandler::hasNewVersion() const
+{
+    return !m_download && m_file && m_file->exists();
+}
+
 bool UpdateHandler::installNewVersion()
 {
-    if (m_download || !m_file || !m_file->exists())
+    if (!hasNewVersion())
         return false;
 #ifdef Q_OS_WIN
     const bool isStarted = QProcess::startDetached(m_file->fileName(), {});
 #else
-    // Nothing that was downloaded is run: who installs packages looks at its signature and asks for leave.
+    // Nothing that was downloaded is run: who installs packages shows what it is and asks for leave first.
     const bool isStarted = QDesktopServices::openUrl(QUrl::fromLocalFile(m_file->fileName()));
 #endif
     // The installer reads the file when this program has ended.

@@ -24,13 +24,19 @@ public:
     /** Ends a download and removes what nobody has installed. */
     ~UpdateHandler() override;
 
+    /** Whether a version lies there, complete. */
+    bool hasNewVersion() const;
+
 public slots:
+    /** An earlier look that has not ended is given up. */
     void checkForUpdates();
+    /** Gives up what checkForUpdates() has begun: nobody wants to know any more. */
+    void stopChecking();
     /** Only sees whether the server answers; an earlier look of this kind is given up. */
     void checkConnection();
     /** Gets the version that was found last, if none is on its way. */
     void downloadLatest();
-    /** Hands the downloaded version to who installs such files. False when that is not to be had. */
+    /** Hands the downloaded version to who installs such files. False when nobody takes it, or it is gone. */
     bool installNewVersion();
     /** Gives a download up, without a word of it. */
     void cancel();
@@ -50,16 +56,20 @@ signals:
     void newVersionDownloaded(bool succeeded);
 
 private:
-    void check(bool isTest);
+    /** Begins a request in the place of an earlier one. */
+    void check(QNetworkReply *&place, bool isTest);
+    void drop(QNetworkReply *&reply);
     void endCheck(bool isTest, bool succeeded);
     void offer(const QString &version);
     bool openFile();
     void keepReceived();
     bool isComplete(const QNetworkReply &reply) const;
     void discardFile();
+    static void removeLeftovers();
     QNetworkAccessManager &network();
 
     QNetworkAccessManager *m_network = nullptr;
+    QNetworkReply *m_check = nullptr;
     QNetworkReply *m_test = nullptr;
     QNetworkReply *m_download = nullptr;
     // Nobody else may put a file into the folder, or read it.

@@ -66,12 +66,18 @@ make_home() {
 
 # Two groups as tabs, and room for them.
 show_groups() {
-    click 263 10; key Down Return
+    click 263 10; key Down Down Return
     within 5 window '^Edit Tag Groups' || fail "no tag groups"
     key space Down space
     dialog groups.png '^Edit Tag Groups'
     key Escape
     from 444 350 552 350; from 209 350 283 350
+}
+preferences_picture() {
+    click 263 10; key Down Return
+    within 5 window '^Preferences$' || fail "no preferences"
+    dialog preferences.png '^Preferences$'
+    key Escape
 }
 # The node "Garden" with its branch, and a file of it.
 show_garden() {
@@ -154,6 +160,7 @@ COLOURS
 light_pictures() {
     start "$HOME/demo.vrn"
     show_groups
+    preferences_picture
     show_garden
     whole mainwindow.png
     convert "$work/whole.png" -resize 600x "$work/scaled.png"

@@ -1,3 +1,4 @@
+#include "app/settings/previewsettings.h"
 #include "app/settings/viewsettings.h"
 #include "app/window/updatebar.h"
 #include "core/controllers/browstreecontroller.h"
@@ -151,12 +152,12 @@ private slots:
             PreferencesDialog dialog(&m_updates);
             QCOMPARE(dialog.windowTitle(), "Preferences"_s);
             QCOMPARE(dialog.objectName(), "PreferencesDialog"_s);
-            // Those that others depend on come last: what is disabled cannot be clicked.
             for (const Row &row : rows()) {
                 QVERIFY2(control(dialog, row), row.key);
                 QVERIFY2(shown(dialog, row) == row.fallback, row.key);
             }
             enter(dialog, rowOf("PreferencesDialog/autoTagRecursionLimitSet"), true);
+            // Those that others depend on come last: what is disabled cannot be clicked.
             for (int i = rows().size() - 1; i >= 0; --i)
                 enter(dialog, rows().at(i), rows().at(i).other);
             press(dialog, QDialogButtonBox::Ok);
@@ -249,6 +250,13 @@ private slots:
                 boundary.isNull() ? row.fallback.toInt() : (boundary == "lowest"_s ? 1 : spin->maximum());
             QCOMPARE(spin->value(), expected);
         }
+        // What is shown is what holds already, but for the limit, for which the dialog has a value of its
+        // own.
+        const auto shownAs = [&dialog](const char *key) { return shown(dialog, rowOf(key)).toInt(); };
+        QCOMPARE(uint(shownAs("NewFiles/timeout")) * 60, ViewSettings::newFilesTimeout());
+        QCOMPARE(shownAs("ThumbnailCache/thumbnailCacheSize"), ViewSettings::thumbnailCacheSize());
+        QCOMPARE(shownAs("PreferencesDialog/slideshowIncrementTime"),
+                 PreviewSettings::slideshowIncrementTime());
         // One of the two is chosen whatever is stored.
         QCOMPARE(shown(dialog, rowOf("PreferencesDialog/nodeSortingType")), QVariant(1));
     }

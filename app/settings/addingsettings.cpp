@@ -46,7 +46,7 @@ bool autoTagRecursionLimitSet()
 
 int autoTagRecursionLimit()
 {
-    return SettingValues::number(PreferenceKeys::autoTagRecursionLimit, 10000);
+    return SettingValues::bounded(PreferenceKeys::autoTagRecursionLimit, 10000, 1, 10000);
 }
 
 bool linkToFiles()

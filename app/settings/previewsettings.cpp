@@ -17,9 +17,7 @@ bool keepPreviewOnTop()
 
 int slideshowIncrementTime()
 {
-    // A timer counts milliseconds in an int.
-    constexpr int mostSeconds = 86400;
-    return SettingValues::number(PreferenceKeys::slideshowIncrementTime, 7, 1, mostSeconds);
+    return SettingValues::bounded(PreferenceKeys::slideshowIncrementTime, 7, 1, 3600);
 }
 
 } // namespace PreviewSettings

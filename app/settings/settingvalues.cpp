@@ -40,6 +40,11 @@ int number(const QString &key, int fallback, int lowest, int highest)
     return isNumber && value >= lowest && value <= highest ? int(value) : fallback;
 }
 
+int bounded(const QString &key, int fallback, int lowest, int highest)
+{
+    return qBound(lowest, number(key, fallback), highest);
+}
+
 QString text(const QString &key, const QString &fallback)
 {
     const QVariant stored = any(key);

@@ -14,6 +14,8 @@ namespace SettingValues {
 QVariant any(const QString &key, const QVariant &fallback = QVariant());
 bool flag(const QString &key, bool fallback);
 int number(const QString &key, int fallback, int lowest = 0, int highest = std::numeric_limits<int>::max());
+/** One that a control has bounds for, brought within them. */
+int bounded(const QString &key, int fallback, int lowest, int highest);
 QString text(const QString &key, const QString &fallback);
 /** Each write rewrites the store and waits for the disk, so an equal value is left alone. */
 void store(const QString &key, const QVariant &value);

@@ -7,15 +7,13 @@ namespace ViewSettings {
 
 unsigned int newFilesTimeout()
 {
-    constexpr int mostMinutes = std::numeric_limits<int>::max() / 60;
-    return uint(SettingValues::number(PreferenceKeys::newFilesTimeout, 5, 0, mostMinutes)) * 60;
+    return uint(SettingValues::bounded(PreferenceKeys::newFilesTimeout, 5, 1, 10000)) * 60;
 }
 
 int thumbnailCacheSize()
 {
     // 64 KiB each, where so many have been looked at.
-    constexpr int mostThumbnails = 100000;
-    return qBound(1, SettingValues::number(PreferenceKeys::thumbnailCacheSize, 400), mostThumbnails);
+    return SettingValues::bounded(PreferenceKeys::thumbnailCacheSize, 400, 1, 100000);
 }
 
 int nodeSortingType()

@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMainWindow>
@@ -52,23 +53,33 @@ void UpdateBar::takePlaces(MainUi &ui)
     m_offer->setVisible(false);
     m_install->setVisible(false);
     showDownloading(false);
+    m_window->installEventFilter(this);
     for (const QAction *action : {m_offer, m_install, m_progress})
         connect(action, &QAction::changed, this, &UpdateBar::makeRoom);
 }
 
+bool UpdateBar::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show || event->type() == QEvent::Resize)
+        makeRoom();
+    return QObject::eventFilter(watched, event);
+}
+
 void UpdateBar::makeRoom()
 {
-    if (!m_offer->isVisible() && !m_install->isVisible() && !m_progress->isVisible()) {
-        giveRowBack();
-        return;
+    const bool isNeeded = m_offer->isVisible() || m_install->isVisible() || m_progress->isVisible();
+    int width = 0;
+    for (QToolBar *bar : m_window->findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly)) {
+        const bool isBeside =
+            !bar->isHidden() && !bar->isFloating() && m_window->toolBarArea(bar) == Qt::TopToolBarArea;
+        width += isBeside ? bar->sizeHint().width() : 0;
     }
-    int needed = 0;
-    for (const QToolBar *bar : m_window->findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly))
-        needed += bar->isVisible() ? bar->sizeHint().width() : 0;
-    if (needed <= m_window->width() || m_window->toolBarBreak(m_bar))
-        return;
-    m_window->insertToolBarBreak(m_bar);
-    m_hasRow = true;
+    if (!isNeeded || width <= m_window->width()) {
+        giveRowBack();
+    } else if (!m_hasRow && !m_window->toolBarBreak(m_bar)) {
+        m_window->insertToolBarBreak(m_bar);
+        m_hasRow = true;
+    }
 }
 
 void UpdateBar::giveRowBack()
@@ -81,10 +92,14 @@ void UpdateBar::giveRowBack()
 void UpdateBar::readSettings()
 {
     const bool wasChecking = m_isChecking;
+    const bool wasAutomatic = m_isAutomatic;
     m_isChecking = UpdateSettings::checkForUpdates();
-    if (m_isChecking && !wasChecking)
+    m_isAutomatic = UpdateSettings::autoUpdate();
+    if (!m_isChecking)
+        m_handler->stopChecking();
+    else if (!wasChecking)
         m_handler->checkForUpdates();
-    else if (m_offer->isVisible() && UpdateSettings::autoUpdate())
+    else if (m_offer->isVisible() && m_isAutomatic && !wasAutomatic)
         getLatest();
 }
 
@@ -97,6 +112,7 @@ void UpdateBar::showDownloading(bool isDownloading)
 void UpdateBar::getLatest()
 {
     m_offer->setVisible(false);
+    m_install->setVisible(false);
     m_progressBar->setRange(0, 0);
     showDownloading(true);
     m_handler->downloadLatest();
@@ -129,11 +145,16 @@ void UpdateBar::installNewVersion()
     box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
     if (Messages::run(m_window, box).button != QMessageBox::Ok)
         return;
-    if (!m_handler->installNewVersion())
-        Messages::warning(m_window, tr("Update"),
-                          tr("The installer of the new version could not be opened."));
-    else if (m_window->close()) // stays when something cannot be saved
-        QCoreApplication::quit();
+    if (m_handler->installNewVersion()) {
+        if (m_window->close()) // stays when something cannot be saved
+            QCoreApplication::quit();
+        return;
+    }
+    // Temporary files may have been removed meanwhile.
+    const bool isThere = m_handler->hasNewVersion();
+    m_install->setVisible(isThere);
+    m_offer->setVisible(!isThere);
+    Messages::warning(m_window, tr("Update"), tr("The installer of the new version could not be opened."));
 }
 
 void UpdateBar::showDownloadProgress(qlonglong received, qlonglong total)

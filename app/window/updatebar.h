@@ -29,6 +29,8 @@ public:
      */
     void readSettings();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 public slots:
     void getLatest();
     void stopDownload();
@@ -52,4 +54,5 @@ private:
     QToolBar *m_bar = nullptr;
     bool m_hasRow = false;
     bool m_isChecking = false;
+    bool m_isAutomatic = false;
 };

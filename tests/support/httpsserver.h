@@ -64,7 +64,8 @@ struct Answer
     enum End {
         Close, // after the bytes
         Stay,  // with no word more
-        Drip   // with a further byte now and then, for ever
+        Drip,  // with a further byte now and then, for ever
+        Slowly // the head at once, then a byte now and then, up to the last
     };
     QByteArray bytes;
     End end = Close;
@@ -124,6 +125,12 @@ private:
         const QUrl url(QString::fromLatin1(head.split(' ').value(1)));
         m_requests.append(url);
         const Answer said = m_answers.value(url.path(), Answer::of("nothing here", "404 Not Found"));
+        if (said.end == Answer::Slowly) {
+            const int start = said.bytes.indexOf("\r\n\r\n") + 4;
+            socket->write(said.bytes.left(start));
+            writeSlowly(socket, said.bytes.mid(start));
+            return;
+        }
         socket->write(said.bytes);
         if (said.end == Answer::Close)
             socket->disconnectFromHost();
@@ -132,6 +139,15 @@ private:
         auto *timer = new QTimer(socket);
         connect(timer, &QTimer::timeout, socket, [socket] { socket->write("x"); });
         timer->start(20);
+    }
+    static void writeSlowly(QSslSocket *socket, const QByteArray &bytes)
+    {
+        if (bytes.isEmpty()) {
+            socket->disconnectFromHost();
+            return;
+        }
+        socket->write(bytes.left(1));
+        QTimer::singleShot(20, socket, [socket, bytes] { writeSlowly(socket, bytes.mid(1)); });
     }
 
     QSslCertificate m_certificate;

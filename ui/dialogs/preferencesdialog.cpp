@@ -2,27 +2,37 @@
 
 #include "app/messages/messages.h"
 #include "app/settings/preferencekeys.h"
-#include "app/settings/previewsettings.h"
 #include "app/settings/settingvalues.h"
 #include "app/settings/viewsettings.h"
 #include "app/settings/windowsettings.h"
 #include "net/updatehandler.h"
 #include "ui_preferencesdialog.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QScreen>
 #include <QSettings>
 
+#include <algorithm>
+
 namespace {
 const QString geometryKey = QStringLiteral("PreferencesDialog/geometry");
+
+bool isWindowOnTop()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.cbegin(), windows.cend(), [](const QWidget *window) {
+        return window->isVisible() && window->windowFlags().testFlag(Qt::WindowStaysOnTopHint);
+    });
 }
+} // namespace
 
 PreferencesDialog::PreferencesDialog(UpdateHandler *updates, QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::PreferencesDialog>()), m_updates(updates)
 {
     m_ui->setupUi(this);
     // Previewers that keep in front would hide the place where that is switched off.
-    setWindowFlag(Qt::WindowStaysOnTopHint, PreviewSettings::keepPreviewOnTop());
+    setWindowFlag(Qt::WindowStaysOnTopHint, isWindowOnTop());
     m_sorting = new QButtonGroup(this);
     m_sorting->addButton(m_ui->alphabeticalRadio, ViewSettings::AlphabeticalSorting);
     m_sorting->addButton(m_ui->manualRadio, ViewSettings::ManualSorting);
@@ -76,12 +86,12 @@ void PreferencesDialog::load(const Preference &preference)
         check->setChecked(SettingValues::flag(preference.key, preference.fallback.toBool()));
         return;
     }
-    const int number = SettingValues::number(preference.key, preference.fallback.toInt());
+    const int fallback = preference.fallback.toInt();
     if (auto *spin = qobject_cast<QSpinBox *>(preference.control)) {
-        spin->setValue(number);
+        spin->setValue(SettingValues::bounded(preference.key, fallback, spin->minimum(), spin->maximum()));
     } else if (auto *group = qobject_cast<QButtonGroup *>(preference.control)) {
-        QAbstractButton *button = group->button(number);
-        (button ? button : group->button(preference.fallback.toInt()))->setChecked(true);
+        QAbstractButton *button = group->button(SettingValues::number(preference.key, fallback));
+        (button ? button : group->button(fallback))->setChecked(true);
     }
 }
 

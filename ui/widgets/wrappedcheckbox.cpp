@@ -5,7 +5,7 @@
 
 namespace {
 constexpr int leastLetters = 12;
-constexpr int textFlags = Qt::AlignLeading | Qt::AlignTop | Qt::TextWordWrap;
+constexpr int textFlags = Qt::AlignTop | Qt::TextWordWrap | Qt::TextShowMnemonic;
 } // namespace
 
 WrappedCheckBox::WrappedCheckBox(QWidget *parent) : QCheckBox(parent)
@@ -68,9 +68,8 @@ void WrappedCheckBox::paintEvent(QPaintEvent *)
 
     const QRect room =
         QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(indicatorRoom(), 0, 0, 0));
-    painter.drawItemText(
-        room, QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading) | Qt::AlignTop | Qt::TextWordWrap,
-        box.palette, isEnabled(), box.text, QPalette::WindowText);
+    painter.drawItemText(room, textFlags | QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading),
+                         box.palette, isEnabled(), box.text, QPalette::WindowText);
     if (!hasFocus() || !(box.state & QStyle::State_KeyboardFocusChange))
         return;
     QStyleOptionFocusRect focus;
