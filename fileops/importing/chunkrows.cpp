@@ -193,7 +193,7 @@ QVector<qint64> ChunkRows::fileIds()
 
 void ChunkRows::copy(const AtBlock &atBlock)
 {
-    leaveOutUnfit(QStringLiteral("WHERE NOT has_path"), {}, tr("%1 external files without a path:"));
+    leaveOutUnfit(QStringLiteral("WHERE NOT has_path"), {}, tr("External files without a path: %1"));
     insertBlocks(atBlock);
     settleIdCodes();
     insertFiles();
@@ -276,7 +276,7 @@ void ChunkRows::insertThumbnails()
 
 void ChunkRows::insertBlocks(const AtBlock &atBlock)
 {
-    const QString why = tr("%1 files whose contents are missing or damaged:");
+    const QString why = tr("Files whose contents are missing or damaged: %1");
     leaveOutUnfit(QStringLiteral("WHERE kind=1 AND size<>0 AND continue_id IS NULL"), {}, why);
     if (!m_hasBlocks)
         return;

@@ -221,7 +221,7 @@ void ContentGroups::keepOne(const Group &group)
     const int kept = names.indexOf(chooseFileToKeep(names));
     m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=? WHERE file_id=?"),
                          {int(SourceFiles::IsNew), candidates.at(qMax(0, kept)).fileId});
-    m_run.report.leaveOut(tr("%1 files of the same contents as another one, which has their tags"),
+    m_run.report.leaveOut(tr("Files of the same contents as another one, which has their tags: %1"),
                           group.ofSource - 1);
 }
 

@@ -81,7 +81,7 @@ void FileImporter::copyRange(qint64 first, qint64 last)
 
 void FileImporter::giveUp(qint64 fileId)
 {
-    m_rows.leaveOut(fileId, tr("%1 files that could not be read or written:"));
+    m_rows.leaveOut(fileId, tr("Files that could not be read or written: %1"));
     m_rows.tellLeftOut();
 }
 

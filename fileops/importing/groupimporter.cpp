@@ -46,7 +46,7 @@ void GroupImporter::mapGroups()
     const auto take = [&](const ImportStatements::Row &row) {
         const QString name = row.text(1);
         if (name.trimmed().isEmpty() || LongText::isTooLong(name)) {
-            m_run.report.leaveOut(tr("%1 tag groups without a name"), 1);
+            m_run.report.leaveOut(tr("Tag groups without a name: %1"), 1);
             return;
         }
         auto known = idsByName.find(name);

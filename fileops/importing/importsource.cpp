@@ -48,10 +48,19 @@ constexpr Table tables[] = {
     {"storage_info", "storage_id,continue_id", false},
 };
 
-bool isLock(const QSqlError &error)
+/** What kept a statement from reading. */
+QString reason(const QSqlError &error)
 {
-    const int code = error.nativeErrorCode().toInt() & 0xff;
-    return code == 5 || code == 6;
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case 5:
+    case 6:
+        return ImportSource::busyText();
+    case 8:
+        // Reading alone cannot take back what was written.
+        return tr("A change to it was broken off. Open it once, and it is put in order.");
+    default:
+        return tr("It cannot be read as a database: %1").arg(error.databaseText());
+    }
 }
 } // namespace
 
@@ -75,9 +84,7 @@ bool ImportSource::look(const QSqlDatabase &database)
     const ReadBound bound(database);
     QSqlQuery query(database);
     if (!query.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")))
-        return refuse(isLock(query.lastError())
-                          ? busyText()
-                          : tr("It cannot be read as a database: %1").arg(query.lastError().databaseText()));
+        return refuse(reason(query.lastError()));
     query.finish();
     if (SchemaCheck::holdsForeignParts(database))
         return refuse(tr("It holds parts that Vorna did not make, such as views or triggers."));
@@ -122,9 +129,7 @@ bool ImportSource::readRows(const QSqlDatabase &database)
         if (!table.isWalked || !has({name}))
             continue;
         if (!query.exec(QStringLiteral("SELECT count(*) FROM %1 NOT INDEXED").arg(name)) || !query.next())
-            return refuse(isLock(query.lastError())
-                              ? busyText()
-                              : tr("It is damaged: %1").arg(query.lastError().databaseText()));
+            return refuse(reason(query.lastError()));
     }
     return true;
 }

@@ -86,7 +86,7 @@ void MetadataMerger::merge(qint64 group, const QStringList &descriptions,
         {group}, [&](const ImportStatements::Row &row) {
             const QString description = merged(row.text(1), descriptions, how);
             if (LongText::isTooLong(description))
-                m_run.report.leaveOut(tr("%1 descriptions that would become too long:"), row.text(2));
+                m_run.report.leaveOut(tr("Descriptions that would become too long: %1"), row.text(2));
             else if (description != row.text(1))
                 changed.append({row.number(0), description});
         });

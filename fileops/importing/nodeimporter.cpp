@@ -49,7 +49,7 @@ void NodeImporter::readSource()
             Node node;
             qint64 inverted = 0;
             if (!row.readNumber(2, node.options) || !row.readNumber(3, inverted) || row.number(0) <= 0) {
-                m_run.report.leaveOut(tr("%1 browsing nodes with values that are no numbers"), 1);
+                m_run.report.leaveOut(tr("Browsing nodes with values that are no numbers: %1"), 1);
                 return;
             }
             node.tagId = row.number(1);

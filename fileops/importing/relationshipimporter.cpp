@@ -73,7 +73,7 @@ void RelationshipImporter::importPath(const QString &text)
 {
     Path components;
     if (!readPath(text, components)) {
-        m_run.report.leaveOut(tr("%1 tag relationships that are none"), 1);
+        m_run.report.leaveOut(tr("Tag relationships that are none: %1"), 1);
         return;
     }
     // The path of a tag that does not come along: those of the tags below it come without it.
@@ -124,7 +124,7 @@ RelationshipImporter::Path RelationshipImporter::mapped(const Path &components) 
 void RelationshipImporter::addWithPrefixes(const Path &path)
 {
     if (isCircle(path)) {
-        m_run.report.leaveOut(tr("%1 tag relationships by which a tag would stand below itself"), 1);
+        m_run.report.leaveOut(tr("Tag relationships by which a tag would stand below itself: %1"), 1);
         return;
     }
     QString prefix;

@@ -52,7 +52,7 @@ void SourceFiles::read()
     // What the others hold in the place of a number takes its time to find out.
     if (fit < all)
         fit += m_run.statements.run(insert.arg(list, numbers(columns), QString()));
-    m_run.report.leaveOut(tr("%1 files with values that are no numbers"), int(all - fit));
+    m_run.report.leaveOut(tr("Files with values that are no numbers: %1"), int(all - fit));
 }
 
 void SourceFiles::fillChecksums(const ContentComparison &contents)

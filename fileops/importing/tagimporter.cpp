@@ -49,7 +49,7 @@ void TagImporter::importFrom(const char *tagsCondition)
         const bool isFit = !name.trimmed().isEmpty() && !LongText::isTooLong(name) &&
                            row.readNumber(2, date) && row.number(0) > 0;
         if (!isFit) {
-            m_run.report.leaveOut(tr("%1 tags without a name or with a date that is none"), 1);
+            m_run.report.leaveOut(tr("Tags without a name, or with a date that is none: %1"), 1);
             return;
         }
         if (row.isNull(2))
