@@ -1,6 +1,7 @@
 #include "tests/support/addingfixture.h"
 #include "tests/support/serverdatabase.h"
 
+#include <numeric>
 #include <utime.h>
 
 namespace {
@@ -102,7 +103,160 @@ private slots:
         QVERIFY(m_fixture->errors.isEmpty());
     }
 
+    void onlyMarks()
+    {
+        m_fixture->write("a.txt"_s, "edited");
+        QVERIFY(QFile::remove(path("b.txt")));
+        provider().checkExternalFiles({1, 2, 3}, true, true);
+        m_fixture->wait();
+        QCOMPARE(tagged().first(), "a.txt|5|1000000000: t1"_s);
+        QCOMPARE(news(idsInDatabase()), "missing 2, present 1 3"_s);
+    }
+
+    void withoutDuplicateManagementACopyStays()
+    {
+        QSettings().setValue("PreferencesDialog/duplicateManagementEnabled"_s, false);
+        m_fixture->write("a.txt"_s, "banana");
+        setTime(path("a.txt"), 9);
+        provider().checkExternalFiles({1, 2, 3});
+        m_fixture->wait();
+        QCOMPARE(tagged().first(), "a.txt|6|9: t1"_s);
+        QCOMPARE(Sql::rows("SELECT count(DISTINCT data_checksum) FROM files"), QStringList{"2"_s});
+    }
+
+    void leavesItsDescriptionWhereThereIsNone()
+    {
+        Sql::run("UPDATE files SET file_description='of '||file_id WHERE file_id<3");
+        for (const char *name : {"a.txt", "b.txt"}) {
+            m_fixture->write(QLatin1String(name), "cherry");
+            setTime(path(name), 9);
+        }
+        provider().checkExternalFiles({1, 2, 3});
+        m_fixture->wait();
+        const QString left = Sql::value("SELECT file_description FROM files");
+        QVERIFY2(left == QLatin1String("of 1") || left == QLatin1String("of 2"), qPrintable(left));
+    }
+
+    void aFileThatFailsLeavesTheOthers()
+    {
+        for (const char *name : {"a.txt", "b.txt", "c.txt"})
+            setTime(path(name), 9);
+        QVERIFY(m_fixture->database().refuse("UPDATE ON files"_s, "new.file_id=2"_s));
+        provider().checkExternalFiles({1, 2, 3});
+        m_fixture->wait();
+        QCOMPARE(tagged(), QStringList({"a.txt|5|9: t1"_s, "b.txt|6|1000000000: t2"_s, "c.txt|6|9: t3"_s}));
+        QVERIFY(m_fixture->errors.isEmpty());
+    }
+
+    void theLaterCheckTakesThePlace()
+    {
+        const QVector<qint64> many = fillWithMissing();
+        provider().checkExternalFiles(many);
+        provider().checkExternalFiles({1, 2}, false);
+        provider().checkExternalFiles({3});
+        m_fixture->wait();
+        // The first one came to nothing, or not to its end; the one between stays.
+        QVERIFY(m_missing->count() < many.size() / 2000);
+        QCOMPARE(m_present->count(), 2);
+        QVERIFY(provider().endChecks() == false);
+    }
+
+    void othersGetInBetween()
+    {
+        const QVector<qint64> many = fillWithMissing();
+        QSignalSpy removed(&provider(), &FileOperationProvider::filesRemoved);
+        int looked = -1;
+        connect(&provider(), &FileOperationProvider::filesRemoved, this,
+                [this, &looked] { looked = m_missing->count(); });
+        QTimer::singleShot(0, this, [this] { provider().deleteFiles({3}); });
+        provider().checkExternalFiles(many);
+        m_fixture->wait();
+        QCOMPARE(removed.count(), 1);
+        QVERIFY(looked < many.size() / 2000);
+        int missing = 0;
+        for (const QList<QVariant> &news : qAsConst(*m_missing))
+            missing += news.first().value<QVector<qint64>>().size();
+        QCOMPARE(missing, many.size());
+    }
+
+    void locatesFiles_data()
+    {
+        addColumns<QStringList, QStringList, QString, QStringList>("places", "codes", "refused", "names");
+        const QStringList old = {"a.txt"_s, "b.txt"_s, "c.txt"_s};
+        addRow("both", QStringList{"x/new.txt"_s, "x/b.txt"_s}, QStringList(), QString(),
+               QStringList{"new.txt"_s, "b.txt"_s, "c.txt"_s});
+        addRow("one is not there", QStringList{"x/gone.txt"_s, "x/new.txt"_s}, QStringList(), QString(),
+               QStringList{"a.txt"_s, "new.txt"_s, "c.txt"_s});
+        addRow("one is another file by now", QStringList{"x/new.txt"_s, "x/b.txt"_s},
+               QStringList{"ZZZZ999"_s, QString()}, QString(), old);
+        addRow("one is refused", QStringList{"x/new.txt"_s, "x/b.txt"_s}, QStringList(), "new.file_id=1"_s,
+               old);
+    }
+
+    void locatesFiles()
+    {
+        QFETCH(QStringList, places);
+        QFETCH(QStringList, codes);
+        QFETCH(QString, refused);
+        m_fixture->write("x/new.txt"_s, "melon");
+        m_fixture->write("x/b.txt"_s, "banana");
+        if (!refused.isEmpty())
+            QVERIFY(m_fixture->database().refuse("UPDATE ON files"_s, refused));
+        for (QString &place : places)
+            place = m_fixture->path(place);
+        provider().locateFiles({1, 2}, places, codes);
+        m_fixture->wait();
+        QTEST(Sql::rows("SELECT file_name FROM files ORDER BY file_id"), "names");
+        const QStringList paths = Sql::rows("SELECT path FROM file_paths ORDER BY path_id");
+        const bool isFirstMoved = codes.isEmpty() && refused.isEmpty() && QFile::exists(places.first());
+        QCOMPARE(paths.first(), isFirstMoved ? places.first() : path("a.txt"));
+        QCOMPARE(paths.at(1), places.at(1));
+    }
+
+    void anAddedFileTakesTheMissingPlace_data()
+    {
+        addColumns<QString, QByteArray, QStringList, bool>("gone", "contents", "files", "isFilled");
+        const QString b = "b.txt|6|1000000000: t2"_s;
+        const QString c = "c.txt|6|1000000000: t3"_s;
+        addRow("moved and renamed", "a.txt"_s, QByteArray("apple"),
+               QStringList{"new name.txt|5|9: t1,t3"_s, b, c}, true);
+        addRow("still in its place", QString(), QByteArray("apple"),
+               QStringList{"a.txt|5|1000000000: t1,t3"_s, b, c}, false);
+        addRow("of other contents", "a.txt"_s, QByteArray("apricot"),
+               QStringList{"a.txt|5|1000000000: t1"_s, b, c, "new name.txt|7|9: t3"_s}, false);
+    }
+
+    void anAddedFileTakesTheMissingPlace()
+    {
+        QFETCH(QString, gone);
+        QFETCH(QByteArray, contents);
+        QFETCH(bool, isFilled);
+        if (!gone.isEmpty())
+            QVERIFY(QFile::remove(m_fixture->path(gone)));
+        const QString added = m_fixture->write("new name.txt"_s, contents);
+        setTime(added, 9);
+        m_fixture->add({added}, {3});
+        QTEST(tagged(), "files");
+        const QVector<DuplicateMatch> &matches = m_fixture->duplicates().contentMatches;
+        QCOMPARE(!matches.isEmpty() && matches.first().fillsMissingPlace, isFilled);
+        QCOMPARE(Sql::rows("SELECT path FROM file_paths WHERE path_id=1").first() == added, isFilled);
+        QCOMPARE(m_present->count(), isFilled ? 1 : 0);
+    }
+
 private:
+    /** External files without a file, enough for many slices. */
+    QVector<qint64> fillWithMissing()
+    {
+        constexpr int count = 20000;
+        Sql::run("BEGIN");
+        Sql::fill("INSERT INTO file_paths SELECT i+100,'/nowhere/'||i,'nowhere/'||i FROM n", count);
+        Sql::fill("INSERT INTO files SELECT i+100,'f'||i,'',1,0,0,'m'||i,1,i+100,0,0,0 FROM n", count);
+        Sql::run("COMMIT");
+        QVector<qint64> ids(count);
+        std::iota(ids.begin(), ids.end(), 101);
+        return ids;
+    }
+
     FileOperationProvider &provider() { return m_fixture->provider(); }
     QString path(const char *name) const { return m_fixture->path(QLatin1String(name)); }
 

@@ -45,7 +45,10 @@ bool AddFilesOperation::addFilesToDB()
     FileBatch files(m_worker, batch);
     const QVector<qint64> added = files.addFilesListToDb();
     noteLeftOut(files);
-    if (finish(transaction, added + linkMatchedFiles(batch))) {
+    const QVector<qint64> found = fillMissingPlaces();
+    if (finish(transaction, added + found + linkMatchedFiles(batch))) {
+        if (!found.isEmpty())
+            emit m_worker.present(found);
         m_worker.report().setDone(added.size(), batch.paths.size());
         LeftOutFiles leftOut = expansion.leftOut();
         leftOut.unreadable += files.unread();

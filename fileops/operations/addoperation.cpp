@@ -4,6 +4,7 @@
 #include "db/sql/transaction.h"
 #include "fileops/adding/leftoutfiles.h"
 #include "fileops/duplicates/duplicatemanager.h"
+#include "fileops/tracking/missingplaces.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QSet>
@@ -54,6 +55,23 @@ QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
     }
     m_duplicates.matchedTagIds = TagLinker::sortedOnce(usedTags.values().toVector());
     return linked;
+}
+
+QVector<qint64> AddOperation::fillMissingPlaces()
+{
+    return MissingPlaces(m_worker).fill(m_duplicates.contentMatches);
+}
+
+void AddOperation::settleMissingPlaces()
+{
+    if (m_duplicates.contentMatches.isEmpty())
+        return;
+    Transaction transaction(m_worker, m_worker.connectionName());
+    const QVector<qint64> found = transaction.isActive() ? fillMissingPlaces() : QVector<qint64>();
+    if (found.isEmpty() || !mayCommit() || !transaction.commit())
+        return;
+    emit m_worker.updatedFiles(found);
+    emit m_worker.present(found);
 }
 
 void AddOperation::noteLeftOut(const FileBatch &batch)

@@ -24,6 +24,10 @@ protected:
      * met in content. The files that worked.
      */
     QVector<qint64> linkMatchedFiles(const FileBatchRequest &batch);
+    /** Lets the first file of each match take the place of a missing one. The files that were found so. */
+    QVector<qint64> fillMissingPlaces();
+    /** The same in a transaction of its own, and told of. */
+    void settleMissingPlaces();
     /** Corrects what the report says of files that stand for others but were left out themselves. */
     void noteLeftOut(const FileBatch &batch);
     /** Tells of files that were left out, once the others are in. */

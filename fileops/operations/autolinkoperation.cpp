@@ -74,6 +74,7 @@ bool AutoLinkOperation::linkToFiles()
     m_outcome.knownIds = TagLinker::sortedOnce(known.values().toVector());
     if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
         return false;
+    settleMissingPlaces();
     const QVector<qint64> linked = TagLinker::sortedOnce(m_outcome.knownIds + matchedIds());
     m_total = batch.paths.size() + linked.size();
     countDone(0);

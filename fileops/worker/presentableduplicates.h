@@ -24,6 +24,7 @@ struct DuplicateMatch
 {
     QVector<DuplicateFileInfo> databaseFiles; ///< may be empty
     QVector<DuplicateFileInfo> addedFiles;    ///< the paths of the batch
+    bool fillsMissingPlace = false;           ///< a record that led nowhere leads to the first of them now
 };
 Q_DECLARE_TYPEINFO(DuplicateMatch, Q_MOVABLE_TYPE);
 

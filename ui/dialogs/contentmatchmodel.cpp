@@ -140,6 +140,8 @@ QString ContentMatchModel::matchLine(const DuplicateMatch &match, int number) co
 
 QString ContentMatchModel::databaseHeading(const DuplicateMatch &match) const
 {
+    if (match.fillsMissingPlace)
+        return tr("    Took the place of the following missing file in the database:\n");
     const bool areHyperlinks =
         std::all_of(match.databaseFiles.cbegin(), match.databaseFiles.cend(),
                     [this](const DuplicateFileInfo &file) { return m_lookup(file).isHyperlink; });

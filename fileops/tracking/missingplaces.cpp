@@ -1,0 +1,75 @@
+#include "fileops/tracking/missingplaces.h"
+
+#include "core/records/filekind.h"
+#include "db/sql/transaction.h"
+#include "fileops/contents/externalpaths.h"
+#include "fileops/files/filelook.h"
+#include "fileops/worker/fileoperationworker.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+QVector<qint64> MissingPlaces::fill(QVector<DuplicateMatch> &contentMatches)
+{
+    QVector<qint64> filled;
+    for (DuplicateMatch &match : contentMatches) {
+        if (m_worker.shouldEnd() || m_worker.isSavepointLost())
+            break;
+        qint64 fileId = 0;
+        if (fillOne(match, fileId))
+            filled.append(fileId);
+    }
+    return filled;
+}
+
+bool MissingPlaces::fillOne(DuplicateMatch &match, qint64 &fileId)
+{
+    const DuplicateFileInfo &added = match.addedFiles.first();
+    // All empty files are equal, and hyperlinks have no place.
+    if (!added.isFile() || added.size == 0)
+        return false;
+    const auto missing = std::find_if(match.databaseFiles.begin(), match.databaseFiles.end(),
+                                      [this](const DuplicateFileInfo &file) { return isMissing(file); });
+    const bool isKnown =
+        std::any_of(match.databaseFiles.cbegin(), match.databaseFiles.cend(),
+                    [&added](const DuplicateFileInfo &file) { return file.path == added.path; });
+    if (missing == match.databaseFiles.end() || isKnown || !moveRecord(missing->fileId, added))
+        return false;
+    fileId = missing->fileId;
+    match.fillsMissingPlace = true;
+    return true;
+}
+
+bool MissingPlaces::isMissing(const DuplicateFileInfo &file)
+{
+    // What is inside the database has a name there, and no path.
+    if (!QDir::isAbsolutePath(file.path) || FileLook::at(file.path).isThere)
+        return false;
+    int internal = 0;
+    qint64 size = 0;
+    qint64 storageId = 0;
+    QHash<qint64, QString> relativePaths;
+    if (!m_worker.readFileStorageInfo(file.fileId, internal, size, storageId) ||
+        internal != FileKind::external || !m_worker.readRelativePaths({file.fileId}, relativePaths))
+        return false;
+    const Database::PathLocator locator = Database::pathLocator(m_worker.connectionName());
+    const QString relative = relativePaths.value(file.fileId);
+    return !locator.isLocal || relative.isEmpty() ||
+           !FileLook::at(Database::absolutePath(relative, locator)).isThere;
+}
+
+bool MissingPlaces::moveRecord(qint64 fileId, const DuplicateFileInfo &added)
+{
+    static const QString movePath = QStringLiteral("UPDATE file_paths SET path=?,rel_path=? WHERE "
+                                                   "path_id=(SELECT storage_id FROM files WHERE file_id=?);");
+    static const QString rename =
+        QStringLiteral("UPDATE files SET file_name=?,modification_date=? WHERE file_id=?;");
+    const QString relative =
+        Database::relativePath(added.path, Database::pathLocator(m_worker.connectionName()));
+    const QString name = added.path.mid(added.path.lastIndexOf(QLatin1Char('/')) + 1);
+    Savepoint savepoint(m_worker);
+    return savepoint.isActive() && m_worker.runFast(movePath, {added.path, relative, fileId}) &&
+           m_worker.runFast(rename, {name, added.lastModified.toSecsSinceEpoch(), fileId}) &&
+           savepoint.release();
+}
