@@ -43,8 +43,8 @@ function(vorna_link target scope)
     endforeach()
 endfunction()
 
-# vorna_add_layer(SOURCES ... LINKS ...): the library of this folder, db/sql as vorna_db_sql; static but for
-# mutate.sh. Of our folders it links those that its sources include, and no others: check-includes.sh looks.
+# vorna_add_layer(SOURCES ... LINKS ...): the library of this folder, db/sql as vorna_db_sql.
+# Of our folders it links those that its sources include, and no others: check-includes.sh looks.
 function(vorna_add_layer)
     cmake_parse_arguments(LAYER "" "" "SOURCES;LINKS" ${ARGN})
     file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})

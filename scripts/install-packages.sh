@@ -20,6 +20,7 @@ run=(
 test=(
     postgresql-15 sqlite3
     openssl                                       # certificates of a server for updates
+    python3                                       # mutations: mutate.sh
 )
 
 missing=()

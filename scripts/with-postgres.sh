@@ -1,6 +1,7 @@
 #!/bin/bash
 # with-postgres.sh COMMAND ...: runs the command beside a private PostgreSQL server on loopback that nobody else
-# uses, and removes the server afterwards. The command finds it in VORNA_TEST_PG ("host;port;database;user").
+# uses, and removes the server afterwards. The command finds it in VORNA_TEST_PG ("host;port;database;user"), and all
+# of several around each other in VORNA_TEST_PGS.
 set -euo pipefail
 
 bin=/usr/lib/postgresql/15/bin
@@ -37,5 +38,6 @@ done
 cd "$started_in"
 
 status=0
-VORNA_TEST_PG="127.0.0.1;$port;vorna_test;vorna" "$@" || status=$?
+server="127.0.0.1;$port;vorna_test;vorna"
+VORNA_TEST_PG=$server VORNA_TEST_PGS="${VORNA_TEST_PGS:-} $server" "$@" || status=$?
 exit $status
