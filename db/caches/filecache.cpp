@@ -85,7 +85,6 @@ void FileCache::abandonLoad()
     m_current = nullptr;
     m_highestId = 0;
     m_columns.reset();
-    m_currentTags.resize(0);
 }
 
 FileCache::Merge FileCache::merge(const TableData &rows)

@@ -3,5 +3,4 @@
 AbstractDock::AbstractDock(const QString &title, QWidget *parent) : QDockWidget(title, parent)
 {
     setFeatures(DockWidgetClosable | DockWidgetMovable | DockWidgetFloatable);
-    setAllowedAreas(Qt::AllDockWidgetAreas);
 }

@@ -88,7 +88,6 @@ void TagsTableDock::buildTable()
     m_table->setAccessibleName(tr("Tags"));
     m_table->setItemDelegate(new Delegate(m_table));
     m_table->setIconSize({markSide, markSide});
-    m_table->setAcceptDrops(true);
     m_table->setContextMenuPolicy(Qt::CustomContextMenu);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);

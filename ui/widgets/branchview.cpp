@@ -11,8 +11,6 @@ BranchView::BranchView(QWidget *parent) : QTreeView(parent), m_hoverOpener(new H
     setUniformRowHeights(true);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setContextMenuPolicy(Qt::CustomContextMenu);
-    setDragEnabled(true);
-    setAcceptDrops(true);
     // An internal-move view would refuse all that comes from outside.
     setDragDropMode(QAbstractItemView::DragDrop);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
