@@ -206,9 +206,17 @@ private slots:
         QCOMPARE(Sql::value("SELECT version FROM scheme_version"), "3.2.0"_s);
     }
 
+    void commitThatFailsKeepsNoLock_data()
+    {
+        QTest::addColumn<QString>("version");
+        addRow("of a rebuilt file", "0.5.3"_s);
+        addRow("of a step", "2.0.6"_s);
+    }
+
     void commitThatFailsKeepsNoLock()
     {
-        build("0.5.3"_s);
+        QFETCH(QString, version);
+        build(version);
         run({"PRAGMA busy_timeout=50"_s});
         OtherConnection other(m_database.databaseName());
         {

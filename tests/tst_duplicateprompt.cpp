@@ -117,11 +117,15 @@ private slots:
         QCOMPARE(buttonCount(prompt), 2);
         auto *table = prompt.findChild<QTableView *>("nameMatchesTable"_s);
         const QAbstractItemModel *model = table->model();
-        QStringList shown;
-        for (int row = 0; row < model->rowCount(); ++row)
-            shown << model->index(row, 0).data().toString();
-        QCOMPARE(shown, QStringList({"%1 \"q\".txt"_s, paths.at(0), paths.at(1), "alone"_s, "/in/alone"_s,
-                                     "Database file: /old/alone"_s, address, address}));
+        QStringList shown; // "+": with a box that is set
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QModelIndex file = model->index(row, 0);
+            shown << (file.data(Qt::CheckStateRole) == Qt::Checked ? "+"_s : QString()) +
+                         file.data().toString();
+        }
+        QCOMPARE(shown,
+                 QStringList({"%1 \"q\".txt"_s, "+"_s + paths.at(0), "+"_s + paths.at(1), "alone"_s,
+                              "+/in/alone"_s, "Database file: /old/alone"_s, address, "+"_s + address}));
 
         prompt.show();
         prompt.deselectAll();

@@ -36,6 +36,7 @@ private slots:
         QCOMPARE(textOf(dock, "nameLabel"), "<b>100%1<i>.txt"_s);
         QCOMPARE(dock.findChild<QLabel *>("nameLabel"_s)->textFormat(), Qt::PlainText);
         QCOMPARE(textOf(dock, "tagsLabel"), "Red, Blue"_s);
+        QVERIFY(textOf(dock, "sizeLabel").contains(QString::number(fixture.file(id)->size())));
 
         fixture.tags().renameTag(tagIds.last(), "Green"_s);
         QCOMPARE(textOf(dock, "tagsLabel"), "Red, Green"_s);

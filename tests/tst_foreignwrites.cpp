@@ -247,6 +247,7 @@ private slots:
         }
         QVERIFY(m_manager->open());
         QVERIFY(!manager().isReadOnly());
+        QCOMPARE(Sql::value("PRAGMA trusted_schema"), "0"_s);
     }
 
 private:

@@ -149,6 +149,7 @@ private slots:
             picture = turned(picture);
             QCOMPARE(save(picture), StoredImage::Saved);
             QVERIFY(stored().contains("the camera"));
+            QVERIFY(stored().contains(QByteArray("\x01\x12\0\x03\0\0\0\x01\0\x01\0", 11)));
         }
         const QImage after = load().image;
         QCOMPARE(after.size(), QSize(40, 60));

@@ -68,26 +68,28 @@ private slots:
 
     void deleteKeyUnlinksTagOfNode_data()
     {
-        addColumns<bool, bool>("isNodeCurrent", "isInverted");
-        addRow("tag node", true, false);
-        addRow("inverted node", true, true);
-        addRow("all files", false, false);
+        addColumns<bool, bool, bool>("isNodeCurrent", "isInverted", "isAtTop");
+        addRow("tag node", true, false, false);
+        addRow("first node of the database", true, false, true);
+        addRow("inverted node", true, true, false);
+        addRow("all files", false, false, false);
     }
 
     void deleteKeyUnlinksTagOfNode()
     {
         QFETCH(bool, isNodeCurrent);
         QFETCH(bool, isInverted);
+        QFETCH(bool, isAtTop);
         const bool isUnlinked = isNodeCurrent && !isInverted;
         const QVector<qint64> tags = m_fixture->addTags({"A"_s, "B"_s});
         const qint64 id = m_fixture->addExternal("a.txt"_s, isInverted ? tags.mid(1) : tags);
-        const qint64 nodeId = m_fixture->manager()->addNodeBelow(tags.at(0), m_fixture->addNode(tags.at(1)));
+        const qint64 parentId = isAtTop ? 0 : m_fixture->addNode(tags.at(1));
+        const qint64 nodeId = m_fixture->manager()->addNodeBelow(tags.at(0), parentId);
         m_fixture->tree().changeInversion(nodeId, isInverted);
         showAll();
         list()->selectAll(); // which stays so when the node is clicked
         if (isNodeCurrent)
             m_fixture->activate(nodeId);
-        emit m_ui->fileMenu->aboutToShow();
         QCOMPARE(action("removeFromNodeAction")->isEnabled(), isUnlinked);
 
         QTest::keyClick(list(), Qt::Key_Delete);

@@ -223,7 +223,7 @@ private slots:
             QVERIFY2(window().isVisible() && box && m_fixture->openPath() == path, way);
             // Over the picture, which is in front.
             auto *warning = box->findChild<QMessageBox *>("temporaryWarning"_s);
-            QVERIFY2(warning && warning->isVisible(), way);
+            QVERIFY2(warning && warning->isVisible() && warning->textFormat() == Qt::PlainText, way);
             warning->hide();
         }
         QVERIFY(writer.run("ROLLBACK"_s));

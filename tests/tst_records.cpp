@@ -62,10 +62,17 @@ private slots:
         file->setTags({1, 2, 3});
         QCOMPARE(changes.count(), 0);
         file->addTags({8, 9});
+        file->addTag(4);
+        file->removeTag(9);
         file->removeTags({3, 9, 7, 1});
-        QCOMPARE(changes.count(), 2);
-        QCOMPARE(changes.at(1).at(0).value<QVector<qint64>>(), (QVector<qint64>{2, 8}));
-        QCOMPARE(file->tags(), (QVector<qint64>{2, 8}));
+        QCOMPARE(changes.count(), 4);
+        QCOMPARE(changes.last().at(0).value<QVector<qint64>>(), (QVector<qint64>{2, 8, 4}));
+        QCOMPARE(file->tags(), (QVector<qint64>{2, 8, 4}));
+        QSignalSpy values(file.get(), &File::dataChanged);
+        for (const DataType type : {Description, Description, Size})
+            file->setData(type, 5);
+        QCOMPARE(values.count(), 2);
+        QCOMPARE(values.last().at(0).value<DataType>(), Size);
     }
 
     void pathsAndCodes_data()

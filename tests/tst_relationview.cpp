@@ -1,3 +1,4 @@
+#include "tests/support/dialoganswers.h"
 #include "tests/support/treewindow.h"
 
 #include <QApplication>
@@ -160,6 +161,8 @@ private slots:
         QTEST(w.takeBoxes().size(), "questions");
         QTEST(w.paths(), "paths");
         w.view->setCurrentIndex(w.at("6"_s));
+        QCOMPARE(menuTexts([&w] { emit w.view->customContextMenuRequested(w.placeOf("6"_s)); }),
+                 QStringList("Delete Relationship Subtree"_s));
         w.view->deleteSelectedSubtree();
         QVERIFY(w.takeBoxes().isEmpty() && !w.at("6"_s).isValid());
     }

@@ -252,8 +252,17 @@ private slots:
         QVERIFY(tree.addTree(name) && tree.renameTree(2, name)); // its own
         QVERIFY(!tree.addTree(name) && !tree.renameTree(1, name) && !tree.removeTree(1) &&
                 !tree.removeTree(99));
+        QSignalSpy announced(m_collection->get(), &Collection::aboutToReloadAllData);
         QVERIFY(tree.selectTree(2) && !tree.nodeById(first));
+        QCOMPARE(announced.size(), 1); // docks note then what is selected and open
         QCOMPARE(tree.currentTreeName(), name);
+        // A list that cannot be read leaves the one that is known.
+        for (const auto &names :
+             {qMakePair("browsing_trees"_s, "away"_s), qMakePair("away"_s, "browsing_trees"_s)}) {
+            QVERIFY(m_server->owner().run("ALTER TABLE %1 RENAME TO %2"_s.arg(names.first, names.second)));
+            m_collection->manager()->loadBrowsingTrees();
+            QCOMPARE(tree.browsingTrees().size(), 2);
+        }
         // Nodes of both kinds go into the tree that is shown: the window's and the worker's.
         QCOMPARE(tree.nodeById(m_collection->addNode(tagId))->treeId(), qint64(2));
         m_collection->write("folder/f.txt"_s, "f");

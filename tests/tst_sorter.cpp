@@ -95,10 +95,11 @@ private slots:
         QFETCH(QString, text);
         Views views;
         const qint64 now = QDateTime::currentSecsSinceEpoch();
-        views.contents.loadFiles(FileRecords::map(
-            {views.records.add({}, 1, "Report.pdf"_s, now), views.records.add({}, 1, "my report"_s, now),
-             views.records.add({}, 1, "kein ärger"_s, now, "Holiday plans"_s),
-             views.records.add({}, 1, "\U0001F600 %1\"'"_s, now)}));
+        views.files = {views.records.add({}, 1, "Report.pdf"_s, now),
+                       views.records.add({}, 1, "my report"_s, now),
+                       views.records.add({}, 1, "kein ärger"_s, now, "Holiday plans"_s),
+                       views.records.add({}, 1, "\U0001F600 %1\"'"_s, now)};
+        views.contents.loadFiles(FileRecords::map(views.files));
         views.sorter.setFilterText(text);
         QTEST(views.shown(), "shown");
 
@@ -108,6 +109,14 @@ private slots:
         late->setData(Name, text + QLatin1Char('x'));
         views.contents.updateFiles({late->id()});
         QVERIFY(views.shown().contains(late->id()));
+
+        // What no longer does goes, from the first row, too.
+        views.files.append(late);
+        const qint64 firstId = views.shown().first();
+        for (const DataType value : {Name, Description, IdCode})
+            views.files.at(int(firstId) - 1)->setData(value, "-"_s);
+        views.contents.updateFiles({firstId});
+        QCOMPARE(views.shown().contains(firstId), text.isEmpty());
     }
 
     void ordersByEachColumn_data()

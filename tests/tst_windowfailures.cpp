@@ -76,9 +76,9 @@ private slots:
         QFETCH(QString, outcome);
         if (isOnServer) {
             QVERIFY(m_server->refuse(what));
-            QVERIFY(
-                m_server->owner().run("CREATE OR REPLACE FUNCTION no() RETURNS trigger LANGUAGE plpgsql AS "
-                                      "'BEGIN RAISE EXCEPTION ''no'' USING ERRCODE=''53100''; END'"_s));
+            QVERIFY(m_server->owner().run(
+                "CREATE OR REPLACE FUNCTION no() RETURNS trigger LANGUAGE plpgsql AS "
+                "'BEGIN RAISE EXCEPTION ''no %'', random() USING ERRCODE=''53100''; END'"_s));
         } else {
             Sql::run("CREATE TRIGGER no BEFORE %1 BEGIN SELECT raise(ABORT,'no'); END"_s.arg(what));
         }
