@@ -25,7 +25,7 @@ bool makeDatabase(const QString &path)
 
 std::shared_ptr<PartFile> ExportTarget::make(const ExportRequest &request)
 {
-    if (!mayStandAt(request.path))
+    if (!mayStandAt(request.path, request.form))
         return nullptr;
     auto target = std::make_shared<PartFile>(request.path);
     errno = 0;
@@ -36,10 +36,16 @@ std::shared_ptr<PartFile> ExportTarget::make(const ExportRequest &request)
     return m_refusal.isEmpty() ? target : nullptr;
 }
 
-bool ExportTarget::mayStandAt(const QString &path)
+bool ExportTarget::mayStandAt(const QString &path, int form)
 {
-    if (QFileInfo(path).isDir())
+    const QFileInfo there(path);
+    if (there.isDir())
         return refuse(tr("A folder has this name."));
+    // To take its place would need the rights on the folder alone.
+    if (there.exists() && !there.isWritable())
+        return refuse(tr("The file there is write-protected."));
+    if (form == ExportRequest::Csv)
+        return true;
     // SQLite would take the changes in it for those of the new database.
     for (const char *ending : {"-journal", "-wal"}) {
         const QString leftover = path + QLatin1String(ending);

@@ -16,7 +16,7 @@ public:
     const QString &refusal() const { return m_refusal; }
 
 private:
-    bool mayStandAt(const QString &path);
+    bool mayStandAt(const QString &path, int form);
     bool refuse(const QString &reason);
 
     QString m_refusal;

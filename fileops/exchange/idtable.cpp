@@ -19,7 +19,7 @@ bool IdTable::create()
 bool IdTable::add(const QVector<qint64> &ids)
 {
     const QString insert =
-        QStringLiteral("INSERT OR IGNORE INTO temp.%1 (id) SELECT value FROM json_each(?) ORDER BY key;")
+        QStringLiteral("INSERT OR IGNORE INTO temp.%1 (id) SELECT value FROM json_each(?);")
             .arg(m_name);
     for (int first = 0; first < ids.size(); first += idsAtOnce) {
         const QString list = SqlText::idList(ids.mid(first, idsAtOnce));
