@@ -40,9 +40,9 @@ private slots:
                "SELECT tag_name, tag_description, created_by FROM tags"_s,
                "x'); DROP TABLE tags;--\"|%1 ' \"|\""_s);
         addRow(
-            "tags of one name, without a name, with text for a date", ""_s,
+            "tags of one name, without a name, with no number for a date", ""_s,
             tags.arg(1).arg("a"_s) + tags.arg(2).arg("a"_s) + tags.arg(3).arg(" "_s) +
-                "INSERT INTO tags VALUES (4,'c','','soon',NULL); INSERT INTO tags VALUES (5,NULL,'',5,NULL);"_s,
+                "INSERT INTO tags VALUES (4,'c','','soon',NULL),(6,'d','',x'2b3132',NULL); INSERT INTO tags VALUES (5,NULL,'',5,NULL);"_s,
             tagNames, "1|a"_s);
         const QString twoTags = tags.arg(1).arg("a"_s) + tags.arg(2).arg("b"_s);
         addRow(
@@ -146,6 +146,10 @@ private slots:
                 record(1, 1, 4, 1, 1) + record(2, 1, 4, 5, 2) + record(3, 1, 4, 6, 3) +
                 record(4, 1, 4, 77, 4) + file(9, "x"),
             contents, "file9|x"_s);
+        addRow("sizes whose sum is no number", ""_s,
+               file(1, "a") + file(2, "b") + "UPDATE files SET file_size=5000000000000000000;"_s +
+                   file(3, "x"),
+               contents, "file3|x"_s);
         addRow("links", record(1, 2, 0, 0, 8),
                record(1, 2, 0, 0, 8) + record(2, 2, 0, 0, 9) + record(3, 2, 0, 0, 8),
                "SELECT file_id, file_name, internal FROM files ORDER BY 1"_s,

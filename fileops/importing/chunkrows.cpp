@@ -16,6 +16,9 @@ namespace {
 constexpr int mostFiles = 10000;
 constexpr int fewestFiles = 16;
 constexpr qint64 mostBytes = 64LL << 20;
+// What a file is reckoned at has a bound: a source may record any number, and their sum must be one, too.
+const QString bytesOfContents =
+    QStringLiteral("CASE kind WHEN 1 THEN min(max(0,size),%1) ELSE 0 END").arg(1LL << 40);
 
 QString tr(const char *text)
 {
@@ -141,8 +144,8 @@ qint64 ChunkRows::cut()
     m_isChain = false;
     bool mustCut = false;
     m_run.statements.each(QStringLiteral("SELECT count(*), min(file_id), max(file_id), "
-                                         "sum(CASE kind WHEN 1 THEN max(0,size) ELSE 0 END), "
-                                         "max(continue_id>0) FROM mem_chunk"),
+                                         "sum(%1), max(continue_id>0) FROM mem_chunk")
+                              .arg(bytesOfContents),
                           [&](const ImportStatements::Row &row) {
                               m_range = {int(row.number(0)), row.number(1), row.number(2)};
                               m_bytes = row.number(3);
@@ -160,8 +163,8 @@ qint64 ChunkRows::cutAtBytes()
     qint64 lastId = 0;
     bool isCut = false;
     m_run.statements.each(
-        QStringLiteral("SELECT number, file_id, CASE kind WHEN 1 THEN max(0,size) ELSE 0 END, "
-                       "continue_id>0 FROM mem_chunk ORDER BY number"),
+        QStringLiteral("SELECT number, file_id, %1, continue_id>0 FROM mem_chunk ORDER BY number")
+            .arg(bytesOfContents),
         [&](const ImportStatements::Row &row) {
             const bool isChain = row.number(3) != 0;
             const qint64 bytes = row.number(2);

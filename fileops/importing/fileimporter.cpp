@@ -34,8 +34,8 @@ FileImporter::FileImporter(ImportRun &run, bool takesDescriptions)
 void FileImporter::copyFiles()
 {
     m_total = m_run.statements.number(
-        QStringLiteral("SELECT sum(%1+CASE WHEN internal=1 THEN max(0,file_size) ELSE 0 END) "
-                       "FROM mem_files WHERE fate=0")
+        QStringLiteral("SELECT CAST(total(%1+CASE WHEN internal=1 THEN max(0,file_size) ELSE 0 END) "
+                       "AS INTEGER) FROM mem_files WHERE fate=0")
             .arg(bytesOfFile));
     m_rows.begin();
     constexpr qint64 highest = std::numeric_limits<qint64>::max();
@@ -51,7 +51,7 @@ void FileImporter::copyFiles()
         qDebug() << "Adding file" << range.first << "and" << range.count - 1 << "others";
         if (!copyChunk())
             copyRange(range.first, range.last);
-        m_done += m_rows.bytes() + range.count * qint64(bytesOfFile);
+        m_done += double(m_rows.bytes()) + double(range.count) * bytesOfFile;
     } while (last < highest);
 }
 
@@ -113,7 +113,7 @@ bool FileImporter::isFatal(const CriticalDMError &failure) const
 
 void FileImporter::reportProgress(qint64 bytes)
 {
-    const double share = m_total > 0 ? double(m_done + bytes) / double(m_total) : 0.0;
+    const double share = m_total > 0 ? (m_done + double(bytes)) / double(m_total) : 0.0;
     m_run.tell(tr("Copying files..."),
                firstPercent + int(qBound(0.0, share, 1.0) * (lastPercent - firstPercent)));
 }

@@ -32,5 +32,5 @@ private:
     ImportRun &m_run;
     ChunkRows m_rows;
     qint64 m_total = 0; ///< of bytes, and of some for each file
-    qint64 m_done = 0;
+    double m_done = 0;  ///< the same; a source may record more than there is
 };

@@ -22,8 +22,9 @@ qint64 ImportStatements::Row::number(int column) const
 bool ImportStatements::Row::readNumber(int column, qint64 &number) const
 {
     const QVariant value = m_query.value(column);
-    bool isNumber = true;
-    number = value.isNull() ? 0 : value.toLongLong(&isNumber);
+    // Bytes are none, whatever digits they look like.
+    bool isNumber = value.type() != QVariant::ByteArray;
+    number = value.isNull() || !isNumber ? 0 : value.toLongLong(&isNumber);
     return isNumber;
 }
 

@@ -3,6 +3,7 @@
 #include "db/sql/statementbreak.h"
 #include "db/sql/transaction.h"
 #include "fileops/exchange/attacheddatabase.h"
+#include "fileops/exchange/quietstatements.h"
 #include "fileops/importing/contentcomparison.h"
 #include "fileops/importing/contentgroups.h"
 #include "fileops/importing/fileimporter.h"
@@ -16,6 +17,7 @@
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
+#include <QSignalBlocker>
 #include <QSqlDatabase>
 
 #include <algorithm>
@@ -24,12 +26,18 @@
 namespace {
 const QString schemaName = QStringLiteral("fileSource");
 
-/** What is the open database's own affair, or that of its disk; of SQLite. */
-bool isOfOpenDatabase(const QSqlError &error)
+/** What is a file's own affair, or that of its disk, and not that of a statement; of SQLite. */
+bool isOfFile(const QSqlError &error)
 {
-    static constexpr int codes[] = {5, 6, 7, 8, 10, 13};
+    static constexpr int codes[] = {5, 6, 7, 8, 10, 13, 14};
     const int code = error.nativeErrorCode().toInt() & 0xff;
     return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
+}
+/** A place that cannot be read, which may be one of either file. */
+bool isOfReading(const QSqlError &error)
+{
+    const int code = error.nativeErrorCode().toInt();
+    return code == 266 || code == 522;
 }
 } // namespace
 
@@ -72,7 +80,7 @@ bool SQLiteImporter::import(const QString &path, const ImportOptions &options, b
     try {
         isDone = runAttached(run, options);
     } catch (const CriticalDMError &failure) {
-        tellFailure(failure);
+        tellFailure(run, failure.error());
     }
     run.statements.forget();
     // Ends all temporary tables, too.
@@ -87,8 +95,10 @@ bool SQLiteImporter::runAttached(ImportRun &run, const ImportOptions &options)
     createTables(run);
     QList<ShellFile> missing;
     {
-        Transaction transaction(m_worker, m_worker.connectionName());
+        Transaction transaction = begin();
         if (!transaction.isActive()) {
+            if (m_worker.lastError().isValid())
+                throw CriticalDMError(m_worker.lastError());
             m_worker.report().setOutcome(tr("Nothing was imported."));
             return false;
         }
@@ -115,6 +125,14 @@ bool SQLiteImporter::runAttached(ImportRun &run, const ImportOptions &options)
     if (m_isShell)
         emit importNotification(missing);
     return true;
+}
+
+Transaction SQLiteImporter::begin()
+{
+    // It takes the lock of the source, too: what is in the way of that is no error of the open database.
+    const QSignalBlocker silence(m_worker);
+    m_worker.forgetLastError();
+    return Transaction(m_worker, m_worker.connectionName());
 }
 
 void SQLiteImporter::createTables(ImportRun &run)
@@ -209,10 +227,15 @@ QList<ShellFile> SQLiteImporter::missingFiles(ImportRun &run)
 
 void SQLiteImporter::refuse(const QString &name, const QString &why)
 {
-    emit m_worker.error(tr("\"%1\" was not imported.\n\n%2").arg(name, why), tr("Error importing files "));
+    emit m_worker.error(tr("\"%1\" was not imported.\n\n%2").arg(name, why), title());
 }
 
-void SQLiteImporter::tellFailure(const CriticalDMError &failure)
+QString SQLiteImporter::title() const
+{
+    return m_isShell ? tr("Error importing shell database ") : tr("Error importing files ");
+}
+
+void SQLiteImporter::tellFailure(const ImportRun &run, const QSqlError &error)
 {
     m_worker.report().setOutcome(tr("Nothing was imported."));
     m_worker.report().setDone(0, 1);
@@ -220,12 +243,19 @@ void SQLiteImporter::tellFailure(const CriticalDMError &failure)
         return;
     qDebug("%s", m_isShell ? "importShellDB(...) has caught an unknown exception ***"
                            : "importSQLiteDatabase(...) has caught an unknown exception *******");
-    if (isOfOpenDatabase(failure.error())) {
-        m_worker.emitError(failure.error());
-        return;
+    if (isOfFile(error)) {
+        // It does not say which of the two files it is about.
+        QuietStatements source(m_worker);
+        if (!source.run(QStringLiteral("SELECT count(*) FROM fileSource.sqlite_master"))) {
+            refuse(run.source.shownName(), source.isBusy() ? ImportSource::busyText() : source.reason());
+            return;
+        }
+        if (!isOfReading(error)) {
+            m_worker.emitError(error);
+            return;
+        }
     }
     const QString text = m_isShell ? tr("An unknown error occurred while importing shell database")
                                    : tr("An unknown error occurred while adding files");
-    emit m_worker.error(text + QLatin1String("\n\n") + failure.error().databaseText(),
-                        m_isShell ? tr("Error importing shell database ") : tr("Error importing files "));
+    emit m_worker.error(text + QLatin1String("\n\n") + error.databaseText(), title());
 }

@@ -10,6 +10,7 @@
 class ContentComparison;
 class FileOperationWorker;
 class ImportRun;
+class Transaction;
 
 /**
  * Merges another local database, or a shell, into the open one. The source is attached to the worker's
@@ -43,14 +44,16 @@ signals:
 private:
     bool import(const QString &path, const ImportOptions &options, bool isShell);
     bool runAttached(ImportRun &run, const ImportOptions &options);
+    Transaction begin();
     static void createTables(ImportRun &run);
     void work(ImportRun &run, const ImportOptions &options);
     void importTagsAndTrees(ImportRun &run, const ImportOptions &options);
     static void importFiles(ImportRun &run, const ContentComparison &contents, bool isAdding,
                             bool takesDescriptions);
     static QList<ShellFile> missingFiles(ImportRun &run);
+    QString title() const;
     void refuse(const QString &name, const QString &why);
-    void tellFailure(const CriticalDMError &failure);
+    void tellFailure(const ImportRun &run, const QSqlError &error);
 
     FileOperationWorker &m_worker;
     bool m_isShell = false;

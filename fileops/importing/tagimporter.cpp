@@ -57,7 +57,7 @@ void TagImporter::importFrom(const char *tagsCondition)
         auto known = idsByName.find(name);
         if (known == idsByName.end()) {
             known = idsByName.insert(name, nextId++);
-            importTag(row.number(0), name, known.value());
+            importTag(row.number(0), name, date, known.value());
         }
         qDebug() << "Mapping tag" << row.number(0) << "to new id" << known.value();
         m_run.statements.run(
@@ -69,14 +69,12 @@ void TagImporter::importFrom(const char *tagsCondition)
                           take);
 }
 
-void TagImporter::importTag(qint64 oldId, const QString &name, qint64 newId)
+void TagImporter::importTag(qint64 oldId, const QString &name, qint64 date, qint64 newId)
 {
-    const QString date = ImportStatements::asNumber(QStringLiteral("creation_date"));
     m_run.statements.run(
         QStringLiteral("INSERT INTO main.tags (tag_id,tag_name,tag_description,creation_date,created_by) "
-                       "SELECT ?, ?, CAST(tag_description AS TEXT), %1, CAST(created_by AS TEXT) "
-                       "FROM fileSource.tags WHERE tag_id=?")
-            .arg(date),
-        {newId, name, oldId});
+                       "SELECT ?, ?, CAST(tag_description AS TEXT), ?, CAST(created_by AS TEXT) "
+                       "FROM fileSource.tags WHERE tag_id=?"),
+        {newId, name, date, oldId});
     m_run.report.count(ImportReport::Tags);
 }

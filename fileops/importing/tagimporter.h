@@ -21,7 +21,7 @@ public:
 
 private:
     void importFrom(const char *tagsCondition);
-    void importTag(qint64 oldId, const QString &name, qint64 newId);
+    void importTag(qint64 oldId, const QString &name, qint64 date, qint64 newId);
 
     ImportRun &m_run;
 };
