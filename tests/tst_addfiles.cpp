@@ -108,6 +108,12 @@ private slots:
                 "spaced .txt||10|%1|%2|0|0|7|%3|%4"_s.arg(QFileInfo(path).lastModified().toSecsSinceEpoch())
                     .arg(DataChecksum::ofBytes("0123456789"))
                     .arg(path, base.relativeFilePath(path))));
+        if (!m_fixture->isLocal())
+            return;
+        QFile beside(base.filePath("beside"_s)); // no folder is named where none lies in between
+        QVERIFY(beside.open(QIODevice::WriteOnly) && beside.putChar('x') && beside.flush());
+        m_fixture->add({beside.fileName()});
+        QCOMPARE(Sql::value("SELECT rel_path FROM file_paths WHERE path_id>1"), "beside"_s);
     }
 
     void internalContents_data()

@@ -1,3 +1,4 @@
+#include "models/tags/taggroupmodel.h"
 #include "resources/resources.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
@@ -412,6 +413,8 @@ private slots:
             dialog.findChildren<QPushButton *>(QString(), Qt::FindDirectChildrenOnly).at(1)->click();
             QCOMPARE(person.seen().size(), 4); // quotes alone count as Cancel
         }
+        const QModelIndex tab = view->model()->index(1, TagGroupModel::TabColumn);
+        QVERIFY(!view->model()->setData(tab, tab.data(Qt::CheckStateRole), Qt::CheckStateRole)); // no edit
         view->setCurrentIndex(view->model()->index(1, 0));
         QTest::keyClick(view, Qt::Key_Space);
         QCOMPARE(w.tabs(), "All Tags,D-Tags,warm,new"_s);

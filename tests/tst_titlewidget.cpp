@@ -103,6 +103,7 @@ private slots:
     void closingClears()
     {
         m_fixture->mainView().showTagsSelected({1});
+        QCOMPARE(m_bar->toolTip(), "Drop tags here to show the files that have them"_s);
         m_bar->setController(nullptr);
         QCOMPARE(heading(), QString());
         QCOMPARE(text(), "No tag or browsing node open"_s);
