@@ -250,6 +250,9 @@ private slots:
         addRow("block without bytes", "DELETE FROM storage WHERE storage_id=2"_s, true);
         addRow("text for a number", "UPDATE storage_info SET continue_id='x' WHERE storage_id=3"_s, true);
         addRow("no number", "UPDATE storage_info SET continue_id=NULL WHERE storage_id=3"_s, false);
+        addRow("fewer bytes than its size", "UPDATE storage SET data='b' WHERE storage_id=2"_s, true);
+        addRow("no bytes at all", "UPDATE storage SET data=NULL WHERE storage_id=2"_s, true);
+        addRow("size in too few bits", "UPDATE files SET file_size=-15 WHERE file_id=1234"_s, false);
         addRow("negative number", "UPDATE storage_info SET continue_id=-1 WHERE storage_id=3"_s, false);
     }
 
@@ -391,6 +394,26 @@ private slots:
         QCOMPARE(TestFolder::read(request.path), before);
         QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden).size(), hadTarget ? 1 : 0);
         QVERIFY(QDir(folder).removeRecursively());
+    }
+
+    void lastLinesMeetTheFullDiskToo()
+    {
+        const QString folder = QString::fromLocal8Bit(qgetenv("VORNA_SMALL_DISK"));
+        if (folder.isEmpty() || QStorageInfo(folder).bytesAvailable() > 200 << 20)
+            QSKIP("VORNA_SMALL_DISK names no folder, or one with too much room.");
+        m_database->addFiles(5);
+        ExportRequest request = requestOf("SELECT file_id FROM files");
+        request.form = ExportRequest::Csv;
+        request.path = folder + "/x.csv"_s;
+        QFile filler(folder + "/filler"_s);
+        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        while (filler.write(QByteArray(4096, 'x')) > 0)
+            continue;
+        const bool isDone = run(request);
+        filler.remove();
+        QVERIFY(isDone);
+        QVERIFY2(m_words.value(0).contains("Nothing was exported"_s), qPrintable(m_words.value(0)));
+        QVERIFY(!QFile::exists(request.path));
     }
 
     void targetIsReplacedWhole()

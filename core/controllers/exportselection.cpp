@@ -7,23 +7,44 @@
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
 
+#include <QSet>
+
 namespace {
 QVector<qint64> filesOf(const MainViewController &files, const TagRequirements &requirements)
 {
     FileFilterModel filter;
-    filter.setSourceModel(files.contentsModel());
     filter.setTagRequirements(requirements);
+    filter.setSourceModel(files.contentsModel());
     return filter.acceptedFiles();
 }
 
 QVector<qint64> filesOf(const MainViewController &files, NodeType special)
 {
     FileFilterModel filter;
-    filter.setSourceModel(files.contentsModel());
     filter.setSpecialNode(special);
+    filter.setSourceModel(files.contentsModel());
     return filter.acceptedFiles();
 }
 } // namespace
+
+void ExportSelection::add(const ExportSelection &other)
+{
+    const auto addNew = [](QVector<qint64> &to, const QVector<qint64> &from) {
+        QSet<qint64> known(to.cbegin(), to.cend());
+        for (const qint64 id : from) {
+            const int count = known.size();
+            known.insert(id);
+            if (known.size() > count)
+                to.append(id);
+        }
+    };
+    if (isEmpty()) {
+        *this = other;
+        return;
+    }
+    addNew(fileIds, other.fileIds);
+    addNew(tagIds, other.tagIds);
+}
 
 ExportSelection ExportSelection::ofFiles(const QVector<qint64> &fileIds)
 {

@@ -14,6 +14,8 @@ struct ExportSelection
     QVector<qint64> tagIds;
     bool addAllTagsOfFiles = true;
 
+    /** Takes in what it does not have yet. */
+    void add(const ExportSelection &other);
     bool isEmpty() const { return fileIds.isEmpty() && tagIds.isEmpty(); }
 
     static ExportSelection ofFiles(const QVector<qint64> &fileIds);

@@ -32,7 +32,7 @@ std::shared_ptr<PartFile> ExportTarget::make(const ExportRequest &request)
     if (!target->open(QFileInfo::exists(request.path)))
         refuse(qt_error_string(errno));
     else if (request.form != ExportRequest::Csv && !makeDatabase(target->path()))
-        refuse(tr("No database can be made there. The disk may be full."));
+        refuse(tr("No database can be made there. The disk may be full, or take no locks."));
     return m_refusal.isEmpty() ? target : nullptr;
 }
 
@@ -41,6 +41,8 @@ bool ExportTarget::mayStandAt(const QString &path, int form)
     const QFileInfo there(path);
     if (there.isDir())
         return refuse(tr("A folder has this name."));
+    if (there.isSymLink() && !there.exists())
+        return refuse(tr("A link has this name, and what it leads to is gone."));
     // To take its place would need the rights on the folder alone.
     if (there.exists() && !there.isWritable())
         return refuse(tr("The file there is write-protected."));

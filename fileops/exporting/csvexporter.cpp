@@ -1,11 +1,13 @@
 #include "fileops/exporting/csvexporter.h"
 
 #include "core/records/filekind.h"
+#include "db/sql/statementbreak.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
 #include <QHash>
 #include <QIODevice>
+#include <QSqlDatabase>
 
 namespace {
 constexpr int linesAtOnce = 500;
@@ -54,8 +56,17 @@ bool CsvExporter::run(QIODevice &target)
 
 bool CsvExporter::exportAll()
 {
-    if (!writeHeader())
+    try {
+        return writeHeader() && writeAllLines();
+    } catch (...) {
+        qDebug("Unknown exception caught.");
+        m_reason = FileOperationWorker::tr("There is not enough memory.");
         return false;
+    }
+}
+
+bool CsvExporter::writeAllLines()
+{
     qint64 last = 0;
     for (qint64 first = 1; first <= m_request.fileIds.size(); first = last + 1) {
         if (m_worker.shouldEnd()) {
@@ -76,6 +87,9 @@ bool CsvExporter::exportAll()
 
 bool CsvExporter::writeHeader()
 {
+    // It reads the tags of all files in one go.
+    const StatementBreak statementBreak(QSqlDatabase::database(m_worker.connectionName(), false),
+                                        [this] { return m_worker.shouldEnd(); });
     qint64 mostTags = 0;
     if (!m_statements.readNumber(QStringLiteral("SELECT ifnull(max(count), 0) FROM (SELECT count(*) AS count "
                                                 "FROM main.file_tag NATURAL JOIN main.tags WHERE file_id IN "

@@ -27,6 +27,7 @@ public:
 private:
     bool exportAll();
     bool writeHeader();
+    bool writeAllLines();
     bool writeLines(qint64 first, qint64 &last);
     bool readTags(qint64 first, qint64 last);
     QString line(const TableRowData &row);

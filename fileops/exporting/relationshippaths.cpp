@@ -26,6 +26,9 @@ void RelationshipPaths::add(const QString &path)
         if (!kept.isEmpty())
             kept += QLatin1Char('.');
         kept += QString::number(tagId);
-        m_paths.insert(kept);
     }
+    // Of a path that is known all beginnings are.
+    for (; !kept.isEmpty() && !m_paths.contains(kept);
+         kept.truncate(qMax(0, kept.lastIndexOf(QLatin1Char('.')))))
+        m_paths.insert(kept);
 }

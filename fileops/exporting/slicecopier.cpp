@@ -42,17 +42,22 @@ const QString noteBlocks = QStringLiteral(
     "WITH RECURSIVE chain(file_id, storage_id, continue_id) AS ("
     "SELECT file.file_id, info.storage_id, ifnull(info.continue_id, 0) FROM main.files AS file "
     "JOIN main.storage_info AS info ON info.storage_id=file.storage_id "
-    "WHERE file.internal=1 AND file.file_size<>0 AND file.file_id %1 "
+    "WHERE file.internal=1 AND ifnull(file.file_size, -1)<>0 AND file.file_id %1 "
     "UNION SELECT chain.file_id, info.storage_id, ifnull(info.continue_id, 0) FROM chain "
     "JOIN main.storage_info AS info ON info.storage_id=chain.continue_id WHERE chain.continue_id>0) "
     "SELECT file_id, storage_id, continue_id FROM chain ORDER BY storage_id;");
 const QString countEndless =
-    QStringLiteral("SELECT count(*) FROM main.files WHERE internal=1 AND file_size<>0 AND file_id %1 "
+    QStringLiteral("SELECT count(*) FROM main.files WHERE internal=1 AND ifnull(file_size, -1)<>0 "
+                   "AND file_id %1 "
                    "AND file_id NOT IN "
                    "(SELECT file_id FROM temp.mem_export_blocks WHERE continue_id<=0);");
-const QString countMissingBlocks =
-    QStringLiteral("SELECT count(*) FROM temp.mem_export_blocks WHERE storage_id NOT IN "
-                   "(SELECT storage_id FROM main.storage);");
+// Sizes of more than 31 bits may stand there cut to a negative one.
+const QString countShort = QStringLiteral(
+    "SELECT count(*) FROM (SELECT file.file_size AS size, count(*) - count(block.storage_id) AS missing, "
+    "total(iif(typeof(block.data)='blob', length(block.data), length(CAST(block.data AS BLOB)))) AS bytes "
+    "FROM temp.mem_export_blocks AS link JOIN main.files AS file ON file.file_id=link.file_id "
+    "LEFT JOIN main.storage AS block ON block.storage_id=link.storage_id GROUP BY link.file_id) "
+    "WHERE missing>0 OR bytes<size;");
 const QString insertLinks =
     QStringLiteral("INSERT OR IGNORE INTO exportTo.storage_info (storage_id, continue_id) "
                    "SELECT storage_id, continue_id FROM temp.mem_export_blocks;");
@@ -193,10 +198,10 @@ SliceCopier::Outcome SliceCopier::copyContents(const Range &range)
         !m_statements.run(QStringLiteral("DELETE FROM temp.mem_export_blocks;")) || !runOn(range, noteBlocks))
         return failure();
     qint64 endless = 0;
-    qint64 missing = 0;
-    if (!countOf(range, countEndless, endless) || !m_statements.readNumber(countMissingBlocks, missing))
+    qint64 cutShort = 0;
+    if (!countOf(range, countEndless, endless) || !m_statements.readNumber(countShort, cutShort))
         return failure();
-    return endless + missing > 0 ? Damaged : copyBlocks(range);
+    return endless + cutShort > 0 ? Damaged : copyBlocks(range);
 }
 
 SliceCopier::Outcome SliceCopier::copyBlocks(const Range &range)

@@ -76,8 +76,8 @@ bool SQLiteExporter::exportAttached()
                                             [this] { return m_worker.shouldEnd(); });
         if (exportAll() && commit())
             return true;
-    } catch (const std::exception &exception) {
-        qDebug() << "Unknown exception caught." << exception.what();
+    } catch (...) {
+        qDebug("Unknown exception caught.");
         m_reason = FileOperationWorker::tr("There is not enough memory.");
     }
     m_statements.run(QStringLiteral("ROLLBACK;"));

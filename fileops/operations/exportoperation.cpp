@@ -59,6 +59,9 @@ void ExportOperation::finish(const Exporter &exporter, bool isDone)
 
 QString ExportOperation::giveName()
 {
+    // The last lines of a table may still be on their way to a full disk.
+    if (!m_target->device().flush())
+        return m_target->device().errorString();
     errno = 0;
     const PartFile::Outcome outcome = m_target->isReplacing() ? m_target->replace() : m_target->giveName();
     if (outcome == PartFile::Named)

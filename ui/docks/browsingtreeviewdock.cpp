@@ -161,7 +161,6 @@ void BrowsingTreeViewDock::openContextMenu(const QPoint &position)
              {RelationsAction, InvertAction, LinkAction, LinkMenuAction, DeleteAction, DeleteTreeAction})
             menu.addAction(m_actions.value(key));
     }
-    m_exports->menu()->menuAction()->setEnabled(m_exports->isLocal());
     menu.addMenu(m_exports->menu());
     menu.exec(m_view->viewport()->mapToGlobal(position));
     m_view->returnToShownNode();
@@ -172,13 +171,9 @@ ExportSelection BrowsingTreeViewDock::exportSelection() const
     ExportSelection all;
     if (!m_controller || !m_view->selectionModel())
         return all;
-    for (const QModelIndex &index : m_view->selectionModel()->selectedRows()) {
-        const ExportSelection one =
-            ExportSelection::ofNode(*m_controller, NodeType(index.data(NodeRole::Type).toInt()),
-                                    index.data(NodeRole::Id).toLongLong());
-        all.fileIds += one.fileIds;
-        all.tagIds += one.tagIds;
-    }
+    for (const QModelIndex &index : m_view->selectionModel()->selectedRows())
+        all.add(ExportSelection::ofNode(*m_controller, NodeType(index.data(NodeRole::Type).toInt()),
+                                        index.data(NodeRole::Id).toLongLong()));
     return all;
 }
 

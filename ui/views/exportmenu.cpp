@@ -65,6 +65,7 @@ void ExportMenu::updateAvailability(bool hasSelection)
 {
     for (QAction *entry : qAsConst(m_entries))
         entry->setEnabled(hasSelection && isLocal());
+    m_menu->menuAction()->setEnabled(isLocal());
 }
 
 void ExportMenu::bringEntries()
