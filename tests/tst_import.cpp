@@ -160,6 +160,21 @@ private slots:
                 "INSERT INTO file_paths VALUES (1,'/a/../b/x''y','wrong'),(3,'','');"_s,
             "SELECT file_name, path, rel_path LIKE '../%b/x''y' FROM files JOIN file_paths ON path_id=storage_id"_s,
             "file1|/a/../b/x'y|1"_s);
+        addRow(
+            "a path that is recorded here, with other contents",
+            record(1, 0, 5, 1, 11) + "INSERT INTO file_paths VALUES (1,'/gone/x','');"_s,
+            record(4, 0, 6, 2, 12) + record(5, 0, 6, 3, 13) +
+                "INSERT INTO file_paths VALUES (2,'/gone/x',''),(3,'/gone/y','');"
+                "INSERT INTO tags VALUES (1,'a','',1,''); INSERT INTO file_tag VALUES (4,1);"_s,
+            "SELECT file_name, path, tag_id FROM files JOIN file_paths ON path_id=storage_id LEFT JOIN file_tag USING (file_id) ORDER BY 1"_s,
+            "file1|/gone/x|1 file5|/gone/y|"_s);
+        QString crowd;
+        for (int id = 1; id <= 60; ++id)
+            crowd += file(id, QByteArray::number(10 + id % 40));
+        addRow(
+            "many of one checksum and size", ""_s, crowd + "UPDATE files SET data_checksum=7;"_s,
+            "SELECT count(*), count(DISTINCT CAST(data AS TEXT)) FROM files JOIN storage USING (storage_id)"_s,
+            "40|40"_s);
         addRow("numbers that are none, and kinds", ""_s,
                file(1, "a") + record(2, 5, 0, 0, 1) +
                    "INSERT INTO files VALUES "

@@ -4,6 +4,7 @@
 #include "fileops/files/regularfile.h"
 #include "fileops/worker/fileoperationworker.h"
 
+#include <QCryptographicHash>
 #include <QSignalBlocker>
 
 #include <cstring>
@@ -104,14 +105,28 @@ ContentComparison::Result ContentComparison::compare(const Side &left, const Sid
 
 qint64 ContentComparison::checksumOf(const Side &side) const
 {
-    const QSignalBlocker blocker(&m_worker);
     DataChecksum checksum;
+    const bool isRead =
+        readAll(side, [&checksum](const char *bytes, int count) { checksum.update(bytes, count); });
+    return isRead ? qint64(checksum.take()) : qint64(-1);
+}
+
+QByteArray ContentComparison::hashOf(const Side &side) const
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    const bool isRead = readAll(side, [&hash](const char *bytes, int count) { hash.addData(bytes, count); });
+    return isRead ? hash.result() : QByteArray();
+}
+
+bool ContentComparison::readAll(const Side &side, const std::function<void(const char *, int)> &take) const
+{
+    const QSignalBlocker blocker(&m_worker);
     Stream stream(*this, side);
     while (stream.isReadable() && !m_worker.shouldEnd()) {
         stream.readNext();
         if (stream.isReadable() && stream.count() == 0)
-            return checksum.take();
-        checksum.update(stream.bytes(), stream.count());
+            return true;
+        take(stream.bytes(), stream.count());
     }
-    return -1;
+    return false;
 }

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 class FileOperationWorker;
 
 /**
@@ -32,9 +34,14 @@ public:
     Result compare(const Side &left, const Side &right) const;
     /** The fingerprint of a file's bytes; -1 when they cannot be read. */
     qint64 checksumOf(const Side &side) const;
+    /** What tells contents apart for sure; none when they cannot be read. */
+    QByteArray hashOf(const Side &side) const;
 
 private:
     class Stream;
+
+    /** Hands all bytes on; false when they cannot be read to their end. */
+    bool readAll(const Side &side, const std::function<void(const char *, int)> &take) const;
 
     FileOperationWorker &m_worker;
     const QString m_sourcePath;

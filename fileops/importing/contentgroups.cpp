@@ -2,7 +2,6 @@
 
 #include "core/records/filekind.h"
 #include "fileops/duplicates/duplicatechoice.h"
-#include "fileops/importing/contentcomparison.h"
 #include "fileops/importing/importrun.h"
 #include "fileops/importing/sourcefiles.h"
 
@@ -15,6 +14,9 @@
 
 namespace {
 constexpr int contentGroup = 1;
+// Of one checksum and size. What belongs to none of these is told by a hash, as pairs of very many take too
+// long.
+constexpr int mostCompared = 16;
 
 QString tr(const char *text)
 {
@@ -24,8 +26,8 @@ QString tr(const char *text)
 
 void ContentGroups::createTables(ImportRun &run)
 {
-    for (const char *table :
-         {"mem_groups", "mem_external_file_group", "mem_internal_file_group", "mem_keys", "mem_own_files"})
+    for (const char *table : {"mem_groups", "mem_external_file_group", "mem_internal_file_group", "mem_keys",
+                              "mem_own_files", "mem_paths", "mem_path_owners"})
         run.statements.run(QStringLiteral("DROP TABLE IF EXISTS temp.") + QLatin1String(table));
     for (const char *table :
          {"mem_groups (group_id INTEGER PRIMARY KEY, group_type INTEGER NOT NULL)",
@@ -35,6 +37,9 @@ void ContentGroups::createTables(ImportRun &run)
           "PRIMARY KEY(group_id, file_id)) WITHOUT ROWID",
           "mem_keys (data_checksum INTEGER NOT NULL, file_size INTEGER NOT NULL, "
           "PRIMARY KEY(data_checksum, file_size)) WITHOUT ROWID",
+          "mem_paths (path TEXT NOT NULL, file_id INTEGER NOT NULL, PRIMARY KEY(path, file_id)) WITHOUT "
+          "ROWID",
+          "mem_path_owners (file_id INTEGER PRIMARY KEY, own_file_id INTEGER NOT NULL)",
           "mem_own_files (data_checksum INTEGER NOT NULL, file_size INTEGER NOT NULL, kind INTEGER NOT NULL, "
           "file_id INTEGER NOT NULL, storage_id INTEGER NOT NULL, "
           "PRIMARY KEY(data_checksum, file_size, file_id)) WITHOUT ROWID"})
@@ -45,6 +50,7 @@ void ContentGroups::group()
 {
     qDebug("Grouping content duplicates...\n");
     nominate();
+    findPathOwners();
     // Those of the open database come first, so that files of the source join them.
     m_run.statements.each(
         QStringLiteral(
@@ -58,6 +64,45 @@ void ContentGroups::group()
                  {row.number(0), row.number(1)});
         });
     settle();
+    joinPathOwners();
+}
+
+void ContentGroups::findPathOwners()
+{
+    const bool hasPaths = m_run.source.has({QStringLiteral("file_paths")});
+    if (m_run.isShell || !hasPaths ||
+        m_run.statements.number(QStringLiteral("SELECT EXISTS (SELECT 1 FROM main.file_paths)")) == 0)
+        return;
+    m_run.statements.run(
+        QStringLiteral("INSERT INTO mem_paths (path,file_id) SELECT CAST(p.path AS TEXT), m.file_id "
+                       "FROM mem_files AS m CROSS JOIN fileSource.file_paths AS p ON p.path_id=m.storage_id "
+                       "WHERE m.internal=0 AND length(p.path)>0"));
+    m_run.statements.run(QStringLiteral("INSERT OR IGNORE INTO mem_path_owners (file_id,own_file_id) "
+                                        "SELECT m.file_id, f.file_id FROM main.files AS f "
+                                        "CROSS JOIN main.file_paths AS p ON p.path_id=f.storage_id "
+                                        "CROSS JOIN mem_paths AS m ON m.path=p.path WHERE f.internal=0"));
+}
+
+void ContentGroups::joinPathOwners()
+{
+    m_run.statements.each(QStringLiteral("SELECT o.file_id, o.own_file_id FROM mem_path_owners AS o "
+                                         "CROSS JOIN mem_files AS m ON m.file_id=o.file_id WHERE m.fate=0"),
+                          [this](const ImportStatements::Row &row) {
+                              m_run.stopIfEnded();
+                              writePair(row.number(0), row.number(1));
+                          });
+}
+
+qint64 ContentGroups::pathOwner(const File &file)
+{
+    return m_run.statements.number(QStringLiteral("SELECT own_file_id FROM mem_path_owners WHERE file_id=?"),
+                                   {file.fileId});
+}
+
+void ContentGroups::writePair(qint64 fileId, qint64 ownFileId)
+{
+    m_run.report.count(ImportReport::KnownFiles);
+    write({{false, ownFileId}, {true, fileId}});
 }
 
 void ContentGroups::nominate()
@@ -80,15 +125,48 @@ void ContentGroups::take(const File &file, const Contents &contents)
         settle();
         m_current = contents;
     }
-    const auto place =
-        std::find_if(m_groups.begin(), m_groups.end(), [&](const Group &group) { return fits(group, file); });
-    Group &group = place != m_groups.end() ? *place : (m_groups.append(Group()), m_groups.last());
+    const int place = placeOf(file);
+    Group &group = place >= 0 ? m_groups[place] : (m_groups.append(Group()), m_groups.last());
     group.files.append(file);
     group.ofSource += file.isOfSource ? 1 : 0;
     if (file.kind == FileKind::internal && !group.hasInternal) {
         group.internal = file;
         group.hasInternal = true;
     }
+}
+
+int ContentGroups::placeOf(const File &file)
+{
+    for (int i = 0; i < qMin(m_groups.size(), mostCompared); ++i) {
+        m_run.stopIfEnded();
+        if (fits(m_groups.at(i), file))
+            return i;
+    }
+    if (m_groups.size() < mostCompared)
+        return -1;
+    const QByteArray key = identity(file);
+    const auto known = m_placesByIdentity.constFind(key);
+    if (known != m_placesByIdentity.cend())
+        return *known;
+    if (!key.isEmpty())
+        m_placesByIdentity.insert(key, m_groups.size());
+    return -1;
+}
+
+QByteArray ContentGroups::identity(const File &file)
+{
+    if (file.kind == FileKind::hyperlink)
+        return 'l' + textOf(file, "file_name").toUtf8();
+    if (m_current.size == 0)
+        return QByteArrayLiteral("empty");
+    const bool isInternal = file.kind == FileKind::internal;
+    if (m_run.isShell && isInternal)
+        return QByteArrayLiteral("internal");
+    const QByteArray hash = m_run.isShell ? QByteArray() : m_contents.hashOf(sideOf(file));
+    if (!hash.isEmpty())
+        return 'h' + hash;
+    const QString path = isInternal ? QString() : pathOf(file);
+    return path.isEmpty() ? QByteArray() : 'p' + path.toUtf8();
 }
 
 bool ContentGroups::fits(const Group &group, const File &file)
@@ -110,16 +188,18 @@ bool ContentGroups::isSame(const File &one, const File &other)
         one.kind == FileKind::external && other.kind == FileKind::external && pathOf(one) == pathOf(other);
     if (isKnownPath || m_run.isShell)
         return isKnownPath || m_current.checksum != 0 || areInternal;
-    const auto side = [this](const File &file) {
-        const bool isInternal = file.kind == FileKind::internal;
-        return ContentComparison::Side{file.isOfSource, isInternal, file.storageId, m_current.size,
-                                       isInternal ? QString() : pathOf(file)};
-    };
-    const ContentComparison::Result result = m_contents.compare(side(one), side(other));
+    const ContentComparison::Result result = m_contents.compare(sideOf(one), sideOf(other));
     // Blocks that are missing are a damage, a path without a file is usual. No checksum at all is written
     // as 0.
     return result == ContentComparison::Same ||
            (result == ContentComparison::Unreadable && !areInternal && m_current.checksum != 0);
+}
+
+ContentComparison::Side ContentGroups::sideOf(const File &file)
+{
+    const bool isInternal = file.kind == FileKind::internal;
+    return {file.isOfSource, isInternal, file.storageId, m_current.size,
+            isInternal ? QString() : pathOf(file)};
 }
 
 QString ContentGroups::textOf(const File &file, const char *column)
@@ -146,7 +226,7 @@ QString ContentGroups::pathOf(const File &file)
 
 void ContentGroups::settle()
 {
-    for (const Group &group : qAsConst(m_groups)) {
+    for (Group &group : m_groups) {
         const bool isHere = group.files.size() > group.ofSource;
         if (isHere && group.ofSource > 0)
             writeKnown(group);
@@ -154,6 +234,7 @@ void ContentGroups::settle()
             keepOne(group);
     }
     m_groups.clear();
+    m_placesByIdentity.clear();
 }
 
 void ContentGroups::writeKnown(const Group &group)
@@ -206,8 +287,17 @@ void ContentGroups::write(const QVector<File> &files)
     }
 }
 
-void ContentGroups::keepOne(const Group &group)
+void ContentGroups::keepOne(Group &group)
 {
+    const auto isOwned = [this](const File &file) {
+        const qint64 owner = pathOwner(file);
+        if (owner > 0)
+            writePair(file.fileId, owner);
+        return owner > 0;
+    };
+    group.files.erase(std::remove_if(group.files.begin(), group.files.end(), isOwned), group.files.end());
+    if (group.files.size() < 2)
+        return;
     write(group.files);
     // A path may lead nowhere here: where there are contents, they come along.
     QVector<File> candidates;
@@ -222,7 +312,7 @@ void ContentGroups::keepOne(const Group &group)
     m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=? WHERE file_id=?"),
                          {int(SourceFiles::IsNew), candidates.at(qMax(0, kept)).fileId});
     m_run.report.leaveOut(tr("Files of the same contents as another one, which has their tags: %1"),
-                          group.ofSource - 1);
+                          group.files.size() - 1);
 }
 
 void ContentGroups::noteAdded(ImportRun &run)

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "fileops/importing/contentcomparison.h"
+
+#include <QHash>
 #include <QString>
 #include <QVector>
 
-class ContentComparison;
 class ImportRun;
 
 /**
@@ -11,6 +13,8 @@ class ImportRun;
  * nominates: size and, where both sides can be read, bytes decide, texts between hyperlinks. The groups stand
  * in `mem_groups`, `mem_external_file_group` (files of the source) and `mem_internal_file_group` (of the open
  * database); of a group without one of those, the file that is worth keeping stays to be added.
+ * What matches by its contents nothing here, but is an external file whose path is recorded here, is the file
+ * of that record: it has changed since, or nobody could read it.
  */
 class ContentGroups
 {
@@ -50,13 +54,20 @@ private:
     };
 
     void nominate();
+    void findPathOwners();
+    void joinPathOwners();
+    qint64 pathOwner(const File &file);
     void take(const File &file, const Contents &contents);
     void settle();
     void writeKnown(const Group &group);
     void write(const QVector<File> &files);
-    void keepOne(const Group &group);
+    void keepOne(Group &group);
+    void writePair(qint64 fileId, qint64 ownFileId);
+    int placeOf(const File &file);
+    QByteArray identity(const File &file);
     bool fits(const Group &group, const File &file);
     bool isSame(const File &one, const File &other);
+    ContentComparison::Side sideOf(const File &file);
     QString textOf(const File &file, const char *column);
     QString pathOf(const File &file);
 
@@ -64,6 +75,7 @@ private:
     const ContentComparison &m_contents;
     const bool m_isAdding;
     Contents m_current;
-    QVector<Group> m_groups; ///< of the current checksum and size
+    QVector<Group> m_groups;                   ///< of the current checksum and size
+    QHash<QByteArray, int> m_placesByIdentity; ///< of those groups that files are not compared with
     qint64 m_lastGroup = 0;
 };
