@@ -148,6 +148,23 @@ private slots:
         QVERIFY(m_fixture->errors.isEmpty());
     }
 
+    void looksAtNoOthers_data()
+    {
+        addColumns<QVector<qint64>, QString>("ids", "news");
+        addRow("close together", QVector<qint64>{3, 1}, "present 1 3"_s);
+        addRow("far apart", QVector<qint64>{20100, 1, 3}, "missing 20100, present 1 3"_s);
+        addRow("unknown", QVector<qint64>{1, 99, 30000}, "present 1"_s);
+    }
+
+    void looksAtNoOthers()
+    {
+        QFETCH(QVector<qint64>, ids);
+        fillWithMissing();
+        provider().checkExternalFiles(ids);
+        m_fixture->wait();
+        QTEST(news(idsInDatabase()), "news");
+    }
+
     void theLaterCheckTakesThePlace()
     {
         const QVector<qint64> many = fillWithMissing();

@@ -12,4 +12,8 @@ struct FileLook
     qint64 modified = 0; ///< whole seconds since 1970, rounded down
 
     static FileLook at(const QString &path);
+    /** The same with the bytes of the path as the system has it. */
+    static FileLook at(const char *path);
+    /** Whether the system has paths in UTF-8, so that those of a database need not be turned into its own. */
+    static bool takesUtf8();
 };
