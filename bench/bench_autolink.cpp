@@ -140,7 +140,7 @@ int main(int argc, char **argv)
     collection->open();
     collection->load();
     auto *manager = collection->findChild<DatabaseManger *>();
-    manager->findChild<AutoLinkSync *>()->setMillisecondsUntilWhole(0);
+    manager->findChild<AutoLinkSync *>()->setTimes(0, 30000);
     const qint64 nodeId = manager->addNodeBelow(manager->addTag(QStringLiteral("tag")), 0);
     QElapsedTimer adding;
     adding.start();

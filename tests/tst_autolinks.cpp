@@ -9,6 +9,7 @@
 #include "tests/support/dialoganswers.h"
 #include "tests/support/treewindow.h"
 
+#include <QFileSystemWatcher>
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
@@ -24,9 +25,15 @@ class UnwatchedFolders : public FolderWatch
 public:
     QTimer *turn() { return findChild<QTimer *>("folderTurn"_s); }
     bool isFull = true;
+    int taken = 0;
 
 protected:
-    bool watch(const QString &folder) override { return !isFull && FolderWatch::watch(folder); }
+    bool watch(const QString &folder) override
+    {
+        const bool isTaken = !isFull && FolderWatch::watch(folder);
+        taken += isTaken ? 1 : 0;
+        return isTaken;
+    }
 };
 
 /** Bytes that this process has read so far. */
@@ -118,8 +125,8 @@ private slots:
         for (int part = 0; part < 6; ++part) {
             file.write("part");
             file.flush();
-            QTest::qWait(150); // a copy that goes on
-            QVERIFY(added.isEmpty());
+            // A copy that goes on.
+            QVERIFY(!QTest::qWaitFor([&added] { return !added.isEmpty(); }, 150));
         }
         file.close();
         QTRY_COMPARE(contents(), "slow.txt:top"_s);
@@ -197,10 +204,13 @@ private slots:
             QTRY_COMPARE(contents(), "a.txt:top"_s);
             return;
         }
-        QTest::qWait(300); // nothing can be waited for
-        QCOMPARE(contents(), QString());
+        // Another folder's file that comes has left it time.
+        box().write("else/b.txt"_s, "b");
+        link(m_other, box().filePath("else"_s));
+        QTRY_COMPARE(contents(), "b.txt:other"_s);
+        QCOMPARE(contents(), "b.txt:other"_s);
         box().manager()->runAllAutoLinks(true);
-        QTRY_COMPARE(contents(), "a.txt:top"_s);
+        QTRY_COMPARE(contents(), "a.txt:top b.txt:other"_s);
     }
 
     void watchFollowsTheSetting()
@@ -210,6 +220,8 @@ private slots:
         waitForRound();
         LocalCollection::set("PreferencesDialog/autoLinkContinuously", true);
         box()->readSettings();
+        const auto *watcher = box().manager()->findChild<QFileSystemWatcher *>();
+        QTRY_COMPARE(watcher->directories(), QStringList(in()));
         write("a.txt"_s, "a");
         QTRY_COMPARE(contents(), "a.txt:top"_s);
     }
@@ -379,6 +391,7 @@ private slots:
 
     void lockedDatabaseTakesTheFilesLater()
     {
+        hurry(0, 300);
         link(m_top, in());
         waitForRound();
         QSignalSpy warnings(box().get(), &Collection::showTempWarning);
@@ -392,8 +405,8 @@ private slots:
             other.run("ROLLBACK"_s);
         }
         QVERIFY(warnings.first().at(1).toString().startsWith("The database is busy."_s));
-        box().manager()->syncAutoLink(linkId(), m_top, false);
-        QTRY_COMPARE(contents(), "a.txt:top"_s);
+        // By itself.
+        QTRY_COMPARE_WITH_TIMEOUT(contents(), "a.txt:top"_s, 20000);
     }
 
     void closingEndsARound()
@@ -531,31 +544,115 @@ private slots:
         QCOMPARE(errors.size(), 1);
     }
 
+    void canceledFilesWaitForTheNextOccasion()
+    {
+        hurry(0, 100);
+        for (int i = 0; i < 1000; ++i)
+            write("%1.txt"_s.arg(i), QByteArray::number(i));
+        DatabaseManger *manager = box().manager();
+        QSignalSpy started(manager, &DatabaseManger::startedAddingFiles);
+        const auto canceling =
+            connect(manager, &DatabaseManger::startedAddingFiles, manager, &DatabaseManger::cancelOperations);
+        link(m_top, in());
+        QTRY_COMPARE(started.size(), 1);
+        box().waitForWorker();
+        disconnect(canceling);
+        QVERIFY(fileCount() < 1000);
+        QVERIFY(!QTest::qWaitFor([&started] { return started.size() > 1; }, 600));
+        manager->syncAutoLink(linkId(), m_top, false);
+        QTRY_COMPARE_WITH_TIMEOUT(fileCount(), 1000, 30000);
+    }
+
+    void filesAreHandedOverOnce()
+    {
+        DatabaseManger *manager = box().manager();
+        QSignalSpy started(manager, &DatabaseManger::startedAddingFiles);
+        for (int i = 0; i < 1000; ++i)
+            write("%1.txt"_s.arg(i), QByteArray::number(i));
+        link(m_top, in());
+        for (int i = 0; i < 3; ++i) {
+            waitForRound();
+            manager->syncAutoLink(linkId(), m_top, false);
+        }
+        // A node that comes meanwhile gets them all the same.
+        link(m_other, in());
+        QTRY_VERIFY_WITH_TIMEOUT(fileCount() == 1000 && !contents().contains(":top "_s), 30000);
+        QVERIFY(contents().endsWith(":top,other"_s));
+        box().waitForWorker();
+        QCOMPARE(started.size(), 2);
+    }
+
+    void knownFileThatCannotBeReadIsHandedOverOnce()
+    {
+        write("a.txt"_s, "a");
+        link(m_top, in());
+        QTRY_COMPARE(contents(), "a.txt:top"_s);
+        box().waitForWorker();
+        QSignalSpy started(box().manager(), &DatabaseManger::startedAddingFiles);
+        QFile::remove(filePath("a.txt"_s));
+        QCOMPARE(::link(QFile::encodeName(box().path()).constData(),
+                        QFile::encodeName(filePath("a.txt"_s)).constData()),
+                 0);
+        for (int i = 0; i < 3; ++i) {
+            box().manager()->syncAutoLink(linkId(), m_top, false);
+            waitForRound();
+            box().waitForWorker();
+        }
+        QCOMPARE(started.size(), 1);
+    }
+
+    void goneFolderIsRemovedOrUnplugged_data()
+    {
+        addColumns<QString, quint64, bool>("folder", "seenOn", "isRemoved");
+        const quint64 here = LinkPresence::of(QDir::tempPath(), {}, {}).device;
+        addRow("seen on this disk", "full/in"_s, here, true);
+        addRow("seen on another disk", "full/in"_s, here + 1, false);
+        addRow("never seen", "full/in"_s, quint64(0), true);
+        addRow("never seen, in a place for a disk", "empty/in"_s, quint64(0), false);
+        addRow("seen, the folder around is empty now", "empty/in"_s, here, true);
+        addRow("the folder around is gone", "nowhere/in"_s, here, false);
+        addRow("there", "empty"_s, here, false);
+        addRow("not to be looked at", QString(300, QLatin1Char('x')), here, false);
+    }
+    void goneFolderIsRemovedOrUnplugged()
+    {
+        QFETCH(QString, folder);
+        QFETCH(quint64, seenOn);
+        QFETCH(bool, isRemoved);
+        box().write("full/x"_s, "x");
+        QDir().mkpath(box().filePath("empty"_s));
+        const LinkPresence found = LinkPresence::of(box().filePath(folder), "nowhere either"_s, box().path());
+        QCOMPARE(found.isRemoved(seenOn), isRemoved);
+    }
+
     void folderWithoutAWatchIsLookedAtInTurns()
     {
         UnwatchedFolders watch;
         QSignalSpy changed(&watch, &FolderWatch::changed);
         QSignalSpy limit(&watch, &FolderWatch::limitReached);
+        setTime({}, 1000000);
         watch.setFolders({in(), box().filePath("nowhere"_s)});
         watch.turn()->setInterval(50);
         QTRY_COMPARE(limit.size(), 1);
         QCOMPARE(limit.first().first().toInt(), 1);
-        write("a.txt"_s, "a");
+        // One is not there.
         QTRY_COMPARE(changed.size(), 1);
-        QCOMPARE(changed.first().first().toString(), in());
+        write("a.txt"_s, "a");
+        QTRY_COMPARE(changed.size(), 2);
+        QCOMPARE(changed.last().first().toString(), in());
 
         // A folder that comes is news, and so is another one of the name; the word was given once.
         QDir().mkpath(box().filePath("nowhere"_s));
-        QTRY_COMPARE(changed.size(), 2);
+        QTRY_COMPARE(changed.size(), 3);
         watch.isFull = false;
-        QTest::qWait(200); // for a turn in which the system takes them
+        QTRY_COMPARE(watch.taken, 2);
         QDir(box().folder()).rename("nowhere"_s, "gone"_s);
         QDir().mkpath(box().filePath("nowhere"_s));
-        QTRY_COMPARE(changed.size(), 3);
-        box().write("nowhere/b.txt"_s, "b");
         QTRY_COMPARE(changed.size(), 4);
-        QDir(box().folder()).rename("nowhere"_s, "gone too"_s);
+        box().write("nowhere/b.txt"_s, "b");
         QTRY_COMPARE(changed.size(), 5);
+        QDir(box().folder()).rename("nowhere"_s, "gone too"_s);
+        QTRY_COMPARE(changed.size(), 6);
         QCOMPARE(limit.size(), 1);
     }
 
@@ -570,7 +667,7 @@ private:
         ::utimensat(AT_FDCWD, QFile::encodeName(filePath(name)).constData(), times, 0);
     }
     AutoLinkSync &sync() { return *box().manager()->findChild<AutoLinkSync *>(); }
-    void hurry(int milliseconds = 0) { sync().setMillisecondsUntilWhole(milliseconds); }
+    void hurry(int milliseconds = 0, int lookBack = 30000) { sync().setTimes(milliseconds, lookBack); }
     TBnode *node(qint64 id) { return box().tree().nodeById(id); }
     QModelIndex shown(qint64 id) { return box().tree().sorterModel()->indexOfNode(TagNode, id); }
     void link(qint64 nodeId, const QString &folder) { box().tree().links().link(nodeId, folder); }

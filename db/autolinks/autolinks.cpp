@@ -149,25 +149,38 @@ void AutoLinks::refreshAutoLinks()
 {
     QHash<QString, LinkPresence> presences;
     for (const AutoLink *link : qAsConst(m_links))
-        presences.insert(link->linkId(),
-                         AutoLinkSync::presenceOf(link->absPath(), link->relPath(), m_host.databasePath()));
+        presences.insert(link->linkId(), presenceOf(*link));
     takePresences(presences);
+}
+
+LinkPresence AutoLinks::presenceOf(const AutoLink &link) const
+{
+    return LinkPresence::of(link.absPath(), link.relPath(), m_host.databasePath());
 }
 
 void AutoLinks::takePresences(const QHash<QString, LinkPresence> &presences)
 {
     for (auto presence = presences.cbegin(); presence != presences.cend(); ++presence) {
         const AutoLink *link = m_links.value(presence.key());
-        if (!link || presence->isThere == presence->isThereByDatabase) {
-            // Of a disk that is not there at the moment the folder around is missing, too.
-            const bool isGone = link && !presence->isThere && presence->isParentThere;
-            if (isGone && m_nodes && m_host.mayWrite() && m_host.isDataCurrent())
-                change([&] { return dropLink(presence.key()); });
+        if (!link)
             continue;
-        }
-        mend(*link, *presence);
+        if (presence->isThere != presence->isThereByDatabase)
+            mend(*link, *presence);
+        else if (presence->isRemoved(m_seenDevices.value(presence.key())))
+            dropRemoved(*link);
+        if (presence->isThere)
+            m_seenDevices.insert(presence.key(), presence->device);
     }
     watchFolders();
+}
+
+void AutoLinks::dropRemoved(const AutoLink &link)
+{
+    const QString linkId = link.linkId();
+    // It may have come back since it was looked for.
+    if (m_nodes && m_host.mayWrite() && presenceOf(link).isRemoved(m_seenDevices.value(linkId)) &&
+        m_host.isDataCurrent())
+        change([&] { return dropLink(linkId); });
 }
 
 bool AutoLinks::dropLink(const QString &linkId)
@@ -182,11 +195,11 @@ bool AutoLinks::dropLink(const QString &linkId)
 
 void AutoLinks::mend(const AutoLink &link, const LinkPresence &presence)
 {
-    const Database::PathLocator locator{true, m_host.databasePath()};
     if (presence.isThere)
-        updatePaths(link, link.absPath(), Database::relativePath(link.absPath(), locator));
+        updatePaths(link, link.absPath(),
+                    Database::relativePath(link.absPath(), {true, m_host.databasePath()}));
     else
-        updatePaths(link, QDir::cleanPath(Database::absolutePath(link.relPath(), locator)), link.relPath());
+        updatePaths(link, LinkPresence::folderOf(link.relPath(), m_host.databasePath()), link.relPath());
 }
 
 void AutoLinks::updatePaths(const AutoLink &link, const QString &absPath, const QString &relPath)
@@ -200,6 +213,9 @@ void AutoLinks::updatePaths(const AutoLink &link, const QString &absPath, const 
 
 void AutoLinks::runAllAutoLinks(bool force)
 {
+    // Nothing is taken in, but paths are shown.
+    if (!m_host.mayWrite())
+        refreshAutoLinks();
     if (!force && !AutoLinkSettings::checkAutoLinkWhenLaunched())
         return;
     for (const AutoLink *link : qAsConst(m_links)) {
@@ -225,10 +241,15 @@ void AutoLinks::syncAutoLink(const QString &linkId, qint64 nodeId, bool notifyDu
 
 void AutoLinks::folderContentChanged(const QString &path)
 {
-    const AutoLink *link = linkOfFolder(QDir::fromNativeSeparators(path));
-    if (link && AutoLinkSettings::autoLinkContinuously() && m_host.mayWrite())
+    const QString folder = QDir::fromNativeSeparators(path);
+    bool isLinked = false;
+    for (const AutoLink *link : qAsConst(m_links)) {
+        if (link->absPath() != folder || !AutoLinkSettings::autoLinkContinuously() || !m_host.mayWrite())
+            continue;
         m_sync.requestForEvent(link->linkId());
-    else
+        isLinked = true;
+    }
+    if (!isLinked)
         watchFolders();
 }
 

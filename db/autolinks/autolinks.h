@@ -64,6 +64,8 @@ private:
     bool deleteAutoLinkRow(const QString &linkId);
     bool takeOff(const QString &linkId, qint64 nodeId);
     bool dropLink(const QString &linkId);
+    LinkPresence presenceOf(const AutoLink &link) const;
+    void dropRemoved(const AutoLink &link);
     void takePresences(const QHash<QString, LinkPresence> &presences);
     void mend(const AutoLink &link, const LinkPresence &presence);
     void updatePaths(const AutoLink &link, const QString &absPath, const QString &relPath);
@@ -74,6 +76,7 @@ private:
     Map<QString, AutoLink *> &m_links;
     BrowsTreeProvider *m_nodes = nullptr;
     BaseDBProvider *m_leader = nullptr;
+    QHash<QString, quint64> m_seenDevices; ///< of the folders by link, as they were seen last
     AutoLinkSync m_sync;
     FolderWatch m_watch;
 };

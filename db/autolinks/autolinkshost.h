@@ -24,9 +24,11 @@ public:
     virtual void tellError(const QString &title, const QString &text) = 0;
     /** A word that goes away by itself. */
     virtual void warn(const QString &text) = 0;
-    /** Files of a linked folder go to the worker. */
-    virtual void autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
-                               qint64 nodeId) = 0;
+    /** Whether the file of an external record was not there at the last look. */
+    virtual bool isFileMissing(qint64 fileId) const = 0;
+    /** Files of a linked folder go to the worker, whose outcome has the number; false when they do not. */
+    virtual bool autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
+                               qint64 requestId) = 0;
     /** Files that may have changed on the disk. */
     virtual void checkExternalFiles(const QVector<qint64> &fileIds) = 0;
 };

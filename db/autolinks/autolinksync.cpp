@@ -14,18 +14,8 @@
 
 namespace {
 constexpr int millisecondsOfStep = 8;
-constexpr qint64 millisecondsUntilLookBack = 30000;
 constexpr qint64 nanosecondsInMillisecond = 1000000;
 
-bool isFolder(const QString &path)
-{
-    return QFileInfo(path).isDir();
-}
-
-QString relativeFolderOf(const QString &relPath, const Database::PathLocator &locator)
-{
-    return QDir::cleanPath(Database::absolutePath(relPath, locator));
-}
 } // namespace
 
 AutoLinkSync::AutoLinkSync(AutoLinksHost &host, const Map<QString, AutoLink *> &links, QObject *parent)
@@ -50,7 +40,7 @@ void AutoLinkSync::request(const QString &linkId, qint64 nodeId, bool notifyDupl
 void AutoLinkSync::requestForEvent(const QString &linkId)
 {
     m_waits.remove(linkId);
-    requestLater(linkId, m_millisecondsUntilWhole);
+    requestLater(linkId, m_untilWhole);
 }
 
 void AutoLinkSync::requestLater(const QString &linkId, qint64 milliseconds)
@@ -83,7 +73,7 @@ void AutoLinkSync::arm()
     qint64 due = m_requests.cbegin()->due;
     for (const Request &request : qAsConst(m_requests))
         due = qMin(due, request.due);
-    m_timer.start(int(qBound<qint64>(0, due - m_clock.elapsed(), millisecondsUntilLookBack)));
+    m_timer.start(int(qBound<qint64>(0, due - m_clock.elapsed(), m_untilLookBack)));
 }
 
 void AutoLinkSync::startRound()
@@ -110,14 +100,6 @@ void AutoLinkSync::startRound()
         arm();
 }
 
-LinkPresence AutoLinkSync::presenceOf(const QString &absPath, const QString &relPath,
-                                      const QString &databasePath)
-{
-    const Database::PathLocator locator{true, databasePath};
-    return {isFolder(absPath), isFolder(relativeFolderOf(relPath, locator)),
-            isFolder(QFileInfo(absPath).path())};
-}
-
 bool AutoLinkSync::holdsDatabase(const QString &folder, const QString &databasePath)
 {
     const QString real = QFileInfo(folder).canonicalFilePath();
@@ -132,20 +114,19 @@ AutoLinkSync::Seen AutoLinkSync::look(const QHash<QString, LinkedFolder> &links,
     Seen seen;
     for (const LinkedFolder &link : links) {
         if (!shouldEnd())
-            seen.presences.insert(link.linkId, presenceOf(link.path, link.relPath, databasePath));
+            seen.presences.insert(link.linkId, LinkPresence::of(link.path, link.relPath, databasePath));
     }
     QVector<LinkedFolder> folders;
     for (const QString &linkId : due) {
         LinkedFolder folder = links.value(linkId);
-        const Database::PathLocator locator{true, databasePath};
         const LinkPresence presence = seen.presences.value(linkId);
         if (!presence.isThere && presence.isThereByDatabase)
-            folder.path = relativeFolderOf(folder.relPath, locator);
+            folder.path = LinkPresence::folderOf(folder.relPath, databasePath);
         // The database may have been moved there since.
         if (holdsDatabase(folder.path, databasePath))
             continue;
         const FolderFiles found = FolderFiles::of(folder.path, shouldEnd);
-        folder.relPath = Database::relativePath(folder.path, locator);
+        folder.relPath = Database::relativePath(folder.path, {true, databasePath});
         folder.unreadable = found.unreadable;
         folder.files.reserve(found.files.size());
         for (const FolderFile &file : found.files)
@@ -245,42 +226,89 @@ void AutoLinkSync::takeRead(QVector<LinkedFolder> folders)
 
 void AutoLinkSync::serve(const LinkedFolder &folder)
 {
+    AutoLink *link = m_links.value(folder.linkId);
+    if (!link)
+        return;
     qint64 wait = 0;
-    QStringList all;
-    QStringList fresh;
+    QHash<QString, FolderFile> known;
+    QHash<QString, FolderFile> fresh;
+    const bool wantsAll = !link->flaggedNodes().isEmpty();
+    bool isWaiting = false;
     for (const LinkedFile &file : folder.files) {
+        const bool isKnown = file.state == LinkedFile::Known;
+        if (isKnown && !wantsAll)
+            continue;
         const QString path = Database::pathIn(folder.path, file.file.name);
-        const bool isFresh = file.state != LinkedFile::Known && !isLeftOut(path, file.file);
-        const qint64 missing = isFresh ? waitOf(path, file.file) : 0;
-        if (missing > 0) {
+        const bool isLeftOut = this->isLeftOut(path, file.file);
+        if (isKnown ? file.recordId != 0 : isLeftOut && m_standIns.value(path).fileId != 0)
+            known.insert(path, file.file);
+        const bool isComing = !isKnown && isOnItsWay(path, file.file);
+        isWaiting = isWaiting || isComing;
+        if (isKnown || isLeftOut || isComing)
+            continue;
+        const qint64 missing = waitOf(path, file.file);
+        if (missing == 0)
+            fresh.insert(path, file.file);
+        else
             wait = wait == 0 ? missing : qMin(wait, missing);
-            continue;
-        }
-        all.append(path);
-        if (!isFresh)
-            continue;
-        fresh.append(path);
-        m_handed.insert(path, file.file);
     }
-    handFiles(folder, all, fresh);
+    // A file that one node took in is known from then on: the others would never get it.
+    for (const qint64 nodeId : link->nodes()) {
+        // A node that was linked just now gets what its folder holds, not only what comes to it.
+        hand(*link, nodeId, fresh, false);
+        // What is on its way for another one is known only then.
+        if (link->isFlagged(nodeId) && !isWaiting)
+            hand(*link, nodeId, known, true);
+    }
     tellUnreadable(folder);
-    // What stood still for a moment may be written on.
-    if (!fresh.isEmpty())
-        requestLater(folder.linkId, millisecondsUntilLookBack);
     // A file that is written to for hours is asked for ever more seldom.
     int &waits = m_waits[folder.linkId];
     waits = wait > 0 ? waits + 1 : 0;
     if (wait > 0)
-        requestLater(folder.linkId, qMin(millisecondsUntilLookBack, wait << qMin(waits / 2, 10)));
+        requestLater(folder.linkId, qMin(m_untilLookBack, wait << qMin(waits / 2, 10)));
+}
+
+void AutoLinkSync::hand(AutoLink &link, qint64 nodeId, const QHash<QString, FolderFile> &files, bool isOfAll)
+{
+    const QVector<qint64> tagIds = tagsOf(nodeId);
+    const bool isUnderWay =
+        isOfAll && std::any_of(m_deliveries.cbegin(), m_deliveries.cend(), [&](const Delivery &delivery) {
+            return delivery.isOfAll && delivery.nodeId == nodeId && delivery.linkId == link.linkId();
+        });
+    if (isUnderWay)
+        return;
+    if (files.isEmpty() || tagIds.isEmpty()) {
+        if (isOfAll)
+            link.unflag(nodeId);
+        return;
+    }
+    const bool notify = m_round.value(link.linkId()).notifyNodes.value(nodeId);
+    QStringList paths = files.keys();
+    std::sort(paths.begin(), paths.end());
+    if (!m_host.autoLinkFiles(paths, tagIds, notify, ++m_lastRequest))
+        return;
+    m_deliveries.insert(m_lastRequest, {link.linkId(), nodeId, isOfAll, files});
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        QPair<FolderFile, int> &onItsWay = m_onTheirWay[file.key()];
+        onItsWay = {*file, onItsWay.second + 1};
+    }
+}
+
+bool AutoLinkSync::isOnItsWay(const QString &path, const FolderFile &file) const
+{
+    const auto onItsWay = m_onTheirWay.constFind(path);
+    return onItsWay != m_onTheirWay.constEnd() && onItsWay->first.stamp == file.stamp;
 }
 
 bool AutoLinkSync::isLeftOut(const QString &path, const FolderFile &file) const
 {
     const auto standIn = m_standIns.constFind(path);
     // Rights that change leave size and time of the contents as they are.
-    return standIn != m_standIns.constEnd() && standIn->file.stamp == file.stamp &&
-           standIn->file.changed == file.changed &&
-           (standIn->fileId == 0 || m_host.filesToCompare().contains(standIn->fileId));
+    if (standIn == m_standIns.constEnd() || !(standIn->file.stamp == file.stamp) ||
+        standIn->file.changed != file.changed)
+        return false;
+    const qint64 fileId = standIn->fileId;
+    return fileId == 0 || (m_host.filesToCompare().contains(fileId) && !m_host.isFileMissing(fileId));
 }
 
 qint64 AutoLinkSync::waitOf(const QString &path, const FolderFile &file)
@@ -288,33 +316,21 @@ qint64 AutoLinkSync::waitOf(const QString &path, const FolderFile &file)
     const qint64 age = QDateTime::currentMSecsSinceEpoch() - file.changed / nanosecondsInMillisecond;
     if (age >= 0) {
         m_ahead.remove(path);
-        return qMax<qint64>(0, m_millisecondsUntilWhole - age);
+        return qMax<qint64>(0, m_untilWhole - age);
     }
     Ahead &ahead = m_ahead[path];
     if (ahead.since == 0 || !(ahead.stamp == file.stamp))
         ahead = {file.stamp, m_clock.elapsed()};
-    return qMax<qint64>(0, ahead.since + m_millisecondsUntilWhole - m_clock.elapsed());
-}
-
-void AutoLinkSync::handFiles(const LinkedFolder &folder, const QStringList &all, const QStringList &fresh)
-{
-    const AutoLink *link = m_links.value(folder.linkId);
-    const QHash<qint64, bool> notify = m_round.value(folder.linkId).notifyNodes;
-    // A file that one node took in is known from then on: the others would never get it.
-    const QVector<qint64> nodes = link ? link->nodes() : QVector<qint64>();
-    for (const qint64 nodeId : nodes) {
-        // A node that was linked just now gets what its folder holds, not only what comes to it.
-        const QStringList &paths = link->isFlagged(nodeId) ? all : fresh;
-        const QVector<qint64> tagIds = tagsOf(nodeId);
-        if (!paths.isEmpty() && !tagIds.isEmpty())
-            m_host.autoLinkFiles(paths, tagIds, notify.value(nodeId), nodeId);
-    }
+    return qMax<qint64>(0, ahead.since + m_untilWhole - m_clock.elapsed());
 }
 
 void AutoLinkSync::tellUnreadable(const LinkedFolder &folder)
 {
     const QHash<qint64, bool> notify = m_round.value(folder.linkId).notifyNodes;
-    if (folder.unreadable.isEmpty() || !notify.values().contains(true))
+    if (!notify.values().contains(true) || m_toldNames.value(folder.linkId) == folder.unreadable)
+        return;
+    m_toldNames.insert(folder.linkId, folder.unreadable);
+    if (folder.unreadable.isEmpty())
         return;
     m_host.tellError(tr("Files left out"),
                      folder.unreadable.size() == 1
@@ -335,26 +351,43 @@ QVector<qint64> AutoLinkSync::tagsOf(qint64 nodeId) const
 
 void AutoLinkSync::takeOutcome(const AutoLinkOutcome &outcome)
 {
-    if (m_isEnded || outcome.paths.isEmpty())
+    if (m_isEnded || !m_deliveries.contains(outcome.requestId))
         return;
-    for (auto standIn = outcome.standIns.cbegin(); standIn != outcome.standIns.cend(); ++standIn) {
-        const auto file = m_handed.constFind(standIn.key());
-        if (file != m_handed.constEnd())
-            m_standIns.insert(standIn.key(), {*file, *standIn});
+    const Delivery delivery = m_deliveries.take(outcome.requestId);
+    for (auto file = delivery.files.cbegin(); file != delivery.files.cend(); ++file) {
+        const auto onItsWay = m_onTheirWay.find(file.key());
+        if (--onItsWay->second == 0)
+            m_onTheirWay.erase(onItsWay);
     }
-    for (const QString &path : outcome.paths)
-        m_handed.remove(path);
-    m_failures = outcome.isWhole || outcome.isCanceled ? 0 : m_failures + 1;
-    if (!outcome.knownIds.isEmpty())
-        m_host.checkExternalFiles(outcome.knownIds);
-    for (AutoLink *link : m_links) {
-        if (!link->isFlagged(outcome.nodeId) && outcome.isWhole)
-            continue;
-        if (!link->nodes().contains(outcome.nodeId))
-            continue;
-        if (outcome.isWhole || outcome.isCanceled)
-            link->unflag(outcome.nodeId);
-        else
-            requestLater(link->linkId(), millisecondsUntilLookBack << qMin(m_failures, 6));
+    if (outcome.isWhole) {
+        settle(delivery, outcome);
+    } else if (!outcome.isCanceled) {
+        // Whoever cancels is left alone until something happens.
+        ++m_failures;
+        requestLater(delivery.linkId, m_untilLookBack << qMin(m_failures - 1, 6));
     }
+}
+
+void AutoLinkSync::settle(const Delivery &delivery, const AutoLinkOutcome &outcome)
+{
+    m_failures = 0;
+    const auto note = [&](const QHash<QString, qint64> &standIns) {
+        for (auto standIn = standIns.cbegin(); standIn != standIns.cend(); ++standIn) {
+            if (delivery.files.contains(standIn.key()))
+                m_standIns.insert(standIn.key(), {delivery.files.value(standIn.key()), *standIn});
+        }
+    };
+    note(outcome.standIns);
+    // The check may leave them as they are, as what cannot be read.
+    note(outcome.known);
+    AutoLink *link = m_links.value(delivery.linkId);
+    if (link && delivery.isOfAll)
+        link->unflag(delivery.nodeId);
+    if (link && !link->flaggedNodes().isEmpty())
+        requestLater(delivery.linkId, 0);
+    if (!outcome.known.isEmpty())
+        m_host.checkExternalFiles(outcome.known.values().toVector());
+    // What stood still for a moment may be written on.
+    if (outcome.addedCount > 0)
+        requestLater(delivery.linkId, m_untilLookBack);
 }

@@ -2,6 +2,7 @@
 
 #include "db/autolinks/backgroundlooks.h"
 #include "db/autolinks/foldermatch.h"
+#include "db/autolinks/linkpresence.h"
 #include "fileops/worker/autolinkoutcome.h"
 
 #include <QElapsedTimer>
@@ -12,14 +13,6 @@
 #include <memory>
 
 class AutoLinksHost;
-
-/** Whether the places of a linked folder are there. */
-struct LinkPresence
-{
-    bool isThere = false;           ///< the absolute path is a folder
-    bool isThereByDatabase = false; ///< the relative one is, from where the database lies
-    bool isParentThere = false;     ///< the folder around the absolute path is
-};
 
 /**
  * Takes what is new in linked folders to the worker. A round looks at all folders that are due, on a thread
@@ -44,12 +37,14 @@ public:
     /** What the worker made of the files that it got. */
     void takeOutcome(const AutoLinkOutcome &outcome);
 
-    static LinkPresence presenceOf(const QString &absPath, const QString &relPath,
-                                   const QString &databasePath);
     /** Whether the database lies in the folder or below it. */
     static bool holdsDatabase(const QString &folder, const QString &databasePath);
-    /** How long a file must have stood still; two seconds unless a test is in a hurry. */
-    void setMillisecondsUntilWhole(int milliseconds) { m_millisecondsUntilWhole = milliseconds; }
+    /** How long a file must have stood still, and when one that was taken is looked at again, for tests. */
+    void setTimes(qint64 untilWhole, qint64 untilLookBack)
+    {
+        m_untilWhole = untilWhole;
+        m_untilLookBack = untilLookBack;
+    }
 
 signals:
     /** The folders of all links were looked for, before a round. */
@@ -68,11 +63,19 @@ private:
         QHash<QString, LinkPresence> presences;
         std::shared_ptr<FolderMatch> match;
     };
-    /** A file that was left out, and the file of the database that stands for it. */
+    /** A file that needs no second look, and the file of the database that stands for it. */
     struct StandIn
     {
         FolderFile file;
         qint64 fileId = 0; ///< 0 for what nothing can be taken of
+    };
+    /** Files that the worker got for a node. */
+    struct Delivery
+    {
+        QString linkId;
+        qint64 nodeId = 0;
+        bool isOfAll = false; ///< not only what is new
+        QHash<QString, FolderFile> files;
     };
     /** A file whose time is to come still, as another clock gave it. */
     struct Ahead
@@ -94,11 +97,13 @@ private:
     void noteRead(const QVector<LinkedFolder> &folders);
     void takeRead(QVector<LinkedFolder> folders);
     void serve(const LinkedFolder &folder);
+    bool isOnItsWay(const QString &path, const FolderFile &file) const;
     bool isLeftOut(const QString &path, const FolderFile &file) const;
     /** How long a file has to wait until it is whole, in milliseconds; 0 for one that is. */
     qint64 waitOf(const QString &path, const FolderFile &file);
-    void handFiles(const LinkedFolder &folder, const QStringList &all, const QStringList &fresh);
+    void hand(AutoLink &link, qint64 nodeId, const QHash<QString, FolderFile> &files, bool isOfAll);
     void tellUnreadable(const LinkedFolder &folder);
+    void settle(const Delivery &delivery, const AutoLinkOutcome &outcome);
     QVector<qint64> tagsOf(qint64 nodeId) const;
 
     AutoLinksHost &m_host;
@@ -110,11 +115,15 @@ private:
     QTimer m_timer;
     QElapsedTimer m_clock; ///< of what is due; that of the day may be set back
     std::shared_ptr<FolderMatch> m_match;
-    QHash<QString, FolderFile> m_handed; ///< to the worker, which has not said yet what became of it
+    QHash<qint64, Delivery> m_deliveries;                ///< of which the worker has not said yet what became
+    QHash<QString, QPair<FolderFile, int>> m_onTheirWay; ///< their files, and in how many
+    qint64 m_lastRequest = 0;
     QHash<QString, StandIn> m_standIns;
     QHash<QString, Ahead> m_ahead;
     QHash<QString, int> m_waits; ///< how often in turn something of a link's folder was not whole
-    qint64 m_millisecondsUntilWhole = 2000;
+    QHash<QString, QStringList> m_toldNames;
+    qint64 m_untilWhole = 2000;
+    qint64 m_untilLookBack = 30000;
     int m_failures = 0;      ///< in turn
     BackgroundLooks m_looks; ///< last, as it waits for what uses the others
 };

@@ -39,6 +39,7 @@ private:
     struct Look
     {
         bool isTaken = false; ///< false until the first look
+        bool isReadable = false;
         quint64 device = 0;
         quint64 node = 0;
         qint64 changed = 0;
@@ -47,15 +48,23 @@ private:
         bool isSameFolder(const Look &other) const { return device == other.device && node == other.node; }
     };
 
+    struct Folder
+    {
+        Look look;
+        qint64 since = 0;     ///< nanoseconds since 1970: changes from here on are news
+        int watchedAfter = 0; ///< looks that began before the system watched it; 0 once a later one was taken
+    };
+
     static Look lookAt(const QString &folder);
     void lookAtAll();
-    void takeLooks(const QHash<QString, Look> &looks);
-    void watchAnew(const QString &folder);
+    void takeLooks(const QHash<QString, Look> &looks, int number);
+    bool watchAnew(const QString &folder);
     void tellLimit();
 
     QFileSystemWatcher m_watcher;
-    QHash<QString, Look> m_folders;
+    QHash<QString, Folder> m_folders;
     QTimer m_turn;
     BackgroundLooks m_looks;
+    int m_lastLook = 0;
     bool m_isLimitTold = false;
 };

@@ -278,11 +278,13 @@ void SQLiteDBManager::warn(const QString &text)
     emit showTempWarning(tr("Warning"), text);
 }
 
-void SQLiteDBManager::autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds,
-                                    bool notifyDuplicates, qint64 nodeId)
+bool SQLiteDBManager::autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds,
+                                    bool notifyDuplicates, qint64 requestId)
 {
-    if (providers().fileOperation && mayRequest())
-        providers().fileOperation->autoLinkFiles(paths, tagIds, notifyDuplicates, nodeId);
+    if (!providers().fileOperation || !mayRequest())
+        return false;
+    providers().fileOperation->autoLinkFiles(paths, tagIds, notifyDuplicates, requestId);
+    return true;
 }
 
 void SQLiteDBManager::checkExternalFiles(const QVector<qint64> &fileIds)

@@ -60,8 +60,9 @@ private:
     const Map<qint64, File *> &filesToCompare() override { return files(); }
     void tellError(const QString &title, const QString &text) override;
     void warn(const QString &text) override;
-    void autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
-                       qint64 nodeId) override;
+    bool isFileMissing(qint64 fileId) const override { return isMissing(fileId); }
+    bool autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
+                       qint64 requestId) override;
     void checkExternalFiles(const QVector<qint64> &fileIds) override;
     void connectAutoLinks();
     bool makeTables(const QString &connectionName);

@@ -33,8 +33,7 @@ int batchEnd(const QStringList &paths, int from)
 AutoLinkOperation::AutoLinkOperation(FileOperationWorker &worker, const FileOperation &request)
     : AddOperation(worker, request, FileOperationType::AutoLinkFilesOperation)
 {
-    m_outcome.nodeId = request.nodeId;
-    m_outcome.paths = request.paths;
+    m_outcome.requestId = request.requestId;
 }
 
 void AutoLinkOperation::run()
@@ -46,7 +45,8 @@ void AutoLinkOperation::run()
     const bool isToldAll = linkToFiles();
     if (!isSilent())
         emit m_worker.finishedOpration(m_type);
-    m_outcome.isCanceled = m_worker.isCanceled();
+    // A failure cancels what is queued, too.
+    m_outcome.isCanceled = isToldAll && m_worker.isCanceled();
     emit m_worker.autoLinked(m_outcome);
     if (!isToldAll)
         return;
@@ -71,11 +71,11 @@ bool AutoLinkOperation::linkToFiles()
         if (!known.contains(path))
             batch.paths.append(path);
     }
-    m_outcome.knownIds = TagLinker::sortedOnce(known.values().toVector());
+    m_outcome.known = known;
     if (AddingSettings::duplicateManagementEnabled() && !takeOutDuplicates(batch))
         return false;
     settleMissingPlaces();
-    const QVector<qint64> linked = TagLinker::sortedOnce(m_outcome.knownIds + matchedIds());
+    const QVector<qint64> linked = TagLinker::sortedOnce(known.values().toVector() + matchedIds());
     m_total = batch.paths.size() + linked.size();
     countDone(0);
     m_outcome.isWhole = addInBatches(batch) && linkTags(linked);
@@ -98,6 +98,9 @@ bool AutoLinkOperation::addInBatches(const FileBatchRequest &all)
         batch.checksums = all.checksums.mid(from, end - from);
         batch.firstNumber = from;
         batch.wholeNumber = all.paths.size();
+        // Not while the database is locked.
+        if (batch.checksums.isEmpty())
+            batch.checksums = FileChecksums::ofFiles(batch.paths, [this] { return m_worker.shouldEnd(); });
         Transaction transaction(m_worker, m_worker.connectionName());
         if (!transaction.isActive() || (batch.loadId == 0 && !m_worker.nextLoadId(batch.loadId)))
             return false;
@@ -110,6 +113,7 @@ bool AutoLinkOperation::addInBatches(const FileBatchRequest &all)
         for (const QString &path : files.unread() + files.refused())
             m_outcome.standIns.insert(path, 0);
         countDone(added.size());
+        m_outcome.addedCount += added.size();
         if (!added.isEmpty())
             emit m_worker.updatedFiles(added);
     }

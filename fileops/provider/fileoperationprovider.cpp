@@ -175,7 +175,7 @@ void FileOperationProvider::addFiles(const QStringList &paths, const QVector<qin
 }
 
 void FileOperationProvider::autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds,
-                                          bool notifyDuplicates, qint64 nodeId)
+                                          bool notifyDuplicates, qint64 requestId)
 {
     if (paths.isEmpty())
         return;
@@ -184,7 +184,7 @@ void FileOperationProvider::autoLinkFiles(const QStringList &paths, const QVecto
     operation.paths = paths;
     operation.tagIds = tagIds;
     operation.notifyDuplicates = notifyDuplicates;
-    operation.nodeId = nodeId;
+    operation.requestId = requestId;
     enqueue(operation);
 }
 

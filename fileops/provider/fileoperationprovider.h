@@ -41,10 +41,10 @@ public:
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails = {});
     /**
      * Adds what a linked folder holds as external files with these tags. Paths that are known get the tags.
-     * What was left out is reported when `notifyDuplicates` says so; autoLinked() names the node.
+     * What was left out is reported when `notifyDuplicates` says so; autoLinked() has the request's number.
      */
     void autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
-                       qint64 nodeId = 0);
+                       qint64 requestId = 0);
     /** A file whose code is not the given one any more is another file, and left out. */
     void deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes = {});
     /** Copies the contents of external files into the database, which then holds them. */

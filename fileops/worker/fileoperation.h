@@ -63,6 +63,7 @@ struct FileOperation
     QHash<qint64, QString> modifiedFiles; ///< what a check had found changed when it was put off
 
     bool notifyDuplicates = false;            ///< automatic adds only
+    qint64 requestId = 0;                     ///< of those, for who asked
     QHash<QString, QString> hyperlinkDetails; ///< column of `files` to value, for added hyperlinks
 };
 Q_DECLARE_METATYPE(FileOperation)

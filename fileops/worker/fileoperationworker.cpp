@@ -283,6 +283,7 @@ FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
 {
     QVector<qint64> thumbnails;
     QVector<QStringList> additions;
+    QVector<qint64> autoLinkRequests;
     FileOperation first;
     {
         const QMutexLocker locker(&m_queueMutex);
@@ -294,6 +295,8 @@ FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
             if (record->type == FileOperationType::AddHyperlinksOperation ||
                 record->type == FileOperationType::AddFileListOperation)
                 additions.append(record->paths);
+            if (record->type == FileOperationType::AutoLinkFilesOperation)
+                autoLinkRequests.append(record->requestId);
         }
         qDeleteAll(m_queue);
         m_queue.clear();
@@ -302,6 +305,11 @@ FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
         emit thumbnailsFailed(thumbnails, error);
     for (const QStringList &texts : qAsConst(additions))
         emit additionSettled(texts, false);
+    for (const qint64 requestId : qAsConst(autoLinkRequests)) {
+        AutoLinkOutcome outcome;
+        outcome.requestId = requestId;
+        emit autoLinked(outcome);
+    }
     return first;
 }
 
