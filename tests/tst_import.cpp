@@ -353,7 +353,8 @@ private slots:
     void leavesNothingOfWhatFails_data()
     {
         addColumns<QString>("how");
-        addRow("cancelled", "cancel"_s);
+        addRow("cancelled", "10"_s);
+        addRow("cancelled while it copies", "30"_s);
         addRow("refused by the database", "refuse"_s);
         addRow("locked", "lock"_s);
         addRow("the file refused, the others taken", "one"_s);
@@ -378,10 +379,10 @@ private slots:
             QVERIFY(locker->run("BEGIN EXCLUSIVE"_s));
         }
         FileOperationProvider &provider = m_fixture->provider();
-        if (how == "cancel"_s)
+        if (const int cancelAt = how.toInt(); cancelAt > 0)
             connect(&provider, &FileOperationProvider::filesOperationProgress, this,
-                    [&](const QString &, int percent) {
-                        if (percent >= 10)
+                    [&provider, cancelAt](const QString &, int percent) {
+                        if (percent >= cancelAt)
                             provider.cancelOperations();
                     });
         QSignalSpy done(&provider, &FileOperationProvider::exchangeDone);

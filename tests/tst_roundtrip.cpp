@@ -32,6 +32,20 @@ private slots:
         const QStringList all = summary("main"_s);
         QVERIFY(attach(target));
         QCOMPARE(summary("other"_s), all);
+        // Each file is one of the first database, with all that it had but for the descriptions of its
+        // copies.
+        const QString files =
+            "SELECT id_code, file_name, internal, file_size, modification_date, data_checksum, path, "
+            "hex(thumbnail) FROM %1.files LEFT JOIN %1.file_paths ON internal=0 AND path_id=storage_id "
+            "LEFT JOIN %1.thumbnails USING (thumbnail_id)"_s;
+        QCOMPARE(Sql::rows(files.arg("other"_s) + " EXCEPT "_s + files.arg("main"_s)), QStringList());
+        QCOMPARE(Sql::value("SELECT count(*) FROM other.files"),
+                 Sql::rows("SELECT count(DISTINCT %1) FROM main.files"_s.arg(content)).value(0));
+        QCOMPARE(Sql::rows(
+                     "SELECT file_description FROM main.files AS f WHERE file_description<>'' AND NOT EXISTS "
+                     "(SELECT 1 FROM (SELECT file_description AS merged, %1 AS c FROM other.files) "
+                     "WHERE c=%1 AND instr(merged, f.file_description)>0)"_s.arg(content)),
+                 QStringList());
         QCOMPARE(trees("other"_s), trees("main"_s));
         QCOMPARE(Sql::value("PRAGMA other.integrity_check"), "ok"_s);
         Sql::run("DETACH other");
@@ -69,6 +83,12 @@ private slots:
         const QStringList whole = trees("main"_s);
         QVERIFY(attach(half));
         QCOMPARE(summary("other"_s, true), all);
+        QCOMPARE(Sql::value("SELECT count(*) FROM other.files").toInt(),
+                 Sql::count("main.files WHERE file_id%2=0"_s) +
+                     Sql::rows("SELECT count(DISTINCT %1) FROM main.files WHERE %1 NOT IN (SELECT %1 FROM "
+                               "main.files WHERE file_id%2=0)"_s.replace("%1"_s, content))
+                         .value(0)
+                         .toInt());
         // What the half had moved up stands there, too.
         const QStringList merged = trees("other"_s);
         for (const QString &line : whole)
@@ -91,7 +111,14 @@ private slots:
             other.run("DELETE FROM files WHERE file_id=1"_s);
         }
         const QList<ShellFile> missing = import(shell, target, true);
-        QVERIFY(missing.size() <= 1);
+        QStringList names;
+        for (const ShellFile &file : missing)
+            names.append(file.fileName);
+        const QString gone =
+            "SELECT file_name FROM files AS f WHERE file_id=1 AND NOT EXISTS (SELECT 1 FROM files AS twin "
+            "WHERE twin.file_id<>1 AND f.internal<>2 AND twin.internal<>2 AND "
+            "twin.data_checksum=f.data_checksum AND twin.file_size=f.file_size)"_s;
+        QCOMPARE(names, Sql::rows(gone));
         QVERIFY(attach(target));
         // What the file that is gone had went to its copies.
         QCOMPARE(
@@ -102,6 +129,9 @@ private slots:
     }
 
 private:
+    // Copies count as one file, whatever their kind; addresses are told apart by their names.
+    const QString content = "CASE internal WHEN 2 THEN file_name ELSE data_checksum||','||file_size END"_s;
+
     static void addSeeds()
     {
         addColumns<quint32>("seed");
@@ -139,13 +169,13 @@ private:
     }
 
     /** The files that a shell has and the target has not. */
-    QList<ShellFile> import(const QString &source, const QString &target, bool isShell = false)
+    QList<ShellFile> import(const QString &source, const QString &target, bool isShell = false,
+                            ExchangeSettings::DescriptionMerge merge = ExchangeSettings::AppendDescriptions)
     {
         SqliteFileOperationProvider provider(m_database->constructor(), DBDetails::local(target));
         QSignalSpy done(&provider, &FileOperationProvider::exchangeDone);
         QSignalSpy missing(&provider, &FileOperationProvider::importNotification);
-        provider.importDatabase(source, isShell,
-                                {true, true, true, true, true, true, ExchangeSettings::LeaveDescriptions});
+        provider.importDatabase(source, isShell, {true, true, true, true, true, true, merge});
         wait(provider);
         if (done.count() != 1)
             qFatal("nothing was imported");
@@ -173,16 +203,13 @@ private:
     }
 
     /** Contents, tags with their links to contents, and groups, without any number that a database gives. */
-    static QStringList summary(const QString &schema, bool hasTwins = false)
+    QStringList summary(const QString &schema, bool hasTwins = false)
     {
         QSet<QString> facts;
         const auto add = [&facts, &schema](const QString &query) {
             for (const QString &row : Sql::rows(QString(query).replace("%"_s, schema)))
                 facts.insert(row);
         };
-        // Copies count as one file, whatever their kind; addresses are told apart by their names.
-        const QString content =
-            "CASE internal WHEN 2 THEN file_name ELSE data_checksum||','||file_size END"_s;
         add("SELECT "_s + content + " FROM %.files"_s);
         add("SELECT 'tag', tag_name, tag_description, created_by, creation_date FROM %.tags"_s);
         add("SELECT 'link', tag_name, "_s + content +

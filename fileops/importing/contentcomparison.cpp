@@ -2,6 +2,7 @@
 
 #include "fileops/files/datachecksum.h"
 #include "fileops/files/regularfile.h"
+#include "fileops/importing/criticaldmerror.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QCryptographicHash>
@@ -83,6 +84,7 @@ ContentComparison::Result ContentComparison::compare(const Side &left, const Sid
 {
     // What cannot be read is this file's own affair and decides here, it fails nothing.
     const QSignalBlocker blocker(&m_worker);
+    m_worker.forgetLastError();
     Stream one(*this, left);
     Stream other(*this, right);
     while (one.isReadable() && other.isReadable() && !m_worker.shouldEnd()) {
@@ -100,6 +102,7 @@ ContentComparison::Result ContentComparison::compare(const Side &left, const Sid
         one.skip(count);
         other.skip(count);
     }
+    stopAtLock();
     return m_worker.shouldEnd() ? Different : Unreadable;
 }
 
@@ -121,6 +124,7 @@ QByteArray ContentComparison::hashOf(const Side &side) const
 bool ContentComparison::readAll(const Side &side, const std::function<void(const char *, int)> &take) const
 {
     const QSignalBlocker blocker(&m_worker);
+    m_worker.forgetLastError();
     Stream stream(*this, side);
     while (stream.isReadable() && !m_worker.shouldEnd()) {
         stream.readNext();
@@ -128,5 +132,15 @@ bool ContentComparison::readAll(const Side &side, const std::function<void(const
             return true;
         take(stream.bytes(), stream.count());
     }
+    stopAtLock();
     return false;
+}
+
+void ContentComparison::stopAtLock() const
+{
+    // It says nothing about the contents.
+    const QSqlError error = m_worker.lastError();
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    if (code == 5 || code == 6)
+        throw CriticalDMError(error);
 }

@@ -40,6 +40,8 @@ public:
 private:
     class Stream;
 
+    /** Throws when others lock the database. */
+    void stopAtLock() const;
     /** Hands all bytes on; false when they cannot be read to their end. */
     bool readAll(const Side &side, const std::function<void(const char *, int)> &take) const;
 

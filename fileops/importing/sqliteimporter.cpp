@@ -92,7 +92,13 @@ bool SQLiteImporter::runAttached(ImportRun &run, const ImportOptions &options)
 {
     // A million files make tables that are too large to be kept in memory.
     run.statements.run(QStringLiteral("PRAGMA temp_store=FILE"));
-    createTables(run);
+    const bool isAdding = options.files && !m_isShell;
+    const QVector<qint64> compared = versions(run);
+    {
+        // Without the lock, for which others would wait: it may read the contents of all files.
+        const StatementBreak statementBreak = endsWithRun();
+        compareFiles(run, isAdding);
+    }
     QList<ShellFile> missing;
     {
         Transaction transaction = begin();
@@ -103,9 +109,13 @@ bool SQLiteImporter::runAttached(ImportRun &run, const ImportOptions &options)
             return false;
         }
         {
-            const StatementBreak statementBreak(QSqlDatabase::database(m_worker.connectionName(), false),
-                                                [this] { return m_worker.shouldEnd(); });
-            work(run, options);
+            const StatementBreak statementBreak = endsWithRun();
+            if (versions(run) != compared) {
+                // What others wrote meanwhile counts.
+                run.report = ImportReport();
+                compareFiles(run, isAdding);
+            }
+            work(run, options, isAdding);
             if (m_isShell)
                 missing = missingFiles(run);
             run.stopIfEnded();
@@ -135,6 +145,18 @@ Transaction SQLiteImporter::begin()
     return Transaction(m_worker, m_worker.connectionName());
 }
 
+StatementBreak SQLiteImporter::endsWithRun()
+{
+    return StatementBreak(QSqlDatabase::database(m_worker.connectionName(), false),
+                          [this] { return m_worker.shouldEnd(); });
+}
+
+QVector<qint64> SQLiteImporter::versions(ImportRun &run)
+{
+    return {run.statements.number(QStringLiteral("PRAGMA main.data_version")),
+            run.statements.number(QStringLiteral("PRAGMA fileSource.data_version"))};
+}
+
 void SQLiteImporter::createTables(ImportRun &run)
 {
     TagImporter(run).createTable();
@@ -145,24 +167,30 @@ void SQLiteImporter::createTables(ImportRun &run)
     run.statements.number(QStringLiteral("SELECT count(*) FROM mem_external_file_group"));
 }
 
-void SQLiteImporter::work(ImportRun &run, const ImportOptions &options)
+void SQLiteImporter::compareFiles(ImportRun &run, bool isAdding)
+{
+    run.tell(tr("Comparing files..."), 2);
+    createTables(run);
+    const ContentComparison contents(run.worker, run.source.path());
+    SourceFiles files(run);
+    files.read();
+    files.fillChecksums(contents);
+    files.createIndex();
+    ContentGroups(run, contents, isAdding).group();
+}
+
+void SQLiteImporter::work(ImportRun &run, const ImportOptions &options, bool isAdding)
 {
     const auto say = [&](const QString &text, int percent) {
         run.stopIfEnded();
         emit progress(float(percent));
         run.tell(text, percent);
     };
-    if (!m_isShell) {
-        say(tr("Importing tags..."), 2);
-        importTagsAndTrees(run, options);
-    }
-    say(tr("Comparing files..."), 10);
-    const ContentComparison contents(m_worker, run.source.path());
-    const bool isAdding = options.files && !m_isShell;
-    importFiles(run, contents, isAdding, options.descriptions != ExchangeSettings::LeaveDescriptions);
-    if (m_isShell) {
-        say(tr("Importing tags..."), 80);
-        importTagsAndTrees(run, options);
+    say(tr("Importing tags..."), 20);
+    importTagsAndTrees(run, options);
+    if (isAdding) {
+        qDebug("importFiles()");
+        FileImporter(run, options.descriptions != ExchangeSettings::LeaveDescriptions).copyFiles();
     }
     MetadataMerger merger(run);
     say(tr("Merging descriptions..."), 95);
@@ -192,19 +220,6 @@ void SQLiteImporter::importTagsAndTrees(ImportRun &run, const ImportOptions &opt
         NodeImporter(run).importNodes();
     if (options.tagRelationships)
         RelationshipImporter(run).importRelationships();
-}
-
-void SQLiteImporter::importFiles(ImportRun &run, const ContentComparison &contents, bool isAdding,
-                                 bool takesDescriptions)
-{
-    qDebug("importFiles()");
-    SourceFiles files(run);
-    files.read();
-    files.fillChecksums(contents);
-    files.createIndex();
-    ContentGroups(run, contents, isAdding).group();
-    if (isAdding)
-        FileImporter(run, takesDescriptions).copyFiles();
 }
 
 QList<ShellFile> SQLiteImporter::missingFiles(ImportRun &run)

@@ -6,10 +6,11 @@
 
 #include <QList>
 #include <QObject>
+#include <QVector>
 
-class ContentComparison;
 class FileOperationWorker;
 class ImportRun;
+class StatementBreak;
 class Transaction;
 
 /**
@@ -46,10 +47,12 @@ private:
     bool runAttached(ImportRun &run, const ImportOptions &options);
     Transaction begin();
     static void createTables(ImportRun &run);
-    void work(ImportRun &run, const ImportOptions &options);
+    static void compareFiles(ImportRun &run, bool isAdding);
+    void work(ImportRun &run, const ImportOptions &options, bool isAdding);
+    StatementBreak endsWithRun();
+    /** Other numbers once another connection has written to one of the databases. */
+    static QVector<qint64> versions(ImportRun &run);
     void importTagsAndTrees(ImportRun &run, const ImportOptions &options);
-    static void importFiles(ImportRun &run, const ContentComparison &contents, bool isAdding,
-                            bool takesDescriptions);
     static QList<ShellFile> missingFiles(ImportRun &run);
     QString title() const;
     void refuse(const QString &name, const QString &why);
