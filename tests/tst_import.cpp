@@ -89,6 +89,8 @@ private slots:
                paths, "1 1.2 1.2.3"_s);
         addRow("a tree whose trunk stands at two places", fourTags + path("1 1.2 4 4.2"_s),
                fourTags + path("2 2.3"_s), paths, "1 1.2 1.2.3 4 4.2 4.2.3"_s);
+        addRow("a tag that gets a new place with what it has below it", fourTags + path("1 1.2 1.2.4 4"_s),
+               fourTags + path("3 3.1 4 4.2"_s), paths, "1 1.2 1.2.4 3 3.1 3.1.2 3.1.2.4 4 4.2"_s);
         addRow("circles, also over both sides, and no paths", fourTags + path("1 1.2"_s),
                fourTags + path("2 2.1 3 3.4.3 x 1..2 4.99 99.4"_s), paths, "1 1.2 3 4"_s);
     }
@@ -150,6 +152,12 @@ private slots:
                file(1, "a") + file(2, "b") + "UPDATE files SET file_size=5000000000000000000;"_s +
                    file(3, "x"),
                contents, "file3|x"_s);
+        addRow("texts that are too long", ""_s,
+               file(1, "a") + file(2, "b") + record(3, 0, 1, 3, 1) +
+                   "INSERT INTO file_paths VALUES (3, '/' || hex(zeroblob(1000000)), '');"
+                   "UPDATE files SET file_description=hex(zeroblob(1000000)) WHERE file_id=1;"
+                   "INSERT INTO tags VALUES (1,'a',hex(zeroblob(1000000)),1,'');"_s,
+               "SELECT file_name, (SELECT count(*) FROM tags) FROM files"_s, "file2|0"_s);
         addRow("links", record(1, 2, 0, 0, 8),
                record(1, 2, 0, 0, 8) + record(2, 2, 0, 0, 9) + record(3, 2, 0, 0, 8),
                "SELECT file_id, file_name, internal FROM files ORDER BY 1"_s,

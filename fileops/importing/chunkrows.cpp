@@ -1,6 +1,7 @@
 #include "fileops/importing/chunkrows.h"
 
 #include "core/records/filekind.h"
+#include "db/sql/longtext.h"
 #include "fileops/importing/criticaldmerror.h"
 #include "fileops/importing/importrun.h"
 #include "fileops/worker/fileoperationworker.h"
@@ -118,8 +119,9 @@ void ChunkRows::leaveOutUnfit(const QString &condition, const QVariantList &valu
 void ChunkRows::leaveOut(qint64 fileId, const QString &why)
 {
     QString name;
-    m_run.statements.each(QStringLiteral("SELECT file_name FROM fileSource.files WHERE file_id=?"), {fileId},
-                          [&](const ImportStatements::Row &row) { name = row.text(0); });
+    m_run.statements.each(
+        QStringLiteral("SELECT substr(file_name, 1, 500) FROM fileSource.files WHERE file_id=?"), {fileId},
+        [&](const ImportStatements::Row &row) { name = row.text(0); });
     m_leftOut.append({why, name});
     m_run.statements.run(QStringLiteral("UPDATE mem_files SET fate=2 WHERE file_id=?"), {fileId});
     for (const char *table : {"storage", "storage_info"})
@@ -197,6 +199,14 @@ QVector<qint64> ChunkRows::fileIds()
 void ChunkRows::copy(const AtBlock &atBlock)
 {
     leaveOutUnfit(QStringLiteral("WHERE NOT has_path"), {}, tr("External files without a path: %1"));
+    leaveOutUnfit(
+        QStringLiteral("CROSS JOIN fileSource.files AS s ON s.file_id=c.file_id WHERE "
+                       "max(ifnull(length(s.file_name),0), ifnull(length(s.file_description),0))>?"),
+        {LongText::mostCharacters}, tr("Files with texts that are too long: %1"));
+    if (m_hasPaths)
+        leaveOutUnfit(QStringLiteral("CROSS JOIN fileSource.file_paths AS p ON p.path_id=c.storage_id "
+                                     "WHERE c.kind=0 AND length(p.path)>?"),
+                      {LongText::mostCharacters}, tr("Files with texts that are too long: %1"));
     insertBlocks(atBlock);
     settleIdCodes();
     insertFiles();

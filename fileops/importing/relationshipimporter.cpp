@@ -5,10 +5,14 @@
 #include <QCoreApplication>
 #include <QDebug>
 
+#include <algorithm>
+
 namespace {
 constexpr QLatin1Char dot('.');
 // Each of a path's prefixes is a row of its own: a path that is longer by far would fill the disk with them.
 constexpr int mostLevels = 2000;
+// Each place may bring a whole tree along: places of trees at places of trees would fill it, too.
+constexpr int mostAddedBelow = 1000000;
 
 QString tr(const char *text)
 {
@@ -50,6 +54,10 @@ void RelationshipImporter::importRelationships()
         QStringLiteral("SELECT CAST(relationship_path AS TEXT) FROM fileSource.tag_relationships "
                        "ORDER BY length(relationship_path), relationship_path"),
         [this](const ImportStatements::Row &row) { importPath(row.text(0)); });
+    m_sorted = QStringList(m_known.cbegin(), m_known.cend());
+    std::sort(m_sorted.begin(), m_sorted.end());
+    for (const auto &place : qAsConst(m_newPlaces))
+        addBelow(place.first, place.second);
 }
 
 void RelationshipImporter::readTags()
@@ -88,6 +96,7 @@ void RelationshipImporter::importPath(const QString &text)
         return;
     }
     for (const QString &place : places) {
+        m_run.stopIfEnded();
         qDebug() << "Plonk tree with trunk" << path.first() << "at" << place;
         qDebug() << "Adding path of components" << path << "onto internal prefix of components" << place;
         addWithPrefixes(pathOf(place) + path.mid(1));
@@ -132,10 +141,35 @@ void RelationshipImporter::addWithPrefixes(const Path &path)
         prefix += (prefix.isEmpty() ? QString() : QString(dot)) + QString::number(id);
         if (m_known.contains(prefix))
             continue;
-        m_known.insert(prefix);
         qDebug() << "Resultant complete path:" << prefix;
-        m_run.statements.run(
-            QStringLiteral("INSERT INTO main.tag_relationships (relationship_path) VALUES (?)"), {prefix});
-        m_run.report.count(ImportReport::Relationships);
+        add(prefix);
+        if (m_places.contains(id))
+            m_newPlaces.append({prefix, id});
     }
+}
+
+void RelationshipImporter::addBelow(const QString &place, qint64 tagId)
+{
+    const QString top = m_places.value(tagId).constFirst() + dot;
+    for (auto path = std::lower_bound(m_sorted.cbegin(), m_sorted.cend(), top);
+         path != m_sorted.cend() && path->startsWith(top); ++path) {
+        m_run.stopIfEnded();
+        const QString below = place + dot + path->mid(top.size());
+        if (m_known.contains(below) || isCircle(pathOf(below)))
+            continue;
+        if (m_addedBelow == mostAddedBelow) {
+            m_run.report.leaveOut(tr("Tag relationships beyond the first million: %1"), 1);
+            return;
+        }
+        ++m_addedBelow;
+        add(below);
+    }
+}
+
+void RelationshipImporter::add(const QString &path)
+{
+    m_known.insert(path);
+    m_run.statements.run(QStringLiteral("INSERT INTO main.tag_relationships (relationship_path) VALUES (?)"),
+                         {path});
+    m_run.report.count(ImportReport::Relationships);
 }

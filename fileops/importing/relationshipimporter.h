@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QPair>
 #include <QSet>
 #include <QStringList>
 #include <QVector>
@@ -26,11 +27,17 @@ private:
     void importPath(const QString &text);
     /** False for a text that is no path. */
     bool readPath(const QString &text, Path &components) const;
+    /** Gives a tag that has got a new place the tags that it has below it at its other ones. */
+    void addBelow(const QString &place, qint64 tagId);
+    void add(const QString &path);
     Path mapped(const Path &components) const;
     void addWithPrefixes(const Path &path);
 
     ImportRun &m_run;
     QHash<qint64, qint64> m_newTagIds;
-    QSet<QString> m_known;               ///< paths of the open database, and what was added
-    QHash<qint64, QStringList> m_places; ///< of each tag, before the import
+    QSet<QString> m_known;                       ///< paths of the open database, and what was added
+    QHash<qint64, QStringList> m_places;         ///< of each tag, before the import
+    QVector<QPair<QString, qint64>> m_newPlaces; ///< of tags that had others
+    QStringList m_sorted;                        ///< all paths but those that come with the new places
+    int m_addedBelow = 0;
 };

@@ -47,9 +47,10 @@ void TagImporter::importFrom(const char *tagsCondition)
         const QString name = row.text(1);
         qint64 date = 0;
         const bool isFit = !name.trimmed().isEmpty() && !LongText::isTooLong(name) &&
-                           row.readNumber(2, date) && row.number(0) > 0;
+                           row.readNumber(2, date) && row.number(0) > 0 && row.number(3) == 0;
         if (!isFit) {
-            m_run.report.leaveOut(tr("Tags without a name, or with a date that is none: %1"), 1);
+            m_run.report.leaveOut(
+                tr("Tags without a name, with a date that is none or with texts that are too long: %1"), 1);
             return;
         }
         if (row.isNull(2))
@@ -64,7 +65,10 @@ void TagImporter::importFrom(const char *tagsCondition)
             QStringLiteral("INSERT INTO migrationDB_tags (old_tag_id,new_tag_id) VALUES (?,?)"),
             {row.number(0), known.value()});
     };
-    m_run.statements.each(QStringLiteral("SELECT tag_id, tag_name, creation_date FROM fileSource.tags") +
+    m_run.statements.each(QStringLiteral("SELECT tag_id, substr(tag_name, 1, %1), creation_date, "
+                                         "max(ifnull(length(tag_description),0), "
+                                         "ifnull(length(created_by),0))>=%1 FROM fileSource.tags")
+                                  .arg(LongText::mostCharacters + 1) +
                               QLatin1String(tagsCondition) + QStringLiteral(" ORDER BY tag_id"),
                           take);
 }
