@@ -49,8 +49,11 @@ void ContentGroups::createTables(ImportRun &run)
 void ContentGroups::group()
 {
     qDebug("Grouping content duplicates...\n");
+    qDebug("DuplicateManager::groupContentDuplicates(idList)");
     nominate();
     findPathOwners();
+    qDebug("Grouping checksum matches...\n");
+    qDebug(" ie. groupAllChecksumMatches(idList,idList)");
     // Those of the open database come first, so that files of the source join them.
     m_run.statements.each(
         QStringLiteral(
@@ -64,6 +67,8 @@ void ContentGroups::group()
                  {row.number(0), row.number(1)});
         });
     settle();
+    qDebug("Getting non-duplicates...\n");
+    qDebug("DuplicateManager::getNonDuplicates()");
     joinPathOwners();
 }
 

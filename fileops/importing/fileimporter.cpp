@@ -49,8 +49,12 @@ void FileImporter::copyFiles()
         if (range.count == 0)
             continue;
         qDebug() << "Adding file" << range.first << "and" << range.count - 1 << "others";
-        if (!copyChunk())
-            copyRange(range.first, range.last);
+        if (!copyChunk()) {
+            if (range.count == 1)
+                giveUp(range.first);
+            else
+                copyRange(range.first, range.last);
+        }
         m_done += double(m_rows.bytes()) + double(range.count) * bytesOfFile;
     } while (last < highest);
 }

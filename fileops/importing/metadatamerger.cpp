@@ -90,6 +90,8 @@ void MetadataMerger::merge(qint64 group, const QStringList &descriptions,
             else if (description != row.text(1))
                 changed.append({row.number(0), description});
         });
+    if (m_run.isShell && !changed.isEmpty())
+        qDebug("Altering description.");
     for (const auto &file : qAsConst(changed))
         m_run.statements.run(QStringLiteral("UPDATE main.files SET file_description=? WHERE file_id=?"),
                              {file.second, file.first});
