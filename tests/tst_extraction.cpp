@@ -120,6 +120,7 @@ private slots:
         QCOMPARE(m_worker->report().hasErrors(), isBroken);
         if (isShut)
             QVERIFY(QFile::rename(m_folder->filePath("away"_s), m_folder->filePath("out"_s)));
+        QCOMPARE(m_texts.contains(qt_error_string(ENOENT)), isShut);
         const bool isDone = after == "new new"_s;
         QCOMPARE(QString::fromUtf8(TestFolder::read(target)), after);
         QCOMPARE(errors,
@@ -415,14 +416,18 @@ private:
         QSignalSpy errors(m_worker.get(), &FileOperationWorker::error);
         ExtractFilesOperation(*m_worker, request).run();
         QStringList titles;
-        for (const QVariantList &error : errors)
+        m_texts.clear();
+        for (const QVariantList &error : errors) {
             titles.append(error.at(1).toString());
+            m_texts += error.at(0).toString();
+        }
         return titles;
     }
 
     std::unique_ptr<TestFolder> m_folder;
     std::unique_ptr<TestDatabase> m_database;
     std::unique_ptr<FileOperationWorker> m_worker;
+    QString m_texts; // of the errors of the last run
 };
 
 QTEST_GUILESS_MAIN(TestExtraction)

@@ -108,6 +108,7 @@ private slots:
             return request.caption == "Extract to Directory"_s ? QStringList{folder} : QStringList();
         });
         QString one;
+        bool isWide = true;
         QTimer asked;
         connect(&asked, &QTimer::timeout, &asked, [&] {
             auto *shown = qobject_cast<MultipleFileConflictHandler *>(QApplication::activeModalWidget());
@@ -118,6 +119,9 @@ private slots:
             if (choice.isEmpty())
                 return shown->reject();
             shown->findChild<QPushButton *>(choice)->click();
+            shown->resize(shown->width() + 200, shown->height());
+            const QWidget *line = radios.first()->parentWidget();
+            isWide = line->width() == line->parentWidget()->width();
             // One of them by its own choice, the other one than the rest.
             for (QRadioButton *radio : radios) {
                 if (!radio->isChecked() && one.isEmpty()) {
@@ -131,6 +135,7 @@ private slots:
         m_window->findChild<QAction *>(action)->trigger();
         m_fixture->waitForWorker();
         FileDialogs::setResponder({});
+        QVERIFY2(isWide, "lines do not follow the dialog's width");
         QCOMPARE(QFile::exists(folder + "/free.txt"_s), !choice.isEmpty());
         for (int i = 0; i < count; ++i) {
             const QString name = "&%1.tar.gz"_s.arg(i);

@@ -301,6 +301,10 @@ private slots:
         const QModelIndex index = m_fixture->mainView().sorter()->index(
             0, asTable ? ContentsModel::NameColumn : ContentsModel::ThumbnailColumn);
         view->setCurrentIndex(index);
+        if (asTable) {
+            table()->edit(index.siblingAtColumn(ContentsModel::ThumbnailColumn));
+            QVERIFY(!view->findChild<SpecialLineEdit *>());
+        }
         view->edit(index);
         QPointer<SpecialLineEdit> editor = view->findChild<SpecialLineEdit *>();
         QVERIFY(editor);

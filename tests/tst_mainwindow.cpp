@@ -131,6 +131,8 @@ private slots:
         end.stop();
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
         collection.close();
+        SqliteCollection folder({}, m_fixture->path(QString()), {}, {}, 0);
+        QVERIFY(!CollectionOpener(&window()).open(folder));
         other.run("ROLLBACK"_s);
         QCOMPARE(DatabaseManger::tagNames(DBDetails::local(path)), QStringList{"Garden"_s});
     }
@@ -166,6 +168,8 @@ private slots:
         addRow("open one", "first.vrn"_s, true, "first.vrn"_s, QStringList{refused});
         addRow("link to the open one", "link"_s, true, "first.vrn"_s, QStringList{refused});
         addRow("a folder", "folder.vrn"_s, true, "first.vrn"_s, QStringList{unremovable});
+        const QString longest = "x"_s.repeated(250) + ".vrn"_s; // nothing can be set aside under a longer one
+        addRow("too long to set aside", longest, true, "first.vrn"_s, QStringList{unremovable});
         addRow("missing folder", "nowhere/new.vrn"_s, true, "first.vrn"_s, QStringList{unmakeable});
         addRow("cancelled", ""_s, true, "first.vrn"_s, QStringList{});
     }
@@ -178,6 +182,8 @@ private slots:
         QFETCH(QStringList, boxes);
         const QString first = m_fixture->openNew("first.vrn"_s);
         const QString old = m_fixture->write("old.vrn"_s, "precious");
+        if (typed.size() > 250)
+            m_fixture->write(typed, "precious");
         QDir().mkdir(m_fixture->path("folder.vrn"_s));
         QFile::link(first, m_fixture->path("link.vrn"_s));
         m_fixture->answerBoxes([agrees](const Messages::Box &) {

@@ -142,6 +142,15 @@ private slots:
         QCOMPARE(w.view->model()->rowCount(w.at("7."_s + tag)), 0);
     }
 
+    void refusedDropOpensNoBranch()
+    {
+        Window w;
+        w.view->collapse(w.at("1"_s));
+        QSignalSpy opened(w.view, &QTreeView::expanded);
+        QCOMPARE(drop(w.view->viewport(), w.placeOf("1"_s), *tagDrag({99})), Qt::IgnoreAction);
+        QVERIFY(!opened.wait(800)); // longer than a drag rests on a branch that opens
+    }
+
     void deletions_data()
     {
         addColumns<QString, bool, int, QString>("path", "agrees", "questions", "paths");

@@ -291,7 +291,9 @@ private slots:
         relations.addChildren("1"_s, {2});
         relations.addChildren("1.2"_s, {3});
         TRmodel *model = relations.model();
+        QSignalSpy repainted(model, &TRmodel::dataChanged);
         fixture.manager()->renameTag(2, "big cats"_s);
+        QVERIFY(!repainted.isEmpty());
         for (const char *path : {"2", "1.2"})
             QCOMPARE(model->indexOfPath(QLatin1String(path)).data().toString(), "big cats"_s);
         const QModelIndex cubs = model->indexOfPath("1.2.3"_s);
