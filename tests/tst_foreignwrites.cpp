@@ -178,7 +178,9 @@ private slots:
         other->start();
         int edited = 0;
         int dropped = 0;
-        for (int round = 0; round < 150; ++round) {
+        // On a busy machine the other one gets its turns late.
+        const auto wantsMore = [&edited, &dropped] { return edited <= 5 || dropped <= 5; };
+        for (int round = 0; round < 150 || (wantsMore() && round < 3000); ++round) {
             if (round % 3 == 0) {
                 manager().addFiles({"https://example.org/%1"_s.arg(round)}, {}, false, 0);
                 QTRY_VERIFY(!manager().isBusy());
@@ -194,7 +196,7 @@ private slots:
         }
         isOver = true;
         other->wait();
-        QVERIFY2(edited > 5 && dropped > 5, qPrintable("%1 and %2"_s.arg(edited).arg(dropped)));
+        QVERIFY2(!wantsMore(), qPrintable("%1 and %2"_s.arg(edited).arg(dropped)));
     }
 
     void ownOperationsAreNoNews()
