@@ -20,6 +20,8 @@ public:
                 const QString &idTable, ExportSummary &summary);
 
     bool prepare();
+    /** Each tag of each file is in the other database: none is looked for there. */
+    void setHasAllTags(bool hasAllTags) { m_hasAllTags = hasAllTags; }
     /** False when the export cannot go on, or is not to. */
     bool run();
     void cleanUp();
@@ -33,11 +35,14 @@ private:
         qint64 first = 0;
         qint64 last = 0;
         qint64 files = 0; ///< how many of them are there
+        bool hasPaths = false;
+        bool hasThumbnails = false;
         qint64 places() const { return last - first + 1; }
     };
     enum Outcome { Copied, Failed, Damaged, Lost };
 
     bool readRange(qint64 first, Range &range);
+    bool cutRange(Range &range);
     bool copy(const Range &range);
     bool copyHalves(const Range &range);
     Outcome tryCopy(const Range &range);
@@ -56,6 +61,7 @@ private:
     ExportSummary &m_summary;
     const QString m_idTable;
     const qint64 m_total;
+    bool m_hasAllTags = false;
     ProgressThrottle m_progress;
     QString m_reason; ///< of the last failure
 };

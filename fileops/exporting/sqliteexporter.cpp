@@ -95,7 +95,7 @@ bool SQLiteExporter::exportTags()
     qDebug("SQLiteExporter::exportTags()");
     if (m_request.addAllTagsOfFiles) {
         qDebug("Adding to tag list all tags of all files.");
-        if (!run("INSERT OR IGNORE INTO temp.mem_export_tags (id) SELECT tag_id FROM main.file_tag "
+        if (!run("INSERT OR IGNORE INTO temp.mem_export_tags (id) SELECT DISTINCT tag_id FROM main.file_tag "
                  "WHERE file_id IN (SELECT id FROM temp.mem_export_files);"))
             return fail();
     }
@@ -130,6 +130,12 @@ bool SQLiteExporter::exportTagGroups()
 
 bool SQLiteExporter::exportFiles()
 {
+    qint64 tagsGone = 0;
+    if (!m_statements.readNumber(QStringLiteral("SELECT count(*) FROM temp.mem_export_tags WHERE id NOT IN "
+                                                "(SELECT tag_id FROM exportTo.tags);"),
+                                 tagsGone))
+        return fail();
+    m_copier.setHasAllTags(m_request.addAllTagsOfFiles && tagsGone == 0);
     if (m_copier.run())
         return true;
     m_isBusy = m_statements.isBusy();
