@@ -178,6 +178,17 @@ private slots:
         QVERIFY(provider().endChecks() == false);
     }
 
+    void whatIsLeftOfACheckTouchesNoOtherFile()
+    {
+        // The next file gets the id of the one that goes, while the check has yet to read that one.
+        m_fixture->write("c.txt"_s, "cherries");
+        const QString other = m_fixture->write("d.txt"_s, "date");
+        provider().checkExternalFiles({3});
+        provider().deleteFiles({3});
+        m_fixture->add({other}, {3});
+        QVERIFY(tagged().last().startsWith("d.txt|4|"_s));
+    }
+
     void othersGetInBetween()
     {
         const QVector<qint64> many = fillWithMissing();

@@ -46,10 +46,11 @@ bool FileRefresh::writeFile(const ModifiedFile &file)
 {
     static const QString update =
         QStringLiteral("UPDATE files SET modification_date=?,data_checksum=?,file_size=?,file_name=? "
-                       "WHERE file_id=? AND internal=0;");
+                       "WHERE file_id=? AND id_code=? AND internal=0;");
     const QString name = file.path.mid(file.path.lastIndexOf(QLatin1Char('/')) + 1);
     const QByteArray thumbnail = m_thumbnails.value(file.fileId);
-    return m_worker.runFast(update, {file.modified, file.checksum, file.size, name, file.fileId}) &&
+    return m_worker.runFast(update,
+                            {file.modified, file.checksum, file.size, name, file.fileId, file.idCode}) &&
            (thumbnail.isEmpty() || ThumbnailMaker(m_worker).store(thumbnail, file.thumbnailId, false));
 }
 

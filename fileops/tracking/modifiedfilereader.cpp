@@ -2,9 +2,12 @@
 
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/sqltext.h"
+#include "fileops/contents/externalpaths.h"
 #include "fileops/contents/filechecksums.h"
 #include "fileops/files/filelook.h"
 #include "fileops/worker/fileoperationworker.h"
+
+#include <QDir>
 
 #include <algorithm>
 
@@ -62,22 +65,31 @@ bool ModifiedFileReader::readRows(QHash<qint64, QString> &paths, ModifiedFileLis
     std::sort(ids.begin(), ids.end());
     ids = ids.mid(0, filesAtOnce);
     const AbstractQueryConstructor &sql = *m_worker.constructor();
-    const QStringList columns = {QStringLiteral("file_id"), QStringLiteral("id_code"),
-                                 QStringLiteral("data_checksum"), QStringLiteral("thumbnail_id")};
-    const QString condition =
-        QStringLiteral("internal=0 AND ") + sql.inClause(QStringLiteral("file_id"), SqlText::idTexts(ids));
+    const QStringList columns = {QStringLiteral("file_id"),       QStringLiteral("id_code"),
+                                 QStringLiteral("data_checksum"), QStringLiteral("thumbnail_id"),
+                                 QStringLiteral("path"),          QStringLiteral("rel_path")};
+    const QString condition = QStringLiteral("path_id=storage_id AND internal=0 AND ") +
+                              sql.inClause(QStringLiteral("file_id"), SqlText::idTexts(ids));
     TableData table;
-    const bool isRead = m_worker.runAsync(sql.selectQuery(columns, QStringLiteral("files")) +
+    const bool isRead = m_worker.runAsync(sql.selectQuery(columns, QStringLiteral("files, file_paths")) +
                                               sql.whereClause(condition) + sql.statementEnd(),
                                           table);
     QHash<qint64, QString> unknown;
     for (const qint64 id : qAsConst(ids))
         unknown.insert(id, QString());
+    const Database::PathLocator locator = Database::pathLocator(m_worker.connectionName());
     for (const TableRowData *row : qAsConst(table)) {
+        // A check that was put off may come back to an id that is another file's by now.
+        const QString path = paths.value(row->at(0).toLongLong());
+        const QString relative = row->at(5).toString();
+        const bool isNearby = locator.isLocal && !relative.isEmpty() &&
+                              path == QDir::cleanPath(Database::absolutePath(relative, locator));
+        if (path != row->at(4).toString() && !isNearby)
+            continue;
         ModifiedFile file;
         file.fileId = row->at(0).toLongLong();
         file.idCode = row->at(1).toString();
-        file.path = paths.value(file.fileId);
+        file.path = path;
         file.storedChecksum = row->at(2).toLongLong();
         file.thumbnailId = row->at(3).toLongLong();
         files.append(file);
