@@ -126,7 +126,7 @@ dialogs_pictures() {
     dialog filetags.png '^Browsing Tree Tags'
     key Escape
     # A name that another file has, in Edit Mode
-    click 430 183; click 468 41; key ctrl+e; sleep 0.3
+    click 430 183; click 605 41; key ctrl+e; sleep 0.3
     click 740 135; key F2; key ctrl+a; xdotool type 'Tide times.txt'; sleep 0.3
     take list.png 600x250+556+62
     key Return; sleep 1
@@ -169,7 +169,7 @@ light_pictures() {
     tags_pictures
     trees_pictures
     dialogs_pictures
-    click 402 41
+    click 572 41
     from 415 497 415 415
     close_window
 }
