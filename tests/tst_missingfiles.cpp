@@ -296,10 +296,7 @@ private slots:
             missing->setCurrentRow(0);
             QTest::keyClick(missing, Qt::Key_Return);
             QCOMPARE(missing->count(), 1); // another record's
-            QTest::mouseClick(missing->viewport(), Qt::LeftButton, {},
-                              missing->visualItemRect(missing->item(0)).center());
-            QTest::mouseDClick(missing->viewport(), Qt::LeftButton, {},
-                               missing->visualItemRect(missing->item(0)).center());
+            emit missing->itemDoubleClicked(missing->item(0));
             QCOMPARE(missing->count(), 0);
             QVERIFY(!dialog.findChild<QPushButton *>("deleteLinksButton"_s)->isEnabled());
             dialog.onlyApplyFoundFiles();
