@@ -94,16 +94,19 @@ void FileLocator::locateByName(const QVector<int> &sameName, const QVector<Hit> 
 {
     QVector<int> open;
     // Where several files have one name, their sizes tell them apart.
+    QHash<qint64, QVector<const Hit *>> bySize;
+    if (sameName.size() > 1) {
+        for (auto hit = hits.crbegin(); hit != hits.crend(); ++hit)
+            bySize[hit->size].append(&*hit);
+    }
     for (const int file : sameName) {
-        const auto isOfSize = [&](const Hit &hit) {
-            return isFree(hit.path) && hit.size == m_files.at(file).size;
-        };
-        const auto hit =
-            sameName.size() > 1 ? std::find_if(hits.cbegin(), hits.cend(), isOfSize) : hits.cend();
-        if (hit != hits.cend())
-            settle(file, hit->path);
-        else
+        QVector<const Hit *> &left = bySize[m_files.at(file).size];
+        while (!left.isEmpty() && !isFree(left.last()->path))
+            left.removeLast();
+        if (left.isEmpty())
             open.append(file);
+        else
+            settle(file, left.takeLast()->path);
     }
     auto file = open.cbegin();
     for (auto hit = hits.cbegin(); hit != hits.cend() && file != open.cend(); ++hit) {
@@ -129,16 +132,17 @@ void FileLocator::matchContents(const QStringList &paths, qint64 size)
     std::copy_if(paths.cbegin(), paths.cend(), std::back_inserter(free),
                  [this](const QString &path) { return isFree(path); });
     const QVector<FileChecksum> checksums = FileChecksums::ofFiles(free, m_shouldEnd);
+    QHash<qint64, QVector<int>> open; // files by checksum, the first one last
+    const QVector<int> files = m_bySize.value(size);
+    for (auto file = files.crbegin(); file != files.crend(); ++file) {
+        if (!m_located.contains(m_files.at(*file).fileId))
+            open[m_files.at(*file).checksum].append(*file);
+    }
     for (int i = 0; i < free.size(); ++i) {
         const FileChecksum &read = checksums.at(i);
-        if (!read.isRead || read.size != size)
-            continue;
-        const QVector<int> files = m_bySize.value(size);
-        const auto found = std::find_if(files.cbegin(), files.cend(), [&](int file) {
-            return m_files.at(file).checksum == read.checksum && !m_located.contains(m_files.at(file).fileId);
-        });
-        if (found != files.cend())
-            settle(*found, free.at(i));
+        const auto found = open.find(read.checksum);
+        if (read.isRead && read.size == size && found != open.end() && !found->isEmpty())
+            settle(found->takeLast(), free.at(i));
     }
 }
 
