@@ -1,4 +1,5 @@
 #include "app/crashwriter.h"
+#include "app/language/languagefiles.h"
 #include "app/settings/constants.h"
 #ifndef Q_OS_WIN
 #include "app/endsignals.h"
@@ -64,6 +65,8 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
+    LanguageFiles language;
+    language.load();
     initResources();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/vorna.png")));
     QCoreApplication::setApplicationName(Constants::applicationName);

@@ -6,12 +6,14 @@ set -euo pipefail
 build=(
     g++ cmake ninja-build ccache git lld          # compiler and build tools
     qtbase5-dev                                   # Qt 5.15: Core, Gui, Widgets, Sql, Network, Test
+    qttools5-dev qttools5-dev-tools               # texts in other languages
     libpq-dev                                     # ending the wait for a server
     libsqlite3-dev libjpeg62-turbo-dev            # the first for db/, both for the benchmarks' reference loops
     librsvg2-bin                                  # icons: SVG to PNG at build time
 )
 run=(
     libqt5sql5-sqlite libqt5sql5-psql             # database drivers
+    qttranslations5-l10n                          # the toolkit's own texts in other languages
     qt5-image-formats-plugins libqt5svg5          # WebP, TIFF, SVG ... as thumbnails
     fonts-dejavu-core
     ca-certificates                               # whom to believe, where updates are looked for

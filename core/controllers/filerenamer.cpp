@@ -9,18 +9,12 @@
 #include "fileops/adding/hyperlinkcheck.h"
 #include "fileops/files/filenames.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 
 #include <algorithm>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("FileRenamer", text);
-}
 
 bool isNameOfFile(const QString &name)
 {

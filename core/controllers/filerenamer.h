@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QtGlobal>
 
 class DatabaseManger;
@@ -14,6 +15,8 @@ class UserPrompts;
  */
 class FileRenamer
 {
+    Q_DECLARE_TR_FUNCTIONS(FileRenamer)
+
 public:
     enum Outcome { Unchanged, Renamed, NameForbidden, AddressForbidden, NameTaken, DiskRefused };
 

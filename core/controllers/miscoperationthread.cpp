@@ -7,19 +7,22 @@
 
 namespace {
 
-QString tr(const char *text)
+/** Where the texts of this file are looked up. */
+struct Texts
 {
-    return QCoreApplication::translate("MiscOperationThread", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(MiscOperationThread)
+};
 
 QString question(const QString &folder, const QString &name, const QString &newName, int kind)
 {
     if (kind == MiscOperationThread::RenameQuestion)
-        return tr("There is already a file named %1 in folder %2. Do you instead want to rename the file to "
-                  "%3?")
+        return Texts::tr(
+                   "There is already a file named %1 in folder %2. Do you instead want to rename the file to "
+                   "%3?")
             .arg(name, folder, newName);
-    return tr("There is a different file already in the folder %1 with the same name as file '%2'. Do you "
-              "want to replace it or create a new file named '%3'?")
+    return Texts::tr(
+               "There is a different file already in the folder %1 with the same name as file '%2'. Do you "
+               "want to replace it or create a new file named '%3'?")
         .arg(folder, name, newName);
 }
 
@@ -32,9 +35,9 @@ int MiscOperationThread::askUserIfUserNewName(const QString &folder, const QStri
         qDebug("MiscOperationThread::askUserIfUserNewName() - invalid operation type");
         return CancelChoice;
     }
-    const UserPrompts::Inquiry inquiry{UserPrompts::Question, tr("File Extraction"),
+    const UserPrompts::Inquiry inquiry{UserPrompts::Question, Texts::tr("File Extraction"),
                                        question(folder, name, newName, kind), QString()};
-    switch (prompts.choose(inquiry, {tr("Use New Name"), tr("Replace")})) {
+    switch (prompts.choose(inquiry, {Texts::tr("Use New Name"), Texts::tr("Replace")})) {
     case 0:
         return UseNewNameChoice;
     case 1:

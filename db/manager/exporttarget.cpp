@@ -5,17 +5,11 @@
 #include "fileops/files/partfile.h"
 #include "fileops/worker/exportrequest.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <cerrno>
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ExportTarget", text);
-}
-
 bool makeDatabase(const QString &path)
 {
     SQLiteDBManager manager(Constants::sqliteDriver, path, QString(), QString(), QString(), 0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <memory>
@@ -10,6 +11,8 @@ struct ExportRequest;
 /** Makes what an export writes to, empty and beside the place where it is to stand. */
 class ExportTarget
 {
+    Q_DECLARE_TR_FUNCTIONS(ExportTarget)
+
 public:
     /** Null, and refusal() tells why, when there is no place for it. A database has its tables. */
     std::shared_ptr<PartFile> make(const ExportRequest &request);

@@ -2,11 +2,8 @@
 
 #include "fileops/adding/firstnames.h"
 
-#include <QCoreApplication>
-
 QString LeftOutFiles::text() const
 {
-    const auto tr = [](const char *text) { return QCoreApplication::translate("LeftOutFiles", text); };
     QStringList parts;
     const int names = unreadableNames.size();
     if (names > 0)

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QStringList>
 
 /** What an add has left out, gathered to be told once and at its end. */
 struct LeftOutFiles
 {
+    Q_DECLARE_TR_FUNCTIONS(LeftOutFiles)
+
+public:
     QStringList unreadable;      ///< files and folders: gone, of another kind, without rights or damaged
     QStringList unreadableNames; ///< files whose names are no text in the encoding of the system
     QStringList unreadableNamesOfFolders;

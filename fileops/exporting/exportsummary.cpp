@@ -3,15 +3,6 @@
 #include "fileops/adding/firstnames.h"
 #include "fileops/worker/exportrequest.h"
 
-#include <QCoreApplication>
-
-namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ExportSummary", text);
-}
-} // namespace
-
 QString ExportSummary::text(const QString &path, int form) const
 {
     const QString target = firstNames({path});

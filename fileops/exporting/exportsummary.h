@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -7,6 +8,9 @@
 /** What an export came to. */
 struct ExportSummary
 {
+    Q_DECLARE_TR_FUNCTIONS(ExportSummary)
+
+public:
     qint64 files = 0;
     qint64 tags = 0;
     qint64 nodes = 0;

@@ -6,7 +6,6 @@
 #include "fileops/importing/importrun.h"
 #include "fileops/worker/fileoperationworker.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QPair>
 #include <QSet>
@@ -20,11 +19,6 @@ constexpr qint64 mostBytes = 64LL << 20;
 // What a file is reckoned at has a bound: a source may record any number, and their sum must be one, too.
 const QString bytesOfContents =
     QStringLiteral("CASE kind WHEN 1 THEN min(max(0,size),%1) ELSE 0 END").arg(1LL << 40);
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ChunkRows", text);
-}
 
 QSqlError damage()
 {

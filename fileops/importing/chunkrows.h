@@ -2,6 +2,7 @@
 
 #include "fileops/contents/externalpaths.h"
 
+#include <QCoreApplication>
 #include <QPair>
 #include <QString>
 #include <QVariant>
@@ -17,6 +18,8 @@ class ImportRun;
  */
 class ChunkRows
 {
+    Q_DECLARE_TR_FUNCTIONS(ChunkRows)
+
 public:
     using AtBlock = std::function<void(qint64)>;
 

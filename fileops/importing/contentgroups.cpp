@@ -5,7 +5,6 @@
 #include "fileops/importing/importrun.h"
 #include "fileops/importing/sourcefiles.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QHash>
 #include <QStringList>
@@ -18,10 +17,6 @@ constexpr int contentGroup = 1;
 // long.
 constexpr int mostCompared = 16;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ContentGroups", text);
-}
 } // namespace
 
 void ContentGroups::createTables(ImportRun &run)

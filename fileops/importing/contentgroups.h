@@ -2,6 +2,7 @@
 
 #include "fileops/importing/contentcomparison.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QString>
 #include <QVector>
@@ -18,6 +19,8 @@ class ImportRun;
  */
 class ContentGroups
 {
+    Q_DECLARE_TR_FUNCTIONS(ContentGroups)
+
 public:
     /** `isAdding` says that files are to come over, and not only what is known of those on both sides. */
     ContentGroups(ImportRun &run, const ContentComparison &contents, bool isAdding)

@@ -5,7 +5,6 @@
 #include "fileops/importing/importrun.h"
 #include "fileops/worker/fileoperationworker.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QPair>
 
@@ -20,10 +19,6 @@ constexpr int bytesOfFile = 4096;
 constexpr int firstPercent = 30;
 constexpr int lastPercent = 95;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("FileImporter", text);
-}
 } // namespace
 
 FileImporter::FileImporter(ImportRun &run, bool takesDescriptions)

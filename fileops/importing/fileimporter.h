@@ -2,6 +2,7 @@
 
 #include "fileops/importing/chunkrows.h"
 
+#include <QCoreApplication>
 #include <QtGlobal>
 
 class CriticalDMError;
@@ -14,6 +15,8 @@ class ImportRun;
  */
 class FileImporter
 {
+    Q_DECLARE_TR_FUNCTIONS(FileImporter)
+
 public:
     FileImporter(ImportRun &run, bool takesDescriptions);
 

@@ -3,16 +3,8 @@
 #include "db/sql/longtext.h"
 #include "fileops/importing/importrun.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QHash>
-
-namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("GroupImporter", text);
-}
-} // namespace
 
 void GroupImporter::importGroups()
 {

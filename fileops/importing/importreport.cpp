@@ -2,15 +2,9 @@
 
 #include "fileops/adding/firstnames.h"
 
-#include <QCoreApplication>
-
 namespace {
 constexpr int keptNames = 11; // one more than are shown, which tells that there are others
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ImportReport", text);
-}
 } // namespace
 
 void ImportReport::leaveOut(const QString &why, const QString &name)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -7,6 +8,8 @@
 /** What an import did, counted while it runs, and the word about it at its end. */
 class ImportReport
 {
+    Q_DECLARE_TR_FUNCTIONS(ImportReport)
+
 public:
     enum Kind { Files, KnownFiles, Descriptions, Tags, Groups, Nodes, Relationships, Links };
 

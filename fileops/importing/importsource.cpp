@@ -6,7 +6,6 @@
 #include "db/sql/schemacheck.h"
 #include "fileops/files/regularfile.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -16,11 +15,6 @@
 namespace {
 const QString sourceConnection = QStringLiteral("importSource");
 const QString options = QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=2000");
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ImportSource", text);
-}
 
 struct Table
 {
@@ -57,9 +51,9 @@ QString reason(const QSqlError &error)
         return ImportSource::busyText();
     case 8:
         // Reading alone cannot take back what was written.
-        return tr("A change to it was broken off. Open it once, and it is put in order.");
+        return ImportSource::tr("A change to it was broken off. Open it once, and it is put in order.");
     default:
-        return tr("It cannot be read as a database: %1").arg(error.databaseText());
+        return ImportSource::tr("It cannot be read as a database: %1").arg(error.databaseText());
     }
 }
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -12,6 +13,8 @@ class QSqlDatabase;
  */
 class ImportSource
 {
+    Q_DECLARE_TR_FUNCTIONS(ImportSource)
+
 public:
     explicit ImportSource(const QString &path) : m_path(path) {}
 

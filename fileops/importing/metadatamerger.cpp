@@ -3,17 +3,11 @@
 #include "db/sql/longtext.h"
 #include "fileops/importing/importrun.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QPair>
 #include <QVector>
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("MetadataMerger", text);
-}
-
 /** Adds a text behind another one that does not hold it yet. */
 void append(QString &description, const QString &other)
 {

@@ -2,6 +2,7 @@
 
 #include "fileops/worker/importoptions.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 class ImportRun;
@@ -9,6 +10,8 @@ class ImportRun;
 /** Brings tags and descriptions of the source to the files that it shares with the open database. */
 class MetadataMerger
 {
+    Q_DECLARE_TR_FUNCTIONS(MetadataMerger)
+
 public:
     explicit MetadataMerger(ImportRun &run) : m_run(run) {}
 

@@ -2,17 +2,9 @@
 
 #include "fileops/importing/importrun.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 
 #include <algorithm>
-
-namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("NodeImporter", text);
-}
-} // namespace
 
 void NodeImporter::importNodes()
 {

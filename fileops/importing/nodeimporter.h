@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QPair>
 #include <QSet>
@@ -14,6 +15,8 @@ class ImportRun;
  */
 class NodeImporter
 {
+    Q_DECLARE_TR_FUNCTIONS(NodeImporter)
+
 public:
     explicit NodeImporter(ImportRun &run) : m_run(run) {}
 

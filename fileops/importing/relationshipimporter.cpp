@@ -2,7 +2,6 @@
 
 #include "fileops/importing/importrun.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 
 #include <algorithm>
@@ -13,11 +12,6 @@ constexpr QLatin1Char dot('.');
 constexpr int mostLevels = 2000;
 // Each place may bring a whole tree along: places of trees at places of trees would fill it, too.
 constexpr int mostAddedBelow = 1000000;
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("RelationshipImporter", text);
-}
 
 QString textOf(const QVector<qint64> &path)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QPair>
 #include <QSet>
@@ -14,6 +15,8 @@ class ImportRun;
  */
 class RelationshipImporter
 {
+    Q_DECLARE_TR_FUNCTIONS(RelationshipImporter)
+
 public:
     explicit RelationshipImporter(ImportRun &run) : m_run(run) {}
 

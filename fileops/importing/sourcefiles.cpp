@@ -5,16 +5,10 @@
 #include "fileops/importing/contentcomparison.h"
 #include "fileops/importing/importrun.h"
 
-#include <QCoreApplication>
 #include <QHash>
 #include <QStringList>
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("SourceFiles", text);
-}
-
 QString numbers(const QStringList &columns)
 {
     QStringList expressions;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 class ContentComparison;
 class ImportRun;
 
@@ -9,6 +11,8 @@ class ImportRun;
  */
 class SourceFiles
 {
+    Q_DECLARE_TR_FUNCTIONS(SourceFiles)
+
 public:
     enum Fate {
         IsNew = 0,  ///< to be added

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 class ImportRun;
@@ -10,6 +11,8 @@ class ImportRun;
  */
 class TagImporter
 {
+    Q_DECLARE_TR_FUNCTIONS(TagImporter)
+
 public:
     explicit TagImporter(ImportRun &run) : m_run(run) {}
 

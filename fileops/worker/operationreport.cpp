@@ -1,31 +1,28 @@
 #include "fileops/worker/operationreport.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
 namespace {
 QString sentence(FileOperationType type)
 {
-    const auto tr = [](const char *text) { return QCoreApplication::translate("OperationReport", text); };
     switch (type) {
     case FileOperationType::AddFilesOperation:
     case FileOperationType::AddHyperlinksOperation:
     case FileOperationType::AddFileListOperation:
-        return tr("Files added: %1 of %2.");
+        return OperationReport::tr("Files added: %1 of %2.");
     case FileOperationType::AutoLinkFilesOperation:
-        return tr("Files linked: %1 of %2.");
+        return OperationReport::tr("Files linked: %1 of %2.");
     case FileOperationType::DeleteFilesOperation:
-        return tr("Files deleted: %1 of %2.");
+        return OperationReport::tr("Files deleted: %1 of %2.");
     case FileOperationType::ExtractFilesOperation:
     case FileOperationType::ExtractToTemporaryOperation:
-        return tr("Files extracted: %1 of %2.");
+        return OperationReport::tr("Files extracted: %1 of %2.");
     case FileOperationType::LocateFilesOperation:
-        return tr("Files located: %1 of %2.");
+        return OperationReport::tr("Files located: %1 of %2.");
     case FileOperationType::TransferFilesOperation:
-        return tr("Files transferred: %1 of %2.");
+        return OperationReport::tr("Files transferred: %1 of %2.");
     case FileOperationType::RemakeThumbnailsOperation:
-        return tr("Thumbnails remade: %1 of %2.");
+        return OperationReport::tr("Thumbnails remade: %1 of %2.");
     default:
         return {};
     }

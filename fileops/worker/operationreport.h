@@ -3,6 +3,7 @@
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/operationshortfall.h"
 
+#include <QCoreApplication>
 #include <functional>
 
 /**
@@ -11,6 +12,8 @@
  */
 class OperationReport
 {
+    Q_DECLARE_TR_FUNCTIONS(OperationReport)
+
 public:
     void begin(FileOperationType type);
     void note(const QSqlError &error);

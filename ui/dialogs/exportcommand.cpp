@@ -11,16 +11,10 @@
 #include "fileops/worker/exportrequest.h"
 #include "ui/dialogs/tagexportdialog.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ExportCommand", text);
-}
-
 QString extensionOf(int form)
 {
     switch (form) {
@@ -37,8 +31,9 @@ bool mayReplace(QWidget *parent, const QString &path)
 {
     Messages::Box box;
     box.icon = QMessageBox::Warning;
-    box.title = tr("Exporting");
-    box.text = tr("\"%1\" already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName());
+    box.title = ExportCommand::tr("Exporting");
+    box.text = ExportCommand::tr("\"%1\" already exists.\nDo you want to replace it?")
+                   .arg(QFileInfo(path).fileName());
     box.buttons = QMessageBox::Yes | QMessageBox::No;
     box.defaultButton = QMessageBox::No;
     return Messages::run(parent, box).button == QMessageBox::Yes;
@@ -49,8 +44,8 @@ QString Database::askExportTarget(QWidget *parent, const QString &filter)
 {
     const QString extension = filter.mid(1);
     QString path =
-        FileDialogs::saveFile(parent, tr("Export Target"), WindowSettings::lastDatabaseDir(QDir::homePath()),
-                              filter, extension.mid(1));
+        FileDialogs::saveFile(parent, ExportCommand::tr("Export Target"),
+                              WindowSettings::lastDatabaseDir(QDir::homePath()), filter, extension.mid(1));
     if (path.isEmpty())
         return path;
     path = QFileInfo(path).absoluteFilePath();

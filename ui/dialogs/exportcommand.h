@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QPointer>
 #include <QString>
 #include <QVector>
@@ -17,6 +18,8 @@ QString askExportTarget(QWidget *parent, const QString &filter);
 /** An export gesture: asks what has to be asked and hands the request to the controller. GUI thread. */
 class ExportCommand
 {
+    Q_DECLARE_TR_FUNCTIONS(ExportCommand)
+
 public:
     /** Dialogs stand above the parent. */
     ExportCommand(MainViewController *controller, QWidget *parent);

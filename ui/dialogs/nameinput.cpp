@@ -5,10 +5,11 @@
 
 namespace {
 
-QString tr(const char *text)
+/** Where the texts of this file are looked up. */
+struct Texts
 {
-    return QCoreApplication::translate("NameInput", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(NameInput)
+};
 
 /** Closes only with a name that was taken: one that was refused can be mended, or tried again. */
 class NameDialog : public QInputDialog
@@ -60,7 +61,8 @@ bool ask(QWidget *parent, const QString &title, const QString &label, const Take
 
 bool askForGroup(QWidget *parent, const Taker &take)
 {
-    return NameDialog(parent, take, QLatin1Char('"')).askFor(tr("Group name"), tr("Name of new group:"));
+    return NameDialog(parent, take, QLatin1Char('"'))
+        .askFor(Texts::tr("Group name"), Texts::tr("Name of new group:"));
 }
 
 } // namespace NameInput

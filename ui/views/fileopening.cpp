@@ -17,10 +17,11 @@
 
 namespace {
 
-QString tr(const char *text)
+/** Where the texts of this file are looked up. */
+struct Texts
 {
-    return QCoreApplication::translate("FileOpening", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(FileOpening)
+};
 
 bool isAllowedScheme(const QString &scheme)
 {
@@ -97,16 +98,17 @@ void FileOpening::openHyperlink(QWidget *parent, const QString &text)
 {
     const QUrl url = linkTarget(text);
     if (url.isEmpty() || !QDesktopServices::openUrl(url))
-        Messages::warning(parent, tr("Error"), tr("Failed opening hyperlink."));
+        Messages::warning(parent, Texts::tr("Error"), Texts::tr("Failed opening hyperlink."));
 }
 
 bool FileOpening::warnWhenGone(QWidget *parent, const QString &path)
 {
     if (QFileInfo::exists(path))
         return false;
-    Messages::warning(parent, tr("File No Longer Present"),
-                      tr("This file is no longer present in its original path. It may have been moved, "
-                         "deleted or renamed."));
+    Messages::warning(
+        parent, Texts::tr("File No Longer Present"),
+        Texts::tr("This file is no longer present in its original path. It may have been moved, "
+                  "deleted or renamed."));
     return true;
 }
 
@@ -116,22 +118,23 @@ void FileOpening::openExternalFile(QWidget *parent, const QString &path)
         return;
     // It may have gone while the desktop looked for a program.
     if (!warnWhenGone(parent, path))
-        Messages::warning(parent, tr("Error opening file"),
-                          tr("Vorna is unable to open this file. There may not be any application "
-                             "associated with the file type."));
+        Messages::warning(parent, Texts::tr("Error opening file"),
+                          Texts::tr("Vorna is unable to open this file. There may not be any application "
+                                    "associated with the file type."));
 }
 
 bool FileOpening::mayOpenFile(QWidget *parent, const QString &path)
 {
     switch (Startable::verdictOn(QDir::cleanPath(path))) {
     case Startable::Program:
-        Messages::warning(parent, tr("Error opening file"),
-                          tr("This file would start a program, which Vorna does not do. Start it from its "
-                             "folder if you trust it."));
+        Messages::warning(
+            parent, Texts::tr("Error opening file"),
+            Texts::tr("This file would start a program, which Vorna does not do. Start it from its "
+                      "folder if you trust it."));
         return false;
     case Startable::Unopenable:
-        Messages::warning(parent, tr("Error opening file"),
-                          tr("Vorna opens files and folders only, and this is neither."));
+        Messages::warning(parent, Texts::tr("Error opening file"),
+                          Texts::tr("Vorna opens files and folders only, and this is neither."));
         return false;
     default:
         return true;
@@ -144,9 +147,9 @@ bool FileOpening::mayOpenCopy(QWidget *parent, const QString &name)
     if (!Startable::isByName(Database::safeFileName(name)))
         return true;
     Messages::warning(
-        parent, tr("Error opening file"),
-        tr("This file would start a program, which Vorna does not do out of a database. Extract "
-           "it if you trust it, and start it from there."));
+        parent, Texts::tr("Error opening file"),
+        Texts::tr("This file would start a program, which Vorna does not do out of a database. Extract "
+                  "it if you trust it, and start it from there."));
     return false;
 }
 

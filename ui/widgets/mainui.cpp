@@ -1,7 +1,6 @@
 #include "ui/widgets/mainui.h"
 
 #include <QAction>
-#include <QCoreApplication>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
@@ -9,11 +8,6 @@
 #include <QToolButton>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("MainUi", text);
-}
 
 QToolBar *addBar(QMainWindow *window, const QString &title, const char *objectName)
 {
@@ -35,7 +29,7 @@ QLineEdit *makeEdit(QMainWindow *window, const QString &placeholder, const QStri
 
 QAction *makeEditMode(QMainWindow *window)
 {
-    auto *action = new QAction(QIcon(QStringLiteral(":/icons/edit.png")), tr("Edit Mode"), window);
+    auto *action = new QAction(QIcon(QStringLiteral(":/icons/edit.png")), MainUi::tr("Edit Mode"), window);
     action->setObjectName(QStringLiteral("editModeAction"));
     action->setCheckable(true);
     action->setShortcut(QKeySequence(QStringLiteral("Ctrl+E")));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QList>
 
 class QAction;
@@ -15,6 +16,8 @@ class QToolBar;
  */
 class MainUi
 {
+    Q_DECLARE_TR_FUNCTIONS(MainUi)
+
 public:
     /** Builds the menus in the menu bar's order and adds the five tool bars, still empty. */
     explicit MainUi(QMainWindow *window);

@@ -1,0 +1,3193 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>AbstractController</name>
+    <message>
+        <source>Read-only Database</source>
+        <translation>Schreibgeschützte Datenbank</translation>
+    </message>
+    <message>
+        <source>This database is read-only.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AddHyperlinkDialog</name>
+    <message>
+        <source>Add Hyperlink</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Hyperlink:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>https://</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The address of a page or a mailbox, kept like a file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hyperlinks is file on the local file system</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AutoLinkDialog</name>
+    <message>
+        <source>Auto Linking</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Absolute path: %1
+Relative path: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AutoLinkSync</name>
+    <message>
+        <source>Files left out</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file has a name that cannot be read:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files have names that cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AutoLinks</name>
+    <message>
+        <source>Can&apos;t link to folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder does not exist.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Folder contains current database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error Creating Link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Node already has link to this folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The system does not watch 1 linked folder, as it has no watches left (fs.inotify.max_user_watches). The folder is looked at every %1 seconds instead.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The system does not watch %1 linked folders, as it has no watches left (fs.inotify.max_user_watches). They are looked at every %2 seconds instead.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BrowsingTreeDialog</name>
+    <message>
+        <source>&amp;Create new Browsing Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Delete Browsing Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing Trees</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All who share this database see the same trees. Which one is shown here is your own choice.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make an empty tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete the tree of the current row for everybody; tags and files stay (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Create new Browsing Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name of new browsing tree:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete browsing tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Default browsing tree can not be deleted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selected browsing tree can not be deleted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following Browsing Tree will be deleted: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BrowsingTreeTableModel</name>
+    <message>
+        <source>Show %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is already a browsing tree with this name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selected browsing tree no longer exists.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing tree name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Previous browsing tree does not exists anymore. 
+Selected default browsing tree.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing tree error</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BrowsingTreeTagsDialog</name>
+    <message>
+        <source>Browsing Tree Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BrowsingTreeViewDock</name>
+    <message>
+        <source>Browsing Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete with subtree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Relationships Enabled</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Node Inverted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto Link To Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>View Path</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing Tree: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Directoty</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ChunkRows</name>
+    <message>
+        <source>External files without a path: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files with texts that are too long: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files whose contents are missing or damaged: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>CollectionOpener</name>
+    <message>
+        <source>Error opening database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is in use by another program. Waiting ...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ConflictList</name>
+    <message>
+        <source>Replace</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use New Name: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Connections</name>
+    <message>
+        <source>The server does not use standard strings.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database file &quot;%1&quot; is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ContentGroups</name>
+    <message>
+        <source>Files of the same contents as another one, which has their tags: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ContentMatchModel</name>
+    <message>
+        <source>    Content matched other external file
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>, which is one of the name matches.
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>, which could not be added to the database.
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>, which was added to the database.
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>  Size: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>  Last Modified: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No content duplicates.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following%1 files and hyperlinks will not be added to the database:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>
+           Tags: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database file: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>   Size: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> Last Modified: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>    Took the place of the following missing file in the database:
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>hyperlink</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>    Content matched the following </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> in the database:
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>External content duplicate group.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Content matched </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ContentsModel</name>
+    <message>
+        <source>Thumbnail</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Modification Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Addition Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ID Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LoadID</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseConnectDialog</name>
+    <message>
+        <source>Connect to Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A database that others share on a PostgreSQL server. The password is not stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Host:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>server.example.com</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Po&amp;rt:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Database:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;User:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Connect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid database details</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Provided database details were invalid.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseContentsSelector</name>
+    <message>
+        <source>Import Options</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File Descriptions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Append Descriptions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Replace Descriptions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Browsing Nodes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Relationships</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag to File Relationships</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What should the files that this database shares with the shell &quot;%1&quot; take over?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What should be imported from &quot;%1&quot;?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseErrors</name>
+    <message>
+        <source>Connection problem</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Could not connect to the database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This may be a result of the file permissions of the database file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This may be a result of the permissions of the database file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is the result of a disk I/O error.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database file may be corrupt.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is full.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database file could not be opened.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This may be a result of authorization issues.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file opened is not a database file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error has occurred accessing the database. </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error Accessing Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Application can&apos;t continue to work with the current database, due to error.
+What do you want to do?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open another database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exit application</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseImport</name>
+    <message>
+        <source>Import Shell</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseLock</name>
+    <message>
+        <source>The database is in use by another program. Please try again later.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseMaker</name>
+    <message>
+        <source>Create New Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to create database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot remove currently open database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 already exists.
+Do you want to replace it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to remove existent database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A database could not be created at this place.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to open database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to open new database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseManger</name>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The connection to the database is lost.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database could not be read completely, so it cannot be changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Local data is updating.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name Missing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A name must not be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The text is longer than %1 characters and was not stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exporting</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing can be exported to &quot;%1&quot;.
+
+The reason: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseVersionCheck</name>
+    <message>
+        <source>The database holds parts that Vorna did not make, such as views or triggers. It was not opened, so that nothing in it can run.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database was created with an earlier version of Vorna.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file will be upgraded to the current version but will not be backward compatible.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database upgraded successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Problem occurred while upgrading database. Probably you have no permission to perform this operation.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is not supported</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database could be corrupted please check it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error opening database</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DescriptionBar</name>
+    <message>
+        <source>Description</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DuplicateManager</name>
+    <message>
+        <source>Grouping files with duplicate content</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grouping name duplicates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grouping by content...
+Examining file number  </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DuplicatePrompt</name>
+    <message>
+        <source>Duplicates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Content Matches</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name Matches</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Deselect all</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The duplicate prompt dialog is being created.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Creating Duplicate Prompt</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One file is there already.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files are there already.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It got the tag %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It got the tags %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>They got the tag %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>They got the tags %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following files have matching names. Deselect </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>those you do not want added.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the checked file if you do not want it added.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No name duplicates.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only the first %1 of the %2 selected lines were copied.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is closed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file was not added, as another one has the same name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files were not added, as others have the same names:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files left out</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ErrorJudge</name>
+    <message>
+        <source>The database is damaged: it tells of more rows than its file has room for.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ErrorTeller</name>
+    <message>
+        <source>Canceled</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is busy. Please try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ExportCommand</name>
+    <message>
+        <source>Exporting</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot export to currently open database!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; already exists.
+Do you want to replace it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export Target</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ExportMenu</name>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shell</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV File</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ExportSummary</name>
+    <message>
+        <source>Exported to &quot;%1&quot;.
+Files: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exported to &quot;%1&quot;.
+Files: %2, tags: %3, browsing nodes: %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not exported: %1. %2
+%3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not exported, as they are no longer in the database: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag relationships not exported, as they are too deep: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fields that hold a double quote: %1. It stands in the file as it is, and other programs may take it for the end of the field.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ExportTarget</name>
+    <message>
+        <source>No database can be made there. The disk may be full, or take no locks.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A folder has this name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A link has this name, and what it leads to is gone.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file there is write-protected.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database there is in use, or a change of it was broken off: there is a file &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ExternalFileView</name>
+    <message>
+        <source>External Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ExternalFilesDock</name>
+    <message>
+        <source>External Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FeedbackDialog</name>
+    <message>
+        <source>Feedback</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Message:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Email address (optional):</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Send</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Feedback Received</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Your message has been recorded. Thank you.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Network error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error occurred while sending feedback.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileActions</name>
+    <message>
+        <source>List</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File Search</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Hyperlink</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locate Missing Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transfer to Internal</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Extract Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove from node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing Tree Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open for Viewing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show in Explorer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Extract File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show related files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locate missing item</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Links</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Item</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Items</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locate missing file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locate missing files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Externally</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileCommands</name>
+    <message>
+        <source>Do you really want to delete the selected %1?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no tags that other files could share.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select the tags in the tags dock first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Hyperlink</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is closed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Extract to Directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The selected files are inside the database already.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileExportDialog</name>
+    <message>
+        <source>Export Options</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What should be exported beside the files and their tags?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File descriptions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag relationships</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileImporter</name>
+    <message>
+        <source>Files that could not be read or written: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copying files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileListModel</name>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileLocationDialog</name>
+    <message>
+        <source>File Location</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Missing External Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following files have been moved from the locations recorded in the database. They can be located by double-clicking in the list or specifying folders to look in.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Folders to Check In</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Remaining Links</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>links</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All Files (*.*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locate File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database has this file already. One file cannot take two places.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Found: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileModificationDialog</name>
+    <message>
+        <source>File Details Updated</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Updated Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Deleted Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Don&apos;t tell me again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following file has been edited or replaced.
+Details have been updated.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following files have been edited or replaced.
+Details have been updated.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following file was replaced externally and has now duplicate of the other file in the database.
+This file has been deleted from the database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The following files were replaced externally and have now duplicates of the other files in the database.
+These files have been deleted from the database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileOpening</name>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed opening hyperlink.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File No Longer Present</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This file is no longer present in its original path. It may have been moved, deleted or renamed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error opening file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This file would start a program, which Vorna does not do. Start it from its folder if you trust it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Vorna opens files and folders only, and this is neither.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileOperationProgress</name>
+    <message>
+        <source>Vorna File Operation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileOperationProvider</name>
+    <message>
+        <source>Add Hyperlink</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileOperationWorker</name>
+    <message>
+        <source>Adding </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exporting files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Their contents in the database are damaged:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database says: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gathering file information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The tags for the folders could not be made, so nothing was added.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error adding files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Creating hyperlinks into database...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A database-related duplicate management error occurred while preparing to add files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files left out</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Linking to files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copying files into database...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is in use by another program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The export was canceled, and nothing was written to &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file could not get its name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was exported to &quot;%1&quot;.
+
+The reason: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exporting</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (only its beginning)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Extracting Files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only its beginning was written:
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error has occurred while extracting a file. This may be a memory-related problem, so closing any applications which consume large amounts of memory should fix it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The system says: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not written:
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error extracting file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This file could not be read, or could not get its name in the folder, and was not extracted:
+
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>These files could not be read, or could not get their names in the folder, and were not extracted:
+
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Deleting files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Extracting files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Extracting to temporary file...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exporting...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Importing...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transferring files into database...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaking thumbnails...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This picture could not be read and keeps its thumbnail:
+
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 pictures could not be read and keep their thumbnails:
+
+%2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnails not remade</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transferring </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This file could not be read, or changed meanwhile, and remains external:
+
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>These files could not be read, or changed meanwhile, and remain external:
+
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error transferring files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileRenamer</name>
+    <message>
+        <source>The name of a file must not contain &quot;/&quot;, nor be &quot;.&quot; or &quot;..&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file could not be renamed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is already a file with this name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The other file is in the database too and cannot be replaced.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileTagsDialog</name>
+    <message>
+        <source>Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There are no tags to choose from.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check or uncheck boxes to link or unlink the following </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>tag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> from </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>these files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On %1 of %2 files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FileViews</name>
+    <message>
+        <source>Files as thumbnails</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files as a table</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FolderExtraction</name>
+    <message>
+        <source>Comparing with the files in the folder...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>GroupImporter</name>
+    <message>
+        <source>Tag groups without a name: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>HelpWindow</name>
+    <message>
+        <source>Quick Start Guide</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>HyperlinkCheck</name>
+    <message>
+        <source>Hyperlink must not be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hyperlinks is file on the local file system</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The address has %1 signs. At most %2 can be kept.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The address holds control signs, which no address has.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is not a valid address: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>longer than %1 signs</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>with control signs</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>of files that are not there</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not valid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One hyperlink was not added: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 hyperlinks were not added: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ImportReport</name>
+    <message>
+        <source>Imported from &quot;%1&quot;:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New files: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files that were here already: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New tags: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New links between tags and files: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New tag groups: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New browsing nodes: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New tag relationships: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Changed descriptions: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not imported:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ImportSource</name>
+    <message>
+        <source>The file is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is the open database itself.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file cannot be opened: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It holds parts that Vorna did not make, such as views or triggers.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is no Vorna database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another program is writing to it. Please try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A change to it was broken off. Open it once, and it is put in order.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It cannot be read as a database: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LeftOutFiles</name>
+    <message>
+        <source>1 file has a name that cannot be read:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files have names that cannot be read:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files left out because the names of their folders cannot be read: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file or folder could not be read:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files or folders could not be read:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LoadingNotice</name>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Loading &quot;%1&quot;...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MainFilesView</name>
+    <message>
+        <source>%1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No database is open.
+Open one or make a new one in the Database menu.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a browsing node or tags to see their files.
+Nothing can be changed: this database is read-only.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a browsing node or tags to see their files.
+Drop files or folders here to add them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No file matches the search.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No files here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MainUi</name>
+    <message>
+        <source>&amp;Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag tools</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File tools</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>View-mode</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Link Tags to Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File name, description or ID code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search Files - Name, Description, ID Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Mode</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MainViewController</name>
+    <message>
+        <source>Error opening file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file could not be copied out of the database into the folder for temporary files, %1. It may be full or write-protected.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Failed to Open Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The selected database could not be opened successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database Info</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version of Vorna used to create the currently open database: %1
+Database permissions: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>read-only</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>writable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nameplate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Group Name Conflict</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A tag group with this name already exists.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag already exists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is already a tag with this name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Vorna - </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MetaInfoDock</name>
+    <message>
+        <source>Link to a file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inside the database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hyperlink</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 byte</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Metadata</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tags:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Kept as:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Size:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Modified:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Added:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ID code:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No file selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MetadataMerger</name>
+    <message>
+        <source>Descriptions that would become too long: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MiscOperationThread</name>
+    <message>
+        <source>File Extraction</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use New Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is already a file named %1 in folder %2. Do you instead want to rename the file to %3?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a different file already in the folder %1 with the same name as file &apos;%2&apos;. Do you want to replace it or create a new file named &apos;%3&apos;?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MultipleFileConflictHandler</name>
+    <message>
+        <source>File Extraction Conflicts</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set Replace All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set Use New Names</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There are already different files in folder &apos;%1&apos; with the same names as the following database files.
+Please choose how these files should be extracted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>NameInput</name>
+    <message>
+        <source>Group name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name of new group:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>NameMatchModel</name>
+    <message>
+        <source>Database file: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last Modified</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>NavigationBar</name>
+    <message>
+        <source>Navigation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Previous image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Next image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rotate anti-clockwise</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rotate clockwise</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fullscreen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start slideshow</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save changes</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>NodeImporter</name>
+    <message>
+        <source>Browsing nodes with values that are no numbers: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OpeningProgress</name>
+    <message>
+        <source>Opening database... %1 %</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OperationReport</name>
+    <message>
+        <source>Files added: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files linked: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files deleted: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files extracted: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files located: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files transferred: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Thumbnails remade: %1 of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PopupMessager</name>
+    <message>
+        <source>Tag already exists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is already a tag with this name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PostgresDBManager</name>
+    <message>
+        <source>Browsing tree error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selected browsing tree no longer exists.
+Selected default browsing tree.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PreferencesDialog</name>
+    <message>
+        <source>Preferences</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Adding Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Duplicate Management For Adding Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enable duplicate management</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>List files which were not added because they were duplicates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check for and present file name duplicates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Automatic Tag Creation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enable auto-tag-creation from folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Automatically create Browsing Nodes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Limit auto-tagging to folder level:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>External Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Advise when external file details are updated</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Alphabetical Order</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Manual Order</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ask for node to be added above or below drop point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Note: Nodes can be inserted above the level of the drop-point node by holding the Alt key when dragging.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto Linking</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto link files continuously</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto link new files only when the corresponding browsing node is selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check for new files in all auto link folders each time Vorna is launched.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto link files in the background and do not display any messages.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Misc</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number of thumbnails to cache:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recent Files Timeout:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image previewer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto-save rotated images</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keep image window on top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Slideshow increment time:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check for updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download updates automatically</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The preferences could not be stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The update server is being asked.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Checked Connection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update check succeeded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The update server could not be reached.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PreviewBox</name>
+    <message>
+        <source>Zoom in</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Original size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fit to the window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fullscreen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 - %2 of %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The loading of this picture was canceled.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The database is busy. The picture comes as soon as it is free.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This picture cannot be shown.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File No Longer Present</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This image could not be opened because the file no longer exists in its original path. It may have been moved, renamed or deleted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error previewing image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error has occurred while retrieving this externally stored image.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error has occurred while retrieving this image.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error saving image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The turned picture could not be saved.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ProgressDialog</name>
+    <message>
+        <source>File Location</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locating files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PropertiesDialog</name>
+    <message>
+        <source>File Properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name: %1
+Description: %2
+Added: %3
+Modified: %4
+Size: %5
+Absolute path: %6
+Relative path: %7
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 byte</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Opening database...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RelationTreeViewDock</name>
+    <message>
+        <source>Tag Relationships</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RelationshipImporter</name>
+    <message>
+        <source>Tag relationships that are none: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag relationships by which a tag would stand below itself: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag relationships beyond the first million: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SQLiteDBManager</name>
+    <message>
+        <source>The database file does not exist.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database Permissions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This database is not readable by this user.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SQLiteImporter</name>
+    <message>
+        <source>Importing files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was imported.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It has no tables of these names, or others: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Comparing files...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Importing tags...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Merging descriptions...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Linking tags...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was not imported.
+
+%2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error importing shell database </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error importing files </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An unknown error occurred while importing shell database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An unknown error occurred while adding files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerConnections</name>
+    <message>
+        <source>Failed to Connect to Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection could not be made to the specified remote database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ShellFilesModel</name>
+    <message>
+        <source>%1, %2 bytes</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ShellImportNotification</name>
+    <message>
+        <source>Shell Import Notification</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The metadata for the following files was not imported since a matching file was not found in the destination database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SourceFiles</name>
+    <message>
+        <source>Files with values that are no numbers: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TBtreeView</name>
+    <message>
+        <source>Browsing Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you really want to delete %1non-leaf node%2 from this tree?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Create new node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add above</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add below</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TRview</name>
+    <message>
+        <source>Tag Relationships</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error creating tag relationship</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is an illegal tag relationship.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you really want to delete a non-leaf node from this tree?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Relationship Operations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Relationship Subtree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag tags here. A tag then stands for all tags below it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagDockActions</name>
+    <message>
+        <source>Assign Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Tag Group</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Current Group</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New Tag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All of the Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show files having all of the selected tags (Tab)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Any of the Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show files having at least one of the selected tags (Ctrl+=)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagDockCommands</name>
+    <message>
+        <source>New Tag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tags In Use</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Some of the tags chosen for deletion are in use by being linked to files, nodes or tag relationships. Deletion of these tags will result in the deletion of all of these links and all relevant nodes and tag relationships.
+Would you like to delete the tags that are in use?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagExportDialog</name>
+    <message>
+        <source>Export Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The selected tags are exported with the files that bear them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shell, a database without the contents of files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV File, a table of the files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagGroupBar</name>
+    <message>
+        <source>Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All tags of the database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>D-Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The tags that are on some, but not all, of the files shown</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagGroupForm</name>
+    <message>
+        <source>Assign Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check the groups that the selected tag belongs to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check the groups that the selected tags belong to. Half checked are those that hold some of them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No tag groups yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagGroupModel</name>
+    <message>
+        <source>Group</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagGroupingDialog</name>
+    <message>
+        <source>Several in &amp;succession</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Groups arrange tags; a checked group is a tab below the table of tags.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No tag groups yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make a new tag group</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>After each new group ask for the next one, until that is cancelled</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete the selected groups; their tags stay (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagImporter</name>
+    <message>
+        <source>Tags without a name, with a date that is none or with texts that are too long: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagRemovalDialog</name>
+    <message>
+        <source>File Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagsTableDock</name>
+    <message>
+        <source>Tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No tag matches the filter.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open a tag or the node of one: the tags that some, but not all, of its files have stand here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No tags yet.
+Make one with %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No tags in this group.
+Drop tags on its tab.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hide all columns except Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Operations</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TagsTableModel</name>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Creation Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TitleWidget</name>
+    <message>
+        <source>Drop tags here to show the files that have them</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag requirements</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No tag or browsing node open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Requirements:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>search:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>and</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>or</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>without:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>UpdateBar</name>
+    <message>
+        <source>Download New Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install New Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel Download</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Downloading new version: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error Downloading Update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An error occurred while downloading the new version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This program must close in order to open the installer of a new version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer of the new version could not be opened.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>WindowCommands</name>
+    <message>
+        <source>Connect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Disconnect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New Local Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shell</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database Info</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show All Docks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Browsing Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Groups</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browsing Tree List</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remake thumbnails</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Quick Start Guide</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nameplate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Send feedback</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Send feedback to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ext</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Link to files (keep external)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Int</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy files into database (make internal)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+</TS>
