@@ -80,13 +80,16 @@ private slots:
     {
         QFETCH(QStringList, typed);
         QFETCH(int, row);
-        QApplication::setKeyboardInputInterval(150);
         for (QAbstractItemView *view : m_views) {
             view->setCurrentIndex(m_model.index(0, 0));
             for (const QString &word : typed) {
-                QTest::qSleep(200);
-                for (const QChar letter : word)
+                // Each pause is long enough before the first letter, and none before the others.
+                QApplication::setKeyboardInputInterval(0);
+                QTest::qSleep(2);
+                for (const QChar letter : word) {
                     view->keyboardSearch(letter);
+                    QApplication::setKeyboardInputInterval(1000000);
+                }
             }
             QCOMPARE(view->currentIndex().row(), row);
             QCOMPARE(view->currentIndex().column(), 0);
