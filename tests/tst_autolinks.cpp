@@ -1,66 +1,22 @@
 #include "app/messages/filedialogs.h"
-#include "core/records/autolink.h"
 #include "core/records/tbnode.h"
-#include "db/autolinks/autolinksync.h"
-#include "db/autolinks/folderwatch.h"
-#include "fileops/provider/fileoperationprovider.h"
 #include "models/trees/brtreesortermodel.h"
 #include "models/trees/treeroles.h"
 #include "tests/support/dialoganswers.h"
+#include "tests/support/linkedfoldertest.h"
 #include "tests/support/treewindow.h"
 
-#include <QFileSystemWatcher>
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-namespace {
-/** Refuses all folders, as a system without watches left does. */
-class UnwatchedFolders : public FolderWatch
-{
-public:
-    QTimer *turn() { return findChild<QTimer *>("folderTurn"_s); }
-    bool isFull = true;
-    int taken = 0;
-
-protected:
-    bool watch(const QString &folder) override
-    {
-        const bool isTaken = !isFull && FolderWatch::watch(folder);
-        taken += isTaken ? 1 : 0;
-        return isTaken;
-    }
-};
-
-/** Bytes that this process has read so far. */
-qint64 bytesRead()
-{
-    const QByteArray io = TestFolder::read("/proc/self/io"_s);
-    return io.mid(7, io.indexOf('\n') - 7).toLongLong();
-}
-} // namespace
-
-/** Folders that are linked to browsing nodes: what comes to them comes to the nodes. */
-class TestAutoLinks : public QObject
+/** Links from folders to browsing nodes: made, moved, shown, and what ends them. */
+class TestAutoLinks : public LinkedFolderTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        SettingsSandbox::clear();
-        m_box = std::make_unique<LocalCollection>();
-        const QVector<qint64> tags = box().addTags({"top"_s, "below"_s, "other"_s});
-        m_top = box().addNode(tags.at(0));
-        m_below = box().manager()->addNodeBelow(tags.at(1), m_top);
-        m_other = box().addNode(tags.at(2));
-        QDir().mkpath(in());
-        hurry();
-    }
+    void init() { openFolder(); }
     void cleanup() { m_box.reset(); }
 
     void linkIsRefused_data()
@@ -115,34 +71,6 @@ private slots:
         QCOMPARE(fileCount(), 3);
     }
 
-    void fileComesWhenItIsWhole()
-    {
-        hurry(400);
-        link(m_top, in());
-        QSignalSpy added(box().manager(), &DatabaseManger::filesAdded);
-        QFile file(filePath("slow.txt"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        for (int part = 0; part < 6; ++part) {
-            file.write("part");
-            file.flush();
-            // A copy that goes on.
-            QVERIFY(!QTest::qWaitFor([&added] { return !added.isEmpty(); }, 150));
-        }
-        file.close();
-        QTRY_COMPARE(contents(), "slow.txt:top"_s);
-        QCOMPARE(box().value("SELECT file_size FROM files"), "24"_s);
-    }
-
-    void fileThatIsWrittenToKeepsNobodyBack()
-    {
-        hurry(300);
-        link(m_top, in());
-        write("whole.txt"_s, "whole");
-        QFile log(filePath("log.txt"_s));
-        QVERIFY(log.open(QIODevice::WriteOnly));
-        QTRY_VERIFY_WITH_TIMEOUT((log.write("x"), log.flush(), contents() == "whole.txt:top"_s), 5000);
-    }
-
     void severalNodesShareAFolder()
     {
         write("a.txt"_s, "a");
@@ -173,104 +101,6 @@ private slots:
         QTRY_COMPARE(contents(), "a.txt:top"_s);
         QCOMPARE(links(), QStringList({"in|%1"_s.arg(m_other), "new|%1"_s.arg(m_top)}));
         QCOMPARE(node(m_top)->autolinks().size(), 1);
-    }
-
-    void trigger_data()
-    {
-        addColumns<QByteArray, bool>("trigger", "isOn");
-        for (const char *trigger :
-             {"autoLinkContinuously", "autoLinkWhenSelected", "checkAutoLinkWhenLaunched"}) {
-            QTest::addRow("%s on", trigger) << QByteArray(trigger) << true;
-            QTest::addRow("%s off", trigger) << QByteArray(trigger) << false;
-        }
-    }
-    void trigger()
-    {
-        QFETCH(QByteArray, trigger);
-        QFETCH(bool, isOn);
-        for (const QByteArray key :
-             {"autoLinkContinuously", "autoLinkWhenSelected", "checkAutoLinkWhenLaunched"})
-            LocalCollection::set(("PreferencesDialog/" + key).constData(), isOn && key == trigger);
-        link(m_top, in());
-        waitForRound();
-        write("a.txt"_s, "a");
-        box().activate(m_top);
-        if (trigger != "autoLinkContinuously") {
-            box().reopen();
-            hurry();
-            box().activate(m_top);
-        }
-        if (isOn) {
-            QTRY_COMPARE(contents(), "a.txt:top"_s);
-            return;
-        }
-        // Another folder's file that comes has left it time.
-        box().write("else/b.txt"_s, "b");
-        link(m_other, box().filePath("else"_s));
-        QTRY_COMPARE(contents(), "b.txt:other"_s);
-        QCOMPARE(contents(), "b.txt:other"_s);
-        box().manager()->runAllAutoLinks(true);
-        QTRY_COMPARE(contents(), "a.txt:top b.txt:other"_s);
-    }
-
-    void watchFollowsTheSetting()
-    {
-        LocalCollection::set("PreferencesDialog/autoLinkContinuously", false);
-        link(m_top, in());
-        waitForRound();
-        LocalCollection::set("PreferencesDialog/autoLinkContinuously", true);
-        box()->readSettings();
-        const auto *watcher = box().manager()->findChild<QFileSystemWatcher *>();
-        QTRY_COMPARE(watcher->directories(), QStringList(in()));
-        write("a.txt"_s, "a");
-        QTRY_COMPARE(contents(), "a.txt:top"_s);
-    }
-
-    void unchangedFolderIsNotRead()
-    {
-        const QByteArray large(1 << 20, 'x');
-        for (int i = 0; i < 20; ++i)
-            write("%1.bin"_s.arg(i), large + QByteArray::number(i));
-        // Two of one contents, and one that the database has under another name.
-        write("copy.bin"_s, large + "0");
-        box().addExternal("own.bin"_s);
-        QFile::copy(box().filePath("own.bin"_s), filePath("stranger.bin"_s));
-        link(m_top, in());
-        QTRY_COMPARE(fileCount(), 21);
-        box().waitForWorker();
-        // Once more for what is left out, which no record names.
-        const qint64 before = bytesRead();
-        for (int i = 0; i < 3; ++i) {
-            box().manager()->syncAutoLink(linkId(), m_top, false);
-            waitForRound();
-        }
-        QVERIFY(bytesRead() - before < large.size());
-        QCOMPARE(fileCount(), 21);
-    }
-
-    void changedFileStaysOneRecord_data()
-    {
-        addColumns<QByteArray, bool>("now", "isHandedOn");
-        addRow("touched", QByteArray("before"), false);
-        addRow("edited", QByteArray("behind"), true);
-        addRow("replaced by another", QByteArray("something else"), true);
-    }
-    void changedFileStaysOneRecord()
-    {
-        QFETCH(QByteArray, now);
-        QFETCH(bool, isHandedOn);
-        write("a.txt"_s, "before");
-        link(m_top, in());
-        QTRY_COMPARE(contents(), "a.txt:top"_s);
-        box().manager()->unlinkTags({1}, {node(m_top)->tagId()});
-        write("a.txt"_s, now);
-        setTime("a.txt"_s, 1000000);
-        box().manager()->syncAutoLink(linkId(), m_top, false);
-        waitForRound();
-        box().waitForWorker();
-        QTRY_COMPARE(contents(), isHandedOn ? "a.txt:top"_s : "a.txt:"_s);
-        if (isHandedOn)
-            QTRY_COMPARE(box().value("SELECT file_size FROM files"), QString::number(now.size()));
     }
 
     void folderGoes_data()
@@ -326,6 +156,30 @@ private slots:
         QVERIFY(QDir(in()).removeRecursively());
         QTRY_COMPARE(links(), QStringList());
         QVERIFY(!box().tree().hasAutolinks(m_top));
+    }
+
+    void goneFolderIsRemovedOrUnplugged_data()
+    {
+        addColumns<QString, quint64, bool>("folder", "seenOn", "isRemoved");
+        const quint64 here = LinkPresence::of(QDir::tempPath(), {}, {}).device;
+        addRow("seen on this disk", "full/in"_s, here, true);
+        addRow("seen on another disk", "full/in"_s, here + 1, false);
+        addRow("never seen", "full/in"_s, quint64(0), true);
+        addRow("never seen, in a place for a disk", "empty/in"_s, quint64(0), false);
+        addRow("seen, the folder around is empty now", "empty/in"_s, here, true);
+        addRow("the folder around is gone", "nowhere/in"_s, here, false);
+        addRow("there", "empty"_s, here, false);
+        addRow("not to be looked at", QString(300, QLatin1Char('x')), here, false);
+    }
+    void goneFolderIsRemovedOrUnplugged()
+    {
+        QFETCH(QString, folder);
+        QFETCH(quint64, seenOn);
+        QFETCH(bool, isRemoved);
+        box().write("full/x"_s, "x");
+        QDir().mkpath(box().filePath("empty"_s));
+        const LinkPresence found = LinkPresence::of(box().filePath(folder), "nowhere either"_s, box().path());
+        QCOMPARE(found.isRemoved(seenOn), isRemoved);
     }
 
     void linkGoesWithItsNode_data()
@@ -389,101 +243,6 @@ private slots:
         QCOMPARE(links(), QStringList("in|%1"_s.arg(m_top)));
     }
 
-    void lockedDatabaseTakesTheFilesLater()
-    {
-        hurry(0, 300);
-        link(m_top, in());
-        waitForRound();
-        QSignalSpy warnings(box().get(), &Collection::showTempWarning);
-        {
-            OtherConnection other(box().path());
-            QVERIFY(other.run("BEGIN IMMEDIATE"_s));
-            write("a.txt"_s, "a");
-            QTRY_VERIFY_WITH_TIMEOUT(!warnings.isEmpty(), 20000);
-            link(m_other, in());
-            QCOMPARE(links(), QStringList("in|%1"_s.arg(m_top)));
-            other.run("ROLLBACK"_s);
-        }
-        QVERIFY(warnings.first().at(1).toString().startsWith("The database is busy."_s));
-        // By itself.
-        QTRY_COMPARE_WITH_TIMEOUT(contents(), "a.txt:top"_s, 20000);
-    }
-
-    void closingEndsARound()
-    {
-        for (int i = 0; i < 300; ++i)
-            write("%1.txt"_s.arg(i), QByteArray::number(i));
-        link(m_top, in());
-        for (int steps = 0; steps < 6; ++steps) {
-            box().manager()->syncAutoLink(linkId(), m_top, true);
-            for (int i = 0; i < steps; ++i)
-                QCoreApplication::processEvents();
-            box().close();
-            QVERIFY(box().open());
-            hurry();
-        }
-        box().manager()->runAllAutoLinks(true);
-        QTRY_COMPARE_WITH_TIMEOUT(fileCount(), 300, 30000);
-        QCOMPARE(box().value("PRAGMA integrity_check"), "ok"_s);
-    }
-
-    void editsComeInBetween()
-    {
-        for (int i = 0; i < 2000; ++i)
-            write("%1.txt"_s.arg(i), QByteArray::number(i));
-        QSignalSpy added(box().manager(), &DatabaseManger::filesAdded);
-        QSignalSpy warnings(box().get(), &Collection::showTempWarning);
-        link(m_top, in());
-        QTRY_VERIFY(added.size() > 1);
-        QVERIFY(fileCount() < 2000);
-        QVERIFY(box().manager()->addTag("in between"_s) > 0);
-        QTRY_COMPARE_WITH_TIMEOUT(fileCount(), 2000, 30000);
-        QVERIFY(warnings.isEmpty());
-        QCOMPARE(box().value("SELECT count(DISTINCT load_id) FROM files"), "1"_s);
-    }
-
-    void backgroundHidesProgress_data()
-    {
-        addColumns<bool>("isHidden");
-        addRow("hidden", true);
-        addRow("shown", false);
-    }
-    void backgroundHidesProgress()
-    {
-        QFETCH(bool, isHidden);
-        LocalCollection::set("PreferencesDialog/autoLinkInBackGround", isHidden);
-        DatabaseManger *manager = box().manager();
-        QSignalSpy started(manager, &DatabaseManger::startedAddingFiles);
-        QSignalSpy progress(manager, &DatabaseManger::addingFilesProgress);
-        QSignalSpy finished(manager, &DatabaseManger::finishedAddingFiles);
-        write("a.txt"_s, "a");
-        link(m_top, in());
-        QTRY_COMPARE(contents(), "a.txt:top"_s);
-        box().waitForWorker();
-        QCOMPARE(started.size(), isHidden ? 0 : 1);
-        QCOMPARE(progress.isEmpty(), isHidden);
-        QCOMPARE(finished.size(), started.size());
-        if (!isHidden)
-            QCOMPARE(started.first().first().toString(), "Linking to files..."_s);
-    }
-
-    void duplicatesAreToldToWhoAsked()
-    {
-        const qint64 own = box().addExternal("own.txt"_s);
-        QFile::copy(box().filePath("own.txt"_s), filePath("copy.txt"_s));
-        QSignalSpy told(box().get(), &Collection::duplicatesReady);
-        link(m_top, in());
-        QTRY_COMPARE(told.size(), 1);
-        QCOMPARE(told.first().first().value<PresentableDuplicates>().contentMatches.size(), 1);
-        QCOMPARE(contents(), "own.txt:top"_s);
-        // The file of the database goes, and the copy takes its place in silence.
-        box().manager()->deleteFiles({own});
-        box().waitForWorker();
-        write("b.txt"_s, "b");
-        QTRY_COMPARE(contents(), "b.txt:top copy.txt:top"_s);
-        QCOMPARE(told.size(), 1);
-    }
-
     void dockLinksShowsAndUnlinks()
     {
         m_box.reset();
@@ -527,182 +286,8 @@ private slots:
         QVERIFY(add->isVisible() && !add->isEnabled() && !menu->isEnabled());
     }
 
-    void whatCannotBeReadIsToldOnce()
-    {
-        // Nobody opens the database by another name.
-        QCOMPARE(::link(QFile::encodeName(box().path()).constData(),
-                        QFile::encodeName(filePath("alias.vrn"_s)).constData()),
-                 0);
-        QSignalSpy errors(box().get(), &Collection::showError);
-        link(m_top, in());
-        QTRY_COMPARE(errors.size(), 1);
-        QCOMPARE(errors.first().at(0).toString(), "Files left out"_s);
-        QVERIFY(errors.first().at(1).toString().contains("alias.vrn"_s));
-        write("a.txt"_s, "a");
-        QTRY_COMPARE(contents(), "a.txt:top"_s);
-        box().waitForWorker();
-        QCOMPARE(errors.size(), 1);
-    }
-
-    void canceledFilesWaitForTheNextOccasion()
-    {
-        hurry(0, 100);
-        for (int i = 0; i < 1000; ++i)
-            write("%1.txt"_s.arg(i), QByteArray::number(i));
-        DatabaseManger *manager = box().manager();
-        QSignalSpy started(manager, &DatabaseManger::startedAddingFiles);
-        const auto canceling =
-            connect(manager, &DatabaseManger::startedAddingFiles, manager, &DatabaseManger::cancelOperations);
-        link(m_top, in());
-        QTRY_COMPARE(started.size(), 1);
-        box().waitForWorker();
-        disconnect(canceling);
-        QVERIFY(fileCount() < 1000);
-        QVERIFY(!QTest::qWaitFor([&started] { return started.size() > 1; }, 600));
-        manager->syncAutoLink(linkId(), m_top, false);
-        QTRY_COMPARE_WITH_TIMEOUT(fileCount(), 1000, 30000);
-    }
-
-    void filesAreHandedOverOnce()
-    {
-        DatabaseManger *manager = box().manager();
-        QSignalSpy started(manager, &DatabaseManger::startedAddingFiles);
-        for (int i = 0; i < 1000; ++i)
-            write("%1.txt"_s.arg(i), QByteArray::number(i));
-        link(m_top, in());
-        for (int i = 0; i < 3; ++i) {
-            waitForRound();
-            manager->syncAutoLink(linkId(), m_top, false);
-        }
-        // A node that comes meanwhile gets them all the same.
-        link(m_other, in());
-        QTRY_VERIFY_WITH_TIMEOUT(fileCount() == 1000 && !contents().contains(":top "_s), 30000);
-        QVERIFY(contents().endsWith(":top,other"_s));
-        box().waitForWorker();
-        QCOMPARE(started.size(), 2);
-    }
-
-    void knownFileThatCannotBeReadIsHandedOverOnce()
-    {
-        write("a.txt"_s, "a");
-        link(m_top, in());
-        QTRY_COMPARE(contents(), "a.txt:top"_s);
-        box().waitForWorker();
-        QSignalSpy started(box().manager(), &DatabaseManger::startedAddingFiles);
-        QFile::remove(filePath("a.txt"_s));
-        QCOMPARE(::link(QFile::encodeName(box().path()).constData(),
-                        QFile::encodeName(filePath("a.txt"_s)).constData()),
-                 0);
-        for (int i = 0; i < 3; ++i) {
-            box().manager()->syncAutoLink(linkId(), m_top, false);
-            waitForRound();
-            box().waitForWorker();
-        }
-        QCOMPARE(started.size(), 1);
-    }
-
-    void goneFolderIsRemovedOrUnplugged_data()
-    {
-        addColumns<QString, quint64, bool>("folder", "seenOn", "isRemoved");
-        const quint64 here = LinkPresence::of(QDir::tempPath(), {}, {}).device;
-        addRow("seen on this disk", "full/in"_s, here, true);
-        addRow("seen on another disk", "full/in"_s, here + 1, false);
-        addRow("never seen", "full/in"_s, quint64(0), true);
-        addRow("never seen, in a place for a disk", "empty/in"_s, quint64(0), false);
-        addRow("seen, the folder around is empty now", "empty/in"_s, here, true);
-        addRow("the folder around is gone", "nowhere/in"_s, here, false);
-        addRow("there", "empty"_s, here, false);
-        addRow("not to be looked at", QString(300, QLatin1Char('x')), here, false);
-    }
-    void goneFolderIsRemovedOrUnplugged()
-    {
-        QFETCH(QString, folder);
-        QFETCH(quint64, seenOn);
-        QFETCH(bool, isRemoved);
-        box().write("full/x"_s, "x");
-        QDir().mkpath(box().filePath("empty"_s));
-        const LinkPresence found = LinkPresence::of(box().filePath(folder), "nowhere either"_s, box().path());
-        QCOMPARE(found.isRemoved(seenOn), isRemoved);
-    }
-
-    void folderWithoutAWatchIsLookedAtInTurns()
-    {
-        UnwatchedFolders watch;
-        QSignalSpy changed(&watch, &FolderWatch::changed);
-        QSignalSpy limit(&watch, &FolderWatch::limitReached);
-        setTime({}, 1000000);
-        watch.setFolders({in(), box().filePath("nowhere"_s)});
-        watch.turn()->setInterval(50);
-        QTRY_COMPARE(limit.size(), 1);
-        QCOMPARE(limit.first().first().toInt(), 1);
-        // One is not there.
-        QTRY_COMPARE(changed.size(), 1);
-        write("a.txt"_s, "a");
-        QTRY_COMPARE(changed.size(), 2);
-        QCOMPARE(changed.last().first().toString(), in());
-
-        // A folder that comes is news, and so is another one of the name; the word was given once.
-        QDir().mkpath(box().filePath("nowhere"_s));
-        QTRY_COMPARE(changed.size(), 3);
-        watch.isFull = false;
-        QTRY_COMPARE(watch.taken, 2);
-        QDir(box().folder()).rename("nowhere"_s, "gone"_s);
-        QDir().mkpath(box().filePath("nowhere"_s));
-        QTRY_COMPARE(changed.size(), 4);
-        box().write("nowhere/b.txt"_s, "b");
-        QTRY_COMPARE(changed.size(), 5);
-        QDir(box().folder()).rename("nowhere"_s, "gone too"_s);
-        QTRY_COMPARE(changed.size(), 6);
-        QCOMPARE(limit.size(), 1);
-    }
-
 private:
-    LocalCollection &box() { return *m_box; }
-    QString in() { return box().filePath("in"_s); }
-    QString filePath(const QString &name) { return box().filePath("in/"_s + name); }
-    QString write(const QString &name, const QByteArray &bytes) { return box().write("in/"_s + name, bytes); }
-    void setTime(const QString &name, qint64 seconds)
-    {
-        const timespec times[2] = {{seconds, 0}, {seconds, 0}};
-        ::utimensat(AT_FDCWD, QFile::encodeName(filePath(name)).constData(), times, 0);
-    }
-    AutoLinkSync &sync() { return *box().manager()->findChild<AutoLinkSync *>(); }
-    void hurry(int milliseconds = 0, int lookBack = 30000) { sync().setTimes(milliseconds, lookBack); }
-    TBnode *node(qint64 id) { return box().tree().nodeById(id); }
     QModelIndex shown(qint64 id) { return box().tree().sorterModel()->indexOfNode(TagNode, id); }
-    void link(qint64 nodeId, const QString &folder) { box().tree().links().link(nodeId, folder); }
-    QString linkId() { return box().manager()->autoLinks().keys().value(0); }
-    /** A round of looking that begins from now on. */
-    void waitForRound()
-    {
-        QSignalSpy rounds(&sync(), &AutoLinkSync::roundDone);
-        QVERIFY(rounds.wait(10000));
-    }
-    /** The links of the database: "relative path|node". */
-    QStringList links()
-    {
-        return box().rows("SELECT link_rel_path,node_id FROM tb_autolinks LEFT JOIN tb_nodes_autolinks ON "
-                          "tb_nodes_autolinks.link_id=tb_autolinks.link_id ORDER BY 1,2");
-    }
-    int fileCount() { return box().manager()->files().size(); }
-    /** The files as the manager knows them: "name:tag,tag". */
-    QString contents()
-    {
-        QStringList texts;
-        for (const File *file : box().manager()->files()) {
-            QStringList tags;
-            for (const qint64 tag : file->tags())
-                tags.append(box().manager()->tagName(tag));
-            texts.append(file->name() + QLatin1Char(':') + tags.join(QLatin1Char(',')));
-        }
-        texts.sort();
-        return texts.join(QLatin1Char(' '));
-    }
-
-    std::unique_ptr<LocalCollection> m_box;
-    qint64 m_top = 0;
-    qint64 m_below = 0;
-    qint64 m_other = 0;
 };
 
 QTEST_MAIN(TestAutoLinks)
