@@ -61,7 +61,7 @@ private slots:
         QVERIFY(!tags().renameTag(tagId, blank));
         QCOMPARE(m_open->groups().addGroup(blank), qint64(0));
         QVERIFY(!m_open->groups().renameGroup(groupId, blank));
-        QVERIFY(!m_open->mainView().updateFileName(1, blank));
+        QVERIFY(!m_open->manager()->updateFile(1, "file_name"_s, blank));
         QVERIFY(!m_open->manager()->renameFile(1, blank, "/a"_s, "a"_s));
         QCOMPARE(told.size(), 6);
         if ((*m_open)->dbType() == Constants::serverDatabase) {

@@ -162,7 +162,7 @@ private slots:
         QFETCH(int, copies);
         const QVector<qint64> ids = addKinds(kinds);
         if (copies > 1)
-            m_fixture->mainView().updateFileName(ids.at(1), file(ids.at(0))->name());
+            m_fixture->manager()->updateFile(ids.at(1), "file_name"_s, file(ids.at(0))->name());
         const Sorter *sorter = m_fixture->mainView().sorter();
         QModelIndexList rows;
         for (int row = 0; row < sorter->rowCount(); ++row)

@@ -24,6 +24,13 @@ struct Views : FileModels
             addTester(sorter);
     }
 
+    // As the main view does it.
+    void search(const QString &text)
+    {
+        sorter.prepareFilterText(text);
+        filter.setSpecialNode(AllFiles);
+    }
+
     // Records by a comparison of their values, equal ones by id; without a column as they came.
     Ids expected(int column) const
     {
@@ -100,7 +107,7 @@ private slots:
                        views.records.add({}, 1, "kein ärger"_s, now, "Holiday plans"_s),
                        views.records.add({}, 1, "\U0001F600 %1\"'"_s, now)};
         views.contents.loadFiles(FileRecords::map(views.files));
-        views.sorter.setFilterText(text);
+        views.search(text);
         QTEST(views.shown(), "shown");
 
         // What comes or changes later meets the text as well.
@@ -173,7 +180,7 @@ private slots:
         QFETCH(QString, text);
         Views views;
         views.fill(count);
-        views.sorter.setFilterText(text);
+        views.search(text);
         views.sorter.sort(column, order);
         const auto expected = [&] {
             Ids ids = views.expected(column);

@@ -59,26 +59,30 @@ FileRenamer::Outcome FileRenamer::store(FileRenaming &renaming, qint64 fileId, c
     return Renamed;
 }
 
-bool FileRenamer::settle(Outcome outcome, qint64 fileId, const QString &name) const
+void FileRenamer::settle(Outcome outcome, qint64 fileId, const QString &name) const
 {
     switch (outcome) {
     case NameForbidden:
-        return refuse(tr("The name of a file must not contain \"/\", nor be \".\" or \"..\"."));
+        refuse(tr("The name of a file must not contain \"/\", nor be \".\" or \"..\"."));
+        break;
     case AddressForbidden:
-        return refuse(HyperlinkCheck::reason(name.trimmed()));
+        refuse(HyperlinkCheck::reason(name.trimmed()));
+        break;
     case NameTaken:
-        return askAndRename(fileId, name.trimmed());
+        askAndRename(fileId, name.trimmed());
+        break;
     case DiskRefused:
-        return refuse(tr("The file could not be renamed."));
-    default:
-        return outcome == Renamed;
+        refuse(tr("The file could not be renamed."));
+        break;
+    case Unchanged:
+    case Renamed:
+        break;
     }
 }
 
-bool FileRenamer::refuse(const QString &reason) const
+void FileRenamer::refuse(const QString &reason) const
 {
     m_prompts.tell(UserPrompts::Warning, tr("Rename File"), reason);
-    return false;
 }
 
 bool FileRenamer::isRecorded(const QString &path) const
@@ -89,11 +93,11 @@ bool FileRenamer::isRecorded(const QString &path) const
     });
 }
 
-bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
+void FileRenamer::askAndRename(qint64 fileId, const QString &name) const
 {
     const File *file = m_manager->file(fileId);
     if (!file)
-        return false;
+        return;
     FileRenaming renaming(file->path(), file->relPath(), name);
     // The open database must not give way to a file that it records.
     if (!renaming.isReplaceable() || isSameFile(renaming.newPath(), m_manager->databaseName()))
@@ -106,24 +110,21 @@ bool FileRenamer::askAndRename(qint64 fileId, const QString &name) const
         folder.path(), name, newName, MiscOperationThread::RenameQuestion, m_prompts);
     // The database may have been closed under the question.
     if (!manager)
-        return false;
-    switch (choice) {
-    case MiscOperationThread::UseNewNameChoice: {
+        return;
+    if (choice == MiscOperationThread::UseNewNameChoice) {
         const Outcome outcome = tryRename(fileId, newName);
         return outcome == NameTaken ? refuse(tr("There is already a file with this name."))
                                     : settle(outcome, fileId, newName);
     }
-    case MiscOperationThread::ReplaceChoice:
-        // Two records on one file would each speak for the other's contents.
-        if (isRecorded(renaming.newPath()))
-            return refuse(tr("The other file is in the database too and cannot be replaced."));
-        // Looked up anew: while the box stood open the file may have gone, or gone into the database.
-        file = m_manager->file(fileId);
-        if (!file || file->internal() != FileKind::external || file->path() != path ||
-            !m_manager->isDataCurrent())
-            return false;
-        return settle(renaming.runReplacing() ? store(renaming, fileId, name) : DiskRefused, fileId, name);
-    default:
-        return false;
-    }
+    if (choice != MiscOperationThread::ReplaceChoice)
+        return;
+    // Two records on one file would each speak for the other's contents.
+    if (isRecorded(renaming.newPath()))
+        return refuse(tr("The other file is in the database too and cannot be replaced."));
+    // Looked up anew: while the box stood open the file may have gone, or gone into the database.
+    file = m_manager->file(fileId);
+    if (!file || file->internal() != FileKind::external || file->path() != path ||
+        !m_manager->isDataCurrent())
+        return;
+    settle(renaming.runReplacing() ? store(renaming, fileId, name) : DiskRefused, fileId, name);
 }

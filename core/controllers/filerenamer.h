@@ -25,18 +25,16 @@ public:
 
     /** The name is trimmed. */
     Outcome tryRename(qint64 fileId, const QString &name) const;
-    /** Tells why a try failed; a taken name may be had after a question. True when the file has been renamed.
-     */
-    bool settle(Outcome outcome, qint64 fileId, const QString &name) const;
+    /** Tells why a try failed; a taken name may be had after a question. */
+    void settle(Outcome outcome, qint64 fileId, const QString &name) const;
 
 private:
     /** Whether the path is that of an external file. */
     bool isRecorded(const QString &path) const;
-    bool askAndRename(qint64 fileId, const QString &name) const;
+    void askAndRename(qint64 fileId, const QString &name) const;
     Outcome store(FileRenaming &renaming, qint64 fileId, const QString &name) const;
-
-    /** Tells why there is no new name. Always false. */
-    bool refuse(const QString &reason) const;
+    /** Tells why there is no new name. */
+    void refuse(const QString &reason) const;
 
     DatabaseManger *m_manager;
     UserPrompts &m_prompts;

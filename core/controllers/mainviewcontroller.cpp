@@ -328,15 +328,6 @@ void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVecto
     changeTags(fileIds, {}, tagIds);
 }
 
-bool MainViewController::updateFileName(qint64 fileId, const QString &text)
-{
-    const File *file = manager() ? manager()->file(fileId) : nullptr;
-    if (!file || text.trimmed() == file->name() || !mayEdit() || !manager()->isNameGiven(text))
-        return false;
-    const FileRenamer renamer(manager(), prompts());
-    return renamer.settle(renamer.tryRename(fileId, text), fileId, text);
-}
-
 bool MainViewController::updateFileDescription(qint64 fileId, const QString &text)
 {
     const File *file = manager() ? manager()->file(fileId) : nullptr;

@@ -114,12 +114,6 @@ public:
                     const QVector<qint64> &unlinked);
     void linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     void unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
-    /**
-     * Renames a file, an external one on the disk first. False when nothing has changed: for an empty or an
-     * equal name silently, for one that cannot be had after telling why. A name that another file on the disk
-     * has may be had after a question.
-     */
-    bool updateFileName(qint64 fileId, const QString &text);
     bool updateFileDescription(qint64 fileId, const QString &text);
     /** The picture of a file in its whole size. */
     std::unique_ptr<ImageLoading> loadImage(qint64 fileId);

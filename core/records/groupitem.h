@@ -24,7 +24,6 @@ public:
     /** Whether the group is shown as a tab. */
     bool isVisible() const { return m_visible; }
 
-    void setId(qint64 id) { m_id = id; }
     void setName(const QString &name);
     void setVisible(bool visible);
     void clearTags();

@@ -24,7 +24,6 @@ public:
     /** What an earlier one has left under the name goes first. False, for a reason, when it cannot be opened.
      */
     bool attach(const QString &path, Access access);
-    bool isAttached() const { return m_isAttached; }
     /** Nobody has the file open afterwards. */
     bool detach();
     QString reason() const { return m_statements.reason(); }

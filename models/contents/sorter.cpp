@@ -24,14 +24,6 @@ void Sorter::sort(int column, Qt::SortOrder order)
     rearrange();
 }
 
-void Sorter::setFilterText(const QString &text)
-{
-    if (m_filterText == text)
-        return;
-    prepareFilterText(text);
-    rearrange();
-}
-
 void Sorter::prepareFilterText(const QString &text)
 {
     m_filterText = text;

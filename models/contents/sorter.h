@@ -34,9 +34,10 @@ public:
     Qt::SortOrder sortOrder() const { return m_rows.sortOrder(); }
 
     const QString &filterText() const { return m_filterText; }
-    /** Looked for in name, description and id code, in this order, without regard to case. */
-    void setFilterText(const QString &text);
-    /** The same, but the rows are looked at only with the next change of the source, which has to follow. */
+    /**
+     * Looked for in name, description and id code, in this order, without regard to case. The rows are looked
+     * at only with the next change of the source, which has to follow.
+     */
     void prepareFilterText(const QString &text);
 
     /** Null outside the rows. */
