@@ -9,296 +9,306 @@
     </message>
     <message>
         <source>This database is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Datenbank ist schreibgeschützt.</translation>
     </message>
 </context>
 <context>
     <name>AddHyperlinkDialog</name>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Hyperlink hinzufügen</translation>
     </message>
     <message>
         <source>&amp;Hyperlink:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Hyperlink:</translation>
     </message>
     <message>
         <source>https://</source>
-        <translation type="unfinished"></translation>
+        <translation>https://</translation>
     </message>
     <message>
         <source>&amp;Description:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Beschreibung:</translation>
     </message>
     <message>
         <source>The address of a page or a mailbox, kept like a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Adresse einer Seite oder eines Postfachs, aufbewahrt wie eine Datei.</translation>
     </message>
     <message>
         <source>Hyperlinks is file on the local file system</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Hyperlink ist eine Datei des lokalen Dateisystems</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler</translation>
     </message>
 </context>
 <context>
     <name>AutoLinkDialog</name>
     <message>
         <source>Auto Linking</source>
-        <translation type="unfinished"></translation>
+        <translation>Automatische Verknüpfung</translation>
     </message>
     <message>
         <source>Absolute path: %1
 Relative path: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Absoluter Pfad: %1
+Relativer Pfad: %2</translation>
     </message>
     <message>
         <source>Ok</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
     <name>AutoLinkSync</name>
     <message>
         <source>Files left out</source>
-        <translation type="unfinished"></translation>
+        <translation>Ausgelassene Dateien</translation>
     </message>
     <message>
-        <source>1 file has a name that cannot be read:</source>
-        <translation type="unfinished"></translation>
+        <source>1 file has a name that cannot be read:
+%1</source>
+        <translation>1 Datei hat einen Namen, der nicht gelesen werden kann:
+%1</translation>
     </message>
-    <message>
-        <source>%1 files have names that cannot be read.</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>%Ln files have names that cannot be read.</source>
+        <translation>
+            <numerusform>%Ln Datei hat einen Namen, der nicht gelesen werden kann.</numerusform>
+            <numerusform>%Ln Dateien haben Namen, die nicht gelesen werden können.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>AutoLinks</name>
     <message>
         <source>Can&apos;t link to folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner kann nicht verknüpft werden</translation>
     </message>
     <message>
         <source>The folder does not exist.</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Ordner gibt es nicht.</translation>
     </message>
     <message>
         <source>Folder contains current database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Ordner enthält die geöffnete Datenbank.</translation>
     </message>
     <message>
         <source>Error Creating Link</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Verknüpfen</translation>
     </message>
     <message>
         <source>Node already has link to this folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Knoten ist mit diesem Ordner bereits verknüpft.</translation>
     </message>
     <message>
         <source>The system does not watch 1 linked folder, as it has no watches left (fs.inotify.max_user_watches). The folder is looked at every %1 seconds instead.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das System überwacht 1 verknüpften Ordner nicht, da es keine Überwachungen mehr frei hat (fs.inotify.max_user_watches). Stattdessen wird alle %1 Sekunden in den Ordner gesehen.</translation>
     </message>
-    <message>
-        <source>The system does not watch %1 linked folders, as it has no watches left (fs.inotify.max_user_watches). They are looked at every %2 seconds instead.</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>The system does not watch %Ln linked folders, as it has no watches left (fs.inotify.max_user_watches). They are looked at every %1 seconds instead.</source>
+        <translation>
+            <numerusform>Das System überwacht %Ln verknüpften Ordner nicht, da es keine Überwachungen mehr frei hat (fs.inotify.max_user_watches). Stattdessen wird alle %1 Sekunden in den Ordner gesehen.</numerusform>
+            <numerusform>Das System überwacht %Ln verknüpfte Ordner nicht, da es keine Überwachungen mehr frei hat (fs.inotify.max_user_watches). Stattdessen wird alle %1 Sekunden in die Ordner gesehen.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeDialog</name>
     <message>
         <source>&amp;Create new Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Neuer Navigationsbaum</translation>
     </message>
     <message>
         <source>&amp;Delete Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbaum &amp;löschen</translation>
     </message>
     <message>
         <source>Browsing Trees</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbäume</translation>
     </message>
     <message>
         <source>All who share this database see the same trees. Which one is shown here is your own choice.</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle, die diese Datenbank teilen, sehen dieselben Bäume. Welcher davon hier gezeigt wird, ist Ihre eigene Wahl.</translation>
     </message>
     <message>
         <source>Make an empty tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Einen leeren Baum anlegen</translation>
     </message>
     <message>
         <source>Delete the tree of the current row for everybody; tags and files stay (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Baum der aktuellen Zeile für alle löschen; Tags und Dateien bleiben (%1)</translation>
     </message>
     <message>
         <source>Create new Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuer Navigationsbaum</translation>
     </message>
     <message>
         <source>Name of new browsing tree:</source>
-        <translation type="unfinished"></translation>
+        <translation>Name des neuen Navigationsbaums:</translation>
     </message>
     <message>
         <source>Delete browsing tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbaum löschen</translation>
     </message>
     <message>
         <source>Default browsing tree can not be deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Standardbaum kann nicht gelöscht werden.</translation>
     </message>
     <message>
         <source>Selected browsing tree can not be deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der ausgewählte Navigationsbaum kann nicht gelöscht werden.</translation>
     </message>
     <message>
         <source>The following Browsing Tree will be deleted: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieser Navigationsbaum wird gelöscht: %1.</translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeTableModel</name>
     <message>
         <source>Show %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 anzeigen</translation>
     </message>
     <message>
         <source>There is already a browsing tree with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt schon einen Navigationsbaum mit diesem Namen.</translation>
     </message>
     <message>
         <source>Selected browsing tree no longer exists.</source>
-        <translation type="unfinished"></translation>
+        <translation>Den ausgewählten Navigationsbaum gibt es nicht mehr.</translation>
     </message>
     <message>
         <source>Browsing tree name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name des Navigationsbaums</translation>
     </message>
     <message>
         <source>Select</source>
-        <translation type="unfinished"></translation>
+        <translation>Auswahl</translation>
     </message>
     <message>
         <source>Previous browsing tree does not exists anymore. 
 Selected default browsing tree.</source>
-        <translation type="unfinished"></translation>
+        <translation>Den bisherigen Navigationsbaum gibt es nicht mehr. 
+Der Standardbaum wurde ausgewählt.</translation>
     </message>
     <message>
         <source>Browsing tree error</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler des Navigationsbaums</translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeTagsDialog</name>
     <message>
         <source>Browsing Tree Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags des Navigationsbaums</translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeViewDock</name>
     <message>
         <source>Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbaum</translation>
     </message>
     <message>
         <source>Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Löschen</translation>
     </message>
     <message>
         <source>Delete with subtree</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit Unterbaum löschen</translation>
     </message>
     <message>
         <source>Tag Relationships Enabled</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen berücksichtigen</translation>
     </message>
     <message>
         <source>Tag Node Inverted</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Knoten umgekehrt</translation>
     </message>
     <message>
         <source>Auto Link To Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Automatisch mit Ordner verknüpfen</translation>
     </message>
     <message>
         <source>View Path</source>
-        <translation type="unfinished"></translation>
+        <translation>Pfad anzeigen</translation>
     </message>
     <message>
         <source>Remove</source>
-        <translation type="unfinished"></translation>
+        <translation>Entfernen</translation>
     </message>
     <message>
         <source>Browsing Tree: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbaum: %1</translation>
     </message>
     <message>
         <source>Select Directoty</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner auswählen</translation>
     </message>
 </context>
 <context>
     <name>ChunkRows</name>
     <message>
         <source>External files without a path: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Externe Dateien ohne Pfad: %1</translation>
     </message>
     <message>
         <source>Files with texts that are too long: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien mit zu langen Texten: %1</translation>
     </message>
     <message>
         <source>Files whose contents are missing or damaged: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien, deren Inhalt fehlt oder beschädigt ist: %1</translation>
     </message>
 </context>
 <context>
     <name>CollectionOpener</name>
     <message>
         <source>Error opening database</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Öffnen der Datenbank</translation>
     </message>
     <message>
         <source>The database is in use by another program. Waiting ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank wird von einem anderen Programm benutzt. Es wird gewartet …</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Open Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank öffnen</translation>
     </message>
 </context>
 <context>
     <name>ConflictList</name>
     <message>
         <source>Replace</source>
-        <translation type="unfinished"></translation>
+        <translation>Ersetzen</translation>
     </message>
     <message>
         <source>Use New Name: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuen Namen verwenden: %1</translation>
     </message>
 </context>
 <context>
     <name>Connections</name>
     <message>
         <source>The server does not use standard strings.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Server verwendet keine standardgemäßen Zeichenketten.</translation>
     </message>
     <message>
         <source>The database file &quot;%1&quot; is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbankdatei „%1“ fehlt.</translation>
     </message>
 </context>
 <context>
     <name>ContentGroups</name>
     <message>
         <source>Files of the same contents as another one, which has their tags: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien gleichen Inhalts wie eine andere, die ihre Tags hat: %1</translation>
     </message>
 </context>
 <context>
@@ -306,607 +316,615 @@ Selected default browsing tree.</source>
     <message>
         <source>    Content matched other external file
 </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>, which is one of the name matches.
-</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>, which could not be added to the database.
-</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>, which was added to the database.
-</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>  Size: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>  Last Modified: </source>
-        <translation type="unfinished"></translation>
+        <translation>    Inhalt stimmt mit einer anderen externen Datei überein
+</translation>
     </message>
     <message>
         <source>No content duplicates.</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Duplikate nach Inhalt.</translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>The following%1 files and hyperlinks will not be added to the database:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>
-           Tags: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Database file: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>   Size: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source> Last Modified: </source>
-        <translation type="unfinished"></translation>
+        <translation>
+            <numerusform>Die folgende Datei oder der folgende Hyperlink wird nicht in die Datenbank aufgenommen (Anzahl:%1):</numerusform>
+            <numerusform>Die folgenden%1 Dateien und Hyperlinks werden nicht in die Datenbank aufgenommen:</numerusform>
+        </translation>
     </message>
     <message>
         <source>    Took the place of the following missing file in the database:
 </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>hyperlink</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>    Content matched the following </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source> in the database:
-</source>
-        <translation type="unfinished"></translation>
+        <translation>    Nahm die Stelle dieser fehlenden Datei der Datenbank ein:
+</translation>
     </message>
     <message>
         <source>External content duplicate group.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gruppe externer Dateien gleichen Inhalts.</translation>
     </message>
     <message>
-        <source>Content matched </source>
-        <translation type="unfinished"></translation>
+        <source>Content matched %1, which is one of the name matches.
+</source>
+        <translation>Inhalt stimmt mit %1 überein, einer der Dateien gleichen Namens.
+</translation>
+    </message>
+    <message>
+        <source>Content matched %1, which could not be added to the database.
+</source>
+        <translation>Inhalt stimmt mit %1 überein; diese Datei konnte nicht in die Datenbank aufgenommen werden.
+</translation>
+    </message>
+    <message>
+        <source>Content matched %1, which was added to the database.
+</source>
+        <translation>Inhalt stimmt mit %1 überein; diese Datei wurde in die Datenbank aufgenommen.
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following hyperlink in the database:
+</source>
+        <translation>    Inhalt stimmt mit diesem Hyperlink der Datenbank überein:
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following hyperlinks in the database:
+</source>
+        <translation>    Inhalt stimmt mit diesen Hyperlinks der Datenbank überein:
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following file in the database:
+</source>
+        <translation>    Inhalt stimmt mit dieser Datei der Datenbank überein:
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following files in the database:
+</source>
+        <translation>    Inhalt stimmt mit diesen Dateien der Datenbank überein:
+</translation>
+    </message>
+    <message>
+        <source>%1  Size: %2  Last Modified: %3</source>
+        <translation>%1  Größe: %2  Zuletzt geändert: %3</translation>
+    </message>
+    <message>
+        <source>
+           Tags: %1</source>
+        <translation>
+           Tags: %1</translation>
+    </message>
+    <message>
+        <source>Database file: %1   Size: %2 Last Modified: %3</source>
+        <translation>Datei der Datenbank: %1   Größe: %2 Zuletzt geändert: %3</translation>
     </message>
 </context>
 <context>
     <name>ContentsModel</name>
     <message>
         <source>Thumbnail</source>
-        <translation type="unfinished"></translation>
+        <translation>Miniaturbild</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>Modification Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Änderungsdatum</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>Größe</translation>
     </message>
     <message>
         <source>Addition Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufnahmedatum</translation>
     </message>
     <message>
         <source>Type</source>
-        <translation type="unfinished"></translation>
+        <translation>Typ</translation>
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags</translation>
     </message>
     <message>
         <source>Description</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibung</translation>
     </message>
     <message>
         <source>ID Code</source>
-        <translation type="unfinished"></translation>
+        <translation>ID-Code</translation>
     </message>
     <message>
         <source>LoadID</source>
-        <translation type="unfinished"></translation>
+        <translation>LadeID</translation>
     </message>
 </context>
 <context>
     <name>DatabaseConnectDialog</name>
     <message>
         <source>Connect to Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit Datenbank verbinden</translation>
     </message>
     <message>
         <source>A database that others share on a PostgreSQL server. The password is not stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Datenbank, die andere auf einem PostgreSQL-Server teilen. Das Kennwort wird nicht gespeichert.</translation>
     </message>
     <message>
         <source>&amp;Host:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Server:</translation>
     </message>
     <message>
         <source>server.example.com</source>
-        <translation type="unfinished"></translation>
+        <translation>server.example.com</translation>
     </message>
     <message>
         <source>Po&amp;rt:</source>
-        <translation type="unfinished"></translation>
+        <translation>P&amp;ort:</translation>
     </message>
     <message>
         <source>&amp;Database:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Datenbank:</translation>
     </message>
     <message>
         <source>&amp;User:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Benutzer:</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Kennwort:</translation>
     </message>
     <message>
         <source>&amp;Connect</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Verbinden</translation>
     </message>
     <message>
         <source>Invalid database details</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungültige Angaben zur Datenbank</translation>
     </message>
     <message>
         <source>Provided database details were invalid.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Angaben zur Datenbank waren ungültig.</translation>
     </message>
 </context>
 <context>
     <name>DatabaseContentsSelector</name>
     <message>
         <source>Import Options</source>
-        <translation type="unfinished"></translation>
+        <translation>Importoptionen</translation>
     </message>
     <message>
         <source>Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien</translation>
     </message>
     <message>
         <source>File Descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateibeschreibungen</translation>
     </message>
     <message>
         <source>Append Descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibungen anhängen</translation>
     </message>
     <message>
         <source>Replace Descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibungen ersetzen</translation>
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags</translation>
     </message>
     <message>
         <source>Tag Browsing Nodes</source>
-        <translation type="unfinished"></translation>
+        <translation>Knoten der Navigationsbäume</translation>
     </message>
     <message>
         <source>Tag Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen</translation>
     </message>
     <message>
         <source>Tag to File Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Zuordnungen von Tags zu Dateien</translation>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen</translation>
     </message>
     <message>
         <source>What should the files that this database shares with the shell &quot;%1&quot; take over?</source>
-        <translation type="unfinished"></translation>
+        <translation>Was sollen die Dateien übernehmen, die diese Datenbank mit der Hülle „%1“ gemeinsam hat?</translation>
     </message>
     <message>
         <source>What should be imported from &quot;%1&quot;?</source>
-        <translation type="unfinished"></translation>
+        <translation>Was soll aus „%1“ importiert werden?</translation>
     </message>
 </context>
 <context>
     <name>DatabaseErrors</name>
     <message>
         <source>Connection problem</source>
-        <translation type="unfinished"></translation>
+        <translation>Verbindungsproblem</translation>
     </message>
     <message>
         <source>Could not connect to the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit der Datenbank konnte keine Verbindung hergestellt werden.</translation>
     </message>
     <message>
         <source>This may be a result of the file permissions of the database file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das kann an den Dateirechten der Datenbankdatei liegen.</translation>
     </message>
     <message>
         <source>This may be a result of the permissions of the database file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das kann an den Rechten der Datenbankdatei liegen.</translation>
     </message>
     <message>
         <source>This is the result of a disk I/O error.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das liegt an einem Ein-/Ausgabefehler des Datenträgers.</translation>
     </message>
     <message>
         <source>The database file may be corrupt.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbankdatei könnte beschädigt sein.</translation>
     </message>
     <message>
         <source>The database is full.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank ist voll.</translation>
     </message>
     <message>
         <source>The database file could not be opened.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbankdatei konnte nicht geöffnet werden.</translation>
     </message>
     <message>
         <source>This may be a result of authorization issues.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das kann an fehlender Berechtigung liegen.</translation>
     </message>
     <message>
         <source>The file opened is not a database file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die geöffnete Datei ist keine Datenbankdatei.</translation>
     </message>
     <message>
         <source>An error has occurred accessing the database. </source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Zugriff auf die Datenbank ist ein Fehler aufgetreten. </translation>
     </message>
     <message>
         <source>Error Accessing Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Zugriff auf die Datenbank</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler</translation>
     </message>
     <message>
         <source>Application can&apos;t continue to work with the current database, due to error.
 What do you want to do?</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Programm kann wegen eines Fehlers mit der geöffneten Datenbank nicht weiterarbeiten.
+Was möchten Sie tun?</translation>
     </message>
     <message>
         <source>Open another database</source>
-        <translation type="unfinished"></translation>
+        <translation>Andere Datenbank öffnen</translation>
     </message>
     <message>
         <source>Exit application</source>
-        <translation type="unfinished"></translation>
+        <translation>Programm beenden</translation>
     </message>
 </context>
 <context>
     <name>DatabaseImport</name>
     <message>
         <source>Import Shell</source>
-        <translation type="unfinished"></translation>
+        <translation>Hülle importieren</translation>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>Import</translation>
     </message>
 </context>
 <context>
     <name>DatabaseLock</name>
     <message>
         <source>The database is in use by another program. Please try again later.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank wird von einem anderen Programm benutzt. Bitte versuchen Sie es später noch einmal.</translation>
     </message>
 </context>
 <context>
     <name>DatabaseMaker</name>
     <message>
         <source>Create New Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Datenbank anlegen</translation>
     </message>
     <message>
         <source>Failed to create database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank konnte nicht angelegt werden</translation>
     </message>
     <message>
         <source>Cannot remove currently open database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die geöffnete Datenbank kann nicht entfernt werden.</translation>
     </message>
     <message>
         <source>%1 already exists.
 Do you want to replace it?</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 gibt es bereits.
+Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>Failed to remove existent database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die vorhandene Datenbank konnte nicht entfernt werden.</translation>
     </message>
     <message>
         <source>A database could not be created at this place.</source>
-        <translation type="unfinished"></translation>
+        <translation>An dieser Stelle konnte keine Datenbank angelegt werden.</translation>
     </message>
     <message>
         <source>Failed to open database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank konnte nicht geöffnet werden</translation>
     </message>
     <message>
         <source>Failed to open new database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die neue Datenbank konnte nicht geöffnet werden.</translation>
     </message>
 </context>
 <context>
     <name>DatabaseManger</name>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>Warnung</translation>
     </message>
     <message>
         <source>The connection to the database is lost.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Verbindung zur Datenbank ist abgebrochen.</translation>
     </message>
     <message>
         <source>The database could not be read completely, so it cannot be changed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank konnte nicht vollständig gelesen werden und kann deshalb nicht geändert werden.</translation>
     </message>
     <message>
         <source>Local data is updating.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die lokalen Daten werden aktualisiert.</translation>
     </message>
     <message>
         <source>Name Missing</source>
-        <translation type="unfinished"></translation>
+        <translation>Name fehlt</translation>
     </message>
     <message>
         <source>A name must not be empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Name darf nicht leer sein.</translation>
     </message>
     <message>
         <source>The text is longer than %1 characters and was not stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Text ist länger als %1 Zeichen und wurde nicht gespeichert.</translation>
     </message>
     <message>
         <source>Exporting</source>
-        <translation type="unfinished"></translation>
+        <translation>Export</translation>
     </message>
     <message>
         <source>Nothing can be exported to &quot;%1&quot;.
 
 The reason: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach „%1“ kann nichts exportiert werden.
+
+Der Grund: %2</translation>
     </message>
 </context>
 <context>
     <name>DatabaseVersionCheck</name>
     <message>
         <source>The database holds parts that Vorna did not make, such as views or triggers. It was not opened, so that nothing in it can run.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank enthält Teile, die nicht von Vorna stammen, etwa Sichten oder Trigger. Sie wurde nicht geöffnet, damit nichts davon ausgeführt werden kann.</translation>
     </message>
     <message>
         <source>The database was created with an earlier version of Vorna.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank wurde mit einer früheren Version von Vorna angelegt.</translation>
     </message>
     <message>
         <source>The file will be upgraded to the current version but will not be backward compatible.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei wird auf die aktuelle Version gebracht und ist dann mit früheren nicht mehr verträglich.</translation>
     </message>
     <message>
         <source>Database upgraded successfully.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank wurde auf die aktuelle Version gebracht.</translation>
     </message>
     <message>
         <source>Problem occurred while upgrading database. Probably you have no permission to perform this operation.</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Aktualisieren der Datenbank ist ein Problem aufgetreten. Wahrscheinlich fehlt Ihnen die Berechtigung dazu.</translation>
     </message>
     <message>
         <source>The database is not supported</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank wird nicht unterstützt</translation>
     </message>
     <message>
         <source>The database could be corrupted please check it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank könnte beschädigt sein; bitte prüfen Sie sie.</translation>
     </message>
     <message>
         <source>Error opening database</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Öffnen der Datenbank</translation>
     </message>
 </context>
 <context>
     <name>DescriptionBar</name>
     <message>
         <source>Description</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibung</translation>
     </message>
     <message>
         <source>%1 %</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>
     <name>DuplicateManager</name>
     <message>
         <source>Grouping files with duplicate content</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien gleichen Inhalts werden zusammengestellt</translation>
     </message>
     <message>
         <source>Grouping name duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien gleichen Namens werden zusammengestellt</translation>
     </message>
     <message>
         <source>Grouping by content...
-Examining file number  </source>
-        <translation type="unfinished"></translation>
+Examining file number  %1</source>
+        <translation>Nach Inhalt zusammenstellen …
+Datei Nummer  %1 wird untersucht</translation>
     </message>
 </context>
 <context>
     <name>DuplicatePrompt</name>
     <message>
         <source>Duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Duplikate</translation>
     </message>
     <message>
         <source>Content Matches</source>
-        <translation type="unfinished"></translation>
+        <translation>Gleicher Inhalt</translation>
     </message>
     <message>
         <source>Name Matches</source>
-        <translation type="unfinished"></translation>
+        <translation>Gleicher Name</translation>
     </message>
     <message>
         <source>Select all</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle auswählen</translation>
     </message>
     <message>
         <source>Deselect all</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle abwählen</translation>
     </message>
     <message>
         <source>The duplicate prompt dialog is being created.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Übersicht der Duplikate wird erstellt.</translation>
     </message>
     <message>
         <source>Creating Duplicate Prompt</source>
-        <translation type="unfinished"></translation>
+        <translation>Duplikate</translation>
     </message>
     <message>
         <source>One file is there already.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 files are there already.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Datei ist schon vorhanden.</translation>
     </message>
     <message>
         <source>It got the tag %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie hat das Tag %1 erhalten.</translation>
     </message>
     <message>
         <source>It got the tags %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie hat die Tags %1 erhalten.</translation>
     </message>
     <message>
         <source>They got the tag %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie haben das Tag %1 erhalten.</translation>
     </message>
     <message>
         <source>They got the tags %1.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The following files have matching names. Deselect </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>those you do not want added.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>the checked file if you do not want it added.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie haben die Tags %1 erhalten.</translation>
     </message>
     <message>
         <source>No name duplicates.</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Duplikate nach Namen.</translation>
     </message>
     <message>
         <source>Copy</source>
-        <translation type="unfinished"></translation>
+        <translation>Kopieren</translation>
     </message>
     <message>
         <source>Only the first %1 of the %2 selected lines were copied.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur die ersten %1 der %2 ausgewählten Zeilen wurden kopiert.</translation>
     </message>
     <message>
         <source>The database is closed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank ist geschlossen.</translation>
     </message>
     <message>
         <source>1 file was not added, as another one has the same name:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 files were not added, as others have the same names:</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Datei wurde nicht hinzugefügt, weil eine andere denselben Namen hat:</translation>
     </message>
     <message>
         <source>Files left out</source>
-        <translation type="unfinished"></translation>
+        <translation>Ausgelassene Dateien</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files are there already.</source>
+        <translation>
+            <numerusform>%Ln Datei ist schon vorhanden.</numerusform>
+            <numerusform>%Ln Dateien sind schon vorhanden.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The following files have matching names. Deselect those you do not want added.</source>
+        <translation>Die folgenden Dateien haben gleiche Namen. Wählen Sie ab, was nicht hinzugefügt werden soll.</translation>
+    </message>
+    <message>
+        <source>The following files have matching names. Deselect the checked file if you do not want it added.</source>
+        <translation>Die folgenden Dateien haben gleiche Namen. Wählen Sie die angekreuzte Datei ab, wenn sie nicht hinzugefügt werden soll.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files were not added, as others have the same names:</source>
+        <translation>
+            <numerusform>%Ln Datei wurde nicht hinzugefügt, weil eine andere denselben Namen hat:</numerusform>
+            <numerusform>%Ln Dateien wurden nicht hinzugefügt, weil andere dieselben Namen haben:</numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>ErrorJudge</name>
     <message>
         <source>The database is damaged: it tells of more rows than its file has room for.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank ist beschädigt: Sie spricht von mehr Zeilen, als ihre Datei fassen kann.</translation>
     </message>
 </context>
 <context>
     <name>ErrorTeller</name>
     <message>
         <source>Canceled</source>
-        <translation type="unfinished"></translation>
+        <translation>Abgebrochen</translation>
     </message>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>Warnung</translation>
     </message>
     <message>
         <source>The database is busy. Please try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank ist beschäftigt. Bitte versuchen Sie es noch einmal.</translation>
     </message>
 </context>
 <context>
     <name>ExportCommand</name>
     <message>
         <source>Exporting</source>
-        <translation type="unfinished"></translation>
+        <translation>Export</translation>
     </message>
     <message>
         <source>Cannot export to currently open database!</source>
-        <translation type="unfinished"></translation>
+        <translation>In die geöffnete Datenbank kann nicht exportiert werden!</translation>
     </message>
     <message>
         <source>&quot;%1&quot; already exists.
 Do you want to replace it?</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ gibt es bereits.
+Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>Export Target</source>
-        <translation type="unfinished"></translation>
+        <translation>Ziel des Exports</translation>
     </message>
 </context>
 <context>
     <name>ExportMenu</name>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportieren</translation>
     </message>
     <message>
         <source>Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank</translation>
     </message>
     <message>
         <source>Shell</source>
-        <translation type="unfinished"></translation>
+        <translation>Hülle</translation>
     </message>
     <message>
         <source>CSV File</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV-Datei</translation>
     </message>
 </context>
 <context>
@@ -914,263 +932,270 @@ Do you want to replace it?</source>
     <message>
         <source>Exported to &quot;%1&quot;.
 Files: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach „%1“ exportiert.
+Dateien: %2</translation>
     </message>
     <message>
         <source>Exported to &quot;%1&quot;.
 Files: %2, tags: %3, browsing nodes: %4</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach „%1“ exportiert.
+Dateien: %2, Tags: %3, Navigationsknoten: %4</translation>
     </message>
     <message>
         <source>Not exported: %1. %2
 %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht exportiert: %1. %2
+%3</translation>
     </message>
     <message>
         <source>Not exported, as they are no longer in the database: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht exportiert, da nicht mehr in der Datenbank: %1.</translation>
     </message>
     <message>
         <source>Tag relationships not exported, as they are too deep: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht exportierte Tag-Beziehungen, da zu tief: %1.</translation>
     </message>
     <message>
         <source>Fields that hold a double quote: %1. It stands in the file as it is, and other programs may take it for the end of the field.</source>
-        <translation type="unfinished"></translation>
+        <translation>Felder, die ein doppeltes Anführungszeichen enthalten: %1. Es steht unverändert in der Datei, und andere Programme können es für das Ende des Feldes halten.</translation>
     </message>
 </context>
 <context>
     <name>ExportTarget</name>
     <message>
         <source>No database can be made there. The disk may be full, or take no locks.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dort kann keine Datenbank angelegt werden. Vielleicht ist der Datenträger voll oder lässt keine Sperren zu.</translation>
     </message>
     <message>
         <source>A folder has this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Ordner hat diesen Namen.</translation>
     </message>
     <message>
         <source>A link has this name, and what it leads to is gone.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Verknüpfung hat diesen Namen, und ihr Ziel gibt es nicht mehr.</translation>
     </message>
     <message>
         <source>The file there is write-protected.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei dort ist schreibgeschützt.</translation>
     </message>
     <message>
         <source>The database there is in use, or a change of it was broken off: there is a file &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank dort wird benutzt, oder eine Änderung daran wurde abgebrochen: Es gibt eine Datei „%1“.</translation>
     </message>
 </context>
 <context>
     <name>ExternalFileView</name>
     <message>
         <source>External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Externe Dateien</translation>
     </message>
 </context>
 <context>
     <name>ExternalFilesDock</name>
     <message>
         <source>External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Externe Dateien</translation>
     </message>
 </context>
 <context>
     <name>FeedbackDialog</name>
     <message>
         <source>Feedback</source>
-        <translation type="unfinished"></translation>
+        <translation>Rückmeldung</translation>
     </message>
     <message>
         <source>Message:</source>
-        <translation type="unfinished"></translation>
+        <translation>Nachricht:</translation>
     </message>
     <message>
         <source>Email address (optional):</source>
-        <translation type="unfinished"></translation>
+        <translation>E-Mail-Adresse (freiwillig):</translation>
     </message>
     <message>
         <source>Version: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Version: %1</translation>
     </message>
     <message>
         <source>&amp;Send</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Senden</translation>
     </message>
     <message>
         <source>Feedback Received</source>
-        <translation type="unfinished"></translation>
+        <translation>Rückmeldung empfangen</translation>
     </message>
     <message>
         <source>Your message has been recorded. Thank you.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ihre Nachricht wurde aufgenommen. Vielen Dank.</translation>
     </message>
     <message>
         <source>Network error</source>
-        <translation type="unfinished"></translation>
+        <translation>Netzwerkfehler</translation>
     </message>
     <message>
         <source>An error occurred while sending feedback.</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Senden der Rückmeldung ist ein Fehler aufgetreten.</translation>
     </message>
 </context>
 <context>
     <name>FileActions</name>
     <message>
         <source>List</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste</translation>
     </message>
     <message>
         <source>Thumbnails</source>
-        <translation type="unfinished"></translation>
+        <translation>Miniaturbilder</translation>
     </message>
     <message>
         <source>File Search</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateisuche</translation>
     </message>
     <message>
         <source>Add Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien hinzufügen</translation>
     </message>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Hyperlink hinzufügen</translation>
     </message>
     <message>
         <source>Locate Missing Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehlende Dateien suchen</translation>
     </message>
     <message>
         <source>Transfer to Internal</source>
-        <translation type="unfinished"></translation>
+        <translation>In die Datenbank übernehmen</translation>
     </message>
     <message>
         <source>Extract Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien extrahieren</translation>
     </message>
     <message>
         <source>Remove from node</source>
-        <translation type="unfinished"></translation>
+        <translation>Aus Knoten entfernen</translation>
     </message>
     <message>
         <source>Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Löschen</translation>
     </message>
     <message>
         <source>File Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags der Dateien</translation>
     </message>
     <message>
         <source>Browsing Tree Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags des Navigationsbaums</translation>
     </message>
     <message>
         <source>Open for Viewing</source>
-        <translation type="unfinished"></translation>
+        <translation>Zum Ansehen öffnen</translation>
     </message>
     <message>
         <source>Show in Explorer</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Dateimanager anzeigen</translation>
     </message>
     <message>
         <source>Extract File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei extrahieren</translation>
     </message>
     <message>
         <source>Properties</source>
-        <translation type="unfinished"></translation>
+        <translation>Eigenschaften</translation>
     </message>
     <message>
         <source>Show related files</source>
-        <translation type="unfinished"></translation>
+        <translation>Verwandte Dateien anzeigen</translation>
     </message>
     <message>
         <source>Locate missing item</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehlendes suchen</translation>
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags</translation>
     </message>
     <message>
         <source>Delete File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei löschen</translation>
     </message>
     <message>
         <source>Delete Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien löschen</translation>
     </message>
     <message>
         <source>Delete Link</source>
-        <translation type="unfinished"></translation>
+        <translation>Verknüpfung löschen</translation>
     </message>
     <message>
         <source>Delete Links</source>
-        <translation type="unfinished"></translation>
+        <translation>Verknüpfungen löschen</translation>
     </message>
     <message>
         <source>Delete Item</source>
-        <translation type="unfinished"></translation>
+        <translation>Eintrag löschen</translation>
     </message>
     <message>
         <source>Delete Items</source>
-        <translation type="unfinished"></translation>
+        <translation>Einträge löschen</translation>
     </message>
     <message>
         <source>Locate missing file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehlende Datei suchen</translation>
     </message>
     <message>
         <source>Locate missing files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehlende Dateien suchen</translation>
     </message>
     <message>
         <source>Open Externally</source>
-        <translation type="unfinished"></translation>
+        <translation>Extern öffnen</translation>
     </message>
 </context>
 <context>
     <name>FileCommands</name>
     <message>
-        <source>Do you really want to delete the selected %1?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; has no tags that other files could share.</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ hat keine Tags, die andere Dateien teilen könnten.</translation>
     </message>
     <message>
         <source>Select the tags in the tags dock first.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>link</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>file</source>
-        <translation type="unfinished"></translation>
+        <translation>Wählen Sie zuerst die Tags im Tag-Fenster aus.</translation>
     </message>
     <message>
         <source>Add Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien hinzufügen</translation>
     </message>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Hyperlink hinzufügen</translation>
     </message>
     <message>
         <source>The database is closed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank ist geschlossen.</translation>
     </message>
     <message>
         <source>Extract to Directory</source>
-        <translation type="unfinished"></translation>
+        <translation>In Ordner extrahieren</translation>
     </message>
     <message>
         <source>The selected files are inside the database already.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die ausgewählten Dateien sind bereits in der Datenbank.</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected link?</source>
+        <translation>Möchten Sie die ausgewählte Verknüpfung wirklich löschen?</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected links?</source>
+        <translation>Möchten Sie die ausgewählten Verknüpfungen wirklich löschen?</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected file?</source>
+        <translation>Möchten Sie die ausgewählte Datei wirklich löschen?</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected files?</source>
+        <translation>Möchten Sie die ausgewählten Dateien wirklich löschen?</translation>
     </message>
 </context>
 <context>
@@ -1211,7 +1236,7 @@ Files: %2, tags: %3, browsing nodes: %4</source>
     <name>FileListModel</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>Directory</source>
@@ -1249,10 +1274,6 @@ Files: %2, tags: %3, browsing nodes: %4</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>links</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>All Files (*.*)</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1267,6 +1288,10 @@ Files: %2, tags: %3, browsing nodes: %4</source>
     <message>
         <source>Found: %1 of %2.</source>
         <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected links?</source>
+        <translation>Möchten Sie die ausgewählten Verknüpfungen wirklich löschen?</translation>
     </message>
 </context>
 <context>
@@ -1312,7 +1337,7 @@ These files have been deleted from the database.</source>
     <name>FileOpening</name>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler</translation>
     </message>
     <message>
         <source>Failed opening hyperlink.</source>
@@ -1362,15 +1387,11 @@ These files have been deleted from the database.</source>
     <name>FileOperationProvider</name>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Hyperlink hinzufügen</translation>
     </message>
 </context>
 <context>
     <name>FileOperationWorker</name>
-    <message>
-        <source>Adding </source>
-        <translation type="unfinished"></translation>
-    </message>
     <message>
         <source>There is not enough memory.</source>
         <translation type="unfinished"></translation>
@@ -1409,7 +1430,7 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Files left out</source>
-        <translation type="unfinished"></translation>
+        <translation>Ausgelassene Dateien</translation>
     </message>
     <message>
         <source>Linking to files...</source>
@@ -1421,7 +1442,7 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Export</translation>
     </message>
     <message>
         <source>The database is in use by another program.</source>
@@ -1443,7 +1464,7 @@ The reason: %2</source>
     </message>
     <message>
         <source>Exporting</source>
-        <translation type="unfinished"></translation>
+        <translation>Export</translation>
     </message>
     <message>
         <source>%1 (only its beginning)</source>
@@ -1489,7 +1510,7 @@ The reason: %2</source>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>Import</translation>
     </message>
     <message>
         <source>Deleting files...</source>
@@ -1526,17 +1547,7 @@ The reason: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 pictures could not be read and keep their thumbnails:
-
-%2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Thumbnails not remade</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Transferring </source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1553,6 +1564,23 @@ The reason: %2</source>
     </message>
     <message>
         <source>Error transferring files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Adding %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln pictures could not be read and keep their thumbnails:
+
+%1</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Transferring %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1583,39 +1611,34 @@ The reason: %2</source>
     <name>FileTagsDialog</name>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags</translation>
     </message>
     <message>
         <source>There are no tags to choose from.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Check or uncheck boxes to link or unlink the following </source>
+        <source>Check or uncheck boxes to link or unlink the following tag from this file</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>tag</source>
+        <source>Check or uncheck boxes to link or unlink the following tag from these files</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>tags</source>
+        <source>Check or uncheck boxes to link or unlink the following tags from this file</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source> from </source>
+        <source>Check or uncheck boxes to link or unlink the following tags from these files</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>this file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>these files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>On %1 of %2 files</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>On %1 of %Ln files</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1662,7 +1685,7 @@ The reason: %2</source>
     </message>
     <message>
         <source>Hyperlinks is file on the local file system</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Hyperlink ist eine Datei des lokalen Dateisystems</translation>
     </message>
     <message>
         <source>The address has %1 signs. At most %2 can be kept.</source>
@@ -1677,28 +1700,31 @@ The reason: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>longer than %1 signs</source>
+        <source>Longer than %1 signs: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>with control signs</source>
+        <source>With control signs: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>of files that are not there</source>
+        <source>Of files that are not there: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not valid</source>
+        <source>Not valid: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>One hyperlink was not added: %1.</source>
+        <source>One hyperlink was not added:</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>%1 hyperlinks were not added: %2.</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>%Ln hyperlinks were not added:</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1786,10 +1812,6 @@ The reason: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 files have names that cannot be read:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Files left out because the names of their folders cannot be read: %1</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1797,16 +1819,26 @@ The reason: %2</source>
         <source>1 file or folder could not be read:</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>%1 files or folders could not be read:</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>%Ln files have names that cannot be read:</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files or folders could not be read:</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>LoadingNotice</name>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Loading &quot;%1&quot;...</source>
@@ -1819,16 +1851,15 @@ The reason: %2</source>
         <source>%1 of %2</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>%1 selected</source>
-        <translation type="unfinished"></translation>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message>
         <source>1 file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 files</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1854,6 +1885,13 @@ Drop files or folders here to add them.</source>
         <source>No files here.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MainUi</name>
@@ -1863,7 +1901,7 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportieren</translation>
     </message>
     <message>
         <source>File</source>
@@ -1961,7 +1999,7 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>Open Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank öffnen</translation>
     </message>
     <message>
         <source>Database Info</source>
@@ -2005,7 +2043,7 @@ Database permissions: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Vorna - </source>
+        <source>Vorna - %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2027,9 +2065,12 @@ Database permissions: %2</source>
         <source>1 byte</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished"></translation>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message>
         <source>%1 (%2)</source>
@@ -2095,7 +2136,7 @@ Database permissions: %2</source>
     </message>
     <message>
         <source>Replace</source>
-        <translation type="unfinished"></translation>
+        <translation>Ersetzen</translation>
     </message>
     <message>
         <source>There is already a file named %1 in folder %2. Do you instead want to rename the file to %3?</source>
@@ -2140,20 +2181,20 @@ Please choose how these files should be extracted.</source>
 <context>
     <name>NameMatchModel</name>
     <message>
-        <source>Database file: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>File</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>Größe</translation>
     </message>
     <message>
         <source>Last Modified</source>
         <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database file: %1</source>
+        <translation>Datei der Datenbank: %1</translation>
     </message>
 </context>
 <context>
@@ -2251,7 +2292,7 @@ Please choose how these files should be extracted.</source>
     <name>PostgresDBManager</name>
     <message>
         <source>Browsing tree error</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler des Navigationsbaums</translation>
     </message>
     <message>
         <source>Selected browsing tree no longer exists.
@@ -2303,7 +2344,7 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Externe Dateien</translation>
     </message>
     <message>
         <source>Advise when external file details are updated</source>
@@ -2315,7 +2356,7 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbaum</translation>
     </message>
     <message>
         <source>Alphabetical Order</source>
@@ -2335,7 +2376,7 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Auto Linking</source>
-        <translation type="unfinished"></translation>
+        <translation>Automatische Verknüpfung</translation>
     </message>
     <message>
         <source>Auto link files continuously</source>
@@ -2529,8 +2570,15 @@ Relative path: %7
         <source>1 byte</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>%1 bytes</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>internal</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2545,7 +2593,7 @@ Relative path: %7
     <name>RelationTreeViewDock</name>
     <message>
         <source>Tag Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen</translation>
     </message>
 </context>
 <context>
@@ -2579,7 +2627,7 @@ Relative path: %7
     </message>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>Warnung</translation>
     </message>
 </context>
 <context>
@@ -2647,7 +2695,7 @@ Relative path: %7
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Connecting to %1 ...</source>
@@ -2660,9 +2708,12 @@ Relative path: %7
 </context>
 <context>
     <name>ShellFilesModel</name>
-    <message>
+    <message numerus="yes">
         <source>%1, %2 bytes</source>
-        <translation type="unfinished"></translation>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2684,22 +2735,49 @@ Relative path: %7
     </message>
 </context>
 <context>
+    <name>SpecialNodes</name>
+    <message>
+        <source>All files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files with tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files without tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files with their contents in the database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files residing in paths external to the database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All Hyperlinks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recently added files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All Internal Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All External Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>TBtreeView</name>
     <message>
         <source>Browsing Tree</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Do you really want to delete %1non-leaf node%2 from this tree?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>a </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>s</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbaum</translation>
     </message>
     <message>
         <source>Create new node</source>
@@ -2713,12 +2791,20 @@ Relative path: %7
         <source>Add below</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Do you really want to delete a non-leaf node from this tree?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you really want to delete non-leaf nodes from this tree?</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TRview</name>
     <message>
         <source>Tag Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen</translation>
     </message>
     <message>
         <source>Error creating tag relationship</source>
@@ -2757,7 +2843,7 @@ Relative path: %7
     </message>
     <message>
         <source>Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Löschen</translation>
     </message>
     <message>
         <source>Rename</source>
@@ -2769,7 +2855,7 @@ Relative path: %7
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags</translation>
     </message>
     <message>
         <source>Add Tag Group</source>
@@ -2832,7 +2918,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank</translation>
     </message>
     <message>
         <source>Shell, a database without the contents of files</source>
@@ -2847,7 +2933,7 @@ Would you like to delete the tags that are in use?</source>
     <name>TagGroupBar</name>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen</translation>
     </message>
     <message>
         <source>All Tags</source>
@@ -2882,7 +2968,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen</translation>
     </message>
     <message>
         <source>No tag groups yet</source>
@@ -2924,7 +3010,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen</translation>
     </message>
     <message>
         <source>No tag groups yet</source>
@@ -2958,7 +3044,7 @@ Would you like to delete the tags that are in use?</source>
     <name>TagRemovalDialog</name>
     <message>
         <source>File Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags der Dateien</translation>
     </message>
     <message>
         <source> Tags</source>
@@ -2969,7 +3055,7 @@ Would you like to delete the tags that are in use?</source>
     <name>TagsTableDock</name>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags</translation>
     </message>
     <message>
         <source>No tag matches the filter.</source>
@@ -3002,11 +3088,11 @@ Drop tags on its tab.</source>
     <name>TagsTableModel</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>Description</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibung</translation>
     </message>
     <message>
         <source>Creation Date</source>
@@ -3014,7 +3100,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien</translation>
     </message>
 </context>
 <context>
@@ -3036,10 +3122,6 @@ Drop tags on its tab.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>search:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>and</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3048,7 +3130,11 @@ Drop tags on its tab.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>without:</source>
+        <source>, &lt;i&gt;search:&lt;/i&gt; &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&lt;i&gt;without:&lt;/i&gt; %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -3111,11 +3197,11 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank</translation>
     </message>
     <message>
         <source>Shell</source>
-        <translation type="unfinished"></translation>
+        <translation>Hülle</translation>
     </message>
     <message>
         <source>Exit</source>
@@ -3139,7 +3225,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen</translation>
     </message>
     <message>
         <source>Browsing Tree List</source>
@@ -3187,7 +3273,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>Importieren</translation>
     </message>
 </context>
 </TS>

@@ -9,296 +9,306 @@
     </message>
     <message>
         <source>This database is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cette base de données est en lecture seule.</translation>
     </message>
 </context>
 <context>
     <name>AddHyperlinkDialog</name>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un hyperlien</translation>
     </message>
     <message>
         <source>&amp;Hyperlink:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Hyperlien :</translation>
     </message>
     <message>
         <source>https://</source>
-        <translation type="unfinished"></translation>
+        <translation>https://</translation>
     </message>
     <message>
         <source>&amp;Description:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Description :</translation>
     </message>
     <message>
         <source>The address of a page or a mailbox, kept like a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’adresse d’une page ou d’une boîte aux lettres, conservée comme un fichier.</translation>
     </message>
     <message>
         <source>Hyperlinks is file on the local file system</source>
-        <translation type="unfinished"></translation>
+        <translation>L’hyperlien est un fichier du système de fichiers local</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur</translation>
     </message>
 </context>
 <context>
     <name>AutoLinkDialog</name>
     <message>
         <source>Auto Linking</source>
-        <translation type="unfinished"></translation>
+        <translation>Liaison automatique</translation>
     </message>
     <message>
         <source>Absolute path: %1
 Relative path: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Chemin absolu : %1
+Chemin relatif : %2</translation>
     </message>
     <message>
         <source>Ok</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
     <name>AutoLinkSync</name>
     <message>
         <source>Files left out</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers laissés de côté</translation>
     </message>
     <message>
-        <source>1 file has a name that cannot be read:</source>
-        <translation type="unfinished"></translation>
+        <source>1 file has a name that cannot be read:
+%1</source>
+        <translation>1 fichier a un nom illisible :
+%1</translation>
     </message>
-    <message>
-        <source>%1 files have names that cannot be read.</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>%Ln files have names that cannot be read.</source>
+        <translation>
+            <numerusform>%Ln fichier a un nom illisible.</numerusform>
+            <numerusform>%Ln fichiers ont des noms illisibles.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>AutoLinks</name>
     <message>
         <source>Can&apos;t link to folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Impossible de lier le dossier</translation>
     </message>
     <message>
         <source>The folder does not exist.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le dossier n’existe pas.</translation>
     </message>
     <message>
         <source>Folder contains current database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le dossier contient la base de données ouverte.</translation>
     </message>
     <message>
         <source>Error Creating Link</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur lors de la création du lien</translation>
     </message>
     <message>
         <source>Node already has link to this folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le nœud est déjà lié à ce dossier.</translation>
     </message>
     <message>
         <source>The system does not watch 1 linked folder, as it has no watches left (fs.inotify.max_user_watches). The folder is looked at every %1 seconds instead.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le système ne surveille pas 1 dossier lié, car il n’a plus de surveillance libre (fs.inotify.max_user_watches). Le dossier est donc examiné toutes les %1 secondes.</translation>
     </message>
-    <message>
-        <source>The system does not watch %1 linked folders, as it has no watches left (fs.inotify.max_user_watches). They are looked at every %2 seconds instead.</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>The system does not watch %Ln linked folders, as it has no watches left (fs.inotify.max_user_watches). They are looked at every %1 seconds instead.</source>
+        <translation>
+            <numerusform>Le système ne surveille pas %Ln dossier lié, car il n’a plus de surveillance libre (fs.inotify.max_user_watches). Il est donc examiné toutes les %1 secondes.</numerusform>
+            <numerusform>Le système ne surveille pas %Ln dossiers liés, car il n’a plus de surveillance libre (fs.inotify.max_user_watches). Ils sont donc examinés toutes les %1 secondes.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeDialog</name>
     <message>
         <source>&amp;Create new Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Nouvel arbre de navigation</translation>
     </message>
     <message>
         <source>&amp;Delete Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Supprimer l’arbre de navigation</translation>
     </message>
     <message>
         <source>Browsing Trees</source>
-        <translation type="unfinished"></translation>
+        <translation>Arbres de navigation</translation>
     </message>
     <message>
         <source>All who share this database see the same trees. Which one is shown here is your own choice.</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous ceux qui partagent cette base de données voient les mêmes arbres. Celui qui est affiché ici est votre propre choix.</translation>
     </message>
     <message>
         <source>Make an empty tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Créer un arbre vide</translation>
     </message>
     <message>
         <source>Delete the tree of the current row for everybody; tags and files stay (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer pour tous l’arbre de la ligne courante ; les étiquettes et les fichiers restent (%1)</translation>
     </message>
     <message>
         <source>Create new Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouvel arbre de navigation</translation>
     </message>
     <message>
         <source>Name of new browsing tree:</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom du nouvel arbre de navigation :</translation>
     </message>
     <message>
         <source>Delete browsing tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer l’arbre de navigation</translation>
     </message>
     <message>
         <source>Default browsing tree can not be deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’arbre de navigation par défaut ne peut pas être supprimé.</translation>
     </message>
     <message>
         <source>Selected browsing tree can not be deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’arbre de navigation choisi ne peut pas être supprimé.</translation>
     </message>
     <message>
         <source>The following Browsing Tree will be deleted: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’arbre de navigation suivant sera supprimé : %1.</translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeTableModel</name>
     <message>
         <source>Show %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher %1</translation>
     </message>
     <message>
         <source>There is already a browsing tree with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il y a déjà un arbre de navigation de ce nom.</translation>
     </message>
     <message>
         <source>Selected browsing tree no longer exists.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’arbre de navigation choisi n’existe plus.</translation>
     </message>
     <message>
         <source>Browsing tree name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom de l’arbre de navigation</translation>
     </message>
     <message>
         <source>Select</source>
-        <translation type="unfinished"></translation>
+        <translation>Choix</translation>
     </message>
     <message>
         <source>Previous browsing tree does not exists anymore. 
 Selected default browsing tree.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’arbre de navigation précédent n’existe plus. 
+L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>Browsing tree error</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur d’arbre de navigation</translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeTagsDialog</name>
     <message>
         <source>Browsing Tree Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes de l’arbre de navigation</translation>
     </message>
 </context>
 <context>
     <name>BrowsingTreeViewDock</name>
     <message>
         <source>Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Arbre de navigation</translation>
     </message>
     <message>
         <source>Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer</translation>
     </message>
     <message>
         <source>Delete with subtree</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer avec le sous-arbre</translation>
     </message>
     <message>
         <source>Tag Relationships Enabled</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes activées</translation>
     </message>
     <message>
         <source>Tag Node Inverted</source>
-        <translation type="unfinished"></translation>
+        <translation>Nœud inversé</translation>
     </message>
     <message>
         <source>Auto Link To Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Lier automatiquement à un dossier</translation>
     </message>
     <message>
         <source>View Path</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher le chemin</translation>
     </message>
     <message>
         <source>Remove</source>
-        <translation type="unfinished"></translation>
+        <translation>Retirer</translation>
     </message>
     <message>
         <source>Browsing Tree: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Arbre de navigation : %1</translation>
     </message>
     <message>
         <source>Select Directoty</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisir un dossier</translation>
     </message>
 </context>
 <context>
     <name>ChunkRows</name>
     <message>
         <source>External files without a path: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers externes sans chemin : %1</translation>
     </message>
     <message>
         <source>Files with texts that are too long: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers dont les textes sont trop longs : %1</translation>
     </message>
     <message>
         <source>Files whose contents are missing or damaged: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers dont le contenu manque ou est endommagé : %1</translation>
     </message>
 </context>
 <context>
     <name>CollectionOpener</name>
     <message>
         <source>Error opening database</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur à l’ouverture de la base de données</translation>
     </message>
     <message>
         <source>The database is in use by another program. Waiting ...</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est utilisée par un autre programme. En attente…</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuler</translation>
     </message>
     <message>
         <source>Open Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir une base de données</translation>
     </message>
 </context>
 <context>
     <name>ConflictList</name>
     <message>
         <source>Replace</source>
-        <translation type="unfinished"></translation>
+        <translation>Remplacer</translation>
     </message>
     <message>
         <source>Use New Name: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Utiliser un nouveau nom : %1</translation>
     </message>
 </context>
 <context>
     <name>Connections</name>
     <message>
         <source>The server does not use standard strings.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le serveur n’utilise pas de chaînes standard.</translation>
     </message>
     <message>
         <source>The database file &quot;%1&quot; is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier de base de données « %1 » est absent.</translation>
     </message>
 </context>
 <context>
     <name>ContentGroups</name>
     <message>
         <source>Files of the same contents as another one, which has their tags: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers de même contenu qu’un autre, qui a leurs étiquettes : %1</translation>
     </message>
 </context>
 <context>
@@ -306,607 +316,615 @@ Selected default browsing tree.</source>
     <message>
         <source>    Content matched other external file
 </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>, which is one of the name matches.
-</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>, which could not be added to the database.
-</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>, which was added to the database.
-</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>  Size: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>  Last Modified: </source>
-        <translation type="unfinished"></translation>
+        <translation>    Contenu identique à un autre fichier externe
+</translation>
     </message>
     <message>
         <source>No content duplicates.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun doublon de contenu.</translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>The following%1 files and hyperlinks will not be added to the database:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>
-           Tags: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Database file: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>   Size: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source> Last Modified: </source>
-        <translation type="unfinished"></translation>
+        <translation>
+            <numerusform>Le fichier ou hyperlien suivant ne sera pas ajouté à la base de données (nombre :%1) :</numerusform>
+            <numerusform>Les%1 fichiers et hyperliens suivants ne seront pas ajoutés à la base de données :</numerusform>
+        </translation>
     </message>
     <message>
         <source>    Took the place of the following missing file in the database:
 </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>hyperlink</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>    Content matched the following </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source> in the database:
-</source>
-        <translation type="unfinished"></translation>
+        <translation>    A pris la place du fichier absent suivant de la base de données :
+</translation>
     </message>
     <message>
         <source>External content duplicate group.</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupe de fichiers externes de même contenu.</translation>
     </message>
     <message>
-        <source>Content matched </source>
-        <translation type="unfinished"></translation>
+        <source>Content matched %1, which is one of the name matches.
+</source>
+        <translation>Contenu identique à %1, qui est l’une des correspondances de nom.
+</translation>
+    </message>
+    <message>
+        <source>Content matched %1, which could not be added to the database.
+</source>
+        <translation>Contenu identique à %1, qui n’a pas pu être ajouté à la base de données.
+</translation>
+    </message>
+    <message>
+        <source>Content matched %1, which was added to the database.
+</source>
+        <translation>Contenu identique à %1, qui a été ajouté à la base de données.
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following hyperlink in the database:
+</source>
+        <translation>    Contenu identique à l’hyperlien suivant de la base de données :
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following hyperlinks in the database:
+</source>
+        <translation>    Contenu identique aux hyperliens suivants de la base de données :
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following file in the database:
+</source>
+        <translation>    Contenu identique au fichier suivant de la base de données :
+</translation>
+    </message>
+    <message>
+        <source>    Content matched the following files in the database:
+</source>
+        <translation>    Contenu identique aux fichiers suivants de la base de données :
+</translation>
+    </message>
+    <message>
+        <source>%1  Size: %2  Last Modified: %3</source>
+        <translation>%1  Taille : %2  Dernière modification : %3</translation>
+    </message>
+    <message>
+        <source>
+           Tags: %1</source>
+        <translation>
+           Étiquettes : %1</translation>
+    </message>
+    <message>
+        <source>Database file: %1   Size: %2 Last Modified: %3</source>
+        <translation>Fichier de la base : %1   Taille : %2 Dernière modification : %3</translation>
     </message>
 </context>
 <context>
     <name>ContentsModel</name>
     <message>
         <source>Thumbnail</source>
-        <translation type="unfinished"></translation>
+        <translation>Vignette</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom</translation>
     </message>
     <message>
         <source>Modification Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Date de modification</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille</translation>
     </message>
     <message>
         <source>Addition Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Date d’ajout</translation>
     </message>
     <message>
         <source>Type</source>
-        <translation type="unfinished"></translation>
+        <translation>Type</translation>
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes</translation>
     </message>
     <message>
         <source>Description</source>
-        <translation type="unfinished"></translation>
+        <translation>Description</translation>
     </message>
     <message>
         <source>ID Code</source>
-        <translation type="unfinished"></translation>
+        <translation>Code ID</translation>
     </message>
     <message>
         <source>LoadID</source>
-        <translation type="unfinished"></translation>
+        <translation>ID de lot</translation>
     </message>
 </context>
 <context>
     <name>DatabaseConnectDialog</name>
     <message>
         <source>Connect to Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Connexion à une base de données</translation>
     </message>
     <message>
         <source>A database that others share on a PostgreSQL server. The password is not stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une base de données que d’autres partagent sur un serveur PostgreSQL. Le mot de passe n’est pas enregistré.</translation>
     </message>
     <message>
         <source>&amp;Host:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Hôte :</translation>
     </message>
     <message>
         <source>server.example.com</source>
-        <translation type="unfinished"></translation>
+        <translation>server.example.com</translation>
     </message>
     <message>
         <source>Po&amp;rt:</source>
-        <translation type="unfinished"></translation>
+        <translation>Po&amp;rt :</translation>
     </message>
     <message>
         <source>&amp;Database:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Base de données :</translation>
     </message>
     <message>
         <source>&amp;User:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Utilisateur :</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Mot de passe :</translation>
     </message>
     <message>
         <source>&amp;Connect</source>
-        <translation type="unfinished"></translation>
+        <translation>Se &amp;connecter</translation>
     </message>
     <message>
         <source>Invalid database details</source>
-        <translation type="unfinished"></translation>
+        <translation>Informations de connexion non valides</translation>
     </message>
     <message>
         <source>Provided database details were invalid.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les informations fournies sur la base de données ne sont pas valides.</translation>
     </message>
 </context>
 <context>
     <name>DatabaseContentsSelector</name>
     <message>
         <source>Import Options</source>
-        <translation type="unfinished"></translation>
+        <translation>Options d’importation</translation>
     </message>
     <message>
         <source>Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers</translation>
     </message>
     <message>
         <source>File Descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Descriptions des fichiers</translation>
     </message>
     <message>
         <source>Append Descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter à la suite des descriptions</translation>
     </message>
     <message>
         <source>Replace Descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Remplacer les descriptions</translation>
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes</translation>
     </message>
     <message>
         <source>Tag Browsing Nodes</source>
-        <translation type="unfinished"></translation>
+        <translation>Nœuds de navigation</translation>
     </message>
     <message>
         <source>Tag Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes</translation>
     </message>
     <message>
         <source>Tag to File Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Liens entre étiquettes et fichiers</translation>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupes d’étiquettes</translation>
     </message>
     <message>
         <source>What should the files that this database shares with the shell &quot;%1&quot; take over?</source>
-        <translation type="unfinished"></translation>
+        <translation>Que doivent reprendre les fichiers que cette base de données a en commun avec la coquille « %1 » ?</translation>
     </message>
     <message>
         <source>What should be imported from &quot;%1&quot;?</source>
-        <translation type="unfinished"></translation>
+        <translation>Que faut-il importer de « %1 » ?</translation>
     </message>
 </context>
 <context>
     <name>DatabaseErrors</name>
     <message>
         <source>Connection problem</source>
-        <translation type="unfinished"></translation>
+        <translation>Problème de connexion</translation>
     </message>
     <message>
         <source>Could not connect to the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>La connexion à la base de données a échoué.</translation>
     </message>
     <message>
         <source>This may be a result of the file permissions of the database file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cela peut venir des droits d’accès au fichier de base de données.</translation>
     </message>
     <message>
         <source>This may be a result of the permissions of the database file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cela peut venir des droits du fichier de base de données.</translation>
     </message>
     <message>
         <source>This is the result of a disk I/O error.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cela vient d’une erreur d’entrée-sortie du disque.</translation>
     </message>
     <message>
         <source>The database file may be corrupt.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier de base de données est peut-être endommagé.</translation>
     </message>
     <message>
         <source>The database is full.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est pleine.</translation>
     </message>
     <message>
         <source>The database file could not be opened.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier de base de données n’a pas pu être ouvert.</translation>
     </message>
     <message>
         <source>This may be a result of authorization issues.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cela peut venir d’un défaut d’autorisation.</translation>
     </message>
     <message>
         <source>The file opened is not a database file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier ouvert n’est pas un fichier de base de données.</translation>
     </message>
     <message>
         <source>An error has occurred accessing the database. </source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur s’est produite lors de l’accès à la base de données. </translation>
     </message>
     <message>
         <source>Error Accessing Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur d’accès à la base de données</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur</translation>
     </message>
     <message>
         <source>Application can&apos;t continue to work with the current database, due to error.
 What do you want to do?</source>
-        <translation type="unfinished"></translation>
+        <translation>En raison d’une erreur, l’application ne peut pas continuer à utiliser la base de données ouverte.
+Que voulez-vous faire ?</translation>
     </message>
     <message>
         <source>Open another database</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir une autre base de données</translation>
     </message>
     <message>
         <source>Exit application</source>
-        <translation type="unfinished"></translation>
+        <translation>Quitter l’application</translation>
     </message>
 </context>
 <context>
     <name>DatabaseImport</name>
     <message>
         <source>Import Shell</source>
-        <translation type="unfinished"></translation>
+        <translation>Importer une coquille</translation>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>Importer</translation>
     </message>
 </context>
 <context>
     <name>DatabaseLock</name>
     <message>
         <source>The database is in use by another program. Please try again later.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est utilisée par un autre programme. Veuillez réessayer plus tard.</translation>
     </message>
 </context>
 <context>
     <name>DatabaseMaker</name>
     <message>
         <source>Create New Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Créer une base de données</translation>
     </message>
     <message>
         <source>Failed to create database</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données n’a pas pu être créée</translation>
     </message>
     <message>
         <source>Cannot remove currently open database.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données ouverte ne peut pas être supprimée.</translation>
     </message>
     <message>
         <source>%1 already exists.
 Do you want to replace it?</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 existe déjà.
+Voulez-vous le remplacer ?</translation>
     </message>
     <message>
         <source>Failed to remove existent database.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données existante n’a pas pu être supprimée.</translation>
     </message>
     <message>
         <source>A database could not be created at this place.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune base de données n’a pu être créée à cet endroit.</translation>
     </message>
     <message>
         <source>Failed to open database</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données n’a pas pu être ouverte</translation>
     </message>
     <message>
         <source>Failed to open new database.</source>
-        <translation type="unfinished"></translation>
+        <translation>La nouvelle base de données n’a pas pu être ouverte.</translation>
     </message>
 </context>
 <context>
     <name>DatabaseManger</name>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>Avertissement</translation>
     </message>
     <message>
         <source>The connection to the database is lost.</source>
-        <translation type="unfinished"></translation>
+        <translation>La connexion à la base de données est perdue.</translation>
     </message>
     <message>
         <source>The database could not be read completely, so it cannot be changed.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données n’a pas pu être lue en entier ; elle ne peut donc pas être modifiée.</translation>
     </message>
     <message>
         <source>Local data is updating.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les données locales sont en cours de mise à jour.</translation>
     </message>
     <message>
         <source>Name Missing</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom manquant</translation>
     </message>
     <message>
         <source>A name must not be empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un nom ne doit pas être vide.</translation>
     </message>
     <message>
         <source>The text is longer than %1 characters and was not stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le texte dépasse %1 caractères et n’a pas été enregistré.</translation>
     </message>
     <message>
         <source>Exporting</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportation</translation>
     </message>
     <message>
         <source>Nothing can be exported to &quot;%1&quot;.
 
 The reason: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Rien ne peut être exporté vers « %1 ».
+
+La raison : %2</translation>
     </message>
 </context>
 <context>
     <name>DatabaseVersionCheck</name>
     <message>
         <source>The database holds parts that Vorna did not make, such as views or triggers. It was not opened, so that nothing in it can run.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données contient des éléments que Vorna n’a pas créés, comme des vues ou des déclencheurs. Elle n’a pas été ouverte, afin que rien de cela ne puisse s’exécuter.</translation>
     </message>
     <message>
         <source>The database was created with an earlier version of Vorna.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données a été créée avec une version antérieure de Vorna.</translation>
     </message>
     <message>
         <source>The file will be upgraded to the current version but will not be backward compatible.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier sera mis à niveau vers la version actuelle, mais ne sera plus compatible avec les précédentes.</translation>
     </message>
     <message>
         <source>Database upgraded successfully.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données a été mise à niveau.</translation>
     </message>
     <message>
         <source>Problem occurred while upgrading database. Probably you have no permission to perform this operation.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un problème est survenu lors de la mise à niveau de la base de données. Vous n’avez sans doute pas l’autorisation d’effectuer cette opération.</translation>
     </message>
     <message>
         <source>The database is not supported</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données n’est pas prise en charge</translation>
     </message>
     <message>
         <source>The database could be corrupted please check it.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est peut-être endommagée ; veuillez la vérifier.</translation>
     </message>
     <message>
         <source>Error opening database</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur à l’ouverture de la base de données</translation>
     </message>
 </context>
 <context>
     <name>DescriptionBar</name>
     <message>
         <source>Description</source>
-        <translation type="unfinished"></translation>
+        <translation>Description</translation>
     </message>
     <message>
         <source>%1 %</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>
     <name>DuplicateManager</name>
     <message>
         <source>Grouping files with duplicate content</source>
-        <translation type="unfinished"></translation>
+        <translation>Regroupement des fichiers de même contenu</translation>
     </message>
     <message>
         <source>Grouping name duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Regroupement des fichiers de même nom</translation>
     </message>
     <message>
         <source>Grouping by content...
-Examining file number  </source>
-        <translation type="unfinished"></translation>
+Examining file number  %1</source>
+        <translation>Regroupement par contenu…
+Examen du fichier numéro  %1</translation>
     </message>
 </context>
 <context>
     <name>DuplicatePrompt</name>
     <message>
         <source>Duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Doublons</translation>
     </message>
     <message>
         <source>Content Matches</source>
-        <translation type="unfinished"></translation>
+        <translation>Même contenu</translation>
     </message>
     <message>
         <source>Name Matches</source>
-        <translation type="unfinished"></translation>
+        <translation>Même nom</translation>
     </message>
     <message>
         <source>Select all</source>
-        <translation type="unfinished"></translation>
+        <translation>Tout sélectionner</translation>
     </message>
     <message>
         <source>Deselect all</source>
-        <translation type="unfinished"></translation>
+        <translation>Tout désélectionner</translation>
     </message>
     <message>
         <source>The duplicate prompt dialog is being created.</source>
-        <translation type="unfinished"></translation>
+        <translation>La liste des doublons est en cours de création.</translation>
     </message>
     <message>
         <source>Creating Duplicate Prompt</source>
-        <translation type="unfinished"></translation>
+        <translation>Doublons</translation>
     </message>
     <message>
         <source>One file is there already.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 files are there already.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un fichier est déjà présent.</translation>
     </message>
     <message>
         <source>It got the tag %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il a reçu l’étiquette %1.</translation>
     </message>
     <message>
         <source>It got the tags %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il a reçu les étiquettes %1.</translation>
     </message>
     <message>
         <source>They got the tag %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ils ont reçu l’étiquette %1.</translation>
     </message>
     <message>
         <source>They got the tags %1.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The following files have matching names. Deselect </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>those you do not want added.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>the checked file if you do not want it added.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ils ont reçu les étiquettes %1.</translation>
     </message>
     <message>
         <source>No name duplicates.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun doublon de nom.</translation>
     </message>
     <message>
         <source>Copy</source>
-        <translation type="unfinished"></translation>
+        <translation>Copier</translation>
     </message>
     <message>
         <source>Only the first %1 of the %2 selected lines were copied.</source>
-        <translation type="unfinished"></translation>
+        <translation>Seules les %1 premières des %2 lignes sélectionnées ont été copiées.</translation>
     </message>
     <message>
         <source>The database is closed.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est fermée.</translation>
     </message>
     <message>
         <source>1 file was not added, as another one has the same name:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 files were not added, as others have the same names:</source>
-        <translation type="unfinished"></translation>
+        <translation>1 fichier n’a pas été ajouté, car un autre porte le même nom :</translation>
     </message>
     <message>
         <source>Files left out</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers laissés de côté</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files are there already.</source>
+        <translation>
+            <numerusform>%Ln fichier est déjà présent.</numerusform>
+            <numerusform>%Ln fichiers sont déjà présents.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The following files have matching names. Deselect those you do not want added.</source>
+        <translation>Les fichiers suivants ont le même nom. Désélectionnez ceux que vous ne voulez pas ajouter.</translation>
+    </message>
+    <message>
+        <source>The following files have matching names. Deselect the checked file if you do not want it added.</source>
+        <translation>Les fichiers suivants ont le même nom. Désélectionnez le fichier coché si vous ne voulez pas l’ajouter.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files were not added, as others have the same names:</source>
+        <translation>
+            <numerusform>%Ln fichier n’a pas été ajouté, car un autre porte le même nom :</numerusform>
+            <numerusform>%Ln fichiers n’ont pas été ajoutés, car d’autres portent les mêmes noms :</numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>ErrorJudge</name>
     <message>
         <source>The database is damaged: it tells of more rows than its file has room for.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est endommagée : elle annonce plus de lignes que son fichier ne peut en contenir.</translation>
     </message>
 </context>
 <context>
     <name>ErrorTeller</name>
     <message>
         <source>Canceled</source>
-        <translation type="unfinished"></translation>
+        <translation>Annulé</translation>
     </message>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>Avertissement</translation>
     </message>
     <message>
         <source>The database is busy. Please try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est occupée. Veuillez réessayer.</translation>
     </message>
 </context>
 <context>
     <name>ExportCommand</name>
     <message>
         <source>Exporting</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportation</translation>
     </message>
     <message>
         <source>Cannot export to currently open database!</source>
-        <translation type="unfinished"></translation>
+        <translation>Impossible d’exporter vers la base de données ouverte !</translation>
     </message>
     <message>
         <source>&quot;%1&quot; already exists.
 Do you want to replace it?</source>
-        <translation type="unfinished"></translation>
+        <translation>« %1 » existe déjà.
+Voulez-vous le remplacer ?</translation>
     </message>
     <message>
         <source>Export Target</source>
-        <translation type="unfinished"></translation>
+        <translation>Cible de l’exportation</translation>
     </message>
 </context>
 <context>
     <name>ExportMenu</name>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporter</translation>
     </message>
     <message>
         <source>Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Base de données</translation>
     </message>
     <message>
         <source>Shell</source>
-        <translation type="unfinished"></translation>
+        <translation>Coquille</translation>
     </message>
     <message>
         <source>CSV File</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier CSV</translation>
     </message>
 </context>
 <context>
@@ -914,263 +932,270 @@ Do you want to replace it?</source>
     <message>
         <source>Exported to &quot;%1&quot;.
 Files: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporté vers « %1 ».
+Fichiers : %2</translation>
     </message>
     <message>
         <source>Exported to &quot;%1&quot;.
 Files: %2, tags: %3, browsing nodes: %4</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporté vers « %1 ».
+Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Not exported: %1. %2
 %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Non exportés : %1. %2
+%3</translation>
     </message>
     <message>
         <source>Not exported, as they are no longer in the database: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Non exportés, car ils ne sont plus dans la base de données : %1.</translation>
     </message>
     <message>
         <source>Tag relationships not exported, as they are too deep: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes non exportées, car trop profondes : %1.</translation>
     </message>
     <message>
         <source>Fields that hold a double quote: %1. It stands in the file as it is, and other programs may take it for the end of the field.</source>
-        <translation type="unfinished"></translation>
+        <translation>Champs qui contiennent un guillemet double : %1. Il figure tel quel dans le fichier, et d’autres programmes peuvent le prendre pour la fin du champ.</translation>
     </message>
 </context>
 <context>
     <name>ExportTarget</name>
     <message>
         <source>No database can be made there. The disk may be full, or take no locks.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune base de données ne peut y être créée. Le disque est peut-être plein ou n’accepte pas de verrous.</translation>
     </message>
     <message>
         <source>A folder has this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un dossier porte ce nom.</translation>
     </message>
     <message>
         <source>A link has this name, and what it leads to is gone.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un lien porte ce nom, et sa cible a disparu.</translation>
     </message>
     <message>
         <source>The file there is write-protected.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier qui s’y trouve est protégé en écriture.</translation>
     </message>
     <message>
         <source>The database there is in use, or a change of it was broken off: there is a file &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données qui s’y trouve est utilisée, ou une modification y a été interrompue : il y a un fichier « %1 ».</translation>
     </message>
 </context>
 <context>
     <name>ExternalFileView</name>
     <message>
         <source>External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers externes</translation>
     </message>
 </context>
 <context>
     <name>ExternalFilesDock</name>
     <message>
         <source>External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers externes</translation>
     </message>
 </context>
 <context>
     <name>FeedbackDialog</name>
     <message>
         <source>Feedback</source>
-        <translation type="unfinished"></translation>
+        <translation>Commentaires</translation>
     </message>
     <message>
         <source>Message:</source>
-        <translation type="unfinished"></translation>
+        <translation>Message :</translation>
     </message>
     <message>
         <source>Email address (optional):</source>
-        <translation type="unfinished"></translation>
+        <translation>Adresse électronique (facultative) :</translation>
     </message>
     <message>
         <source>Version: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Version : %1</translation>
     </message>
     <message>
         <source>&amp;Send</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Envoyer</translation>
     </message>
     <message>
         <source>Feedback Received</source>
-        <translation type="unfinished"></translation>
+        <translation>Commentaires reçus</translation>
     </message>
     <message>
         <source>Your message has been recorded. Thank you.</source>
-        <translation type="unfinished"></translation>
+        <translation>Votre message a été enregistré. Merci.</translation>
     </message>
     <message>
         <source>Network error</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur réseau</translation>
     </message>
     <message>
         <source>An error occurred while sending feedback.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur s’est produite lors de l’envoi des commentaires.</translation>
     </message>
 </context>
 <context>
     <name>FileActions</name>
     <message>
         <source>List</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste</translation>
     </message>
     <message>
         <source>Thumbnails</source>
-        <translation type="unfinished"></translation>
+        <translation>Vignettes</translation>
     </message>
     <message>
         <source>File Search</source>
-        <translation type="unfinished"></translation>
+        <translation>Recherche de fichiers</translation>
     </message>
     <message>
         <source>Add Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter des fichiers</translation>
     </message>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un hyperlien</translation>
     </message>
     <message>
         <source>Locate Missing Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Localiser les fichiers absents</translation>
     </message>
     <message>
         <source>Transfer to Internal</source>
-        <translation type="unfinished"></translation>
+        <translation>Transférer dans la base</translation>
     </message>
     <message>
         <source>Extract Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraire les fichiers</translation>
     </message>
     <message>
         <source>Remove from node</source>
-        <translation type="unfinished"></translation>
+        <translation>Retirer du nœud</translation>
     </message>
     <message>
         <source>Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer</translation>
     </message>
     <message>
         <source>File Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes des fichiers</translation>
     </message>
     <message>
         <source>Browsing Tree Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes de l’arbre de navigation</translation>
     </message>
     <message>
         <source>Open for Viewing</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir pour consultation</translation>
     </message>
     <message>
         <source>Show in Explorer</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher dans le gestionnaire de fichiers</translation>
     </message>
     <message>
         <source>Extract File</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraire le fichier</translation>
     </message>
     <message>
         <source>Properties</source>
-        <translation type="unfinished"></translation>
+        <translation>Propriétés</translation>
     </message>
     <message>
         <source>Show related files</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les fichiers apparentés</translation>
     </message>
     <message>
         <source>Locate missing item</source>
-        <translation type="unfinished"></translation>
+        <translation>Localiser l’élément absent</translation>
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes</translation>
     </message>
     <message>
         <source>Delete File</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer le fichier</translation>
     </message>
     <message>
         <source>Delete Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer les fichiers</translation>
     </message>
     <message>
         <source>Delete Link</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer le lien</translation>
     </message>
     <message>
         <source>Delete Links</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer les liens</translation>
     </message>
     <message>
         <source>Delete Item</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer l’élément</translation>
     </message>
     <message>
         <source>Delete Items</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer les éléments</translation>
     </message>
     <message>
         <source>Locate missing file</source>
-        <translation type="unfinished"></translation>
+        <translation>Localiser le fichier absent</translation>
     </message>
     <message>
         <source>Locate missing files</source>
-        <translation type="unfinished"></translation>
+        <translation>Localiser les fichiers absents</translation>
     </message>
     <message>
         <source>Open Externally</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir avec une autre application</translation>
     </message>
 </context>
 <context>
     <name>FileCommands</name>
     <message>
-        <source>Do you really want to delete the selected %1?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; has no tags that other files could share.</source>
-        <translation type="unfinished"></translation>
+        <translation>« %1 » n’a pas d’étiquette que d’autres fichiers pourraient partager.</translation>
     </message>
     <message>
         <source>Select the tags in the tags dock first.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>link</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>file</source>
-        <translation type="unfinished"></translation>
+        <translation>Sélectionnez d’abord les étiquettes dans leur panneau.</translation>
     </message>
     <message>
         <source>Add Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter des fichiers</translation>
     </message>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un hyperlien</translation>
     </message>
     <message>
         <source>The database is closed.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est fermée.</translation>
     </message>
     <message>
         <source>Extract to Directory</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraire dans un dossier</translation>
     </message>
     <message>
         <source>The selected files are inside the database already.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les fichiers sélectionnés sont déjà dans la base de données.</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected link?</source>
+        <translation>Voulez-vous vraiment supprimer le lien sélectionné ?</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected links?</source>
+        <translation>Voulez-vous vraiment supprimer les liens sélectionnés ?</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected file?</source>
+        <translation>Voulez-vous vraiment supprimer le fichier sélectionné ?</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected files?</source>
+        <translation>Voulez-vous vraiment supprimer les fichiers sélectionnés ?</translation>
     </message>
 </context>
 <context>
@@ -1211,7 +1236,7 @@ Files: %2, tags: %3, browsing nodes: %4</source>
     <name>FileListModel</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom</translation>
     </message>
     <message>
         <source>Directory</source>
@@ -1249,10 +1274,6 @@ Files: %2, tags: %3, browsing nodes: %4</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>links</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>All Files (*.*)</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1267,6 +1288,10 @@ Files: %2, tags: %3, browsing nodes: %4</source>
     <message>
         <source>Found: %1 of %2.</source>
         <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you really want to delete the selected links?</source>
+        <translation>Voulez-vous vraiment supprimer les liens sélectionnés ?</translation>
     </message>
 </context>
 <context>
@@ -1312,7 +1337,7 @@ These files have been deleted from the database.</source>
     <name>FileOpening</name>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur</translation>
     </message>
     <message>
         <source>Failed opening hyperlink.</source>
@@ -1362,15 +1387,11 @@ These files have been deleted from the database.</source>
     <name>FileOperationProvider</name>
     <message>
         <source>Add Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un hyperlien</translation>
     </message>
 </context>
 <context>
     <name>FileOperationWorker</name>
-    <message>
-        <source>Adding </source>
-        <translation type="unfinished"></translation>
-    </message>
     <message>
         <source>There is not enough memory.</source>
         <translation type="unfinished"></translation>
@@ -1409,7 +1430,7 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Files left out</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers laissés de côté</translation>
     </message>
     <message>
         <source>Linking to files...</source>
@@ -1421,7 +1442,7 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportation</translation>
     </message>
     <message>
         <source>The database is in use by another program.</source>
@@ -1443,7 +1464,7 @@ The reason: %2</source>
     </message>
     <message>
         <source>Exporting</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportation</translation>
     </message>
     <message>
         <source>%1 (only its beginning)</source>
@@ -1489,7 +1510,7 @@ The reason: %2</source>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>Importation</translation>
     </message>
     <message>
         <source>Deleting files...</source>
@@ -1526,17 +1547,7 @@ The reason: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 pictures could not be read and keep their thumbnails:
-
-%2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Thumbnails not remade</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Transferring </source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1553,6 +1564,23 @@ The reason: %2</source>
     </message>
     <message>
         <source>Error transferring files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Adding %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln pictures could not be read and keep their thumbnails:
+
+%1</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Transferring %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1583,39 +1611,34 @@ The reason: %2</source>
     <name>FileTagsDialog</name>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes</translation>
     </message>
     <message>
         <source>There are no tags to choose from.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Check or uncheck boxes to link or unlink the following </source>
+        <source>Check or uncheck boxes to link or unlink the following tag from this file</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>tag</source>
+        <source>Check or uncheck boxes to link or unlink the following tag from these files</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>tags</source>
+        <source>Check or uncheck boxes to link or unlink the following tags from this file</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source> from </source>
+        <source>Check or uncheck boxes to link or unlink the following tags from these files</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>this file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>these files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>On %1 of %2 files</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>On %1 of %Ln files</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1662,7 +1685,7 @@ The reason: %2</source>
     </message>
     <message>
         <source>Hyperlinks is file on the local file system</source>
-        <translation type="unfinished"></translation>
+        <translation>L’hyperlien est un fichier du système de fichiers local</translation>
     </message>
     <message>
         <source>The address has %1 signs. At most %2 can be kept.</source>
@@ -1677,28 +1700,31 @@ The reason: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>longer than %1 signs</source>
+        <source>Longer than %1 signs: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>with control signs</source>
+        <source>With control signs: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>of files that are not there</source>
+        <source>Of files that are not there: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not valid</source>
+        <source>Not valid: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>One hyperlink was not added: %1.</source>
+        <source>One hyperlink was not added:</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>%1 hyperlinks were not added: %2.</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>%Ln hyperlinks were not added:</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1786,10 +1812,6 @@ The reason: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 files have names that cannot be read:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Files left out because the names of their folders cannot be read: %1</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1797,16 +1819,26 @@ The reason: %2</source>
         <source>1 file or folder could not be read:</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>%1 files or folders could not be read:</source>
-        <translation type="unfinished"></translation>
+    <message numerus="yes">
+        <source>%Ln files have names that cannot be read:</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files or folders could not be read:</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>LoadingNotice</name>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuler</translation>
     </message>
     <message>
         <source>Loading &quot;%1&quot;...</source>
@@ -1819,16 +1851,15 @@ The reason: %2</source>
         <source>%1 of %2</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>%1 selected</source>
-        <translation type="unfinished"></translation>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message>
         <source>1 file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 files</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1854,6 +1885,13 @@ Drop files or folders here to add them.</source>
         <source>No files here.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MainUi</name>
@@ -1863,7 +1901,7 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporter</translation>
     </message>
     <message>
         <source>File</source>
@@ -1961,7 +1999,7 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>Open Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir une base de données</translation>
     </message>
     <message>
         <source>Database Info</source>
@@ -2005,7 +2043,7 @@ Database permissions: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Vorna - </source>
+        <source>Vorna - %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2027,9 +2065,12 @@ Database permissions: %2</source>
         <source>1 byte</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished"></translation>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message>
         <source>%1 (%2)</source>
@@ -2095,7 +2136,7 @@ Database permissions: %2</source>
     </message>
     <message>
         <source>Replace</source>
-        <translation type="unfinished"></translation>
+        <translation>Remplacer</translation>
     </message>
     <message>
         <source>There is already a file named %1 in folder %2. Do you instead want to rename the file to %3?</source>
@@ -2140,20 +2181,20 @@ Please choose how these files should be extracted.</source>
 <context>
     <name>NameMatchModel</name>
     <message>
-        <source>Database file: </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>File</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille</translation>
     </message>
     <message>
         <source>Last Modified</source>
         <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database file: %1</source>
+        <translation>Fichier de la base : %1</translation>
     </message>
 </context>
 <context>
@@ -2251,7 +2292,7 @@ Please choose how these files should be extracted.</source>
     <name>PostgresDBManager</name>
     <message>
         <source>Browsing tree error</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur d’arbre de navigation</translation>
     </message>
     <message>
         <source>Selected browsing tree no longer exists.
@@ -2303,7 +2344,7 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers externes</translation>
     </message>
     <message>
         <source>Advise when external file details are updated</source>
@@ -2315,7 +2356,7 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Arbre de navigation</translation>
     </message>
     <message>
         <source>Alphabetical Order</source>
@@ -2335,7 +2376,7 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Auto Linking</source>
-        <translation type="unfinished"></translation>
+        <translation>Liaison automatique</translation>
     </message>
     <message>
         <source>Auto link files continuously</source>
@@ -2529,8 +2570,15 @@ Relative path: %7
         <source>1 byte</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
+    <message numerus="yes">
         <source>%1 bytes</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>internal</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2545,7 +2593,7 @@ Relative path: %7
     <name>RelationTreeViewDock</name>
     <message>
         <source>Tag Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes</translation>
     </message>
 </context>
 <context>
@@ -2579,7 +2627,7 @@ Relative path: %7
     </message>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>Avertissement</translation>
     </message>
 </context>
 <context>
@@ -2647,7 +2695,7 @@ Relative path: %7
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuler</translation>
     </message>
     <message>
         <source>Connecting to %1 ...</source>
@@ -2660,9 +2708,12 @@ Relative path: %7
 </context>
 <context>
     <name>ShellFilesModel</name>
-    <message>
+    <message numerus="yes">
         <source>%1, %2 bytes</source>
-        <translation type="unfinished"></translation>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2684,22 +2735,49 @@ Relative path: %7
     </message>
 </context>
 <context>
+    <name>SpecialNodes</name>
+    <message>
+        <source>All files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files with tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files without tags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files with their contents in the database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files residing in paths external to the database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All Hyperlinks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recently added files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All Internal Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All External Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>TBtreeView</name>
     <message>
         <source>Browsing Tree</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Do you really want to delete %1non-leaf node%2 from this tree?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>a </source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>s</source>
-        <translation type="unfinished"></translation>
+        <translation>Arbre de navigation</translation>
     </message>
     <message>
         <source>Create new node</source>
@@ -2713,12 +2791,20 @@ Relative path: %7
         <source>Add below</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Do you really want to delete a non-leaf node from this tree?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you really want to delete non-leaf nodes from this tree?</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TRview</name>
     <message>
         <source>Tag Relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes</translation>
     </message>
     <message>
         <source>Error creating tag relationship</source>
@@ -2757,7 +2843,7 @@ Relative path: %7
     </message>
     <message>
         <source>Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer</translation>
     </message>
     <message>
         <source>Rename</source>
@@ -2769,7 +2855,7 @@ Relative path: %7
     </message>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes</translation>
     </message>
     <message>
         <source>Add Tag Group</source>
@@ -2832,7 +2918,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Base de données</translation>
     </message>
     <message>
         <source>Shell, a database without the contents of files</source>
@@ -2847,7 +2933,7 @@ Would you like to delete the tags that are in use?</source>
     <name>TagGroupBar</name>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupes d’étiquettes</translation>
     </message>
     <message>
         <source>All Tags</source>
@@ -2882,7 +2968,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupes d’étiquettes</translation>
     </message>
     <message>
         <source>No tag groups yet</source>
@@ -2924,7 +3010,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupes d’étiquettes</translation>
     </message>
     <message>
         <source>No tag groups yet</source>
@@ -2958,7 +3044,7 @@ Would you like to delete the tags that are in use?</source>
     <name>TagRemovalDialog</name>
     <message>
         <source>File Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes des fichiers</translation>
     </message>
     <message>
         <source> Tags</source>
@@ -2969,7 +3055,7 @@ Would you like to delete the tags that are in use?</source>
     <name>TagsTableDock</name>
     <message>
         <source>Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes</translation>
     </message>
     <message>
         <source>No tag matches the filter.</source>
@@ -3002,11 +3088,11 @@ Drop tags on its tab.</source>
     <name>TagsTableModel</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom</translation>
     </message>
     <message>
         <source>Description</source>
-        <translation type="unfinished"></translation>
+        <translation>Description</translation>
     </message>
     <message>
         <source>Creation Date</source>
@@ -3014,7 +3100,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers</translation>
     </message>
 </context>
 <context>
@@ -3036,10 +3122,6 @@ Drop tags on its tab.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>search:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>and</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3048,7 +3130,11 @@ Drop tags on its tab.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>without:</source>
+        <source>, &lt;i&gt;search:&lt;/i&gt; &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&lt;i&gt;without:&lt;/i&gt; %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -3111,11 +3197,11 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Base de données</translation>
     </message>
     <message>
         <source>Shell</source>
-        <translation type="unfinished"></translation>
+        <translation>Coquille</translation>
     </message>
     <message>
         <source>Exit</source>
@@ -3139,7 +3225,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupes d’étiquettes</translation>
     </message>
     <message>
         <source>Browsing Tree List</source>
@@ -3187,7 +3273,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>Importer</translation>
     </message>
 </context>
 </TS>

@@ -62,6 +62,13 @@ QString breakable(const QString &text)
     return result;
 }
 
+int forPlural(qint64 count)
+{
+    // Languages go by the last digits.
+    constexpr qint64 round = 1000000;
+    return int(count < round ? count : round + count % round);
+}
+
 QString toolTip(const QString &text)
 {
     QString shown = cut(text);

@@ -16,6 +16,8 @@ QString cut(const QString &text, int longest = mostSigns);
 QString cutLines(const QString &text, int longest = mostSigns);
 /** Lets a line break inside of long words too, which would widen a window. */
 QString breakable(const QString &text);
+/** The number that chooses the plural of a text about so many, which may be more than an int holds. */
+int forPlural(qint64 count);
 /** For tool tips: cut, and never taken for markup. */
 QString toolTip(const QString &text);
 } // namespace ShownText

@@ -1,16 +1,31 @@
 #include "app/settings/specialnodes.h"
 
+#include <QCoreApplication>
+
+namespace {
+/** Where the texts of this file are looked up. */
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(SpecialNodes)
+};
+} // namespace
+
 namespace SpecialNodes {
+
+QString allFiles()
+{
+    return Texts::tr("All files");
+}
 
 const QMap<int, QString> &longTexts()
 {
     static const QMap<int, QString> texts{
-        {2, QStringLiteral("All files with tags")},
-        {3, QStringLiteral("All files without tags")},
-        {4, QStringLiteral("All files with their contents in the database.")},
-        {5, QStringLiteral("All files residing in paths external to the database.")},
-        {6, QStringLiteral("All Hyperlinks")},
-        {7, QStringLiteral("Recently added files")},
+        {2, Texts::tr("All files with tags")},
+        {3, Texts::tr("All files without tags")},
+        {4, Texts::tr("All files with their contents in the database.")},
+        {5, Texts::tr("All files residing in paths external to the database.")},
+        {6, Texts::tr("All Hyperlinks")},
+        {7, Texts::tr("Recently added files")},
     };
     return texts;
 }
@@ -18,9 +33,9 @@ const QMap<int, QString> &longTexts()
 const QMap<int, QString> &shortTexts()
 {
     static const QMap<int, QString> texts{
-        {2, QStringLiteral("All files with tags")}, {3, QStringLiteral("All files without tags")},
-        {4, QStringLiteral("All Internal Files")},  {5, QStringLiteral("All External Files")},
-        {6, QStringLiteral("All Hyperlinks")},      {7, QStringLiteral("Recently added files")},
+        {2, Texts::tr("All files with tags")}, {3, Texts::tr("All files without tags")},
+        {4, Texts::tr("All Internal Files")},  {5, Texts::tr("All External Files")},
+        {6, Texts::tr("All Hyperlinks")},      {7, Texts::tr("Recently added files")},
     };
     return texts;
 }

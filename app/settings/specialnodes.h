@@ -5,10 +5,10 @@
 
 /**
  * The texts of the fixed nodes of the browsing tree. The keys of both maps are the values 2 to 7 of NodeType;
- * the node that shows everything (value 1) has its name in allFiles.
+ * the node that shows everything (value 1) has its name in allFiles. In the language of the first call.
  */
 namespace SpecialNodes {
-const QString allFiles = QStringLiteral("All files");
+QString allFiles();
 
 /** The wording of a description or tool tip. */
 const QMap<int, QString> &longTexts();

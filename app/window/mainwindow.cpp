@@ -469,7 +469,7 @@ void MainWindow::updateWindowTitle()
     QString name = m_collection ? CollectionIdentity::displayText(m_collection->details()) : QString();
     // Alone it would stand for the mark of unsaved changes.
     name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
-    setWindowTitle(tr("Vorna - ") + name);
+    setWindowTitle(tr("Vorna - %1").arg(name));
 }
 
 void MainWindow::updateDatabaseActions()

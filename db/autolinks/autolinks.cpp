@@ -268,9 +268,9 @@ void AutoLinks::warnOfLimit(int folders, int secondsBetweenLooks)
                     ? tr("The system does not watch 1 linked folder, as it has no watches left "
                          "(fs.inotify.max_user_watches). The folder is looked at every %1 seconds instead.")
                           .arg(secondsBetweenLooks)
-                    : tr("The system does not watch %1 linked folders, as it has no watches left "
-                         "(fs.inotify.max_user_watches). They are looked at every %2 seconds instead.")
-                          .arg(folders)
+                    : tr("The system does not watch %Ln linked folders, as it has no watches left "
+                         "(fs.inotify.max_user_watches). They are looked at every %1 seconds instead.",
+                         nullptr, folders)
                           .arg(secondsBetweenLooks));
 }
 

@@ -332,11 +332,11 @@ void AutoLinkSync::tellUnreadable(const LinkedFolder &folder)
     m_toldNames.insert(folder.linkId, folder.unreadable);
     if (folder.unreadable.isEmpty())
         return;
-    m_host.tellError(tr("Files left out"),
-                     folder.unreadable.size() == 1
-                         ? tr("1 file has a name that cannot be read:") + QLatin1Char('\n') +
-                               folder.unreadable.first()
-                         : tr("%1 files have names that cannot be read.").arg(folder.unreadable.size()));
+    m_host.tellError(
+        tr("Files left out"),
+        folder.unreadable.size() == 1
+            ? tr("1 file has a name that cannot be read:\n%1").arg(folder.unreadable.first())
+            : tr("%Ln files have names that cannot be read.", nullptr, folder.unreadable.size()));
 }
 
 QVector<qint64> AutoLinkSync::tagsOf(qint64 nodeId) const

@@ -136,7 +136,7 @@ void FileBatch::reportProgress(int index)
     const QString &path = m_request.paths.at(index);
     const QString name =
         m_request.kind == FileKind::hyperlink ? path : path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-    emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Adding ") + name, percent);
+    emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Adding %1").arg(name), percent);
 }
 
 QVector<qint64> FileBatch::tagIdsFor(const QString &path)

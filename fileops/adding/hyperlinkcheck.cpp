@@ -2,6 +2,7 @@
 
 #include "fileops/adding/fileadder.h"
 
+#include <QLocale>
 #include <QStringList>
 #include <QUrl>
 
@@ -54,17 +55,18 @@ QString HyperlinkCheck::reason(const QString &text)
     }
 }
 
-QString HyperlinkCheck::phrase(Fault fault)
+QString HyperlinkCheck::line(Fault fault, int count)
 {
+    const QString number = QLocale().toString(count);
     switch (fault) {
     case TooLong:
-        return tr("longer than %1 signs").arg(mostSigns);
+        return tr("Longer than %1 signs: %2").arg(QLocale().toString(mostSigns), number);
     case ControlSigns:
-        return tr("with control signs");
+        return tr("With control signs: %1").arg(number);
     case LocalFile:
-        return tr("of files that are not there");
+        return tr("Of files that are not there: %1").arg(number);
     default:
-        return tr("not valid");
+        return tr("Not valid: %1").arg(number);
     }
 }
 
@@ -77,17 +79,16 @@ bool HyperlinkCheck::accepts(const QString &text)
 
 QString HyperlinkCheck::report() const
 {
-    QStringList phrases;
+    QStringList lines;
     int count = 0;
     for (int fault = NoFault + 1; fault < FaultCount; ++fault) {
         if (m_counts[fault] > 0)
-            phrases.append(QString::number(m_counts[fault]) + QLatin1Char(' ') + phrase(Fault(fault)));
+            lines += line(Fault(fault), m_counts[fault]);
         count += m_counts[fault];
     }
     if (count == 0)
         return {};
-    const QString reasons = phrases.join(QLatin1String(", "));
-    return count == 1 ? tr("One hyperlink was not added: %1.")
-                            .arg(reasons.mid(reasons.indexOf(QLatin1Char(' ')) + 1))
-                      : tr("%1 hyperlinks were not added: %2.").arg(QString::number(count), reasons);
+    lines.prepend(count == 1 ? tr("One hyperlink was not added:")
+                             : tr("%Ln hyperlinks were not added:", nullptr, count));
+    return lines.join(QLatin1Char('\n'));
 }

@@ -20,11 +20,11 @@ public:
 
     /** True for a text that may be kept. */
     bool accepts(const QString &text);
-    /** A sentence about all that was refused; empty when nothing was. */
+    /** How many were refused, and a line for each reason; empty when nothing was. */
     QString report() const;
 
 private:
-    static QString phrase(Fault fault);
+    static QString line(Fault fault, int count);
 
     int m_counts[FaultCount] = {};
 };

@@ -8,7 +8,7 @@ QString LeftOutFiles::text() const
     const int names = unreadableNames.size();
     if (names > 0)
         parts += {names == 1 ? tr("1 file has a name that cannot be read:")
-                             : tr("%1 files have names that cannot be read:").arg(names),
+                             : tr("%Ln files have names that cannot be read:", nullptr, names),
                   firstNames(unreadableNames)};
     if (!unreadableNamesOfFolders.isEmpty())
         parts +=
@@ -17,7 +17,7 @@ QString LeftOutFiles::text() const
     const int others = unreadable.size();
     if (others > 0)
         parts += {others == 1 ? tr("1 file or folder could not be read:")
-                              : tr("%1 files or folders could not be read:").arg(others),
+                              : tr("%Ln files or folders could not be read:", nullptr, others),
                   firstNames(unreadable)};
     return parts.join(QLatin1String("\n\n"));
 }

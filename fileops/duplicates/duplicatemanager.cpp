@@ -359,7 +359,6 @@ QVector<DuplicateFileInfo> DuplicateManager::databaseInfos(QVector<qint64> ids) 
 void DuplicateManager::reportExamining(int number, int percent, bool isLast)
 {
     if (m_progress.isDue(percent, isLast))
-        emit operationProgress(
-            FileOperationType::AddFilesOperation,
-            tr("Grouping by content...\nExamining file number  ") + QString::number(number), percent);
+        emit operationProgress(FileOperationType::AddFilesOperation,
+                               tr("Grouping by content...\nExamining file number  %1").arg(number), percent);
 }

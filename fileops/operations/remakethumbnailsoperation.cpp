@@ -135,10 +135,8 @@ void RemakeThumbnailsOperation::reportUnread()
         return;
     const int count = m_unread.size();
     const QString text =
-        count == 1
-            ? FileOperationWorker::tr("This picture could not be read and keeps its thumbnail:\n\n%1")
-            : FileOperationWorker::tr("%1 pictures could not be read and keep their thumbnails:\n\n%2");
-    emit m_worker.error(count == 1 ? text.arg(firstNames(m_unread))
-                                   : text.arg(QString::number(count), firstNames(m_unread)),
-                        FileOperationWorker::tr("Thumbnails not remade"));
+        count == 1 ? FileOperationWorker::tr("This picture could not be read and keeps its thumbnail:\n\n%1")
+                   : FileOperationWorker::tr(
+                         "%Ln pictures could not be read and keep their thumbnails:\n\n%1", nullptr, count);
+    emit m_worker.error(text.arg(firstNames(m_unread)), FileOperationWorker::tr("Thumbnails not remade"));
 }

@@ -113,7 +113,8 @@ void TransferFilesOperation::reportProgress(const Source &source, qint64 storedB
     if (!m_progress.isDue(percent))
         return;
     const QString name = source.path.mid(source.path.lastIndexOf(QLatin1Char('/')) + 1);
-    emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Transferring ") + name, percent);
+    emit m_worker.operationProgress(m_request.type, FileOperationWorker::tr("Transferring %1").arg(name),
+                                    percent);
 }
 
 void TransferFilesOperation::reportUnread()

@@ -285,7 +285,7 @@ void TBtreeModel::makeFixedNodes()
         m_allFilesNode->removeAllChildren();
     } else {
         m_allFilesNode =
-            std::make_unique<TBnode>(m_root.get(), 0, 0, false, false, 0, SpecialNodes::allFiles, AllFiles);
+            std::make_unique<TBnode>(m_root.get(), 0, 0, false, false, 0, SpecialNodes::allFiles(), AllFiles);
         m_root->addChild(m_allFilesNode.get());
         connectNode(m_allFilesNode.get());
     }

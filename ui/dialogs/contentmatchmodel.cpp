@@ -22,24 +22,38 @@ QString otherFileLine()
     return ContentMatchModel::tr("    Content matched other external file\n");
 }
 
-QString outcomeText(ExternalDuplicateGroup::Outcome outcome)
+QString outcomeLine(const ExternalDuplicateGroup &group)
 {
-    switch (outcome) {
-    case ExternalDuplicateGroup::SharesName:
-        return ContentMatchModel::tr(", which is one of the name matches.\n");
-    case ExternalDuplicateGroup::LeftOut:
-        return ContentMatchModel::tr(", which could not be added to the database.\n");
-    default:
-        return ContentMatchModel::tr(", which was added to the database.\n");
-    }
+    const auto line = [&group] {
+        switch (group.outcome) {
+        case ExternalDuplicateGroup::SharesName:
+            return ContentMatchModel::tr("Content matched %1, which is one of the name matches.\n");
+        case ExternalDuplicateGroup::LeftOut:
+            return ContentMatchModel::tr("Content matched %1, which could not be added to the database.\n");
+        default:
+            return ContentMatchModel::tr("Content matched %1, which was added to the database.\n");
+        }
+    };
+    return line().arg(group.keptFile.path);
+}
+
+/** Above the files of the database that an added one is like. */
+QString headingOf(int count, bool areHyperlinks)
+{
+    if (areHyperlinks)
+        return count == 1
+                   ? ContentMatchModel::tr("    Content matched the following hyperlink in the database:\n")
+                   : ContentMatchModel::tr("    Content matched the following hyperlinks in the database:\n");
+    return count == 1 ? ContentMatchModel::tr("    Content matched the following file in the database:\n")
+                      : ContentMatchModel::tr("    Content matched the following files in the database:\n");
 }
 
 QString addedFileLine(const DuplicateFileInfo &file)
 {
     if (!file.isFile())
         return file.path;
-    return file.path + ContentMatchModel::tr("  Size: ") + QString::number(file.size) +
-           ContentMatchModel::tr("  Last Modified: ") + dateText(file.lastModified);
+    return ContentMatchModel::tr("%1  Size: %2  Last Modified: %3")
+        .arg(file.path, QLocale().toString(file.size), dateText(file.lastModified));
 }
 
 QString withoutLineEnds(QString line)
@@ -105,9 +119,11 @@ QString ContentMatchModel::line(int row) const
     if (m_leftOutCount == 0)
         return tr("No content duplicates.");
     if (row < headingRows)
-        return row > 0 ? QString()
-                       : tr("The following%1 files and hyperlinks will not be added to the database:")
-                             .arg(QLatin1Char(' ') + QString::number(m_leftOutCount));
+        return row > 0
+                   ? QString()
+                   : tr("The following%1 files and hyperlinks will not be added to the database:", nullptr,
+                        m_leftOutCount)
+                         .arg(QLatin1Char(' ') + QLocale().toString(m_leftOutCount));
     const auto next = std::upper_bound(m_firstRows.cbegin(), m_firstRows.cend(), row);
     const int place = int(next - m_firstRows.cbegin()) - 1;
     const int number = row - m_firstRows.at(place);
@@ -133,9 +149,9 @@ QString ContentMatchModel::matchLine(const DuplicateMatch &match, int number) co
         return {};
     const DuplicateFileInfo &file = match.databaseFiles.at(number / rowsOfDatabaseFile);
     if (number % rowsOfDatabaseFile > 0)
-        return tr("\n           Tags: ") + m_lookup(file).tagNames;
-    return tr("Database file: ") + file.path + tr("   Size: ") + QString::number(file.size) +
-           tr(" Last Modified: ") + dateText(file.lastModified);
+        return tr("\n           Tags: %1").arg(m_lookup(file).tagNames);
+    return tr("Database file: %1   Size: %2 Last Modified: %3")
+        .arg(file.path, QLocale().toString(file.size), dateText(file.lastModified));
 }
 
 QString ContentMatchModel::databaseHeading(const DuplicateMatch &match) const
@@ -145,10 +161,7 @@ QString ContentMatchModel::databaseHeading(const DuplicateMatch &match) const
     const bool areHyperlinks =
         std::all_of(match.databaseFiles.cbegin(), match.databaseFiles.cend(),
                     [this](const DuplicateFileInfo &file) { return m_lookup(file).isHyperlink; });
-    QString noun = areHyperlinks ? tr("hyperlink") : tr("file");
-    if (match.databaseFiles.size() > 1)
-        noun += QLatin1Char('s');
-    return tr("    Content matched the following ") + noun + tr(" in the database:\n");
+    return headingOf(match.databaseFiles.size(), areHyperlinks);
 }
 
 QString ContentMatchModel::groupLine(const ExternalDuplicateGroup &group, int number) const
@@ -161,5 +174,5 @@ QString ContentMatchModel::groupLine(const ExternalDuplicateGroup &group, int nu
         return number % 2 == 0 ? addedFileLine(group.ignoredFiles.at(number / 2)) : otherFileLine();
     if (number > ignored)
         return {};
-    return tr("Content matched ") + group.keptFile.path + outcomeText(group.outcome);
+    return outcomeLine(group);
 }

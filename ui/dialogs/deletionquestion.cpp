@@ -2,14 +2,11 @@
 
 #include "app/messages/messages.h"
 
-#include <QCoreApplication>
-
-bool confirmDeletion(QWidget *parent, const QString &noun)
+bool confirmDeletion(QWidget *parent, const QString &question)
 {
     Messages::Box box;
     box.icon = QMessageBox::Warning;
-    box.text = QCoreApplication::translate("FileCommands", "Do you really want to delete the selected %1?")
-                   .arg(noun);
+    box.text = question;
     box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
     box.defaultButton = QMessageBox::Cancel;
     box.extraFlags = Qt::WindowStaysOnTopHint;

@@ -3,5 +3,5 @@
 class QString;
 class QWidget;
 
-/** Asks whether the selected ones, "links" or whatever they are, are really to be deleted. */
-bool confirmDeletion(QWidget *parent, const QString &noun);
+/** Asks, with a warning, whether something is really to be deleted. */
+bool confirmDeletion(QWidget *parent, const QString &question);

@@ -102,8 +102,8 @@ QString DuplicatePrompt::headText(const QVector<qint64> &tagIds) const
 {
     const int count = m_contentMatches->matchedCount();
     const QString names = m_controller ? m_controller->tagNames(tagIds) : QString();
-    QString head = count == 1 ? tr("One file is there already.")
-                              : tr("%1 files are there already.").arg(QString::number(count));
+    QString head =
+        count == 1 ? tr("One file is there already.") : tr("%Ln files are there already.", nullptr, count);
     if (names.isEmpty())
         return head;
     const bool isOneTag = tagIds.size() == 1;
@@ -130,9 +130,10 @@ void DuplicatePrompt::showNameMatches()
         control->setVisible(choices > 0);
     if (choices > 0) {
         fillNameTable();
-        m_ui->nameMatchesLabel->setText(tr("The following files have matching names. Deselect ") +
-                                        (choices > 1 ? tr("those you do not want added.")
-                                                     : tr("the checked file if you do not want it added.")));
+        m_ui->nameMatchesLabel->setText(
+            choices > 1 ? tr("The following files have matching names. Deselect those you do not want added.")
+                        : tr("The following files have matching names. Deselect the checked file if you do "
+                             "not want it added."));
         return;
     }
     m_ui->nameMatchesLabel->setText(tr("No name duplicates."));
@@ -239,8 +240,9 @@ void DuplicatePrompt::tellNameMatches(const QVector<DuplicateMatch> &matches, QW
     if (paths.isEmpty())
         return;
     const QString head =
-        paths.size() == 1 ? tr("1 file was not added, as another one has the same name:")
-                          : tr("%1 files were not added, as others have the same names:").arg(paths.size());
+        paths.size() == 1
+            ? tr("1 file was not added, as another one has the same name:")
+            : tr("%Ln files were not added, as others have the same names:", nullptr, paths.size());
     Messages::warning(parent, tr("Files left out"), head + QLatin1String("\n\n") + firstNames(paths));
 }
 

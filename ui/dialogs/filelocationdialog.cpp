@@ -79,7 +79,7 @@ void FileLocationDialog::onlyApplyFoundFiles()
 
 void FileLocationDialog::askForDeletion()
 {
-    if (confirmDeletion(this, tr("links")))
+    if (confirmDeletion(this, tr("Do you really want to delete the selected links?")))
         accept();
 }
 

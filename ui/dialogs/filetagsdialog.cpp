@@ -13,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QLocale>
 #include <QPair>
 #include <QVBoxLayout>
 
@@ -73,13 +74,21 @@ void FileTagsDialog::build(const QVector<qint64> &tagIds, const QString &listTit
     m_list->setFocus();
 }
 
+QString FileTagsDialog::headingText(int tagCount) const
+{
+    const bool isOneFile = m_fileIds.size() == 1;
+    if (tagCount == 0)
+        return tr("There are no tags to choose from.");
+    if (tagCount == 1)
+        return isOneFile ? tr("Check or uncheck boxes to link or unlink the following tag from this file")
+                         : tr("Check or uncheck boxes to link or unlink the following tag from these files");
+    return isOneFile ? tr("Check or uncheck boxes to link or unlink the following tags from this file")
+                     : tr("Check or uncheck boxes to link or unlink the following tags from these files");
+}
+
 void FileTagsDialog::addHeading(QVBoxLayout &layout, int tagCount)
 {
-    const QString text = tagCount == 0 ? tr("There are no tags to choose from.")
-                                       : tr("Check or uncheck boxes to link or unlink the following ") +
-                                             (tagCount == 1 ? tr("tag") : tr("tags")) + tr(" from ") +
-                                             (m_fileIds.size() == 1 ? tr("this file") : tr("these files"));
-    auto *label = new QLabel(text, this);
+    auto *label = new QLabel(headingText(tagCount), this);
     label->setObjectName(QStringLiteral("headingLabel"));
     label->setWordWrap(true);
     auto *row = new QHBoxLayout;
@@ -112,7 +121,7 @@ void FileTagsDialog::fillList(const QVector<qint64> &tagIds)
         // Of one file the box says it all.
         if (m_fileIds.size() > 1)
             item->setToolTip(
-                tr("On %1 of %2 files").arg(QString::number(count), QString::number(m_fileIds.size())));
+                tr("On %1 of %Ln files", nullptr, m_fileIds.size()).arg(QLocale().toString(count)));
     }
 }
 

@@ -36,6 +36,7 @@ protected:
 
 private:
     void countTags();
+    QString headingText(int tagCount) const;
     void addHeading(QVBoxLayout &layout, int tagCount);
     void fillList(const QVector<qint64> &tagIds);
     Qt::CheckState stateOf(int count) const;

@@ -70,7 +70,7 @@ QString NameMatchModel::text(const Place &place, int column) const
     if (column == FileColumn) {
         if (!file)
             return ShownText::cut(nameOf(place.match).toString());
-        return ShownText::cut(choiceAt(place) < 0 ? tr("Database file: ") + file->path : file->path);
+        return ShownText::cut(choiceAt(place) < 0 ? tr("Database file: %1").arg(file->path) : file->path);
     }
     if (!file || !file->isFile())
         return {};

@@ -38,12 +38,14 @@ QString PropertiesDialog::text(const File &file)
 {
     const QString dateFormat = QStringLiteral("ddd dd MMM yyyy hh:mm:ss");
     const bool isInternal = file.internal() == FileKind::internal;
-    const QString inside = QStringLiteral("internal");
+    const QString inside = tr("internal");
     // All values in one call: a name may hold "%1" itself.
     return tr("Name: %1\nDescription: %2\nAdded: %3\nModified: %4\nSize: %5\nAbsolute path: %6\n"
               "Relative path: %7\n")
         .arg(file.name(), file.description(), QLocale().toString(file.additionDate(), dateFormat),
              QLocale().toString(file.modificationDate(), dateFormat),
-             file.size() == 1 ? tr("1 byte") : tr("%1 bytes").arg(file.size()),
+             file.size() == 1 ? tr("1 byte")
+                              : tr("%1 bytes", nullptr, ShownText::forPlural(file.size()))
+                                    .arg(QLocale().toString(file.size())),
              isInternal ? inside : file.path(), isInternal ? inside : file.relPath());
 }

@@ -2,6 +2,8 @@
 
 #include "app/settings/showntext.h"
 
+#include <QLocale>
+
 int ShellFilesModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_files.size();
@@ -13,5 +15,6 @@ QVariant ShellFilesModel::data(const QModelIndex &index, int role) const
         return {};
     const ShellFile &file = m_files.at(index.row());
     // Both in one call: a name may hold "%2" itself.
-    return tr("%1, %2 bytes").arg(ShownText::cut(file.fileName), QString::number(file.fileSize));
+    return tr("%1, %2 bytes", nullptr, ShownText::forPlural(file.fileSize))
+        .arg(ShownText::cut(file.fileName), QLocale().toString(file.fileSize));
 }

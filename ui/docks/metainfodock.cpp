@@ -40,7 +40,9 @@ QString kindText(const File &file)
 QString sizeText(qint64 size)
 {
     const QString bytes =
-        size == 1 ? MetaInfoDock::tr("1 byte") : MetaInfoDock::tr("%1 bytes").arg(QLocale().toString(size));
+        size == 1
+            ? MetaInfoDock::tr("1 byte")
+            : MetaInfoDock::tr("%1 bytes", nullptr, ShownText::forPlural(size)).arg(QLocale().toString(size));
     return size < 1024 ? bytes : MetaInfoDock::tr("%1 (%2)").arg(QLocale().formattedDataSize(size), bytes);
 }
 

@@ -142,18 +142,23 @@ void FileCommands::removeFromNode()
     m_controller->unlinkTags(ids, {node->tagId()});
 }
 
+QString FileCommands::deletionQuestion(const SelectedFilesFacts &facts)
+{
+    if (facts.areAllExternal)
+        return facts.count == 1 ? tr("Do you really want to delete the selected link?")
+                                : tr("Do you really want to delete the selected links?");
+    return facts.count == 1 ? tr("Do you really want to delete the selected file?")
+                            : tr("Do you really want to delete the selected files?");
+}
+
 void FileCommands::deleteFiles()
 {
     if (!mayEdit(m_controller) || m_selection().isEmpty())
         return;
     const SelectedFilesFacts facts = m_selection().facts();
-    QString noun = facts.areAllExternal ? tr("link") : tr("file");
-    if (facts.count > 1)
-        noun += QLatin1Char('s');
-
     const QVector<qint64> ids = m_selection().ids();
     // The database may have gone while the box stood open.
-    if (confirmDeletion(m_view, noun) && m_controller)
+    if (confirmDeletion(m_view, deletionQuestion(facts)) && m_controller)
         m_controller->deleteFiles(ids);
 }
 

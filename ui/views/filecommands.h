@@ -63,6 +63,7 @@ signals:
     void statusTextChanged(QString text);
 
 private:
+    static QString deletionQuestion(const SelectedFilesFacts &facts);
     void checkPresence(const File &file);
     void openPreview(const File &file);
     /** False while the database does not take it. */

@@ -23,6 +23,7 @@
 #include <QAbstractItemView>
 #include <QAction>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QMenu>
 #include <QVBoxLayout>
 
@@ -280,11 +281,11 @@ void MainFilesView::updateStatusText()
     const QModelIndex current = currentView()->currentIndex();
     if (count == 1 && current.isValid())
         emit statusTextChanged(
-            tr("%1 of %2").arg(QString::number(current.row() + 1), QString::number(total)));
+            tr("%1 of %2").arg(QLocale().toString(current.row() + 1), QLocale().toString(total)));
     else if (count > 1)
-        emit statusTextChanged(tr("%1 selected").arg(count));
+        emit statusTextChanged(tr("%1 selected", nullptr, count).arg(QLocale().toString(count)));
     else
-        emit statusTextChanged(total == 1 ? tr("1 file") : tr("%1 files").arg(total));
+        emit statusTextChanged(total == 1 ? tr("1 file") : tr("%Ln files", nullptr, total));
 }
 
 void MainFilesView::updateEmptyText()

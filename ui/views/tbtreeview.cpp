@@ -167,11 +167,10 @@ bool TBtreeView::confirmDeletion(const QVector<qint64> &ids)
 {
     if (!m_controller->hasChildren(ids))
         return true;
-    const bool isOne = ids.size() == 1;
     Messages::Box box;
     box.icon = QMessageBox::Warning;
-    box.text = tr("Do you really want to delete %1non-leaf node%2 from this tree?")
-                   .arg(isOne ? tr("a ") : QString(), isOne ? QString() : tr("s"));
+    box.text = ids.size() == 1 ? tr("Do you really want to delete a non-leaf node from this tree?")
+                               : tr("Do you really want to delete non-leaf nodes from this tree?");
     box.buttons = QMessageBox::Ok | QMessageBox::Cancel;
     box.defaultButton = QMessageBox::Cancel;
     return Messages::run(this, box).button == QMessageBox::Ok;

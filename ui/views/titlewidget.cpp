@@ -94,7 +94,7 @@ void TitleWidget::setRequirements(NodeType type, QVector<qint64> required, QVect
     else if (type == TagNode)
         showTexts(tr("Tag Requirements:"), requirementText());
     else if (type == AllFiles)
-        showTexts(QString(), SpecialNodes::allFiles);
+        showTexts(QString(), SpecialNodes::allFiles());
     else
         showTexts(QString(), SpecialNodes::shortTexts().value(type).toHtmlEscaped());
 }
@@ -119,7 +119,7 @@ QString TitleWidget::searchText() const
         return {};
     const QString shown =
         searched.size() > longestSearch ? searched.left(longestSearch) + QChar(0x2026) : searched;
-    return QStringLiteral(", <i>%1</i> \"%2\"").arg(tr("search:"), shown.toHtmlEscaped());
+    return tr(", <i>search:</i> \"%1\"").arg(shown.toHtmlEscaped());
 }
 
 QString TitleWidget::requirementText() const
@@ -149,7 +149,7 @@ QString TitleWidget::requirementText() const
     if (!m_excluded.isEmpty()) {
         if (!text.isEmpty())
             text += QStringLiteral(", ");
-        text += QStringLiteral("<i>%1</i> ").arg(tr("without:")) + joined(namesOf(m_excluded), orWord);
+        text += tr("<i>without:</i> %1").arg(joined(namesOf(m_excluded), orWord));
     }
     return text;
 }
