@@ -1,9 +1,12 @@
+#include "app/commandline.h"
 #include "app/crashwriter.h"
 #include "app/language/languagefiles.h"
 #include "app/settings/constants.h"
 #ifndef Q_OS_WIN
 #include "app/endsignals.h"
 #endif
+#include "app/running/runningdatabase.h"
+#include "app/running/secondstart.h"
 #include "app/settings/settingsmender.h"
 #include "app/settings/windowsettings.h"
 #include "app/window/mainwindow.h"
@@ -31,19 +34,35 @@ struct FirstDatabase
     MainWindow::StartupSource source = MainWindow::FromCommandLine;
 };
 
-FirstDatabase chooseFirstDatabase(int argc, char *argv[], bool isFirstRun)
+FirstDatabase chooseFirstDatabase(const CommandLine::Given &given, bool isFirstRun)
 {
     FirstDatabase first;
-    if (argc == 2) {
-        first.path = QString::fromUtf8(argv[1]);
-        // To Qt a colon at the beginning means another place.
-        if (first.path.startsWith(QLatin1Char(':')))
-            first.path.prepend(QDir::currentPath() + QLatin1Char('/'));
+    if (given.isFile) {
+        first.path = given.database;
     } else if (isFirstRun) {
         first.path = QDir::currentPath() + QStringLiteral("/demo.vrn");
         first.source = MainWindow::Demo;
     }
     return first;
+}
+
+/** A shell goes into the database that was open last. */
+bool isHandedOver(const CommandLine::Given &given)
+{
+    if (given.shell.isEmpty())
+        return SecondStart::isHandedOver(given.database);
+    const DBDetails newest = WindowSettings::recentDatabases().value(0);
+    return newest.type() == Constants::localDatabase &&
+           SecondStart::isHandedOver(newest.databaseName(), given.shell);
+}
+
+/** The window answers for what it has open from now on. */
+void connectToOtherStarts(RunningDatabase &running, MainWindow &window)
+{
+    QObject::connect(&window, &MainWindow::databaseChanged, &running, &RunningDatabase::setDatabase);
+    // The other one waits for an answer, and not for what the user does about it.
+    QObject::connect(&running, &RunningDatabase::windowRequested, &window, &MainWindow::comeForward,
+                     Qt::QueuedConnection);
 }
 
 void applyStyleSheet(QApplication &application)
@@ -60,6 +79,8 @@ int main(int argc, char *argv[])
     if (PictureChild::isAskedFor(argc, argv))
         return PictureChild::run();
     installCrashWriter();
+    if (CommandLine::answer(argc, argv))
+        return 0;
     PictureDecoder::setProgram(ChildProcess::ownProgram(), PictureChild::argument);
 
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -78,9 +99,13 @@ int main(int argc, char *argv[])
     splash.showMessage(QObject::tr("Opening database..."), Qt::AlignRight, Qt::black);
 
     SettingsMender::run();
+    const CommandLine::Given given = CommandLine::read(argc, argv);
+    // Before anything is written: what a new version shows at its first start is for the start that stays.
+    if (isHandedOver(given))
+        return 0;
     const QString lastVersion = WindowSettings::lastVersionUsed();
     const bool showQuickStart = WindowSettings::noteVersion(Constants::programVersion);
-    const FirstDatabase first = chooseFirstDatabase(argc, argv, lastVersion.isEmpty());
+    const FirstDatabase first = chooseFirstDatabase(given, lastVersion.isEmpty());
     applyStyleSheet(application);
     ForeignDragFilter foreignDrags;
     application.installEventFilter(&foreignDrags);
@@ -94,8 +119,12 @@ int main(int argc, char *argv[])
 #ifndef Q_OS_WIN
     const EndSignals endSignals;
 #endif
+    RunningDatabase running;
+    connectToOtherStarts(running, window);
     window.openStartupDatabase(first.path, first.source);
     window.show();
+    if (!given.shell.isEmpty())
+        window.importShellFile(given.shell);
     if (showQuickStart)
         (new HelpWindow(HelpWindow::QuickStartGuide))->show();
     splash.finish(&window);

@@ -1,8 +1,5 @@
 # Run with cmake -P: renders every drawing of PICTURE_LIST (names without suffix, below SOURCE_DIR) to
-# OUTPUT_DIR as name.png in its own size and name@2x.png, and icons/vorna in the sizes of an icon theme below
-# OUTPUT_DIR/hicolor. A picture that is newer than its drawing is kept.
-
-set(THEME_SIZES 16 22 24 32 48 64 128 256)
+# OUTPUT_DIR as name.png in its own size and name@2x.png. A picture that is newer than its drawing is kept.
 
 function(render drawing picture)
     if(EXISTS ${picture} AND NOT ${drawing} IS_NEWER_THAN ${picture})
@@ -24,8 +21,4 @@ file(READ ${PICTURE_LIST} pictures)
 foreach(name IN LISTS pictures)
     render(${SOURCE_DIR}/${name}.svg ${OUTPUT_DIR}/${name}.png --zoom 1)
     render(${SOURCE_DIR}/${name}.svg ${OUTPUT_DIR}/${name}@2x.png --zoom 2)
-endforeach()
-foreach(size IN LISTS THEME_SIZES)
-    render(${SOURCE_DIR}/icons/vorna.svg ${OUTPUT_DIR}/hicolor/${size}x${size}/apps/vorna.png
-        --width ${size} --height ${size})
 endforeach()

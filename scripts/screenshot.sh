@@ -7,6 +7,8 @@ program=$1 database=$2 picture=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cp "$database" "$work/demo.vrn"
+# The files that the demo links to lie beside it.
+[ ! -d "${database%/*}/demo-files" ] || cp -Rp "${database%/*}/demo-files" "$work"
 
 cat >"$work/session" <<SESSION
 set -eu

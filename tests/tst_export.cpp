@@ -236,6 +236,9 @@ private slots:
         const int contents =
             Sql::count("other.sqlite_master WHERE name IN ('storage','storage_info','thumbnails')"_s);
         QCOMPARE(contents, form == ExportRequest::Shell ? 0 : 3);
+        // By which a desktop tells the two apart.
+        QCOMPARE(Sql::value("PRAGMA other.application_id").toInt(),
+                 form == ExportRequest::Shell ? 0x56726E73 : 0x56726E61);
         QCOMPARE(Sql::rows("SELECT thumbnail_id, storage_id, data_checksum FROM other.files"_s),
                  Sql::rows("SELECT thumbnail_id, storage_id, data_checksum FROM main.files"_s));
     }

@@ -1,6 +1,7 @@
 #include "app/window/databaseimport.h"
 
 #include "app/messages/filedialogs.h"
+#include "app/messages/messages.h"
 #include "app/settings/constants.h"
 #include "app/settings/windowsettings.h"
 #include "core/controllers/collection.h"
@@ -28,9 +29,25 @@ void DatabaseImport::run(Collection *collection, bool isShell)
     if (path.isEmpty() || !file.isFile())
         return;
     WindowSettings::setLastDatabaseDir(file.absolutePath());
-    DatabaseContentsSelector selector(file.absoluteFilePath(), isShell, m_window);
+    choose(target, file.absoluteFilePath(), isShell);
+}
+
+void DatabaseImport::runShell(Collection *collection, const QString &path)
+{
+    if (!collection || collection->dbType() != Constants::localDatabase || collection->isReadOnly())
+        Messages::information(m_window, tr("Import Shell"),
+                              tr("A shell is imported into a database. Open a local database that may be "
+                                 "changed, and choose Import, Shell."));
+    else
+        choose(collection, QFileInfo(path).absoluteFilePath(), true);
+}
+
+void DatabaseImport::choose(Collection *collection, const QString &path, bool isShell)
+{
+    const QPointer<Collection> target = collection;
+    DatabaseContentsSelector selector(path, isShell, m_window);
     if (selector.exec() == QDialog::Accepted && target)
-        target->mainViewController()->importDatabase(file.absoluteFilePath(), isShell, selector.options());
+        target->mainViewController()->importDatabase(path, isShell, selector.options());
 }
 
 void DatabaseImport::showNotImported(const QList<ShellFile> &files)

@@ -158,6 +158,8 @@ bool MainWindow::openDatabase(const DBDetails &details)
         m_collection->setParent(this);
         m_collection->setPrompts(m_prompts);
         connectCollection();
+        if (details.type() == Constants::localDatabase)
+            emit databaseChanged(details.databaseName());
         connect(m_collection, &Collection::loadingProgress, &progress, &OpeningProgress::setPercent);
         opened = CollectionOpener(this).open(*m_collection);
         if (opened) {
@@ -223,6 +225,7 @@ void MainWindow::closeDatabase()
         m_collection = nullptr;
         m_progress->hide();
         m_errors->databaseClosed();
+        emit databaseChanged({});
     }
     updateDatabaseActions();
     updateWindowTitle();
@@ -246,6 +249,25 @@ void MainWindow::openStartupDatabase(const QString &path, StartupSource source)
         }
     }
     updateWindowTitle();
+}
+
+void MainWindow::comeForward(const QString &shellPath)
+{
+    if (isVisible()) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise();
+        activateWindow();
+    }
+    if (!shellPath.isEmpty())
+        importShellFile(shellPath);
+}
+
+void MainWindow::importShellFile(const QString &path)
+{
+    m_idle->run([this, path] {
+        const IdleSteps::Hold hold(m_idle);
+        m_import->runShell(m_collection, path);
+    });
 }
 
 void MainWindow::rememberRecentDatabase()

@@ -49,6 +49,10 @@ public:
      * A missing file opens and creates nothing; only one from the command line is worth a word.
      */
     void openStartupDatabase(const QString &path, StartupSource source = FromCommandLine);
+    /** Shows the window above all others and, given the path of a shell, imports that. */
+    void comeForward(const QString &shellPath);
+    /** Into the open database, when nothing else is going on; asks first. */
+    void importShellFile(const QString &path);
 
     /** The open collection or null. */
     Collection *collection() const { return m_collection; }
@@ -56,6 +60,8 @@ public:
 signals:
     /** How much of the files of a database has been read, while it is opened. */
     void openingProgress(int percent);
+    /** The path of the local database that is open, or being opened, from now on; empty for none. */
+    void databaseChanged(const QString &path);
 
 public slots:
     void slotOpenDb();

@@ -123,7 +123,9 @@ bool SQLiteDBManager::makeTables(const QString &connectionName)
         return false;
     // One write to the disk instead of one a table.
     Transaction transaction(*general, connectionName);
-    return transaction.isActive() && general->runStatements(Schema::creationStatements(), connectionName) &&
+    const QStringList statements = Schema::creationStatements()
+                                   << Schema::applicationIdStatement(Schema::databaseApplicationId);
+    return transaction.isActive() && general->runStatements(statements, connectionName) &&
            transaction.commit();
 }
 

@@ -56,6 +56,11 @@ QStringList creationStatements()
     return statements;
 }
 
+QString applicationIdStatement(int id, const QString &databaseName)
+{
+    return QStringLiteral("PRAGMA %1.application_id=%2;").arg(databaseName, QString::number(id));
+}
+
 QString programVersionInsert(const QString &version)
 {
     return SqlText::fill(QStringLiteral("INSERT INTO vorna_version VALUES (%1);"),

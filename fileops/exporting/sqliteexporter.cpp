@@ -1,5 +1,6 @@
 #include "fileops/exporting/sqliteexporter.h"
 
+#include "db/sql/schema.h"
 #include "db/sql/statementbreak.h"
 #include "fileops/exchange/attacheddatabase.h"
 #include "fileops/exporting/relationshippaths.h"
@@ -181,7 +182,9 @@ bool SQLiteExporter::readTagIds(QSet<qint64> &tagIds)
 bool SQLiteExporter::dropContents()
 {
     return (run("DROP TABLE exportTo.storage;") && run("DROP TABLE exportTo.storage_info;") &&
-            run("DROP TABLE exportTo.thumbnails;")) ||
+            run("DROP TABLE exportTo.thumbnails;") &&
+            m_statements.run(
+                Schema::applicationIdStatement(Schema::shellApplicationId, QStringLiteral("exportTo")))) ||
            fail();
 }
 

@@ -20,6 +20,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QSqlError>
+#include <QSqlQuery>
 #include <QTimer>
 #include <QUrl>
 
@@ -72,7 +73,17 @@ bool DemoMaker::make()
         return false;
     AddingSettings::setLinkToFiles(true);
     return QDir().mkpath(m_externalFolder) && addTexts(DemoContents::externalTexts(), m_externalFolder) &&
-           addHyperlinks();
+           addHyperlinks() && forgetPlace();
+}
+
+bool DemoMaker::forgetPlace()
+{
+    // A folder that nobody has: wherever the database goes, its files are those beside it.
+    QSqlQuery paths;
+    if (paths.exec(QStringLiteral("UPDATE file_paths SET path = '/' || rel_path;")))
+        return true;
+    qWarning() << paths.lastError();
+    return false;
 }
 
 bool DemoMaker::openNew()

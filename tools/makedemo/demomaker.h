@@ -34,6 +34,8 @@ private:
     bool addTexts(const QVector<DemoContents::TextFile> &texts, const QString &folder);
     bool addPictures();
     bool addHyperlinks();
+    /** The linked files are found by their place beside the database alone. */
+    bool forgetPlace();
     /** Adds one file or address and waits for the worker. */
     bool add(const QUrl &url, const QStringList &tags, const QString &description);
     QVector<qint64> ids(const QStringList &tags) const;
