@@ -24,6 +24,29 @@ private slots:
         QTEST(QCoreApplication::translate("AbstractController", "Read-only Database"), "own");
         QTEST(QCoreApplication::translate("QPlatformTheme", "&Yes"), "toolkit");
     }
+
+    void countsByTheRulesOfTheLanguage_data()
+    {
+        addColumns<QString, int, QString>("locale", "count", "text");
+        addRow("English, none", "en_US"_s, 0, "0 files"_s);
+        addRow("English, one", "en_US"_s, 1, "1 file"_s);
+        addRow("English, many", "en_US"_s, 1234, "1,234 files"_s);
+        addRow("German, none", "de_DE"_s, 0, "0 Dateien"_s);
+        addRow("German, one", "de_DE"_s, 1, "1 Datei"_s);
+        addRow("German, many", "de_DE"_s, 1234, "1.234 Dateien"_s);
+        addRow("French, none", "fr_FR"_s, 0, "0 fichier"_s);
+        addRow("French, two", "fr_FR"_s, 2, "2 fichiers"_s);
+        addRow("French, many", "fr_FR"_s, 1234, "1\u202f234 fichiers"_s);
+    }
+    void countsByTheRulesOfTheLanguage()
+    {
+        QFETCH(QString, locale);
+        QFETCH(int, count);
+        QLocale::setDefault(QLocale(locale));
+        LanguageFiles language({VORNA_TRANSLATIONS ""_s});
+        QVERIFY(language.load());
+        QTEST(QCoreApplication::translate("MainFilesView", "%Ln files", nullptr, count), "text");
+    }
 };
 
 QTEST_GUILESS_MAIN(TestLanguage)

@@ -1202,34 +1202,34 @@ Dateien: %2, Tags: %3, Navigationsknoten: %4</translation>
     <name>FileExportDialog</name>
     <message>
         <source>Export Options</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportoptionen</translation>
     </message>
     <message>
         <source>What should be exported beside the files and their tags?</source>
-        <translation type="unfinished"></translation>
+        <translation>Was soll außer den Dateien und ihren Tags exportiert werden?</translation>
     </message>
     <message>
         <source>File descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateibeschreibungen</translation>
     </message>
     <message>
         <source>Tag relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen</translation>
     </message>
     <message>
         <source>Tag groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen</translation>
     </message>
 </context>
 <context>
     <name>FileImporter</name>
     <message>
         <source>Files that could not be read or written: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien, die nicht gelesen oder geschrieben werden konnten: %1</translation>
     </message>
     <message>
         <source>Copying files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden kopiert …</translation>
     </message>
 </context>
 <context>
@@ -1240,54 +1240,54 @@ Dateien: %2, Tags: %3, Navigationsknoten: %4</translation>
     </message>
     <message>
         <source>Directory</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner</translation>
     </message>
 </context>
 <context>
     <name>FileLocationDialog</name>
     <message>
         <source>File Location</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien suchen</translation>
     </message>
     <message>
         <source>Missing External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehlende externe Dateien</translation>
     </message>
     <message>
         <source>The following files have been moved from the locations recorded in the database. They can be located by double-clicking in the list or specifying folders to look in.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die folgenden Dateien liegen nicht mehr dort, wo die Datenbank sie verzeichnet. Suchen Sie sie durch einen Doppelklick in der Liste, oder geben Sie Ordner an, die durchsucht werden sollen.</translation>
     </message>
     <message>
         <source>Folders to Check In</source>
-        <translation type="unfinished"></translation>
+        <translation>Zu durchsuchende Ordner</translation>
     </message>
     <message>
         <source>Add Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner hinzufügen</translation>
     </message>
     <message>
         <source>Remove Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner entfernen</translation>
     </message>
     <message>
         <source>Delete Remaining Links</source>
-        <translation type="unfinished"></translation>
+        <translation>Übrige Verknüpfungen löschen</translation>
     </message>
     <message>
         <source>All Files (*.*)</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Dateien (*.*)</translation>
     </message>
     <message>
         <source>Locate File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei suchen</translation>
     </message>
     <message>
         <source>The database has this file already. One file cannot take two places.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank hat diese Datei schon. Eine Datei kann nicht zwei Stellen einnehmen.</translation>
     </message>
     <message>
         <source>Found: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gefunden: %1 von %2.</translation>
     </message>
     <message>
         <source>Do you really want to delete the selected links?</source>
@@ -1298,39 +1298,43 @@ Dateien: %2, Tags: %3, Navigationsknoten: %4</translation>
     <name>FileModificationDialog</name>
     <message>
         <source>File Details Updated</source>
-        <translation type="unfinished"></translation>
+        <translation>Angaben zu Dateien aktualisiert</translation>
     </message>
     <message>
         <source>Updated Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktualisierte Dateien</translation>
     </message>
     <message>
         <source>Deleted Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Gelöschte Dateien</translation>
     </message>
     <message>
         <source>Don&apos;t tell me again</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht mehr melden</translation>
     </message>
     <message>
         <source>The following file has been edited or replaced.
 Details have been updated.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die folgende Datei wurde bearbeitet oder ersetzt.
+Die Angaben wurden aktualisiert.</translation>
     </message>
     <message>
         <source>The following files have been edited or replaced.
 Details have been updated.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die folgenden Dateien wurden bearbeitet oder ersetzt.
+Die Angaben wurden aktualisiert.</translation>
     </message>
     <message>
         <source>The following file was replaced externally and has now duplicate of the other file in the database.
 This file has been deleted from the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die folgende Datei wurde außerhalb ersetzt und gleicht nun einer anderen Datei der Datenbank.
+Sie wurde aus der Datenbank gelöscht.</translation>
     </message>
     <message>
         <source>The following files were replaced externally and have now duplicates of the other files in the database.
 These files have been deleted from the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die folgenden Dateien wurden außerhalb ersetzt und gleichen nun anderen Dateien der Datenbank.
+Sie wurden aus der Datenbank gelöscht.</translation>
     </message>
 </context>
 <context>
@@ -1341,46 +1345,46 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Failed opening hyperlink.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Hyperlink konnte nicht geöffnet werden.</translation>
     </message>
     <message>
         <source>File No Longer Present</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei nicht mehr vorhanden</translation>
     </message>
     <message>
         <source>This file is no longer present in its original path. It may have been moved, deleted or renamed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Datei ist nicht mehr an ihrem ursprünglichen Ort. Sie wurde vielleicht verschoben, gelöscht oder umbenannt.</translation>
     </message>
     <message>
         <source>Error opening file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Öffnen der Datei</translation>
     </message>
     <message>
         <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna kann diese Datei nicht öffnen. Vielleicht ist dem Dateityp kein Programm zugeordnet.</translation>
     </message>
     <message>
         <source>This file would start a program, which Vorna does not do. Start it from its folder if you trust it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Datei würde ein Programm starten, was Vorna nicht tut. Starten Sie sie aus ihrem Ordner, wenn Sie ihr trauen.</translation>
     </message>
     <message>
         <source>Vorna opens files and folders only, and this is neither.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna öffnet nur Dateien und Ordner, und das hier ist keines von beiden.</translation>
     </message>
     <message>
         <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Datei würde ein Programm starten, was Vorna aus einer Datenbank heraus nicht tut. Extrahieren Sie sie, wenn Sie ihr trauen, und starten Sie sie von dort.</translation>
     </message>
 </context>
 <context>
     <name>FileOperationProgress</name>
     <message>
         <source>Vorna File Operation</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna – Dateivorgang</translation>
     </message>
     <message>
         <source>Progress</source>
-        <translation type="unfinished"></translation>
+        <translation>Fortschritt</translation>
     </message>
 </context>
 <context>
@@ -1394,39 +1398,39 @@ These files have been deleted from the database.</source>
     <name>FileOperationWorker</name>
     <message>
         <source>There is not enough memory.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Speicher reicht nicht aus.</translation>
     </message>
     <message>
         <source>Exporting files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden exportiert …</translation>
     </message>
     <message>
         <source>Their contents in the database are damaged:</source>
-        <translation type="unfinished"></translation>
+        <translation>Ihr Inhalt in der Datenbank ist beschädigt:</translation>
     </message>
     <message>
         <source>The database says: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank meldet: %1.</translation>
     </message>
     <message>
         <source>Gathering file information</source>
-        <translation type="unfinished"></translation>
+        <translation>Angaben zu den Dateien werden gesammelt</translation>
     </message>
     <message>
         <source>The tags for the folders could not be made, so nothing was added.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Tags für die Ordner konnten nicht angelegt werden, deshalb wurde nichts hinzugefügt.</translation>
     </message>
     <message>
         <source>Error adding files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Hinzufügen von Dateien</translation>
     </message>
     <message>
         <source>Creating hyperlinks into database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Hyperlinks werden in die Datenbank aufgenommen …</translation>
     </message>
     <message>
         <source>A database-related duplicate management error occurred while preparing to add files</source>
-        <translation type="unfinished"></translation>
+        <translation>Bei der Vorbereitung des Hinzufügens trat in der Duplikatverwaltung ein Fehler der Datenbank auf</translation>
     </message>
     <message>
         <source>Files left out</source>
@@ -1434,11 +1438,11 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Linking to files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden verknüpft …</translation>
     </message>
     <message>
         <source>Copying files into database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden in die Datenbank kopiert …</translation>
     </message>
     <message>
         <source>Export</source>
@@ -1446,21 +1450,23 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>The database is in use by another program.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank wird von einem anderen Programm benutzt.</translation>
     </message>
     <message>
         <source>The export was canceled, and nothing was written to &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Export wurde abgebrochen, und nach „%1“ wurde nichts geschrieben.</translation>
     </message>
     <message>
         <source>The file could not get its name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei konnte ihren Namen nicht erhalten.</translation>
     </message>
     <message>
         <source>Nothing was exported to &quot;%1&quot;.
 
 The reason: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach „%1“ wurde nichts exportiert.
+
+Der Grund: %2</translation>
     </message>
     <message>
         <source>Exporting</source>
@@ -1468,45 +1474,51 @@ The reason: %2</source>
     </message>
     <message>
         <source>%1 (only its beginning)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (nur der Anfang)</translation>
     </message>
     <message>
         <source>Extracting Files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden extrahiert …</translation>
     </message>
     <message>
         <source>Only its beginning was written:
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur der Anfang wurde geschrieben:
+%1</translation>
     </message>
     <message>
         <source>An error has occurred while extracting a file. This may be a memory-related problem, so closing any applications which consume large amounts of memory should fix it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Extrahieren einer Datei ist ein Fehler aufgetreten. Vielleicht reicht der Speicher nicht aus; dann hilft es, Programme zu schließen, die viel Speicher belegen.</translation>
     </message>
     <message>
         <source>The system says: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Das System meldet: %1</translation>
     </message>
     <message>
         <source>Not written:
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht geschrieben:
+%1</translation>
     </message>
     <message>
         <source>Error extracting file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Extrahieren</translation>
     </message>
     <message>
         <source>This file could not be read, or could not get its name in the folder, and was not extracted:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Datei konnte nicht gelesen werden oder im Ordner ihren Namen nicht erhalten und wurde nicht extrahiert:
+
+%1</translation>
     </message>
     <message>
         <source>These files could not be read, or could not get their names in the folder, and were not extracted:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Dateien konnten nicht gelesen werden oder im Ordner ihre Namen nicht erhalten und wurden nicht extrahiert:
+
+%1</translation>
     </message>
     <message>
         <source>Import</source>
@@ -1514,97 +1526,107 @@ The reason: %2</source>
     </message>
     <message>
         <source>Deleting files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden gelöscht …</translation>
     </message>
     <message>
         <source>Extracting files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden extrahiert …</translation>
     </message>
     <message>
         <source>Extracting to temporary file...</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine temporäre Datei wird extrahiert …</translation>
     </message>
     <message>
         <source>Exporting...</source>
-        <translation type="unfinished"></translation>
+        <translation>Export läuft …</translation>
     </message>
     <message>
         <source>Importing...</source>
-        <translation type="unfinished"></translation>
+        <translation>Import läuft …</translation>
     </message>
     <message>
         <source>Transferring files into database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden in die Datenbank übernommen …</translation>
     </message>
     <message>
         <source>Remaking thumbnails...</source>
-        <translation type="unfinished"></translation>
+        <translation>Miniaturbilder werden neu erstellt …</translation>
     </message>
     <message>
         <source>This picture could not be read and keeps its thumbnail:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieses Bild konnte nicht gelesen werden und behält sein Miniaturbild:
+
+%1</translation>
     </message>
     <message>
         <source>Thumbnails not remade</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht neu erstellte Miniaturbilder</translation>
     </message>
     <message>
         <source>This file could not be read, or changed meanwhile, and remains external:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Datei konnte nicht gelesen werden oder hat sich inzwischen geändert und bleibt extern:
+
+%1</translation>
     </message>
     <message>
         <source>These files could not be read, or changed meanwhile, and remain external:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Dateien konnten nicht gelesen werden oder haben sich inzwischen geändert und bleiben extern:
+
+%1</translation>
     </message>
     <message>
         <source>Error transferring files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Übernehmen der Dateien</translation>
     </message>
     <message>
         <source>Adding %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 wird hinzugefügt</translation>
     </message>
     <message numerus="yes">
         <source>%Ln pictures could not be read and keep their thumbnails:
 
 %1</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln Bild konnte nicht gelesen werden und behält sein Miniaturbild:
+
+%1</numerusform>
+            <numerusform>%Ln Bilder konnten nicht gelesen werden und behalten ihre Miniaturbilder:
+
+%1</numerusform>
         </translation>
     </message>
     <message>
         <source>Transferring %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 wird übernommen</translation>
     </message>
 </context>
 <context>
     <name>FileRenamer</name>
     <message>
         <source>The name of a file must not contain &quot;/&quot;, nor be &quot;.&quot; or &quot;..&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Name einer Datei darf kein „/“ enthalten und nicht „.“ oder „..“ lauten.</translation>
     </message>
     <message>
         <source>The file could not be renamed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei konnte nicht umbenannt werden.</translation>
     </message>
     <message>
         <source>Rename File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei umbenennen</translation>
     </message>
     <message>
         <source>There is already a file with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Datei mit diesem Namen gibt es bereits.</translation>
     </message>
     <message>
         <source>The other file is in the database too and cannot be replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>Auch die andere Datei ist in der Datenbank und kann nicht ersetzt werden.</translation>
     </message>
 </context>
 <context>
@@ -1615,29 +1637,29 @@ The reason: %2</source>
     </message>
     <message>
         <source>There are no tags to choose from.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt keine Tags zur Auswahl.</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tag from this file</source>
-        <translation type="unfinished"></translation>
+        <translation>Kreuzen Sie an, ob diese Datei das folgende Tag haben soll</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tag from these files</source>
-        <translation type="unfinished"></translation>
+        <translation>Kreuzen Sie an, ob diese Dateien das folgende Tag haben sollen</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tags from this file</source>
-        <translation type="unfinished"></translation>
+        <translation>Kreuzen Sie an, welche der folgenden Tags diese Datei haben soll</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tags from these files</source>
-        <translation type="unfinished"></translation>
+        <translation>Kreuzen Sie an, welche der folgenden Tags diese Dateien haben sollen</translation>
     </message>
     <message numerus="yes">
         <source>On %1 of %Ln files</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>Bei %1 von %Ln Datei</numerusform>
+            <numerusform>Bei %1 von %Ln Dateien</numerusform>
         </translation>
     </message>
 </context>
@@ -1645,43 +1667,43 @@ The reason: %2</source>
     <name>FileViews</name>
     <message>
         <source>Files as thumbnails</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien als Miniaturbilder</translation>
     </message>
     <message>
         <source>Files as a table</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien als Tabelle</translation>
     </message>
 </context>
 <context>
     <name>FolderExtraction</name>
     <message>
         <source>Comparing with the files in the folder...</source>
-        <translation type="unfinished"></translation>
+        <translation>Vergleich mit den Dateien im Ordner …</translation>
     </message>
 </context>
 <context>
     <name>GroupImporter</name>
     <message>
         <source>Tag groups without a name: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen ohne Namen: %1</translation>
     </message>
 </context>
 <context>
     <name>HelpWindow</name>
     <message>
         <source>Quick Start Guide</source>
-        <translation type="unfinished"></translation>
+        <translation>Schnelleinstieg</translation>
     </message>
     <message>
         <source>Manual</source>
-        <translation type="unfinished"></translation>
+        <translation>Handbuch</translation>
     </message>
 </context>
 <context>
     <name>HyperlinkCheck</name>
     <message>
         <source>Hyperlink must not be empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Hyperlink darf nicht leer sein.</translation>
     </message>
     <message>
         <source>Hyperlinks is file on the local file system</source>
@@ -1689,41 +1711,41 @@ The reason: %2</source>
     </message>
     <message>
         <source>The address has %1 signs. At most %2 can be kept.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Adresse hat %1 Zeichen. Höchstens %2 können aufbewahrt werden.</translation>
     </message>
     <message>
         <source>The address holds control signs, which no address has.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Adresse enthält Steuerzeichen, die in keiner Adresse vorkommen.</translation>
     </message>
     <message>
         <source>This is not a valid address: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das ist keine gültige Adresse: %1.</translation>
     </message>
     <message>
         <source>Longer than %1 signs: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Länger als %1 Zeichen: %2</translation>
     </message>
     <message>
         <source>With control signs: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit Steuerzeichen: %1</translation>
     </message>
     <message>
         <source>Of files that are not there: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Von Dateien, die es nicht gibt: %1</translation>
     </message>
     <message>
         <source>Not valid: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungültig: %1</translation>
     </message>
     <message>
         <source>One hyperlink was not added:</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Hyperlink wurde nicht hinzugefügt:</translation>
     </message>
     <message numerus="yes">
         <source>%Ln hyperlinks were not added:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln Hyperlink wurde nicht hinzugefügt:</numerusform>
+            <numerusform>%Ln Hyperlinks wurden nicht hinzugefügt:</numerusform>
         </translation>
     </message>
 </context>
@@ -1731,106 +1753,106 @@ The reason: %2</source>
     <name>ImportReport</name>
     <message>
         <source>Imported from &quot;%1&quot;:</source>
-        <translation type="unfinished"></translation>
+        <translation>Aus „%1“ importiert:</translation>
     </message>
     <message>
         <source>New files: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Dateien: %1</translation>
     </message>
     <message>
         <source>Files that were here already: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Schon vorhandene Dateien: %1</translation>
     </message>
     <message>
         <source>New tags: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Tags: %1</translation>
     </message>
     <message>
         <source>New links between tags and files: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Zuordnungen von Tags zu Dateien: %1</translation>
     </message>
     <message>
         <source>New tag groups: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Tag-Gruppen: %1</translation>
     </message>
     <message>
         <source>New browsing nodes: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Navigationsknoten: %1</translation>
     </message>
     <message>
         <source>New tag relationships: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Tag-Beziehungen: %1</translation>
     </message>
     <message>
         <source>Changed descriptions: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Geänderte Beschreibungen: %1</translation>
     </message>
     <message>
         <source>Not imported:</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht importiert:</translation>
     </message>
 </context>
 <context>
     <name>ImportSource</name>
     <message>
         <source>The file is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei fehlt.</translation>
     </message>
     <message>
         <source>This is the open database itself.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das ist die geöffnete Datenbank selbst.</translation>
     </message>
     <message>
         <source>The file cannot be opened: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei kann nicht geöffnet werden: %1</translation>
     </message>
     <message>
         <source>It holds parts that Vorna did not make, such as views or triggers.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie enthält Teile, die nicht von Vorna stammen, etwa Sichten oder Trigger.</translation>
     </message>
     <message>
         <source>It is no Vorna database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es ist keine Vorna-Datenbank.</translation>
     </message>
     <message>
         <source>Another program is writing to it. Please try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein anderes Programm schreibt gerade hinein. Bitte versuchen Sie es noch einmal.</translation>
     </message>
     <message>
         <source>A change to it was broken off. Open it once, and it is put in order.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Änderung daran wurde abgebrochen. Öffnen Sie die Datenbank einmal, dann wird sie in Ordnung gebracht.</translation>
     </message>
     <message>
         <source>It cannot be read as a database: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie kann nicht als Datenbank gelesen werden: %1</translation>
     </message>
 </context>
 <context>
     <name>LeftOutFiles</name>
     <message>
         <source>1 file has a name that cannot be read:</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Datei hat einen Namen, der nicht gelesen werden kann:</translation>
     </message>
     <message>
         <source>Files left out because the names of their folders cannot be read: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien, die ausgelassen wurden, weil die Namen ihrer Ordner nicht gelesen werden können: %1</translation>
     </message>
     <message>
         <source>1 file or folder could not be read:</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Datei oder Ordner konnte nicht gelesen werden:</translation>
     </message>
     <message numerus="yes">
         <source>%Ln files have names that cannot be read:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln Datei hat einen Namen, der nicht gelesen werden kann:</numerusform>
+            <numerusform>%Ln Dateien haben Namen, die nicht gelesen werden können:</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%Ln files or folders could not be read:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln Datei oder Ordner konnte nicht gelesen werden:</numerusform>
+            <numerusform>%Ln Dateien oder Ordner konnten nicht gelesen werden:</numerusform>
         </translation>
     </message>
 </context>
@@ -1842,54 +1864,57 @@ The reason: %2</source>
     </message>
     <message>
         <source>Loading &quot;%1&quot;...</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ wird geladen …</translation>
     </message>
 </context>
 <context>
     <name>MainFilesView</name>
     <message>
         <source>%1 of %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 von %2</translation>
     </message>
     <message numerus="yes">
         <source>%1 selected</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 ausgewählt</numerusform>
+            <numerusform>%1 ausgewählt</numerusform>
         </translation>
     </message>
     <message>
         <source>1 file</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Datei</translation>
     </message>
     <message>
         <source>No database is open.
 Open one or make a new one in the Database menu.</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Datenbank ist geöffnet.
+Öffnen Sie eine im Menü „Datenbank“, oder legen Sie dort eine neue an.</translation>
     </message>
     <message>
         <source>Choose a browsing node or tags to see their files.
 Nothing can be changed: this database is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>Wählen Sie einen Navigationsknoten oder Tags, um deren Dateien zu sehen.
+Geändert werden kann nichts: Diese Datenbank ist schreibgeschützt.</translation>
     </message>
     <message>
         <source>Choose a browsing node or tags to see their files.
 Drop files or folders here to add them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Wählen Sie einen Navigationsknoten oder Tags, um deren Dateien zu sehen.
+Legen Sie hier Dateien oder Ordner ab, um sie hinzuzufügen.</translation>
     </message>
     <message>
         <source>No file matches the search.</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Datei passt zur Suche.</translation>
     </message>
     <message>
         <source>No files here.</source>
-        <translation type="unfinished"></translation>
+        <translation>Hier sind keine Dateien.</translation>
     </message>
     <message numerus="yes">
         <source>%Ln files</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
         </translation>
     </message>
 </context>
@@ -1897,7 +1922,7 @@ Drop files or folders here to add them.</source>
     <name>MainUi</name>
     <message>
         <source>&amp;Database</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Datenbank</translation>
     </message>
     <message>
         <source>Export</source>
@@ -1905,97 +1930,97 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei</translation>
     </message>
     <message>
         <source>Tag</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag</translation>
     </message>
     <message>
         <source>Node</source>
-        <translation type="unfinished"></translation>
+        <translation>Knoten</translation>
     </message>
     <message>
         <source>View</source>
-        <translation type="unfinished"></translation>
+        <translation>Ansicht</translation>
     </message>
     <message>
         <source>Edit</source>
-        <translation type="unfinished"></translation>
+        <translation>Bearbeiten</translation>
     </message>
     <message>
         <source>Help</source>
-        <translation type="unfinished"></translation>
+        <translation>Hilfe</translation>
     </message>
     <message>
         <source>Tag Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Filter</translation>
     </message>
     <message>
         <source>Tag tools</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Werkzeuge</translation>
     </message>
     <message>
         <source>File tools</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateiwerkzeuge</translation>
     </message>
     <message>
         <source>View-mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Ansichtsart</translation>
     </message>
     <message>
         <source>Search Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien suchen</translation>
     </message>
     <message>
         <source>Link Tags to Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags den Dateien zuordnen</translation>
     </message>
     <message>
         <source>File name, description or ID code</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateiname, Beschreibung oder ID-Code</translation>
     </message>
     <message>
         <source>Search Files - Name, Description, ID Code</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien suchen – Name, Beschreibung, ID-Code</translation>
     </message>
     <message>
         <source>%1 (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (%2)</translation>
     </message>
     <message>
         <source>Edit Mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Bearbeitungsmodus</translation>
     </message>
 </context>
 <context>
     <name>MainViewController</name>
     <message>
         <source>Error opening file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Öffnen der Datei</translation>
     </message>
     <message>
         <source>The file could not be copied out of the database into the folder for temporary files, %1. It may be full or write-protected.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei konnte nicht aus der Datenbank in den Ordner für temporäre Dateien, %1, kopiert werden. Er ist vielleicht voll oder schreibgeschützt.</translation>
     </message>
     <message>
         <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Datei würde ein Programm starten, was Vorna aus einer Datenbank heraus nicht tut. Extrahieren Sie sie, wenn Sie ihr trauen, und starten Sie sie von dort.</translation>
     </message>
     <message>
         <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna kann diese Datei nicht öffnen. Vielleicht ist dem Dateityp kein Programm zugeordnet.</translation>
     </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
         <source>Failed to Open Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank konnte nicht geöffnet werden</translation>
     </message>
     <message>
         <source>The selected database could not be opened successfully.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die ausgewählte Datenbank konnte nicht geöffnet werden.</translation>
     </message>
     <message>
         <source>Open Database</source>
@@ -2003,136 +2028,137 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>Database Info</source>
-        <translation type="unfinished"></translation>
+        <translation>Über die Datenbank</translation>
     </message>
     <message>
         <source>Version of Vorna used to create the currently open database: %1
 Database permissions: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Version von Vorna, mit der die geöffnete Datenbank angelegt wurde: %1
+Rechte der Datenbank: %2</translation>
     </message>
     <message>
         <source>read-only</source>
-        <translation type="unfinished"></translation>
+        <translation>schreibgeschützt</translation>
     </message>
     <message>
         <source>writable</source>
-        <translation type="unfinished"></translation>
+        <translation>schreibbar</translation>
     </message>
     <message>
         <source>Nameplate</source>
-        <translation type="unfinished"></translation>
+        <translation>Über Vorna</translation>
     </message>
     <message>
         <source>Version %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Version %1</translation>
     </message>
     <message>
         <source>Tag Group Name Conflict</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppe gleichen Namens</translation>
     </message>
     <message>
         <source>A tag group with this name already exists.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Tag-Gruppe mit diesem Namen gibt es bereits.</translation>
     </message>
     <message>
         <source>Tag already exists</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag gibt es bereits</translation>
     </message>
     <message>
         <source>There is already a tag with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Tag mit diesem Namen gibt es bereits.</translation>
     </message>
     <message>
         <source>Vorna - %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna – %1</translation>
     </message>
 </context>
 <context>
     <name>MetaInfoDock</name>
     <message>
         <source>Link to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Verknüpfung mit einer Datei</translation>
     </message>
     <message>
         <source>Inside the database</source>
-        <translation type="unfinished"></translation>
+        <translation>In der Datenbank</translation>
     </message>
     <message>
         <source>Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Hyperlink</translation>
     </message>
     <message>
         <source>1 byte</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Byte</translation>
     </message>
     <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 Byte</numerusform>
+            <numerusform>%1 Bytes</numerusform>
         </translation>
     </message>
     <message>
         <source>%1 (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (%2)</translation>
     </message>
     <message>
         <source>Metadata</source>
-        <translation type="unfinished"></translation>
+        <translation>Metadaten</translation>
     </message>
     <message>
         <source>Tags:</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags:</translation>
     </message>
     <message>
         <source>Description:</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibung:</translation>
     </message>
     <message>
         <source>Kept as:</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufbewahrt als:</translation>
     </message>
     <message>
         <source>Size:</source>
-        <translation type="unfinished"></translation>
+        <translation>Größe:</translation>
     </message>
     <message>
         <source>Modified:</source>
-        <translation type="unfinished"></translation>
+        <translation>Geändert:</translation>
     </message>
     <message>
         <source>Added:</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinzugefügt:</translation>
     </message>
     <message>
         <source>ID code:</source>
-        <translation type="unfinished"></translation>
+        <translation>ID-Code:</translation>
     </message>
     <message>
         <source>none</source>
-        <translation type="unfinished"></translation>
+        <translation>keine</translation>
     </message>
     <message>
         <source>No file selected</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Datei ausgewählt</translation>
     </message>
 </context>
 <context>
     <name>MetadataMerger</name>
     <message>
         <source>Descriptions that would become too long: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibungen, die zu lang würden: %1</translation>
     </message>
 </context>
 <context>
     <name>MiscOperationThread</name>
     <message>
         <source>File Extraction</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien extrahieren</translation>
     </message>
     <message>
         <source>Use New Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuen Namen verwenden</translation>
     </message>
     <message>
         <source>Replace</source>
@@ -2140,49 +2166,50 @@ Database permissions: %2</source>
     </message>
     <message>
         <source>There is already a file named %1 in folder %2. Do you instead want to rename the file to %3?</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Ordner %2 gibt es bereits eine Datei mit dem Namen %1. Möchten Sie die Datei stattdessen in %3 umbenennen?</translation>
     </message>
     <message>
         <source>There is a different file already in the folder %1 with the same name as file &apos;%2&apos;. Do you want to replace it or create a new file named &apos;%3&apos;?</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Ordner %1 gibt es bereits eine andere Datei, die so heißt wie „%2“. Möchten Sie sie ersetzen oder eine neue Datei mit dem Namen „%3“ anlegen?</translation>
     </message>
 </context>
 <context>
     <name>MultipleFileConflictHandler</name>
     <message>
         <source>File Extraction Conflicts</source>
-        <translation type="unfinished"></translation>
+        <translation>Konflikte beim Extrahieren</translation>
     </message>
     <message>
         <source>Set Replace All</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle ersetzen</translation>
     </message>
     <message>
         <source>Set Use New Names</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Namen verwenden</translation>
     </message>
     <message>
         <source>There are already different files in folder &apos;%1&apos; with the same names as the following database files.
 Please choose how these files should be extracted.</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Ordner „%1“ gibt es bereits andere Dateien, die so heißen wie die folgenden Dateien der Datenbank.
+Bitte wählen Sie, wie diese Dateien extrahiert werden sollen.</translation>
     </message>
 </context>
 <context>
     <name>NameInput</name>
     <message>
         <source>Group name</source>
-        <translation type="unfinished"></translation>
+        <translation>Gruppenname</translation>
     </message>
     <message>
         <source>Name of new group:</source>
-        <translation type="unfinished"></translation>
+        <translation>Name der neuen Gruppe:</translation>
     </message>
 </context>
 <context>
     <name>NameMatchModel</name>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei</translation>
     </message>
     <message>
         <source>Size</source>
@@ -2190,7 +2217,7 @@ Please choose how these files should be extracted.</source>
     </message>
     <message>
         <source>Last Modified</source>
-        <translation type="unfinished"></translation>
+        <translation>Zuletzt geändert</translation>
     </message>
     <message>
         <source>Database file: %1</source>
@@ -2201,91 +2228,91 @@ Please choose how these files should be extracted.</source>
     <name>NavigationBar</name>
     <message>
         <source>Navigation</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigation</translation>
     </message>
     <message>
         <source>Previous image</source>
-        <translation type="unfinished"></translation>
+        <translation>Voriges Bild</translation>
     </message>
     <message>
         <source>Next image</source>
-        <translation type="unfinished"></translation>
+        <translation>Nächstes Bild</translation>
     </message>
     <message>
         <source>Rotate anti-clockwise</source>
-        <translation type="unfinished"></translation>
+        <translation>Gegen den Uhrzeigersinn drehen</translation>
     </message>
     <message>
         <source>Rotate clockwise</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Uhrzeigersinn drehen</translation>
     </message>
     <message>
         <source>Fullscreen</source>
-        <translation type="unfinished"></translation>
+        <translation>Vollbild</translation>
     </message>
     <message>
         <source>Start slideshow</source>
-        <translation type="unfinished"></translation>
+        <translation>Diashow starten</translation>
     </message>
     <message>
         <source>Save changes</source>
-        <translation type="unfinished"></translation>
+        <translation>Änderungen speichern</translation>
     </message>
 </context>
 <context>
     <name>NodeImporter</name>
     <message>
         <source>Browsing nodes with values that are no numbers: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsknoten mit Werten, die keine Zahlen sind: %1</translation>
     </message>
 </context>
 <context>
     <name>OpeningProgress</name>
     <message>
         <source>Opening database... %1 %</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank wird geöffnet … %1 %</translation>
     </message>
 </context>
 <context>
     <name>OperationReport</name>
     <message>
         <source>Files added: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinzugefügte Dateien: %1 von %2.</translation>
     </message>
     <message>
         <source>Files linked: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Verknüpfte Dateien: %1 von %2.</translation>
     </message>
     <message>
         <source>Files deleted: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gelöschte Dateien: %1 von %2.</translation>
     </message>
     <message>
         <source>Files extracted: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Extrahierte Dateien: %1 von %2.</translation>
     </message>
     <message>
         <source>Files located: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gefundene Dateien: %1 von %2.</translation>
     </message>
     <message>
         <source>Files transferred: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Übernommene Dateien: %1 von %2.</translation>
     </message>
     <message>
         <source>Thumbnails remade: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Neu erstellte Miniaturbilder: %1 von %2.</translation>
     </message>
 </context>
 <context>
     <name>PopupMessager</name>
     <message>
         <source>Tag already exists</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag gibt es bereits</translation>
     </message>
     <message>
         <source>There is already a tag with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Tag mit diesem Namen gibt es bereits.</translation>
     </message>
 </context>
 <context>
@@ -2297,50 +2324,51 @@ Please choose how these files should be extracted.</source>
     <message>
         <source>Selected browsing tree no longer exists.
 Selected default browsing tree.</source>
-        <translation type="unfinished"></translation>
+        <translation>Den ausgewählten Navigationsbaum gibt es nicht mehr.
+Der Standardbaum wurde ausgewählt.</translation>
     </message>
 </context>
 <context>
     <name>PreferencesDialog</name>
     <message>
         <source>Preferences</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen</translation>
     </message>
     <message>
         <source>Adding Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinzufügen</translation>
     </message>
     <message>
         <source>Duplicate Management For Adding Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Duplikate beim Hinzufügen</translation>
     </message>
     <message>
         <source>Enable duplicate management</source>
-        <translation type="unfinished"></translation>
+        <translation>Duplikate verwalten</translation>
     </message>
     <message>
         <source>List files which were not added because they were duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien auflisten, die als Duplikate nicht hinzugefügt wurden</translation>
     </message>
     <message>
         <source>Check for and present file name duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach Dateien gleichen Namens suchen und sie anzeigen</translation>
     </message>
     <message>
         <source>Automatic Tag Creation</source>
-        <translation type="unfinished"></translation>
+        <translation>Automatische Tags</translation>
     </message>
     <message>
         <source>Enable auto-tag-creation from folders</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags aus Ordnern von selbst anlegen</translation>
     </message>
     <message>
         <source>Automatically create Browsing Nodes</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsknoten von selbst anlegen</translation>
     </message>
     <message>
         <source>Limit auto-tagging to folder level:</source>
-        <translation type="unfinished"></translation>
+        <translation>Automatische Tags bis zur Ordnerebene:</translation>
     </message>
     <message>
         <source>External Files</source>
@@ -2348,11 +2376,11 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Advise when external file details are updated</source>
-        <translation type="unfinished"></translation>
+        <translation>Melden, wenn Angaben zu externen Dateien aktualisiert wurden</translation>
     </message>
     <message>
         <source>Browsing</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigation</translation>
     </message>
     <message>
         <source>Browsing Tree</source>
@@ -2360,19 +2388,19 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Alphabetical Order</source>
-        <translation type="unfinished"></translation>
+        <translation>Alphabetische Reihenfolge</translation>
     </message>
     <message>
         <source>Manual Order</source>
-        <translation type="unfinished"></translation>
+        <translation>Eigene Reihenfolge</translation>
     </message>
     <message>
         <source>Ask for node to be added above or below drop point</source>
-        <translation type="unfinished"></translation>
+        <translation>Fragen, ob der Knoten über oder unter der Ablagestelle eingefügt wird</translation>
     </message>
     <message>
         <source>Note: Nodes can be inserted above the level of the drop-point node by holding the Alt key when dragging.</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinweis: Mit gedrückter Alt-Taste werden Knoten beim Ziehen über der Ebene der Ablagestelle eingefügt.</translation>
     </message>
     <message>
         <source>Auto Linking</source>
@@ -2380,180 +2408,180 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Auto link files continuously</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien fortlaufend verknüpfen</translation>
     </message>
     <message>
         <source>Auto link new files only when the corresponding browsing node is selected</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Dateien nur verknüpfen, wenn der zugehörige Knoten ausgewählt wird</translation>
     </message>
     <message>
         <source>Check for new files in all auto link folders each time Vorna is launched.</source>
-        <translation type="unfinished"></translation>
+        <translation>Bei jedem Start von Vorna in allen verknüpften Ordnern nach neuen Dateien suchen.</translation>
     </message>
     <message>
         <source>Auto link files in the background and do not display any messages.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien im Hintergrund verknüpfen und keine Meldungen zeigen.</translation>
     </message>
     <message>
         <source>Misc</source>
-        <translation type="unfinished"></translation>
+        <translation>Verschiedenes</translation>
     </message>
     <message>
         <source>Number of thumbnails to cache:</source>
-        <translation type="unfinished"></translation>
+        <translation>Miniaturbilder im Zwischenspeicher:</translation>
     </message>
     <message>
         <source>Recent Files Timeout:</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien gelten als neu:</translation>
     </message>
     <message>
         <source>minutes</source>
-        <translation type="unfinished"></translation>
+        <translation>Minuten</translation>
     </message>
     <message>
         <source>Image previewer</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildvorschau</translation>
     </message>
     <message>
         <source>Auto-save rotated images</source>
-        <translation type="unfinished"></translation>
+        <translation>Gedrehte Bilder von selbst speichern</translation>
     </message>
     <message>
         <source>Keep image window on top</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildfenster im Vordergrund halten</translation>
     </message>
     <message>
         <source>Slideshow increment time:</source>
-        <translation type="unfinished"></translation>
+        <translation>Diashow, Zeit je Bild:</translation>
     </message>
     <message>
         <source>seconds</source>
-        <translation type="unfinished"></translation>
+        <translation>Sekunden</translation>
     </message>
     <message>
         <source>Updates</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktualisierungen</translation>
     </message>
     <message>
         <source>Check for updates</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach Aktualisierungen suchen</translation>
     </message>
     <message>
         <source>Download updates automatically</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktualisierungen von selbst herunterladen</translation>
     </message>
     <message>
         <source>Test</source>
-        <translation type="unfinished"></translation>
+        <translation>Prüfen</translation>
     </message>
     <message>
         <source>The preferences could not be stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Einstellungen konnten nicht gespeichert werden.</translation>
     </message>
     <message>
         <source>The update server is being asked.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Aktualisierungsserver wird gefragt.</translation>
     </message>
     <message>
         <source>Checked Connection</source>
-        <translation type="unfinished"></translation>
+        <translation>Verbindung geprüft</translation>
     </message>
     <message>
         <source>Update check succeeded.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Suche nach Aktualisierungen war erfolgreich.</translation>
     </message>
     <message>
         <source>The update server could not be reached.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Aktualisierungsserver ist nicht zu erreichen.</translation>
     </message>
 </context>
 <context>
     <name>PreviewBox</name>
     <message>
         <source>Zoom in</source>
-        <translation type="unfinished"></translation>
+        <translation>Vergrößern</translation>
     </message>
     <message>
         <source>Zoom out</source>
-        <translation type="unfinished"></translation>
+        <translation>Verkleinern</translation>
     </message>
     <message>
         <source>Original size</source>
-        <translation type="unfinished"></translation>
+        <translation>Originalgröße</translation>
     </message>
     <message>
         <source>Fit to the window</source>
-        <translation type="unfinished"></translation>
+        <translation>An Fenster anpassen</translation>
     </message>
     <message>
         <source>Fullscreen</source>
-        <translation type="unfinished"></translation>
+        <translation>Vollbild</translation>
     </message>
     <message>
         <source>%1 - %2 of %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 – %2 von %3</translation>
     </message>
     <message>
         <source>The loading of this picture was canceled.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Laden dieses Bildes wurde abgebrochen.</translation>
     </message>
     <message>
         <source>The database is busy. The picture comes as soon as it is free.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbank ist beschäftigt. Das Bild kommt, sobald sie frei ist.</translation>
     </message>
     <message>
         <source>This picture cannot be shown.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieses Bild kann nicht gezeigt werden.</translation>
     </message>
     <message>
         <source>File No Longer Present</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei nicht mehr vorhanden</translation>
     </message>
     <message>
         <source>This image could not be opened because the file no longer exists in its original path. It may have been moved, renamed or deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieses Bild konnte nicht geöffnet werden, weil die Datei nicht mehr an ihrem ursprünglichen Ort ist. Sie wurde vielleicht verschoben, umbenannt oder gelöscht.</translation>
     </message>
     <message>
         <source>Error previewing image</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler bei der Bildvorschau</translation>
     </message>
     <message>
         <source>An error has occurred while retrieving this externally stored image.</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Lesen dieses extern gespeicherten Bildes ist ein Fehler aufgetreten.</translation>
     </message>
     <message>
         <source>An error has occurred while retrieving this image.</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Lesen dieses Bildes ist ein Fehler aufgetreten.</translation>
     </message>
     <message>
         <source>Error saving image</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Speichern des Bildes</translation>
     </message>
     <message>
         <source>The turned picture could not be saved.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das gedrehte Bild konnte nicht gespeichert werden.</translation>
     </message>
 </context>
 <context>
     <name>ProgressDialog</name>
     <message>
         <source>File Location</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien suchen</translation>
     </message>
     <message>
         <source>Progress</source>
-        <translation type="unfinished"></translation>
+        <translation>Fortschritt</translation>
     </message>
     <message>
         <source>Locating files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden gesucht …</translation>
     </message>
 </context>
 <context>
     <name>PropertiesDialog</name>
     <message>
         <source>File Properties</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateieigenschaften</translation>
     </message>
     <message>
         <source>Name: %1
@@ -2564,29 +2592,36 @@ Size: %5
 Absolute path: %6
 Relative path: %7
 </source>
-        <translation type="unfinished"></translation>
+        <translation>Name: %1
+Beschreibung: %2
+Hinzugefügt: %3
+Geändert: %4
+Größe: %5
+Absoluter Pfad: %6
+Relativer Pfad: %7
+</translation>
     </message>
     <message>
         <source>1 byte</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Byte</translation>
     </message>
     <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 Byte</numerusform>
+            <numerusform>%1 Bytes</numerusform>
         </translation>
     </message>
     <message>
         <source>internal</source>
-        <translation type="unfinished"></translation>
+        <translation>intern</translation>
     </message>
 </context>
 <context>
     <name>QObject</name>
     <message>
         <source>Opening database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbank wird geöffnet …</translation>
     </message>
 </context>
 <context>
@@ -2600,30 +2635,30 @@ Relative path: %7
     <name>RelationshipImporter</name>
     <message>
         <source>Tag relationships that are none: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen, die keine sind: %1</translation>
     </message>
     <message>
         <source>Tag relationships by which a tag would stand below itself: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen, durch die ein Tag unter sich selbst stünde: %1</translation>
     </message>
     <message>
         <source>Tag relationships beyond the first million: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Beziehungen über die erste Million hinaus: %1</translation>
     </message>
 </context>
 <context>
     <name>SQLiteDBManager</name>
     <message>
         <source>The database file does not exist.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datenbankdatei gibt es nicht.</translation>
     </message>
     <message>
         <source>Database Permissions</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechte der Datenbank</translation>
     </message>
     <message>
         <source>This database is not readable by this user.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieser Benutzer darf diese Datenbank nicht lesen.</translation>
     </message>
     <message>
         <source>Warning</source>
@@ -2634,64 +2669,66 @@ Relative path: %7
     <name>SQLiteImporter</name>
     <message>
         <source>Importing files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden importiert …</translation>
     </message>
     <message>
         <source>Nothing was imported.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nichts wurde importiert.</translation>
     </message>
     <message>
         <source>It has no tables of these names, or others: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ihr fehlen Tabellen dieser Namen, oder sie sehen anders aus: %1.</translation>
     </message>
     <message>
         <source>Comparing files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien werden verglichen …</translation>
     </message>
     <message>
         <source>Importing tags...</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags werden importiert …</translation>
     </message>
     <message>
         <source>Merging descriptions...</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibungen werden zusammengeführt …</translation>
     </message>
     <message>
         <source>Linking tags...</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags werden zugeordnet …</translation>
     </message>
     <message>
         <source>&quot;%1&quot; was not imported.
 
 %2</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ wurde nicht importiert.
+
+%2</translation>
     </message>
     <message>
         <source>Error importing shell database </source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Importieren der Hülle </translation>
     </message>
     <message>
         <source>Error importing files </source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Importieren der Dateien </translation>
     </message>
     <message>
         <source>An unknown error occurred while importing shell database</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Importieren der Hülle ist ein unbekannter Fehler aufgetreten</translation>
     </message>
     <message>
         <source>An unknown error occurred while adding files</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Hinzufügen von Dateien ist ein unbekannter Fehler aufgetreten</translation>
     </message>
 </context>
 <context>
     <name>ServerConnections</name>
     <message>
         <source>Failed to Connect to Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Verbindung zur Datenbank</translation>
     </message>
     <message>
         <source>Connection could not be made to the specified remote database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit der angegebenen entfernten Datenbank konnte keine Verbindung hergestellt werden.</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -2699,20 +2736,20 @@ Relative path: %7
     </message>
     <message>
         <source>Connecting to %1 ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Verbindung mit %1 wird hergestellt …</translation>
     </message>
     <message>
         <source>Connect</source>
-        <translation type="unfinished"></translation>
+        <translation>Verbinden</translation>
     </message>
 </context>
 <context>
     <name>ShellFilesModel</name>
     <message numerus="yes">
         <source>%1, %2 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1, %2 Byte</numerusform>
+            <numerusform>%1, %2 Bytes</numerusform>
         </translation>
     </message>
 </context>
@@ -2720,57 +2757,57 @@ Relative path: %7
     <name>ShellImportNotification</name>
     <message>
         <source>Shell Import Notification</source>
-        <translation type="unfinished"></translation>
+        <translation>Import einer Hülle</translation>
     </message>
     <message>
         <source>The metadata for the following files was not imported since a matching file was not found in the destination database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Metadaten der folgenden Dateien wurden nicht importiert, da in der Zieldatenbank keine passende Datei gefunden wurde.</translation>
     </message>
 </context>
 <context>
     <name>SourceFiles</name>
     <message>
         <source>Files with values that are no numbers: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien mit Werten, die keine Zahlen sind: %1</translation>
     </message>
 </context>
 <context>
     <name>SpecialNodes</name>
     <message>
         <source>All files</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Dateien</translation>
     </message>
     <message>
         <source>All files with tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Dateien mit Tags</translation>
     </message>
     <message>
         <source>All files without tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Dateien ohne Tags</translation>
     </message>
     <message>
         <source>All files with their contents in the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Dateien, deren Inhalt in der Datenbank liegt.</translation>
     </message>
     <message>
         <source>All files residing in paths external to the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Dateien, die außerhalb der Datenbank liegen.</translation>
     </message>
     <message>
         <source>All Hyperlinks</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Hyperlinks</translation>
     </message>
     <message>
         <source>Recently added files</source>
-        <translation type="unfinished"></translation>
+        <translation>Zuletzt hinzugefügte Dateien</translation>
     </message>
     <message>
         <source>All Internal Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle internen Dateien</translation>
     </message>
     <message>
         <source>All External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle externen Dateien</translation>
     </message>
 </context>
 <context>
@@ -2781,23 +2818,23 @@ Relative path: %7
     </message>
     <message>
         <source>Create new node</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuer Knoten</translation>
     </message>
     <message>
         <source>Add above</source>
-        <translation type="unfinished"></translation>
+        <translation>Darüber einfügen</translation>
     </message>
     <message>
         <source>Add below</source>
-        <translation type="unfinished"></translation>
+        <translation>Darunter einfügen</translation>
     </message>
     <message>
         <source>Do you really want to delete a non-leaf node from this tree?</source>
-        <translation type="unfinished"></translation>
+        <translation>Möchten Sie wirklich einen Knoten aus diesem Baum löschen, unter dem andere stehen?</translation>
     </message>
     <message>
         <source>Do you really want to delete non-leaf nodes from this tree?</source>
-        <translation type="unfinished"></translation>
+        <translation>Möchten Sie wirklich Knoten aus diesem Baum löschen, unter denen andere stehen?</translation>
     </message>
 </context>
 <context>
@@ -2808,38 +2845,38 @@ Relative path: %7
     </message>
     <message>
         <source>Error creating tag relationship</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Anlegen der Tag-Beziehung</translation>
     </message>
     <message>
         <source>This is an illegal tag relationship.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das ist keine zulässige Tag-Beziehung.</translation>
     </message>
     <message>
         <source>Do you really want to delete a non-leaf node from this tree?</source>
-        <translation type="unfinished"></translation>
+        <translation>Möchten Sie wirklich einen Knoten aus diesem Baum löschen, unter dem andere stehen?</translation>
     </message>
     <message>
         <source>Tag Relationship Operations</source>
-        <translation type="unfinished"></translation>
+        <translation>Befehle für Tag-Beziehungen</translation>
     </message>
     <message>
         <source>Delete Relationship Subtree</source>
-        <translation type="unfinished"></translation>
+        <translation>Unterbaum der Beziehung löschen</translation>
     </message>
     <message>
         <source>Drag tags here. A tag then stands for all tags below it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ziehen Sie Tags hierher. Ein Tag steht dann für alle Tags unter ihm.</translation>
     </message>
 </context>
 <context>
     <name>TagDockActions</name>
     <message>
         <source>Assign Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen zuordnen</translation>
     </message>
     <message>
         <source>Add</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinzufügen</translation>
     </message>
     <message>
         <source>Delete</source>
@@ -2847,11 +2884,11 @@ Relative path: %7
     </message>
     <message>
         <source>Rename</source>
-        <translation type="unfinished"></translation>
+        <translation>Umbenennen</translation>
     </message>
     <message>
         <source>Export Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags exportieren</translation>
     </message>
     <message>
         <source>Tags</source>
@@ -2859,62 +2896,63 @@ Relative path: %7
     </message>
     <message>
         <source>Add Tag Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppe hinzufügen</translation>
     </message>
     <message>
         <source>Delete Current Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktuelle Gruppe löschen</translation>
     </message>
     <message>
         <source>New Tag</source>
-        <translation type="unfinished"></translation>
+        <translation>Neues Tag</translation>
     </message>
     <message>
         <source>All of the Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle diese Tags</translation>
     </message>
     <message>
         <source>Show files having all of the selected tags (Tab)</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien anzeigen, die alle ausgewählten Tags haben (Tab)</translation>
     </message>
     <message>
         <source>Any of the Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Eines dieser Tags</translation>
     </message>
     <message>
         <source>Show files having at least one of the selected tags (Ctrl+=)</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien anzeigen, die mindestens eines der ausgewählten Tags haben (Strg+=)</translation>
     </message>
 </context>
 <context>
     <name>TagDockCommands</name>
     <message>
         <source>New Tag</source>
-        <translation type="unfinished"></translation>
+        <translation>Neues Tag</translation>
     </message>
     <message>
         <source>Tag name:</source>
-        <translation type="unfinished"></translation>
+        <translation>Name des Tags:</translation>
     </message>
     <message>
         <source>Tags In Use</source>
-        <translation type="unfinished"></translation>
+        <translation>Benutzte Tags</translation>
     </message>
     <message>
         <source>Some of the tags chosen for deletion are in use by being linked to files, nodes or tag relationships. Deletion of these tags will result in the deletion of all of these links and all relevant nodes and tag relationships.
 Would you like to delete the tags that are in use?</source>
-        <translation type="unfinished"></translation>
+        <translation>Einige der zum Löschen ausgewählten Tags werden benutzt: Sie sind Dateien, Knoten oder Tag-Beziehungen zugeordnet. Werden sie gelöscht, gehen auch alle diese Zuordnungen und alle zugehörigen Knoten und Tag-Beziehungen verloren.
+Möchten Sie die benutzten Tags löschen?</translation>
     </message>
 </context>
 <context>
     <name>TagExportDialog</name>
     <message>
         <source>Export Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags exportieren</translation>
     </message>
     <message>
         <source>The selected tags are exported with the files that bear them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die ausgewählten Tags werden mit den Dateien exportiert, die sie tragen.</translation>
     </message>
     <message>
         <source>Database</source>
@@ -2922,11 +2960,11 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Shell, a database without the contents of files</source>
-        <translation type="unfinished"></translation>
+        <translation>Hülle, eine Datenbank ohne die Inhalte der Dateien</translation>
     </message>
     <message>
         <source>CSV File, a table of the files</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV-Datei, eine Tabelle der Dateien</translation>
     </message>
 </context>
 <context>
@@ -2937,34 +2975,34 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>All Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Tags</translation>
     </message>
     <message>
         <source>All tags of the database</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Tags der Datenbank</translation>
     </message>
     <message>
         <source>D-Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>D-Tags</translation>
     </message>
     <message>
         <source>The tags that are on some, but not all, of the files shown</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Tags, die einige, aber nicht alle der gezeigten Dateien haben</translation>
     </message>
 </context>
 <context>
     <name>TagGroupForm</name>
     <message>
         <source>Assign Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen zuordnen</translation>
     </message>
     <message>
         <source>Check the groups that the selected tag belongs to.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kreuzen Sie die Gruppen an, zu denen das ausgewählte Tag gehört.</translation>
     </message>
     <message>
         <source>Check the groups that the selected tags belong to. Half checked are those that hold some of them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kreuzen Sie die Gruppen an, zu denen die ausgewählten Tags gehören. Halb angekreuzt sind die, die nur einige davon enthalten.</translation>
     </message>
     <message>
         <source>Tag Groups</source>
@@ -2972,41 +3010,41 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>No tag groups yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch keine Tag-Gruppen</translation>
     </message>
     <message>
         <source>Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Gruppe</translation>
     </message>
 </context>
 <context>
     <name>TagGroupModel</name>
     <message>
         <source>Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Gruppe</translation>
     </message>
     <message>
         <source>Tab</source>
-        <translation type="unfinished"></translation>
+        <translation>Reiter</translation>
     </message>
 </context>
 <context>
     <name>TagGroupingDialog</name>
     <message>
         <source>Several in &amp;succession</source>
-        <translation type="unfinished"></translation>
+        <translation>Mehrere hinter&amp;einander</translation>
     </message>
     <message>
         <source>&amp;Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Löschen</translation>
     </message>
     <message>
         <source>Edit Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Gruppen bearbeiten</translation>
     </message>
     <message>
         <source>Groups arrange tags; a checked group is a tab below the table of tags.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gruppen ordnen Tags; eine angekreuzte Gruppe ist ein Reiter unter der Tag-Tabelle.</translation>
     </message>
     <message>
         <source>Tag Groups</source>
@@ -3014,30 +3052,30 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>No tag groups yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch keine Tag-Gruppen</translation>
     </message>
     <message>
         <source>&amp;New</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Neu</translation>
     </message>
     <message>
         <source>Make a new tag group</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine neue Tag-Gruppe anlegen</translation>
     </message>
     <message>
         <source>After each new group ask for the next one, until that is cancelled</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach jeder neuen Gruppe nach der nächsten fragen, bis abgebrochen wird</translation>
     </message>
     <message>
         <source>Delete the selected groups; their tags stay (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Die ausgewählten Gruppen löschen; ihre Tags bleiben (%1)</translation>
     </message>
 </context>
 <context>
     <name>TagImporter</name>
     <message>
         <source>Tags without a name, with a date that is none or with texts that are too long: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags ohne Namen, mit einem ungültigen Datum oder mit zu langen Texten: %1</translation>
     </message>
 </context>
 <context>
@@ -3048,7 +3086,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source> Tags</source>
-        <translation type="unfinished"></translation>
+        <translation> Tags</translation>
     </message>
 </context>
 <context>
@@ -3059,29 +3097,31 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>No tag matches the filter.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Tag passt zum Filter.</translation>
     </message>
     <message>
         <source>Open a tag or the node of one: the tags that some, but not all, of its files have stand here.</source>
-        <translation type="unfinished"></translation>
+        <translation>Öffnen Sie ein Tag oder den Knoten eines Tags: Hier stehen dann die Tags, die einige, aber nicht alle seiner Dateien haben.</translation>
     </message>
     <message>
         <source>No tags yet.
 Make one with %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch keine Tags.
+Legen Sie mit %1 eines an.</translation>
     </message>
     <message>
         <source>No tags in this group.
 Drop tags on its tab.</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Tags in dieser Gruppe.
+Legen Sie Tags auf ihrem Reiter ab.</translation>
     </message>
     <message>
         <source>Hide all columns except Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Spalten außer „Name“ ausblenden</translation>
     </message>
     <message>
         <source>Tag Operations</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag-Befehle</translation>
     </message>
 </context>
 <context>
@@ -3096,7 +3136,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Creation Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Erstellungsdatum</translation>
     </message>
     <message>
         <source>Files</source>
@@ -3107,93 +3147,93 @@ Drop tags on its tab.</source>
     <name>TitleWidget</name>
     <message>
         <source>Drop tags here to show the files that have them</source>
-        <translation type="unfinished"></translation>
+        <translation>Tags hier ablegen, um die Dateien zu sehen, die sie haben</translation>
     </message>
     <message>
         <source>Tag requirements</source>
-        <translation type="unfinished"></translation>
+        <translation>Verlangte Tags</translation>
     </message>
     <message>
         <source>No tag or browsing node open</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Tag oder Navigationsknoten geöffnet</translation>
     </message>
     <message>
         <source>Tag Requirements:</source>
-        <translation type="unfinished"></translation>
+        <translation>Verlangte Tags:</translation>
     </message>
     <message>
         <source>and</source>
-        <translation type="unfinished"></translation>
+        <translation>und</translation>
     </message>
     <message>
         <source>or</source>
-        <translation type="unfinished"></translation>
+        <translation>oder</translation>
     </message>
     <message>
         <source>, &lt;i&gt;search:&lt;/i&gt; &quot;%1&quot;</source>
-        <translation type="unfinished"></translation>
+        <translation>, &lt;i&gt;Suche:&lt;/i&gt; „%1“</translation>
     </message>
     <message>
         <source>&lt;i&gt;without:&lt;/i&gt; %1</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;i&gt;ohne:&lt;/i&gt; %1</translation>
     </message>
 </context>
 <context>
     <name>UpdateBar</name>
     <message>
         <source>Download New Version</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Version herunterladen</translation>
     </message>
     <message>
         <source>Install New Version</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Version installieren</translation>
     </message>
     <message>
         <source>Cancel Download</source>
-        <translation type="unfinished"></translation>
+        <translation>Herunterladen abbrechen</translation>
     </message>
     <message>
         <source>Downloading new version: </source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Version wird heruntergeladen: </translation>
     </message>
     <message>
         <source>Error Downloading Update</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Herunterladen</translation>
     </message>
     <message>
         <source>An error occurred while downloading the new version.</source>
-        <translation type="unfinished"></translation>
+        <translation>Beim Herunterladen der neuen Version ist ein Fehler aufgetreten.</translation>
     </message>
     <message>
         <source>Update</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktualisierung</translation>
     </message>
     <message>
         <source>This program must close in order to open the installer of a new version.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Programm muss sich beenden, um das Installationsprogramm der neuen Version zu öffnen.</translation>
     </message>
     <message>
         <source>The installer of the new version could not be opened.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Installationsprogramm der neuen Version konnte nicht geöffnet werden.</translation>
     </message>
 </context>
 <context>
     <name>WindowCommands</name>
     <message>
         <source>Connect</source>
-        <translation type="unfinished"></translation>
+        <translation>Verbinden</translation>
     </message>
     <message>
         <source>Disconnect</source>
-        <translation type="unfinished"></translation>
+        <translation>Trennen</translation>
     </message>
     <message>
         <source>Open</source>
-        <translation type="unfinished"></translation>
+        <translation>Öffnen</translation>
     </message>
     <message>
         <source>New Local Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue lokale Datenbank</translation>
     </message>
     <message>
         <source>Database</source>
@@ -3205,23 +3245,23 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation type="unfinished"></translation>
+        <translation>Beenden</translation>
     </message>
     <message>
         <source>Database Info</source>
-        <translation type="unfinished"></translation>
+        <translation>Über die Datenbank</translation>
     </message>
     <message>
         <source>Show All Docks</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Andockfenster anzeigen</translation>
     </message>
     <message>
         <source>Select Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigationsbaum wählen</translation>
     </message>
     <message>
         <source>Preferences</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen</translation>
     </message>
     <message>
         <source>Tag Groups</source>
@@ -3229,47 +3269,47 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Browsing Tree List</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste der Navigationsbäume</translation>
     </message>
     <message>
         <source>Remake thumbnails</source>
-        <translation type="unfinished"></translation>
+        <translation>Miniaturbilder neu erstellen</translation>
     </message>
     <message>
         <source>Quick Start Guide</source>
-        <translation type="unfinished"></translation>
+        <translation>Schnelleinstieg</translation>
     </message>
     <message>
         <source>Manual</source>
-        <translation type="unfinished"></translation>
+        <translation>Handbuch</translation>
     </message>
     <message>
         <source>Nameplate</source>
-        <translation type="unfinished"></translation>
+        <translation>Über Vorna</translation>
     </message>
     <message>
         <source>Send feedback</source>
-        <translation type="unfinished"></translation>
+        <translation>Rückmeldung senden</translation>
     </message>
     <message>
         <source>Send feedback to %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Rückmeldung an %1 senden</translation>
     </message>
     <message>
         <source>Ext</source>
-        <translation type="unfinished"></translation>
+        <translation>Ext</translation>
     </message>
     <message>
         <source>Link to files (keep external)</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit Dateien verknüpfen (extern lassen)</translation>
     </message>
     <message>
         <source>Int</source>
-        <translation type="unfinished"></translation>
+        <translation>Int</translation>
     </message>
     <message>
         <source>Copy files into database (make internal)</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien in die Datenbank kopieren (intern)</translation>
     </message>
     <message>
         <source>Import</source>

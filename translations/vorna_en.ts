@@ -54,9 +54,13 @@
         <source>%Ln pictures could not be read and keep their thumbnails:
 
 %1</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln picture could not be read and keeps its thumbnail:
+
+%1</numerusform>
+            <numerusform>%Ln pictures could not be read and keep their thumbnails:
+
+%1</numerusform>
         </translation>
     </message>
 </context>
@@ -64,9 +68,9 @@
     <name>FileTagsDialog</name>
     <message numerus="yes">
         <source>On %1 of %Ln files</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>On %1 of %Ln file</numerusform>
+            <numerusform>On %1 of %Ln files</numerusform>
         </translation>
     </message>
 </context>
@@ -74,9 +78,9 @@
     <name>HyperlinkCheck</name>
     <message numerus="yes">
         <source>%Ln hyperlinks were not added:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln hyperlink was not added:</numerusform>
+            <numerusform>%Ln hyperlinks were not added:</numerusform>
         </translation>
     </message>
 </context>
@@ -84,16 +88,16 @@
     <name>LeftOutFiles</name>
     <message numerus="yes">
         <source>%Ln files have names that cannot be read:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln file has a name that cannot be read:</numerusform>
+            <numerusform>%Ln files have names that cannot be read:</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%Ln files or folders could not be read:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln file or folder could not be read:</numerusform>
+            <numerusform>%Ln files or folders could not be read:</numerusform>
         </translation>
     </message>
 </context>
@@ -101,16 +105,16 @@
     <name>MainFilesView</name>
     <message numerus="yes">
         <source>%1 selected</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 selected</numerusform>
+            <numerusform>%1 selected</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%Ln files</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
         </translation>
     </message>
 </context>
@@ -118,9 +122,9 @@
     <name>MetaInfoDock</name>
     <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 byte</numerusform>
+            <numerusform>%1 bytes</numerusform>
         </translation>
     </message>
 </context>
@@ -128,9 +132,9 @@
     <name>PropertiesDialog</name>
     <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 byte</numerusform>
+            <numerusform>%1 bytes</numerusform>
         </translation>
     </message>
 </context>
@@ -138,9 +142,9 @@
     <name>ShellFilesModel</name>
     <message numerus="yes">
         <source>%1, %2 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1, %2 bytes</numerusform>
+            <numerusform>%1, %2 bytes</numerusform>
         </translation>
     </message>
 </context>

@@ -1202,34 +1202,34 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     <name>FileExportDialog</name>
     <message>
         <source>Export Options</source>
-        <translation type="unfinished"></translation>
+        <translation>Options d’exportation</translation>
     </message>
     <message>
         <source>What should be exported beside the files and their tags?</source>
-        <translation type="unfinished"></translation>
+        <translation>Que faut-il exporter en plus des fichiers et de leurs étiquettes ?</translation>
     </message>
     <message>
         <source>File descriptions</source>
-        <translation type="unfinished"></translation>
+        <translation>Descriptions des fichiers</translation>
     </message>
     <message>
         <source>Tag relationships</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes</translation>
     </message>
     <message>
         <source>Tag groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupes d’étiquettes</translation>
     </message>
 </context>
 <context>
     <name>FileImporter</name>
     <message>
         <source>Files that could not be read or written: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers qui n’ont pas pu être lus ou écrits : %1</translation>
     </message>
     <message>
         <source>Copying files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Copie des fichiers…</translation>
     </message>
 </context>
 <context>
@@ -1240,54 +1240,54 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Directory</source>
-        <translation type="unfinished"></translation>
+        <translation>Dossier</translation>
     </message>
 </context>
 <context>
     <name>FileLocationDialog</name>
     <message>
         <source>File Location</source>
-        <translation type="unfinished"></translation>
+        <translation>Localisation de fichiers</translation>
     </message>
     <message>
         <source>Missing External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers externes absents</translation>
     </message>
     <message>
         <source>The following files have been moved from the locations recorded in the database. They can be located by double-clicking in the list or specifying folders to look in.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les fichiers suivants ne sont plus aux emplacements notés dans la base de données. Vous pouvez les localiser par un double clic dans la liste ou en indiquant les dossiers où chercher.</translation>
     </message>
     <message>
         <source>Folders to Check In</source>
-        <translation type="unfinished"></translation>
+        <translation>Dossiers à examiner</translation>
     </message>
     <message>
         <source>Add Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un dossier</translation>
     </message>
     <message>
         <source>Remove Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Retirer le dossier</translation>
     </message>
     <message>
         <source>Delete Remaining Links</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer les liens restants</translation>
     </message>
     <message>
         <source>All Files (*.*)</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers (*.*)</translation>
     </message>
     <message>
         <source>Locate File</source>
-        <translation type="unfinished"></translation>
+        <translation>Localiser un fichier</translation>
     </message>
     <message>
         <source>The database has this file already. One file cannot take two places.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données a déjà ce fichier. Un fichier ne peut pas occuper deux places.</translation>
     </message>
     <message>
         <source>Found: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Trouvés : %1 sur %2.</translation>
     </message>
     <message>
         <source>Do you really want to delete the selected links?</source>
@@ -1298,39 +1298,43 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     <name>FileModificationDialog</name>
     <message>
         <source>File Details Updated</source>
-        <translation type="unfinished"></translation>
+        <translation>Informations sur des fichiers mises à jour</translation>
     </message>
     <message>
         <source>Updated Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers mis à jour</translation>
     </message>
     <message>
         <source>Deleted Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers supprimés</translation>
     </message>
     <message>
         <source>Don&apos;t tell me again</source>
-        <translation type="unfinished"></translation>
+        <translation>Ne plus me le signaler</translation>
     </message>
     <message>
         <source>The following file has been edited or replaced.
 Details have been updated.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier suivant a été modifié ou remplacé.
+Ses informations ont été mises à jour.</translation>
     </message>
     <message>
         <source>The following files have been edited or replaced.
 Details have been updated.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les fichiers suivants ont été modifiés ou remplacés.
+Leurs informations ont été mises à jour.</translation>
     </message>
     <message>
         <source>The following file was replaced externally and has now duplicate of the other file in the database.
 This file has been deleted from the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier suivant a été remplacé à l’extérieur et fait maintenant double emploi avec un autre fichier de la base de données.
+Il a été supprimé de la base de données.</translation>
     </message>
     <message>
         <source>The following files were replaced externally and have now duplicates of the other files in the database.
 These files have been deleted from the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les fichiers suivants ont été remplacés à l’extérieur et font maintenant double emploi avec d’autres fichiers de la base de données.
+Ils ont été supprimés de la base de données.</translation>
     </message>
 </context>
 <context>
@@ -1341,46 +1345,46 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Failed opening hyperlink.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’hyperlien n’a pas pu être ouvert.</translation>
     </message>
     <message>
         <source>File No Longer Present</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier absent</translation>
     </message>
     <message>
         <source>This file is no longer present in its original path. It may have been moved, deleted or renamed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce fichier n’est plus à son emplacement d’origine. Il a peut-être été déplacé, supprimé ou renommé.</translation>
     </message>
     <message>
         <source>Error opening file</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur à l’ouverture du fichier</translation>
     </message>
     <message>
         <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna ne peut pas ouvrir ce fichier. Aucune application n’est peut-être associée à ce type de fichier.</translation>
     </message>
     <message>
         <source>This file would start a program, which Vorna does not do. Start it from its folder if you trust it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce fichier lancerait un programme, ce que Vorna ne fait pas. Si vous lui faites confiance, lancez-le depuis son dossier.</translation>
     </message>
     <message>
         <source>Vorna opens files and folders only, and this is neither.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna n’ouvre que des fichiers et des dossiers, et ceci n’est ni l’un ni l’autre.</translation>
     </message>
     <message>
         <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce fichier lancerait un programme, ce que Vorna ne fait pas depuis une base de données. Si vous lui faites confiance, extrayez-le et lancez-le de là.</translation>
     </message>
 </context>
 <context>
     <name>FileOperationProgress</name>
     <message>
         <source>Vorna File Operation</source>
-        <translation type="unfinished"></translation>
+        <translation>Opération sur les fichiers</translation>
     </message>
     <message>
         <source>Progress</source>
-        <translation type="unfinished"></translation>
+        <translation>Progression</translation>
     </message>
 </context>
 <context>
@@ -1394,39 +1398,39 @@ These files have been deleted from the database.</source>
     <name>FileOperationWorker</name>
     <message>
         <source>There is not enough memory.</source>
-        <translation type="unfinished"></translation>
+        <translation>La mémoire est insuffisante.</translation>
     </message>
     <message>
         <source>Exporting files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportation des fichiers…</translation>
     </message>
     <message>
         <source>Their contents in the database are damaged:</source>
-        <translation type="unfinished"></translation>
+        <translation>Leur contenu dans la base de données est endommagé :</translation>
     </message>
     <message>
         <source>The database says: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données indique : %1.</translation>
     </message>
     <message>
         <source>Gathering file information</source>
-        <translation type="unfinished"></translation>
+        <translation>Collecte des informations sur les fichiers</translation>
     </message>
     <message>
         <source>The tags for the folders could not be made, so nothing was added.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les étiquettes des dossiers n’ont pas pu être créées ; rien n’a donc été ajouté.</translation>
     </message>
     <message>
         <source>Error adding files</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur lors de l’ajout de fichiers</translation>
     </message>
     <message>
         <source>Creating hyperlinks into database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajout des hyperliens à la base de données…</translation>
     </message>
     <message>
         <source>A database-related duplicate management error occurred while preparing to add files</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur de base de données s’est produite dans la gestion des doublons pendant la préparation de l’ajout</translation>
     </message>
     <message>
         <source>Files left out</source>
@@ -1434,11 +1438,11 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>Linking to files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Création des liens vers les fichiers…</translation>
     </message>
     <message>
         <source>Copying files into database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Copie des fichiers dans la base de données…</translation>
     </message>
     <message>
         <source>Export</source>
@@ -1446,21 +1450,23 @@ These files have been deleted from the database.</source>
     </message>
     <message>
         <source>The database is in use by another program.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est utilisée par un autre programme.</translation>
     </message>
     <message>
         <source>The export was canceled, and nothing was written to &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’exportation a été annulée, et rien n’a été écrit dans « %1 ».</translation>
     </message>
     <message>
         <source>The file could not get its name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier n’a pas pu recevoir son nom.</translation>
     </message>
     <message>
         <source>Nothing was exported to &quot;%1&quot;.
 
 The reason: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Rien n’a été exporté vers « %1 ».
+
+La raison : %2</translation>
     </message>
     <message>
         <source>Exporting</source>
@@ -1468,45 +1474,51 @@ The reason: %2</source>
     </message>
     <message>
         <source>%1 (only its beginning)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (le début seulement)</translation>
     </message>
     <message>
         <source>Extracting Files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraction des fichiers…</translation>
     </message>
     <message>
         <source>Only its beginning was written:
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Seul le début a été écrit :
+%1</translation>
     </message>
     <message>
         <source>An error has occurred while extracting a file. This may be a memory-related problem, so closing any applications which consume large amounts of memory should fix it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur s’est produite lors de l’extraction d’un fichier. La mémoire est peut-être insuffisante ; fermer les applications qui en consomment beaucoup devrait y remédier.</translation>
     </message>
     <message>
         <source>The system says: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Le système indique : %1</translation>
     </message>
     <message>
         <source>Not written:
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Non écrit :
+%1</translation>
     </message>
     <message>
         <source>Error extracting file</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur d’extraction</translation>
     </message>
     <message>
         <source>This file could not be read, or could not get its name in the folder, and was not extracted:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce fichier n’a pas pu être lu, ou recevoir son nom dans le dossier, et n’a pas été extrait :
+
+%1</translation>
     </message>
     <message>
         <source>These files could not be read, or could not get their names in the folder, and were not extracted:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ces fichiers n’ont pas pu être lus, ou recevoir leur nom dans le dossier, et n’ont pas été extraits :
+
+%1</translation>
     </message>
     <message>
         <source>Import</source>
@@ -1514,97 +1526,107 @@ The reason: %2</source>
     </message>
     <message>
         <source>Deleting files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Suppression des fichiers…</translation>
     </message>
     <message>
         <source>Extracting files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraction des fichiers…</translation>
     </message>
     <message>
         <source>Extracting to temporary file...</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraction dans un fichier temporaire…</translation>
     </message>
     <message>
         <source>Exporting...</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportation…</translation>
     </message>
     <message>
         <source>Importing...</source>
-        <translation type="unfinished"></translation>
+        <translation>Importation…</translation>
     </message>
     <message>
         <source>Transferring files into database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Transfert des fichiers dans la base de données…</translation>
     </message>
     <message>
         <source>Remaking thumbnails...</source>
-        <translation type="unfinished"></translation>
+        <translation>Réfection des vignettes…</translation>
     </message>
     <message>
         <source>This picture could not be read and keeps its thumbnail:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Cette image n’a pas pu être lue et garde sa vignette :
+
+%1</translation>
     </message>
     <message>
         <source>Thumbnails not remade</source>
-        <translation type="unfinished"></translation>
+        <translation>Vignettes non refaites</translation>
     </message>
     <message>
         <source>This file could not be read, or changed meanwhile, and remains external:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce fichier n’a pas pu être lu, ou a changé entre-temps, et reste externe :
+
+%1</translation>
     </message>
     <message>
         <source>These files could not be read, or changed meanwhile, and remain external:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ces fichiers n’ont pas pu être lus, ou ont changé entre-temps, et restent externes :
+
+%1</translation>
     </message>
     <message>
         <source>Error transferring files</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur lors du transfert des fichiers</translation>
     </message>
     <message>
         <source>Adding %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajout de %1</translation>
     </message>
     <message numerus="yes">
         <source>%Ln pictures could not be read and keep their thumbnails:
 
 %1</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln image n’a pas pu être lue et garde sa vignette :
+
+%1</numerusform>
+            <numerusform>%Ln images n’ont pas pu être lues et gardent leurs vignettes :
+
+%1</numerusform>
         </translation>
     </message>
     <message>
         <source>Transferring %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Transfert de %1</translation>
     </message>
 </context>
 <context>
     <name>FileRenamer</name>
     <message>
         <source>The name of a file must not contain &quot;/&quot;, nor be &quot;.&quot; or &quot;..&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le nom d’un fichier ne doit pas contenir « / », ni être « . » ou « .. ».</translation>
     </message>
     <message>
         <source>The file could not be renamed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier n’a pas pu être renommé.</translation>
     </message>
     <message>
         <source>Rename File</source>
-        <translation type="unfinished"></translation>
+        <translation>Renommer le fichier</translation>
     </message>
     <message>
         <source>There is already a file with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il y a déjà un fichier de ce nom.</translation>
     </message>
     <message>
         <source>The other file is in the database too and cannot be replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’autre fichier est aussi dans la base de données et ne peut pas être remplacé.</translation>
     </message>
 </context>
 <context>
@@ -1615,29 +1637,29 @@ The reason: %2</source>
     </message>
     <message>
         <source>There are no tags to choose from.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il n’y a aucune étiquette à choisir.</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tag from this file</source>
-        <translation type="unfinished"></translation>
+        <translation>Cochez ou décochez la case pour attribuer l’étiquette suivante à ce fichier ou la lui retirer</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tag from these files</source>
-        <translation type="unfinished"></translation>
+        <translation>Cochez ou décochez la case pour attribuer l’étiquette suivante à ces fichiers ou la leur retirer</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tags from this file</source>
-        <translation type="unfinished"></translation>
+        <translation>Cochez ou décochez les cases pour attribuer les étiquettes suivantes à ce fichier ou les lui retirer</translation>
     </message>
     <message>
         <source>Check or uncheck boxes to link or unlink the following tags from these files</source>
-        <translation type="unfinished"></translation>
+        <translation>Cochez ou décochez les cases pour attribuer les étiquettes suivantes à ces fichiers ou les leur retirer</translation>
     </message>
     <message numerus="yes">
         <source>On %1 of %Ln files</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>Sur %1 de %Ln fichier</numerusform>
+            <numerusform>Sur %1 des %Ln fichiers</numerusform>
         </translation>
     </message>
 </context>
@@ -1645,43 +1667,43 @@ The reason: %2</source>
     <name>FileViews</name>
     <message>
         <source>Files as thumbnails</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers en vignettes</translation>
     </message>
     <message>
         <source>Files as a table</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers en tableau</translation>
     </message>
 </context>
 <context>
     <name>FolderExtraction</name>
     <message>
         <source>Comparing with the files in the folder...</source>
-        <translation type="unfinished"></translation>
+        <translation>Comparaison avec les fichiers du dossier…</translation>
     </message>
 </context>
 <context>
     <name>GroupImporter</name>
     <message>
         <source>Tag groups without a name: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupes d’étiquettes sans nom : %1</translation>
     </message>
 </context>
 <context>
     <name>HelpWindow</name>
     <message>
         <source>Quick Start Guide</source>
-        <translation type="unfinished"></translation>
+        <translation>Prise en main</translation>
     </message>
     <message>
         <source>Manual</source>
-        <translation type="unfinished"></translation>
+        <translation>Manuel</translation>
     </message>
 </context>
 <context>
     <name>HyperlinkCheck</name>
     <message>
         <source>Hyperlink must not be empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’hyperlien ne doit pas être vide.</translation>
     </message>
     <message>
         <source>Hyperlinks is file on the local file system</source>
@@ -1689,41 +1711,41 @@ The reason: %2</source>
     </message>
     <message>
         <source>The address has %1 signs. At most %2 can be kept.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’adresse compte %1 caractères. Au plus %2 peuvent être conservés.</translation>
     </message>
     <message>
         <source>The address holds control signs, which no address has.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’adresse contient des caractères de contrôle, ce qu’aucune adresse ne comporte.</translation>
     </message>
     <message>
         <source>This is not a valid address: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce n’est pas une adresse valide : %1.</translation>
     </message>
     <message>
         <source>Longer than %1 signs: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>De plus de %1 caractères : %2</translation>
     </message>
     <message>
         <source>With control signs: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Avec caractères de contrôle : %1</translation>
     </message>
     <message>
         <source>Of files that are not there: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>De fichiers inexistants : %1</translation>
     </message>
     <message>
         <source>Not valid: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Non valides : %1</translation>
     </message>
     <message>
         <source>One hyperlink was not added:</source>
-        <translation type="unfinished"></translation>
+        <translation>Un hyperlien n’a pas été ajouté :</translation>
     </message>
     <message numerus="yes">
         <source>%Ln hyperlinks were not added:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln hyperlien n’a pas été ajouté :</numerusform>
+            <numerusform>%Ln hyperliens n’ont pas été ajoutés :</numerusform>
         </translation>
     </message>
 </context>
@@ -1731,106 +1753,106 @@ The reason: %2</source>
     <name>ImportReport</name>
     <message>
         <source>Imported from &quot;%1&quot;:</source>
-        <translation type="unfinished"></translation>
+        <translation>Importé de « %1 » :</translation>
     </message>
     <message>
         <source>New files: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveaux fichiers : %1</translation>
     </message>
     <message>
         <source>Files that were here already: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers déjà présents : %1</translation>
     </message>
     <message>
         <source>New tags: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouvelles étiquettes : %1</translation>
     </message>
     <message>
         <source>New links between tags and files: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveaux liens entre étiquettes et fichiers : %1</translation>
     </message>
     <message>
         <source>New tag groups: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveaux groupes d’étiquettes : %1</translation>
     </message>
     <message>
         <source>New browsing nodes: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveaux nœuds de navigation : %1</translation>
     </message>
     <message>
         <source>New tag relationships: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouvelles relations d’étiquettes : %1</translation>
     </message>
     <message>
         <source>Changed descriptions: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Descriptions modifiées : %1</translation>
     </message>
     <message>
         <source>Not imported:</source>
-        <translation type="unfinished"></translation>
+        <translation>Non importés :</translation>
     </message>
 </context>
 <context>
     <name>ImportSource</name>
     <message>
         <source>The file is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier est absent.</translation>
     </message>
     <message>
         <source>This is the open database itself.</source>
-        <translation type="unfinished"></translation>
+        <translation>C’est la base de données ouverte elle-même.</translation>
     </message>
     <message>
         <source>The file cannot be opened: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier ne peut pas être ouvert : %1</translation>
     </message>
     <message>
         <source>It holds parts that Vorna did not make, such as views or triggers.</source>
-        <translation type="unfinished"></translation>
+        <translation>Elle contient des éléments que Vorna n’a pas créés, comme des vues ou des déclencheurs.</translation>
     </message>
     <message>
         <source>It is no Vorna database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce n’est pas une base de données de Vorna.</translation>
     </message>
     <message>
         <source>Another program is writing to it. Please try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un autre programme y écrit. Veuillez réessayer.</translation>
     </message>
     <message>
         <source>A change to it was broken off. Open it once, and it is put in order.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une modification y a été interrompue. Ouvrez-la une fois pour la remettre en ordre.</translation>
     </message>
     <message>
         <source>It cannot be read as a database: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier ne peut pas être lu comme une base de données : %1</translation>
     </message>
 </context>
 <context>
     <name>LeftOutFiles</name>
     <message>
         <source>1 file has a name that cannot be read:</source>
-        <translation type="unfinished"></translation>
+        <translation>1 fichier a un nom illisible :</translation>
     </message>
     <message>
         <source>Files left out because the names of their folders cannot be read: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers laissés de côté parce que les noms de leurs dossiers sont illisibles : %1</translation>
     </message>
     <message>
         <source>1 file or folder could not be read:</source>
-        <translation type="unfinished"></translation>
+        <translation>1 fichier ou dossier n’a pas pu être lu :</translation>
     </message>
     <message numerus="yes">
         <source>%Ln files have names that cannot be read:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln fichier a un nom illisible :</numerusform>
+            <numerusform>%Ln fichiers ont des noms illisibles :</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%Ln files or folders could not be read:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln fichier ou dossier n’a pas pu être lu :</numerusform>
+            <numerusform>%Ln fichiers ou dossiers n’ont pas pu être lus :</numerusform>
         </translation>
     </message>
 </context>
@@ -1842,54 +1864,57 @@ The reason: %2</source>
     </message>
     <message>
         <source>Loading &quot;%1&quot;...</source>
-        <translation type="unfinished"></translation>
+        <translation>Chargement de « %1 »…</translation>
     </message>
 </context>
 <context>
     <name>MainFilesView</name>
     <message>
         <source>%1 of %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 sur %2</translation>
     </message>
     <message numerus="yes">
         <source>%1 selected</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 sélectionné</numerusform>
+            <numerusform>%1 sélectionnés</numerusform>
         </translation>
     </message>
     <message>
         <source>1 file</source>
-        <translation type="unfinished"></translation>
+        <translation>1 fichier</translation>
     </message>
     <message>
         <source>No database is open.
 Open one or make a new one in the Database menu.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune base de données n’est ouverte.
+Ouvrez-en une ou créez-en une dans le menu « Base de données ».</translation>
     </message>
     <message>
         <source>Choose a browsing node or tags to see their files.
 Nothing can be changed: this database is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisissez un nœud de navigation ou des étiquettes pour voir leurs fichiers.
+Rien ne peut être modifié : cette base de données est en lecture seule.</translation>
     </message>
     <message>
         <source>Choose a browsing node or tags to see their files.
 Drop files or folders here to add them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisissez un nœud de navigation ou des étiquettes pour voir leurs fichiers.
+Déposez ici des fichiers ou des dossiers pour les ajouter.</translation>
     </message>
     <message>
         <source>No file matches the search.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun fichier ne correspond à la recherche.</translation>
     </message>
     <message>
         <source>No files here.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun fichier ici.</translation>
     </message>
     <message numerus="yes">
         <source>%Ln files</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%Ln fichier</numerusform>
+            <numerusform>%Ln fichiers</numerusform>
         </translation>
     </message>
 </context>
@@ -1897,7 +1922,7 @@ Drop files or folders here to add them.</source>
     <name>MainUi</name>
     <message>
         <source>&amp;Database</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Base de données</translation>
     </message>
     <message>
         <source>Export</source>
@@ -1905,97 +1930,97 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier</translation>
     </message>
     <message>
         <source>Tag</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquette</translation>
     </message>
     <message>
         <source>Node</source>
-        <translation type="unfinished"></translation>
+        <translation>Nœud</translation>
     </message>
     <message>
         <source>View</source>
-        <translation type="unfinished"></translation>
+        <translation>Affichage</translation>
     </message>
     <message>
         <source>Edit</source>
-        <translation type="unfinished"></translation>
+        <translation>Édition</translation>
     </message>
     <message>
         <source>Help</source>
-        <translation type="unfinished"></translation>
+        <translation>Aide</translation>
     </message>
     <message>
         <source>Tag Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>Filtre d’étiquettes</translation>
     </message>
     <message>
         <source>Tag tools</source>
-        <translation type="unfinished"></translation>
+        <translation>Outils d’étiquettes</translation>
     </message>
     <message>
         <source>File tools</source>
-        <translation type="unfinished"></translation>
+        <translation>Outils de fichiers</translation>
     </message>
     <message>
         <source>View-mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Mode d’affichage</translation>
     </message>
     <message>
         <source>Search Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechercher des fichiers</translation>
     </message>
     <message>
         <source>Link Tags to Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Attribuer les étiquettes aux fichiers</translation>
     </message>
     <message>
         <source>File name, description or ID code</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom de fichier, description ou code ID</translation>
     </message>
     <message>
         <source>Search Files - Name, Description, ID Code</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechercher des fichiers – nom, description, code ID</translation>
     </message>
     <message>
         <source>%1 (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (%2)</translation>
     </message>
     <message>
         <source>Edit Mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Mode d’édition</translation>
     </message>
 </context>
 <context>
     <name>MainViewController</name>
     <message>
         <source>Error opening file</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur à l’ouverture du fichier</translation>
     </message>
     <message>
         <source>The file could not be copied out of the database into the folder for temporary files, %1. It may be full or write-protected.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier n’a pas pu être copié de la base de données dans le dossier des fichiers temporaires, %1. Celui-ci est peut-être plein ou protégé en écriture.</translation>
     </message>
     <message>
         <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce fichier lancerait un programme, ce que Vorna ne fait pas depuis une base de données. Si vous lui faites confiance, extrayez-le et lancez-le de là.</translation>
     </message>
     <message>
         <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna ne peut pas ouvrir ce fichier. Aucune application n’est peut-être associée à ce type de fichier.</translation>
     </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
         <source>Failed to Open Database</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données n’a pas pu être ouverte</translation>
     </message>
     <message>
         <source>The selected database could not be opened successfully.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données choisie n’a pas pu être ouverte.</translation>
     </message>
     <message>
         <source>Open Database</source>
@@ -2003,136 +2028,137 @@ Drop files or folders here to add them.</source>
     </message>
     <message>
         <source>Database Info</source>
-        <translation type="unfinished"></translation>
+        <translation>Informations sur la base</translation>
     </message>
     <message>
         <source>Version of Vorna used to create the currently open database: %1
 Database permissions: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Version de Vorna utilisée pour créer la base de données ouverte : %1
+Droits de la base de données : %2</translation>
     </message>
     <message>
         <source>read-only</source>
-        <translation type="unfinished"></translation>
+        <translation>lecture seule</translation>
     </message>
     <message>
         <source>writable</source>
-        <translation type="unfinished"></translation>
+        <translation>accessible en écriture</translation>
     </message>
     <message>
         <source>Nameplate</source>
-        <translation type="unfinished"></translation>
+        <translation>À propos de Vorna</translation>
     </message>
     <message>
         <source>Version %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Version %1</translation>
     </message>
     <message>
         <source>Tag Group Name Conflict</source>
-        <translation type="unfinished"></translation>
+        <translation>Conflit de nom de groupe</translation>
     </message>
     <message>
         <source>A tag group with this name already exists.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un groupe d’étiquettes de ce nom existe déjà.</translation>
     </message>
     <message>
         <source>Tag already exists</source>
-        <translation type="unfinished"></translation>
+        <translation>L’étiquette existe déjà</translation>
     </message>
     <message>
         <source>There is already a tag with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il y a déjà une étiquette de ce nom.</translation>
     </message>
     <message>
         <source>Vorna - %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorna – %1</translation>
     </message>
 </context>
 <context>
     <name>MetaInfoDock</name>
     <message>
         <source>Link to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Lien vers un fichier</translation>
     </message>
     <message>
         <source>Inside the database</source>
-        <translation type="unfinished"></translation>
+        <translation>Dans la base de données</translation>
     </message>
     <message>
         <source>Hyperlink</source>
-        <translation type="unfinished"></translation>
+        <translation>Hyperlien</translation>
     </message>
     <message>
         <source>1 byte</source>
-        <translation type="unfinished"></translation>
+        <translation>1 octet</translation>
     </message>
     <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 octet</numerusform>
+            <numerusform>%1 octets</numerusform>
         </translation>
     </message>
     <message>
         <source>%1 (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (%2)</translation>
     </message>
     <message>
         <source>Metadata</source>
-        <translation type="unfinished"></translation>
+        <translation>Métadonnées</translation>
     </message>
     <message>
         <source>Tags:</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes :</translation>
     </message>
     <message>
         <source>Description:</source>
-        <translation type="unfinished"></translation>
+        <translation>Description :</translation>
     </message>
     <message>
         <source>Kept as:</source>
-        <translation type="unfinished"></translation>
+        <translation>Conservé comme :</translation>
     </message>
     <message>
         <source>Size:</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille :</translation>
     </message>
     <message>
         <source>Modified:</source>
-        <translation type="unfinished"></translation>
+        <translation>Modifié :</translation>
     </message>
     <message>
         <source>Added:</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouté :</translation>
     </message>
     <message>
         <source>ID code:</source>
-        <translation type="unfinished"></translation>
+        <translation>Code ID :</translation>
     </message>
     <message>
         <source>none</source>
-        <translation type="unfinished"></translation>
+        <translation>aucune</translation>
     </message>
     <message>
         <source>No file selected</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun fichier sélectionné</translation>
     </message>
 </context>
 <context>
     <name>MetadataMerger</name>
     <message>
         <source>Descriptions that would become too long: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Descriptions qui deviendraient trop longues : %1</translation>
     </message>
 </context>
 <context>
     <name>MiscOperationThread</name>
     <message>
         <source>File Extraction</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraction de fichiers</translation>
     </message>
     <message>
         <source>Use New Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Utiliser un nouveau nom</translation>
     </message>
     <message>
         <source>Replace</source>
@@ -2140,49 +2166,50 @@ Database permissions: %2</source>
     </message>
     <message>
         <source>There is already a file named %1 in folder %2. Do you instead want to rename the file to %3?</source>
-        <translation type="unfinished"></translation>
+        <translation>Le dossier %2 contient déjà un fichier nommé %1. Voulez-vous plutôt renommer le fichier en %3 ?</translation>
     </message>
     <message>
         <source>There is a different file already in the folder %1 with the same name as file &apos;%2&apos;. Do you want to replace it or create a new file named &apos;%3&apos;?</source>
-        <translation type="unfinished"></translation>
+        <translation>Le dossier %1 contient déjà un autre fichier du même nom que « %2 ». Voulez-vous le remplacer ou créer un nouveau fichier nommé « %3 » ?</translation>
     </message>
 </context>
 <context>
     <name>MultipleFileConflictHandler</name>
     <message>
         <source>File Extraction Conflicts</source>
-        <translation type="unfinished"></translation>
+        <translation>Conflits d’extraction</translation>
     </message>
     <message>
         <source>Set Replace All</source>
-        <translation type="unfinished"></translation>
+        <translation>Tout remplacer</translation>
     </message>
     <message>
         <source>Set Use New Names</source>
-        <translation type="unfinished"></translation>
+        <translation>Utiliser de nouveaux noms</translation>
     </message>
     <message>
         <source>There are already different files in folder &apos;%1&apos; with the same names as the following database files.
 Please choose how these files should be extracted.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le dossier « %1 » contient déjà d’autres fichiers portant les mêmes noms que les fichiers suivants de la base de données.
+Veuillez choisir comment ces fichiers doivent être extraits.</translation>
     </message>
 </context>
 <context>
     <name>NameInput</name>
     <message>
         <source>Group name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom du groupe</translation>
     </message>
     <message>
         <source>Name of new group:</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom du nouveau groupe :</translation>
     </message>
 </context>
 <context>
     <name>NameMatchModel</name>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier</translation>
     </message>
     <message>
         <source>Size</source>
@@ -2190,7 +2217,7 @@ Please choose how these files should be extracted.</source>
     </message>
     <message>
         <source>Last Modified</source>
-        <translation type="unfinished"></translation>
+        <translation>Dernière modification</translation>
     </message>
     <message>
         <source>Database file: %1</source>
@@ -2201,91 +2228,91 @@ Please choose how these files should be extracted.</source>
     <name>NavigationBar</name>
     <message>
         <source>Navigation</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigation</translation>
     </message>
     <message>
         <source>Previous image</source>
-        <translation type="unfinished"></translation>
+        <translation>Image précédente</translation>
     </message>
     <message>
         <source>Next image</source>
-        <translation type="unfinished"></translation>
+        <translation>Image suivante</translation>
     </message>
     <message>
         <source>Rotate anti-clockwise</source>
-        <translation type="unfinished"></translation>
+        <translation>Tourner vers la gauche</translation>
     </message>
     <message>
         <source>Rotate clockwise</source>
-        <translation type="unfinished"></translation>
+        <translation>Tourner vers la droite</translation>
     </message>
     <message>
         <source>Fullscreen</source>
-        <translation type="unfinished"></translation>
+        <translation>Plein écran</translation>
     </message>
     <message>
         <source>Start slideshow</source>
-        <translation type="unfinished"></translation>
+        <translation>Lancer le diaporama</translation>
     </message>
     <message>
         <source>Save changes</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer les modifications</translation>
     </message>
 </context>
 <context>
     <name>NodeImporter</name>
     <message>
         <source>Browsing nodes with values that are no numbers: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nœuds de navigation dont des valeurs ne sont pas des nombres : %1</translation>
     </message>
 </context>
 <context>
     <name>OpeningProgress</name>
     <message>
         <source>Opening database... %1 %</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouverture de la base de données… %1 %</translation>
     </message>
 </context>
 <context>
     <name>OperationReport</name>
     <message>
         <source>Files added: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers ajoutés : %1 sur %2.</translation>
     </message>
     <message>
         <source>Files linked: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers liés : %1 sur %2.</translation>
     </message>
     <message>
         <source>Files deleted: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers supprimés : %1 sur %2.</translation>
     </message>
     <message>
         <source>Files extracted: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers extraits : %1 sur %2.</translation>
     </message>
     <message>
         <source>Files located: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers localisés : %1 sur %2.</translation>
     </message>
     <message>
         <source>Files transferred: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers transférés : %1 sur %2.</translation>
     </message>
     <message>
         <source>Thumbnails remade: %1 of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vignettes refaites : %1 sur %2.</translation>
     </message>
 </context>
 <context>
     <name>PopupMessager</name>
     <message>
         <source>Tag already exists</source>
-        <translation type="unfinished"></translation>
+        <translation>L’étiquette existe déjà</translation>
     </message>
     <message>
         <source>There is already a tag with this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il y a déjà une étiquette de ce nom.</translation>
     </message>
 </context>
 <context>
@@ -2297,50 +2324,51 @@ Please choose how these files should be extracted.</source>
     <message>
         <source>Selected browsing tree no longer exists.
 Selected default browsing tree.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’arbre de navigation choisi n’existe plus.
+L’arbre par défaut a été choisi.</translation>
     </message>
 </context>
 <context>
     <name>PreferencesDialog</name>
     <message>
         <source>Preferences</source>
-        <translation type="unfinished"></translation>
+        <translation>Préférences</translation>
     </message>
     <message>
         <source>Adding Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajout de fichiers</translation>
     </message>
     <message>
         <source>Duplicate Management For Adding Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Gestion des doublons à l’ajout de fichiers</translation>
     </message>
     <message>
         <source>Enable duplicate management</source>
-        <translation type="unfinished"></translation>
+        <translation>Activer la gestion des doublons</translation>
     </message>
     <message>
         <source>List files which were not added because they were duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Énumérer les fichiers non ajoutés parce qu’ils sont des doublons</translation>
     </message>
     <message>
         <source>Check for and present file name duplicates</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechercher et présenter les doublons de nom</translation>
     </message>
     <message>
         <source>Automatic Tag Creation</source>
-        <translation type="unfinished"></translation>
+        <translation>Création automatique d’étiquettes</translation>
     </message>
     <message>
         <source>Enable auto-tag-creation from folders</source>
-        <translation type="unfinished"></translation>
+        <translation>Créer automatiquement des étiquettes à partir des dossiers</translation>
     </message>
     <message>
         <source>Automatically create Browsing Nodes</source>
-        <translation type="unfinished"></translation>
+        <translation>Créer automatiquement les nœuds de navigation</translation>
     </message>
     <message>
         <source>Limit auto-tagging to folder level:</source>
-        <translation type="unfinished"></translation>
+        <translation>Limiter l’étiquetage au niveau de dossier :</translation>
     </message>
     <message>
         <source>External Files</source>
@@ -2348,11 +2376,11 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Advise when external file details are updated</source>
-        <translation type="unfinished"></translation>
+        <translation>Signaler la mise à jour des informations sur les fichiers externes</translation>
     </message>
     <message>
         <source>Browsing</source>
-        <translation type="unfinished"></translation>
+        <translation>Navigation</translation>
     </message>
     <message>
         <source>Browsing Tree</source>
@@ -2360,19 +2388,19 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Alphabetical Order</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordre alphabétique</translation>
     </message>
     <message>
         <source>Manual Order</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordre manuel</translation>
     </message>
     <message>
         <source>Ask for node to be added above or below drop point</source>
-        <translation type="unfinished"></translation>
+        <translation>Demander si le nœud s’ajoute au-dessus ou au-dessous du point de dépôt</translation>
     </message>
     <message>
         <source>Note: Nodes can be inserted above the level of the drop-point node by holding the Alt key when dragging.</source>
-        <translation type="unfinished"></translation>
+        <translation>Remarque : en maintenant la touche Alt pendant le glissement, les nœuds s’insèrent au-dessus du niveau du point de dépôt.</translation>
     </message>
     <message>
         <source>Auto Linking</source>
@@ -2380,180 +2408,180 @@ Selected default browsing tree.</source>
     </message>
     <message>
         <source>Auto link files continuously</source>
-        <translation type="unfinished"></translation>
+        <translation>Lier les fichiers en continu</translation>
     </message>
     <message>
         <source>Auto link new files only when the corresponding browsing node is selected</source>
-        <translation type="unfinished"></translation>
+        <translation>Lier les nouveaux fichiers seulement quand le nœud correspondant est choisi</translation>
     </message>
     <message>
         <source>Check for new files in all auto link folders each time Vorna is launched.</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechercher les nouveaux fichiers dans tous les dossiers liés à chaque démarrage de Vorna.</translation>
     </message>
     <message>
         <source>Auto link files in the background and do not display any messages.</source>
-        <translation type="unfinished"></translation>
+        <translation>Lier les fichiers en arrière-plan sans afficher de message.</translation>
     </message>
     <message>
         <source>Misc</source>
-        <translation type="unfinished"></translation>
+        <translation>Divers</translation>
     </message>
     <message>
         <source>Number of thumbnails to cache:</source>
-        <translation type="unfinished"></translation>
+        <translation>Nombre de vignettes en mémoire :</translation>
     </message>
     <message>
         <source>Recent Files Timeout:</source>
-        <translation type="unfinished"></translation>
+        <translation>Durée des fichiers récents :</translation>
     </message>
     <message>
         <source>minutes</source>
-        <translation type="unfinished"></translation>
+        <translation>minutes</translation>
     </message>
     <message>
         <source>Image previewer</source>
-        <translation type="unfinished"></translation>
+        <translation>Aperçu des images</translation>
     </message>
     <message>
         <source>Auto-save rotated images</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer automatiquement les images tournées</translation>
     </message>
     <message>
         <source>Keep image window on top</source>
-        <translation type="unfinished"></translation>
+        <translation>Garder la fenêtre d’image au premier plan</translation>
     </message>
     <message>
         <source>Slideshow increment time:</source>
-        <translation type="unfinished"></translation>
+        <translation>Durée d’affichage du diaporama :</translation>
     </message>
     <message>
         <source>seconds</source>
-        <translation type="unfinished"></translation>
+        <translation>secondes</translation>
     </message>
     <message>
         <source>Updates</source>
-        <translation type="unfinished"></translation>
+        <translation>Mises à jour</translation>
     </message>
     <message>
         <source>Check for updates</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechercher les mises à jour</translation>
     </message>
     <message>
         <source>Download updates automatically</source>
-        <translation type="unfinished"></translation>
+        <translation>Télécharger automatiquement les mises à jour</translation>
     </message>
     <message>
         <source>Test</source>
-        <translation type="unfinished"></translation>
+        <translation>Tester</translation>
     </message>
     <message>
         <source>The preferences could not be stored.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les préférences n’ont pas pu être enregistrées.</translation>
     </message>
     <message>
         <source>The update server is being asked.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le serveur de mise à jour est interrogé.</translation>
     </message>
     <message>
         <source>Checked Connection</source>
-        <translation type="unfinished"></translation>
+        <translation>Connexion vérifiée</translation>
     </message>
     <message>
         <source>Update check succeeded.</source>
-        <translation type="unfinished"></translation>
+        <translation>La recherche de mises à jour a réussi.</translation>
     </message>
     <message>
         <source>The update server could not be reached.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le serveur de mise à jour n’a pas pu être joint.</translation>
     </message>
 </context>
 <context>
     <name>PreviewBox</name>
     <message>
         <source>Zoom in</source>
-        <translation type="unfinished"></translation>
+        <translation>Zoom avant</translation>
     </message>
     <message>
         <source>Zoom out</source>
-        <translation type="unfinished"></translation>
+        <translation>Zoom arrière</translation>
     </message>
     <message>
         <source>Original size</source>
-        <translation type="unfinished"></translation>
+        <translation>Taille d’origine</translation>
     </message>
     <message>
         <source>Fit to the window</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajuster à la fenêtre</translation>
     </message>
     <message>
         <source>Fullscreen</source>
-        <translation type="unfinished"></translation>
+        <translation>Plein écran</translation>
     </message>
     <message>
         <source>%1 - %2 of %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 – %2 sur %3</translation>
     </message>
     <message>
         <source>The loading of this picture was canceled.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le chargement de cette image a été annulé.</translation>
     </message>
     <message>
         <source>The database is busy. The picture comes as soon as it is free.</source>
-        <translation type="unfinished"></translation>
+        <translation>La base de données est occupée. L’image viendra dès qu’elle sera libre.</translation>
     </message>
     <message>
         <source>This picture cannot be shown.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cette image ne peut pas être affichée.</translation>
     </message>
     <message>
         <source>File No Longer Present</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier absent</translation>
     </message>
     <message>
         <source>This image could not be opened because the file no longer exists in its original path. It may have been moved, renamed or deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cette image n’a pas pu être ouverte, car le fichier n’est plus à son emplacement d’origine. Il a peut-être été déplacé, renommé ou supprimé.</translation>
     </message>
     <message>
         <source>Error previewing image</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur d’aperçu de l’image</translation>
     </message>
     <message>
         <source>An error has occurred while retrieving this externally stored image.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur s’est produite lors de la lecture de cette image externe.</translation>
     </message>
     <message>
         <source>An error has occurred while retrieving this image.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur s’est produite lors de la lecture de cette image.</translation>
     </message>
     <message>
         <source>Error saving image</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur d’enregistrement de l’image</translation>
     </message>
     <message>
         <source>The turned picture could not be saved.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’image tournée n’a pas pu être enregistrée.</translation>
     </message>
 </context>
 <context>
     <name>ProgressDialog</name>
     <message>
         <source>File Location</source>
-        <translation type="unfinished"></translation>
+        <translation>Localisation de fichiers</translation>
     </message>
     <message>
         <source>Progress</source>
-        <translation type="unfinished"></translation>
+        <translation>Progression</translation>
     </message>
     <message>
         <source>Locating files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Localisation des fichiers…</translation>
     </message>
 </context>
 <context>
     <name>PropertiesDialog</name>
     <message>
         <source>File Properties</source>
-        <translation type="unfinished"></translation>
+        <translation>Propriétés du fichier</translation>
     </message>
     <message>
         <source>Name: %1
@@ -2564,29 +2592,36 @@ Size: %5
 Absolute path: %6
 Relative path: %7
 </source>
-        <translation type="unfinished"></translation>
+        <translation>Nom : %1
+Description : %2
+Ajouté : %3
+Modifié : %4
+Taille : %5
+Chemin absolu : %6
+Chemin relatif : %7
+</translation>
     </message>
     <message>
         <source>1 byte</source>
-        <translation type="unfinished"></translation>
+        <translation>1 octet</translation>
     </message>
     <message numerus="yes">
         <source>%1 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 octet</numerusform>
+            <numerusform>%1 octets</numerusform>
         </translation>
     </message>
     <message>
         <source>internal</source>
-        <translation type="unfinished"></translation>
+        <translation>interne</translation>
     </message>
 </context>
 <context>
     <name>QObject</name>
     <message>
         <source>Opening database...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouverture de la base de données…</translation>
     </message>
 </context>
 <context>
@@ -2600,30 +2635,30 @@ Relative path: %7
     <name>RelationshipImporter</name>
     <message>
         <source>Tag relationships that are none: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes qui n’en sont pas : %1</translation>
     </message>
     <message>
         <source>Tag relationships by which a tag would stand below itself: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations par lesquelles une étiquette se trouverait au-dessous d’elle-même : %1</translation>
     </message>
     <message>
         <source>Tag relationships beyond the first million: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Relations d’étiquettes au-delà du premier million : %1</translation>
     </message>
 </context>
 <context>
     <name>SQLiteDBManager</name>
     <message>
         <source>The database file does not exist.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier de base de données n’existe pas.</translation>
     </message>
     <message>
         <source>Database Permissions</source>
-        <translation type="unfinished"></translation>
+        <translation>Droits de la base de données</translation>
     </message>
     <message>
         <source>This database is not readable by this user.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cet utilisateur ne peut pas lire cette base de données.</translation>
     </message>
     <message>
         <source>Warning</source>
@@ -2634,64 +2669,66 @@ Relative path: %7
     <name>SQLiteImporter</name>
     <message>
         <source>Importing files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Importation des fichiers…</translation>
     </message>
     <message>
         <source>Nothing was imported.</source>
-        <translation type="unfinished"></translation>
+        <translation>Rien n’a été importé.</translation>
     </message>
     <message>
         <source>It has no tables of these names, or others: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il y manque des tables de ces noms, ou elles sont différentes : %1.</translation>
     </message>
     <message>
         <source>Comparing files...</source>
-        <translation type="unfinished"></translation>
+        <translation>Comparaison des fichiers…</translation>
     </message>
     <message>
         <source>Importing tags...</source>
-        <translation type="unfinished"></translation>
+        <translation>Importation des étiquettes…</translation>
     </message>
     <message>
         <source>Merging descriptions...</source>
-        <translation type="unfinished"></translation>
+        <translation>Fusion des descriptions…</translation>
     </message>
     <message>
         <source>Linking tags...</source>
-        <translation type="unfinished"></translation>
+        <translation>Attribution des étiquettes…</translation>
     </message>
     <message>
         <source>&quot;%1&quot; was not imported.
 
 %2</source>
-        <translation type="unfinished"></translation>
+        <translation>« %1 » n’a pas été importé.
+
+%2</translation>
     </message>
     <message>
         <source>Error importing shell database </source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur lors de l’importation de la coquille </translation>
     </message>
     <message>
         <source>Error importing files </source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur lors de l’importation des fichiers </translation>
     </message>
     <message>
         <source>An unknown error occurred while importing shell database</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur inconnue s’est produite lors de l’importation de la coquille</translation>
     </message>
     <message>
         <source>An unknown error occurred while adding files</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur inconnue s’est produite lors de l’ajout de fichiers</translation>
     </message>
 </context>
 <context>
     <name>ServerConnections</name>
     <message>
         <source>Failed to Connect to Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Échec de la connexion à la base de données</translation>
     </message>
     <message>
         <source>Connection could not be made to the specified remote database.</source>
-        <translation type="unfinished"></translation>
+        <translation>La connexion à la base de données distante indiquée a échoué.</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -2699,20 +2736,20 @@ Relative path: %7
     </message>
     <message>
         <source>Connecting to %1 ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Connexion à %1…</translation>
     </message>
     <message>
         <source>Connect</source>
-        <translation type="unfinished"></translation>
+        <translation>Connexion</translation>
     </message>
 </context>
 <context>
     <name>ShellFilesModel</name>
     <message numerus="yes">
         <source>%1, %2 bytes</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1, %2 octet</numerusform>
+            <numerusform>%1, %2 octets</numerusform>
         </translation>
     </message>
 </context>
@@ -2720,57 +2757,57 @@ Relative path: %7
     <name>ShellImportNotification</name>
     <message>
         <source>Shell Import Notification</source>
-        <translation type="unfinished"></translation>
+        <translation>Importation d’une coquille</translation>
     </message>
     <message>
         <source>The metadata for the following files was not imported since a matching file was not found in the destination database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les métadonnées des fichiers suivants n’ont pas été importées, faute de fichier correspondant dans la base de données de destination.</translation>
     </message>
 </context>
 <context>
     <name>SourceFiles</name>
     <message>
         <source>Files with values that are no numbers: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers dont des valeurs ne sont pas des nombres : %1</translation>
     </message>
 </context>
 <context>
     <name>SpecialNodes</name>
     <message>
         <source>All files</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers</translation>
     </message>
     <message>
         <source>All files with tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers étiquetés</translation>
     </message>
     <message>
         <source>All files without tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers sans étiquette</translation>
     </message>
     <message>
         <source>All files with their contents in the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers dont le contenu est dans la base de données.</translation>
     </message>
     <message>
         <source>All files residing in paths external to the database.</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers situés hors de la base de données.</translation>
     </message>
     <message>
         <source>All Hyperlinks</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les hyperliens</translation>
     </message>
     <message>
         <source>Recently added files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers ajoutés récemment</translation>
     </message>
     <message>
         <source>All Internal Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers internes</translation>
     </message>
     <message>
         <source>All External Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Tous les fichiers externes</translation>
     </message>
 </context>
 <context>
@@ -2781,23 +2818,23 @@ Relative path: %7
     </message>
     <message>
         <source>Create new node</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveau nœud</translation>
     </message>
     <message>
         <source>Add above</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter au-dessus</translation>
     </message>
     <message>
         <source>Add below</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter au-dessous</translation>
     </message>
     <message>
         <source>Do you really want to delete a non-leaf node from this tree?</source>
-        <translation type="unfinished"></translation>
+        <translation>Voulez-vous vraiment supprimer de cet arbre un nœud qui en contient d’autres ?</translation>
     </message>
     <message>
         <source>Do you really want to delete non-leaf nodes from this tree?</source>
-        <translation type="unfinished"></translation>
+        <translation>Voulez-vous vraiment supprimer de cet arbre des nœuds qui en contiennent d’autres ?</translation>
     </message>
 </context>
 <context>
@@ -2808,38 +2845,38 @@ Relative path: %7
     </message>
     <message>
         <source>Error creating tag relationship</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur lors de la création de la relation d’étiquettes</translation>
     </message>
     <message>
         <source>This is an illegal tag relationship.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cette relation d’étiquettes n’est pas permise.</translation>
     </message>
     <message>
         <source>Do you really want to delete a non-leaf node from this tree?</source>
-        <translation type="unfinished"></translation>
+        <translation>Voulez-vous vraiment supprimer de cet arbre un nœud qui en contient d’autres ?</translation>
     </message>
     <message>
         <source>Tag Relationship Operations</source>
-        <translation type="unfinished"></translation>
+        <translation>Opérations sur les relations d’étiquettes</translation>
     </message>
     <message>
         <source>Delete Relationship Subtree</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer le sous-arbre de relations</translation>
     </message>
     <message>
         <source>Drag tags here. A tag then stands for all tags below it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Faites glisser des étiquettes ici. Une étiquette vaut alors pour toutes celles qui sont au-dessous.</translation>
     </message>
 </context>
 <context>
     <name>TagDockActions</name>
     <message>
         <source>Assign Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Attribuer des groupes d’étiquettes</translation>
     </message>
     <message>
         <source>Add</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter</translation>
     </message>
     <message>
         <source>Delete</source>
@@ -2847,11 +2884,11 @@ Relative path: %7
     </message>
     <message>
         <source>Rename</source>
-        <translation type="unfinished"></translation>
+        <translation>Renommer</translation>
     </message>
     <message>
         <source>Export Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporter des étiquettes</translation>
     </message>
     <message>
         <source>Tags</source>
@@ -2859,62 +2896,63 @@ Relative path: %7
     </message>
     <message>
         <source>Add Tag Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un groupe d’étiquettes</translation>
     </message>
     <message>
         <source>Delete Current Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer le groupe courant</translation>
     </message>
     <message>
         <source>New Tag</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouvelle étiquette</translation>
     </message>
     <message>
         <source>All of the Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Toutes ces étiquettes</translation>
     </message>
     <message>
         <source>Show files having all of the selected tags (Tab)</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les fichiers portant toutes les étiquettes sélectionnées (Tab)</translation>
     </message>
     <message>
         <source>Any of the Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Une de ces étiquettes</translation>
     </message>
     <message>
         <source>Show files having at least one of the selected tags (Ctrl+=)</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les fichiers portant au moins une des étiquettes sélectionnées (Ctrl+=)</translation>
     </message>
 </context>
 <context>
     <name>TagDockCommands</name>
     <message>
         <source>New Tag</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouvelle étiquette</translation>
     </message>
     <message>
         <source>Tag name:</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom de l’étiquette :</translation>
     </message>
     <message>
         <source>Tags In Use</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes utilisées</translation>
     </message>
     <message>
         <source>Some of the tags chosen for deletion are in use by being linked to files, nodes or tag relationships. Deletion of these tags will result in the deletion of all of these links and all relevant nodes and tag relationships.
 Would you like to delete the tags that are in use?</source>
-        <translation type="unfinished"></translation>
+        <translation>Certaines des étiquettes à supprimer sont utilisées : elles sont liées à des fichiers, à des nœuds ou à des relations d’étiquettes. Leur suppression entraînera celle de tous ces liens ainsi que de tous les nœuds et relations d’étiquettes concernés.
+Voulez-vous supprimer les étiquettes utilisées ?</translation>
     </message>
 </context>
 <context>
     <name>TagExportDialog</name>
     <message>
         <source>Export Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporter des étiquettes</translation>
     </message>
     <message>
         <source>The selected tags are exported with the files that bear them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les étiquettes sélectionnées sont exportées avec les fichiers qui les portent.</translation>
     </message>
     <message>
         <source>Database</source>
@@ -2922,11 +2960,11 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>Shell, a database without the contents of files</source>
-        <translation type="unfinished"></translation>
+        <translation>Coquille, une base de données sans le contenu des fichiers</translation>
     </message>
     <message>
         <source>CSV File, a table of the files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier CSV, un tableau des fichiers</translation>
     </message>
 </context>
 <context>
@@ -2937,34 +2975,34 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>All Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Toutes les étiquettes</translation>
     </message>
     <message>
         <source>All tags of the database</source>
-        <translation type="unfinished"></translation>
+        <translation>Toutes les étiquettes de la base de données</translation>
     </message>
     <message>
         <source>D-Tags</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes D</translation>
     </message>
     <message>
         <source>The tags that are on some, but not all, of the files shown</source>
-        <translation type="unfinished"></translation>
+        <translation>Les étiquettes que portent certains des fichiers affichés, mais pas tous</translation>
     </message>
 </context>
 <context>
     <name>TagGroupForm</name>
     <message>
         <source>Assign Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Attribuer des groupes d’étiquettes</translation>
     </message>
     <message>
         <source>Check the groups that the selected tag belongs to.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cochez les groupes auxquels appartient l’étiquette sélectionnée.</translation>
     </message>
     <message>
         <source>Check the groups that the selected tags belong to. Half checked are those that hold some of them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cochez les groupes auxquels appartiennent les étiquettes sélectionnées. Ceux qui n’en contiennent qu’une partie sont à demi cochés.</translation>
     </message>
     <message>
         <source>Tag Groups</source>
@@ -2972,41 +3010,41 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>No tag groups yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun groupe d’étiquettes</translation>
     </message>
     <message>
         <source>Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupe</translation>
     </message>
 </context>
 <context>
     <name>TagGroupModel</name>
     <message>
         <source>Group</source>
-        <translation type="unfinished"></translation>
+        <translation>Groupe</translation>
     </message>
     <message>
         <source>Tab</source>
-        <translation type="unfinished"></translation>
+        <translation>Onglet</translation>
     </message>
 </context>
 <context>
     <name>TagGroupingDialog</name>
     <message>
         <source>Several in &amp;succession</source>
-        <translation type="unfinished"></translation>
+        <translation>Plusieurs à la &amp;suite</translation>
     </message>
     <message>
         <source>&amp;Delete</source>
-        <translation type="unfinished"></translation>
+        <translation>Su&amp;pprimer</translation>
     </message>
     <message>
         <source>Edit Tag Groups</source>
-        <translation type="unfinished"></translation>
+        <translation>Modifier les groupes d’étiquettes</translation>
     </message>
     <message>
         <source>Groups arrange tags; a checked group is a tab below the table of tags.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les groupes rangent les étiquettes ; un groupe coché est un onglet sous leur tableau.</translation>
     </message>
     <message>
         <source>Tag Groups</source>
@@ -3014,30 +3052,30 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>No tag groups yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun groupe d’étiquettes</translation>
     </message>
     <message>
         <source>&amp;New</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Nouveau</translation>
     </message>
     <message>
         <source>Make a new tag group</source>
-        <translation type="unfinished"></translation>
+        <translation>Créer un groupe d’étiquettes</translation>
     </message>
     <message>
         <source>After each new group ask for the next one, until that is cancelled</source>
-        <translation type="unfinished"></translation>
+        <translation>Après chaque nouveau groupe, demander le suivant jusqu’à l’annulation</translation>
     </message>
     <message>
         <source>Delete the selected groups; their tags stay (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Supprimer les groupes sélectionnés ; leurs étiquettes restent (%1)</translation>
     </message>
 </context>
 <context>
     <name>TagImporter</name>
     <message>
         <source>Tags without a name, with a date that is none or with texts that are too long: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes sans nom, à date non valide ou à textes trop longs : %1</translation>
     </message>
 </context>
 <context>
@@ -3048,7 +3086,7 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source> Tags</source>
-        <translation type="unfinished"></translation>
+        <translation> Étiquettes</translation>
     </message>
 </context>
 <context>
@@ -3059,29 +3097,31 @@ Would you like to delete the tags that are in use?</source>
     </message>
     <message>
         <source>No tag matches the filter.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune étiquette ne correspond au filtre.</translation>
     </message>
     <message>
         <source>Open a tag or the node of one: the tags that some, but not all, of its files have stand here.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrez une étiquette ou son nœud : les étiquettes que portent certains de ses fichiers, mais pas tous, figurent ici.</translation>
     </message>
     <message>
         <source>No tags yet.
 Make one with %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune étiquette.
+Créez-en une avec %1.</translation>
     </message>
     <message>
         <source>No tags in this group.
 Drop tags on its tab.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune étiquette dans ce groupe.
+Déposez des étiquettes sur son onglet.</translation>
     </message>
     <message>
         <source>Hide all columns except Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Masquer toutes les colonnes sauf le nom</translation>
     </message>
     <message>
         <source>Tag Operations</source>
-        <translation type="unfinished"></translation>
+        <translation>Opérations sur les étiquettes</translation>
     </message>
 </context>
 <context>
@@ -3096,7 +3136,7 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Creation Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Date de création</translation>
     </message>
     <message>
         <source>Files</source>
@@ -3107,93 +3147,93 @@ Drop tags on its tab.</source>
     <name>TitleWidget</name>
     <message>
         <source>Drop tags here to show the files that have them</source>
-        <translation type="unfinished"></translation>
+        <translation>Déposez ici des étiquettes pour afficher les fichiers qui les portent</translation>
     </message>
     <message>
         <source>Tag requirements</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes demandées</translation>
     </message>
     <message>
         <source>No tag or browsing node open</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune étiquette et aucun nœud de navigation ouverts</translation>
     </message>
     <message>
         <source>Tag Requirements:</source>
-        <translation type="unfinished"></translation>
+        <translation>Étiquettes demandées :</translation>
     </message>
     <message>
         <source>and</source>
-        <translation type="unfinished"></translation>
+        <translation>et</translation>
     </message>
     <message>
         <source>or</source>
-        <translation type="unfinished"></translation>
+        <translation>ou</translation>
     </message>
     <message>
         <source>, &lt;i&gt;search:&lt;/i&gt; &quot;%1&quot;</source>
-        <translation type="unfinished"></translation>
+        <translation>, &lt;i&gt;recherche :&lt;/i&gt; « %1 »</translation>
     </message>
     <message>
         <source>&lt;i&gt;without:&lt;/i&gt; %1</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;i&gt;sans :&lt;/i&gt; %1</translation>
     </message>
 </context>
 <context>
     <name>UpdateBar</name>
     <message>
         <source>Download New Version</source>
-        <translation type="unfinished"></translation>
+        <translation>Télécharger la nouvelle version</translation>
     </message>
     <message>
         <source>Install New Version</source>
-        <translation type="unfinished"></translation>
+        <translation>Installer la nouvelle version</translation>
     </message>
     <message>
         <source>Cancel Download</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuler le téléchargement</translation>
     </message>
     <message>
         <source>Downloading new version: </source>
-        <translation type="unfinished"></translation>
+        <translation>Téléchargement de la nouvelle version : </translation>
     </message>
     <message>
         <source>Error Downloading Update</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur de téléchargement</translation>
     </message>
     <message>
         <source>An error occurred while downloading the new version.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une erreur s’est produite lors du téléchargement de la nouvelle version.</translation>
     </message>
     <message>
         <source>Update</source>
-        <translation type="unfinished"></translation>
+        <translation>Mise à jour</translation>
     </message>
     <message>
         <source>This program must close in order to open the installer of a new version.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce programme doit se fermer pour ouvrir l’installateur de la nouvelle version.</translation>
     </message>
     <message>
         <source>The installer of the new version could not be opened.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’installateur de la nouvelle version n’a pas pu être ouvert.</translation>
     </message>
 </context>
 <context>
     <name>WindowCommands</name>
     <message>
         <source>Connect</source>
-        <translation type="unfinished"></translation>
+        <translation>Se connecter</translation>
     </message>
     <message>
         <source>Disconnect</source>
-        <translation type="unfinished"></translation>
+        <translation>Se déconnecter</translation>
     </message>
     <message>
         <source>Open</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir</translation>
     </message>
     <message>
         <source>New Local Database</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouvelle base de données locale</translation>
     </message>
     <message>
         <source>Database</source>
@@ -3205,23 +3245,23 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation type="unfinished"></translation>
+        <translation>Quitter</translation>
     </message>
     <message>
         <source>Database Info</source>
-        <translation type="unfinished"></translation>
+        <translation>Informations sur la base</translation>
     </message>
     <message>
         <source>Show All Docks</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher tous les panneaux</translation>
     </message>
     <message>
         <source>Select Browsing Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisir l’arbre de navigation</translation>
     </message>
     <message>
         <source>Preferences</source>
-        <translation type="unfinished"></translation>
+        <translation>Préférences</translation>
     </message>
     <message>
         <source>Tag Groups</source>
@@ -3229,47 +3269,47 @@ Drop tags on its tab.</source>
     </message>
     <message>
         <source>Browsing Tree List</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste des arbres de navigation</translation>
     </message>
     <message>
         <source>Remake thumbnails</source>
-        <translation type="unfinished"></translation>
+        <translation>Refaire les vignettes</translation>
     </message>
     <message>
         <source>Quick Start Guide</source>
-        <translation type="unfinished"></translation>
+        <translation>Prise en main</translation>
     </message>
     <message>
         <source>Manual</source>
-        <translation type="unfinished"></translation>
+        <translation>Manuel</translation>
     </message>
     <message>
         <source>Nameplate</source>
-        <translation type="unfinished"></translation>
+        <translation>À propos de Vorna</translation>
     </message>
     <message>
         <source>Send feedback</source>
-        <translation type="unfinished"></translation>
+        <translation>Envoyer des commentaires</translation>
     </message>
     <message>
         <source>Send feedback to %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Envoyer des commentaires à %1</translation>
     </message>
     <message>
         <source>Ext</source>
-        <translation type="unfinished"></translation>
+        <translation>Ext</translation>
     </message>
     <message>
         <source>Link to files (keep external)</source>
-        <translation type="unfinished"></translation>
+        <translation>Lier aux fichiers (les laisser externes)</translation>
     </message>
     <message>
         <source>Int</source>
-        <translation type="unfinished"></translation>
+        <translation>Int</translation>
     </message>
     <message>
         <source>Copy files into database (make internal)</source>
-        <translation type="unfinished"></translation>
+        <translation>Copier les fichiers dans la base de données (internes)</translation>
     </message>
     <message>
         <source>Import</source>
