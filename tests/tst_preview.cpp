@@ -9,6 +9,7 @@
 #include "ui/preview/picturescale.h"
 #include "ui/preview/previewbox.h"
 #include "ui/preview/previews.h"
+#include "ui/preview/windowplace.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>
@@ -362,18 +363,66 @@ private slots:
 
     void pictureScale_data()
     {
-        addColumns<QSize, QSize, double>("picture", "room", "scale");
-        addRow("fits", QSize(640, 480), QSize(640, 480), 1.0);
-        addRow("a pixel too wide", QSize(641, 480), QSize(640, 480), 0.5);
-        addRow("too high by far", QSize(10, 30000), QSize(640, 480), 1 / 64.0);
-        addRow("no room yet", QSize(2, 2), QSize(0, 0), 0.5);
+        addColumns<QSize, QSize, double, double>("picture", "room", "halved", "filling");
+        addRow("fits", QSize(640, 480), QSize(640, 480), 1.0, 1.0);
+        addRow("a pixel too wide", QSize(641, 480), QSize(640, 480), 0.5, 640 / 641.0);
+        addRow("too high by far", QSize(10, 30000), QSize(640, 480), 1 / 64.0, 480 / 30000.0);
+        addRow("small", QSize(10, 10), QSize(640, 480), 1.0, 1.0);
+        addRow("no room yet", QSize(2, 2), QSize(0, 0), 0.5, 1.0);
     }
 
     void pictureScale()
     {
         QFETCH(QSize, picture);
         QFETCH(QSize, room);
-        QTEST(PictureScale::fitting(picture, room), "scale");
+        QTEST(PictureScale::fitting(picture, room), "halved");
+        QTEST(PictureScale::filling(picture, room), "filling");
+    }
+
+    void fitFillsTheWindowUntilTheNextPicture()
+    {
+        const QSize large(3000, 2000);
+        QImage image(large, QImage::Format_RGB32);
+        image.fill(Qt::darkCyan);
+        PreviewBox *box = open(addPicture("large.png"_s, true, image));
+        auto *area = box->findChild<PictureArea *>();
+        box->resize(800, 640);
+        const double halved = PictureScale::fitting(large, area->maximumViewportSize());
+        QTRY_COMPARE(area->scale(), halved);
+        QTest::keyClick(box, Qt::Key_9, Qt::ControlModifier);
+        QCOMPARE(area->scale(), PictureScale::filling(large, area->maximumViewportSize()));
+        box->resize(700, 600);
+        QTRY_COMPARE(area->scale(), PictureScale::filling(large, area->maximumViewportSize()));
+
+        // No bars beside a picture that is larger than the screen.
+        box->goFullScreen();
+        QTest::keyClick(box, Qt::Key_0, Qt::ControlModifier);
+        QCOMPARE(area->scale(), 1.0);
+        QCOMPARE(area->viewport()->size(), area->size());
+        box->finishSlideshow();
+        box->refresh();
+        QVERIFY(isSettled(box));
+        QTRY_COMPARE(area->scale(), PictureScale::fitting(large, area->maximumViewportSize()));
+    }
+
+    void anotherWindowStandsBeside_data()
+    {
+        addColumns<QVector<QRect>, QPoint>("others", "corner");
+        const QRect screen(0, 20, 1000, 800);
+        addRow("to the right", QVector<QRect>{QRect(0, 20, 400, 400)}, QPoint(400, 20));
+        addRow("to the left", QVector<QRect>{QRect(500, 20, 400, 400)}, QPoint(100, 20));
+        addRow("below", QVector<QRect>{QRect(300, 20, 400, 400)}, QPoint(300, 420));
+        addRow("beside both", QVector<QRect>{QRect(0, 20, 400, 400), QRect(400, 20, 400, 400)},
+               QPoint(0, 420));
+        addRow("no room", QVector<QRect>{QRect(300, 220, 400, 400)}, QPoint(332, 252));
+        addRow("no room for a step", QVector<QRect>{QRect(300, 400, 600, 420), QRect(300, 400, 700, 420)},
+               screen.topLeft());
+    }
+
+    void anotherWindowStandsBeside()
+    {
+        QFETCH(QVector<QRect>, others);
+        QTEST(WindowPlace::beside({400, 400}, others, QRect(0, 20, 1000, 800)), "corner");
     }
 
 private:

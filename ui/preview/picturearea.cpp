@@ -28,14 +28,14 @@ void PictureArea::showPicture(const QImage &picture)
 {
     m_isDragged = false;
     m_preview->setPicture(picture);
-    fit();
+    m_fitting = Fitting::Halved;
+    refit();
 }
 
 void PictureArea::showTurned(const QImage &picture)
 {
     m_preview->setPicture(picture);
-    if (m_isFitted)
-        fit();
+    refit();
     updateCursor();
 }
 
@@ -53,6 +53,10 @@ double PictureArea::scale() const
 
 void PictureArea::setBlack(bool black)
 {
+    // Bars would stand out white; a drag moves the picture without them.
+    const Qt::ScrollBarPolicy bars = black ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded;
+    setHorizontalScrollBarPolicy(bars);
+    setVerticalScrollBarPolicy(bars);
     if (!black) {
         viewport()->setPalette(QPalette());
         m_preview->setPalette(QPalette());
@@ -67,10 +71,18 @@ void PictureArea::setBlack(bool black)
 
 void PictureArea::fit()
 {
-    m_isFitted = true;
-    if (m_preview->hasPicture())
-        applyScale(PictureScale::fitting(m_preview->pictureSize(),
-                                         (QSizeF(maximumViewportSize()) * devicePixelRatioF()).toSize()));
+    m_fitting = Fitting::Filling;
+    refit();
+}
+
+void PictureArea::refit()
+{
+    if (m_fitting == Fitting::None || !m_preview->hasPicture())
+        return;
+    const QSize picture = m_preview->pictureSize();
+    const QSize room = (QSizeF(maximumViewportSize()) * devicePixelRatioF()).toSize();
+    applyScale(m_fitting == Fitting::Halved ? PictureScale::fitting(picture, room)
+                                            : PictureScale::filling(picture, room));
 }
 
 void PictureArea::zoomIn()
@@ -99,7 +111,7 @@ void PictureArea::zoomAt(const QPointF &point, double scale)
 {
     if (!m_preview->hasPicture())
         return;
-    m_isFitted = false;
+    m_fitting = Fitting::None;
     const QPointF onPicture = point - m_preview->pos();
     const QSizeF before = m_preview->size();
     applyScale(scale);
@@ -131,8 +143,7 @@ void PictureArea::updateCursor()
 void PictureArea::resizeEvent(QResizeEvent *event)
 {
     QScrollArea::resizeEvent(event);
-    if (m_isFitted)
-        fit();
+    refit();
     updateCursor();
 }
 

@@ -6,9 +6,9 @@
 class FilePreview;
 
 /**
- * The picture of the previewer in the room of its window. A picture is fitted when it comes, and as long as
- * it is not zoomed follows the size of the window. The wheel zooms at the pointer, a drag moves the picture.
- * Takes no focus. GUI thread.
+ * The picture of the previewer in the room of its window. A picture is fitted by halves when it comes, or to
+ * the room on demand, and as long as it is not zoomed follows the size of the window. The wheel zooms at the
+ * pointer, a drag moves the picture. Takes no focus. GUI thread.
  */
 class PictureArea : public QScrollArea
 {
@@ -22,10 +22,11 @@ public:
     void showTurned(const QImage &picture);
     void showMessage(const QString &text);
     double scale() const;
-    /** Black for the full screen, or as all windows are. */
+    /** Black and without scroll bars for the full screen, or as all windows are. */
     void setBlack(bool black);
 
 public slots:
+    /** Fills the room as far as the picture goes without being enlarged. */
     void fit();
     void zoomIn();
     void zoomOut();
@@ -42,6 +43,9 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
+    enum class Fitting { Halved, Filling, None };
+
+    void refit();
     void applyScale(double scale);
     /** The point of the viewport stays over the same point of the picture. */
     void zoomAt(const QPointF &point, double scale);
@@ -50,7 +54,7 @@ private:
     void updateCursor();
 
     FilePreview *m_preview;
-    bool m_isFitted = true;
+    Fitting m_fitting = Fitting::Halved;
     bool m_isDragged = false;
     QPoint m_dragPoint;
 };

@@ -27,6 +27,13 @@ double fitting(const QSize &picture, const QSize &room)
     }
 }
 
+double filling(const QSize &picture, const QSize &room)
+{
+    if (picture.isEmpty() || room.isEmpty())
+        return 1;
+    return qMin(1.0, qMin(double(room.width()) / picture.width(), double(room.height()) / picture.height()));
+}
+
 double zoomed(double scale, double steps, const QSize &picture)
 {
     const double longest = qMax(1, qMax(picture.width(), picture.height()));

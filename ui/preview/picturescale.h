@@ -9,6 +9,8 @@
 namespace PictureScale {
 /** The largest of 1, 1/2, 1/4 ... at which the picture fits. */
 double fitting(const QSize &picture, const QSize &room);
+/** The largest scale up to 1 at which the picture fits. */
+double filling(const QSize &picture, const QSize &room);
 /**
  * The scale after this many steps of zooming, more or fewer than whole ones. It stays in bounds, and stops at
  * 1 on its way past it.

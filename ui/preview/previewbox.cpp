@@ -15,7 +15,6 @@
 #include "ui/preview/pictureedit.h"
 #include "ui/preview/slidetimer.h"
 
-#include <QAction>
 #include <QDebug>
 #include <QKeyEvent>
 #include <QScreen>
@@ -51,7 +50,7 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
     setCentralWidget(m_area);
     addToolBar(m_toolBar);
     addToolBar(Qt::BottomToolBarArea, m_description);
-    makeShortcuts();
+    addActions(m_toolBar->keyActions());
     connectToolBar();
     connectAll();
     placeWindow();
@@ -68,40 +67,19 @@ PreviewBox::~PreviewBox()
         saveEdit(Telling::InTheLog);
 }
 
-void PreviewBox::makeShortcuts()
-{
-    const auto add = [this](const QString &text, const QList<QKeySequence> &keys) {
-        auto *action = new QAction(text, this);
-        action->setShortcuts(keys);
-        addAction(action);
-        return action;
-    };
-    QList<QKeySequence> zoomInKeys = QKeySequence::keyBindings(QKeySequence::ZoomIn);
-    // The plus of most keyboards needs Shift otherwise.
-    zoomInKeys.append(QKeySequence(Qt::CTRL + Qt::Key_Equal));
-    connect(add(tr("Zoom in"), zoomInKeys), &QAction::triggered, m_area, &PictureArea::zoomIn);
-    connect(add(tr("Zoom out"), QKeySequence::keyBindings(QKeySequence::ZoomOut)), &QAction::triggered,
-            m_area, &PictureArea::zoomOut);
-    connect(add(tr("Original size"), {QKeySequence(Qt::CTRL + Qt::Key_0)}), &QAction::triggered, this,
-            &PreviewBox::zoom100);
-    connect(add(tr("Fit to the window"), {QKeySequence(Qt::CTRL + Qt::Key_9)}), &QAction::triggered, m_area,
-            &PictureArea::fit);
-    // Not on every desktop the platform's key, but the one that everybody knows.
-    QList<QKeySequence> fullScreenKeys = QKeySequence::keyBindings(QKeySequence::FullScreen);
-    if (!fullScreenKeys.contains(QKeySequence(Qt::Key_F11)))
-        fullScreenKeys.append(QKeySequence(Qt::Key_F11));
-    connect(add(tr("Fullscreen"), fullScreenKeys), &QAction::triggered, this,
-            [this] { m_fullScreen.isOn() ? finishSlideshow() : goFullScreen(); });
-}
-
 void PreviewBox::connectToolBar()
 {
     connect(m_toolBar, &NavigationBar::previousRequested, this, &PreviewBox::prevImage);
     connect(m_toolBar, &NavigationBar::nextRequested, this, &PreviewBox::nextImage);
     connect(m_toolBar, &NavigationBar::anticlockwiseRequested, this, &PreviewBox::rotateAnticlockwise);
     connect(m_toolBar, &NavigationBar::clockwiseRequested, this, &PreviewBox::rotateClockwise);
-    connect(m_toolBar, &NavigationBar::fullScreenRequested, this, &PreviewBox::goFullScreen);
+    connect(m_toolBar, &NavigationBar::fullScreenRequested, this,
+            [this] { m_fullScreen.isOn() ? finishSlideshow() : goFullScreen(); });
     connect(m_toolBar, &NavigationBar::slideshowRequested, this, &PreviewBox::startSlideshow);
+    connect(m_toolBar, &NavigationBar::zoomInRequested, m_area, &PictureArea::zoomIn);
+    connect(m_toolBar, &NavigationBar::zoomOutRequested, m_area, &PictureArea::zoomOut);
+    connect(m_toolBar, &NavigationBar::originalSizeRequested, this, &PreviewBox::zoom100);
+    connect(m_toolBar, &NavigationBar::fitRequested, m_area, &PictureArea::fit);
     connect(m_toolBar, &NavigationBar::savingRequested, this, [this] {
         applyEdit();
         hideApplyEditButtons();

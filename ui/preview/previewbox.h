@@ -76,7 +76,6 @@ private:
     using Step = qint64 (ImageWalk::*)();
     enum class Telling { Aloud, InTheLog };
 
-    void makeShortcuts();
     void connectToolBar();
     void connectAll();
     void placeWindow();

@@ -2,6 +2,9 @@
 
 #include "core/controllers/mainviewcontroller.h"
 #include "ui/preview/previewbox.h"
+#include "ui/preview/windowplace.h"
+
+#include <QScreen>
 
 Previews::Previews(QObject *parent) : QObject(parent) {}
 
@@ -24,8 +27,23 @@ void Previews::open(qint64 fileId, MainViewController *controller)
     box->setAttribute(Qt::WA_DeleteOnClose);
     connect(box, &PreviewBox::changedThumbnail, controller, &MainViewController::reloadThumbnail);
     connect(box, &PreviewBox::showingFile, this, &Previews::showingFile);
+    placeBesideOthers(box);
     m_boxes.append(box);
     box->show();
+}
+
+void Previews::placeBesideOthers(PreviewBox *box) const
+{
+    QVector<QRect> frames;
+    QSize border;
+    for (const QPointer<PreviewBox> &other : m_boxes) {
+        if (!other->isVisible() || other->windowState() != Qt::WindowNoState)
+            continue;
+        frames.append(other->frameGeometry());
+        border = other->frameGeometry().size() - other->size();
+    }
+    if (!frames.isEmpty() && box->windowState() == Qt::WindowNoState)
+        box->move(WindowPlace::beside(box->size() + border, frames, box->screen()->availableGeometry()));
 }
 
 QWidget *Previews::saveWaiting()

@@ -33,5 +33,8 @@ signals:
     void showingFile(qlonglong fileId);
 
 private:
+    /** As all of them begin with the same remembered place. */
+    void placeBesideOthers(PreviewBox *box) const;
+
     QVector<QPointer<PreviewBox>> m_boxes;
 };
