@@ -3,6 +3,7 @@
 #include "tests/support/dialoganswers.h"
 #include "tests/support/drags.h"
 #include "tests/support/filesviewtest.h"
+#include "ui/views/filesearch.h"
 #include "ui/widgets/speciallineedit.h"
 #include "ui/widgets/tableview.h"
 
@@ -140,6 +141,43 @@ private slots:
             m_fixture->activate(m_fixture->addNode(tagId));
             QCOMPARE(m_ui->searchEdit->text(), QString());
         }
+    }
+
+    void searchFollowsTheTyping()
+    {
+        m_fixture->addExternal("Report.txt"_s);
+        const qint64 tagId = m_fixture->tags().addTag("A"_s);
+        const qint64 tagged = m_fixture->addExternal("other.txt"_s, {tagId});
+        const Sorter *sorter = m_fixture->mainView().sorter();
+        showAll();
+        const auto isMarked = [this] {
+            const QImage image = list()->grab().toImage();
+            for (int i = 0; i < image.width() * image.height(); ++i) {
+                if (image.pixelColor(i % image.width(), i / image.width()) == QColor("#ffd966"))
+                    return true;
+            }
+            return false;
+        };
+
+        auto *search = m_view->findChild<FileSearch *>();
+        search->find();
+        QVERIFY(action("fileSearchAction")->isChecked());
+        QTest::keyClicks(m_ui->searchEdit, "rep"_s);
+        QCOMPARE(sorter->rowCount(), 2);
+        QTRY_COMPARE(sorter->rowCount(), 1);
+        // What is typed next takes its place.
+        search->find();
+        QTest::keyClicks(m_ui->searchEdit, "txt"_s);
+        QTRY_COMPARE(sorter->filterText(), "txt"_s);
+        QCOMPARE(sorter->rowCount(), 2);
+        QVERIFY(isMarked());
+        // A node that is chosen before the rest is over ends the search.
+        QTest::keyClicks(m_ui->searchEdit, "x"_s);
+        m_fixture->activate(m_fixture->addNode(tagId));
+        QSignalSpy searches(search, &FileSearch::searched);
+        QVERIFY(!searches.wait(300));
+        QCOMPARE(sorter->fileAt(0)->id(), tagged);
+        QVERIFY(!isMarked());
     }
 
     void dragsCarryTheSelectedFilesInTheirOrder()

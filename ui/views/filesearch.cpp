@@ -7,16 +7,37 @@
 #include <QAction>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QToolBar>
 
-void FileSearch::takeField(MainUi &ui)
+namespace {
+constexpr int restMilliseconds = 150;
+}
+
+FileSearch::FileSearch(QObject *parent) : QObject(parent)
+{
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(restMilliseconds);
+    connect(&m_rest, &QTimer::timeout, this, &FileSearch::search);
+}
+
+void FileSearch::takeField(MainUi &ui, QAction *fieldSwitch)
 {
     m_field = ui.searchEdit;
+    m_bar = ui.searchFilesBar;
+    m_fieldSwitch = fieldSwitch;
+    connect(m_fieldSwitch, &QAction::toggled, this, &FileSearch::setFieldShown);
+    QAction *finding = ui.editMenu->addAction(tr("Find Files"), this, &FileSearch::find);
+    finding->setShortcuts(QKeySequence::Find);
+    connect(m_field, &QLineEdit::textEdited, &m_rest, qOverload<>(&QTimer::start));
     m_field->installEventFilter(this);
     connect(m_field, &QLineEdit::returnPressed, this, &FileSearch::search);
     // Else the last search would go on where nobody sees it.
     connect(m_field, &QLineEdit::textChanged, this, [this](const QString &text) {
-        if (text.isEmpty() && isSearched())
+        if (!text.isEmpty())
+            return;
+        m_rest.stop();
+        if (isSearched())
             search();
     });
     connect(ui.searchFilesBar->toggleViewAction(), &QAction::toggled, this, &FileSearch::setFieldShown);
@@ -36,12 +57,23 @@ bool FileSearch::isSearched() const
 
 void FileSearch::search()
 {
+    m_rest.stop();
     if (!m_controller || !m_field)
         return;
     m_isSearching = true;
     m_controller->setFileFilterString(m_field->text());
     m_isSearching = false;
     emit searched();
+}
+
+void FileSearch::find()
+{
+    if (!m_field)
+        return;
+    m_bar->show();
+    m_fieldSwitch->setChecked(true);
+    m_field->setFocus(Qt::ShortcutFocusReason);
+    m_field->selectAll();
 }
 
 void FileSearch::giveWay()
@@ -52,7 +84,10 @@ void FileSearch::giveWay()
 
 void FileSearch::setFieldShown(bool isShown)
 {
-    if (!isShown && m_field && isSearched())
+    if (isShown)
+        return;
+    m_rest.stop();
+    if (m_field && isSearched())
         m_field->clear();
 }
 

@@ -2,24 +2,28 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 class MainViewController;
 class MainUi;
+class QAction;
 class QLineEdit;
+class QToolBar;
 
 /**
- * The search field over the files: searches by Return, and ends the search when the field is emptied, is out
- * of sight, or gives way to another requirement. Field and controller are borrowed. Owned by the view of the
- * files.
+ * The search field over the files: searches by Return or when the typing rests, and ends the search when the
+ * field is emptied, is out of sight, or gives way to another requirement. Field and controller are borrowed.
+ * Owned by the view of the files.
  */
 class FileSearch : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit FileSearch(QObject *parent) : QObject(parent) {}
+    explicit FileSearch(QObject *parent);
 
-    void takeField(MainUi &ui);
+    /** The switch shows and hides the field. */
+    void takeField(MainUi &ui, QAction *fieldSwitch);
     /** The field starts empty. */
     void setController(MainViewController *controller);
     bool isSearched() const;
@@ -30,6 +34,8 @@ public:
 
 public slots:
     void search();
+    /** Shows the field, and what is typed next replaces its text. */
+    void find();
 
 signals:
     void searched();
@@ -40,5 +46,8 @@ protected:
 private:
     QPointer<QLineEdit> m_field;
     QPointer<MainViewController> m_controller;
+    QPointer<QAction> m_fieldSwitch; // shows and hides the field
+    QPointer<QToolBar> m_bar;
+    QTimer m_rest;
     bool m_isSearching = false;
 };

@@ -49,6 +49,7 @@ FileViews::FileViews(QWidget *parent)
     auto *delegate = new Delegate(this);
     delegate->setPictureColumn(ContentsModel::ThumbnailColumn);
     delegate->setIdRole(ContentsRoles::FileId);
+    delegate->setHits([this](const QModelIndex &index) { return searchHit(index); });
     for (QAbstractItemView *view : all()) {
         view->setItemDelegate(delegate);
         setUpView(view);
@@ -72,6 +73,28 @@ void FileViews::setUpView(QAbstractItemView *view)
     view->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(view, &QWidget::customContextMenuRequested, this, &FileViews::contextMenuRequested);
     connect(view, &QAbstractItemView::doubleClicked, this, &FileViews::doubleClicked);
+}
+
+QString FileViews::searchHit(const QModelIndex &index) const
+{
+    const QString hit = m_sorter ? m_sorter->filterText() : QString();
+    if (hit.isEmpty())
+        return {};
+    const File &file = *m_sorter->fileAt(index.row());
+    QString whole;
+    switch (index.column()) {
+    case ContentsModel::ThumbnailColumn:
+    case ContentsModel::NameColumn:
+        whole = file.name();
+        break;
+    case ContentsModel::DescriptionColumn:
+        whole = file.description();
+        break;
+    case ContentsModel::IdCodeColumn:
+        whole = file.idCode();
+        break;
+    }
+    return whole.contains(hit, Qt::CaseInsensitive) ? hit : QString();
 }
 
 void FileViews::showThumbnails(bool on)

@@ -9,6 +9,7 @@ class FileTableHeader;
 class ListView;
 class QAbstractItemView;
 class QItemSelectionModel;
+class QModelIndex;
 class Sorter;
 class TableView;
 
@@ -47,6 +48,7 @@ signals:
 private:
     void setUpTable();
     void setUpView(QAbstractItemView *view);
+    QString searchHit(const QModelIndex &index) const;
     void attach();
     void detach();
 

@@ -101,9 +101,7 @@ void MainFilesView::takePlaces(MainUi &ui)
     m_actions->setExportMenu(m_exports->menu()->menuAction());
     m_exports->takePlace(ui);
     m_exports->bringEntries();
-    m_search->takeField(ui);
-    connect(m_actions->action(FileActions::FileSearch), &QAction::toggled, m_search,
-            &FileSearch::setFieldShown);
+    m_search->takeField(ui, m_actions->action(FileActions::FileSearch));
     connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
     connect(ui.fileMenu, &QMenu::aboutToShow, this, &MainFilesView::updateActionsAvailability);
     connect(ui.editMode, &QAction::toggled, this, &MainFilesView::changeEditMode);

@@ -1,6 +1,7 @@
 #include "ui/widgets/delegate.h"
 
 #include "app/settings/showntext.h"
+#include "ui/widgets/hitmark.h"
 #include "ui/widgets/kepttext.h"
 #include "ui/widgets/speciallineedit.h"
 
@@ -109,6 +110,17 @@ QSize Delegate::thumbnailItemSize(const QStyleOptionViewItem &option)
 QString Delegate::displayText(const QVariant &value, const QLocale &locale) const
 {
     return ShownText::cut(QStyledItemDelegate::displayText(value, locale));
+}
+
+void Delegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::paint(painter, option, index);
+    const QString hit = m_hitOf ? m_hitOf(index) : QString();
+    if (hit.isEmpty() || showsPictureAlone(option, index))
+        return;
+    QStyleOptionViewItem shown = option;
+    initStyleOption(&shown, index);
+    HitMark::paint(painter, shown, hit);
 }
 
 QSize Delegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const

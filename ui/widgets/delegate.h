@@ -2,6 +2,8 @@
 
 #include <QStyledItemDelegate>
 
+#include <functional>
+
 class KeptText;
 
 /**
@@ -17,6 +19,9 @@ public:
 
     /** The column of a table that shows its picture alone and is not edited; -1, the default, is none. */
     void setPictureColumn(int column) { m_pictureColumn = column; }
+    /** What of an item's whole text a search has found, to be marked where it is shown; empty for nothing. */
+    using HitOf = std::function<QString(const QModelIndex &index)>;
+    void setHits(const HitOf &hitOf) { m_hitOf = hitOf; }
     /** The role of the model that tells its rows apart; Qt::UserRole + 1 is the default. */
     void setIdRole(int role);
 
@@ -29,6 +34,8 @@ public:
     /** A text that is being typed stays; one that was refused comes again. */
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     /** The size of an item of the thumbnail list. */
@@ -48,6 +55,7 @@ private:
     void abandon(QWidget *editor);
 
     KeptText *m_kept; // a child
+    HitOf m_hitOf;
     int m_pictureColumn = -1;
     bool m_isFocusLost = false;
 };
