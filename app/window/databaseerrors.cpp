@@ -1,6 +1,7 @@
 #include "app/window/databaseerrors.h"
 
 #include "app/messages/messages.h"
+#include "db/sql/sqliteerrors.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -11,16 +12,7 @@
 #include <algorithm>
 
 namespace {
-constexpr int diskError = 10;
 constexpr int openAnotherButton = 0;
-
-/** The primary result code of SQLite; 0 for an error of a server, whose codes are five signs long. */
-int resultCode(const QSqlError &error)
-{
-    const QString code = error.nativeErrorCode();
-    // The low byte is the primary code, whether or not the driver reports extended ones.
-    return code.size() < 5 ? code.toInt() & 0xff : 0;
-}
 
 /** What the database says itself, in a length that a box has room for. */
 QString textOf(const QSqlError &error)
@@ -53,7 +45,7 @@ void DatabaseErrors::report(const QSqlError &error, const QString &outcome)
     if (!error.isValid())
         return;
     qDebug() << "Database error:" << error;
-    Notice notice{resultCode(error), error.nativeErrorCode(), {}, outcome};
+    Notice notice{SqliteErrors::primaryCode(error), error.nativeErrorCode(), {}, outcome};
     const QString advised = advice(notice.number);
     notice.words = advised.isEmpty() ? textOf(error) : advised;
     if (isKnown(notice))
@@ -93,21 +85,21 @@ void DatabaseErrors::showConnectionLoss()
 QString DatabaseErrors::advice(int number)
 {
     switch (number) {
-    case 3:
+    case SQLITE_PERM:
         return tr("This may be a result of the file permissions of the database file.");
-    case 8:
+    case SQLITE_READONLY:
         return tr("This may be a result of the permissions of the database file.");
-    case diskError:
+    case SQLITE_IOERR:
         return tr("This is the result of a disk I/O error.");
-    case 11:
+    case SQLITE_CORRUPT:
         return tr("The database file may be corrupt.");
-    case 13:
+    case SQLITE_FULL:
         return tr("The database is full.");
-    case 14:
+    case SQLITE_CANTOPEN:
         return tr("The database file could not be opened.");
-    case 23:
+    case SQLITE_AUTH:
         return tr("This may be a result of authorization issues.");
-    case 26:
+    case SQLITE_NOTADB:
         return tr("The file opened is not a database file.");
     default:
         return {};
@@ -117,7 +109,7 @@ QString DatabaseErrors::advice(int number)
 void DatabaseErrors::show()
 {
     const Notice notice = m_notices.constFirst();
-    const bool mustEnd = notice.number == diskError;
+    const bool mustEnd = notice.number == SQLITE_IOERR;
     int button = -1;
     m_isShowing = true;
     if (mustEnd) {

@@ -1,6 +1,7 @@
 #include "db/sql/databaselock.h"
 
 #include "app/settings/constants.h"
+#include "db/sql/sqliteerrors.h"
 
 #include <QCoreApplication>
 
@@ -13,12 +14,10 @@ QString inUseText()
 
 bool isMetBy(const QSqlError &error, const QString &driver)
 {
-    const QString code = error.nativeErrorCode();
+    if (driver != Constants::postgresDriver)
+        return SqliteErrors::isBusy(error);
     // "lock_not_available" and "deadlock_detected".
-    if (driver == Constants::postgresDriver)
-        return code == QLatin1String("55P03") || code == QLatin1String("40P01");
-    // The low byte is SQLite's own code, the rest tells more about it: 5 is "busy", 6 is "locked".
-    const int primary = code.toInt() & 0xff;
-    return primary == 5 || primary == 6;
+    const QString code = error.nativeErrorCode();
+    return code == QLatin1String("55P03") || code == QLatin1String("40P01");
 }
 } // namespace DatabaseLock

@@ -3,6 +3,7 @@
 #include "app/settings/constants.h"
 #include "db/sql/connections.h"
 #include "db/sql/databaselock.h"
+#include "db/sql/sqliteerrors.h"
 
 #include <QCoreApplication>
 
@@ -10,8 +11,6 @@ namespace {
 // Codes of a server.
 const QLatin1String queryCanceled("57014");
 const QLatin1String inFailedTransaction("25P02");
-// Code of a local database whose statement was ended (ReadBound).
-const QLatin1String readingWithoutEnd("9");
 } // namespace
 
 ErrorJudge::ErrorJudge(const DBDetails &details) : m_details(details) {}
@@ -33,7 +32,8 @@ bool ErrorJudge::isEcho(const QSqlError &error)
 
 QSqlError ErrorJudge::told(const QSqlError &error) const
 {
-    if (m_details.type() == Constants::localDatabase && error.nativeErrorCode() == readingWithoutEnd)
+    // The statement was ended (ReadBound).
+    if (m_details.type() == Constants::localDatabase && SqliteErrors::code(error) == SQLITE_INTERRUPT)
         return {
             QString(),
             QCoreApplication::translate(

@@ -1,6 +1,7 @@
 #include "fileops/contents/blockstorage.h"
 
 #include "core/records/filekind.h"
+#include "db/sql/sqliteerrors.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
@@ -13,11 +14,9 @@ namespace {
 /** Whether a statement met spoilt pages: others may be sound. */
 bool isDamage(const QSqlError &error)
 {
-    constexpr int corruptFile = 11; // in the low byte, above which extended codes stand
-    constexpr int withoutEnd = 9;   // a statement that was ended
-    const QString code = error.nativeErrorCode();
-    const int kind = code.toInt() & 0xff;
-    return code.size() < 5 ? kind == corruptFile || kind == withoutEnd : code.startsWith(QLatin1String("XX"));
+    // A statement that has no end is ended.
+    return SqliteErrors::isOneOf(error, {SQLITE_CORRUPT, SQLITE_INTERRUPT}) ||
+           error.nativeErrorCode().startsWith(QLatin1String("XX"));
 }
 
 /** An open file without a name any more can still be written to, but never found again. */

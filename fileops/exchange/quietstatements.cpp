@@ -1,18 +1,9 @@
 #include "fileops/exchange/quietstatements.h"
 
+#include "db/sql/sqliteerrors.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QSignalBlocker>
-
-#include <algorithm>
-#include <iterator>
-
-namespace {
-// Result codes of SQLite, the low byte of extended ones.
-constexpr int locked[] = {5, 6};
-constexpr int lost[] = {7, 8, 10, 13, 14}; // memory, write permission, disk, room, opening
-constexpr int unreadable = 266;            // one place of a disk, where others may do
-} // namespace
 
 bool QuietStatements::run(const QString &statement, const QVariantList &values)
 {
@@ -47,20 +38,15 @@ QString QuietStatements::reason() const
     return text.isEmpty() ? m_error.driverText().trimmed() : text;
 }
 
-int QuietStatements::resultCode() const
-{
-    return m_error.nativeErrorCode().toInt();
-}
-
 bool QuietStatements::isFatal() const
 {
-    const int code = resultCode();
-    const auto isPrimary = [code](int known) { return (code & 0xff) == known; };
-    return isBusy() || (code != unreadable && std::any_of(std::begin(lost), std::end(lost), isPrimary));
+    // One place of a disk may be unreadable, where others do.
+    return isBusy() || (SqliteErrors::code(m_error) != SQLITE_IOERR_READ &&
+                        SqliteErrors::isOneOf(m_error, {SQLITE_NOMEM, SQLITE_READONLY, SQLITE_IOERR,
+                                                        SQLITE_FULL, SQLITE_CANTOPEN}));
 }
 
 bool QuietStatements::isBusy() const
 {
-    const int code = resultCode() & 0xff;
-    return std::find(std::begin(locked), std::end(locked), code) != std::end(locked);
+    return SqliteErrors::isBusy(m_error);
 }

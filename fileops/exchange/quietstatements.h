@@ -34,8 +34,6 @@ public:
     bool isBusy() const;
 
 private:
-    int resultCode() const;
-
     FileOperationWorker &m_worker;
     QSqlError m_error;
 };

@@ -2,6 +2,7 @@
 
 #include "core/records/filekind.h"
 #include "db/sql/statementbreak.h"
+#include "fileops/exchange/caughterror.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
@@ -60,7 +61,7 @@ bool CsvExporter::exportAll()
         return writeHeader() && writeAllLines();
     } catch (...) {
         qDebug("Unknown exception caught.");
-        m_reason = FileOperationWorker::tr("There is not enough memory.");
+        m_reason = CaughtError::text();
         return false;
     }
 }

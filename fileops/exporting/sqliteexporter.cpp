@@ -3,6 +3,7 @@
 #include "db/sql/schema.h"
 #include "db/sql/statementbreak.h"
 #include "fileops/exchange/attacheddatabase.h"
+#include "fileops/exchange/caughterror.h"
 #include "fileops/exporting/relationshippaths.h"
 #include "fileops/worker/fileoperationworker.h"
 
@@ -79,7 +80,7 @@ bool SQLiteExporter::exportAttached()
             return true;
     } catch (...) {
         qDebug("Unknown exception caught.");
-        m_reason = FileOperationWorker::tr("There is not enough memory.");
+        m_reason = CaughtError::text();
     }
     m_statements.run(QStringLiteral("ROLLBACK;"));
     return false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fileops/contents/externalpaths.h"
+#include "fileops/importing/chunkpaths.h"
 
 #include <QCoreApplication>
 #include <QPair>
@@ -27,8 +27,16 @@ public:
 
     /** Before the transaction. */
     static void createTables(ImportRun &run);
-    /** Reads the highest keys of the open database, once. */
-    void begin();
+    /** What all new files are together, and what one of them at least has. */
+    struct All
+    {
+        double files = 0;
+        double bytes = 0; ///< as recorded, which may be anything
+        bool hasContents = false;
+        bool hasThumbnails = false;
+    };
+    /** Looks at the new files and at the highest keys of the open database, once. */
+    const All &begin();
 
     /**
      * Chooses new files from one id to another, in their order, fewer when there is much to copy. Answers the
@@ -48,41 +56,56 @@ public:
     qint64 bytes() const { return m_bytes; }
     /**
      * Copies all rows but the links to tags. Files whose contents or path are not there are left out. Hears
-     * the bytes of a long file so far.
+     * the bytes of a long file so far; false when that one is damaged, and some of its blocks are written.
      */
-    void copy(const AtBlock &atBlock);
-    /** Takes one file out, for good. */
-    void leaveOut(qint64 fileId, const QString &why);
+    bool copy(const AtBlock &atBlock);
+    static QString damageText();
+    /** Takes out what was chosen, for good. */
+    void leaveOut(const QString &why);
     /** Reports what was left out, once it is sure that it was. */
     void tellLeftOut();
 
 private:
+    struct LeftOut
+    {
+        qint64 number = 0;
+        qint64 fileId = 0;
+        QString why;
+        QString name;
+    };
+
     qint64 fill(qint64 first, qint64 last);
     void leaveOutUnfit(const QString &condition, const QVariantList &values, const QString &why);
+    void summarize();
     qint64 cut();
-    qint64 cutAtBytes();
-    void settleIdCodes();
-    void insertFiles();
+    /** For the files that have none, or had one that is in use. */
+    void drawIdCodes();
+    enum Which { IgnoreTaken, Remaining };
+    int insertFiles(Which which);
     void insertThumbnails();
-    void insertBlocks(const AtBlock &atBlock);
-    void insertChain(qint64 newId, qint64 oldId, qint64 size, const AtBlock &atBlock);
+    void insertBlocks();
+    bool insertChain(const AtBlock &atBlock);
     void insertPaths();
+    static QString longTextsText();
 
     ImportRun &m_run;
     const bool m_takesDescriptions;
     const bool m_hasBlocks;
-    const bool m_hasPaths;
-    const bool m_hasThumbnails;
+    const bool m_hasPathTable;
     int m_limit;
+    All m_all;
     Range m_range;
     qint64 m_bytes = 0;
-    QVector<QPair<QString, QString>> m_leftOut; ///< why, and the name
-    bool m_isChain = false;                     ///< one file of several blocks
+    int m_externalFiles = 0;
+    bool m_hasLongTexts = false;
+    QVector<LeftOut> m_leftOut;
+    bool m_hasChains = false;
+    bool m_isChain = false; ///< one file of several blocks
     qint64 m_loadId = 0;
     // The keys before those of the next chunk.
     qint64 m_fileId = 0;
     qint64 m_storageId = 0;
     qint64 m_thumbnailId = 0;
     qint64 m_pathId = 0;
-    Database::RelativePaths m_relativePaths;
+    ChunkPaths m_paths;
 };

@@ -1,5 +1,6 @@
 #include "fileops/importing/contentcomparison.h"
 
+#include "db/sql/sqliteerrors.h"
 #include "fileops/files/datachecksum.h"
 #include "fileops/files/regularfile.h"
 #include "fileops/importing/criticaldmerror.h"
@@ -140,7 +141,6 @@ void ContentComparison::stopAtLock() const
 {
     // It says nothing about the contents.
     const QSqlError error = m_worker.lastError();
-    const int code = error.nativeErrorCode().toInt() & 0xff;
-    if (code == 5 || code == 6)
+    if (SqliteErrors::isBusy(error))
         throw CriticalDMError(error);
 }

@@ -107,6 +107,12 @@ void ContentGroups::writePair(qint64 fileId, qint64 ownFileId)
 
 void ContentGroups::nominate()
 {
+    SourceFiles source(m_run);
+    const bool isEmpty =
+        m_run.statements.number(QStringLiteral("SELECT EXISTS (SELECT 1 FROM main.files)")) == 0;
+    // To sort once is cheaper than an index, which a new database may have no use for.
+    if (!isEmpty)
+        source.createIndex();
     m_run.statements.run(QStringLiteral(
         "INSERT OR IGNORE INTO mem_own_files (data_checksum,file_size,kind,file_id,storage_id) "
         "SELECT f.data_checksum, f.file_size, f.internal, f.file_id, f.storage_id FROM main.files AS f "
@@ -117,6 +123,8 @@ void ContentGroups::nominate()
     m_run.statements.run(QStringLiteral("INSERT OR IGNORE INTO mem_keys (data_checksum,file_size) "
                                         "SELECT data_checksum, file_size FROM mem_files "
                                         "WHERE data_checksum>=0 GROUP BY 1, 2 HAVING count(*)>1"));
+    if (isEmpty && m_run.statements.number(QStringLiteral("SELECT EXISTS (SELECT 1 FROM mem_keys)")) != 0)
+        source.createIndex();
 }
 
 void ContentGroups::take(const File &file, const Contents &contents)

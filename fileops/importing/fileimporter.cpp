@@ -1,5 +1,6 @@
 #include "fileops/importing/fileimporter.h"
 
+#include "db/sql/sqliteerrors.h"
 #include "db/sql/transaction.h"
 #include "fileops/importing/criticaldmerror.h"
 #include "fileops/importing/importrun.h"
@@ -8,8 +9,6 @@
 #include <QDebug>
 #include <QPair>
 
-#include <algorithm>
-#include <iterator>
 #include <limits>
 
 namespace {
@@ -28,11 +27,8 @@ FileImporter::FileImporter(ImportRun &run, bool takesDescriptions)
 
 void FileImporter::copyFiles()
 {
-    m_total = m_run.statements.number(
-        QStringLiteral("SELECT CAST(total(%1+CASE WHEN internal=1 THEN max(0,file_size) ELSE 0 END) "
-                       "AS INTEGER) FROM mem_files WHERE fate=0")
-            .arg(bytesOfFile));
-    m_rows.begin();
+    const ChunkRows::All &all = m_rows.begin();
+    m_total = all.bytes + all.files * bytesOfFile;
     constexpr qint64 highest = std::numeric_limits<qint64>::max();
     qint64 last = std::numeric_limits<qint64>::min();
     do {
@@ -46,7 +42,7 @@ void FileImporter::copyFiles()
         qDebug() << "Adding file" << range.first << "and" << range.count - 1 << "others";
         if (!copyChunk()) {
             if (range.count == 1)
-                giveUp(range.first);
+                m_rows.leaveOut(m_whyNot);
             else
                 copyRange(range.first, range.last);
         }
@@ -69,7 +65,7 @@ void FileImporter::copyRange(qint64 first, qint64 last)
             continue;
         if (ids.size() == 1) {
             if (!copyChunk())
-                giveUp(ids.first());
+                m_rows.leaveOut(m_whyNot);
             continue;
         }
         const int half = ids.size() / 2;
@@ -78,41 +74,37 @@ void FileImporter::copyRange(qint64 first, qint64 last)
     }
 }
 
-void FileImporter::giveUp(qint64 fileId)
-{
-    m_rows.leaveOut(fileId, tr("Files that could not be read or written: %1"));
-    m_rows.tellLeftOut();
-}
-
 bool FileImporter::copyChunk()
 {
     Savepoint savepoint(m_run.worker);
     if (!savepoint.isActive())
         throw CriticalDMError(m_run.worker.lastError());
+    bool isSound = false;
     try {
-        m_rows.copy([this](qint64 bytes) { reportProgress(bytes); });
+        isSound = m_rows.copy([this](qint64 bytes) { reportProgress(bytes); });
+        m_whyNot = ChunkRows::damageText();
     } catch (const CriticalDMError &failure) {
-        if (isFatal(failure) || !savepoint.rollBack())
+        if (isFatal(failure))
             throw;
-        return false;
+        m_whyNot = tr("Files that could not be read or written: %1");
     }
-    if (!savepoint.release())
+    if (!(isSound ? savepoint.release() : savepoint.rollBack()))
         throw CriticalDMError(m_run.worker.lastError());
-    m_rows.tellLeftOut();
-    return true;
+    if (isSound)
+        m_rows.tellLeftOut();
+    return isSound;
 }
 
 bool FileImporter::isFatal(const CriticalDMError &failure) const
 {
-    // Of SQLite: busy, locked, out of memory, interrupted, disk errors, full.
-    static constexpr int ofAll[] = {5, 6, 7, 9, 10, 13};
-    const int code = failure.error().nativeErrorCode().toInt() & 0xff;
-    return m_run.worker.shouldEnd() || std::find(std::begin(ofAll), std::end(ofAll), code) != std::end(ofAll);
+    return m_run.worker.shouldEnd() || SqliteErrors::isBusy(failure.error()) ||
+           SqliteErrors::isOneOf(failure.error(),
+                                 {SQLITE_NOMEM, SQLITE_INTERRUPT, SQLITE_IOERR, SQLITE_FULL});
 }
 
 void FileImporter::reportProgress(qint64 bytes)
 {
-    const double share = m_total > 0 ? (m_done + double(bytes)) / double(m_total) : 0.0;
+    const double share = m_total > 0 ? (m_done + double(bytes)) / m_total : 0.0;
     m_run.tell(tr("Copying files..."),
                firstPercent + int(qBound(0.0, share, 1.0) * (lastPercent - firstPercent)));
 }

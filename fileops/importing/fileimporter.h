@@ -3,7 +3,7 @@
 #include "fileops/importing/chunkrows.h"
 
 #include <QCoreApplication>
-#include <QtGlobal>
+#include <QString>
 
 class CriticalDMError;
 class ImportRun;
@@ -26,7 +26,6 @@ private:
     void copyRange(qint64 first, qint64 last);
     /** False when it failed and left nothing behind. */
     bool copyChunk();
-    void giveUp(qint64 fileId);
     /** With these bytes of a file that is being copied. */
     void reportProgress(qint64 bytes = 0);
     /** Of what fails for one file the others know nothing, a full disk fails them all. */
@@ -34,6 +33,7 @@ private:
 
     ImportRun &m_run;
     ChunkRows m_rows;
-    qint64 m_total = 0; ///< of bytes, and of some for each file
+    double m_total = 0; ///< of bytes, and of some for each file
     double m_done = 0;  ///< the same; a source may record more than there is
+    QString m_whyNot;   ///< of the chunk that failed last
 };

@@ -4,6 +4,7 @@
 #include "db/sql/connections.h"
 #include "db/sql/readbound.h"
 #include "db/sql/schemacheck.h"
+#include "db/sql/sqliteerrors.h"
 #include "fileops/files/regularfile.h"
 
 #include <QFileInfo>
@@ -45,11 +46,11 @@ constexpr Table tables[] = {
 /** What kept a statement from reading. */
 QString reason(const QSqlError &error)
 {
-    switch (error.nativeErrorCode().toInt() & 0xff) {
-    case 5:
-    case 6:
+    switch (SqliteErrors::primaryCode(error)) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
         return ImportSource::busyText();
-    case 8:
+    case SQLITE_READONLY:
         // Reading alone cannot take back what was written.
         return ImportSource::tr("A change to it was broken off. Open it once, and it is put in order.");
     default:
@@ -99,18 +100,7 @@ bool ImportSource::readSchema(const QSqlDatabase &database)
         if (columns.contains(QSet<QString>(wanted.cbegin(), wanted.cend())))
             m_tables.insert(name);
     }
-    readCodes(database);
     return has({QStringLiteral("files"), QStringLiteral("tags")}) || refuse(tr("It is no Vorna database."));
-}
-
-void ImportSource::readCodes(const QSqlDatabase &database)
-{
-    QSqlQuery query(database);
-    m_hasUniqueCodes = query.exec(QStringLiteral(
-                           "SELECT 1 FROM pragma_index_list('files') AS list WHERE list.\"unique\" AND NOT "
-                           "list.partial AND (SELECT group_concat(info.name) FROM "
-                           "pragma_index_info(list.name) AS info)='id_code'")) &&
-                       query.next();
 }
 
 bool ImportSource::readRows(const QSqlDatabase &database)

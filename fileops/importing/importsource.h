@@ -30,18 +30,14 @@ public:
     bool has(const QStringList &tables) const;
     /** Tables that a database has and this one lacks, or that lack a column. */
     QStringList missingTables() const;
-    /** Whether no two of its files can have one id code. */
-    bool hasUniqueCodes() const { return m_hasUniqueCodes; }
 
 private:
     bool look(const QSqlDatabase &database);
     bool readSchema(const QSqlDatabase &database);
-    void readCodes(const QSqlDatabase &database);
     bool readRows(const QSqlDatabase &database);
     bool refuse(const QString &whyNot);
 
     const QString m_path;
     QString m_whyNot;
     QSet<QString> m_tables;
-    bool m_hasUniqueCodes = false;
 };

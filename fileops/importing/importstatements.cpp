@@ -71,7 +71,7 @@ qint64 ImportStatements::nextId(const QString &table, const QString &column)
         number(QStringLiteral("SELECT max(") + column + QStringLiteral(") FROM main.") + table);
     // Behind it there must be room for all that is to come.
     if (highest > std::numeric_limits<qint64>::max() / 2)
-        fail(table, QSqlError(QString(), QStringLiteral("no free keys in ") + table));
+        fail(table, QSqlError(QString(), tr("There are no free ids in its table \"%1\".").arg(table)));
     return qMax(qint64(0), highest) + 1;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QSqlQuery>
 #include <QString>
@@ -14,6 +15,8 @@
  */
 class ImportStatements
 {
+    Q_DECLARE_TR_FUNCTIONS(ImportStatements)
+
 public:
     /** A row that was read; the columns are counted from 0. */
     class Row

@@ -29,6 +29,9 @@ void MetadataMerger::linkTags()
             "INSERT OR IGNORE INTO main.file_tag (file_id,tag_id) SELECT a.new_file_id, t.new_tag_id "
             "FROM fileSource.file_tag AS ft CROSS JOIN mem_added AS a ON a.file_id=ft.file_id "
             "CROSS JOIN migrationDB_tags AS t ON t.old_tag_id=ft.tag_id")));
+    // Walked once more only when there are files on both sides.
+    if (m_run.statements.number(QStringLiteral("SELECT EXISTS (SELECT 1 FROM mem_external_file_group)")) == 0)
+        return;
     m_run.report.count(
         ImportReport::Links,
         m_run.statements.run(QStringLiteral(

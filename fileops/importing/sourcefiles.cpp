@@ -36,13 +36,14 @@ void SourceFiles::read()
     const QString insert =
         QStringLiteral("INSERT OR IGNORE INTO mem_files (file_id,%1,fate) SELECT file_id,%1,0 FROM "
                        "(SELECT file_id,%2 FROM fileSource.files%3) "
-                       "WHERE internal IN (0,1,2) AND storage_id>=0");
+                       "WHERE internal BETWEEN 0 AND 2 AND storage_id>=0");
     const QString list = columns.join(QLatin1Char(','));
-    const QString areIntegers = QStringLiteral(" WHERE typeof(") +
-                                columns.join(QStringLiteral(")='integer' AND typeof(")) +
-                                QStringLiteral(")='integer'");
+    QStringList areIntegers;
+    for (const QString &column : columns)
+        areIntegers.append(QStringLiteral("CAST(%1 AS INTEGER)=%1").arg(column));
     const qint64 all = m_run.statements.number(QStringLiteral("SELECT count(*) FROM fileSource.files"));
-    int fit = m_run.statements.run(insert.arg(list, list, areIntegers));
+    int fit = m_run.statements.run(
+        insert.arg(list, list, QLatin1String(" WHERE ") + areIntegers.join(QLatin1String(" AND "))));
     // What the others hold in the place of a number takes its time to find out.
     if (fit < all)
         fit += m_run.statements.run(insert.arg(list, numbers(columns), QString()));
@@ -51,6 +52,9 @@ void SourceFiles::read()
 
 void SourceFiles::fillChecksums(const ContentComparison &contents)
 {
+    if (m_run.statements.number(
+            QStringLiteral("SELECT EXISTS (SELECT 1 FROM mem_files WHERE data_checksum<0)")) == 0)
+        return;
     const bool hasPaths = m_run.source.has({QStringLiteral("file_paths")});
     const bool hasBlocks = m_run.source.has({QStringLiteral("storage"), QStringLiteral("storage_info")});
     const QString path =
@@ -86,6 +90,6 @@ void SourceFiles::fillChecksums(const ContentComparison &contents)
 
 void SourceFiles::createIndex()
 {
-    m_run.statements.run(
-        QStringLiteral("CREATE INDEX temp.mem_files_contents ON mem_files (data_checksum, file_size)"));
+    m_run.statements.run(QStringLiteral(
+        "CREATE INDEX IF NOT EXISTS temp.mem_files_contents ON mem_files (data_checksum, file_size)"));
 }

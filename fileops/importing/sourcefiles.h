@@ -26,7 +26,7 @@ public:
     void read();
     /** Computes the checksums that the source lacks. */
     void fillChecksums(const ContentComparison &contents);
-    /** Once the checksums stand. */
+    /** By checksum and size, once the checksums stand. */
     void createIndex();
 
 private:

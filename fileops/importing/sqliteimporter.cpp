@@ -1,8 +1,10 @@
 #include "fileops/importing/sqliteimporter.h"
 
+#include "db/sql/sqliteerrors.h"
 #include "db/sql/statementbreak.h"
 #include "db/sql/transaction.h"
 #include "fileops/exchange/attacheddatabase.h"
+#include "fileops/exchange/caughterror.h"
 #include "fileops/exchange/quietstatements.h"
 #include "fileops/importing/contentcomparison.h"
 #include "fileops/importing/contentgroups.h"
@@ -20,24 +22,20 @@
 #include <QSignalBlocker>
 #include <QSqlDatabase>
 
-#include <algorithm>
-#include <iterator>
-
 namespace {
 const QString schemaName = QStringLiteral("fileSource");
 
-/** What is a file's own affair, or that of its disk, and not that of a statement; of SQLite. */
+/** What is a file's own affair, or that of its disk, and not that of a statement. */
 bool isOfFile(const QSqlError &error)
 {
-    static constexpr int codes[] = {5, 6, 7, 8, 10, 13, 14};
-    const int code = error.nativeErrorCode().toInt() & 0xff;
-    return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
+    return SqliteErrors::isOneOf(error, {SQLITE_BUSY, SQLITE_LOCKED, SQLITE_NOMEM, SQLITE_READONLY,
+                                         SQLITE_IOERR, SQLITE_FULL, SQLITE_CANTOPEN});
 }
 /** A place that cannot be read, which may be one of either file. */
 bool isOfReading(const QSqlError &error)
 {
-    const int code = error.nativeErrorCode().toInt();
-    return code == 266 || code == 522;
+    const int code = SqliteErrors::code(error);
+    return code == SQLITE_IOERR_READ || code == SQLITE_IOERR_SHORT_READ;
 }
 } // namespace
 
@@ -81,6 +79,8 @@ bool SQLiteImporter::import(const QString &path, const ImportOptions &options, b
         isDone = runAttached(run, options);
     } catch (const CriticalDMError &failure) {
         tellFailure(run, failure.error());
+    } catch (...) {
+        tellFailure(run, QSqlError(QString(), CaughtError::text()));
     }
     run.statements.forget();
     // Ends all temporary tables, too.
@@ -175,7 +175,6 @@ void SQLiteImporter::compareFiles(ImportRun &run, bool isAdding)
     SourceFiles files(run);
     files.read();
     files.fillChecksums(contents);
-    files.createIndex();
     ContentGroups(run, contents, isAdding).group();
 }
 
