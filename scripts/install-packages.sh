@@ -24,7 +24,7 @@ run=(
 test=(
     postgresql-15 sqlite3
     openssl                                       # certificates of a server for updates
-    python3                                       # mutations: mutate.sh
+    python3                                       # mutations: mutate.sh; a reader of exported tables
     dbus                                          # a session bus for two starts of the program
     desktop-file-utils appstream shared-mime-info libglib2.0-bin # checks of the desktop's files
     man-db groff-base bash-completion file

@@ -124,6 +124,17 @@ private slots:
                file(5, "there") + file(6, "other") + "UPDATE files SET id_code='C1' WHERE file_id=5;"_s,
                "SELECT count(DISTINCT id_code), count(*), sum(id_code='C6'), sum(id_code='C1') FROM files"_s,
                "3|3|1|1"_s);
+        addRow(
+            "codes in use, twice in the source, too long or none", record(9, 2, 0, 0, 9),
+            "DROP TABLE files;"_s + Schema::creationStatements().first().remove(" UNIQUE"_s) + ";"_s +
+                record(1, 2, 0, 0, 1) + record(2, 2, 0, 0, 2) + record(3, 2, 0, 0, 3) +
+                record(4, 2, 0, 0, 4) + record(5, 2, 0, 0, 5) + record(6, 2, 0, 0, 6) +
+                "UPDATE files SET id_code='C9' WHERE file_id=1; UPDATE files SET id_code='C3' WHERE "
+                "file_id=2;"
+                "UPDATE files SET id_code='12345678' WHERE file_id=4; UPDATE files SET id_code='' WHERE file_id=5;"_s,
+            "SELECT count(*), count(DISTINCT id_code), group_concat(DISTINCT CASE WHEN length(id_code)<3 "
+            "THEN file_name||id_code END) FROM files"_s,
+            "7|7|file9C9,file2C3,file6C6"_s);
         addRow("equal contents and an equal checksum only", file(1, "same"),
                file(1, "same") + file(2, "SAME") +
                    "UPDATE files SET data_checksum=(SELECT data_checksum FROM files WHERE file_id=1);"_s,
@@ -168,6 +179,15 @@ private slots:
                 "INSERT INTO file_paths VALUES (1,'/a/../b/x''y','wrong'),(3,'','');"_s,
             "SELECT file_name, path, rel_path LIKE '../%b/x''y' FROM files JOIN file_paths ON path_id=storage_id"_s,
             "file1|/a/../b/x'y|1"_s);
+        addRow("paths of several folders, and odd names", ""_s,
+               record(1, 0, 5, 1, 1) + record(2, 0, 5, 2, 2) + record(3, 2, 0, 0, 3) + record(4, 0, 5, 4, 4) +
+                   record(5, 0, 5, 5, 5) + record(6, 0, 5, 6, 6) +
+                   "INSERT INTO file_paths VALUES (1,'/a b/x',''),(2,'/a b/y',''),(4,'/a b/c/..',''),"
+                   "(5,'/\u00e4/\U0001f600',''),(6,'/a b/z','');"_s,
+               "SELECT path, '/'||replace(rel_path,'../','')=path FROM "
+               "file_paths "
+               "JOIN files ON path_id=storage_id WHERE internal=0 ORDER BY file_name"_s,
+               "/a b/x|1 /a b/y|1 /a b/c/..|1 /\u00e4/\U0001f600|1 /a b/z|1"_s);
         addRow(
             "a path that is recorded here, with other contents",
             record(1, 0, 5, 1, 11) + "INSERT INTO file_paths VALUES (1,'/gone/x','');"_s,

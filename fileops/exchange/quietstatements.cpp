@@ -40,10 +40,10 @@ QString QuietStatements::reason() const
 
 bool QuietStatements::isFatal() const
 {
-    // One place of a disk may be unreadable, where others do.
+    // One place of a disk may be unreadable, where others do. After a spoilt page nothing is written.
     return isBusy() || (SqliteErrors::code(m_error) != SQLITE_IOERR_READ &&
                         SqliteErrors::isOneOf(m_error, {SQLITE_NOMEM, SQLITE_READONLY, SQLITE_IOERR,
-                                                        SQLITE_FULL, SQLITE_CANTOPEN}));
+                                                        SQLITE_FULL, SQLITE_CANTOPEN, SQLITE_CORRUPT}));
 }
 
 bool QuietStatements::isBusy() const

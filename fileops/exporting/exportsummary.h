@@ -15,7 +15,7 @@ public:
     qint64 tags = 0;
     qint64 nodes = 0;
     qint64 filesGone = 0;               ///< asked for, but not in the database any more
-    QMap<QString, QStringList> skipped; ///< why files were left out, and which
+    QMap<QString, QStringList> skipped; ///< why files and other rows were left out, and which
     qint64 pathsLeftOut = 0;            ///< relationships that are deeper than any that somebody made
     qint64 fieldsWithQuotes = 0;        ///< of a CSV file, which has no sign for a quote within a field
 

@@ -25,8 +25,9 @@ bool NodeCopier::run()
         "INSERT INTO exportTo.tb_nodes (node_id, tag_id, tr_options, inverted) "
         "SELECT node_id, tag_id, ifnull(tr_options, 0), ifnull(inverted, 0) FROM main.tb_nodes "
         "WHERE node_id>0 AND tag_id IN (SELECT tag_id FROM exportTo.tags);");
+    // A node that a database from elsewhere has below several others gets one place.
     const QString links =
-        QStringLiteral("INSERT INTO exportTo.tb_node_links (parent_id, child_id) "
+        QStringLiteral("INSERT OR IGNORE INTO exportTo.tb_node_links (parent_id, child_id) "
                        "SELECT CASE node.node_id WHEN link.parent_id THEN 0 WHEN gap.ancestor_id THEN 0 ELSE "
                        "coalesce(parent.node_id, gap.ancestor_id, 0) END, node.node_id "
                        "FROM exportTo.tb_nodes AS node "

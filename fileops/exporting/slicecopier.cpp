@@ -300,6 +300,7 @@ bool SliceCopier::countOf(const Range &range, const QString &statement, qint64 &
 SliceCopier::Outcome SliceCopier::failure()
 {
     m_reason = m_statements.reason();
+    m_error = m_statements.error();
     return m_statements.isFatal() ? Lost : Failed;
 }
 

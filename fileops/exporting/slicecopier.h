@@ -4,6 +4,8 @@
 #include "fileops/worker/exportrequest.h"
 #include "fileops/worker/progressthrottle.h"
 
+#include <QSqlError>
+
 class FileOperationWorker;
 class QuietStatements;
 
@@ -27,6 +29,7 @@ public:
     void cleanUp();
     /** Why it could not go on; empty when somebody wanted it to end. */
     const QString &reason() const { return m_reason; }
+    const QSqlError &error() const { return m_error; }
 
 private:
     /** Places in the table of the ids, both ends included. */
@@ -63,5 +66,7 @@ private:
     const qint64 m_total;
     bool m_hasAllTags = false;
     ProgressThrottle m_progress;
-    QString m_reason; ///< of the last failure
+    // Of the last failure.
+    QString m_reason;
+    QSqlError m_error;
 };

@@ -1,6 +1,7 @@
 #include "fileops/exporting/sqliteexporter.h"
 
 #include "db/sql/schema.h"
+#include "db/sql/sqliteerrors.h"
 #include "db/sql/statementbreak.h"
 #include "fileops/exchange/attacheddatabase.h"
 #include "fileops/exchange/caughterror.h"
@@ -28,6 +29,7 @@ SQLiteExporter::SQLiteExporter(FileOperationWorker &worker, const ExportRequest 
       m_statements(worker),
       m_files(m_statements, QStringLiteral("mem_export_files")),
       m_tags(m_statements, QStringLiteral("mem_export_tags")),
+      m_spoilt(worker, m_statements, m_summary),
       m_nodes(m_statements),
       m_copier(worker, m_statements, m_request, m_files.name(), m_summary)
 {
@@ -41,7 +43,7 @@ bool SQLiteExporter::prepareDatabaseToExport(const QString &target)
         m_reason = attached.reason();
         return false;
     }
-    const bool isDone = makeWorkTables() && exportAttached();
+    const bool isDone = makeWorkTables() && (exportAttached() || exportRest());
     dropWorkTables();
     if (!attached.detach() && isDone) {
         m_reason = attached.reason();
@@ -50,10 +52,22 @@ bool SQLiteExporter::prepareDatabaseToExport(const QString &target)
     return isDone;
 }
 
+bool SQLiteExporter::exportRest()
+{
+    if (!m_isDamaged)
+        return false;
+    m_summary = ExportSummary();
+    if (!m_spoilt.find(m_request, m_files, m_tags) || !exportAttached())
+        return false;
+    // Their ids name no files any more.
+    m_summary.filesGone -= m_spoilt.files();
+    return true;
+}
+
 bool SQLiteExporter::makeWorkTables()
 {
-    return (m_files.create() && m_tags.create() && m_nodes.prepare() && m_copier.prepare() &&
-            m_files.add(m_request.fileIds) && m_tags.add(m_request.tagIds)) ||
+    return (m_spoilt.create() && m_files.create() && m_tags.create() && m_nodes.prepare() &&
+            m_copier.prepare() && m_files.add(m_request.fileIds) && m_tags.add(m_request.tagIds)) ||
            fail();
 }
 
@@ -61,6 +75,7 @@ void SQLiteExporter::dropWorkTables()
 {
     m_copier.cleanUp();
     m_nodes.cleanUp();
+    m_spoilt.drop();
     m_tags.drop();
     m_files.drop();
 }
@@ -101,9 +116,11 @@ bool SQLiteExporter::exportTags()
                  "WHERE file_id IN (SELECT id FROM temp.mem_export_files);"))
             return fail();
     }
-    if (!run("INSERT INTO exportTo.tags (tag_id, tag_name, tag_description, creation_date, created_by) "
-             "SELECT tag_id, tag_name, tag_description, ifnull(creation_date, 0), created_by FROM main.tags "
-             "WHERE tag_id IN (SELECT id FROM temp.mem_export_tags);"))
+    const QString insert = QStringLiteral(
+        "INSERT INTO exportTo.tags (tag_id, tag_name, tag_description, creation_date, created_by) "
+        "SELECT tag_id, tag_name, tag_description, ifnull(creation_date, 0), created_by FROM main.tags "
+        "WHERE tag_id IN (SELECT id FROM temp.mem_export_tags) AND tag_id NOT IN %1;");
+    if (!m_statements.run(insert.arg(m_spoilt.tagIds())) || !logTags())
         return fail();
     if (m_request.exportTagGroups && !exportTagGroups())
         return false;
@@ -115,19 +132,32 @@ bool SQLiteExporter::exportTags()
     return !m_worker.shouldEnd();
 }
 
+bool SQLiteExporter::logTags()
+{
+    QSet<qint64> tagIds;
+    if (!readTagIds(tagIds))
+        return false;
+    for (const qint64 tagId : qAsConst(tagIds))
+        qDebug("SQLiteExporter::exportTag - exporting tag - %lld", tagId);
+    return true;
+}
+
 bool SQLiteExporter::exportTagGroups()
 {
     qDebug("Exporting tag groups.");
-    if (run("INSERT INTO exportTo.tag_groups (tag_group_id, name) SELECT tag_group_id, name "
-            "FROM main.tag_groups WHERE tag_group_id IN (SELECT tag_group_id FROM main.tag_group_links "
-            "WHERE tag_id IN (SELECT tag_id FROM exportTo.tags));") &&
+    const QString insert = QStringLiteral(
+        "INSERT INTO exportTo.tag_groups (tag_group_id, name) SELECT tag_group_id, name "
+        "FROM main.tag_groups WHERE tag_group_id IN (SELECT tag_group_id FROM main.tag_group_links "
+        "WHERE tag_id IN (SELECT tag_id FROM exportTo.tags)) AND tag_group_id NOT IN %1;");
+    if (m_statements.run(insert.arg(m_spoilt.groupIds())) &&
         run("INSERT OR IGNORE INTO exportTo.tag_group_links (tag_group_id, tag_id) "
             "SELECT tag_group_id, tag_id FROM main.tag_group_links "
             "WHERE tag_group_id IN (SELECT tag_group_id FROM exportTo.tag_groups) "
             "AND tag_id IN (SELECT tag_id FROM exportTo.tags);"))
         return true;
-    qDebug() << "Error adding groups!" << m_statements.reason();
-    return fail();
+    fail();
+    qDebug("Error adding groups! %s", qPrintable(m_reason));
+    return false;
 }
 
 bool SQLiteExporter::exportFiles()
@@ -140,9 +170,8 @@ bool SQLiteExporter::exportFiles()
     m_copier.setHasAllTags(m_request.addAllTagsOfFiles && tagsGone == 0);
     if (m_copier.run())
         return true;
-    m_isBusy = m_statements.isBusy();
     m_reason = m_copier.reason();
-    return false;
+    return fail(m_copier.error());
 }
 
 bool SQLiteExporter::exportTagRelationships()
@@ -202,6 +231,12 @@ bool SQLiteExporter::run(const char *statement)
 bool SQLiteExporter::fail()
 {
     m_reason = m_statements.reason();
-    m_isBusy = m_statements.isBusy();
+    return fail(m_statements.error());
+}
+
+bool SQLiteExporter::fail(const QSqlError &error)
+{
+    m_isBusy = SqliteErrors::isBusy(error);
+    m_isDamaged = SqliteErrors::isOneOf(error, {SQLITE_CORRUPT});
     return false;
 }

@@ -5,6 +5,7 @@
 #include "fileops/exporting/exportsummary.h"
 #include "fileops/exporting/nodecopier.h"
 #include "fileops/exporting/slicecopier.h"
+#include "fileops/exporting/spoiltrows.h"
 #include "fileops/worker/exportrequest.h"
 
 class FileOperationWorker;
@@ -29,10 +30,13 @@ public:
 
 private:
     bool exportAttached();
+    /** Once more without what cannot be read. */
+    bool exportRest();
     bool makeWorkTables();
     void dropWorkTables();
     bool exportAll();
     bool exportTags();
+    bool logTags();
     bool exportTagGroups();
     bool exportFiles();
     bool exportTagRelationships();
@@ -41,6 +45,7 @@ private:
     bool commit();
     bool run(const char *statement);
     bool fail();
+    bool fail(const QSqlError &error);
 
     FileOperationWorker &m_worker;
     ExportRequest m_request;
@@ -48,8 +53,10 @@ private:
     QuietStatements m_statements;
     IdTable m_files;
     IdTable m_tags;
+    SpoiltRows m_spoilt;
     NodeCopier m_nodes;
     SliceCopier m_copier;
     QString m_reason;
     bool m_isBusy = false;
+    bool m_isDamaged = false; ///< the last failure was that of a page
 };

@@ -99,7 +99,7 @@ bool FileImporter::isFatal(const CriticalDMError &failure) const
 {
     return m_run.worker.shouldEnd() || SqliteErrors::isBusy(failure.error()) ||
            SqliteErrors::isOneOf(failure.error(),
-                                 {SQLITE_NOMEM, SQLITE_INTERRUPT, SQLITE_IOERR, SQLITE_FULL});
+                                 {SQLITE_NOMEM, SQLITE_INTERRUPT, SQLITE_IOERR, SQLITE_FULL, SQLITE_CORRUPT});
 }
 
 void FileImporter::reportProgress(qint64 bytes)

@@ -269,6 +269,11 @@ void SQLiteImporter::tellFailure(const ImportRun &run, const QSqlError &error)
             return;
         }
     }
+    if (SqliteErrors::isOneOf(error, {SQLITE_CORRUPT})) {
+        refuse(run.source.shownName(),
+               tr("A part of it, or of the open database, cannot be read, as the file is damaged."));
+        return;
+    }
     const QString text = m_isShell ? tr("An unknown error occurred while importing shell database")
                                    : tr("An unknown error occurred while adding files");
     emit m_worker.error(text + QLatin1String("\n\n") + error.databaseText(), title());

@@ -19,6 +19,7 @@ ExportOperation::ExportOperation(FileOperationWorker &worker, const FileOperatio
 void ExportOperation::run()
 {
     qDebug("exportContents()");
+    qDebug("exporting to SQLite database.");
     if (!m_target)
         return;
     PartFile::removeLeftovers(QFileInfo(m_request.path).path());
@@ -26,7 +27,6 @@ void ExportOperation::run()
         CsvExporter exporter(m_worker, m_request);
         finish(exporter, exporter.run(m_target->device()));
     } else {
-        qDebug("exporting to SQLite database.");
         SQLiteExporter exporter(m_worker, m_request);
         finish(exporter, exporter.prepareDatabaseToExport(m_target->path()));
     }
