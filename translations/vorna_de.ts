@@ -283,6 +283,31 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
 </context>
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>Usage: vorna [FILE]
+
+Files documents, pictures and hyperlinks in a database, with tags in place of folders.
+
+FILE is a database (.vrn) to open, or a shell (.vsh) to import. Without it the database that was
+open last is opened.
+
+  --help     show this text
+  --version  show the version
+</source>
+        <translation>Aufruf: vorna [DATEI]
+
+Legt Dokumente, Bilder und Hyperlinks in einer Datenbank ab, mit Tags anstelle von Ordnern.
+
+DATEI ist eine Datenbank (.vrn), die geöffnet, oder eine Hülle (.vsh), die importiert wird. Ohne sie
+wird die Datenbank geöffnet, die zuletzt offen war.
+
+  --help     diesen Text zeigen
+  --version  die Version zeigen
+</translation>
+    </message>
+</context>
+<context>
     <name>ConflictList</name>
     <message>
         <source>Replace</source>
@@ -616,6 +641,10 @@ Was möchten Sie tun?</translation>
     <message>
         <source>Import</source>
         <translation>Import</translation>
+    </message>
+    <message>
+        <source>A shell is imported into a database. Open a local database that may be changed, and choose Import, Shell.</source>
+        <translation>Eine Hülle wird in eine Datenbank importiert. Öffnen Sie eine lokale Datenbank, die geändert werden darf, und wählen Sie „Importieren“, „Hülle“.</translation>
     </message>
 </context>
 <context>

@@ -283,6 +283,31 @@ L’arbre par défaut a été choisi.</translation>
     </message>
 </context>
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>Usage: vorna [FILE]
+
+Files documents, pictures and hyperlinks in a database, with tags in place of folders.
+
+FILE is a database (.vrn) to open, or a shell (.vsh) to import. Without it the database that was
+open last is opened.
+
+  --help     show this text
+  --version  show the version
+</source>
+        <translation>Utilisation : vorna [FICHIER]
+
+Classe documents, images et hyperliens dans une base de données, avec des étiquettes au lieu de dossiers.
+
+FICHIER est une base de données (.vrn) à ouvrir ou une coquille (.vsh) à importer. Sans lui, la
+dernière base de données ouverte est rouverte.
+
+  --help     afficher ce texte
+  --version  afficher la version
+</translation>
+    </message>
+</context>
+<context>
     <name>ConflictList</name>
     <message>
         <source>Replace</source>
@@ -616,6 +641,10 @@ Que voulez-vous faire ?</translation>
     <message>
         <source>Import</source>
         <translation>Importer</translation>
+    </message>
+    <message>
+        <source>A shell is imported into a database. Open a local database that may be changed, and choose Import, Shell.</source>
+        <translation>Une coquille s’importe dans une base de données. Ouvrez une base de données locale modifiable et choisissez « Importer », « Coquille ».</translation>
     </message>
 </context>
 <context>
@@ -2960,7 +2989,7 @@ Voulez-vous supprimer les étiquettes utilisées ?</translation>
     </message>
     <message>
         <source>Shell, a database without the contents of files</source>
-        <translation>Coquille, une base de données sans le contenu des fichiers</translation>
+        <translation>Coquille, une base sans le contenu des fichiers</translation>
     </message>
     <message>
         <source>CSV File, a table of the files</source>
@@ -2975,7 +3004,7 @@ Voulez-vous supprimer les étiquettes utilisées ?</translation>
     </message>
     <message>
         <source>All Tags</source>
-        <translation>Toutes les étiquettes</translation>
+        <translation>Toutes</translation>
     </message>
     <message>
         <source>All tags of the database</source>

@@ -17,7 +17,9 @@ AddHyperlinkDialog::AddHyperlinkDialog(QWidget *parent)
     auto *heading = new QHBoxLayout;
     heading->setSpacing(12);
     heading->addWidget(new CustomIconWidget(QIcon(QStringLiteral(":/icons/add-hyperlink.png")), 32, this));
-    heading->addWidget(new QLabel(tr("The address of a page or a mailbox, kept like a file."), this), 1);
+    auto *text = new QLabel(tr("The address of a page or a mailbox, kept like a file."), this);
+    text->setWordWrap(true);
+    heading->addWidget(text, 1);
     m_ui->layout->insertLayout(0, heading);
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &AddHyperlinkDialog::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &AddHyperlinkDialog::reject);
