@@ -1659,6 +1659,13 @@ Der Grund: %2</translation>
     </message>
 </context>
 <context>
+    <name>FileSearch</name>
+    <message>
+        <source>Find Files</source>
+        <translation>Dateien suchen</translation>
+    </message>
+</context>
+<context>
     <name>FileTagsDialog</name>
     <message>
         <source>Tags</source>
@@ -2287,6 +2294,26 @@ Bitte wählen Sie, wie diese Dateien extrahiert werden sollen.</translation>
         <source>Save changes</source>
         <translation>Änderungen speichern</translation>
     </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Original size</source>
+        <translation>Originalgröße</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Anpassen</translation>
+    </message>
 </context>
 <context>
     <name>NodeImporter</name>
@@ -2526,26 +2553,6 @@ Der Standardbaum wurde ausgewählt.</translation>
 </context>
 <context>
     <name>PreviewBox</name>
-    <message>
-        <source>Zoom in</source>
-        <translation>Vergrößern</translation>
-    </message>
-    <message>
-        <source>Zoom out</source>
-        <translation>Verkleinern</translation>
-    </message>
-    <message>
-        <source>Original size</source>
-        <translation>Originalgröße</translation>
-    </message>
-    <message>
-        <source>Fit to the window</source>
-        <translation>An Fenster anpassen</translation>
-    </message>
-    <message>
-        <source>Fullscreen</source>
-        <translation>Vollbild</translation>
-    </message>
     <message>
         <source>%1 - %2 of %3</source>
         <translation>%1 – %2 von %3</translation>

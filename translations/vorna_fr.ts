@@ -1659,6 +1659,13 @@ La raison : %2</translation>
     </message>
 </context>
 <context>
+    <name>FileSearch</name>
+    <message>
+        <source>Find Files</source>
+        <translation>Rechercher des fichiers</translation>
+    </message>
+</context>
+<context>
     <name>FileTagsDialog</name>
     <message>
         <source>Tags</source>
@@ -2287,6 +2294,26 @@ Veuillez choisir comment ces fichiers doivent être extraits.</translation>
         <source>Save changes</source>
         <translation>Enregistrer les modifications</translation>
     </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Zoom avant</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Zoom arrière</translation>
+    </message>
+    <message>
+        <source>Original size</source>
+        <translation>Taille d’origine</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Ajuster</translation>
+    </message>
 </context>
 <context>
     <name>NodeImporter</name>
@@ -2526,26 +2553,6 @@ L’arbre par défaut a été choisi.</translation>
 </context>
 <context>
     <name>PreviewBox</name>
-    <message>
-        <source>Zoom in</source>
-        <translation>Zoom avant</translation>
-    </message>
-    <message>
-        <source>Zoom out</source>
-        <translation>Zoom arrière</translation>
-    </message>
-    <message>
-        <source>Original size</source>
-        <translation>Taille d’origine</translation>
-    </message>
-    <message>
-        <source>Fit to the window</source>
-        <translation>Ajuster à la fenêtre</translation>
-    </message>
-    <message>
-        <source>Fullscreen</source>
-        <translation>Plein écran</translation>
-    </message>
     <message>
         <source>%1 - %2 of %3</source>
         <translation>%1 – %2 sur %3</translation>
