@@ -249,6 +249,21 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
 </context>
 <context>
+    <name>CaughtError</name>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>Der Speicher reicht nicht aus.</translation>
+    </message>
+    <message>
+        <source>Something unexpected went wrong: %1</source>
+        <translation>Etwas Unerwartetes ist schiefgegangen: %1</translation>
+    </message>
+    <message>
+        <source>Something unexpected went wrong.</source>
+        <translation>Etwas Unerwartetes ist schiefgegangen.</translation>
+    </message>
+</context>
+<context>
     <name>ChunkRows</name>
     <message>
         <source>External files without a path: %1</source>
@@ -1426,10 +1441,6 @@ Sie wurden aus der Datenbank gelöscht.</translation>
 <context>
     <name>FileOperationWorker</name>
     <message>
-        <source>There is not enough memory.</source>
-        <translation>Der Speicher reicht nicht aus.</translation>
-    </message>
-    <message>
         <source>Exporting files...</source>
         <translation>Dateien werden exportiert …</translation>
     </message>
@@ -1633,6 +1644,18 @@ Der Grund: %2</translation>
     <message>
         <source>Transferring %1</source>
         <translation>%1 wird übernommen</translation>
+    </message>
+    <message>
+        <source>The tag &quot;%1&quot;</source>
+        <translation>Das Tag „%1“</translation>
+    </message>
+    <message>
+        <source>The tag group &quot;%1&quot;</source>
+        <translation>Die Tag-Gruppe „%1“</translation>
+    </message>
+    <message>
+        <source>Their pages in the database file are damaged:</source>
+        <translation>Ihre Seiten in der Datenbankdatei sind beschädigt:</translation>
     </message>
 </context>
 <context>
@@ -1861,6 +1884,13 @@ Der Grund: %2</translation>
     <message>
         <source>It cannot be read as a database: %1</source>
         <translation>Sie kann nicht als Datenbank gelesen werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ImportStatements</name>
+    <message>
+        <source>There are no free ids in its table &quot;%1&quot;.</source>
+        <translation>In ihrer Tabelle „%1“ sind keine Nummern mehr frei.</translation>
     </message>
 </context>
 <context>
@@ -2754,6 +2784,10 @@ Relativer Pfad: %7
     <message>
         <source>An unknown error occurred while adding files</source>
         <translation>Beim Hinzufügen von Dateien ist ein unbekannter Fehler aufgetreten</translation>
+    </message>
+    <message>
+        <source>A part of it, or of the open database, cannot be read, as the file is damaged.</source>
+        <translation>Ein Teil von ihr oder von der geöffneten Datenbank kann nicht gelesen werden, da die Datei beschädigt ist.</translation>
     </message>
 </context>
 <context>

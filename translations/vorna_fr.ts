@@ -249,6 +249,21 @@ L’arbre par défaut a été choisi.</translation>
     </message>
 </context>
 <context>
+    <name>CaughtError</name>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>La mémoire est insuffisante.</translation>
+    </message>
+    <message>
+        <source>Something unexpected went wrong: %1</source>
+        <translation>Un incident imprévu s’est produit : %1</translation>
+    </message>
+    <message>
+        <source>Something unexpected went wrong.</source>
+        <translation>Un incident imprévu s’est produit.</translation>
+    </message>
+</context>
+<context>
     <name>ChunkRows</name>
     <message>
         <source>External files without a path: %1</source>
@@ -1426,10 +1441,6 @@ Ils ont été supprimés de la base de données.</translation>
 <context>
     <name>FileOperationWorker</name>
     <message>
-        <source>There is not enough memory.</source>
-        <translation>La mémoire est insuffisante.</translation>
-    </message>
-    <message>
         <source>Exporting files...</source>
         <translation>Exportation des fichiers…</translation>
     </message>
@@ -1633,6 +1644,18 @@ La raison : %2</translation>
     <message>
         <source>Transferring %1</source>
         <translation>Transfert de %1</translation>
+    </message>
+    <message>
+        <source>The tag &quot;%1&quot;</source>
+        <translation>L’étiquette « %1 »</translation>
+    </message>
+    <message>
+        <source>The tag group &quot;%1&quot;</source>
+        <translation>Le groupe d’étiquettes « %1 »</translation>
+    </message>
+    <message>
+        <source>Their pages in the database file are damaged:</source>
+        <translation>Leurs pages dans le fichier de base de données sont endommagées :</translation>
     </message>
 </context>
 <context>
@@ -1861,6 +1884,13 @@ La raison : %2</translation>
     <message>
         <source>It cannot be read as a database: %1</source>
         <translation>Le fichier ne peut pas être lu comme une base de données : %1</translation>
+    </message>
+</context>
+<context>
+    <name>ImportStatements</name>
+    <message>
+        <source>There are no free ids in its table &quot;%1&quot;.</source>
+        <translation>Il n’y a plus de numéro libre dans sa table « %1 ».</translation>
     </message>
 </context>
 <context>
@@ -2754,6 +2784,10 @@ Chemin relatif : %7
     <message>
         <source>An unknown error occurred while adding files</source>
         <translation>Une erreur inconnue s’est produite lors de l’ajout de fichiers</translation>
+    </message>
+    <message>
+        <source>A part of it, or of the open database, cannot be read, as the file is damaged.</source>
+        <translation>Une partie de cette base de données, ou de celle qui est ouverte, ne peut pas être lue, car le fichier est endommagé.</translation>
     </message>
 </context>
 <context>
