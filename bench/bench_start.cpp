@@ -136,6 +136,35 @@ void makeCollectionOf(const QString &path, int files)
     QSqlDatabase::removeDatabase(name);
 }
 
+/** 5,000 tags and as many nodes on three levels, 1,000 relationships. */
+void addTrees(const QString &path)
+{
+    const QString name = QStringLiteral("maker");
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(Constants::sqliteDriver, name);
+        database.setDatabaseName(path);
+        database.open();
+        database.transaction();
+        QSqlQuery query(database);
+        const auto fill = [&](int first, int last, const char *rows) {
+            const QString numbers =
+                QStringLiteral("WITH RECURSIVE n(i) AS (SELECT %1 UNION ALL SELECT i+1 FROM n "
+                               "WHERE i<%2) INSERT INTO ")
+                    .arg(first)
+                    .arg(last);
+            if (!query.exec(numbers + QLatin1String(rows)))
+                qFatal("%s", rows);
+        };
+        fill(301, 5000, "tags SELECT i,'tag '||i,'',0,NULL FROM n");
+        fill(1, 5000, "tb_nodes SELECT i,i,1,0 FROM n");
+        fill(1, 5000, "tb_node_links SELECT CASE WHEN i<=50 THEN 0 ELSE 1+(i-51)/10 END,i FROM n");
+        fill(1, 50, "tag_relationships SELECT i FROM n");
+        fill(51, 1000, "tag_relationships SELECT (1+i%50)||'.'||i FROM n");
+        database.commit();
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
 /** Runs this program with arguments and gives the CPU seconds that it took. */
 double childSeconds(const QStringList &arguments)
 {
@@ -195,15 +224,20 @@ int main(int argc, char *argv[])
         qFatal("%s cannot be read", qPrintable(demo));
     const QString large = folder.filePath(QStringLiteral("large.vrn"));
     makeCollectionOf(large, smallCollection);
+    const QString trees = folder.filePath(QStringLiteral("trees.vrn"));
+    makeCollectionOf(trees, 1);
+    addTrees(trees);
 
     // In turn, so that other load on the machine meets all alike.
     std::vector<double> empty;
     std::vector<double> withDemo;
     std::vector<double> withLarge;
+    std::vector<double> withTrees;
     for (int round = 0; round < rounds; ++round) {
         empty.push_back(childSeconds({QStringLiteral("empty")}));
         withDemo.push_back(childSeconds({QStringLiteral("window"), folder.path(), copy}));
         withLarge.push_back(childSeconds({QStringLiteral("window"), folder.path(), large}));
+        withTrees.push_back(childSeconds({QStringLiteral("window"), folder.path(), trees}));
     }
     QTextStream out(stdout);
     const double reference = median(empty);
@@ -219,5 +253,6 @@ int main(int argc, char *argv[])
     row(QStringLiteral("empty QMainWindow"), reference);
     row(QStringLiteral("start on the demo database"), median(withDemo));
     row(QStringLiteral("start on 10,000 files"), median(withLarge));
+    row(QStringLiteral("start on 5,000 tags, nodes"), median(withTrees));
     return 0;
 }

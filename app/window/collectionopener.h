@@ -3,11 +3,13 @@
 #include <QCoreApplication>
 
 class Collection;
+class QElapsedTimer;
 class QWidget;
 
 /**
- * Opens a collection and reads its records. Another program that keeps the database locked is waited for, for
- * a while and as long as the user likes, with the window alive; then it is told. GUI thread.
+ * Opens a collection and reads its records. A large database is read while the event loop goes on, behind a
+ * box with its progress and a way out. Another program that keeps the database locked is waited for, for a
+ * while and as long as the user likes; then it is told. GUI thread.
  */
 class CollectionOpener
 {
@@ -17,10 +19,15 @@ public:
     explicit CollectionOpener(QWidget *window) : m_window(window) {}
 
     /** False when the collection cannot be used and is to be closed again. */
-    bool open(Collection &collection) const;
+    bool open(Collection &collection);
+    /** Whether the user has ended it, who need not be told then. */
+    bool wasCanceled() const { return m_wasCanceled; }
 
 private:
-    bool load(Collection &collection) const;
+    bool load(Collection &collection);
+    bool outwaitLock(Collection &collection, const QElapsedTimer &waited, int &loading);
+    bool awaitFiles(Collection &collection);
 
     QWidget *m_window;
+    bool m_wasCanceled = false;
 };

@@ -14,6 +14,7 @@
 #include "app/window/idlesteps.h"
 #include "app/window/openingprogress.h"
 #include "app/window/recentdatabases.h"
+#include "app/window/reloadprogress.h"
 #include "app/window/serverconnections.h"
 #include "app/window/updatebar.h"
 #include "app/window/windowcommands.h"
@@ -50,8 +51,8 @@ MainWindow::MainWindow(QWidget *parent)
       m_progress(new FileOperationProgress(this)),
       m_errors(new DatabaseErrors(this)),
       m_recentDatabases(new RecentDatabases(this)),
-      m_servers(
-          new ServerConnections([this](const DBDetails &details) { return openDatabase(details); }, this)),
+      m_servers(new ServerConnections(
+          [this](const DBDetails &details) { return openDatabase(details) || m_wasOpeningCanceled; }, this)),
       m_maker(new DatabaseMaker([this](const DBDetails &details) { return openDatabase(details); },
                                 [this] { return m_collection ? m_collection->databaseName() : QString(); },
                                 this)),
@@ -144,6 +145,7 @@ bool MainWindow::event(QEvent *event)
 
 bool MainWindow::openDatabase(const DBDetails &details)
 {
+    m_wasOpeningCanceled = false;
     if (!Collection::canOpen(details, m_prompts))
         return false;
     const OpeningProgress progress(statusBar());
@@ -161,7 +163,9 @@ bool MainWindow::openDatabase(const DBDetails &details)
         if (details.type() == Constants::localDatabase)
             emit databaseChanged(details.databaseName());
         connect(m_collection, &Collection::loadingProgress, &progress, &OpeningProgress::setPercent);
-        opened = CollectionOpener(this).open(*m_collection);
+        CollectionOpener opener(this);
+        opened = opener.open(*m_collection);
+        m_wasOpeningCanceled = opener.wasCanceled();
         if (opened) {
             m_parts->attach(*m_collection);
             rememberRecentDatabase();
@@ -189,6 +193,7 @@ void MainWindow::connectCollection()
     connect(collection, &Collection::loadingProgress, this, &MainWindow::openingProgress);
     connect(collection, &Collection::operationFailed, m_errors, &DatabaseErrors::report);
     m_parts->followReloads(collection);
+    new ReloadProgress(collection, statusBar());
 
     connect(collection->tagsController(), &TagsController::tagDuplicated, this,
             &MainWindow::showTagDublicated, Qt::UniqueConnection);
@@ -289,6 +294,9 @@ void MainWindow::openRecentDatabase(const DBDetails &details)
 
 void MainWindow::warnOfFailedOpening()
 {
+    // Who has ended it knows.
+    if (m_wasOpeningCanceled)
+        return;
     Messages::warning(this, tr("Failed to Open Database"),
                       tr("The selected database could not be opened successfully."));
 }

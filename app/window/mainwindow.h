@@ -127,4 +127,5 @@ private:
     WindowParts *m_parts = nullptr;
     BoxPrompts m_prompts;
     Collection *m_collection = nullptr;
+    bool m_wasOpeningCanceled = false; ///< the last one, by the user
 };

@@ -65,6 +65,7 @@ void Collection::connectManager()
     connect(m_manager, &DatabaseManger::aboutToReloadAllData, this, &Collection::aboutToReloadAllData);
     connect(m_manager, &DatabaseManger::allDataReloaded, this, &Collection::allDataReloaded);
     connect(m_manager, &DatabaseManger::loadingProgress, this, &Collection::loadingProgress);
+    connect(m_manager, &DatabaseManger::filesRead, this, &Collection::filesRead);
 }
 
 std::unique_ptr<AbstractQueryConstructor> Collection::makeQueryConstructor() const
@@ -134,8 +135,26 @@ void Collection::readSettings()
 
 Collection::Loading Collection::load()
 {
+    const Loading begun = beginLoad();
+    return begun == Loaded ? finishLoad() : begun;
+}
+
+Collection::Loading Collection::beginLoad()
+{
     if (m_manager && !m_manager->beginLoad())
         return m_manager->wasBusy() ? Locked : Unreadable;
+    if (m_manager)
+        m_manager->beginFiles();
+    return Loaded;
+}
+
+bool Collection::areFilesMany() const
+{
+    return m_manager && m_manager->areFilesMany();
+}
+
+Collection::Loading Collection::finishLoad()
+{
     const QList<AbstractController *> controllers = {m_mainViewController, m_browsTreeController,
                                                      m_tagsController, m_groupsController,
                                                      m_relationsController};

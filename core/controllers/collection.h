@@ -50,6 +50,14 @@ public:
     };
     /** Fills all records and models; after open() and before the controllers go to the views. */
     virtual Loading load();
+    /**
+     * The same in two steps: when the first gives Loaded, the second is to follow. In between files are read
+     * until filesRead(), which the second would wait for.
+     */
+    Loading beginLoad();
+    Loading finishLoad();
+    /** Whether so many files are read that the event loop should go on until filesRead(). */
+    bool areFilesMany() const;
     /** Takes over what the user has just set: all that is kept in memory of the settings. */
     void readSettings();
 
@@ -92,6 +100,8 @@ signals:
     void allDataReloaded();
     /** How much of all files has been read, while they are. */
     void loadingProgress(int percent);
+    /** All that beginLoad() has asked for is there, or will not come. */
+    void filesRead();
 
 protected:
     Collection(const QString &driver, const QString &host, const QString &databaseName, const QString &user,

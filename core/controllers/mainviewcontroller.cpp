@@ -70,6 +70,7 @@ MainViewController::~MainViewController()
 void MainViewController::connectManager()
 {
     const DatabaseManger *source = manager();
+    connect(source, &DatabaseManger::filesArrived, m_contents, &ContentsModel::prepareFiles);
     connect(source, &DatabaseManger::filesLoaded, this, &MainViewController::loadedFilesDataFromDB);
     connect(source, &DatabaseManger::filesAdded, m_contents, &ContentsModel::addFiles);
     connect(source, &DatabaseManger::filesRemoved, m_contents, &ContentsModel::removeFiles);

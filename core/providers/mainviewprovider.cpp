@@ -19,7 +19,7 @@ MainViewProvider::MainViewProvider(const AbstractQueryConstructor *constructor, 
 void MainViewProvider::loadAllFiles()
 {
     // Files come by rising ids, so the highest one tells how far it is.
-    const double highest = SingleValue::read(*this, highestIdText()).toDouble();
+    const auto highest = static_cast<double>(highestId());
     int told = 0;
     const auto hand = [this, highest, &told](const TableData &slice) {
         emit gotAllFilesInfo(true, slice);
@@ -101,6 +101,21 @@ QString MainViewProvider::highestIdText() const
 {
     return constructor()->selectQuery({QStringLiteral("max(file_id)")}, QStringLiteral("files")) +
            constructor()->statementEnd();
+}
+
+qint64 MainViewProvider::highestId()
+{
+    return SingleValue::read(*this, highestIdText()).toLongLong();
+}
+
+QString MainViewProvider::copyText() const
+{
+    return QStringLiteral(
+        "COPY (SELECT files.file_id,file_name,file_description,file_size,addition_date,modification_date,"
+        "id_code,load_id,storage_id,thumbnail_id,data_checksum,internal,path,rel_path,tag_ids FROM files"
+        " LEFT JOIN file_paths ON files.storage_id=file_paths.path_id AND files.internal=0"
+        " LEFT JOIN (SELECT file_id,array_agg(tag_id) AS tag_ids FROM file_tag GROUP BY file_id) AS links"
+        " ON files.file_id=links.file_id ORDER BY files.file_id) TO STDOUT;");
 }
 
 QString MainViewProvider::filesText(const QString &condition) const

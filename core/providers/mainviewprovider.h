@@ -25,6 +25,14 @@ public:
      */
     void loadAllFiles();
 
+    // For who reads all files on a connection of its own.
+    QString allFilesText() const { return filesText(QString()); }
+    QString allTagsText() const { return tagsText(QString()); }
+    /** Of a server: both in one, a row a file, in an order of columns that is known beforehand. */
+    QString copyText() const;
+    /** The highest id of a file, 0 without one. */
+    qint64 highestId();
+
     /**
      * Emits filesUpdated once for each piece of some thousand files. All rows of a file stand in one piece,
      * so that each piece is a whole answer for its files. Ids without a file have no rows; a failure ends

@@ -1,39 +1,132 @@
 #include "db/caches/discardedfiles.h"
 
+#include "app/settings/crashstack.h"
 #include "core/records/file.h"
 
-#include <QElapsedTimer>
+#include <QMap>
 
-DiscardedFiles::DiscardedFiles(QObject *parent) : QObject(parent) {}
+#include <atomic>
+#include <condition_variable>
+#include <list>
+#include <mutex>
+#include <thread>
 
-DiscardedFiles::~DiscardedFiles()
+namespace {
+// So many are gone sooner than a thread is told of them.
+constexpr int fewFiles = 1000;
+
+/** The thread, from the first large lot on, with what it has to do. */
+class Remover
 {
-    qDeleteAll(m_files);
-}
+public:
+    ~Remover();
+    void add(const QMap<qint64, File *> &files, const QList<File *> &others);
+    bool isIdle();
 
-void DiscardedFiles::add(const QList<File *> &files)
-{
-    m_files += files;
-    freeSome();
-}
+private:
+    struct Lot
+    {
+        QMap<qint64, File *> files;
+        QList<File *> others;
+    };
 
-void DiscardedFiles::timerEvent(QTimerEvent *)
-{
-    freeSome();
-}
+    void run();
+    template <typename Files>
+    void free(const Files &files);
 
-void DiscardedFiles::freeSome()
+    std::mutex m_mutex; ///< of what follows, down to the thread
+    std::condition_variable m_changed;
+    std::list<Lot> m_lots;
+    bool m_isWorking = false;
+    std::thread m_thread;
+    std::atomic<bool> m_isEnding{false};
+    Lot m_current; ///< the thread's own
+};
+
+Remover::~Remover()
 {
-    constexpr int milliseconds = 8;
-    constexpr int filesBetweenLooks = 256;
-    QElapsedTimer timer;
-    timer.start();
-    while (!m_files.isEmpty() && !timer.hasExpired(milliseconds)) {
-        for (int i = 0; i < filesBetweenLooks && !m_files.isEmpty(); ++i)
-            delete m_files.takeLast();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_isEnding = true;
     }
-    if (m_files.isEmpty())
-        m_next.stop();
-    else if (!m_next.isActive())
-        m_next.start(0, this);
+    m_changed.notify_all();
+    if (m_thread.joinable())
+        m_thread.join();
 }
+
+void Remover::add(const QMap<qint64, File *> &files, const QList<File *> &others)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_lots.push_back({files, others});
+        if (!m_thread.joinable())
+            m_thread = std::thread([this] { run(); });
+    }
+    m_changed.notify_all();
+}
+
+bool Remover::isIdle()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_lots.empty() && !m_isWorking;
+}
+
+void Remover::run()
+{
+    provideCrashStack();
+    std::unique_lock<std::mutex> lock(m_mutex);
+    while (!m_isEnding) {
+        m_isWorking = !m_lots.empty();
+        if (!m_isWorking) {
+            m_changed.wait(lock);
+            continue;
+        }
+        m_current = std::move(m_lots.front());
+        m_lots.pop_front();
+        lock.unlock();
+        free(m_current.files);
+        free(m_current.others);
+        if (!m_isEnding)
+            m_current = Lot();
+        lock.lock();
+    }
+}
+
+template <typename Files>
+void Remover::free(const Files &files)
+{
+    for (auto file = files.cbegin(); file != files.cend() && !m_isEnding; ++file)
+        delete *file;
+}
+
+Remover &remover()
+{
+    static Remover remover;
+    return remover;
+}
+} // namespace
+
+namespace DiscardedFiles {
+void add(const QList<File *> &files)
+{
+    if (files.size() <= fewFiles)
+        qDeleteAll(files);
+    else
+        remover().add({}, files);
+}
+
+void add(Map<qint64, File *> &files)
+{
+    const QMap<qint64, File *> items = files.items();
+    files.clear();
+    if (items.size() <= fewFiles)
+        qDeleteAll(items);
+    else
+        remover().add(items, {});
+}
+
+bool isEmpty()
+{
+    return remover().isIdle();
+}
+} // namespace DiscardedFiles

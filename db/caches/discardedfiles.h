@@ -1,32 +1,20 @@
 #pragma once
 
-#include <QBasicTimer>
+#include "core/records/map.h"
+
 #include <QList>
-#include <QObject>
 
 class File;
 
 /**
- * Records that nobody uses any more. A million of them take most of a second to free, so that is done a
- * little at a time from the event loop. GUI thread.
+ * Records that nobody uses any more. A million of them take most of a second to free, so a thread of its own
+ * does that. Those that are left when the program ends go with its memory.
  */
-class DiscardedFiles : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit DiscardedFiles(QObject *parent = nullptr);
-    ~DiscardedFiles() override;
-
-    void add(const QList<File *> &files);
-    bool isEmpty() const { return m_files.isEmpty(); }
-
-protected:
-    void timerEvent(QTimerEvent *event) override;
-
-private:
-    void freeSome();
-
-    QList<File *> m_files;
-    QBasicTimer m_next;
-};
+namespace DiscardedFiles {
+/** Takes them over. */
+void add(const QList<File *> &files);
+/** The same with all of a map, which is left empty. */
+void add(Map<qint64, File *> &files);
+/** Whether all of them are gone. */
+bool isEmpty();
+} // namespace DiscardedFiles

@@ -1,31 +1,52 @@
 #include "db/caches/filecache.h"
 
 #include "core/records/file.h"
+#include "db/caches/discardedfiles.h"
 #include "db/caches/filecolumns.h"
 
 #include <QHash>
 
 #include <algorithm>
+#include <utility>
 
 FileCache::FileCache() = default;
 
 FileCache::~FileCache()
 {
     abandonLoad();
-    qDeleteAll(m_files.items());
+    DiscardedFiles::add(m_files);
 }
 
-QList<File *> FileCache::clear()
+void FileCache::clear(Map<qint64, File *> &old)
 {
-    Map<qint64, File *> old;
     old.swap(m_files);
     m_missing.clear();
-    return old.values();
 }
 
 void FileCache::beginLoad()
 {
     abandonLoad();
+    m_isLoading = true;
+}
+
+QVector<File *> FileCache::addRecords(std::vector<FileRecord> &records)
+{
+    QVector<File *> files;
+    files.reserve(static_cast<int>(records.size()));
+    for (FileRecord &record : records) {
+        // A file that tells of an id twice is damaged; the tags of both are those of one.
+        if (record.id <= m_highestId) {
+            if (File *known = m_loading.value(record.id)) {
+                known->setTags(known->tags() + record.tags.toVector());
+                continue;
+            }
+        }
+        m_highestId = qMax(m_highestId, record.id);
+        auto *file = new File(std::move(record));
+        m_loading.insert(file->id(), file);
+        files.append(file);
+    }
+    return files;
 }
 
 void FileCache::addSlice(const TableData &rows)
@@ -72,16 +93,19 @@ QList<File *> FileCache::finishLoad()
     m_current = nullptr;
     m_highestId = 0;
     m_columns.reset();
+    m_isLoading = false;
     m_files.swap(m_loading);
-    const QList<File *> old = m_loading.values();
+    QList<File *> old = m_loading.values();
     m_loading.clear();
+    old += take(std::exchange(m_goneMeanwhile, {}));
     return old;
 }
 
 void FileCache::abandonLoad()
 {
-    qDeleteAll(m_loading.items());
-    m_loading.clear();
+    DiscardedFiles::add(m_loading);
+    m_goneMeanwhile.clear();
+    m_isLoading = false;
     m_current = nullptr;
     m_highestId = 0;
     m_columns.reset();
@@ -136,6 +160,8 @@ FileCache::Merge FileCache::merge(const TableData &rows)
 QList<File *> FileCache::take(const QVector<qint64> &fileIds)
 {
     QList<File *> taken;
+    if (m_isLoading)
+        m_goneMeanwhile += fileIds;
     for (const qint64 fileId : fileIds) {
         File *file = m_files.take(fileId);
         if (!file)
@@ -153,9 +179,9 @@ QVector<qint64> FileCache::forgetTags(const QVector<qint64> &fileIds, const QVec
     QVector<qint64> changed;
     for (const qint64 fileId : fileIds) {
         File *file = m_files.value(fileId);
-        if (!file || std::none_of(file->tags().cbegin(), file->tags().cend(), isGone))
+        QVector<qint64> tags = file ? file->tags() : QVector<qint64>();
+        if (std::none_of(tags.cbegin(), tags.cend(), isGone))
             continue;
-        QVector<qint64> tags = file->tags();
         tags.erase(std::remove_if(tags.begin(), tags.end(), isGone), tags.end());
         file->setTags(tags);
         changed.append(fileId);

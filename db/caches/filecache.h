@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/records/filerecord.h"
 #include "core/records/map.h"
 #include "db/sql/tabledata.h"
 
@@ -7,6 +8,7 @@
 #include <QVector>
 
 #include <memory>
+#include <vector>
 
 class File;
 class FileColumns;
@@ -27,13 +29,16 @@ public:
     Map<qint64, File *> &map() { return m_files; }
     const Map<qint64, File *> &map() const { return m_files; }
 
-    /** Empties the cache and gives the old records for deletion. */
-    QList<File *> clear();
+    /** Empties the cache into an empty map, whose holder has the old records deleted. */
+    void clear(Map<qint64, File *> &old);
 
     /** Forgets what an unfinished load had read. */
     void beginLoad();
     /** The rows stay the caller's. */
     void addSlice(const TableData &rows);
+    /** The same with finished records, which are taken over. Gives the new files. */
+    QVector<File *> addRecords(std::vector<FileRecord> &records);
+    bool isLoading() const { return m_isLoading; }
     /** Makes what was read the contents and gives the records held before for deletion. */
     QList<File *> finishLoad();
     void abandonLoad();
@@ -46,7 +51,10 @@ public:
     /** Takes in all rows of the files that stand in them; they stay the caller's. */
     Merge merge(const TableData &rows);
 
-    /** Takes records out; the caller becomes their owner. Unknown ids are passed over. */
+    /**
+     * Takes records out; the caller becomes their owner. Unknown ids are passed over; a load under way, which
+     * may have read them before they went, leaves them out.
+     */
     QList<File *> take(const QVector<qint64> &fileIds);
 
     /** Takes tags off files; gives the ids of those that had one. */
@@ -65,7 +73,9 @@ private:
     QSet<qint64> m_missing;
 
     // A load under way.
+    bool m_isLoading = false;
     Map<qint64, File *> m_loading;
+    QVector<qint64> m_goneMeanwhile;
     std::unique_ptr<FileColumns> m_columns;
     File *m_current = nullptr;
     qint64 m_highestId = 0;

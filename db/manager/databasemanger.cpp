@@ -121,6 +121,7 @@ void DatabaseManger::connectRecords()
     connect(&m_records, &Keeper::addedBrowsingNodes, this, &Manager::addedBrowsingNodes);
     connect(&m_records, &Keeper::aboutToRemoveNodes, this, &Manager::aboutToRemoveNodes);
     connect(&m_records, &Keeper::removedNodes, this, &Manager::removedNodes);
+    connect(&m_records, &Keeper::filesRead, this, &Manager::filesArrived);
     connect(&m_records, &Keeper::filesLoaded, this, &Manager::filesLoaded);
     connect(&m_records, &Keeper::filesAdded, this, &Manager::filesAdded);
     connect(&m_records, &Keeper::filesChanged, this, &Manager::filesChanged);
@@ -138,6 +139,12 @@ void DatabaseManger::connectLoads()
     connect(&m_errors, &ErrorTeller::showTempWarning, this, &DatabaseManger::showTempWarning);
     connect(&m_errors, &ErrorTeller::thumbnailsBusy, &m_loads,
             [this](const QVector<qint64> &ids) { m_loads.keep(PendingReloads::ThumbnailReload, ids); });
+    connect(&m_loads, &RecordLoads::progress, this, &DatabaseManger::loadingProgress);
+    connect(&m_loads, &RecordLoads::filesRead, this, &DatabaseManger::filesRead);
+    connect(&m_loads, &RecordLoads::filesRead, this, [this] {
+        if (m_isReloading)
+            fillAllData();
+    });
     connect(&m_loads, &RecordLoads::fullReloadDue, this, &DatabaseManger::reloadAllData);
     connect(&m_loads, &RecordLoads::thumbnailDue, this,
             [this](qlonglong fileId) { emit thumbnailUpdated(fileId, nullptr); });
@@ -306,20 +313,40 @@ bool DatabaseManger::endLoad()
 
 void DatabaseManger::reloadAllData()
 {
-    if (beginLoad()) {
-        emit aboutToReloadAllData();
-        m_thumbnailCache->clearCache();
-        loadBrowsingTrees();
-        setCurrentBrowsingTree(currentBrowsingTree());
-        loadAllFiles();
-        loadAllNodes();
-        loadAllTags();
-        loadAllGroups();
-        loadAllRelationNodes();
-        endLoad();
-        emit allDataReloaded();
+    // What came meanwhile is not in the state that is being read.
+    if (m_records.loadState().isLoading()) {
+        m_loads.keep(PendingReloads::FullReload, {0});
+        return;
     }
-    // What could not be read is missing now, or is still as it was.
+    if (!beginLoad()) {
+        if (m_errors.sawBusy())
+            m_loads.keep(PendingReloads::FullReload, {0});
+        return;
+    }
+    emit aboutToReloadAllData();
+    m_thumbnailCache->clearCache();
+    beginFiles();
+    m_isReloading = areFilesMany();
+    if (m_isReloading)
+        m_errors.endSilence();
+    else
+        fillAllData();
+}
+
+void DatabaseManger::fillAllData()
+{
+    if (std::exchange(m_isReloading, false))
+        m_errors.beginSilence();
+    loadBrowsingTrees();
+    setCurrentBrowsingTree(currentBrowsingTree());
+    loadAllFiles();
+    loadAllNodes();
+    loadAllTags();
+    loadAllGroups();
+    loadAllRelationNodes();
+    endLoad();
+    emit allDataReloaded();
+    // What could not be read is missing now.
     if (m_errors.sawBusy())
         m_loads.keep(PendingReloads::FullReload, {0});
 }
@@ -331,6 +358,8 @@ bool DatabaseManger::isReadyForEdits()
         emit showTempWarning(tr("Warning"), tr("The connection to the database is lost."));
         return false;
     }
+    if (m_isReloading)
+        emit showTempWarning(tr("Warning"), tr("Local data is updating."));
     // The rest of an edit of several steps goes with its first one.
     if (m_isReloadDue || m_records.loadState().isLoading())
         return false;

@@ -284,6 +284,10 @@ public:
      * False when it cannot be read: then nothing may be loaded, and the records stay what they were.
      */
     bool beginLoad();
+    /** Begins to read all files, after beginLoad(); loadAllFiles() ends it. */
+    void beginFiles() { m_loads.beginFiles(details(), sharedState()); }
+    /** Whether so many are being read that the event loop should go on until filesRead(). */
+    bool areFilesMany() const { return m_loads.areFilesBeingRead() && m_loads.areFilesMany(); }
     /** True when everything was read. What was not keeps all edits out until a later load brings it. */
     bool endLoad();
     /** Whether the load failed, or would have, only for what another connection holds at the moment. */
@@ -314,6 +318,10 @@ signals:
     void removedNodes();
     /** While all files are read. */
     void loadingProgress(int percent);
+    /** Some of all files, which filesLoaded() will tell of; an empty list when a reading begins. */
+    void filesArrived(const QVector<File *> &files);
+    /** All that beginFiles() began is there, or will not come. */
+    void filesRead();
     void filesLoaded(const Map<qint64, File *> &files);
     void filesAdded(const Map<qint64, File *> &files);
     void filesRemoved(QVector<qint64> fileIds);
@@ -355,7 +363,10 @@ public slots:
     void updateTags(const QVector<qint64> &tagIds) { m_loads.loadTags(tagIds); }
     void reloadNodes(const QVector<qint64> &nodeIds) override { m_loads.loadNodes(nodeIds); }
     void reloadFiles(const QVector<qint64> &fileIds) { m_loads.loadFiles(fileIds); }
-    /** Empties and fills everything; when the database is busy all stays as it is until a later try. */
+    /**
+     * Empties and fills everything; when the database is busy all stays as it is until a later try. With many
+     * files it goes on after the return, until allDataReloaded().
+     */
     void reloadAllData();
 
 protected slots:
@@ -377,6 +388,8 @@ protected:
     /** Holds the database for the reading of all records; false when it cannot be read. */
     virtual bool beginReading();
     virtual void endReading() {}
+    /** What another connection reads the same state by, while this one holds it; on a server. */
+    virtual QString sharedState() const { return {}; }
     LoadState &loadState() { return m_records.loadState(); }
     /** The same for an operation of the worker, which may look itself when it begins. */
     bool mayRequest() override { return isDataCurrent(); }
@@ -404,6 +417,7 @@ protected:
     UserPrompts &prompts() const { return *m_prompts; }
 
 private:
+    void fillAllData();
     void connectRecords();
     void connectLoads();
     void connectFileOperations();
@@ -439,6 +453,7 @@ private:
     ThumbnailCache *m_thumbnailCache;
     bool m_isOpen = false;
     bool m_isReloadDue = false;
+    bool m_isReloading = false; ///< until the files are read
     WriteGuard *m_writeGuard = nullptr;
     UserPrompts *m_prompts;
 };

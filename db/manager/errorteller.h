@@ -38,6 +38,9 @@ public:
     /** Runs a step between the two. True when it met a lock. */
     bool runInSilence(const std::function<void()> &step);
 
+    /** The connection is lost. */
+    void tellLoss();
+    void tellError(const QSqlError &error);
     void tellBusy();
     /** With how far an operation came. */
     void warnOfBusyDatabase(const QString &outcome = QString());
@@ -53,9 +56,6 @@ signals:
     void thumbnailsBusy(QVector<qint64> fileIds);
 
 private:
-    void tellLoss();
-    void tellError(const QSqlError &error);
-
     const DBDetails m_details;
     bool m_isLost = false;
     bool m_isSilent = false;

@@ -7,6 +7,7 @@
 #include "core/providers/postgresgroupsprovider.h"
 #include "core/providers/postgrestagsprovider.h"
 #include "core/providers/relationtreeprovider.h"
+#include "core/providers/singlevalue.h"
 #include "db/sql/postgresqueryconstructor.h"
 #include "fileops/provider/postgresfileoperationprovider.h"
 
@@ -75,6 +76,27 @@ void PostgresDBManager::setCurrentBrowsingTree(qint64 treeId)
     // A load of everything comes to them anyway.
     if (!loadState().isLoading())
         loadAllNodes();
+}
+
+bool PostgresDBManager::beginReading()
+{
+    GeneralProvider *general = providers().general;
+    if (!general->runSync(QStringLiteral("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY;")))
+        return false;
+    if (DatabaseManger::beginReading()) {
+        m_sharedState =
+            SingleValue::read(*general, QStringLiteral("SELECT pg_export_snapshot();")).toString();
+        return true;
+    }
+    general->rollbackTransaction();
+    return false;
+}
+
+void PostgresDBManager::endReading()
+{
+    // Nothing was written: it only lets go.
+    m_sharedState.clear();
+    providers().general->rollbackTransaction();
 }
 
 bool PostgresDBManager::isDataCurrent()

@@ -38,6 +38,9 @@ protected slots:
     void parseUpdatedBrowsingTree(qlonglong treeId, const QString &name);
 
 protected:
+    bool beginReading() override;
+    void endReading() override;
+    QString sharedState() const override { return m_sharedState; }
     void aboutToLoad() override;
     void aboutToCommit(const QDateTime &lastChange) override;
     void noteChange(const QDateTime &change) override;
@@ -47,6 +50,7 @@ private:
 
     PostgresGeneralProvider *m_stamps; ///< the provider of general data
     qint64 m_currentTree = 0;
+    QString m_sharedState;         ///< that another connection may read, while all records are
     QDateTime m_lastModification;  ///< UTC, the change up to which the records are those of the server
     bool m_areStampsNamed = false; ///< own stamps can be told from those of others
     bool m_missesChanges = false;  ///< without names: another client's, made during an operation of our own

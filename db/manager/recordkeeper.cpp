@@ -8,6 +8,7 @@
 #include "core/providers/tagsprovider.h"
 #include "core/records/file.h"
 #include "core/records/tbnode.h"
+#include "db/caches/discardedfiles.h"
 #include "db/manager/providers.h"
 
 void RecordKeeper::follow(const DatabaseProviders &providers)
@@ -43,11 +44,24 @@ void RecordKeeper::follow(const DatabaseProviders &providers)
 
 void RecordKeeper::dropFiles()
 {
-    const QList<File *> old = m_files.clear();
+    Map<qint64, File *> old;
+    m_files.clear(old);
     if (!old.isEmpty())
         emit filesLoaded(m_files.map());
-    qDeleteAll(old);
+    DiscardedFiles::add(old);
     m_files.beginLoad();
+    emit filesRead({});
+}
+
+void RecordKeeper::addFiles(std::vector<FileRecord> &records)
+{
+    emit filesRead(m_files.addRecords(records));
+}
+
+void RecordKeeper::dropUnreadFiles()
+{
+    m_files.abandonLoad();
+    emit filesRead({});
 }
 
 void RecordKeeper::forgetTags(const QVector<qint64> &tagIds, const QVector<qint64> &unlinkedFileIds)
@@ -181,7 +195,7 @@ void RecordKeeper::gotAllFiles(bool ok, const TableData &rows)
 {
     if (!ok) {
         m_loadState.note(LoadState::Files, false);
-        m_files.abandonLoad();
+        dropUnreadFiles();
         return;
     }
     if (!rows.isEmpty()) {
@@ -191,7 +205,7 @@ void RecordKeeper::gotAllFiles(bool ok, const TableData &rows)
     m_loadState.note(LoadState::Files, true);
     const QList<File *> old = m_files.finishLoad();
     emit filesLoaded(m_files.map());
-    m_discardedFiles.add(old);
+    DiscardedFiles::add(old);
 }
 
 void RecordKeeper::gotUpdatedFiles(bool ok, const TableData &rows)
@@ -209,7 +223,7 @@ void RecordKeeper::gotFilesRemoved(const QVector<qint64> &fileIds)
 {
     const QList<File *> removed = m_files.take(fileIds);
     emit filesRemoved(fileIds);
-    m_discardedFiles.add(removed);
+    DiscardedFiles::add(removed);
 }
 
 void RecordKeeper::gotAllRelationNodes(bool ok, const TableData &rows)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/records/recordtypes.h"
-#include "db/caches/discardedfiles.h"
 #include "db/caches/filecache.h"
 #include "db/caches/groupcache.h"
 #include "db/caches/nodecache.h"
@@ -44,6 +43,10 @@ public:
 
     /** Before all files are read: old records and new ones together would need twice the memory. */
     void dropFiles();
+    /** The next of all files, as they are read; gotAllFiles() ends it, with an empty table. */
+    void addFiles(std::vector<FileRecord> &records);
+    /** Nobody wants the rest of them. */
+    void dropUnreadFiles();
     /** Tags are gone from the database, and from these files there. */
     void forgetTags(const QVector<qint64> &tagIds, const QVector<qint64> &unlinkedFileIds);
     /** What tellNews() brings is told as one removal. */
@@ -86,6 +89,8 @@ signals:
     void addedBrowsingNodes(const Map<qint64, TBnode *> &nodes);
     void aboutToRemoveNodes(const QVector<qint64> &nodeIds);
     void removedNodes();
+    /** Some of all files, which filesLoaded() will tell of; an empty list when a reading begins. */
+    void filesRead(const QVector<File *> &files);
     void filesLoaded(const Map<qint64, File *> &files);
     void filesAdded(const Map<qint64, File *> &files);
     void filesChanged(QVector<qint64> fileIds);
@@ -100,6 +105,5 @@ private:
     NodeCache m_nodes;
     RelationCache m_relations;
     FileCache m_files;
-    DiscardedFiles m_discardedFiles;
     LoadState m_loadState;
 };

@@ -78,6 +78,12 @@ void ReadBound::count(const QVariant &value)
         innermost->m_signsLeft -= value.toByteArray().size();
 }
 
+void ReadBound::countCharacters(int characters)
+{
+    if (innermost)
+        innermost->m_signsLeft -= characters;
+}
+
 void ReadBound::beginStatement(int length)
 {
     if (innermost && innermost->m_scope == EachStatement)

@@ -26,6 +26,7 @@ public:
 
     /** A value was read on this thread. */
     static void count(const QVariant &value);
+    static void countCharacters(int characters);
     /** A statement of so many signs begins on this thread: its own values take steps, too. */
     static void beginStatement(int length);
 

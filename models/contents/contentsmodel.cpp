@@ -11,11 +11,13 @@
 #include "models/contents/contentshost.h"
 
 #include <QBitArray>
+#include <QElapsedTimer>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QMimeData>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -247,18 +249,73 @@ bool ContentsModel::dropMimeData(const QMimeData *data, Qt::DropAction /*action*
     return m_host->linkTagsToFile(fileId, tagIds);
 }
 
+void ContentsModel::prepareFiles(const QVector<File *> &files)
+{
+    if (files.isEmpty()) {
+        m_coming.clear();
+        m_comingIndex.clear();
+    }
+    for (File *file : files) {
+        m_coming.append(file);
+        m_comingIndex.append(*file);
+    }
+}
+
 void ContentsModel::loadFiles(const FileMap &files)
 {
     beginResetModel();
-    m_files.clear();
-    m_index.clear();
     m_pictures.clear();
-    m_files.reserve(files.size());
-    m_index.reserve(files.size());
-    for (File *file : files)
-        appendRow(file);
+    m_searchTexts.clear();
+    m_nextSearchTexts.stop();
+    const bool arePrepared = !m_coming.isEmpty() && m_coming.size() == files.size() &&
+                             m_coming.last() == std::prev(files.end()).value();
+    if (arePrepared) {
+        m_files.swap(m_coming);
+        m_index.takeOver(m_comingIndex);
+    } else {
+        m_files.clear();
+        m_index.clear();
+        m_files.reserve(files.size());
+        m_index.reserve(files.size());
+        for (File *file : files)
+            appendRow(file);
+    }
+    m_coming = {};
+    m_comingIndex = {};
     endResetModel();
     emit contentsChanged();
+}
+
+const SearchTexts &ContentsModel::searchTexts() const
+{
+    if (m_searchTexts.size() == 0)
+        m_searchTexts.reserve(m_files.size());
+    while (m_searchTexts.size() < m_files.size())
+        m_searchTexts.append(*m_files.at(m_searchTexts.size()));
+    return m_searchTexts;
+}
+
+void ContentsModel::prepareSearch()
+{
+    if (m_searchTexts.size() < m_files.size() && !m_nextSearchTexts.isActive())
+        m_nextSearchTexts.start(0, this);
+}
+
+void ContentsModel::timerEvent(QTimerEvent *)
+{
+    constexpr int milliseconds = 8;
+    constexpr int rowsBetweenLooks = 256;
+    if (m_searchTexts.size() == 0)
+        m_searchTexts.reserve(m_files.size());
+    QElapsedTimer timer;
+    timer.start();
+    while (!timer.hasExpired(milliseconds) && m_searchTexts.size() < m_files.size()) {
+        const int end = qMin(m_searchTexts.size() + rowsBetweenLooks, m_files.size());
+        while (m_searchTexts.size() < end)
+            m_searchTexts.append(*m_files.at(m_searchTexts.size()));
+    }
+    if (m_searchTexts.size() == m_files.size())
+        m_nextSearchTexts.stop();
 }
 
 void ContentsModel::clear()
@@ -328,6 +385,7 @@ void ContentsModel::removeFiles(const QVector<qint64> &fileIds)
 void ContentsModel::eraseRows(const QVector<int> &rows)
 {
     m_index.removeRows(rows);
+    m_searchTexts.removeRows(rows);
     auto removed = rows.cbegin();
     int target = rows.first();
     for (int row = rows.first(); row < m_files.size(); ++row) {
@@ -363,8 +421,10 @@ void ContentsModel::updateFiles(const QVector<qint64> &fileIds)
     if (rows.isEmpty())
         return;
     // All rows first: the filter looks at the whole index at the first signal.
-    for (int row : rows)
+    for (int row : rows) {
         m_index.update(row, *m_files.at(row));
+        m_searchTexts.update(row, *m_files.at(row));
+    }
     emit recordsChanged(rows);
     emitRowsChanged(rows);
     emit contentsChanged();

@@ -3,8 +3,10 @@
 #include "core/records/recordtypes.h"
 #include "models/contents/fileindex.h"
 #include "models/contents/filepictures.h"
+#include "models/contents/searchtexts.h"
 
 #include <QAbstractTableModel>
+#include <QBasicTimer>
 #include <QVector>
 
 class ContentsHost;
@@ -67,7 +69,14 @@ public:
     bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                       const QModelIndex &parent) override;
 
+    /** What a search looks at, of all rows. */
+    const SearchTexts &searchTexts() const;
+    /** A search may come soon: gets that ready, a little at a time. */
+    void prepareSearch();
+
 public slots:
+    /** Some files, by rising ids, that loadFiles() will bring; an empty list begins anew. */
+    void prepareFiles(const QVector<File *> &files);
     /** Takes the place of all rows. */
     void loadFiles(const FileMap &files);
     void clear();
@@ -90,6 +99,9 @@ signals:
     /** Follows, once, whatever one of the slots above has announced; proxies are settled by then. */
     void contentsChanged();
 
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
 private:
     QVariant decoration(const File &file) const;
     QVariant editText(const File &file, int column) const;
@@ -108,5 +120,9 @@ private:
     ContentsHost *m_host = nullptr;
     QVector<File *> m_files;
     FileIndex m_index;
+    QVector<File *> m_coming; // prepared, and not shown yet
+    FileIndex m_comingIndex;
+    mutable SearchTexts m_searchTexts; // of the first rows, until all are needed
+    QBasicTimer m_nextSearchTexts;
     mutable FilePictures m_pictures;
 };

@@ -89,7 +89,7 @@ void FileFilterModel::runSelection()
 void FileFilterModel::showNewRows()
 {
     m_rows.swap(m_newRows);
-    m_areAcceptedFilesKnown = false;
+    forgetAcceptedFiles();
 }
 
 // A change of layout leads views and proxies above to the rows that are left, and lets them look at all of
@@ -113,7 +113,7 @@ void FileFilterModel::showChanges()
         showChangesInOneGo();
         return;
     }
-    m_areAcceptedFilesKnown = false;
+    forgetAcceptedFiles();
     for (int row : gone) {
         const int place = placeOf(row);
         beginRemoveRows(QModelIndex(), place, place);
@@ -170,7 +170,7 @@ void FileFilterModel::sourceRowsRemoved(const QModelIndex & /*parent*/, int firs
     const auto firstGone = m_rows.begin() + placeOf(first);
     const auto kept = m_rows.erase(firstGone, m_rows.begin() + placeOf(last + 1));
     std::for_each(kept, m_rows.end(), [first, last](int &row) { row -= last - first + 1; });
-    m_areAcceptedFilesKnown = false;
+    forgetAcceptedFiles();
     if (m_isRemoving)
         endRemoveRows();
     m_isRemoving = false;
@@ -215,6 +215,28 @@ const QVector<qint64> &FileFilterModel::acceptedFiles() const
     }
     m_areAcceptedFilesKnown = true;
     return m_acceptedFiles;
+}
+
+void FileFilterModel::forgetAcceptedFiles()
+{
+    m_areAcceptedFilesKnown = false;
+    m_areKindsKnown = false;
+}
+
+const std::array<int, 256> &FileFilterModel::kindCounts() const
+{
+    const quint64 revision = m_contents ? m_contents->fileIndex().revision() : 0;
+    if (m_areKindsKnown && m_kindsRevision == revision)
+        return m_kindCounts;
+    m_kindCounts.fill(0);
+    if (m_contents) {
+        const quint8 *kinds = m_contents->fileIndex().kinds();
+        for (const int row : m_rows)
+            ++m_kindCounts[kinds[row]];
+    }
+    m_areKindsKnown = true;
+    m_kindsRevision = revision;
+    return m_kindCounts;
 }
 
 const File *FileFilterModel::fileAt(int row) const

@@ -6,6 +6,7 @@
 
 #include <QVector>
 
+#include <array>
 #include <vector>
 
 class ContentsModel;
@@ -40,6 +41,8 @@ public:
     const QVector<qint64> &excluded() const { return m_selection.requirements().excluded; }
     /** The ids of all accepted files, in the order of the source. */
     const QVector<qint64> &acceptedFiles() const;
+    /** How many of them are of each kind, as FileIndex::kinds() has them. */
+    const std::array<int, 256> &kindCounts() const;
     const QVector<qint64> &dTags() const { return m_selection.dTags(); }
 
     /** The row of the ContentsModel behind a row here. */
@@ -81,6 +84,7 @@ private:
     void showChangesInOneGo();
     void showNewRows();
     void announceDTags();
+    void forgetAcceptedFiles();
     /** The place of the first shown row that is not before a row of the ContentsModel. */
     int placeOf(int contentsRow) const;
 
@@ -93,5 +97,8 @@ private:
     QVector<qint64> m_announcedDTags;
     mutable QVector<qint64> m_acceptedFiles;
     mutable bool m_areAcceptedFilesKnown = false;
-    bool m_isRemoving = false; // between the two signals of a removal below
+    mutable std::array<int, 256> m_kindCounts{};
+    mutable bool m_areKindsKnown = false;
+    mutable quint64 m_kindsRevision = 0; // of the index, when they were counted
+    bool m_isRemoving = false;           // between the two signals of a removal below
 };

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace {
 
@@ -47,6 +48,13 @@ void FileIndex::clear()
     m_revision = revision + 1;
 }
 
+void FileIndex::takeOver(FileIndex &other)
+{
+    const quint64 revision = m_revision;
+    *this = std::move(other);
+    m_revision = revision + 1;
+}
+
 void FileIndex::reserve(int rows)
 {
     const auto size = static_cast<size_t>(rows);
@@ -60,7 +68,7 @@ void FileIndex::reserve(int rows)
 
 void FileIndex::append(const File &file)
 {
-    readTags(file.tags());
+    readTags(file.tagIds());
     m_areIdsAscending = m_areIdsAscending && (m_ids.isEmpty() || m_ids.last() < file.id());
     m_rowsById.clear();
     m_ids.append(file.id());
@@ -76,7 +84,7 @@ void FileIndex::append(const File &file)
 bool FileIndex::update(int row, const File &file)
 {
     const auto at = static_cast<size_t>(row);
-    readTags(file.tags());
+    readTags(file.tagIds());
     const bool isKindKept = m_kinds[at] == kindOf(file) && m_additions[at] == file.additionSeconds();
     if (isKindKept && hasScratchTags(row))
         return false;
@@ -158,14 +166,15 @@ quint32 FileIndex::numberOf(qint64 tagId)
     return static_cast<quint32>(number);
 }
 
-void FileIndex::readTags(const QVector<qint64> &tagIds)
+void FileIndex::readTags(const CompactIds &tagIds)
 {
     // Longer lists are looked through for repeats by a note at each number.
     constexpr int longList = 64;
     m_scratch.clear();
     const bool isLong = tagIds.size() > longList;
-    for (qint64 tagId : tagIds) {
-        const quint32 number = numberOf(tagId);
+    const int count = tagIds.size();
+    for (int i = 0; i < count; ++i) {
+        const quint32 number = numberOf(tagIds.at(i));
         // A repeated tag would count twice and pass for one that all files have.
         const bool isRepeated =
             isLong ? isNoted(number)

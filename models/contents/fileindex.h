@@ -5,6 +5,7 @@
 
 #include <vector>
 
+class CompactIds;
 class File;
 
 /**
@@ -27,6 +28,8 @@ public:
     int size() const { return m_ids.size(); }
     void clear();
     void reserve(int rows);
+    /** The contents of another one, which is then of no use. */
+    void takeOver(FileIndex &other);
     void append(const File &file);
     /** Takes the present tags and kind of a file over; false when nothing differs. */
     bool update(int row, const File &file);
@@ -76,7 +79,7 @@ public:
 
 private:
     quint32 numberOf(qint64 tagId);
-    void readTags(const QVector<qint64> &tagIds);
+    void readTags(const CompactIds &tagIds);
     bool isNoted(quint32 number);
     bool hasScratchTags(int row) const;
     void countUses(int row, int change);

@@ -5,6 +5,8 @@
 #include "models/contents/sortkeys.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 void SortedRows::setSource(const FileFilterModel *source)
 {
@@ -24,20 +26,30 @@ void SortedRows::forgetOrderOf(int column)
         m_ranks.clear();
 }
 
-void SortedRows::arrange(const std::function<bool(int sourceRow)> &accepts)
+void SortedRows::arrangeAll()
 {
+    m_isWhole = m_column < 0;
     m_rowsOfSource.clear();
-    m_isWhole = !accepts && m_column < 0;
     m_rows.clear();
     if (m_isWhole || !m_source) {
         m_rows.shrink_to_fit();
         return;
     }
-    const int count = m_source->rowCount();
-    for (int row = 0; row < count; ++row) {
-        if (!accepts || accepts(row))
-            m_rows.push_back(row);
-    }
+    m_rows.resize(static_cast<size_t>(m_source->rowCount()));
+    std::iota(m_rows.begin(), m_rows.end(), 0);
+    sortRows();
+}
+
+void SortedRows::arrange(std::vector<int> &&acceptedRows)
+{
+    m_isWhole = false;
+    m_rowsOfSource.clear();
+    m_rows = std::move(acceptedRows);
+    sortRows();
+}
+
+void SortedRows::sortRows()
+{
     if (m_column >= 0)
         orderContentsRows([this] { m_ranks.sort(*m_source->contents(), m_column, m_rows); });
 }

@@ -24,8 +24,9 @@ public:
     int column() const { return m_column; }
     Qt::SortOrder sortOrder() const { return m_sortOrder; }
 
-    /** Takes the source as it is now: the rows that are accepted, or without a function all of them. */
-    void arrange(const std::function<bool(int sourceRow)> &accepts);
+    /** Takes the source as it is now: all of its rows, or of them those that are accepted, ascending. */
+    void arrangeAll();
+    void arrange(std::vector<int> &&acceptedRows);
     /** Whether all rows of the source are shown as they stand there, which needs no list. */
     bool isWhole() const { return m_isWhole; }
     int count() const;
@@ -60,6 +61,7 @@ public:
     void erase(int first, int last);
 
 private:
+    void sortRows();
     void orderContentsRows(const std::function<void()> &putInOrder);
     bool isLess(int leftSourceRow, int rightSourceRow) const;
 

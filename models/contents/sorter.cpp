@@ -7,6 +7,7 @@
 #include <QItemSelection>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 constexpr int mostRowsOneByOne = 8;
@@ -27,6 +28,7 @@ void Sorter::sort(int column, Qt::SortOrder order)
 void Sorter::prepareFilterText(const QString &text)
 {
     m_filterText = text;
+    m_foldedText = SearchTexts::folded(text);
     m_matcher.setPattern(text);
 }
 
@@ -38,6 +40,22 @@ const File *Sorter::fileAt(int row) const
 qint64 Sorter::idAt(int row) const
 {
     return m_filter->contents()->fileIndex().idAt(m_filter->contentsRow(m_rows.sourceRow(row)));
+}
+
+bool Sorter::hasKind(const std::function<bool(int)> &isWanted, int firstRow, int lastRow) const
+{
+    const std::array<int, 256> &counts = m_filter->kindCounts();
+    bool isAny = false;
+    for (size_t kind = 0; kind < counts.size() && !isAny; ++kind)
+        isAny = counts[kind] > 0 && isWanted(static_cast<int>(kind));
+    const bool areAllRows = firstRow == 0 && lastRow == rowCount() - 1 && rowCount() == m_filter->rowCount();
+    if (!isAny || areAllRows)
+        return isAny;
+    for (int row = firstRow; row <= lastRow; ++row) {
+        if (isWanted(kindAt(row)))
+            return true;
+    }
+    return false;
 }
 
 int Sorter::kindAt(int row) const
@@ -131,10 +149,40 @@ bool Sorter::lessThan(const QModelIndex &left, const QModelIndex &right) const
 void Sorter::arrange()
 {
     m_changedRecords.clear();
-    if (m_filterText.isEmpty())
-        m_rows.arrange({});
+    if (m_filterText.isEmpty() || !m_filter || !m_filter->contents())
+        m_rows.arrangeAll();
     else
-        m_rows.arrange([this](int sourceRow) { return isMatch(*m_filter->fileAt(sourceRow)); });
+        m_rows.arrange(matchingRows());
+}
+
+/** The rows of the source that the text is found in. */
+std::vector<int> Sorter::matchingRows() const
+{
+    const ContentsModel *contents = m_filter->contents();
+    const int count = m_filter->rowCount();
+    std::vector<int> rows;
+    if (m_foldedText.empty()) {
+        for (int row = 0; row < count; ++row) {
+            if (isMatch(*m_filter->fileAt(row)))
+                rows.push_back(row);
+        }
+        return rows;
+    }
+    rows =
+        contents->searchTexts().find(m_foldedText, [&](int row) { return isMatch(*contents->fileAt(row)); });
+    if (count == contents->rowCount())
+        return rows;
+    // Of two ascending lists, what is in both.
+    auto kept = rows.begin();
+    int row = 0;
+    for (const int contentsRow : rows) {
+        while (row < count && m_filter->contentsRow(row) < contentsRow)
+            ++row;
+        if (row < count && m_filter->contentsRow(row) == contentsRow)
+            *kept++ = row;
+    }
+    rows.erase(kept, rows.end());
+    return rows;
 }
 
 int Sorter::rowCount(const QModelIndex &parent) const

@@ -7,6 +7,10 @@
 #include <QStringMatcher>
 #include <QVector>
 
+#include <functional>
+#include <string>
+#include <vector>
+
 class File;
 class FileFilterModel;
 class QItemSelection;
@@ -45,6 +49,8 @@ public:
     /** Id and kind of a row that there is, without the record: a look at a million records is dear. */
     qint64 idAt(int row) const;
     int kindAt(int row) const;
+    /** Whether a file in these rows is of a kind; at once for all of them, and when no shown file is. */
+    bool hasKind(const std::function<bool(int kind)> &isWanted, int firstRow, int lastRow) const;
     /** Invalid for a file that is not shown. */
     QModelIndex indexOf(qint64 fileId) const;
 
@@ -79,6 +85,7 @@ private:
     bool isFoundIn(const QString &text) const;
     bool isFoundInIdCode(const File &file) const;
     bool isMatch(const File &file) const;
+    std::vector<int> matchingRows() const;
     void arrange();
     void showTagNames();
     void rearrange();
@@ -90,6 +97,7 @@ private:
     FileFilterModel *m_filter = nullptr;
     QString m_filterText;
     QStringMatcher m_matcher;
+    std::string m_foldedText; ///< as SearchTexts has them; empty when each row is to be looked at
     SortedRows m_rows;
     QVector<int> m_changedRecords; // rows of the ContentsModel that may have to move
 };

@@ -1,6 +1,7 @@
 #include "ui/views/filesearch.h"
 
 #include "core/controllers/mainviewcontroller.h"
+#include "models/contents/contentsmodel.h"
 #include "models/contents/sorter.h"
 #include "ui/widgets/mainui.h"
 
@@ -34,8 +35,10 @@ void FileSearch::takeField(MainUi &ui, QAction *fieldSwitch)
     connect(m_field, &QLineEdit::returnPressed, this, &FileSearch::search);
     // Else the last search would go on where nobody sees it.
     connect(m_field, &QLineEdit::textChanged, this, [this](const QString &text) {
-        if (!text.isEmpty())
+        if (!text.isEmpty()) {
+            prepare();
             return;
+        }
         m_rest.stop();
         if (isSearched())
             search();
@@ -66,6 +69,12 @@ void FileSearch::search()
     emit searched();
 }
 
+void FileSearch::prepare()
+{
+    if (m_controller)
+        m_controller->contentsModel()->prepareSearch();
+}
+
 void FileSearch::find()
 {
     if (!m_field)
@@ -93,6 +102,8 @@ void FileSearch::setFieldShown(bool isShown)
 
 bool FileSearch::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::FocusIn)
+        prepare();
     const bool isEscape =
         event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
     if (!isEscape || watched != m_field || m_field->text().isEmpty())

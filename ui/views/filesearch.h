@@ -34,6 +34,8 @@ public:
 
 public slots:
     void search();
+    /** A search may come soon. */
+    void prepare();
     /** Shows the field, and what is typed next replaces its text. */
     void find();
 

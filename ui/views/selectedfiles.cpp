@@ -91,12 +91,13 @@ QVector<qint64> SelectedFiles::ids() const
 template <typename Predicate>
 bool SelectedFiles::hasKind(Predicate isWanted) const
 {
-    bool isFound = false;
-    forEachRow([&](int row) {
-        isFound = isWanted(m_sorter->kindAt(row));
-        return !isFound;
+    if (isEmpty())
+        return false;
+    const QItemSelection ranges = m_selection->selection();
+    const int last = m_sorter->rowCount() - 1;
+    return std::any_of(ranges.begin(), ranges.end(), [&](const QItemSelectionRange &range) {
+        return m_sorter->hasKind(isWanted, range.top(), qMin(range.bottom(), last));
     });
-    return isFound;
 }
 
 bool SelectedFiles::areAllInternal() const

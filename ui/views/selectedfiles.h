@@ -28,9 +28,7 @@ public:
     const File *first() const;
     QVector<const File *> all() const;
     QVector<qint64> ids() const;
-    /** Ends at the first that is not, which with many files saves most of the way. */
     bool areAllInternal() const;
-    /** Ends at the first. */
     bool hasHyperlink() const;
     /** Missing are the files that are not in their places; none are given where that does not matter. */
     SelectedFilesFacts facts(const QVector<qint64> &missing = {}) const;
