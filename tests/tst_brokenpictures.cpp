@@ -1,6 +1,9 @@
 #include "fileops/pictures/imageloading.h"
+#include "fileops/pictures/picturelimits.h"
+#include "fileops/pictures/picturemessage.h"
 #include "fileops/pictures/picturepool.h"
 #include "fileops/pictures/picturereader.h"
+#include "fileops/pictures/thumbnailcanvas.h"
 #include "tests/support/addingfixture.h"
 
 #include <QFontDatabase>
@@ -288,7 +291,59 @@ private slots:
         }
     }
 
+    // What a reader says that somebody has taken over.
+    void onlyPossibleAnswersAreTaken_data()
+    {
+        using Answer = PictureMessage::Answer;
+        addColumns<int, int, bool>("change", "value", "isTaken");
+        const auto rows = [](const char *name, qint32 Answer::*field, std::initializer_list<int> taken,
+                             std::initializer_list<int> refused) {
+            const int change = fields().indexOf(field);
+            for (const int value : taken)
+                QTest::addRow("%s %d", name, value) << change << value << true;
+            for (const int value : refused)
+                QTest::addRow("%s %d", name, value) << change << value << false;
+        };
+        rows("width", &Answer::width, {1, 16000}, {0, -1, 16001});
+        rows("height", &Answer::height, {1, 10000}, {0, -1, 10001});
+        rows("format", &Answer::format, {QImage::NImageFormats - 1},
+             {-1, QImage::Format_Invalid, QImage::NImageFormats});
+        rows("colours", &Answer::colourCount, {0, PictureLimit::colours}, {-1, PictureLimit::colours + 1});
+        rows("notes", &Answer::notesLength, {0, PictureLimit::notesBytes},
+             {-1, PictureLimit::notesBytes + 1});
+    }
+
+    void onlyPossibleAnswersAreTaken()
+    {
+        PictureMessage::Answer answer = {};
+        answer.width = 16000;
+        answer.height = 10000;
+        answer.format = QImage::Format_ARGB32;
+        answer.pixelBytes = PictureLimit::wholeBytes;
+        QFETCH(int, change);
+        QFETCH(int, value);
+        answer.*fields().at(change) = value;
+        using PictureMessage::isPlausible;
+        QTEST(isPlausible(answer, PictureUse::Whole), "isTaken");
+        // Nothing but a canvas is a thumbnail.
+        QVERIFY(!isPlausible(answer, PictureUse::Thumbnail));
+        answer = {};
+        answer.width = answer.height = ThumbnailCanvas::edge;
+        answer.format = QImage::Format_ARGB32;
+        for (const qint64 bytes : {qint64(0), qint64(-1), PictureLimit::wholeBytes + 1}) {
+            answer.pixelBytes = bytes;
+            QVERIFY(!isPlausible(answer, PictureUse::Thumbnail));
+        }
+        answer.pixelBytes = 1;
+        QVERIFY(isPlausible(answer, PictureUse::Thumbnail));
+    }
+
 private:
+    static QVector<qint32 PictureMessage::Answer::*> fields()
+    {
+        using Answer = PictureMessage::Answer;
+        return {&Answer::width, &Answer::height, &Answer::format, &Answer::colourCount, &Answer::notesLength};
+    }
     void addAll(const QStringList &paths)
     {
         m_fixture->add(paths);

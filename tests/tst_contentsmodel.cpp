@@ -1,5 +1,7 @@
 #include "app/settings/constants.h"
 #include "models/base/modelroles.h"
+#include "models/contents/filepictures.h"
+#include "resources/resources.h"
 #include "tests/support/filerecords.h"
 
 #include <QItemSelectionModel>
@@ -203,6 +205,42 @@ private slots:
         QCOMPARE(changes.at(1).at(0), QVariant(at(4, 0)));
         m_model->repaintAll();
         QCOMPARE(changes.last().mid(0, 2), (QVariantList{at(0, 0), at(9, 0)}));
+        // Many are told of at once, from the first to the last.
+        fill(40);
+        changes.clear();
+        Ids many;
+        for (int i = 0; i < 36; ++i)
+            many.append(m_model->fileAt(i + 2)->id());
+        m_model->repaintFiles(many);
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.first().mid(0, 2), (QVariantList{at(2, 0), at(37, 0)}));
+    }
+
+    void marksStandOverPictures_data()
+    {
+        addColumns<bool, int, bool, bool>("isMissing", "internal", "atTop", "atBottom");
+        addRow("internal", false, 1, false, false);
+        addRow("external", false, 0, false, true);
+        addRow("hyperlink", false, 2, false, true);
+        addRow("missing", true, 1, true, false);
+        addRow("missing link", true, 0, true, true);
+    }
+
+    void marksStandOverPictures()
+    {
+        QFETCH(bool, isMissing);
+        QFETCH(int, internal);
+        initResources();
+        FilePictures pictures;
+        QImage thumbnail(64, 64, QImage::Format_ARGB32);
+        thumbnail.fill(Qt::magenta);
+        const QImage shown = pictures.ofThumbnail(1, &thumbnail, isMissing, internal)
+                                 .toImage()
+                                 .convertToFormat(QImage::Format_ARGB32);
+        const auto isMarked = [&](const QRect &part) { return shown.copy(part) != thumbnail.copy(part); };
+        QTEST(isMarked({32, 0, 32, 32}), "atTop");
+        QTEST(isMarked({0, 32, 32, 32}), "atBottom");
+        QVERIFY(!isMarked({0, 0, 32, 32}) && !isMarked({32, 32, 32, 32}));
     }
 
 private:

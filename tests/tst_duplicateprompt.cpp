@@ -76,6 +76,7 @@ private slots:
         QCOMPARE(prompt.findChild<QLabel *>("headLabel"_s)->text(),
                  "3 files are there already. They got the tags Red, Blue."_s);
         QCOMPARE(buttonCount(prompt), 1);
+        QCOMPARE(prompt.findChild<QLabel *>("nameMatchesLabel"_s)->text(), "No name duplicates."_s);
         // "@" is the date, "=" the line below a file that equals another.
         QString text = copied(prompt);
         text.replace(QLocale().toString(info("").lastModified, QLocale::ShortFormat), "@"_s);
@@ -115,6 +116,7 @@ private slots:
         DuplicatePrompt prompt(duplicates, nullptr);
         QCOMPARE(prompt.chosenPaths(), paths + QStringList({"/in/alone"_s, address}));
         QCOMPARE(buttonCount(prompt), 2);
+        QCOMPARE(copied(prompt).trimmed(), "No content duplicates."_s);
         auto *table = prompt.findChild<QTableView *>("nameMatchesTable"_s);
         const QAbstractItemModel *model = table->model();
         QStringList shown; // "+": with a box that is set

@@ -363,7 +363,7 @@ private slots:
         addInternal(1, "no journal");
         const QString path = m_database->details().databaseName();
         const QByteArray before = TestFolder::read(path);
-        for (const QString &target : {path, path + "-journal"_s, path + "-wal"_s})
+        for (const QString &target : {path, path + "-journal"_s, path + "-wal"_s, path + "-shm"_s})
             QCOMPARE(run({1}, {target}, target).size(), 1);
         QVERIFY(TestFolder::read(path) == before);
         QVERIFY(!QFile::exists(path + "-journal"_s) && !QFile::exists(path + "-wal"_s));

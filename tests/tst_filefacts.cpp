@@ -131,6 +131,9 @@ private slots:
             LocalCollection::run("CREATE TRIGGER refuse BEFORE DELETE ON file_tag "
                                  "BEGIN SELECT RAISE(ABORT, 'refused'); END"_s);
         dialog->show();
+        QVERIFY(!dialog->windowTitle().isEmpty());
+        QCOMPARE(dialog->focusWidget(), list);
+        QVERIFY(2 * dialog->findChild<QLabel *>("headingLabel"_s)->width() > dialog->width());
         for (const QString &name : clicks.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
             list->setCurrentItem(list->findItems(name, Qt::MatchExactly).value(0));
             QTest::keyClick(list, Qt::Key_Space);

@@ -39,15 +39,16 @@ private slots:
 
     void doubleClickOpens_data()
     {
-        addColumns<QString, bool, bool>("name", "isInternal", "isOpened");
-        addRow("link", "https://example.org/a.exe"_s, false, true);
-        addRow("external launcher", "a.desktop"_s, false, false);
-        addRow("external file", "a.txt"_s, false, true);
-        addRow("internal file", "it's 100%1 \u00e4#?.txt"_s, true, true);
-        addRow("internal launcher", "a.txt.Desktop"_s, true, false);
-        addRow("internal program", "a.EXE"_s, true, false);
-        addRow("internal launcher by its contents", "[Desktop Entry]"_s, true, false);
-        addRow("internal file named like an ending", "exe"_s, true, true);
+        addColumns<QString, bool, bool, int>("name", "isInternal", "isOpened", "key");
+        addRow("link", "https://example.org/a.exe"_s, false, true, 0);
+        addRow("external launcher", "a.desktop"_s, false, false, 0);
+        addRow("external file", "a.txt"_s, false, true, 0);
+        addRow("internal file", "it's 100%1 \u00e4#?.txt"_s, true, true, 0);
+        addRow("internal launcher", "a.txt.Desktop"_s, true, false, 0);
+        addRow("internal program", "a.EXE"_s, true, false, 0);
+        addRow("internal launcher by its contents", "[Desktop Entry]"_s, true, false, 0);
+        addRow("internal file named like an ending, by its key", "exe"_s, true, true, int(Qt::Key_Return));
+        addRow("external file, by the key of numbers", "a.txt"_s, false, true, int(Qt::Key_Enter));
     }
 
     void doubleClickOpens()
@@ -64,7 +65,9 @@ private slots:
         emit list()->doubleClicked(index);
         QVERIFY(m_opened.isEmpty());
         m_ui->editMode->setChecked(false);
-        emit list()->doubleClicked(index);
+        QFETCH(int, key);
+        list()->setCurrentIndex(index);
+        key == 0 ? emit list()->doubleClicked(index) : QTest::keyClick(list(), Qt::Key(key));
         m_fixture->waitForWorker();
         QCOMPARE(m_opened.size(), isOpened ? 1 : 0);
         QCOMPARE(m_fixture->takeBoxes().size(), isOpened ? 0 : 1);

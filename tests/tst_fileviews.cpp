@@ -1,10 +1,12 @@
 #include "tests/support/text.h"
 #include "ui/views/listview.h"
 #include "ui/widgets/delegate.h"
+#include "ui/widgets/dragpicture.h"
 #include "ui/widgets/selectedrows.h"
 #include "ui/widgets/tableview.h"
 
 #include <QApplication>
+#include <QDrag>
 #include <QDropEvent>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -94,6 +96,33 @@ private slots:
             QCOMPARE(view->currentIndex().row(), row);
             QCOMPARE(view->currentIndex().column(), 0);
         }
+    }
+
+    void cellsTakeWhatTheyShow()
+    {
+        const QFontMetrics metrics = m_table->fontMetrics();
+        const QModelIndex name = m_model.index(3, 1);
+        QVERIFY(m_table->sizeHintForIndex(name).width() > metrics.horizontalAdvance(name.data().toString()));
+        QVERIFY(m_table->sizeHintForIndex(name).height() < 2 * metrics.lineSpacing());
+        QVERIFY(m_list->sizeHintForIndex(name).height() >
+                m_list->iconSize().height() + 2 * metrics.lineSpacing());
+    }
+
+    void dragPictureIsAName()
+    {
+        QDrag drag(m_window.get());
+        m_table->setCurrentIndex(m_model.index(0, 1));
+        setDragPicture(&drag, m_table);
+        const QImage picture = drag.pixmap().toImage();
+        QVERIFY(picture.width() > m_table->fontMetrics().horizontalAdvance("Anna"_s));
+        // In the middle, where no corner is round, there are letters on the ground.
+        const QImage middle = picture.copy(picture.rect().adjusted(12, 2, -12, -2));
+        const QRgb ground = m_table->palette().color(QPalette::Active, QPalette::Highlight).rgb();
+        int empty = 0;
+        for (int pixel = 0; pixel < middle.width() * middle.height(); ++pixel)
+            empty += middle.pixel(pixel % middle.width(), pixel / middle.width()) == ground ? 1 : 0;
+        QVERIFY(empty > middle.width() * middle.height() / 3);
+        QVERIFY(empty < middle.width() * middle.height());
     }
 
     void onlyShownRowsAskForPictures()

@@ -111,6 +111,32 @@ private slots:
         QCOMPARE(m_fixture->integrity(), "ok"_s);
     }
 
+    void oneAfterTheOther()
+    {
+        // Without an end of the queue in between, both use one connection with all that it holds.
+        placeCommonFiles();
+        QSignalSpy progress(&m_fixture->provider(), &FileOperationProvider::filesOperationProgress);
+        QSignalSpy done(&m_fixture->provider(), &FileOperationProvider::exchangeDone);
+        for (int i = 0; i < 2; ++i)
+            m_fixture->provider().importDatabase(sourcePath(), false, all());
+        m_fixture->wait();
+        QCOMPARE(summary(), "here|own . text 1|a half|text 2 is a part|a,b new|new| / 2 1 1 1"_s);
+        QCOMPARE(done.size(), 2);
+        QCOMPARE(progress.first().mid(0, 2), (QVariantList{"Importing files..."_s, 0}));
+    }
+
+    void shellFileIsKnownByItsPath()
+    {
+        // Where nobody has ever read the file there is no checksum.
+        runScript(record(1, 0, 5, 1, 0) + "INSERT INTO file_paths VALUES (1,'/x/a','');"_s, QString());
+        runScript(record(7, 0, 5, 2, 0) + "INSERT INTO file_paths VALUES (2,'/x/a','');"
+                                          "INSERT INTO tags VALUES (1,'a','',1,'');"
+                                          "INSERT INTO file_tag VALUES (7,1);"_s,
+                  "source"_s);
+        import(all(), true);
+        QCOMPARE(Sql::rows("SELECT file_id, tag_id FROM file_tag"), QStringList("1|1"_s));
+    }
+
     void importsFiles_data()
     {
         addColumns<QString, QString, QString, QString>("here", "source", "query", "expected");

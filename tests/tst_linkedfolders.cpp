@@ -320,6 +320,21 @@ private slots:
         QCOMPARE(started.size(), 2);
     }
 
+    void recordOfAnotherNameIsKnown()
+    {
+        write("a.txt"_s, "a");
+        link(m_top, in());
+        QTRY_COMPARE(contents(), "a.txt:top"_s);
+        box().waitForWorker();
+        box().run("UPDATE files SET file_name='b.txt'");
+        box().manager()->reloadAllData();
+        QSignalSpy started(box().manager(), &DatabaseManger::startedAddingFiles);
+        box().manager()->syncAutoLink(linkId(), m_top, false);
+        waitForRound();
+        box().waitForWorker();
+        QCOMPARE(started.size(), 0);
+    }
+
     void knownFileThatCannotBeReadIsHandedOverOnce()
     {
         write("a.txt"_s, "a");

@@ -308,6 +308,8 @@ private slots:
         QFETCH(QString, kinds);
         select(addKinds(kinds));
         QTEST(menuTexts([this] { m_view->openContextMenu({5, 5}); }), "texts");
+        QCOMPARE(action("extractFilesAction")->isEnabled(),
+                 !kinds.isEmpty() && !kinds.contains(QLatin1Char('H')));
         m_fixture->manager()->reloadAllData(); // which looks for them anew
         QVERIFY(m_fixture->mainView().missingFileIds().isEmpty());
     }

@@ -98,6 +98,10 @@ private slots:
         m_fixture->tags().removeTags({m_tags.at(1)});
         QCOMPARE(view().shownFileIds(), (Ids{1, 2}));
         QCOMPARE(view().filterModel()->required(), Ids{m_tags.at(0)});
+        // Another tag is no reason to select anew.
+        QSignalSpy selections(&view(), &MainViewController::tagRequirementsChanged);
+        m_fixture->tags().removeTags({m_tags.at(2)});
+        QCOMPARE(selections.size(), 0);
     }
 
     void externalFilesAreRenamedOnTheDisk_data()

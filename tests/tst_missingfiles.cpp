@@ -236,7 +236,7 @@ private slots:
         showAll();
         settle();
         QStringList left;
-        answerFolders({"first"_s, "second"_s, QString()});
+        answerFolders({"first"_s, "second"_s, QString(), "second"_s});
         OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
             const auto *missing = dialog.findChild<QListWidget *>("missingFiles"_s);
             left.append(texts(*missing).join(QLatin1Char(',')));
@@ -244,10 +244,16 @@ private slots:
                 dialog.addFolder();
                 left.append(texts(*missing).join(QLatin1Char(',')));
             }
+            // What a folder gave goes with it.
+            dialog.findChild<QListWidget *>("folders"_s)->setCurrentRow(1);
+            dialog.removeSelectedFolder();
+            left.append(texts(*missing).join(QLatin1Char(',')));
+            dialog.addFolder();
             dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
         });
         locateAction()->trigger();
-        QCOMPARE(left, QStringList({"0.txt,1.txt,2.txt"_s, "1.txt,2.txt"_s, "2.txt"_s, "2.txt"_s}));
+        QCOMPARE(left, QStringList(
+                           {"0.txt,1.txt,2.txt"_s, "1.txt,2.txt"_s, "2.txt"_s, "2.txt"_s, "1.txt,2.txt"_s}));
         settle();
         QCOMPARE(file(m_ids.at(0))->path(), m_fixture->filePath("first/deep/0.txt"_s));
         QCOMPARE(file(m_ids.at(1))->path(), m_fixture->filePath("second/renamed.dat"_s));

@@ -5,6 +5,7 @@
 #include "tests/support/dialoganswers.h"
 #include "tests/support/localcollection.h"
 #include "ui/preview/filepreview.h"
+#include "ui/preview/navigationbar.h"
 #include "ui/preview/picturearea.h"
 #include "ui/preview/picturescale.h"
 #include "ui/preview/previewbox.h"
@@ -184,6 +185,10 @@ private slots:
         QCOMPARE(preview(box)->pictureSize(), picture().size().transposed());
         QVERIFY(!offersSaving(box));
         QVERIFY(description(box)->isReadOnly());
+        // Nor a menu to hide its bar for good.
+        QContextMenuEvent asked(QContextMenuEvent::Mouse, {5, 5});
+        QApplication::sendEvent(box->findChild<NavigationBar *>(), &asked);
+        QVERIFY(!QApplication::activePopupWidget());
         LocalCollection::set("PreferencesDialog/autoSaveRotated", true);
         turn(box, "r"_s);
         m_previews->closeAll();
@@ -211,6 +216,8 @@ private slots:
         // What cannot be shown can be passed, and a slide show passes it by itself and in silence.
         box->nextImage();
         QCOMPARE(box->fileId(), good);
+        QTRY_VERIFY(preview(box)->hasPicture());
+        QCOMPARE(preview(box)->text(), QString());
         const qint64 last = addPicture("d.png"_s);
         LocalCollection::set("PreferencesDialog/slideshowIncrementTime", 1);
         box->startSlideshow();

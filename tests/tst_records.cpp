@@ -1,4 +1,5 @@
 #include "core/records/file.h"
+#include "core/records/groupitem.h"
 #include "core/records/recordtypes.h"
 #include "core/records/textpool.h"
 #include "tests/support/text.h"
@@ -20,6 +21,17 @@ class TestRecords : public QObject
     Q_OBJECT
 
 private slots:
+    void groupTellsOfItsTags()
+    {
+        GroupItem group(1, "group"_s, {1, 2, 3}, false);
+        QSignalSpy changes(&group, &GroupItem::groupTagsChanged);
+        QVERIFY(!group.removeTag(9) && !group.addTag(3));
+        QCOMPARE(changes.count(), 0);
+        QVERIFY(group.removeTag(2) && group.addTag(9));
+        QCOMPARE(changes.count(), 2);
+        QCOMPARE(changes.last().at(0).value<QVector<qint64>>(), (QVector<qint64>{1, 3, 9}));
+    }
+
     void typeAndIcon_data()
     {
         addColumns<QString, qint32, qint64, QString, qint32>("name", "internal", "thumbnailId", "type",

@@ -103,6 +103,8 @@ private slots:
         QCOMPARE(m_fixture->recentTexts(), QStringList({"1 "_s + name, "2 "_s + path}));
         QVERIFY(treeCommandsShown());
 
+        QVERIFY(QSqlDatabase::connectionNames().filter("trial"_s).isEmpty());
+
         // In this run it is opened again without a word.
         disconnect->trigger();
         QVERIFY(!window().collection() && !disconnect->isEnabled() && !treeCommandsShown());

@@ -104,7 +104,9 @@ private slots:
         const auto read = valueOf<DBSpecifierLackingPassword>(bytes);
         QVERIFY(read == specifier);
         QCOMPARE(read.toDetails().password(), QString());
-        if (!specifier.isNull())
+        if (specifier.isNull())
+            QCOMPARE(specifier.toString(), "No database specified"_s);
+        else
             QCOMPARE(read.toDetails(), details);
     }
 

@@ -307,7 +307,7 @@ private slots:
         w.addGroup("cold", {2});
         const auto choose = [&w](int group, Qt::CheckState state) {
             TagGroupForm form(&w.open.groups(), {1, 2});
-            QAbstractItemModel *model = form.findChild<QTableView *>()->model();
+            QAbstractItemModel *model = form.findChild<QTableView *>("groupsTable"_s)->model();
             QCOMPARE(model->index(0, 0).data(Qt::CheckStateRole).toInt(), int(Qt::PartiallyChecked));
             model->setData(model->index(group, 0), state, Qt::CheckStateRole);
             form.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();

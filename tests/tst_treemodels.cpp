@@ -309,6 +309,7 @@ private slots:
 
     void relationWithoutItsParent()
     {
+        TRnode late(4, "names"_s);
         LocalCollection fixture;
         fixture.addTags({"animals"_s, "lions"_s, "cubs"_s, "names"_s});
         fixture.run("INSERT INTO tag_relationships VALUES ('1.2'),('1.2.3'),('2'),('2.1.4.3')");
@@ -325,6 +326,10 @@ private slots:
         fixture.relations().removeNode("1.2"_s);
         QCOMPARE(pathsOf(*model), QStringList("2"_s));
         QCOMPARE(fixture.rows("SELECT * FROM tag_relationships"), QStringList("2"_s));
+        Vector<QPair<QString, TRnode *>> added;
+        added.append({"3.1.4"_s, &late});
+        model->addedNewNodes(added);
+        QCOMPARE(pathsOf(*model), QStringList({"2"_s, "3.1.4"_s}));
     }
 };
 

@@ -272,14 +272,21 @@ private slots:
                      "http://a, 0 bytes"_s);
     }
 
+    void signalBehindABoxAtTheStart_data()
+    {
+        addColumns<bool>("isWindowShown");
+        addRow("the window comes all the same", true);
+        addRow("no window comes", false);
+    }
     void signalBehindABoxAtTheStart()
     {
+        QFETCH(bool, isWindowShown);
         const EndSignals endSignals;
         // As main() has it: the first boxes come up before its loop turns.
         QDialog box;
         QTimer::singleShot(0, &box, [] { raise(SIGTERM); });
         box.exec();
-        window().show();
+        window().setVisible(isWindowShown);
         QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
         QCOMPARE(QCoreApplication::exec(), 0);
     }

@@ -47,18 +47,6 @@ private:
     int m_memory = -1;
 };
 
-bool isPlausible(const PictureMessage::Answer &head, PictureUse use)
-{
-    const bool isCanvas = head.width == ThumbnailCanvas::edge && head.height == ThumbnailCanvas::edge &&
-                          head.format == QImage::Format_ARGB32;
-    return (use != PictureUse::Thumbnail || isCanvas) && head.width > 0 && head.height > 0 &&
-           qint64(head.width) * head.height <= PictureLimit::wholePixels && head.pixelBytes > 0 &&
-           head.pixelBytes <= PictureLimit::wholeBytes && head.format > QImage::Format_Invalid &&
-           head.format < QImage::NImageFormats && head.colourCount >= 0 &&
-           head.colourCount <= PictureLimit::colours && head.notesLength >= 0 &&
-           head.notesLength <= PictureLimit::notesBytes;
-}
-
 /** Those who paint take it that each pixel has a colour. */
 QVector<QRgb> completed(QVector<QRgb> colours, const QImage &image)
 {
@@ -159,7 +147,8 @@ bool PictureDecoder::receive(PictureUse use, PictureAnswer &answer, const Wait &
     }
     if (!head.isRead)
         return true;
-    if (use != PictureUse::Facts && (!isPlausible(head, use) || !receiveImage(head, answer, mayWait)))
+    if (use != PictureUse::Facts &&
+        (!PictureMessage::isPlausible(head, use) || !receiveImage(head, answer, mayWait)))
         return false;
     answer.state = PictureAnswer::Read;
     return true;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include "fileops/pictures/picturerequest.h"
 
 /**
  * What goes between the program and the processes that read its pictures: both ends are the same binary on
@@ -31,4 +31,7 @@ struct Answer
     qint32 colourCount;
     qint32 notesLength;
 };
+
+/** Whether a reader that nobody has taken over can have answered so. */
+bool isPlausible(const Answer &head, PictureUse use);
 } // namespace PictureMessage
