@@ -5,6 +5,7 @@
 #include "bench/measure.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
+#include "core/records/autolink.h"
 #include "core/records/file.h"
 #include "core/records/recordtypes.h"
 #include "db/autolinks/autolinksync.h"
@@ -108,6 +109,68 @@ void fillUp(int records)
     query.exec(QStringLiteral("INSERT INTO file_paths SELECT storage_id,'/home/someone/pictures/'||file_name,"
                               "'pictures/'||file_name FROM files WHERE file_id>=10000000"));
 }
+std::unique_ptr<Collection> openCollection(const QString &path)
+{
+    std::unique_ptr<Collection> collection(makeCollection(1, {}, path, {}, {}, 0));
+    collection->open();
+    collection->load();
+    return collection;
+}
+
+/** A new database whose only node takes in the folder, and other records. */
+void makeDatabase(const QString &path, const QString &folder, int files, int records, QTextStream &out)
+{
+    std::unique_ptr<Collection>(makeCollection(1, {}, path, {}, {}, 0))->createDatabase();
+    const std::unique_ptr<Collection> collection = openCollection(path);
+    auto *manager = collection->findChild<DatabaseManger *>();
+    manager->findChild<AutoLinkSync *>()->setTimes(0, 30000);
+    const qint64 nodeId = manager->addNodeBelow(manager->addTag(QStringLiteral("tag")), 0);
+    QElapsedTimer adding;
+    adding.start();
+    manager->createAutoLink(folder, nodeId);
+    waitFor(manager, &DatabaseManger::filesAdded, [&] { return manager->files().size() >= files; });
+    out << files << " files taken in: " << double(adding.elapsed()) / 1000 << " s" << Qt::endl;
+    fillUp(records);
+}
+
+/** The least of all rounds, times in seconds. */
+struct Figures
+{
+    double plain = 1e9;
+    double records = 1e9;
+    double round = 1e9;
+    double cpu = 1e9;
+    double longestStop = 0; ///< the most, in milliseconds
+    qint64 bytes = 0;
+    qint64 sum = 0; ///< of what was looked at, that no look is left out
+};
+
+Figures measured(DatabaseManger &manager, const QString &folder)
+{
+    auto *sync = manager.findChild<AutoLinkSync *>();
+    const AutoLink *link = *manager.autoLinks().begin();
+    const qint64 nodeId = link->nodes().value(0);
+    Figures figures;
+    for (int i = 0; i < rounds; ++i) {
+        figures.plain = qMin(figures.plain, plainSeconds(folder, figures.sum));
+        figures.records = qMin(figures.records, recordSeconds(manager, figures.sum));
+        const qint64 before = bytesRead();
+        const double cpu = Measure::cpuSeconds();
+        QElapsedTimer time;
+        time.start();
+        manager.syncAutoLink(link->linkId(), nodeId, false);
+        QEventLoop loop;
+        QObject::connect(sync, &AutoLinkSync::roundDone, &loop, &QEventLoop::quit);
+        loop.exec();
+        figures.round = qMin(figures.round, double(time.nsecsElapsed()) / 1e9);
+        figures.cpu = qMin(figures.cpu, Measure::cpuSeconds() - cpu);
+        figures.bytes = bytesRead() - before;
+        manager.syncAutoLink(link->linkId(), nodeId, false);
+        figures.longestStop =
+            qMax(figures.longestStop, waitFor(sync, &AutoLinkSync::roundDone, [] { return true; }));
+    }
+    return figures;
+}
 } // namespace
 
 int main(int argc, char **argv)
@@ -131,62 +194,19 @@ int main(int argc, char **argv)
 
     registerRecordTypes();
     registerFileOperationTypes();
-    const auto make = [&dir] {
-        return std::unique_ptr<Collection>(
-            makeCollection(1, {}, dir.filePath(QStringLiteral("bench.vrn")), {}, {}, 0));
-    };
-    make()->createDatabase();
-    std::unique_ptr<Collection> collection = make();
-    collection->open();
-    collection->load();
-    auto *manager = collection->findChild<DatabaseManger *>();
-    manager->findChild<AutoLinkSync *>()->setTimes(0, 30000);
-    const qint64 nodeId = manager->addNodeBelow(manager->addTag(QStringLiteral("tag")), 0);
-    QElapsedTimer adding;
-    adding.start();
-    manager->createAutoLink(folder, nodeId);
-    waitFor(manager, &DatabaseManger::filesAdded, [&] { return manager->files().size() >= count; });
-    out << count << " files taken in: " << double(adding.elapsed()) / 1000 << " s" << Qt::endl;
-    fillUp(parser.value(QStringLiteral("records")).toInt());
-    collection.reset();
+    const QString path = dir.filePath(QStringLiteral("bench.vrn"));
+    makeDatabase(path, folder, count, parser.value(QStringLiteral("records")).toInt(), out);
 
-    collection = make();
-    collection->open();
-    collection->load();
-    manager = collection->findChild<DatabaseManger *>();
-    auto *sync = manager->findChild<AutoLinkSync *>();
-    const QString linkId = manager->autoLinks().keys().value(0);
-    double leastPlain = 1e9;
-    double leastRecords = 1e9;
-    double leastRound = 1e9;
-    double leastCpu = 1e9;
-    double longestStop = 0;
-    qint64 read = 0;
-    qint64 sum = 0;
-    for (int i = 0; i < rounds; ++i) {
-        leastPlain = qMin(leastPlain, plainSeconds(folder, sum));
-        leastRecords = qMin(leastRecords, recordSeconds(*manager, sum));
-        const qint64 before = bytesRead();
-        const double cpu = Measure::cpuSeconds();
-        QElapsedTimer time;
-        time.start();
-        manager->syncAutoLink(linkId, nodeId, false);
-        QEventLoop loop;
-        QObject::connect(sync, &AutoLinkSync::roundDone, &loop, &QEventLoop::quit);
-        loop.exec();
-        leastRound = qMin(leastRound, double(time.nsecsElapsed()) / 1e9);
-        leastCpu = qMin(leastCpu, Measure::cpuSeconds() - cpu);
-        read = bytesRead() - before;
-        manager->syncAutoLink(linkId, nodeId, false);
-        longestStop = qMax(longestStop, waitFor(sync, &AutoLinkSync::roundDone, [] { return true; }));
-    }
+    const std::unique_ptr<Collection> collection = openCollection(path);
+    auto *manager = collection->findChild<DatabaseManger *>();
+    const Figures figures = measured(*manager, folder);
+    const double reference = figures.plain + figures.records;
     out << manager->files().size() << " records, folder of " << count << " unchanged files\n"
-        << "plain readdir and stat: " << leastPlain * 1000
-        << " ms; the size of each record: " << leastRecords * 1000 << " ms\n"
-        << "round: " << leastRound * 1000 << " ms, ratio " << leastRound / (leastPlain + leastRecords) << "\n"
-        << "CPU of a round: " << leastCpu * 1000 << " ms, ratio " << leastCpu / (leastPlain + leastRecords)
-        << "\n"
-        << "bytes read by a round: " << read << "\n"
-        << "longest stop of the window: " << longestStop << " ms" << Qt::endl;
-    return sum == 0;
+        << "plain readdir and stat: " << figures.plain * 1000
+        << " ms; the size of each record: " << figures.records * 1000 << " ms\n"
+        << "round: " << figures.round * 1000 << " ms, ratio " << figures.round / reference << "\n"
+        << "CPU of a round: " << figures.cpu * 1000 << " ms, ratio " << figures.cpu / reference << "\n"
+        << "bytes read by a round: " << figures.bytes << "\n"
+        << "longest stop of the window: " << figures.longestStop << " ms" << Qt::endl;
+    return figures.sum == 0;
 }
