@@ -23,6 +23,7 @@ public:
             way.append(above->id());
             above = above->parentNode();
         }
+        // Fixed nodes stand for the top level: none of them is a parent in the database.
         qint64 found = above && above->nodeType() == TagNode ? above->id() : 0;
         if (isRemoved(above))
             found = m_known.value(above->id());

@@ -40,6 +40,7 @@ void SliceReader::readJoined(QSqlQuery &query, QSqlQuery &links, const QStringLi
     const int ownColumns = m_columns.size();
     m_columns += linkColumns.mid(1);
     const QVector<int> keyOnly{0};
+    // Both queries are in the order of the key, so that each is read once, side by side.
     bool hasLink = links.next();
     qint64 linkKey = hasLink ? links.value(0).toLongLong() : 0;
     const auto nextLink = [&] {
@@ -48,6 +49,7 @@ void SliceReader::readJoined(QSqlQuery &query, QSqlQuery &links, const QStringLi
     };
     while (query.next()) {
         const qint64 key = query.value(0).toLongLong();
+        // Orphans, whose record is gone, must not hold up those behind them.
         while (hasLink && linkKey < key)
             nextLink();
         TableRowData &row = nextRow();
@@ -59,6 +61,7 @@ void SliceReader::readJoined(QSqlQuery &query, QSqlQuery &links, const QStringLi
         }
         fillLink(row, links, ownColumns);
         nextLink();
+        // Whoever takes the rows knows the record by now: more than its key would be read for nothing.
         while (hasLink && linkKey == key) {
             TableRowData &further = nextRow();
             fillPartly(further, query, keyOnly);

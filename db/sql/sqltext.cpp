@@ -15,6 +15,7 @@ QString quoted(const QString &value)
 
 QString fill(const QString &templateText, const QStringList &values)
 {
+    // In one pass: arg() would fill places that stand in the values, too.
     const auto digitAt = [&templateText](int index) {
         const int digit = index < templateText.size() ? templateText.at(index).unicode() - '0' : -1;
         return digit >= 0 && digit <= 9 ? digit : -1;

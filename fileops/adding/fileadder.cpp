@@ -79,6 +79,7 @@ FileAdder::Outcome FileAdder::gather(const QString &path, const FileChecksum &kn
         qDebug("Failed to open file - %s", qUtf8Printable(path));
         return Skipped;
     }
+    // Before any id is taken: one that cannot be read leaves no gap.
     if (m_kind == FileKind::internal && !RegularFile().open(path)) {
         qDebug("Failed to open file - %s", qUtf8Printable(path));
         return Skipped;

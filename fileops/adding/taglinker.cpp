@@ -50,6 +50,7 @@ bool TagLinker::linkFile(qint64 fileId, const QVector<qint64> &tagIds, QVector<q
     TableData table;
     if (!m_queries.runFast(QStringLiteral("SELECT tag_id FROM file_tag WHERE file_id=?"), {fileId}, table))
         return false;
+    // Asked for first, as what was new is to be told.
     QSet<qint64> existing;
     for (const TableRowData *row : qAsConst(table))
         existing.insert(row->at(0).toLongLong());

@@ -64,6 +64,7 @@ FileComparison::Result FileComparison::compareWithBlocks(const QString &path, qi
     const BlockChain chain(ProviderConnection(m_worker, m_worker.connectionName()));
     BlockChain::Walk walk(chain, storageId, size);
     while (walk.done() < size && !m_worker.shouldEnd()) {
+        // A chain that ends early is a damage, and says nothing of the contents.
         if (!walk.readNext() || walk.block().isEmpty())
             return Unreadable;
         const QByteArray &block = walk.block();

@@ -40,6 +40,7 @@ bool DuplicateManager::addFilesToDB(const QStringList &paths, bool checkNames, F
     m_worker = &worker;
     outList.clear();
     keptList.clear();
+    // A cancel is no failure: nothing is added then, as the lists are empty.
     if (paths.isEmpty() || !readPaths(paths) || !groupByContent())
         return true;
     if (!findInDatabase())
@@ -123,6 +124,7 @@ bool DuplicateManager::groupByContent()
             m_byChecksum.append(i);
     }
     const auto checksumAt = [this](int index) { return m_candidates.at(index).checksum.checksum; };
+    // Stable, as what is told names the files in the order in which they were given.
     std::stable_sort(m_byChecksum.begin(), m_byChecksum.end(),
                      [&](int left, int right) { return checksumAt(left) < checksumAt(right); });
     int end = 0;
@@ -142,6 +144,8 @@ bool DuplicateManager::groupByContent()
 
 void DuplicateManager::splitGroup(const QVector<int> &sameChecksum)
 {
+    // The text of a hyperlink is all of its contents; files are compared by their bytes, within one size
+    // only.
     QHash<QString, int> contentOfText;
     QHash<qint64, QVector<int>> bySize;
     QVector<qint64> sizes;
@@ -226,6 +230,7 @@ bool DuplicateManager::isSameContent(const Candidate &candidate, const DatabaseF
     if (candidate.checksum.size != file.size)
         return false;
     FileComparison comparison(*m_worker);
+    // What cannot be compared is taken for equal by its checksum and size: it would come twice otherwise.
     if (file.internal == FileKind::internal)
         return comparison.compareWithBlocks(candidate.path, file.storageId, file.size) !=
                FileComparison::Different;
@@ -310,6 +315,8 @@ bool DuplicateManager::takeOutNameMatches(const FolderTags &folderTags)
         match.addedFiles.reserve(members.size());
         for (const int index : members) {
             Candidate &candidate = m_candidates[index];
+            // Whether it comes all the same is asked at the end; its group of equal files must not say that
+            // it has come.
             candidate.isAdded = false;
             if (candidate.group >= 0)
                 m_duplicates.externalDuplicateGroups[candidate.group].outcome =

@@ -119,6 +119,7 @@ void DataChecksum::updateAll(const Stream *streams, int count)
     for (Lane &lane : lanes)
         areFull = refill(lane) && areFull;
     while (areFull) {
+        // As far as the shortest goes; whichever is done gives its lane to the next stream.
         qint64 common = lanes[0].length;
         for (const Lane &lane : lanes)
             common = qMin(common, lane.length);
@@ -131,6 +132,7 @@ void DataChecksum::updateAll(const Stream *streams, int count)
             }
         }
     }
+    // Too few are left to fill the lanes, so each goes on alone, where taking more bytes at a time is faster.
     for (const Lane &lane : lanes) {
         if (lane.checksum)
             lane.checksum->m_state = hashFast(lane.state, lane.bytes, lane.length);

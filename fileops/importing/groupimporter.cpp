@@ -23,6 +23,7 @@ void GroupImporter::importGroups()
 
 void GroupImporter::createTable()
 {
+    // It is there when others wrote during the comparison, which is then made once more.
     m_run.statements.run(QStringLiteral("DROP TABLE IF EXISTS temp.mem_tag_groups"));
     m_run.statements.run(QStringLiteral("CREATE TEMPORARY TABLE mem_tag_groups ("
                                         "old_group_id INTEGER PRIMARY KEY, new_group_id INTEGER NOT NULL)"));

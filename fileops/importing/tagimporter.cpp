@@ -29,6 +29,7 @@ void TagImporter::importFrom(const char *tagsCondition)
 {
     qDebug("Importing tags");
     QHash<QString, qint64> idsByName;
+    // Downwards, so that of several tags with one name the lowest id is the one that stays in the hash.
     m_run.statements.each(QStringLiteral("SELECT tag_id, tag_name FROM main.tags ORDER BY tag_id DESC"),
                           [&](const ImportStatements::Row &row) {
                               if (row.number(0) > 0)

@@ -81,6 +81,7 @@ bool AutoLinkOperation::linkToFiles()
     m_outcome.isWhole = addInBatches(batch) && linkTags(linked);
     if (!m_outcome.isWhole) {
         qDebug("FileOperationWorker::autoLinkFiles() - stopped! Exiting.");
+        // The rest comes with the next round, and with it what there is to tell.
         m_duplicates = PresentableDuplicates();
         return true;
     }

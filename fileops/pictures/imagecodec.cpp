@@ -118,6 +118,7 @@ QByteArray ImageCodec::rewritten(const QByteArray &oldBytes, const QImage &pictu
 QImage ImageCodec::turnedLike(const QImage &original, const QImage &picture)
 {
     constexpr int quarter = 90;
+    // The turn is found by trying: what was done to the picture is not told, only what came of it.
     for (int quarters = 0; quarters < 4; ++quarters) {
         const bool isOnItsSide = quarters % 2 != 0;
         if (picture.size() != (isOnItsSide ? original.size().transposed() : original.size()))
@@ -131,6 +132,7 @@ QImage ImageCodec::turnedLike(const QImage &original, const QImage &picture)
         return turned;
     }
     QImage other = picture;
+    // It was changed by more than a turn. What the screen has added, colours or alpha, is not stored.
     if (original.format() == QImage::Format_Grayscale8 && other.isGrayscale())
         other = other.convertToFormat(QImage::Format_Grayscale8);
     else if (!original.hasAlphaChannel() && other.hasAlphaChannel())

@@ -301,6 +301,7 @@ FileOperation FileOperationWorker::dropQueue(const QSqlError &error)
         qDeleteAll(m_queue);
         m_queue.clear();
     }
+    // Whoever waits for an answer gets one; all others are told of by the first record.
     if (!thumbnails.isEmpty())
         emit thumbnailsFailed(thumbnails, error);
     for (const QStringList &texts : qAsConst(additions))

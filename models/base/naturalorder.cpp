@@ -42,6 +42,7 @@ bool naturalLessThan(const QString &left, const QString &right)
     while (i < a.size() && j < b.size()) {
         const bool leftDigit = isDigit(a.at(i));
         const bool rightDigit = isDigit(b.at(j));
+        // Numbers stand before everything else.
         if (leftDigit != rightDigit)
             return leftDigit;
         if (leftDigit) {

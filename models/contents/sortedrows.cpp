@@ -87,6 +87,8 @@ int SortedRows::rowOf(int sourceRow) const
 {
     if (m_isWhole)
         return sourceRow;
+    // Rows in the order of their arrival ascend. For sorted ones the way back is made when it is first asked
+    // for.
     if (m_column < 0) {
         const auto found = std::lower_bound(m_rows.begin(), m_rows.end(), sourceRow);
         const bool isShown = found != m_rows.end() && *found == sourceRow;

@@ -137,6 +137,7 @@ const TRnode *TRmodel::topNodeOf(const QString &path) const
     for (const TRnode *node : m_root.children()) {
         const QString top = topPathOf(node);
         const bool isBeginning = path == top || path.startsWith(top + separator);
+        // One top path may be the beginning of another, whose branch it is not.
         if (isBeginning && top.size() > length) {
             found = node;
             length = top.size();
@@ -147,6 +148,7 @@ const TRnode *TRmodel::topNodeOf(const QString &path) const
 
 void TRmodel::noteTopPath(const QString &path, const TRnode *node)
 {
+    // A relation whose parent is not stored stands on top, under its whole path.
     if (path.contains(separator))
         m_longTopPaths.insert(node, path);
 }
