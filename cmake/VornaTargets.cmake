@@ -64,7 +64,7 @@ function(vorna_add_test name)
         vorna_read_pictures(${name})
     endif()
     if("gui" IN_LIST TEST_LABELS)
-        target_sources(${name} PRIVATE support/popupwatchdog.cpp)
+        vorna_link(${name} PRIVATE vorna_test_watchdog)
     endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
