@@ -39,6 +39,6 @@ for _ in \$(seq 50); do kill -0 \$app 2>/dev/null || break; sleep 0.1; done
 kill \$app 2>/dev/null || true
 SESSION
 
-HOME=$work XDG_CONFIG_HOME=$work/config XDG_RUNTIME_DIR=$work LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb \
+HOME=$work XDG_CONFIG_HOME=$work/config XDG_RUNTIME_DIR=$work LC_ALL=C.UTF-8 LANGUAGE=en QT_QPA_PLATFORM=xcb \
     xvfb-run -a -s "-screen 0 1280x800x24" bash "$work/session"
 echo "Screenshot: $picture"

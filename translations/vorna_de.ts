@@ -477,7 +477,7 @@ wird die Datenbank geöffnet, die zuletzt offen war.
     </message>
     <message>
         <source>LoadID</source>
-        <translation>LadeID</translation>
+        <translation>Lade-ID</translation>
     </message>
 </context>
 <context>

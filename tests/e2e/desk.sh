@@ -2,7 +2,7 @@
 # hand does. Runs inside Xvfb.
 work=$(mktemp -d)
 # The session bus and the settings are of this run alone.
-export HOME=$work XDG_CONFIG_HOME=$work/config XDG_RUNTIME_DIR=$work QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8
+export HOME=$work XDG_CONFIG_HOME=$work/config XDG_RUNTIME_DIR=$work QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 LANGUAGE=en
 trap 'kill $(jobs -p) 2>/dev/null || true; wait 2>/dev/null || true; rm -rf "$work"' EXIT
 mkdir -p "$XDG_CONFIG_HOME/Tallowfen Software"
 printf '[General]\nlastVersionUsed=4.1.3\n' >"$XDG_CONFIG_HOME/Tallowfen Software/Vorna.conf"
