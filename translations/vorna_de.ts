@@ -296,6 +296,10 @@ Der Standardbaum wurde ausgewählt.</translation>
         <source>Open Database</source>
         <translation>Datenbank öffnen</translation>
     </message>
+    <message>
+        <source>Opening database...</source>
+        <translation>Datenbank wird geöffnet …</translation>
+    </message>
 </context>
 <context>
     <name>CommandLine</name>
@@ -2710,6 +2714,13 @@ Relativer Pfad: %7
     <message>
         <source>Tag relationships beyond the first million: %1</source>
         <translation>Tag-Beziehungen über die erste Million hinaus: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ReloadProgress</name>
+    <message>
+        <source>Reading the database again... %1 %</source>
+        <translation>Datenbank wird neu gelesen … %1 %</translation>
     </message>
 </context>
 <context>

@@ -296,6 +296,10 @@ L’arbre par défaut a été choisi.</translation>
         <source>Open Database</source>
         <translation>Ouvrir une base de données</translation>
     </message>
+    <message>
+        <source>Opening database...</source>
+        <translation>Ouverture de la base de données…</translation>
+    </message>
 </context>
 <context>
     <name>CommandLine</name>
@@ -2710,6 +2714,13 @@ Chemin relatif : %7
     <message>
         <source>Tag relationships beyond the first million: %1</source>
         <translation>Relations d’étiquettes au-delà du premier million : %1</translation>
+    </message>
+</context>
+<context>
+    <name>ReloadProgress</name>
+    <message>
+        <source>Reading the database again... %1 %</source>
+        <translation>Relecture de la base de données… %1 %</translation>
     </message>
 </context>
 <context>
