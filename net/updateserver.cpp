@@ -11,7 +11,7 @@ namespace {
 
 constexpr int mostRedirections = 5;
 constexpr qint64 longestWords = 4096;
-constexpr qint64 mostBuffered = 1024 * 1024;
+constexpr qint64 mostBuffered = 1024LL * 1024;
 
 struct Server
 {
