@@ -217,7 +217,7 @@ private slots:
         QCOMPARE(prompt.chosenPaths().size(), 1000000);
         QCOMPARE(copied(prompt).count(QLatin1Char('\n')), 99999);
         QCOMPARE(boxes.takeBoxes(),
-                 QStringList("Copy: Only the first 100000 of the 5000002 selected lines were copied."_s));
+                 QStringList("Copy: Only the first 100,000 of the 5,000,002 selected lines were copied."_s));
         QVERIFY2(sinceStart.elapsed() < 30000, qPrintable(QString::number(sinceStart.elapsed())));
     }
 };

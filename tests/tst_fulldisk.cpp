@@ -69,7 +69,7 @@ private slots:
             fillDisk(mebibyte);
 
         add(m_fixture->path("in"_s));
-        QCOMPARE(m_fixture->takeBoxes(), QStringList{fullBox + "\nFiles added: 0 of %1."_s.arg(count)});
+        QCOMPARE(m_fixture->takeBoxes(), QStringList{fullBox + "\nFiles added: 0 of %L1."_s.arg(count)});
         QCOMPARE(fileCount(), 1);
         QCOMPARE(tagCount(), 0);
         QCOMPARE(Sql::value("PRAGMA integrity_check"), "ok"_s);

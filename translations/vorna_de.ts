@@ -2522,7 +2522,7 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
     <message>
         <source>Recent Files Timeout:</source>
-        <translation>Dateien gelten als neu:</translation>
+        <translation>Dateien gelten als neu für:</translation>
     </message>
     <message>
         <source>minutes</source>
@@ -3232,7 +3232,7 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     </message>
     <message>
         <source>Tag requirements</source>
-        <translation>Verlangte Tags</translation>
+        <translation>Gesuchte Tags</translation>
     </message>
     <message>
         <source>No tag or browsing node open</source>
@@ -3240,7 +3240,7 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     </message>
     <message>
         <source>Tag Requirements:</source>
-        <translation>Verlangte Tags:</translation>
+        <translation>Gesuchte Tags:</translation>
     </message>
     <message>
         <source>and</source>

@@ -345,7 +345,7 @@ dernière base de données ouverte est rouverte.
     </message>
     <message>
         <source>The database file &quot;%1&quot; is missing.</source>
-        <translation>Le fichier de base de données « %1 » est absent.</translation>
+        <translation>Le fichier de base de données « %1 » est introuvable.</translation>
     </message>
 </context>
 <context>
@@ -377,7 +377,7 @@ dernière base de données ouverte est rouverte.
     <message>
         <source>    Took the place of the following missing file in the database:
 </source>
-        <translation>    A pris la place du fichier absent suivant de la base de données :
+        <translation>    A pris la place du fichier manquant suivant de la base de données :
 </translation>
     </message>
     <message>
@@ -1108,7 +1108,7 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Locate Missing Files</source>
-        <translation>Localiser les fichiers absents</translation>
+        <translation>Localiser les fichiers manquants</translation>
     </message>
     <message>
         <source>Transfer to Internal</source>
@@ -1156,7 +1156,7 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Locate missing item</source>
-        <translation>Localiser l’élément absent</translation>
+        <translation>Localiser l’élément manquant</translation>
     </message>
     <message>
         <source>Tags</source>
@@ -1188,11 +1188,11 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Locate missing file</source>
-        <translation>Localiser le fichier absent</translation>
+        <translation>Localiser le fichier manquant</translation>
     </message>
     <message>
         <source>Locate missing files</source>
-        <translation>Localiser les fichiers absents</translation>
+        <translation>Localiser les fichiers manquants</translation>
     </message>
     <message>
         <source>Open Externally</source>
@@ -1299,7 +1299,7 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Missing External Files</source>
-        <translation>Fichiers externes absents</translation>
+        <translation>Fichiers externes manquants</translation>
     </message>
     <message>
         <source>The following files have been moved from the locations recorded in the database. They can be located by double-clicking in the list or specifying folders to look in.</source>
@@ -1397,7 +1397,7 @@ Ils ont été supprimés de la base de données.</translation>
     </message>
     <message>
         <source>File No Longer Present</source>
-        <translation>Fichier absent</translation>
+        <translation>Fichier introuvable</translation>
     </message>
     <message>
         <source>This file is no longer present in its original path. It may have been moved, deleted or renamed.</source>
@@ -1594,7 +1594,7 @@ La raison : %2</translation>
     </message>
     <message>
         <source>Remaking thumbnails...</source>
-        <translation>Réfection des vignettes…</translation>
+        <translation>Régénération des vignettes…</translation>
     </message>
     <message>
         <source>This picture could not be read and keeps its thumbnail:
@@ -1606,7 +1606,7 @@ La raison : %2</translation>
     </message>
     <message>
         <source>Thumbnails not remade</source>
-        <translation>Vignettes non refaites</translation>
+        <translation>Vignettes non régénérées</translation>
     </message>
     <message>
         <source>This file could not be read, or changed meanwhile, and remains external:
@@ -1859,7 +1859,7 @@ La raison : %2</translation>
     <name>ImportSource</name>
     <message>
         <source>The file is missing.</source>
-        <translation>Le fichier est absent.</translation>
+        <translation>Le fichier est introuvable.</translation>
     </message>
     <message>
         <source>This is the open database itself.</source>
@@ -2391,7 +2391,7 @@ Veuillez choisir comment ces fichiers doivent être extraits.</translation>
     </message>
     <message>
         <source>Thumbnails remade: %1 of %2.</source>
-        <translation>Vignettes refaites : %1 sur %2.</translation>
+        <translation>Vignettes régénérées : %1 sur %2.</translation>
     </message>
 </context>
 <context>
@@ -2605,7 +2605,7 @@ L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>File No Longer Present</source>
-        <translation>Fichier absent</translation>
+        <translation>Fichier introuvable</translation>
     </message>
     <message>
         <source>This image could not be opened because the file no longer exists in its original path. It may have been moved, renamed or deleted.</source>
@@ -3232,7 +3232,7 @@ Déposez des étiquettes sur son onglet.</translation>
     </message>
     <message>
         <source>Tag requirements</source>
-        <translation>Étiquettes demandées</translation>
+        <translation>Étiquettes recherchées</translation>
     </message>
     <message>
         <source>No tag or browsing node open</source>
@@ -3240,7 +3240,7 @@ Déposez des étiquettes sur son onglet.</translation>
     </message>
     <message>
         <source>Tag Requirements:</source>
-        <translation>Étiquettes demandées :</translation>
+        <translation>Étiquettes recherchées :</translation>
     </message>
     <message>
         <source>and</source>
@@ -3354,7 +3354,7 @@ Déposez des étiquettes sur son onglet.</translation>
     </message>
     <message>
         <source>Remake thumbnails</source>
-        <translation>Refaire les vignettes</translation>
+        <translation>Régénérer les vignettes</translation>
     </message>
     <message>
         <source>Quick Start Guide</source>

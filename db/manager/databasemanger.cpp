@@ -24,6 +24,7 @@
 #include "fileops/worker/exportrequest.h"
 
 #include <QDebug>
+#include <QLocale>
 #include <QTimer>
 
 #include <utility>
@@ -423,9 +424,8 @@ bool DatabaseManger::isStorable(const QString &text)
     // It could not be read back whole.
     if (!LongText::isTooLong(text))
         return true;
-    emit showTempWarning(
-        tr("Warning"),
-        tr("The text is longer than %1 characters and was not stored.").arg(LongText::mostCharacters));
+    emit showTempWarning(tr("Warning"), tr("The text is longer than %1 characters and was not stored.")
+                                            .arg(QLocale().toString(LongText::mostCharacters)));
     return false;
 }
 

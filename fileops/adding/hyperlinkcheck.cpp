@@ -43,7 +43,7 @@ QString HyperlinkCheck::reason(const QString &text)
         return tr("Hyperlinks is file on the local file system");
     case TooLong:
         return tr("The address has %1 signs. At most %2 can be kept.")
-            .arg(QString::number(text.size()), QString::number(mostSigns));
+            .arg(QLocale().toString(text.size()), QLocale().toString(mostSigns));
     case ControlSigns:
         return tr("The address holds control signs, which no address has.");
     case NoAddress:

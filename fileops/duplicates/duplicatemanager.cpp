@@ -9,6 +9,7 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QLocale>
 
 #include <algorithm>
 
@@ -366,6 +367,7 @@ QVector<DuplicateFileInfo> DuplicateManager::databaseInfos(QVector<qint64> ids) 
 void DuplicateManager::reportExamining(int number, int percent, bool isLast)
 {
     if (m_progress.isDue(percent, isLast))
-        emit operationProgress(FileOperationType::AddFilesOperation,
-                               tr("Grouping by content...\nExamining file number  %1").arg(number), percent);
+        emit operationProgress(
+            FileOperationType::AddFilesOperation,
+            tr("Grouping by content...\nExamining file number  %1").arg(QLocale().toString(number)), percent);
 }

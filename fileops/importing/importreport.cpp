@@ -2,6 +2,8 @@
 
 #include "fileops/adding/firstnames.h"
 
+#include <QLocale>
+
 namespace {
 constexpr int keptNames = 11; // one more than are shown, which tells that there are others
 
@@ -24,7 +26,9 @@ void ImportReport::leaveOut(const QString &why, int count)
 QString ImportReport::text(const QString &sourceName) const
 {
     QStringList lines{tr("Imported from \"%1\":").arg(sourceName)};
-    const auto line = [&](const QString &words, Kind kind) { lines += words.arg(counted(kind)); };
+    const auto line = [&](const QString &words, Kind kind) {
+        lines += words.arg(QLocale().toString(counted(kind)));
+    };
     line(tr("New files: %1"), Files);
     line(tr("Files that were here already: %1"), KnownFiles);
     line(tr("New tags: %1"), Tags);
@@ -36,7 +40,7 @@ QString ImportReport::text(const QString &sourceName) const
     if (!m_leftOut.isEmpty())
         lines += {QString(), tr("Not imported:")};
     for (auto reason = m_leftOut.cbegin(); reason != m_leftOut.cend(); ++reason) {
-        lines += reason.key().arg(reason->count);
+        lines += reason.key().arg(QLocale().toString(reason->count));
         if (!reason->names.isEmpty())
             lines += firstNames(reason->names);
     }

@@ -1,5 +1,6 @@
 #include "fileops/worker/operationreport.h"
 
+#include <QLocale>
 #include <algorithm>
 
 namespace {
@@ -76,5 +77,5 @@ QString OperationReport::outcome() const
     if (!m_outcome.isEmpty() || m_total <= 0)
         return m_outcome;
     const QString words = sentence(m_type);
-    return words.isEmpty() ? words : words.arg(m_done).arg(m_total);
+    return words.isEmpty() ? words : words.arg(QLocale().toString(m_done), QLocale().toString(m_total));
 }

@@ -17,6 +17,7 @@
 #include <QDebug>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QWindow>
@@ -178,7 +179,7 @@ void DuplicatePrompt::copyLines(QKeyEvent *event)
     if (selectedCount > lines.size())
         Messages::information(this, tr("Copy"),
                               tr("Only the first %1 of the %2 selected lines were copied.")
-                                  .arg(QString::number(lines.size()), QString::number(selectedCount)));
+                                  .arg(QLocale().toString(lines.size()), QLocale().toString(selectedCount)));
 }
 
 /** Space works the box of the current row, whichever column is current. */

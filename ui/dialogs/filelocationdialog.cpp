@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QShortcut>
 
 #include <algorithm>
@@ -174,9 +175,9 @@ void FileLocationDialog::showRemaining()
         auto *item = new QListWidgetItem(ShownText::cut(path), m_ui->missingFiles);
         item->setData(Qt::UserRole, fileId);
     }
-    m_ui->foundLabel->setText(
-        tr("Found: %1 of %2.")
-            .arg(QString::number(m_missingIds.size() - ids.size()), QString::number(m_missingIds.size())));
+    m_ui->foundLabel->setText(tr("Found: %1 of %2.")
+                                  .arg(QLocale().toString(m_missingIds.size() - ids.size()),
+                                       QLocale().toString(m_missingIds.size())));
     updateButtons();
 }
 

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 
 DescriptionBar::DescriptionBar(QWidget *parent)
     : QToolBar(tr("Description"), parent),
@@ -59,6 +60,6 @@ void DescriptionBar::setReadOnly(bool isReadOnly)
 void DescriptionBar::showScale(double scale)
 {
     const double percent = scale * 100;
-    m_scale->setText(
-        tr("%1 %").arg(scale < 1 ? QString::number(percent, 'g', 3) : QString::number(qRound(percent))));
+    m_scale->setText(tr("%1 %").arg(scale < 1 ? QLocale().toString(percent, 'g', 3)
+                                              : QLocale().toString(qRound(percent))));
 }

@@ -17,6 +17,7 @@
 
 #include <QDebug>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QScreen>
 
 #include <utility>
@@ -162,7 +163,7 @@ void PreviewBox::updateTitle()
     const int position = m_walk->position();
     if (position > 0)
         setWindowTitle(
-            tr("%1 - %2 of %3").arg(name, QString::number(position), QString::number(m_walk->count())));
+            tr("%1 - %2 of %3").arg(name, QLocale().toString(position), QLocale().toString(m_walk->count())));
     else if (!name.isEmpty())
         setWindowTitle(name);
 }
