@@ -33,9 +33,9 @@
 
 namespace {
 
-constexpr int smallFiles = 100000;
+const int smallFiles = Measure::amount(100000);
 constexpr int filesInFolder = 100;
-constexpr int largeFiles = 40;
+const int largeFiles = Measure::amount(40);
 constexpr qint64 largeSize = 50LL * 1024 * 1024;
 
 QByteArray randomBytes(std::mt19937 &random, int size)

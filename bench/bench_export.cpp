@@ -18,8 +18,8 @@
 
 namespace {
 
-constexpr int smallFiles = 100000;
-constexpr int largeFiles = 40;
+const int smallFiles = Measure::amount(100000);
+const int largeFiles = Measure::amount(40);
 constexpr int tagCount = 500;
 
 void makeTables(PlainDatabase &database)

@@ -162,10 +162,10 @@ int main(int argc, char **argv)
         qFatal("there is no such folder");
     const bool isAll = which == QLatin1String("all");
     if (isAll || which == QLatin1String("small"))
-        bench(QDir(temporary.path()), small, 100000, runs);
+        bench(QDir(temporary.path()), small, Measure::amount(100000), runs);
     if (isAll || which == QLatin1String("large"))
-        bench(QDir(temporary.path()), large, 20, runs);
+        bench(QDir(temporary.path()), large, Measure::amount(20), runs);
     if (isAll || which == QLatin1String("external"))
-        bench(QDir(temporary.path()), external, 1000000, runs);
+        bench(QDir(temporary.path()), external, Measure::amount(1000000), runs);
     return 0;
 }

@@ -22,7 +22,7 @@
 #include <vector>
 
 namespace {
-constexpr int fileCount = 100000;
+const int fileCount = Measure::amount(100000);
 constexpr int openRounds = 5;
 constexpr int editRounds = 20;
 constexpr int editsAtOnce = 20;

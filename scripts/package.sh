@@ -9,5 +9,5 @@ cmake --build --preset program
 cd build/program
 cpack --config CPackConfig.cmake -B packages >/dev/null
 package=$(ls -t packages/vorna_*.deb | head -n 1)
-lintian --allow-root --fail-on error,warning --info "$package"
+lintian --allow-root --fail-on error,warning --display-info "$package"
 echo "Package: $PWD/$package"

@@ -1,0 +1,47 @@
+#pragma once
+
+// What many sources include, for VORNA_PCH. Each source includes what it uses all the same.
+#include <QAction>
+#include <QApplication>
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDebug>
+#include <QDialog>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QHash>
+#include <QHeaderView>
+#include <QImage>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QList>
+#include <QLocale>
+#include <QMainWindow>
+#include <QMap>
+#include <QMenu>
+#include <QMimeData>
+#include <QObject>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QSet>
+#include <QSettings>
+#include <QSortFilterProxyModel>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStringList>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeView>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <QVariant>
+#include <QVector>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
