@@ -307,6 +307,31 @@ private slots:
         QCOMPARE(pathsOf(*model), QStringList("1"_s));
     }
 
+    void scatteredEntriesGoInOneStep()
+    {
+        LocalCollection fixture;
+        QVERIFY(fixture.fill("INSERT INTO tags(tag_id,tag_name) SELECT i,'tag '||i FROM n", 240));
+        QVERIFY(fixture.fill("INSERT INTO tag_relationships SELECT i FROM n", 240));
+        fixture.manager()->reloadAllData();
+        TRmodel *model = fixture.relations().model();
+        test({model});
+        QCOMPARE(model->rowCount({}), 240);
+        QSignalSpy resets(model, &QAbstractItemModel::modelReset);
+        QSignalSpy removals(model, &QAbstractItemModel::rowsRemoved);
+        QVector<qint64> odd;
+        for (qint64 id = 1; id < 240; id += 2)
+            odd.append(id);
+        QVERIFY(fixture.manager()->removeTags(odd));
+        QCOMPARE(resets.size(), 1);
+        QCOMPARE(model->rowCount({}), 120);
+        // Those that stand next to each other, too.
+        QVERIFY(fixture.manager()->removeTags({2, 4, 6, 10, 12, 20}));
+        QCOMPARE(resets.size(), 1);
+        QCOMPARE(removals.size(), 3);
+        QCOMPARE(pathsOf(*model).size(), 114);
+        QCOMPARE(model->index(0, 0, {}).data(RelationRole::Path).toString(), "8"_s);
+    }
+
     void relationWithoutItsParent()
     {
         TRnode late(4, "names"_s);

@@ -1,5 +1,6 @@
 #include "core/records/tbnode.h"
 
+#include "core/records/childruns.h"
 #include "core/records/treewalk.h"
 
 #include <QDebug>
@@ -119,6 +120,18 @@ bool TBnode::removeChild(TBnode *child)
     m_children.removeAll(child);
     emit childrenNodesRemoved(removed);
     return true;
+}
+
+void TBnode::removeChildren(const QSet<TBnode *> &going)
+{
+    const auto runs = ChildRuns::of(m_children, going);
+    for (const auto &run : runs) {
+        emit aboutToRemoveNodes(run.nodes, this);
+        for (TBnode *child : run.nodes)
+            child->m_parentNode = nullptr;
+        ChildRuns::take(m_children, run);
+        emit childrenNodesRemoved(run.nodes);
+    }
 }
 
 void TBnode::removeAllChildren()

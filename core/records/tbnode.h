@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -58,6 +59,8 @@ public:
     TBnode *takeChild(int index);
     /** Takes a child off the list and clears its parent; false for a stranger. */
     bool removeChild(TBnode *child);
+    /** Takes those of the given ones that are children off the list, in as few steps as models can follow. */
+    void removeChildren(const QSet<TBnode *> &going);
     void removeAllChildren();
 
     /** The ids of all nodes below, those below a child before the child itself. */

@@ -1,5 +1,6 @@
 #include "core/records/trnode.h"
 
+#include "core/records/childruns.h"
 #include "core/records/treewalk.h"
 
 #include <algorithm>
@@ -43,6 +44,18 @@ bool TRnode::removeChild(TRnode *child)
     m_children.removeAll(child);
     emit childrenNodesRemoved(removed);
     return true;
+}
+
+void TRnode::removeChildren(const QSet<TRnode *> &going)
+{
+    const auto runs = ChildRuns::of(m_children, going);
+    for (const auto &run : runs) {
+        emit aboutToRemoveNodes(run.nodes, this);
+        for (TRnode *child : run.nodes)
+            child->m_parentNode = nullptr;
+        ChildRuns::take(m_children, run);
+        emit childrenNodesRemoved(run.nodes);
+    }
 }
 
 void TRnode::removeAllChildren()

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -37,6 +38,8 @@ public:
     void addChildren(const QList<TRnode *> &children);
     /** Takes a child off the list and clears its parent; false for null and for a stranger. */
     bool removeChild(TRnode *child);
+    /** Takes those of the given ones that are children off the list, in as few steps as models can follow. */
+    void removeChildren(const QSet<TRnode *> &going);
     void removeAllChildren();
 
     /** The tags above, the topmost first, without the root. */

@@ -159,6 +159,7 @@ Map<qint64, TBnode *> NodeCache::move(const QVector<qint64> &nodeIds, qint64 par
     const QSet<const TBnode *> unmovable = withAncestors(parent);
     Map<qint64, TBnode *> moved;
     QList<TBnode *> newChildren;
+    QSet<TBnode *> leaving;
     for (const qint64 nodeId : nodeIds) {
         TBnode *node = m_nodes.value(nodeId);
         if (!node || unmovable.contains(node)) {
@@ -167,10 +168,11 @@ Map<qint64, TBnode *> NodeCache::move(const QVector<qint64> &nodeIds, qint64 par
         }
         if (moved.contains(nodeId))
             continue;
-        detach(node);
+        leaving.insert(node);
         newChildren.append(node);
         moved.insert(nodeId, node);
     }
+    detach(leaving);
     if (parent)
         parent->addChildren(newChildren);
     return moved;
@@ -185,20 +187,21 @@ NodeCache::Removal NodeCache::take(const QVector<qint64> &nodeIds)
         if (node)
             gone.insert(node);
     }
-    // Children that stay leave first; then one signal for each branch that goes.
+    // Children that stay leave first; then the branches that go.
+    QSet<TBnode *> staying;
+    QSet<TBnode *> tops;
     for (TBnode *node : qAsConst(gone)) {
-        const QList<TBnode *> children = node->children();
-        for (TBnode *child : children) {
+        for (TBnode *child : node->children()) {
             if (gone.contains(child))
                 continue;
-            detach(child);
+            staying.insert(child);
             removal.orphaned.insert(child->id(), child);
         }
-    }
-    for (TBnode *node : qAsConst(gone)) {
         if (!gone.contains(node->parentNode()))
-            detach(node);
+            tops.insert(node);
     }
+    detach(staying);
+    detach(tops);
     for (TBnode *node : qAsConst(gone)) {
         m_nodes.remove(node->id());
         removal.removed.append(node);
@@ -226,8 +229,13 @@ void NodeCache::renameTags(const QHash<qint64, QString> &namesByTag)
     }
 }
 
-void NodeCache::detach(TBnode *node)
+void NodeCache::detach(const QSet<TBnode *> &nodes)
 {
-    if (node->parentNode())
-        node->parentNode()->removeChild(node);
+    QSet<TBnode *> parents;
+    for (const TBnode *node : nodes) {
+        if (node->parentNode())
+            parents.insert(node->parentNode());
+    }
+    for (TBnode *parent : qAsConst(parents))
+        parent->removeChildren(nodes);
 }

@@ -51,7 +51,8 @@ public:
 
 private:
     struct Row;
-    void detach(TBnode *node);
+    /** Takes nodes from their parents, those of one parent together. */
+    static void detach(const QSet<TBnode *> &nodes);
     TBnode *parentFor(qint64 nodeId, qint64 parentId) const;
     void place(const QVector<QPair<TBnode *, qint64>> &placements, const QSet<TBnode *> &fresh);
 

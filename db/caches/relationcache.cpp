@@ -88,12 +88,15 @@ QStringList RelationCache::withDescendants(const QStringList &paths) const
 QList<TRnode *> RelationCache::take(const QStringList &paths)
 {
     const QSet<TRnode *> gone = withDescendantNodes(paths);
-    // One signal for each branch that goes: what stands below goes with it.
+    // Only the branches: what stands below goes with them.
+    QHash<TRnode *, QSet<TRnode *>> topsByParent;
     for (TRnode *node : gone) {
         TRnode *parent = node->parentNode();
         if (parent && !gone.contains(parent))
-            parent->removeChild(node);
+            topsByParent[parent].insert(node);
     }
+    for (auto tops = topsByParent.cbegin(); tops != topsByParent.cend(); ++tops)
+        tops.key()->removeChildren(*tops);
     QVector<QPair<QString, TRnode *>> kept;
     kept.reserve(m_nodes.size());
     for (const auto &item : qAsConst(m_nodes)) {

@@ -3,6 +3,7 @@
 #include "app/settings/constants.h"
 #include "app/settings/showntext.h"
 #include "app/settings/specialnodes.h"
+#include "core/records/childruns.h"
 #include "core/records/treewalk.h"
 #include "models/trees/nodeshost.h"
 #include "models/trees/treeroles.h"
@@ -254,9 +255,12 @@ void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBno
 {
     m_isChangeShown = !m_isResetting && !TreeWalk::hidesChildren(*parentNode);
     if (m_isChangeShown) {
-        // One node, or all children of the parent: either way one run of rows.
         const int first = parentNode->indexOf(children.first());
-        beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
+        m_isScattered = !ChildRuns::isRun(*parentNode, children, first);
+        if (m_isScattered)
+            beginResetModel();
+        else
+            beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
     }
     for (TBnode *child : children)
         disconnectNode(child);
@@ -264,7 +268,9 @@ void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBno
 
 void TBtreeModel::removedChildrenNode(const QList<TBnode *> &)
 {
-    if (m_isChangeShown)
+    if (m_isChangeShown && m_isScattered)
+        endResetModel();
+    else if (m_isChangeShown)
         endRemoveRows();
 }
 

@@ -85,4 +85,5 @@ private:
     TBnode *m_changedNode = nullptr; // the one that the running slot is told of
     bool m_isResetting = false;
     bool m_isChangeShown = false; // whether rows come or go with the present change of a node
+    bool m_isScattered = false;   // whether those that go do not stand next to each other
 };

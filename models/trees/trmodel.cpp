@@ -2,6 +2,7 @@
 
 #include "app/settings/constants.h"
 #include "app/settings/showntext.h"
+#include "core/records/childruns.h"
 #include "core/records/treewalk.h"
 #include "models/base/idlistmime.h"
 #include "models/trees/tagnames.h"
@@ -243,9 +244,12 @@ void TRmodel::beforeRemoveChildrenNode(const QList<TRnode *> &children, TRnode *
 {
     m_isChangeShown = !TreeWalk::hidesChildren(*parentNode);
     if (m_isChangeShown) {
-        // One node, or all children of the parent: either way one run of rows.
-        const int first = children.isEmpty() ? -1 : parentNode->indexOf(children.first());
-        beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
+        const int first = parentNode->indexOf(children.first());
+        m_isScattered = !ChildRuns::isRun(*parentNode, children, first);
+        if (m_isScattered)
+            beginResetModel();
+        else
+            beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
     }
     for (TRnode *child : children) {
         disconnectNode(child);
@@ -255,7 +259,9 @@ void TRmodel::beforeRemoveChildrenNode(const QList<TRnode *> &children, TRnode *
 
 void TRmodel::removedChildrenNode(const QList<TRnode *> &)
 {
-    if (m_isChangeShown)
+    if (m_isChangeShown && m_isScattered)
+        endResetModel();
+    else if (m_isChangeShown)
         endRemoveRows();
 }
 

@@ -70,4 +70,5 @@ private:
     TRnode m_root;
     QHash<const TRnode *, QString> m_longTopPaths; ///< of entries at the top whose parents have no rows
     bool m_isChangeShown = false; // whether rows come or go with the present change of a node
+    bool m_isScattered = false;   // whether those that go do not stand next to each other
 };
