@@ -2,8 +2,13 @@
 #include "db/autolinks/folderwatch.h"
 #include "tests/support/linkedfoldertest.h"
 
+#include <QElapsedTimer>
 #include <QFileSystemWatcher>
+#include <QSemaphore>
 #include <QTimer>
+
+#include <atomic>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -246,6 +251,39 @@ private slots:
         QCOMPARE(finished.size(), started.size());
         if (!isHidden)
             QCOMPARE(started.first().first().toString(), "Linking to files..."_s);
+    }
+
+    void aLookThatHangsIsLeftBehind()
+    {
+        struct Gates
+        {
+            QSemaphore begun;
+            QSemaphore open;
+            std::atomic<bool> wasTold{false};
+        };
+        const auto gates = std::make_shared<Gates>();
+        bool isTaken = false;
+        QElapsedTimer passed;
+        {
+            BackgroundLooks looks;
+            looks.run(
+                [gates](const BackgroundLooks::ShouldEnd &shouldEnd) {
+                    gates->begun.release();
+                    gates->open.acquire();
+                    gates->wasTold = shouldEnd();
+                    gates->begun.release();
+                    return 1;
+                },
+                [&isTaken](int) { isTaken = true; });
+            gates->begun.acquire();
+            passed.start();
+        }
+        QVERIFY2(!passed.hasExpired(2000), "The owner waits for the disk");
+        gates->open.release();
+        QVERIFY(gates->begun.tryAcquire(1, 5000));
+        QVERIFY(gates->wasTold);
+        QCoreApplication::processEvents();
+        QVERIFY(!isTaken);
     }
 
     void duplicatesAreToldToWhoAsked()

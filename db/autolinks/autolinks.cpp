@@ -41,6 +41,7 @@ void AutoLinks::load()
 
 void AutoLinks::end()
 {
+    m_looks.end();
     m_sync.end();
     m_watch.end();
 }
@@ -153,6 +154,28 @@ void AutoLinks::refreshAutoLinks()
     takePresences(presences);
 }
 
+void AutoLinks::refreshLater()
+{
+    struct Place
+    {
+        QString linkId;
+        QString absPath;
+        QString relPath;
+    };
+    QVector<Place> places;
+    for (const AutoLink *link : qAsConst(m_links))
+        places.append({link->linkId(), link->absPath(), link->relPath()});
+    const auto look = [places, path = m_host.databasePath()](const BackgroundLooks::ShouldEnd &shouldEnd) {
+        QHash<QString, LinkPresence> presences;
+        for (const Place &place : places) {
+            if (!shouldEnd())
+                presences.insert(place.linkId, LinkPresence::of(place.absPath, place.relPath, path));
+        }
+        return presences;
+    };
+    m_looks.run(look, [this](const QHash<QString, LinkPresence> &presences) { takePresences(presences); });
+}
+
 LinkPresence AutoLinks::presenceOf(const AutoLink &link) const
 {
     return LinkPresence::of(link.absPath(), link.relPath(), m_host.databasePath());
@@ -215,7 +238,7 @@ void AutoLinks::runAllAutoLinks(bool force)
 {
     // Nothing is taken in, but paths are shown.
     if (!m_host.mayWrite())
-        refreshAutoLinks();
+        refreshLater();
     if (!force && !AutoLinkSettings::checkAutoLinkWhenLaunched())
         return;
     for (const AutoLink *link : qAsConst(m_links)) {

@@ -66,6 +66,8 @@ private:
     bool dropLink(const QString &linkId);
     LinkPresence presenceOf(const AutoLink &link) const;
     void dropRemoved(const AutoLink &link);
+    /** Like refreshAutoLinks(), but the folders are looked for beside the window. */
+    void refreshLater();
     void takePresences(const QHash<QString, LinkPresence> &presences);
     void mend(const AutoLink &link, const LinkPresence &presence);
     void updatePaths(const AutoLink &link, const QString &absPath, const QString &relPath);
@@ -79,4 +81,5 @@ private:
     QHash<QString, quint64> m_seenDevices; ///< of the folders by link, as they were seen last
     AutoLinkSync m_sync;
     FolderWatch m_watch;
+    BackgroundLooks m_looks;
 };

@@ -94,7 +94,8 @@ void AutoLinkSync::startRound()
     }
     m_isRunning = !due.isEmpty();
     if (m_isRunning)
-        m_looks.run([this, links, due, path = m_host.databasePath()] { return look(links, due, path); },
+        m_looks.run([links, due, path = m_host.databasePath()](
+                        const ShouldEnd &shouldEnd) { return look(links, due, path, shouldEnd); },
                     [this](const Seen &seen) { takeSeen(seen); });
     else
         arm();
@@ -108,9 +109,8 @@ bool AutoLinkSync::holdsDatabase(const QString &folder, const QString &databaseP
 }
 
 AutoLinkSync::Seen AutoLinkSync::look(const QHash<QString, LinkedFolder> &links, const QStringList &due,
-                                      const QString &databasePath) const
+                                      const QString &databasePath, const ShouldEnd &shouldEnd)
 {
-    const auto shouldEnd = [this] { return m_looks.shouldEnd(); };
     Seen seen;
     for (const LinkedFolder &link : links) {
         if (!shouldEnd())
@@ -157,15 +157,16 @@ void AutoLinkSync::walk()
     m_match.reset();
     passOverLeftOut(folders);
     m_looks.run(
-        [this, folders, path = m_host.databasePath()] {
+        [folders, path = m_host.databasePath()](const ShouldEnd &shouldEnd) {
             QVector<LinkedFolder> read = folders;
-            readSuspects(read, path);
+            readSuspects(read, path, shouldEnd);
             return read;
         },
         [this](const QVector<LinkedFolder> &read) { takeRead(read); });
 }
 
-void AutoLinkSync::readSuspects(QVector<LinkedFolder> &folders, const QString &databasePath) const
+void AutoLinkSync::readSuspects(QVector<LinkedFolder> &folders, const QString &databasePath,
+                                const ShouldEnd &shouldEnd)
 {
     for (LinkedFolder &folder : folders) {
         for (LinkedFile &file : folder.files) {
@@ -173,10 +174,9 @@ void AutoLinkSync::readSuspects(QVector<LinkedFolder> &folders, const QString &d
                 continue;
             const QString path = Database::pathIn(folder.path, file.file.name);
             // Closing the database by another name would drop the locks that this process has on it.
-            const FileChecksum read =
-                RegularFile::isSame(path, databasePath)
-                    ? FileChecksum()
-                    : FileChecksums::ofFile(path, [this] { return m_looks.shouldEnd(); });
+            const FileChecksum read = RegularFile::isSame(path, databasePath)
+                                          ? FileChecksum()
+                                          : FileChecksums::ofFile(path, shouldEnd);
             file.readId = read.isRead ? file.idsByChecksum.value(read.checksum) : 0;
             // What cannot be read matches nothing, and nothing can be taken of it either.
             file.state = !read.isRead || file.readId != 0 ? LinkedFile::Known : LinkedFile::New;

@@ -53,6 +53,8 @@ signals:
     void roundDone();
 
 private:
+    using ShouldEnd = BackgroundLooks::ShouldEnd;
+
     struct Request
     {
         qint64 due = 0;                  ///< milliseconds of the clock
@@ -87,11 +89,12 @@ private:
     void arm();
     void startRound();
     void requestLater(const QString &linkId, qint64 milliseconds);
-    Seen look(const QHash<QString, LinkedFolder> &links, const QStringList &due,
-              const QString &databasePath) const;
+    static Seen look(const QHash<QString, LinkedFolder> &links, const QStringList &due,
+                     const QString &databasePath, const ShouldEnd &shouldEnd);
     void takeSeen(const Seen &seen);
     void walk();
-    void readSuspects(QVector<LinkedFolder> &folders, const QString &databasePath) const;
+    static void readSuspects(QVector<LinkedFolder> &folders, const QString &databasePath,
+                             const ShouldEnd &shouldEnd);
     /** Spares the reading of what was read before. */
     void passOverLeftOut(QVector<LinkedFolder> &folders) const;
     void noteRead(const QVector<LinkedFolder> &folders);
@@ -124,6 +127,6 @@ private:
     QHash<QString, QStringList> m_toldNames;
     qint64 m_untilWhole = 2000;
     qint64 m_untilLookBack = 30000;
-    int m_failures = 0;      ///< in turn
-    BackgroundLooks m_looks; ///< last, as it waits for what uses the others
+    int m_failures = 0; ///< in turn
+    BackgroundLooks m_looks;
 };

@@ -1,53 +1,50 @@
 #pragma once
 
-#include "app/settings/crashstack.h"
-
 #include <QObject>
-#include <QThreadPool>
 
-#include <atomic>
+#include <functional>
 #include <memory>
 
 /**
  * Runs what looks at disks beside the thread of its owner, one after the other, as a disk that sleeps or is
- * behind a network may let a look wait for long. What a look found is handed over on the owner's thread.
+ * behind a network may let a look wait for long, and one that is gone for ever. What a look found is handed
+ * over on the owner's thread. A look that does not come back is left behind, so it must not know its owner.
  */
 class BackgroundLooks : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit BackgroundLooks(QObject *parent = nullptr) : QObject(parent) { m_pool.setMaxThreadCount(1); }
-    ~BackgroundLooks() override { end(); }
+    /** Asked by a look whether nobody waits for it any more. */
+    using ShouldEnd = std::function<bool()>;
 
-    /** `look` gives a value, and asks shouldEnd() as often as it can; `take` gets the value, or never runs.
+    explicit BackgroundLooks(QObject *parent = nullptr);
+    ~BackgroundLooks() override;
+
+    /**
+     * `look` gets a ShouldEnd to be asked as often as it can, and gives a value; `take` gets the value, or
+     * never runs. The look has to hold by value all that it needs.
      */
     template <class Look, class Take>
     void run(const Look &look, const Take &take)
     {
-        m_pool.start([this, look, take] {
-            provideCrashStack();
-            const auto found = std::make_shared<decltype(look())>(look());
-            QMetaObject::invokeMethod(
-                this,
-                [this, found, take] {
-                    if (!shouldEnd())
-                        take(*found);
-                },
-                Qt::QueuedConnection);
+        start([look, take](const ShouldEnd &shouldEnd) -> std::function<void()> {
+            const auto found = std::make_shared<decltype(look(shouldEnd))>(look(shouldEnd));
+            return [found, take] { take(*found); };
         });
     }
-    /** Nothing is taken any more; waits for the running look. */
-    void end()
-    {
-        m_isEnding = true;
-        m_pool.clear();
-        m_pool.waitForDone();
-    }
-    /** Any thread. */
-    bool shouldEnd() const { return m_isEnding; }
+    /** Forgets what was begun: nothing of it is taken, and a look that runs is told to end. */
+    void forget();
+    /** The same for good; waits a moment for a look that runs, as those that are near their end mostly are.
+     */
+    void end();
 
 private:
-    QThreadPool m_pool;
-    std::atomic<bool> m_isEnding{false};
+    struct Shared;
+    using Job = std::function<std::function<void()>(const ShouldEnd &shouldEnd)>;
+
+    void start(const Job &job);
+    static void work(const std::shared_ptr<Shared> &shared);
+
+    std::shared_ptr<Shared> m_shared;
 };

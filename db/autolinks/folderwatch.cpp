@@ -73,10 +73,10 @@ void FolderWatch::lookAtAll()
     if (folders.isEmpty())
         return;
     m_looks.run(
-        [this, folders] {
+        [folders](const BackgroundLooks::ShouldEnd &shouldEnd) {
             QHash<QString, Look> looks;
             for (const QString &folder : folders) {
-                if (!m_looks.shouldEnd())
+                if (!shouldEnd())
                     looks.insert(folder, lookAt(folder));
             }
             return looks;

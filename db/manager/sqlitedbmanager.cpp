@@ -11,6 +11,7 @@
 #include "core/records/file.h"
 #include "db/sql/connections.h"
 #include "db/sql/foreignwrites.h"
+#include "db/sql/lockwait.h"
 #include "db/sql/readbound.h"
 #include "db/sql/schema.h"
 #include "db/sql/sqlitequeryconstructor.h"
@@ -27,6 +28,9 @@ const QString pageSizeStatement = QStringLiteral("PRAGMA page_size=65536;");
 
 // How long the window waits for the worker's transaction before it asks to try again.
 const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
+
+// What nobody asked for holds the window for less than anybody notices.
+constexpr int mendingMilliseconds = 30;
 
 // How long it waits at the opening until it can be told whether the database may be written.
 constexpr int mostProbingMilliseconds = 1500;
@@ -53,7 +57,13 @@ SQLiteDBManager::SQLiteDBManager(const QString &driver, const QString &database,
     setWriteGuard(m_foreignWrites);
     setProviders(made);
     connectErrors(m_foreignWrites);
-    connect(m_foreignWrites, &ForeignWrites::newsFound, this, &SQLiteDBManager::dropEdit);
+    connect(m_foreignWrites, &ForeignWrites::newsFound, this, [this] {
+        // No user waits for what is mended unasked.
+        if (m_isMending)
+            reloadLater();
+        else
+            dropEdit();
+    });
     connect(m_foreignWrites, &ForeignWrites::outdated, this, &SQLiteDBManager::reloadLater);
     connect(m_foreignWrites, &ForeignWrites::busyFound, this, &SQLiteDBManager::tellBusy);
     connectAutoLinks();
@@ -211,17 +221,32 @@ bool SQLiteDBManager::refreshFilePaths(qint64 fileId)
 PathRelinkerHost::Writing SQLiteDBManager::writePaths(const PathChanges &changes)
 {
     if (isReadOnly()) {
-        for (const PathChange &change : changes) {
-            if (File *record = file(change.fileId))
-                record->setData(change.column == QLatin1String("path") ? Path : RelPath, change.value);
-        }
+        showPaths(changes);
         return Written;
     }
     if (!loadState().isWhole() || loadState().isLoading() || isReloadDue())
         return NotWritten;
+    // Nobody asked for it: neither the window nor the user waits.
+    if (m_foreignWrites->isWorkerCommitting())
+        return Busy;
+    const LockWait noWait([] { return true; }, mendingMilliseconds);
+    m_isMending = true;
     bool isWritten = false;
     const bool metLock = runInSilence([&] { isWritten = providers().mainView->changePaths(changes); });
+    m_isMending = false;
     return isWritten ? Written : metLock ? Busy : NotWritten;
+}
+
+void SQLiteDBManager::showPaths(const PathChanges &changes)
+{
+    QVector<qint64> changed;
+    for (const PathChange &change : changes) {
+        if (File *record = file(change.fileId)) {
+            record->setData(change.column == QLatin1String("path") ? Path : RelPath, change.value);
+            changed.append(change.fileId);
+        }
+    }
+    emit filesChanged(changed);
 }
 
 void SQLiteDBManager::createAutoLink(const QString &folder, qint64 nodeId)

@@ -68,10 +68,12 @@ private:
     bool makeTables(const QString &connectionName);
     const File *fileToRelink(qint64 fileId) const override { return file(fileId); }
     Writing writePaths(const PathChanges &changes) override;
+    void showPaths(const PathChanges &changes) override;
 
     ForeignWrites *m_foreignWrites;
     std::unique_ptr<ReadBound> m_readBound; ///< while all records are read
     AutoLinks m_linkedFolders;
     PathRelinker *m_relinker;
     bool m_closing = false;
+    bool m_isMending = false; ///< paths are being written that nobody changed
 };

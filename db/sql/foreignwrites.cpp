@@ -63,6 +63,12 @@ bool ForeignWrites::mayWrite()
     return false;
 }
 
+bool ForeignWrites::isWorkerCommitting()
+{
+    const QMutexLocker locker(&m_mutex);
+    return m_isWorkerCommitting;
+}
+
 bool ForeignWrites::settleHere()
 {
     QElapsedTimer waited;

@@ -33,6 +33,8 @@ public:
     bool noteState();
     /** Looks at the database; tells of news, or that it is busy, when the answer is no. */
     bool mayWrite() override;
+    /** Whether mayWrite() would have to wait until a commit of the worker is settled. */
+    bool isWorkerCommitting();
     /**
      * Has the window look later; outdated() tells when it finds news. After a full disk SQLite counts what it
      * put back itself as a change, and that must not cost the next edit. Called on either thread.

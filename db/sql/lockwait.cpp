@@ -13,15 +13,13 @@
 
 namespace {
 constexpr int longestSleepMilliseconds = 50;
-// What was done before a cancel is stored, and somebody may just be reading.
-constexpr int unwantedMilliseconds = 400;
 
 thread_local LockWait *innermost = nullptr;
 thread_local QElapsedTimer waited;
 } // namespace
 
-LockWait::LockWait(const std::function<bool()> &isUnwanted)
-    : m_isUnwanted(isUnwanted), m_outer(std::exchange(innermost, this))
+LockWait::LockWait(const std::function<bool()> &isUnwanted, int milliseconds)
+    : m_isUnwanted(isUnwanted), m_milliseconds(milliseconds), m_outer(std::exchange(innermost, this))
 {
 }
 
@@ -47,7 +45,7 @@ int LockWait::wait(void *limit, int count)
         waited.start();
     qint64 most = qint64(reinterpret_cast<quintptr>(limit));
     if (innermost && innermost->m_isUnwanted())
-        most = qMin<qint64>(most, unwantedMilliseconds);
+        most = qMin<qint64>(most, innermost->m_milliseconds);
     if (waited.elapsed() >= most)
         return 0;
     QThread::msleep(ulong(qMin(1 << qMin(count, 6), longestSleepMilliseconds)));

@@ -11,8 +11,12 @@ class QSqlDatabase;
 class LockWait
 {
 public:
-    /** As long as this lives, waits on its thread ask whether anybody wants them. */
-    explicit LockWait(const std::function<bool()> &isUnwanted);
+    // What was done before a cancel is stored, and somebody may just be reading.
+    static constexpr int unwantedMilliseconds = 400;
+
+    /** As long as this lives, waits on its thread ask whether anybody wants them; they last a moment if not.
+     */
+    explicit LockWait(const std::function<bool()> &isUnwanted, int milliseconds = unwantedMilliseconds);
     ~LockWait();
     LockWait(const LockWait &) = delete;
     LockWait &operator=(const LockWait &) = delete;
@@ -24,5 +28,6 @@ private:
     static int wait(void *limit, int count);
 
     std::function<bool()> m_isUnwanted;
+    int m_milliseconds;
     LockWait *m_outer;
 };
