@@ -1,18 +1,23 @@
 #include "app/messages/filedialogs.h"
 #include "app/settings/trackingsettings.h"
+#include "core/controllers/filelocation.h"
 #include "core/records/file.h"
+#include "models/contents/contentsmodel.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/filesviewtest.h"
 #include "ui/dialogs/filelocationdialog.h"
 #include "ui/dialogs/filemodificationdialog.h"
+#include "ui/dialogs/modificationnotice.h"
 
 #include <QDialogButtonBox>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTableView>
+#include <QTableWidget>
 
 namespace {
-/** Answers each modal dialog of a class that comes up, until it is gone. */
+/** Answers each dialog of a class that comes up, until it is gone. */
 template <class Dialog>
 class OnDialog
 {
@@ -20,7 +25,7 @@ public:
     explicit OnDialog(const std::function<void(Dialog &)> &act)
     {
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this, act] {
-            auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
+            Dialog *dialog = shown();
             if (!dialog || m_isActing)
                 return;
             m_isActing = true;
@@ -29,6 +34,16 @@ public:
             m_isActing = false;
         });
         m_timer.start(5);
+    }
+
+    static Dialog *shown()
+    {
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            auto *dialog = qobject_cast<Dialog *>(window);
+            if (dialog && dialog->isVisible())
+                return dialog;
+        }
+        return nullptr;
     }
 
     int count = 0;
@@ -153,12 +168,12 @@ private slots:
         settle();
         QFETCH(QString, path);
         QFETCH(QString, relPath);
-        QCOMPARE(Sql::rows("SELECT path, rel_path FROM file_paths WHERE path_id=2"),
-                 QStringList{path.replace("DIR"_s, m_fixture->folder()) + QLatin1Char('|') + relPath});
+        QTRY_COMPARE(Sql::rows("SELECT path, rel_path FROM file_paths WHERE path_id=2"),
+                     QStringList{path.replace("DIR"_s, m_fixture->folder()) + QLatin1Char('|') + relPath});
         const bool isFound = paths.at(1) == QLatin1String("1.txt") || !path.startsWith(QLatin1String("/no"));
         QCOMPARE(isMissing(1), !isFound);
         if (isFound)
-            QCOMPARE(file(m_ids.at(1))->path(), m_fixture->filePath("1.txt"_s));
+            QTRY_COMPARE(file(m_ids.at(1))->path(), m_fixture->filePath("1.txt"_s));
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 
@@ -222,6 +237,49 @@ private slots:
         QCOMPARE(file(m_ids.at(0))->size(), 13);
         QCOMPARE(notice.count, 2);
         QVERIFY(!TrackingSettings::adviseOfModifiedFiles());
+    }
+
+    void theNoticeTakesNoKeys()
+    {
+        QTableWidget table(1, 1);
+        table.setItem(0, 0, new QTableWidgetItem("old"_s));
+        table.show();
+        QVERIFY(QTest::qWaitForWindowActive(&table));
+        table.editItem(table.item(0, 0));
+        QWidget *editor = QApplication::focusWidget();
+        QVERIFY(qobject_cast<QLineEdit *>(editor));
+        ModificationNotice notice(&table);
+        notice.tell({"/a/changed.txt"_s}, {});
+        for (int turns = 0; turns < 3; ++turns)
+            QCoreApplication::processEvents();
+        QVERIFY(!OnDialog<FileModificationDialog>::shown());
+        QCOMPARE(QApplication::focusWidget(), editor);
+        QTest::keyClick(editor, Qt::Key_Escape);
+        QTRY_VERIFY(OnDialog<FileModificationDialog>::shown());
+        // This platform activates whatever shows.
+        if (QGuiApplication::platformName() != "offscreen"_s)
+            QCOMPARE(QApplication::activeWindow(), &table);
+        QVERIFY(OnDialog<FileModificationDialog>::shown()->testAttribute(Qt::WA_ShowWithoutActivating));
+        QVERIFY(!QApplication::activeModalWidget());
+        notice.forget();
+        QTRY_VERIFY(!OnDialog<FileModificationDialog>::shown());
+    }
+
+    void findsWhatWasHidden()
+    {
+        for (const char *name : {"0.txt", "1.txt"})
+            QVERIFY(remove(name));
+        Sql::run("UPDATE file_paths SET path='/nowhere/.0.txt' WHERE path_id=1");
+        m_fixture->manager()->reloadAllData();
+        m_fixture->write("in/.deep/.0.txt"_s, "0.txt");
+        m_fixture->write("in/1.txt"_s, "1.txt");
+        QVERIFY(QFile::link(m_fixture->filePath("in"_s), m_fixture->filePath("in/loop"_s)));
+        FileLocation location(*m_fixture->mainView().contentsModel(), m_ids, {m_fixture->filePath("in"_s)});
+        QSignalSpy finished(&location, &FileLocation::finished);
+        location.start();
+        QTRY_COMPARE(finished.size(), 1);
+        QCOMPARE(location.located().value(m_ids.at(0)), m_fixture->filePath("in/.deep/.0.txt"_s));
+        QCOMPARE(location.located().value(m_ids.at(1)), m_fixture->filePath("in/1.txt"_s));
     }
 
     void locatesInFolders()

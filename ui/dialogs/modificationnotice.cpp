@@ -2,14 +2,28 @@
 
 #include "ui/dialogs/filemodificationdialog.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 
 namespace {
 constexpr int retryMilliseconds = 250;
 
+/** A name that is being changed in its place would be stored as far as it goes. */
+bool isEditorOpen()
+{
+    const QWidget *focus = QApplication::focusWidget();
+    for (const QWidget *above = focus ? focus->parentWidget() : nullptr; above;
+         above = above->parentWidget()) {
+        const auto *view = qobject_cast<const QAbstractItemView *>(above->parentWidget());
+        if (view && view->viewport() == above)
+            return true;
+    }
+    return false;
+}
+
 bool isHandBusy()
 {
-    return QApplication::activeModalWidget() || QApplication::activePopupWidget() ||
+    return isEditorOpen() || QApplication::activeModalWidget() || QApplication::activePopupWidget() ||
            QApplication::mouseButtons() != Qt::NoButton;
 }
 } // namespace
@@ -47,10 +61,12 @@ void ModificationNotice::showDialog()
         m_timer.start(retryMilliseconds);
         return;
     }
-    FileModificationDialog dialog(m_window);
-    dialog.add(m_updatedPaths, m_deletedFiles);
+    m_dialog = new FileModificationDialog(m_window);
+    m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+    // Nobody has asked for it: what is being typed goes on to where it was meant to go.
+    m_dialog->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_dialog->add(m_updatedPaths, m_deletedFiles);
     m_updatedPaths.clear();
     m_deletedFiles.clear();
-    m_dialog = &dialog;
-    dialog.exec();
+    m_dialog->show();
 }

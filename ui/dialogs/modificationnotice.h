@@ -12,7 +12,8 @@ class QWidget;
 
 /**
  * Brings up the window that tells of changed files once the user's hand is free: no menu or other dialog is
- * open and no button is held down. What comes meanwhile or while it shows goes into the same window.
+ * open, no name is being changed in its place and no button is held down. It does not take the keys. What
+ * comes meanwhile or while it shows goes into the same window.
  */
 class ModificationNotice : public QObject
 {
