@@ -37,7 +37,8 @@ Kind kindOf(DIR *folder, const dirent &entry)
 }
 
 /** Hands out each file and folder of a folder; false when the system did not tell of all. */
-bool list(const QByteArray &folder, const std::function<void(Kind kind, const char *name)> &take)
+bool list(const QByteArray &folder, FolderEntries::Hidden hidden,
+          const std::function<void(Kind kind, const char *name)> &take)
 {
     const std::unique_ptr<DIR, int (*)(DIR *)> open(::opendir(folder.constData()), &::closedir);
     bool isWhole = bool(open);
@@ -46,7 +47,10 @@ bool list(const QByteArray &folder, const std::function<void(Kind kind, const ch
         const dirent *entry = ::readdir(open.get());
         if (!entry)
             return errno == 0 && isWhole;
-        const Kind kind = entry->d_name[0] == '.' ? OtherEntry : kindOf(open.get(), *entry);
+        const bool isLeftOut = hidden == FolderEntries::WithHidden
+                                   ? qstrcmp(entry->d_name, ".") == 0 || qstrcmp(entry->d_name, "..") == 0
+                                   : entry->d_name[0] == '.';
+        const Kind kind = isLeftOut ? OtherEntry : kindOf(open.get(), *entry);
         if (kind == UnknownEntry)
             isWhole = false;
         else if (kind != OtherEntry)
@@ -56,13 +60,14 @@ bool list(const QByteArray &folder, const std::function<void(Kind kind, const ch
 }
 
 /** How many files lie in and below a folder. */
-qint64 countFiles(const QByteArray &folder, const std::function<bool()> &shouldEnd, bool &isWhole)
+qint64 countFiles(const QByteArray &folder, FolderEntries::Hidden hidden,
+                  const std::function<bool()> &shouldEnd, bool &isWhole)
 {
     qint64 count = 0;
     QVector<QByteArray> folders{folder};
     while (!folders.isEmpty() && !(shouldEnd && shouldEnd())) {
         const QByteArray path = folders.takeLast() + '/';
-        const bool isListed = list(path, [&](Kind kind, const char *name) {
+        const bool isListed = list(path, hidden, [&](Kind kind, const char *name) {
             if (kind == FolderEntry)
                 folders.append(path + name);
             else
@@ -74,12 +79,12 @@ qint64 countFiles(const QByteArray &folder, const std::function<bool()> &shouldE
 }
 } // namespace
 
-FolderEntries FolderEntries::of(const QString &folder, const std::function<bool()> &shouldEnd)
+FolderEntries FolderEntries::of(const QString &folder, const std::function<bool()> &shouldEnd, Hidden hidden)
 {
     FolderEntries entries;
     QVector<QByteArray> outOfReach;
     const QByteArray path = QFile::encodeName(folder);
-    entries.isWhole = list(path, [&](Kind kind, const char *entryName) {
+    entries.isWhole = list(path, hidden, [&](Kind kind, const char *entryName) {
         // Behind a letter of its own: at the head of a text Qt drops a byte order mark.
         const QByteArray bytes = QByteArray("/") + entryName;
         const QString name = QFile::decodeName(bytes).mid(1);
@@ -93,7 +98,7 @@ FolderEntries FolderEntries::of(const QString &folder, const std::function<bool(
             outOfReach.append(path + bytes);
     });
     for (const QByteArray &below : qAsConst(outOfReach))
-        entries.filesOutOfReach += countFiles(below, shouldEnd, entries.isWhole);
+        entries.filesOutOfReach += countFiles(below, hidden, shouldEnd, entries.isWhole);
     if (!entries.isWhole)
         qDebug() << "Not all of the folder can be read:" << folder;
     return entries;

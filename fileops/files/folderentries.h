@@ -5,7 +5,7 @@
 #include <functional>
 
 /**
- * The names in a folder, without those of links, hidden entries, pipes, sockets and devices. Read from the
+ * The names in a folder, without those of links, pipes, sockets and devices. Read from the
  * system itself, as Qt leaves out in silence what has a name that is no text.
  */
 struct FolderEntries
@@ -20,6 +20,9 @@ struct FolderEntries
     /** False when the system did not tell of all, neither of this folder nor below the unreadable ones. */
     bool isWhole = true;
 
+    enum Hidden { WithoutHidden, WithHidden };
+
     /** `shouldEnd` is asked before each folder below and ends the count. */
-    static FolderEntries of(const QString &folder, const std::function<bool()> &shouldEnd = {});
+    static FolderEntries of(const QString &folder, const std::function<bool()> &shouldEnd = {},
+                            Hidden hidden = WithoutHidden);
 };

@@ -19,6 +19,7 @@ FileLocator::FileLocator(const QVector<MissingFile> &files, const ShouldEnd &sho
 {
     for (int i = 0; i < m_files.size(); ++i) {
         m_byName[nameOf(m_files.at(i).path)].append(i);
+        m_withHidden = m_withHidden || m_files.at(i).path.contains(QLatin1String("/."));
         // All empty files are equal.
         if (m_files.at(i).size > 0)
             m_bySize[m_files.at(i).size].append(i);
@@ -38,7 +39,8 @@ void FileLocator::walk(const QStringList &folders)
         if (seen.contains(folder))
             continue;
         seen.insert(folder);
-        FolderEntries entries = FolderEntries::of(folder);
+        FolderEntries entries = FolderEntries::of(
+            folder, m_shouldEnd, m_withHidden ? FolderEntries::WithHidden : FolderEntries::WithoutHidden);
         std::sort(entries.files.begin(), entries.files.end());
         for (const QString &name : qAsConst(entries.files)) {
             if (m_shouldEnd())

@@ -18,7 +18,8 @@ struct MissingFile
 
 /**
  * Finds missing files in folders and all below them: by their names, and those that no name finds by size and
- * contents. One walk serves all of them. The folders are walked in their order, and of several hits the first
+ * contents. What is hidden is only gone through when one of them was, and links are not followed. One walk
+ * serves all of them. The folders are walked in their order, and of several hits the first
  * one counts; none serves two files. Any thread, one at a time.
  */
 class FileLocator
@@ -54,6 +55,7 @@ private:
 
     const QVector<MissingFile> m_files;
     const ShouldEnd m_shouldEnd;
+    bool m_withHidden = false;
     QHash<QString, QVector<int>> m_byName;
     QHash<qint64, QVector<int>> m_bySize;
     QHash<QString, QVector<Hit>> m_nameHits;
