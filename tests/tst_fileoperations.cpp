@@ -134,13 +134,13 @@ private slots:
             row("leads into another's that goes, too", {2, 0, 2}, {1, 3}, {2, 2}, {2, 1}, ""_s);
             row("leads back into itself", {2, 1, 0}, {1, 3}, {2, 1}, {1}, "3"_s);
             row("leads nowhere", {9, 0}, {1, 2}, {2, 1}, {1}, "2"_s);
+            row("alike", {0}, {1, 1}, {1, 1}, {1}, "1"_s);
+            row("alike, both", {0}, {1, 1}, {1, 1}, {1, 2}, ""_s);
+            row("sound, its end another's", {2, 3, 0}, {1, 2}, {3, 2}, {1}, "2 3"_s);
+            // More than ask for their own blocks alone.
+            row("alike, behind many", Numbers(12, 0), {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 11}, Numbers(12, 1),
+                {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, "11 12"_s);
         }
-        // What nothing of the file itself tells is looked for where that is quick.
-        QTest::addRow("alike") << Numbers{0} << Numbers{1, 1} << Numbers{1, 1} << Ids{1} << false << "1"_s;
-        QTest::addRow("alike, both") << Numbers{0} << Numbers{1, 1} << Numbers{1, 1} << Ids{1, 2} << false
-                                     << ""_s;
-        QTest::addRow("sound, its end another's")
-            << Numbers{2, 3, 0} << Numbers{1, 2} << Numbers{3, 2} << Ids{1} << false << "2 3"_s;
     }
 
     void deletesNoBlockOfAnother()

@@ -5,6 +5,8 @@
 namespace {
 // Asking so many files takes no longer than storing that one is gone.
 constexpr qint64 smallLibrary = 20000;
+// For more of them it is cheaper to find all blocks that several files use.
+constexpr int fewFiles = 8;
 
 /** Of the blocks of one chain, found link by link: other chains may lie in between. */
 QString ofChain(const char *statement)
@@ -30,7 +32,9 @@ bool BlockRemoval::removeBlocksOf(qint64 fileId, qint64 firstId, qint64 recorded
     Shape shape;
     if (!readShape(firstId, recordedSize, shape) || !lookAround())
         return false;
-    const bool isOwn = shape.isOrdinary && !hasMeeting(firstId, shape.lastId);
+    bool isOwn = false;
+    if (shape.isOrdinary && !isUsedOnce(firstId, shape.lastId, isOwn))
+        return false;
     if (!(isOwn ? removeRange(firstId, shape.lastId) : removeOwn(fileId, firstId)))
         return false;
     m_removedFiles.insert(fileId);
@@ -63,6 +67,26 @@ bool BlockRemoval::lookAround()
         (row.at(0).toLongLong() <= smallLibrary && !readMeetings()))
         return false;
     m_hasLooked = true;
+    return true;
+}
+
+bool BlockRemoval::isUsedOnce(qint64 firstId, qint64 lastId, bool &isUsedOnce)
+{
+    static const QString count =
+        QStringLiteral("SELECT (SELECT count(*) FROM files WHERE internal=1 AND file_size<>0 "
+                       "AND storage_id BETWEEN ? AND ?) + "
+                       "(SELECT count(*) FROM storage_info WHERE continue_id BETWEEN ? AND ?);");
+    if (!m_areMeetingsKnown && m_removedFiles.size() < fewFiles) {
+        QVariantList row;
+        if (!m_connection.readRow(count, {firstId, lastId, firstId, lastId}, row))
+            return false;
+        // The record leads to the first block, and each block to the next one.
+        isUsedOnce = row.at(0).toLongLong() == lastId - firstId + 1;
+        return true;
+    }
+    if (!readMeetings())
+        return false;
+    isUsedOnce = !hasMeeting(firstId, lastId);
     return true;
 }
 

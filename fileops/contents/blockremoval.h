@@ -11,8 +11,8 @@
  * the other file keeps then, with all that follows. Whoever removes several files in one transaction uses one
  * object for all of them, as their records go last.
  *
- * No index tells which files use a block: in a large library all of them are asked only when a chain is
- * unlike those that are written here.
+ * No index tells which files use a block. In a small library those that several use are found at once; in a
+ * large one the first files that go ask for their own blocks alone.
  */
 class BlockRemoval
 {
@@ -31,6 +31,8 @@ private:
     };
     bool readShape(qint64 firstId, qint64 recordedSize, Shape &shape) const;
     bool lookAround();
+    /** Whether nothing else leads to the blocks of an ordinary chain. */
+    bool isUsedOnce(qint64 firstId, qint64 lastId, bool &isUsedOnce);
     bool readMeetings();
     bool hasMeeting(qint64 firstId, qint64 lastId) const;
     bool removeRange(qint64 firstId, qint64 lastId) const;
