@@ -1,5 +1,6 @@
 #include "core/records/tbnode.h"
 #include "db/autolinks/folderwatch.h"
+#include "fileops/provider/fileoperationprovider.h"
 #include "tests/support/linkedfoldertest.h"
 
 #include <QElapsedTimer>
@@ -379,7 +380,8 @@ private slots:
         link(m_top, in());
         QTRY_COMPARE(contents(), "a.txt:top"_s);
         box().waitForWorker();
-        QSignalSpy started(box().manager(), &DatabaseManger::startedAddingFiles);
+        QSignalSpy handled(box().manager()->findChild<FileOperationProvider *>(),
+                           &FileOperationProvider::autoLinked);
         QFile::remove(filePath("a.txt"_s));
         QCOMPARE(::link(QFile::encodeName(box().path()).constData(),
                         QFile::encodeName(filePath("a.txt"_s)).constData()),
@@ -389,7 +391,7 @@ private slots:
             waitForRound();
             box().waitForWorker();
         }
-        QCOMPARE(started.size(), 1);
+        QCOMPARE(handled.size(), 1);
     }
 
     void folderWithoutAWatchIsLookedAtInTurns()

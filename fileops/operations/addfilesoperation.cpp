@@ -43,15 +43,17 @@ bool AddFilesOperation::addFilesToDB()
         return false;
     m_worker.report().setDone(0, batch.paths.size());
     FileBatch files(m_worker, batch);
-    const QVector<qint64> added = files.addFilesListToDb();
+    QVector<qint64> added = files.addFilesListToDb();
+    QStringList unread = files.unread();
     noteLeftOut(files);
+    added += addOtherCopies(batch, unread);
     const QVector<qint64> found = fillMissingPlaces();
     if (finish(transaction, added + found + linkMatchedFiles(batch))) {
         if (!found.isEmpty())
             emit m_worker.present(found);
         m_worker.report().setDone(added.size(), batch.paths.size());
         LeftOutFiles leftOut = expansion.leftOut();
-        leftOut.unreadable += files.unread();
+        leftOut.unreadable += unread;
         tellLeftOut(leftOut);
     }
     return true;

@@ -9,6 +9,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
 {
     DuplicateManager manager;
@@ -84,6 +86,37 @@ void AddOperation::noteLeftOut(const FileBatch &batch)
         if (leftOut.contains(group.keptFile.path))
             group.outcome = ExternalDuplicateGroup::LeftOut;
     }
+}
+
+QVector<qint64> AddOperation::addOtherCopies(const FileBatchRequest &all, QStringList &unread)
+{
+    QVector<qint64> added;
+    FileBatchRequest batch = all;
+    while (mayCommit()) {
+        batch.paths.clear();
+        batch.checksums.clear();
+        for (ExternalDuplicateGroup &group : m_duplicates.externalDuplicateGroups) {
+            if (group.outcome != ExternalDuplicateGroup::LeftOut || group.ignoredFiles.isEmpty())
+                continue;
+            const QString failed = group.keptFile.path;
+            group.keptFile = group.ignoredFiles.takeFirst();
+            group.outcome = ExternalDuplicateGroup::Added;
+            batch.paths.append(group.keptFile.path);
+            // What all copies bring from their folders stays with the one that is added.
+            if (batch.inheritedTags.contains(failed))
+                batch.inheritedTags.insert(group.keptFile.path, batch.inheritedTags.value(failed));
+        }
+        if (batch.paths.isEmpty())
+            break;
+        FileBatch files(m_worker, batch);
+        added += files.addFilesListToDb();
+        unread += files.unread();
+        noteLeftOut(files);
+    }
+    QVector<ExternalDuplicateGroup> &groups = m_duplicates.externalDuplicateGroups;
+    const auto isSingle = [](const ExternalDuplicateGroup &group) { return group.ignoredFiles.isEmpty(); };
+    groups.erase(std::remove_if(groups.begin(), groups.end(), isSingle), groups.end());
+    return added;
 }
 
 void AddOperation::tellLeftOut(const LeftOutFiles &leftOut)

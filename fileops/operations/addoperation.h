@@ -30,6 +30,8 @@ protected:
     void settleMissingPlaces();
     /** Corrects what the report says of files that stand for others but were left out themselves. */
     void noteLeftOut(const FileBatch &batch);
+    /** Adds another one of the same contents for each file that noteLeftOut() noted. */
+    QVector<qint64> addOtherCopies(const FileBatchRequest &all, QStringList &unread);
     /** Tells of files that were left out, once the others are in. */
     void tellLeftOut(const LeftOutFiles &leftOut);
     /** Neither stopped nor cancelled, and the transaction is what it should be. */

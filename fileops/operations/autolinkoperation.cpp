@@ -15,6 +15,7 @@ namespace {
 // An edit of the window waits a quarter of a second for its lock: what a batch writes takes less.
 constexpr int filesInBatch = 128;
 constexpr int picturesInBatch = 8;
+constexpr int fewFiles = 50;
 
 /** Where the batch ends that begins at `from`. */
 int batchEnd(const QStringList &paths, int from)
@@ -39,7 +40,9 @@ AutoLinkOperation::AutoLinkOperation(FileOperationWorker &worker, const FileOper
 void AutoLinkOperation::run()
 {
     // Asked once: what is announced is ended, also when the setting changes meanwhile.
-    setSilent(AutoLinkSettings::autoLinkInBackGround());
+    // A few files that came by themselves are in before a window could be read.
+    const bool isSmall = !m_request.notifyDuplicates && m_request.paths.size() < fewFiles;
+    setSilent(isSmall || AutoLinkSettings::autoLinkInBackGround());
     if (!isSilent())
         announceFiles(true);
     const bool isToldAll = linkToFiles();
@@ -106,12 +109,14 @@ bool AutoLinkOperation::addInBatches(const FileBatchRequest &all)
         if (!transaction.isActive() || (batch.loadId == 0 && !m_worker.nextLoadId(batch.loadId)))
             return false;
         FileBatch files(m_worker, batch);
-        const QVector<qint64> added = files.addFilesListToDb();
+        QVector<qint64> added = files.addFilesListToDb();
+        QStringList unread = files.unread();
         noteLeftOut(files);
+        added += addOtherCopies(batch, unread);
         if (!mayCommit() || !transaction.commit())
             return false;
-        m_unread += files.unread();
-        for (const QString &path : files.unread() + files.refused())
+        m_unread += unread;
+        for (const QString &path : unread + files.refused())
             m_outcome.standIns.insert(path, 0);
         countDone(added.size());
         m_outcome.addedCount += added.size();
