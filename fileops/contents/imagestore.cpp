@@ -270,6 +270,10 @@ bool ImageStore::saveExternal(qint64 fileId, const Writing &writing, QVector<qin
     for (const TableRowData *row : qAsConst(rows))
         ids.append(row->at(0).toLongLong());
     freeRows(rows);
+    if (ids.isEmpty()) {
+        qDebug("updateFile(): File was not external!");
+        return false;
+    }
 
     ExternalContents contents(origin.path, origin.stamp);
     if (!contents.replace(writing.bytes)) {
@@ -294,6 +298,16 @@ bool ImageStore::saveExternal(qint64 fileId, const Writing &writing, QVector<qin
 bool ImageStore::updateFile(qint64 fileId, const QString &path, const Writing &writing)
 {
     const QFileInfo info(path);
+    if (!info.exists()) {
+        qDebug("updateFIle(): File does not exist! *******");
+        return false;
+    }
+    if (!info.isReadable())
+        qDebug("Could not open file.");
+    if (info.size() != writing.bytes.size()) {
+        qDebug("Error reading from file. Might have run out of memory.");
+        return false;
+    }
     const QString update =
         QStringLiteral("UPDATE files SET modification_date=%1, data_checksum=%2, file_size=%3, file_name=%4 "
                        "WHERE file_id=%5;");
