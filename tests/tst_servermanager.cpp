@@ -1,5 +1,6 @@
 #include "core/controllers/collectionsettings.h"
 #include "db/sql/connections.h"
+#include "fileops/pictures/imageloading.h"
 #include "tests/support/localcollection.h"
 #include "tests/support/serverdatabase.h"
 
@@ -207,6 +208,18 @@ private slots:
             QList<QVariantList>{(QVariantList{"Warning"_s, "The database is busy. Please try again."_s})});
         foreign("ROLLBACK");
         QVERIFY(m_collection->tags().renameTag(tagId, "mine too"_s));
+    }
+
+    void aPictureHoldsTheWindowForNoLock()
+    {
+        foreign("BEGIN; LOCK TABLE files");
+        QElapsedTimer passed;
+        passed.start();
+        const std::unique_ptr<ImageLoading> loading = m_collection->manager()->loadImage(1);
+        QVERIFY2(!passed.hasExpired(2000), "The window stands still");
+        QCOMPARE(loading->result().state, StoredImage::Busy);
+        foreign("ROLLBACK");
+        QCOMPARE(m_collection->value("SHOW lock_timeout"), "3s"_s);
     }
 
     void changeBesideAnOwnOneIsNotHidden_data()

@@ -23,6 +23,7 @@ const QString serverOptions = QStringLiteral("connect_timeout=10;tcp_user_timeou
 // for it, the worker has the time.
 constexpr int windowLockMilliseconds = 3000;
 constexpr int driversBusyMilliseconds = 5000;
+constexpr int shortestWait = 50;
 
 /** What this run of the program is called in its change stamps. */
 QString clientName()
@@ -140,8 +141,14 @@ void close(const QString &name)
 
 void setPatient(const QSqlDatabase &database, bool isPatient)
 {
-    if (!database.isOpen() || typeOf(database.driverName()) != Constants::localDatabase)
+    if (!database.isOpen())
         return;
+    if (typeOf(database.driverName()) != Constants::localDatabase) {
+        const ServerWatch::Waiting waiting(database);
+        const int milliseconds = isPatient ? lockMilliseconds(database.connectionName()) : shortestWait;
+        QSqlQuery(database).exec(QStringLiteral("SET lock_timeout=%1;").arg(milliseconds));
+        return;
+    }
     const QString told = database.connectOptions().section(QStringLiteral("QSQLITE_BUSY_TIMEOUT="), 1, 1);
     const int waiting =
         told.isEmpty() ? driversBusyMilliseconds : told.section(QLatin1Char(';'), 0, 0).toInt();

@@ -33,8 +33,8 @@ Result open(const QString &name, const DBDetails &details, const QString &option
 /** Closes and removes a connection; nothing when there is none. No query of it may be alive. */
 void close(const QString &name);
 
-/** Whether statements on a local database wait for the locks of others, as long as its options say; or not at
- * all. */
+/** Whether statements wait for the locks of others, as long as the options of the connection say; or hardly
+ * at all. */
 void setPatient(const QSqlDatabase &database, bool isPatient);
 
 /** True for details of a server, and for a local path with a regular file behind it. */

@@ -63,12 +63,15 @@ bool PostgresFileOperationWorker::commitTransaction(const QString &connectionNam
 
 void PostgresFileOperationWorker::setPatient(bool isPatient)
 {
-    // The shortest that can be set; what the connection had comes back.
-    static const QString impatient =
-        QStringLiteral("SELECT set_config('vorna.patience', current_setting('lock_timeout'), false), "
-                       "set_config('lock_timeout', '1', false);");
+    // The shortest that can be set; what the connection had comes back, however often it was set.
+    static const QString impatient = QStringLiteral(
+        "SELECT set_config('vorna.patience', CASE current_setting('lock_timeout') WHEN '1ms' "
+        "THEN current_setting('vorna.patience', true) ELSE current_setting('lock_timeout') END, false), "
+        "set_config('lock_timeout', '1', false);");
     static const QString patient =
-        QStringLiteral("SELECT set_config('lock_timeout', current_setting('vorna.patience'), false);");
+        QStringLiteral("SELECT set_config('lock_timeout', "
+                       "coalesce(nullif(current_setting('vorna.patience', true), ''), "
+                       "current_setting('lock_timeout')), false);");
     TableData table;
     runAsync(isPatient ? patient : impatient, table);
     freeRows(table);
