@@ -1,3 +1,4 @@
+#include "app/settings/windowsettings.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
 #include "tests/support/dialoganswers.h"
@@ -178,6 +179,68 @@ private slots:
         QVERIFY(!searches.wait(300));
         QCOMPARE(sorter->fileAt(0)->id(), tagged);
         QVERIFY(!isMarked());
+    }
+
+    void sortingStaysWithTheDatabase()
+    {
+        for (const char *name : {"b.txt", "c.txt", "a.txt"})
+            m_fixture->addExternal(QLatin1String(name));
+        const auto shown = [this] {
+            showAll();
+            QStringList names;
+            for (int row = 0; row < 3; ++row)
+                names.append(m_fixture->mainView().sorter()->fileAt(row)->name().left(1));
+            return names.join(QString());
+        };
+        const auto comeAgain = [this] {
+            m_view->setController(nullptr);
+            m_view->setController(&m_fixture->mainView());
+        };
+        auto *menu = m_ui->viewMenu->findChild<QMenu *>("sortMenu"_s);
+        const auto choose = [menu](const QString &text) {
+            emit menu->aboutToShow();
+            for (QAction *action : menu->actions()) {
+                if (action->text() == text && action->isEnabled())
+                    action->trigger();
+            }
+        };
+        // Nobody has chosen: by name.
+        WindowSettings::setLayout(WindowSettings::fileTableHeader, {});
+        comeAgain();
+        QCOMPARE(shown(), "abc"_s);
+        choose("Descending"_s);
+        QCOMPARE(shown(), "cba"_s);
+        comeAgain();
+        QCOMPARE(shown(), "cba"_s);
+        choose("As Added"_s);
+        QCOMPARE(shown(), "bca"_s);
+        // What the table was sorted by elsewhere does not count here.
+        m_view->setController(nullptr);
+        QHeaderView *header = m_view->findChild<TableView *>()->horizontalHeader();
+        header->setSortIndicator(ContentsModel::NameColumn, Qt::AscendingOrder);
+        comeAgain();
+        QCOMPARE(shown(), "bca"_s);
+        choose("Descending"_s); // not offered without a column
+        QCOMPARE(shown(), "bca"_s);
+    }
+
+    void columnsCanBeHiddenButTheName()
+    {
+        QHeaderView *header = m_view->findChild<TableView *>()->horizontalHeader();
+        auto *menu = m_view->findChild<QMenu *>("columnMenu"_s);
+        emit menu->aboutToShow();
+        for (QAction *action : menu->actions()) {
+            if (action->isEnabled())
+                action->trigger();
+        }
+        QCOMPARE(header->count() - header->hiddenSectionCount(), 1);
+        QVERIFY(!header->isSectionHidden(ContentsModel::NameColumn));
+        m_view->setController(nullptr);
+        m_view->setController(&m_fixture->mainView());
+        QCOMPARE(header->count() - header->hiddenSectionCount(), 1);
+        emit menu->aboutToShow();
+        menu->actions().at(0)->trigger();
+        QVERIFY(header->sectionSize(ContentsModel::ThumbnailColumn) > 0);
     }
 
     void dragsCarryTheSelectedFilesInTheirOrder()

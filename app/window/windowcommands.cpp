@@ -71,10 +71,13 @@ void WindowCommands::takePlaces(MainUi &ui, const QList<QAction *> &recentDataba
     m_actions.insert(ExportMenuAction, ui.databaseMenu->addMenu(ui.exportMenu));
     ui.databaseMenu->addAction(action(ExitAction));
 
-    ui.viewMenu->addActions(
+    // Before what the views have put there already.
+    ui.viewMenu->insertActions(
+        ui.viewMenu->actions().value(0),
         {action(DatabaseInfoAction), action(ShowAllDocksAction), action(SelectBrowsingTreeAction)});
-    ui.editMenu->addActions({action(PreferencesAction), action(TagGroupsAction),
-                             action(BrowsingTreeListAction), action(RemakeThumbnailsAction)});
+    ui.editMenu->insertActions(ui.editMenu->actions().value(0),
+                               {action(PreferencesAction), action(TagGroupsAction),
+                                action(BrowsingTreeListAction), action(RemakeThumbnailsAction)});
     m_actions.insert(EditMenuAction, ui.editMenu->menuAction());
     ui.helpMenu->addActions({action(QuickStartAction), action(ManualAction), action(NameplateAction)});
     ui.fileToolsBar->addActions({action(ExternalAction), action(InternalAction), action(SendFeedbackAction)});

@@ -83,3 +83,21 @@ void CollectionSettings::setNodeOrder(const QMap<qint64, QList<qint64>> &order)
     sorter.load(order);
     SettingValues::store(description() + QLatin1String("/BrowsingTreeOrder"), QVariant::fromValue(sorter));
 }
+
+std::optional<FileOrder> CollectionSettings::fileOrder() const
+{
+    const QString key = description() + QLatin1String("/FileOrder/");
+    bool isStored = false;
+    const int column = SettingValues::any(key + QLatin1String("column")).toInt(&isStored);
+    if (!isStored)
+        return std::nullopt;
+    const bool isDescending = SettingValues::flag(key + QLatin1String("isDescending"), false);
+    return FileOrder{column, isDescending ? Qt::DescendingOrder : Qt::AscendingOrder};
+}
+
+void CollectionSettings::setFileOrder(const FileOrder &order)
+{
+    const QString key = description() + QLatin1String("/FileOrder/");
+    SettingValues::store(key + QLatin1String("column"), order.column);
+    SettingValues::store(key + QLatin1String("isDescending"), order.order == Qt::DescendingOrder);
+}

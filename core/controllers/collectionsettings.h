@@ -6,7 +6,16 @@
 #include <QObject>
 #include <QString>
 
+#include <optional>
+
 class Collection;
+
+/** What files are sorted by: a column of the file table, -1 for the order in which they were added. */
+struct FileOrder
+{
+    int column;
+    Qt::SortOrder order;
+};
 
 /**
  * The settings that belong to one database, kept in the user's store under keys made of the database's place.
@@ -38,6 +47,10 @@ public:
     /** The children of each browsing node in their hand-made order, as far as there is one. */
     QMap<qint64, QList<qint64>> nodeOrder() const;
     void setNodeOrder(const QMap<qint64, QList<qint64>> &order);
+
+    /** The order that was chosen last, if there is one. */
+    std::optional<FileOrder> fileOrder() const;
+    void setFileOrder(const FileOrder &order);
 
 private:
     QString description() const;

@@ -172,11 +172,16 @@ bool ContentsModel::setData(const QModelIndex &index, const QVariant &value, int
     return false;
 }
 
+QString ContentsModel::columnTitle(int column)
+{
+    return tr(ContentsColumn::of(column).header);
+}
+
 QVariant ContentsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= columnTotal)
         return {};
-    return tr(ContentsColumn::of(section).header);
+    return columnTitle(section);
 }
 
 Qt::ItemFlags ContentsModel::flags(const QModelIndex &index) const

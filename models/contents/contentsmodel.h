@@ -38,6 +38,8 @@ public:
         columnTotal ///< their number
     };
     /** The pixels that a name below its picture has. */
+    /** The translated header of a column that there is. */
+    static QString columnTitle(int column);
     static constexpr int elidedWidth = 200;
 
     explicit ContentsModel(QObject *parent = nullptr);

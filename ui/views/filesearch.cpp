@@ -28,6 +28,7 @@ void FileSearch::takeField(MainUi &ui, QAction *fieldSwitch)
     m_bar = ui.searchFilesBar;
     m_fieldSwitch = fieldSwitch;
     connect(m_fieldSwitch, &QAction::toggled, this, &FileSearch::setFieldShown);
+    ui.editMenu->addSeparator();
     QAction *finding = ui.editMenu->addAction(tr("Find Files"), this, &FileSearch::find);
     finding->setShortcuts(QKeySequence::Find);
     connect(m_field, &QLineEdit::textEdited, &m_rest, qOverload<>(&QTimer::start));

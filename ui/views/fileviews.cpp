@@ -4,6 +4,7 @@
 #include "models/base/modelroles.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/sorter.h"
+#include "ui/views/columnmenu.h"
 #include "ui/views/filetableheader.h"
 #include "ui/views/listview.h"
 #include "ui/widgets/delegate.h"
@@ -31,7 +32,8 @@ FileViews::FileViews(QWidget *parent)
     : QStackedWidget(parent),
       m_list(new ListView(this)),
       m_table(new TableView(this)),
-      m_header(std::make_unique<FileTableHeader>(m_table))
+      m_header(std::make_unique<FileTableHeader>(m_table)),
+      m_columnMenu(new ColumnMenu(m_table->horizontalHeader(), ContentsModel::NameColumn, this))
 {
     m_list->setObjectName(QStringLiteral("ListView"));
     m_table->setObjectName(QStringLiteral("TableView"));
@@ -48,6 +50,7 @@ FileViews::FileViews(QWidget *parent)
     setUpTable();
     auto *delegate = new Delegate(this);
     delegate->setPictureColumn(ContentsModel::ThumbnailColumn);
+    delegate->setSizeColumn(ContentsModel::SizeColumn);
     delegate->setIdRole(ContentsRoles::FileId);
     delegate->setHits([this](const QModelIndex &index) { return searchHit(index); });
     for (QAbstractItemView *view : all()) {
@@ -64,6 +67,8 @@ void FileViews::setUpTable()
     m_table->verticalHeader()->setDefaultSectionSize(tableRowHeight);
     m_table->setAlternatingRowColors(true);
     m_table->horizontalHeader()->setSectionsMovable(true);
+    connect(m_table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
+            &FileViews::sortingChanged);
 }
 
 void FileViews::setUpView(QAbstractItemView *view)
@@ -147,6 +152,26 @@ void FileViews::detach()
 QItemSelectionModel *FileViews::selection() const
 {
     return m_list->selectionModel();
+}
+
+int FileViews::sortColumn() const
+{
+    return m_sorter ? m_sorter->sortColumn() : -1;
+}
+
+Qt::SortOrder FileViews::sortOrder() const
+{
+    return m_sorter ? m_sorter->sortOrder() : Qt::AscendingOrder;
+}
+
+void FileViews::sortBy(int column, Qt::SortOrder order)
+{
+    m_table->sortByColumn(column, order);
+}
+
+QMenu *FileViews::columnMenu() const
+{
+    return m_columnMenu;
 }
 
 void FileViews::setEditable(bool isEditable)

@@ -6,9 +6,11 @@
 #include <memory>
 
 class FileTableHeader;
+class ColumnMenu;
 class ListView;
 class QAbstractItemView;
 class QItemSelectionModel;
+class QMenu;
 class QModelIndex;
 class Sorter;
 class TableView;
@@ -35,6 +37,14 @@ public:
     /** Another one with each sorter, null without. */
     QItemSelectionModel *selection() const;
 
+    /** By which both views are sorted; -1 for the order in which files were added. */
+    int sortColumn() const;
+    Qt::SortOrder sortOrder() const;
+    /** Shows it in the table's header, too. */
+    void sortBy(int column, Qt::SortOrder order);
+    /** The columns of the table: which of them are shown. */
+    QMenu *columnMenu() const;
+
     void setEditable(bool isEditable);
     bool isEditing() const;
     /** Shown while there are no files. */
@@ -42,6 +52,7 @@ public:
     void scrollToTop();
 
 signals:
+    void sortingChanged(int column, Qt::SortOrder order);
     void contextMenuRequested(QPoint pos);
     void doubleClicked(QModelIndex index);
 
@@ -55,5 +66,6 @@ private:
     ListView *m_list;
     TableView *m_table;
     std::unique_ptr<FileTableHeader> m_header;
+    ColumnMenu *m_columnMenu;
     QPointer<Sorter> m_sorter;
 };

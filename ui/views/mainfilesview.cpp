@@ -14,6 +14,7 @@
 #include "ui/views/fileactions.h"
 #include "ui/views/filedrops.h"
 #include "ui/views/filesearch.h"
+#include "ui/views/filesorting.h"
 #include "ui/views/fileviews.h"
 #include "ui/views/keptselection.h"
 #include "ui/views/selectedfiles.h"
@@ -36,6 +37,7 @@ MainFilesView::MainFilesView(QWidget *parent)
       m_previews(new Previews(this)),
       m_commands(new FileCommands([this] { return selectedFiles(); }, m_previews, this)),
       m_search(new FileSearch(this)),
+      m_sorting(new FileSorting(m_views, this)),
       m_drops(new FileDrops(m_commands, this)),
       m_kept(std::make_unique<KeptSelection>())
 {
@@ -101,6 +103,8 @@ void MainFilesView::takePlaces(MainUi &ui)
     m_actions->setExportMenu(m_exports->menu()->menuAction());
     m_exports->takePlace(ui);
     m_exports->bringEntries();
+    m_sorting->takePlace(ui);
+    ui.viewMenu->addMenu(m_views->columnMenu());
     m_search->takeField(ui, m_actions->action(FileActions::FileSearch));
     connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
     connect(ui.fileMenu, &QMenu::aboutToShow, this, &MainFilesView::updateActionsAvailability);
@@ -128,6 +132,7 @@ void MainFilesView::closePreviews()
 void MainFilesView::setController(MainViewController *controller)
 {
     closePreviews();
+    m_sorting->setController(nullptr);
     detachModel();
     if (m_controller) {
         m_controller->disconnect(this);
@@ -162,6 +167,7 @@ void MainFilesView::setController(MainViewController *controller)
         m_views->setSorter(controller->sorter());
         connectModel();
     }
+    m_sorting->setController(controller);
     applyEditTriggers();
     updateEmptyText();
     updateActionsAvailability();

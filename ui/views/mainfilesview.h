@@ -14,6 +14,7 @@ class ExportMenu;
 class File;
 class FileActions;
 class FileDrops;
+class FileSorting;
 class FileViews;
 class KeptSelection;
 class MainUi;
@@ -131,6 +132,7 @@ private:
     Previews *m_previews;
     FileCommands *m_commands;
     FileSearch *m_search;
+    FileSorting *m_sorting;
     FileDrops *m_drops;
     std::unique_ptr<KeptSelection> m_kept;
     QPointer<MainViewController> m_controller;

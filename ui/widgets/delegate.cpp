@@ -123,13 +123,21 @@ void Delegate::paint(QPainter *painter, const QStyleOptionViewItem &option, cons
     HitMark::paint(painter, shown, hit);
 }
 
+QString Delegate::shownText(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QVariant value = index.data();
+    return isInTable(option) && index.column() == m_sizeColumn
+               ? option.locale.formattedDataSize(value.toLongLong())
+               : displayText(value, option.locale);
+}
+
 QSize Delegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     if (!isInTable(option))
         return thumbnailItemSize(option);
     if (showsPictureAlone(option, index))
         return option.decorationSize + QSize(2 * margin, 2 * margin);
-    const QString text = displayText(index.data(), option.locale);
+    const QString text = shownText(option, index);
     return {option.fontMetrics.horizontalAdvance(text) + 4 * margin,
             option.fontMetrics.height() + 2 * margin};
 }
@@ -146,6 +154,10 @@ void Delegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &
         option->decorationAlignment = Qt::AlignCenter;
     } else if (!isInTable(*option)) {
         option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
+    } else if (index.column() == m_sizeColumn) {
+        // The space keeps it off the next column.
+        option->text = shownText(*option, index) + QChar(0x2002);
+        option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
     }
 }
 

@@ -19,6 +19,8 @@ public:
 
     /** The column of a table that shows its picture alone and is not edited; -1, the default, is none. */
     void setPictureColumn(int column) { m_pictureColumn = column; }
+    /** The column of a table whose numbers are bytes, shown in units for people; -1, the default, is none. */
+    void setSizeColumn(int column) { m_sizeColumn = column; }
     /** What of an item's whole text a search has found, to be marked where it is shown; empty for nothing. */
     using HitOf = std::function<QString(const QModelIndex &index)>;
     void setHits(const HitOf &hitOf) { m_hitOf = hitOf; }
@@ -52,10 +54,12 @@ protected:
 
 private:
     bool showsPictureAlone(const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    QString shownText(const QStyleOptionViewItem &option, const QModelIndex &index) const;
     void abandon(QWidget *editor);
 
     KeptText *m_kept; // a child
     HitOf m_hitOf;
     int m_pictureColumn = -1;
+    int m_sizeColumn = -1;
     bool m_isFocusLost = false;
 };
