@@ -9,6 +9,7 @@
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/tabledialoglayout.h"
 #include "ui/widgets/browsingtreesdelegate.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/tableview.h"
 
 #include <QHBoxLayout>
@@ -112,10 +113,10 @@ QLayout *BrowsingTreeDialog::makeButtons()
 void BrowsingTreeDialog::restoreLayout()
 {
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
-        resize(usualSize);
+        resize(FontScale::byFont(usualSize, this));
     QHeaderView *header = m_view->horizontalHeader();
     if (!header->restoreState(WindowSettings::layout(headerKey)))
-        header->resizeSection(BrowsingTreeTableModel::NameColumn, usualNameWidth);
+        header->resizeSection(BrowsingTreeTableModel::NameColumn, FontScale::byFont(usualNameWidth, this));
     header->setStretchLastSection(true);
 }
 

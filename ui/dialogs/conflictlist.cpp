@@ -2,6 +2,7 @@
 
 #include "app/settings/showntext.h"
 #include "core/controllers/miscoperationthread.h"
+#include "ui/widgets/fontscale.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
@@ -99,7 +100,7 @@ void ConflictList::makeRow(int row)
     auto *line = new QWidget(widget());
     auto *name = new QLabel(shortened(*this, conflict.name), line);
     name->setTextFormat(Qt::PlainText);
-    name->setFixedWidth(nameWidth);
+    name->setFixedWidth(FontScale::byFont(nameWidth, name));
     name->setToolTip(ShownText::toolTip(conflict.name));
     auto *replace = new QRadioButton(tr("Replace"), line);
     QString newName = shortened(*this, conflict.newName);

@@ -10,6 +10,7 @@
 #include "ui/dialogs/contentmatchmodel.h"
 #include "ui/dialogs/namematchdelegate.h"
 #include "ui/dialogs/namematchmodel.h"
+#include "ui/widgets/fontscale.h"
 #include "ui_duplicateprompt.h"
 
 #include <QClipboard>
@@ -151,8 +152,8 @@ void DuplicatePrompt::fillNameTable()
     table->setModel(m_nameMatches);
     QHeaderView *header = table->horizontalHeader();
     header->setSectionResizeMode(NameMatchModel::FileColumn, QHeaderView::Stretch);
-    header->resizeSection(NameMatchModel::SizeColumn, sizeColumnWidth);
-    header->resizeSection(NameMatchModel::DateColumn, dateColumnWidth);
+    header->resizeSection(NameMatchModel::SizeColumn, FontScale::byFont(sizeColumnWidth, this));
+    header->resizeSection(NameMatchModel::DateColumn, FontScale::byFont(dateColumnWidth, this));
     // The first box, for Space.
     table->setCurrentIndex(m_nameMatches->index(1, NameMatchModel::FileColumn));
     connect(table, &TableView::keyPressed, this, &DuplicatePrompt::toggleChoice);

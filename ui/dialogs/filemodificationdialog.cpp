@@ -2,6 +2,7 @@
 
 #include "app/settings/trackingsettings.h"
 #include "ui/dialogs/filelistmodel.h"
+#include "ui/widgets/fontscale.h"
 #include "ui_filemodificationdialog.h"
 
 #include <QHeaderView>
@@ -30,7 +31,8 @@ FileListModel *FileModificationDialog::makeList(QTableView *view)
     view->verticalHeader()->hide();
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + rowPadding);
     view->horizontalHeader()->setStretchLastSection(true);
-    view->horizontalHeader()->resizeSection(FileListModel::DirectoryColumn, directoryWidth);
+    view->horizontalHeader()->resizeSection(FileListModel::DirectoryColumn,
+                                            FontScale::byFont(directoryWidth, view));
     return model;
 }
 

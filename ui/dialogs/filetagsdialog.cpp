@@ -8,6 +8,7 @@
 #include "models/base/naturalorder.h"
 #include "models/contents/contentsmodel.h"
 #include "ui/widgets/customiconwidget.h"
+#include "ui/widgets/fontscale.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -35,7 +36,7 @@ FileTagsDialog::FileTagsDialog(MainViewController *controller, const QVector<qin
       m_list(new QListWidget(this))
 {
     countTags();
-    resize(380, 420);
+    resize(FontScale::byFont(QSize(380, 420), this));
 }
 
 void FileTagsDialog::countTags()

@@ -1,4 +1,5 @@
 #include "ui/dialogs/progressdialog.h"
+#include "ui/widgets/fontscale.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -15,7 +16,7 @@ ProgressDialog::ProgressDialog(QWidget *parent) : QDialog(parent)
     setObjectName(QStringLiteral("ProgressDialog"));
     setWindowTitle(tr("File Location"));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    setMinimumWidth(leastWidth);
+    setMinimumWidth(FontScale::byFont(leastWidth, this));
     auto *bar = new QProgressBar(this);
     bar->setRange(0, 0);
     bar->setAccessibleName(tr("Progress"));

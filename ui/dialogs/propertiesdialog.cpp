@@ -3,6 +3,7 @@
 #include "app/settings/showntext.h"
 #include "core/records/file.h"
 #include "core/records/filekind.h"
+#include "ui/widgets/fontscale.h"
 
 #include <QDialogButtonBox>
 #include <QLocale>
@@ -31,7 +32,7 @@ PropertiesDialog::PropertiesDialog(const File &file, QWidget *parent) : QDialog(
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(edit);
     layout->addWidget(buttons);
-    resize(480, 280);
+    resize(FontScale::byFont(QSize(480, 280), this));
 }
 
 QString PropertiesDialog::text(const File &file)

@@ -1,6 +1,7 @@
 #include "ui/dialogs/shellimportnotification.h"
 
 #include "ui/dialogs/shellfilesmodel.h"
+#include "ui/widgets/fontscale.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -33,5 +34,5 @@ ShellImportNotification::ShellImportNotification(const QList<ShellFile> &files, 
     layout->addWidget(heading);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    resize(480, 360);
+    resize(FontScale::byFont(QSize(480, 360), this));
 }

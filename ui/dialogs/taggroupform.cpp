@@ -4,6 +4,7 @@
 #include "app/settings/windowsettings.h"
 #include "core/controllers/groupscontroller.h"
 #include "models/tags/tagroles.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/tableview.h"
 
 #include <QDialogButtonBox>
@@ -68,7 +69,7 @@ TagGroupForm::TagGroupForm(GroupsController *controller, const QVector<qint64> &
     layout->addWidget(m_view);
     layout->addWidget(buttons);
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
-        resize(usualSize);
+        resize(FontScale::byFont(usualSize, this));
 }
 
 void TagGroupForm::buildTable()

@@ -7,6 +7,7 @@
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/tabledialoglayout.h"
 #include "ui/widgets/delegate.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/tableview.h"
 
 #include <QCheckBox>
@@ -37,7 +38,7 @@ TagGroupingDialog::TagGroupingDialog(GroupsController *controller, QWidget *pare
                       m_view, makeButtons());
     updateButtons();
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
-        resize(usualSize);
+        resize(FontScale::byFont(usualSize, this));
 }
 
 void TagGroupingDialog::buildTable()

@@ -13,6 +13,7 @@
 #include "ui/views/exportmenu.h"
 #include "ui/views/taggroupbar.h"
 #include "ui/widgets/delegate.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/greenground.h"
 #include "ui/widgets/mainui.h"
 #include "ui/widgets/tableview.h"
@@ -124,10 +125,15 @@ void TagsTableDock::connectActions()
     onTriggered(TagDockActions::ActivateOr, &TagsTableDock::slotActivateTagsOr);
 }
 
+int TagsTableDock::tabsWidth() const
+{
+    return m_bar->standingTabsWidth();
+}
+
 void TagsTableDock::takePlaces(MainUi &ui)
 {
     m_filterEdit = ui.tagFilterEdit;
-    m_filterEdit->setMaximumWidth(filterEditWidth);
+    m_filterEdit->setMaximumWidth(FontScale::byFont(filterEditWidth, m_filterEdit));
     ui.tagFilterBar->addWidget(m_filterEdit);
     connect(m_filterEdit, &QLineEdit::textChanged, this, &TagsTableDock::slotFilterTags);
 

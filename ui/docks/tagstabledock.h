@@ -36,6 +36,8 @@ public:
     explicit TagsTableDock(QWidget *parent = nullptr);
     ~TagsTableDock() override;
 
+    /** What its tabs take that are always there, which it should not hide. */
+    int tabsWidth() const;
     /** Puts the commands and the filter into the menus and bars of the window; once, when it is set up. */
     void takePlaces(MainUi &ui);
     /** Null on closing: what the user arranged is kept for the next time. */

@@ -4,6 +4,7 @@
 #include "models/base/idlistmime.h"
 #include "models/trees/externalfilemodel.h"
 #include "ui/widgets/dragpicture.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/hoveropener.h"
 #include "ui/widgets/selectedrows.h"
 
@@ -62,8 +63,8 @@ void ExternalFileView::load()
     setSortingEnabled(true);
     sortByColumn(ExternalFileModel::NameColumn, Qt::AscendingOrder);
     hideColumn(ExternalFileModel::TypeColumn);
-    header()->resizeSection(ExternalFileModel::NameColumn, nameWidth);
-    header()->resizeSection(ExternalFileModel::SizeColumn, sizeWidth);
+    header()->resizeSection(ExternalFileModel::NameColumn, FontScale::byFont(nameWidth, this));
+    header()->resizeSection(ExternalFileModel::SizeColumn, FontScale::byFont(sizeWidth, this));
     openHome();
 }
 

@@ -1,6 +1,7 @@
 #include "ui/views/fileactions.h"
 
 #include "app/settings/windowsettings.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/mainui.h"
 
 #include <QActionGroup>
@@ -81,8 +82,8 @@ void FileActions::makeViewMode(MainUi &ui)
 void FileActions::makeSearch(MainUi &ui)
 {
     m_searchEdit = ui.searchEdit;
-    ui.searchEdit->setMinimumWidth(200);
-    ui.searchEdit->setMaximumWidth(320);
+    ui.searchEdit->setMinimumWidth(FontScale::byFont(200, ui.searchEdit));
+    ui.searchEdit->setMaximumWidth(FontScale::byFont(320, ui.searchEdit));
     ui.searchFilesBar->addAction(action(FileSearch));
     QAction *line = ui.searchFilesBar->addWidget(ui.searchEdit);
     m_actions.insert(SearchLine, line);

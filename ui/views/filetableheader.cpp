@@ -2,6 +2,7 @@
 
 #include "app/settings/windowsettings.h"
 #include "models/contents/contentsmodel.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/tableview.h"
 
 #include <QDateTime>
@@ -24,7 +25,7 @@ void FileTableHeader::restore() const
     const QByteArray state = WindowSettings::layout(WindowSettings::fileTableHeader);
     if (state.isEmpty() || !header->restoreState(state)) {
         header->setSortIndicator(-1, Qt::AscendingOrder);
-        header->resizeSection(ContentsModel::NameColumn, nameColumnWidth);
+        header->resizeSection(ContentsModel::NameColumn, FontScale::byFont(nameColumnWidth, m_table));
         const QDateTime longDate({2000, 12, 28}, {22, 58, 58});
         const QString text = QLocale().toString(longDate, QLocale::ShortFormat);
         const int width = m_table->fontMetrics().horizontalAdvance(text) + columnMargin;

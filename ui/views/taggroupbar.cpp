@@ -138,6 +138,11 @@ void TagGroupBar::setOrder(const QList<int> &groupIds)
     }
 }
 
+int TagGroupBar::standingTabsWidth() const
+{
+    return tabSizeHint(indexOfGroup(allTags)).width() + tabSizeHint(indexOfGroup(dTags)).width();
+}
+
 QSize TagGroupBar::minimumTabSizeHint(int index) const
 {
     return tabSizeHint(index); // a bar that is too wide scrolls instead of cutting names

@@ -20,6 +20,8 @@ public:
     qint64 currentGroup() const { return groupAt(currentIndex()); }
     /** -1 when there is no such tab. */
     int indexOfGroup(qint64 groupId) const;
+    /** What the tabs take that are there without any group. */
+    int standingTabsWidth() const;
 
     void addGroupTab(qint64 groupId, const QString &name);
     void renameGroupTab(qint64 groupId, const QString &name);
