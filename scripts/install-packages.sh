@@ -17,6 +17,7 @@ run=(
     libqt5sql5-sqlite libqt5sql5-psql             # database drivers
     qttranslations5-l10n                          # the toolkit's own texts in other languages
     qt5-image-formats-plugins libqt5svg5          # WebP, TIFF, SVG ... as thumbnails
+    qtwayland5                                    # without X11 no window comes up otherwise
     fonts-dejavu-core
     ca-certificates                               # whom to believe, where updates are looked for
     xvfb xauth openbox xdotool imagemagick        # a virtual display and a picture of it

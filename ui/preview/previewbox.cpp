@@ -1,7 +1,6 @@
 #include "ui/preview/previewbox.h"
 
 #include "app/messages/messages.h"
-#include "app/settings/previewsettings.h"
 #include "app/settings/showntext.h"
 #include "app/settings/windowsettings.h"
 #include "core/controllers/mainviewcontroller.h"
@@ -14,6 +13,7 @@
 #include "ui/preview/picturearea.h"
 #include "ui/preview/pictureedit.h"
 #include "ui/preview/slidetimer.h"
+#include "ui/preview/stayingontop.h"
 
 #include <QDebug>
 #include <QKeyEvent>
@@ -43,6 +43,7 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
       m_description(new DescriptionBar(this)),
       m_edit(new PictureEdit(controller, this)),
       m_slideTimer(new SlideTimer(this)),
+      m_onTop(new StayingOnTop(this)),
       m_fullScreen(this)
 {
     setObjectName(QStringLiteral("PreviewBox"));
@@ -115,8 +116,6 @@ void PreviewBox::connectAll()
 
 void PreviewBox::placeWindow()
 {
-    // First, as another flag makes another window of it.
-    setWindowFlag(Qt::WindowStaysOnTopHint, PreviewSettings::keepPreviewOnTop());
     resize(firstSize.boundedTo(screen()->availableSize() * 9 / 10));
     restoreGeometry(WindowSettings::layout(WindowSettings::previewGeometry));
 }
@@ -126,17 +125,12 @@ void PreviewBox::readSettings()
     m_slideTimer->restart();
     m_edit->readSettings();
     offerSaving();
-    const bool stays = PreviewSettings::keepPreviewOnTop();
-    if (stays == windowFlags().testFlag(Qt::WindowStaysOnTopHint))
-        return;
-    // Another flag makes another window of it, which comes without taking the keyboard away.
-    const bool wasVisible = isVisible();
-    const QByteArray geometry = saveGeometry();
-    setWindowFlag(Qt::WindowStaysOnTopHint, stays);
-    restoreGeometry(geometry);
-    setAttribute(Qt::WA_ShowWithoutActivating);
-    setVisible(wasVisible);
-    setAttribute(Qt::WA_ShowWithoutActivating, false);
+    m_onTop->readSettings();
+}
+
+void PreviewBox::setOrigin(QWidget *origin)
+{
+    m_onTop->setOrigin(origin);
 }
 
 void PreviewBox::followRecord()

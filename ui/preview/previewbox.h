@@ -18,6 +18,7 @@ class NavigationBar;
 class PictureArea;
 class PictureEdit;
 class SlideTimer;
+class StayingOnTop;
 class Sorter;
 
 /**
@@ -42,6 +43,9 @@ public:
     bool saveWaiting();
     /** Takes over what the user has just set. */
     void readSettings();
+    /** The window that it was opened from, which is borrowed: to be above is at least to be above that one.
+     */
+    void setOrigin(QWidget *origin);
 
     /** The file on show. */
     qint64 fileId() const { return m_fileId; }
@@ -117,6 +121,7 @@ private:
     // A text that could not be saved is offered until it is saved or cancelled.
     bool m_isDescriptionKeptBack = false;
     SlideTimer *m_slideTimer;
+    StayingOnTop *m_onTop;
     FullScreen m_fullScreen;
     QTimer m_following;
     QTimer m_retry; // of a picture that met a lock

@@ -3,10 +3,11 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "ui/preview/previewbox.h"
 #include "ui/preview/windowplace.h"
+#include "ui/widgets/bringtofront.h"
 
 #include <QScreen>
 
-Previews::Previews(QObject *parent) : QObject(parent) {}
+Previews::Previews(QWidget *origin) : QObject(origin), m_origin(origin) {}
 
 Previews::~Previews()
 {
@@ -18,12 +19,13 @@ void Previews::open(qint64 fileId, MainViewController *controller)
     m_boxes.removeAll(nullptr);
     for (const QPointer<PreviewBox> &box : qAsConst(m_boxes)) {
         if (box->isVisible() && box->fileId() == fileId) {
-            box->raise();
-            box->activateWindow();
+            bringToFront(box);
             return;
         }
     }
     auto *box = new PreviewBox(fileId, controller->sorter(), controller);
+    if (m_origin)
+        box->setOrigin(m_origin->window());
     box->setAttribute(Qt::WA_DeleteOnClose);
     connect(box, &PreviewBox::changedThumbnail, controller, &MainViewController::reloadThumbnail);
     connect(box, &PreviewBox::showingFile, this, &Previews::showingFile);
@@ -52,8 +54,7 @@ QWidget *Previews::saveWaiting()
     for (const QPointer<PreviewBox> &box : boxes) {
         if (!box || box->saveWaiting())
             continue;
-        box->raise();
-        box->activateWindow();
+        bringToFront(box);
         return box;
     }
     return nullptr;

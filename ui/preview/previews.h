@@ -15,7 +15,8 @@ class Previews : public QObject
     Q_OBJECT
 
 public:
-    explicit Previews(QObject *parent);
+    /** They are opened from this widget's window; from none where it is null. */
+    explicit Previews(QWidget *origin);
     ~Previews() override;
 
     /** Shows the picture in a new window, or raises the one that shows it. */
@@ -36,5 +37,6 @@ private:
     /** As all of them begin with the same remembered place. */
     void placeBesideOthers(PreviewBox *box) const;
 
+    QWidget *m_origin;
     QVector<QPointer<PreviewBox>> m_boxes;
 };
