@@ -6,10 +6,12 @@
 #include "tests/support/filesviewtest.h"
 #include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/views/foreigndragfilter.h"
+#include "ui/widgets/dropwatch.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDrag>
 #include <QPushButton>
 #include <QRadioButton>
 
@@ -191,6 +193,22 @@ private slots:
         QVERIFY(!contents.contains(QByteArray()));
         // Over the own files they are no files to add.
         QCOMPARE(drop(list()->viewport(), {5, 5}, *data), Qt::IgnoreAction);
+    }
+
+    // Where a program that a drag only passes cannot be told from its target.
+    void dragLeavesNothingWhereItPassed()
+    {
+        addKinds("II"_s);
+        auto *drag = new QDrag(list());
+        const Sorter *sorter = m_fixture->mainView().sorter();
+        drag->setMimeData(sorter->mimeData({sorter->index(0, 0), sorter->index(1, 0)}));
+        const QList<QUrl> copies = drag->mimeData()->urls();
+        QCOMPARE(copies.size(), 2);
+        QVERIFY(QFile::exists(copies.first().toLocalFile()));
+        DropWatch(drag).run(Qt::CopyAction); // which nobody takes here
+        for (const QUrl &url : copies)
+            QVERIFY(!QFile::exists(url.toLocalFile()));
+        QVERIFY(!QFile::exists(QFileInfo(copies.first().toLocalFile()).path()));
     }
 
     void foreignDragBringsLastingUrls_data()

@@ -141,6 +141,14 @@ void FileDragData::order() const
         m_manager->extractFiles(m_copiedIds, m_copies);
 }
 
+void FileDragData::removeCopies()
+{
+    if (m_state != Made && m_state != Failed)
+        return;
+    TemporaryCopies::remove(m_copies, m_folder);
+    m_state = Failed; // for whoever still asks
+}
+
 /** What a failure or a cancel leaves behind is shorter, or not there. */
 bool FileDragData::areComplete() const
 {

@@ -12,8 +12,9 @@ class File;
 /**
  * A drag of files: their ids for this program, and their URLs for others. External files are offered where
  * they lie, internal ones as copies in a folder of their own for temporary files. A program that a drag only
- * passes gets the URLs of copies that nobody has made yet; they are made once, when the drag is dropped. They
- * stay there until the end of the program, as nobody tells when the other one has read them. GUI thread.
+ * passes gets the URLs of copies that nobody has made yet, where passing can be told from dropping; they are
+ * made once. After a drop they stay there until the end of the program, as nobody tells when the other one
+ * has read them. GUI thread.
  */
 class FileDragData : public QMimeData
 {
@@ -34,6 +35,8 @@ public:
      * when they cannot be had. This object may be gone then.
      */
     bool makeCopies() const;
+    /** Once the drag has ended and no other program got it. */
+    void removeCopies();
 
 protected:
     QVariant retrieveData(const QString &format, QVariant::Type type) const override;

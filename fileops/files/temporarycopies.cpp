@@ -149,6 +149,20 @@ void TemporaryCopies::noteFolder(const QString &path)
     note(path, false);
 }
 
+void TemporaryCopies::remove(const QStringList &paths, const QString &folder)
+{
+    Copies &all = copies();
+    const QMutexLocker locker(&all.mutex);
+    QHash<QString, Mark> marks;
+    for (const QString &path : paths + QStringList(folder)) {
+        const auto noted = all.marks.constFind(path);
+        if (noted != all.marks.cend())
+            marks.insert(path, *noted);
+    }
+    // What stays, because somebody has changed it, is asked about again at the end.
+    removeUntouched(marks);
+}
+
 void TemporaryCopies::removeLeftovers()
 {
     LockedFile::removeLeftovers(QDir::tempPath(), ending, [](const QString &path) {

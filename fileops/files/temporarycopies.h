@@ -1,6 +1,6 @@
 #pragma once
 
-class QString;
+#include <QStringList>
 
 /**
  * The copies of internal files that this run of the program has put into the folder for temporary files. They
@@ -23,6 +23,8 @@ public:
     static void noteWritten(const QString &path);
     /** A folder for copies, which goes when it is empty by then. */
     static void noteFolder(const QString &path);
+    /** Removes copies that nobody needs any more, and their folder when it is empty then. */
+    static void remove(const QStringList &paths, const QString &folder);
     /** Removes what runs that broke off have left. */
     static void removeLeftovers();
 };

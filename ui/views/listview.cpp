@@ -93,8 +93,7 @@ void ListView::startDrag(Qt::DropActions supportedActions)
     auto *drag = new QDrag(this);
     drag->setMimeData(data);
     setDragPicture(drag, this);
-    const DropWatch watch(drag);
-    drag->exec(supportedActions);
+    DropWatch(drag).run(supportedActions);
 }
 
 void ListView::dragMoveEvent(QDragMoveEvent *event)

@@ -9,11 +9,13 @@
 
 DropWatch::DropWatch(QDrag *drag) : m_drag(drag), m_data(qobject_cast<FileDragData *>(drag->mimeData()))
 {
-    // Elsewhere the window system keeps the button's release to itself, so that nothing can be told apart.
-    if (!m_data || QGuiApplication::platformName() != QLatin1String("xcb"))
+    if (!m_data)
+        return;
+    QTimer::singleShot(0, this, &DropWatch::comeFirst);
+    // Elsewhere the window system keeps the button's release to itself: who asks for URLs gets copies.
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
         return;
     m_data->setHovering(true);
-    QTimer::singleShot(0, this, &DropWatch::comeFirst);
     connect(drag, &QDrag::actionChanged, this, [this](Qt::DropAction action) {
         m_isAccepted = action != Qt::IgnoreAction;
         comeFirst();
@@ -26,6 +28,13 @@ DropWatch::~DropWatch()
         m_data->setHovering(false);
 }
 
+void DropWatch::run(Qt::DropActions actions, Qt::DropAction usual)
+{
+    const Qt::DropAction action = m_drag->exec(actions, usual);
+    if (m_data && (action == Qt::IgnoreAction || m_isOurs))
+        m_data->removeCopies();
+}
+
 void DropWatch::comeFirst()
 {
     QCoreApplication::instance()->installEventFilter(this);
@@ -33,6 +42,7 @@ void DropWatch::comeFirst()
 
 bool DropWatch::eventFilter(QObject * /*watched*/, QEvent *event)
 {
+    m_isOurs = m_isOurs || event->type() == QEvent::Drop;
     if (event->type() != QEvent::MouseButtonRelease || m_isOver)
         return false;
     m_isOver = true;

@@ -20,6 +20,8 @@ public:
     explicit DropWatch(QDrag *drag);
     ~DropWatch() override;
 
+    /** Runs the drag. Copies that were made for a program that it only passed go at once. */
+    void run(Qt::DropActions actions, Qt::DropAction usual = Qt::IgnoreAction);
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -30,4 +32,5 @@ private:
     QPointer<FileDragData> m_data;
     bool m_isAccepted = false;
     bool m_isOver = false;
+    bool m_isOurs = false;
 };

@@ -122,11 +122,8 @@ void TableView::startDrag(Qt::DropActions supportedActions)
     auto *drag = new QDrag(this);
     drag->setMimeData(data);
     setDragPicture(drag, this);
-    const DropWatch watch(drag);
-    if (!supportedActions.testFlag(Qt::MoveAction) || dragDropMode() == InternalMove)
-        drag->exec(supportedActions, Qt::CopyAction);
-    else
-        drag->exec(supportedActions);
+    const bool isCopy = !supportedActions.testFlag(Qt::MoveAction) || dragDropMode() == InternalMove;
+    DropWatch(drag).run(supportedActions, isCopy ? Qt::CopyAction : Qt::IgnoreAction);
 }
 
 void TableView::dragEnterEvent(QDragEnterEvent *event)
