@@ -3,8 +3,10 @@
 #include "app/window/updatebar.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "db/autolinks/autolinksync.h"
 #include "db/manager/databasemanger.h"
 #include "fileops/provider/thumbnailcache.h"
+#include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
 #include "models/trees/brtreesortermodel.h"
 #include "net/updatehandler.h"
@@ -355,6 +357,64 @@ private slots:
         QCOMPARE(held(), 10);
         runPreferences({{"ThumbnailCache/thumbnailCacheSize", 3}});
         QCOMPARE(held(), 3);
+    }
+
+    void smallCacheHoldsAllThatIsSeen()
+    {
+        m_fixture->openNew();
+        m_fixture->window().resize(1260, 740);
+        m_fixture->window().show();
+        runPreferences({{"ThumbnailCache/thumbnailCacheSize", 1}});
+        MainViewController *files = m_fixture->window().collection()->mainViewController();
+        QList<QUrl> urls;
+        QImage picture(8, 8, QImage::Format_RGB32);
+        for (int i = 0; i < 4; ++i) {
+            picture.fill(i);
+            const QString path = m_fixture->path("%1.png"_s.arg(i));
+            QVERIFY(picture.save(path));
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        files->addUrls(urls);
+        QTRY_COMPARE(files->contentsModel()->rowCount(), 4);
+        const auto *cache = m_fixture->window().collection()->findChild<DatabaseManger *>()->thumbnailCache();
+        QSignalSpy loaded(cache, &ThumbnailCache::imageLoaded);
+        files->showSpecialNode(AllFiles);
+        QTRY_COMPARE(loaded.count(), 4);
+        m_fixture->window().grab();
+        for (const qint64 id : files->shownFileIds())
+            QVERIFY(cache->contains(id));
+        QCOMPARE(loaded.count(), 4);
+    }
+
+    void linksFoldersAtOnce_data()
+    {
+        addColumns<QByteArray>("key");
+        addRow("continuously", QByteArray("autoLinkContinuously"));
+        addRow("when its node is selected", QByteArray("autoLinkWhenSelected"));
+    }
+
+    void linksFoldersAtOnce()
+    {
+        QFETCH(QByteArray, key);
+        for (const char *each : {"autoLinkContinuously", "autoLinkWhenSelected"})
+            QSettings().setValue("PreferencesDialog/"_s + QLatin1String(each), false);
+        m_fixture->openNew();
+        const Collection *collection = m_fixture->window().collection();
+        auto *manager = collection->findChild<DatabaseManger *>();
+        auto *sync = manager->findChild<AutoLinkSync *>();
+        sync->setTimes(0, 30000);
+        const qint64 tag = manager->addTag("linked"_s);
+        const qint64 node = manager->addNodeBelow(tag, 0);
+        QSignalSpy rounds(sync, &AutoLinkSync::roundDone);
+        QVERIFY(QDir().mkdir(m_fixture->path("in"_s)));
+        collection->browsTreeController()->links().link(node, m_fixture->path("in"_s));
+        QTRY_COMPARE(rounds.count(), 1);
+        runPreferences({{("PreferencesDialog/" + key).constData(), true}});
+        m_fixture->write("in/a.txt"_s, "a");
+        if (key == "autoLinkWhenSelected")
+            collection->browsTreeController()->nodeActivated(TagNode, node, {tag}, {});
+        QTRY_COMPARE(manager->files().size(), 1);
+        QTRY_VERIFY(!manager->isBusy());
     }
 
     void looksForUpdatesOnceThatIsSwitchedOn()

@@ -452,6 +452,12 @@ bool MainViewController::isFileMissing(qint64 fileId) const
     return manager() && manager()->isMissing(fileId);
 }
 
+void MainViewController::keepThumbnails(int count)
+{
+    if (manager())
+        manager()->thumbnailCache()->setLeast(count);
+}
+
 const QImage *MainViewController::thumbnailOf(qint64 fileId) const
 {
     return manager() ? manager()->thumbnailCache()->thumbnail(fileId) : nullptr;

@@ -103,6 +103,8 @@ public:
     void openTemporaryCopy(qint64 fileId);
     /** Writes a part of a local database to a file; when none can be made there, the user knows why. */
     void exportDatabase(const ExportRequest &request);
+    /** The cache of thumbnails holds at least so many, however small the user wants it. */
+    void keepThumbnails(int count);
     /** Makes the thumbnails of all external files anew. */
     void remakeThumbnails();
     void cancelOperations();

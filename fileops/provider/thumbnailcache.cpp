@@ -77,7 +77,16 @@ void ThumbnailCache::remove(const QVector<qint64> &fileIds)
 
 void ThumbnailCache::readSettings()
 {
-    m_images.setMaxCost(qMax(1, ViewSettings::thumbnailCacheSize()));
+    m_images.setMaxCost(qMax(m_least, ViewSettings::thumbnailCacheSize()));
+}
+
+void ThumbnailCache::setLeast(int count)
+{
+    const int least = qMax(1, count);
+    if (m_least == least)
+        return;
+    m_least = least;
+    readSettings();
 }
 
 void ThumbnailCache::clearCache()

@@ -33,6 +33,8 @@ public:
     bool contains(qint64 fileId) const { return m_images.contains(fileId); }
     /** Takes over the size from the settings, dropping at once what is too much. */
     void readSettings();
+    /** However small its size, it holds as many as are shown at once. */
+    void setLeast(int count);
 
 public slots:
     void clearCache();
@@ -63,4 +65,5 @@ private:
     // Before the entries, which tell it that they go.
     QPointer<FileOperationProvider> m_provider;
     QCache<qint64, Entry> m_images;
+    int m_least = 1;
 };

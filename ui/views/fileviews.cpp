@@ -7,6 +7,7 @@
 #include "ui/views/columnmenu.h"
 #include "ui/views/filetableheader.h"
 #include "ui/views/listview.h"
+#include "ui/views/shownpictures.h"
 #include "ui/widgets/delegate.h"
 #include "ui/widgets/tableview.h"
 
@@ -47,6 +48,8 @@ FileViews::FileViews(QWidget *parent)
     };
     m_list->setDragData(dragDataOf);
     m_table->setDragData(dragDataOf);
+    connect(new ShownPictures(m_list, m_table, this), &ShownPictures::aboutToShow, this,
+            &FileViews::aboutToShow);
     setUpTable();
     auto *delegate = new Delegate(this);
     delegate->setPictureColumn(ContentsModel::ThumbnailColumn);

@@ -55,6 +55,8 @@ signals:
     void sortingChanged(int column, Qt::SortOrder order);
     void contextMenuRequested(QPoint pos);
     void doubleClicked(QModelIndex index);
+    /** So many files are about to be painted. */
+    void aboutToShow(int count);
 
 private:
     void setUpTable();

@@ -65,6 +65,10 @@ void MainFilesView::connectViews()
 {
     connect(m_views, &FileViews::contextMenuRequested, this, &MainFilesView::openContextMenu);
     connect(m_views, &FileViews::doubleClicked, this, &MainFilesView::openOrEdit);
+    connect(m_views, &FileViews::aboutToShow, this, [this](int count) {
+        if (m_controller)
+            m_controller->keepThumbnails(count);
+    });
     for (QAbstractItemView *view : m_views->all()) {
         view->installEventFilter(this);
         m_drops->watch(view);
