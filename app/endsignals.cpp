@@ -1,6 +1,7 @@
 #include "app/endsignals.h"
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <QWidget>
@@ -33,6 +34,17 @@ bool isIgnored(int number)
     {
     };
     return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+// First of all, as their docks that float are windows too, which they are to find as they were. What is modal
+// to them is asked before, as ever.
+void closeMainWindows()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (!QApplication::activeModalWidget() && qobject_cast<QMainWindow *>(window) && window->isVisible())
+            window->close();
+    }
 }
 
 bool isWindowOpen()
@@ -85,6 +97,7 @@ void EndSignals::takeSignal()
 
 void EndSignals::closeWindows()
 {
+    closeMainWindows();
     QApplication::closeAllWindows();
     if (!isWindowOpen())
         QCoreApplication::quit();

@@ -1,3 +1,6 @@
+#ifndef Q_OS_WIN
+#include "app/endsignals.h"
+#endif
 #include "app/window/collectionopener.h"
 #include "app/window/databaseerrors.h"
 #include "core/controllers/mainviewcontroller.h"
@@ -11,6 +14,7 @@
 #include "ui/views/mainfilesview.h"
 
 #include <QDockWidget>
+#include <QLineEdit>
 #include <QProgressDialog>
 #include <QSqlError>
 #include <QTabBar>
@@ -427,13 +431,64 @@ private slots:
         }
     }
 
+    void layoutComesBack_data()
+    {
+        addColumns<bool>("isClosed");
+        addRow("closed by hand", true);
+        // In whose order docks that float may come first.
+        addRow("ended by a signal", false);
+    }
+
     void layoutComesBack()
     {
+        QFETCH(bool, isClosed);
+        const EndSignals endSignals;
+        window().show();
         window().resize(701, 503);
         window().addDockWidget(Qt::BottomDockWidgetArea, dock("MetaDataDock"_s));
+        dock("BrowsingTreeDock"_s)->setFloating(true);
+        dock("RelationsDock"_s)->close();
+        if (isClosed)
+            window().close();
+        else
+            raise(SIGTERM);
+        QTRY_VERIFY(!window().isVisible());
         m_fixture->restart();
+        window().show();
         QCOMPARE(window().size(), QSize(701, 503));
         QCOMPARE(window().dockWidgetArea(dock("MetaDataDock"_s)), Qt::BottomDockWidgetArea);
+        QVERIFY(dock("BrowsingTreeDock"_s)->isFloating());
+        QVERIFY(dock("BrowsingTreeDock"_s)->isVisible());
+        QVERIFY(!dock("RelationsDock"_s)->isVisible());
+    }
+
+    void roomGrowsWithTheFont()
+    {
+        QFont large = QApplication::font();
+        large.setPointSize(18);
+        const QFont usual = QApplication::font();
+        QApplication::setFont(large);
+        m_fixture->restart();
+        window().resize(1260, 740);
+        window().show();
+        window().setDocksArrangement();
+        QApplication::setFont(usual);
+        const auto *tabs = window().findChild<QTabBar *>("solitaryTabBar"_s);
+        QVERIFY(tabs->tabRect(tabs->count() - 1).right() < tabs->width());
+        const auto *filter = window().findChild<QLineEdit *>("tagFilterEdit"_s);
+        QVERIFY(filter->width() > 53);
+    }
+
+    void docksAreMirrored()
+    {
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        m_fixture->restart();
+        window().show();
+        window().setDocksArrangement();
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        QCOMPARE(window().dockWidgetArea(dock("TagsDock"_s)), Qt::RightDockWidgetArea);
+        QVERIFY(dock("TagsDock"_s)->x() > dock("BrowsingTreeDock"_s)->x());
+        QVERIFY(dock("BrowsingTreeDock"_s)->x() > window().centralWidget()->x());
     }
 
 private:

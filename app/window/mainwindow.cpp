@@ -34,6 +34,8 @@
 #include "ui/dialogs/taggroupingdialog.h"
 #include "ui/docks/browsingtreeviewdock.h"
 #include "ui/views/mainfilesview.h"
+#include "ui/widgets/bringtofront.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/mainui.h"
 
 #include <QAction>
@@ -59,11 +61,12 @@ MainWindow::MainWindow(QWidget *parent)
       m_import(new DatabaseImport(this)),
       m_idle(new IdleSteps(this)),
       m_commands(new WindowCommands(this)),
-      m_updates(new UpdateBar(this))
+      m_updates(new UpdateBar(this)),
+      m_layout(this, m_updates)
 {
     setObjectName(QStringLiteral("MainWindow"));
     // With its frame no larger than a small screen, or one that is enlarged.
-    resize(QSize(768, 589).boundedTo(screen()->availableSize() * 9 / 10));
+    resize(FontScale::byFont(QSize(768, 589), this).boundedTo(screen()->availableSize() * 9 / 10));
     statusBar();
 
     m_parts = new WindowParts(this);
@@ -86,7 +89,7 @@ MainWindow::MainWindow(QWidget *parent)
     m_recentDatabases->load();
     updateDatabaseActions();
     m_updates->readSettings();
-    restoreLayout();
+    m_layout.restore();
     updateWindowTitle();
 }
 
@@ -117,19 +120,11 @@ void MainWindow::connectCommands()
     onTriggered(SendFeedbackAction, &MainWindow::slotSendFeedback);
 }
 
-void MainWindow::restoreLayout()
-{
-    restoreState(WindowSettings::layout(WindowSettings::mainWindowState));
-    restoreGeometry(WindowSettings::layout(WindowSettings::mainWindowGeometry));
-}
-
 MainWindow::~MainWindow()
 {
     closeDatabase();
     m_recentDatabases->save();
-    m_updates->giveRowBack();
-    WindowSettings::setLayout(WindowSettings::mainWindowState, saveState());
-    WindowSettings::setLayout(WindowSettings::mainWindowGeometry, saveGeometry());
+    m_layout.storeAtTheEnd();
 }
 
 bool MainWindow::event(QEvent *event)
@@ -140,7 +135,9 @@ bool MainWindow::event(QEvent *event)
     }
     // No command has a text for the status bar; the empty ones of the menus would wipe out the count of
     // files.
-    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+    const bool isHandled = event->type() == QEvent::StatusTip || QMainWindow::event(event);
+    m_layout.follow(*event);
+    return isHandled;
 }
 
 bool MainWindow::openDatabase(const DBDetails &details)
@@ -258,11 +255,8 @@ void MainWindow::openStartupDatabase(const QString &path, StartupSource source)
 
 void MainWindow::comeForward(const QString &shellPath)
 {
-    if (isVisible()) {
-        setWindowState(windowState() & ~Qt::WindowMinimized);
-        raise();
-        activateWindow();
-    }
+    if (isVisible())
+        bringToFront(this);
     if (!shellPath.isEmpty())
         importShellFile(shellPath);
 }
@@ -448,9 +442,11 @@ void MainWindow::slotExternalToggled(bool external)
 
 void MainWindow::slotSendFeedback()
 {
-    auto *dialog = new FeedbackDialog(this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->show();
+    // The same one again until its message has arrived: what was typed is not lost with a key.
+    if (!m_feedback)
+        m_feedback = new FeedbackDialog(this);
+    m_feedback->show();
+    bringToFront(m_feedback);
 }
 
 void MainWindow::startAddingFilesProgresDialog(const QString &text)

@@ -2,15 +2,18 @@
 
 #include "app/messages/boxprompts.h"
 #include "app/settings/dbdetails.h"
+#include "app/window/windowlayout.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/worker/presentableduplicates.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 class Collection;
 class DatabaseErrors;
 class DatabaseImport;
 class DatabaseMaker;
+class FeedbackDialog;
 class FileOperationProgress;
 class IdleSteps;
 class PopupMessager;
@@ -100,7 +103,6 @@ protected:
 
 private:
     void connectCommands();
-    void restoreLayout();
 
     void connectCollection();
     /** False when something of the open database is still to be saved, which the user sees. */
@@ -124,8 +126,10 @@ private:
     IdleSteps *m_idle;
     WindowCommands *m_commands;
     UpdateBar *m_updates;
+    WindowLayout m_layout;
     WindowParts *m_parts = nullptr;
     BoxPrompts m_prompts;
     Collection *m_collection = nullptr;
     bool m_wasOpeningCanceled = false; ///< the last one, by the user
+    QPointer<FeedbackDialog> m_feedback;
 };

@@ -8,17 +8,31 @@
 #include "ui/docks/relationtreeviewdock.h"
 #include "ui/docks/tagstabledock.h"
 #include "ui/views/mainfilesview.h"
+#include "ui/widgets/fontscale.h"
 #include "ui/widgets/mainui.h"
 
 #include <QLayout>
 #include <QMainWindow>
+#include <QStyle>
 #include <QToolBar>
 
 namespace {
 constexpr int tagsWidth = 165;
 constexpr int treesWidth = 270;
+constexpr int mostTreesWidth = 400; // a tree may have any name
 constexpr int metadataHeight = 110;
 constexpr int externalFilesHeight = 140;
+
+/** What the tabs of docks that lie on each other take, which are else cut. */
+int tabsWidth(const QList<QDockWidget *> &docks)
+{
+    int width = 0;
+    for (const QDockWidget *dock : docks)
+        width += dock->fontMetrics().horizontalAdvance(dock->windowTitle()) +
+                 dock->style()->pixelMetric(QStyle::PM_TabBarTabHSpace, nullptr, dock) +
+                 dock->fontMetrics().averageCharWidth(); // a little more than the style tells
+    return width;
+}
 } // namespace
 
 WindowParts::WindowParts(QMainWindow *window)
@@ -56,10 +70,16 @@ void WindowParts::arrangeDocks()
                                      m_browsingDock};
     for (QDockWidget *dock : docks)
         dock->setFloating(false);
-    m_window->addDockWidget(Qt::LeftDockWidgetArea, m_tagsDock);
+    // The window mirrors its bars by itself, its docks not.
+    const bool isMirrored = m_window->isRightToLeft();
+    m_window->addDockWidget(isMirrored ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea,
+                            isMirrored ? static_cast<QDockWidget *>(m_relationsDock) : m_tagsDock);
     m_window->addDockWidget(Qt::BottomDockWidgetArea, m_externalFilesDock);
-    m_window->addDockWidget(Qt::RightDockWidgetArea, m_metadataDock);
-    m_window->splitDockWidget(m_tagsDock, m_relationsDock, Qt::Horizontal);
+    m_window->addDockWidget(isMirrored ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea, m_metadataDock);
+    if (isMirrored)
+        m_window->splitDockWidget(m_relationsDock, m_tagsDock, Qt::Horizontal);
+    else
+        m_window->splitDockWidget(m_tagsDock, m_relationsDock, Qt::Horizontal);
     m_window->splitDockWidget(m_relationsDock, m_metadataDock, Qt::Vertical);
     m_window->tabifyDockWidget(m_relationsDock, m_browsingDock);
     for (QDockWidget *dock : docks)
@@ -67,9 +87,15 @@ void WindowParts::arrangeDocks()
     m_browsingDock->raise();
     // The files are what the window is for: they get all room that the docks do not need.
     m_window->layout()->activate();
-    m_window->resizeDocks({m_tagsDock, m_relationsDock}, {tagsWidth, treesWidth}, Qt::Horizontal);
+    const auto byFont = [this](int pixels) { return FontScale::byFont(pixels, m_window); };
+    m_window->resizeDocks(
+        {m_tagsDock, m_relationsDock},
+        {qMax(byFont(tagsWidth), m_tagsDock->tabsWidth()),
+         qBound(byFont(treesWidth), tabsWidth({m_relationsDock, m_browsingDock}), byFont(mostTreesWidth))},
+        Qt::Horizontal);
     m_window->resizeDocks({m_externalFilesDock, m_relationsDock, m_metadataDock},
-                          {externalFilesHeight, 3 * metadataHeight, metadataHeight}, Qt::Vertical);
+                          {byFont(externalFilesHeight), 3 * byFont(metadataHeight), byFont(metadataHeight)},
+                          Qt::Vertical);
 }
 
 void WindowParts::arrangeTabOrder(const MainUi &ui)

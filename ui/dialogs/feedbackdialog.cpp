@@ -49,11 +49,18 @@ void FeedbackDialog::finish(bool isRecorded)
         error();
         return;
     }
-    Messages::information(this, tr("Feedback Received"), tr("Your message has been recorded. Thank you."));
+    Messages::information(boxParent(), tr("Feedback Received"),
+                          tr("Your message has been recorded. Thank you."));
     QDialog::accept();
+    deleteLater();
+}
+
+QWidget *FeedbackDialog::boxParent()
+{
+    return isVisible() ? this : parentWidget();
 }
 
 void FeedbackDialog::error()
 {
-    Messages::warning(this, tr("Network error"), tr("An error occurred while sending feedback."));
+    Messages::warning(boxParent(), tr("Network error"), tr("An error occurred while sending feedback."));
 }

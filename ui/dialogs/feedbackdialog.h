@@ -10,7 +10,10 @@ namespace Ui {
 class FeedbackDialog;
 }
 
-/** Lets the user write to the makers of the program. It closes once the message has arrived. */
+/**
+ * Lets the user write to the makers of the program. It deletes itself once the message has arrived; until
+ * then closing it only puts it aside, with what was typed.
+ */
 class FeedbackDialog : public QDialog
 {
     Q_OBJECT
@@ -27,6 +30,7 @@ private:
     void finish(bool isRecorded);
     void error();
     void updateAvailability();
+    QWidget *boxParent();
 
     std::unique_ptr<Ui::FeedbackDialog> m_ui;
     FeedbackSender *m_sender;

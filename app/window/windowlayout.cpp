@@ -1,0 +1,36 @@
+#include "app/window/windowlayout.h"
+
+#include "app/settings/windowsettings.h"
+#include "app/window/updatebar.h"
+
+#include <QEvent>
+#include <QMainWindow>
+
+void WindowLayout::restore()
+{
+    m_window->restoreState(WindowSettings::layout(WindowSettings::mainWindowState));
+    m_window->restoreGeometry(WindowSettings::layout(WindowSettings::mainWindowGeometry));
+}
+
+void WindowLayout::follow(const QEvent &event)
+{
+    // The last moment: with the window its docks that float are hidden, and would stay so.
+    if (event.type() == QEvent::Close && event.isAccepted())
+        store();
+    else if (event.type() == QEvent::Show)
+        m_isStored = false;
+}
+
+void WindowLayout::storeAtTheEnd()
+{
+    if (!m_isStored)
+        store();
+}
+
+void WindowLayout::store()
+{
+    m_updates->giveRowBack();
+    WindowSettings::setLayout(WindowSettings::mainWindowState, m_window->saveState());
+    WindowSettings::setLayout(WindowSettings::mainWindowGeometry, m_window->saveGeometry());
+    m_isStored = true;
+}
