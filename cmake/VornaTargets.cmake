@@ -86,7 +86,7 @@ function(vorna_add_test name)
     set_tests_properties(${name} PROPERTIES
         LABELS "${TEST_LABELS}"
         TIMEOUT 300
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QTEST_FUNCTION_TIMEOUT=120000;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;UBSAN_OPTIONS=print_stacktrace=1")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_FUNCTION_TIMEOUT=120000;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;UBSAN_OPTIONS=print_stacktrace=1")
     # The private server has one database, which such tests empty and fill.
     if("postgres" IN_LIST TEST_LABELS)
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK postgres)

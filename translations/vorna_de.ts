@@ -3244,10 +3244,12 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     </message>
     <message>
         <source>and</source>
+        <extracomment>between the names of two tags</extracomment>
         <translation>und</translation>
     </message>
     <message>
         <source>or</source>
+        <extracomment>between the names of two tags</extracomment>
         <translation>oder</translation>
     </message>
     <message>
@@ -3378,6 +3380,7 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     </message>
     <message>
         <source>Ext</source>
+        <extracomment>a short &quot;external&quot;, on a button of the tool bar</extracomment>
         <translation>Ext</translation>
     </message>
     <message>
@@ -3386,6 +3389,7 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     </message>
     <message>
         <source>Int</source>
+        <extracomment>a short &quot;internal&quot;, on a button of the tool bar</extracomment>
         <translation>Int</translation>
     </message>
     <message>

@@ -45,8 +45,10 @@ QAction *WindowCommands::add(ActionId id, const QString &text, const char *icon)
 
 void WindowCommands::makeKindsOfAdding()
 {
+    //: a short "external", on a button of the tool bar
     QAction *external = add(ExternalAction, tr("Ext"));
     external->setToolTip(tr("Link to files (keep external)"));
+    //: a short "internal", on a button of the tool bar
     QAction *internal = add(InternalAction, tr("Int"));
     internal->setToolTip(tr("Copy files into database (make internal)"));
     auto *kinds = new QActionGroup(this);

@@ -135,7 +135,9 @@ QString TitleWidget::requirementText() const
         return list;
     };
 
+    //: between the names of two tags
     const QString andWord = tr("and");
+    //: between the names of two tags
     const QString orWord = tr("or");
     QString text;
     if (!m_required.isEmpty())
