@@ -237,6 +237,13 @@ void benchAll(ActionTable &table, OpenWindow &window, const FlatLibrary &flat, c
     tagActions.runMany();
 }
 
+void print(const char *work, const Settling::Cost &cost)
+{
+    std::printf("%-44s %9s %9.1f %7s %9.1f %10.1f\n", work, "", cost.cpuSeconds * 1000, "",
+                cost.wallSeconds * 1000, cost.freezeSeconds * 1000);
+    std::fflush(stdout);
+}
+
 QStringList namesOfTags(const OpenWindow &window)
 {
     QStringList names;
@@ -285,6 +292,10 @@ int main(int argc, char *argv[])
                 double(opening.elapsed()) / 1000);
     ActionTable table(window, std::max(1, parser.value(QStringLiteral("rounds")).toInt()),
                       parser.value(QStringLiteral("only")));
+    print("open", window.opening());
     benchAll(table, window, flat, folder);
+    window.settle([&window] { window.showAll(); });
+    print("read all anew", window.reload());
+    print("close", window.close());
     return 0;
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -31,11 +32,14 @@ FlatLibrary::FlatLibrary(const ContentsModel &contents, const QStringList &tagNa
     }
     for (int row = 0; row < count; ++row) {
         const File &file = *contents.fileAt(row);
-        m_texts.push_back({file.name(), file.description(), file.idCode()});
+        m_texts.append(file.name());
+        const QString line =
+            file.name() + QLatin1Char('\t') + file.description() + QLatin1Char('\t') + file.idCode();
+        m_folded += line.toCaseFolded().toStdString() + '\n';
         m_dates.push_back({file.modificationSeconds(), file.id()});
     }
-    for (const Texts &texts : m_texts)
-        m_names.push_back({headOf(texts.name), &texts.name});
+    for (const QString &name : qAsConst(m_texts))
+        m_names.push_back({headOf(name), &name});
 }
 
 qint64 FlatLibrary::tagOnFiles(int files) const
@@ -87,11 +91,14 @@ qint64 FlatLibrary::sortByNumbers() const
 qint64 FlatLibrary::search(const QString &text) const
 {
     qint64 hits = 0;
-    for (const Texts &texts : m_texts) {
-        const bool isHit = texts.name.contains(text, Qt::CaseInsensitive) ||
-                           texts.description.contains(text, Qt::CaseInsensitive) ||
-                           texts.code.contains(text, Qt::CaseInsensitive);
-        hits += isHit ? 1 : 0;
+    const std::string wanted = text.toCaseFolded().toStdString();
+    const char *place = m_folded.data();
+    const char *const end = place + m_folded.size();
+    while (const void *found =
+               memmem(place, static_cast<size_t>(end - place), wanted.data(), wanted.size())) {
+        ++hits;
+        place = static_cast<const char *>(found);
+        place = static_cast<const char *>(std::memchr(place, '\n', static_cast<size_t>(end - place))) + 1;
     }
     return hits;
 }

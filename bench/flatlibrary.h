@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QVector>
 
+#include <string>
 #include <vector>
 
 class ContentsModel;
@@ -34,12 +35,6 @@ public:
     qint64 sortTagNames() const;
 
 private:
-    struct Texts
-    {
-        QString name;
-        QString description;
-        QString code;
-    };
     struct NameKey
     {
         quint64 head;
@@ -52,7 +47,8 @@ private:
     };
 
     std::vector<std::vector<qint64>> m_tags;
-    std::vector<Texts> m_texts;
+    QStringList m_texts;
+    std::string m_folded; ///< a line a file, name, description and id code
     std::vector<NameKey> m_names;
     std::vector<Key> m_dates;
     QStringList m_tagNames;

@@ -28,8 +28,14 @@ OpenWindow::OpenWindow(const QString &library, const QTemporaryDir &folder)
     QFile::copy(library, m_plainPath);
     m_window.resize(1200, 800);
     m_window.show();
-    if (!m_window.openDatabase(DBDetails::local(path)))
-        qFatal("%s cannot be opened", qPrintable(path));
+    bool isOpen = false;
+    m_opening = Settling::run(
+        [&] {
+            isOpen = m_window.openDatabase(DBDetails::local(path));
+            if (!isOpen)
+                qFatal("%s cannot be opened", qPrintable(path));
+        },
+        [&isOpen] { return !isOpen; });
     Collection *collection = m_window.collection();
     files = collection->mainViewController();
     tags = collection->tagsController();
@@ -55,6 +61,21 @@ QLineEdit *OpenWindow::edit(const char *bar)
 Settling::Cost OpenWindow::measure(const std::function<void()> &action)
 {
     return Settling::run(action, [this] { return manager->isBusy(); });
+}
+
+Settling::Cost OpenWindow::reload()
+{
+    bool isDone = false;
+    QObject::connect(manager, &DatabaseManger::allDataReloaded, &m_window, [&isDone] { isDone = true; });
+    const Settling::Cost cost =
+        Settling::run([this] { manager->reloadAllData(); }, [&isDone] { return !isDone; });
+    QObject::disconnect(manager, &DatabaseManger::allDataReloaded, &m_window, nullptr);
+    return cost;
+}
+
+Settling::Cost OpenWindow::close()
+{
+    return Settling::run([this] { m_window.slotDisconnectDb(); }, [] { return false; });
 }
 
 QModelIndex OpenWindow::node(qint64 id)

@@ -46,6 +46,12 @@ public:
     void unsort();
     void select(int first, int count);
     QVector<qint64> idsOfRows(int first, int count) const;
+    /** What opening it took. */
+    const Settling::Cost &opening() const { return m_opening; }
+    /** Reads all records anew. */
+    Settling::Cost reload();
+    /** After it there is nothing to be done any more. */
+    Settling::Cost close();
     /** Runs a statement on the plain database. */
     void runPlain(const QString &statement);
 
@@ -66,4 +72,5 @@ private:
     QString m_plainPath;
     std::unique_ptr<PlainDatabase> m_plain;
     MainWindow m_window;
+    Settling::Cost m_opening;
 };

@@ -3,6 +3,11 @@
 #include <QLocale>
 
 namespace {
+// Longer texts are compared as they are.
+constexpr int mostCharactersOfKey = 256;
+// Names that are gone leave theirs behind.
+constexpr size_t mostKeys = 100000;
+
 // The plain locale collates by bytes and knows no numbers.
 QLocale collatingLocale()
 {
@@ -21,6 +26,9 @@ TagsFilterProxy::TagsFilterProxy(QObject *parent)
 
 void TagsFilterProxy::setNameFilter(const QString &text)
 {
+    if (text == m_filterText)
+        return;
+    m_filterText = text;
     m_filter = QRegExp(text, Qt::CaseInsensitive, QRegExp::Wildcard);
     // A bracket that is not closed yet would match nothing.
     if (!m_filter.isValid())
@@ -41,7 +49,20 @@ bool TagsFilterProxy::lessThan(const QModelIndex &left, const QModelIndex &right
 {
     const QVariant first = left.data(sortRole());
     const QVariant second = right.data(sortRole());
-    if (first.userType() == QMetaType::QString && second.userType() == QMetaType::QString)
-        return m_collator.compare(first.toString(), second.toString()) < 0;
-    return QSortFilterProxyModel::lessThan(left, right);
+    if (first.userType() != QMetaType::QString || second.userType() != QMetaType::QString)
+        return QSortFilterProxyModel::lessThan(left, right);
+    const QString firstText = first.toString();
+    const QString secondText = second.toString();
+    if (firstText.size() > mostCharactersOfKey || secondText.size() > mostCharactersOfKey)
+        return m_collator.compare(firstText, secondText) < 0;
+    if (m_keys.size() > mostKeys)
+        m_keys.clear();
+    return keyOf(firstText) < keyOf(secondText);
+}
+
+const QCollatorSortKey &TagsFilterProxy::keyOf(const QString &text) const
+{
+    const auto known = m_keys.find(text);
+    return known != m_keys.end() ? known->second
+                                 : m_keys.emplace(text, m_collator.sortKey(text)).first->second;
 }

@@ -3,6 +3,9 @@
 #include <QCollator>
 #include <QRegExp>
 #include <QSortFilterProxyModel>
+#include <QString>
+
+#include <unordered_map>
 
 /**
  * What the table of tags shows: the rows of a tab whose names match the filter, sorted as a person would:
@@ -23,6 +26,11 @@ protected:
     bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
 
 private:
+    const QCollatorSortKey &keyOf(const QString &text) const;
+
+    QString m_filterText;
     QRegExp m_filter;
     QCollator m_collator;
+    // A sort compares each name a dozen times, and a collator is slow.
+    mutable std::unordered_map<QString, QCollatorSortKey> m_keys;
 };
