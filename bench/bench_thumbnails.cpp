@@ -25,7 +25,7 @@
 #include <jpeglib.h>
 
 namespace {
-constexpr int pictureCount = 16;
+const int pictureCount = Measure::amount(16);
 const QSize pictureSize(4000, 3000);
 
 // Keeps the optimizer from leaving work out.
