@@ -1,8 +1,11 @@
-// What a database on a server costs: opening 100,000 files, and an edit with its look at the change stamps.
-// The reference sends the same statements by plain libpq in the same process, and reads what comes into
-// structs. Needs a server that VORNA_TEST_PG names, as scripts/with-postgres.sh gives one. Both run in turn.
+// What a database on a server costs: opening 100,000 files (or as many as the argument says), an edit with
+// its look at what others changed, and taking in what they did: how long it takes from the commit on, and for
+// how long the window stands still at most. The reference sends the same statements by plain libpq in the
+// same process, and reads what comes into structs. Needs a server that VORNA_TEST_PG names, as
+// scripts/with-postgres.sh gives one. Both run in turn.
 #include "bench/measure.h"
 #include "core/controllers/collection.h"
+#include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/records/recordtypes.h"
 #include "db/manager/databasemanger.h"
@@ -22,7 +25,7 @@
 #include <vector>
 
 namespace {
-const int fileCount = Measure::amount(100000);
+int fileCount = Measure::amount(100000);
 constexpr int openRounds = 5;
 constexpr int editRounds = 20;
 constexpr int editsAtOnce = 20;
@@ -253,6 +256,63 @@ void measureEdits(const DBDetails &details)
     print("guarded edit", plain, ours, editsAtOnce);
 }
 
+struct ForeignEdit
+{
+    const char *work;
+    const char *statement;
+};
+
+/** Others' changes on a connection of their own; the models are those of a window. */
+void measureNews(ServerDatabase &server)
+{
+    const std::unique_ptr<Collection> collection = openCollection(server.details());
+    auto *manager = collection->findChild<DatabaseManger *>();
+    MainViewController *files = collection->mainViewController();
+    files->showSpecialNode(AllFiles);
+    QTextStream out(stdout);
+    out << "taken in                      seconds  longest ms\n";
+    for (const ForeignEdit &edit : {
+             ForeignEdit{"1 file", "UPDATE files SET file_description='x' WHERE file_id=77"},
+             ForeignEdit{"100 files",
+                         "UPDATE files SET file_description='y' WHERE file_id%500=1 AND file_id<50000"},
+             ForeignEdit{
+                 "100 files, tagged",
+                 "INSERT INTO file_tag SELECT file_id,7777 FROM files WHERE file_id%500=2 AND file_id<50000"},
+             ForeignEdit{"10,000 files, tagged",
+                         "INSERT INTO file_tag SELECT file_id,7778 FROM files WHERE file_id<=10000"},
+             ForeignEdit{"100 new files",
+                         "INSERT INTO files SELECT 5000000+i,'new '||i,'',1,2,3,'n'||i,1,0,NULL,0,2 FROM "
+                         "generate_series(1,100) i"},
+             ForeignEdit{"100 removed files", "DELETE FROM files WHERE file_id>5000000"},
+             ForeignEdit{"100 renamed tags", "UPDATE tags SET tag_name='r '||tag_id WHERE tag_id<=100"},
+             ForeignEdit{"5,000 renamed tags", "UPDATE tags SET tag_name='s '||tag_id"},
+             ForeignEdit{"100 new nodes",
+                         "WITH n AS (INSERT INTO tb_nodes SELECT 90000+i,i,1,0 FROM "
+                         "generate_series(1,100) i) INSERT INTO tb_node_links SELECT 1,90000+i "
+                         "FROM generate_series(1,100) i"},
+         }) {
+        bool isMerged = false;
+        QMetaObject::Connection end = QObject::connect(manager, &DatabaseManger::foreignChangesMerged,
+                                                       manager, [&isMerged] { isMerged = true; });
+        if (!server.owner().run(QString::fromLatin1(edit.statement)))
+            qFatal("%s failed", edit.statement);
+        QElapsedTimer sinceCommit;
+        sinceCommit.start();
+        qint64 longest = 0;
+        while (!isMerged && !sinceCommit.hasExpired(60000)) {
+            QElapsedTimer turn;
+            turn.start();
+            QCoreApplication::processEvents();
+            longest = std::max(longest, turn.nsecsElapsed());
+        }
+        QObject::disconnect(end);
+        out << QString::fromLatin1(edit.work).leftJustified(26)
+            << QString::number(double(sinceCommit.elapsed()) / 1000, 'f', 2).rightJustified(11)
+            << QString::number(double(longest) / 1e6, 'f', 1).rightJustified(12) << "\n";
+        out.flush();
+    }
+}
+
 /** The log of each opened tree and model would stand between the lines of the table. */
 void dropLog(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
@@ -267,10 +327,14 @@ int main(int argc, char **argv)
     QGuiApplication application(argc, argv);
     if (!ServerDatabase::isAvailable())
         qFatal("VORNA_TEST_PG names no server: run this by scripts/with-postgres.sh");
+    if (argc > 1)
+        fileCount = QString::fromLocal8Bit(argv[1]).toInt();
     ServerDatabase server;
     fill(server);
     QTextStream(stdout) << "work                          plain ms  ours ms    ratio\n";
-    measureOpening(server.details());
+    if (argc < 2)
+        measureOpening(server.details());
     measureEdits(server.details());
+    measureNews(server);
     return 0;
 }

@@ -2,9 +2,9 @@
 --
 --     psql -X -d DATABASE -f Create_DB.sql
 --
--- Run once, by the owner of an empty UTF-8 database on PostgreSQL 13 or later. All of it happens in one
--- transaction: when something is amiss, psql says what, ends with a failure, and the database is as before.
--- docs/SERVER.md tells the rest: roles, rights, backup, upgrade.
+-- Run once, by the owner of an empty UTF-8 database on PostgreSQL 13 or later, with Upgrade_DB.sql beside this file. All
+-- of it happens in one transaction: when something is amiss, psql says what, ends with a failure, and the database is
+-- as before. docs/SERVER.md tells the rest: roles, rights, backup, upgrade.
 
 \set ON_ERROR_STOP on
 \set QUIET on
@@ -202,12 +202,11 @@ INSERT INTO browsing_trees (tree_name) VALUES ('Default'); -- takes id 1, the de
 
 -- max(last_date) tells a client whether anything was written since it last looked. For that the stamps must
 -- rise in the order in which commits become visible. The time at which a transaction began or wrote does not:
--- a long one would come to light under a time that others have passed already. So a transaction only leaves a
--- note when it writes, a row under its own number that waits for nobody, and is stamped while it commits.
+-- a long one would come to light under a time that others have passed already. So a transaction only leaves
+-- notes when it writes, rows under its own number that wait for nobody, and is stamped while it commits.
 
 CREATE TABLE tables_modification_date (
-    last_date timestamp without time zone, -- UTC, whole milliseconds; null in a note
-    transaction_id xid8 UNIQUE,            -- null in a stamp
+    last_date timestamp without time zone, -- UTC, whole milliseconds
     client text                            -- whose stamp it is: each looks for those of others only
 );
 
@@ -216,89 +215,11 @@ CREATE TABLE tables_modification_date (
 CREATE SEQUENCE tables_modification_date_last_date_seq
     MINVALUE 0 OWNED BY tables_modification_date.last_date;
 
-CREATE FUNCTION note_change() RETURNS trigger
-    LANGUAGE plpgsql SECURITY DEFINER SET search_path = pg_catalog, pg_temp
-AS $$
-BEGIN
-    -- The note goes with a savepoint that is rolled back; the next statement leaves another one.
-    INSERT INTO public.tables_modification_date (transaction_id)
-    VALUES (pg_current_xact_id())
-    ON CONFLICT DO NOTHING;
-    RETURN NULL;
-END
-$$;
-
-CREATE FUNCTION stamp_change() RETURNS trigger
-    LANGUAGE plpgsql SECURITY DEFINER SET search_path = pg_catalog, pg_temp
-AS $$
-DECLARE
-    -- A program names itself on each of its connections; all of psql and the like count as one more client.
-    author text := nullif(current_setting('vorna.client', true), '');
-    stamp bigint;
-    stamp_date timestamp without time zone;
-    milliseconds_ahead double precision;
-BEGIN
-    -- Kept until others see the commit, so that none can overtake another one between stamp and commit.
-    PERFORM pg_advisory_xact_lock('public.tables_modification_date'::regclass::oid::bigint);
-
-    -- Never the same millisecond twice, and never back, whatever the server's clock does.
-    SELECT greatest(last_value + 1, floor(extract(epoch FROM clock_timestamp()) * 1000)::bigint) INTO stamp
-    FROM public.tables_modification_date_last_date_seq;
-    PERFORM setval('public.tables_modification_date_last_date_seq', stamp);
-    stamp_date := timestamp 'epoch' + stamp * interval '1 millisecond';
-
-    -- Nothing comes to light before the time on its stamp: of commits in one millisecond, each waits for its
-    -- own. A clock that was put back is not waited for.
-    milliseconds_ahead := stamp - extract(epoch FROM clock_timestamp()) * 1000;
-    IF milliseconds_ahead BETWEEN 0 AND 10 THEN
-        PERFORM pg_sleep(milliseconds_ahead / 1000);
-    END IF;
-
-    -- The note becomes the stamp. The same client's older one goes, and those of clients that are silent for
-    -- long: whoever reads a stamp of its own still sees the latest of the others. A transaction on a snapshot
-    -- leaves them to the next one, as what was removed since its snapshot would make it fail.
-    DELETE FROM public.tables_modification_date
-    WHERE transaction_id = NEW.transaction_id
-       OR (last_date < stamp_date AND current_setting('transaction_isolation') = 'read committed'
-           AND (client IS NOT DISTINCT FROM author OR last_date < stamp_date - interval '1 day'));
-    INSERT INTO public.tables_modification_date (last_date, client) VALUES (stamp_date, author);
-    RETURN NULL;
-END
-$$;
-
-CREATE CONSTRAINT TRIGGER stamp_change
-    AFTER INSERT ON tables_modification_date DEFERRABLE INITIALLY DEFERRED
-    FOR EACH ROW WHEN (NEW.last_date IS NULL) EXECUTE FUNCTION stamp_change();
-
--- A table of stamps that its owner empties is filled again at the commit: without a stamp nobody can write.
-CREATE TRIGGER note_change
-    AFTER TRUNCATE ON tables_modification_date
-    FOR EACH STATEMENT EXECUTE FUNCTION note_change();
-
-DO $$
-DECLARE
-    table_name name;
-BEGIN
-    FOR table_name IN
-        SELECT tablename FROM pg_tables
-        WHERE schemaname = 'public' AND tablename <> 'tables_modification_date'
-          AND tableowner = current_user
-    LOOP
-        EXECUTE format('CREATE TRIGGER note_change AFTER INSERT OR UPDATE OR DELETE OR TRUNCATE '
-                       'ON public.%I FOR EACH STATEMENT EXECUTE FUNCTION public.note_change()', table_name);
-    END LOOP;
-END
-$$;
-
--- The first stamp comes with this very transaction.
-INSERT INTO tables_modification_date (transaction_id) VALUES (pg_current_xact_id());
-
 -- Rights -------------------------------------------------------------------------------------------------------
 
 -- Default privileges of this server may have handed out more than this.
 REVOKE ALL ON ALL TABLES IN SCHEMA public FROM PUBLIC, vorna_writer, vorna_reader;
 REVOKE ALL ON ALL SEQUENCES IN SCHEMA public FROM PUBLIC, vorna_writer, vorna_reader;
-REVOKE ALL ON FUNCTION note_change(), stamp_change() FROM PUBLIC, vorna_writer, vorna_reader;
 
 GRANT USAGE ON SCHEMA public TO vorna_writer, vorna_reader;
 
@@ -324,6 +245,11 @@ BEGIN
     EXECUTE format('GRANT CONNECT ON DATABASE %I TO vorna_writer, vorna_reader', current_database());
 END
 $$;
+
+-- How clients notice each other's changes ------------------------------------------------------------------------
+
+\set vorna_set_up 1
+\ir Upgrade_DB.sql
 
 COMMIT;
 

@@ -172,16 +172,14 @@ private slots:
         QCOMPARE(dock->windowTitle(), "Browsing Tree: <b>Ben's && \"%1\""_s);
         QCOMPARE(window().collection()->settings()->browsingTree(), qint64(2));
         inTreeDialog("Browsing Tree List"_s, [this](QDialog &dialog, TableView &table) {
-            // The first try brings what another client has changed.
+            // What another client has made is taken in on the way.
             QVERIFY(m_server->owner().run("INSERT INTO browsing_trees VALUES (9,'other')"_s));
-            for (const char *others : {"Default*|<b>Ben's & \"%1\"|other", "Default*|other"}) {
-                QTRY_COMPARE(table.currentIndex().row(), 1);
-                button(dialog, "deleteTreeButton")->click();
-                QCOMPARE(m_fixture->takeBoxes(),
-                         QStringList{deletion +
-                                     "The following Browsing Tree will be deleted: <b>Ben's & \"%1\"."_s});
-                QTRY_COMPARE(rows(table), QLatin1String(others));
-            }
+            QTRY_COMPARE(table.currentIndex().row(), 1);
+            button(dialog, "deleteTreeButton")->click();
+            QCOMPARE(
+                m_fixture->takeBoxes(),
+                QStringList{deletion + "The following Browsing Tree will be deleted: <b>Ben's & \"%1\"."_s});
+            QTRY_COMPARE(rows(table), "Default*|other"_s);
         });
         QCOMPARE(dock->windowTitle(), "Browsing Tree: Default"_s);
         QCOMPARE(m_server->count("browsing_trees"_s), 2);

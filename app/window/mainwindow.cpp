@@ -5,7 +5,6 @@
 #include "app/settings/addingsettings.h"
 #include "app/settings/collectionidentity.h"
 #include "app/settings/constants.h"
-#include "app/settings/showntext.h"
 #include "app/settings/windowsettings.h"
 #include "app/window/collectionopener.h"
 #include "app/window/databaseerrors.h"
@@ -80,8 +79,6 @@ MainWindow::MainWindow(QWidget *parent)
     setDocksArrangement();
     m_parts->arrangeTabOrder(ui);
 
-    connect(m_parts->files(), &MainFilesView::statusTextChanged, this,
-            [this](const QString &text) { statusBar()->showMessage(ShownText::cut(text), 0); });
     connect(m_recentDatabases, &RecentDatabases::chosen, this, &MainWindow::openRecentDatabase);
     connect(m_errors, &DatabaseErrors::openAnotherRequested, this,
             [this] { m_idle->run([this] { slotOpenDb(); }); });

@@ -1,5 +1,6 @@
 #include "app/window/windowparts.h"
 
+#include "app/window/statusline.h"
 #include "core/controllers/collection.h"
 #include "ui/docks/browsingtreeviewdock.h"
 #include "ui/docks/docktabbars.h"
@@ -13,6 +14,7 @@
 
 #include <QLayout>
 #include <QMainWindow>
+#include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
 
@@ -43,13 +45,15 @@ WindowParts::WindowParts(QMainWindow *window)
       m_relationsDock(new RelationTreeViewDock(window)),
       m_metadataDock(new MetaInfoDock(window)),
       m_browsingDock(new BrowsingTreeViewDock(window)),
-      m_externalFilesDock(new ExternalFilesDock(window))
+      m_externalFilesDock(new ExternalFilesDock(window)),
+      m_status(new StatusLine(window->statusBar()))
 {
     m_tagsDock->setObjectName(QStringLiteral("TagsDock"));
     m_relationsDock->setObjectName(QStringLiteral("RelationsDock"));
     m_metadataDock->setObjectName(QStringLiteral("MetaDataDock"));
     m_browsingDock->setObjectName(QStringLiteral("BrowsingTreeDock"));
     new DockTabBars(window);
+    connect(m_files, &MainFilesView::statusTextChanged, m_status, &StatusLine::setText);
     connect(m_files, &MainFilesView::fileSelected, m_metadataDock, &MetaInfoDock::selectFile);
     // Questions come when the drag has ended.
     connect(m_externalFilesDock, &ExternalFilesDock::filesDropped, m_files,
@@ -119,6 +123,7 @@ void WindowParts::arrangeTabOrder(const MainUi &ui)
 
 void WindowParts::followReloads(Collection *collection)
 {
+    connect(collection, &Collection::foreignChangesMerged, m_status, &StatusLine::tellNews);
     connect(collection, &Collection::allDataReloaded, m_browsingDock, &BrowsingTreeViewDock::updateTitle);
     m_browsingDock->followReloads(collection);
     m_relationsDock->followReloads(collection);

@@ -10,6 +10,7 @@ class MainUi;
 class MetaInfoDock;
 class QMainWindow;
 class RelationTreeViewDock;
+class StatusLine;
 class TagsTableDock;
 
 /**
@@ -45,4 +46,5 @@ private:
     MetaInfoDock *m_metadataDock;
     BrowsingTreeViewDock *m_browsingDock;
     ExternalFilesDock *m_externalFilesDock;
+    StatusLine *m_status;
 };

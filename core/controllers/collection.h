@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings/dbdetails.h"
+#include "db/manager/newscount.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/worker/presentableduplicates.h"
 
@@ -96,6 +97,8 @@ signals:
     void showInformation(QString title, QString text);
     void duplicatesReady(PresentableDuplicates duplicates);
     void importNotification(QList<ShellFile> files);
+    /** What others changed has been taken in. */
+    void foreignChangesMerged(NewsCount count);
     void aboutToReloadAllData();
     void allDataReloaded();
     /** How much of all files has been read, while they are. */

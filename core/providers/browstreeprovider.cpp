@@ -35,11 +35,23 @@ void BrowsTreeProvider::loadNodes(const QVector<qint64> &ids)
     });
 }
 
+bool BrowsTreeProvider::readNodes(const QVector<qint64> &ids, TableData &rows)
+{
+    return Chunks::forEach(ids, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
+        const QString condition =
+            SqlText::fill(QStringLiteral(" WHERE node_id IN (%1)"), {SqlText::idList(part)});
+        TableData read;
+        const bool isRead = runSync(selectText() + condition + constructor()->statementEnd(), read);
+        rows += read;
+        return isRead;
+    });
+}
+
 qint64 BrowsTreeProvider::addNode(qint64 tagId, bool trOption, bool inverted, qint64 parentId)
 {
     const qint64 id = addNodes({tagId}, trOption, inverted, parentId).value(0);
     if (id > 0)
-        loadNode(id);
+        announce([this, id] { loadNode(id); });
     return id;
 }
 
@@ -50,8 +62,10 @@ qint64 BrowsTreeProvider::addNodeAbove(qint64 tagId, bool trOption, bool inverte
     if (id <= 0)
         return 0;
     // The new node must be among the records before its child moves below it.
-    loadNode(id);
-    emit nodeParentUpdated({childId}, id);
+    announce([this, id, childId] {
+        loadNode(id);
+        emit nodeParentUpdated({childId}, id);
+    });
     return id;
 }
 
@@ -102,12 +116,14 @@ bool BrowsTreeProvider::removeNodes(const QVector<qint64> &ids)
     return true;
 }
 
-void BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QString &value)
+bool BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QString &value)
 {
     const QString statement = constructor()->updateQuery({column}, nodesTable, {value}) +
                               SqlText::fill(QStringLiteral(" WHERE node_id=%1"), {QString::number(id)});
-    if (runEdit(statement + constructor()->statementEnd()))
-        emit nodeValueUpdated(id, column, value);
+    if (!runEdit(statement + constructor()->statementEnd()))
+        return false;
+    announce([this, id, column, value] { emit nodeValueUpdated(id, column, value); });
+    return true;
 }
 
 bool BrowsTreeProvider::updateParent(const QVector<qint64> &ids, qint64 parentId)

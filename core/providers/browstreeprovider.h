@@ -16,6 +16,11 @@ public:
 
     virtual void loadAllNodes();
     virtual void loadNodes(const QVector<qint64> &ids);
+    /**
+     * Appends the rows of those that are there, of any tree; the holder of `rows` owns them, also after a
+     * failure.
+     */
+    bool readNodes(const QVector<qint64> &ids, TableData &rows);
 
     /**
      * Inserts a node with its link below a parent (0 the top level), both or neither, and emits nodesAdded;
@@ -37,7 +42,7 @@ public:
     /** Removes the rows of the nodes alone; NodeRemover takes along what belongs to them. False on failure.
      */
     virtual bool removeNodes(const QVector<qint64> &ids);
-    virtual void updateNode(qint64 id, const QString &column, const QString &value);
+    virtual bool updateNode(qint64 id, const QString &column, const QString &value);
     virtual bool updateParent(const QVector<qint64> &ids, qint64 parentId);
 
     virtual void loadAutolinks();
@@ -53,6 +58,8 @@ public:
     virtual bool removeTree(qint64 id);
     /** False also when there is no such tree any more. */
     virtual bool updateTree(qint64 id, const QString &column, const QString &value);
+    /** 0 where there is only one. */
+    virtual qint64 currentTree() const { return 0; }
     virtual void setCurrentTree(qint64 id);
 
     virtual void loadNode(qint64 id);

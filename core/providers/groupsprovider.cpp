@@ -25,7 +25,7 @@ qint64 GroupsProvider::addGroup(const QString &name)
     const qint64 id =
         SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("group_id"))).toLongLong();
     if (id > 0)
-        loadGroups({id});
+        announce([this, id] { loadGroups({id}); });
     return id;
 }
 
@@ -45,12 +45,25 @@ void GroupsProvider::loadGroups(const QVector<qint64> &ids)
     });
 }
 
+bool GroupsProvider::readGroups(const QVector<qint64> &ids, TableData &rows)
+{
+    return Chunks::forEach(ids, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
+        const QString condition =
+            constructor()->inClause(QStringLiteral("tag_groups.tag_group_id"), SqlText::idTexts(part));
+        TableData read;
+        const bool isRead = runSync(
+            selectText() + constructor()->whereClause(condition) + constructor()->statementEnd(), read);
+        rows += read;
+        return isRead;
+    });
+}
+
 bool GroupsProvider::renameGroup(qint64 id, const QString &name)
 {
     const QString condition = SqlText::fill(QStringLiteral("tag_group_id=%1"), {QString::number(id)});
     const bool ok = runEdit(constructor()->updateQuery({QStringLiteral("name")}, groupsTable, {name}) +
                             constructor()->whereClause(condition) + constructor()->statementEnd());
-    emit groupsRenamed(ok, id, name);
+    announce([this, ok, id, name] { emit groupsRenamed(ok, id, name); });
     return ok;
 }
 
@@ -59,7 +72,7 @@ bool GroupsProvider::removeGroups(const QVector<qint64> &ids)
     if (ids.isEmpty())
         return true;
     const bool ok = runRemoval(ids);
-    emit groupsRemoved(ok, ids);
+    announce([this, ok, ids] { emit groupsRemoved(ok, ids); });
     return ok;
 }
 

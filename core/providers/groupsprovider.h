@@ -27,6 +27,8 @@ public:
     /** One row a tag in a group; a group without tags comes once, with a null tag_id. */
     void loadAllGroups();
     void loadGroups(const QVector<qint64> &ids);
+    /** Appends the rows of those that are there, which the holder of `rows` owns, also after a failure. */
+    bool readGroups(const QVector<qint64> &ids, TableData &rows);
 
     bool renameGroup(qint64 id, const QString &name);
 

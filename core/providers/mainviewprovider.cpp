@@ -71,7 +71,7 @@ bool MainViewProvider::changePaths(const PathChanges &changes)
     }
     if (!transaction.commit())
         return false;
-    loadFiles(ids);
+    announce([this, ids] { loadFiles(ids); });
     return true;
 }
 
@@ -83,7 +83,7 @@ bool MainViewProvider::renameFile(qint64 id, const QString &name, const QString 
         runSync(updatePathText(id, {QStringLiteral("path"), QStringLiteral("rel_path")}, {path, relPath})) &&
         transaction.commit();
     if (isDone)
-        loadFiles({id});
+        announce([this, id] { loadFiles({id}); });
     return isDone;
 }
 
@@ -176,6 +176,23 @@ bool MainViewProvider::readFiles(const QVector<qint64> &ids, TableData &rows)
                          tagsText(condition(QStringLiteral("file_id"))), rowsPerSlice, keep);
 }
 
+bool MainViewProvider::readFilesOfPaths(const QVector<qint64> &pathIds, QVector<qint64> &ids)
+{
+    const auto collect = [&ids](const TableData &slice) {
+        for (const TableRowData *row : slice)
+            ids.append(row->at(0).toLongLong());
+    };
+    return Chunks::forEach(pathIds, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
+        const QString condition =
+            QLatin1String("internal=0") + constructor()->logicalOperator(AndOperator) +
+            constructor()->inClause(QStringLiteral("storage_id"), SqlText::idTexts(part));
+        return runSyncInSlices(
+            constructor()->selectQuery({QStringLiteral("file_id")}, QStringLiteral("files")) +
+                constructor()->whereClause(condition) + constructor()->statementEnd(),
+            Chunks::idsPerStatement, collect);
+    });
+}
+
 QString MainViewProvider::updateText(qint64 id, const QString &column, const QString &value) const
 {
     const QString condition = SqlText::fill(QStringLiteral("file_id = %1"), {QString::number(id)});
@@ -198,7 +215,7 @@ bool MainViewProvider::updateAndLoad(qint64 id, const QString &update)
 {
     if (!runEdit(update))
         return false;
-    loadFiles({id});
+    announce([this, id] { loadFiles({id}); });
     return true;
 }
 

@@ -40,6 +40,11 @@ public:
      */
     void loadFiles(const QVector<qint64> &ids);
 
+    /** Reads the rows of some files; the holder of `rows` owns them, also after a failure. */
+    bool readFiles(const QVector<qint64> &ids, TableData &rows);
+    /** Appends the external files that have one of these paths. */
+    bool readFilesOfPaths(const QVector<qint64> &pathIds, QVector<qint64> &ids);
+
     /** Writes one column of "files" and loads the file again; false on failure. */
     bool updateFile(qint64 id, const QString &column, const QString &value);
     /** The same for a column of "file_paths"; the file must be an external one. */
@@ -77,8 +82,6 @@ private:
     using LinkStatement = QString (MainViewProvider::*)(const QVector<qint64> &,
                                                         const QVector<qint64> &) const;
 
-    /** Reads the rows of some files; the holder of `rows` owns them, also after a failure. */
-    bool readFiles(const QVector<qint64> &ids, TableData &rows);
     QString highestIdText() const;
     QString updateText(qint64 id, const QString &column, const QString &value) const;
     QString updatePathText(qint64 id, const QStringList &columns, const QStringList &values) const;

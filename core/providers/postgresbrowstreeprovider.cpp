@@ -38,7 +38,7 @@ qint64 PostgresBrowsTreeProvider::addTree(const QString &name)
     const qint64 id =
         SingleValue::read(*this, treeInsertText(name) + constructor()->statementEnd()).toLongLong();
     if (id > 0)
-        emit addedNewBrowsingTree(id, name);
+        announce([this, id, name] { emit addedNewBrowsingTree(id, name); });
     return id;
 }
 
@@ -60,7 +60,7 @@ bool PostgresBrowsTreeProvider::removeTree(qint64 id)
                                        [this](const QString &statement) { return runSync(statement); });
     if (!isRemoved || !transaction.commit())
         return false;
-    emit removedBrowsingTree(id);
+    announce([this, id] { emit removedBrowsingTree(id); });
     return true;
 }
 
@@ -70,9 +70,11 @@ bool PostgresBrowsTreeProvider::updateTree(qint64 id, const QString &column, con
     // no row: another client removed the tree
     const bool ok =
         runSync(treeUpdateText(id, column, value) + constructor()->statementEnd(), table) && !table.isEmpty();
-    if (ok)
-        emit updatedBrowsingTree(table.constFirst()->at(0).toLongLong(),
-                                 table.constFirst()->at(1).toString());
+    if (ok) {
+        const qint64 treeId = table.constFirst()->at(0).toLongLong();
+        const QString newName = table.constFirst()->at(1).toString();
+        announce([this, treeId, newName] { emit updatedBrowsingTree(treeId, newName); });
+    }
     freeRows(table);
     return ok;
 }

@@ -22,6 +22,7 @@ public:
     qint64 addTree(const QString &name) override;
     bool removeTree(qint64 id) override;
     bool updateTree(qint64 id, const QString &column, const QString &value) override;
+    qint64 currentTree() const override { return m_currentTree; }
     void setCurrentTree(qint64 id) override;
 
 protected:

@@ -14,6 +14,6 @@ qint64 PostgresGroupsProvider::addGroup(const QString &name)
         insertText(name) + QLatin1String(" RETURNING tag_group_id ") + constructor()->statementEnd();
     const qint64 id = SingleValue::read(*this, statement).toLongLong();
     if (id > 0)
-        loadGroups({id});
+        announce([this, id] { loadGroups({id}); });
     return id;
 }

@@ -14,6 +14,6 @@ qint64 PostgresTagsProvider::addTag(const QString &name)
         insertText(name) + QLatin1String(" RETURNING tag_id ") + constructor()->statementEnd();
     const qint64 id = SingleValue::read(*this, statement).toLongLong();
     if (id > 0)
-        loadTags({id});
+        announce([this, id] { loadTags({id}); });
     return id;
 }

@@ -44,10 +44,10 @@ void RelationTreeProvider::loadAllNodes()
             &RelationTreeProvider::gotAllNodesInfo);
 }
 
-void RelationTreeProvider::addPaths(const QString &parentPath, const QVector<qint64> &tagIds)
+bool RelationTreeProvider::addPaths(const QString &parentPath, const QVector<qint64> &tagIds)
 {
     if (tagIds.isEmpty())
-        return;
+        return true;
     const QStringList paths = childPaths(parentPath, tagIds);
     const bool ok = runInPieces(paths, Chunks::idsPerStatement, [this](const QStringList &part) {
         QVector<QStringList> rows;
@@ -56,7 +56,22 @@ void RelationTreeProvider::addPaths(const QString &parentPath, const QVector<qin
             rows.append({path});
         return constructor()->insertQuery({pathColumn}, pathsTable, rows);
     });
-    emit nodesAdded(ok, paths);
+    announce([this, ok, paths] { emit nodesAdded(ok, paths); });
+    return ok;
+}
+
+bool RelationTreeProvider::readPaths(const QStringList &paths, QStringList &found)
+{
+    const auto collect = [&found](const TableData &slice) {
+        for (const TableRowData *row : slice)
+            found.append(row->at(0).toString());
+    };
+    return Chunks::forEach(paths, Chunks::idsPerStatement, [&](const QStringList &part) {
+        return runSyncInSlices(constructor()->selectQuery({pathColumn}, pathsTable) +
+                                   constructor()->whereClause(constructor()->inClause(pathColumn, part)) +
+                                   constructor()->statementEnd(),
+                               Chunks::idsPerStatement, collect);
+    });
 }
 
 bool RelationTreeProvider::removeByTags(const QVector<qint64> &tagIds, const QStringList &affectedPaths)

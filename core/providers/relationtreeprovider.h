@@ -16,9 +16,11 @@ public:
     explicit RelationTreeProvider(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
 
     virtual void loadAllNodes();
+    /** Appends those of the paths that are there. */
+    bool readPaths(const QStringList &paths, QStringList &found);
 
     /** Puts tags below a path, at the top level for an empty one: all of them or none. */
-    virtual void addPaths(const QString &parentPath, const QVector<qint64> &tagIds);
+    virtual bool addPaths(const QString &parentPath, const QVector<qint64> &tagIds);
 
     /** Removes every place of the tags with all below; affectedPaths is what the caller knows of them. */
     virtual bool removeByTags(const QVector<qint64> &tagIds, const QStringList &affectedPaths);

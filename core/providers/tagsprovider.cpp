@@ -19,7 +19,7 @@ qint64 TagsProvider::addTag(const QString &name)
     const qint64 id =
         SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("tag_id"))).toLongLong();
     if (id > 0)
-        loadTags({id});
+        announce([this, id] { loadTags({id}); });
     return id;
 }
 
@@ -34,6 +34,16 @@ void TagsProvider::loadTags(const QVector<qint64> &ids)
         request(selectText() + conditionText(part) + constructor()->statementEnd(),
                 &TagsProvider::tagsUpdated);
         return true;
+    });
+}
+
+bool TagsProvider::readTags(const QVector<qint64> &ids, TableData &rows)
+{
+    return Chunks::forEach(ids, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
+        TableData read;
+        const bool isRead = runSync(selectText() + conditionText(part) + constructor()->statementEnd(), read);
+        rows += read;
+        return isRead;
     });
 }
 
@@ -57,7 +67,7 @@ bool TagsProvider::updateTag(qint64 id, const QString &column, const QString &va
                               constructor()->whereClause(condition) + constructor()->statementEnd();
     if (!runEdit(statement))
         return false;
-    loadTags({id});
+    announce([this, id] { loadTags({id}); });
     return true;
 }
 

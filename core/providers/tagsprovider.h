@@ -18,6 +18,8 @@ public:
 
     void loadAllTags();
     void loadTags(const QVector<qint64> &ids);
+    /** Appends the rows of those that are there, which the holder of `rows` owns, also after a failure. */
+    bool readTags(const QVector<qint64> &ids, TableData &rows);
 
     /** Writes one column of one tag and emits tagsUpdated with its row; false on failure. */
     bool updateTag(qint64 id, const QString &column, const QString &value);

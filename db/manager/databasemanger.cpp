@@ -29,6 +29,11 @@
 
 #include <utility>
 
+namespace {
+/** How often an edit begins anew when others come in between. */
+constexpr int mostTries = 3;
+} // namespace
+
 DatabaseManger::DatabaseManger(const QString &driver, const QString &database, const QString &host,
                                const QString &user, const QString &password, int port, QObject *parent)
     : QObject(parent),
@@ -93,9 +98,8 @@ void DatabaseManger::setProviders(const Providers &providers)
     m_loads.setProviders(m_providers);
     m_records.follow(m_providers);
     connect(m_providers.mainView, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
-    for (BaseDBProvider *provider :
-         std::initializer_list<BaseDBProvider *>{m_providers.tags, m_providers.groups, m_providers.browsTree,
-                                                 m_providers.mainView, m_providers.relationTree})
+    const QVector<BaseDBProvider *> providersOfRecords = editors();
+    for (BaseDBProvider *provider : providersOfRecords)
         connectErrors(provider);
     connectFileOperations();
     connectFileNews();
@@ -377,8 +381,13 @@ bool DatabaseManger::isReadyForEdits()
 void DatabaseManger::dropEdit()
 {
     if (!m_isReloadDue)
-        emit showTempWarning(tr("Warning"), tr("Local data is updating."));
+        warnOfChanges();
     reloadLater();
+}
+
+void DatabaseManger::warnOfChanges()
+{
+    emit showTempWarning(tr("Warning"), tr("Local data is updating."));
 }
 
 void DatabaseManger::reloadLater()
@@ -400,17 +409,45 @@ bool DatabaseManger::isNameGiven(const QString &name)
     return isGiven;
 }
 
-QVector<qint64> DatabaseManger::runEdit(int reload, const std::function<QVector<qint64>()> &edit)
+QVector<BaseDBProvider *> DatabaseManger::editors() const
 {
-    QVector<qint64> ids;
-    const bool wasBusy = m_errors.runInSilence([&ids, &edit] { ids = edit(); });
+    // In the order in which their news go out: all others may name a tag.
+    return {m_providers.tags, m_providers.groups, m_providers.browsTree, m_providers.mainView,
+            m_providers.relationTree};
+}
+
+EditResult DatabaseManger::runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit)
+{
+    EditResult result;
+    bool wasBusy = false;
+    EditEnd end = Again;
+    for (int i = 0; i < mostTries && end == Again; ++i) {
+        if (!beginEdit(base))
+            return {};
+        wasBusy = m_errors.runInSilence([&] {
+            result = edit();
+            end = endEdit(result.isDone);
+            result.isDone = end == Ended;
+            if (result.isDone)
+                tellEdit(result);
+        });
+    }
     // Another connection may have taken the database between the edit and the reading of what it made.
-    if (wasBusy && ids.isEmpty())
+    if ((wasBusy && !result.isDone) || end == Again)
         m_errors.warnOfBusyDatabase();
     else if (wasBusy)
-        m_loads.keep(reload, ids);
+        m_loads.keep(reload, result.reloadIds);
     refreshModificationDate();
-    return ids;
+    return result;
+}
+
+void DatabaseManger::tellEdit(const EditResult &result)
+{
+    if (result.tell)
+        result.tell();
+    const QVector<BaseDBProvider *> providers = editors();
+    for (BaseDBProvider *provider : providers)
+        provider->tellNews();
 }
 
 bool DatabaseManger::areTagsOnNodes(const QVector<qint64> &tagIds)
@@ -429,9 +466,13 @@ bool DatabaseManger::isStorable(const QString &text)
     return false;
 }
 
-void DatabaseManger::runFileEdit(const std::function<QVector<qint64>()> &edit)
+bool DatabaseManger::runFileEdit(const EditBase &base, const std::function<bool()> &edit)
 {
-    runEdit(PendingReloads::FileReload, edit);
+    return runEdit(PendingReloads::FileReload, base,
+                   [&] {
+                       return EditResult{edit(), base.files, {}};
+                   })
+        .isDone;
 }
 
 void DatabaseManger::readSettings()
@@ -451,7 +492,9 @@ std::unique_ptr<ImageLoading> DatabaseManger::loadImage(qint64 fileId)
 
 StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)
 {
-    if (!m_pictures || !isDataCurrent())
+    EditBase base;
+    base.files = {fileId};
+    if (!m_pictures || !mayEdit(base))
         return StoredImage::Refused;
     QVector<qint64> changedIds;
     StoredImage::Saving saving = m_pictures->save(fileId, picture, changedIds);

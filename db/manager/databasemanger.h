@@ -4,6 +4,7 @@
 #include "core/records/recordtypes.h"
 #include "db/manager/errorteller.h"
 #include "db/manager/fileedits.h"
+#include "db/manager/newscount.h"
 #include "db/manager/providers.h"
 #include "db/manager/recordedits.h"
 #include "db/manager/recordkeeper.h"
@@ -293,9 +294,9 @@ public:
     /** Whether the load failed, or would have, only for what another connection holds at the moment. */
     bool wasBusy() const { return m_errors.sawBusy(); }
     /** Whether the records are those of the database, so that an edit may go ahead. */
-    bool isDataCurrent() override = 0;
+    virtual bool isDataCurrent() = 0;
     /** Notes the state of the database after a change of our own. */
-    void refreshModificationDate() override = 0;
+    virtual void refreshModificationDate() = 0;
 
 signals:
     /** Told once, whichever connection notices, until the database is opened again. */
@@ -331,6 +332,8 @@ signals:
     void thumbnailUpdated(qlonglong fileId, QImage *image);
     /** Title and text. */
     void showTempWarning(QString title, QString text);
+    /** What others changed has been taken in. */
+    void foreignChangesMerged(NewsCount count);
     void startedAddingFiles(QString label);
     void addingFilesProgress(QString text, int percent);
     void finishedAddingFiles();
@@ -391,8 +394,26 @@ protected:
     /** What another connection reads the same state by, while this one holds it; on a server. */
     virtual QString sharedState() const { return {}; }
     LoadState &loadState() { return m_records.loadState(); }
+    const LoadState &loadState() const { return m_records.loadState(); }
+    /** Whether an edit may go ahead that rests on this. */
+    virtual bool mayEdit(const EditBase & /*base*/) { return isDataCurrent(); }
     /** The same for an operation of the worker, which may look itself when it begins. */
-    bool mayRequest() override { return isDataCurrent(); }
+    bool mayRequest(const EditBase &base) override { return mayEdit(base); }
+    enum EditEnd {
+        Ended,
+        Failed,
+        Again ///< others came in between: what is new is to be seen first
+    };
+    /** Around an edit; all that is known of it stands in its transaction where there is one. */
+    virtual bool beginEdit(const EditBase &base) { return mayEdit(base); }
+    virtual EditEnd endEdit(bool isDone) { return isDone ? Ended : Failed; }
+    bool mayTouch(const EditBase & /*base*/) override { return true; }
+    void include(BaseDBProvider *provider) override { connectErrors(provider); }
+    /** The providers whose edits are of records. */
+    QVector<BaseDBProvider *> editors() const;
+    RecordKeeper &records() { return m_records; }
+    ErrorTeller &errors() { return m_errors; }
+    void warnOfChanges();
     /** False, with a word where none came before, while the records are not whole. */
     bool isReadyForEdits();
     /** The database changed behind the records: the edit is dropped, and all is read anew. */
@@ -404,7 +425,7 @@ protected:
     bool isReloadDue() const { return m_isReloadDue; }
     /** Asked before each change of the window; before setProviders(). */
     void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
-    void connectErrors(BaseDBProvider *provider) override;
+    void connectErrors(BaseDBProvider *provider);
     /** The worker stores its changes; others made their last one at this time. */
     virtual void aboutToCommit(const QDateTime &lastChange) { Q_UNUSED(lastChange) }
     /** An own change has this stamp. */
@@ -422,15 +443,12 @@ private:
     void connectLoads();
     void connectFileOperations();
     void connectFileNews();
-    QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit) override;
+    EditResult runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit) override;
     /** False, with a warning, for a text that is longer than what is read of one. */
     bool isStorable(const QString &text) override;
-    void runFileEdit(const std::function<QVector<qint64>()> &edit) override;
+    void tellEdit(const EditResult &result);
+    bool runFileEdit(const EditBase &base, const std::function<bool()> &edit) override;
     const Map<qint64, File *> &knownFiles() const override { return m_records.files().map(); }
-    void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load) override
-    {
-        m_loads.runOrKeep(kind, ids, load);
-    }
 
     QString m_driverName;
     QString m_hostName;

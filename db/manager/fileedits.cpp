@@ -14,6 +14,14 @@ QVector<qint64> inOrder(QVector<qint64> fileIds)
     std::sort(fileIds.begin(), fileIds.end());
     return fileIds;
 }
+
+EditBase ofFiles(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds = {})
+{
+    EditBase base;
+    base.files = fileIds;
+    base.tags = tagIds;
+    return base;
+}
 } // namespace
 
 void FileEdits::setProviders(MainViewProvider *records, FileOperationProvider *worker)
@@ -26,13 +34,14 @@ bool FileEdits::updateFile(qint64 fileId, const QString &column, const QString &
 {
     if (column == QLatin1String("file_name") && !m_host.isNameGiven(value))
         return false;
-    return m_host.isStorable(value) &&
-           edit({fileId}, [&](MainViewProvider &files) { return files.updateFile(fileId, column, value); });
+    return m_host.isStorable(value) && edit(ofFiles({fileId}), [&](MainViewProvider &files) {
+               return files.updateFile(fileId, column, value);
+           });
 }
 
 bool FileEdits::updateFilePath(qint64 fileId, const QString &column, const QString &value)
 {
-    return m_host.isStorable(value) && edit({fileId}, [&](MainViewProvider &files) {
+    return m_host.isStorable(value) && edit(ofFiles({fileId}), [&](MainViewProvider &files) {
                return files.updateFilePath(fileId, column, value);
            });
 }
@@ -40,33 +49,26 @@ bool FileEdits::updateFilePath(qint64 fileId, const QString &column, const QStri
 bool FileEdits::renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath)
 {
     return m_host.isNameGiven(name) && m_host.isStorable(path) && m_host.isStorable(relPath) &&
-           edit({fileId},
+           edit(ofFiles({fileId}),
                 [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
 }
 
 bool FileEdits::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
                            const QVector<qint64> &unlinked)
 {
-    return edit(fileIds,
+    return edit(ofFiles(fileIds, linked + unlinked),
                 [&](MainViewProvider &files) { return files.changeTags(fileIds, linked, unlinked); });
 }
 
-bool FileEdits::edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change)
+bool FileEdits::edit(const EditBase &base, const std::function<bool(MainViewProvider &)> &change)
 {
-    if (!m_records || !m_host.isDataCurrent())
-        return false;
-    bool isDone = false;
-    m_host.runFileEdit([&] {
-        isDone = change(*m_records);
-        return isDone ? fileIds : QVector<qint64>();
-    });
-    return isDone;
+    return m_records && m_host.runFileEdit(base, [&] { return change(*m_records); });
 }
 
 bool FileEdits::addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                          qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails)
 {
-    if (!m_worker || !m_host.mayRequest())
+    if (!m_worker || !m_host.mayRequest(ofFiles({}, tagIds)))
         return false;
     request([=](FileOperationProvider &files) {
         files.addFiles(paths, tagIds, fromSelectedNode, nodeId, hyperlinkDetails);
@@ -76,7 +78,7 @@ bool FileEdits::addFiles(const QStringList &paths, const QVector<qint64> &tagIds
 
 bool FileEdits::addFilesList(const QStringList &paths)
 {
-    if (!m_worker || !m_host.mayRequest())
+    if (!m_worker || !m_host.mayRequest({}))
         return false;
     request([paths](FileOperationProvider &files) { files.addFilesList(paths); });
     return true;
@@ -84,7 +86,7 @@ bool FileEdits::addFilesList(const QStringList &paths)
 
 void FileEdits::deleteFiles(const QVector<qint64> &fileIds)
 {
-    if (fileIds.isEmpty() || !m_host.mayRequest())
+    if (fileIds.isEmpty() || !m_host.mayRequest(ofFiles(fileIds)))
         return;
     const QVector<qint64> ids = inOrder(fileIds);
     request([ids, codes = idCodes(ids)](FileOperationProvider &files) { files.deleteFiles(ids, codes); });
@@ -92,7 +94,7 @@ void FileEdits::deleteFiles(const QVector<qint64> &fileIds)
 
 void FileEdits::transferFiles(const QVector<qint64> &fileIds)
 {
-    if (fileIds.isEmpty() || !m_host.mayRequest())
+    if (fileIds.isEmpty() || !m_host.mayRequest(ofFiles(fileIds)))
         return;
     const QVector<qint64> ids = inOrder(fileIds);
     request([ids, codes = idCodes(ids)](FileOperationProvider &files) { files.transferFiles(ids, codes); });
@@ -119,13 +121,13 @@ void FileEdits::exportDatabase(const ExportRequest &what, const std::shared_ptr<
 
 void FileEdits::remakeThumbnails(const QVector<qint64> &fileIds)
 {
-    if (m_host.mayRequest())
+    if (m_host.mayRequest(ofFiles(fileIds)))
         request([fileIds](FileOperationProvider &files) { files.remakeThumbnails(fileIds); });
 }
 
 void FileEdits::locateFiles(const QMap<qint64, QString> &paths)
 {
-    if (paths.isEmpty() || !m_host.mayRequest())
+    if (paths.isEmpty() || !m_host.mayRequest(ofFiles(paths.keys().toVector())))
         return;
     const QVector<qint64> ids = paths.keys().toVector();
     request([ids, places = QStringList(paths.values()), codes = idCodes(ids)](FileOperationProvider &files) {
@@ -172,6 +174,6 @@ QStringList FileEdits::idCodes(const QVector<qint64> &fileIds) const
 
 void FileEdits::importDatabase(const QString &source, bool isShell, const ImportOptions &options)
 {
-    if (m_host.mayRequest())
+    if (m_host.mayRequest({}))
         request([=](FileOperationProvider &files) { files.importDatabase(source, isShell, options); });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/providers/foreignchanges.h"
 #include "core/records/recordtypes.h"
 
 #include <QHash>
@@ -24,16 +25,14 @@ class FileEditsHost
 public:
     virtual ~FileEditsHost() = default;
 
-    /** Whether the records are those of the database, so that an edit may go ahead. */
-    virtual bool isDataCurrent() = 0;
-    /** The same for an operation of the worker. */
-    virtual bool mayRequest() = 0;
+    /** Whether an operation of the worker may go ahead that rests on this. */
+    virtual bool mayRequest(const EditBase &base) = 0;
     /** Both are false after a word to the user. */
     virtual bool isNameGiven(const QString &name) = 0;
     virtual bool isStorable(const QString &text) = 0;
     virtual const Map<qint64, File *> &knownFiles() const = 0;
-    /** Runs an edit that gives the ids of the files to be read again, none for a failure. */
-    virtual void runFileEdit(const std::function<QVector<qint64>()> &edit) = 0;
+    /** Runs an edit of files, when the records that it rests on are those of the database. */
+    virtual bool runFileEdit(const EditBase &base, const std::function<bool()> &edit) = 0;
 };
 
 /**
@@ -72,7 +71,7 @@ public:
     bool endChecks();
 
 private:
-    bool edit(const QVector<qint64> &fileIds, const std::function<bool(MainViewProvider &)> &change);
+    bool edit(const EditBase &base, const std::function<bool(MainViewProvider &)> &change);
     void request(const std::function<void(FileOperationProvider &)> &task);
     /** Theirs, as an id may be another file's by the time that the worker comes to it. The ids ascend. */
     QStringList idCodes(const QVector<qint64> &fileIds) const;

@@ -8,9 +8,11 @@
 #include "core/providers/postgrestagsprovider.h"
 #include "core/providers/relationtreeprovider.h"
 #include "core/providers/singlevalue.h"
+#include "db/manager/foreignnews.h"
 #include "db/sql/postgresqueryconstructor.h"
 #include "fileops/provider/postgresfileoperationprovider.h"
 
+#include <QGuiApplication>
 #include <QTimer>
 
 PostgresDBManager::PostgresDBManager(const QString &driver, const QString &database, const QString &host,
@@ -28,6 +30,8 @@ PostgresDBManager::PostgresDBManager(const QString &driver, const QString &datab
     made.relationTree = new RelationTreeProvider(constructor(), this);
     made.fileOperation = new PostgresFileOperationProvider(constructor(), details(), this);
     setProviders(made);
+    m_news = new ForeignNews(constructor(), records(), *thumbnailCache(), errors(), this);
+    followOthers();
     using Trees = BrowsTreeProvider;
     using Manager = PostgresDBManager;
     connect(made.browsTree, &Trees::gotAllBrowsTreesInfo, this, &Manager::parseAllBrowsTreesInfo);
@@ -39,10 +43,43 @@ PostgresDBManager::PostgresDBManager(const QString &driver, const QString &datab
 QSqlError PostgresDBManager::openDB()
 {
     QSqlError error = DatabaseManger::openDB();
-    // What others change from here on is either in the first load or news for the first edit.
-    if (error.type() == QSqlError::NoError)
+    // What others change from here on is either in the first load or news after it.
+    if (error.type() == QSqlError::NoError) {
+        m_news->listen();
         aboutToLoad();
+    }
     return error;
+}
+
+void PostgresDBManager::closeDB()
+{
+    m_news->stop();
+    DatabaseManger::closeDB();
+}
+
+void PostgresDBManager::followOthers()
+{
+    m_news->setUp(providers(), [this] { return mayMergeNews(); });
+    connectErrors(m_news->provider());
+    connect(m_news, &ForeignNews::editDropped, this, &PostgresDBManager::warnOfChanges);
+    connect(m_news, &ForeignNews::fullReloadDue, this, &PostgresDBManager::reloadLater);
+    connect(m_news, &ForeignNews::merged, this, &PostgresDBManager::foreignChangesMerged);
+    connect(m_news, &ForeignNews::treesChanged, this, [this] {
+        loadBrowsingTrees();
+        // Another one is to be shown, wherever its name and its nodes stand.
+        if (!browsingTrees().contains(m_currentTree))
+            reloadLater();
+    });
+    connect(this, &DatabaseManger::startedAddingFiles, this, [this] { m_isOperating = true; });
+    connect(this, &DatabaseManger::finishedAddingFiles, this, [this] { m_isOperating = false; });
+}
+
+bool PostgresDBManager::mayMergeNews() const
+{
+    // Whoever is asked something would find other records behind the question.
+    const bool isGui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    return !m_isOperating && !isReloadDue() && loadState().isWhole() && !loadState().isLoading() &&
+           !(isGui && QGuiApplication::modalWindow());
 }
 
 int PostgresDBManager::dbType() const
@@ -101,16 +138,66 @@ void PostgresDBManager::endReading()
 
 bool PostgresDBManager::isDataCurrent()
 {
-    if (!isReadyForEdits())
+    return mayEdit({});
+}
+
+bool PostgresDBManager::mayEdit(const EditBase &base)
+{
+    return isReadyForEdits() && (m_news->isThere() ? m_news->mayEdit(base) : !haveOthersWritten());
+}
+
+bool PostgresDBManager::beginEdit(const EditBase &base)
+{
+    if (!m_news->isThere())
+        return mayEdit(base);
+    if (!isReadyForEdits() || !m_news->begin(base))
         return false;
+    m_isInEdit = true;
+    const QVector<BaseDBProvider *> joining = editors();
+    for (BaseDBProvider *provider : joining)
+        provider->joinTransaction();
+    return true;
+}
+
+DatabaseManger::EditEnd PostgresDBManager::endEdit(bool isDone)
+{
+    if (!m_isInEdit)
+        return isDone ? Ended : Failed;
+    m_isInEdit = false;
+    ChangeJournal::Commit commit = ChangeJournal::Failed;
+    if (isDone)
+        commit = m_news->commit();
+    else
+        m_news->rollBack();
+    const QVector<BaseDBProvider *> leaving = editors();
+    for (BaseDBProvider *provider : leaving)
+        provider->leaveTransaction(commit == ChangeJournal::Committed);
+    return commit == ChangeJournal::Committed ? Ended : commit == ChangeJournal::Outdated ? Again : Failed;
+}
+
+bool PostgresDBManager::mayTouch(const EditBase &base)
+{
+    return !m_isInEdit || m_news->mayTouch(base);
+}
+
+void PostgresDBManager::include(BaseDBProvider *provider)
+{
+    DatabaseManger::include(provider);
+    if (m_isInEdit)
+        provider->joinTransaction();
+}
+
+bool PostgresDBManager::haveOthersWritten()
+{
     PostgresGeneralProvider::Changes changes;
+    // Without a stamp nothing can be told, and nothing is written.
     if (!m_stamps->readLastChanges(changes) || !changes.ofAll.isValid())
-        return false;
-    if (!isNews(changes.ofOthers))
         return true;
+    if (!isNews(changes.ofOthers))
+        return false;
     m_lastModification = changes.ofOthers;
     dropEdit();
-    return false;
+    return true;
 }
 
 void PostgresDBManager::refreshModificationDate()
@@ -132,6 +219,7 @@ void PostgresDBManager::aboutToLoad()
 {
     PostgresGeneralProvider::Changes changes;
     m_missesChanges = false;
+    m_news->aboutToLoad();
     if (!m_stamps->readLastChanges(changes))
         return;
     m_areStampsNamed = changes.areNamed;

@@ -2,11 +2,14 @@
 
 #include "db/manager/databasemanger.h"
 
+class ForeignNews;
 class PostgresGeneralProvider;
 
 /**
- * The manager of a database on a server, where others write too. Each edit first asks the server when others
- * last changed something; when that is news, the edit is dropped with a warning and everything is read anew.
+ * The manager of a database on a server, where others write too. What they change is taken in as it comes
+ * (ForeignNews), and an edit of the very same records is dropped with a warning. A server without a journal
+ * tells only when others last changed something: when that is news, each edit is dropped, and everything is
+ * read anew.
  */
 class PostgresDBManager : public DatabaseManger
 {
@@ -17,6 +20,7 @@ public:
                       const QString &user, const QString &password, int port, QObject *parent = nullptr);
 
     QSqlError openDB() override;
+    void closeDB() override;
     int dbType() const override;
     /** False: a script sets up a server. */
     bool createDatabase() override;
@@ -44,11 +48,23 @@ protected:
     void aboutToLoad() override;
     void aboutToCommit(const QDateTime &lastChange) override;
     void noteChange(const QDateTime &change) override;
+    bool mayEdit(const EditBase &base) override;
+    bool beginEdit(const EditBase &base) override;
+    EditEnd endEdit(bool isDone) override;
+    bool mayTouch(const EditBase &base) override;
+    void include(BaseDBProvider *provider) override;
 
 private:
     bool isNews(const QDateTime &change) const;
+    void followOthers();
+    bool mayMergeNews() const;
+    /** By the stamps alone. */
+    bool haveOthersWritten();
 
     PostgresGeneralProvider *m_stamps; ///< the provider of general data
+    ForeignNews *m_news;
+    bool m_isInEdit = false;    ///< its transaction is open
+    bool m_isOperating = false; ///< the worker shows its progress
     qint64 m_currentTree = 0;
     QString m_sharedState;         ///< that another connection may read, while all records are
     QDateTime m_lastModification;  ///< UTC, the change up to which the records are those of the server

@@ -29,9 +29,54 @@ QVector<qint64> without(const QVector<qint64> &ids, const QVector<qint64> &other
     return rest;
 }
 
-QVector<qint64> idsIf(bool isDone, const QVector<qint64> &ids)
+EditBase ofTags(const QVector<qint64> &tagIds)
 {
-    return isDone ? ids : QVector<qint64>();
+    EditBase base;
+    base.tags = tagIds;
+    return base;
+}
+
+EditBase ofGroups(const QVector<qint64> &groupIds, const QVector<qint64> &tagIds = {})
+{
+    EditBase base;
+    base.groups = groupIds;
+    base.tags = tagIds;
+    return base;
+}
+
+EditBase ofNodes(const QVector<qint64> &nodeIds, const QVector<qint64> &tagIds = {})
+{
+    EditBase base;
+    base.nodes = nodeIds;
+    base.tags = tagIds;
+    return base;
+}
+
+EditBase ofTree(qint64 treeId)
+{
+    EditBase base;
+    base.trees = {treeId};
+    return base;
+}
+
+/** The tags on the way down to a place of the tag relationships. */
+QVector<qint64> tagsOf(const QString &path)
+{
+    QVector<qint64> tagIds;
+    const QVector<QStringRef> pieces = path.splitRef(QLatin1Char('.'), Qt::SkipEmptyParts);
+    for (const QStringRef &piece : pieces)
+        tagIds.append(piece.toLongLong());
+    return tagIds;
+}
+
+/** All nodes that go or move, and those below which some move. */
+EditBase baseOf(const NodeRemovalPlan &plan)
+{
+    EditBase base;
+    base.nodes = plan.removedNodeIds;
+    for (const auto &move : plan.newParents)
+        base.nodes += move.second + QVector<qint64>{move.first};
+    return base;
 }
 } // namespace
 
@@ -42,10 +87,17 @@ void RecordEdits::setProviders(const DatabaseProviders &providers,
     m_constructor = constructor;
 }
 
+bool RecordEdits::runEdit(int reload, const EditBase &base, const std::function<bool()> &edit)
+{
+    return m_host.runEdit(reload, base, [&] { return EditResult{edit(), {}, {}}; }).isDone;
+}
+
 qint64 RecordEdits::addTag(const QString &name, const QVector<qint64> &fileIds)
 {
     MainViewProvider *files = m_providers.mainView;
-    return files ? addTagWith(name, *files, PendingReloads::FileReload, fileIds,
+    EditBase base;
+    base.files = fileIds;
+    return files ? addTagWith(name, *files, PendingReloads::FileReload, base, fileIds,
                               [&](qint64 tagId) { return files->linkTags(fileIds, {tagId}); })
                  : 0;
 }
@@ -55,28 +107,29 @@ qint64 RecordEdits::addTagToGroup(const QString &name, qint64 groupId)
     GroupsProvider *groups = m_providers.groups;
     if (!groups || !m_records.groups().map().contains(groupId))
         return addTag(name, {});
-    return addTagWith(name, *groups, PendingReloads::GroupReload, {groupId},
+    return addTagWith(name, *groups, PendingReloads::GroupReload, ofGroups({groupId}), {groupId},
                       [&](qint64 tagId) { return groups->setGroupTags(groupId, {}, {tagId}); });
 }
 
-qint64 RecordEdits::addTagWith(const QString &name, BaseDBProvider &linker, int reload,
+qint64 RecordEdits::addTagWith(const QString &name, BaseDBProvider &linker, int reload, const EditBase &base,
                                const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link)
 {
-    if (!m_providers.tags || !m_host.isNameGiven(name) || !m_host.isStorable(name) || !m_host.isDataCurrent())
+    if (!m_providers.tags || !m_host.isNameGiven(name) || !m_host.isStorable(name))
         return 0;
     qint64 tagId = 0;
-    bool isAdded = false;
-    {
-        JointTransaction transaction(*m_providers.tags, {&linker});
-        tagId = transaction.isActive() ? m_providers.tags->addTag(name) : 0;
-        isAdded = tagId > 0 && link(tagId) && transaction.commit();
-    }
-    // The tag was known from its insert on.
-    if (!isAdded && tagId > 0)
-        m_records.gotTagsRemoved(true, {tagId});
-    m_host.loadOrKeep(reload, linkedIds, [&linker] { linker.tellNews(); });
-    m_host.refreshModificationDate();
-    return isAdded ? tagId : 0;
+    const auto add = [&]() -> EditResult {
+        bool isAdded = false;
+        {
+            JointTransaction transaction(*m_providers.tags, {&linker});
+            tagId = transaction.isActive() ? m_providers.tags->addTag(name) : 0;
+            isAdded = tagId > 0 && link(tagId) && transaction.commit();
+        }
+        // It may be known from its insert on.
+        if (!isAdded && m_records.tags().row(tagId))
+            m_records.gotTagsRemoved(true, {tagId});
+        return {isAdded, linkedIds, {}};
+    };
+    return m_host.runEdit(reload, base, add).isDone ? tagId : 0;
 }
 
 void RecordEdits::renameTag(qint64 tagId, const QString &name)
@@ -92,41 +145,50 @@ void RecordEdits::changeTagDescription(qint64 tagId, const QString &text)
 
 void RecordEdits::updateTag(qint64 tagId, const QString &column, const QString &value)
 {
-    if (!m_providers.tags || !m_host.isStorable(value) || !m_host.isDataCurrent())
+    if (!m_providers.tags || !m_host.isStorable(value))
         return;
-    m_host.runEdit(PendingReloads::TagReload,
-                   [&] { return idsIf(m_providers.tags->updateTag(tagId, column, value), {tagId}); });
+    m_host.runEdit(PendingReloads::TagReload, ofTags({tagId}), [&] {
+        return EditResult{m_providers.tags->updateTag(tagId, column, value), {tagId}, {}};
+    });
 }
 
 bool RecordEdits::removeTags(const QVector<qint64> &tagIds)
 {
-    if (tagIds.isEmpty() || !m_host.isDataCurrent())
+    if (tagIds.isEmpty())
         return false;
-    const TagRemovalPlan plan = RemovalPlans::tags(m_records.nodes().map(), m_records.relations(), tagIds);
-    TagRemover remover(m_constructor, *m_providers.tags, *m_providers.browsTree, *m_providers.relationTree);
-    m_host.connectErrors(&remover);
-    if (!remover.run(plan))
-        return false;
-    m_providers.relationTree->tellNews();
-    tellRemoval(plan);
-    m_records.forgetTags(tagIds, remover.unlinkedFileIds());
-    m_providers.tags->tellNews();
-    m_host.refreshModificationDate();
-    return true;
+    const auto remove = [&]() -> EditResult {
+        const TagRemovalPlan plan =
+            RemovalPlans::tags(m_records.nodes().map(), m_records.relations(), tagIds);
+        EditBase base = baseOf(plan);
+        base.relations = plan.removedPaths;
+        if (!m_host.mayTouch(base))
+            return {};
+        TagRemover remover(m_constructor, *m_providers.tags, *m_providers.browsTree,
+                           *m_providers.relationTree);
+        m_host.include(&remover);
+        const bool isDone = remover.run(plan);
+        const QVector<qint64> unlinked = remover.unlinkedFileIds();
+        return {isDone, {}, [this, plan, unlinked] {
+                    m_providers.relationTree->tellNews();
+                    tellRemoval(plan);
+                    m_records.forgetTags(plan.tagIds, unlinked);
+                    m_providers.tags->tellNews();
+                }};
+    };
+    return m_host.runEdit(PendingReloads::TagReload, ofTags(tagIds), remove).isDone;
 }
 
 qint64 RecordEdits::addGroup(const QString &name, bool visible)
 {
-    if (!m_providers.groups || !m_host.isNameGiven(name) || !m_host.isStorable(name) ||
-        !m_host.isDataCurrent())
+    if (!m_providers.groups || !m_host.isNameGiven(name) || !m_host.isStorable(name))
         return 0;
-    const qint64 groupId = m_host
-                               .runEdit(PendingReloads::GroupReload,
-                                        [&] {
-                                            const qint64 id = m_providers.groups->addGroup(name);
-                                            return idsIf(id > 0, {id});
-                                        })
-                               .value(0);
+    qint64 groupId = 0;
+    const auto add = [&]() -> EditResult {
+        groupId = m_providers.groups->addGroup(name);
+        return {groupId > 0, {groupId}, {}};
+    };
+    if (!m_host.runEdit(PendingReloads::GroupReload, {}, add).isDone)
+        return 0;
     GroupItem *group = m_records.groups().map().value(groupId);
     if (group)
         group->setVisible(visible);
@@ -135,69 +197,67 @@ qint64 RecordEdits::addGroup(const QString &name, bool visible)
 
 void RecordEdits::renameGroup(qint64 groupId, const QString &name)
 {
-    if (!m_providers.groups || !m_host.isNameGiven(name) || !m_host.isStorable(name) ||
-        !m_host.isDataCurrent())
-        return;
-    m_providers.groups->renameGroup(groupId, name);
-    m_host.refreshModificationDate();
+    if (m_providers.groups && m_host.isNameGiven(name) && m_host.isStorable(name))
+        runEdit(PendingReloads::GroupReload, ofGroups({groupId}),
+                [&] { return m_providers.groups->renameGroup(groupId, name); });
 }
 
 void RecordEdits::removeGroups(const QVector<qint64> &groupIds)
 {
-    if (!m_providers.groups || !m_host.isDataCurrent())
-        return;
-    m_providers.groups->removeGroups(groupIds);
-    m_host.refreshModificationDate();
+    if (m_providers.groups)
+        runEdit(PendingReloads::GroupReload, ofGroups(groupIds),
+                [&] { return m_providers.groups->removeGroups(groupIds); });
 }
 
 bool RecordEdits::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups)
 {
-    if (!m_providers.groups || !m_host.isDataCurrent())
+    if (!m_providers.groups)
         return false;
-    QVector<GroupTagChange> changes;
-    for (auto it = tagsOfGroups.cbegin(); it != tagsOfGroups.cend(); ++it) {
-        // Groups and tags may have gone while a dialog or a drag held on to their ids.
-        const GroupItem *group = m_records.groups().map().value(it.key());
-        if (!group)
-            continue;
-        QVector<qint64> added = without(*it, group->tags());
-        const auto isGone = [this](qint64 tagId) { return !m_records.tags().row(tagId); };
-        added.erase(std::remove_if(added.begin(), added.end(), isGone), added.end());
-        changes.append({it.key(), without(group->tags(), *it), added});
-    }
-    bool isSet = false;
-    m_host.runEdit(PendingReloads::GroupReload, [&] {
-        isSet = m_providers.groups->setGroupTags(changes);
-        return idsIf(isSet, tagsOfGroups.keys().toVector());
-    });
-    return isSet;
+    const QVector<qint64> groupIds = tagsOfGroups.keys().toVector();
+    const auto change = [&]() -> EditResult {
+        QVector<GroupTagChange> changes;
+        EditBase base;
+        for (auto it = tagsOfGroups.cbegin(); it != tagsOfGroups.cend(); ++it) {
+            // Groups and tags may have gone while a dialog or a drag held on to their ids.
+            const GroupItem *group = m_records.groups().map().value(it.key());
+            if (!group)
+                continue;
+            QVector<qint64> added = without(*it, group->tags());
+            const auto isGone = [this](qint64 tagId) { return !m_records.tags().row(tagId); };
+            added.erase(std::remove_if(added.begin(), added.end(), isGone), added.end());
+            base.tags += added;
+            changes.append({it.key(), without(group->tags(), *it), added});
+        }
+        if (!m_host.mayTouch(base))
+            return {};
+        return {m_providers.groups->setGroupTags(changes), groupIds, {}};
+    };
+    return m_host.runEdit(PendingReloads::GroupReload, ofGroups(groupIds), change).isDone;
+}
+
+qint64 RecordEdits::addNodes(const QVector<qint64> &tagIds, const QVector<qint64> &nodeIds,
+                             const std::function<QVector<qint64>()> &add)
+{
+    if (tagIds.isEmpty() || !m_providers.browsTree)
+        return 0;
+    QVector<qint64> ids;
+    const auto run = [&]() -> EditResult {
+        ids = add();
+        // Read together with a node that they went above, which tells of its new parent.
+        const QVector<qint64> reloaded = ids + nodeIds;
+        return {!ids.isEmpty(), {}, [this, reloaded] { m_host.reloadNodes(reloaded); }};
+    };
+    return m_host.runEdit(PendingReloads::NodeReload, ofNodes(nodeIds, tagIds), run).isDone ? ids.first() : 0;
 }
 
 qint64 RecordEdits::addNodeBelow(qint64 tagId, qint64 parentId)
 {
-    if (!m_providers.browsTree || !m_host.isDataCurrent())
-        return 0;
-    return m_host
-        .runEdit(PendingReloads::NodeReload,
-                 [&] {
-                     const qint64 id = m_providers.browsTree->addNode(tagId, true, false, parentId);
-                     return idsIf(id > 0, {id});
-                 })
-        .value(0);
+    return addNodesBelow({tagId}, parentId);
 }
 
 qint64 RecordEdits::addNodeAbove(qint64 tagId, qint64 nodeId)
 {
-    if (!m_records.nodes().map().contains(nodeId) || !m_providers.browsTree || !m_host.isDataCurrent())
-        return 0;
-    return m_host
-        .runEdit(PendingReloads::NodeReload,
-                 [&] {
-                     const qint64 id =
-                         m_providers.browsTree->addNodeAbove(tagId, true, false, parentOf(nodeId), nodeId);
-                     return idsIf(id > 0, {id, nodeId});
-                 })
-        .value(0);
+    return addNodesAbove({tagId}, nodeId);
 }
 
 qint64 RecordEdits::parentOf(qint64 nodeId) const
@@ -207,109 +267,111 @@ qint64 RecordEdits::parentOf(qint64 nodeId) const
     return parent && parent->nodeType() == TagNode ? parent->id() : 0;
 }
 
-void RecordEdits::addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId)
+qint64 RecordEdits::addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId)
 {
-    if (tagIds.isEmpty() || !m_providers.browsTree || !m_host.isDataCurrent())
-        return;
-    const QVector<qint64> ids = m_providers.browsTree->addNodes(tagIds, true, false, parentId);
-    if (!ids.isEmpty())
-        m_host.reloadNodes(ids);
-    m_host.refreshModificationDate();
+    const QVector<qint64> parents = parentId > 0 ? QVector<qint64>{parentId} : QVector<qint64>();
+    return addNodes(tagIds, parents,
+                    [&] { return m_providers.browsTree->addNodes(tagIds, true, false, parentId); });
 }
 
-void RecordEdits::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
+qint64 RecordEdits::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
 {
-    if (tagIds.isEmpty() || !m_records.nodes().map().contains(nodeId) || !m_providers.browsTree ||
-        !m_host.isDataCurrent())
-        return;
-    const QVector<qint64> ids =
-        m_providers.browsTree->addNodesAbove(tagIds, true, false, parentOf(nodeId), nodeId);
-    // Read together with the node that they went above, which tells of its new parent.
-    if (!ids.isEmpty())
-        m_host.reloadNodes(ids + QVector<qint64>{nodeId});
-    m_host.refreshModificationDate();
+    if (!m_records.nodes().map().contains(nodeId))
+        return 0;
+    return addNodes(tagIds, {nodeId}, [&] {
+        return m_providers.browsTree->addNodesAbove(tagIds, true, false, parentOf(nodeId), nodeId);
+    });
 }
 
 bool RecordEdits::removeNodes(const QVector<qint64> &nodeIds)
 {
-    return m_host.isDataCurrent() && runRemoval(RemovalPlans::subtrees(m_records.nodes().map(), nodeIds));
+    return runRemoval(nodeIds, [&] { return RemovalPlans::subtrees(m_records.nodes().map(), nodeIds); });
 }
 
 bool RecordEdits::removeNodesKeepingChildren(const QVector<qint64> &nodeIds)
 {
-    return m_host.isDataCurrent() &&
-           runRemoval(RemovalPlans::keepingChildren(m_records.nodes().map(), nodeIds));
+    return runRemoval(nodeIds,
+                      [&] { return RemovalPlans::keepingChildren(m_records.nodes().map(), nodeIds); });
 }
 
-bool RecordEdits::runRemoval(const NodeRemovalPlan &plan)
+bool RecordEdits::runRemoval(const QVector<qint64> &nodeIds, const std::function<NodeRemovalPlan()> &makePlan)
 {
-    if (plan.isEmpty())
-        return true;
-    NodeRemover remover(m_constructor, *m_providers.browsTree);
-    m_host.connectErrors(&remover);
-    if (!remover.run(plan))
-        return false;
-    tellRemoval(plan);
-    m_host.refreshModificationDate();
-    return true;
+    const auto remove = [&]() -> EditResult {
+        const NodeRemovalPlan plan = makePlan();
+        if (!m_host.mayTouch(baseOf(plan)))
+            return {};
+        NodeRemover remover(m_constructor, *m_providers.browsTree);
+        m_host.include(&remover);
+        return {remover.run(plan), {}, [this, plan] { tellRemoval(plan); }};
+    };
+    return m_host.runEdit(PendingReloads::NodeReload, ofNodes(nodeIds), remove).isDone;
 }
 
 void RecordEdits::updateNode(qint64 nodeId, const QString &column, const QString &value)
 {
-    if (!m_providers.browsTree || !m_host.isDataCurrent())
-        return;
-    m_providers.browsTree->updateNode(nodeId, column, value);
-    m_host.refreshModificationDate();
+    if (m_providers.browsTree)
+        runEdit(PendingReloads::NodeReload, ofNodes({nodeId}),
+                [&] { return m_providers.browsTree->updateNode(nodeId, column, value); });
 }
 
 qint64 RecordEdits::addBrowsingTree(const QString &name)
 {
-    if (!m_providers.browsTree || !m_host.isNameGiven(name) || !m_host.isDataCurrent())
+    if (!m_providers.browsTree || !m_host.isNameGiven(name))
         return 0;
-    const qint64 treeId = m_providers.browsTree->addTree(name);
-    m_host.refreshModificationDate();
-    return treeId;
+    qint64 treeId = 0;
+    const auto add = [&] {
+        treeId = m_providers.browsTree->addTree(name);
+        return treeId > 0;
+    };
+    return runEdit(PendingReloads::NodeReload, {}, add) ? treeId : 0;
 }
 
 bool RecordEdits::removeBrowsingTree(qint64 treeId)
 {
-    if (!m_providers.browsTree || !m_host.isDataCurrent())
-        return false;
-    const bool isRemoved = m_providers.browsTree->removeTree(treeId);
-    m_host.refreshModificationDate();
-    return isRemoved;
+    return m_providers.browsTree && runEdit(PendingReloads::NodeReload, ofTree(treeId),
+                                            [&] { return m_providers.browsTree->removeTree(treeId); });
 }
 
 bool RecordEdits::renameBrowsingTree(qint64 treeId, const QString &name)
 {
-    if (!m_providers.browsTree || !m_host.isNameGiven(name) || !m_host.isDataCurrent())
-        return false;
-    const bool isRenamed = m_providers.browsTree->updateTree(treeId, QStringLiteral("tree_name"), name);
-    m_host.refreshModificationDate();
-    return isRenamed;
+    return m_providers.browsTree && m_host.isNameGiven(name) &&
+           runEdit(PendingReloads::NodeReload, ofTree(treeId), [&] {
+               return m_providers.browsTree->updateTree(treeId, QStringLiteral("tree_name"), name);
+           });
 }
 
 void RecordEdits::addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
 {
-    if (!m_providers.relationTree || !m_host.isDataCurrent())
+    if (!m_providers.relationTree)
         return;
     const QString prefix = parentPath.isEmpty() ? QString() : parentPath + QLatin1Char('.');
-    QVector<qint64> fresh;
-    // One path that is there already would fail the insert of all.
-    for (const qint64 tagId : tagIds) {
-        if (!m_records.relations().contains(prefix + QString::number(tagId)))
-            fresh.append(tagId);
-    }
-    m_providers.relationTree->addPaths(parentPath, fresh);
-    m_host.refreshModificationDate();
+    EditBase base = ofTags(tagIds + tagsOf(parentPath));
+    if (!parentPath.isEmpty())
+        base.relations = QStringList{parentPath};
+    for (const qint64 tagId : tagIds)
+        base.relations.append(prefix + QString::number(tagId));
+    runEdit(PendingReloads::NodeReload, base, [&] {
+        QVector<qint64> fresh;
+        // One path that is there already would fail the insert of all.
+        for (const qint64 tagId : tagIds) {
+            if (!m_records.relations().contains(prefix + QString::number(tagId)))
+                fresh.append(tagId);
+        }
+        return m_providers.relationTree->addPaths(parentPath, fresh);
+    });
 }
 
 void RecordEdits::removeRelations(const QStringList &paths)
 {
-    if (!m_providers.relationTree || !m_host.isDataCurrent())
+    if (!m_providers.relationTree)
         return;
-    m_providers.relationTree->removePaths(m_records.relations().withDescendants(paths));
-    m_host.refreshModificationDate();
+    EditBase base;
+    base.relations = paths;
+    runEdit(PendingReloads::NodeReload, base, [&] {
+        EditBase below;
+        below.relations = m_records.relations().withDescendants(paths);
+        return m_host.mayTouch(below) && m_providers.relationTree->removePaths(below.relations);
+    });
 }
 
 void RecordEdits::tellRemoval(const NodeRemovalPlan &plan)

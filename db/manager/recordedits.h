@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/providers/foreignchanges.h"
+#include "db/manager/editresult.h"
 #include "db/manager/providers.h"
 
 #include <QMap>
@@ -20,19 +22,19 @@ class RecordEditsHost
 public:
     virtual ~RecordEditsHost() = default;
 
-    /** Whether the records are those of the database, so that an edit may go ahead. */
-    virtual bool isDataCurrent() = 0;
     /** Both are false after a word to the user. */
     virtual bool isNameGiven(const QString &name) = 0;
     virtual bool isStorable(const QString &text) = 0;
-    /** Runs an edit that gives the ids to be read again when that was refused, none for a failure. */
-    virtual QVector<qint64> runEdit(int reload, const std::function<QVector<qint64>()> &edit) = 0;
-    /** Runs a load; when the database was busy its ids are kept for another try. */
-    virtual void loadOrKeep(int kind, const QVector<qint64> &ids, const std::function<void()> &load) = 0;
+    /**
+     * Runs an edit when the records that it rests on are those of the database, as one transaction where
+     * others write too; then it may run twice. The news go out when it is through.
+     */
+    virtual EditResult runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit) = 0;
+    /** Within an edit: whether it may go on, as it turns out to rest on this, too. */
+    virtual bool mayTouch(const EditBase &base) = 0;
+    /** Within an edit: a provider of its own takes part. */
+    virtual void include(BaseDBProvider *provider) = 0;
     virtual void reloadNodes(const QVector<qint64> &nodeIds) = 0;
-    virtual void connectErrors(BaseDBProvider *provider) = 0;
-    /** After each edit. */
-    virtual void refreshModificationDate() = 0;
 };
 
 /**
@@ -60,8 +62,8 @@ public:
 
     qint64 addNodeBelow(qint64 tagId, qint64 parentId);
     qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
-    void addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
-    void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
+    qint64 addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
+    qint64 addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
     bool removeNodes(const QVector<qint64> &nodeIds);
     bool removeNodesKeepingChildren(const QVector<qint64> &nodeIds);
     void updateNode(qint64 nodeId, const QString &column, const QString &value);
@@ -74,12 +76,15 @@ public:
     void removeRelations(const QStringList &paths);
 
 private:
+    bool runEdit(int reload, const EditBase &base, const std::function<bool()> &edit);
     void updateTag(qint64 tagId, const QString &column, const QString &value);
     /** A new tag and what links it, in one transaction; news of the linked ids follow. */
-    qint64 addTagWith(const QString &name, BaseDBProvider &linker, int reload,
+    qint64 addTagWith(const QString &name, BaseDBProvider &linker, int reload, const EditBase &base,
                       const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link);
     qint64 parentOf(qint64 nodeId) const;
-    bool runRemoval(const NodeRemovalPlan &plan);
+    qint64 addNodes(const QVector<qint64> &tagIds, const QVector<qint64> &nodeIds,
+                    const std::function<QVector<qint64>()> &add);
+    bool runRemoval(const QVector<qint64> &nodeIds, const std::function<NodeRemovalPlan()> &makePlan);
     void tellRemoval(const NodeRemovalPlan &plan);
 
     RecordEditsHost &m_host;

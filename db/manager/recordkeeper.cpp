@@ -11,6 +11,29 @@
 #include "db/caches/discardedfiles.h"
 #include "db/manager/providers.h"
 
+#include <QTimer>
+
+#include <utility>
+
+namespace {
+/** More of them do not come in the middle of an edit. */
+constexpr int mostHeld = 1000;
+} // namespace
+
+RecordKeeper::~RecordKeeper()
+{
+    qDeleteAll(m_discarded);
+}
+
+template <class List>
+void RecordKeeper::discard(const List &records)
+{
+    if (m_discarded.isEmpty() && !records.isEmpty())
+        QTimer::singleShot(0, this, [this] { qDeleteAll(std::exchange(m_discarded, {})); });
+    for (QObject *record : records)
+        m_discarded.append(record);
+}
+
 void RecordKeeper::follow(const DatabaseProviders &providers)
 {
     const TagsProvider *tags = providers.tags;
@@ -113,7 +136,7 @@ void RecordKeeper::gotTagsRemoved(bool ok, const QVector<qint64> &tagIds)
         return;
     const TableData removed = m_tags.take(tagIds);
     emit tagsRemoved(tagIds);
-    qDeleteAll(removed);
+    discard(removed);
 }
 
 void RecordKeeper::gotAllGroups(bool ok, const TableData &rows)
@@ -176,7 +199,7 @@ void RecordKeeper::gotRemovesBrowsNodes(const QVector<qint64> &nodeIds)
     const NodeCache::Removal removal = m_nodes.take(nodeIds);
     if (!removal.orphaned.isEmpty())
         emit addedBrowsingNodes(removal.orphaned);
-    qDeleteAll(removal.removed);
+    discard(removal.removed);
 }
 
 void RecordKeeper::gotUpdatedBrowsNode(qlonglong nodeId, const QString &column, const QString &value)
@@ -223,7 +246,10 @@ void RecordKeeper::gotFilesRemoved(const QVector<qint64> &fileIds)
 {
     const QList<File *> removed = m_files.take(fileIds);
     emit filesRemoved(fileIds);
-    DiscardedFiles::add(removed);
+    if (removed.size() > mostHeld)
+        DiscardedFiles::add(removed);
+    else
+        discard(removed);
 }
 
 void RecordKeeper::gotAllRelationNodes(bool ok, const TableData &rows)
@@ -255,7 +281,7 @@ void RecordKeeper::gotRelationNodesAdded(bool ok, const QStringList &paths)
 void RecordKeeper::gotRelationNodesRemoved(bool ok, const QStringList &paths)
 {
     if (ok)
-        qDeleteAll(m_relations.take(paths));
+        discard(m_relations.take(paths));
 }
 
 void RecordKeeper::gotFoundFileIds(const QVector<qint64> &fileIds)

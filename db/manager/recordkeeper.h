@@ -26,6 +26,7 @@ class RecordKeeper : public QObject
     Q_OBJECT
 
 public:
+    ~RecordKeeper() override;
     /** Listens to the providers of records. */
     void follow(const DatabaseProviders &providers);
 
@@ -100,10 +101,15 @@ signals:
     void addedRelatshipsNodes(const Vector<QPair<QString, TRnode *>> &nodes);
 
 private:
+    /** What is removed while somebody edits may be in his hands still. */
+    template <class List>
+    void discard(const List &records);
+
     TagCache m_tags;
     GroupCache m_groups;
     NodeCache m_nodes;
     RelationCache m_relations;
     FileCache m_files;
+    QVector<QObject *> m_discarded; ///< until the event loop turns
     LoadState m_loadState;
 };

@@ -308,7 +308,7 @@ void SQLiteDBManager::warn(const QString &text)
 bool SQLiteDBManager::autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds,
                                     bool notifyDuplicates, qint64 requestId)
 {
-    if (!providers().fileOperation || !mayRequest())
+    if (!providers().fileOperation || !mayRequest({}))
         return false;
     providers().fileOperation->autoLinkFiles(paths, tagIds, notifyDuplicates, requestId);
     return true;

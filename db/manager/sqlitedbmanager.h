@@ -50,7 +50,7 @@ protected:
     void readReadOnlyState() override;
     /** In a transaction, so that all records belong to one state, and nobody locks the file half-way. */
     bool beginReading() override;
-    bool mayRequest() override { return isReadyForEdits(); }
+    bool mayRequest(const EditBase & /*base*/) override { return isReadyForEdits(); }
     void endReading() override;
 
 private:

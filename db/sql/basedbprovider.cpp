@@ -85,7 +85,8 @@ bool BaseDBProvider::runSync(const QString &query, const QString &connectionName
 bool BaseDBProvider::runEdit(const QString &query)
 {
     // On a server it would be two more round trips.
-    if (m_isInTransaction || m_hasJoined || openConnection(QString()).driverName() != Constants::sqliteDriver)
+    if (m_isInTransaction || m_joinDepth > 0 ||
+        openConnection(QString()).driverName() != Constants::sqliteDriver)
         return runSync(query);
     Transaction transaction(*this);
     return transaction.isActive() && runSync(query) && transaction.commit();
@@ -195,7 +196,7 @@ bool BaseDBProvider::runSyncInSlices(const QString &query, int sliceRows, const 
                                      const SliceKey &key)
 {
     const QSqlDatabase database = openConnection(QString());
-    if (!QueryRunner::isConnectionAlive(database)) {
+    if (!database.isOpen()) {
         loseConnection();
         return false;
     }
@@ -212,7 +213,7 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
                                    const SliceTaker &take)
 {
     const QSqlDatabase database = openConnection(QString());
-    if (!QueryRunner::isConnectionAlive(database)) {
+    if (!database.isOpen()) {
         loseConnection();
         return false;
     }
@@ -249,7 +250,7 @@ bool BaseDBProvider::reportError(const QSqlDatabase &database, const QSqlQuery &
 
 bool BaseDBProvider::beginTransaction(const QString &connectionName)
 {
-    if (m_hasJoined)
+    if (m_joinDepth > 0)
         return true;
     QSqlDatabase database = openConnection(connectionName);
     m_savepointLost = false;
@@ -291,7 +292,7 @@ void BaseDBProvider::waitForCommitOnly(const QSqlDatabase &database)
 
 bool BaseDBProvider::commitTransaction(const QString &connectionName)
 {
-    if (m_hasJoined)
+    if (m_joinDepth > 0)
         return true;
     QSqlDatabase database = openConnection(connectionName);
     // The driver of SQLite keeps the number of a failed commit to itself, and with it that the disk is full
@@ -318,7 +319,7 @@ bool BaseDBProvider::commitTransaction(const QString &connectionName)
 
 bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
 {
-    if (m_hasJoined)
+    if (m_joinDepth > 0)
         return true;
     // Silent: it follows a failure that was told already, and the back-end may have rolled back by itself.
     QSqlDatabase database = openConnection(connectionName);
@@ -334,12 +335,12 @@ bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
 
 void BaseDBProvider::joinTransaction()
 {
-    m_hasJoined = true;
+    ++m_joinDepth;
 }
 
 void BaseDBProvider::leaveTransaction(bool isCommitted)
 {
-    m_hasJoined = false;
+    --m_joinDepth;
     if (!isCommitted)
         m_news.clear();
 }
@@ -353,7 +354,7 @@ void BaseDBProvider::tellNews()
 
 void BaseDBProvider::announce(const std::function<void()> &news)
 {
-    if (m_hasJoined)
+    if (m_joinDepth > 0)
         m_news.append(news);
     else
         news();

@@ -90,6 +90,7 @@ public:
     /**
      * From here on the provider takes part in a transaction of another one on the default connection: begin
      * and commit are left to that one, and news wait. They are dropped in the end unless it was committed.
+     * Such transactions may stand inside each other: the outermost one counts.
      */
     void joinTransaction();
     void leaveTransaction(bool isCommitted);
@@ -144,6 +145,8 @@ protected:
     void forgetLostConnection() { m_connectionLost = false; }
     /** For a begin of another kind: no savepoint is lost in a new transaction. */
     void forgetLostSavepoint() { m_savepointLost = false; }
+    /** True, and told, when the statement has failed. */
+    bool reportError(const QSqlDatabase &database, const QSqlQuery &statement);
     /** Passes a runner's two error signals on as the provider's own. */
     void forwardErrors(const QueryRunner &runner);
     /** To be called once a local database is locked for writing: from there on nothing waits until the end.
@@ -153,7 +156,6 @@ protected:
 private:
     bool beginWriting(QSqlDatabase &database);
     bool executeForwardOnly(QSqlQuery &statement, const QString &query);
-    bool reportError(const QSqlDatabase &database, const QSqlQuery &statement);
     bool runOnSavepoint(const QString &statement);
     void tellError(const QSqlError &error);
     /** The same, or that the connection is lost, after a failure on it. */
@@ -165,7 +167,7 @@ private:
     QHash<QString, QHash<QString, QSqlQuery>> m_prepared;
     QSqlError m_lastError;
     QVector<std::function<void()>> m_news;
-    bool m_hasJoined = false;
+    int m_joinDepth = 0;            ///< of transactions around each other that it takes part in
     bool m_isInTransaction = false; ///< one that this provider began on a local database
     bool m_savepointLost = false;
     bool m_connectionLost = false;

@@ -25,13 +25,6 @@ constexpr int windowLockMilliseconds = 3000;
 constexpr int driversBusyMilliseconds = 5000;
 constexpr int shortestWait = 50;
 
-/** What this run of the program is called in its change stamps. */
-QString clientName()
-{
-    static const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    return name;
-}
-
 int lockMilliseconds(const QString &connectionName)
 {
     return connectionName == Constants::workerConnection ? 0 : windowLockMilliseconds;
@@ -45,7 +38,7 @@ void distrustSchema(const QSqlDatabase &database)
 
 QString optionsOnServer(const QString &connectionName)
 {
-    return serverOptions.arg(QString::number(lockMilliseconds(connectionName)), clientName());
+    return serverOptions.arg(QString::number(lockMilliseconds(connectionName)), Connections::clientName());
 }
 
 /**
@@ -60,8 +53,8 @@ QSqlError setUpSession(const QSqlDatabase &database)
         QStringLiteral("SELECT current_setting('standard_conforming_strings'), "
                        "set_config('search_path', 'public', false), "
                        "set_config('lock_timeout', '%1', false), set_config('vorna.client', '%2', false);");
-    if (!query.exec(
-            statement.arg(QString::number(lockMilliseconds(database.connectionName())), clientName())) ||
+    if (!query.exec(statement.arg(QString::number(lockMilliseconds(database.connectionName())),
+                                  Connections::clientName())) ||
         !query.next())
         return query.lastError();
     // Too late for this one, as the driver has looked by then.
@@ -77,6 +70,12 @@ namespace Connections {
 QString mainName()
 {
     return QLatin1String(QSqlDatabase::defaultConnection);
+}
+
+QString clientName()
+{
+    static const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    return name;
 }
 
 QString driverOf(int type)

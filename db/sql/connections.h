@@ -12,6 +12,9 @@ namespace Connections {
 /** The name of the connection on which the window's statements run. */
 QString mainName();
 
+/** What this run of the program is called in the change stamps of servers. */
+QString clientName();
+
 /** The driver of a kind of database: 1 a local one, 2 one on a server; empty for any other. */
 QString driverOf(int type);
 /** The kind of database that a driver opens. */

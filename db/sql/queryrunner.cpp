@@ -109,7 +109,7 @@ bool QueryRunner::runBlobOn(const QString &connectionName, const QString &query,
 
 bool QueryRunner::checkConnection(const QSqlDatabase &database)
 {
-    if (isConnectionAlive(database))
+    if (database.isValid() && database.isOpen())
         return true;
     emit connectionError();
     return false;

@@ -11,9 +11,9 @@ class QSqlQuery;
 
 /**
  * Runs one statement at a time on a named connection, in the thread of its caller, which must be the thread
- * that opened the connection. A runner may live on the stack. Before each statement the connection is
- * checked; when it is down, connectionError() is the only signal. When it goes down under the statement,
- * connectionError() takes the place of the error. Queries run forward-only.
+ * that opened the connection. A runner may live on the stack. When a connection is not open, or turns out to
+ * be lost by a statement that fails, connectionError() takes the place of the error: to ask each time before
+ * would double the round trips to a server. Queries run forward-only.
  */
 class QueryRunner : public QObject
 {

@@ -31,6 +31,7 @@ public:
     void remove(qint64 fileId);
     void remove(const QVector<qint64> &fileIds);
     bool contains(qint64 fileId) const { return m_images.contains(fileId); }
+    QList<qint64> heldFiles() const { return m_images.keys(); }
     /** Takes over the size from the settings, dropping at once what is too much. */
     void readSettings();
     /** However small its size, it holds as many as are shown at once. */

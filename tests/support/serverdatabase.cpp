@@ -135,6 +135,23 @@ ServerDatabase::~ServerDatabase()
         remove(m_name);
 }
 
+bool ServerDatabase::dropJournal(bool areStampsNamed)
+{
+    return owner().run(
+        "SET client_min_messages=error; DO $$ DECLARE note regprocedure; BEGIN FOR note IN SELECT oid FROM "
+        "pg_proc WHERE proname ~ '^(note|stamp)_' AND pronamespace='public'::regnamespace LOOP "
+        "EXECUTE 'DROP FUNCTION '||note||' CASCADE'; END LOOP; END $$; "
+        "DROP TABLE change_journal, change_commits; %1; "
+        "CREATE FUNCTION stamp() RETURNS trigger LANGUAGE plpgsql SECURITY DEFINER AS 'BEGIN "
+        "INSERT INTO public.tables_modification_date SELECT greatest(date_trunc(''milliseconds'', "
+        "clock_timestamp() AT TIME ZONE ''UTC''), max(last_date) + interval ''1 millisecond'') %2 "
+        "FROM public.tables_modification_date; RETURN NULL; END'; "
+        "CREATE TRIGGER stamp AFTER INSERT OR UPDATE OR DELETE ON tags FOR EACH STATEMENT "
+        "EXECUTE FUNCTION stamp(); UPDATE tags SET tag_id=tag_id"_s.arg(
+            areStampsNamed ? "SELECT 1"_s : "ALTER TABLE tables_modification_date DROP COLUMN client"_s,
+            areStampsNamed ? ", current_setting(''vorna.client'', true)"_s : QString()));
+}
+
 ServerConnection &ServerDatabase::owner()
 {
     m_isOwnerUsed = true;
@@ -144,7 +161,8 @@ ServerConnection &ServerDatabase::owner()
 /** Takes back what a writer can do: rows and keys. The stamps stay, as time goes on. */
 bool ServerDatabase::restore()
 {
-    const QString kept = "('tables_modification_date','vorna_version','scheme_version')"_s;
+    const QString kept = "('tables_modification_date','change_journal','change_commits','vorna_version',"
+                         "'scheme_version')"_s;
     const QString deletions = m_owner->value(
         "SELECT string_agg('DELETE FROM '||tablename,';') FROM pg_tables WHERE schemaname='public' AND "
         "tablename NOT IN "_s +
@@ -172,13 +190,13 @@ void ServerDatabase::remove(const QString &name)
         runOnServer("DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(name));
 }
 
-int ServerDatabase::runScript(const QString &name, QString *output)
+int ServerDatabase::runScript(const QString &name, QString *output, const QString &script)
 {
     const DBDetails server = maintenance();
     QProcess psql;
     psql.setProcessChannelMode(QProcess::MergedChannels);
     psql.start("psql"_s, {"-X"_s, "-h"_s, server.host(), "-p"_s, QString::number(server.port()), "-U"_s,
-                          server.user(), "-d"_s, name, "-f"_s, QStringLiteral(VORNA_SERVER_SCRIPT)});
+                          server.user(), "-d"_s, name, "-f"_s, script});
     const bool hasEnded = psql.waitForFinished();
     if (output)
         *output = QString::fromUtf8(psql.readAll());

@@ -38,7 +38,8 @@ public:
     static bool create(const QString &name, const QString &options = QString());
     static void remove(const QString &name);
     /** Runs the set-up script by psql; its exit code and, into `output`, what it said. */
-    static int runScript(const QString &name, QString *output = nullptr);
+    static int runScript(const QString &name, QString *output = nullptr,
+                         const QString &script = QStringLiteral(VORNA_SERVER_SCRIPT));
 
     static DBDetails detailsFor(const QString &name, const QString &user);
     DBDetails details() const override { return detailsFor(m_name, writer); }
@@ -60,6 +61,9 @@ public:
      * was asked for is not used again.
      */
     ServerConnection &owner();
+
+    /** Makes it one of a server that stamps changes of tags alone and keeps no journal. */
+    bool dropJournal(bool areStampsNamed);
 
     static const QString writer;
     static const QString reader;
