@@ -285,7 +285,7 @@ private slots:
         Sql::run("INSERT INTO tb_nodes VALUES (1,1,0,0),(2,2,0,0),(3,3,0,0)"_s);
         Sql::run("INSERT INTO tb_node_links VALUES (0,1),(1,2),(2,3)"_s);
         Sql::run("INSERT INTO tag_relationships VALUES ('1'),('1.2'),('1.2.3')"_s);
-        const QString text = "replace(hex(zeroblob(150000)),'0','q')"_s;
+        const QString text = ExportFixture::longText();
         m_fixture->database.addFiles(6);
         Sql::run("DELETE FROM files WHERE file_id<5"_s);
         Sql::run("UPDATE files SET internal=1, file_size=6, storage_id=file_id WHERE file_id>4"_s);
@@ -295,13 +295,7 @@ private slots:
                      ? "UPDATE storage SET data=CAST(%1 AS BLOB) WHERE storage_id=5"_s.arg(text)
                  : table == "tags"_s ? "UPDATE tags SET tag_description=%1 WHERE tag_id=2"_s.arg(text)
                                      : "UPDATE tag_groups SET name=%1 WHERE tag_group_id=7"_s.arg(text));
-        // A page of the long text leads to none that there is.
-        const int pageSize = Sql::value("PRAGMA page_size").toInt();
-        QFile file(m_fixture->database.path());
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        const int place = file.readAll().indexOf(QByteArray(pageSize - 4, 'q')) - 4;
-        QVERIFY(place > 0 && place % pageSize == 0 && file.seek(place) && file.write("\x7f\1\1\1") == 4);
-        file.close();
+        QVERIFY(m_fixture->spoil());
         ExportRequest request = m_fixture->requestOf("SELECT file_id FROM files");
         request.tagIds = {1, 2, 3};
         request.exportTagGroups = true;

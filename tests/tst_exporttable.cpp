@@ -80,6 +80,34 @@ private slots:
                  compact(expected));
     }
 
+    void linesThatCannotBeReadStayBehind_data()
+    {
+        addColumns<QString, QStringList>("damaged", "left");
+        addRow("description", "UPDATE files SET file_description=%1 WHERE file_id=2"_s, QStringList("f2"_s));
+        addRow("path", "UPDATE file_paths SET path=%1 WHERE path_id=2"_s, QStringList("f2 (c2)"_s));
+        addRow("name of a tag", "UPDATE tags SET tag_name=%1 WHERE tag_id=1"_s,
+               QStringList{"f600 (c600)"_s, "f601 (c601)"_s});
+    }
+
+    void linesThatCannotBeReadStayBehind()
+    {
+        QFETCH(QString, damaged);
+        QFETCH(QStringList, left);
+        m_fixture->database.addFiles(1200);
+        m_fixture->database.addTags(2);
+        Sql::run("INSERT INTO file_tag VALUES (1,2),(600,1),(601,1),(601,2)"_s);
+        Sql::run("INSERT OR REPLACE INTO file_paths VALUES (2,'/b','b')"_s);
+        QVERIFY(Sql::run(damaged.arg(ExportFixture::longText())));
+        QVERIFY(m_fixture->spoil());
+        const ExportRequest request = m_fixture->requestOf("SELECT file_id FROM files", "out.csv"_s);
+        QVERIFY(m_fixture->run(request));
+        const QString told = "Not exported: %1. Their pages in the database file are damaged:\n%2"_s.arg(
+            QString::number(left.size()), left.join(QLatin1Char('\n')));
+        QVERIFY2(m_fixture->words.value(0).contains(told), qPrintable(m_fixture->words.value(0)));
+        const QList<QByteArray> lines = TestFolder::read(request.path).split('\n');
+        QCOMPARE(lines.size(), 1202 - left.size());
+    }
+
     void lastLinesMeetTheFullDiskToo()
     {
         const QString folder = QString::fromLocal8Bit(qgetenv("VORNA_SMALL_DISK"));

@@ -3,6 +3,7 @@
 #include "core/records/filekind.h"
 #include "db/sql/statementbreak.h"
 #include "fileops/exchange/caughterror.h"
+#include "fileops/exporting/spoiltrows.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
@@ -92,16 +93,43 @@ bool CsvExporter::writeHeader()
     const StatementBreak statementBreak(QSqlDatabase::database(m_worker.connectionName(), false),
                                         [this] { return m_worker.shouldEnd(); });
     qint64 mostTags = 0;
-    if (!m_statements.readNumber(QStringLiteral("SELECT ifnull(max(count), 0) FROM (SELECT count(*) AS count "
-                                                "FROM main.file_tag NATURAL JOIN main.tags WHERE file_id IN "
-                                                "(SELECT id FROM temp.mem_export_files) GROUP BY file_id);"),
-                                 mostTags))
-        return fail();
-    return write(QStringLiteral("Name,Description,Addition Date,Modification Date,Size,Storage,ID code") +
+    return countTags(mostTags) &&
+           write(QStringLiteral("Name,Description,Addition Date,Modification Date,Size,Storage,ID code") +
                  QStringLiteral(",Tag").repeated(int(mostTags)) + QLatin1Char('\n'));
 }
 
+bool CsvExporter::countTags(qint64 &most)
+{
+    if (m_statements.readNumber(QStringLiteral("SELECT ifnull(max(count), 0) FROM (SELECT count(*) AS count "
+                                               "FROM main.file_tag NATURAL JOIN main.tags WHERE file_id IN "
+                                               "(SELECT id FROM temp.mem_export_files) GROUP BY file_id);"),
+                                most))
+        return true;
+    if (!SpoiltRows::wereMet(m_statements))
+        return fail();
+    // Of those that can be read; the others get no line.
+    const QString ofOne = QStringLiteral("SELECT count(*) FROM temp.mem_export_files AS ids "
+                                         "JOIN main.file_tag ON file_id=ids.id NATURAL JOIN main.tags "
+                                         "WHERE ids.place=?;");
+    for (qint64 place = 1; place <= m_request.fileIds.size(); ++place) {
+        qint64 count = 0;
+        if (!m_statements.readNumber(ofOne, count, {place}) && !SpoiltRows::wereMet(m_statements))
+            return fail();
+        most = qMax(most, count);
+    }
+    return true;
+}
+
 bool CsvExporter::writeLines(qint64 first, qint64 &last)
+{
+    const qint64 end = first + linesAtOnce - 1;
+    QString text;
+    const bool isDone = readLines(first, end, last, text) ||
+                        (SpoiltRows::wereMet(m_statements) ? readSoundLines(first, end, last, text) : fail());
+    return isDone && write(text);
+}
+
+bool CsvExporter::readLines(qint64 first, qint64 end, qint64 &last, QString &text)
 {
     TableData rows;
     const QString select = QStringLiteral("SELECT ids.place, file_id, file_name, file_description, "
@@ -110,12 +138,13 @@ bool CsvExporter::writeLines(qint64 first, qint64 &last)
                                           "LEFT JOIN main.files ON file_id=ids.id "
                                           "LEFT JOIN main.file_paths ON internal=0 AND path_id=storage_id "
                                           "WHERE ids.place BETWEEN ? AND ? ORDER BY ids.place;");
-    if (!m_statements.read(select, rows, {first, first + linesAtOnce - 1}))
-        return fail();
+    if (!m_statements.read(select, rows, {first, end}))
+        return false;
     last = rows.isEmpty() ? first - 1 : rows.constLast()->at(0).toLongLong();
-    QString text;
     const bool areTagsRead = rows.isEmpty() || readTags(first, last);
     for (const TableRowData *row : qAsConst(rows)) {
+        if (!areTagsRead)
+            break;
         if (row->at(1).isNull()) {
             ++m_summary.filesGone;
         } else {
@@ -124,7 +153,33 @@ bool CsvExporter::writeLines(qint64 first, qint64 &last)
         }
     }
     freeRows(rows);
-    return areTagsRead && write(text);
+    return areTagsRead;
+}
+
+/** One by one, so that what cannot be read stays behind alone. */
+bool CsvExporter::readSoundLines(qint64 first, qint64 end, qint64 &last, QString &text)
+{
+    last = first - 1;
+    while (last < end && !m_worker.shouldEnd()) {
+        const qint64 place = last + 1;
+        qint64 reached = place;
+        if (!readLines(place, place, reached, text) && (!SpoiltRows::wereMet(m_statements) || !skip(place)))
+            return fail();
+        if (reached < place)
+            return true;
+        last = place;
+    }
+    return !m_worker.shouldEnd();
+}
+
+bool CsvExporter::skip(qint64 place)
+{
+    qint64 fileId = 0;
+    if (!m_statements.readNumber(QStringLiteral("SELECT id FROM temp.mem_export_files WHERE place=?;"),
+                                 fileId, {place}))
+        return false;
+    SpoiltRows::skipFile(m_statements, m_summary, fileId);
+    return true;
 }
 
 bool CsvExporter::readTags(qint64 first, qint64 last)
@@ -135,7 +190,7 @@ bool CsvExporter::readTags(qint64 first, qint64 last)
                                           "JOIN main.file_tag ON file_id=ids.id NATURAL JOIN main.tags "
                                           "WHERE ids.place BETWEEN ? AND ? ORDER BY ids.place, tag_id;");
     if (!m_statements.read(select, rows, {first, last}))
-        return fail();
+        return false;
     for (const TableRowData *row : qAsConst(rows))
         m_tags[row->at(0).toLongLong()].append(row->at(1).toString());
     freeRows(rows);

@@ -27,8 +27,12 @@ public:
 private:
     bool exportAll();
     bool writeHeader();
+    bool countTags(qint64 &most);
     bool writeAllLines();
     bool writeLines(qint64 first, qint64 &last);
+    bool readLines(qint64 first, qint64 end, qint64 &last, QString &text);
+    bool readSoundLines(qint64 first, qint64 end, qint64 &last, QString &text);
+    bool skip(qint64 place);
     bool readTags(qint64 first, qint64 last);
     QString line(const TableRowData &row);
     QString field(const QString &text);

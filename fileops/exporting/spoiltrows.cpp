@@ -63,7 +63,8 @@ bool SpoiltRows::findTags(const IdTable &tags)
         if (!m_tags.add({id}))
             return false;
         skip(FileOperationWorker::tr("The tag \"%1\"")
-                 .arg(nameOf(QStringLiteral("SELECT tag_name FROM main.tags WHERE tag_id=?;"), id)));
+                 .arg(nameOf(m_statements, {QStringLiteral("SELECT tag_name FROM main.tags WHERE tag_id=?;")},
+                             id)));
     }
     return true;
 }
@@ -78,9 +79,10 @@ bool SpoiltRows::findGroups()
         if (!m_groups.add({id}))
             return false;
         skip(FileOperationWorker::tr("The tag group \"%1\"")
-                 .arg(nameOf(
-                     QStringLiteral("SELECT substr(name, 1, 100) FROM main.tag_groups WHERE tag_group_id=?;"),
-                     id)));
+                 .arg(nameOf(m_statements,
+                             {QStringLiteral(
+                                 "SELECT substr(name, 1, 100) FROM main.tag_groups WHERE tag_group_id=?;")},
+                             id)));
     }
     return true;
 }
@@ -99,8 +101,8 @@ bool SpoiltRows::findFiles(const ExportRequest &request, const IdTable &files)
                               {id}))
             return false;
         ++m_files;
-        skip(nameOf(QStringLiteral("SELECT file_name||' ('||id_code||')' FROM main.files WHERE file_id=?;"),
-                    id));
+        ++m_found;
+        skipFile(m_statements, m_summary, id);
     }
     return true;
 }
@@ -119,26 +121,48 @@ QVector<qint64> SpoiltRows::idsOf(const QString &statement)
 bool SpoiltRows::isSound(const QStringList &statements, qint64 id)
 {
     for (const QString &statement : statements) {
-        if (!m_statements.run(statement, {id}) &&
-            SqliteErrors::isOneOf(m_statements.error(), {SQLITE_CORRUPT}))
+        if (!m_statements.run(statement, {id}) && wereMet(m_statements))
             return false;
     }
     return true;
 }
 
-QString SpoiltRows::nameOf(const QString &statement, qint64 id)
+bool SpoiltRows::wereMet(const QuietStatements &statements)
 {
-    TableData table;
-    // It may be what cannot be read.
-    const bool isRead = m_statements.read(statement, table, {id}) && !table.isEmpty();
-    const QString name = isRead ? table.constFirst()->at(0).toString() : QString::number(id);
-    freeRows(table);
-    return name;
+    return SqliteErrors::isOneOf(statements.error(), {SQLITE_CORRUPT});
+}
+
+void SpoiltRows::skipFile(QuietStatements &statements, ExportSummary &summary, qint64 fileId)
+{
+    // The code stands behind the description, which may be what cannot be read.
+    note(summary,
+         nameOf(statements,
+                {QStringLiteral("SELECT file_name||' ('||id_code||')' FROM main.files WHERE file_id=?;"),
+                 QStringLiteral("SELECT file_name FROM main.files WHERE file_id=?;")},
+                fileId));
+}
+
+QString SpoiltRows::nameOf(QuietStatements &statements, const QStringList &texts, qint64 id)
+{
+    for (const QString &text : texts) {
+        TableData table;
+        const bool isRead = statements.read(text, table, {id}) && !table.isEmpty();
+        const QString name = isRead ? table.constFirst()->at(0).toString() : QString();
+        freeRows(table);
+        if (isRead)
+            return name;
+    }
+    return QString::number(id);
 }
 
 void SpoiltRows::skip(const QString &name)
 {
-    qDebug() << "Error copying across file. *** " << name;
     ++m_found;
-    m_summary.skipped[FileOperationWorker::tr("Their pages in the database file are damaged:")].append(name);
+    note(m_summary, name);
+}
+
+void SpoiltRows::note(ExportSummary &summary, const QString &name)
+{
+    qDebug() << "Error copying across file. *** " << name;
+    summary.skipped[FileOperationWorker::tr("Their pages in the database file are damaged:")].append(name);
 }

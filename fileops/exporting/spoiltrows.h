@@ -31,6 +31,11 @@ public:
     QString groupIds() const { return QStringLiteral("(SELECT id FROM temp.%1)").arg(m_groups.name()); }
     qint64 files() const { return m_files; }
 
+    /** Whether the last of the statements failed at a spoilt page. */
+    static bool wereMet(const QuietStatements &statements);
+    /** Notes a file that stays behind, by what can still be read of it. */
+    static void skipFile(QuietStatements &statements, ExportSummary &summary, qint64 fileId);
+
 private:
     bool findTags(const IdTable &tags);
     bool findGroups();
@@ -38,7 +43,8 @@ private:
     QVector<qint64> idsOf(const QString &statement);
     /** Whether the statements all read what they are to of one id. */
     bool isSound(const QStringList &statements, qint64 id);
-    QString nameOf(const QString &statement, qint64 id);
+    static QString nameOf(QuietStatements &statements, const QStringList &texts, qint64 id);
+    static void note(ExportSummary &summary, const QString &name);
     void skip(const QString &name);
 
     FileOperationWorker &m_worker;

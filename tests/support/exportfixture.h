@@ -70,6 +70,19 @@ public:
                QTest::qWaitFor([this] { return !m_provider->isBusy() && !words.isEmpty(); });
     }
 
+    /** A text for one value, so long that it takes pages of its own; spoil() damages one of these. */
+    static QString longText() { return "replace(hex(zeroblob(150000)),'0','q')"_s; }
+    bool spoil()
+    {
+        // It leads to a page that there is none of.
+        const int pageSize = Sql::value("PRAGMA page_size").toInt();
+        QFile file(database.path());
+        if (!file.open(QIODevice::ReadWrite))
+            return false;
+        const int place = file.readAll().indexOf(QByteArray(pageSize - 4, 'q')) - 4;
+        return place > 0 && place % pageSize == 0 && file.seek(place) && file.write("\x7f\1\1\1") == 4;
+    }
+
     LocalDatabase database;
     QStringList words; ///< what was told at the end
 
