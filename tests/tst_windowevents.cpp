@@ -257,6 +257,11 @@ private slots:
         QCOMPARE(m_fixture->requests().last().caption, isShell ? "Import Shell"_s : "Import"_s);
         QCOMPARE(m_fixture->requests().last().filter, isShell ? "*.vsh"_s : "*.vrn"_s);
         QCOMPARE(m_fixture->boxes(), QStringList());
+        // A name can be typed that leads to nothing.
+        m_fixture->chooseFile(path + "x"_s);
+        (*command)->trigger();
+        QVERIFY(m_fixture->boxes().value(0).contains("\"source.vrnx\" is no file"_s));
+        m_fixture->takeBoxes();
         result = QDialog::Accepted;
         m_fixture->chooseFile(path);
         (*command)->trigger();

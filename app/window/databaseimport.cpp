@@ -25,9 +25,14 @@ void DatabaseImport::run(Collection *collection, bool isShell)
     const QString path = FileDialogs::openFile(m_window, isShell ? tr("Import Shell") : tr("Import"),
                                                WindowSettings::lastDatabaseDir(QDir::homePath()),
                                                isShell ? Constants::shellFilter : Constants::databaseFilter);
-    const QFileInfo file(path);
-    if (path.isEmpty() || !file.isFile())
+    if (path.isEmpty())
         return;
+    const QFileInfo file(path);
+    if (!file.isFile()) {
+        Messages::warning(m_window, isShell ? tr("Import Shell") : tr("Import"),
+                          tr("\"%1\" is no file, or is gone. Nothing was imported.").arg(file.fileName()));
+        return;
+    }
     WindowSettings::setLastDatabaseDir(file.absolutePath());
     choose(target, file.absoluteFilePath(), isShell);
 }

@@ -34,6 +34,7 @@ void FileImporter::copyFiles()
     do {
         m_run.stopIfEnded();
         reportProgress();
+        qDebug("addFile():  Checking for duplicates.");
         const qint64 first = last == std::numeric_limits<qint64>::min() ? last : last + 1;
         last = m_rows.choose(first, highest);
         const ChunkRows::Range range = m_rows.range();

@@ -1,6 +1,7 @@
 #include "fileops/importing/groupimporter.h"
 
 #include "db/sql/longtext.h"
+#include "fileops/importing/criticaldmerror.h"
 #include "fileops/importing/importrun.h"
 
 #include <QDebug>
@@ -55,9 +56,14 @@ void GroupImporter::mapGroups()
             QStringLiteral("INSERT INTO mem_tag_groups (old_group_id,new_group_id) VALUES (?,?)"),
             {row.number(0), known.value()});
     };
-    m_run.statements.each(
-        QStringLiteral("SELECT DISTINCT t0.tag_group_id, t0.name FROM fileSource.tag_groups AS t0 "
-                       "NATURAL JOIN fileSource.tag_group_links AS t1 "
-                       "WHERE t1.tag_id IN (SELECT old_tag_id FROM migrationDB_tags) ORDER BY 1"),
-        take);
+    try {
+        m_run.statements.each(
+            QStringLiteral("SELECT DISTINCT t0.tag_group_id, t0.name FROM fileSource.tag_groups AS t0 "
+                           "NATURAL JOIN fileSource.tag_group_links AS t1 "
+                           "WHERE t1.tag_id IN (SELECT old_tag_id FROM migrationDB_tags) ORDER BY 1"),
+            take);
+    } catch (const CriticalDMError &) {
+        qDebug("Error getting groups to add");
+        throw;
+    }
 }

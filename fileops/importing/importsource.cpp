@@ -7,6 +7,7 @@
 #include "db/sql/sqliteerrors.h"
 #include "fileops/files/regularfile.h"
 
+#include <QDebug>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -67,8 +68,10 @@ bool ImportSource::examine(const QString &openDatabase)
     if (RegularFile::isSame(m_path, openDatabase))
         return refuse(tr("This is the open database itself."));
     const Connections::Result opened = Connections::open(sourceConnection, DBDetails::local(m_path), options);
-    if (!opened.isOpen)
+    if (!opened.isOpen) {
+        qDebug("FileAddWorker: ERROR OPENING DATABASE.");
         return refuse(tr("The file cannot be opened: %1").arg(opened.error.databaseText()));
+    }
     const bool isFit = look(QSqlDatabase::database(sourceConnection, false));
     Connections::close(sourceConnection);
     return isFit;

@@ -23,12 +23,13 @@ void MetadataMerger::linkTags()
     if (!m_run.source.has({QStringLiteral("file_tag")}))
         return;
     // The links of the source are walked once; all else is found by its key.
-    m_run.report.count(
-        ImportReport::Links,
-        m_run.statements.run(QStringLiteral(
-            "INSERT OR IGNORE INTO main.file_tag (file_id,tag_id) SELECT a.new_file_id, t.new_tag_id "
-            "FROM fileSource.file_tag AS ft CROSS JOIN mem_added AS a ON a.file_id=ft.file_id "
-            "CROSS JOIN migrationDB_tags AS t ON t.old_tag_id=ft.tag_id")));
+    const int ofNewFiles = m_run.statements.run(QStringLiteral(
+        "INSERT OR IGNORE INTO main.file_tag (file_id,tag_id) SELECT a.new_file_id, t.new_tag_id "
+        "FROM fileSource.file_tag AS ft CROSS JOIN mem_added AS a ON a.file_id=ft.file_id "
+        "CROSS JOIN migrationDB_tags AS t ON t.old_tag_id=ft.tag_id"));
+    // Of all of them together: a line each would be a million.
+    qDebug() << "File has " << ofNewFiles << " tags";
+    m_run.report.count(ImportReport::Links, ofNewFiles);
     // Walked once more only when there are files on both sides.
     if (m_run.statements.number(QStringLiteral("SELECT EXISTS (SELECT 1 FROM mem_external_file_group)")) == 0)
         return;

@@ -70,7 +70,12 @@ bool SQLiteImporter::import(const QString &path, const ImportOptions &options, b
     }
     AttachedDatabase attached(m_worker, schemaName);
     if (!attached.attach(path, AttachedDatabase::ReadOnly)) {
-        refuse(source.shownName(), attached.isBusy() ? ImportSource::busyText() : attached.reason());
+        qDebug("FileAddWorker: ERROR OPENING DATABASE.");
+        emit m_worker.error(tr("There was an error when opening a connection to the database for the purpose "
+                               "of adding files.") +
+                                QLatin1String("\n\n") +
+                                (attached.isBusy() ? ImportSource::busyText() : attached.reason()),
+                            tr("Error opening connection to database"));
         return false;
     }
     ImportRun run(m_worker, source, isShell);
