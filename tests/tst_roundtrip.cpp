@@ -25,7 +25,7 @@ private slots:
     void wholeComesBack()
     {
         QFETCH(quint32, seed);
-        ExchangeLibrary(seed).fill();
+        fill(seed);
         const QString exported = exportAll(ExportRequest::Database);
         const QString target = makeEmpty();
         import(exported, target);
@@ -60,7 +60,7 @@ private slots:
     void copyStaysAsItIs()
     {
         QFETCH(quint32, seed);
-        ExchangeLibrary(seed).fill();
+        fill(seed);
         const QString target = m_database->filePath("copy.vrn"_s);
         QVERIFY(QFile::copy(m_database->path(), target));
         const QString before = dump(target);
@@ -73,7 +73,7 @@ private slots:
     void halfBecomesTheUnion()
     {
         QFETCH(quint32, seed);
-        ExchangeLibrary(seed).fill();
+        fill(seed);
         const QString exported = exportAll(ExportRequest::Database);
         const QString half =
             exportPart("half.vrn"_s, "file_id%2=0"_s, "tag_id%2=0"_s, ExportRequest::Database);
@@ -101,7 +101,7 @@ private slots:
     void shellBringsTagsBack()
     {
         QFETCH(quint32, seed);
-        ExchangeLibrary(seed).fill();
+        fill(seed);
         const QString shell = exportAll(ExportRequest::Shell);
         const QString target = m_database->filePath("copy.vrn"_s);
         QVERIFY(QFile::copy(m_database->path(), target));
@@ -129,14 +129,32 @@ private slots:
     }
 
 private:
+    static constexpr quint32 demo = 0;
+    static constexpr const char *allTables[] = {
+        "files", "file_paths", "thumbnails",      "file_tag", "storage",       "storage_info",
+        "tags",  "tag_groups", "tag_group_links", "tb_nodes", "tb_node_links", "tag_relationships"};
     // Copies count as one file, whatever their kind; addresses are told apart by their names.
     const QString content = "CASE internal WHEN 2 THEN file_name ELSE data_checksum||','||file_size END"_s;
 
     static void addSeeds()
     {
         addColumns<quint32>("seed");
+        QTest::addRow("demo") << demo;
         for (quint32 seed = 1; seed <= 3; ++seed)
             QTest::addRow("%u", seed) << seed;
+    }
+
+    static void fill(quint32 seed)
+    {
+        if (seed != demo) {
+            ExchangeLibrary(seed).fill();
+            return;
+        }
+        QVERIFY(attach(QStringLiteral(VORNA_DEMO)));
+        for (const char *table : allTables)
+            QVERIFY(Sql::run("INSERT INTO main.%1 SELECT * FROM other.%1"_s.arg(QLatin1String(table))));
+        QVERIFY(Sql::count("files"_s) > 60);
+        Sql::run("DETACH other");
     }
 
     static bool attach(const QString &path) { return Sql::run("ATTACH '%1' AS other"_s.arg(path)); }
@@ -193,9 +211,7 @@ private:
     {
         QString text;
         attach(path);
-        for (const char *table :
-             {"files", "file_paths", "thumbnails", "file_tag", "storage", "storage_info", "tags",
-              "tag_groups", "tag_group_links", "tb_nodes", "tb_node_links", "tag_relationships"})
+        for (const char *table : allTables)
             text += Sql::rows("SELECT * FROM other.%1 ORDER BY 1, 2"_s.arg(QLatin1String(table)))
                         .join(QLatin1Char('\n'));
         Sql::run("DETACH other");
