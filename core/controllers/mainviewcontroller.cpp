@@ -245,6 +245,12 @@ void MainViewController::deleteFiles(const QVector<qint64> &fileIds)
         manager()->deleteFiles(fileIds);
 }
 
+void MainViewController::deleteMissingFiles(const QVector<qint64> &fileIds)
+{
+    if (manager() && !fileIds.isEmpty() && mayEdit())
+        manager()->deleteMissingFiles(fileIds);
+}
+
 void MainViewController::transferToInternal(const QVector<qint64> &fileIds)
 {
     QVector<qint64> external;

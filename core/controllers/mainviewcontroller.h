@@ -90,6 +90,8 @@ public:
     void locateFiles(const QHash<qint64, QString> &paths);
     /** Deletes files from the database; external ones stay on the disk. */
     void deleteFiles(const QVector<qint64> &fileIds);
+    /** One that is in its place again by then stays. */
+    void deleteMissingFiles(const QVector<qint64> &fileIds);
     /** Copies the external ones of these files into the database; on the disk they stay as they are. */
     void transferToInternal(const QVector<qint64> &fileIds);
     /**

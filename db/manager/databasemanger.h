@@ -241,6 +241,8 @@ public:
     }
     bool addFilesList(const QStringList &paths) { return m_fileEdits.addFilesList(paths); }
     void deleteFiles(const QVector<qint64> &fileIds) { m_fileEdits.deleteFiles(fileIds); }
+    /** Of external files; one that is in its place again by then stays. */
+    void deleteMissingFiles(const QVector<qint64> &fileIds) { m_fileEdits.deleteFiles(fileIds, true); }
     /** Copies the contents of external files into the database. */
     void transferFiles(const QVector<qint64> &fileIds) { m_fileEdits.transferFiles(fileIds); }
     /** Copies files to a target path each, as FileOperationProvider::extractFiles() has it. */

@@ -84,12 +84,14 @@ bool FileEdits::addFilesList(const QStringList &paths)
     return true;
 }
 
-void FileEdits::deleteFiles(const QVector<qint64> &fileIds)
+void FileEdits::deleteFiles(const QVector<qint64> &fileIds, bool onlyMissing)
 {
     if (fileIds.isEmpty() || !m_host.mayRequest(ofFiles(fileIds)))
         return;
     const QVector<qint64> ids = inOrder(fileIds);
-    request([ids, codes = idCodes(ids)](FileOperationProvider &files) { files.deleteFiles(ids, codes); });
+    request([ids, codes = idCodes(ids), onlyMissing](FileOperationProvider &files) {
+        files.deleteFiles(ids, codes, onlyMissing);
+    });
 }
 
 void FileEdits::transferFiles(const QVector<qint64> &fileIds)

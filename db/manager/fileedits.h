@@ -57,7 +57,8 @@ public:
     bool addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
                   qint64 nodeId, const QHash<QString, QString> &hyperlinkDetails);
     bool addFilesList(const QStringList &paths);
-    void deleteFiles(const QVector<qint64> &fileIds);
+    /** Those that are in their places again may be spared. */
+    void deleteFiles(const QVector<qint64> &fileIds, bool onlyMissing = false);
     void transferFiles(const QVector<qint64> &fileIds);
     void extractFiles(const QVector<qint64> &fileIds, const QStringList &targetPaths,
                       const QSet<QString> &replacedPaths, const QSet<QString> &comparedPaths);

@@ -5,7 +5,11 @@
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/sqltext.h"
 #include "db/sql/transaction.h"
+#include "fileops/contents/externalpaths.h"
+#include "fileops/files/filelook.h"
 #include "fileops/worker/fileoperationworker.h"
+
+#include <QDir>
 
 namespace {
 constexpr int rowsAtOnce = 10000;
@@ -48,10 +52,26 @@ QVector<qint64> DeleteFilesOperation::removeContents()
         qint64 size = 0;
         qint64 storageId = 0;
         if (m_worker.readFileStorageInfo(fileId, internal, size, storageId, m_request.idCodes.value(i)) &&
+            !(m_request.onlyMissing && isInPlace(fileId)) &&
             removeContentsOf(fileId, internal, size, storageId))
             removed.append(fileId);
     }
     return removed;
+}
+
+bool DeleteFilesOperation::isInPlace(qint64 fileId)
+{
+    QVector<ExternalFileDetails> details;
+    QHash<qint64, QString> relativePaths;
+    // What the database does not say is not known to be missing.
+    if (!m_worker.readExternalFileDetails({fileId}, details) || details.isEmpty() ||
+        !m_worker.readRelativePaths({fileId}, relativePaths))
+        return true;
+    const Database::PathLocator locator = Database::pathLocator(m_worker.connectionName());
+    const QString relative = relativePaths.value(fileId);
+    const bool isThere = FileLook::at(details.first().path).isThere;
+    return isThere || (locator.isLocal && !relative.isEmpty() &&
+                       FileLook::at(QDir::cleanPath(Database::absolutePath(relative, locator))).isThere);
 }
 
 bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 size, qint64 storageId)

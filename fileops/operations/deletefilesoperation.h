@@ -19,6 +19,8 @@ public:
 
 private:
     QVector<qint64> removeContents();
+    /** Whether an external file is at one of its paths. */
+    bool isInPlace(qint64 fileId);
     bool removeContentsOf(qint64 fileId, int internal, qint64 size, qint64 storageId);
     bool removeRows(const QVector<qint64> &ids);
 

@@ -188,9 +188,11 @@ void FileOperationProvider::autoLinkFiles(const QStringList &paths, const QVecto
     enqueue(operation);
 }
 
-void FileOperationProvider::deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes)
+void FileOperationProvider::deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes,
+                                        bool onlyMissing)
 {
     FileOperation operation;
+    operation.onlyMissing = onlyMissing;
     operation.type = FileOperationType::DeleteFilesOperation;
     operation.fileIds = ids;
     operation.idCodes = idCodes;

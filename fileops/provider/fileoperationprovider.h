@@ -46,7 +46,7 @@ public:
     void autoLinkFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool notifyDuplicates,
                        qint64 requestId = 0);
     /** A file whose code is not the given one any more is another file, and left out. */
-    void deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes = {});
+    void deleteFiles(const QVector<qint64> &ids, const QStringList &idCodes = {}, bool onlyMissing = false);
     /** Copies the contents of external files into the database, which then holds them. */
     void transferFiles(const QVector<qint64> &ids, const QStringList &idCodes = {});
     void loadThumbnails(const QVector<qint64> &ids);

@@ -60,6 +60,7 @@ struct FileOperation
 
     bool givesWay = false;                ///< a check: a later one that does, too, takes its place
     bool marksOnly = false;               ///< a check that writes nothing
+    bool onlyMissing = false;             ///< a deletion that spares files that are in their places again
     QHash<qint64, QString> modifiedFiles; ///< what a check had found changed when it was put off
 
     bool notifyDuplicates = false;            ///< automatic adds only

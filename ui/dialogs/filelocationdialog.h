@@ -16,7 +16,7 @@ class FileLocationDialog;
 
 /**
  * Finds missing external files again: one by one, or all that lie in folders. Nothing is changed here: after
- * it was accepted, locatedFiles() and remainingLinks() say what is to be done. Modal use; GUI thread.
+ * it was accepted, locatedFiles() and linksToDelete() say what is to be done. Modal use; GUI thread.
  */
 class FileLocationDialog : public QDialog
 {

@@ -173,7 +173,7 @@ void FileCommands::locateMissingFiles()
     if (dialog.exec() != QDialog::Accepted || !m_controller)
         return;
     m_controller->locateFiles(dialog.locatedFiles());
-    m_controller->deleteFiles(dialog.linksToDelete());
+    m_controller->deleteMissingFiles(dialog.linksToDelete());
 }
 
 void FileCommands::notifyOfUpdatedFiles(const QVector<qint64> &ids, const DeletedFileRepresentations &deleted)
