@@ -302,6 +302,13 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
 </context>
 <context>
+    <name>ColumnMenu</name>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>Usage: vorna [FILE]
@@ -1690,6 +1697,25 @@ Der Grund: %2</translation>
     <message>
         <source>Find Files</source>
         <translation>Dateien suchen</translation>
+    </message>
+</context>
+<context>
+    <name>FileSorting</name>
+    <message>
+        <source>Sort By</source>
+        <translation>Sortieren nach</translation>
+    </message>
+    <message>
+        <source>As Added</source>
+        <translation>Reihenfolge des Hinzufügens</translation>
+    </message>
+    <message>
+        <source>Ascending</source>
+        <translation>Aufsteigend</translation>
+    </message>
+    <message>
+        <source>Descending</source>
+        <translation>Absteigend</translation>
     </message>
 </context>
 <context>

@@ -302,6 +302,13 @@ L’arbre par défaut a été choisi.</translation>
     </message>
 </context>
 <context>
+    <name>ColumnMenu</name>
+    <message>
+        <source>Columns</source>
+        <translation>Colonnes</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>Usage: vorna [FILE]
@@ -1690,6 +1697,25 @@ La raison : %2</translation>
     <message>
         <source>Find Files</source>
         <translation>Rechercher des fichiers</translation>
+    </message>
+</context>
+<context>
+    <name>FileSorting</name>
+    <message>
+        <source>Sort By</source>
+        <translation>Trier par</translation>
+    </message>
+    <message>
+        <source>As Added</source>
+        <translation>Ordre d’ajout</translation>
+    </message>
+    <message>
+        <source>Ascending</source>
+        <translation>Croissant</translation>
+    </message>
+    <message>
+        <source>Descending</source>
+        <translation>Décroissant</translation>
     </message>
 </context>
 <context>
