@@ -82,12 +82,12 @@ preferences_picture() {
 # The node "Garden" with its branch, and a file of it.
 show_garden() {
     click 430 315; key Right
-    click 880 150
+    click 670 150
     from 415 453 415 415
 }
 # A picture of the node.
 previewer_picture() {
-    click 880 150; key Return
+    click 670 150; key Return
     within 5 window ' of [0-9]*$' || fail "no previewer"
     xdotool windowsize --sync "$(window ' of [0-9]*$')" 600 470
     dialog previewer.png ' of [0-9]*$'
@@ -113,9 +113,9 @@ trees_pictures() {
     take relationships.png 264x436+286+62 64
     click 480 480; click 430 337; key Left; click 430 315; key Right
     # Two files on their way to the node "Herbs"
-    click 880 150; xdotool keydown ctrl; click 1090 150; xdotool keyup ctrl
-    move 880 150; xdotool mousedown 1; sleep 0.3
-    for step in 870,155 850,165 700,250 450,385 420,383 422,381; do move "${step%,*}" "${step#*,}"; sleep 0.2; done
+    click 670 150; xdotool keydown ctrl; click 880 150; xdotool keyup ctrl
+    move 670 150; xdotool mousedown 1; sleep 0.3
+    for step in 660,155 640,165 600,250 450,385 420,383 422,381; do move "${step%,*}" "${step#*,}"; sleep 0.2; done
     sleep 0.5; take drag.png 600x436+286+62
     xdotool key Escape; sleep 0.3; xdotool mouseup 1
 }
@@ -128,11 +128,11 @@ dialogs_pictures() {
     # A name that another file has, in Edit Mode
     click 430 183; click 605 41; key ctrl+e; sleep 0.3
     click 740 135; key F2; key ctrl+a; xdotool type 'Tide times.txt'; sleep 0.3
-    take list.png 600x250+556+62
+    take list.png 660x250+556+62
     key Return; sleep 1
     import -window "$(xdotool getactivewindow)" "$work/shot.png"
     small "$work/shot.png" "$help/rename.png" 64 "${edge[@]}"
-    key Escape; key ctrl+e
+    key Escape; key Escape; key ctrl+e
 }
 
 dark_palette() {
@@ -177,7 +177,7 @@ light_pictures() {
 dark_picture() {
     dark_palette
     start "$HOME/demo.vrn"
-    click 430 315; key Right; click 880 150
+    click 430 315; key Right; click 670 150
     whole mainwindow-dark.png
     close_window
 }
