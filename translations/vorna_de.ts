@@ -672,6 +672,10 @@ Was möchten Sie tun?</translation>
         <source>A shell is imported into a database. Open a local database that may be changed, and choose Import, Shell.</source>
         <translation>Eine Hülle wird in eine Datenbank importiert. Öffnen Sie eine lokale Datenbank, die geändert werden darf, und wählen Sie „Importieren“, „Hülle“.</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is no file, or is gone. Nothing was imported.</source>
+        <translation>„%1“ ist keine Datei oder nicht mehr da. Nichts wurde importiert.</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseLock</name>
@@ -2826,6 +2830,14 @@ Relativer Pfad: %7
         <source>A part of it, or of the open database, cannot be read, as the file is damaged.</source>
         <translation>Ein Teil von ihr oder von der geöffneten Datenbank kann nicht gelesen werden, da die Datei beschädigt ist.</translation>
     </message>
+    <message>
+        <source>There was an error when opening a connection to the database for the purpose of adding files.</source>
+        <translation>Beim Öffnen einer Verbindung zur Datenbank, aus der Dateien hinzugefügt werden sollten, ist ein Fehler aufgetreten.</translation>
+    </message>
+    <message>
+        <source>Error opening connection to database</source>
+        <translation>Fehler beim Verbinden mit der Datenbank</translation>
+    </message>
 </context>
 <context>
     <name>ServerConnections</name>
@@ -2915,6 +2927,84 @@ Relativer Pfad: %7
     <message>
         <source>All External Files</source>
         <translation>Alle externen Dateien</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message>
+        <source>1 tag</source>
+        <translation>1 Tag</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags</source>
+        <translation>
+            <numerusform>%Ln Tag</numerusform>
+            <numerusform>%Ln Tags</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 group</source>
+        <translation>1 Gruppe</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups</source>
+        <translation>
+            <numerusform>%Ln Gruppe</numerusform>
+            <numerusform>%Ln Gruppen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 node</source>
+        <translation>1 Knoten</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes</source>
+        <translation>
+            <numerusform>%Ln Knoten</numerusform>
+            <numerusform>%Ln Knoten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 tag relationship</source>
+        <translation>1 Tag-Beziehung</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships</source>
+        <translation>
+            <numerusform>%Ln Tag-Beziehung</numerusform>
+            <numerusform>%Ln Tag-Beziehungen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 browsing tree</source>
+        <translation>1 Navigationsbaum</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln browsing trees</source>
+        <translation>
+            <numerusform>%Ln Navigationsbaum</numerusform>
+            <numerusform>%Ln Navigationsbäume</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 Datei</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 changed by others</source>
+        <translation>Von anderen geändert: %1</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between the parts of a list</comment>
+        <translation>, </translation>
     </message>
 </context>
 <context>

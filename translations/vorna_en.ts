@@ -148,4 +148,49 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>StatusLine</name>
+    <message numerus="yes">
+        <source>%Ln tags</source>
+        <translation>
+            <numerusform>%Ln tag</numerusform>
+            <numerusform>%Ln tags</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups</source>
+        <translation>
+            <numerusform>%Ln group</numerusform>
+            <numerusform>%Ln groups</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes</source>
+        <translation>
+            <numerusform>%Ln node</numerusform>
+            <numerusform>%Ln nodes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships</source>
+        <translation>
+            <numerusform>%Ln tag relationship</numerusform>
+            <numerusform>%Ln tag relationships</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln browsing trees</source>
+        <translation>
+            <numerusform>%Ln browsing tree</numerusform>
+            <numerusform>%Ln browsing trees</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

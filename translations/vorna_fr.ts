@@ -672,6 +672,10 @@ Que voulez-vous faire ?</translation>
         <source>A shell is imported into a database. Open a local database that may be changed, and choose Import, Shell.</source>
         <translation>Une coquille s’importe dans une base de données. Ouvrez une base de données locale modifiable et choisissez « Importer », « Coquille ».</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is no file, or is gone. Nothing was imported.</source>
+        <translation>« %1 » n’est pas un fichier, ou a disparu. Rien n’a été importé.</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseLock</name>
@@ -2826,6 +2830,14 @@ Chemin relatif : %7
         <source>A part of it, or of the open database, cannot be read, as the file is damaged.</source>
         <translation>Une partie de cette base de données, ou de celle qui est ouverte, ne peut pas être lue, car le fichier est endommagé.</translation>
     </message>
+    <message>
+        <source>There was an error when opening a connection to the database for the purpose of adding files.</source>
+        <translation>Une erreur s’est produite à l’ouverture d’une connexion à la base de données dont des fichiers devaient être ajoutés.</translation>
+    </message>
+    <message>
+        <source>Error opening connection to database</source>
+        <translation>Erreur de connexion à la base de données</translation>
+    </message>
 </context>
 <context>
     <name>ServerConnections</name>
@@ -2915,6 +2927,84 @@ Chemin relatif : %7
     <message>
         <source>All External Files</source>
         <translation>Tous les fichiers externes</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message>
+        <source>1 tag</source>
+        <translation>1 étiquette</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags</source>
+        <translation>
+            <numerusform>%Ln étiquette</numerusform>
+            <numerusform>%Ln étiquettes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 group</source>
+        <translation>1 groupe</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups</source>
+        <translation>
+            <numerusform>%Ln groupe</numerusform>
+            <numerusform>%Ln groupes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 node</source>
+        <translation>1 nœud</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes</source>
+        <translation>
+            <numerusform>%Ln nœud</numerusform>
+            <numerusform>%Ln nœuds</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 tag relationship</source>
+        <translation>1 relation d’étiquettes</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships</source>
+        <translation>
+            <numerusform>%Ln relation d’étiquettes</numerusform>
+            <numerusform>%Ln relations d’étiquettes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 browsing tree</source>
+        <translation>1 arbre de navigation</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln browsing trees</source>
+        <translation>
+            <numerusform>%Ln arbre de navigation</numerusform>
+            <numerusform>%Ln arbres de navigation</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln fichier</numerusform>
+            <numerusform>%Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 changed by others</source>
+        <translation>Modifié par d’autres : %1</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between the parts of a list</comment>
+        <translation>, </translation>
     </message>
 </context>
 <context>
