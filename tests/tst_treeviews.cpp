@@ -470,6 +470,11 @@ private slots:
                  "Delete with subtree,Export"_s);
         w.view->setCurrentIndex(w.fixedNode(AllFiles));
         QCOMPARE(enabled(), 0);
+        const auto *exportEntry = w.nodes->findChild<QAction *>("exportDatabaseAction"_s);
+        QVERIFY(exportEntry->isEnabled());
+        // A click with the control key leaves the node current, but nothing to export.
+        w.view->clearSelection();
+        QVERIFY(w.view->currentIndex().isValid() && !exportEntry->isEnabled());
         w.view->setCurrentIndex(w.node(1));
         w.detach();
         QCOMPARE(enabled(), 0);

@@ -129,7 +129,8 @@ void BrowsingTreeViewDock::updateActionsAvailability()
 {
     if (m_actions.isEmpty())
         return;
-    m_exports->updateAvailability(m_controller && m_view->currentIndex().isValid());
+    m_exports->updateAvailability(m_controller && m_view->selectionModel() &&
+                                  m_view->selectionModel()->hasSelection());
     const QModelIndex current = currentTagNode();
     const bool isTagNode = current.isValid();
     const bool isEnabled = isTagNode && !m_controller->isReadOnly();
