@@ -240,6 +240,16 @@ private slots:
         QCOMPARE(open.read(open.filePath("other.vrn"_s)), QByteArray("other"));
     }
 
+    void nothingToExportIsTold()
+    {
+        LocalCollection open;
+        const PathAnswer answer(open.filePath("out.csv"_s));
+        ExportCommand(&open.mainView(), nullptr)
+            .exportSelection(ExportRequest::Csv, ExportSelection::ofNode(open.tree(), AllFiles, 0));
+        QCOMPARE(open.takeBoxes(), QStringList("Exporting: What is selected has no files to export."_s));
+        QVERIFY(answer.requests.isEmpty());
+    }
+
     void gesturesMeanFilesAndTags()
     {
         LocalCollection open;

@@ -64,8 +64,10 @@ ExportCommand::ExportCommand(MainViewController *controller, QWidget *parent)
 
 void ExportCommand::exportSelection(int form, const ExportSelection &selection)
 {
-    if (selection.isEmpty())
+    if (selection.isEmpty()) {
+        Messages::information(m_parent, tr("Exporting"), tr("What is selected has no files to export."));
         return;
+    }
     ExportRequest request;
     request.form = form;
     request.fileIds = selection.fileIds;
