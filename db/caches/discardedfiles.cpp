@@ -10,6 +10,7 @@
 #include <list>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace {
 // So many are gone sooner than a thread is told of them.
@@ -20,7 +21,7 @@ class Remover
 {
 public:
     ~Remover();
-    void add(const QMap<qint64, File *> &files, const QList<File *> &others);
+    void add(const QMap<qint64, File *> &files, const QList<File *> &others, const QSet<qint64> &ids);
     bool isIdle();
 
 private:
@@ -28,6 +29,7 @@ private:
     {
         QMap<qint64, File *> files;
         QList<File *> others;
+        QSet<qint64> ids;
     };
 
     void run();
@@ -54,11 +56,11 @@ Remover::~Remover()
         m_thread.join();
 }
 
-void Remover::add(const QMap<qint64, File *> &files, const QList<File *> &others)
+void Remover::add(const QMap<qint64, File *> &files, const QList<File *> &others, const QSet<qint64> &ids)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_lots.push_back({files, others});
+        m_lots.push_back({files, others, ids});
         if (!m_thread.joinable())
             m_thread = std::thread([this] { run(); });
     }
@@ -112,17 +114,18 @@ void add(const QList<File *> &files)
     if (files.size() <= fewFiles)
         qDeleteAll(files);
     else
-        remover().add({}, files);
+        remover().add({}, files, {});
 }
 
-void add(Map<qint64, File *> &files)
+void add(Map<qint64, File *> &files, QSet<qint64> &ids)
 {
     const QMap<qint64, File *> items = files.items();
     files.clear();
     if (items.size() <= fewFiles)
         qDeleteAll(items);
     else
-        remover().add(items, {});
+        remover().add(items, {}, std::exchange(ids, {}));
+    ids.clear();
 }
 
 bool isEmpty()

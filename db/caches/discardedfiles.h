@@ -3,6 +3,7 @@
 #include "core/records/map.h"
 
 #include <QList>
+#include <QSet>
 
 class File;
 
@@ -13,8 +14,8 @@ class File;
 namespace DiscardedFiles {
 /** Takes them over. */
 void add(const QList<File *> &files);
-/** The same with all of a map, which is left empty. */
-void add(Map<qint64, File *> &files);
+/** The same with all of a map, and with what was noted of them; both are left empty. */
+void add(Map<qint64, File *> &files, QSet<qint64> &ids);
 /** Whether all of them are gone. */
 bool isEmpty();
 } // namespace DiscardedFiles

@@ -14,13 +14,13 @@ FileCache::FileCache() = default;
 FileCache::~FileCache()
 {
     abandonLoad();
-    DiscardedFiles::add(m_files);
+    DiscardedFiles::add(m_files, m_missing);
 }
 
-void FileCache::clear(Map<qint64, File *> &old)
+void FileCache::clear(Map<qint64, File *> &old, QSet<qint64> &oldMissing)
 {
     old.swap(m_files);
-    m_missing.clear();
+    oldMissing.swap(m_missing);
 }
 
 void FileCache::beginLoad()
@@ -103,7 +103,8 @@ QList<File *> FileCache::finishLoad()
 
 void FileCache::abandonLoad()
 {
-    DiscardedFiles::add(m_loading);
+    QSet<qint64> none;
+    DiscardedFiles::add(m_loading, none);
     m_goneMeanwhile.clear();
     m_isLoading = false;
     m_current = nullptr;

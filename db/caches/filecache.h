@@ -29,8 +29,8 @@ public:
     Map<qint64, File *> &map() { return m_files; }
     const Map<qint64, File *> &map() const { return m_files; }
 
-    /** Empties the cache into an empty map, whose holder has the old records deleted. */
-    void clear(Map<qint64, File *> &old);
+    /** Empties the cache into an empty map, whose holder has the old records deleted, and an empty set. */
+    void clear(Map<qint64, File *> &old, QSet<qint64> &oldMissing);
 
     /** Forgets what an unfinished load had read. */
     void beginLoad();

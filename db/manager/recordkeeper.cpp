@@ -68,10 +68,11 @@ void RecordKeeper::follow(const DatabaseProviders &providers)
 void RecordKeeper::dropFiles()
 {
     Map<qint64, File *> old;
-    m_files.clear(old);
+    QSet<qint64> oldMissing;
+    m_files.clear(old, oldMissing);
     if (!old.isEmpty())
         emit filesLoaded(m_files.map());
-    DiscardedFiles::add(old);
+    DiscardedFiles::add(old, oldMissing);
     m_files.beginLoad();
     emit filesRead({});
 }
