@@ -66,6 +66,36 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 
+    void hitIsMarkedWhereverItStands_data()
+    {
+        addColumns<QString, QString, int>("name", "hit", "lines");
+        addRow("in one line", "Anna"_s, "NN"_s, 1);
+        addRow("parted by the end of a line", QString(100, QLatin1Char('a')).insert(9, "bbbbbb"_s),
+               "bbbbbb"_s, 2);
+        addRow("in what is left out", QString(300, QLatin1Char('a')).insert(150, "hit"_s), "hit"_s, 1);
+        addRow("not there", "Anna"_s, "x"_s, 0);
+    }
+
+    void hitIsMarkedWhereverItStands()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, hit);
+        m_model.clear();
+        m_model.appendRow(new QStandardItem(name));
+        auto *delegate = new Delegate(m_list);
+        delegate->setHits([hit](const QModelIndex &) { return hit; });
+        m_list->setItemDelegate(delegate);
+        const QImage image = m_list->grab().toImage();
+        int rows = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            bool isMarked = false;
+            for (int x = 0; x < image.width(); ++x)
+                isMarked = isMarked || image.pixelColor(x, y) == QColor("#ffd966");
+            rows += isMarked ? 1 : 0;
+        }
+        QTEST(qRound(double(rows) / m_list->fontMetrics().height()), "lines");
+    }
+
     void cleanup() { m_window.reset(); }
 
     void lettersFindNames_data()
@@ -134,8 +164,9 @@ private slots:
         m_list->doItemsLayout();
         m_list->sizeHintForColumn(0);
         QCOMPARE(m_model.pictures, 0);
-        m_list->show();
         for (QAbstractItemView *view : m_views) {
+            for (QAbstractItemView *other : m_views)
+                other->setVisible(other == view);
             view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum() / 2);
             QTRY_VERIFY(m_model.pictures > 0);
             view->viewport()->repaint();

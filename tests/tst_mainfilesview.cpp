@@ -13,6 +13,8 @@
 #include <QHeaderView>
 #include <QListView>
 #include <QMenu>
+#include <QSlider>
+#include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
 
@@ -222,6 +224,24 @@ private slots:
         QCOMPARE(shown(), "bca"_s);
         choose("Descending"_s); // not offered without a column
         QCOMPARE(shown(), "bca"_s);
+    }
+
+    void thumbnailsHaveTheSizeOfTheSlider()
+    {
+        m_fixture->addExternal("a.txt"_s);
+        showAll();
+        auto *slider = m_ui->statusBar->findChild<QSlider *>("thumbnailSlider"_s);
+        auto *thumbnails = qobject_cast<QListView *>(list());
+        for (int side : {256, 64, 128}) {
+            slider->setValue(side);
+            QCOMPARE(thumbnails->iconSize(), QSize(side, side));
+            QVERIFY(thumbnails->gridSize().width() < side + 48);
+            QCOMPARE(WindowSettings::thumbnailSide(), side);
+        }
+        action("listAction")->setChecked(true);
+        QVERIFY(slider->isHidden());
+        action("thumbnailsAction")->setChecked(true);
+        QVERIFY(!slider->isHidden());
     }
 
     void columnsCanBeHiddenButTheName()

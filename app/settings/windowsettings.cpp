@@ -15,6 +15,7 @@ const QString lastDatabaseDirKey = QStringLiteral("MainWindow/lastDBdir");
 const QString lastExtractDirKey = QStringLiteral("MainWindow/lastExtractDir");
 const QString recentDatabasesKey = QStringLiteral("MainWindow/recentDatabases_DBSpecifier2");
 const QString showIconViewKey = QStringLiteral("MainWindow/showIconView");
+const QString thumbnailSideKey = QStringLiteral("MainWindow/thumbnailSide");
 const QString searchLineKey = QStringLiteral("MainWindow/fileSearchLineVisibility");
 const QString editModeKey = QStringLiteral("MainWindow/editModeActivated");
 
@@ -111,6 +112,16 @@ bool showIconView()
 void setShowIconView(bool show)
 {
     SettingValues::store(showIconViewKey, show);
+}
+
+int thumbnailSide()
+{
+    return SettingValues::bounded(thumbnailSideKey, 128, smallestThumbnail, largestThumbnail);
+}
+
+void setThumbnailSide(int side)
+{
+    SettingValues::store(thumbnailSideKey, side);
 }
 
 bool isFileSearchLineVisible()

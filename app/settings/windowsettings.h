@@ -38,6 +38,11 @@ void setRecentDatabases(const QQueue<DBDetails> &databases);
 
 bool showIconView();
 void setShowIconView(bool show);
+/** The side of a thumbnail's square in the list, in pixels. */
+constexpr int smallestThumbnail = 64;
+constexpr int largestThumbnail = 256;
+int thumbnailSide();
+void setThumbnailSide(int side);
 bool isFileSearchLineVisible();
 void setFileSearchLineVisible(bool visible);
 bool isEditModeActivated();

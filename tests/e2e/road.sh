@@ -60,7 +60,7 @@ kill $source; wait $source 2>/dev/null || true
 # A search by name, then all that it shows deleted for good.
 xdotool mousemove 662 65 click 1; sleep 0.5
 xdotool type "view 3"; xdotool key Return; sleep 0.5
-xdotool mousemove 640 180 click 1; sleep 0.3
+xdotool mousemove 520 180 click 1; sleep 0.3
 xdotool key shift+Delete; sleep 0.5
 xdotool key Tab; sleep 0.2; xdotool key Return
 within 10 equals "select count(*) from files where file_name like 'view%'" 5 || fail "not deleted"

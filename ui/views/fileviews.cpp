@@ -54,6 +54,7 @@ FileViews::FileViews(QWidget *parent)
     auto *delegate = new Delegate(this);
     delegate->setPictureColumn(ContentsModel::ThumbnailColumn);
     delegate->setSizeColumn(ContentsModel::SizeColumn);
+    delegate->setNameRole(ContentsRoles::Name);
     delegate->setIdRole(ContentsRoles::FileId);
     delegate->setHits([this](const QModelIndex &index) { return searchHit(index); });
     for (QAbstractItemView *view : all()) {
@@ -108,6 +109,11 @@ QString FileViews::searchHit(const QModelIndex &index) const
 void FileViews::showThumbnails(bool on)
 {
     setCurrentWidget(on ? static_cast<QWidget *>(m_list) : m_table);
+}
+
+void FileViews::setThumbnailSide(int side)
+{
+    m_list->setThumbnailSide(side);
 }
 
 QAbstractItemView *FileViews::current() const

@@ -28,6 +28,8 @@ public:
     ~FileViews() override;
 
     void showThumbnails(bool on);
+    /** In pixels. */
+    void setThumbnailSide(int side);
     QAbstractItemView *current() const;
     QList<QAbstractItemView *> all() const;
 

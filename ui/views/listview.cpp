@@ -1,5 +1,6 @@
 #include "ui/views/listview.h"
 
+#include "app/settings/windowsettings.h"
 #include "ui/widgets/delegate.h"
 #include "ui/widgets/dragpicture.h"
 #include "ui/widgets/dropwatch.h"
@@ -13,7 +14,6 @@
 
 namespace {
 
-constexpr int thumbnailSide = 128;
 constexpr int gap = 8;
 // One step of the layout: small enough for the window to stay alive while a million items find their places.
 constexpr int itemsAStep = 5000;
@@ -33,14 +33,22 @@ ListView::ListView(QWidget *parent) : QListView(parent)
     setLayoutMode(Batched);
     setBatchSize(itemsAStep);
     setUniformItemSizes(true);
-    setIconSize({thumbnailSide, thumbnailSide});
     setWordWrap(false);
     setTextElideMode(Qt::ElideRight);
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectRows);
     setVerticalScrollMode(ScrollPerPixel);
-    verticalScrollBar()->setSingleStep(thumbnailSide / 4);
+    setThumbnailSide(WindowSettings::largestThumbnail / 2);
+}
+
+void ListView::setThumbnailSide(int side)
+{
+    const QModelIndex middle = indexAt(viewport()->rect().center());
+    setIconSize({side, side});
+    verticalScrollBar()->setSingleStep(side / 4);
     updateGrid();
+    if (middle.isValid())
+        scrollTo(middle, PositionAtCenter);
 }
 
 void ListView::setEmptyText(const QString &text)

@@ -14,6 +14,8 @@ class ListView : public QListView
 public:
     explicit ListView(QWidget *parent = nullptr);
 
+    /** In pixels; what stands in the middle stays there. */
+    void setThumbnailSide(int side);
     /** Shown while there are no rows. */
     void setEmptyText(const QString &text);
     /** The names that typed letters are looked for in. */

@@ -18,6 +18,7 @@
 #include "ui/views/fileviews.h"
 #include "ui/views/keptselection.h"
 #include "ui/views/selectedfiles.h"
+#include "ui/views/thumbnailsize.h"
 #include "ui/views/titlewidget.h"
 #include "ui/widgets/mainui.h"
 
@@ -38,6 +39,7 @@ MainFilesView::MainFilesView(QWidget *parent)
       m_commands(new FileCommands([this] { return selectedFiles(); }, m_previews, this)),
       m_search(new FileSearch(this)),
       m_sorting(new FileSorting(m_views, this)),
+      m_thumbnailSize(new ThumbnailSize(m_views, this)),
       m_drops(new FileDrops(m_commands, this)),
       m_kept(std::make_unique<KeptSelection>())
 {
@@ -108,6 +110,7 @@ void MainFilesView::takePlaces(MainUi &ui)
     m_exports->takePlace(ui);
     m_exports->bringEntries();
     m_sorting->takePlace(ui);
+    m_thumbnailSize->takePlace(ui);
     ui.viewMenu->addMenu(m_views->columnMenu());
     m_search->takeField(ui, m_actions->action(FileActions::FileSearch));
     connect(ui.linkTagsToFiles, &QAction::triggered, this, &MainFilesView::linkTagsToFiles);
@@ -211,6 +214,7 @@ void MainFilesView::detachModel()
 void MainFilesView::iconViewSelected(bool on)
 {
     m_views->showThumbnails(on);
+    m_thumbnailSize->setOffered(on);
     WindowSettings::setShowIconView(on);
 }
 

@@ -24,6 +24,7 @@ class QAbstractItemView;
 class QItemSelection;
 class QItemSelectionModel;
 class QKeyEvent;
+class ThumbnailSize;
 class TitleWidget;
 
 /**
@@ -133,6 +134,7 @@ private:
     FileCommands *m_commands;
     FileSearch *m_search;
     FileSorting *m_sorting;
+    ThumbnailSize *m_thumbnailSize;
     FileDrops *m_drops;
     std::unique_ptr<KeptSelection> m_kept;
     QPointer<MainViewController> m_controller;

@@ -9,11 +9,39 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QTableView>
+#include <QTextLayout>
 
 namespace {
 
-constexpr int thumbnailTextWidth = 200;
+// Below this no name could be read.
+constexpr int leastTextWidth = 88;
 constexpr int margin = 4;
+
+/** A name of any length in the two lines below a thumbnail, the second of which shows its end. */
+QString inTwoLines(const QString &name, const QStyleOptionViewItem &option, int width)
+{
+    QTextLayout layout(name, option.font);
+    QTextOption wrapping;
+    wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(wrapping);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    if (line.isValid())
+        line.setLineWidth(width);
+    layout.endLayout();
+    const int first = line.isValid() ? line.textLength() : 0;
+    if (first == name.size())
+        return name;
+    return name.left(first) + QChar(QChar::LineSeparator) +
+           option.fontMetrics.elidedText(name.mid(first), Qt::ElideMiddle, width);
+}
+
+/** Where styles keep texts off the edges of their room. */
+int textMargin(const QStyleOptionViewItem &option)
+{
+    const QStyle &style = option.widget ? *option.widget->style() : *QApplication::style();
+    return style.pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
+}
 
 bool isInTable(const QStyleOptionViewItem &option)
 {
@@ -102,9 +130,9 @@ void Delegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem 
 
 QSize Delegate::thumbnailItemSize(const QStyleOptionViewItem &option)
 {
-    // The text begins with an empty line, which keeps it off the picture.
     const int textHeight = 2 * option.fontMetrics.lineSpacing();
-    return {thumbnailTextWidth + 2 * margin, option.decorationSize.height() + textHeight + 3 * margin};
+    return {qMax(leastTextWidth, option.decorationSize.width()) + 2 * margin,
+            option.decorationSize.height() + textHeight + 3 * margin};
 }
 
 QString Delegate::displayText(const QVariant &value, const QLocale &locale) const
@@ -142,6 +170,17 @@ QSize Delegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &
             option.fontMetrics.height() + 2 * margin};
 }
 
+// An icon is only made smaller by itself.
+void Delegate::enlargePicture(QStyleOptionViewItem *option)
+{
+    const QSize stored = option->icon.availableSizes().value(0);
+    if (stored.isEmpty() || stored.width() >= option->decorationSize.width() ||
+        stored.height() >= option->decorationSize.height())
+        return;
+    option->icon = QIcon(option->icon.pixmap(stored).scaled(option->decorationSize, Qt::KeepAspectRatio,
+                                                            Qt::SmoothTransformation));
+}
+
 void Delegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     const QSize decorationSize = option->decorationSize;
@@ -153,6 +192,10 @@ void Delegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &
         option->features &= ~QStyleOptionViewItem::HasDisplay;
         option->decorationAlignment = Qt::AlignCenter;
     } else if (!isInTable(*option)) {
+        const QString name = ShownText::cut(index.data(m_nameRole).toString());
+        option->text =
+            inTwoLines(name, *option, thumbnailItemSize(*option).width() - 2 * textMargin(*option));
+        enlargePicture(option);
         option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
     } else if (index.column() == m_sizeColumn) {
         // The space keeps it off the next column.

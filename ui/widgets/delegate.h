@@ -24,6 +24,8 @@ public:
     /** What of an item's whole text a search has found, to be marked where it is shown; empty for nothing. */
     using HitOf = std::function<QString(const QModelIndex &index)>;
     void setHits(const HitOf &hitOf) { m_hitOf = hitOf; }
+    /** The role of the whole name, which a thumbnail shows in two lines. */
+    void setNameRole(int role) { m_nameRole = role; }
     /** The role of the model that tells its rows apart; Qt::UserRole + 1 is the default. */
     void setIdRole(int role);
 
@@ -55,11 +57,13 @@ protected:
 private:
     bool showsPictureAlone(const QStyleOptionViewItem &option, const QModelIndex &index) const;
     QString shownText(const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    static void enlargePicture(QStyleOptionViewItem *option);
     void abandon(QWidget *editor);
 
     KeptText *m_kept; // a child
     HitOf m_hitOf;
     int m_pictureColumn = -1;
+    int m_nameRole = Qt::DisplayRole;
     int m_sizeColumn = -1;
     bool m_isFocusLost = false;
 };

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QStyleOptionViewItem>
 #include <QTextLayout>
+#include <QVector>
 
 namespace {
 
@@ -44,6 +45,46 @@ void layOut(QTextLayout &layout, const QStyleOptionViewItem &option, int width)
     layout.endLayout();
 }
 
+/** Where the hit stands in the shown text, which line ends may part; else the dots. Null for neither. */
+QTextLayout::FormatRange rangeOf(const QString &hit, const QString &shown)
+{
+    QString plain;
+    QVector<int> places;
+    for (int i = 0; i < shown.size(); ++i) {
+        if (shown.at(i) == QChar(QChar::LineSeparator))
+            continue;
+        plain.append(shown.at(i));
+        places.append(i);
+    }
+    int first = plain.indexOf(hit, 0, Qt::CaseInsensitive);
+    const int length = first >= 0 ? hit.size() : 1;
+    if (first < 0)
+        first = plain.indexOf(dots);
+    QTextLayout::FormatRange range{0, 0, {}};
+    if (first >= 0) {
+        range.start = places.at(first);
+        range.length = places.at(first + length - 1) + 1 - range.start;
+    }
+    return range;
+}
+
+QRegion regionOf(const QTextLayout &layout, const QTextLayout::FormatRange &range, const QPointF &corner)
+{
+    QRegion region;
+    for (int i = 0; i < layout.lineCount(); ++i) {
+        const QTextLine line = layout.lineAt(i);
+        const int first = qMax(range.start, line.textStart());
+        const int last = qMin(range.start + range.length, line.textStart() + line.textLength());
+        if (first >= last)
+            continue;
+        const qreal from = line.cursorToX(first);
+        const qreal to = line.cursorToX(last);
+        const QRectF part(qMin(from, to), line.y(), qAbs(to - from), line.height());
+        region += part.translated(corner).toAlignedRect();
+    }
+    return region;
+}
+
 } // namespace
 
 namespace HitMark {
@@ -53,30 +94,19 @@ void paint(QPainter *painter, const QStyleOptionViewItem &option, const QString 
     const QStyle &style = option.widget ? *option.widget->style() : *QApplication::style();
     const QRect room = textRect(option, style);
     const QString shown = elided(option, room.width());
-    int first = shown.indexOf(hit, 0, Qt::CaseInsensitive);
-    const bool isShown = first >= 0;
-    if (!isShown)
-        first = shown.indexOf(dots);
-    if (first < 0)
+    QTextLayout::FormatRange range = rangeOf(hit, shown);
+    if (range.length == 0)
         return;
+    range.format.setForeground(Qt::black);
+    range.format.setBackground(ground);
     QTextLayout layout(shown, option.font);
     layOut(layout, option, room.width());
     const QRect place = QStyle::alignedRect(Qt::LayoutDirectionAuto, option.displayAlignment,
                                             layout.boundingRect().size().toSize(), room);
-    QTextLayout::FormatRange range;
-    range.start = first;
-    range.length = isShown ? hit.size() : 1;
-    range.format.setForeground(Qt::black);
-    range.format.setBackground(ground);
-    // The style has painted the text: of this layout only the hit is let through.
-    const QTextLine line = layout.lineForTextPosition(first);
-    const qreal from = line.cursorToX(first);
-    const qreal to = line.cursorToX(first + range.length);
     const QPointF corner(room.x(), place.top());
     painter->save();
-    painter->setClipRect(
-        QRectF(QPointF(qMin(from, to), line.y()) + corner, QSizeF(qAbs(to - from), line.height())),
-        Qt::IntersectClip);
+    // The style has painted the text: of this layout only the hit is let through.
+    painter->setClipRegion(regionOf(layout, range, corner), Qt::IntersectClip);
     layout.draw(painter, corner, {range});
     painter->restore();
 }

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -41,6 +42,7 @@ QAction *makeEditMode(QMainWindow *window)
 
 MainUi::MainUi(QMainWindow *window)
 {
+    statusBar = window->statusBar();
     QMenuBar *bar = window->menuBar();
     databaseMenu = bar->addMenu(tr("&Database"));
     exportMenu = new QMenu(tr("Export"), databaseMenu);

@@ -7,6 +7,7 @@ class QAction;
 class QLineEdit;
 class QMainWindow;
 class QMenu;
+class QStatusBar;
 class QToolBar;
 
 /**
@@ -42,6 +43,9 @@ public:
     QToolBar *fileToolsBar;
     QToolBar *viewModeBar;
     QToolBar *searchFilesBar;
+
+    /** Its messages are the window's; controls go to its right end. */
+    QStatusBar *statusBar;
 
     /** "Edit Mode", checkable; stands in the tag tools, heeded by the main view and the tags dock. */
     QAction *editMode;
