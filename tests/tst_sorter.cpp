@@ -321,6 +321,73 @@ private slots:
             }
         }
     }
+
+    void searchFindsWhatTheTextsContain()
+    {
+        Views views;
+        const QStringList names{"Straße µ ÿ"_s,
+                                "STRASSE"_s,
+                                "İstanbul ıI"_s,
+                                "\U00010400\U00010428 Ω"_s,
+                                "ЁЛКА ёлка"_s,
+                                "a\u00e9"_s,
+                                "x"_s + QChar(0xd83d) + QLatin1Char('y'),
+                                QString(),
+                                "report.TXT"_s};
+        for (const QString &name : names)
+            views.files.append(views.records.add({}, 1, name, 0, name.right(3) + "Tail"_s));
+        views.files.append(views.records.add({}, 1, "plain"_s));
+        views.contents.loadFiles(FileRecords::map(views.files));
+        QStringList texts{"ß"_s,
+                          "ss"_s,
+                          "Μ"_s,
+                          "Ÿ"_s,
+                          "İ"_s,
+                          "ı"_s,
+                          "\U00010428"_s,
+                          "ω"_s,
+                          "ёЛ"_s,
+                          "É"_s,
+                          QString(QChar(0xd83d)),
+                          QString(QChar(0xd801)),
+                          "Y"_s,
+                          "CODE1"_s,
+                          "eTail"_s,
+                          "tTa"_s,
+                          "nothing"_s,
+                          "TXTtail"_s,
+                          ".txtt"_s,
+                          "later"_s,
+                          "e"_s};
+        const auto check = [&] {
+            for (const QString &text : qAsConst(texts)) {
+                Ids expected;
+                for (const File *file : views.files) {
+                    const bool isHit = file->name().contains(text, Qt::CaseInsensitive) ||
+                                       file->description().contains(text, Qt::CaseInsensitive) ||
+                                       file->idCode().contains(text, Qt::CaseInsensitive);
+                    if (views.contents.rowOf(file->id()) >= 0 && isHit)
+                        expected.append(file->id());
+                }
+                views.search(text);
+                Ids found;
+                for (int row = 0; row < views.sorter.rowCount(); ++row)
+                    found.append(views.sorter.idAt(row));
+                QVERIFY2(found == expected, qPrintable(text));
+            }
+        };
+        check();
+        // One that has room for its new name, one that has not, one that goes and one that comes.
+        views.files.at(1)->setData(Name, "Later"_s);
+        views.files.at(4)->setData(Name, "a much longer name than before, told of LATER"_s);
+        views.contents.updateFiles({views.files.at(1)->id(), views.files.at(4)->id()});
+        check();
+        views.contents.removeFiles({views.files.at(0)->id(), views.files.at(3)->id()});
+        check();
+        views.files.append(views.records.add({}, 2, "come later"_s));
+        views.contents.addFiles(FileRecords::map({views.files.last()}));
+        check();
+    }
 };
 
 QTEST_MAIN(TestSorter)
