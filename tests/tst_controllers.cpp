@@ -271,6 +271,7 @@ private slots:
                              QString::number(tagId));
             }
             QCOMPARE(m_open->manager()->relationNodes().size(), paths.size());
+            compareDescendants(paths);
         }
     }
 
@@ -293,6 +294,29 @@ private slots:
     }
 
 private:
+    /** Those of each tag, of a few asked together, against the stored paths alone. */
+    void compareDescendants(const QStringList &paths)
+    {
+        const Ids asked = {1, 3, 5, 7, 3, 99};
+        const QHash<qint64, Ids> found = relations().descendantsOfEach(asked);
+        QCOMPARE(found.size(), 5);
+        for (const qint64 tagId : asked) {
+            Ids expected;
+            for (const QString &path : paths) {
+                const QStringList pieces = path.split(QLatin1Char('.'));
+                for (const QString &above : pieces.mid(0, pieces.size() - 1)) {
+                    if (above.toLongLong() == tagId)
+                        expected.append(pieces.last().toLongLong());
+                }
+            }
+            Ids descendants = found.value(tagId);
+            QCOMPARE(relations().descendantsOf({tagId}), descendants);
+            std::sort(descendants.begin(), descendants.end());
+            std::sort(expected.begin(), expected.end());
+            QCOMPARE(descendants, expected);
+        }
+    }
+
     TagsController &tags() { return m_open->tags(); }
     RelationsController &relations() { return m_open->relations(); }
 

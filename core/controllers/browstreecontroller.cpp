@@ -203,8 +203,7 @@ TagRequirements BrowsTreeController::requirementsOf(qint64 nodeId, const QVector
     const TBnode *node = nodeById(nodeId);
     if (node && node->trOption() && m_relations) {
         all.excludedWidened = m_relations->descendantsOf(excluded);
-        for (const qint64 tagId : required)
-            all.requiredAlternatives.insert(tagId, m_relations->descendantsOf({tagId}));
+        all.requiredAlternatives = m_relations->descendantsOfEach(required);
     }
     return all;
 }

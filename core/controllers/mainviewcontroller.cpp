@@ -162,10 +162,8 @@ void MainViewController::showTagsSelected(const QVector<qint64> &tagIds)
 {
     TagRequirements requirements;
     requirements.required = tagIds;
-    for (qint64 tagId : tagIds) {
-        if (m_relations)
-            requirements.requiredAlternatives.insert(tagId, m_relations->descendantsOf({tagId}));
-    }
+    if (m_relations)
+        requirements.requiredAlternatives = m_relations->descendantsOfEach(tagIds);
     showRequirements(requirements);
     if (m_browsTree)
         m_browsTree->clearCurrentNode();

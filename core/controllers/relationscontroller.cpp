@@ -77,6 +77,22 @@ QVector<qint64> RelationsController::descendantsOf(const QVector<qint64> &tagIds
     return collect(tagIds, [](const TRnode &node) { return node.descendantIds(); });
 }
 
+QHash<qint64, QVector<qint64>> RelationsController::descendantsOfEach(const QVector<qint64> &tagIds) const
+{
+    QHash<qint64, QVector<qint64>> descendants;
+    if (!manager() || tagIds.isEmpty())
+        return descendants;
+    descendants.reserve(tagIds.size());
+    for (const qint64 tagId : tagIds)
+        descendants.insert(tagId, {});
+    for (const auto &item : qAsConst(manager()->relationNodes())) {
+        const auto found = descendants.find(item.second->id());
+        if (found != descendants.end())
+            *found += item.second->descendantIds();
+    }
+    return descendants;
+}
+
 QVector<qint64> RelationsController::ancestorsOf(const QVector<qint64> &tagIds) const
 {
     return collect(tagIds, [](const TRnode &node) { return node.ancestorIds(); });

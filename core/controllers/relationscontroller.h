@@ -4,6 +4,7 @@
 #include "core/records/recordtypes.h"
 #include "models/trees/tagnames.h"
 
+#include <QHash>
 #include <QStringList>
 #include <QVector>
 
@@ -32,6 +33,8 @@ public:
     QString tagName(qint64 tagId) const override;
     /** The tags below every place of the tags, with repeats. */
     QVector<qint64> descendantsOf(const QVector<qint64> &tagIds) const;
+    /** The same for each of the tags. All of them cost one look at the trees. */
+    QHash<qint64, QVector<qint64>> descendantsOfEach(const QVector<qint64> &tagIds) const;
     QVector<qint64> ancestorsOf(const QVector<qint64> &tagIds) const;
 
 private:

@@ -79,7 +79,7 @@ void BackgroundLooks::work(const std::shared_ptr<Shared> &shared)
 void BackgroundLooks::forget()
 {
     const QMutexLocker locker(&m_shared->mutex);
-    ++m_shared->turn;
+    m_shared->turn = m_shared->turn + 1;
     m_shared->queue.clear();
 }
 

@@ -130,19 +130,25 @@ int FileSelection::runSpecial(const FileIndex &index, int *rows) const
 
 int FileSelection::runTags(const FileIndex &index, int *rows)
 {
-    const std::vector<Round> rounds = compiledRounds(index);
+    const QVector<QVector<qint64>> groups = requiredGroups();
+    const int roundCount = (groups.size() + groupsPerRound - 1) / groupsPerRound;
+    std::vector<Round> rounds;
     m_counts.assign(static_cast<size_t>(index.numberCount()), 0);
     int *target = rows;
-    for (int first = 0; first < index.size() && !rounds.empty(); first += rowsPerBlock) {
+    for (int first = 0; first < index.size() && roundCount > 0; first += rowsPerBlock) {
         int *const blockStart = target;
-        for (const Round &round : rounds) {
+        for (int i = 0; i < roundCount && (i == 0 || target != blockStart); ++i) {
+            // Few files get as far as the later ones of many rounds, which are made for the first that does.
+            if (i == static_cast<int>(rounds.size()))
+                rounds.push_back(compiledRound(index, groups, i));
+            const Round &round = rounds[static_cast<size_t>(i)];
             const Marker marker(index, round.marks);
             const quint8 tested = round.tested;
             const quint8 wanted = round.wanted;
             const auto isMet = [&marker, tested, wanted](int row) {
                 return (marker(row) & tested) == wanted;
             };
-            if (&round == &rounds.front())
+            if (i == 0)
                 target = keepRows(first, std::min(first + rowsPerBlock, index.size()), blockStart, isMet);
             else
                 target = std::remove_if(blockStart, target, std::not_fn(isMet));
@@ -170,28 +176,23 @@ QVector<QVector<qint64>> FileSelection::requiredGroups() const
     return groups;
 }
 
-std::vector<FileSelection::Round> FileSelection::compiledRounds(const FileIndex &index) const
+FileSelection::Round FileSelection::compiledRound(const FileIndex &index,
+                                                  const QVector<QVector<qint64>> &groups, int number) const
 {
-    std::vector<Round> rounds;
-    const QVector<QVector<qint64>> groups = requiredGroups();
-    for (int i = 0; i < groups.size(); ++i) {
-        const int place = i % groupsPerRound;
-        if (place == 0) {
-            rounds.emplace_back();
-            rounds.back().marks.resize(static_cast<size_t>(index.numberCount()));
-        }
-        Round &round = rounds.back();
-        const auto bit = static_cast<quint8>(1U << place);
+    Round round;
+    round.marks.resize(static_cast<size_t>(index.numberCount()));
+    const int first = number * groupsPerRound;
+    for (int i = first; i < std::min(first + groupsPerRound, groups.size()); ++i) {
+        const auto bit = static_cast<quint8>(1U << (i - first));
         mark(round.marks, index, groups.at(i), bit);
         round.wanted |= bit;
         round.tested |= bit;
     }
-    if (!rounds.empty()) {
-        Round &round = rounds.front();
+    if (number == 0) {
         mark(round.marks, index, m_requirements.excluded + m_requirements.excludedWidened, excludedMark);
         round.tested |= excludedMark;
     }
-    return rounds;
+    return round;
 }
 
 void FileSelection::countTags(const FileIndex &index, const int *first, const int *last)

@@ -40,7 +40,8 @@ private:
         quint8 wanted = 0;
     };
 
-    std::vector<Round> compiledRounds(const FileIndex &index) const;
+    /** The round of its number: seven groups each, with those excluded in the first. */
+    Round compiledRound(const FileIndex &index, const QVector<QVector<qint64>> &groups, int number) const;
     QVector<QVector<qint64>> requiredGroups() const;
     int runSpecial(const FileIndex &index, int *rows) const;
     int runTags(const FileIndex &index, int *rows);
