@@ -1,11 +1,9 @@
 #include "app/window/mainwindow.h"
 
-#include "app/messages/filedialogs.h"
 #include "app/messages/messages.h"
 #include "app/settings/addingsettings.h"
 #include "app/settings/collectionidentity.h"
 #include "app/settings/constants.h"
-#include "app/settings/windowsettings.h"
 #include "app/window/collectionopener.h"
 #include "app/window/databaseerrors.h"
 #include "app/window/databaseimport.h"
@@ -18,19 +16,15 @@
 #include "app/window/updatebar.h"
 #include "app/window/windowcommands.h"
 #include "app/window/windowparts.h"
-#include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
-#include "ui/dialogs/browsingtreedialog.h"
-#include "ui/dialogs/duplicateprompt.h"
 #include "ui/dialogs/feedbackdialog.h"
 #include "ui/dialogs/fileoperationprogress.h"
 #include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/popupmessager.h"
 #include "ui/dialogs/preferencesdialog.h"
-#include "ui/dialogs/taggroupingdialog.h"
 #include "ui/docks/browsingtreeviewdock.h"
 #include "ui/views/mainfilesview.h"
 #include "ui/widgets/bringtofront.h"
@@ -38,8 +32,6 @@
 #include "ui/widgets/mainui.h"
 
 #include <QAction>
-#include <QDir>
-#include <QFileInfo>
 #include <QPointer>
 #include <QScreen>
 #include <QSettings>
@@ -52,8 +44,11 @@ MainWindow::MainWindow(QWidget *parent)
       m_progress(new FileOperationProgress(this)),
       m_errors(new DatabaseErrors(this)),
       m_recentDatabases(new RecentDatabases(this)),
+      m_choice([this](const DBDetails &details) { return openDatabase(details) || m_wasOpeningCanceled; },
+               [this] { return openDetails(); }, m_recentDatabases, this),
       m_servers(new ServerConnections(
           [this](const DBDetails &details) { return openDatabase(details) || m_wasOpeningCanceled; }, this)),
+      m_dialogs(m_popupMessager, this),
       m_maker(new DatabaseMaker([this](const DBDetails &details) { return openDatabase(details); },
                                 [this] { return m_collection ? m_collection->databaseName() : QString(); },
                                 this)),
@@ -233,20 +228,11 @@ void MainWindow::closeDatabase()
 
 void MainWindow::openStartupDatabase(const QString &path, StartupSource source)
 {
-    if (!path.isEmpty()) {
-        const bool exists = QFileInfo(path).isFile();
-        const bool opened = exists && openDatabase(DBDetails::local(QFileInfo(path).absoluteFilePath()));
-        if (!opened && (exists || source == FromCommandLine))
-            warnOfFailedOpening();
-    } else {
-        const DBDetails newest = m_recentDatabases->newest();
-        if (newest.type() == Constants::localDatabase) {
-            if (QFileInfo::exists(newest.databaseName()))
-                openDatabase(newest);
-            else
-                rememberRecentDatabase();
-        }
-    }
+    if (path.isEmpty())
+        m_choice.openNewest();
+    else
+        m_choice.openNamed(path,
+                           source == FromCommandLine ? DatabaseChoice::IsTold : DatabaseChoice::IsIgnored);
     updateWindowTitle();
 }
 
@@ -266,9 +252,14 @@ void MainWindow::importShellFile(const QString &path)
     });
 }
 
+DBDetails MainWindow::openDetails() const
+{
+    return m_collection ? m_collection->details() : DBDetails();
+}
+
 void MainWindow::rememberRecentDatabase()
 {
-    m_recentDatabases->remember(m_collection ? m_collection->details() : DBDetails());
+    m_recentDatabases->remember(openDetails());
 }
 
 void MainWindow::openRecentDatabase(const DBDetails &details)
@@ -277,34 +268,14 @@ void MainWindow::openRecentDatabase(const DBDetails &details)
         return;
     if (details.type() == Constants::serverDatabase)
         m_servers->openRecent(details);
-    else if (!QFileInfo::exists(details.databaseName()))
-        rememberRecentDatabase();
-    else if (!openDatabase(details))
-        warnOfFailedOpening();
-}
-
-void MainWindow::warnOfFailedOpening()
-{
-    // Who has ended it knows.
-    if (m_wasOpeningCanceled)
-        return;
-    Messages::warning(this, tr("Failed to Open Database"),
-                      tr("The selected database could not be opened successfully."));
+    else
+        m_choice.openRecent(details);
 }
 
 void MainWindow::slotOpenDb()
 {
-    if (!mayLeaveDatabase())
-        return;
-    const QString path =
-        FileDialogs::openFile(this, tr("Open Database"), WindowSettings::lastDatabaseDir(QDir::homePath()),
-                              Constants::databaseFilter);
-    const QFileInfo file(path);
-    if (path.isEmpty() || !file.exists())
-        return;
-    WindowSettings::setLastDatabaseDir(file.absolutePath());
-    if (!openDatabase(DBDetails::local(file.absoluteFilePath())))
-        warnOfFailedOpening();
+    if (mayLeaveDatabase())
+        m_choice.ask();
 }
 
 void MainWindow::slotConnectDb()
@@ -356,12 +327,7 @@ void MainWindow::showShellFilesNotImported(const QList<ShellFile> &files)
 
 void MainWindow::showDatabaseVersion()
 {
-    if (!m_collection)
-        return;
-    Messages::information(
-        this, tr("Database Info"),
-        tr("Version of Vorna used to create the currently open database: %1\nDatabase permissions: %2")
-            .arg(m_collection->dbVersion(), m_collection->isReadOnly() ? tr("read-only") : tr("writable")));
+    m_dialogs.tellVersion(m_collection);
 }
 
 void MainWindow::remakeThumbnails()
@@ -380,27 +346,13 @@ void MainWindow::showPreferences()
 
 void MainWindow::showEditTagGroups()
 {
-    const QPointer<GroupsController> groups = m_collection ? m_collection->groupsController() : nullptr;
-    if (!groups || groups->isReadOnly())
-        return;
-    TagGroupingDialog(groups, this).exec();
-    if (groups) {
-        groups->load();
-        groups->refresh();
-    }
+    m_dialogs.editTagGroups(m_collection);
 }
 
 void MainWindow::slotOpenBrowsinTree()
 {
-    BrowsTreeController *trees = m_collection ? m_collection->browsTreeController() : nullptr;
-    if (!trees || m_collection->dbType() != Constants::serverDatabase)
-        return;
-    BrowsingTreeDialog dialog(trees, this);
-    connect(&dialog, &BrowsingTreeDialog::showError, m_popupMessager, &PopupMessager::showWarning);
-    connect(&dialog, &BrowsingTreeDialog::treeDuplicated, m_popupMessager,
-            &PopupMessager::showBrowsingTreeDuplicated);
-    dialog.exec();
-    m_parts->browsingDock()->updateTitle();
+    if (m_dialogs.chooseBrowsingTree(m_collection))
+        m_parts->browsingDock()->updateTitle();
 }
 
 void MainWindow::setDocksArrangement()
@@ -468,13 +420,8 @@ void MainWindow::finishAddingFilesProgresDialog()
 
 void MainWindow::promptAboutDuplicates(const PresentableDuplicates &duplicates)
 {
-    if (!m_collection || duplicates.isEmpty())
-        return;
     const IdleSteps::Hold hold(m_idle);
-    if (AddingSettings::listDuplicates())
-        DuplicatePrompt(duplicates, m_collection->mainViewController(), this).exec();
-    else
-        DuplicatePrompt::tellNameMatches(duplicates.nameMatches, this);
+    m_dialogs.promptAboutDuplicates(duplicates, m_collection);
 }
 
 void MainWindow::slotConnectionError()

@@ -2,6 +2,8 @@
 
 #include "app/messages/boxprompts.h"
 #include "app/settings/dbdetails.h"
+#include "app/window/databasechoice.h"
+#include "app/window/databasedialogs.h"
 #include "app/window/windowlayout.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/worker/presentableduplicates.h"
@@ -107,10 +109,10 @@ private:
     void connectCollection();
     /** False when something of the open database is still to be saved, which the user sees. */
     bool mayLeaveDatabase();
+    /** Of no type without one. */
+    DBDetails openDetails() const;
     void rememberRecentDatabase();
     void openRecentDatabase(const DBDetails &details);
-    /** The user's choice could not be opened. */
-    void warnOfFailedOpening();
     void closeWhenIdle();
 
     void updateWindowTitle();
@@ -120,7 +122,9 @@ private:
     FileOperationProgress *m_progress;
     DatabaseErrors *m_errors;
     RecentDatabases *m_recentDatabases;
+    DatabaseChoice m_choice;
     ServerConnections *m_servers;
+    DatabaseDialogs m_dialogs;
     DatabaseMaker *m_maker;
     DatabaseImport *m_import;
     IdleSteps *m_idle;
