@@ -37,7 +37,7 @@ public:
     bool remove(const K &key)
     {
         // The argument may be a reference into the node that goes.
-        const K removed = key;
+        const K removed = key; // NOLINT(performance-unnecessary-copy-initialization)
         if (m_items.remove(removed) == 0)
             return false;
         emit itemDeleted(QVariant::fromValue(removed));
