@@ -2,11 +2,9 @@
 
 #include "app/settings/windowsettings.h"
 #include "ui/widgets/delegate.h"
-#include "ui/widgets/dragpicture.h"
-#include "ui/widgets/dropwatch.h"
 #include "ui/widgets/emptyhint.h"
+#include "ui/widgets/selectiondrag.h"
 
-#include <QDrag>
 #include <QDragMoveEvent>
 #include <QMimeData>
 #include <QPointer>
@@ -92,16 +90,7 @@ void ListView::timerEvent(QTimerEvent *event)
 
 void ListView::startDrag(Qt::DropActions supportedActions)
 {
-    if (!selectionModel() || !selectionModel()->hasSelection())
-        return;
-    QMimeData *data = m_dragDataOf ? m_dragDataOf(selectionModel()->selection())
-                                   : model()->mimeData(selectedRowIndexes(selectionModel()));
-    if (!data)
-        return;
-    auto *drag = new QDrag(this);
-    drag->setMimeData(data);
-    setDragPicture(drag, this);
-    DropWatch(drag).run(supportedActions);
+    dragSelection(this, m_dragDataOf, supportedActions);
 }
 
 void ListView::dragMoveEvent(QDragMoveEvent *event)

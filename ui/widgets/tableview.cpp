@@ -2,12 +2,10 @@
 
 #include "app/settings/constants.h"
 #include "app/settings/showntext.h"
-#include "ui/widgets/dragpicture.h"
-#include "ui/widgets/dropwatch.h"
 #include "ui/widgets/emptyhint.h"
+#include "ui/widgets/selectiondrag.h"
 
 #include <QAbstractItemDelegate>
-#include <QDrag>
 #include <QDragMoveEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
@@ -113,17 +111,8 @@ bool TableView::focusNextPrevChild(bool next)
 
 void TableView::startDrag(Qt::DropActions supportedActions)
 {
-    if (!selectionModel() || !selectionModel()->hasSelection())
-        return;
-    QMimeData *data = m_dragDataOf ? m_dragDataOf(selectionModel()->selection())
-                                   : model()->mimeData(selectedRowIndexes(selectionModel()));
-    if (!data)
-        return;
-    auto *drag = new QDrag(this);
-    drag->setMimeData(data);
-    setDragPicture(drag, this);
     const bool isCopy = !supportedActions.testFlag(Qt::MoveAction) || dragDropMode() == InternalMove;
-    DropWatch(drag).run(supportedActions, isCopy ? Qt::CopyAction : Qt::IgnoreAction);
+    dragSelection(this, m_dragDataOf, supportedActions, isCopy ? Qt::CopyAction : Qt::IgnoreAction);
 }
 
 void TableView::dragEnterEvent(QDragEnterEvent *event)
