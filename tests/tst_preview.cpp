@@ -1,40 +1,21 @@
-#include "core/records/file.h"
 #include "fileops/pictures/imageloading.h"
 #include "fileops/pictures/picturepool.h"
-#include "models/contents/sorter.h"
 #include "tests/support/dialoganswers.h"
-#include "tests/support/localcollection.h"
-#include "ui/preview/filepreview.h"
+#include "tests/support/previewtest.h"
 #include "ui/preview/navigationbar.h"
-#include "ui/preview/picturearea.h"
-#include "ui/preview/picturescale.h"
-#include "ui/preview/previewbox.h"
-#include "ui/preview/previews.h"
-#include "ui/preview/windowplace.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollBar>
 
-/** The previewer on a real database: its way through the view, turning and saving, texts, keys and scale. */
-class TestPreview : public QObject
+/** The previewer on a real database: its way through the view, turning and saving, texts and keys. */
+class TestPreview : public PreviewTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_fixture = std::make_unique<LocalCollection>();
-        m_previews = std::make_unique<Previews>(nullptr);
-        LocalCollection::set("PreferencesDialog/autoSaveRotated", false);
-    }
-
-    void cleanup()
-    {
-        m_previews.reset();
-        m_fixture.reset();
-    }
+    void init() { openDatabase(); }
+    void cleanup() { closeDatabase(); }
 
     void takesOverPreferencesAtOnce()
     {
@@ -295,6 +276,29 @@ private slots:
         QVERIFY(!open(m_fixture->mainView().shownFileIds().first())->isFullScreen());
     }
 
+    void aSlideStaysAsLongAsItIsWantedNow_data()
+    {
+        addColumns<bool>("isStep");
+        addRow("the preferences were changed", false);
+        addRow("stepped by hand", true);
+    }
+
+    void aSlideStaysAsLongAsItIsWantedNow()
+    {
+        QFETCH(bool, isStep);
+        const qint64 first = addPicture("a.png"_s);
+        const qint64 second = addPicture("b.png"_s);
+        PreviewBox *box = open(first, ContentsOrder);
+        LocalCollection::set("PreferencesDialog/slideshowIncrementTime", 1000);
+        box->startSlideshow();
+        LocalCollection::set("PreferencesDialog/slideshowIncrementTime", 1);
+        if (isStep)
+            box->nextImage();
+        else
+            m_previews->readSettings();
+        QTRY_COMPARE(box->fileId(), isStep ? first : second);
+    }
+
     void keepsDescriptions()
     {
         const qint64 a = addPicture("a.png"_s);
@@ -338,135 +342,7 @@ private slots:
         QTRY_COMPARE(description(box)->text(), QString());
     }
 
-    void wheelZoomsAtThePointer()
-    {
-        QImage large(3000, 2000, QImage::Format_RGB32);
-        large.fill(Qt::darkCyan);
-        PreviewBox *box = open(addPicture("a.png"_s, true, large));
-        auto *area = box->findChild<PictureArea *>();
-        QVERIFY(area->scale() < 1 && area->scale() > 0.1);
-        const QPointF pointer(area->viewport()->width() * 0.7, area->viewport()->height() * 0.4);
-        const auto pointed = [&] {
-            const QPointF onLabel = pointer - preview(box)->pos();
-            return onLabel / preview(box)->width() * large.width();
-        };
-        wheel(area, pointer, 120 * 11);
-        QCOMPARE(area->scale(), 1.0);
-        wheel(area, pointer, 120 * 5);
-        const QPointF before = pointed();
-        wheel(area, pointer, 120 * 12);
-        QVERIFY(QLineF(before, pointed()).length() < 2);
-        QCOMPARE(area->scale(), 32.0);
-        // What is on the screen alone is painted, of a picture that would fill 24 gigabytes.
-        QCOMPARE(preview(box)->width(), 96000);
-        QCOMPARE(QColor(area->grab().toImage().pixel(50, 50)), QColor(Qt::darkCyan));
-
-        wheel(area, pointer, -120 * 100);
-        wheel(area, pointer, -120 * 100);
-        QCOMPARE(preview(box)->size(), QSize(16, 11));
-        box->zoom100();
-        QCOMPARE(preview(box)->size(), large.size());
-    }
-
-    void pictureScale_data()
-    {
-        addColumns<QSize, QSize, double, double>("picture", "room", "halved", "filling");
-        addRow("fits", QSize(640, 480), QSize(640, 480), 1.0, 1.0);
-        addRow("a pixel too wide", QSize(641, 480), QSize(640, 480), 0.5, 640 / 641.0);
-        addRow("too high by far", QSize(10, 30000), QSize(640, 480), 1 / 64.0, 480 / 30000.0);
-        addRow("small", QSize(10, 10), QSize(640, 480), 1.0, 1.0);
-        addRow("no room yet", QSize(2, 2), QSize(0, 0), 0.5, 1.0);
-    }
-
-    void pictureScale()
-    {
-        QFETCH(QSize, picture);
-        QFETCH(QSize, room);
-        QTEST(PictureScale::fitting(picture, room), "halved");
-        QTEST(PictureScale::filling(picture, room), "filling");
-    }
-
-    void fitFillsTheWindowUntilTheNextPicture()
-    {
-        const QSize large(3000, 2000);
-        QImage image(large, QImage::Format_RGB32);
-        image.fill(Qt::darkCyan);
-        PreviewBox *box = open(addPicture("large.png"_s, true, image));
-        auto *area = box->findChild<PictureArea *>();
-        box->resize(800, 640);
-        const double halved = PictureScale::fitting(large, area->maximumViewportSize());
-        QTRY_COMPARE(area->scale(), halved);
-        QTest::keyClick(box, Qt::Key_9, Qt::ControlModifier);
-        QCOMPARE(area->scale(), PictureScale::filling(large, area->maximumViewportSize()));
-        box->resize(700, 600);
-        QTRY_COMPARE(area->scale(), PictureScale::filling(large, area->maximumViewportSize()));
-
-        // No bars beside a picture that is larger than the screen.
-        box->goFullScreen();
-        QTest::keyClick(box, Qt::Key_0, Qt::ControlModifier);
-        QCOMPARE(area->scale(), 1.0);
-        QCOMPARE(area->viewport()->size(), area->size());
-        box->finishSlideshow();
-        box->refresh();
-        QVERIFY(isSettled(box));
-        QTRY_COMPARE(area->scale(), PictureScale::fitting(large, area->maximumViewportSize()));
-    }
-
-    void anotherWindowStandsBeside_data()
-    {
-        addColumns<QVector<QRect>, QPoint>("others", "corner");
-        const QRect screen(0, 20, 1000, 800);
-        addRow("to the right", QVector<QRect>{QRect(0, 20, 400, 400)}, QPoint(400, 20));
-        addRow("to the left", QVector<QRect>{QRect(500, 20, 400, 400)}, QPoint(100, 20));
-        addRow("below", QVector<QRect>{QRect(300, 20, 400, 400)}, QPoint(300, 420));
-        addRow("beside both", QVector<QRect>{QRect(0, 20, 400, 400), QRect(400, 20, 400, 400)},
-               QPoint(0, 420));
-        addRow("no room", QVector<QRect>{QRect(300, 220, 400, 400)}, QPoint(332, 252));
-        addRow("no room for a step", QVector<QRect>{QRect(300, 400, 600, 420), QRect(300, 400, 700, 420)},
-               screen.topLeft());
-    }
-
-    void anotherWindowStandsBeside()
-    {
-        QFETCH(QVector<QRect>, others);
-        QTEST(WindowPlace::beside({400, 400}, others, QRect(0, 20, 1000, 800)), "corner");
-    }
-
 private:
-    enum Order { Unsorted, ContentsOrder };
-
-    static QImage picture()
-    {
-        QImage image(60, 40, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        image.setPixelColor(3, 5, Qt::red);
-        return image;
-    }
-    qint64 addPicture(const QString &name, bool isInternal = true, const QImage &image = picture())
-    {
-        LocalCollection::set("MainWindow/linkToFiles", !isInternal);
-        LocalCollection::set("PreferencesDialog/duplicateManagementEnabled", false);
-        image.save(m_fixture->filePath(name));
-        return m_fixture->add(QUrl::fromLocalFile(m_fixture->filePath(name)));
-    }
-    PreviewBox *open(qint64 id, Order order = Unsorted)
-    {
-        m_fixture->mainView().showSpecialNode(AllFiles);
-        m_fixture->mainView().sorter()->sort(order == ContentsOrder ? 1 : -1);
-        m_previews->open(id, &m_fixture->mainView());
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            auto *box = qobject_cast<PreviewBox *>(window);
-            if (box && box->isVisible() && box->fileId() == id)
-                return isSettled(box) ? box : nullptr;
-        }
-        return nullptr;
-    }
-    /** Waits until the picture, or the word that there is none, is on show. */
-    static bool isSettled(PreviewBox *box)
-    {
-        return QTest::qWaitFor(
-            [box] { return preview(box)->hasPicture() || !preview(box)->text().isEmpty(); });
-    }
     /** The files on show after each step of "< >". */
     static QVector<qint64> walked(PreviewBox *box, const QString &steps)
     {
@@ -509,7 +385,6 @@ private:
             press(box, end);
         }
     }
-    static FilePreview *preview(PreviewBox *box) { return box->findChild<FilePreview *>(); }
     static QLineEdit *description(PreviewBox *box) { return box->findChild<QLineEdit *>(); }
     static void type(PreviewBox *box, const QString &text)
     {
@@ -517,15 +392,6 @@ private:
         description(box)->end(false);
         QTest::keyClicks(description(box), text);
     }
-    static void wheel(PictureArea *area, const QPointF &point, int delta)
-    {
-        QWheelEvent event(point, area->viewport()->mapToGlobal(point.toPoint()), {}, {0, delta}, {}, {},
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(area->viewport(), &event);
-    }
-
-    std::unique_ptr<LocalCollection> m_fixture;
-    std::unique_ptr<Previews> m_previews;
 };
 
 QTEST_MAIN(TestPreview)
