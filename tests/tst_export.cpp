@@ -1,3 +1,4 @@
+#include "fileops/exporting/relationshippaths.h"
 #include "tests/support/exchangelibrary.h"
 #include "tests/support/exportfixture.h"
 
@@ -266,6 +267,29 @@ private slots:
         QVERIFY(m_fixture->run(request));
         QVERIFY(attach(request.path));
         QTEST(Sql::value("SELECT parent_id, child_id FROM other.tb_node_links"), "kept");
+    }
+
+    void pathsAreCutDownToTheirTags_data()
+    {
+        addColumns<QString, QString, int>("path", "kept", "leftOut");
+        addRow("a tag stays behind", "1.9.2"_s, "1 1.2"_s, 0);
+        addRow("the last one does", "1.2.9"_s, ""_s, 0);
+        addRow("deepest", "9."_s.repeated(998) + "1.2"_s, "1 1.2"_s, 0);
+        addRow("too deep", "9."_s.repeated(999) + "1.2"_s, ""_s, 1);
+        addRow("longest", "0"_s.repeated(19999) + "2"_s, "2"_s, 0);
+        addRow("too long", "0"_s.repeated(20000) + "2"_s, ""_s, 1);
+    }
+
+    void pathsAreCutDownToTheirTags()
+    {
+        QFETCH(QString, path);
+        const QSet<qint64> tagIds{1, 2};
+        RelationshipPaths paths(tagIds);
+        paths.add(path);
+        QStringList kept(paths.paths().cbegin(), paths.paths().cend());
+        kept.sort();
+        QTEST(kept.join(QLatin1Char(' ')), "kept");
+        QTEST(paths.leftOut(), "leftOut");
     }
 
     void rowsThatCannotBeReadStayBehind_data()

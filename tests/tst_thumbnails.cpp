@@ -10,6 +10,7 @@
 
 #include <QImageWriter>
 #include <QPainter>
+#include <QProcess>
 
 #include <sys/stat.h>
 
@@ -155,6 +156,8 @@ private slots:
         const QImage thumbnail = ThumbnailMaker::thumbnailOf(m_folder.write("p.svg"_s, svg));
         QCOMPARE(opaquePart(thumbnail), QRect(0, 42, 128, 43));
         QCOMPARE(thumbnail.pixel(64, 64), qRgb(255, 0, 0));
+        QCOMPARE(QProcess::execute("gzip"_s, {"-S"_s, "z"_s, m_folder.filePath("p.svg"_s)}), 0);
+        QCOMPARE(ThumbnailMaker::thumbnailOf(m_folder.filePath("p.svgz"_s)), thumbnail);
     }
 
     void readsWholeJpegsOnly_data()

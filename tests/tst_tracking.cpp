@@ -137,6 +137,17 @@ private slots:
         QVERIFY2(left == QLatin1String("of 1") || left == QLatin1String("of 2"), qPrintable(left));
     }
 
+    void aCopyStaysWhereItsTagsCannotBeLeft()
+    {
+        m_fixture->write("a.txt"_s, "banana");
+        setTime(path("a.txt"), 9);
+        const QStringList before = tagged();
+        QVERIFY(m_fixture->database().refuse("INSERT ON file_tag"_s));
+        provider().checkExternalFiles({1, 2, 3});
+        m_fixture->wait();
+        QCOMPARE(tagged(), before);
+    }
+
     void aFileThatFailsLeavesTheOthers()
     {
         for (const char *name : {"a.txt", "b.txt", "c.txt"})
