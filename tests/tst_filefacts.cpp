@@ -35,11 +35,11 @@ private slots:
         dock.selectFile(id);
         QCOMPARE(textOf(dock, "nameLabel"), "<b>100%1<i>.txt"_s);
         QCOMPARE(dock.findChild<QLabel *>("nameLabel"_s)->textFormat(), Qt::PlainText);
-        QCOMPARE(textOf(dock, "tagsLabel"), "Red, Blue"_s);
+        QCOMPARE(textOf(dock, "tagsLabel"), "Blue, Red"_s);
         QVERIFY(textOf(dock, "sizeLabel").contains(QString::number(fixture.file(id)->size())));
 
         fixture.tags().renameTag(tagIds.last(), "Green"_s);
-        QCOMPARE(textOf(dock, "tagsLabel"), "Red, Green"_s);
+        QCOMPARE(textOf(dock, "tagsLabel"), "Green, Red"_s);
         fixture.mainView().unlinkTags({id}, {tagIds.first()});
         QCOMPARE(textOf(dock, "tagsLabel"), "Green"_s);
         fixture.mainView().updateFileDescription(id, "of %2 things"_s);

@@ -400,7 +400,10 @@ private slots:
                 window().tabifyDockWidget(this->dock("MetaDataDock"_s), dock);
             if (way == "at the top")
                 window().addDockWidget(Qt::TopDockWidgetArea, dock);
-            dock->setVisible(way != "closed" && way != "floating");
+            if (way == "closed")
+                m_fixture->action(dock->windowTitle())->trigger();
+            else
+                dock->setVisible(way != "floating");
         }
         QCoreApplication::processEvents();
         QVERIFY(dockPlaces() != places);

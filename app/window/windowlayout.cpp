@@ -5,11 +5,13 @@
 
 #include <QEvent>
 #include <QMainWindow>
+#include <QScreen>
 
 void WindowLayout::restore()
 {
     m_window->restoreState(WindowSettings::layout(WindowSettings::mainWindowState));
-    m_window->restoreGeometry(WindowSettings::layout(WindowSettings::mainWindowGeometry));
+    if (!m_window->restoreGeometry(WindowSettings::layout(WindowSettings::mainWindowGeometry)))
+        m_window->resize(m_window->size().expandedTo(m_window->screen()->availableSize() * 2 / 3));
 }
 
 void WindowLayout::follow(const QEvent &event)

@@ -14,6 +14,7 @@
 
 #include <QLayout>
 #include <QMainWindow>
+#include <QMenu>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
@@ -65,14 +66,20 @@ void WindowParts::takePlaces(MainUi &ui)
     m_files->takePlaces(ui);
     m_tagsDock->takePlaces(ui);
     m_browsingDock->takePlaces(ui);
+    ui.viewMenu->addSeparator();
+    for (const QDockWidget *dock : docks())
+        ui.viewMenu->addAction(dock->toggleViewAction());
+}
+
+QList<QDockWidget *> WindowParts::docks() const
+{
+    return {m_tagsDock, m_relationsDock, m_browsingDock, m_metadataDock, m_externalFilesDock};
 }
 
 void WindowParts::arrangeDocks()
 {
     m_window->setDockOptions(QMainWindow::AllowNestedDocks | QMainWindow::AllowTabbedDocks);
-    const QList<QDockWidget *> docks{m_tagsDock, m_externalFilesDock, m_metadataDock, m_relationsDock,
-                                     m_browsingDock};
-    for (QDockWidget *dock : docks)
+    for (QDockWidget *dock : docks())
         dock->setFloating(false);
     // The window mirrors its bars by itself, its docks not.
     const bool isMirrored = m_window->isRightToLeft();
@@ -86,7 +93,7 @@ void WindowParts::arrangeDocks()
         m_window->splitDockWidget(m_tagsDock, m_relationsDock, Qt::Horizontal);
     m_window->splitDockWidget(m_relationsDock, m_metadataDock, Qt::Vertical);
     m_window->tabifyDockWidget(m_relationsDock, m_browsingDock);
-    for (QDockWidget *dock : docks)
+    for (QDockWidget *dock : docks())
         dock->show();
     m_browsingDock->raise();
     // The files are what the window is for: they get all room that the docks do not need.

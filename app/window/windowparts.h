@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 
 class BrowsingTreeViewDock;
@@ -8,6 +9,7 @@ class ExternalFilesDock;
 class MainFilesView;
 class MainUi;
 class MetaInfoDock;
+class QDockWidget;
 class QMainWindow;
 class RelationTreeViewDock;
 class StatusLine;
@@ -39,6 +41,8 @@ public:
     void detach();
 
 private:
+    QList<QDockWidget *> docks() const;
+
     QMainWindow *m_window;
     MainFilesView *m_files;
     TagsTableDock *m_tagsDock;

@@ -9,14 +9,18 @@
 #include "models/contents/contentsmodel.h"
 #include "models/tags/tagstablemodel.h"
 
+#include <QCollator>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
+constexpr int mostSortedTags = 1000;
 constexpr int narrowest = 180;
 constexpr int longestFact = 5000; // signs
 constexpr int titleColumn = 0;
@@ -152,8 +156,8 @@ void MetaInfoDock::showFile(const File &file)
     m_name->setText(ShownText::cut(file.name()));
     m_name->setToolTip(ShownText::toolTip(file.name()));
     const bool isHyperlink = file.internal() == FileKind::hyperlink;
-    const QString tagNames = m_controller->tagNames(file.tags());
-    setFact(m_tags, tagNames.isEmpty() ? tr("none") : tagNames);
+    const QString names = tagNames(file.tags());
+    setFact(m_tags, names.isEmpty() ? tr("none") : names);
     setFact(m_description, file.description());
     setFact(m_kind, kindText(file));
     setFact(m_size, isHyperlink ? QString() : sizeText(file.size()));
@@ -161,6 +165,22 @@ void MetaInfoDock::showFile(const File &file)
     setFact(m_added, dateText(file.additionDate()));
     setFact(m_idCode, file.idCode());
     m_facts->show();
+}
+
+QString MetaInfoDock::tagNames(const QVector<qint64> &tagIds) const
+{
+    // More than anybody reads; sorting them would hold up the selection.
+    if (tagIds.size() > mostSortedTags)
+        return m_controller->tagNames(tagIds);
+    QStringList names;
+    for (qint64 tagId : tagIds)
+        names.append(m_controller->tagNames({tagId}));
+    names.removeAll(QString());
+    QCollator order;
+    order.setNumericMode(true);
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    std::sort(names.begin(), names.end(), order);
+    return names.join(QLatin1String(", "));
 }
 
 void MetaInfoDock::clear()

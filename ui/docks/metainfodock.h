@@ -28,6 +28,7 @@ private:
     QLabel *addFact(QGridLayout *form, const QString &title, const char *objectName);
     void setFact(QLabel *label, const QString &text);
     void showFile(const File &file);
+    QString tagNames(const QVector<qint64> &tagIds) const;
     void clear();
     void refresh();
 
