@@ -966,6 +966,10 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>Export Target</source>
         <translation>Ziel des Exports</translation>
     </message>
+    <message>
+        <source>What is selected has no files to export.</source>
+        <translation>Die Auswahl enthält keine Dateien, die exportiert werden könnten.</translation>
+    </message>
 </context>
 <context>
     <name>ExportMenu</name>
@@ -3338,6 +3342,13 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     <message>
         <source>Files</source>
         <translation>Dateien</translation>
+    </message>
+</context>
+<context>
+    <name>ThumbnailSize</name>
+    <message>
+        <source>Size of the thumbnails</source>
+        <translation>Größe der Miniaturbilder</translation>
     </message>
 </context>
 <context>

@@ -966,6 +966,10 @@ Voulez-vous le remplacer ?</translation>
         <source>Export Target</source>
         <translation>Cible de l’exportation</translation>
     </message>
+    <message>
+        <source>What is selected has no files to export.</source>
+        <translation>La sélection ne contient aucun fichier à exporter.</translation>
+    </message>
 </context>
 <context>
     <name>ExportMenu</name>
@@ -3338,6 +3342,13 @@ Déposez des étiquettes sur son onglet.</translation>
     <message>
         <source>Files</source>
         <translation>Fichiers</translation>
+    </message>
+</context>
+<context>
+    <name>ThumbnailSize</name>
+    <message>
+        <source>Size of the thumbnails</source>
+        <translation>Taille des vignettes</translation>
     </message>
 </context>
 <context>
