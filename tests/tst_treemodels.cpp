@@ -282,6 +282,38 @@ private slots:
         QCOMPARE(fixture.rows("SELECT count(*) FROM tb_nodes"_s), QStringList("0"_s));
     }
 
+    void eachOtherOfAChainGoes()
+    {
+        // As many moves as nodes that stay, each with all that stands below.
+        constexpr int nodes = 10000;
+        LocalCollection fixture;
+        fixture.addTags({"a"_s, "b"_s});
+        QVERIFY(fixture.fill("INSERT INTO tb_nodes(node_id,tag_id,tr_options,inverted) SELECT i,1+i%2,1,0 "
+                             "FROM n",
+                             nodes));
+        QVERIFY(fixture.fill("INSERT INTO tb_node_links(parent_id,child_id) SELECT i-1,i FROM n", nodes));
+        fixture.manager()->reloadAllData();
+        BrowsTreeController &tree = fixture.tree();
+        tree.nodeActivated(TagNode, 3, {2}, {});
+        test({tree.model()});
+        fixture.tags().removeTags({1});
+        QCOMPARE(fixture.rows("SELECT count(*) FROM tb_node_links WHERE parent_id=max(0,child_id-2)"_s),
+                 QStringList(QString::number(nodes / 2)));
+        QCOMPARE(fixture.manager()->nodes().size(), nodes / 2);
+        for (qint64 id = 3; id < nodes; id += 2)
+            QCOMPARE(tree.nodeById(id)->parentNode()->id(), id - 2);
+        QCOMPARE(tree.currentNodeId(), 3);
+        // All that has moved is followed still, and what has gone is not.
+        const QModelIndex top = tree.sorterModel()->indexOfNode(TagNode, 1);
+        QCOMPARE(top.data(NodeRole::CurrentId).toLongLong(), 3);
+        QSignalSpy inserted(tree.model(), &TBtreeModel::rowsInserted);
+        QSignalSpy removed(tree.model(), &TBtreeModel::rowsRemoved);
+        tree.addNodesBelow({2}, 5);
+        QCOMPARE(inserted.size(), 1);
+        tree.removeNodes({fixture.manager()->nodes().keys().last()});
+        QCOMPARE(removed.size(), 1);
+    }
+
     void relationsFollowTheirTags()
     {
         LocalCollection fixture;

@@ -69,14 +69,35 @@ void breakCircles(ParentHash &parents, const QVector<TBnode *> &nodes)
     }
 }
 
-/** The node and all above it. */
-QSet<const TBnode *> withAncestors(const TBnode *node)
+/** Whether nodes stand above one, which they must not go below. */
+class Ancestors
 {
-    QSet<const TBnode *> found;
-    for (; node; node = node->parentNode())
-        found.insert(node);
-    return found;
-}
+public:
+    explicit Ancestors(const TBnode *node) : m_node(node) {}
+
+    /** True for the node itself, too. */
+    bool contains(const TBnode *other)
+    {
+        // What stands below the node cannot be above it. A node that is lifted finds it within a few levels,
+        // where the way up to the top may be long, and each of a long chain would go it.
+        const TBnode *above = m_node ? other->parentNode() : nullptr;
+        for (int level = 0; above && level < nearLevels; ++level, above = above->parentNode()) {
+            if (above == m_node)
+                return false;
+        }
+        if (m_found.isEmpty()) {
+            for (const TBnode *node = m_node; node; node = node->parentNode())
+                m_found.insert(node);
+        }
+        return m_found.contains(other);
+    }
+
+private:
+    static constexpr int nearLevels = 50;
+
+    const TBnode *m_node;
+    QSet<const TBnode *> m_found;
+};
 } // namespace
 
 NodeCache::~NodeCache()
@@ -156,7 +177,7 @@ Map<qint64, TBnode *> NodeCache::move(const QVector<qint64> &nodeIds, qint64 par
     TBnode *parent = parentId > 0 ? m_nodes.value(parentId) : nullptr;
     if (parentId > 0 && !parent)
         qDebug("Failed to update nodes parent id=%s", qPrintable(QString::number(parentId)));
-    const QSet<const TBnode *> unmovable = withAncestors(parent);
+    Ancestors unmovable(parent);
     Map<qint64, TBnode *> moved;
     QList<TBnode *> newChildren;
     QSet<TBnode *> leaving;

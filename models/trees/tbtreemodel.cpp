@@ -14,6 +14,8 @@
 #include <QMimeData>
 #include <QPixmap>
 
+#include <utility>
+
 namespace {
 
 /** Read once: the toolkit keeps pictures of files by name. */
@@ -185,6 +187,7 @@ void TBtreeModel::initRootNode(const Map<qint64, TBnode *> &nodes)
     m_currentNode = nullptr;
 
     beginResetModel();
+    m_left.clear();
     for (TBnode *child : m_allFilesNode->children()) {
         if (child->nodeType() == TagNode)
             disconnectNode(child);
@@ -231,6 +234,9 @@ void TBtreeModel::endManyChanges()
     if (!m_isResetting)
         return;
     m_isResetting = false;
+    const QSet<TBnode *> gone = std::exchange(m_left, {});
+    for (TBnode *node : gone)
+        disconnectNode(node);
     endResetModel();
 }
 
@@ -247,8 +253,11 @@ void TBtreeModel::addedChildrenNode(const QList<TBnode *> &children)
 {
     if (m_isChangeShown)
         endInsertRows();
-    for (TBnode *child : children)
-        connectNode(child);
+    for (TBnode *child : children) {
+        // One that only moved is still followed.
+        if (!m_left.remove(child))
+            connectNode(child);
+    }
 }
 
 void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBnode *parentNode)
@@ -262,8 +271,13 @@ void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBno
         else
             beginRemoveRows(indexOf(parentNode), first, first + children.size() - 1);
     }
-    for (TBnode *child : children)
-        disconnectNode(child);
+    for (TBnode *child : children) {
+        // Whole branches may move one node after the other; each is passed once, at the end.
+        if (m_isResetting)
+            m_left.insert(child);
+        else
+            disconnectNode(child);
+    }
 }
 
 void TBtreeModel::removedChildrenNode(const QList<TBnode *> &)

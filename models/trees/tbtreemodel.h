@@ -4,6 +4,7 @@
 #include "core/records/tbnode.h"
 
 #include <QAbstractItemModel>
+#include <QSet>
 
 #include <memory>
 #include <vector>
@@ -84,6 +85,7 @@ private:
     TBnode *m_currentNode = nullptr;
     TBnode *m_changedNode = nullptr; // the one that the running slot is told of
     bool m_isResetting = false;
+    QSet<TBnode *> m_left;        ///< followed nodes that have left their parents since the reset began
     bool m_isChangeShown = false; // whether rows come or go with the present change of a node
     bool m_isScattered = false;   // whether those that go do not stand next to each other
 };
