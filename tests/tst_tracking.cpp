@@ -148,6 +148,51 @@ private slots:
         QCOMPARE(tagged(), before);
     }
 
+    void aLaterCheckTellsCopies_data()
+    {
+        addColumns<QByteArray, bool, QStringList>("contents", "isLater", "files");
+        const QString c = "c.txt|6|1000000000: t3"_s;
+        addRow("changed together", QByteArray("same"), false,
+               QStringList{"a.txt|4|9: t1"_s, "b.txt|4|9: t2"_s, c});
+        addRow("copied later", QByteArray("same"), true, QStringList{"a.txt|4|9: t1,t2"_s, c});
+        addRow("emptied", QByteArray(), true, QStringList{"a.txt|0|9: t1"_s, "b.txt|0|9: t2"_s, c});
+    }
+
+    void aLaterCheckTellsCopies()
+    {
+        QFETCH(QByteArray, contents);
+        QFETCH(bool, isLater);
+        const auto change = [&](const char *name) {
+            m_fixture->write(QLatin1String(name), contents);
+            setTime(path(name), 9);
+        };
+        change("a.txt");
+        if (!isLater)
+            change("b.txt");
+        provider().checkExternalFiles({1});
+        m_fixture->wait();
+        if (isLater)
+            change("b.txt");
+        provider().checkExternalFiles({2});
+        m_fixture->wait();
+        QTEST(tagged(), "files");
+    }
+
+    void aCopyThatStaysBequeathsNothing()
+    {
+        m_fixture->write("a.txt"_s, "banana");
+        setTime(path("a.txt"), 9);
+        Sql::run("UPDATE files SET file_description='of a' WHERE file_id=1");
+        QVERIFY(m_fixture->database().refuse("DELETE ON files"_s, "old.file_id=1"_s));
+        provider().checkExternalFiles({1, 2, 3});
+        m_fixture->wait();
+        const QStringList before = {"a.txt|5|1000000000: t1"_s, "b.txt|6|1000000000: t2"_s,
+                                    "c.txt|6|1000000000: t3"_s};
+        QCOMPARE(tagged(), before);
+        QCOMPARE(Sql::rows("SELECT file_id FROM files WHERE file_description='of a'"), QStringList{"1"_s});
+        QVERIFY(m_modified->isEmpty());
+    }
+
     void aFileThatFailsLeavesTheOthers()
     {
         for (const char *name : {"a.txt", "b.txt", "c.txt"})

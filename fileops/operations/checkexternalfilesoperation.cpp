@@ -6,6 +6,7 @@
 #include "fileops/tracking/filemodificationchecker.h"
 #include "fileops/tracking/filerefresh.h"
 #include "fileops/tracking/modifiedfilereader.h"
+#include "fileops/tracking/refreshedcontents.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
@@ -140,6 +141,7 @@ bool CheckExternalFilesOperation::treat(ModifiedFileList &files)
     QVector<qint64> refreshed;
     if (!files.isEmpty())
         outwaitLock([&] { refreshed = refresh.write(); });
+    rememberContents(files, refreshed);
     if (!refreshed.isEmpty() || !heirs.isEmpty())
         emit m_worker.updatedFiles(refreshed + heirs);
     if (!refreshed.isEmpty() || !removed.isEmpty())
@@ -157,10 +159,6 @@ bool CheckExternalFilesOperation::removeCopies(ModifiedFileList &files, DeletedF
         return false;
     if (keptFiles.isEmpty())
         return true;
-    outwaitLock([&] { isDone = FileRefresh(m_worker).bequeath(keptFiles); });
-    if (!isDone)
-        return false;
-    heirs = keptFiles.values().toVector();
     FileOperation request;
     request.type = FileOperationType::DeleteFilesOperation;
     QVector<qint64> gone;
@@ -172,17 +170,32 @@ bool CheckExternalFilesOperation::removeCopies(ModifiedFileList &files, DeletedF
         request.fileIds.append(file.fileId);
         request.idCodes.append(file.idCode);
     }
-    outwaitLock([&] { DeleteFilesOperation(m_worker, request).run(); });
+    const auto bequeath = [this, &keptFiles](qint64 fileId) {
+        return FileRefresh(m_worker).bequeath(fileId, keptFiles.value(fileId));
+    };
+    outwaitLock([&] { DeleteFilesOperation(m_worker, request, bequeath).run(); });
     QObject::disconnect(removal);
     const QSet<qint64> goneIds(gone.cbegin(), gone.cend());
     for (const ModifiedFile &file : qAsConst(files)) {
-        if (goneIds.contains(file.fileId))
-            removed.append({file.path.mid(file.path.lastIndexOf(QLatin1Char('/')) + 1), file.path});
+        if (!goneIds.contains(file.fileId))
+            continue;
+        heirs.append(keptFiles.value(file.fileId));
+        removed.append({file.path.mid(file.path.lastIndexOf(QLatin1Char('/')) + 1), file.path});
     }
     // What should have gone and has not is left as it is, so that the next check finds it changed again.
     const auto isTreated = [&keptFiles](const ModifiedFile &file) { return keptFiles.contains(file.fileId); };
     files.erase(std::remove_if(files.begin(), files.end(), isTreated), files.end());
     return true;
+}
+
+void CheckExternalFilesOperation::rememberContents(const ModifiedFileList &files,
+                                                   const QVector<qint64> &refreshed)
+{
+    const QSet<qint64> ids(refreshed.cbegin(), refreshed.cend());
+    for (const ModifiedFile &file : files) {
+        if (file.hasOtherContents() && ids.contains(file.fileId))
+            RefreshedContents::of(m_worker).add(file.fileId);
+    }
 }
 
 void CheckExternalFilesOperation::forgetErrors()

@@ -27,6 +27,7 @@ private:
     /** False when it makes no sense to go on. */
     bool treat(ModifiedFileList &files);
     bool removeCopies(ModifiedFileList &files, DeletedFileRepresentations &removed, QVector<qint64> &heirs);
+    void rememberContents(const ModifiedFileList &files, const QVector<qint64> &refreshed);
     bool mayGoOn() const;
     /** Runs a step again for some moments while another connection holds the database. */
     void outwaitLock(const std::function<void()> &step);

@@ -15,8 +15,12 @@ namespace {
 constexpr int rowsAtOnce = 10000;
 } // namespace
 
-DeleteFilesOperation::DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request)
-    : m_worker(worker), m_request(request), m_blocks(ProviderConnection(worker, worker.connectionName()))
+DeleteFilesOperation::DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request,
+                                           const Farewell &farewell)
+    : m_worker(worker),
+      m_request(request),
+      m_farewell(farewell),
+      m_blocks(ProviderConnection(worker, worker.connectionName()))
 {
 }
 
@@ -81,10 +85,12 @@ bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 
                        "AND internal=0);");
     const bool hasPath = internal == FileKind::external;
     const bool hasBlocks = internal == FileKind::internal && size != 0;
-    if (!hasPath && !hasBlocks)
+    if (!hasPath && !hasBlocks && !m_farewell)
         return true;
     Savepoint savepoint(m_worker);
     if (!savepoint.isActive())
+        return false;
+    if (m_farewell && !m_farewell(fileId))
         return false;
     if (hasPath && !m_worker.runFast(deletePath, {fileId}))
         return false;

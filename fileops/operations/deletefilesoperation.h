@@ -3,6 +3,8 @@
 #include "fileops/contents/blockremoval.h"
 #include "fileops/worker/fileoperation.h"
 
+#include <functional>
+
 class FileOperationWorker;
 
 /**
@@ -13,7 +15,11 @@ class FileOperationWorker;
 class DeleteFilesOperation
 {
 public:
-    DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request);
+    /** Asked before a file goes, in the transaction and undone with it: where it says no, the file stays. */
+    using Farewell = std::function<bool(qint64 fileId)>;
+
+    DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request,
+                         const Farewell &farewell = {});
 
     void run();
 
@@ -26,5 +32,6 @@ private:
 
     FileOperationWorker &m_worker;
     const FileOperation &m_request;
+    const Farewell m_farewell;
     BlockRemoval m_blocks;
 };

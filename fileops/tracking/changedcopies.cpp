@@ -3,15 +3,24 @@
 #include "core/records/filekind.h"
 #include "fileops/contents/filecomparison.h"
 #include "fileops/files/regularfile.h"
+#include "fileops/tracking/refreshedcontents.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <algorithm>
+
+namespace {
+/** What a full disk or a crash empties says nothing of other empty files. */
+bool mayBeCopy(const ModifiedFile &file)
+{
+    return file.size > 0 && file.hasOtherContents();
+}
+} // namespace
 
 bool ChangedCopies::find(const ModifiedFileList &files, QHash<qint64, qint64> &keptFiles)
 {
     QVector<qint64> checksums;
     for (const ModifiedFile &file : files) {
-        if (file.hasOtherContents())
+        if (mayBeCopy(file))
             checksums.append(file.checksum);
     }
     std::sort(checksums.begin(), checksums.end());
@@ -26,7 +35,7 @@ bool ChangedCopies::find(const ModifiedFileList &files, QHash<qint64, qint64> &k
     for (auto it = checksumsByFile.cbegin(); it != checksumsByFile.cend(); ++it)
         idsByChecksum[it.value()].append(it.key());
     for (const ModifiedFile &file : files) {
-        if (!file.hasOtherContents())
+        if (!mayBeCopy(file))
             continue;
         QVector<qint64> ids = idsByChecksum.value(file.checksum);
         std::sort(ids.begin(), ids.end());
@@ -44,7 +53,8 @@ bool ChangedCopies::find(const ModifiedFileList &files, QHash<qint64, qint64> &k
 
 bool ChangedCopies::isCopy(const ModifiedFile &file, const DatabaseFile &other) const
 {
-    if (other.fileId == file.fileId || other.size != file.size || other.internal == FileKind::hyperlink)
+    if (other.fileId == file.fileId || other.size != file.size || other.internal == FileKind::hyperlink ||
+        RefreshedContents::of(m_worker).mayBeOlder(other.fileId, file.path))
         return false;
     FileComparison comparison(m_worker);
     if (other.internal == FileKind::internal)

@@ -10,7 +10,8 @@ class FileOperationWorker;
 /**
  * Finds changed files that have become copies of other files in the database. An equal checksum only
  * nominates: size and bytes decide, and what cannot be read is no copy. Neither the row of the file itself
- * nor another one of its path counts, and of two changed files that are equal both stay. Worker's thread.
+ * nor another one of its path counts, and of two changed files that are equal both stay, whether they are met
+ * together or one after the other. Empty files are no copies. Worker's thread.
  */
 class ChangedCopies
 {

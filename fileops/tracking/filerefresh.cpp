@@ -54,23 +54,20 @@ bool FileRefresh::writeFile(const ModifiedFile &file)
            (thumbnail.isEmpty() || ThumbnailMaker(m_worker).store(thumbnail, file.thumbnailId, false));
 }
 
-bool FileRefresh::bequeath(const QHash<qint64, qint64> &keptFiles)
+bool FileRefresh::bequeath(qint64 gone, qint64 kept)
 {
+    // The row that is written to cannot go before the transaction ends, whoever else is at work.
+    static const QString describe = QStringLiteral(
+        "UPDATE files SET file_description=CASE WHEN file_description IS NULL OR file_description='' THEN "
+        "(SELECT file_description FROM files WHERE file_id=?) ELSE file_description END WHERE file_id=?;");
+    static const QString find = QStringLiteral("SELECT file_id FROM files WHERE file_id=?;");
     static const QString linkTags =
         QStringLiteral("INSERT INTO file_tag (file_id,tag_id) SELECT CAST(? AS BIGINT), tag_id FROM file_tag "
                        "WHERE file_id=? "
                        "AND tag_id NOT IN (SELECT tag_id FROM file_tag WHERE file_id=?);");
-    static const QString describe = QStringLiteral(
-        "UPDATE files SET file_description=(SELECT file_description FROM files WHERE file_id=?) "
-        "WHERE file_id=? AND (file_description IS NULL OR file_description='');");
-    Transaction transaction(m_worker, m_worker.connectionName());
-    if (!transaction.isActive())
-        return false;
-    for (auto it = keptFiles.cbegin(); it != keptFiles.cend(); ++it) {
-        const qint64 gone = it.key();
-        const qint64 kept = it.value();
-        if (!m_worker.runFast(linkTags, {kept, gone, kept}) || !m_worker.runFast(describe, {gone, kept}))
-            return false;
-    }
-    return transaction.commit();
+    TableData rows;
+    const bool isThere =
+        m_worker.runFast(describe, {gone, kept}) && m_worker.runFast(find, {kept}, rows) && !rows.isEmpty();
+    freeRows(rows);
+    return isThere && m_worker.runFast(linkTags, {kept, gone, kept});
 }

@@ -9,7 +9,7 @@ class FileOperationWorker;
 
 /**
  * Writes what changed files are now into their records, and lets files that stay inherit from records that
- * go. Each call is one transaction; contents and pictures are read before it. Worker's thread.
+ * go. Contents and pictures are read before anything is written. Worker's thread.
  */
 class FileRefresh
 {
@@ -18,10 +18,13 @@ public:
 
     /** Makes the thumbnails of these files, outside of any transaction. */
     void prepare(const ModifiedFileList &files);
-    /** The files whose records were written: one that fails leaves the others alone. */
+    /** The files whose records were written, in one transaction: one that fails leaves the others alone. */
     QVector<qint64> write();
-    /** The tags of each file that goes, and its description where there is none, go to the one that stays. */
-    bool bequeath(const QHash<qint64, qint64> &keptFiles);
+    /**
+     * The tags of a file that goes, and its description where there is none, go to the one that stays: within
+     * the transaction in which the other one goes. False when that one is not there any more, either.
+     */
+    bool bequeath(qint64 gone, qint64 kept);
 
 private:
     bool writeFile(const ModifiedFile &file);
