@@ -282,6 +282,61 @@ private slots:
         QCOMPARE(location.located().value(m_ids.at(1)), m_fixture->filePath("in/1.txt"_s));
     }
 
+    void findsByContentsOnlyWhatIsCertain_data()
+    {
+        // Seconds that a copy is older than the record, and the one that is found.
+        addColumns<QVector<int>, QString>("ages", "found");
+        addRow("the only one", QVector<int>{50}, "0.dat"_s);
+        addRow("any of two", QVector<int>{50, 60}, QString());
+        addRow("the one of its time", QVector<int>{50, 0}, "1.dat"_s);
+        addRow("the first of its time", QVector<int>{50, 0, 0}, "1.dat"_s);
+    }
+
+    void findsByContentsOnlyWhatIsCertain()
+    {
+        QFETCH(QVector<int>, ages);
+        QVERIFY(remove("0.txt"));
+        const qint64 recorded = file(m_ids.at(0))->modificationSeconds();
+        for (int i = 0; i < ages.size(); ++i) {
+            const QString name = QString::number(i) + ".dat"_s;
+            m_fixture->write("in/"_s + name, "0.txt");
+            QFile copy(m_fixture->filePath("in/"_s + name));
+            QVERIFY(copy.open(QIODevice::ReadWrite));
+            QVERIFY(copy.setFileTime(QDateTime::fromSecsSinceEpoch(recorded - ages.at(i)),
+                                     QFileDevice::FileModificationTime));
+        }
+        FileLocation location(*m_fixture->mainView().contentsModel(), {m_ids.at(0)},
+                              {m_fixture->filePath("in"_s)});
+        QSignalSpy finished(&location, &FileLocation::finished);
+        location.start();
+        QTRY_COMPARE(finished.size(), 1);
+        QTEST(QFileInfo(location.located().value(m_ids.at(0))).fileName(), "found");
+    }
+
+    void leavesWhatAnIdMeansByNow()
+    {
+        for (const char *name : {"0.txt", "1.txt", "2.txt"})
+            QVERIFY(remove(name));
+        m_fixture->write("in/0.txt"_s, "0.txt");
+        showAll();
+        settle();
+        m_fixture->answerBoxesWith(QMessageBox::Ok);
+        answerFolders({"in"_s});
+        OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
+            dialog.addFolder();
+            // Other files come by the first two ids while the dialog is open.
+            Sql::run("UPDATE files SET id_code='ZZZZ99'||file_id WHERE file_id<3");
+            m_fixture->manager()->reloadAllData();
+            dialog.findChild<QPushButton *>("deleteLinksButton"_s)->click();
+        });
+        locateAction()->trigger();
+        m_fixture->takeBoxes();
+        settle();
+        QCOMPARE(Sql::rows("SELECT file_id FROM files ORDER BY file_id"), QStringList({"1"_s, "2"_s}));
+        QCOMPARE(Sql::rows("SELECT path FROM file_paths WHERE path_id=1"),
+                 QStringList{m_fixture->filePath("0.txt"_s)});
+    }
+
     void locatesInFolders()
     {
         // By name, by contents, and not at all; of two hits the one of the first folder.

@@ -21,7 +21,7 @@ QVector<MissingFile> filesOf(const ContentsModel &contents, const QVector<qint64
     files.reserve(fileIds.size());
     for (const qint64 fileId : fileIds) {
         if (const File *file = contents.fileAt(contents.rowOf(fileId)))
-            files.append({fileId, file->path(), file->size(), file->checksum()});
+            files.append({fileId, file->path(), file->size(), file->checksum(), file->modificationSeconds()});
     }
     return files;
 }

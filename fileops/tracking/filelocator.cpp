@@ -134,18 +134,48 @@ void FileLocator::matchContents(const QStringList &paths, qint64 size)
     std::copy_if(paths.cbegin(), paths.cend(), std::back_inserter(free),
                  [this](const QString &path) { return isFree(path); });
     const QVector<FileChecksum> checksums = FileChecksums::ofFiles(free, m_shouldEnd);
-    QHash<qint64, QVector<int>> open; // files by checksum, the first one last
-    const QVector<int> files = m_bySize.value(size);
-    for (auto file = files.crbegin(); file != files.crend(); ++file) {
-        if (!m_located.contains(m_files.at(*file).fileId))
-            open[m_files.at(*file).checksum].append(*file);
-    }
+    QHash<qint64, QStringList> pathsByChecksum;
     for (int i = 0; i < free.size(); ++i) {
         const FileChecksum &read = checksums.at(i);
-        const auto found = open.find(read.checksum);
-        if (read.isRead && read.size == size && found != open.end() && !found->isEmpty())
-            settle(found->takeLast(), free.at(i));
+        if (read.isRead && read.size == size)
+            pathsByChecksum[read.checksum].append(free.at(i));
     }
+    QHash<qint64, QVector<int>> filesByChecksum;
+    const QVector<int> files = m_bySize.value(size);
+    for (const int file : files) {
+        const MissingFile &missing = m_files.at(file);
+        if (!m_located.contains(missing.fileId) && pathsByChecksum.contains(missing.checksum))
+            filesByChecksum[missing.checksum].append(file);
+    }
+    // What a stop has left unread may have been the better one.
+    if (m_shouldEnd())
+        return;
+    for (auto it = filesByChecksum.cbegin(); it != filesByChecksum.cend(); ++it)
+        matchEqual(*it, pathsByChecksum.value(it.key()));
+}
+
+void FileLocator::matchEqual(QVector<int> files, QStringList paths)
+{
+    QHash<qint64, QStringList> pathsByTime; // the first one last
+    for (auto path = paths.crbegin(); path != paths.crend(); ++path)
+        pathsByTime[FileLook::at(*path).modified].append(*path);
+    const auto settleByTime = [&](int file) {
+        const qint64 stored = m_files.at(file).modified;
+        for (const qint64 time : {stored, stored + 1}) {
+            const auto found = pathsByTime.find(time);
+            if (found == pathsByTime.end() || found->isEmpty())
+                continue;
+            settle(file, found->takeLast());
+            return true;
+        }
+        return false;
+    };
+    files.erase(std::remove_if(files.begin(), files.end(), settleByTime), files.end());
+    paths.erase(
+        std::remove_if(paths.begin(), paths.end(), [this](const QString &path) { return !isFree(path); }),
+        paths.end());
+    if (files.size() == 1 && paths.size() == 1)
+        settle(files.first(), paths.first());
 }
 
 void FileLocator::settle(int file, const QString &path)

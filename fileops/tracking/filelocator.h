@@ -14,13 +14,15 @@ struct MissingFile
     QString path;
     qint64 size = 0;
     qint64 checksum = 0;
+    qint64 modified = 0; ///< seconds since 1970
 };
 
 /**
  * Finds missing files in folders and all below them: by their names, and those that no name finds by size and
- * contents. What is hidden is only gone through when one of them was, and links are not followed. One walk
- * serves all of them. The folders are walked in their order, and of several hits the first
- * one counts; none serves two files. Any thread, one at a time.
+ * contents: what is recorded of contents may fit other ones, too, so the time of the last change has to fit,
+ * or nothing else may. What is hidden is only gone through when one of them was, and links are not followed.
+ * One walk serves all of them. The folders are walked in their order, and of several hits the first one
+ * counts; none serves two files. Any thread, one at a time.
  */
 class FileLocator
 {
@@ -50,6 +52,8 @@ private:
     void locateByName(const QVector<int> &sameName, const QVector<Hit> &hits);
     void locateByContents();
     void matchContents(const QStringList &paths, qint64 size);
+    /** Files and paths of one size and checksum. */
+    void matchEqual(QVector<int> files, QStringList paths);
     void settle(int file, const QString &path);
     bool isFree(const QString &path) const;
 

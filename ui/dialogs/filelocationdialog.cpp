@@ -6,6 +6,7 @@
 #include "app/settings/trackingsettings.h"
 #include "core/controllers/filelocation.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/records/file.h"
 #include "models/contents/contentsmodel.h"
 #include "ui/dialogs/deletionquestion.h"
 #include "ui/dialogs/progressdialog.h"
@@ -17,6 +18,15 @@
 #include <QShortcut>
 
 #include <algorithm>
+
+namespace {
+/** Empty for a file that is not known. */
+QString idCodeOf(const ContentsModel &contents, qint64 fileId)
+{
+    const File *file = contents.fileAt(contents.rowOf(fileId));
+    return file ? file->idCode() : QString();
+}
+} // namespace
 
 FileLocationDialog::FileLocationDialog(MainViewController *controller, const QVector<qint64> &missingIds,
                                        QWidget *parent)
@@ -30,6 +40,8 @@ FileLocationDialog::FileLocationDialog(MainViewController *controller, const QVe
     connectButtons();
     // Its files are gone with the database.
     connect(controller, &QObject::destroyed, this, &QDialog::reject);
+    for (const qint64 fileId : missingIds)
+        m_idCodes.insert(fileId, idCodeOf(*controller->contentsModel(), fileId));
     showRemaining();
 }
 
@@ -55,9 +67,13 @@ void FileLocationDialog::connectButtons()
 
 QHash<qint64, QString> FileLocationDialog::locatedFiles() const
 {
-    QHash<qint64, QString> located = m_found;
-    for (auto it = m_chosen.cbegin(); it != m_chosen.cend(); ++it)
-        located.insert(it.key(), it.value());
+    QHash<qint64, QString> located;
+    for (const QHash<qint64, QString> *paths : {&m_found, &m_chosen}) {
+        for (auto it = paths->cbegin(); it != paths->cend(); ++it) {
+            if (isStillMeant(it.key()))
+                located.insert(it.key(), it.value());
+        }
+    }
     return located;
 }
 
@@ -157,11 +173,18 @@ void FileLocationDialog::evaluateFolderSelection()
     showRemaining();
 }
 
+bool FileLocationDialog::isStillMeant(qint64 fileId) const
+{
+    const QString idCode = m_idCodes.value(fileId);
+    return m_controller && !idCode.isEmpty() && idCode == idCodeOf(*m_controller->contentsModel(), fileId);
+}
+
 QVector<qint64> FileLocationDialog::remaining() const
 {
     QVector<qint64> ids;
-    std::copy_if(m_missingIds.cbegin(), m_missingIds.cend(), std::back_inserter(ids),
-                 [this](qint64 fileId) { return !m_chosen.contains(fileId) && !m_found.contains(fileId); });
+    std::copy_if(m_missingIds.cbegin(), m_missingIds.cend(), std::back_inserter(ids), [this](qint64 fileId) {
+        return !m_chosen.contains(fileId) && !m_found.contains(fileId) && isStillMeant(fileId);
+    });
     return ids;
 }
 
@@ -176,7 +199,7 @@ void FileLocationDialog::showRemaining()
         item->setData(Qt::UserRole, fileId);
     }
     m_ui->foundLabel->setText(tr("Found: %1 of %2.")
-                                  .arg(QLocale().toString(m_missingIds.size() - ids.size()),
+                                  .arg(QLocale().toString(m_chosen.size() + m_found.size()),
                                        QLocale().toString(m_missingIds.size())));
     updateButtons();
 }

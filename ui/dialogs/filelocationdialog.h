@@ -47,6 +47,8 @@ private:
     void connectButtons();
     void askForDeletion();
     bool isTaken(const QString &path, qint64 fileId) const;
+    /** Whether an id is still that of the file that was missing when the dialog opened. */
+    bool isStillMeant(qint64 fileId) const;
     QVector<qint64> remaining() const;
     void showRemaining();
     void updateButtons();
@@ -54,6 +56,7 @@ private:
     std::unique_ptr<Ui::FileLocationDialog> m_ui;
     QPointer<MainViewController> m_controller;
     const QVector<qint64> m_missingIds;
+    QHash<qint64, QString> m_idCodes; ///< theirs, as an id may become another file's meanwhile
     QHash<qint64, QString> m_chosen;
     QHash<qint64, QString> m_found; ///< in the folders
     bool m_deletesRest = false;
