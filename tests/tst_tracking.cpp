@@ -1,6 +1,7 @@
 #include "tests/support/addingfixture.h"
 #include "tests/support/serverdatabase.h"
 
+#include <algorithm>
 #include <numeric>
 #include <utime.h>
 
@@ -380,8 +381,10 @@ private:
         return lines;
     }
 
-    static QString idsIn(const QString &word, const QVector<qint64> &ids)
+    /** Ascending, as a server answers in what order it likes. */
+    static QString idsIn(const QString &word, QVector<qint64> ids)
     {
+        std::sort(ids.begin(), ids.end());
         QString text = word;
         for (const qint64 id : ids)
             text += QLatin1Char(' ') + QString::number(id);
