@@ -1,7 +1,7 @@
 #!/bin/bash
 # with-postgres.sh COMMAND ...: runs the command beside a private PostgreSQL server on loopback that nobody else
 # uses, and removes the server afterwards. The command finds it in VORNA_TEST_PG ("host;port;database;user"), and all
-# of several around each other in VORNA_TEST_PGS.
+# of several around each other in VORNA_TEST_PGS. VORNA_FSYNC=on has it wait for the disk.
 set -euo pipefail
 
 bin=/usr/lib/postgresql/15/bin
@@ -27,7 +27,7 @@ port=
 for _ in 1 2 3 4 5 6 7 8; do
     candidate=$((20000 + RANDOM % 12000))
     if "${as_user[@]}" "$bin/pg_ctl" -D "$data/db" -w -l "$data/db/log" \
-        -o "-p $candidate -c listen_addresses=127.0.0.1 -c unix_socket_directories=$data -c fsync=off" \
+        -o "-p $candidate -c listen_addresses=127.0.0.1 -c unix_socket_directories=$data -c fsync=${VORNA_FSYNC:-off}" \
         start >/dev/null 2>&1; then
         port=$candidate
         break

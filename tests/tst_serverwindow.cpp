@@ -1,10 +1,14 @@
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collectionsettings.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "models/contents/contentsmodel.h"
 #include "models/trees/browsingtreetablemodel.h"
 #include "tests/support/serverdatabase.h"
 #include "tests/support/windowfixture.h"
 #include "ui/dialogs/browsingtreedialog.h"
 #include "ui/dialogs/databaseconnectdialog.h"
+#include "ui/docks/tagstabledock.h"
+#include "ui/views/mainfilesview.h"
 #include "ui/widgets/browsingtreesdelegate.h"
 #include "ui/widgets/tableview.h"
 
@@ -15,6 +19,7 @@
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStatusBar>
 #include <QTcpServer>
 
 namespace {
@@ -183,6 +188,58 @@ private slots:
         });
         QCOMPARE(dock->windowTitle(), "Browsing Tree: Default"_s);
         QCOMPARE(m_server->count("browsing_trees"_s), 2);
+    }
+
+    /** What others do comes in beside what somebody looks at, selects and types. */
+    void placeAndTextStay_data()
+    {
+        addColumns<QString, QString>("statement", "told");
+        addRow("others",
+               "INSERT INTO tags VALUES (70,'a theirs','',0,NULL); UPDATE tags SET tag_name='z' WHERE "
+               "tag_id=2; INSERT INTO files SELECT i,'0'||i,'',0,0,0,'d'||i,1,0,0,0,2 FROM "
+               "generate_series(300,309) i"_s,
+               "2 tags, 10 files changed by others"_s);
+        addRow("the tag itself", "UPDATE tags SET tag_name='theirs' WHERE tag_id=1"_s,
+               "1 tag changed by others"_s);
+    }
+
+    void placeAndTextStay()
+    {
+        QFETCH(QString, statement);
+        QVERIFY(
+            m_server->owner().run("INSERT INTO tags SELECT i,'tag '||i,'',0,NULL FROM generate_series(1,9) "
+                                  "i; INSERT INTO files SELECT "
+                                  "i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM generate_series(1,200) i"_s));
+        QVERIFY(window().openDatabase(m_details));
+        window().show();
+        window().collection()->mainViewController()->showSpecialNode(AllFiles);
+        QAbstractItemView *files = nullptr;
+        for (auto *view : window().findChild<MainFilesView *>()->findChildren<QAbstractItemView *>())
+            files = view->isVisible() && view->model() && view->model()->rowCount() == 200 ? view : files;
+        QVERIFY(files);
+        files->setCurrentIndex(files->model()->index(199, ContentsModel::NameColumn));
+        const QString selected = files->currentIndex().data().toString();
+        auto *tags = window().findChild<TagsTableDock *>()->findChild<TableView *>();
+        for (int row = 0; row < tags->model()->rowCount(); ++row) {
+            if (tags->model()->index(row, 0).data().toString() == "tag 1"_s)
+                tags->edit(tags->model()->index(row, 0));
+        }
+        const QPointer<QLineEdit> editor = tags->findChild<QLineEdit *>();
+        QVERIFY(editor);
+        editor->clear();
+        QTest::keyClicks(editor, "typed"_s);
+
+        QVERIFY(m_server->owner().run(statement));
+        const auto isTold = [this] {
+            QFETCH(QString, told);
+            return window().statusBar()->currentMessage() == told;
+        };
+        QTRY_VERIFY(isTold());
+        QVERIFY(editor && editor->isVisible());
+        QCOMPARE(editor->text(), "typed"_s);
+        QCOMPARE(files->selectionModel()->selectedRows().size(), 1);
+        QCOMPARE(files->currentIndex().data().toString(), selected);
+        QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 
     void treesThatOthersRemove()
