@@ -29,11 +29,6 @@
 
 #include <utility>
 
-namespace {
-/** How often an edit begins anew when others come in between. */
-constexpr int mostTries = 3;
-} // namespace
-
 DatabaseManger::DatabaseManger(const QString &driver, const QString &database, const QString &host,
                                const QString &user, const QString &password, int port, QObject *parent)
     : QObject(parent),
@@ -45,6 +40,7 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_password(password),
       m_errors(details()),
       m_loads(m_records, m_errors),
+      m_runner(*this, m_errors, m_loads),
       m_fileEdits(*this),
       m_edits(*this, m_records),
       m_thumbnailCache(new ThumbnailCache(this)),
@@ -98,6 +94,7 @@ void DatabaseManger::setProviders(const Providers &providers)
     m_loads.setProviders(m_providers);
     m_records.follow(m_providers);
     connect(m_providers.mainView, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
+    m_runner.setProviders(m_providers);
     const QVector<BaseDBProvider *> providersOfRecords = editors();
     for (BaseDBProvider *provider : providersOfRecords)
         connectErrors(provider);
@@ -409,45 +406,9 @@ bool DatabaseManger::isNameGiven(const QString &name)
     return isGiven;
 }
 
-QVector<BaseDBProvider *> DatabaseManger::editors() const
-{
-    // In the order in which their news go out: all others may name a tag.
-    return {m_providers.tags, m_providers.groups, m_providers.browsTree, m_providers.mainView,
-            m_providers.relationTree};
-}
-
 EditResult DatabaseManger::runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit)
 {
-    EditResult result;
-    bool wasBusy = false;
-    EditEnd end = Again;
-    for (int i = 0; i < mostTries && end == Again; ++i) {
-        if (!beginEdit(base))
-            return {};
-        wasBusy = m_errors.runInSilence([&] {
-            result = edit();
-            end = endEdit(result.isDone);
-            result.isDone = end == Ended;
-            if (result.isDone)
-                tellEdit(result);
-        });
-    }
-    // Another connection may have taken the database between the edit and the reading of what it made.
-    if ((wasBusy && !result.isDone) || end == Again)
-        m_errors.warnOfBusyDatabase();
-    else if (wasBusy)
-        m_loads.keep(reload, result.reloadIds);
-    refreshModificationDate();
-    return result;
-}
-
-void DatabaseManger::tellEdit(const EditResult &result)
-{
-    if (result.tell)
-        result.tell();
-    const QVector<BaseDBProvider *> providers = editors();
-    for (BaseDBProvider *provider : providers)
-        provider->tellNews();
+    return m_runner.run(reload, base, edit);
 }
 
 bool DatabaseManger::areTagsOnNodes(const QVector<qint64> &tagIds)
@@ -468,11 +429,8 @@ bool DatabaseManger::isStorable(const QString &text)
 
 bool DatabaseManger::runFileEdit(const EditBase &base, const std::function<bool()> &edit)
 {
-    return runEdit(PendingReloads::FileReload, base,
-                   [&] {
-                       return EditResult{edit(), base.files, {}};
-                   })
-        .isDone;
+    const auto run = [&] { return EditResult{edit(), base.files, {}}; };
+    return m_runner.run(PendingReloads::FileReload, base, run).isDone;
 }
 
 void DatabaseManger::readSettings()

@@ -2,6 +2,7 @@
 
 #include "app/settings/dbdetails.h"
 #include "core/records/recordtypes.h"
+#include "db/manager/editrunner.h"
 #include "db/manager/errorteller.h"
 #include "db/manager/fileedits.h"
 #include "db/manager/newscount.h"
@@ -43,7 +44,7 @@ class WriteGuard;
  * Writing operations do nothing when isDataCurrent() says no. They do not ask whether the database is
  * read-only: whoever offers an edit does.
  */
-class DatabaseManger : public QObject, private FileEditsHost, private RecordEditsHost
+class DatabaseManger : public QObject, protected EditRunHost, private FileEditsHost, private RecordEditsHost
 {
     Q_OBJECT
 
@@ -297,8 +298,7 @@ public:
     bool wasBusy() const { return m_errors.sawBusy(); }
     /** Whether the records are those of the database, so that an edit may go ahead. */
     virtual bool isDataCurrent() = 0;
-    /** Notes the state of the database after a change of our own. */
-    virtual void refreshModificationDate() = 0;
+    void refreshModificationDate() override = 0;
 
 signals:
     /** Told once, whichever connection notices, until the database is opened again. */
@@ -401,18 +401,11 @@ protected:
     virtual bool mayEdit(const EditBase & /*base*/) { return isDataCurrent(); }
     /** The same for an operation of the worker, which may look itself when it begins. */
     bool mayRequest(const EditBase &base) override { return mayEdit(base); }
-    enum EditEnd {
-        Ended,
-        Failed,
-        Again ///< others came in between: what is new is to be seen first
-    };
-    /** Around an edit; all that is known of it stands in its transaction where there is one. */
-    virtual bool beginEdit(const EditBase &base) { return mayEdit(base); }
-    virtual EditEnd endEdit(bool isDone) { return isDone ? Ended : Failed; }
+    bool beginEdit(const EditBase &base) override { return mayEdit(base); }
+    EditEnd endEdit(bool isDone) override { return isDone ? Ended : Failed; }
     bool mayTouch(const EditBase & /*base*/) override { return true; }
     void include(BaseDBProvider *provider) override { connectErrors(provider); }
-    /** The providers whose edits are of records. */
-    QVector<BaseDBProvider *> editors() const;
+    QVector<BaseDBProvider *> editors() const { return m_runner.editors(); }
     RecordKeeper &records() { return m_records; }
     ErrorTeller &errors() { return m_errors; }
     void warnOfChanges();
@@ -448,7 +441,6 @@ private:
     EditResult runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit) override;
     /** False, with a warning, for a text that is longer than what is read of one. */
     bool isStorable(const QString &text) override;
-    void tellEdit(const EditResult &result);
     bool runFileEdit(const EditBase &base, const std::function<bool()> &edit) override;
     const Map<qint64, File *> &knownFiles() const override { return m_records.files().map(); }
 
@@ -468,6 +460,7 @@ private:
     Providers m_providers;
     std::unique_ptr<AbstractQueryConstructor> m_constructor;
     std::unique_ptr<StoredPictures> m_pictures;
+    EditRunner m_runner;
     FileEdits m_fileEdits;
     RecordEdits m_edits;
     ThumbnailCache *m_thumbnailCache;

@@ -159,7 +159,7 @@ bool PostgresDBManager::beginEdit(const EditBase &base)
     return true;
 }
 
-DatabaseManger::EditEnd PostgresDBManager::endEdit(bool isDone)
+EditRunHost::EditEnd PostgresDBManager::endEdit(bool isDone)
 {
     if (!m_isInEdit)
         return isDone ? Ended : Failed;

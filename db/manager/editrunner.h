@@ -1,0 +1,61 @@
+#pragma once
+
+#include "db/manager/editresult.h"
+#include "db/manager/providers.h"
+
+#include <QVector>
+
+#include <functional>
+
+class BaseDBProvider;
+class ErrorTeller;
+class RecordLoads;
+struct EditBase;
+
+/** What EditRunner asks of the manager that owns it. GUI thread. */
+class EditRunHost
+{
+public:
+    enum EditEnd {
+        Ended,
+        Failed,
+        Again ///< others came in between: what is new is to be seen first
+    };
+
+    virtual ~EditRunHost() = default;
+
+    /** Around an edit; all that is known of it stands in its transaction where there is one. */
+    virtual bool beginEdit(const EditBase &base) = 0;
+    virtual EditEnd endEdit(bool isDone) = 0;
+    /** Notes the state of the database after a change of our own. */
+    virtual void refreshModificationDate() = 0;
+};
+
+/**
+ * The one way of all edits that the window makes itself: begun on records that are those of the database,
+ * ended, tried again when others came in between, and told when they are through. Owned by the manager, GUI
+ * thread.
+ */
+class EditRunner
+{
+public:
+    /** All of it must outlive this, the providers each call. */
+    EditRunner(EditRunHost &host, ErrorTeller &errors, RecordLoads &loads)
+        : m_host(host), m_errors(errors), m_loads(loads)
+    {
+    }
+    void setProviders(const DatabaseProviders &providers) { m_providers = providers; }
+
+    /** The providers whose edits are of records. */
+    QVector<BaseDBProvider *> editors() const;
+    /** What the edit made, and a lock hid afterwards, is read later: as that of PendingReloads. */
+    EditResult run(int reload, const EditBase &base, const std::function<EditResult()> &edit);
+
+private:
+    void tell(const EditResult &result);
+
+    EditRunHost &m_host;
+    ErrorTeller &m_errors;
+    RecordLoads &m_loads;
+    DatabaseProviders m_providers;
+};
