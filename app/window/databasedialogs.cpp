@@ -53,10 +53,12 @@ bool DatabaseDialogs::chooseBrowsingTree(Collection *collection) const
 void DatabaseDialogs::promptAboutDuplicates(const PresentableDuplicates &duplicates,
                                             Collection *collection) const
 {
-    if (!collection || duplicates.isEmpty())
-        return;
-    if (AddingSettings::listDuplicates())
-        DuplicatePrompt(duplicates, collection->mainViewController(), m_window).exec();
-    else
-        DuplicatePrompt::tellNameMatches(duplicates.nameMatches, m_window);
+    PresentableDuplicates shown = duplicates;
+    if (!AddingSettings::listDuplicates()) {
+        // Only the report may be silenced: files of equal names were left out and wait for an answer.
+        shown.contentMatches.clear();
+        shown.externalDuplicateGroups.clear();
+    }
+    if (collection && !shown.isEmpty())
+        DuplicatePrompt(shown, collection->mainViewController(), m_window).exec();
 }

@@ -99,7 +99,7 @@ void WindowCommands::updateAvailability(const Collection *collection)
     const bool takesImports = collection && !isServer && !collection->isReadOnly();
     for (const ActionId id : {ImportMenuAction, ImportDatabaseAction, ImportShellAction})
         action(id)->setEnabled(takesImports);
-    action(ExportMenuAction)->setEnabled(collection && !isServer);
+    action(ExportMenuAction)->setEnabled(!isServer);
     for (const ActionId id : {TagGroupsAction, RemakeThumbnailsAction})
         action(id)->setEnabled(collection && !collection->isReadOnly());
 }

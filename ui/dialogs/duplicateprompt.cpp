@@ -5,7 +5,6 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/records/file.h"
 #include "core/records/filekind.h"
-#include "fileops/adding/firstnames.h"
 #include "models/contents/contentsmodel.h"
 #include "ui/dialogs/contentmatchmodel.h"
 #include "ui/dialogs/namematchdelegate.h"
@@ -230,22 +229,6 @@ void DuplicatePrompt::setWaiting(bool isWaiting)
         m_awaited.clear();
     m_ui->tabs->setEnabled(!isWaiting);
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setEnabled(!isWaiting);
-}
-
-void DuplicatePrompt::tellNameMatches(const QVector<DuplicateMatch> &matches, QWidget *parent)
-{
-    QStringList paths;
-    for (const DuplicateMatch &match : matches) {
-        for (const DuplicateFileInfo &file : match.addedFiles)
-            paths.append(file.path);
-    }
-    if (paths.isEmpty())
-        return;
-    const QString head =
-        paths.size() == 1
-            ? tr("1 file was not added, as another one has the same name:")
-            : tr("%Ln files were not added, as others have the same names:", nullptr, paths.size());
-    Messages::warning(parent, tr("Files left out"), head + QLatin1String("\n\n") + firstNames(paths));
 }
 
 void DuplicatePrompt::selectAll()

@@ -34,10 +34,6 @@ public:
     /** The paths that are checked. */
     QStringList chosenPaths() const;
 
-    /** For whoever wants no prompt: says which files were left out, since nothing in the database has them.
-     */
-    static void tellNameMatches(const QVector<DuplicateMatch> &matches, QWidget *parent);
-
 public slots:
     /** Has the checked files added, and waits for that. */
     void accept() override;
