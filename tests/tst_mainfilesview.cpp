@@ -371,7 +371,7 @@ private slots:
                                          "texts"); // a letter a file: Internal, External, Hyperlink, Missing
         const QString open = "Open for Viewing"_s;
         const QString transfer = "Transfer to Internal"_s;
-        const QStringList single = {"Show related files"_s, "Properties"_s};
+        const QStringList single = {"Show related files"_s, "Properties"_s, "Add Tags..."_s};
         addRow("nothing", QString(), QStringList());
         const QString extract = "Extract Files"_s;
         const QString exports = "Export"_s;
@@ -380,10 +380,10 @@ private slots:
                QStringList{open, "Show in Explorer"_s, transfer, "Delete Link"_s, extract, exports} + single);
         addRow("hyperlink", "H"_s, QStringList{open, "Delete Link"_s, exports} + single);
         addRow("missing", "M"_s, QStringList({"Locate missing file"_s, "Delete Link"_s}) + single);
-        addRow("missing and external", "ME"_s, QStringList({"Locate missing files"_s, "Delete Links"_s}));
-        addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, extract, exports});
-        addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, extract, exports});
-        addRow("internal and hyperlink", "IH"_s, QStringList{"Delete Links"_s, exports});
+        addRow("missing and external", "ME"_s, QStringList({"Locate missing files"_s, "Delete Links"_s, "Add Tags..."_s}));
+        addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, extract, exports, "Add Tags..."_s});
+        addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, extract, exports, "Add Tags..."_s});
+        addRow("internal and hyperlink", "IH"_s, QStringList{"Delete Links"_s, exports, "Add Tags..."_s});
     }
 
     void contextMenuFitsSelection()

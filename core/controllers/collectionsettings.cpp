@@ -101,3 +101,40 @@ void CollectionSettings::setFileOrder(const FileOrder &order)
     SettingValues::store(key + QLatin1String("column"), order.column);
     SettingValues::store(key + QLatin1String("isDescending"), order.order == Qt::DescendingOrder);
 }
+
+QList<qint64> CollectionSettings::favouriteTags() const
+{
+    return tagIds(QStringLiteral("/FavouriteTags"));
+}
+
+void CollectionSettings::setFavouriteTags(const QList<qint64> &tagIds)
+{
+    setTagIds(QStringLiteral("/FavouriteTags"), tagIds);
+}
+
+QList<qint64> CollectionSettings::lastUsedTags() const
+{
+    return tagIds(QStringLiteral("/LastUsedTags"));
+}
+
+void CollectionSettings::setLastUsedTags(const QList<qint64> &tagIds)
+{
+    setTagIds(QStringLiteral("/LastUsedTags"), tagIds);
+}
+
+QList<qint64> CollectionSettings::tagIds(const QString &key) const
+{
+    QList<qint64> ids;
+    const QStringList texts = SettingValues::any(description() + key).toStringList();
+    for (const QString &text : texts)
+        ids.append(text.toLongLong());
+    return ids;
+}
+
+void CollectionSettings::setTagIds(const QString &key, const QList<qint64> &tagIds)
+{
+    QStringList texts;
+    for (const qint64 id : tagIds)
+        texts.append(QString::number(id));
+    SettingValues::store(description() + key, texts);
+}

@@ -52,7 +52,16 @@ public:
     std::optional<FileOrder> fileOrder() const;
     void setFileOrder(const FileOrder &order);
 
+    /** The tags with keys of their own, by the place of the key; 0 where there is none. */
+    QList<qint64> favouriteTags() const;
+    void setFavouriteTags(const QList<qint64> &tagIds);
+    /** The tags that were typed last, the newest first. */
+    QList<qint64> lastUsedTags() const;
+    void setLastUsedTags(const QList<qint64> &tagIds);
+
 private:
+    QList<qint64> tagIds(const QString &key) const;
+    void setTagIds(const QString &key, const QList<qint64> &tagIds);
     QString description() const;
     QString shortName() const;
 

@@ -1,6 +1,8 @@
 #include "core/controllers/tagscontroller.h"
 
+#include "core/controllers/favouritetags.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/prompts/userprompts.h"
 #include "db/manager/databasemanger.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
@@ -11,16 +13,23 @@
 #include <QSet>
 
 #include <algorithm>
+#include <iterator>
 
 TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                Collection *collection)
     : AbstractController(manager, constructor, collection),
+      m_favourites(new FavouriteTags(this)),
       m_groupProxy(new TagsGroupProxy(this)),
       m_filterProxy(new TagsFilterProxy(this))
 {
     if (!manager)
         return;
     connect(manager, &DatabaseManger::tagsLoaded, this, &TagsController::loadedDataFromDB);
+    connect(manager, &DatabaseManger::tagsLoaded, this, &TagsController::namesChanged);
+    connect(manager, &DatabaseManger::tagsAdded, this, &TagsController::namesChanged);
+    connect(manager, &DatabaseManger::tagsRenamed, this, &TagsController::namesChanged);
+    connect(manager, &DatabaseManger::tagsRemoved, this, &TagsController::namesChanged);
+    connect(manager, &DatabaseManger::tagsRemoved, m_favourites, &FavouriteTags::forget);
     // The tags below a tag count too, and relationships are the last that a reload brings.
     connect(manager, &DatabaseManger::allDataReloaded, this, &TagsController::showSelectionAgain);
     m_tableModel = new TagsTableModel(this, manager, this);
@@ -80,6 +89,46 @@ qint64 TagsController::addTag(const QString &name, const QVector<qint64> &fileId
 qint64 TagsController::addTagToGroup(const QString &name, qint64 groupId)
 {
     return mayName(name) ? manager()->addTagToGroup(name.simplified(), groupId) : 0;
+}
+
+bool TagsController::areUsable(const ChosenTags &tags)
+{
+    if (!manager() || !mayEdit())
+        return false;
+    if (knownTags(tags.ids).size() != tags.ids.size()) {
+        prompts().tell(UserPrompts::Warning, tr("Tag Missing"),
+                       tr("One of the tags has been removed meanwhile."));
+        return false;
+    }
+    return std::all_of(tags.newNames.cbegin(), tags.newNames.cend(),
+                       [this](const QString &name) { return mayName(name); });
+}
+
+bool TagsController::tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tags)
+{
+    if (!m_mainView || !areUsable(tags))
+        return false;
+    QVector<qint64> known;
+    std::copy_if(fileIds.cbegin(), fileIds.cend(), std::back_inserter(known),
+                 [this](qint64 fileId) { return manager()->file(fileId) != nullptr; });
+    const bool isDone = tags.newNames.isEmpty() ? m_mainView->changeTags(known, tags.ids, {})
+                                                : manager()->tagFiles(known, tags);
+    if (isDone)
+        m_favourites->noteUsed(tags.ids + idsOf(tags.newNames));
+    return isDone;
+}
+
+QVector<qint64> TagsController::idsOf(const QStringList &names) const
+{
+    QVector<qint64> ids;
+    if (names.isEmpty())
+        return ids;
+    for (const TableRowData *row : manager()->tags()) {
+        const qint64 tagId = row->value(QStringLiteral("tag_id")).toLongLong();
+        if (names.contains(manager()->tagName(tagId)))
+            ids.append(tagId);
+    }
+    return ids;
 }
 
 bool TagsController::mayName(const QString &name)
@@ -159,6 +208,18 @@ bool TagsController::isTagInUse(const QVector<qint64> &tagIds) const
 qint64 TagsController::filesCount(qint64 tagId) const
 {
     return m_mainView ? m_mainView->contentsModel()->fileIndex().useCount(tagId) : 0;
+}
+
+QHash<qint64, QString> TagsController::allNames() const
+{
+    QHash<qint64, QString> names;
+    if (!manager())
+        return names;
+    for (const TableRowData *row : manager()->tags()) {
+        const qint64 tagId = row->value(QStringLiteral("tag_id")).toLongLong();
+        names.insert(tagId, manager()->tagName(tagId));
+    }
+    return names;
 }
 
 QHash<qint64, QString> TagsController::tagsNames(const QVector<qint64> &tagIds) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/controllers/abstractcontroller.h"
+#include "core/records/chosentags.h"
 #include "db/sql/tabledata.h"
 #include "models/tags/tagshost.h"
 
@@ -10,6 +11,7 @@
 #include <QVector>
 
 class BrowsTreeController;
+class FavouriteTags;
 class GroupsController;
 class MainViewController;
 class QSortFilterProxyModel;
@@ -36,6 +38,14 @@ public:
     qint64 addTag(const QString &name, const QVector<qint64> &fileIds = {});
     /** The same with a place in a group: both or neither. */
     qint64 addTagToGroup(const QString &name, qint64 groupId);
+    /**
+     * Links tags to files and makes the new ones among them, all or nothing. False when that failed, or one
+     * of the tags is gone; the user knows why.
+     */
+    bool tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tags);
+    /** Whether all of these can be used: the known ones are there, the new ones can be made. Tells why not.
+     */
+    bool areUsable(const ChosenTags &tags);
     /** False when the name is taken or blank, or the edit was refused. */
     bool renameTag(qint64 tagId, const QString &name) override;
     void changeDescription(qint64 tagId, const QString &text) override;
@@ -52,6 +62,7 @@ public:
     bool isTagInUse(const QVector<qint64> &tagIds) const;
     /** How many files bear the tag itself. */
     qint64 filesCount(qint64 tagId) const override;
+    QHash<qint64, QString> allNames() const;
     QHash<qint64, QString> tagsNames(const QVector<qint64> &tagIds) const;
     /** Empty for an unknown tag. */
     QString tagName(qint64 tagId) const;
@@ -64,6 +75,8 @@ public:
     void markTags(const QVector<qint64> &tagIds);
     void clearMark();
 
+    /** The tags with keys of their own, and those that were typed last. */
+    FavouriteTags *favourites() const { return m_favourites; }
     /** All tags; null without a manager. */
     TagsTableModel *tableModel() const { return m_tableModel; }
     /** The tags of one tab. */
@@ -74,6 +87,8 @@ public:
 signals:
     void tagDuplicated();
     void markedTagsChanged(QVector<qint64> tagIds);
+    /** Tags have come, gone or other names. */
+    void namesChanged();
 
 public slots:
     /** Marks of tags that are no longer there go. */
@@ -82,6 +97,7 @@ public slots:
 private:
     /** Whether a tag can have this name; if not, the user hears why. */
     bool mayName(const QString &name);
+    QVector<qint64> idsOf(const QStringList &names) const;
     void showSelectionAgain();
 
     BrowsTreeController *m_browsTree = nullptr;
@@ -89,6 +105,7 @@ private:
     MainViewController *m_mainView = nullptr;
     RelationsController *m_relations = nullptr;
     TagsTableModel *m_tableModel = nullptr;
+    FavouriteTags *m_favourites;
     TagsGroupProxy *m_groupProxy;
     TagsFilterProxy *m_filterProxy;
     QVector<qint64> m_markedTagIds;

@@ -118,6 +118,11 @@ public:
     }
     /** The same with a place in a group: both or neither. */
     qint64 addTagToGroup(const QString &name, qint64 groupId) { return m_edits.addTagToGroup(name, groupId); }
+    /** Makes the new ones among the tags, at least one, and links all of them; all or nothing. */
+    bool tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tags)
+    {
+        return m_edits.tagFiles(fileIds, tags);
+    }
     void renameTag(qint64 tagId, const QString &name) { m_edits.renameTag(tagId, name); }
     void changeTagDescription(qint64 tagId, const QString &text)
     {
@@ -154,6 +159,8 @@ public:
     {
         m_edits.addNodesBelow(tagIds, parentId);
     }
+    /** The same with tags of which at least one is new. */
+    bool addNodesOf(const ChosenTags &tags, qint64 parentId) { return m_edits.addNodesOf(tags, parentId); }
     void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
     {
         m_edits.addNodesAbove(tagIds, nodeId);
@@ -195,6 +202,11 @@ public:
     void addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
     {
         m_edits.addRelations(parentPath, tagIds);
+    }
+    /** The same with tags of which at least one is new. */
+    bool addRelationsOf(const QString &parentPath, const ChosenTags &tags)
+    {
+        return m_edits.addRelationsOf(parentPath, tags);
     }
     /** Removes paths with all below them. */
     void removeRelations(const QStringList &paths) { m_edits.removeRelations(paths); }

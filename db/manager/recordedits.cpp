@@ -16,6 +16,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 QVector<qint64> without(const QVector<qint64> &ids, const QVector<qint64> &others)
@@ -69,6 +70,22 @@ QVector<qint64> tagsOf(const QString &path)
     return tagIds;
 }
 
+QString pathBelow(const QString &parentPath, qint64 tagId)
+{
+    return parentPath.isEmpty() ? QString::number(tagId)
+                                : parentPath + QLatin1Char('.') + QString::number(tagId);
+}
+
+EditBase ofRelations(const QString &parentPath, const QVector<qint64> &tagIds)
+{
+    EditBase base = ofTags(tagIds + tagsOf(parentPath));
+    if (!parentPath.isEmpty())
+        base.relations = QStringList{parentPath};
+    for (const qint64 tagId : tagIds)
+        base.relations.append(pathBelow(parentPath, tagId));
+    return base;
+}
+
 /** All nodes that go or move, and those below which some move. */
 EditBase baseOf(const NodeRemovalPlan &plan)
 {
@@ -97,9 +114,12 @@ qint64 RecordEdits::addTag(const QString &name, const QVector<qint64> &fileIds)
     MainViewProvider *files = m_providers.mainView;
     EditBase base;
     base.files = fileIds;
-    return files ? addTagWith(name, *files, PendingReloads::FileReload, base, fileIds,
-                              [&](qint64 tagId) { return files->linkTags(fileIds, {tagId}); })
-                 : 0;
+    if (!files)
+        return 0;
+    const auto link = [&](const QVector<qint64> &tagIds) {
+        return EditResult{files->linkTags(fileIds, tagIds), fileIds, {}};
+    };
+    return addTagsWith({name}, *files, PendingReloads::FileReload, base, link).value(0);
 }
 
 qint64 RecordEdits::addTagToGroup(const QString &name, qint64 groupId)
@@ -107,29 +127,60 @@ qint64 RecordEdits::addTagToGroup(const QString &name, qint64 groupId)
     GroupsProvider *groups = m_providers.groups;
     if (!groups || !m_records.groups().map().contains(groupId))
         return addTag(name, {});
-    return addTagWith(name, *groups, PendingReloads::GroupReload, ofGroups({groupId}), {groupId},
-                      [&](qint64 tagId) { return groups->setGroupTags(groupId, {}, {tagId}); });
+    const auto join = [&](const QVector<qint64> &tagIds) {
+        return EditResult{groups->setGroupTags(groupId, {}, tagIds), {groupId}, {}};
+    };
+    return addTagsWith({name}, *groups, PendingReloads::GroupReload, ofGroups({groupId}), join).value(0);
 }
 
-qint64 RecordEdits::addTagWith(const QString &name, BaseDBProvider &linker, int reload, const EditBase &base,
-                               const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link)
+bool RecordEdits::tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tags)
 {
-    if (!m_providers.tags || !m_host.isNameGiven(name) || !m_host.isStorable(name))
-        return 0;
-    qint64 tagId = 0;
-    const auto add = [&]() -> EditResult {
-        bool isAdded = false;
-        {
-            JointTransaction transaction(*m_providers.tags, {&linker});
-            tagId = transaction.isActive() ? m_providers.tags->addTag(name) : 0;
-            isAdded = tagId > 0 && link(tagId) && transaction.commit();
-        }
-        // It may be known from its insert on.
-        if (!isAdded && m_records.tags().row(tagId))
-            m_records.gotTagsRemoved(true, {tagId});
-        return {isAdded, linkedIds, {}};
+    MainViewProvider *files = m_providers.mainView;
+    EditBase base = ofTags(tags.ids);
+    base.files = fileIds;
+    const auto link = [&](const QVector<qint64> &newIds) {
+        return EditResult{files->linkTags(fileIds, tags.ids + newIds), fileIds, {}};
     };
-    return m_host.runEdit(reload, base, add).isDone ? tagId : 0;
+    return files && !addTagsWith(tags.newNames, *files, PendingReloads::FileReload, base, link).isEmpty();
+}
+
+QVector<qint64> RecordEdits::addTagsWith(const QStringList &names, BaseDBProvider &user, int reload,
+                                         const EditBase &base,
+                                         const std::function<EditResult(const QVector<qint64> &)> &use)
+{
+    const auto isFit = [this](const QString &name) {
+        return m_host.isNameGiven(name) && m_host.isStorable(name);
+    };
+    if (!m_providers.tags || !std::all_of(names.cbegin(), names.cend(), isFit))
+        return {};
+    QVector<qint64> tagIds;
+    const auto add = [&]() -> EditResult {
+        tagIds.clear();
+        EditResult result;
+        {
+            JointTransaction transaction(*m_providers.tags, {&user});
+            const auto addOne = [&](const QString &name) {
+                tagIds.append(m_providers.tags->addTag(name));
+                return tagIds.last() > 0;
+            };
+            if (transaction.isActive() && std::all_of(names.cbegin(), names.cend(), addOne))
+                result = use(tagIds);
+            result.isDone = result.isDone && transaction.commit();
+        }
+        // They may be known from their inserts on.
+        if (!result.isDone)
+            m_records.gotTagsRemoved(true, knownTags(tagIds));
+        return result;
+    };
+    return m_host.runEdit(reload, base, add).isDone ? tagIds : QVector<qint64>();
+}
+
+QVector<qint64> RecordEdits::knownTags(const QVector<qint64> &tagIds) const
+{
+    QVector<qint64> known;
+    std::copy_if(tagIds.cbegin(), tagIds.cend(), std::back_inserter(known),
+                 [this](qint64 tagId) { return m_records.tags().row(tagId) != nullptr; });
+    return known;
 }
 
 void RecordEdits::renameTag(qint64 tagId, const QString &name)
@@ -274,6 +325,23 @@ qint64 RecordEdits::addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId
                     [&] { return m_providers.browsTree->addNodes(tagIds, true, false, parentId); });
 }
 
+bool RecordEdits::addNodesOf(const ChosenTags &tags, qint64 parentId)
+{
+    BrowsTreeProvider *tree = m_providers.browsTree;
+    const QVector<qint64> parents = parentId > 0 ? QVector<qint64>{parentId} : QVector<qint64>();
+    const auto use = [&](const QVector<qint64> &newIds) -> EditResult {
+        const QVector<qint64> nodeIds = tree->addNodes(tags.ids + newIds, true, false, parentId);
+        // Nodes come to be known behind their tags.
+        return {!nodeIds.isEmpty(), {}, [this, reloaded = nodeIds + parents] {
+                    m_providers.tags->tellNews();
+                    m_host.reloadNodes(reloaded);
+                }};
+    };
+    return tree &&
+           !addTagsWith(tags.newNames, *tree, PendingReloads::NodeReload, ofNodes(parents, tags.ids), use)
+                .isEmpty();
+}
+
 qint64 RecordEdits::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
 {
     if (!m_records.nodes().map().contains(nodeId))
@@ -340,25 +408,34 @@ bool RecordEdits::renameBrowsingTree(qint64 treeId, const QString &name)
            });
 }
 
+bool RecordEdits::addRelationsOf(const QString &parentPath, const ChosenTags &tags)
+{
+    RelationTreeProvider *trees = m_providers.relationTree;
+    const auto use = [&](const QVector<qint64> &newIds) {
+        return EditResult{trees->addPaths(parentPath, freshBelow(parentPath, tags.ids) + newIds), {}, {}};
+    };
+    return trees && !addTagsWith(tags.newNames, *trees, PendingReloads::NodeReload,
+                                 ofRelations(parentPath, tags.ids), use)
+                         .isEmpty();
+}
+
 void RecordEdits::addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
 {
-    if (!m_providers.relationTree)
-        return;
-    const QString prefix = parentPath.isEmpty() ? QString() : parentPath + QLatin1Char('.');
-    EditBase base = ofTags(tagIds + tagsOf(parentPath));
-    if (!parentPath.isEmpty())
-        base.relations = QStringList{parentPath};
-    for (const qint64 tagId : tagIds)
-        base.relations.append(prefix + QString::number(tagId));
-    runEdit(PendingReloads::NodeReload, base, [&] {
-        QVector<qint64> fresh;
-        // One path that is there already would fail the insert of all.
-        for (const qint64 tagId : tagIds) {
-            if (!m_records.relations().contains(prefix + QString::number(tagId)))
-                fresh.append(tagId);
-        }
-        return m_providers.relationTree->addPaths(parentPath, fresh);
-    });
+    if (m_providers.relationTree)
+        runEdit(PendingReloads::NodeReload, ofRelations(parentPath, tagIds), [&] {
+            return m_providers.relationTree->addPaths(parentPath, freshBelow(parentPath, tagIds));
+        });
+}
+
+QVector<qint64> RecordEdits::freshBelow(const QString &parentPath, const QVector<qint64> &tagIds) const
+{
+    QVector<qint64> fresh;
+    // One path that is there already would fail the insert of all.
+    for (const qint64 tagId : tagIds) {
+        if (!m_records.relations().contains(pathBelow(parentPath, tagId)))
+            fresh.append(tagId);
+    }
+    return fresh;
 }
 
 void RecordEdits::removeRelations(const QStringList &paths)

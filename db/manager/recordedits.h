@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/providers/foreignchanges.h"
+#include "core/records/chosentags.h"
 #include "db/manager/editresult.h"
 #include "db/manager/providers.h"
 
@@ -54,6 +55,7 @@ public:
     void renameTag(qint64 tagId, const QString &name);
     void changeTagDescription(qint64 tagId, const QString &text);
     bool removeTags(const QVector<qint64> &tagIds);
+    bool tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tags);
 
     qint64 addGroup(const QString &name, bool visible);
     void renameGroup(qint64 groupId, const QString &name);
@@ -64,6 +66,7 @@ public:
     qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
     qint64 addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
     qint64 addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
+    bool addNodesOf(const ChosenTags &tags, qint64 parentId);
     bool removeNodes(const QVector<qint64> &nodeIds);
     bool removeNodesKeepingChildren(const QVector<qint64> &nodeIds);
     void updateNode(qint64 nodeId, const QString &column, const QString &value);
@@ -73,14 +76,19 @@ public:
     bool renameBrowsingTree(qint64 treeId, const QString &name);
 
     void addRelations(const QString &parentPath, const QVector<qint64> &tagIds);
+    bool addRelationsOf(const QString &parentPath, const ChosenTags &tags);
     void removeRelations(const QStringList &paths);
 
 private:
     bool runEdit(int reload, const EditBase &base, const std::function<bool()> &edit);
     void updateTag(qint64 tagId, const QString &column, const QString &value);
-    /** A new tag and what links it, in one transaction; news of the linked ids follow. */
-    qint64 addTagWith(const QString &name, BaseDBProvider &linker, int reload, const EditBase &base,
-                      const QVector<qint64> &linkedIds, const std::function<bool(qint64)> &link);
+    /** New tags and what is made with them, in one transaction; their ids, or none when it failed. */
+    QVector<qint64> addTagsWith(const QStringList &names, BaseDBProvider &user, int reload,
+                                const EditBase &base,
+                                const std::function<EditResult(const QVector<qint64> &)> &use);
+    QVector<qint64> knownTags(const QVector<qint64> &tagIds) const;
+    /** Those that do not stand below the path yet. */
+    QVector<qint64> freshBelow(const QString &parentPath, const QVector<qint64> &tagIds) const;
     qint64 parentOf(qint64 nodeId) const;
     qint64 addNodes(const QVector<qint64> &tagIds, const QVector<qint64> &nodeIds,
                     const std::function<QVector<qint64>()> &add);

@@ -10,6 +10,7 @@
 #include "ui/docks/tagdockactions.h"
 #include "ui/docks/taggrouptabs.h"
 #include "ui/docks/tagselection.h"
+#include "ui/tagging/favouritemenu.h"
 #include "ui/views/exportmenu.h"
 #include "ui/views/taggroupbar.h"
 #include "ui/widgets/delegate.h"
@@ -267,6 +268,8 @@ void TagsTableDock::execViewContextMenu(const QPoint &pos)
             menu.addAction(m_actions->action(TagDockActions::RenameTag));
     }
     menu.addMenu(m_exports->menu());
+    if (count == 1 && !m_tags->isReadOnly())
+        menu.addMenu(new FavouriteMenu(m_tags, m_selection->tagIds().first(), &menu));
     menu.exec(m_table->viewport()->mapToGlobal(pos));
 }
 

@@ -5,16 +5,18 @@
 #include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/records/file.h"
-#include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
 #include "models/contents/sorter.h"
 #include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/preview/previews.h"
+#include "ui/tagging/filetagging.h"
+#include "ui/tagging/namesline.h"
 #include "ui/views/exportmenu.h"
 #include "ui/views/fileactions.h"
 #include "ui/views/filedrops.h"
 #include "ui/views/filesearch.h"
 #include "ui/views/filesorting.h"
+#include "ui/views/filesteps.h"
 #include "ui/views/fileviews.h"
 #include "ui/views/keptselection.h"
 #include "ui/views/selectedfiles.h"
@@ -22,7 +24,6 @@
 #include "ui/views/titlewidget.h"
 #include "ui/widgets/mainui.h"
 
-#include <QAbstractItemView>
 #include <QAction>
 #include <QKeyEvent>
 #include <QLocale>
@@ -41,6 +42,8 @@ MainFilesView::MainFilesView(QWidget *parent)
       m_sorting(new FileSorting(m_views, this)),
       m_thumbnailSize(new ThumbnailSize(m_views, this)),
       m_drops(new FileDrops(m_commands, this)),
+      m_tagging(
+          new FileTagging({[this] { return selectedFiles().ids(); }, [this] { return nextFile(); }}, this)),
       m_kept(std::make_unique<KeptSelection>())
 {
     setObjectName(QStringLiteral("MainFilesView"));
@@ -49,6 +52,7 @@ MainFilesView::MainFilesView(QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_title);
+    layout->addWidget(m_tagging->line());
     layout->addWidget(m_views, 1);
     connectActions();
     connect(m_commands, &FileCommands::statusTextChanged, this, &MainFilesView::statusTextChanged);
@@ -107,6 +111,7 @@ void MainFilesView::takePlaces(MainUi &ui)
 {
     m_actions->takePlaces(ui);
     m_actions->setExportMenu(m_exports->menu()->menuAction());
+    m_tagging->takePlaces(*ui.fileMenu);
     m_exports->takePlace(ui);
     m_exports->bringEntries();
     m_sorting->takePlace(ui);
@@ -155,6 +160,7 @@ void MainFilesView::setController(MainViewController *controller)
     m_drops->setController(controller);
     m_exports->setController(controller);
     m_search->setController(controller);
+    m_tagging->setController(controller ? controller->collection()->tagsController() : nullptr);
     if (controller) {
         connect(controller, &MainViewController::tagRequirementsChanged, this,
                 &MainFilesView::followRequirements);
@@ -240,13 +246,14 @@ void MainFilesView::openOrEdit(const QModelIndex &index)
 
 void MainFilesView::moveToFile(qint64 fileId)
 {
-    if (!m_controller)
-        return;
-    const QModelIndex index = m_controller->sorter()->indexOf(fileId);
-    if (!index.isValid())
-        return;
-    const int column = currentView()->currentIndex().column();
-    currentView()->setCurrentIndex(index.sibling(index.row(), qMax(int(ContentsModel::NameColumn), column)));
+    if (m_controller)
+        FileSteps::moveTo(currentView(), *m_controller->sorter(), fileId);
+}
+
+std::function<void()> MainFilesView::nextFile()
+{
+    const qint64 id = m_controller ? FileSteps::idBehind(selection(), *m_controller->sorter()) : 0;
+    return [this, id] { id > 0 ? moveToFile(id) : emit statusTextChanged(tr("This is the last file.")); };
 }
 
 QAbstractItemView *MainFilesView::currentView() const
@@ -282,6 +289,7 @@ void MainFilesView::updateActionsAvailability()
                                    files.hasHyperlink(), m_controller && m_controller->hasMissingFiles(),
                                    m_commands->nodeToRemoveFrom()});
     m_exports->updateAvailability(!files.isEmpty());
+    m_tagging->setEnabled(isWritable() && !files.isEmpty());
 }
 
 void MainFilesView::updateStatusText()
@@ -369,20 +377,11 @@ void MainFilesView::openContextMenu(const QPoint &pos)
         return;
     QMenu menu(this);
     m_actions->fillContextMenu(menu, selectedFiles().facts(m_controller->missingFileIds()), isWritable());
+    m_tagging->fillContextMenu(menu);
     if (!menu.isEmpty())
         menu.exec(currentView()->viewport()->mapToGlobal(pos));
     // What the menu enabled by its own rule goes back to that of the bars.
     updateActionsAvailability();
-}
-
-void MainFilesView::openFileExternally()
-{
-    openFile(currentView()->currentIndex(), true);
-}
-
-void MainFilesView::openFile(const QModelIndex &index)
-{
-    openFile(index, false);
 }
 
 void MainFilesView::openFile(const QModelIndex &index, bool forceExternal)

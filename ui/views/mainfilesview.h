@@ -3,11 +3,13 @@
 #include "ui/views/filecommands.h"
 #include "ui/views/filesearch.h"
 
+#include <QAbstractItemView>
 #include <QModelIndex>
 #include <QPointer>
 #include <QVector>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class ExportMenu;
@@ -15,12 +17,12 @@ class File;
 class FileActions;
 class FileDrops;
 class FileSorting;
+class FileTagging;
 class FileViews;
 class KeptSelection;
 class MainUi;
 class MainViewController;
 class Previews;
-class QAbstractItemView;
 class QItemSelection;
 class QItemSelectionModel;
 class QKeyEvent;
@@ -63,10 +65,10 @@ public slots:
     void updateActionsAvailability();
     void iconViewSelected(bool on);
     void openContextMenu(const QPoint &pos);
-    void openFileExternally();
+    void openFileExternally() { openFile(currentView()->currentIndex(), true); }
     /** The flag bypasses the program's own viewer. */
     void openFile(const QModelIndex &index, bool forceExternal);
-    void openFile(const QModelIndex &index);
+    void openFile(const QModelIndex &index) { openFile(index, false); }
     void openFileTagsEditor() { m_commands->editTags(); }
     void openBrowsTagsEditor() { m_commands->editTagsByTree(); }
     void openFileManager() { m_commands->showInFileManager(); }
@@ -120,6 +122,7 @@ private:
     void applyEditTriggers();
     void openOrEdit(const QModelIndex &index);
     void moveToFile(qint64 fileId);
+    std::function<void()> nextFile();
     void tellLostSelection();
     void keepSelection();
     void restoreSelection();
@@ -136,6 +139,7 @@ private:
     FileSorting *m_sorting;
     ThumbnailSize *m_thumbnailSize;
     FileDrops *m_drops;
+    FileTagging *m_tagging;
     std::unique_ptr<KeptSelection> m_kept;
     QPointer<MainViewController> m_controller;
     bool m_isEditMode = false;
