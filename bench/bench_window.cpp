@@ -215,6 +215,37 @@ void benchManyFiles(ActionTable &table, OpenWindow &window, const FlatLibrary &f
                }});
 }
 
+/** Files by the worker, as every selection of more than some thousands. */
+void benchAllFiles(ActionTable &table, OpenWindow &window)
+{
+    constexpr qint64 tag = 4998;
+    const auto ids = [&window] {
+        return window.idsOfRows(0, window.files->contentsModel()->fileIndex().size());
+    };
+    const auto link = [=, &window] { window.files->linkTags(ids(), {tag}); };
+    const auto unlink = [=, &window] { window.files->unlinkTags(ids(), {tag}); };
+    const auto linkPlainly = [&window] {
+        window.runPlain(QStringLiteral("INSERT OR IGNORE INTO file_tag SELECT file_id,4998 FROM files"));
+    };
+    const auto unlinkPlainly = [&window] {
+        window.runPlain(QStringLiteral("DELETE FROM file_tag WHERE tag_id=4998"));
+    };
+    table.run({QStringLiteral("tag all files"),
+               [=, &window] {
+                   unlink();
+                   unlinkPlainly();
+                   window.showAll();
+               },
+               link, linkPlainly});
+    table.run({QStringLiteral("untag all files"),
+               [=, &window] {
+                   link();
+                   linkPlainly();
+                   window.showAll();
+               },
+               unlink, unlinkPlainly});
+}
+
 void benchAll(ActionTable &table, OpenWindow &window, const FlatLibrary &flat, const QTemporaryDir &folder)
 {
     window.settle([&window] { window.mainView->iconViewSelected(false); });
@@ -229,6 +260,7 @@ void benchAll(ActionTable &table, OpenWindow &window, const FlatLibrary &flat, c
     TagActions tagActions(table, window, flat);
     tagActions.run();
     benchManyFiles(table, window, flat, QString());
+    benchAllFiles(table, window);
     window.settle([&window] { window.mainView->iconViewSelected(true); });
     benchSelections(table, window, flat, QStringLiteral(", thumbnails"));
     benchAdding(table, window, folder, "add 1,000 files, thumbnails");

@@ -58,6 +58,9 @@ void TagActions::runMany()
 {
     assignGroups();
     removeTags();
+    removeDeepTag("remove a tag of 10,000 nodes, 1,000 relations deep", 1);
+    removeDeepTag("remove a tag of every other of 20,000 nodes", 2);
+    selectManyTags();
 }
 
 void TagActions::renameTags()
@@ -219,4 +222,67 @@ void TagActions::removeTags()
                                                       "DELETE FROM tags WHERE tag_id>100000;"
                                                       "COMMIT"));
                  }});
+}
+
+/** A tag on nodes that all stand below each other, and on top of relations that do. */
+void TagActions::removeDeepTag(const char *name, int step)
+{
+    constexpr qint64 tag = 300001;
+    constexpr int relations = 1000;
+    const int nodes = 10000 * step;
+    m_table.run({QLatin1String(name),
+                 [this, nodes, step] {
+                     m_window.tags->removeTags({tag, tag + 1});
+                     m_window.runPlain(QStringLiteral("DELETE FROM tb_nodes WHERE node_id>=300001;"
+                                                      "DELETE FROM tb_node_links WHERE child_id>=300001;"
+                                                      "DELETE FROM tag_relationships WHERE "
+                                                      "CAST(relationship_path AS INTEGER)>=300001;"
+                                                      "DELETE FROM tags WHERE tag_id>=300001"));
+                     makeRows(tag, relations,
+                              "tags SELECT i,'deep '||i,'',0,NULL FROM n WHERE true "
+                              "ON CONFLICT DO NOTHING");
+                     makeRows(tag, nodes,
+                              step == 1 ? "tb_nodes SELECT i,300001,1,0 FROM n"
+                                        : "tb_nodes SELECT i,300002-i%2,1,0 FROM n");
+                     makeRows(tag, nodes,
+                              "tb_node_links SELECT CASE i WHEN 300001 THEN 0 ELSE i-1 END,i FROM n");
+                     makeRows(tag, relations,
+                              "tag_relationships SELECT group_concat(i,'.') OVER "
+                              "(ORDER BY i) FROM n");
+                     m_window.manager->reloadAllData();
+                     m_window.showAll();
+                 },
+                 [this] { m_window.tags->removeTags({tag}); },
+                 [this] {
+                     m_window.runPlain(QStringLiteral("BEGIN;"
+                                                      "DELETE FROM file_tag WHERE tag_id=300001;"
+                                                      "DELETE FROM tag_group_links WHERE tag_id=300001;"
+                                                      "DELETE FROM tb_node_links WHERE child_id IN (SELECT "
+                                                      "node_id FROM tb_nodes WHERE tag_id=300001);"
+                                                      "DELETE FROM tb_nodes WHERE tag_id=300001;"
+                                                      "DELETE FROM tag_relationships WHERE "
+                                                      "relationship_path LIKE '300001%';"
+                                                      "DELETE FROM tags WHERE tag_id=300001;"
+                                                      "COMMIT"));
+                 }});
+}
+
+void TagActions::selectManyTags()
+{
+    constexpr qint64 firstTag = 200000;
+    constexpr int tags = 50000;
+    const QString name = QStringLiteral("AND of 50,000 tags with as many relations");
+    m_table.run({name,
+                 [this] {
+                     if (!m_window.manager->hasTag(firstTag)) {
+                         makeRows(firstTag, tags, "tags SELECT i,'fresh '||i,'',0,NULL FROM n");
+                         makeRows(firstTag, tags,
+                                  "tag_relationships SELECT CASE i%50 WHEN 0 THEN '' ELSE (i-i%50)||'.' "
+                                  "END||i FROM n");
+                         m_window.manager->reloadAllData();
+                     }
+                     m_window.showAll();
+                 },
+                 [this] { m_window.tags->showTagsSelected(idsFrom(firstTag, tags)); },
+                 [this] { sink = sink + m_flat.countTags(); }});
 }

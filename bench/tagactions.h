@@ -16,7 +16,7 @@ public:
 
     /** All that leave files and tags as they are, names apart. */
     void run();
-    /** Assigns and removes tags by the thousand. */
+    /** Assigns, chooses and removes tags by the thousand, and such that stand deep in the trees. */
     void runMany();
 
 private:
@@ -29,6 +29,8 @@ private:
     void expandNodes();
     void assignGroups();
     void removeTags();
+    void selectManyTags();
+    void removeDeepTag(const char *name, int step);
     void makeRows(qint64 from, int count, const char *insert);
 
     ActionTable &m_table;

@@ -234,6 +234,12 @@ private slots:
                 else
                     models.filter.setSpecialNode(type);
                 break;
+            case 3:
+                for (File *file : touched)
+                    file->setTags(randomTags(random, 8, 8));
+                models.contents.updateTags(ids);
+                models.contents.showTags();
+                break;
             default:
                 for (File *file : touched) {
                     file->setTags(randomTags(random, 8, 8));

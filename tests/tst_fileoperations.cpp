@@ -219,6 +219,50 @@ private slots:
         QTRY_COMPARE(m_removed->count(), 1);
     }
 
+    void tagsChangeTogetherOrNotAtAll_data()
+    {
+        addColumns<QString>("obstacle");
+        for (const char *name : {"none", "cancel", "refused", "stopped"})
+            addRow(name, QString::fromLatin1(name));
+    }
+
+    void tagsChangeTogetherOrNotAtAll()
+    {
+        QFETCH(QString, obstacle);
+        constexpr int count = 12000; // several statements
+        QVERIFY(m_database->addFiles(count) && m_database->addTags(3));
+        QVERIFY(Sql::run("INSERT INTO file_tag VALUES (1,1),(2,3)"_s));
+        if (obstacle == "refused"_s)
+            QVERIFY(m_database->refuse("INSERT ON file_tag"_s, "new.file_id=11999"_s));
+        connect(
+            m_provider->worker, &FileOperationWorker::operationProgress, m_provider->worker,
+            [&](FileOperationType, const QString &, int percent) {
+                if (percent > 40 && obstacle == "cancel"_s)
+                    m_provider->cancelOperations();
+                if (percent > 40 && obstacle == "stopped"_s)
+                    m_provider->worker->stop();
+            },
+            Qt::DirectConnection);
+        QSignalSpy changes(m_provider.get(), &FileOperationProvider::tagsChanged);
+        m_provider->changeTags(
+            {{1, range(1, count) + range(77777, 1), {}}, {3, {}, {1, 2, 3}}, {88, {4}, {}}});
+        QTRY_COMPARE(m_finished->count(), 1);
+        QVERIFY(waitUntilIdle());
+        const bool isDone = obstacle == "none"_s;
+        QCOMPARE(Sql::count("file_tag"_s), isDone ? count : 2);
+        QCOMPARE(changes.count(), isDone ? 1 : 0);
+        QCOMPARE(m_errors->count(), obstacle == "cancel"_s || obstacle == "refused"_s ? 1 : 0);
+        if (!m_errors->isEmpty())
+            QCOMPARE(m_errors->first().first().value<OperationShortfall>().outcome,
+                     "Files whose tags were changed: 0 of %L1."_s.arg(count + 1));
+        if (!isDone)
+            return;
+        const auto done = changes.first().first().value<TagChanges>();
+        QCOMPARE(done.size(), 2);
+        QCOMPARE(done.at(0).linked, range(2, count - 1));
+        QCOMPARE(done.at(1).unlinked, QVector<qint64>{2});
+    }
+
     void cancelEndsTheWholeQueue()
     {
         addManyFiles(400);

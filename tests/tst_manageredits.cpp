@@ -59,7 +59,7 @@ private slots:
         // An older tag with the same name must not get the files.
         manager->addTag("same"_s);
         QSignalSpy added(manager.get(), &DatabaseManger::tagsAdded);
-        QSignalSpy changed(manager.get(), &DatabaseManger::filesChanged);
+        QSignalSpy changed(manager.get(), &DatabaseManger::fileTagsChanged);
         const qint64 tagId = manager->addTag("same"_s, {1, 3});
         QCOMPARE(added.size(), 1);
         QCOMPARE(changed.size(), 1);
@@ -98,7 +98,7 @@ private slots:
         QVERIFY(manager->hasTag(1));
 
         QSignalSpy removed(manager.get(), &DatabaseManger::tagsRemoved);
-        QSignalSpy changed(manager.get(), &DatabaseManger::filesChanged);
+        QSignalSpy changed(manager.get(), &DatabaseManger::fileTagsChanged);
         QVERIFY(manager->removeTags({1}));
         QCOMPARE(removed.size(), 1);
         QCOMPARE(changed.size(), 1);
@@ -111,6 +111,43 @@ private slots:
         QCOMPARE(manager->relationNodes().size(), 1);
         QCOMPARE(manager.value("SELECT relationship_path FROM tag_relationships"), "2"_s);
         QCOMPARE(manager.value(orphans), QString());
+    }
+
+    void manyFilesAreTaggedBesideTheWindow()
+    {
+        constexpr int count = 20001;
+        LocalManager manager(makeTestDatabase());
+        manager.addFiles(count);
+        const qint64 first = manager->addTag("first"_s);
+        const qint64 second = manager->addTag("second"_s, {1, 2});
+        Ids ids(count);
+        std::iota(ids.begin(), ids.end(), 1);
+        bool isEdited = true;
+        connect(manager.get(), &DatabaseManger::filesRetagged, manager.get(), [&] {
+            // Not on records that are behind the database.
+            isEdited = manager->linkTags({1}, {second});
+        });
+        QSignalSpy stored(manager.get(), &DatabaseManger::filesRetagged);
+        QSignalSpy settled(manager.get(), &DatabaseManger::fileTagsSettled);
+        QVERIFY(manager->changeTags(ids, {first}, {second}));
+        QTRY_COMPARE_WITH_TIMEOUT(settled.size(), 1, 30000);
+        QVERIFY(!isEdited && !manager->isBusy());
+        for (const File *file : manager->files())
+            QCOMPARE(file->tags(), Ids{first});
+        QCOMPARE(manager.count("file_tag"_s), count);
+
+        // What was told takes all of it back, as far as it was news.
+        const auto done = stored.first().first().value<TagChanges>();
+        manager->disconnect(manager.get());
+        QVERIFY(manager->changeTags(Tagging::inverse(done)));
+        QSignalSpy settledAgain(manager.get(), &DatabaseManger::fileTagsSettled);
+        QTRY_COMPARE_WITH_TIMEOUT(settledAgain.size(), 1, 30000);
+        QCOMPARE(manager.rows("SELECT file_id,tag_id FROM file_tag ORDER BY 1"),
+                 (QStringList{"1|2"_s, "2|2"_s}));
+        QCOMPARE(manager->file(2)->tags(), Ids{second});
+        QVERIFY(manager->file(count)->tags().isEmpty());
+        QVERIFY(manager->linkTags({2}, {first}));
+        QCOMPARE(manager->file(2)->tags(), Ids({first, second}));
     }
 
     void manyFilesLoadWithAllTheirTags()

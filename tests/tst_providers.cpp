@@ -284,11 +284,16 @@ private slots:
         QVERIFY(m_database->addFiles(3) && m_database->addTags(3));
         QVERIFY(m_database->run("INSERT INTO file_tag VALUES (1,1),(2,3)"));
         const ErrorCount errors(*m_files);
-        QSignalSpy updates(m_files.get(), &MainViewProvider::filesUpdated);
+        QSignalSpy changes(m_files.get(), &MainViewProvider::tagsChanged);
         const char *const links = "SELECT file_id*10+tag_id FROM file_tag ORDER BY 1";
         QVERIFY(m_files->linkTags({1, 2, 2, 77}, {1, 3, 1, 88}));
         QCOMPARE(m_database->value(links), "11\n13\n21\n23"_s);
-        QCOMPARE(updates.count(), 1);
+        const auto done = changes.first().first().value<TagChanges>();
+        QCOMPARE(done.size(), 2);
+        QCOMPARE(done.at(0).linked, Ids{2});
+        QCOMPARE(done.at(1).linked, Ids{1});
+        // What stands already is no news.
+        QVERIFY(m_files->linkTags({1}, {1, 3}) && changes.count() == 1);
         QVERIFY(m_files->linkTags({3}, {1, 2}) && m_files->unlinkTags({2, 3}, {1, 88}));
         QCOMPARE(m_database->value(links), "11\n13\n23\n32"_s);
         QCOMPARE(errors.count(), 0);
@@ -300,11 +305,11 @@ private slots:
         // Fails behind the first piece of ids.
         QVERIFY(m_database->refuse("INSERT ON file_tag"_s, "new.file_id=11999"_s));
         const ErrorCount errors(*m_files);
-        QSignalSpy updates(m_files.get(), &MainViewProvider::filesUpdated);
+        QSignalSpy changes(m_files.get(), &MainViewProvider::tagsChanged);
         QVERIFY(!m_files->linkTags(firstIds(12000), {1, 2}));
         QCOMPARE(m_database->count("file_tag"_s), 0);
         QCOMPARE(errors.count(), 1);
-        QCOMPARE(updates.count(), 0);
+        QCOMPARE(changes.count(), 0);
         QVERIFY(m_database->permit("file_tag"_s) && m_files->linkTags(firstIds(12000), {1, 2}));
         QCOMPARE(m_database->count("file_tag"_s), 24000);
     }

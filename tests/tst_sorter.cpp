@@ -322,6 +322,25 @@ private slots:
         }
     }
 
+    void otherTagsFindTheirPlaces()
+    {
+        Views views;
+        views.fill(300);
+        views.sorter.sort(ContentsModel::TagsColumn);
+        Ids ids;
+        for (int i = 0; i < 40; ++i) {
+            views.files.at(7 * i)->setTags({i % 3 + 5, i % 5 + 40});
+            ids.append(views.files.at(7 * i)->id());
+        }
+        QSignalSpy changes(&views.contents, &QAbstractItemModel::dataChanged);
+        views.contents.updateTags(ids);
+        QCOMPARE(changes.size(), 0);
+        // Whatever moves rows shows before it what is new.
+        views.contents.removeFiles(ids.mid(3, 1));
+        QCOMPARE(views.shown(), views.expected(ContentsModel::TagsColumn));
+        QCOMPARE(changes.first().first().toModelIndex().column(), int(ContentsModel::TagsColumn));
+    }
+
     void searchFindsWhatTheTextsContain()
     {
         Views views;

@@ -75,6 +75,8 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::filesAdded, m_contents, &ContentsModel::addFiles);
     connect(source, &DatabaseManger::filesRemoved, m_contents, &ContentsModel::removeFiles);
     connect(source, &DatabaseManger::filesChanged, m_contents, &ContentsModel::updateFiles);
+    connect(source, &DatabaseManger::fileTagsChanged, m_contents, &ContentsModel::updateTags);
+    connect(source, &DatabaseManger::fileTagsSettled, m_contents, &ContentsModel::showTags);
     connect(source, &DatabaseManger::updateMissedFiles, m_contents, &ContentsModel::repaintFiles);
     connect(source, &DatabaseManger::updateMissedFiles, this, &MainViewController::missingFilesChanged);
     connect(source, &DatabaseManger::thumbnailUpdated, m_contents, &ContentsModel::repaintFile);
@@ -320,12 +322,7 @@ bool MainViewController::changeTags(const QVector<qint64> &fileIds, const QVecto
 
 void MainViewController::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    QVector<qint64> known;
-    for (const qint64 fileId : fileIds) {
-        if (manager() && manager()->file(fileId))
-            known.append(fileId);
-    }
-    changeTags(known, knownTags(tagIds), {});
+    changeTags(fileIds, knownTags(tagIds), {});
 }
 
 void MainViewController::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)

@@ -108,11 +108,12 @@ bool TagsController::tagFiles(const QVector<qint64> &fileIds, const ChosenTags &
 {
     if (!m_mainView || !areUsable(tags))
         return false;
-    QVector<qint64> known;
-    std::copy_if(fileIds.cbegin(), fileIds.cend(), std::back_inserter(known),
-                 [this](qint64 fileId) { return manager()->file(fileId) != nullptr; });
-    const bool isDone = tags.newNames.isEmpty() ? m_mainView->changeTags(known, tags.ids, {})
-                                                : manager()->tagFiles(known, tags);
+    // Of many files the worker takes care, once the tags are there.
+    const int tagCount = tags.ids.size() + tags.newNames.size();
+    const bool areMany = qint64(fileIds.size()) * tagCount > FileEdits::mostPairsAtOnce();
+    bool isDone = tags.newNames.isEmpty() || manager()->tagFiles(areMany ? QVector<qint64>() : fileIds, tags);
+    if (isDone && (areMany || tags.newNames.isEmpty()))
+        isDone = m_mainView->changeTags(fileIds, tags.ids + idsOf(tags.newNames), {});
     if (isDone)
         m_favourites->noteUsed(tags.ids + idsOf(tags.newNames));
     return isDone;

@@ -2,6 +2,7 @@
 
 #include "core/providers/chunks.h"
 #include "core/providers/singlevalue.h"
+#include "core/tagging/tagwriter.h"
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/transaction.h"
 
@@ -89,12 +90,12 @@ bool MainViewProvider::renameFile(qint64 id, const QString &name, const QString 
 
 bool MainViewProvider::linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    return changeTags(fileIds, tagIds, {});
+    return changeTags(Tagging::of(fileIds, tagIds, {}));
 }
 
 bool MainViewProvider::unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
 {
-    return changeTags(fileIds, {}, tagIds);
+    return changeTags(Tagging::of(fileIds, {}, tagIds));
 }
 
 QString MainViewProvider::highestIdText() const
@@ -133,30 +134,6 @@ QString MainViewProvider::tagsText(const QString &condition) const
     return constructor()->selectQuery({QStringLiteral("file_id"), QStringLiteral("tag_id")},
                                       QStringLiteral("file_tag")) +
            condition + QLatin1String(" ORDER BY file_id") + constructor()->statementEnd();
-}
-
-QString MainViewProvider::linkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const
-{
-    const QString files = constructor()->inClause(QStringLiteral("files.file_id"), SqlText::idTexts(fileIds));
-    const QString tags = constructor()->inClause(QStringLiteral("tags.tag_id"), SqlText::idTexts(tagIds));
-    const QString isNew = QStringLiteral("NOT EXISTS (SELECT 1 FROM file_tag"
-                                         " WHERE file_tag.file_id=files.file_id"
-                                         " AND file_tag.tag_id=tags.tag_id)");
-    const QString both = constructor()->logicalOperator(AndOperator);
-    const QString pairs =
-        constructor()->selectQuery({QStringLiteral("files.file_id"), QStringLiteral("tags.tag_id")},
-                                   QStringLiteral("files CROSS JOIN tags"));
-    return QLatin1String("INSERT INTO file_tag (file_id,tag_id) ") + pairs +
-           constructor()->whereClause(files + both + tags + both + isNew);
-}
-
-QString MainViewProvider::unlinkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const
-{
-    return constructor()->deleteQuery(QStringLiteral("file_tag")) +
-           constructor()->whereClause(
-               constructor()->inClause(QStringLiteral("file_id"), SqlText::idTexts(fileIds)) +
-               constructor()->logicalOperator(AndOperator) +
-               constructor()->inClause(QStringLiteral("tag_id"), SqlText::idTexts(tagIds)));
 }
 
 bool MainViewProvider::readFiles(const QVector<qint64> &ids, TableData &rows)
@@ -219,27 +196,15 @@ bool MainViewProvider::updateAndLoad(qint64 id, const QString &update)
     return true;
 }
 
-bool MainViewProvider::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
-                                  const QVector<qint64> &unlinked)
+bool MainViewProvider::changeTags(const TagChanges &changes)
 {
-    if (fileIds.isEmpty() || (linked.isEmpty() && unlinked.isEmpty()))
+    if (Tagging::pairs(changes) == 0)
         return true;
     Transaction transaction(*this);
-    if (!transaction.isActive() || !runLinkChange(fileIds, linked, &MainViewProvider::linkText) ||
-        !runLinkChange(fileIds, unlinked, &MainViewProvider::unlinkText) || !transaction.commit())
+    TagWriter writer(*this, QString());
+    if (!transaction.isActive() || !writer.write(changes) || !transaction.commit())
         return false;
-    announce([this, fileIds] { loadFiles(fileIds); });
+    if (!writer.done().isEmpty())
+        announce([this, done = writer.done()] { emit tagsChanged(done); });
     return true;
-}
-
-bool MainViewProvider::runLinkChange(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
-                                     LinkStatement statement)
-{
-    return Chunks::forEach(
-        fileIds, Chunks::idsPerStatement, [this, &tagIds, statement](const QVector<qint64> &files) {
-            return Chunks::forEach(
-                tagIds, Chunks::idsPerStatement, [this, &files, statement](const QVector<qint64> &tags) {
-                    return runSync((this->*statement)(files, tags) + constructor()->statementEnd());
-                });
-        });
 }

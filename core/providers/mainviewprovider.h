@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/providers/pathchange.h"
+#include "core/tagging/tagchange.h"
 #include "db/sql/basedbprovider.h"
 
 /**
@@ -55,10 +56,8 @@ public:
     /** Writes name and both paths of an external file, all or nothing, and loads the file again. */
     bool renameFile(qint64 id, const QString &name, const QString &path, const QString &relPath);
 
-    /** Links each of the files to the first tags, leaving out what is linked, and unlinks it from the others:
-        all or nothing. */
-    bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
-                    const QVector<qint64> &unlinked);
+    /** All or nothing; tagsChanged() tells what was really changed, and nothing is read. */
+    bool changeTags(const TagChanges &changes);
     bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
     bool unlinkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
 
@@ -67,6 +66,7 @@ signals:
     void filesUpdated(bool ok, const TableData &table);
     void filesAdded(bool ok, const TableData &table);
     void filesRemoved(bool ok, const TableData &table);
+    void tagsChanged(const TagChanges &done);
     /** How much of all files has been handed on, while they are. A receiver runs no statement. */
     void loadingProgress(int percent);
 
@@ -75,17 +75,10 @@ protected:
     QString filesText(const QString &condition) const;
     /** The tags of the files, in the same order. */
     QString tagsText(const QString &condition) const;
-    QString linkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const;
-    QString unlinkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds) const;
 
 private:
-    using LinkStatement = QString (MainViewProvider::*)(const QVector<qint64> &,
-                                                        const QVector<qint64> &) const;
-
     QString highestIdText() const;
     QString updateText(qint64 id, const QString &column, const QString &value) const;
     QString updatePathText(qint64 id, const QStringList &columns, const QStringList &values) const;
     bool updateAndLoad(qint64 id, const QString &update);
-    bool runLinkChange(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds,
-                       LinkStatement statement);
 };

@@ -186,6 +186,16 @@ bool File::addTag(qint64 tagId)
     return true;
 }
 
+bool File::insertTag(qint64 tagId)
+{
+    if (hasTag(tagId))
+        return false;
+    QVector<qint64> ids = tags();
+    ids.insert(std::upper_bound(ids.begin(), ids.end(), tagId), tagId);
+    setTags(ids);
+    return true;
+}
+
 bool File::removeTag(qint64 tagId)
 {
     if (!hasTag(tagId))

@@ -90,6 +90,8 @@ public:
     void clearTags();
     /** False when the tag is there already. */
     bool addTag(qint64 tagId);
+    /** The same, before the first one with a higher id: where a reading of the database would have it. */
+    bool insertTag(qint64 tagId);
     bool removeTag(qint64 tagId);
     /** Appends the list as it stands. */
     void addTags(const QVector<qint64> &tagIds);

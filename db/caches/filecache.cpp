@@ -190,6 +190,26 @@ QVector<qint64> FileCache::forgetTags(const QVector<qint64> &fileIds, const QVec
     return changed;
 }
 
+QVector<qint64> FileCache::changeTag(qint64 tagId, bool isLinked, const QVector<qint64> &fileIds)
+{
+    QVector<qint64> changed;
+    changed.reserve(fileIds.size());
+    const QMap<qint64, File *> &files = m_files.items();
+    // Mostly the next one in both lists, which spares a search for each of a million.
+    auto next = files.constEnd();
+    for (const qint64 fileId : fileIds) {
+        if (next == files.constEnd() || next.key() != fileId)
+            next = files.constFind(fileId);
+        if (next == files.constEnd())
+            continue;
+        File *file = next.value();
+        ++next;
+        if (isLinked ? file->insertTag(tagId) : file->removeTag(tagId))
+            changed.append(fileId);
+    }
+    return changed;
+}
+
 QVector<qint64> FileCache::setMissing(const QVector<qint64> &fileIds, bool missing)
 {
     QVector<qint64> changed;

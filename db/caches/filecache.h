@@ -60,6 +60,9 @@ public:
     /** Takes tags off files; gives the ids of those that had one. */
     QVector<qint64> forgetTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds);
 
+    /** Gives a tag to files, or takes it from them, by rising ids; gives those for which it was news. */
+    QVector<qint64> changeTag(qint64 tagId, bool isLinked, const QVector<qint64> &fileIds);
+
     bool isMissing(qint64 fileId) const { return m_missing.contains(fileId); }
     const QSet<qint64> &missing() const { return m_missing; }
     /** Notes the state; gives the known files for which it is another one than before. */

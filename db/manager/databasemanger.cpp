@@ -40,6 +40,7 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_password(password),
       m_errors(details()),
       m_loads(m_records, m_errors),
+      m_tagMerges(m_records),
       m_runner(*this, m_errors, m_loads),
       m_fileEdits(*this),
       m_edits(*this, m_records),
@@ -93,6 +94,7 @@ void DatabaseManger::setProviders(const Providers &providers)
     m_edits.setProviders(m_providers, constructor());
     m_loads.setProviders(m_providers);
     m_records.follow(m_providers);
+    connect(m_providers.mainView, &MainViewProvider::tagsChanged, &m_tagMerges, &TagMerges::add);
     connect(m_providers.mainView, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
     m_runner.setProviders(m_providers);
     const QVector<BaseDBProvider *> providersOfRecords = editors();
@@ -128,6 +130,8 @@ void DatabaseManger::connectRecords()
     connect(&m_records, &Keeper::filesAdded, this, &Manager::filesAdded);
     connect(&m_records, &Keeper::filesChanged, this, &Manager::filesChanged);
     connect(&m_records, &Keeper::filesRemoved, this, &Manager::filesRemoved);
+    connect(&m_records, &Keeper::fileTagsChanged, this, &Manager::fileTagsChanged);
+    connect(&m_records, &Keeper::fileTagsSettled, this, &Manager::fileTagsSettled);
     connect(&m_records, &Keeper::updateMissedFiles, this, &Manager::updateMissedFiles);
     connect(&m_records, &Keeper::relatshipsNodeLoaded, this, &Manager::relatshipsNodeLoaded);
     connect(&m_records, &Keeper::addedRelatshipsNodes, this, &Manager::addedRelatshipsNodes);
@@ -171,6 +175,9 @@ void DatabaseManger::connectFileOperations()
         reloadThumbnails(ids);
         refreshModificationDate();
     });
+    connect(files, &Source::tagsChanged, &m_tagMerges, &TagMerges::add);
+    connect(files, &Source::tagsChanged, this, &DatabaseManger::refreshModificationDate);
+    connect(files, &Source::tagsChanged, this, &DatabaseManger::filesRetagged);
     connect(files, &Source::filesRemoved, this, [this](const QVector<qint64> &ids) {
         m_thumbnailCache->remove(ids);
         m_records.gotFilesRemoved(ids);
@@ -251,6 +258,7 @@ void DatabaseManger::closeDB()
     m_providers.fileOperation = nullptr;
     m_fileEdits.setProviders(m_providers.mainView, nullptr);
     m_loads.clear();
+    m_tagMerges.clear();
     // A manager that never opened must not close what another one uses under the same names.
     if (m_isOpen) {
         Connections::close(Constants::workerConnection);
@@ -325,6 +333,7 @@ void DatabaseManger::reloadAllData()
             m_loads.keep(PendingReloads::FullReload, {0});
         return;
     }
+    m_tagMerges.clear();
     emit aboutToReloadAllData();
     m_thumbnailCache->clearCache();
     beginFiles();
@@ -360,10 +369,10 @@ bool DatabaseManger::isReadyForEdits()
         emit showTempWarning(tr("Warning"), tr("The connection to the database is lost."));
         return false;
     }
-    if (m_isReloading)
+    if (m_isReloading || m_records.loadState().isMerging())
         emit showTempWarning(tr("Warning"), tr("Local data is updating."));
     // The rest of an edit of several steps goes with its first one.
-    if (m_isReloadDue || m_records.loadState().isLoading())
+    if (m_isReloadDue || m_records.loadState().isUnsettled())
         return false;
     if (m_records.loadState().isWhole())
         return true;
@@ -487,5 +496,5 @@ void DatabaseManger::cancelOperations()
 
 bool DatabaseManger::isBusy() const
 {
-    return m_providers.fileOperation && m_providers.fileOperation->isBusy();
+    return loadState().isMerging() || (m_providers.fileOperation && m_providers.fileOperation->isBusy());
 }

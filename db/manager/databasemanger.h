@@ -10,6 +10,7 @@
 #include "db/manager/recordedits.h"
 #include "db/manager/recordkeeper.h"
 #include "db/manager/recordloads.h"
+#include "db/manager/tagmerges.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/pictures/storedimage.h"
@@ -229,8 +230,13 @@ public:
     bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
                     const QVector<qint64> &unlinked)
     {
-        return m_fileEdits.changeTags(fileIds, linked, unlinked);
+        return changeTags(Tagging::of(fileIds, linked, unlinked));
     }
+    /**
+     * The same for each tag by itself. Changes of more than FileEdits::mostPairsAtOnce() are queued for the
+     * worker, and true says that they are.
+     */
+    bool changeTags(const TagChanges &changes) { return m_fileEdits.changeTags(changes); }
     bool linkTags(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
     {
         return changeTags(fileIds, tagIds, {});
@@ -340,6 +346,11 @@ signals:
     void filesLoaded(const Map<qint64, File *> &files);
     void filesAdded(const Map<qint64, File *> &files);
     void filesRemoved(QVector<qint64> fileIds);
+    /** Some of the files whose tags change; fileTagsSettled() tells that it is over. */
+    void fileTagsChanged(const QVector<qint64> &fileIds);
+    void fileTagsSettled();
+    /** The worker has stored these, and nothing else that it was asked for. */
+    void filesRetagged(const TagChanges &done);
     void relatshipsNodeLoaded(const Vector<QPair<QString, TRnode *>> &nodes);
     void addedRelatshipsNodes(const Vector<QPair<QString, TRnode *>> &nodes);
     /** The image stays the thumbnail cache's; null when it is to be asked for anew. */
@@ -467,6 +478,7 @@ private:
     RecordKeeper m_records;
     ErrorTeller m_errors;
     RecordLoads m_loads;
+    TagMerges m_tagMerges;
     Map<QString, AutoLink *> m_autoLinks;
     Map<qint64, QString> m_browsingTrees;
     Providers m_providers;

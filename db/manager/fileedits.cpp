@@ -2,6 +2,7 @@
 
 #include "core/providers/mainviewprovider.h"
 #include "core/records/file.h"
+#include "db/manager/tagmerges.h"
 #include "fileops/provider/fileoperationprovider.h"
 
 #include <QTimer>
@@ -23,6 +24,8 @@ EditBase ofFiles(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds =
     return base;
 }
 } // namespace
+
+int FileEdits::mostPairs = TagMerges::mostAtOnce;
 
 void FileEdits::setProviders(MainViewProvider *records, FileOperationProvider *worker)
 {
@@ -53,11 +56,15 @@ bool FileEdits::renameFile(qint64 fileId, const QString &name, const QString &pa
                 [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
 }
 
-bool FileEdits::changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
-                           const QVector<qint64> &unlinked)
+bool FileEdits::changeTags(const TagChanges &changes)
 {
-    return edit(ofFiles(fileIds, linked + unlinked),
-                [&](MainViewProvider &files) { return files.changeTags(fileIds, linked, unlinked); });
+    const EditBase base = ofFiles(Tagging::files(changes), Tagging::tags(changes));
+    if (Tagging::pairs(changes) <= mostPairs)
+        return edit(base, [&](MainViewProvider &files) { return files.changeTags(changes); });
+    if (!m_worker || !m_host.mayRequest(base))
+        return false;
+    request([changes](FileOperationProvider &files) { files.changeTags(changes); });
+    return true;
 }
 
 bool FileEdits::edit(const EditBase &base, const std::function<bool(MainViewProvider &)> &change)

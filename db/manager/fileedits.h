@@ -2,6 +2,7 @@
 
 #include "core/providers/foreignchanges.h"
 #include "core/records/recordtypes.h"
+#include "core/tagging/tagchange.h"
 
 #include <QHash>
 #include <QMap>
@@ -50,8 +51,11 @@ public:
     bool updateFile(qint64 fileId, const QString &column, const QString &value);
     bool updateFilePath(qint64 fileId, const QString &column, const QString &value);
     bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath);
-    bool changeTags(const QVector<qint64> &fileIds, const QVector<qint64> &linked,
-                    const QVector<qint64> &unlinked);
+    /** All or nothing. Many pairs of file and tag are left to the worker: then true says that it has them. */
+    bool changeTags(const TagChanges &changes);
+    static int mostPairsAtOnce() { return mostPairs; }
+    /** For tests. */
+    static void setMostPairsAtOnce(int pairs) { mostPairs = pairs; }
 
     /** These two: false when nothing is queued. */
     bool addFiles(const QStringList &paths, const QVector<qint64> &tagIds, bool fromSelectedNode,
@@ -76,6 +80,8 @@ private:
     void request(const std::function<void(FileOperationProvider &)> &task);
     /** Theirs, as an id may be another file's by the time that the worker comes to it. The ids ascend. */
     QStringList idCodes(const QVector<qint64> &fileIds) const;
+
+    static int mostPairs;
 
     FileEditsHost &m_host;
     MainViewProvider *m_records = nullptr;

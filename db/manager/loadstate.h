@@ -29,6 +29,10 @@ public:
     void note(Kind kind, bool isRead) { m_unread = isRead ? m_unread & ~kind : m_unread | kind; }
 
     bool isLoading() const { return m_isLoading; }
+    /** What was stored already is being taken in, a little at a time: no edit may come in between. */
+    void setMerging(bool isMerging) { m_isMerging = isMerging; }
+    bool isMerging() const { return m_isMerging; }
+    bool isUnsettled() const { return m_isLoading || m_isMerging; }
     bool isWhole() const { return m_unread == 0; }
 
 private:
@@ -36,5 +40,6 @@ private:
 
     int m_unread = 0; ///< nothing was asked for yet, so nothing is missing
     bool m_isLoading = false;
+    bool m_isMerging = false;
     bool m_wasLoaded = false;
 };

@@ -78,7 +78,7 @@ bool PostgresDBManager::mayMergeNews() const
 {
     // Whoever is asked something would find other records behind the question.
     const bool isGui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    return !m_isOperating && !isReloadDue() && loadState().isWhole() && !loadState().isLoading() &&
+    return !m_isOperating && !isReloadDue() && loadState().isWhole() && !loadState().isUnsettled() &&
            !(isGui && QGuiApplication::modalWindow());
 }
 

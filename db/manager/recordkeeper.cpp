@@ -92,8 +92,17 @@ void RecordKeeper::forgetTags(const QVector<qint64> &tagIds, const QVector<qint6
 {
     m_groups.forgetTags(tagIds);
     const QVector<qint64> changed = m_files.forgetTags(unlinkedFileIds, tagIds);
+    if (changed.isEmpty())
+        return;
+    emit fileTagsChanged(changed);
+    emit fileTagsSettled();
+}
+
+void RecordKeeper::changeTag(qint64 tagId, bool isLinked, const QVector<qint64> &fileIds)
+{
+    const QVector<qint64> changed = m_files.changeTag(tagId, isLinked, fileIds);
     if (!changed.isEmpty())
-        emit filesChanged(changed);
+        emit fileTagsChanged(changed);
 }
 
 void RecordKeeper::removeNodes(const NodeRemovalPlan &plan, const std::function<void()> &tellNews)

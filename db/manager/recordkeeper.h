@@ -50,6 +50,9 @@ public:
     void dropUnreadFiles();
     /** Tags are gone from the database, and from these files there. */
     void forgetTags(const QVector<qint64> &tagIds, const QVector<qint64> &unlinkedFileIds);
+    /** These files, by rising ids, have the tag now, or have it no more; settleTags() follows the last. */
+    void changeTag(qint64 tagId, bool isLinked, const QVector<qint64> &fileIds);
+    void settleTags() { emit fileTagsSettled(); }
     /** What tellNews() brings is told as one removal. */
     void removeNodes(const NodeRemovalPlan &plan, const std::function<void()> &tellNews);
 
@@ -96,6 +99,9 @@ signals:
     void filesAdded(const Map<qint64, File *> &files);
     void filesChanged(QVector<qint64> fileIds);
     void filesRemoved(QVector<qint64> fileIds);
+    /** Some of those whose tags change; fileTagsSettled() tells that it is over. */
+    void fileTagsChanged(const QVector<qint64> &fileIds);
+    void fileTagsSettled();
     void updateMissedFiles(QVector<qint64> fileIds);
     void relatshipsNodeLoaded(const Vector<QPair<QString, TRnode *>> &nodes);
     void addedRelatshipsNodes(const Vector<QPair<QString, TRnode *>> &nodes);

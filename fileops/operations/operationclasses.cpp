@@ -4,6 +4,7 @@
 #include "fileops/operations/addfilesoperation.h"
 #include "fileops/operations/addhyperlinksoperation.h"
 #include "fileops/operations/autolinkoperation.h"
+#include "fileops/operations/changetagsoperation.h"
 #include "fileops/operations/checkexternalfilesoperation.h"
 #include "fileops/operations/deletefilesoperation.h"
 #include "fileops/operations/exportoperation.h"
@@ -75,6 +76,10 @@ void runOperationClass(FileOperationWorker &worker, const FileOperation &operati
         if (!operation.fileIds.isEmpty())
             runAnnounced<LocateFilesOperation>(worker, operation,
                                                FileOperationWorker::tr("Linking to files..."));
+        break;
+    case FileOperationType::ChangeTagsOperation:
+        runAnnounced<ChangeTagsOperation>(worker, operation,
+                                          FileOperationWorker::tr("Changing the tags of files..."));
         break;
     case FileOperationType::TransferFilesOperation:
         if (!operation.fileIds.isEmpty())

@@ -76,6 +76,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::updateTags, this, &Provider::updateTags, queued);
     connect(m_worker, &Worker::updateNodes, this, &Provider::updateNodes, queued);
     connect(m_worker, &Worker::updatedFiles, this, &Provider::updatedFiles, queued);
+    connect(m_worker, &Worker::tagsChanged, this, &Provider::tagsChanged, queued);
     connect(m_worker, &Worker::fellShort, this, &Provider::fellShort, queued);
     connect(m_worker, &Worker::error, this, &Provider::error, queued);
     connect(m_worker, &Worker::exchangeDone, this, &Provider::exchangeDone, queued);
@@ -258,6 +259,14 @@ void FileOperationProvider::remakeThumbnails(const QVector<qint64> &ids)
     FileOperation operation;
     operation.type = FileOperationType::RemakeThumbnailsOperation;
     operation.fileIds = ids;
+    enqueue(operation);
+}
+
+void FileOperationProvider::changeTags(const TagChanges &changes)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::ChangeTagsOperation;
+    operation.tagChanges = changes;
     enqueue(operation);
 }
 

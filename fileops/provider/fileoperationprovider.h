@@ -64,6 +64,8 @@ public:
     void exportDatabase(const ExportRequest &request, const std::shared_ptr<PartFile> &target);
     /** Makes thumbnails of external files anew; without ids those of all that have one. */
     void remakeThumbnails(const QVector<qint64> &ids);
+    /** All or nothing; tagsChanged() tells what came of it. */
+    void changeTags(const TagChanges &changes);
     /**
      * Looks whether these external files are in their places, refreshes the records of those that have
      * changed and removes those that are copies of others by now. A check that gives way ends, or never
@@ -97,6 +99,7 @@ signals:
     void updateTags(QVector<qint64> ids);
     void updateNodes(QVector<qint64> ids);
     void updatedFiles(QVector<qint64> ids);
+    void tagsChanged(TagChanges done);
     void startedFilesOperation(QString label);
     void filesOperationProgress(QString text, int percent);
     void finishedFilesOperation();

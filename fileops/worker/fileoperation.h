@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/tagging/tagchange.h"
 #include "fileops/worker/exportrequest.h"
 #include "fileops/worker/importoptions.h"
 
@@ -32,7 +33,8 @@ enum class FileOperationType {
     ImportOperation = 11,
     RemakeThumbnailsOperation = 12,
     TransferFilesOperation = 13,
-    LocateFilesOperation = 14
+    LocateFilesOperation = 14,
+    ChangeTagsOperation = 15
 };
 Q_DECLARE_METATYPE(FileOperationType)
 
@@ -46,6 +48,7 @@ struct FileOperation
     QVector<qint64> fileIds;       ///< the files that the operation concerns
     QStringList idCodes;           ///< theirs, as an id may be another file's by now; empty where nobody asks
     QVector<qint64> tagIds;        ///< tags for the added files
+    TagChanges tagChanges;         ///< of files that there are
     bool fromSelectedNode = false; ///< the add may make browsing nodes
     qint64 nodeId = 0;             ///< the node under which new nodes go
     QPair<qint64, qint64> fileToExtract{-1, -1};

@@ -1,5 +1,6 @@
 #include "fileops/worker/fileoperationtypes.h"
 
+#include "core/tagging/tagchange.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/worker/autolinkoutcome.h"
@@ -18,6 +19,7 @@ void registerFileOperationTypes()
     qRegisterMetaType<QVector<QPair<qint64, QString>>>("QVector<QPair<qint64,QString>>");
     qRegisterMetaType<QSqlError>("QSqlError");
     qRegisterMetaType<QImage *>("QImage*");
+    qRegisterMetaType<TagChanges>("TagChanges");
     qRegisterMetaType<FileOperationType>("FileOperationType");
     qRegisterMetaType<PresentableDuplicates>("PresentableDuplicates");
     qRegisterMetaType<AutoLinkOutcome>("AutoLinkOutcome");

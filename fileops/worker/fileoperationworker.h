@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings/dbdetails.h"
+#include "core/tagging/tagchange.h"
 #include "fileops/files/idcodegenerator.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/worker/autolinkoutcome.h"
@@ -120,6 +121,8 @@ signals:
     void updateTags(QVector<qint64> ids);
     void updateNodes(QVector<qint64> ids);
     void updatedFiles(QVector<qint64> ids);
+    /** What was really changed: nobody has to read these files. */
+    void tagsChanged(TagChanges done);
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
     /** After finishedOpration, whatever came of it. */

@@ -22,6 +22,8 @@ QString sentence(FileOperationType type)
         return OperationReport::tr("Files located: %1 of %2.");
     case FileOperationType::TransferFilesOperation:
         return OperationReport::tr("Files transferred: %1 of %2.");
+    case FileOperationType::ChangeTagsOperation:
+        return OperationReport::tr("Files whose tags were changed: %1 of %2.");
     case FileOperationType::RemakeThumbnailsOperation:
         return OperationReport::tr("Thumbnails remade: %1 of %2.");
     default:

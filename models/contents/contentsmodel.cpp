@@ -9,6 +9,7 @@
 #include "models/base/modelroles.h"
 #include "models/contents/contentscolumn.h"
 #include "models/contents/contentshost.h"
+#include "models/contents/rowruns.h"
 
 #include <QBitArray>
 #include <QElapsedTimer>
@@ -27,22 +28,6 @@ constexpr int pictureSize = 128;
 constexpr int mostRowsOneByOne = 300;
 constexpr int mostRunsOneByOne = 32;
 constexpr qint64 mostRowsVisited = 4000000;
-
-int runCount(const QVector<int> &rows)
-{
-    int runs = 0;
-    for (int i = 0; i < rows.size(); ++i)
-        runs += i == 0 || rows.at(i) != rows.at(i - 1) + 1 ? 1 : 0;
-    return runs;
-}
-
-// The place of the first row of the run that ends at the given place.
-int runStart(const QVector<int> &rows, int place)
-{
-    while (place > 0 && rows.at(place - 1) == rows.at(place) - 1)
-        --place;
-    return place;
-}
 
 } // namespace
 
@@ -272,6 +257,7 @@ void ContentsModel::loadFiles(const FileMap &files)
     m_pictures.clear();
     m_searchTexts.clear();
     m_nextSearchTexts.stop();
+    m_retagged.clear();
     const bool arePrepared = !m_coming.isEmpty() && m_coming.size() == files.size() &&
                              m_coming.last() == std::prev(files.end()).value();
     if (arePrepared) {
@@ -370,14 +356,16 @@ void ContentsModel::appendRows(const QVector<File *> &files)
 
 void ContentsModel::removeFiles(const QVector<qint64> &fileIds)
 {
-    const QVector<int> rows = rowsOf(fileIds);
+    // Rows that are marked get other numbers.
+    showTags();
+    const QVector<int> rows = m_index.rowsOf(fileIds);
     if (rows.isEmpty())
         return;
     if (isWorthOneLayoutChange(rows)) {
         removeInOneGo(rows);
     } else {
         for (int last = rows.size() - 1; last >= 0;) {
-            const int first = runStart(rows, last);
+            const int first = RowRuns::start(rows, last);
             beginRemoveRows(QModelIndex(), rows.at(first), rows.at(last));
             eraseRows(rows.mid(first, last - first + 1));
             endRemoveRows();
@@ -422,7 +410,7 @@ void ContentsModel::removeInOneGo(const QVector<int> &rows)
 
 void ContentsModel::updateFiles(const QVector<qint64> &fileIds)
 {
-    const QVector<int> rows = rowsOf(fileIds);
+    const QVector<int> rows = m_index.rowsOf(fileIds);
     if (rows.isEmpty())
         return;
     // All rows first: the filter looks at the whole index at the first signal.
@@ -431,13 +419,35 @@ void ContentsModel::updateFiles(const QVector<qint64> &fileIds)
         m_searchTexts.update(row, *m_files.at(row));
     }
     emit recordsChanged(rows);
-    emitRowsChanged(rows);
+    emitRowsChanged(rows, 0, columnTotal - 1);
+    emit contentsChanged();
+}
+
+void ContentsModel::updateTags(const QVector<qint64> &fileIds)
+{
+    int row = -1;
+    for (const qint64 fileId : fileIds) {
+        // Mostly the next one.
+        const bool isNext = ++row < m_index.size() && m_index.idAt(row) == fileId;
+        row = isNext ? row : rowOf(fileId);
+        if (row >= 0 && m_index.update(row, *m_files.at(row)))
+            m_retagged.mark(row);
+    }
+}
+
+void ContentsModel::showTags()
+{
+    const QVector<int> rows = m_retagged.take();
+    if (rows.isEmpty())
+        return;
+    emit tagsChanged(rows);
+    emitRowsChanged(rows, TagsColumn, TagsColumn);
     emit contentsChanged();
 }
 
 void ContentsModel::repaintFiles(const QVector<qint64> &fileIds)
 {
-    const QVector<int> rows = rowsOf(fileIds);
+    const QVector<int> rows = m_index.rowsOf(fileIds);
     // Only the column of the pictures: a view paints a single cell alone, but all it shows for more than one.
     if (rows.size() <= mostRunsOneByOne) {
         for (const int row : rows)
@@ -466,35 +476,20 @@ void ContentsModel::emitPicturesChanged(int first, int last)
 }
 
 // Unchanged rows between many changed ones cost less than many signals.
-void ContentsModel::emitRowsChanged(const QVector<int> &rows)
+void ContentsModel::emitRowsChanged(const QVector<int> &rows, int firstColumn, int lastColumn)
 {
-    if (runCount(rows) > mostRunsOneByOne) {
-        emit dataChanged(index(rows.first(), 0), index(rows.last(), columnTotal - 1));
+    if (RowRuns::count(rows) > mostRunsOneByOne) {
+        emit dataChanged(index(rows.first(), firstColumn), index(rows.last(), lastColumn));
         return;
     }
     for (int last = rows.size() - 1; last >= 0;) {
-        const int first = runStart(rows, last);
-        emit dataChanged(index(rows.at(first), 0), index(rows.at(last), columnTotal - 1));
+        const int first = RowRuns::start(rows, last);
+        emit dataChanged(index(rows.at(first), firstColumn), index(rows.at(last), lastColumn));
         last = first - 1;
     }
 }
 
-// The rows of the known ones among the ids, ascending and each once.
-QVector<int> ContentsModel::rowsOf(const QVector<qint64> &fileIds) const
-{
-    QVector<int> rows;
-    rows.reserve(fileIds.size());
-    for (qint64 fileId : fileIds) {
-        const int row = rowOf(fileId);
-        if (row >= 0)
-            rows.append(row);
-    }
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    return rows;
-}
-
 bool ContentsModel::isWorthOneLayoutChange(const QVector<int> &rows) const
 {
-    return rows.size() > mostRowsOneByOne || qint64(runCount(rows)) * m_files.size() > mostRowsVisited;
+    return rows.size() > mostRowsOneByOne || qint64(RowRuns::count(rows)) * m_files.size() > mostRowsVisited;
 }

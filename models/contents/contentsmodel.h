@@ -3,6 +3,7 @@
 #include "core/records/recordtypes.h"
 #include "models/contents/fileindex.h"
 #include "models/contents/filepictures.h"
+#include "models/contents/rowmarks.h"
 #include "models/contents/searchtexts.h"
 
 #include <QAbstractTableModel>
@@ -88,6 +89,10 @@ public slots:
     void removeFiles(const QVector<qint64> &fileIds);
     /** Values or tags of these records differ from what was last seen. */
     void updateFiles(const QVector<qint64> &fileIds);
+    /** Nothing but the tags of these records differs; showTags() follows when that is so of no more of them.
+     */
+    void updateTags(const QVector<qint64> &fileIds);
+    void showTags();
     /** Only the pictures of these files differ. */
     void repaintFiles(const QVector<qint64> &fileIds);
     void repaintFile(qint64 fileId);
@@ -96,6 +101,8 @@ public slots:
 signals:
     /** Records in these rows, ascending, have other values. Comes before the signals of the model itself. */
     void recordsChanged(const QVector<int> &rows);
+    /** The same of records that have other tags, and nothing else. */
+    void tagsChanged(const QVector<int> &rows);
     /** These rows, ascending, are gone and later ones have moved up; comes before the model's own signal. */
     void recordsErased(const QVector<int> &rows);
     /** Follows, once, whatever one of the slots above has announced; proxies are settled by then. */
@@ -110,13 +117,12 @@ private:
     QVariant fileRole(const File &file, int role) const;
     QVariant thumbnailColumnRole(const File &file, int role) const;
 
-    QVector<int> rowsOf(const QVector<qint64> &fileIds) const;
     bool isWorthOneLayoutChange(const QVector<int> &rows) const;
     void appendRow(File *file);
     void appendRows(const QVector<File *> &files);
     void eraseRows(const QVector<int> &rows);
     void removeInOneGo(const QVector<int> &rows);
-    void emitRowsChanged(const QVector<int> &rows);
+    void emitRowsChanged(const QVector<int> &rows, int firstColumn, int lastColumn);
     void emitPicturesChanged(int first, int last);
 
     ContentsHost *m_host = nullptr;
@@ -126,5 +132,6 @@ private:
     FileIndex m_comingIndex;
     mutable SearchTexts m_searchTexts; // of the first rows, until all are needed
     QBasicTimer m_nextSearchTexts;
+    RowMarks m_retagged; // those that nobody was told of
     mutable FilePictures m_pictures;
 };

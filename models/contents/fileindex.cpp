@@ -138,6 +138,20 @@ int FileIndex::rowOf(qint64 fileId) const
     return found != m_rowsById.end() && m_ids.at(*found) == fileId ? *found : -1;
 }
 
+QVector<int> FileIndex::rowsOf(const QVector<qint64> &fileIds) const
+{
+    QVector<int> rows;
+    rows.reserve(fileIds.size());
+    for (const qint64 fileId : fileIds) {
+        const int row = rowOf(fileId);
+        if (row >= 0)
+            rows.append(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
 void FileIndex::sortRows() const
 {
     m_rowsById.resize(static_cast<size_t>(m_ids.size()));

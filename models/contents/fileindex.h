@@ -40,6 +40,8 @@ public:
     qint64 idAt(int row) const { return m_ids.at(row); }
     /** -1 for an id that has no row. */
     int rowOf(qint64 fileId) const;
+    /** Those of the known ones, ascending and each once. */
+    QVector<int> rowsOf(const QVector<qint64> &fileIds) const;
 
     // Arrays with one value a row, for passes over all rows; valid until the next change.
     /** The values of File::internal(). */

@@ -257,6 +257,12 @@ void Sorter::connectSource()
         m_rows.forgetRecords(rows);
         m_changedRecords = rows;
     });
+    connect(contents, &ContentsModel::tagsChanged, this, [this](const QVector<int> &rows) {
+        if (!m_rows.knowsOrderOf(ContentsModel::TagsColumn))
+            return;
+        m_rows.forgetRecords(rows);
+        m_changedRecords = rows;
+    });
     connect(contents, &ContentsModel::recordsErased, this, [this](const QVector<int> &rows) {
         m_rows.eraseRecords(rows);
         m_changedRecords.clear();
