@@ -8,6 +8,7 @@
 
 TagExportDialog::TagExportDialog(QWidget *parent) : FileExportDialog(parent), m_forms(new QButtonGroup(this))
 {
+    setObjectName(QStringLiteral("TagExportDialog"));
     setWindowTitle(tr("Export Tags"));
     ui().headingLabel->setText(tr("The selected tags are exported with the files that bear them."));
     addForm(ExportRequest::Database, tr("Database"));
