@@ -1,6 +1,7 @@
 #include "app/commandline.h"
 #include "app/crashwriter.h"
 #include "app/language/languagefiles.h"
+#include "app/messages/desktopopener.h"
 #include "app/settings/constants.h"
 #ifndef Q_OS_WIN
 #include "app/endsignals.h"
@@ -107,6 +108,7 @@ int main(int argc, char *argv[])
     const bool showQuickStart = WindowSettings::noteVersion(Constants::programVersion);
     const FirstDatabase first = chooseFirstDatabase(given, lastVersion.isEmpty());
     applyStyleSheet(application);
+    const DesktopOpener opener;
     ForeignDragFilter foreignDrags;
     application.installEventFilter(&foreignDrags);
 

@@ -1,6 +1,7 @@
 #include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/views/fileopening.h"
 
+#include "app/messages/desktopopener.h"
 #include "app/messages/messages.h"
 #include "tests/support/text.h"
 
@@ -132,6 +133,38 @@ private slots:
         QFile(path).open(QIODevice::WriteOnly);
         FileOpening::openExternalFile(nullptr, path);
         QCOMPARE(m_opened, QList<QUrl>{QUrl::fromLocalFile(path)});
+    }
+
+    void whatNoProgramOpensIsTold_data()
+    {
+        addColumns<QString, int, QString>("name", "exitCode", "title");
+        addRow("opened", "a b.txt"_s, 0, QString());
+        addRow("a program that failed itself", "a b.txt"_s, 1, QString());
+        addRow("no tool", "a b.txt"_s, 3, "Error opening file"_s);
+        addRow("nothing fits", "a b.txt"_s, 4, "Error opening file"_s);
+        addRow("folder", QString(), 3, "Error opening folder"_s);
+    }
+
+    void whatNoProgramOpensIsTold()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, exitCode);
+        QFETCH(QString, title);
+        QTemporaryDir folder;
+        QFile program(folder.filePath("opener"_s));
+        const QByteArray text =
+            "#!/bin/sh\nprintf %s \"$1\" >\"${0%/*}/given\"\necho >\"${0%/*}/end\"\nexit ";
+        QVERIFY(program.open(QIODevice::WriteOnly) && program.write(text + QByteArray::number(exitCode)) > 0);
+        QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        program.close();
+        const DesktopOpener opener(program.fileName());
+        const QUrl url = QUrl::fromLocalFile(folder.filePath(name));
+        QVERIFY(QDesktopServices::openUrl(url));
+        QTRY_VERIFY(QFile::exists(folder.filePath("end"_s)));
+        QTRY_COMPARE(m_boxes, title.isEmpty() ? QStringList() : QStringList(title));
+        QFile given(folder.filePath("given"_s));
+        QVERIFY(given.open(QIODevice::ReadOnly));
+        QCOMPARE(given.readAll(), url.toEncoded());
     }
 
     void addDialogJudgesLink_data()

@@ -1,5 +1,6 @@
 #include "ui/views/fileopening.h"
 
+#include "app/messages/desktopopener.h"
 #include "app/messages/messages.h"
 #include "fileops/files/filenames.h"
 #include "fileops/files/startable.h"
@@ -49,9 +50,11 @@ QUrl linkedFile(const QUrl &url)
     return isHere ? harmlessLocalUrl(url.path(QUrl::FullyDecoded)) : QUrl();
 }
 
-void openFolder(const QString &path)
+void openFolder(QWidget *parent, const QString &path)
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
+        DesktopOpener::tellOfFolder(parent, folder);
 }
 
 #ifndef Q_OS_WIN
@@ -59,7 +62,7 @@ void askFileManager(QWidget *parent, const QString &path)
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
-        openFolder(path);
+        openFolder(parent, path);
         return;
     }
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -67,9 +70,9 @@ void askFileManager(QWidget *parent, const QString &path)
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     call << QStringList(QString::fromLatin1(localUrl(path).toEncoded())) << QString();
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), parent);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, parent, [watcher, path] {
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, parent, [watcher, parent, path] {
         if (watcher->isError())
-            openFolder(path);
+            openFolder(parent, path);
         watcher->deleteLater();
     });
 }
