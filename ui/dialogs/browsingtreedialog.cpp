@@ -9,6 +9,7 @@
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/tabledialoglayout.h"
 #include "ui/widgets/browsingtreesdelegate.h"
+#include "ui/widgets/firstsize.h"
 #include "ui/widgets/fontscale.h"
 #include "ui/widgets/tableview.h"
 
@@ -113,7 +114,7 @@ QLayout *BrowsingTreeDialog::makeButtons()
 void BrowsingTreeDialog::restoreLayout()
 {
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
-        resize(FontScale::byFont(usualSize, this));
+        FirstSize::byFont(this, usualSize);
     QHeaderView *header = m_view->horizontalHeader();
     if (!header->restoreState(WindowSettings::layout(headerKey)))
         header->resizeSection(BrowsingTreeTableModel::NameColumn, FontScale::byFont(usualNameWidth, this));

@@ -20,7 +20,8 @@ constexpr int padding = 8;
 // A name is cut in the middle, as its ending tells what it is, and shown whole by the pointer.
 QString shortened(const QWidget &widget, const QString &name)
 {
-    return widget.fontMetrics().elidedText(ShownText::cut(name), Qt::ElideMiddle, nameWidth);
+    return widget.fontMetrics().elidedText(ShownText::cut(name), Qt::ElideMiddle,
+                                           FontScale::byFont(nameWidth, &widget));
 }
 
 QWidget *rowOf(const QButtonGroup *group)
@@ -33,9 +34,6 @@ QWidget *rowOf(const QButtonGroup *group)
 ConflictList::ConflictList(QWidget *parent) : QScrollArea(parent)
 {
     setWidget(new QWidget(this));
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_rowHeight = QRadioButton(this).sizeHint().height() + padding;
-    verticalScrollBar()->setSingleStep(m_rowHeight);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ConflictList::updateRows);
 }
 
@@ -43,6 +41,8 @@ void ConflictList::setConflicts(const QVector<FileConflict> &conflicts)
 {
     m_conflicts = conflicts;
     m_choices.fill(MiscOperationThread::ReplaceChoice, conflicts.size());
+    m_rowHeight = QRadioButton(tr("Replace"), this).sizeHint().height() + padding;
+    verticalScrollBar()->setSingleStep(m_rowHeight);
     updateRows();
 }
 
@@ -70,7 +70,9 @@ void ConflictList::resizeEvent(QResizeEvent *event)
 
 void ConflictList::updateRows()
 {
-    widget()->resize(viewport()->width(), m_conflicts.size() * m_rowHeight);
+    if (m_conflicts.isEmpty())
+        return;
+    widget()->resize(qMax(viewport()->width(), m_widest), m_conflicts.size() * m_rowHeight);
     const int page = viewport()->height() / m_rowHeight + 1;
     const int top = verticalScrollBar()->value() / m_rowHeight;
     const int first = qMax(0, top - page);
@@ -92,6 +94,8 @@ void ConflictList::updateRows()
             makeRow(row);
     }
     linkRows();
+    if (m_widest > widget()->width())
+        updateRows();
 }
 
 void ConflictList::makeRow(int row)
@@ -118,6 +122,7 @@ void ConflictList::makeRow(int row)
     layout->addWidget(useNewName, 1);
 
     auto *group = new QButtonGroup(line);
+    m_widest = qMax(m_widest, line->sizeHint().width());
     group->addButton(replace, MiscOperationThread::ReplaceChoice);
     group->addButton(useNewName, MiscOperationThread::UseNewNameChoice);
     group->button(m_choices.at(row))->setChecked(true);

@@ -39,4 +39,5 @@ private:
     QVector<int> m_choices;
     QMap<int, QButtonGroup *> m_groups; // children of the widgets of their rows
     int m_rowHeight = 0;
+    int m_widest = 0; ///< what a row needs that was made so far
 };

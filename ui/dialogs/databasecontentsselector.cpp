@@ -1,6 +1,7 @@
 #include "ui/dialogs/databasecontentsselector.h"
 
 #include "app/settings/showntext.h"
+#include "ui/widgets/firstsize.h"
 #include "ui_databasecontentsselector.h"
 
 #include <QDebug>
@@ -45,6 +46,7 @@ DatabaseContentsSelector::DatabaseContentsSelector(const QString &path, bool isS
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &DatabaseContentsSelector::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &DatabaseContentsSelector::reject);
     updateAvailability();
+    FirstSize::byContents(this);
 }
 
 DatabaseContentsSelector::~DatabaseContentsSelector() = default;

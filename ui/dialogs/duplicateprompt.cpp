@@ -9,6 +9,7 @@
 #include "ui/dialogs/contentmatchmodel.h"
 #include "ui/dialogs/namematchdelegate.h"
 #include "ui/dialogs/namematchmodel.h"
+#include "ui/widgets/firstsize.h"
 #include "ui/widgets/fontscale.h"
 #include "ui_duplicateprompt.h"
 
@@ -64,6 +65,7 @@ DuplicatePrompt::~DuplicatePrompt() = default;
 void DuplicatePrompt::build(const PresentableDuplicates &duplicates)
 {
     m_ui->setupUi(this);
+    FirstSize::byFont(this, size());
     makeModels(duplicates);
     m_ui->headLabel->setText(headText(duplicates.matchedTagIds));
     m_ui->headLabel->setVisible(m_contentMatches->matchedCount() > 0);

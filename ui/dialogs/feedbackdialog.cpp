@@ -3,11 +3,11 @@
 #include "app/messages/messages.h"
 #include "app/settings/constants.h"
 #include "net/feedbacksender.h"
+#include "ui/widgets/firstsize.h"
 #include "ui_feedbackdialog.h"
 
 #include <QDebug>
 #include <QPushButton>
-#include <QScreen>
 
 FeedbackDialog::FeedbackDialog(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::FeedbackDialog>()), m_sender(new FeedbackSender(this))
@@ -18,7 +18,7 @@ FeedbackDialog::FeedbackDialog(QWidget *parent)
     connect(m_ui->messageEdit, &QTextEdit::textChanged, this, &FeedbackDialog::updateAvailability);
     connect(m_sender, &FeedbackSender::finished, this, &FeedbackDialog::finish);
     updateAvailability();
-    resize(sizeHint().boundedTo(screen()->availableSize() * 9 / 10));
+    FirstSize::byContents(this);
 }
 
 FeedbackDialog::~FeedbackDialog() = default;

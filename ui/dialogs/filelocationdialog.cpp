@@ -10,6 +10,7 @@
 #include "models/contents/contentsmodel.h"
 #include "ui/dialogs/deletionquestion.h"
 #include "ui/dialogs/progressdialog.h"
+#include "ui/widgets/firstsize.h"
 #include "ui_filelocationdialog.h"
 
 #include <QDir>
@@ -36,6 +37,7 @@ FileLocationDialog::FileLocationDialog(MainViewController *controller, const QVe
       m_missingIds(missingIds)
 {
     m_ui->setupUi(this);
+    FirstSize::byFont(this, size());
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     connectButtons();
     // Its files are gone with the database.

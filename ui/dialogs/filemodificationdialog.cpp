@@ -2,6 +2,7 @@
 
 #include "app/settings/trackingsettings.h"
 #include "ui/dialogs/filelistmodel.h"
+#include "ui/widgets/firstsize.h"
 #include "ui/widgets/fontscale.h"
 #include "ui_filemodificationdialog.h"
 
@@ -16,6 +17,7 @@ FileModificationDialog::FileModificationDialog(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::FileModificationDialog>())
 {
     m_ui->setupUi(this);
+    FirstSize::byFont(this, size());
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_updated = makeList(m_ui->updatedFiles);
     m_deleted = makeList(m_ui->deletedFiles);

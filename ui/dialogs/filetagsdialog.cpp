@@ -8,7 +8,7 @@
 #include "models/base/naturalorder.h"
 #include "models/contents/contentsmodel.h"
 #include "ui/widgets/customiconwidget.h"
-#include "ui/widgets/fontscale.h"
+#include "ui/widgets/firstsize.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -36,7 +36,7 @@ FileTagsDialog::FileTagsDialog(MainViewController *controller, const QVector<qin
       m_list(new QListWidget(this))
 {
     countTags();
-    resize(FontScale::byFont(QSize(380, 420), this));
+    FirstSize::byFont(this, {380, 420});
 }
 
 void FileTagsDialog::countTags()

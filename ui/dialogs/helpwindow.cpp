@@ -15,7 +15,7 @@ HelpWindow::HelpWindow(int mode, QWidget *parent) : QMainWindow(parent), m_brows
     setAttribute(Qt::WA_QuitOnClose, false);
     resize(QSize(660, 635).boundedTo(screen()->availableSize() * 9 / 10));
     // The widest picture of a page, its margins and the scroll bar.
-    setMinimumWidth(660);
+    setMinimumWidth(qMin(660, width()));
 
     m_browser->setObjectName(QStringLiteral("helpBrowser"));
     m_browser->setOpenExternalLinks(true);

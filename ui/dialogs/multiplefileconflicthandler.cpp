@@ -1,6 +1,7 @@
 #include "ui/dialogs/multiplefileconflicthandler.h"
 
 #include "core/controllers/miscoperationthread.h"
+#include "ui/widgets/firstsize.h"
 #include "ui_multiplefileconflicthandler.h"
 
 #include <QDir>
@@ -11,6 +12,7 @@ MultipleFileConflictHandler::MultipleFileConflictHandler(const QString &folder,
     : QDialog(parent), m_ui(std::make_unique<Ui::MultipleFileConflictHandler>())
 {
     m_ui->setupUi(this);
+    FirstSize::byFont(this, size());
     m_ui->textLabel->setText(tr("There are already different files in folder '%1' with the same names as the "
                                 "following database files.\nPlease choose how these files should be "
                                 "extracted.")

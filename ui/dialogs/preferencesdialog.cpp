@@ -6,11 +6,11 @@
 #include "app/settings/viewsettings.h"
 #include "app/settings/windowsettings.h"
 #include "net/updatehandler.h"
+#include "ui/widgets/firstsize.h"
 #include "ui_preferencesdialog.h"
 
 #include <QApplication>
 #include <QButtonGroup>
-#include <QScreen>
 #include <QSettings>
 
 #include <algorithm>
@@ -44,7 +44,7 @@ PreferencesDialog::PreferencesDialog(UpdateHandler *updates, QWidget *parent)
     tieControls();
     // The pages scroll where a small screen or large letters leave no room for them.
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
-        resize(sizeHint().boundedTo(screen()->availableSize() * 9 / 10));
+        FirstSize::byContents(this);
 }
 
 PreferencesDialog::~PreferencesDialog()

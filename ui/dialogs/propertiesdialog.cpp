@@ -3,7 +3,7 @@
 #include "app/settings/showntext.h"
 #include "core/records/file.h"
 #include "core/records/filekind.h"
-#include "ui/widgets/fontscale.h"
+#include "ui/widgets/firstsize.h"
 
 #include <QDialogButtonBox>
 #include <QLocale>
@@ -32,7 +32,7 @@ PropertiesDialog::PropertiesDialog(const File &file, QWidget *parent) : QDialog(
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(edit);
     layout->addWidget(buttons);
-    resize(FontScale::byFont(QSize(480, 280), this));
+    FirstSize::byFont(this, {480, 280});
 }
 
 QString PropertiesDialog::text(const File &file)

@@ -1,7 +1,7 @@
 #include "ui/dialogs/shellimportnotification.h"
 
 #include "ui/dialogs/shellfilesmodel.h"
-#include "ui/widgets/fontscale.h"
+#include "ui/widgets/firstsize.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -34,5 +34,5 @@ ShellImportNotification::ShellImportNotification(const QList<ShellFile> &files, 
     layout->addWidget(heading);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    resize(FontScale::byFont(QSize(480, 360), this));
+    FirstSize::byFont(this, {480, 360});
 }

@@ -1,6 +1,7 @@
 #include "ui/dialogs/tagexportdialog.h"
 
 #include "fileops/worker/exportrequest.h"
+#include "ui/widgets/firstsize.h"
 #include "ui_fileexportdialog.h"
 
 #include <QButtonGroup>
@@ -16,6 +17,7 @@ TagExportDialog::TagExportDialog(QWidget *parent) : FileExportDialog(parent), m_
     addForm(ExportRequest::Csv, tr("CSV File, a table of the files"));
     m_forms->button(ExportRequest::Database)->setChecked(true);
     connect(m_forms, &QButtonGroup::idToggled, this, &TagExportDialog::updateAvailability);
+    FirstSize::byContents(this);
 }
 
 void TagExportDialog::addForm(int form, const QString &text)

@@ -4,7 +4,7 @@
 #include "app/settings/windowsettings.h"
 #include "core/controllers/groupscontroller.h"
 #include "models/tags/tagroles.h"
-#include "ui/widgets/fontscale.h"
+#include "ui/widgets/firstsize.h"
 #include "ui/widgets/tableview.h"
 
 #include <QDialogButtonBox>
@@ -69,7 +69,7 @@ TagGroupForm::TagGroupForm(GroupsController *controller, const QVector<qint64> &
     layout->addWidget(m_view);
     layout->addWidget(buttons);
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
-        resize(FontScale::byFont(usualSize, this));
+        FirstSize::byFont(this, usualSize);
 }
 
 void TagGroupForm::buildTable()

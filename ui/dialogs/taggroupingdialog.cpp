@@ -7,7 +7,7 @@
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/tabledialoglayout.h"
 #include "ui/widgets/delegate.h"
-#include "ui/widgets/fontscale.h"
+#include "ui/widgets/firstsize.h"
 #include "ui/widgets/tableview.h"
 
 #include <QCheckBox>
@@ -38,7 +38,7 @@ TagGroupingDialog::TagGroupingDialog(GroupsController *controller, QWidget *pare
                       m_view, makeButtons());
     updateButtons();
     if (!restoreGeometry(WindowSettings::layout(geometryKey)))
-        resize(FontScale::byFont(usualSize, this));
+        FirstSize::byFont(this, usualSize);
 }
 
 void TagGroupingDialog::buildTable()
