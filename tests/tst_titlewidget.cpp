@@ -1,3 +1,5 @@
+#include "core/controllers/narrowing.h"
+#include "core/records/tbnode.h"
 #include "models/contents/sorter.h"
 #include "tests/support/drags.h"
 #include "tests/support/localcollection.h"
@@ -5,6 +7,7 @@
 
 #include <QDropEvent>
 #include <QLabel>
+#include <QRegularExpression>
 
 using Ids = QVector<qint64>;
 
@@ -100,10 +103,62 @@ private slots:
         QVERIFY(!foreign.isAccepted());
     }
 
+    void narrowsTagByTag()
+    {
+        const qint64 ab = m_fixture->addExternal("ab"_s, {1, 2});
+        const qint64 abd = m_fixture->addExternal("abd"_s, {1, 2, 4});
+        const qint64 ac = m_fixture->addExternal("ac"_s, {1, 3});
+        m_fixture->relations().addChildren(QString(), {2});
+        m_fixture->relations().addChildren("2"_s, {3});
+        Narrowing *narrowing = m_fixture->mainView().narrowing();
+        const auto shown = [this] { return m_fixture->mainView().shownFileIds(); };
+
+        m_fixture->tags().showTagsEitherOr({1});
+        const auto data = tagDrag({2});
+        QDragEnterEvent enter({1, 1}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::ControlModifier);
+        QApplication::sendEvent(m_bar.get(), &enter);
+        QDropEvent drop({1, 1}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::ControlModifier);
+        QApplication::sendEvent(m_bar.get(), &drop);
+        QCOMPARE(text(), " A <i>and</i>  B "_s);
+        QCOMPARE(shown(), (Ids{ab, abd, ac})); // C stands below B
+        QCOMPARE(m_fixture->tags().selectedTagIds(), (Ids{1, 2}));
+        narrowing->exclude(4);
+        QCOMPARE(text(), " A <i>and</i>  B , <i>without:</i>  D "_s);
+        QCOMPARE(shown(), (Ids{ab, ac}));
+        // What stands below now counts when all was read anew, and the rest of the question stays.
+        m_fixture->relations().removeNode("2.3"_s);
+        m_fixture->manager()->reloadAllData();
+        QCOMPARE(shown(), Ids{ab});
+        QCOMPARE(text(), " A <i>and</i>  B , <i>without:</i>  D "_s);
+
+        emit label()->linkActivated("off:2"_s);
+        QCOMPARE(shown(), (Ids{ab, ac}));
+        narrowing->require({4});
+        QCOMPARE(text(), " A <i>and</i>  D "_s);
+        QCOMPARE(shown(), Ids{abd});
+        m_fixture->tree().saveAsNode();
+        QCOMPARE(text(), " A <i>and</i>  D "_s);
+        QCOMPARE(m_fixture->manager()->nodes().size(), 2);
+        narrowing->exclude(2);
+        m_fixture->tree().saveAsNode(); // below those of before
+        QCOMPARE(text(), " A <i>and</i>  D , <i>without:</i>  B "_s);
+        QCOMPARE(m_fixture->manager()->nodes().keys(), (QList<qint64>{1, 2, 3}));
+        QVERIFY(m_fixture->tree().nodeById(3)->isInverted());
+        QCOMPARE(m_fixture->tree().nodeById(3)->parentNode()->id(), 2);
+        QCOMPARE(m_fixture->tree().currentNodeId(), 3);
+        narrowing->takeOff(2);
+        narrowing->exclude(1);
+        QCOMPARE(text(), " D , <i>without:</i>  A "_s);
+        QCOMPARE(shown(), Ids());
+        emit label()->linkActivated("off:1"_s);
+        emit label()->linkActivated("off:4"_s);
+        QCOMPARE(text(), "All files"_s);
+        QCOMPARE(shown(), (Ids{ab, abd, ac}));
+    }
+
     void closingClears()
     {
         m_fixture->mainView().showTagsSelected({1});
-        QCOMPARE(m_bar->toolTip(), "Drop tags here to show the files that have them"_s);
         m_bar->setController(nullptr);
         QCOMPARE(heading(), QString());
         QCOMPARE(text(), "No tag or browsing node open"_s);
@@ -113,7 +168,13 @@ private slots:
 
 private:
     QString heading() const { return m_bar->findChild<QLabel *>("headingLabel"_s)->text(); }
-    QString text() const { return m_bar->findChild<QLabel *>("requirementsLabel"_s)->text(); }
+    QLabel *label() const { return m_bar->findChild<QLabel *>("requirementsLabel"_s); }
+    // Without the links of names and crosses.
+    QString text() const
+    {
+        static const QRegularExpression links("<a [^>]*>&nbsp;\u00d7</a>|</?a[^>]*>"_s);
+        return label()->text().remove(links);
+    }
 
     std::unique_ptr<LocalCollection> m_fixture;
     std::unique_ptr<TitleWidget> m_bar;

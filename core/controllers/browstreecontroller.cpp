@@ -4,6 +4,8 @@
 #include "core/controllers/collection.h"
 #include "core/controllers/collectionsettings.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/narrowing.h"
+#include "core/controllers/nodepath.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/manager/databasemanger.h"
@@ -117,6 +119,32 @@ void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 no
     if (keepsPlace)
         givePlaceToTop(parent, nodeId);
     emit branchesMoved();
+}
+
+bool BrowsTreeController::canSaveAsNode() const
+{
+    return m_mainView && !isReadOnly() && NodePath(m_mainView->narrowing()->present()).isPossible();
+}
+
+void BrowsTreeController::saveAsNode()
+{
+    if (!manager() || !m_mainView || !mayEdit())
+        return;
+    const NodePath path(m_mainView->narrowing()->present());
+    if (!path.isPossible())
+        return;
+    int standing = 0;
+    qint64 nodeId = path.standing(m_model->allFilesNode(), standing)->id();
+    const QVector<NodeStep> missing = path.steps().mid(standing);
+    if (!missing.isEmpty())
+        nodeId = manager()->addNodePath(missing, nodeId);
+    const TBnode *node = nodeById(nodeId);
+    if (nodeId <= 0 || !node)
+        return;
+    QVector<qint64> required;
+    QVector<qint64> excluded;
+    node->collectTagRequirements(required, excluded);
+    nodeActivated(TagNode, nodeId, required, excluded);
 }
 
 void BrowsTreeController::givePlaceToTop(const TBnode *parent, qint64 nodeId)

@@ -43,6 +43,10 @@ public:
     void addNodesBelow(const QVector<qint64> &tagIds, qint64 nodeId);
     /** The same between a node and its parent, the first tag at the top and at the node's place by hand. */
     void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
+    /** Whether nodes can stand for what is asked of the shown files. */
+    bool canSaveAsNode() const;
+    /** Makes those of them that are missing, and opens the last. */
+    void saveAsNode();
     void addTagNodes(const QVector<qint64> &tagIds, qint64 nodeId, bool above);
     /** Removes nodes alone: their children rise to the nearest node above that stays. */
     void removeNodes(const QVector<qint64> &nodeIds);

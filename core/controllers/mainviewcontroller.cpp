@@ -7,6 +7,7 @@
 #include "core/controllers/filedragdata.h"
 #include "core/controllers/filerenamer.h"
 #include "core/controllers/folderextraction.h"
+#include "core/controllers/narrowing.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/prompts/userprompts.h"
@@ -49,7 +50,8 @@ MainViewController::MainViewController(DatabaseManger *manager, const AbstractQu
       m_filter(new FileFilterModel(this)),
       m_sorter(new Sorter(this)),
       m_extraction(new FolderExtraction(this)),
-      m_check(new ShownFilesCheck(manager, m_filter, this))
+      m_check(new ShownFilesCheck(manager, m_filter, this)),
+      m_narrowing(new Narrowing(this))
 {
     m_contents->setHost(this);
     m_filter->setSourceModel(m_contents);
@@ -103,6 +105,7 @@ void MainViewController::setPeers(TagsController *tags, BrowsTreeController *bro
     m_tags = tags;
     m_browsTree = browsTree;
     m_relations = relations;
+    m_narrowing->setPeers(tags, browsTree, relations);
 }
 
 void MainViewController::load()

@@ -27,6 +27,7 @@ class File;
 class FileFilterModel;
 class FolderExtraction;
 class ImageLoading;
+class Narrowing;
 class RelationsController;
 class Sorter;
 class TagsController;
@@ -65,6 +66,8 @@ public:
     void showTagsEitherOr(const QVector<qint64> &tagIds);
     /** Shows the files with all the tags of the first of these files. */
     void showRelated(const QVector<qint64> &fileIds);
+    /** Changes what is asked for tag by tag. */
+    Narrowing *narrowing() const { return m_narrowing; }
     /** Those of showTagsEitherOr(). */
     TagRequirements requirementsOfAny(const QVector<qint64> &tagIds) const;
     /** The files that meet the requirements, whatever the search text. */
@@ -185,5 +188,6 @@ private:
     Sorter *m_sorter;
     FolderExtraction *m_extraction;
     ShownFilesCheck *m_check;
+    Narrowing *m_narrowing;
     int m_awaitedCopies = 0;
 };

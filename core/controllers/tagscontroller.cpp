@@ -2,6 +2,7 @@
 
 #include "core/controllers/favouritetags.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/narrowing.h"
 #include "core/prompts/userprompts.h"
 #include "db/manager/databasemanger.h"
 #include "models/contents/contentsmodel.h"
@@ -73,11 +74,12 @@ void TagsController::loadedDataFromDB(const TableData &)
 
 void TagsController::showSelectionAgain()
 {
-    if (m_markedTagIds.isEmpty())
-        return;
-    if (m_isEitherOr)
+    // All of its tags may be excluded ones, which have no mark.
+    if (m_shown == Shown::Narrowed && m_mainView)
+        m_mainView->narrowing()->askAgain();
+    else if (m_shown == Shown::AnyOf && !m_markedTagIds.isEmpty())
         showTagsEitherOr(m_markedTagIds);
-    else
+    else if (m_shown == Shown::AllOf && !m_markedTagIds.isEmpty())
         showTagsSelected(m_markedTagIds);
 }
 
@@ -242,7 +244,7 @@ void TagsController::showTagsSelected(const QVector<qint64> &tagIds)
 {
     if (m_mainView)
         m_mainView->showTagsSelected(tagIds);
-    m_isEitherOr = false;
+    m_shown = Shown::AllOf;
     markTags(tagIds);
 }
 
@@ -250,7 +252,7 @@ void TagsController::showTagsEitherOr(const QVector<qint64> &tagIds)
 {
     if (m_mainView)
         m_mainView->showTagsEitherOr(tagIds);
-    m_isEitherOr = true;
+    m_shown = Shown::AnyOf;
     markTags(tagIds);
 }
 
@@ -267,7 +269,14 @@ QSortFilterProxyModel *TagsController::filterProxy() const
     return m_filterProxy;
 }
 
+void TagsController::markNarrowed(const QVector<qint64> &tagIds)
+{
+    m_shown = Shown::Narrowed;
+    markTags(tagIds);
+}
+
 void TagsController::clearMark()
 {
+    m_shown = Shown::Nothing;
     markTags({});
 }

@@ -73,6 +73,8 @@ public:
     /** The tags whose files are shown. */
     QVector<qint64> selectedTagIds() const { return m_markedTagIds; }
     void markTags(const QVector<qint64> &tagIds);
+    /** Marks the tags of a selection that was made out of another one. */
+    void markNarrowed(const QVector<qint64> &tagIds);
     void clearMark();
 
     /** The tags with keys of their own, and those that were typed last. */
@@ -109,5 +111,6 @@ private:
     TagsGroupProxy *m_groupProxy;
     TagsFilterProxy *m_filterProxy;
     QVector<qint64> m_markedTagIds;
-    bool m_isEitherOr = false;
+    enum class Shown { Nothing, AllOf, AnyOf, Narrowed };
+    Shown m_shown = Shown::Nothing;
 };

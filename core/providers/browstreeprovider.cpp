@@ -83,6 +83,19 @@ QVector<qint64> BrowsTreeProvider::addNodes(const QVector<qint64> &tagIds, bool 
     return transaction.commit() ? ids : QVector<qint64>();
 }
 
+QVector<qint64> BrowsTreeProvider::addPath(const QVector<NodeStep> &steps, qint64 parentId)
+{
+    Transaction transaction(*this);
+    QVector<qint64> ids;
+    for (const NodeStep &step : steps) {
+        const qint64 id = transaction.isActive() ? insertNode(step.tagId, step.trOption, step.inverted) : 0;
+        if (id <= 0 || !addLink(ids.isEmpty() ? parentId : ids.last(), id))
+            return {};
+        ids.append(id);
+    }
+    return transaction.commit() ? ids : QVector<qint64>();
+}
+
 QVector<qint64> BrowsTreeProvider::addNodesAbove(const QVector<qint64> &tagIds, bool trOption, bool inverted,
                                                  qint64 parentId, qint64 childId)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/records/nodestep.h"
 #include "db/sql/basedbprovider.h"
 
 /**
@@ -35,6 +36,8 @@ public:
      * order of the tags, nothing on failure.
      */
     QVector<qint64> addNodes(const QVector<qint64> &tagIds, bool trOption, bool inverted, qint64 parentId);
+    /** The same as a chain below a parent. */
+    QVector<qint64> addPath(const QVector<NodeStep> &steps, qint64 parentId);
     /** The same as a chain between a child and its parent, the first tag at the top. */
     QVector<qint64> addNodesAbove(const QVector<qint64> &tagIds, bool trOption, bool inverted,
                                   qint64 parentId, qint64 childId);

@@ -162,6 +162,11 @@ public:
     }
     /** The same with tags of which at least one is new. */
     bool addNodesOf(const ChosenTags &tags, qint64 parentId) { return m_edits.addNodesOf(tags, parentId); }
+    /** Nodes one below the other; gives the id of the last, 0 when nothing was added. */
+    qint64 addNodePath(const QVector<NodeStep> &steps, qint64 parentId)
+    {
+        return m_edits.addNodePath(steps, parentId);
+    }
     void addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
     {
         m_edits.addNodesAbove(tagIds, nodeId);

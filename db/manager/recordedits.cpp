@@ -342,6 +342,17 @@ bool RecordEdits::addNodesOf(const ChosenTags &tags, qint64 parentId)
                 .isEmpty();
 }
 
+qint64 RecordEdits::addNodePath(const QVector<NodeStep> &steps, qint64 parentId)
+{
+    const QVector<qint64> parents = parentId > 0 ? QVector<qint64>{parentId} : QVector<qint64>();
+    QVector<qint64> tagIds;
+    QVector<qint64> nodeIds;
+    for (const NodeStep &step : steps)
+        tagIds.append(step.tagId);
+    const auto add = [&] { return nodeIds = m_providers.browsTree->addPath(steps, parentId); };
+    return addNodes(tagIds, parents, add) > 0 ? nodeIds.last() : 0;
+}
+
 qint64 RecordEdits::addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId)
 {
     if (!m_records.nodes().map().contains(nodeId))

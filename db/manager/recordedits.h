@@ -2,6 +2,7 @@
 
 #include "core/providers/foreignchanges.h"
 #include "core/records/chosentags.h"
+#include "core/records/nodestep.h"
 #include "db/manager/editresult.h"
 #include "db/manager/providers.h"
 
@@ -65,6 +66,8 @@ public:
     qint64 addNodeBelow(qint64 tagId, qint64 parentId);
     qint64 addNodeAbove(qint64 tagId, qint64 nodeId);
     qint64 addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId);
+    /** One below the other; gives the id of the last. */
+    qint64 addNodePath(const QVector<NodeStep> &steps, qint64 parentId);
     qint64 addNodesAbove(const QVector<qint64> &tagIds, qint64 nodeId);
     bool addNodesOf(const ChosenTags &tags, qint64 parentId);
     bool removeNodes(const QVector<qint64> &nodeIds);

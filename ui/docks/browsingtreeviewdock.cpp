@@ -4,6 +4,7 @@
 #include "app/settings/showntext.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
+#include "core/controllers/mainviewcontroller.h"
 #include "core/records/nodetype.h"
 #include "models/trees/treeroles.h"
 #include "ui/dialogs/autolinkdialog.h"
@@ -25,7 +26,8 @@ enum NodeAction {
     LinkAction = 5,
     LinkMenuAction = 6,
     ViewLinkAction = 7,
-    RemoveLinkAction = 8
+    RemoveLinkAction = 8,
+    SaveAction = 9
 };
 
 constexpr int longestName = 100; // signs
@@ -66,8 +68,11 @@ void BrowsingTreeViewDock::takePlaces(MainUi &ui)
     invert->setCheckable(true);
     QAction *link = addAction(LinkAction, tr("Auto Link To Folder"));
     connect(link, &QAction::triggered, this, &BrowsingTreeViewDock::addAutolink);
+    QAction *save = addAction(SaveAction, tr("Save as Node"));
+    save->setStatusTip(tr("Make nodes of the tags that are required now"));
+    connect(save, &QAction::triggered, this, [this] { m_controller->saveAsNode(); });
     m_actions.insert(LinkMenuAction, makeLinkMenu()->menuAction());
-    ui.nodeMenu->addActions({remove, relations, invert, link, m_actions.value(LinkMenuAction)});
+    ui.nodeMenu->addActions({remove, relations, invert, link, m_actions.value(LinkMenuAction), save});
     m_exports->takePlace(ui);
     updateActionsAvailability();
 }
@@ -99,6 +104,9 @@ void BrowsingTreeViewDock::setController(BrowsTreeController *controller)
         connect(m_view->model(), &QAbstractItemModel::modelReset, this,
                 &BrowsingTreeViewDock::updateActionsAvailability);
     }
+    if (controller)
+        connect(controller->collection()->mainViewController(), &MainViewController::tagRequirementsChanged,
+                this, &BrowsingTreeViewDock::updateActionsAvailability);
     updateTitle();
     updateActionsAvailability();
 }
@@ -136,6 +144,7 @@ void BrowsingTreeViewDock::updateActionsAvailability()
     const bool isEnabled = isTagNode && !m_controller->isReadOnly();
     for (const int key : {DeleteAction, DeleteTreeAction, RelationsAction, InvertAction})
         m_actions.value(key)->setEnabled(isEnabled);
+    m_actions.value(SaveAction)->setEnabled(m_controller && m_controller->canSaveAsNode());
     const bool hasLink = isTagNode && current.data(NodeRole::HasAutolinks).toBool();
     for (const int key : {LinkAction, LinkMenuAction, ViewLinkAction, RemoveLinkAction})
         m_actions.value(key)->setEnabled(isEnabled && m_controller->links().arePossible());

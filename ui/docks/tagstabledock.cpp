@@ -3,6 +3,8 @@
 #include "app/settings/windowsettings.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/narrowing.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/tags/tagroles.h"
 #include "models/tags/tagsgroupproxy.h"
@@ -287,8 +289,20 @@ void TagsTableDock::slotTagOpened(const QModelIndex &index)
         mayEdit(m_tags);
         return;
     }
+    if (QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier)) {
+        narrowTo({tagId});
+        return;
+    }
     m_tags->showTagsEitherOr({tagId});
     emit anyOfTagsActivated({tagId});
+}
+
+void TagsTableDock::narrowTo(const QVector<qint64> &tagIds)
+{
+    if (!m_tags || tagIds.isEmpty())
+        return;
+    m_tags->collection()->mainViewController()->narrowing()->require(tagIds);
+    emit allOfTagsActivated(tagIds);
 }
 
 void TagsTableDock::slotFilterTags(const QString &text)
@@ -307,6 +321,9 @@ void TagsTableDock::slotKeyPressed(QKeyEvent *event)
     }
     switch (event->key()) {
     case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (event->modifiers().testFlag(Qt::ControlModifier) && !m_isEditMode)
+            narrowTo(m_selection->tagIds());
         event->accept();
         break;
     case Qt::Key_Tab:

@@ -74,6 +74,8 @@ public slots:
     void slotGroupCreated(const QVariant &groupId);
 
 private:
+    /** Beside what is asked for now. */
+    void narrowTo(const QVector<qint64> &tagIds);
     void updateGround();
     void buildForm();
     void buildTable();

@@ -4,14 +4,17 @@
 #include "app/settings/specialnodes.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/narrowing.h"
 #include "core/controllers/tagscontroller.h"
 #include "models/base/idlistmime.h"
 #include "models/contents/sorter.h"
 #include "models/tags/tagstablemodel.h"
 
+#include <QCursor>
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 
 namespace {
@@ -20,14 +23,15 @@ namespace {
 constexpr int mostNames = 100;
 constexpr int longestSearch = 100;
 
+const QLatin1String nameLink("tag:");
+const QLatin1String crossLink("off:");
+
 // Names and connective of each tag, with the connective after the last one cut off.
 QString joined(const QStringList &names, const QString &connective)
 {
     QString text;
-    for (const QString &name : names.mid(0, mostNames))
-        text += QStringLiteral(" %1 <i>%2</i> ").arg(name.toHtmlEscaped(), connective);
-    if (names.size() > mostNames)
-        text += QStringLiteral(" %1 <i>%2</i> ").arg(QChar(0x2026), connective);
+    for (const QString &name : names)
+        text += QStringLiteral(" %1 <i>%2</i> ").arg(name, connective);
     // The blank in front of it stays.
     text.chop(connective.size() + static_cast<int>(qstrlen("<i></i> ")));
     return text;
@@ -40,7 +44,7 @@ TitleWidget::TitleWidget(QWidget *parent)
 {
     setObjectName(QStringLiteral("TitleWidget"));
     setAcceptDrops(true);
-    setToolTip(tr("Drop tags here to show the files that have them"));
+    setToolTip(tr("Drop tags here to show the files that have them; with Ctrl, those of the present ones"));
     setAccessibleName(tr("Tag requirements"));
 
     m_heading->setObjectName(QStringLiteral("headingLabel"));
@@ -50,6 +54,14 @@ TitleWidget::TitleWidget(QWidget *parent)
     m_text->setWordWrap(true);
     // Long names give way to the window, which must not widen for them.
     m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_text->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    m_text->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_text, &QLabel::linkActivated, this, &TitleWidget::followLink);
+    connect(m_text, &QLabel::linkHovered, this, [this](const QString &link) { m_hoveredLink = link; });
+    connect(m_text, &QWidget::customContextMenuRequested, this, [this] {
+        if (!m_hoveredLink.isEmpty())
+            execNameMenu(m_hoveredLink.mid(nameLink.size()).toLongLong(), QCursor::pos());
+    });
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 6, 8, 6);
@@ -126,34 +138,92 @@ QString TitleWidget::requirementText() const
 {
     if (!m_controller)
         return {};
-    const QHash<qint64, QString> names =
-        m_controller->collection()->tagsController()->tagsNames(m_required + m_eitherOr + m_excluded);
-    const auto namesOf = [&names](const QVector<qint64> &ids) {
-        QStringList list;
-        for (qint64 id : ids)
-            list << names.value(id);
-        return list;
-    };
-
     //: between the names of two tags
     const QString andWord = tr("and");
     //: between the names of two tags
     const QString orWord = tr("or");
     QString text;
     if (!m_required.isEmpty())
-        text = joined(namesOf(m_required), andWord);
+        text = joined(linkedNames(m_required), andWord);
     if (!m_eitherOr.isEmpty()) {
         if (!text.isEmpty())
             text += QStringLiteral("<i>%1</i> ").arg(andWord);
-        const QString anyOf = joined(namesOf(m_eitherOr), orWord);
+        const QString anyOf = joined(linkedNames(m_eitherOr), orWord);
         text += m_eitherOr.size() > 1 ? QLatin1Char('(') + anyOf + QLatin1Char(')') : anyOf;
     }
     if (!m_excluded.isEmpty()) {
         if (!text.isEmpty())
             text += QStringLiteral(", ");
-        text += tr("<i>without:</i> %1").arg(joined(namesOf(m_excluded), orWord));
+        text += tr("<i>without:</i> %1").arg(joined(linkedNames(m_excluded), orWord));
     }
     return text;
+}
+
+// A name, which leads to its menu, and its cross.
+QStringList TitleWidget::linkedNames(const QVector<qint64> &tagIds) const
+{
+    const QVector<qint64> shown = tagIds.mid(0, mostNames);
+    const QHash<qint64, QString> names = m_controller->collection()->tagsController()->tagsNames(shown);
+    const auto linked = [](QLatin1String kind, qint64 tagId, const QColor &color, const QString &text) {
+        return QStringLiteral("<a href=\"%1%2\" style=\"color:%3;text-decoration:none\">%4</a>")
+            .arg(kind, QString::number(tagId), color.name(), text);
+    };
+    const QColor nameColor = palette().color(QPalette::WindowText);
+    const QColor crossColor = palette().color(QPalette::Disabled, QPalette::WindowText);
+    QStringList list;
+    for (const qint64 tagId : shown)
+        list << linked(nameLink, tagId, nameColor, names.value(tagId).toHtmlEscaped()) +
+                    linked(crossLink, tagId, crossColor, QStringLiteral("&nbsp;\u00d7"));
+    if (tagIds.size() > mostNames)
+        list << QString(QChar(0x2026));
+    return list;
+}
+
+void TitleWidget::followLink(const QString &link)
+{
+    const qint64 tagId = link.mid(nameLink.size()).toLongLong();
+    if (!m_controller || tagId <= 0)
+        return;
+    if (link.startsWith(crossLink))
+        m_controller->narrowing()->takeOff(tagId);
+    else
+        // Return on a name has no pointer above it.
+        execNameMenu(tagId, m_hoveredLink.isEmpty() ? m_text->mapToGlobal(m_text->rect().bottomLeft())
+                                                    : QCursor::pos());
+}
+
+void TitleWidget::execNameMenu(qint64 tagId, const QPoint &globalPos)
+{
+    if (!m_controller || tagId <= 0)
+        return;
+    QMenu menu;
+    QAction *require = menu.addAction(tr("&Require"));
+    require->setEnabled(!m_required.contains(tagId));
+    QAction *exclude = menu.addAction(tr("&Exclude"));
+    exclude->setEnabled(!m_excluded.contains(tagId));
+    QAction *alone = menu.addAction(tr("&Open Alone"));
+    menu.addSeparator();
+    QAction *takeOff = menu.addAction(tr("&Take Off"));
+    const QAction *chosen = menu.exec(globalPos);
+    // The database may have been closed behind the menu.
+    if (!m_controller)
+        return;
+    if (chosen == require)
+        m_controller->narrowing()->require({tagId});
+    else if (chosen == exclude)
+        m_controller->narrowing()->exclude(tagId);
+    else if (chosen == alone)
+        m_controller->collection()->tagsController()->showTagsSelected({tagId});
+    else if (chosen == takeOff)
+        m_controller->narrowing()->takeOff(tagId);
+}
+
+void TitleWidget::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    // The colours of the names are those of the palette.
+    if (event->type() == QEvent::PaletteChange)
+        refreshNames();
 }
 
 void TitleWidget::dragEnterEvent(QDragEnterEvent *event)
@@ -169,7 +239,9 @@ void TitleWidget::dropEvent(QDropEvent *event)
     if (m_controller && event->mimeData()->hasFormat(Constants::tagMimeType)) {
         const QVector<qint64> tagIds = IdListMime::unpack(event->mimeData(), Constants::tagMimeType);
         event->acceptProposedAction();
-        if (!tagIds.isEmpty())
+        if (!tagIds.isEmpty() && event->keyboardModifiers().testFlag(Qt::ControlModifier))
+            m_controller->narrowing()->require(tagIds);
+        else if (!tagIds.isEmpty())
             m_controller->collection()->tagsController()->showTagsSelected(tagIds); // which marks them
     }
     QWidget::dropEvent(event);
