@@ -145,6 +145,7 @@ void BrowsTreeController::saveAsNode()
     QVector<qint64> excluded;
     node->collectTagRequirements(required, excluded);
     nodeActivated(TagNode, nodeId, required, excluded);
+    emit nodeSaved();
 }
 
 void BrowsTreeController::givePlaceToTop(const TBnode *parent, qint64 nodeId)

@@ -115,6 +115,8 @@ public:
 signals:
     /** The type is 0 when no node is current any more. */
     void currentNodeChanged(int type, qlonglong nodeId);
+    /** The shown node stands for what was asked for by tags until now, and should be seen. */
+    void nodeSaved();
     /** Around a change that takes branches out of the model and puts them in again elsewhere. */
     void aboutToMoveBranches();
     void branchesMoved();

@@ -97,6 +97,7 @@ void TBtreeView::setController(BrowsTreeController *controller)
     connect(controller, &BrowsTreeController::branchesMoved, this,
             qOverload<>(&TBtreeView::restoreExpandedState));
     connect(controller, &BrowsTreeController::currentNodeChanged, this, &TBtreeView::followShownNode);
+    connect(controller, &BrowsTreeController::nodeSaved, this, [this] { scrollTo(shownNode()); });
     expand(model()->index(0, 0));
 }
 
