@@ -13,6 +13,7 @@
 #include "app/window/recentdatabases.h"
 #include "app/window/reloadprogress.h"
 #include "app/window/serverconnections.h"
+#include "app/window/undoactions.h"
 #include "app/window/updatebar.h"
 #include "app/window/windowcommands.h"
 #include "app/window/windowparts.h"
@@ -55,6 +56,7 @@ MainWindow::MainWindow(QWidget *parent)
       m_import(new DatabaseImport(this)),
       m_idle(new IdleSteps(this)),
       m_commands(new WindowCommands(this)),
+      m_undo(new UndoActions(this)),
       m_updates(new UpdateBar(this)),
       m_layout(this, m_updates)
 {
@@ -67,6 +69,7 @@ MainWindow::MainWindow(QWidget *parent)
     MainUi ui(this);
     m_parts->takePlaces(ui);
     m_commands->takePlaces(ui, m_recentDatabases->actions());
+    m_undo->takePlaces(ui);
     m_updates->takePlaces(ui);
     ui.makeBarsReachable();
     connectCommands();
@@ -157,6 +160,7 @@ bool MainWindow::openDatabase(const DBDetails &details)
         m_wasOpeningCanceled = opener.wasCanceled();
         if (opened) {
             m_parts->attach(*m_collection);
+            m_undo->setHistory(m_collection->history());
             rememberRecentDatabase();
             // Nothing is shown yet: the next step is to choose a node.
             m_parts->browsingDock()->widget()->setFocus();
@@ -214,6 +218,7 @@ void MainWindow::closeDatabase()
         m_parts->files()->closePreviews();
         m_servers->remember(m_collection->details());
         m_parts->detach();
+        m_undo->setHistory(nullptr);
         m_collection->close();
         delete m_collection;
         m_collection = nullptr;

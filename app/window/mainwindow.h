@@ -22,6 +22,7 @@ class PopupMessager;
 class QSqlError;
 class RecentDatabases;
 class ServerConnections;
+class UndoActions;
 class UpdateBar;
 class WindowCommands;
 class WindowParts;
@@ -129,6 +130,7 @@ private:
     DatabaseImport *m_import;
     IdleSteps *m_idle;
     WindowCommands *m_commands;
+    UndoActions *m_undo;
     UpdateBar *m_updates;
     WindowLayout m_layout;
     WindowParts *m_parts = nullptr;

@@ -2,15 +2,24 @@
 
 #include "app/settings/showntext.h"
 
+#include <QLabel>
 #include <QStatusBar>
 #include <QStringList>
 
 namespace {
 constexpr int newsMilliseconds = 6000;
+constexpr int happenedMilliseconds = 8000;
 } // namespace
 
-StatusLine::StatusLine(QStatusBar *bar) : QObject(bar), m_bar(bar)
+StatusLine::StatusLine(QStatusBar *bar) : QObject(bar), m_bar(bar), m_happened(new QLabel(bar))
 {
+    m_happened->setObjectName(QStringLiteral("happenedLabel"));
+    // A name of others is no markup.
+    m_happened->setTextFormat(Qt::PlainText);
+    bar->addPermanentWidget(m_happened);
+    m_happenedTime.setSingleShot(true);
+    m_happenedTime.setInterval(happenedMilliseconds);
+    connect(&m_happenedTime, &QTimer::timeout, m_happened, &QLabel::clear);
     connect(bar, &QStatusBar::messageChanged, this, [this](const QString &text) {
         // Its time is over, or nobody else has said anything.
         if (text.isEmpty() && !m_news.isEmpty()) {
@@ -34,6 +43,12 @@ void StatusLine::tellNews(const NewsCount &count)
         return;
     m_news = textOf(count);
     m_bar->showMessage(m_news, newsMilliseconds);
+}
+
+void StatusLine::tell(const QString &text)
+{
+    m_happened->setText(ShownText::cut(text));
+    m_happenedTime.start();
 }
 
 QString StatusLine::textOf(const NewsCount &count)

@@ -4,7 +4,9 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
+class QLabel;
 class QStatusBar;
 
 /** The text of the status bar: what is selected, and for a moment what others have changed. Owned by the
@@ -21,9 +23,13 @@ public:
 public slots:
     void setText(const QString &text);
     void tellNews(const NewsCount &count);
+    /** What has just been done, for some seconds, to the right of the text. */
+    void tell(const QString &text);
 
 private:
     QStatusBar *m_bar;
     QString m_text;
     QString m_news;
+    QLabel *m_happened;
+    QTimer m_happenedTime;
 };

@@ -131,6 +131,7 @@ void WindowParts::arrangeTabOrder(const MainUi &ui)
 void WindowParts::followReloads(Collection *collection)
 {
     connect(collection, &Collection::foreignChangesMerged, m_status, &StatusLine::tellNews);
+    connect(collection, &Collection::happened, m_status, &StatusLine::tell);
     connect(collection, &Collection::allDataReloaded, m_browsingDock, &BrowsingTreeViewDock::updateTitle);
     m_browsingDock->followReloads(collection);
     m_relationsDock->followReloads(collection);

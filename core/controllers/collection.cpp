@@ -10,6 +10,7 @@
 #include "core/controllers/sqlitecollection.h"
 #include "core/controllers/tagscontroller.h"
 #include "core/prompts/userprompts.h"
+#include "core/undo/undohistory.h"
 #include "db/manager/databasemanger.h"
 #include "db/sql/connections.h"
 #include "db/sql/postgresqueryconstructor.h"
@@ -34,6 +35,7 @@ Collection::Collection(const QString &driver, const QString &host, const QString
 Collection::~Collection()
 {
     Collection::close();
+    delete m_history;
     // Controllers and their models borrow the records, so they go before the manager.
     delete m_mainViewController;
     delete m_browsTreeController;
@@ -50,6 +52,15 @@ void Collection::build()
     m_queryConstructor = makeQueryConstructor();
     makeControllers();
     introducePeers();
+    makeHistory();
+}
+
+void Collection::makeHistory()
+{
+    m_history = new UndoHistory(
+        m_manager, [this] { return m_tagsController->mayEdit(); }, this);
+    connect(m_history, &UndoHistory::happened, this, &Collection::happened);
+    connect(m_history, &UndoHistory::fellShort, this, &Collection::showTempWarning);
 }
 
 void Collection::connectManager()

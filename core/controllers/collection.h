@@ -18,6 +18,7 @@ class GroupsController;
 class MainViewController;
 class RelationsController;
 class TagsController;
+class UndoHistory;
 class UserPrompts;
 
 /**
@@ -68,6 +69,9 @@ public:
     virtual MainViewController *mainViewController() const { return m_mainViewController; }
     virtual RelationsController *relationsController() const { return m_relationsController; }
 
+    /** The edits that can be taken back. */
+    UndoHistory *history() const { return m_history; }
+
     QString databaseName() const { return m_databaseName; }
     QString hostName() const { return m_hostName; }
     int port() const { return m_port; }
@@ -95,6 +99,8 @@ signals:
     void showError(QString title, QString text);
     /** The same for a word that nothing went wrong. */
     void showInformation(QString title, QString text);
+    /** What an edit came to, in one sentence. */
+    void happened(const QString &text);
     void duplicatesReady(PresentableDuplicates duplicates);
     void importNotification(QList<ShellFile> files);
     /** What others changed has been taken in. */
@@ -122,6 +128,7 @@ protected:
 private:
     void connectManager();
     void introducePeers();
+    void makeHistory();
 
     QString m_driver;
     QString m_databaseName;
@@ -136,6 +143,7 @@ private:
     GroupsController *m_groupsController = nullptr;
     MainViewController *m_mainViewController = nullptr;
     RelationsController *m_relationsController = nullptr;
+    UndoHistory *m_history = nullptr;
     CollectionSettings *m_settings;
     UserPrompts *m_prompts;
 };

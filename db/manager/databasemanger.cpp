@@ -45,6 +45,7 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_fileEdits(*this),
       m_edits(*this, m_records),
       m_thumbnailCache(new ThumbnailCache(this)),
+      m_replays(*this, m_records, *m_thumbnailCache),
       m_prompts(&UserPrompts::nobody())
 {
     connectRecords();
@@ -96,7 +97,9 @@ void DatabaseManger::setProviders(const Providers &providers)
     m_records.follow(m_providers);
     connect(m_providers.mainView, &MainViewProvider::tagsChanged, &m_tagMerges, &TagMerges::add);
     connect(m_providers.mainView, &MainViewProvider::loadingProgress, this, &DatabaseManger::loadingProgress);
-    m_runner.setProviders(m_providers);
+    auto *rows = new RowReader(constructor(), this);
+    m_runner.setProviders(m_providers, rows);
+    m_replays.setProviders(m_providers, constructor());
     const QVector<BaseDBProvider *> providersOfRecords = editors();
     for (BaseDBProvider *provider : providersOfRecords)
         connectErrors(provider);
@@ -178,6 +181,12 @@ void DatabaseManger::connectFileOperations()
     connect(files, &Source::tagsChanged, &m_tagMerges, &TagMerges::add);
     connect(files, &Source::tagsChanged, this, &DatabaseManger::refreshModificationDate);
     connect(files, &Source::tagsChanged, this, &DatabaseManger::filesRetagged);
+    connect(files, &Source::tagsChanged, this, [this](const TagChanges &done) {
+        EditRecord record;
+        EditNotes(record, m_records).linksDone(done);
+        emit aboutToEdit();
+        emit edited(record.take());
+    });
     connect(files, &Source::filesRemoved, this, [this](const QVector<qint64> &ids) {
         m_thumbnailCache->remove(ids);
         m_records.gotFilesRemoved(ids);

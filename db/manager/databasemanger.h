@@ -2,6 +2,7 @@
 
 #include "app/settings/dbdetails.h"
 #include "core/records/recordtypes.h"
+#include "db/manager/editnotes.h"
 #include "db/manager/editrunner.h"
 #include "db/manager/errorteller.h"
 #include "db/manager/fileedits.h"
@@ -10,6 +11,7 @@
 #include "db/manager/recordedits.h"
 #include "db/manager/recordkeeper.h"
 #include "db/manager/recordloads.h"
+#include "db/manager/replays.h"
 #include "db/manager/tagmerges.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
@@ -305,6 +307,11 @@ public:
     }
     void cancelOperations();
     bool isBusy() const;
+    /** Takes back what edited() told of, or does it again; false when that was refused or failed. */
+    bool replay(const EditStep &step, bool isUndo, ReplayLosses &losses)
+    {
+        return m_replays.run(step, isUndo, losses);
+    }
 
     /**
      * To be called around the loads that fill all records, which then belong to one state of the database.
@@ -364,6 +371,9 @@ signals:
     void showTempWarning(QString title, QString text);
     /** What others changed has been taken in. */
     void foreignChangesMerged(NewsCount count);
+    /** Around an edit of the window; with what it changed, if that can be taken back, and how it is told. */
+    void aboutToEdit();
+    void edited(const EditStep &step);
     void startedAddingFiles(QString label);
     void addingFilesProgress(QString text, int percent);
     void finishedAddingFiles();
@@ -441,7 +451,7 @@ protected:
     bool isReadyForEdits();
     /** The database changed behind the records: the edit is dropped, and all is read anew. */
     void dropEdit();
-    void reloadLater();
+    void reloadLater() override;
     void tellBusy() { m_errors.tellBusy(); }
     /** Runs what is tried again by itself. True when it met a lock, of which nothing is told. */
     bool runInSilence(const std::function<void()> &step) { return m_errors.runInSilence(step); }
@@ -467,6 +477,9 @@ private:
     void connectFileOperations();
     void connectFileNews();
     EditResult runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit) override;
+    void editBegins() override { emit aboutToEdit(); }
+    void editEnded(const EditStep &step) override { emit edited(step); }
+    EditNotes notes() override { return {m_runner.record(), m_records}; }
     /** False, with a warning, for a text that is longer than what is read of one. */
     bool isStorable(const QString &text) override;
     bool runFileEdit(const EditBase &base, const std::function<bool()> &edit) override;
@@ -493,6 +506,7 @@ private:
     FileEdits m_fileEdits;
     RecordEdits m_edits;
     ThumbnailCache *m_thumbnailCache;
+    Replays m_replays;
     bool m_isOpen = false;
     bool m_isReloadDue = false;
     bool m_isReloading = false; ///< until the files are read

@@ -16,8 +16,8 @@ constexpr int mostTries = 3;
 QVector<BaseDBProvider *> EditRunner::editors() const
 {
     // In the order in which their news go out: all others may name a tag.
-    return {m_providers.tags, m_providers.groups, m_providers.browsTree, m_providers.mainView,
-            m_providers.relationTree};
+    return {m_providers.tags,     m_providers.groups,       m_providers.browsTree,
+            m_providers.mainView, m_providers.relationTree, m_rows};
 }
 
 EditResult EditRunner::run(int reload, const EditBase &base, const std::function<EditResult()> &edit)
@@ -25,11 +25,15 @@ EditResult EditRunner::run(int reload, const EditBase &base, const std::function
     EditResult result;
     bool wasBusy = false;
     EditRunHost::EditEnd end = EditRunHost::Again;
+    m_host.editBegins();
     for (int i = 0; i < mostTries && end == EditRunHost::Again; ++i) {
         if (!m_host.beginEdit(base))
             return {};
         wasBusy = m_errors.runInSilence([&] {
+            m_record.begin();
             result = edit();
+            if (result.isDone)
+                m_record.finish();
             end = m_host.endEdit(result.isDone);
             result.isDone = end == EditRunHost::Ended;
             if (result.isDone)
@@ -42,6 +46,8 @@ EditResult EditRunner::run(int reload, const EditBase &base, const std::function
     else if (wasBusy)
         m_loads.keep(reload, result.reloadIds);
     m_host.refreshModificationDate();
+    if (result.isDone)
+        m_host.editEnded(m_record.take());
     return result;
 }
 

@@ -2,6 +2,7 @@
 
 #include "db/manager/editresult.h"
 #include "db/manager/providers.h"
+#include "db/undo/editrecord.h"
 
 #include <QVector>
 
@@ -27,6 +28,9 @@ public:
     /** Around an edit; all that is known of it stands in its transaction where there is one. */
     virtual bool beginEdit(const EditBase &base) = 0;
     virtual EditEnd endEdit(bool isDone) = 0;
+    /** Around all of it; what it changed is told when it is through, and may be empty. */
+    virtual void editBegins() = 0;
+    virtual void editEnded(const EditStep &step) = 0;
     /** Notes the state of the database after a change of our own. */
     virtual void refreshModificationDate() = 0;
 };
@@ -44,9 +48,16 @@ public:
         : m_host(host), m_errors(errors), m_loads(loads)
     {
     }
-    void setProviders(const DatabaseProviders &providers) { m_providers = providers; }
+    void setProviders(const DatabaseProviders &providers, RowReader *reader)
+    {
+        m_providers = providers;
+        m_rows = reader;
+        m_record.setReader(reader);
+    }
+    /** Of the edit that is running. */
+    EditRecord &record() { return m_record; }
 
-    /** The providers whose edits are of records. */
+    /** The providers whose edits are of records, and the reader of what edits change. */
     QVector<BaseDBProvider *> editors() const;
     /** What the edit made, and a lock hid afterwards, is read later: as that of PendingReloads. */
     EditResult run(int reload, const EditBase &base, const std::function<EditResult()> &edit);
@@ -58,4 +69,6 @@ private:
     ErrorTeller &m_errors;
     RecordLoads &m_loads;
     DatabaseProviders m_providers;
+    RowReader *m_rows = nullptr;
+    EditRecord m_record;
 };

@@ -2,6 +2,7 @@
 
 #include "core/providers/mainviewprovider.h"
 #include "core/records/file.h"
+#include "db/manager/editnotes.h"
 #include "db/manager/tagmerges.h"
 #include "fileops/provider/fileoperationprovider.h"
 
@@ -38,7 +39,10 @@ bool FileEdits::updateFile(qint64 fileId, const QString &column, const QString &
     if (column == QLatin1String("file_name") && !m_host.isNameGiven(value))
         return false;
     return m_host.isStorable(value) && edit(ofFiles({fileId}), [&](MainViewProvider &files) {
-               return files.updateFile(fileId, column, value);
+               const bool isNoted = column == QLatin1String("file_name")
+                                        ? m_host.notes().fileRenamed(fileId, value)
+                                        : m_host.notes().fileDescribed(fileId);
+               return isNoted && files.updateFile(fileId, column, value);
            });
 }
 
@@ -52,15 +56,20 @@ bool FileEdits::updateFilePath(qint64 fileId, const QString &column, const QStri
 bool FileEdits::renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath)
 {
     return m_host.isNameGiven(name) && m_host.isStorable(path) && m_host.isStorable(relPath) &&
-           edit(ofFiles({fileId}),
-                [&](MainViewProvider &files) { return files.renameFile(fileId, name, path, relPath); });
+           edit(ofFiles({fileId}), [&](MainViewProvider &files) {
+               return m_host.notes().fileRenamed(fileId, name) &&
+                      files.renameFile(fileId, name, path, relPath);
+           });
 }
 
 bool FileEdits::changeTags(const TagChanges &changes)
 {
     const EditBase base = ofFiles(Tagging::files(changes), Tagging::tags(changes));
     if (Tagging::pairs(changes) <= mostPairs)
-        return edit(base, [&](MainViewProvider &files) { return files.changeTags(changes); });
+        return edit(base, [&](MainViewProvider &files) {
+            m_host.notes().links(changes);
+            return files.changeTags(changes);
+        });
     if (!m_worker || !m_host.mayRequest(base))
         return false;
     request([changes](FileOperationProvider &files) { files.changeTags(changes); });

@@ -14,6 +14,7 @@
 #include <functional>
 #include <memory>
 
+class EditNotes;
 class FileOperationProvider;
 struct ImportOptions;
 class MainViewProvider;
@@ -34,6 +35,8 @@ public:
     virtual const Map<qint64, File *> &knownFiles() const = 0;
     /** Runs an edit of files, when the records that it rests on are those of the database. */
     virtual bool runFileEdit(const EditBase &base, const std::function<bool()> &edit) = 0;
+    /** Within an edit: what is noted there can be taken back. */
+    virtual EditNotes notes() = 0;
 };
 
 /**

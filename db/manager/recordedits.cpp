@@ -8,6 +8,7 @@
 #include "core/providers/tagsprovider.h"
 #include "core/records/groupitem.h"
 #include "core/records/tbnode.h"
+#include "db/manager/editnotes.h"
 #include "db/manager/pendingreloads.h"
 #include "db/manager/recordkeeper.h"
 #include "db/manager/removalplans.h"
@@ -76,13 +77,20 @@ QString pathBelow(const QString &parentPath, qint64 tagId)
                                 : parentPath + QLatin1Char('.') + QString::number(tagId);
 }
 
+QStringList pathsBelow(const QString &parentPath, const QVector<qint64> &tagIds)
+{
+    QStringList paths;
+    for (const qint64 tagId : tagIds)
+        paths.append(pathBelow(parentPath, tagId));
+    return paths;
+}
+
 EditBase ofRelations(const QString &parentPath, const QVector<qint64> &tagIds)
 {
     EditBase base = ofTags(tagIds + tagsOf(parentPath));
     if (!parentPath.isEmpty())
         base.relations = QStringList{parentPath};
-    for (const qint64 tagId : tagIds)
-        base.relations.append(pathBelow(parentPath, tagId));
+    base.relations += pathsBelow(parentPath, tagIds);
     return base;
 }
 
@@ -117,6 +125,7 @@ qint64 RecordEdits::addTag(const QString &name, const QVector<qint64> &fileIds)
     if (!files)
         return 0;
     const auto link = [&](const QVector<qint64> &tagIds) {
+        m_host.notes().tagAdded(name, m_host.notes().links(Tagging::of(fileIds, tagIds, {})));
         return EditResult{files->linkTags(fileIds, tagIds), fileIds, {}};
     };
     return addTagsWith({name}, *files, PendingReloads::FileReload, base, link).value(0);
@@ -128,6 +137,8 @@ qint64 RecordEdits::addTagToGroup(const QString &name, qint64 groupId)
     if (!groups || !m_records.groups().map().contains(groupId))
         return addTag(name, {});
     const auto join = [&](const QVector<qint64> &tagIds) {
+        m_host.notes().tagAdded(name, 0);
+        m_host.notes().groupJoined(tagIds);
         return EditResult{groups->setGroupTags(groupId, {}, tagIds), {groupId}, {}};
     };
     return addTagsWith({name}, *groups, PendingReloads::GroupReload, ofGroups({groupId}), join).value(0);
@@ -139,6 +150,9 @@ bool RecordEdits::tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tag
     EditBase base = ofTags(tags.ids);
     base.files = fileIds;
     const auto link = [&](const QVector<qint64> &newIds) {
+        const int changed = m_host.notes().links(Tagging::of(fileIds, tags.ids + newIds, {}));
+        if (tags.ids.isEmpty() && newIds.size() == 1)
+            m_host.notes().tagAdded(tags.newNames.first(), changed);
         return EditResult{files->linkTags(fileIds, tags.ids + newIds), fileIds, {}};
     };
     return files && !addTagsWith(tags.newNames, *files, PendingReloads::FileReload, base, link).isEmpty();
@@ -165,6 +179,7 @@ QVector<qint64> RecordEdits::addTagsWith(const QStringList &names, BaseDBProvide
             };
             if (transaction.isActive() && std::all_of(names.cbegin(), names.cend(), addOne))
                 result = use(tagIds);
+            m_host.notes().tagsMade(tagIds);
             result.isDone = result.isDone && transaction.commit();
         }
         // They may be known from their inserts on.
@@ -199,7 +214,9 @@ void RecordEdits::updateTag(qint64 tagId, const QString &column, const QString &
     if (!m_providers.tags || !m_host.isStorable(value))
         return;
     m_host.runEdit(PendingReloads::TagReload, ofTags({tagId}), [&] {
-        return EditResult{m_providers.tags->updateTag(tagId, column, value), {tagId}, {}};
+        const bool isNoted = column == QLatin1String("tag_name") ? m_host.notes().tagRenamed(tagId, value)
+                                                                 : m_host.notes().tagDescribed(tagId);
+        return EditResult{isNoted && m_providers.tags->updateTag(tagId, column, value), {tagId}, {}};
     });
 }
 
@@ -217,8 +234,11 @@ bool RecordEdits::removeTags(const QVector<qint64> &tagIds)
         TagRemover remover(m_constructor, *m_providers.tags, *m_providers.browsTree,
                            *m_providers.relationTree);
         m_host.include(&remover);
-        const bool isDone = remover.run(plan);
+        const bool isDone = m_host.notes().tagsRemoved(tagIds) && remover.run(plan);
         const QVector<qint64> unlinked = remover.unlinkedFileIds();
+        // What was in use has been asked about, and is not taken back.
+        if (!unlinked.isEmpty() || !plan.removedNodeIds.isEmpty() || !plan.removedPaths.isEmpty())
+            m_host.notes().forget();
         return {isDone, {}, [this, plan, unlinked] {
                     m_providers.relationTree->tellNews();
                     tellRemoval(plan);
@@ -236,6 +256,7 @@ qint64 RecordEdits::addGroup(const QString &name, bool visible)
     qint64 groupId = 0;
     const auto add = [&]() -> EditResult {
         groupId = m_providers.groups->addGroup(name);
+        m_host.notes().groupAdded(groupId, name);
         return {groupId > 0, {groupId}, {}};
     };
     if (!m_host.runEdit(PendingReloads::GroupReload, {}, add).isDone)
@@ -249,15 +270,18 @@ qint64 RecordEdits::addGroup(const QString &name, bool visible)
 void RecordEdits::renameGroup(qint64 groupId, const QString &name)
 {
     if (m_providers.groups && m_host.isNameGiven(name) && m_host.isStorable(name))
-        runEdit(PendingReloads::GroupReload, ofGroups({groupId}),
-                [&] { return m_providers.groups->renameGroup(groupId, name); });
+        runEdit(PendingReloads::GroupReload, ofGroups({groupId}), [&] {
+            return m_host.notes().groupRenamed(groupId, name) &&
+                   m_providers.groups->renameGroup(groupId, name);
+        });
 }
 
 void RecordEdits::removeGroups(const QVector<qint64> &groupIds)
 {
     if (m_providers.groups)
-        runEdit(PendingReloads::GroupReload, ofGroups(groupIds),
-                [&] { return m_providers.groups->removeGroups(groupIds); });
+        runEdit(PendingReloads::GroupReload, ofGroups(groupIds), [&] {
+            return m_host.notes().groupsRemoved(groupIds) && m_providers.groups->removeGroups(groupIds);
+        });
 }
 
 bool RecordEdits::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups)
@@ -281,7 +305,9 @@ bool RecordEdits::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups
         }
         if (!m_host.mayTouch(base))
             return {};
-        return {m_providers.groups->setGroupTags(changes), groupIds, {}};
+        return {m_host.notes().groupsChanged(groupIds) && m_providers.groups->setGroupTags(changes),
+                groupIds,
+                {}};
     };
     return m_host.runEdit(PendingReloads::GroupReload, ofGroups(groupIds), change).isDone;
 }
@@ -293,7 +319,10 @@ qint64 RecordEdits::addNodes(const QVector<qint64> &tagIds, const QVector<qint64
         return 0;
     QVector<qint64> ids;
     const auto run = [&]() -> EditResult {
+        if (!m_host.notes().nodesMove(nodeIds))
+            return {};
         ids = add();
+        m_host.notes().nodesAdded(ids, tagIds);
         // Read together with a node that they went above, which tells of its new parent.
         const QVector<qint64> reloaded = ids + nodeIds;
         return {!ids.isEmpty(), {}, [this, reloaded] { m_host.reloadNodes(reloaded); }};
@@ -331,6 +360,7 @@ bool RecordEdits::addNodesOf(const ChosenTags &tags, qint64 parentId)
     const QVector<qint64> parents = parentId > 0 ? QVector<qint64>{parentId} : QVector<qint64>();
     const auto use = [&](const QVector<qint64> &newIds) -> EditResult {
         const QVector<qint64> nodeIds = tree->addNodes(tags.ids + newIds, true, false, parentId);
+        m_host.notes().nodesAdded(nodeIds, tags.ids + newIds, tags.newNames.value(0));
         // Nodes come to be known behind their tags.
         return {!nodeIds.isEmpty(), {}, [this, reloaded = nodeIds + parents] {
                     m_providers.tags->tellNews();
@@ -381,7 +411,8 @@ bool RecordEdits::runRemoval(const QVector<qint64> &nodeIds, const std::function
             return {};
         NodeRemover remover(m_constructor, *m_providers.browsTree);
         m_host.include(&remover);
-        return {remover.run(plan), {}, [this, plan] { tellRemoval(plan); }};
+        return {
+            m_host.notes().nodesRemoved(plan) && remover.run(plan), {}, [this, plan] { tellRemoval(plan); }};
     };
     return m_host.runEdit(PendingReloads::NodeReload, ofNodes(nodeIds), remove).isDone;
 }
@@ -389,8 +420,10 @@ bool RecordEdits::runRemoval(const QVector<qint64> &nodeIds, const std::function
 void RecordEdits::updateNode(qint64 nodeId, const QString &column, const QString &value)
 {
     if (m_providers.browsTree)
-        runEdit(PendingReloads::NodeReload, ofNodes({nodeId}),
-                [&] { return m_providers.browsTree->updateNode(nodeId, column, value); });
+        runEdit(PendingReloads::NodeReload, ofNodes({nodeId}), [&] {
+            return m_host.notes().nodeChanged(nodeId, column, value != QLatin1String("0")) &&
+                   m_providers.browsTree->updateNode(nodeId, column, value);
+        });
 }
 
 qint64 RecordEdits::addBrowsingTree(const QString &name)
@@ -423,7 +456,10 @@ bool RecordEdits::addRelationsOf(const QString &parentPath, const ChosenTags &ta
 {
     RelationTreeProvider *trees = m_providers.relationTree;
     const auto use = [&](const QVector<qint64> &newIds) {
-        return EditResult{trees->addPaths(parentPath, freshBelow(parentPath, tags.ids) + newIds), {}, {}};
+        const QVector<qint64> fresh = freshBelow(parentPath, tags.ids) + newIds;
+        const bool isNoted =
+            m_host.notes().relationsAdded(pathsBelow(parentPath, fresh), fresh, tags.newNames.value(0));
+        return EditResult{isNoted && trees->addPaths(parentPath, fresh), {}, {}};
     };
     return trees && !addTagsWith(tags.newNames, *trees, PendingReloads::NodeReload,
                                  ofRelations(parentPath, tags.ids), use)
@@ -434,7 +470,9 @@ void RecordEdits::addRelations(const QString &parentPath, const QVector<qint64> 
 {
     if (m_providers.relationTree)
         runEdit(PendingReloads::NodeReload, ofRelations(parentPath, tagIds), [&] {
-            return m_providers.relationTree->addPaths(parentPath, freshBelow(parentPath, tagIds));
+            const QVector<qint64> fresh = freshBelow(parentPath, tagIds);
+            return m_host.notes().relationsAdded(pathsBelow(parentPath, fresh), fresh) &&
+                   m_providers.relationTree->addPaths(parentPath, fresh);
         });
 }
 
@@ -458,7 +496,8 @@ void RecordEdits::removeRelations(const QStringList &paths)
     runEdit(PendingReloads::NodeReload, base, [&] {
         EditBase below;
         below.relations = m_records.relations().withDescendants(paths);
-        return m_host.mayTouch(below) && m_providers.relationTree->removePaths(below.relations);
+        return m_host.mayTouch(below) && m_host.notes().relationsRemoved(below.relations) &&
+               m_providers.relationTree->removePaths(below.relations);
     });
 }
 

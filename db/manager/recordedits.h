@@ -15,6 +15,7 @@
 
 class AbstractQueryConstructor;
 class BaseDBProvider;
+class EditNotes;
 class RecordKeeper;
 struct NodeRemovalPlan;
 
@@ -37,6 +38,9 @@ public:
     /** Within an edit: a provider of its own takes part. */
     virtual void include(BaseDBProvider *provider) = 0;
     virtual void reloadNodes(const QVector<qint64> &nodeIds) = 0;
+    virtual void reloadLater() = 0;
+    /** Within an edit: what is noted there can be taken back. */
+    virtual EditNotes notes() = 0;
 };
 
 /**

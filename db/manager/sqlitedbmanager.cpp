@@ -199,6 +199,37 @@ void SQLiteDBManager::endReading()
     providers().general->commitTransaction();
 }
 
+bool SQLiteDBManager::beginEdit(const EditBase &)
+{
+    // The write guard is asked behind the lock.
+    if (!isReadyForEdits() || !providers().general->beginTransaction())
+        return false;
+    m_isInEdit = true;
+    const QVector<BaseDBProvider *> joining = editors();
+    for (BaseDBProvider *provider : joining)
+        provider->joinTransaction();
+    return true;
+}
+
+DatabaseManger::EditEnd SQLiteDBManager::endEdit(bool isDone)
+{
+    m_isInEdit = false;
+    const bool isCommitted = isDone && providers().general->commitTransaction();
+    if (!isCommitted)
+        providers().general->rollbackTransaction();
+    const QVector<BaseDBProvider *> leaving = editors();
+    for (BaseDBProvider *provider : leaving)
+        provider->leaveTransaction(isCommitted);
+    return isCommitted ? Ended : Failed;
+}
+
+void SQLiteDBManager::include(BaseDBProvider *provider)
+{
+    DatabaseManger::include(provider);
+    if (m_isInEdit)
+        provider->joinTransaction();
+}
+
 void SQLiteDBManager::refreshModificationDate() {}
 
 bool SQLiteDBManager::endChecks()

@@ -52,6 +52,10 @@ protected:
     bool beginReading() override;
     bool mayRequest(const EditBase & /*base*/) override { return isReadyForEdits(); }
     void endReading() override;
+    /** One transaction around all that an edit does, so that what it changed can be read before and after. */
+    bool beginEdit(const EditBase &base) override;
+    EditEnd endEdit(bool isDone) override;
+    void include(BaseDBProvider *provider) override;
 
 private:
     QString databasePath() const override { return databaseName(); }
@@ -75,5 +79,6 @@ private:
     AutoLinks m_linkedFolders;
     PathRelinker *m_relinker;
     bool m_closing = false;
+    bool m_isInEdit = false;
     bool m_isMending = false; ///< paths are being written that nobody changed
 };

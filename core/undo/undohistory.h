@@ -1,0 +1,105 @@
+#pragma once
+
+#include "db/undo/changeset.h"
+
+#include <QHash>
+#include <QObject>
+#include <QUndoStack>
+
+#include <functional>
+
+class DatabaseManger;
+struct ReplayLosses;
+
+/**
+ * The edits of the open database that can be taken back and done again, the last ones first. What an edit
+ * changes comes from the manager; what the settings keep of it, such as the order of nodes, from whoever
+ * keeps that. Owned by the collection. GUI thread.
+ */
+class UndoHistory : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int mostSteps = 300;
+
+    /** The gate of all edits. */
+    UndoHistory(DatabaseManger *manager, const std::function<bool()> &mayEdit, QObject *parent);
+
+    /** What the database does not hold, to be given back with a step that changed it. */
+    struct Keeper
+    {
+        std::function<QVariant()> read;
+        std::function<void(const QVariant &)> write;
+    };
+    void addKeeper(const QString &name, const Keeper &keeper);
+    void removeKeeper(const QString &name) { m_keepers.remove(name); }
+
+    bool canUndo() const { return m_steps.canUndo(); }
+    bool canRedo() const { return m_steps.canRedo(); }
+    /** The names of the steps that come next; empty without one. */
+    QString undoText() const { return m_steps.undoText(); }
+    QString redoText() const { return m_steps.redoText(); }
+    /** For tests; forgets all steps. */
+    void setMostSteps(int steps);
+    void clear() { m_steps.clear(); }
+
+public slots:
+    void undo();
+    void redo();
+
+signals:
+    /** What can be taken back, or done again, or its name. */
+    void changed();
+    /** What an edit, or a step, came to: one sentence. */
+    void happened(const QString &text);
+    /** Title and text: a step was not taken back as a whole. */
+    void fellShort(const QString &title, const QString &text);
+
+private:
+    friend class UndoScope;
+    class Step;
+    using Kept = QHash<QString, QVariant>;
+
+    void noteState();
+    void add(const EditStep &step);
+    void push(const EditStep &step);
+    bool run(int index, bool isUndo);
+    void giveBack(const Kept &kept);
+    void tellLosses(const ReplayLosses &losses, bool isUndo);
+    Kept read() const;
+    void openScope(const QString &name);
+    void closeScope();
+
+    DatabaseManger *m_manager;
+    std::function<bool()> m_mayEdit;
+    QUndoStack m_steps;
+    QHash<QString, Keeper> m_keepers;
+    Kept m_keptBefore; ///< the edit that is running
+    bool m_isReplaying = false;
+    int m_scopes = 0;
+    EditStep m_scopeStep;
+    Kept m_keptBeforeScope;
+};
+
+/** As long as it lives, all edits are gathered into one step. On the stack; the history outlives it. */
+class UndoScope
+{
+public:
+    /** Null does nothing. Without a name the step has that of its first edit. */
+    explicit UndoScope(UndoHistory *history, const QString &name = QString()) : m_history(history)
+    {
+        if (m_history)
+            m_history->openScope(name);
+    }
+    ~UndoScope()
+    {
+        if (m_history)
+            m_history->closeScope();
+    }
+    UndoScope(const UndoScope &) = delete;
+    UndoScope &operator=(const UndoScope &) = delete;
+
+private:
+    UndoHistory *m_history;
+};
