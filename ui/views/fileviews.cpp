@@ -87,9 +87,11 @@ void FileViews::setUpView(QAbstractItemView *view)
 QString FileViews::searchHit(const QModelIndex &index) const
 {
     const QString hit = m_sorter ? m_sorter->filterText() : QString();
-    if (hit.isEmpty())
+    // What a view has not laid out anew yet may name a row that is gone.
+    const File *record = hit.isEmpty() ? nullptr : m_sorter->fileAt(index.row());
+    if (!record)
         return {};
-    const File &file = *m_sorter->fileAt(index.row());
+    const File &file = *record;
     QString whole;
     switch (index.column()) {
     case ContentsModel::ThumbnailColumn:
