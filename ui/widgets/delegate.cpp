@@ -2,6 +2,7 @@
 
 #include "app/settings/showntext.h"
 #include "ui/widgets/hitmark.h"
+#include "ui/widgets/itemtext.h"
 #include "ui/widgets/kepttext.h"
 #include "ui/widgets/speciallineedit.h"
 
@@ -34,13 +35,6 @@ QString inTwoLines(const QString &name, const QStyleOptionViewItem &option, int 
         return name;
     return name.left(first) + QChar(QChar::LineSeparator) +
            option.fontMetrics.elidedText(name.mid(first), Qt::ElideMiddle, width);
-}
-
-/** Where styles keep texts off the edges of their room. */
-int textMargin(const QStyleOptionViewItem &option)
-{
-    const QStyle &style = option.widget ? *option.widget->style() : *QApplication::style();
-    return style.pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
 }
 
 bool isInTable(const QStyleOptionViewItem &option)
@@ -194,7 +188,7 @@ void Delegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &
     } else if (!isInTable(*option)) {
         const QString name = ShownText::cut(index.data(m_nameRole).toString());
         option->text =
-            inTwoLines(name, *option, thumbnailItemSize(*option).width() - 2 * textMargin(*option));
+            inTwoLines(name, *option, thumbnailItemSize(*option).width() - 2 * ItemText::margin(*option));
         enlargePicture(option);
         option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
     } else if (index.column() == m_sizeColumn) {

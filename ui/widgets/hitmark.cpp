@@ -1,5 +1,7 @@
 #include "ui/widgets/hitmark.h"
 
+#include "ui/widgets/itemtext.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QStringList>
@@ -16,7 +18,7 @@ constexpr QChar dots(0x2026);
 /** The room for text as the styles of the toolkit lay it out. */
 QRect textRect(const QStyleOptionViewItem &option, const QStyle &style)
 {
-    const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
+    const int margin = ItemText::margin(option);
     return style.subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget)
         .adjusted(margin, 0, -margin, 0);
 }
