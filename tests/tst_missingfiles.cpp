@@ -26,7 +26,8 @@ public:
     {
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this, act] {
             Dialog *dialog = shown();
-            if (!dialog || m_isActing)
+            // Keys reach it once it is active, which comes later than its sight.
+            if (!dialog || m_isActing || !dialog->isActiveWindow())
                 return;
             m_isActing = true;
             ++count;
@@ -94,22 +95,19 @@ private slots:
         QVERIFY(remove("1.txt"));
         QVERIFY(!isMissing(1));
         QSignalSpy news(m_fixture->manager(), &DatabaseManger::updateMissedFiles);
-        showAll();
-        settle();
+        lookAtAll();
         QVERIFY(isMissing(1));
         QCOMPARE(news.count(), 1);
         QCOMPARE(news.first().first().value<QVector<qint64>>(), QVector<qint64>{m_ids.at(1)});
         QVERIFY(locateAction()->isEnabled());
         // Nothing has changed since: no news.
-        showAll();
-        settle();
+        lookAtAll();
         QCOMPARE(news.count(), 1);
         m_fixture->write("1.txt"_s, "1.txt");
         m_fixture->mainView().showSpecialNode(AllInternalFiles);
         settle();
         QVERIFY(isMissing(1));
-        showAll();
-        settle();
+        lookAtAll();
         QVERIFY(!isMissing(1));
         QVERIFY(!locateAction()->isEnabled());
     }
@@ -120,8 +118,7 @@ private slots:
         view.pauseChecking();
         view.pauseChecking();
         QVERIFY(remove("1.txt"));
-        showAll();
-        settle();
+        lookAtAll();
         view.resumeChecking();
         settle();
         QVERIFY(!isMissing(1));
@@ -164,8 +161,7 @@ private slots:
         m_view->setController(nullptr);
         isReadOnly ? m_fixture->reopenReadOnly() : m_fixture->reopen();
         m_view->setController(&m_fixture->mainView());
-        showAll();
-        settle();
+        lookAtAll();
         QFETCH(QString, path);
         QFETCH(QString, relPath);
         QTRY_COMPARE(Sql::rows("SELECT path, rel_path FROM file_paths WHERE path_id=2"),
@@ -232,8 +228,7 @@ private slots:
         showAll();
         QTRY_COMPARE(notice.count, 2);
         m_fixture->write("0.txt"_s, "and once more");
-        showAll();
-        settle();
+        lookAtAll();
         QCOMPARE(file(m_ids.at(0))->size(), 13);
         QCOMPARE(notice.count, 2);
         QVERIFY(!TrackingSettings::adviseOfModifiedFiles());
@@ -318,8 +313,7 @@ private slots:
         for (const char *name : {"0.txt", "1.txt", "2.txt"})
             QVERIFY(remove(name));
         m_fixture->write("in/0.txt"_s, "0.txt");
-        showAll();
-        settle();
+        lookAtAll();
         m_fixture->answerBoxesWith(QMessageBox::Ok);
         answerFolders({"in"_s});
         OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
@@ -346,8 +340,7 @@ private slots:
         m_fixture->write("second/0.txt"_s, "0.txt");
         m_fixture->write("second/renamed.dat"_s, "1.txt");
         m_fixture->write("second/decoy.dat"_s, "x.txt");
-        showAll();
-        settle();
+        lookAtAll();
         QStringList left;
         answerFolders({"first"_s, "second"_s, QString(), "second"_s});
         OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
@@ -387,8 +380,7 @@ private slots:
         QVERIFY(remove("0.txt"));
         m_fixture->write("in/1.txt"_s, "of the same name, and nobody's");
         QVERIFY(remove("1.txt"));
-        showAll();
-        settle();
+        lookAtAll();
         answerFolders({"in"_s});
         OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
             dialog.addFolder();
@@ -404,13 +396,12 @@ private slots:
     {
         QVERIFY(remove("1.txt"));
         m_fixture->write("found.txt"_s, "whatever");
-        showAll();
-        settle();
+        lookAtAll();
         QStringList asked;
         QStringList answers = {m_fixture->filePath("0.txt"_s), m_fixture->filePath("found.txt"_s)};
         FileDialogs::setResponder([&](const FileDialogs::Request &request) {
-            asked.append(request.caption + QLatin1Char('|') + request.directory + QLatin1Char('|') +
-                         request.filter);
+            asked.append(
+                QStringList{request.caption, request.directory, request.filter}.join(QLatin1Char('|')));
             return QStringList{answers.takeFirst()};
         });
         OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
@@ -448,8 +439,7 @@ private slots:
         for (const char *name : {"0.txt", "1.txt", "2.txt"})
             QVERIFY(remove(name));
         m_fixture->write("in/0.txt"_s, "0.txt");
-        showAll();
-        settle();
+        lookAtAll();
         m_fixture->answerBoxesWith(isConfirmed ? QMessageBox::Ok : QMessageBox::Cancel);
         answerFolders({"in"_s});
         OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
@@ -464,8 +454,7 @@ private slots:
         QCOMPARE(m_fixture->takeBoxes(), QStringList{"Do you really want to delete the selected links?"_s});
         settle();
         if (isBack)
-            showAll();
-        settle();
+            lookAtAll();
         QTEST(m_fixture->mainView().missingFileIds().size(), "missing");
         QTEST(Sql::count("files"_s), "files");
     }
@@ -480,6 +469,11 @@ private:
         m_fixture->waitForWorker();
         QCoreApplication::processEvents();
         m_fixture->waitForWorker();
+    }
+    void lookAtAll()
+    {
+        showAll();
+        settle();
     }
     void openFirst(int number)
     {

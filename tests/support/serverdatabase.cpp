@@ -211,7 +211,9 @@ bool ServerDatabase::stopServer(const QString &mode)
 bool ServerDatabase::holdServer(bool isHeld)
 {
     const QByteArray process = TestFolder::read(serverFolder() + "/postmaster.pid"_s).split('\n').first();
-    const QString command = "kill -%1 %2 $(cat /proc/%2/task/%2/children)"_s;
+    // A child may end of itself meanwhile.
+    const QString command = "kill -%1 %2 || exit 1; for child in $(cat /proc/%2/task/%2/children); do "
+                            "kill -%1 $child || ! kill -0 $child || exit 1; done"_s;
     return QProcess::execute("sh"_s, {"-c"_s, command.arg(isHeld ? "STOP"_s : "CONT"_s,
                                                           QString::fromLatin1(process))}) == 0;
 }
