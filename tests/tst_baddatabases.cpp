@@ -1,10 +1,14 @@
+#include "app/window/collectionopener.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
+#include "core/controllers/sqlitecollection.h"
 #include "core/controllers/tagscontroller.h"
+#include "db/manager/databasemanger.h"
 #include "models/contents/contentsmodel.h"
 #include "models/tags/tagstablemodel.h"
 #include "tests/support/windowfixture.h"
 
+#include <QProgressDialog>
 #include <QtEndian>
 
 #include <sys/stat.h>
@@ -58,6 +62,25 @@ QByteArray branchTo(quint32 page)
     }
     return bytes;
 }
+
+/** A collection whose file another program locks as soon as it is open. */
+class LockedWhenOpen : public SqliteCollection
+{
+public:
+    LockedWhenOpen(const QString &path, OtherConnection &other)
+        : SqliteCollection({}, path, {}, {}, 0), m_other(other)
+    {
+    }
+    QSqlError open() override
+    {
+        const QSqlError error = SqliteCollection::open();
+        m_other.run("BEGIN EXCLUSIVE"_s);
+        return error;
+    }
+
+private:
+    OtherConnection &m_other;
+};
 
 } // namespace
 
@@ -199,6 +222,43 @@ private slots:
         const bool isOld = version == "3.2.0"_s; // its question is declined
         QCOMPARE(m_fixture->takeBoxes(), isOld ? QStringList({older, failedToOpen}) : QStringList());
         QCOMPARE(m_fixture->openPath(), isOld ? QString() : bad());
+    }
+
+    void lockBetweenOpeningAndLoading_data()
+    {
+        addColumns<bool, int, QStringList>("isReleased", "patience", "boxes");
+        const int patience = CollectionOpener::usualPatience;
+        addRow("for a moment", true, patience, QStringList());
+        addRow("until the user is tired of it", false, patience, QStringList());
+        addRow("for too long", false, 0, QStringList(inUse));
+    }
+
+    void lockBetweenOpeningAndLoading()
+    {
+        QFETCH(bool, isReleased);
+        QFETCH(int, patience);
+        const QString path = m_fixture->makeDatabase("locked.vrn"_s);
+        OtherConnection other(path);
+        QVERIFY(other.run("INSERT INTO tags VALUES (7,'Garden','',0,NULL)"_s));
+        LockedWhenOpen collection(path, other);
+        QTimer end;
+        connect(&end, &QTimer::timeout, &end, [&] {
+            // The window is alive, and what could not be read is not written beside.
+            QCOMPARE(collection.tagsController()->addTag("Garden"_s), qint64(0));
+            if (isReleased)
+                other.run("ROLLBACK"_s);
+            else if (auto *waiting = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()))
+                patience > 0 ? waiting->cancel() : void();
+        });
+        end.start(50);
+        QCOMPARE(CollectionOpener(&window(), patience).open(collection), isReleased);
+        end.stop();
+        QTEST(m_fixture->takeBoxes(), "boxes");
+        collection.close();
+        SqliteCollection folder({}, m_fixture->path(QString()), {}, {}, 0);
+        QVERIFY(!CollectionOpener(&window()).open(folder));
+        other.run("ROLLBACK"_s);
+        QCOMPARE(DatabaseManger::tagNames(DBDetails::local(path)), QStringList{"Garden"_s});
     }
 
     void additionsOfOthersDoNotHinder()

@@ -92,6 +92,21 @@ private slots:
         QCOMPARE(progress.first().mid(0, 2), (QVariantList{"Importing files..."_s, 0}));
     }
 
+    void whatOthersWriteMeanwhileCounts()
+    {
+        placeCommonFiles();
+        OtherConnection other(m_fixture->databasePath(), "others"_s);
+        QVERIFY(other.run("BEGIN IMMEDIATE"_s));
+        runScript(file(7, "more"), "others"_s);
+        QSignalSpy progress(&m_fixture->provider(), &FileOperationProvider::filesOperationProgress);
+        m_fixture->provider().importDatabase(sourcePath(), false, all());
+        // It compares without their file, and waits for them.
+        QTRY_VERIFY(!progress.isEmpty() && progress.last().first() == "Comparing files..."_s);
+        QVERIFY(QTest::qWaitFor([&] { return other.run("COMMIT"_s); }));
+        m_fixture->wait();
+        QCOMPARE(summary(), "here|own . text 1|a half|text 2 is a part|a,b file7|text 7 . new| / 2 1 1 1"_s);
+    }
+
     void shellFileIsKnownByItsPath()
     {
         // Where nobody has ever read the file there is no checksum.

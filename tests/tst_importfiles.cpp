@@ -128,18 +128,19 @@ private slots:
         const QString path = m_fixture->write("x.txt"_s, "on the disk");
         runScript(
             file(1, "same") + file(2, "other") + record(3, 2, 0, 0, 0) + record(4, 0, 11, 1, 0) +
-                record(5, 0, 11, 2, 0) +
+                record(5, 0, 11, 2, 0) + file(6, "") +
                 "INSERT INTO file_paths VALUES (1,'%1',''),(2,'/gone','');UPDATE files SET data_checksum=-1;"_s
                     .arg(path),
             "source"_s);
-        runScript(file(9, "same"), QString());
+        runScript(file(8, "") + file(9, "same"), QString());
         import();
         const auto sum = [](const QByteArray &bytes) {
             return QString::number(DataChecksum::ofBytes(bytes));
         };
         QCOMPARE(Sql::rows("SELECT file_name, data_checksum FROM files ORDER BY 1"),
                  QStringList({"file2|"_s + sum("other"), "file3|"_s + sum("file3"),
-                              "file4|"_s + sum("on the disk"), "file5|0"_s, "file9|"_s + sum("same")}));
+                              "file4|"_s + sum("on the disk"), "file5|0"_s, "file8|0"_s,
+                              "file9|"_s + sum("same")}));
     }
 };
 

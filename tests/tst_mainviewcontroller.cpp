@@ -1,4 +1,5 @@
 #include "app/settings/addingsettings.h"
+#include "core/controllers/extractionplan.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/miscoperationthread.h"
 #include "core/prompts/userprompts.h"
@@ -319,6 +320,26 @@ private slots:
         m_fixture->waitForWorker();
         QCOMPARE(asked, conflicts);
         QCOMPARE(TestFolder::read(m_fixture->filePath("c.tar.gz"_s)), QByteArray("changed"));
+    }
+
+    void extractionIsPlanned()
+    {
+        const QString folder = m_fixture->filePath("plan"_s);
+        QVector<ExtractionPlan::Source> sources;
+        // What is left of them, when they get numbers, is the same.
+        for (const QString &first : {"1"_s, "2"_s}) {
+            sources.append({sources.size() + 1, first + QString(254, QLatin1Char('y')), {}, 2, 7});
+            m_fixture->write("plan/"_s + sources.last().name, "?");
+        }
+        ExtractionPlan plan(folder, sources);
+        QVERIFY(plan.compare([] { return false; }));
+        QCOMPARE(plan.conflicts().size(), 2);
+        QVERIFY(plan.conflicts().first().newName != plan.conflicts().last().newName);
+        // Ended while the file of the same size is read, it is no plan.
+        sources = {{1, "c"_s, {}, 1, 7}, {2, "free"_s, {}, 1, 7}};
+        m_fixture->write("plan/c"_s, "?");
+        int asked = 0;
+        QVERIFY(!ExtractionPlan(folder, sources).compare([&] { return ++asked > 2; }));
     }
 
 private:

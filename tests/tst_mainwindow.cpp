@@ -1,10 +1,8 @@
 #ifndef Q_OS_WIN
 #include "app/endsignals.h"
 #endif
-#include "app/window/collectionopener.h"
 #include "app/window/databaseerrors.h"
 #include "core/controllers/mainviewcontroller.h"
-#include "core/controllers/sqlitecollection.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/manager/databasemanger.h"
 #include "models/contents/sorter.h"
@@ -16,7 +14,6 @@
 #include <QDockWidget>
 #include <QLineEdit>
 #include <QMenu>
-#include <QProgressDialog>
 #include <QSqlError>
 #include <QTabBar>
 #include <QToolBar>
@@ -29,25 +26,6 @@ namespace {
 const QString failedToOpen =
     "Failed to Open Database: The selected database could not be opened successfully."_s;
 const QString failedToCreate = "Failed to create database: "_s;
-
-/** A collection whose file another program locks as soon as it is open. */
-class LockedWhenOpen : public SqliteCollection
-{
-public:
-    LockedWhenOpen(const QString &path, OtherConnection &other)
-        : SqliteCollection({}, path, {}, {}, 0), m_other(other)
-    {
-    }
-    QSqlError open() override
-    {
-        const QSqlError error = SqliteCollection::open();
-        m_other.run("BEGIN EXCLUSIVE"_s);
-        return error;
-    }
-
-private:
-    OtherConnection &m_other;
-};
 
 } // namespace
 
@@ -106,40 +84,6 @@ private slots:
         QTRY_VERIFY(!window().collection());
         QCOMPARE(m_fixture->takeBoxes(),
                  QStringList{"Connection problem: Could not connect to the database."_s});
-    }
-
-    void lockBetweenOpeningAndLoading_data()
-    {
-        QTest::addColumn<bool>("isReleased");
-        addRow("for a moment", true);
-        addRow("until the user is tired of it", false);
-    }
-
-    void lockBetweenOpeningAndLoading()
-    {
-        QFETCH(bool, isReleased);
-        const QString path = m_fixture->makeDatabase("locked.vrn"_s);
-        OtherConnection other(path);
-        QVERIFY(other.run("INSERT INTO tags VALUES (7,'Garden','',0,NULL)"_s));
-        LockedWhenOpen collection(path, other);
-        QTimer end;
-        connect(&end, &QTimer::timeout, &end, [&] {
-            // The window is alive, and what could not be read is not written beside.
-            QCOMPARE(collection.tagsController()->addTag("Garden"_s), qint64(0));
-            if (isReleased)
-                other.run("ROLLBACK"_s);
-            else if (auto *waiting = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()))
-                waiting->cancel();
-        });
-        end.start(50);
-        QCOMPARE(CollectionOpener(&window()).open(collection), isReleased);
-        end.stop();
-        QCOMPARE(m_fixture->takeBoxes(), QStringList());
-        collection.close();
-        SqliteCollection folder({}, m_fixture->path(QString()), {}, {}, 0);
-        QVERIFY(!CollectionOpener(&window()).open(folder));
-        other.run("ROLLBACK"_s);
-        QCOMPARE(DatabaseManger::tagNames(DBDetails::local(path)), QStringList{"Garden"_s});
     }
 
     void openAsksForFile()

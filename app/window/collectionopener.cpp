@@ -15,7 +15,6 @@
 #include <QTimer>
 
 namespace {
-constexpr int patienceMilliseconds = 10000;
 // A box that comes and goes at once could not be read.
 constexpr int boxAfterMilliseconds = 400;
 } // namespace
@@ -58,7 +57,7 @@ bool CollectionOpener::outwaitLock(Collection &collection, const QElapsedTimer &
     QTimer next;
     QObject::connect(&next, &QTimer::timeout, &waiting, [&] {
         loading = collection.beginLoad();
-        if (loading != Collection::Locked || waited.hasExpired(patienceMilliseconds))
+        if (loading != Collection::Locked || waited.hasExpired(m_patience))
             waiting.accept();
     });
     next.start(PendingReloads::retryMilliseconds);

@@ -16,7 +16,13 @@ class CollectionOpener
     Q_DECLARE_TR_FUNCTIONS(CollectionOpener)
 
 public:
-    explicit CollectionOpener(QWidget *window) : m_window(window) {}
+    static constexpr int usualPatience = 10000;
+
+    /** How long a lock is waited for, in milliseconds. */
+    explicit CollectionOpener(QWidget *window, int patience = usualPatience)
+        : m_window(window), m_patience(patience)
+    {
+    }
 
     /** False when the collection cannot be used and is to be closed again. */
     bool open(Collection &collection);
@@ -29,5 +35,6 @@ private:
     bool awaitFiles(Collection &collection);
 
     QWidget *m_window;
+    int m_patience;
     bool m_wasCanceled = false;
 };
