@@ -19,6 +19,7 @@
 #include "resources/resources.h"
 #include "ui/dialogs/helpwindow.h"
 #include "ui/views/foreigndragfilter.h"
+#include "ui/widgets/mnemonics.h"
 
 #include <QApplication>
 #include <QDir>
@@ -116,6 +117,7 @@ int main(int argc, char *argv[])
     const TemporaryCopies temporaryCopies;
     QTimer::singleShot(0, &TemporaryCopies::removeLeftovers);
 
+    const Mnemonics mnemonics(&application);
     MainWindow window;
     QObject::connect(&window, &MainWindow::openingProgress, &splash, &StartSplash::setPercent);
 #ifndef Q_OS_WIN

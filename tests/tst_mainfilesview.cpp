@@ -380,9 +380,12 @@ private slots:
                QStringList{open, "Show in Explorer"_s, transfer, "Delete Link"_s, extract, exports} + single);
         addRow("hyperlink", "H"_s, QStringList{open, "Delete Link"_s, exports} + single);
         addRow("missing", "M"_s, QStringList({"Locate missing file"_s, "Delete Link"_s}) + single);
-        addRow("missing and external", "ME"_s, QStringList({"Locate missing files"_s, "Delete Links"_s, "Add Tags..."_s}));
-        addRow("two external", "EE"_s, QStringList{transfer, "Delete Links"_s, extract, exports, "Add Tags..."_s});
-        addRow("internal and external", "IE"_s, QStringList{"Delete Items"_s, extract, exports, "Add Tags..."_s});
+        addRow("missing and external", "ME"_s,
+               QStringList({"Locate missing files"_s, "Delete Links"_s, "Add Tags..."_s}));
+        addRow("two external", "EE"_s,
+               QStringList{transfer, "Delete Links"_s, extract, exports, "Add Tags..."_s});
+        addRow("internal and external", "IE"_s,
+               QStringList{"Delete Items"_s, extract, exports, "Add Tags..."_s});
         addRow("internal and hyperlink", "IH"_s, QStringList{"Delete Links"_s, exports, "Add Tags..."_s});
     }
 

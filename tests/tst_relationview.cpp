@@ -1,5 +1,6 @@
 #include "tests/support/dialoganswers.h"
 #include "tests/support/treewindow.h"
+#include "ui/tagging/namesline.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -171,9 +172,36 @@ private slots:
         QTEST(w.paths(), "paths");
         w.view->setCurrentIndex(w.at("6"_s));
         QCOMPARE(menuTexts([&w] { emit w.view->customContextMenuRequested(w.placeOf("6"_s)); }),
-                 QStringList("Delete Relationship Subtree"_s));
+                 QStringList({"Delete Relationship Subtree"_s, "Add Tag..."_s, "Add Tag Below..."_s}));
         w.view->deleteSelectedSubtree();
         QVERIFY(w.takeBoxes().isEmpty() && !w.at("6"_s).isValid());
+    }
+
+    void typedTags_data()
+    {
+        addColumns<QString, QString, QString, QString>("key", "names", "added", "boxes");
+        addRow("below", "Ins"_s, "g,New"_s, "6.7 6.8"_s, ""_s);
+        addRow("at the top", "Shift+Ins"_s, "New"_s, "8"_s, ""_s);
+        addRow("below itself", "Ins"_s, "g,f"_s, ""_s,
+               "Error creating tag relationship: This is an illegal tag relationship."_s);
+    }
+
+    void typedTags()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, names);
+        QFETCH(QString, boxes);
+        Window w;
+        QVERIFY(QTest::qWaitForWindowActive(&w.window));
+        w.view->setFocus();
+        w.view->setCurrentIndex(w.at("6"_s));
+        QTest::keySequence(w.view, QKeySequence(key));
+        auto *line = w.relationsDock->findChild<NamesLine *>();
+        QTest::keyClicks(line->focusProxy(), names);
+        QTest::keyClick(line->focusProxy(), Qt::Key_Return);
+        QTEST(w.added(), "added");
+        QCOMPARE(w.takeBoxes().join(QLatin1Char('|')), boxes);
+        QCOMPARE(line->isVisible(), !boxes.isEmpty());
     }
 
     void openRelationsStayOpen()

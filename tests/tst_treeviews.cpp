@@ -1,6 +1,7 @@
 #include "app/settings/viewsettings.h"
 #include "core/records/tbnode.h"
 #include "tests/support/treewindow.h"
+#include "ui/tagging/namesline.h"
 #include "ui/views/foreigndragfilter.h"
 
 #include <QAction>
@@ -445,6 +446,46 @@ private slots:
         QTRY_COMPARE(bar->maximum(), 0);
     }
 
+    void nodesByTheKeyboard_data()
+    {
+        addColumns<QString, QString, QString, QString>("key", "names", "refused", "outline");
+        addRow("below, a new tag among them", "Ins", "x,New"_s, ""_s, "a[b[c x New]]"_s);
+        addRow("at the top", "Shift+Ins", "y"_s, ""_s, "a[b[c]] y"_s);
+        addRow("refused, then not", "Ins", "x,New"_s, "INSERT ON tb_nodes"_s, "a[b[c x New]]"_s);
+    }
+
+    void nodesByTheKeyboard()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, names);
+        QFETCH(QString, refused);
+        Window w;
+        QVERIFY(QTest::qWaitForWindowActive(&w.window));
+        w.view->setFocus();
+        w.view->setCurrentIndex(w.node(2));
+        if (!refused.isEmpty())
+            w.run("CREATE TRIGGER no BEFORE %1 BEGIN SELECT raise(ABORT,'no'); END"_s.arg(refused));
+        QTest::keySequence(w.view, QKeySequence(key));
+        auto *line = w.nodes->findChild<NamesLine *>();
+        QTest::keyClicks(line->focusProxy(), names);
+        QTest::keyClick(line->focusProxy(), Qt::Key_Return);
+        if (!refused.isEmpty()) {
+            QVERIFY(line->isVisible() && w.tags().tagName(6).isEmpty());
+            w.run("DROP TRIGGER no");
+            QTest::keyClick(line->focusProxy(), Qt::Key_Return);
+        }
+        QTEST(w.outline(), "outline");
+        QVERIFY(!line->isVisible());
+        w.view->setCurrentIndex(w.node(4));
+        const QString before = w.outline();
+        QTest::keySequence(w.view, QKeySequence("Alt+Up"_s));
+        QTest::keySequence(w.view, QKeySequence("Alt+Down"_s));
+        QCOMPARE(w.outline(), before);
+        QTest::keySequence(w.view, QKeySequence("Alt+Up"_s));
+        QVERIFY(w.outline() != before);
+        QCOMPARE(w.view->currentIndex(), w.node(4));
+    }
+
     void actionsFollowTheCurrentNode()
     {
         Window w;
@@ -452,9 +493,9 @@ private slots:
         const auto enabled = [&actions] {
             return std::count_if(actions.begin(), actions.end(), [](QAction *a) { return a->isEnabled(); });
         };
-        QCOMPARE(enabled(), 0);
+        QCOMPARE(enabled(), 1); // "Add Node..."
         w.view->setCurrentIndex(w.node(1));
-        QCOMPARE(enabled(), 4);
+        QCOMPARE(enabled(), 8);
         QVERIFY(actions.at(1)->isChecked() && !actions.at(2)->isChecked());
         actions.at(1)->trigger();
         actions.at(2)->trigger();
@@ -467,9 +508,9 @@ private slots:
         w.nodes->openContextMenu(centreOf(w.view, w.node(1)));
         QCOMPARE(menu.join(QLatin1Char(',')),
                  "Tag Relationships Enabled,Tag Node Inverted,Auto Link To Folder,Auto Link To Folder,Delete,"
-                 "Delete with subtree,Export"_s);
+                 "Delete with subtree,Export,Add Node...,Add Node Below...,Move Up,Move Down"_s);
         w.view->setCurrentIndex(w.fixedNode(AllFiles));
-        QCOMPARE(enabled(), 0);
+        QCOMPARE(enabled(), 1);
         const auto *exportEntry = w.nodes->findChild<QAction *>("exportDatabaseAction"_s);
         QVERIFY(exportEntry->isEnabled());
         // A click with the control key leaves the node current, but nothing to export.

@@ -65,6 +65,7 @@ void WindowParts::takePlaces(MainUi &ui)
 {
     m_files->takePlaces(ui);
     m_tagsDock->takePlaces(ui);
+    m_relationsDock->takePlaces(ui);
     m_browsingDock->takePlaces(ui);
     ui.viewMenu->addSeparator();
     for (const QDockWidget *dock : docks())

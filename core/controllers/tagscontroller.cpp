@@ -1,8 +1,10 @@
 #include "core/controllers/tagscontroller.h"
 
+#include "core/controllers/browstreecontroller.h"
 #include "core/controllers/favouritetags.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/narrowing.h"
+#include "core/controllers/relationscontroller.h"
 #include "core/prompts/userprompts.h"
 #include "db/manager/databasemanger.h"
 #include "models/contents/contentsmodel.h"
@@ -97,11 +99,8 @@ bool TagsController::areUsable(const ChosenTags &tags)
 {
     if (!manager() || !mayEdit())
         return false;
-    if (knownTags(tags.ids).size() != tags.ids.size()) {
-        prompts().tell(UserPrompts::Warning, tr("Tag Missing"),
-                       tr("One of the tags has been removed meanwhile."));
-        return false;
-    }
+    if (knownTags(tags.ids).size() != tags.ids.size())
+        return refuse(tr("Tag Missing"), tr("One of the tags has been removed meanwhile."));
     return std::all_of(tags.newNames.cbegin(), tags.newNames.cend(),
                        [this](const QString &name) { return mayName(name); });
 }
@@ -116,6 +115,41 @@ bool TagsController::tagFiles(const QVector<qint64> &fileIds, const ChosenTags &
     bool isDone = tags.newNames.isEmpty() || manager()->tagFiles(areMany ? QVector<qint64>() : fileIds, tags);
     if (isDone && (areMany || tags.newNames.isEmpty()))
         isDone = m_mainView->changeTags(fileIds, tags.ids + idsOf(tags.newNames), {});
+    return noteUse(isDone, tags);
+}
+
+bool TagsController::addNodesOf(const ChosenTags &tags, qint64 parentId)
+{
+    if (!areUsable(tags))
+        return false;
+    if (parentId > 0 && !(m_browsTree && m_browsTree->nodeById(parentId)))
+        return refuse(tr("Node Missing"), tr("The node has been removed meanwhile."));
+    return noteUse(tags.newNames.isEmpty() ? manager()->addNodesBelow(tags.ids, parentId)
+                                           : manager()->addNodesOf(tags, parentId),
+                   tags);
+}
+
+bool TagsController::addRelationsOf(const ChosenTags &tags, const QString &parentPath)
+{
+    if (!m_relations || !areUsable(tags))
+        return false;
+    if (!parentPath.isEmpty() && !manager()->relationNode(parentPath))
+        return refuse(tr("Tag Relationship Missing"), tr("The tag relationship has been removed meanwhile."));
+    if (!m_relations->isLegal(parentPath, tags.ids))
+        return refuse(tr("Error creating tag relationship"), tr("This is an illegal tag relationship."));
+    return noteUse(tags.newNames.isEmpty() ? manager()->addRelations(parentPath, tags.ids)
+                                           : manager()->addRelationsOf(parentPath, tags),
+                   tags);
+}
+
+bool TagsController::refuse(const QString &title, const QString &text)
+{
+    prompts().tell(UserPrompts::Warning, title, text);
+    return false;
+}
+
+bool TagsController::noteUse(bool isDone, const ChosenTags &tags)
+{
     if (isDone)
         m_favourites->noteUsed(tags.ids + idsOf(tags.newNames));
     return isDone;

@@ -43,6 +43,10 @@ public:
      * of the tags is gone; the user knows why.
      */
     bool tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tags);
+    /** The same for nodes of the tags below a node, 0 for the top level. */
+    bool addNodesOf(const ChosenTags &tags, qint64 parentId);
+    /** The same for tags below a path of the relationships, an empty one for the top level. */
+    bool addRelationsOf(const ChosenTags &tags, const QString &parentPath);
     /** Whether all of these can be used: the known ones are there, the new ones can be made. Tells why not.
      */
     bool areUsable(const ChosenTags &tags);
@@ -99,6 +103,8 @@ public slots:
 private:
     /** Whether a tag can have this name; if not, the user hears why. */
     bool mayName(const QString &name);
+    bool refuse(const QString &title, const QString &text);
+    bool noteUse(bool isDone, const ChosenTags &tags);
     QVector<qint64> idsOf(const QStringList &names) const;
     void showSelectionAgain();
 

@@ -158,9 +158,9 @@ public:
     /** The same between a node and its parent. */
     qint64 addNodeAbove(qint64 tagId, qint64 nodeId) { return m_edits.addNodeAbove(tagId, nodeId); }
     /** The same for many tags, all or none: nodes beside each other below, or a chain above. */
-    void addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId)
+    bool addNodesBelow(const QVector<qint64> &tagIds, qint64 parentId)
     {
-        m_edits.addNodesBelow(tagIds, parentId);
+        return m_edits.addNodesBelow(tagIds, parentId) > 0;
     }
     /** The same with tags of which at least one is new. */
     bool addNodesOf(const ChosenTags &tags, qint64 parentId) { return m_edits.addNodesOf(tags, parentId); }
@@ -207,9 +207,9 @@ public:
 
     void loadAllRelationNodes() { m_loads.loadAllRelationNodes(); }
     /** Puts tags below a path, at the top level for an empty one; places that exist are left out. */
-    void addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
+    bool addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
     {
-        m_edits.addRelations(parentPath, tagIds);
+        return m_edits.addRelations(parentPath, tagIds);
     }
     /** The same with tags of which at least one is new. */
     bool addRelationsOf(const QString &parentPath, const ChosenTags &tags)

@@ -466,14 +466,14 @@ bool RecordEdits::addRelationsOf(const QString &parentPath, const ChosenTags &ta
                          .isEmpty();
 }
 
-void RecordEdits::addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
+bool RecordEdits::addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
 {
-    if (m_providers.relationTree)
-        runEdit(PendingReloads::NodeReload, ofRelations(parentPath, tagIds), [&] {
-            const QVector<qint64> fresh = freshBelow(parentPath, tagIds);
-            return m_host.notes().relationsAdded(pathsBelow(parentPath, fresh), fresh) &&
-                   m_providers.relationTree->addPaths(parentPath, fresh);
-        });
+    return m_providers.relationTree &&
+           runEdit(PendingReloads::NodeReload, ofRelations(parentPath, tagIds), [&] {
+               const QVector<qint64> fresh = freshBelow(parentPath, tagIds);
+               return m_host.notes().relationsAdded(pathsBelow(parentPath, fresh), fresh) &&
+                      m_providers.relationTree->addPaths(parentPath, fresh);
+           });
 }
 
 QVector<qint64> RecordEdits::freshBelow(const QString &parentPath, const QVector<qint64> &tagIds) const

@@ -82,7 +82,7 @@ public:
     bool removeBrowsingTree(qint64 treeId);
     bool renameBrowsingTree(qint64 treeId, const QString &name);
 
-    void addRelations(const QString &parentPath, const QVector<qint64> &tagIds);
+    bool addRelations(const QString &parentPath, const QVector<qint64> &tagIds);
     bool addRelationsOf(const QString &parentPath, const ChosenTags &tags);
     void removeRelations(const QStringList &paths);
 

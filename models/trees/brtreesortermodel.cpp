@@ -121,6 +121,18 @@ bool BrTreeSorterModel::canDropMimeData(const QMimeData *data, Qt::DropAction ac
     return typeOf(parent) == TagNode && dragged.parent() == parent.parent() && row < 0 && column < 0;
 }
 
+bool BrTreeSorterModel::moveNode(const QModelIndex &index, int rows)
+{
+    const QModelIndex sibling = index.sibling(index.row() + rows, index.column());
+    if (!m_sorter || !m_host || !m_host->allowsManualMoves() || typeOf(index) != TagNode ||
+        typeOf(sibling) != TagNode)
+        return false;
+    m_sorter->moveNode(index.data(NodeRole::ParentId).toLongLong(), idOf(index), idOf(sibling), rows < 0);
+    invalidate();
+    emit orderChanged();
+    return true;
+}
+
 bool BrTreeSorterModel::dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                                      const QModelIndex &parent)
 {

@@ -25,6 +25,9 @@ public:
     /** Where a node is shown, invalid when it is not; the id counts for nodes of tags alone. */
     QModelIndex indexOfNode(NodeType type, qint64 id) const;
 
+    /** Gives a node the place of the sibling so many rows below. False where there is none to be moved. */
+    bool moveNode(const QModelIndex &index, int rows);
+
     bool canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                          const QModelIndex &parent) const override;
     bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,

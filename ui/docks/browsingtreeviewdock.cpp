@@ -8,6 +8,8 @@
 #include "core/records/nodetype.h"
 #include "models/trees/treeroles.h"
 #include "ui/dialogs/autolinkdialog.h"
+#include "ui/docks/nodetyping.h"
+#include "ui/tagging/namesline.h"
 #include "ui/views/exportmenu.h"
 #include "ui/views/tbtreeview.h"
 #include "ui/widgets/mainui.h"
@@ -36,9 +38,11 @@ constexpr int longestName = 100; // signs
 
 BrowsingTreeViewDock::BrowsingTreeViewDock(QWidget *parent)
     : TreeViewDock(tr("Browsing Tree"), new TBtreeView, parent),
-      m_view(static_cast<TBtreeView *>(widget())),
-      m_exports(new ExportMenu([this] { return exportSelection(); }, this))
+      m_view(findChild<TBtreeView *>()),
+      m_exports(new ExportMenu([this] { return exportSelection(); }, this)),
+      m_typing(new NodeTyping(m_view, this))
 {
+    putAboveTree(m_typing->line());
     m_exports->watch(m_view);
     connect(m_view, &QWidget::customContextMenuRequested, this, &BrowsingTreeViewDock::openContextMenu);
 }
@@ -73,6 +77,7 @@ void BrowsingTreeViewDock::takePlaces(MainUi &ui)
     connect(save, &QAction::triggered, this, [this] { m_controller->saveAsNode(); });
     m_actions.insert(LinkMenuAction, makeLinkMenu()->menuAction());
     ui.nodeMenu->addActions({remove, relations, invert, link, m_actions.value(LinkMenuAction), save});
+    m_typing->addTo(*ui.nodeMenu);
     m_exports->takePlace(ui);
     updateActionsAvailability();
 }
@@ -92,6 +97,7 @@ void BrowsingTreeViewDock::setController(BrowsTreeController *controller)
 {
     m_controller = controller;
     m_view->setController(controller);
+    m_typing->setController(controller);
     m_exports->setController(controller ? controller->collection()->mainViewController() : nullptr);
     // Without a model the view still has a selection, of a model that stays empty.
     if (m_view->model()) {
@@ -135,6 +141,7 @@ void BrowsingTreeViewDock::updateTitle()
 
 void BrowsingTreeViewDock::updateActionsAvailability()
 {
+    m_typing->updateAvailability();
     if (m_actions.isEmpty())
         return;
     m_exports->updateAvailability(m_controller && m_view->selectionModel() &&
@@ -172,6 +179,8 @@ void BrowsingTreeViewDock::openContextMenu(const QPoint &position)
             menu.addAction(m_actions.value(key));
     }
     menu.addMenu(m_exports->menu());
+    if (!m_controller->isReadOnly())
+        m_typing->addTo(menu);
     menu.exec(m_view->viewport()->mapToGlobal(position));
     m_view->returnToShownNode();
 }

@@ -8,6 +8,7 @@
 class BrowsTreeController;
 class ExportMenu;
 class MainUi;
+class NodeTyping;
 class QAction;
 class QMenu;
 class TBtreeView;
@@ -52,6 +53,7 @@ private:
 
     TBtreeView *m_view;
     ExportMenu *m_exports;
+    NodeTyping *m_typing;
     BrowsTreeController *m_controller = nullptr;
     QHash<int, QAction *> m_actions;
 };

@@ -2,7 +2,9 @@
 
 #include "ui/docks/treeviewdock.h"
 
+class MainUi;
 class RelationsController;
+class RelationTyping;
 class TRview;
 
 /** The dock of the tag relationship trees. */
@@ -13,9 +15,12 @@ class RelationTreeViewDock : public TreeViewDock
 public:
     explicit RelationTreeViewDock(QWidget *parent = nullptr);
 
+    /** Behind the commands on tags, in their menu. */
+    void takePlaces(MainUi &ui);
     void setController(RelationsController *controller);
     void followReloads(Collection *collection) override;
 
 private:
     TRview *m_view;
+    RelationTyping *m_typing;
 };

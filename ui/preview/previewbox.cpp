@@ -3,6 +3,7 @@
 #include "app/messages/messages.h"
 #include "app/settings/showntext.h"
 #include "app/settings/windowsettings.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "fileops/pictures/imageloading.h"
 #include "models/contents/sorter.h"
@@ -14,6 +15,8 @@
 #include "ui/preview/pictureedit.h"
 #include "ui/preview/slidetimer.h"
 #include "ui/preview/stayingontop.h"
+#include "ui/tagging/filetagging.h"
+#include "ui/tagging/namesline.h"
 
 #include <QDebug>
 #include <QKeyEvent>
@@ -41,6 +44,8 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
       m_notice(new LoadingNotice(m_area->viewport())),
       m_toolBar(new NavigationBar(this)),
       m_description(new DescriptionBar(this)),
+      m_tagging(new FileTagging(
+          {[this] { return QVector<qint64>{m_fileId}; }, [this] { return [this] { nextImage(); }; }}, this)),
       m_edit(new PictureEdit(controller, this)),
       m_slideTimer(new SlideTimer(this)),
       m_onTop(new StayingOnTop(this)),
@@ -55,6 +60,7 @@ PreviewBox::PreviewBox(qint64 fileId, const Sorter *model, MainViewController *c
     addActions(m_toolBar->keyActions());
     connectToolBar();
     connectAll();
+    takeTagging();
     placeWindow();
     setFocusPolicy(Qt::StrongFocus);
     setFocus();
@@ -114,6 +120,13 @@ void PreviewBox::connectAll()
     connect(&m_following, &QTimer::timeout, this, &PreviewBox::followRecord);
 }
 
+void PreviewBox::takeTagging()
+{
+    setMenuWidget(m_tagging->line());
+    m_tagging->takePlaces(*m_toolBar);
+    m_tagging->setController(m_controller ? m_controller->collection()->tagsController() : nullptr);
+}
+
 void PreviewBox::placeWindow()
 {
     resize(firstSize.boundedTo(screen()->availableSize() * 9 / 10));
@@ -143,6 +156,7 @@ void PreviewBox::followRecord()
     const QString stored = m_controller->fileData(m_fileId, DataType::Description).toString();
     m_description->showStored(stored);
     m_description->setReadOnly(!isWritable());
+    m_tagging->setEnabled(isWritable());
     // Nothing can be saved to a file that is gone.
     if (!isWritable())
         hideApplyEditButtons();

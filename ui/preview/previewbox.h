@@ -10,6 +10,7 @@
 #include <memory>
 
 class DescriptionBar;
+class FileTagging;
 class ImageLoading;
 class ImageWalk;
 class LoadingNotice;
@@ -82,6 +83,7 @@ private:
 
     void connectToolBar();
     void connectAll();
+    void takeTagging();
     void placeWindow();
 
     void walk(Step step);
@@ -116,6 +118,7 @@ private:
     std::unique_ptr<ImageLoading> m_loading; // while a picture is awaited
     NavigationBar *m_toolBar;
     DescriptionBar *m_description;
+    FileTagging *m_tagging;
     PictureEdit *m_edit;
     int m_awaitedQuarters = 0; // by which a picture on its way is to be turned
     // A text that could not be saved is offered until it is saved or cancelled.

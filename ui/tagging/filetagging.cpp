@@ -20,6 +20,7 @@ FileTagging::FileTagging(const Host &host, QWidget *window)
     m_addTags->setObjectName(QStringLiteral("addTagsAction"));
     m_addTags->setIcon(QIcon(QStringLiteral(":/icons/tag.png")));
     m_addTags->setShortcut(QKeySequence(QStringLiteral("Ctrl+T")));
+    m_addTags->setToolTip(tr("Add Tags (%1)").arg(m_addTags->shortcut().toString(QKeySequence::NativeText)));
     m_addTags->setAutoRepeat(false);
     connect(m_addTags, &QAction::triggered, m_line, &NamesLine::open);
     connect(m_line, &NamesLine::skipped, this, &FileTagging::goOn);
@@ -42,10 +43,9 @@ void FileTagging::makeFavourites(QWidget *window)
     nameFavourites();
 }
 
-void FileTagging::takePlaces(QMenu &menu)
+void FileTagging::takePlaces(QWidget &menuOrBar)
 {
-    menu.addAction(m_addTags);
-    menu.addMenu(m_favourites);
+    menuOrBar.addActions({m_addTags, m_favourites->menuAction()});
 }
 
 void FileTagging::fillContextMenu(QMenu &menu)

@@ -38,7 +38,7 @@ public:
     /** To be put where it is seen beside the files; hidden until it is used. */
     NamesLine *line() const { return m_line; }
     /** Appends the command and the favourite tags with their keys. */
-    void takePlaces(QMenu &menu);
+    void takePlaces(QWidget &menuOrBar);
     /** The command, where it can be used. */
     void fillContextMenu(QMenu &menu);
     void setEnabled(bool isEnabled);

@@ -63,7 +63,7 @@ void NamesLine::buildForm()
     m_edit->installEventFilter(this);
     m_pin->setObjectName(QStringLiteral("pinButton"));
     m_pin->setCheckable(true);
-    m_pin->setFocusPolicy(Qt::TabFocus);
+    m_pin->setFocusPolicy(Qt::NoFocus);
     m_pin->hide();
     m_close->setIcon(QIcon(QStringLiteral(":/icons/close.png")));
     m_close->setAutoRaise(true);
@@ -84,6 +84,7 @@ void NamesLine::offerPin(const QString &text, const QString &toolTip)
     m_pin->setText(text);
     m_pin->setToolTip(toolTip);
     m_pin->setAccessibleName(toolTip);
+    m_pin->setFocusPolicy(Qt::TabFocus);
     m_pin->show();
 }
 
@@ -141,6 +142,7 @@ void NamesLine::open()
 
 void NamesLine::closeLine()
 {
+    const bool wasOpen = !isHidden();
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     if (m_list)
         m_list->hide();
@@ -150,6 +152,8 @@ void NamesLine::closeLine()
     showChoice();
     if (hadFocus && m_focusBefore)
         m_focusBefore->setFocus();
+    if (wasOpen)
+        emit closed();
 }
 
 void NamesLine::complete()

@@ -45,6 +45,8 @@ public:
 signals:
     /** Return without any name, while the pin is pressed. */
     void skipped();
+    /** Behind the line the focus is where it was before. */
+    void closed();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -99,6 +99,7 @@ void TRview::openContextMenu(const QPoint &position)
     QMenu menu(tr("Tag Relationship Operations"), this);
     menu.addAction(QIcon(QStringLiteral(":/icons/delete.png")), tr("Delete Relationship Subtree"), this,
                    &TRview::deleteSelectedSubtree);
+    menu.addActions(actions());
     menu.exec(viewport()->mapToGlobal(position));
 }
 

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -53,6 +54,13 @@ MainUi::MainUi(QMainWindow *window)
     viewMenu = bar->addMenu(tr("View"));
     editMenu = bar->addMenu(tr("Edit"));
     helpMenu = bar->addMenu(tr("Help"));
+
+    // Not all desktops give this key to the menus by themselves.
+    auto *toMenus = new QShortcut(QKeySequence(Qt::Key_F10), window);
+    QObject::connect(toMenus, &QShortcut::activated, bar, [bar] {
+        bar->setFocus(Qt::MenuBarFocusReason);
+        bar->setActiveAction(bar->actions().constFirst());
+    });
 
     tagFilterBar = addBar(window, tr("Tag Filter"), "TagFilterBar");
     tagToolsBar = addBar(window, tr("Tag tools"), "TagToolsBar");
