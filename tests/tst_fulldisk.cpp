@@ -121,6 +121,33 @@ private slots:
         QVERIFY(!QFile::exists(onDisk("x.vrn-journal"_s)));
     }
 
+    void locatingWritesWhatFits()
+    {
+        // Paths that are much longer than those that were recorded.
+        AddingSettings::setLinkToFiles(true);
+        const QString deep = "out/"_s + QString(200, QLatin1Char('d'));
+        QHash<qint64, QString> places;
+        for (int i = 0; i < 3000; ++i) {
+            m_fixture->write("in/%1"_s.arg(i), QByteArray::number(i));
+            m_fixture->write("%1/%2"_s.arg(deep).arg(i), QByteArray::number(i));
+        }
+        add(m_fixture->path("in"_s));
+        for (int row = 0; row < fileCount(); ++row) {
+            const File *file = files()->contentsModel()->fileAt(row);
+            places.insert(file->id(), m_fixture->path(deep + QLatin1Char('/') + file->name()));
+        }
+        fillDisk(mebibyte / 4);
+        files()->locateFiles(places);
+        QTRY_VERIFY(!m_fixture->boxes().isEmpty());
+        WindowFixture::settle();
+        const QString told = m_fixture->takeBoxes().join(QLatin1Char('\n'));
+        QVERIFY2(told.startsWith(fullBox) && told.contains("of 3,000"_s), qPrintable(told));
+        const int moved = Sql::value("SELECT count(*) FROM file_paths WHERE path LIKE '%ddd%'").toInt();
+        // Whole slices.
+        QVERIFY2(moved < 3000 && moved % 500 == 0, qPrintable(QString::number(moved)));
+        QCOMPARE(Sql::value("PRAGMA integrity_check"), "ok"_s);
+    }
+
     void newDatabaseWithoutRoom_data()
     {
         addColumns<int, bool>("left", "isReplaced");

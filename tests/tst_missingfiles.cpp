@@ -5,6 +5,7 @@
 #include "models/contents/contentsmodel.h"
 #include "tests/support/dialoganswers.h"
 #include "tests/support/filesviewtest.h"
+#include "tests/support/silentdisk.h"
 #include "ui/dialogs/filelocationdialog.h"
 #include "ui/dialogs/filemodificationdialog.h"
 #include "ui/dialogs/modificationnotice.h"
@@ -277,6 +278,29 @@ private slots:
         QCOMPARE(location.located().value(m_ids.at(1)), m_fixture->filePath("in/1.txt"_s));
     }
 
+    void aCancelWaitsForNoDisk()
+    {
+        SilentDisk disk(m_fixture->filePath("silent"_s));
+        if (!disk.isThere())
+            QSKIP("Only root may mount.");
+        QVERIFY(remove("0.txt"));
+        const QString found = m_fixture->write("in/0.txt"_s, "0.txt");
+        // What was found before the walk got stuck stands.
+        QTRY_COMPARE(([&] {
+                         FileLocation location(*m_fixture->mainView().contentsModel(), {m_ids.at(0)},
+                                               {m_fixture->filePath("in"_s), disk.path(QString())});
+                         QSignalSpy finished(&location, &FileLocation::finished);
+                         location.start();
+                         if (finished.wait(100))
+                             return "finished"_s;
+                         QElapsedTimer passed;
+                         passed.start();
+                         location.finish();
+                         return passed.elapsed() < 50 ? location.located().value(m_ids.at(0)) : "late"_s;
+                     }()),
+                     found);
+    }
+
     void findsByContentsOnlyWhatIsCertain_data()
     {
         // Seconds that a copy is older than the record, and the one that is found.
@@ -407,6 +431,7 @@ private slots:
         OnDialog<FileLocationDialog> location([&](FileLocationDialog &dialog) {
             auto *missing = dialog.findChild<QListWidget *>("missingFiles"_s);
             missing->setCurrentRow(0);
+            QTRY_VERIFY(dialog.isActiveWindow());
             QTest::keyClick(missing, Qt::Key_Return);
             QCOMPARE(missing->count(), 1); // another record's
             emit missing->itemDoubleClicked(missing->item(0));

@@ -1,11 +1,8 @@
 #include "core/controllers/filelocation.h"
 
-#include "app/settings/crashstack.h"
 #include "core/records/file.h"
 #include "core/records/filekind.h"
 #include "models/contents/contentsmodel.h"
-
-#include <QThread>
 
 namespace {
 constexpr int rowsInSlice = 20000;
@@ -32,8 +29,8 @@ FileLocation::FileLocation(const ContentsModel &contents, const QVector<qint64> 
     : QObject(parent),
       m_contents(contents),
       m_folders(folders),
-      m_locator(
-          std::make_unique<FileLocator>(filesOf(contents, fileIds), [this] { return m_isCanceled.load(); })),
+      m_locator(std::make_shared<FileLocator>(filesOf(contents, fileIds),
+                                              [canceled = m_isCanceled] { return canceled->load(); })),
       m_fileIds(fileIds.cbegin(), fileIds.cend())
 {
     m_sliceTimer.setInterval(0);
@@ -42,42 +39,29 @@ FileLocation::FileLocation(const ContentsModel &contents, const QVector<qint64> 
 
 FileLocation::~FileLocation()
 {
-    m_isCanceled = true;
-    if (m_thread)
-        m_thread->wait();
+    *m_isCanceled = true;
 }
 
 void FileLocation::start()
 {
-    run(&FileLocation::walk, &FileLocation::beginExcluding);
-}
-
-void FileLocation::run(void (FileLocation::*step)(), void (FileLocation::*next)())
-{
-    m_thread.reset(QThread::create([this, step] {
-        provideCrashStack();
-        (this->*step)();
-    }));
-    connect(m_thread.get(), &QThread::finished, this, next);
-    m_thread->start();
+    const auto walk = [locator = m_locator, folders = m_folders](const BackgroundLooks::ShouldEnd &) {
+        locator->walk(folders);
+        return true;
+    };
+    m_looks.run(walk, [this](bool) { beginExcluding(); });
 }
 
 void FileLocation::finish()
 {
-    m_isCanceled = true;
+    *m_isCanceled = true;
     m_sliceTimer.stop();
-    m_thread->disconnect(this);
-    m_thread->wait();
-    if (m_isDecided)
-        return;
+    m_looks.forget();
+    // It may be stuck in the middle of something, on a disk that does not answer.
+    m_locator->freeze();
+    m_locator = std::make_shared<FileLocator>(*m_locator);
     gatherCandidates();
     excludeRows(m_contents.rowCount());
-    decide();
-}
-
-void FileLocation::walk()
-{
-    m_locator->walk(m_folders);
+    m_located = m_locator->locate();
 }
 
 void FileLocation::gatherCandidates()
@@ -89,7 +73,6 @@ void FileLocation::gatherCandidates()
 
 void FileLocation::beginExcluding()
 {
-    m_thread->wait();
     gatherCandidates();
     m_sliceTimer.start();
 }
@@ -100,7 +83,13 @@ void FileLocation::excludeSlice()
     if (m_nextRow < m_contents.rowCount())
         return;
     m_sliceTimer.stop();
-    run(&FileLocation::decide, &FileLocation::end);
+    const auto decide = [locator = m_locator](const BackgroundLooks::ShouldEnd &) {
+        return locator->locate();
+    };
+    m_looks.run(decide, [this](const QHash<qint64, QString> &located) {
+        m_located = located;
+        emit finished();
+    });
 }
 
 void FileLocation::excludeRows(int end)
@@ -117,18 +106,6 @@ void FileLocation::excludeRows(int end)
             known.insert(path);
     }
     m_locator->exclude(known);
-}
-
-void FileLocation::decide()
-{
-    m_located = m_locator->locate();
-    m_isDecided = true;
-}
-
-void FileLocation::end()
-{
-    m_thread->wait();
-    emit finished();
 }
 
 bool FileLocation::isOfAnother(const ContentsModel &contents, const QString &path, qint64 fileId)

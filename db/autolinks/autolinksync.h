@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/autolinks/backgroundlooks.h"
 #include "db/autolinks/foldermatch.h"
 #include "db/autolinks/linkpresence.h"
+#include "fileops/looks/backgroundlooks.h"
 #include "fileops/worker/autolinkoutcome.h"
 
 #include <QElapsedTimer>

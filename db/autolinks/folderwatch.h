@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/autolinks/backgroundlooks.h"
+#include "fileops/looks/backgroundlooks.h"
 
 #include <QFileSystemWatcher>
 #include <QHash>

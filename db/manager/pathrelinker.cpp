@@ -8,9 +8,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QSemaphore>
-
 #include <memory>
+#include <utility>
 
 namespace {
 constexpr int sliceMilliseconds = 5;
@@ -65,30 +64,19 @@ bool PathRelinker::relinkNow(const QString &databasePath, qint64 fileId)
     const File *file = m_host.fileToRelink(fileId);
     if (!isRelinkable(file))
         return true;
-    struct Answer
-    {
-        QSemaphore isThere;
-        Found found = InPlace;
-        Mendings mendings;
-        bool isTaken = false;
-    };
-    const auto answer = std::make_shared<Answer>();
     const Place place{fileId, file->path(), file->relPath()};
-    m_looksNow.run(
-        [answer, place, databasePath](const BackgroundLooks::ShouldEnd &) {
-            answer->found = look(place, databasePath, answer->mendings);
-            answer->isThere.release();
-            return answer;
-        },
-        [this](const std::shared_ptr<Answer> &late) {
-            if (!late->isTaken)
-                mendNow(late->mendings);
-        });
-    if (!answer->isThere.tryAcquire(1, patienceMilliseconds))
-        return true;
-    answer->isTaken = true;
-    mendNow(answer->mendings);
-    return answer->found != Nowhere;
+    const auto lookNow = [place, databasePath](const BackgroundLooks::ShouldEnd &) {
+        Mendings mendings;
+        const Found found = look(place, databasePath, mendings);
+        return std::make_pair(found, mendings);
+    };
+    const auto result = std::make_shared<Found>(InPlace);
+    m_looksNow.runShortly(patienceMilliseconds, lookNow,
+                          [this, result](const std::pair<Found, Mendings> &found) {
+                              *result = found.first;
+                              mendNow(found.second);
+                          });
+    return *result != Nowhere;
 }
 
 void PathRelinker::mendNow(const Mendings &mendings)

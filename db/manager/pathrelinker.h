@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/providers/pathchange.h"
-#include "db/autolinks/backgroundlooks.h"
+#include "fileops/looks/backgroundlooks.h"
 
 #include <QObject>
 #include <QString>

@@ -2,10 +2,12 @@
 
 #include "fileops/contents/blockchain.h"
 #include "fileops/files/regularfile.h"
+#include "fileops/looks/awaitedlook.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace {
 
@@ -14,6 +16,33 @@ constexpr int sliceSize = 256 * 1024;
 constexpr qint64 heldSize = 1024LL * 1024;
 constexpr int heldGroups = 16;
 
+FileComparison::Result compareOpen(RegularFile &left, RegularFile &right,
+                                   const AwaitedLook::ShouldEnd &shouldEnd)
+{
+    const auto leftSlice = std::make_unique<char[]>(sliceSize);
+    const auto rightSlice = std::make_unique<char[]>(sliceSize);
+    while (!shouldEnd()) {
+        const qint64 leftCount = left.read(leftSlice.get(), sliceSize);
+        const qint64 rightCount = right.read(rightSlice.get(), sliceSize);
+        if (leftCount < 0 || rightCount < 0)
+            return FileComparison::Unreadable;
+        if (leftCount != rightCount || std::memcmp(leftSlice.get(), rightSlice.get(), size_t(leftCount)) != 0)
+            return FileComparison::Different;
+        if (leftCount < sliceSize)
+            return FileComparison::Same;
+    }
+    return FileComparison::Different;
+}
+
+FileComparison::Result compare(const QString &leftPath, const QString &rightPath,
+                               const AwaitedLook::ShouldEnd &shouldEnd)
+{
+    RegularFile left;
+    RegularFile right;
+    if (!left.open(leftPath) || !right.open(rightPath))
+        return FileComparison::Unreadable;
+    return left.size() == right.size() ? compareOpen(left, right, shouldEnd) : FileComparison::Different;
+}
 } // namespace
 
 struct FileComparison::Group
@@ -27,31 +56,12 @@ FileComparison::FileComparison(FileOperationWorker &worker) : m_worker(worker) {
 
 FileComparison::Result FileComparison::compareFiles(const QString &leftPath, const QString &rightPath)
 {
-    RegularFile left;
-    RegularFile right;
-    if (!left.open(leftPath) || !right.open(rightPath))
-        return Unreadable;
-    if (left.size() != right.size())
-        return Different;
-    return compareOpen(left, right);
-}
-
-FileComparison::Result FileComparison::compareOpen(RegularFile &left, RegularFile &right)
-{
-    m_left.resize(sliceSize);
-    m_right.resize(sliceSize);
-    while (!m_worker.shouldEnd()) {
-        const qint64 leftCount = left.read(m_left.data(), sliceSize);
-        const qint64 rightCount = right.read(m_right.data(), sliceSize);
-        if (leftCount < 0 || rightCount < 0)
-            return Unreadable;
-        if (leftCount != rightCount ||
-            std::memcmp(m_left.constData(), m_right.constData(), size_t(leftCount)) != 0)
-            return Different;
-        if (leftCount < sliceSize)
-            return Same;
-    }
-    return Different;
+    // The other file may be on a disk that does not answer.
+    const auto look = [leftPath, rightPath](const AwaitedLook::ShouldEnd &shouldEnd) {
+        return compare(leftPath, rightPath, shouldEnd);
+    };
+    const auto found = AwaitedLook::run(look, [this] { return m_worker.shouldEnd(); });
+    return found.value_or(m_worker.shouldEnd() ? Different : Unreadable);
 }
 
 FileComparison::Result FileComparison::compareWithBlocks(const QString &path, qint64 storageId, qint64 size)

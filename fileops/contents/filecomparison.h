@@ -5,7 +5,6 @@
 #include <QVector>
 
 class FileOperationWorker;
-class RegularFile;
 
 /**
  * Tells by their bytes whether contents are equal, each side read once from start to end and a slice at a
@@ -33,9 +32,7 @@ private:
     struct Group;
 
     bool readWhole(const QString &path, qint64 size, QByteArray &content);
-    Result compareOpen(RegularFile &left, RegularFile &right);
 
     FileOperationWorker &m_worker;
     QByteArray m_left;
-    QByteArray m_right;
 };

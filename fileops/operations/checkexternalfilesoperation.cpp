@@ -59,6 +59,7 @@ CheckExternalFilesOperation::CheckExternalFilesOperation(FileOperationWorker &wo
     : m_worker(worker), m_rest(request)
 {
     m_rest.fileIds = ascending(m_rest.fileIds);
+    RefreshedContents::of(worker);
 }
 
 void CheckExternalFilesOperation::run()

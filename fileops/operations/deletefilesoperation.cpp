@@ -6,10 +6,12 @@
 #include "db/sql/sqltext.h"
 #include "db/sql/transaction.h"
 #include "fileops/contents/externalpaths.h"
-#include "fileops/files/filelook.h"
+#include "fileops/looks/filelooks.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDir>
+
+#include <algorithm>
 
 namespace {
 constexpr int rowsAtOnce = 10000;
@@ -73,9 +75,13 @@ bool DeleteFilesOperation::isInPlace(qint64 fileId)
         return true;
     const Database::PathLocator locator = Database::pathLocator(m_worker.connectionName());
     const QString relative = relativePaths.value(fileId);
-    const bool isThere = FileLook::at(details.first().path).isThere;
-    return isThere || (locator.isLocal && !relative.isEmpty() &&
-                       FileLook::at(QDir::cleanPath(Database::absolutePath(relative, locator))).isThere);
+    QStringList places = {details.first().path};
+    if (locator.isLocal && !relative.isEmpty())
+        places.append(QDir::cleanPath(Database::absolutePath(relative, locator)));
+    const QVector<AnsweredLook> looks = FileLooks::at(places, [this] { return m_worker.shouldEnd(); });
+    // Nor is what a disk does not say.
+    return std::any_of(looks.cbegin(), looks.cend(),
+                       [](const AnsweredLook &found) { return !found.isAnswered || found.look.isThere; });
 }
 
 bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 size, qint64 storageId)

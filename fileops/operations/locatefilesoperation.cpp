@@ -3,7 +3,7 @@
 #include "core/records/filekind.h"
 #include "db/sql/transaction.h"
 #include "fileops/contents/externalpaths.h"
-#include "fileops/files/filelook.h"
+#include "fileops/looks/filelooks.h"
 #include "fileops/worker/fileoperationworker.h"
 
 namespace {
@@ -33,6 +33,10 @@ void LocateFilesOperation::run()
 
 bool LocateFilesOperation::writeSlice(int first, int last)
 {
+    const auto isUnwanted = [this] { return m_worker.shouldEnd(); };
+    // Not while the database is locked.
+    const QVector<AnsweredLook> looks =
+        FileLooks::at(QStringList(m_request.paths.mid(first, last - first)), isUnwanted);
     Transaction transaction(m_worker, m_worker.connectionName());
     if (!transaction.isActive())
         return false;
@@ -41,6 +45,8 @@ bool LocateFilesOperation::writeSlice(int first, int last)
         if (m_worker.shouldEnd() || m_worker.isSavepointLost() || m_worker.isConnectionLost())
             break;
         reportProgress(i);
+        if (!looks.value(i - first).look.isThere)
+            continue;
         Savepoint savepoint(m_worker);
         if (savepoint.isActive() && writeFile(i) && savepoint.release())
             written.append(m_request.fileIds.at(i));
@@ -65,8 +71,7 @@ bool LocateFilesOperation::writeFile(int index)
     int internal = 0;
     qint64 size = 0;
     qint64 pathId = 0;
-    if (!FileLook::at(path).isThere ||
-        !m_worker.readFileStorageInfo(fileId, internal, size, pathId, m_request.idCodes.value(index)) ||
+    if (!m_worker.readFileStorageInfo(fileId, internal, size, pathId, m_request.idCodes.value(index)) ||
         internal != FileKind::external)
         return false;
     const QString relPath = Database::relativePath(path, Database::pathLocator(m_worker.connectionName()));

@@ -1,5 +1,6 @@
 #include "fileops/pictures/picturedecoder.h"
 
+#include "fileops/looks/awaitedlook.h"
 #include "fileops/pictures/picturelimits.h"
 #include "fileops/pictures/thumbnailcanvas.h"
 
@@ -23,27 +24,39 @@ constexpr int clockSecondsPerSecond = 3;
 class OpenPicture
 {
 public:
-    explicit OpenPicture(const PictureRequest &request)
+    OpenPicture(const PictureRequest &request, const std::function<bool()> &isWanted)
         : m_isInMemory(request.path.isEmpty()), m_bytes(request.bytes.size())
     {
         if (m_isInMemory)
             m_memory = ChildProcess::fileOf(request.bytes);
         else
-            m_file.open(request.path);
+            m_file = opened(request.path, isWanted);
     }
     ~OpenPicture() { ChildProcess::closeFile(m_memory); }
     OpenPicture(const OpenPicture &) = delete;
     OpenPicture &operator=(const OpenPicture &) = delete;
 
-    int descriptor() const { return m_isInMemory ? m_memory : m_file.descriptor(); }
-    qint64 size() const { return m_isInMemory ? m_bytes : m_file.size(); }
-    FileStamp stamp() const { return m_isInMemory ? FileStamp() : m_file.stamp(); }
-    bool isUnchanged() const { return m_isInMemory || m_file.isAsOpened(); }
+    int descriptor() const { return m_isInMemory ? m_memory : m_file->descriptor(); }
+    qint64 size() const { return m_isInMemory ? m_bytes : m_file->size(); }
+    FileStamp stamp() const { return m_isInMemory ? FileStamp() : m_file->stamp(); }
+    bool isUnchanged() const { return m_isInMemory || m_file->isAsOpened(); }
 
 private:
+    /** A disk that does not answer must not hold the end of the program. */
+    static std::shared_ptr<RegularFile> opened(const QString &path, const std::function<bool()> &isWanted)
+    {
+        const auto open = [path](const AwaitedLook::ShouldEnd &) {
+            auto file = std::make_shared<RegularFile>();
+            file->open(path);
+            return file;
+        };
+        const auto file = AwaitedLook::run(open, [&isWanted] { return !isWanted(); });
+        return file ? *file : std::make_shared<RegularFile>();
+    }
+
     bool m_isInMemory;
     qint64 m_bytes;
-    RegularFile m_file;
+    std::shared_ptr<RegularFile> m_file;
     int m_memory = -1;
 };
 
@@ -89,7 +102,7 @@ PictureAnswer PictureDecoder::read(const PictureRequest &request, const PictureL
                                    const std::function<bool()> &isWanted)
 {
     PictureAnswer answer;
-    const OpenPicture picture(request);
+    const OpenPicture picture(request, isWanted);
     answer.stamp = picture.stamp();
     answer.state = PictureAnswer::Unreadable;
     if (picture.descriptor() < 0)

@@ -3,6 +3,7 @@
 #include "core/records/filekind.h"
 #include "fileops/contents/filecomparison.h"
 #include "fileops/files/regularfile.h"
+#include "fileops/looks/awaitedlook.h"
 #include "fileops/tracking/refreshedcontents.h"
 #include "fileops/worker/fileoperationworker.h"
 
@@ -60,6 +61,9 @@ bool ChangedCopies::isCopy(const ModifiedFile &file, const DatabaseFile &other) 
     if (other.internal == FileKind::internal)
         return comparison.compareWithBlocks(file.path, other.storageId, other.size) == FileComparison::Same;
     // Two records of one file on the disk are none the less two.
-    return !RegularFile::isSame(file.path, other.path) &&
+    const auto look = [path = file.path, otherPath = other.path](const AwaitedLook::ShouldEnd &) {
+        return RegularFile::isSame(path, otherPath);
+    };
+    return !AwaitedLook::run(look, [this] { return m_worker.shouldEnd(); }).value_or(true) &&
            comparison.compareFiles(file.path, other.path) == FileComparison::Same;
 }

@@ -26,6 +26,25 @@ FileLocator::FileLocator(const QVector<MissingFile> &files, const ShouldEnd &sho
     }
 }
 
+FileLocator::FileLocator(const FileLocator &other)
+    : m_files(other.m_files),
+      m_shouldEnd([] { return true; }),
+      m_byName(other.m_byName),
+      m_bySize(other.m_bySize),
+      m_nameHits(other.m_nameHits),
+      m_sizeHits(other.m_sizeHits),
+      m_excluded(other.m_excluded),
+      m_taken(other.m_taken),
+      m_located(other.m_located)
+{
+}
+
+void FileLocator::freeze()
+{
+    const QMutexLocker locker(&m_mutex);
+    m_isFrozen = true;
+}
+
 void FileLocator::walk(const QStringList &folders)
 {
     QSet<QString> seen;
@@ -57,7 +76,8 @@ void FileLocator::look(const QString &folder, const QString &name)
 {
     const QString path = Database::pathIn(folder, name);
     const FileLook found = FileLook::at(path);
-    if (!found.isThere)
+    const QMutexLocker locker(&m_mutex);
+    if (!found.isThere || m_isFrozen)
         return;
     if (m_byName.contains(name))
         m_nameHits[name].append({path, found.size});
@@ -102,6 +122,8 @@ void FileLocator::locateByName(const QVector<int> &sameName, const QVector<Hit> 
             bySize[hit->size].append(&*hit);
     }
     for (const int file : sameName) {
+        if (m_located.contains(m_files.at(file).fileId))
+            continue;
         QVector<const Hit *> &left = bySize[m_files.at(file).size];
         while (!left.isEmpty() && !isFree(left.last()->path))
             left.removeLast();
@@ -180,6 +202,9 @@ void FileLocator::matchEqual(QVector<int> files, QStringList paths)
 
 void FileLocator::settle(int file, const QString &path)
 {
+    const QMutexLocker locker(&m_mutex);
+    if (m_isFrozen)
+        return;
     m_located.insert(m_files.at(file).fileId, path);
     m_taken.insert(path);
 }

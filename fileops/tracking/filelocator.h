@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QMutex>
 #include <QSet>
 #include <QStringList>
 #include <QVector>
@@ -22,7 +23,7 @@ struct MissingFile
  * contents: what is recorded of contents may fit other ones, too, so the time of the last change has to fit,
  * or nothing else may. What is hidden is only gone through when one of them was, and links are not followed.
  * One walk serves all of them. The folders are walked in their order, and of several hits the first one
- * counts; none serves two files. Any thread, one at a time.
+ * counts; none serves two files. Any thread, one at a time, save for freeze().
  */
 class FileLocator
 {
@@ -31,6 +32,15 @@ public:
     using ShouldEnd = std::function<bool()>;
 
     FileLocator(const QVector<MissingFile> &files, const ShouldEnd &shouldEnd);
+    /** Takes over what another one has come by, to decide by names alone. */
+    explicit FileLocator(const FileLocator &other);
+    FileLocator &operator=(const FileLocator &) = delete;
+
+    /**
+     * Nothing is taken in from here on, so that others may copy what there is while a walk or a reading that
+     * does not come back is left behind.
+     */
+    void freeze();
 
     /** Gathers what may be one of the files. */
     void walk(const QStringList &folders);
@@ -57,6 +67,8 @@ private:
     void settle(int file, const QString &path);
     bool isFree(const QString &path) const;
 
+    QMutex m_mutex; ///< of what is taken in
+    bool m_isFrozen = false;
     const QVector<MissingFile> m_files;
     const ShouldEnd m_shouldEnd;
     bool m_withHidden = false;

@@ -1,7 +1,7 @@
 #include "fileops/tracking/filerefresh.h"
 
 #include "db/sql/transaction.h"
-#include "fileops/files/filelook.h"
+#include "fileops/looks/filelooks.h"
 #include "fileops/pictures/thumbnailmaker.h"
 #include "fileops/pictures/thumbnailsahead.h"
 #include "fileops/worker/fileoperationworker.h"
@@ -15,9 +15,6 @@ QVector<qint64> FileRefresh::write()
     for (const ModifiedFile &file : qAsConst(m_files)) {
         if (m_worker.shouldEnd() || m_worker.isSavepointLost() || m_worker.isConnectionLost())
             break;
-        // It may have gone while the others were read.
-        if (!FileLook::at(file.path).isThere)
-            continue;
         Savepoint savepoint(m_worker);
         if (savepoint.isActive() && writeFile(file) && savepoint.release())
             refreshed.append(file.fileId);
@@ -28,7 +25,6 @@ QVector<qint64> FileRefresh::write()
 
 void FileRefresh::prepare(const ModifiedFileList &files)
 {
-    m_files = files;
     QStringList paths;
     QVector<qint64> ids;
     for (const ModifiedFile &file : files) {
@@ -40,6 +36,15 @@ void FileRefresh::prepare(const ModifiedFileList &files)
     ThumbnailsAhead ahead(paths, [this] { return m_worker.shouldEnd(); });
     for (int i = 0; i < paths.size() && !m_worker.shouldEnd(); ++i)
         m_thumbnails.insert(ids.at(i), ThumbnailMaker::encoded(ahead.canvasOf(paths.at(i))));
+    QStringList all;
+    for (const ModifiedFile &file : files)
+        all.append(file.path);
+    // One may have gone while the others were read.
+    const QVector<AnsweredLook> looks = FileLooks::at(all, [this] { return m_worker.shouldEnd(); });
+    for (int i = 0; i < files.size(); ++i) {
+        if (looks.at(i).look.isThere)
+            m_files.append(files.at(i));
+    }
 }
 
 bool FileRefresh::writeFile(const ModifiedFile &file)

@@ -16,7 +16,7 @@ class FileRefresh
 public:
     explicit FileRefresh(FileOperationWorker &worker) : m_worker(worker) {}
 
-    /** Makes the thumbnails of these files, outside of any transaction. */
+    /** Makes the thumbnails of those that are still there, outside of any transaction. */
     void prepare(const ModifiedFileList &files);
     /** The files whose records were written, in one transaction: one that fails leaves the others alone. */
     QVector<qint64> write();

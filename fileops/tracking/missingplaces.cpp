@@ -3,7 +3,7 @@
 #include "core/records/filekind.h"
 #include "db/sql/transaction.h"
 #include "fileops/contents/externalpaths.h"
-#include "fileops/files/filelook.h"
+#include "fileops/looks/filelooks.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDir>
@@ -44,7 +44,7 @@ bool MissingPlaces::fillOne(DuplicateMatch &match, qint64 &fileId)
 bool MissingPlaces::isMissing(const DuplicateFileInfo &file)
 {
     // What is inside the database has a name there, and no path.
-    if (!QDir::isAbsolutePath(file.path) || FileLook::at(file.path).isThere)
+    if (!QDir::isAbsolutePath(file.path) || !isAbsent(file.path))
         return false;
     int internal = 0;
     qint64 size = 0;
@@ -56,7 +56,13 @@ bool MissingPlaces::isMissing(const DuplicateFileInfo &file)
     const Database::PathLocator locator = Database::pathLocator(m_worker.connectionName());
     const QString relative = relativePaths.value(file.fileId);
     return !locator.isLocal || relative.isEmpty() ||
-           !FileLook::at(Database::absolutePath(relative, locator)).isThere;
+           isAbsent(QDir::cleanPath(Database::absolutePath(relative, locator)));
+}
+
+bool MissingPlaces::isAbsent(const QString &path) const
+{
+    const AnsweredLook found = FileLooks::at(path, [this] { return m_worker.shouldEnd(); });
+    return found.isAnswered && !found.look.isThere;
 }
 
 bool MissingPlaces::moveRecord(qint64 fileId, const DuplicateFileInfo &added)

@@ -20,6 +20,8 @@ public:
 private:
     bool fillOne(DuplicateMatch &match, qint64 &fileId);
     bool isMissing(const DuplicateFileInfo &file);
+    /** Of a disk that does not answer nothing is known to be absent. */
+    bool isAbsent(const QString &path) const;
     bool moveRecord(qint64 fileId, const DuplicateFileInfo &added);
 
     FileOperationWorker &m_worker;

@@ -4,7 +4,8 @@
 #include "db/sql/sqltext.h"
 #include "fileops/contents/externalpaths.h"
 #include "fileops/contents/filechecksums.h"
-#include "fileops/files/filelook.h"
+#include "fileops/looks/awaitedlook.h"
+#include "fileops/looks/filelooks.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDir>
@@ -16,29 +17,31 @@ constexpr int filesAtOnce = 2000;
 constexpr int filesInGroup = 64;
 constexpr qint64 bytesInGroup = 16LL * 1024 * 1024;
 
-/** The files from a place on that are read together: many small ones, or a large one. */
-ModifiedFileList groupFrom(const ModifiedFileList &files, int first)
+/** What was read of a file, and how it looked afterwards. */
+struct ReadFile
 {
-    int end = first;
-    qint64 bytes = 0;
-    while (end < files.size() && end - first < filesInGroup) {
-        bytes += FileLook::at(files.at(end).path).size;
-        if (end > first && bytes > bytesInGroup)
-            break;
-        ++end;
+    FileChecksum contents;
+    FileStamp stamp;
+    FileLook look;
+};
+
+QVector<ReadFile> readFiles(const QStringList &paths, const AwaitedLook::ShouldEnd &shouldEnd)
+{
+    QVector<ReadFile> files;
+    const QVector<FileChecksum> contents = FileChecksums::ofFiles(paths, shouldEnd);
+    for (int i = 0; i < paths.size(); ++i) {
+        const QString &path = paths.at(i);
+        files.append({contents.at(i), RegularFile::stampOf(path), FileLook::at(path)});
     }
-    return files.mid(first, end - first);
+    return files;
 }
 
-/** False for what is not, or not yet, what was read. */
-bool takeContents(ModifiedFile &file, const FileChecksum &contents)
+QStringList pathsOf(const ModifiedFileList &files)
 {
-    if (!contents.isOf(RegularFile::stampOf(file.path)))
-        return false;
-    file.checksum = contents.checksum;
-    file.size = contents.size;
-    file.modified = FileLook::at(file.path).modified;
-    return true;
+    QStringList paths;
+    for (const ModifiedFile &file : files)
+        paths.append(file.path);
+    return paths;
 }
 } // namespace
 
@@ -49,7 +52,7 @@ bool ModifiedFileReader::read(QHash<qint64, QString> &paths, ModifiedFileList &f
         return false;
     int next = 0;
     do {
-        const ModifiedFileList group = groupFrom(found, next);
+        const ModifiedFileList group = groupFrom(found.mid(next, filesInGroup));
         if (!readContents(group, files))
             break;
         for (const ModifiedFile &file : group)
@@ -101,21 +104,42 @@ bool ModifiedFileReader::readRows(QHash<qint64, QString> &paths, ModifiedFileLis
     return isRead;
 }
 
+ModifiedFileList ModifiedFileReader::groupFrom(const ModifiedFileList &files) const
+{
+    const QVector<AnsweredLook> looks =
+        FileLooks::at(pathsOf(files), [this] { return m_worker.shouldEnd(); });
+    int end = 0;
+    qint64 bytes = 0;
+    while (end < files.size()) {
+        bytes += looks.at(end).look.size;
+        if (end > 0 && bytes > bytesInGroup)
+            break;
+        ++end;
+    }
+    return files.mid(0, end);
+}
+
 bool ModifiedFileReader::readContents(const ModifiedFileList &group, ModifiedFileList &read)
 {
-    QStringList paths;
-    for (const ModifiedFile &file : group)
-        paths.append(file.path);
     const bool isOne = group.size() == 1;
     const auto isOthersTurn = [this, isOne] { return isOne && m_worker.hasQueued(); };
-    const QVector<FileChecksum> contents = FileChecksums::ofFiles(
-        paths, [this, &isOthersTurn] { return m_worker.shouldEnd() || isOthersTurn(); });
-    if (m_worker.shouldEnd() || (isOne && !contents.first().isRead && isOthersTurn()))
+    const auto look = [paths = pathsOf(group)](const AwaitedLook::ShouldEnd &shouldEnd) {
+        return readFiles(paths, shouldEnd);
+    };
+    const std::optional<QVector<ReadFile>> found =
+        AwaitedLook::run(look, [&] { return m_worker.shouldEnd() || isOthersTurn(); });
+    if (m_worker.shouldEnd() || (isOne && isOthersTurn() && !(found && found->first().contents.isRead)))
         return false;
-    for (int i = 0; i < group.size(); ++i) {
+    for (int i = 0; found && i < group.size(); ++i) {
+        const ReadFile &now = found->at(i);
         ModifiedFile file = group.at(i);
-        if (takeContents(file, contents.at(i)))
-            read.append(file);
+        // What is not, or not yet, what was read is left to a later check.
+        if (!now.contents.isOf(now.stamp))
+            continue;
+        file.checksum = now.contents.checksum;
+        file.size = now.contents.size;
+        file.modified = now.look.modified;
+        read.append(file);
     }
     return true;
 }

@@ -21,6 +21,8 @@ public:
 
 private:
     bool readRows(QHash<qint64, QString> &paths, ModifiedFileList &files);
+    /** Those of the first files that are read together: many small ones, or a large one. */
+    ModifiedFileList groupFrom(const ModifiedFileList &files) const;
     /** False when it was put off, as others wait. */
     bool readContents(const ModifiedFileList &group, ModifiedFileList &read);
 

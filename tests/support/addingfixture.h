@@ -54,6 +54,9 @@ public:
         QCoreApplication::processEvents();
     }
 
+    /** As if the program had been closed in between; the news go to nobody from here on. */
+    void restart() { m_provider = makeProvider(*m_database); }
+
     /** Names of files with their tags, sorted: "a.txt: one,two". */
     static QStringList taggedNames()
     {

@@ -75,8 +75,15 @@ void FileCommands::checkPresence(const File &file)
 
 void FileCommands::openPreview(const File &file)
 {
-    if (file.internal() != FileKind::external || !FileOpening::warnWhenGone(m_view, file.path()))
-        m_previews->open(file.id(), m_controller);
+    const auto open = [this, fileId = file.id(), controller = m_controller] {
+        // The database may have gone before the disk answered.
+        if (controller && controller == m_controller)
+            m_previews->open(fileId, controller);
+    };
+    if (file.internal() == FileKind::external)
+        FileOpening::whenThere(m_view, file.path(), open);
+    else
+        open();
 }
 
 void FileCommands::showInFileManager()

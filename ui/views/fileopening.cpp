@@ -2,8 +2,10 @@
 
 #include "app/messages/desktopopener.h"
 #include "app/messages/messages.h"
+#include "app/settings/showntext.h"
 #include "fileops/files/filenames.h"
 #include "fileops/files/startable.h"
+#include "fileops/looks/backgroundlooks.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -13,10 +15,15 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <QProcess>
+#include <QTimer>
 #include <QUrl>
 
 namespace {
+// Two looks in turn are to stay below what anybody notices.
+constexpr int patienceMilliseconds = 30;
+constexpr int silenceMilliseconds = 10000;
 
 /** Where the texts of this file are looked up. */
 struct Texts
@@ -78,6 +85,58 @@ void askFileManager(QWidget *parent, const QString &path)
 }
 #endif
 
+/**
+ * Hands over what a look at a disk tells: mostly at once, and later where the disk is slow. Who asks for
+ * something else meanwhile does not want it any more.
+ */
+template <class Look, class Act>
+void ask(QWidget *parent, const QString &path, const Look &look, const Act &act)
+{
+    static const QString name = QStringLiteral("openingLooks");
+    delete (parent ? parent->findChild<BackgroundLooks *>(name, Qt::FindDirectChildrenOnly) : nullptr);
+    auto *looks = new BackgroundLooks(parent);
+    looks->setObjectName(name);
+    const auto take = [looks, act](const auto &found) {
+        // What is done now may ask for the next thing.
+        looks->setObjectName(QString());
+        looks->deleteLater();
+        act(found);
+    };
+    const auto lookOnce = [look](const BackgroundLooks::ShouldEnd &) { return look(); };
+    if (looks->runShortly(patienceMilliseconds, lookOnce, take))
+        return;
+    QTimer::singleShot(silenceMilliseconds, looks, [looks, parent = QPointer<QWidget>(parent), path] {
+        looks->deleteLater();
+        Messages::warning(parent, Texts::tr("Error opening file"),
+                          Texts::tr("The disk with \"%1\" does not answer.").arg(ShownText::cut(path)));
+    });
+}
+
+void warnOfAbsence(QWidget *parent)
+{
+    Messages::warning(
+        parent, Texts::tr("File No Longer Present"),
+        Texts::tr("This file is no longer present in its original path. It may have been moved, "
+                  "deleted or renamed."));
+}
+
+bool mayOpen(QWidget *parent, Startable::Verdict verdict)
+{
+    switch (verdict) {
+    case Startable::Program:
+        Messages::warning(
+            parent, Texts::tr("Error opening file"),
+            Texts::tr("This file would start a program, which Vorna does not do. Start it from its "
+                      "folder if you trust it."));
+        return false;
+    case Startable::Unopenable:
+        Messages::warning(parent, Texts::tr("Error opening file"),
+                          Texts::tr("Vorna opens files and folders only, and this is neither."));
+        return false;
+    default:
+        return true;
+    }
+}
 } // namespace
 
 QUrl FileOpening::linkTarget(const QString &text)
@@ -99,49 +158,38 @@ QUrl FileOpening::linkTarget(const QString &text)
 
 void FileOpening::openHyperlink(QWidget *parent, const QString &text)
 {
-    const QUrl url = linkTarget(text);
-    if (url.isEmpty() || !QDesktopServices::openUrl(url))
-        Messages::warning(parent, Texts::tr("Error"), Texts::tr("Failed opening hyperlink."));
+    ask(
+        parent, text, [text] { return linkTarget(text); },
+        [parent = QPointer<QWidget>(parent)](const QUrl &url) {
+            if (url.isEmpty() || !QDesktopServices::openUrl(url))
+                Messages::warning(parent, Texts::tr("Error"), Texts::tr("Failed opening hyperlink."));
+        });
 }
 
-bool FileOpening::warnWhenGone(QWidget *parent, const QString &path)
+void FileOpening::whenThere(QWidget *parent, const QString &path, const std::function<void()> &act)
 {
-    if (QFileInfo::exists(path))
-        return false;
-    Messages::warning(
-        parent, Texts::tr("File No Longer Present"),
-        Texts::tr("This file is no longer present in its original path. It may have been moved, "
-                  "deleted or renamed."));
-    return true;
+    ask(
+        parent, path, [path] { return QFileInfo::exists(path); },
+        [parent = QPointer<QWidget>(parent), act](bool isThere) { isThere ? act() : warnOfAbsence(parent); });
 }
 
 void FileOpening::openExternalFile(QWidget *parent, const QString &path)
 {
-    if (warnWhenGone(parent, path) || !mayOpenFile(parent, path) || QDesktopServices::openUrl(localUrl(path)))
-        return;
-    // It may have gone while the desktop looked for a program.
-    if (!warnWhenGone(parent, path))
-        Messages::warning(parent, Texts::tr("Error opening file"),
-                          Texts::tr("Vorna is unable to open this file. There may not be any application "
-                                    "associated with the file type."));
-}
-
-bool FileOpening::mayOpenFile(QWidget *parent, const QString &path)
-{
-    switch (Startable::verdictOn(QDir::cleanPath(path))) {
-    case Startable::Program:
-        Messages::warning(
-            parent, Texts::tr("Error opening file"),
-            Texts::tr("This file would start a program, which Vorna does not do. Start it from its "
-                      "folder if you trust it."));
-        return false;
-    case Startable::Unopenable:
-        Messages::warning(parent, Texts::tr("Error opening file"),
-                          Texts::tr("Vorna opens files and folders only, and this is neither."));
-        return false;
-    default:
-        return true;
-    }
+    const QPointer<QWidget> window = parent;
+    const auto open = [window, path](Startable::Verdict verdict) {
+        if (!mayOpen(window, verdict) || QDesktopServices::openUrl(localUrl(path)))
+            return;
+        // It may have gone while the desktop looked for a program.
+        whenThere(window, path, [window] {
+            Messages::warning(window, Texts::tr("Error opening file"),
+                              Texts::tr("Vorna is unable to open this file. There may not be any application "
+                                        "associated with the file type."));
+        });
+    };
+    whenThere(parent, path, [window, path, open] {
+        ask(
+            window, path, [path] { return Startable::verdictOn(QDir::cleanPath(path)); }, open);
+    });
 }
 
 bool FileOpening::mayOpenCopy(QWidget *parent, const QString &name)
@@ -158,12 +206,12 @@ bool FileOpening::mayOpenCopy(QWidget *parent, const QString &name)
 
 void FileOpening::showInFileManager(QWidget *parent, const QString &path)
 {
-    if (warnWhenGone(parent, path))
-        return;
+    whenThere(parent, path, [parent = QPointer<QWidget>(parent), path] {
 #ifdef Q_OS_WIN
-    QProcess::startDetached(QStringLiteral("explorer"),
-                            {QStringLiteral("/n,/select,"), QDir::toNativeSeparators(path)});
+        QProcess::startDetached(QStringLiteral("explorer"),
+                                {QStringLiteral("/n,/select,"), QDir::toNativeSeparators(path)});
 #else
-    askFileManager(parent, path);
+        askFileManager(parent, path);
 #endif
+    });
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QObject>
+#include <QSemaphore>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 /**
  * Runs what looks at disks beside the thread of its owner, one after the other, as a disk that sleeps or is
@@ -32,6 +34,36 @@ public:
             const auto found = std::make_shared<decltype(look(shouldEnd))>(look(shouldEnd));
             return [found, take] { take(*found); };
         });
+    }
+    /**
+     * The same for who wants it now: waits up to some milliseconds for the look. False when `take` has yet to
+     * run, which it does when the look comes back.
+     */
+    template <class Look, class Take>
+    bool runShortly(int milliseconds, const Look &look, const Take &take)
+    {
+        struct Answer
+        {
+            QSemaphore isThere;
+            std::optional<decltype(look(ShouldEnd()))> found;
+            bool isTaken = false;
+        };
+        const auto answer = std::make_shared<Answer>();
+        run(
+            [answer, look](const ShouldEnd &shouldEnd) {
+                answer->found.emplace(look(shouldEnd));
+                answer->isThere.release();
+                return true;
+            },
+            [answer, take](bool) {
+                if (!answer->isTaken)
+                    take(*answer->found);
+            });
+        if (!answer->isThere.tryAcquire(1, milliseconds))
+            return false;
+        answer->isTaken = true;
+        take(*answer->found);
+        return true;
     }
     /** Forgets what was begun: nothing of it is taken, and a look that runs is told to end. */
     void forget();

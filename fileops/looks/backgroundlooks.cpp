@@ -1,4 +1,4 @@
-#include "db/autolinks/backgroundlooks.h"
+#include "fileops/looks/backgroundlooks.h"
 
 #include "app/settings/crashstack.h"
 
