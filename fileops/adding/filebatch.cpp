@@ -29,8 +29,10 @@ QVector<qint64> FileBatch::addFilesListToDb()
         m_refused = m_request.paths;
         return {};
     }
-    ThumbnailsAhead thumbnails(m_request.paths, [this] { return m_worker.shouldEnd(); });
-    FileAdder adder(m_worker, m_request.kind, loadId, thumbnails);
+    if (!m_request.thumbnails)
+        m_request.thumbnails =
+            std::make_shared<ThumbnailsAhead>(m_request.paths, [this] { return m_worker.shouldEnd(); });
+    FileAdder adder(m_worker, m_request.kind, loadId, *m_request.thumbnails);
     m_adder = &adder;
     m_added.reserve(m_request.paths.size());
     for (int from = 0; from < m_request.paths.size(); from += runLength()) {

@@ -11,8 +11,11 @@
 #include <QStringList>
 #include <QVector>
 
+#include <memory>
+
 class FileOperationWorker;
 class Savepoint;
+class ThumbnailsAhead;
 
 /** What a batch adds, and the tags that it links. The checksums, when given, stand beside the paths. */
 struct FileBatchRequest
@@ -27,6 +30,8 @@ struct FileBatchRequest
     QHash<QString, QStringList> inheritedTags; ///< path to names, in place of those of its folder
     qint64 loadId = 0;                         ///< 0 for one of its own
     bool isSilent = false;                     ///< no progress
+    /** Pictures that were read before the transaction began; null when none were. */
+    std::shared_ptr<ThumbnailsAhead> thumbnails;
     // A part of a longer list, for its progress.
     int firstNumber = 0;
     int wholeNumber = 0; ///< 0 for the paths here

@@ -7,6 +7,7 @@
 #include "fileops/adding/leftoutfiles.h"
 #include "fileops/operations/storedpaths.h"
 #include "fileops/pictures/thumbnailmaker.h"
+#include "fileops/pictures/thumbnailsahead.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
@@ -14,6 +15,7 @@
 namespace {
 // An edit of the window waits a quarter of a second for its lock: what a batch writes takes less.
 constexpr int filesInBatch = 128;
+// Fewer than ThumbnailsAhead keeps, as they are read before the lock is taken.
 constexpr int picturesInBatch = 8;
 constexpr int fewFiles = 50;
 
@@ -105,6 +107,7 @@ bool AutoLinkOperation::addInBatches(const FileBatchRequest &all)
         // Not while the database is locked.
         if (batch.checksums.isEmpty())
             batch.checksums = FileChecksums::ofFiles(batch.paths, [this] { return m_worker.shouldEnd(); });
+        batch.thumbnails = readPictures(batch.paths);
         Transaction transaction(m_worker, m_worker.connectionName());
         if (!transaction.isActive() || (batch.loadId == 0 && !m_worker.nextLoadId(batch.loadId)))
             return false;
@@ -124,6 +127,16 @@ bool AutoLinkOperation::addInBatches(const FileBatchRequest &all)
             emit m_worker.updatedFiles(added);
     }
     return true;
+}
+
+std::shared_ptr<ThumbnailsAhead> AutoLinkOperation::readPictures(const QStringList &paths) const
+{
+    const auto pictures = std::make_shared<ThumbnailsAhead>(paths, [this] { return m_worker.shouldEnd(); });
+    for (const QString &path : paths) {
+        if (ThumbnailMaker::isImageName(path))
+            pictures->canvasOf(path);
+    }
+    return pictures;
 }
 
 bool AutoLinkOperation::linkTags(const QVector<qint64> &fileIds)

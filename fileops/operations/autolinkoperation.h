@@ -3,6 +3,10 @@
 #include "fileops/operations/addoperation.h"
 #include "fileops/worker/autolinkoutcome.h"
 
+#include <memory>
+
+class ThumbnailsAhead;
+
 /**
  * Takes in what a linked folder holds: new files become external ones with the tags of the node, whatever the
  * window says about adding; files that the database has by their path get the tags. Commits in batches that
@@ -19,6 +23,8 @@ private:
     /** False when duplicate management failed: then nothing more is to be told. */
     bool linkToFiles();
     bool addInBatches(const FileBatchRequest &all);
+    /** Ready to be stored, so that the database is not locked for them. */
+    std::shared_ptr<ThumbnailsAhead> readPictures(const QStringList &paths) const;
     bool linkTags(const QVector<qint64> &fileIds);
     QVector<qint64> matchedIds() const;
     void noteStandIns();
