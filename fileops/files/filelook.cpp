@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <sys/stat.h>
 
 FileLook FileLook::at(const QString &path)
@@ -13,7 +14,9 @@ FileLook FileLook::at(const char *path)
 {
     // A quarter of the price of QFileInfo, and a database may have a million files.
     struct stat status = {};
-    if (::stat(path, &status) != 0 || !S_ISREG(status.st_mode))
+    if (::stat(path, &status) != 0)
+        return {false, 0, 0, errno != ENOENT && errno != ENOTDIR};
+    if (!S_ISREG(status.st_mode))
         return {};
     return {true, status.st_size, status.st_mtime};
 }

@@ -9,7 +9,8 @@ struct FileLook
 {
     bool isThere = false; ///< there is a regular file
     qint64 size = 0;
-    qint64 modified = 0; ///< whole seconds since 1970, rounded down
+    qint64 modified = 0;   ///< whole seconds since 1970, rounded down
+    bool isHidden = false; ///< it may be there, but may not be looked at, or its disk fails
 
     static FileLook at(const QString &path);
     /** The same with the bytes of the path as the system has it. */

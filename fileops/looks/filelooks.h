@@ -13,6 +13,9 @@ struct AnsweredLook
 {
     bool isAnswered = false; ///< false: its disk does not answer, or nobody wanted to wait any more
     FileLook look;
+
+    /** False as well where nothing is known. */
+    bool isAbsent() const { return isAnswered && !look.isThere && !look.isHidden; }
 };
 
 /**

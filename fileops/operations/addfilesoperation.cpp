@@ -9,6 +9,16 @@
 
 #include <QDebug>
 
+namespace {
+FileOperation transferOf(const QVector<qint64> &fileIds)
+{
+    FileOperation transfer;
+    transfer.type = FileOperationType::TransferFilesOperation;
+    transfer.fileIds = fileIds;
+    return transfer;
+}
+} // namespace
+
 AddFilesOperation::AddFilesOperation(FileOperationWorker &worker, const FileOperation &request)
     : AddOperation(worker, request, FileOperationType::AddFilesOperation)
 {
@@ -51,6 +61,9 @@ bool AddFilesOperation::addFilesToDB()
     if (finish(transaction, added + found + linkMatchedFiles(batch))) {
         if (!found.isEmpty())
             emit m_worker.present(found);
+        // Who has files copied into the database may delete them on the disk afterwards.
+        if (!found.isEmpty() && batch.kind == FileKind::internal)
+            m_worker.enqueue(transferOf(found));
         m_worker.report().setDone(added.size(), batch.paths.size());
         LeftOutFiles leftOut = expansion.leftOut();
         leftOut.unreadable += unread;

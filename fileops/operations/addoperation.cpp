@@ -70,8 +70,12 @@ void AddOperation::settleMissingPlaces()
         return;
     Transaction transaction(m_worker, m_worker.connectionName());
     const QVector<qint64> found = transaction.isActive() ? fillMissingPlaces() : QVector<qint64>();
-    if (found.isEmpty() || !mayCommit() || !transaction.commit())
+    if (found.isEmpty() || !mayCommit() || !transaction.commit()) {
+        // The report says what is, not what was tried.
+        for (DuplicateMatch &match : m_duplicates.contentMatches)
+            match.fillsMissingPlace = false;
         return;
+    }
     emit m_worker.updatedFiles(found);
     emit m_worker.present(found);
 }

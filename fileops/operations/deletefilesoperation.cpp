@@ -81,7 +81,7 @@ bool DeleteFilesOperation::isInPlace(qint64 fileId)
     const QVector<AnsweredLook> looks = FileLooks::at(places, [this] { return m_worker.shouldEnd(); });
     // Nor is what a disk does not say.
     return std::any_of(looks.cbegin(), looks.cend(),
-                       [](const AnsweredLook &found) { return !found.isAnswered || found.look.isThere; });
+                       [](const AnsweredLook &found) { return !found.isAbsent(); });
 }
 
 bool DeleteFilesOperation::removeContentsOf(qint64 fileId, int internal, qint64 size, qint64 storageId)
