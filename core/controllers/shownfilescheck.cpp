@@ -8,17 +8,27 @@
 #include <algorithm>
 #include <iterator>
 
+namespace {
+constexpr int retryMilliseconds = 10000;
+}
+
 ShownFilesCheck::ShownFilesCheck(DatabaseManger *manager, const FileFilterModel *shown, QObject *parent)
     : QObject(parent), m_manager(manager), m_shown(shown)
 {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &ShownFilesCheck::run);
+    if (!m_manager)
+        return;
+    connect(m_manager, &DatabaseManger::updateMissedFiles, this, &ShownFilesCheck::forgetMissing);
+    connect(m_manager, &DatabaseManger::filesRemoved, this, &ShownFilesCheck::forgetMissing);
+    connect(m_manager, &DatabaseManger::checkBrokenOff, this, [this] { m_timer.start(retryMilliseconds); });
 }
 
 void ShownFilesCheck::start()
 {
     if (!m_manager)
         return;
+    forgetMissing();
     m_manager->endChecks();
     if (isPaused())
         m_isDue = true;
@@ -71,8 +81,13 @@ bool ShownFilesCheck::hasMissingFiles() const
 {
     if (!m_manager)
         return false;
-    const QSet<qint64> &missing = m_manager->missingFiles();
-    return std::any_of(missing.cbegin(), missing.cend(), [this](qint64 fileId) { return isShown(fileId); });
+    // Each change of the selection asks, and a disk that is gone may have held a million files.
+    if (!m_hasMissing) {
+        const QSet<qint64> &missing = m_manager->missingFiles();
+        m_hasMissing =
+            std::any_of(missing.cbegin(), missing.cend(), [this](qint64 fileId) { return isShown(fileId); });
+    }
+    return *m_hasMissing;
 }
 
 void ShownFilesCheck::run()

@@ -4,13 +4,16 @@
 #include <QTimer>
 #include <QVector>
 
+#include <optional>
+
 class DatabaseManger;
 class FileFilterModel;
 
 /**
  * Has the external files that are shown looked at, whenever others come into view: their paths are mended,
  * and the manager finds out which are missing or changed. All of it goes on behind the event that asked for
- * it, and ends when the next one does. Belongs to the controller of the files. GUI thread.
+ * it, and ends when the next one does; one that a lock or a cancel broke off is made up for. Belongs to the
+ * controller of the files. GUI thread.
  */
 class ShownFilesCheck : public QObject
 {
@@ -35,12 +38,14 @@ public:
 
 private:
     bool isShown(qint64 fileId) const;
+    void forgetMissing() { m_hasMissing.reset(); }
     void run();
     QVector<qint64> shownExternalFiles() const;
 
     DatabaseManger *m_manager;
     const FileFilterModel *m_shown;
     QTimer m_timer;
+    mutable std::optional<bool> m_hasMissing; ///< null until it is asked for
     int m_pauses = 0;
     bool m_isDue = false; ///< after the pause
 };

@@ -209,6 +209,7 @@ void DatabaseManger::connectFileNews()
     connect(files, &Source::duplicatesReady, this, &DatabaseManger::duplicatesReady);
     connect(files, &Source::additionSettled, this, &DatabaseManger::additionSettled);
     connect(files, &Source::filesModified, this, &DatabaseManger::filesModified);
+    connect(files, &Source::checkBrokenOff, this, &DatabaseManger::checkBrokenOff);
     connect(files, &Source::extractedTempFiles, this, &DatabaseManger::extractedTempFiles);
     connect(files, &Source::importNotification, this, &DatabaseManger::importNotification);
     connect(files, &Source::thumbnailsFailed, &m_errors, &ErrorTeller::tellThumbnailFailure);

@@ -384,6 +384,8 @@ signals:
     void filesModified(QVector<qint64> fileIds, DeletedFileRepresentations deletedFiles);
     /** Files that are missing now and were not, or the other way round. */
     void updateMissedFiles(QVector<qint64> fileIds);
+    /** Something else ended a check; it may be asked for anew. */
+    void checkBrokenOff();
     void importNotification(QList<ShellFile> files);
     void aboutToReloadAllData();
     void allDataReloaded();

@@ -59,6 +59,8 @@ CheckExternalFilesOperation::CheckExternalFilesOperation(FileOperationWorker &wo
     : m_worker(worker), m_rest(request)
 {
     m_rest.fileIds = ascending(m_rest.fileIds);
+    if (!m_rest.modifiedFiles)
+        m_rest.modifiedFiles = std::make_shared<QMap<qint64, QString>>();
     RefreshedContents::of(worker);
 }
 
@@ -69,10 +71,13 @@ void CheckExternalFilesOperation::run()
         treatModified();
     if (m_worker.shouldEnd())
         qDebug("CheckExternalFilesOperation::run() - stopped! Exiting.");
-    else if (!m_rest.fileIds.isEmpty() || !m_rest.modifiedFiles.isEmpty())
+    else if (!m_rest.fileIds.isEmpty() || !m_rest.modifiedFiles->isEmpty())
         m_worker.postpone(m_rest);
     if (m_worker.isConnectionLost())
         return;
+    const bool isBrokenOff = m_worker.hasMetLock() || (m_worker.isCanceled() && !m_worker.isOutdated());
+    if (m_rest.givesWay && isBrokenOff && !m_worker.isStopped())
+        emit m_worker.checkBrokenOff();
     forgetErrors();
     m_worker.setPatient(true);
 }
@@ -107,7 +112,7 @@ void CheckExternalFilesOperation::lookAtFiles()
         QHash<qint64, QString> modified;
         outwaitLock([&] { modified = checker.check(m_rest.fileIds.mid(done, filesInSlice), m_worker); });
         for (auto it = modified.cbegin(); it != modified.cend(); ++it)
-            m_rest.modifiedFiles.insert(it.key(), it.value());
+            m_rest.modifiedFiles->insert(it.key(), it.value());
         done += filesInSlice;
     } while (done < m_rest.fileIds.size() && mayGoOn() && !m_worker.hasQueued());
     // What could not be read is no rest: it would be met again and again.
@@ -116,16 +121,17 @@ void CheckExternalFilesOperation::lookAtFiles()
 
 void CheckExternalFilesOperation::treatModified()
 {
+    QMap<qint64, QString> &modified = *m_rest.modifiedFiles;
     if (m_rest.marksOnly)
-        m_rest.modifiedFiles.clear();
+        modified.clear();
     ModifiedFileReader reader(m_worker);
-    while (!m_rest.modifiedFiles.isEmpty()) {
+    while (!modified.isEmpty()) {
         ModifiedFileList files;
         bool isRead = false;
         if (mayGoOn())
-            outwaitLock([&] { isRead = reader.read(m_rest.modifiedFiles, files); });
+            outwaitLock([&] { isRead = reader.read(modified, files); });
         if (!isRead || !treat(files))
-            m_rest.modifiedFiles.clear();
+            modified.clear();
         else if (m_worker.hasQueued())
             return;
     }

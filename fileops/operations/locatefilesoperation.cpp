@@ -4,6 +4,7 @@
 #include "db/sql/transaction.h"
 #include "fileops/contents/externalpaths.h"
 #include "fileops/looks/filelooks.h"
+#include "fileops/operations/storedpaths.h"
 #include "fileops/worker/fileoperationworker.h"
 
 namespace {
@@ -35,21 +36,24 @@ bool LocateFilesOperation::writeSlice(int first, int last)
 {
     const auto isUnwanted = [this] { return m_worker.shouldEnd(); };
     // Not while the database is locked.
-    const QVector<AnsweredLook> looks =
-        FileLooks::at(QStringList(m_request.paths.mid(first, last - first)), isUnwanted);
+    const QStringList paths = m_request.paths.mid(first, last - first);
+    const QVector<AnsweredLook> looks = FileLooks::at(paths, isUnwanted);
     Transaction transaction(m_worker, m_worker.connectionName());
-    if (!transaction.isActive())
+    QHash<QString, qint64> stored;
+    if (!transaction.isActive() || !StoredPaths::read(m_worker, paths, stored))
         return false;
     QVector<qint64> written;
     for (int i = first; i < last; ++i) {
         if (m_worker.shouldEnd() || m_worker.isSavepointLost() || m_worker.isConnectionLost())
             break;
         reportProgress(i);
-        if (!looks.value(i - first).look.isThere)
+        // Another record may have come by the file since it was found, as a linked folder brings them in.
+        const qint64 fileId = m_request.fileIds.at(i);
+        if (!looks.value(i - first).look.isThere || stored.value(m_request.paths.value(i), fileId) != fileId)
             continue;
         Savepoint savepoint(m_worker);
         if (savepoint.isActive() && writeFile(i) && savepoint.release())
-            written.append(m_request.fileIds.at(i));
+            written.append(fileId);
     }
     if (written.isEmpty())
         return !m_worker.report().hasErrors();

@@ -86,6 +86,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::duplicatesReady, this, &Provider::duplicatesReady);
     connect(m_worker, &Worker::autoLinked, this, &Provider::autoLinked);
     connect(m_worker, &Worker::filesModified, this, &Provider::filesModified);
+    connect(m_worker, &Worker::checkBrokenOff, this, &Provider::checkBrokenOff, queued);
     connect(m_worker, &Worker::noLongerPresent, this, &Provider::noLongerPresent);
     connect(m_worker, &Worker::present, this, &Provider::present);
     connect(m_worker, &Worker::importNotification, this, &Provider::importNotification);

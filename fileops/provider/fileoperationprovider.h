@@ -115,6 +115,7 @@ signals:
     void additionSettled(QStringList texts, bool areStored);
     void autoLinked(AutoLinkOutcome outcome);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
+    void checkBrokenOff();
     void noLongerPresent(QVector<qint64> ids);
     void present(QVector<qint64> ids);
     void importNotification(QList<ShellFile> files);

@@ -10,8 +10,6 @@
 
 #include <QDir>
 
-#include <algorithm>
-
 namespace {
 constexpr int filesAtOnce = 2000;
 constexpr int filesInGroup = 64;
@@ -45,7 +43,7 @@ QStringList pathsOf(const ModifiedFileList &files)
 }
 } // namespace
 
-bool ModifiedFileReader::read(QHash<qint64, QString> &paths, ModifiedFileList &files)
+bool ModifiedFileReader::read(QMap<qint64, QString> &paths, ModifiedFileList &files)
 {
     ModifiedFileList found;
     if (!readRows(paths, found))
@@ -62,11 +60,12 @@ bool ModifiedFileReader::read(QHash<qint64, QString> &paths, ModifiedFileList &f
     return !m_worker.shouldEnd();
 }
 
-bool ModifiedFileReader::readRows(QHash<qint64, QString> &paths, ModifiedFileList &files)
+bool ModifiedFileReader::readRows(QMap<qint64, QString> &paths, ModifiedFileList &files)
 {
-    QVector<qint64> ids = paths.keys().toVector();
-    std::sort(ids.begin(), ids.end());
-    ids = ids.mid(0, filesAtOnce);
+    // Not the keys of all: there may be a million, and they are come back to for each few thousand.
+    QVector<qint64> ids;
+    for (auto path = paths.cbegin(); path != paths.cend() && ids.size() < filesAtOnce; ++path)
+        ids.append(path.key());
     const AbstractQueryConstructor &sql = *m_worker.constructor();
     const QStringList columns = {QStringLiteral("file_id"),       QStringLiteral("id_code"),
                                  QStringLiteral("data_checksum"), QStringLiteral("thumbnail_id"),

@@ -2,7 +2,7 @@
 
 #include "fileops/tracking/modifiedfile.h"
 
-#include <QHash>
+#include <QMap>
 
 class FileOperationWorker;
 
@@ -17,10 +17,10 @@ public:
      * for the worker. One that is gone, cannot be read, or is being written to is left out: a later check
      * comes to it. False when their rows could not be read, and on a stop.
      */
-    bool read(QHash<qint64, QString> &paths, ModifiedFileList &files);
+    bool read(QMap<qint64, QString> &paths, ModifiedFileList &files);
 
 private:
-    bool readRows(QHash<qint64, QString> &paths, ModifiedFileList &files);
+    bool readRows(QMap<qint64, QString> &paths, ModifiedFileList &files);
     /** Those of the first files that are read together: many small ones, or a large one. */
     ModifiedFileList groupFrom(const ModifiedFileList &files) const;
     /** False when it was put off, as others wait. */

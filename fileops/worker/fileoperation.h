@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 #include <QHash>
+#include <QMap>
 #include <QMetaType>
 #include <QPair>
 #include <QSet>
@@ -61,10 +62,11 @@ struct FileOperation
     bool importsShell = false; ///< metadata only, of files that both sides have
     ImportOptions importOptions;
 
-    bool givesWay = false;                ///< a check: a later one that does, too, takes its place
-    bool marksOnly = false;               ///< a check that writes nothing
-    bool onlyMissing = false;             ///< a deletion that spares files that are in their places again
-    QHash<qint64, QString> modifiedFiles; ///< what a check had found changed when it was put off
+    bool givesWay = false;    ///< a check: a later one that does, too, takes its place
+    bool marksOnly = false;   ///< a check that writes nothing
+    bool onlyMissing = false; ///< a deletion that spares files that are in their places again
+    /** Paths of what a check has found changed by ids; shared by its parts, as there may be a million. */
+    std::shared_ptr<QMap<qint64, QString>> modifiedFiles;
 
     bool notifyDuplicates = false;            ///< automatic adds only
     qint64 requestId = 0;                     ///< of those, for who asked

@@ -128,6 +128,9 @@ signals:
     /** After finishedOpration, whatever came of it. */
     void autoLinked(AutoLinkOutcome outcome);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);
+    /** A lock or a cancel ended a check that gives way; it is no rest of its own, and may be asked for anew.
+     */
+    void checkBrokenOff();
     void noLongerPresent(QVector<qint64> ids);
     void present(QVector<qint64> ids);
     void importNotification(QList<ShellFile> files);

@@ -142,7 +142,9 @@ void FileLocationDialog::locateFileFromItem(QListWidgetItem *item)
     }
     m_chosen.insert(fileId, path);
     m_found.remove(fileId);
-    showRemaining();
+    // The others keep their places under the hand.
+    delete item;
+    showCounts();
 }
 
 bool FileLocationDialog::isTaken(const QString &path, qint64 fileId) const
@@ -200,6 +202,11 @@ void FileLocationDialog::showRemaining()
         auto *item = new QListWidgetItem(ShownText::cut(path), m_ui->missingFiles);
         item->setData(Qt::UserRole, fileId);
     }
+    showCounts();
+}
+
+void FileLocationDialog::showCounts()
+{
     m_ui->foundLabel->setText(tr("Found: %1 of %2.")
                                   .arg(QLocale().toString(m_chosen.size() + m_found.size()),
                                        QLocale().toString(m_missingIds.size())));

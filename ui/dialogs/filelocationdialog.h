@@ -51,6 +51,7 @@ private:
     bool isStillMeant(qint64 fileId) const;
     QVector<qint64> remaining() const;
     void showRemaining();
+    void showCounts();
     void updateButtons();
 
     std::unique_ptr<Ui::FileLocationDialog> m_ui;
