@@ -1,15 +1,21 @@
 #include "fileops/operations/locatefilesoperation.h"
 
 #include "core/records/filekind.h"
+#include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/transaction.h"
 #include "fileops/contents/externalpaths.h"
 #include "fileops/looks/filelooks.h"
-#include "fileops/operations/storedpaths.h"
 #include "fileops/worker/fileoperationworker.h"
+
+#include <QThread>
 
 namespace {
 // The window takes in what a slice has changed without a stop.
 constexpr int filesInSlice = 500;
+// Each waits for some seconds by itself.
+constexpr int mostTries = 15;
+constexpr int pauseMilliseconds = 200;
+constexpr int pathsInQuestion = 5000;
 } // namespace
 
 LocateFilesOperation::LocateFilesOperation(FileOperationWorker &worker, const FileOperation &request)
@@ -20,8 +26,9 @@ LocateFilesOperation::LocateFilesOperation(FileOperationWorker &worker, const Fi
 void LocateFilesOperation::run()
 {
     const int count = m_request.fileIds.size();
+    readOwners();
     for (int first = 0; first < count && !m_worker.shouldEnd(); first += filesInSlice) {
-        if (!writeSlice(first, qMin(first + filesInSlice, count)))
+        if (!outwaitLock(first, qMin(first + filesInSlice, count)))
             break;
     }
     m_worker.report().setDone(m_located.size(), count);
@@ -32,6 +39,37 @@ void LocateFilesOperation::run()
         m_worker.enqueue(check);
 }
 
+void LocateFilesOperation::readOwners()
+{
+    const AbstractQueryConstructor &sql = *m_worker.constructor();
+    for (int from = 0; from < m_request.paths.size() && !m_worker.shouldEnd(); from += pathsInQuestion) {
+        TableData rows;
+        // One walk for many, as no index knows paths.
+        m_worker.runAsync(
+            QStringLiteral("SELECT path,file_id FROM files,file_paths WHERE path_id=storage_id AND "
+                           "internal=0 AND ") +
+                sql.inClause(QStringLiteral("path"), m_request.paths.mid(from, pathsInQuestion)) +
+                sql.statementEnd(),
+            rows);
+        for (const TableRowData *row : qAsConst(rows))
+            m_owners.insert(row->at(0).toString(), row->at(1).toLongLong());
+        freeRows(rows);
+    }
+}
+
+bool LocateFilesOperation::outwaitLock(int first, int last)
+{
+    for (int tries = 1; !writeSlice(first, last); ++tries) {
+        const bool hasFailed = m_worker.report().hasErrors() && !m_worker.hasMetLock();
+        if (tries == mostTries || m_worker.shouldEnd() || hasFailed)
+            return false;
+        // What others have written is being read by the window: the codes say which files are meant still.
+        QThread::msleep(pauseMilliseconds);
+        m_worker.report().begin(m_request.type);
+    }
+    return true;
+}
+
 bool LocateFilesOperation::writeSlice(int first, int last)
 {
     const auto isUnwanted = [this] { return m_worker.shouldEnd(); };
@@ -39,8 +77,7 @@ bool LocateFilesOperation::writeSlice(int first, int last)
     const QStringList paths = m_request.paths.mid(first, last - first);
     const QVector<AnsweredLook> looks = FileLooks::at(paths, isUnwanted);
     Transaction transaction(m_worker, m_worker.connectionName());
-    QHash<QString, qint64> stored;
-    if (!transaction.isActive() || !StoredPaths::read(m_worker, paths, stored))
+    if (!transaction.isActive())
         return false;
     QVector<qint64> written;
     for (int i = first; i < last; ++i) {
@@ -49,7 +86,8 @@ bool LocateFilesOperation::writeSlice(int first, int last)
         reportProgress(i);
         // Another record may have come by the file since it was found, as a linked folder brings them in.
         const qint64 fileId = m_request.fileIds.at(i);
-        if (!looks.value(i - first).look.isThere || stored.value(m_request.paths.value(i), fileId) != fileId)
+        if (!looks.value(i - first).look.isThere ||
+            m_owners.value(m_request.paths.value(i), fileId) != fileId)
             continue;
         Savepoint savepoint(m_worker);
         if (savepoint.isActive() && writeFile(i) && savepoint.release())

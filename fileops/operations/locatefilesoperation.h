@@ -3,6 +3,7 @@
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/progressthrottle.h"
 
+#include <QHash>
 #include <QVector>
 
 class FileOperationWorker;
@@ -20,6 +21,12 @@ public:
     void run();
 
 private:
+    void readOwners();
+    /**
+     * Writes a slice again and again while others hold the database or have just written to it: somebody may
+     * have chosen each file by hand. A cancel ends it.
+     */
+    bool outwaitLock(int first, int last);
     /** False when what follows would fail, too. */
     bool writeSlice(int first, int last);
     bool writeFile(int index);
@@ -28,5 +35,6 @@ private:
     FileOperationWorker &m_worker;
     const FileOperation &m_request;
     ProgressThrottle m_progress;
+    QHash<QString, qint64> m_owners; ///< the files that have one of the new places
     QVector<qint64> m_located;
 };
