@@ -1,5 +1,6 @@
 #include "app/settings/windowsettings.h"
 #include "core/records/file.h"
+#include "core/records/filekind.h"
 #include "tests/support/localcollection.h"
 #include "ui/dialogs/browsingtreetagsdialog.h"
 #include "ui/dialogs/propertiesdialog.h"
@@ -53,6 +54,18 @@ private slots:
              {textOf(dock, "nameLabel"), dock.findChild<QLabel *>("nameLabel"_s)->toolTip(),
               properties.findChild<QTextEdit *>()->toPlainText()})
             QVERIFY(shown.contains(QLatin1String("xxx")) && shown.size() < 12000);
+        SharedFacts shared;
+        dock.setSharedFacts([&shared] { return shared; });
+        shared = {3, tagIds, FileKind::external};
+        dock.selectFile(id);
+        QCOMPARE(textOf(dock, "nameLabel"), "3 files selected"_s);
+        QCOMPARE(textOf(dock, "tagsLabel"), "Green, Red"_s);
+        QVERIFY(!textOf(dock, "kindLabel").isEmpty());
+        shared = {3, {}, -1};
+        dock.selectFile(id);
+        QCOMPARE(textOf(dock, "tagsLabel"), "none in common"_s);
+        QCOMPARE(textOf(dock, "kindLabel"), QString());
+        shared = {1, {}, -1};
         dock.selectFile(99999);
         QCOMPARE(textOf(dock, "nameLabel"), "No file selected"_s);
         dock.selectFile(id);

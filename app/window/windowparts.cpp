@@ -56,6 +56,7 @@ WindowParts::WindowParts(QMainWindow *window)
     new DockTabBars(window);
     connect(m_files, &MainFilesView::statusTextChanged, m_status, &StatusLine::setText);
     connect(m_files, &MainFilesView::fileSelected, m_metadataDock, &MetaInfoDock::selectFile);
+    m_metadataDock->setSharedFacts([this] { return m_files->selectedFiles().shared(); });
     // Questions come when the drag has ended.
     connect(m_externalFilesDock, &ExternalFilesDock::filesDropped, m_files,
             &MainFilesView::extractFilesInFolder, Qt::QueuedConnection);

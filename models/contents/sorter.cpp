@@ -63,6 +63,17 @@ int Sorter::kindAt(int row) const
     return m_filter->contents()->fileIndex().kinds()[m_filter->contentsRow(m_rows.sourceRow(row))];
 }
 
+void Sorter::keepTagsOf(int row, QVector<qint64> &tagIds) const
+{
+    const FileIndex &index = m_filter->contents()->fileIndex();
+    const FileIndex::TagNumbers tags = index.tagsAt(m_filter->contentsRow(m_rows.sourceRow(row)));
+    const auto isLacking = [&](qint64 tagId) {
+        const int number = index.tagNumber(tagId);
+        return number < 0 || std::find(tags.begin(), tags.end(), static_cast<quint32>(number)) == tags.end();
+    };
+    tagIds.erase(std::remove_if(tagIds.begin(), tagIds.end(), isLacking), tagIds.end());
+}
+
 QModelIndex Sorter::indexOf(qint64 fileId) const
 {
     const ContentsModel *contents = m_filter ? m_filter->contents() : nullptr;

@@ -29,9 +29,9 @@ constexpr int factColumn = 1;
 // A long word must not widen the dock.
 const QSizePolicy narrowable(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
-QString kindText(const File &file)
+QString kindText(int kind)
 {
-    switch (file.internal()) {
+    switch (kind) {
     case 0:
         return MetaInfoDock::tr("Link to a file");
     case 1:
@@ -141,7 +141,10 @@ void MetaInfoDock::refresh()
         const ContentsModel *model = m_controller->contentsModel();
         file = model->fileAt(model->rowOf(m_fileId));
     }
-    if (file)
+    const SharedFacts shared = file && m_sharedFacts ? m_sharedFacts() : SharedFacts();
+    if (shared.count > 1)
+        showShared(shared);
+    else if (file)
         showFile(*file);
     else
         clear();
@@ -149,22 +152,38 @@ void MetaInfoDock::refresh()
 
 void MetaInfoDock::showFile(const File &file)
 {
-    QFont bold = font();
-    bold.setBold(true);
-    m_name->setFont(bold);
-    m_name->setForegroundRole(QPalette::WindowText);
-    m_name->setText(ShownText::cut(file.name()));
-    m_name->setToolTip(ShownText::toolTip(file.name()));
+    setName(file.name());
     const bool isHyperlink = file.internal() == FileKind::hyperlink;
     const QString names = tagNames(file.tags());
     setFact(m_tags, names.isEmpty() ? tr("none") : names);
     setFact(m_description, file.description());
-    setFact(m_kind, kindText(file));
+    setFact(m_kind, kindText(file.internal()));
     setFact(m_size, isHyperlink ? QString() : sizeText(file.size()));
     setFact(m_modified, isHyperlink ? QString() : dateText(file.modificationDate()));
     setFact(m_added, dateText(file.additionDate()));
     setFact(m_idCode, file.idCode());
     m_facts->show();
+}
+
+void MetaInfoDock::showShared(const SharedFacts &facts)
+{
+    setName(tr("%Ln files selected", nullptr, facts.count));
+    const QString names = tagNames(facts.tagIds);
+    setFact(m_tags, names.isEmpty() ? tr("none in common") : names);
+    setFact(m_kind, facts.kind < 0 ? QString() : kindText(facts.kind));
+    for (QLabel *label : {m_description, m_size, m_modified, m_added, m_idCode})
+        setFact(label, QString());
+    m_facts->show();
+}
+
+void MetaInfoDock::setName(const QString &name)
+{
+    QFont bold = font();
+    bold.setBold(true);
+    m_name->setFont(bold);
+    m_name->setForegroundRole(QPalette::WindowText);
+    m_name->setText(ShownText::cut(name));
+    m_name->setToolTip(ShownText::toolTip(name));
 }
 
 QString MetaInfoDock::tagNames(const QVector<qint64> &tagIds) const

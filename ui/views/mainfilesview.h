@@ -56,6 +56,9 @@ public:
     /** Lets the previewers take over what the user has just set. */
     void readSettings();
 
+    /** For one use: it borrows the records. */
+    SelectedFiles selectedFiles() const;
+
 signals:
     /** The first of the files that have been selected; 0 when none is any more. */
     void fileSelected(qlonglong fileId);
@@ -114,7 +117,6 @@ private:
     bool isWritable() const;
     /** Null outside the rows. */
     const File *fileAt(const QModelIndex &index) const;
-    SelectedFiles selectedFiles() const;
     void updateStatusText();
     void updateEmptyText();
     void followRequirements();

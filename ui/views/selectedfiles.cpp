@@ -88,6 +88,25 @@ QVector<qint64> SelectedFiles::ids() const
     return ids;
 }
 
+SharedFacts SelectedFiles::shared() const
+{
+    SharedFacts shared;
+    const File *firstFile = first();
+    if (!firstFile)
+        return shared;
+    shared.count = count();
+    shared.tagIds = firstFile->tags();
+    shared.kind = firstFile->internal();
+    forEachRow([&](int row) {
+        if (!shared.tagIds.isEmpty())
+            m_sorter->keepTagsOf(row, shared.tagIds);
+        if (shared.kind != m_sorter->kindAt(row))
+            shared.kind = -1;
+        return !shared.tagIds.isEmpty() || shared.kind >= 0;
+    });
+    return shared;
+}
+
 template <typename Predicate>
 bool SelectedFiles::hasKind(Predicate isWanted) const
 {

@@ -8,6 +8,14 @@ class File;
 class QItemSelectionModel;
 class Sorter;
 
+/** What selected files have in common. */
+struct SharedFacts
+{
+    int count = 0;
+    QVector<qint64> tagIds; ///< that each of them has
+    int kind = -1;          ///< -1 where they are of different ones
+};
+
 /**
  * Reads the selection of a file view, of which rows are selected whole. Made for one use: the records that it
  * hands out are borrowed from the cache.
@@ -28,6 +36,8 @@ public:
     const File *first() const;
     QVector<const File *> all() const;
     QVector<qint64> ids() const;
+    /** Without the records, as there may be a million; ends at the row from which on nothing is shared. */
+    SharedFacts shared() const;
     bool areAllInternal() const;
     bool hasHyperlink() const;
     /** Missing are the files that are not in their places; none are given where that does not matter. */
