@@ -122,7 +122,7 @@ private slots:
         all.nodes->loadNodes({});
         all.nodes->removeNodes({});
         all.nodes->removeLinks({});
-        all.nodes->updateParent({}, 0);
+        all.nodes->updateParents({});
         all.relations.addPaths(QString(), {});
         all.relations.removeByTags({}, {});
         all.relations.removePaths({});

@@ -139,13 +139,23 @@ bool BrowsTreeProvider::updateNode(qint64 id, const QString &column, const QStri
     return true;
 }
 
-bool BrowsTreeProvider::updateParent(const QVector<qint64> &ids, qint64 parentId)
+bool BrowsTreeProvider::updateParents(const QVector<QPair<qint64, QVector<qint64>>> &moves)
 {
-    if (ids.isEmpty())
-        return true;
-    if (!writeParent(ids, parentId))
+    QStringList pairs;
+    for (const auto &[parentId, childIds] : moves) {
+        for (const qint64 childId : childIds)
+            pairs.append(QStringLiteral("(%1,%2)").arg(childId).arg(parentId));
+    }
+    // A statement each would take seconds for thousands of nodes that all get a parent of their own.
+    const QString statement = QStringLiteral("UPDATE tb_node_links SET parent_id=moves.column2 "
+                                             "FROM (VALUES %1) AS moves WHERE child_id=moves.column1");
+    const auto write = [&](const QStringList &part) {
+        return runSync(statement.arg(part.join(QLatin1Char(','))) + constructor()->statementEnd());
+    };
+    if (!Chunks::forEach(pairs, Chunks::idsPerStatement, write))
         return false;
-    announce([this, ids, parentId] { emit nodeParentUpdated(ids, parentId); });
+    for (const auto &move : moves)
+        announce([this, move] { emit nodeParentUpdated(move.second, move.first); });
     return true;
 }
 

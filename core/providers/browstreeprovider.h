@@ -46,7 +46,8 @@ public:
      */
     virtual bool removeNodes(const QVector<qint64> &ids);
     virtual bool updateNode(qint64 id, const QString &column, const QString &value);
-    virtual bool updateParent(const QVector<qint64> &ids, qint64 parentId);
+    /** Parents with the nodes that move below them; all or none only within a transaction. */
+    virtual bool updateParents(const QVector<QPair<qint64, QVector<qint64>>> &moves);
 
     virtual void loadAutolinks();
     virtual bool addAutolink(const QString &path, const QString &relPath, const QString &linkId);

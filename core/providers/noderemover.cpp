@@ -26,11 +26,8 @@ bool NodeRemover::run(const NodeRemovalPlan &plan)
 
 bool NodeRemover::removeNodes(const NodeRemovalPlan &plan)
 {
-    for (const QPair<qint64, QVector<qint64>> &move : plan.newParents) {
-        if (!m_nodes.updateParent(move.second, move.first))
-            return false;
-    }
-    return m_nodes.removeNodes(plan.removedNodeIds) && m_nodes.removeLinks(plan.removedNodeIds) &&
+    return m_nodes.updateParents(plan.newParents) && m_nodes.removeNodes(plan.removedNodeIds) &&
+           m_nodes.removeLinks(plan.removedNodeIds) &&
            removeWhere(QStringLiteral("tb_nodes_autolinks"), QStringLiteral("node_id"),
                        plan.removedNodeIds) &&
            removeWhere(QStringLiteral("tb_autolinks"), QStringLiteral("link_id"), plan.removedAutolinks);

@@ -10,6 +10,7 @@ namespace {
 constexpr int mostFiles = 5000;
 constexpr int mostTags = 5000;
 constexpr int mostPairs = 20000;
+constexpr int rowsAtOnce = 512;
 
 // By rising ids, which is the order of the key.
 QString linkText(const QVector<qint64> &fileIds, const QVector<qint64> &tagIds)
@@ -83,13 +84,11 @@ bool TagWriter::writeProduct(const QVector<qint64> &fileIds, const QVector<qint6
 
 bool TagWriter::run(const QString &statement, Files files)
 {
-    TableData pairs;
-    if (!m_provider.runSync(statement, pairs, m_connectionName))
-        return false;
-    for (const TableRowData *pair : qAsConst(pairs))
-        (changeOf(pair->at(1).toLongLong()).*files).append(pair->at(0).toLongLong());
-    freeRows(pairs);
-    return true;
+    const auto note = [this, files](const TableData &pairs) {
+        for (const TableRowData *pair : pairs)
+            (changeOf(pair->at(1).toLongLong()).*files).append(pair->at(0).toLongLong());
+    };
+    return m_provider.runSyncInSlices(statement, rowsAtOnce, note, SliceKey(), m_connectionName);
 }
 
 TagChange &TagWriter::changeOf(qint64 tagId)

@@ -193,9 +193,9 @@ QSqlQuery *BaseDBProvider::preparedQuery(const QString &statement, const QString
 }
 
 bool BaseDBProvider::runSyncInSlices(const QString &query, int sliceRows, const SliceTaker &take,
-                                     const SliceKey &key)
+                                     const SliceKey &key, const QString &connectionName)
 {
-    const QSqlDatabase database = openConnection(QString());
+    const QSqlDatabase database = openConnection(connectionName);
     if (!database.isOpen()) {
         loseConnection();
         return false;
@@ -237,6 +237,7 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
 bool BaseDBProvider::executeForwardOnly(QSqlQuery &statement, const QString &query)
 {
     statement.setForwardOnly(true);
+    ReadBound::beginStatement(query.size());
     return statement.exec(query);
 }
 

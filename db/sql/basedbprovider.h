@@ -68,7 +68,7 @@ public:
      * be ordered by that key. True when all rows were handed on.
      */
     bool runSyncInSlices(const QString &query, int sliceRows, const SliceTaker &take,
-                         const SliceKey &key = SliceKey());
+                         const SliceKey &key = SliceKey(), const QString &connectionName = QString());
     /**
      * The rows of `query` LEFT JOIN `linksQuery`, handed on in the same way, at a third of the price: a
      * driver fetches every column of every joined row, here each side is read once. Both results are ordered
