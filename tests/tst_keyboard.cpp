@@ -158,7 +158,9 @@ private slots:
         fixture.window().show();
         QVERIFY(QTest::qWaitForWindowActive(&fixture.window()));
         QCOMPARE(nameless(&fixture.window()).join(QLatin1Char(',')), QString());
+        const QWidget *focus = QApplication::focusWidget();
         QTest::keyClick(&fixture.window(), Qt::Key_F10);
+        QCOMPARE(QApplication::focusWidget(), focus);
         QMenuBar *menus = fixture.window().menuBar();
         QTRY_COMPARE(menus->activeAction(), menus->actions().constFirst());
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);

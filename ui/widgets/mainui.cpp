@@ -57,10 +57,9 @@ MainUi::MainUi(QMainWindow *window)
 
     // Not all desktops give this key to the menus by themselves.
     auto *toMenus = new QShortcut(QKeySequence(Qt::Key_F10), window);
-    QObject::connect(toMenus, &QShortcut::activated, bar, [bar] {
-        bar->setFocus(Qt::MenuBarFocusReason);
-        bar->setActiveAction(bar->actions().constFirst());
-    });
+    // The focus stays where it is: the menu gives the keys back to it.
+    QObject::connect(toMenus, &QShortcut::activated, bar,
+                     [bar] { bar->setActiveAction(bar->actions().constFirst()); });
 
     tagFilterBar = addBar(window, tr("Tag Filter"), "TagFilterBar");
     tagToolsBar = addBar(window, tr("Tag tools"), "TagToolsBar");
