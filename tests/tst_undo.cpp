@@ -212,6 +212,51 @@ private slots:
         manager->reloadAllData();
         QCOMPARE(stateOf(manager), states.constLast());
     }
+
+    void whatAnotherFileHasByNowIsLeftToIt()
+    {
+        LocalManager manager(makeTestDatabase());
+        manager.addFiles(3);
+        UndoHistory &history = *historyOf(manager);
+        const QSignalSpy lost(&history, &UndoHistory::fellShort);
+        const qint64 tag = manager->addTag("Letters"_s);
+        QVERIFY(manager->linkTags({1, 2, 3}, {tag}));
+        QVERIFY(manager.run("UPDATE files SET id_code='other' WHERE file_id=2"));
+        manager->reloadAllData();
+        history.undo();
+        QCOMPARE(Sql::value("SELECT file_id FROM file_tag"), "2"_s);
+        QCOMPARE(lost.size(), 1);
+        // It is in use, so it stays.
+        history.undo();
+        QCOMPARE(manager->tagName(tag), "Letters"_s);
+        QCOMPARE(lost.size(), 2);
+    }
+
+    void readOnlyDatabaseTakesNothingBack()
+    {
+        LocalManager manager(makeTestDatabase());
+        UndoHistory &history = *historyOf(manager, false);
+        const qint64 tag = manager->addTag("Letters"_s);
+        history.undo();
+        QVERIFY(manager->hasTag(tag) && history.canUndo());
+    }
+
+    void severalEditsAreOneStep()
+    {
+        LocalManager manager(makeTestDatabase());
+        UndoHistory &history = *historyOf(manager);
+        const QByteArray before = stateOf(manager);
+        {
+            const UndoScope scope(&history, "all of it"_s);
+            const qint64 tag = manager->addTag("Letters"_s);
+            manager->addNodeBelow(tag, 0);
+            manager->renameTag(tag, "Post"_s);
+        }
+        QCOMPARE(history.undoText(), "all of it"_s);
+        history.undo();
+        QCOMPARE(stateOf(manager), before);
+        QVERIFY(!history.canUndo());
+    }
 };
 
 QTEST_GUILESS_MAIN(TestUndo)

@@ -11,8 +11,10 @@ constexpr int newsMilliseconds = 6000;
 constexpr int happenedMilliseconds = 8000;
 } // namespace
 
-StatusLine::StatusLine(QStatusBar *bar) : QObject(bar), m_bar(bar), m_happened(new QLabel(bar))
+StatusLine::StatusLine(QStatusBar *bar)
+    : QObject(bar), m_bar(bar), m_happened(new QLabel(bar)), m_sizes(new QLabel(bar))
 {
+    m_sizes->setObjectName(QStringLiteral("sizesLabel"));
     m_happened->setObjectName(QStringLiteral("happenedLabel"));
     // A name of others is no markup.
     m_happened->setTextFormat(Qt::PlainText);
@@ -43,6 +45,16 @@ void StatusLine::tellNews(const NewsCount &count)
         return;
     m_news = textOf(count);
     m_bar->showMessage(m_news, newsMilliseconds);
+}
+
+void StatusLine::takePlace()
+{
+    m_bar->addPermanentWidget(m_sizes);
+}
+
+void StatusLine::setSizes(const QString &text)
+{
+    m_sizes->setText(text);
 }
 
 void StatusLine::tell(const QString &text)

@@ -18,10 +18,15 @@ class StatusLine : public QObject
 public:
     explicit StatusLine(QStatusBar *bar);
 
+    /** After what else has a place in the status bar. */
+    void takePlace();
+
     static QString textOf(const NewsCount &count);
 
 public slots:
     void setText(const QString &text);
+    /** Of what is selected or shown, at the right end. */
+    void setSizes(const QString &text);
     void tellNews(const NewsCount &count);
     /** What has just been done, for some seconds, to the right of the text. */
     void tell(const QString &text);
@@ -31,5 +36,6 @@ private:
     QString m_text;
     QString m_news;
     QLabel *m_happened;
+    QLabel *m_sizes;
     QTimer m_happenedTime;
 };

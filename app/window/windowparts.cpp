@@ -55,6 +55,7 @@ WindowParts::WindowParts(QMainWindow *window)
     m_browsingDock->setObjectName(QStringLiteral("BrowsingTreeDock"));
     new DockTabBars(window);
     connect(m_files, &MainFilesView::statusTextChanged, m_status, &StatusLine::setText);
+    connect(m_files, &MainFilesView::sizesChanged, m_status, &StatusLine::setSizes);
     connect(m_files, &MainFilesView::fileSelected, m_metadataDock, &MetaInfoDock::selectFile);
     m_metadataDock->setSharedFacts([this] { return m_files->selectedFiles().shared(); });
     // Questions come when the drag has ended.
@@ -68,6 +69,7 @@ void WindowParts::takePlaces(MainUi &ui)
     m_tagsDock->takePlaces(ui);
     m_relationsDock->takePlaces(ui);
     m_browsingDock->takePlaces(ui);
+    m_status->takePlace();
     ui.viewMenu->addSeparator();
     for (const QDockWidget *dock : docks())
         ui.viewMenu->addAction(dock->toggleViewAction());

@@ -400,6 +400,16 @@ void BrowsTreeController::reloadSorting()
     m_sorterModel->setSorting(ViewSettings::nodeSortingType(), &m_manualOrder);
 }
 
+void BrowsTreeController::setManualOrder(const QVariant &value)
+{
+    forgetDeletedNodes();
+    emit aboutToMoveBranches();
+    m_manualOrder = value.value<ManualNodesSorter>();
+    m_sorterModel->invalidate();
+    storeOrder();
+    emit branchesMoved();
+}
+
 void BrowsTreeController::storeOrder()
 {
     QMap<qint64, QList<qint64>> order;

@@ -97,6 +97,10 @@ public:
     /** Reads the way of sorting anew and applies it. */
     void reloadSorting();
 
+    /** The order by hand, as a value of its sorter, and back. */
+    QVariant manualOrder() const { return QVariant::fromValue(m_manualOrder); }
+    void setManualOrder(const QVariant &order);
+
     TBtreeModel *model() const { return m_model; }
     /** What a view shows: the tree in its order. */
     BrTreeSorterModel *sorterModel() const { return m_sorterModel; }

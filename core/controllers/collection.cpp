@@ -15,6 +15,7 @@
 #include "db/sql/connections.h"
 #include "db/sql/postgresqueryconstructor.h"
 #include "db/sql/sqlitequeryconstructor.h"
+#include "models/trees/brtreesortermodel.h"
 
 #include <QTimer>
 
@@ -59,6 +60,19 @@ void Collection::makeHistory()
 {
     m_history = new UndoHistory(
         m_manager, [this] { return m_tagsController->mayEdit(); }, this);
+    const QString order = QStringLiteral("node order");
+    BrowsTreeController *nodes = m_browsTreeController;
+    m_history->keptState().add(order, {{UndoTable::Nodes, UndoTable::NodeLinks},
+                                       [nodes] { return nodes->manualOrder(); },
+                                       [nodes](const QVariant &value) { nodes->setManualOrder(value); }});
+    connect(nodes->sorterModel(), &BrTreeSorterModel::orderChanged, m_history,
+            [this, order] { m_history->keptChanged(order, tr("Move the node"), tr("The node moved")); });
+    GroupsController *groups = m_groupsController;
+    m_history->keptState().add(
+        QStringLiteral("tabs"),
+        {{UndoTable::Groups},
+         [groups] { return QVariant::fromValue(groups->tabOrder()); },
+         [groups](const QVariant &value) { groups->bringTabsBack(value.value<QList<int>>()); }});
     connect(m_history, &UndoHistory::happened, this, &Collection::happened);
     connect(m_history, &UndoHistory::fellShort, this, &Collection::showTempWarning);
 }
@@ -77,6 +91,7 @@ void Collection::connectManager()
     connect(m_manager, &DatabaseManger::aboutToReloadAllData, this, &Collection::aboutToReloadAllData);
     connect(m_manager, &DatabaseManger::allDataReloaded, this, &Collection::allDataReloaded);
     connect(m_manager, &DatabaseManger::loadingProgress, this, &Collection::loadingProgress);
+    connect(m_manager, &DatabaseManger::nodesMade, this, &Collection::nodesMade);
     connect(m_manager, &DatabaseManger::filesRead, this, &Collection::filesRead);
 }
 

@@ -101,6 +101,8 @@ signals:
     void showInformation(QString title, QString text);
     /** What an edit came to, in one sentence. */
     void happened(const QString &text);
+    /** Nodes were made out of folders that were added. */
+    void nodesMade(const QVector<qint64> &nodeIds);
     void duplicatesReady(PresentableDuplicates duplicates);
     void importNotification(QList<ShellFile> files);
     /** What others changed has been taken in. */

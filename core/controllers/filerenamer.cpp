@@ -1,6 +1,5 @@
 #include "core/controllers/filerenamer.h"
 
-#include "core/controllers/filerenaming.h"
 #include "core/controllers/miscoperationthread.h"
 #include "core/prompts/userprompts.h"
 #include "core/records/file.h"
@@ -8,6 +7,7 @@
 #include "db/manager/databasemanger.h"
 #include "fileops/adding/hyperlinkcheck.h"
 #include "fileops/files/filenames.h"
+#include "fileops/files/filerenaming.h"
 
 #include <QFileInfo>
 #include <QPointer>

@@ -148,6 +148,12 @@ void GroupsController::setTabOrder(const QList<int> &groupIds)
     collection()->settings()->setTagGroupOrder(groupIds);
 }
 
+void GroupsController::bringTabsBack(const QList<int> &groupIds)
+{
+    setTabOrder(groupIds);
+    restoreTabs();
+}
+
 int GroupsController::currentTab() const
 {
     return collection()->settings()->tagGroupIndex();

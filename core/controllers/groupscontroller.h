@@ -44,6 +44,8 @@ public:
     void restoreTabs();
     QList<int> tabOrder() const;
     void setTabOrder(const QList<int> &groupIds);
+    /** The same with the tabs of groups that came back. */
+    void bringTabsBack(const QList<int> &groupIds);
     int currentTab() const;
     void setCurrentTab(int index);
 

@@ -1,5 +1,7 @@
 #include "core/undo/undohistory.h"
 
+#include "core/undo/gonerecords.h"
+#include "core/undo/renamedfiles.h"
 #include "db/manager/databasemanger.h"
 
 #include <QScopedValueRollback>
@@ -10,62 +12,84 @@
 class UndoHistory::Step : public QUndoCommand
 {
 public:
-    Step(const EditStep &step, const Kept &before) : QUndoCommand(step.name), m_step(step), m_before(before)
+    Step(const EditStep &step, qint64 number, const QStringList &keepers, const KeptState::Values &before)
+        : QUndoCommand(step.name), m_step(step), m_number(number), m_keepers(keepers), m_before(before)
     {
     }
 
     const EditStep &step() const { return m_step; }
-    /** What the settings had before it, and after it once it has been taken back. */
-    Kept &kept(bool isUndo) { return isUndo ? m_before : m_after; }
+    qint64 number() const { return m_number; }
+    const QStringList &keepers() const { return m_keepers; }
+    /** What the keepers had before it, and after it once it has been taken back. */
+    KeptState::Values &kept(bool isBefore) { return isBefore ? m_before : m_after; }
 
 private:
     EditStep m_step;
-    Kept m_before;
-    Kept m_after;
+    qint64 m_number;
+    QStringList m_keepers;
+    KeptState::Values m_before;
+    KeptState::Values m_after;
 };
 
 UndoHistory::UndoHistory(DatabaseManger *manager, const std::function<bool()> &mayEdit, QObject *parent)
     : QObject(parent), m_manager(manager), m_mayEdit(mayEdit)
 {
+    const auto namedFiles = [this] {
+        QSet<qint64> ids;
+        for (int i = 0; i < m_steps.count(); ++i) {
+            for (const ChangeSet &edit : static_cast<const Step *>(m_steps.command(i))->step().edits) {
+                for (const TagLinks &links : edit.links)
+                    ids += QSet<qint64>(links.fileIds.cbegin(), links.fileIds.cend());
+            }
+        }
+        return ids;
+    };
+    m_gone = new GoneRecords(manager, namedFiles, this);
     m_steps.setUndoLimit(mostSteps);
     connect(manager, &DatabaseManger::aboutToEdit, this, &UndoHistory::noteState);
     connect(manager, &DatabaseManger::edited, this, &UndoHistory::add);
+    // Refused, failed or canceled, when it has not been told by then.
+    connect(
+        manager, &DatabaseManger::finishedAddingFiles, this, [this] { m_awaited = Nothing; },
+        Qt::QueuedConnection);
+    const auto readKept = [this] { m_keptBefore = m_kept.read(); };
+    connect(manager, &DatabaseManger::browsingNodeLoaded, this, readKept);
     connect(&m_steps, &QUndoStack::indexChanged, this, &UndoHistory::changed);
 }
 
-void UndoHistory::addKeeper(const QString &name, const Keeper &keeper)
+UndoHistory::~UndoHistory()
 {
-    m_keepers.insert(name, keeper);
+    // It tells of its end, to which nobody listens any more.
+    m_steps.disconnect(this);
 }
 
 void UndoHistory::setMostSteps(int steps)
 {
     m_steps.clear();
+    m_gone->clear();
     m_steps.setUndoLimit(steps);
-}
-
-UndoHistory::Kept UndoHistory::read() const
-{
-    Kept kept;
-    for (auto keeper = m_keepers.cbegin(); keeper != m_keepers.cend(); ++keeper)
-        kept.insert(keeper.key(), keeper->read());
-    return kept;
 }
 
 void UndoHistory::noteState()
 {
+    m_gone->editBegins();
     if (!m_isReplaying)
-        m_keptBefore = read();
+        m_keptBefore = m_kept.read();
 }
 
 void UndoHistory::add(const EditStep &step)
 {
+    m_gone->editEnded(m_isReplaying || !step.edits.isEmpty());
     if (m_isReplaying)
         return;
+    if (m_awaited != Nothing && !step.edits.isEmpty()) {
+        move(std::exchange(m_awaited, Nothing) == Undoing);
+        return;
+    }
     if (!step.outcome.isEmpty())
         emit happened(step.outcome);
     if (m_scopes == 0) {
-        push(step);
+        push(step, m_kept.keepersOf(step));
         return;
     }
     if (m_scopeStep.edits.isEmpty())
@@ -75,10 +99,21 @@ void UndoHistory::add(const EditStep &step)
     m_scopeStep.edits += step.edits;
 }
 
-void UndoHistory::push(const EditStep &step)
+void UndoHistory::keptChanged(const QString &keeper, const QString &name, const QString &outcome)
 {
-    if (!step.edits.isEmpty())
-        m_steps.push(new Step(step, m_keptBefore));
+    if (m_isReplaying)
+        return;
+    EditStep step;
+    step.name = name;
+    push(step, {keeper});
+    emit happened(outcome);
+}
+
+void UndoHistory::push(const EditStep &step, const QStringList &keepers)
+{
+    if (!step.edits.isEmpty() || !keepers.isEmpty())
+        m_steps.push(new Step(step, m_gone->nextStep(), keepers, m_keptBefore));
+    m_keptBefore = m_kept.read();
 }
 
 void UndoHistory::openScope(const QString &name)
@@ -93,20 +128,58 @@ void UndoHistory::closeScope()
 {
     if (--m_scopes > 0)
         return;
+    const EditStep step = std::exchange(m_scopeStep, {});
+    if (step.edits.isEmpty())
+        return;
     m_keptBefore = m_keptBeforeScope;
-    push(std::exchange(m_scopeStep, {}));
+    push(step, m_kept.keepersOf(step));
 }
 
 void UndoHistory::undo()
 {
     if (canUndo() && run(m_steps.index() - 1, true))
-        m_steps.undo();
+        move(true);
 }
 
 void UndoHistory::redo()
 {
     if (canRedo() && run(m_steps.index(), false))
+        move(false);
+}
+
+void UndoHistory::move(bool isUndo)
+{
+    const QString name = isUndo ? undoText() : redoText();
+    if (isUndo)
+        m_steps.undo();
+    else
         m_steps.redo();
+    emit happened((isUndo ? tr("Undone: %1") : tr("Done again: %1")).arg(name));
+}
+
+bool UndoHistory::isWholesale(const EditStep &step) const
+{
+    qint64 pairs = 0;
+    for (const ChangeSet &edit : step.edits) {
+        if (!edit.rows.isEmpty())
+            return false;
+        for (const TagLinks &links : edit.links)
+            pairs += links.fileIds.size();
+    }
+    return pairs > FileEdits::mostPairsAtOnce();
+}
+
+bool UndoHistory::requestLinks(const EditStep &step, bool isUndo)
+{
+    QMap<qint64, TagChange> changes;
+    for (const ChangeSet &edit : step.edits) {
+        for (const TagLinks &links : edit.links) {
+            TagChange &change = changes[links.tagId];
+            change.tagId = links.tagId;
+            (links.areAdded == isUndo ? change.unlinked : change.linked) += links.fileIds;
+        }
+    }
+    return m_manager->changeTags(changes.values().toVector());
 }
 
 bool UndoHistory::run(int index, bool isUndo)
@@ -118,24 +191,31 @@ bool UndoHistory::run(int index, bool isUndo)
     auto *step = static_cast<Step *>(const_cast<QUndoCommand *>(m_steps.command(index)));
     const QScopedValueRollback<bool> replaying(m_isReplaying, true);
     ReplayLosses losses;
-    const Kept now = read();
-    if (!m_manager->replay(step->step(), isUndo, losses))
+    ReplayLosses gone;
+    const EditStep living = m_gone->living(step->step(), step->number(), gone.files, gone.tags);
+    // Of several edits each would undo what the other needs; a scope has few links.
+    if (isWholesale(living) && living.edits.size() == 1) {
+        m_awaited = requestLinks(living, isUndo) ? (isUndo ? Undoing : Redoing) : Nothing;
         return false;
+    }
+    RenamedFiles names(*m_manager);
+    const QString reason = names.rename(living, isUndo);
+    if (!reason.isEmpty()) {
+        emit fellShort(isUndo ? tr("Undo") : tr("Redo"), reason);
+        return false;
+    }
+    const KeptState::Values now = m_kept.read();
+    if (!living.edits.isEmpty() && !m_manager->replay(living, isUndo, losses))
+        return false;
+    names.keep();
     step->kept(!isUndo) = now;
-    giveBack(step->kept(isUndo));
-    emit happened((isUndo ? tr("Undone: %1") : tr("Done again: %1")).arg(step->step().name));
+    m_kept.write(step->kept(isUndo), step->keepers());
+    m_keptBefore = m_kept.read();
+    losses.files += gone.files;
+    losses.tags += gone.tags;
     if (!losses.isEmpty())
         tellLosses(losses, isUndo);
     return true;
-}
-
-void UndoHistory::giveBack(const Kept &kept)
-{
-    for (auto value = kept.cbegin(); value != kept.cend(); ++value) {
-        const auto keeper = m_keepers.constFind(value.key());
-        if (keeper != m_keepers.cend())
-            keeper->write(value.value());
-    }
 }
 
 void UndoHistory::tellLosses(const ReplayLosses &losses, bool isUndo)

@@ -1,19 +1,20 @@
 #pragma once
 
+#include "core/undo/keptstate.h"
 #include "db/undo/changeset.h"
 
-#include <QHash>
 #include <QObject>
 #include <QUndoStack>
 
 #include <functional>
 
 class DatabaseManger;
+class GoneRecords;
 struct ReplayLosses;
 
 /**
  * The edits of the open database that can be taken back and done again, the last ones first. What an edit
- * changes comes from the manager; what the settings keep of it, such as the order of nodes, from whoever
+ * changes comes from the manager; what is kept beside the database, such as the order of nodes, from whoever
  * keeps that. Owned by the collection. GUI thread.
  */
 class UndoHistory : public QObject
@@ -25,15 +26,11 @@ public:
 
     /** The gate of all edits. */
     UndoHistory(DatabaseManger *manager, const std::function<bool()> &mayEdit, QObject *parent);
+    ~UndoHistory() override;
 
-    /** What the database does not hold, to be given back with a step that changed it. */
-    struct Keeper
-    {
-        std::function<QVariant()> read;
-        std::function<void(const QVariant &)> write;
-    };
-    void addKeeper(const QString &name, const Keeper &keeper);
-    void removeKeeper(const QString &name) { m_keepers.remove(name); }
+    KeptState &keptState() { return m_kept; }
+    /** What a keeper has was changed by itself: a step with this name gives it back. */
+    void keptChanged(const QString &keeper, const QString &name, const QString &outcome);
 
     bool canUndo() const { return m_steps.canUndo(); }
     bool canRedo() const { return m_steps.canRedo(); }
@@ -42,7 +39,6 @@ public:
     QString redoText() const { return m_steps.redoText(); }
     /** For tests; forgets all steps. */
     void setMostSteps(int steps);
-    void clear() { m_steps.clear(); }
 
 public slots:
     void undo();
@@ -59,27 +55,30 @@ signals:
 private:
     friend class UndoScope;
     class Step;
-    using Kept = QHash<QString, QVariant>;
 
     void noteState();
     void add(const EditStep &step);
-    void push(const EditStep &step);
+    void push(const EditStep &step, const QStringList &keepers);
     bool run(int index, bool isUndo);
-    void giveBack(const Kept &kept);
     void tellLosses(const ReplayLosses &losses, bool isUndo);
-    Kept read() const;
+    bool isWholesale(const EditStep &step) const;
+    bool requestLinks(const EditStep &step, bool isUndo);
+    void move(bool isUndo);
     void openScope(const QString &name);
     void closeScope();
 
     DatabaseManger *m_manager;
     std::function<bool()> m_mayEdit;
+    KeptState m_kept;
+    GoneRecords *m_gone;
     QUndoStack m_steps;
-    QHash<QString, Keeper> m_keepers;
-    Kept m_keptBefore; ///< the edit that is running
+    KeptState::Values m_keptBefore; ///< the edit that is running, or whatever comes next
     bool m_isReplaying = false;
+    enum Awaited { Nothing, Undoing, Redoing };
+    Awaited m_awaited = Nothing; ///< from the worker
     int m_scopes = 0;
     EditStep m_scopeStep;
-    Kept m_keptBeforeScope;
+    KeptState::Values m_keptBeforeScope;
 };
 
 /** As long as it lives, all edits are gathered into one step. On the stack; the history outlives it. */

@@ -181,11 +181,18 @@ void DatabaseManger::connectFileOperations()
     connect(files, &Source::tagsChanged, &m_tagMerges, &TagMerges::add);
     connect(files, &Source::tagsChanged, this, &DatabaseManger::refreshModificationDate);
     connect(files, &Source::tagsChanged, this, &DatabaseManger::filesRetagged);
-    connect(files, &Source::tagsChanged, this, [this](const TagChanges &done) {
+    const auto tell = [this](const std::function<void(EditNotes)> &note) {
         EditRecord record;
-        EditNotes(record, m_records).linksDone(done);
+        note({record, m_records});
         emit aboutToEdit();
         emit edited(record.take());
+    };
+    connect(files, &Source::tagsChanged, this,
+            [tell](const TagChanges &done) { tell([&](EditNotes notes) { notes.linksDone(done); }); });
+    connect(files, &Source::added, this, [this, tell](const AdditionOutcome &outcome) {
+        tell([&](EditNotes notes) { notes.filesAdded(outcome); });
+        if (!outcome.nodes.isEmpty())
+            emit nodesMade(outcome.nodes);
     });
     connect(files, &Source::filesRemoved, this, [this](const QVector<qint64> &ids) {
         m_thumbnailCache->remove(ids);

@@ -363,6 +363,8 @@ signals:
     void fileTagsSettled();
     /** The worker has stored these, and nothing else that it was asked for. */
     void filesRetagged(const TagChanges &done);
+    /** Nodes were made out of folders. */
+    void nodesMade(const QVector<qint64> &nodeIds);
     void relatshipsNodeLoaded(const Vector<QPair<QString, TRnode *>> &nodes);
     void addedRelatshipsNodes(const Vector<QPair<QString, TRnode *>> &nodes);
     /** The image stays the thumbnail cache's; null when it is to be asked for anew. */

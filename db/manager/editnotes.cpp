@@ -7,6 +7,7 @@
 #include "core/records/groupitem.h"
 #include "core/records/tbnode.h"
 #include "db/manager/recordkeeper.h"
+#include "fileops/worker/additionoutcome.h"
 
 #include <QLocale>
 #include <QSet>
@@ -125,6 +126,18 @@ void EditNotes::tellLinks(const QVector<qint64> &linked, const QVector<qint64> &
                                 : (files == 1 ? tr("%1 tags removed from 1 file")
                                               : tr("%1 tags removed from %Ln files", nullptr, files))
                                       .arg(count));
+}
+
+void EditNotes::filesAdded(const AdditionOutcome &outcome)
+{
+    linksDone(outcome.matchedTags);
+    const int files = outcome.added;
+    const int known = outcome.alreadyThere;
+    const QString added = files == 1 ? tr("1 file added") : tr("%Ln files added", nullptr, files);
+    const QString there =
+        known == 1 ? tr("1 was there already") : tr("%Ln were there already", nullptr, known);
+    m_record.setOutcome(known == 0 ? added
+                                   : tr("%1, %2", "1 file added, 2 were there already").arg(added, there));
 }
 
 void EditNotes::tagsMade(const QVector<qint64> &tagIds)

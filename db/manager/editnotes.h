@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 class RecordKeeper;
+struct AdditionOutcome;
 struct NodeRemovalPlan;
 
 /**
@@ -43,6 +44,8 @@ public:
     // Once the ids are known.
     /** The same with what was really changed. */
     int linksDone(const TagChanges &changes);
+    /** Added files are no step; what they gave to others by their contents is. */
+    void filesAdded(const AdditionOutcome &outcome);
     void tagsMade(const QVector<qint64> &tagIds);
     void tagAdded(const QString &name, int files);
     void groupAdded(qint64 groupId, const QString &name);

@@ -27,8 +27,10 @@ EditResult EditRunner::run(int reload, const EditBase &base, const std::function
     EditRunHost::EditEnd end = EditRunHost::Again;
     m_host.editBegins();
     for (int i = 0; i < mostTries && end == EditRunHost::Again; ++i) {
-        if (!m_host.beginEdit(base))
+        if (!m_host.beginEdit(base)) {
+            m_host.editEnded({});
             return {};
+        }
         wasBusy = m_errors.runInSilence([&] {
             m_record.begin();
             result = edit();
@@ -46,8 +48,7 @@ EditResult EditRunner::run(int reload, const EditBase &base, const std::function
     else if (wasBusy)
         m_loads.keep(reload, result.reloadIds);
     m_host.refreshModificationDate();
-    if (result.isDone)
-        m_host.editEnded(m_record.take());
+    m_host.editEnded(result.isDone ? m_record.take() : EditStep());
     return result;
 }
 

@@ -83,6 +83,7 @@ bool ChangeReplay::run(const ChangeSet &changes)
     m_current.clear();
     m_rows.clear();
     m_there.clear();
+    m_taken.clear();
     m_pathsThere.clear();
     if (!readCurrent(changes))
         return false;
@@ -110,10 +111,13 @@ void ChangeReplay::judge(const RowChange &change)
 {
     const RowImage &named = isInsertion(change) ? change.after : change.before;
     const RowImage row = m_current[change.table].rows.value(keyOf(change.table, change.columns, named));
-    if (agrees(change, row, change.before))
+    if (agrees(change, row, change.before)) {
         m_rows.append(&change);
-    else if (!agrees(change, row, change.after))
+    } else if (!agrees(change, row, change.after)) {
         lose(change);
+        if (isInsertion(change))
+            m_taken[change.table].insert(change.id(infoOf(change.table).keyColumns.constFirst()));
+    }
 }
 
 void ChangeReplay::lose(const RowChange &change)
@@ -211,6 +215,8 @@ bool ChangeReplay::dropUnfounded()
 {
     if (!readNamed())
         return false;
+    for (auto taken = m_taken.cbegin(); taken != m_taken.cend(); ++taken)
+        m_there[taken.key()] -= taken.value();
     for (const RowChange *change : qAsConst(m_rows)) {
         const qint64 id = change->id(infoOf(change->table).keyColumns.constFirst());
         if (change->table == UndoTable::Relations && isInsertion(*change))

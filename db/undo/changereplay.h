@@ -74,6 +74,7 @@ private:
     QMap<UndoTable, RowImages> m_current;
     Rows m_rows;                           ///< those that are to be written
     QMap<UndoTable, QSet<qint64>> m_there; ///< of the rows that are named, those that are there
+    QMap<UndoTable, QSet<qint64>> m_taken; ///< keys that something else has got meanwhile
     QSet<QString> m_pathsThere;
     QHash<qint64, int> m_unlinked; ///< from each tag; the records count these files still
     ReplayLosses m_losses;

@@ -22,6 +22,7 @@ void EditRecord::begin()
     m_changes = {};
     m_step = {};
     m_isForgotten = false;
+    m_isTold = false;
 }
 
 bool EditRecord::watch(UndoTable table, const QString &column, const QStringList &values)
@@ -96,9 +97,9 @@ bool EditRecord::finish()
 EditStep EditRecord::take()
 {
     EditStep step;
-    if (!m_changes.isEmpty()) {
+    if (!m_changes.isEmpty() || m_isTold) {
         step = m_step;
-        if (!m_isForgotten)
+        if (!m_isForgotten && !m_changes.isEmpty())
             step.edits.append(m_changes);
     }
     begin();

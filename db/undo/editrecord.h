@@ -24,6 +24,12 @@ public:
     void addLinks(const TagLinks &links);
     /** The name and the outcome of the step, whole texts. */
     void setWords(const QString &name, const QString &outcome);
+    /** What is told though nothing, or not all of it, can be taken back. */
+    void setOutcome(const QString &outcome)
+    {
+        m_step.outcome = outcome;
+        m_isTold = true;
+    }
     /** The edit that is running cannot be taken back. */
     void forget() { m_isForgotten = true; }
     /** Reads what the edit left; false when that failed, and the edit cannot be taken back then. */
@@ -46,4 +52,5 @@ private:
     ChangeSet m_changes;
     EditStep m_step;
     bool m_isForgotten = false;
+    bool m_isTold = false;
 };

@@ -49,6 +49,7 @@ bool AddFileListOperation::addFilesToDB()
     m_worker.report().setDone(added.size(), m_request.paths.size());
     if (!added.isEmpty())
         emit m_worker.updatedFiles(added);
+    tellAdded(added.size());
     LeftOutFiles leftOut;
     leftOut.unreadable = m_unread;
     tellLeftOut(leftOut);

@@ -65,6 +65,7 @@ bool AddFilesOperation::addFilesToDB()
         if (!found.isEmpty() && batch.kind == FileKind::internal)
             m_worker.enqueue(transferOf(found));
         m_worker.report().setDone(added.size(), batch.paths.size());
+        tellAdded(added.size(), m_newNodes);
         LeftOutFiles leftOut = expansion.leftOut();
         leftOut.unreadable += unread;
         tellLeftOut(leftOut);

@@ -54,6 +54,7 @@ bool AddHyperlinksOperation::addHyperlinksToDB()
         m_worker.report().setDone(added.size(), batch.paths.size());
         if (!added.isEmpty() || !linked.isEmpty())
             emit m_worker.updatedFiles(added + linked);
+        tellAdded(added.size());
     }
     return true;
 }

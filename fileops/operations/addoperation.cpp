@@ -51,8 +51,10 @@ QVector<qint64> AddOperation::linkMatchedFiles(const FileBatchRequest &batch)
                 !savepoint.release())
                 continue;
             linked.append(file.fileId);
-            for (const qint64 tagId : qAsConst(newTags))
+            for (const qint64 tagId : qAsConst(newTags)) {
                 usedTags.insert(tagId);
+                m_matchedTags[tagId].append(file.fileId);
+            }
         }
     }
     m_duplicates.matchedTagIds = TagLinker::sortedOnce(usedTags.values().toVector());
@@ -128,6 +130,18 @@ void AddOperation::tellLeftOut(const LeftOutFiles &leftOut)
     const QString text = leftOut.text();
     if (!text.isEmpty())
         emit m_worker.error(text, FileOperationWorker::tr("Files left out"));
+}
+
+void AddOperation::tellAdded(int files, const QVector<qint64> &nodes)
+{
+    AdditionOutcome outcome;
+    outcome.added = files;
+    outcome.nodes = nodes;
+    for (const DuplicateMatch &match : qAsConst(m_duplicates.contentMatches))
+        outcome.alreadyThere += match.addedFiles.size();
+    for (auto tag = m_matchedTags.begin(); tag != m_matchedTags.end(); ++tag)
+        outcome.matchedTags.append({tag.key(), TagLinker::sortedOnce(*tag), {}});
+    emit m_worker.added(outcome);
 }
 
 bool AddOperation::mayCommit() const

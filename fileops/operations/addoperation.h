@@ -4,6 +4,8 @@
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/presentableduplicates.h"
 
+#include <QMap>
+
 class FileOperationWorker;
 struct LeftOutFiles;
 
@@ -36,6 +38,8 @@ protected:
     void tellLeftOut(const LeftOutFiles &leftOut);
     /** Neither stopped nor cancelled, and the transaction is what it should be. */
     bool mayCommit() const;
+    /** Tells what has been stored. */
+    void tellAdded(int files, const QVector<qint64> &nodes = {});
     /** From here on no progress is told. */
     void setSilent(bool isSilent) { m_isSilent = isSilent; }
     bool isSilent() const { return m_isSilent; }
@@ -49,4 +53,5 @@ protected:
 
 private:
     bool m_isSilent = false;
+    QMap<qint64, QVector<qint64>> m_matchedTags; ///< files that got a tag, as they had its contents
 };

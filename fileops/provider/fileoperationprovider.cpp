@@ -83,6 +83,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::remadeAllThumbnails, this, &Provider::remadeAllThumbnails, queued);
     connect(m_worker, &Worker::extractedTempFiles, this, &Provider::extractedTempFiles, queued);
     connect(m_worker, &Worker::additionSettled, this, &Provider::additionSettled);
+    connect(m_worker, &Worker::added, this, &Provider::added, queued);
     connect(m_worker, &Worker::duplicatesReady, this, &Provider::duplicatesReady);
     connect(m_worker, &Worker::autoLinked, this, &Provider::autoLinked);
     connect(m_worker, &Worker::filesModified, this, &Provider::filesModified);

@@ -3,6 +3,7 @@
 #include "app/settings/dbdetails.h"
 #include "db/sql/basedbprovider.h"
 #include "fileops/files/shellfile.h"
+#include "fileops/worker/additionoutcome.h"
 #include "fileops/worker/autolinkoutcome.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "fileops/worker/fileoperation.h"
@@ -105,6 +106,8 @@ signals:
     void finishedFilesOperation();
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
+    /** An add is stored, and the news of its rows are out. */
+    void added(AdditionOutcome outcome);
     /** What is to be told of an operation that has finished. */
     void fellShort(OperationShortfall shortfall);
     /** Text, then title. */

@@ -3,6 +3,7 @@
 #include "core/tagging/tagchange.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
+#include "fileops/worker/additionoutcome.h"
 #include "fileops/worker/autolinkoutcome.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "fileops/worker/fileoperation.h"
@@ -24,6 +25,7 @@ void registerFileOperationTypes()
     qRegisterMetaType<PresentableDuplicates>("PresentableDuplicates");
     qRegisterMetaType<AutoLinkOutcome>("AutoLinkOutcome");
     qRegisterMetaType<DeletedFileRepresentations>("DeletedFileRepresentations");
+    qRegisterMetaType<AdditionOutcome>("AdditionOutcome");
     qRegisterMetaType<OperationShortfall>("OperationShortfall");
     qRegisterMetaType<QList<ShellFile>>("QList<ShellFile>");
 }

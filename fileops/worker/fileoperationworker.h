@@ -4,6 +4,7 @@
 #include "core/tagging/tagchange.h"
 #include "fileops/files/idcodegenerator.h"
 #include "fileops/files/shellfile.h"
+#include "fileops/worker/additionoutcome.h"
 #include "fileops/worker/autolinkoutcome.h"
 #include "fileops/worker/deletedfilerepresentations.h"
 #include "fileops/worker/fileoperation.h"
@@ -125,6 +126,8 @@ signals:
     void tagsChanged(TagChanges done);
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
+    /** After the news of its rows. */
+    void added(AdditionOutcome outcome);
     /** After finishedOpration, whatever came of it. */
     void autoLinked(AutoLinkOutcome outcome);
     void filesModified(QVector<qint64> ids, DeletedFileRepresentations deletedFiles);

@@ -229,14 +229,24 @@ const std::array<int, 256> &FileFilterModel::kindCounts() const
     if (m_areKindsKnown && m_kindsRevision == revision)
         return m_kindCounts;
     m_kindCounts.fill(0);
+    m_size = 0;
     if (m_contents) {
         const quint8 *kinds = m_contents->fileIndex().kinds();
-        for (const int row : m_rows)
+        const qint64 *sizes = m_contents->fileIndex().sizes();
+        for (const int row : m_rows) {
             ++m_kindCounts[kinds[row]];
+            m_size += sizes[row];
+        }
     }
     m_areKindsKnown = true;
     m_kindsRevision = revision;
     return m_kindCounts;
+}
+
+qint64 FileFilterModel::acceptedSize() const
+{
+    kindCounts();
+    return m_size;
 }
 
 const File *FileFilterModel::fileAt(int row) const

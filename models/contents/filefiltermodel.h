@@ -43,6 +43,8 @@ public:
     const QVector<qint64> &acceptedFiles() const;
     /** How many of them are of each kind, as FileIndex::kinds() has them. */
     const std::array<int, 256> &kindCounts() const;
+    /** The bytes of all of them. */
+    qint64 acceptedSize() const;
     const QVector<qint64> &dTags() const { return m_selection.dTags(); }
 
     /** The row of the ContentsModel behind a row here. */
@@ -99,6 +101,7 @@ private:
     mutable bool m_areAcceptedFilesKnown = false;
     mutable std::array<int, 256> m_kindCounts{};
     mutable bool m_areKindsKnown = false;
+    mutable qint64 m_size = 0;
     mutable quint64 m_kindsRevision = 0; // of the index, when they were counted
     bool m_isRemoving = false;           // between the two signals of a removal below
 };

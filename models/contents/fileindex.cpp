@@ -61,6 +61,7 @@ void FileIndex::reserve(int rows)
     m_ids.reserve(rows);
     m_kinds.reserve(size);
     m_additions.reserve(size);
+    m_sizes.reserve(size);
     m_tagStarts.reserve(size);
     m_tagCounts.reserve(size);
     m_tags.reserve(size * tagsPerGroup);
@@ -74,6 +75,7 @@ void FileIndex::append(const File &file)
     m_ids.append(file.id());
     m_kinds.push_back(kindOf(file));
     m_additions.push_back(file.additionSeconds());
+    m_sizes.push_back(file.size());
     m_tagStarts.push_back(appendScratch());
     m_tagCounts.push_back(static_cast<quint32>(m_scratch.size()));
     m_usedRoom += roomFor(m_scratch.size());
@@ -85,12 +87,14 @@ bool FileIndex::update(int row, const File &file)
 {
     const auto at = static_cast<size_t>(row);
     readTags(file.tagIds());
-    const bool isKindKept = m_kinds[at] == kindOf(file) && m_additions[at] == file.additionSeconds();
+    const bool isKindKept = m_kinds[at] == kindOf(file) && m_additions[at] == file.additionSeconds() &&
+                            m_sizes[at] == file.size();
     if (isKindKept && hasScratchTags(row))
         return false;
     countUses(row, -1);
     m_kinds[at] = kindOf(file);
     m_additions[at] = file.additionSeconds();
+    m_sizes[at] = file.size();
     const size_t oldRoom = roomFor(m_tagCounts[at]);
     const size_t newRoom = roomFor(m_scratch.size());
     m_usedRoom = m_usedRoom - oldRoom + newRoom;
@@ -116,6 +120,7 @@ void FileIndex::removeRows(const QVector<int> &rows)
     eraseAt(m_ids, rows);
     eraseAt(m_kinds, rows);
     eraseAt(m_additions, rows);
+    eraseAt(m_sizes, rows);
     eraseAt(m_tagStarts, rows);
     eraseAt(m_tagCounts, rows);
     m_rowsById.clear();

@@ -48,6 +48,8 @@ public:
     const quint8 *kinds() const { return m_kinds.data(); }
     /** Seconds since the epoch. */
     const qint64 *additions() const { return m_additions.data(); }
+    /** The sizes in bytes. */
+    const qint64 *sizes() const { return m_sizes.data(); }
     /** Where the tags of a row begin in tagNumbers(), and how many they are. */
     const quint32 *tagStarts() const { return m_tagStarts.data(); }
     const quint32 *tagCounts() const { return m_tagCounts.data(); }
@@ -93,6 +95,7 @@ private:
     QVector<qint64> m_ids;
     std::vector<quint8> m_kinds;
     std::vector<qint64> m_additions;
+    std::vector<qint64> m_sizes;
     std::vector<quint32> m_tagStarts;
     std::vector<quint32> m_tagCounts;
     // The tags of all rows; a row that got another list leaves its old one behind until the next clean-up.

@@ -58,6 +58,19 @@ bool Sorter::hasKind(const std::function<bool(int)> &isWanted, int firstRow, int
     return false;
 }
 
+qint64 Sorter::sizeOf(int firstRow, int lastRow) const
+{
+    if (firstRow > lastRow)
+        return 0;
+    if (firstRow == 0 && lastRow == rowCount() - 1)
+        return m_filter->acceptedSize();
+    const qint64 *sizes = m_filter->contents()->fileIndex().sizes();
+    qint64 size = 0;
+    for (int row = firstRow; row <= lastRow; ++row)
+        size += sizes[m_filter->contentsRow(m_rows.sourceRow(row))];
+    return size;
+}
+
 int Sorter::kindAt(int row) const
 {
     return m_filter->contents()->fileIndex().kinds()[m_filter->contentsRow(m_rows.sourceRow(row))];

@@ -49,6 +49,8 @@ public:
     /** Id and kind of a row that there is, without the record: a look at a million records is dear. */
     qint64 idAt(int row) const;
     int kindAt(int row) const;
+    /** The bytes of the files in these rows. */
+    qint64 sizeOf(int firstRow, int lastRow) const;
     /** Takes of some tags away those that the file in a row has not. */
     void keepTagsOf(int row, QVector<qint64> &tagIds) const;
     /** Whether a file in these rows is of a kind; at once for all of them, and when no shown file is. */

@@ -6,11 +6,13 @@
 #include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/records/nodetype.h"
+#include "core/undo/undohistory.h"
 #include "models/trees/treeroles.h"
 #include "ui/dialogs/autolinkdialog.h"
 #include "ui/docks/nodetyping.h"
 #include "ui/tagging/namesline.h"
 #include "ui/views/exportmenu.h"
+#include "ui/views/opennodes.h"
 #include "ui/views/tbtreeview.h"
 #include "ui/widgets/mainui.h"
 
@@ -95,7 +97,23 @@ QMenu *BrowsingTreeViewDock::makeLinkMenu()
 
 void BrowsingTreeViewDock::setController(BrowsTreeController *controller)
 {
+    const QString name = QStringLiteral("open nodes");
+    if (m_controller)
+        m_controller->collection()->history()->keptState().remove(name);
     m_controller = controller;
+    if (controller) {
+        controller->collection()->history()->keptState().add(
+            name,
+            {{UndoTable::Nodes},
+             [this] { return QVariant::fromValue(OpenNodes(*m_view, *m_controller->sorterModel()).ids()); },
+             [this](const QVariant &ids) {
+                 OpenNodes(*m_view, *m_controller->sorterModel()).open(ids.value<QVector<qint64>>());
+             }});
+        connect(controller->collection(), &Collection::nodesMade, m_view,
+                [this, controller](const QVector<qint64> &ids) {
+                    OpenNodes(*m_view, *controller->sorterModel()).openTo(ids);
+                });
+    }
     m_view->setController(controller);
     m_typing->setController(controller);
     m_exports->setController(controller ? controller->collection()->mainViewController() : nullptr);

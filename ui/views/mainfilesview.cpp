@@ -185,6 +185,7 @@ void MainFilesView::setController(MainViewController *controller)
     updateEmptyText();
     updateActionsAvailability();
     emit statusTextChanged(QString());
+    emit sizesChanged(QString());
 }
 
 void MainFilesView::connectModel()
@@ -306,6 +307,17 @@ void MainFilesView::updateStatusText()
         emit statusTextChanged(tr("%1 selected", nullptr, count).arg(QLocale().toString(count)));
     else
         emit statusTextChanged(total == 1 ? tr("1 file") : tr("%Ln files", nullptr, total));
+    tellSizes(count, total);
+}
+
+void MainFilesView::tellSizes(int selected, int total)
+{
+    const int files = selected > 0 ? selected : total;
+    const qint64 size = selected > 0 ? selectedFiles().size() : m_controller->sorter()->sizeOf(0, total - 1);
+    const QString count = files == 1 ? tr("1 file") : tr("%Ln files", nullptr, files);
+    emit sizesChanged(files == 0 ? QString()
+                                 //: a number of files and their size
+                                 : tr("%1, %2").arg(count, QLocale().formattedDataSize(size)));
 }
 
 void MainFilesView::updateEmptyText()

@@ -63,6 +63,8 @@ signals:
     /** The first of the files that have been selected; 0 when none is any more. */
     void fileSelected(qlonglong fileId);
     void statusTextChanged(QString text);
+    /** How many files are selected, or shown where none is, and how large they are; empty without any. */
+    void sizesChanged(QString text);
 
 public slots:
     void updateActionsAvailability();
@@ -118,6 +120,7 @@ private:
     /** Null outside the rows. */
     const File *fileAt(const QModelIndex &index) const;
     void updateStatusText();
+    void tellSizes(int selected, int total);
     void updateEmptyText();
     void followRequirements();
     void followSearch();

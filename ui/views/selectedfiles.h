@@ -31,6 +31,8 @@ public:
 
     bool isEmpty() const;
     int count() const;
+    /** In bytes. */
+    qint64 size() const;
     bool intersectsRows(int first, int last) const;
     /** Null without a selection. */
     const File *first() const;

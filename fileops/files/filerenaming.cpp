@@ -1,4 +1,4 @@
-#include "core/controllers/filerenaming.h"
+#include "fileops/files/filerenaming.h"
 
 #include "fileops/files/filemoves.h"
 
