@@ -1,9 +1,11 @@
 // What a database on a server costs: opening 100,000 files (or as many as the argument says), an edit with
 // its look at what others changed, and taking in what they did: how long it takes from the commit on, and for
 // how long the window stands still at most. The reference sends the same statements by plain libpq in the
-// same process, and reads what comes into structs. Needs a server that VORNA_TEST_PG names, as
-// scripts/with-postgres.sh gives one. Both run in turn.
+// same process, and reads what comes into structs. Then work of all kinds over a network that delays: by a
+// second argument, of milliseconds each way, nothing but that with this delay. Needs a server that
+// VORNA_TEST_PG names, as scripts/with-postgres.sh gives one. Both run in turn.
 #include "bench/measure.h"
+#include "bench/networkcosts.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
@@ -13,6 +15,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QSettings>
 #include <QTextStream>
 
 #include <libpq-fe.h>
@@ -174,6 +177,7 @@ void fill(ServerDatabase &server)
              numbers + " WHERE i%5<3"_s,
          "INSERT INTO file_tag SELECT i,1+(i*31+k*467)%5000 FROM "_s + numbers +
              ",generate_series(1,i%10) k"_s,
+         "SELECT setval('tb_nodes_node_id_seq',5000), setval('file_paths_path_id_seq',10000000), setval('storage_storage_id_seq',20000000)"_s,
          "ANALYZE"_s}) {
         if (!server.owner().run(statement))
             qFatal("%s failed", qPrintable(statement));
@@ -222,7 +226,7 @@ void measureOpening(const DBDetails &details)
         if (collection->findChild<DatabaseManger *>()->files().size() != count)
             qFatal("not all files were opened");
     }
-    print("open 100,000 files", plain, ours, 1);
+    print("open the files", plain, ours, 1);
 }
 
 void measureEdits(const DBDetails &details)
@@ -329,12 +333,23 @@ int main(int argc, char **argv)
         qFatal("VORNA_TEST_PG names no server: run this by scripts/with-postgres.sh");
     if (argc > 1)
         fileCount = QString::fromLocal8Bit(argv[1]).toInt();
+    const QTemporaryDir settings;
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     ServerDatabase server;
     fill(server);
+    const NetworkCosts::Amounts amounts{Measure::amount(2000), Measure::amount(10000),
+                                        Measure::amount(500) / 100 + 1};
+    if (argc > 2) {
+        NetworkCosts::print(server, QString::fromLocal8Bit(argv[2]).toDouble(), amounts);
+        return 0;
+    }
     QTextStream(stdout) << "work                          plain ms  ours ms    ratio\n";
     if (argc < 2)
         measureOpening(server.details());
     measureEdits(server.details());
     measureNews(server);
+    for (const double delay : {0.0, 1.0})
+        NetworkCosts::print(server, delay, amounts);
     return 0;
 }

@@ -1,10 +1,11 @@
 #!/bin/bash
 # with-postgres.sh COMMAND ...: runs the command beside a private PostgreSQL server on loopback that nobody else
 # uses, and removes the server afterwards. The command finds it in VORNA_TEST_PG ("host;port;database;user"), and all
-# of several around each other in VORNA_TEST_PGS. VORNA_FSYNC=on has it wait for the disk.
+# of several around each other in VORNA_TEST_PGS. VORNA_FSYNC=on has it wait for the disk, VORNA_POSTGRES names the
+# folder of the programs of another version.
 set -euo pipefail
 
-bin=/usr/lib/postgresql/15/bin
+bin=${VORNA_POSTGRES:-/usr/lib/postgresql/15/bin}
 data=$(mktemp -d /tmp/vorna-pg.XXXXXX)
 
 # The server refuses to run as root.
@@ -34,7 +35,7 @@ for _ in 1 2 3 4 5 6 7 8; do
     fi
 done
 [ -n "$port" ] || { echo "The test server did not start." >&2; exit 1; }
-"${as_user[@]}" "$bin/createdb" -h 127.0.0.1 -p "$port" -U vorna vorna_test
+"${as_user[@]}" createdb -h 127.0.0.1 -p "$port" -U vorna vorna_test
 cd "$started_in"
 
 status=0

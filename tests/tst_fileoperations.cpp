@@ -296,7 +296,7 @@ private slots:
 
     void destructionWaitsForTheRunningOperation()
     {
-        const int count = isLocal() ? 20000 : 1000;
+        const int count = isLocal() ? 20000 : 4000;
         addManyFiles(count);
         QSignalSpy progress(m_provider.get(), &FileOperationProvider::filesOperationProgress);
         m_provider->deleteFiles(range(1, count));

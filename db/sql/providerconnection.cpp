@@ -2,6 +2,24 @@
 
 #include "db/sql/basedbprovider.h"
 
+namespace {
+/** Frees the rows of the table. */
+QVector<QVariantList> valuesOf(const TableData &table)
+{
+    QVector<QVariantList> rows;
+    rows.reserve(table.size());
+    for (const TableRowData *row : table) {
+        QVariantList read;
+        read.reserve(row->columns().size());
+        for (int i = 0; i < row->columns().size(); ++i)
+            read.append(row->at(i));
+        rows.append(read);
+    }
+    qDeleteAll(table);
+    return rows;
+}
+} // namespace
+
 bool ProviderConnection::run(const QString &statement) const
 {
     return m_provider->runSync(statement, m_name);
@@ -33,15 +51,14 @@ bool ProviderConnection::readRows(const QString &statement, const QVariantList &
 {
     TableData table;
     const bool isRead = m_provider->runPrepared(statement, values, table, m_name);
-    rows.clear();
-    rows.reserve(table.size());
-    for (const TableRowData *row : qAsConst(table)) {
-        QVariantList read;
-        read.reserve(row->columns().size());
-        for (int i = 0; i < row->columns().size(); ++i)
-            read.append(row->at(i));
-        rows.append(read);
-    }
-    freeRows(table);
+    rows = valuesOf(table);
+    return isRead;
+}
+
+bool ProviderConnection::readOnce(const QString &statement, QVector<QVariantList> &rows) const
+{
+    TableData table;
+    const bool isRead = m_provider->runSync(statement, table, m_name);
+    rows = valuesOf(table);
     return isRead;
 }

@@ -30,6 +30,9 @@ public:
     /** The same for all rows, of which there may be none. */
     bool readRows(const QString &statement, const QVariantList &values, QVector<QVariantList> &rows) const;
 
+    /** The same for a statement that comes once and has no values. */
+    bool readOnce(const QString &statement, QVector<QVariantList> &rows) const;
+
 private:
     BaseDBProvider *m_provider;
     QString m_name;

@@ -147,16 +147,23 @@ bool FileAdder::insertRows(const QString &path, const NewFile &file)
         idCode = m_worker.drawIdCode();
     else if (!m_worker.nextIdCode(idCode))
         return false;
-    static const QString insertFile =
+    static const QString intoFiles =
         QStringLiteral("INSERT INTO files (file_id,file_name,file_description,file_size,addition_date,"
-                       "modification_date,id_code,load_id,storage_id,thumbnail_id,data_checksum,internal) "
-                       "VALUES (?,?,'',?,?,?,?,?,?,?,?,?)");
-    static const QString insertPath =
-        QStringLiteral("INSERT INTO file_paths (path_id,path,rel_path) VALUES (?,?,?)");
-    if (!m_worker.runFast(insertFile, {file.fileId, file.name.trimmed(), file.size,
-                                       QDateTime::currentSecsSinceEpoch(), file.modified, idCode, m_loadId,
-                                       file.storageId, file.thumbnailId, file.checksum, m_kind}))
-        return false;
-    return m_kind != FileKind::external ||
-           m_worker.runFast(insertPath, {file.storageId, path, m_relativePaths.of(path)});
+                       "modification_date,id_code,load_id,storage_id,thumbnail_id,data_checksum,internal)");
+    static const QString intoPaths = QStringLiteral("INSERT INTO file_paths (path_id,path,rel_path)");
+    const QVariantList row{file.fileId,
+                           file.name.trimmed(),
+                           QStringLiteral(""),
+                           file.size,
+                           QDateTime::currentSecsSinceEpoch(),
+                           file.modified,
+                           idCode,
+                           m_loadId,
+                           file.storageId,
+                           file.thumbnailId,
+                           file.checksum,
+                           m_kind};
+    return m_worker.insertRows(intoFiles, row.size(), row) &&
+           (m_kind != FileKind::external ||
+            m_worker.insertRows(intoPaths, 3, {file.storageId, path, m_relativePaths.of(path)}));
 }

@@ -1,17 +1,24 @@
 #include "fileops/adding/filebatch.h"
 
 #include "db/sql/transaction.h"
+#include "fileops/pictures/thumbnailmaker.h"
 #include "fileops/pictures/thumbnailsahead.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QFileInfo>
+#include <QScopeGuard>
 #include <QSignalBlocker>
 
 namespace {
 
 // With a million files one drawn handle in eighty is taken, and a run in ten is repeated for it.
 constexpr int filesInRun = 8;
+// Of rows that are gathered: what is held in memory, and repeated when one fails.
+constexpr int mostFilesGathered = 250;
+constexpr qint64 mostBytesGathered = 4 * 1024 * 1024;
+constexpr qint64 bytesOfThumbnail = 32 * 1024;
 
 } // namespace
 
@@ -35,9 +42,9 @@ QVector<qint64> FileBatch::addFilesListToDb()
     FileAdder adder(m_worker, m_request.kind, loadId, *m_request.thumbnails);
     m_adder = &adder;
     m_added.reserve(m_request.paths.size());
-    for (int from = 0; from < m_request.paths.size(); from += runLength()) {
-        const int to = qMin(from + runLength(), m_request.paths.size());
-        const bool isDone = runLength() > 1 && addRun(from, to);
+    for (int from = 0, to = 0; from < m_request.paths.size(); from = to) {
+        to = endOfRun(from);
+        const bool isDone = to > from + 1 && addRun(from, to);
         if (!isDone && !addSingly(from, to)) {
             qDebug("FileOperationWorker::addFilesListToDb() - stopped! Exiting.");
             break;
@@ -47,10 +54,25 @@ QVector<qint64> FileBatch::addFilesListToDb()
     return m_added;
 }
 
-int FileBatch::runLength() const
+int FileBatch::endOfRun(int from) const
 {
+    const int rest = m_request.paths.size() - from;
     // Contents are too dear to be stored twice because another file of the run fails.
-    return m_request.kind == FileKind::internal ? 1 : filesInRun;
+    if (!m_worker.gathersRows())
+        return from + qMin(rest, m_request.kind == FileKind::internal ? 1 : filesInRun);
+    int to = from + 1;
+    qint64 bytes = weightOf(from);
+    while (to < from + qMin(rest, mostFilesGathered) && (bytes += weightOf(to)) <= mostBytesGathered)
+        ++to;
+    return to;
+}
+
+qint64 FileBatch::weightOf(int index) const
+{
+    const QString &path = m_request.paths.at(index);
+    const bool isPicture = m_request.kind != FileKind::hyperlink && ThumbnailMaker::isImageName(path);
+    const qint64 contents = m_request.kind == FileKind::internal ? QFileInfo(path).size() : 0;
+    return contents + (isPicture ? bytesOfThumbnail : path.size());
 }
 
 bool FileBatch::mayGoOn() const
@@ -62,10 +84,23 @@ bool FileBatch::addRun(int from, int to)
 {
     const int addedBefore = m_added.size();
     const int unreadBefore = m_unread.size();
-    m_adder->setChecksIdCodes(false);
+    // Among so many, one whose handle is taken would be in each run.
+    m_adder->setChecksIdCodes(m_worker.gathersRows());
     Savepoint savepoint(m_worker);
-    bool isGood = savepoint.isActive();
-    for (int i = from; i < to && isGood; ++i) {
+    const bool isGood = savepoint.isActive() && gatherRun(from, to);
+    if (isGood && savepoint.release())
+        return true;
+    m_added.resize(addedBefore);
+    m_unread.erase(m_unread.begin() + unreadBefore, m_unread.end());
+    m_worker.takeBack(savepoint);
+    return false;
+}
+
+bool FileBatch::gatherRun(int from, int to)
+{
+    const auto forgetting = qScopeGuard([this] { m_worker.dropRows(); });
+    m_worker.beginRows();
+    for (int i = from; i < to; ++i) {
         if (!mayGoOn())
             return false;
         reportProgress(i);
@@ -73,34 +108,16 @@ bool FileBatch::addRun(int from, int to)
         const QSignalBlocker blocker(&m_worker);
         qint64 fileId = 0;
         const FileAdder::Outcome outcome = addFile(i, fileId);
-        isGood =
-            outcome != FileAdder::Failed &&
-            (outcome == FileAdder::Skipped || m_linker.linkNewFile(fileId, tagIdsFor(m_request.paths.at(i))));
-        if (isGood && outcome == FileAdder::Added)
-            m_added.append(fileId);
-        else if (outcome == FileAdder::Skipped)
+        if (outcome == FileAdder::Skipped) {
             m_unread.append(m_request.paths.at(i));
+            continue;
+        }
+        if (outcome == FileAdder::Failed || !m_linker.linkNewFile(fileId, tagIdsFor(m_request.paths.at(i))))
+            return false;
+        m_added.append(fileId);
     }
-    if (isGood && savepoint.release())
-        return true;
-    m_added.resize(addedBefore);
-    m_unread.erase(m_unread.begin() + unreadBefore, m_unread.end());
-    takeBackRun(savepoint);
-    return false;
-}
-
-void FileBatch::takeBackRun(Savepoint &savepoint)
-{
-    const QSqlError cause = m_worker.lastError();
-    {
-        const QSignalBlocker blocker(&m_worker);
-        savepoint.rollBack();
-    }
-    // Then nothing is tried again, and what was kept silent is the only word that says why.
-    if (m_worker.isConnectionLost())
-        emit m_worker.connectionError();
-    else if (m_worker.isSavepointLost() && !m_worker.shouldEnd())
-        m_worker.report().note(cause);
+    const QSignalBlocker blocker(&m_worker);
+    return m_worker.writeRows();
 }
 
 bool FileBatch::addSingly(int from, int to)

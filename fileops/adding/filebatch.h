@@ -41,8 +41,9 @@ struct FileBatchRequest
  * The inner loop of adding, within the running transaction of the worker and on its thread. A file that fails
  * leaves nothing behind and does not hinder the others.
  *
- * Files go in short runs under one savepoint, as a savepoint costs as much as a row. A run in which one fails
- * is rolled back and repeated file by file, so that what remains is what a savepoint a file would leave.
+ * Files go in short runs under one savepoint, as a savepoint costs as much as a row; on a server, where each
+ * statement takes its time to get there, in longer ones whose rows go together. A run in which one fails is
+ * rolled back and repeated file by file, so that what remains is what a savepoint a file would leave.
  */
 class FileBatch
 {
@@ -57,9 +58,12 @@ public:
     QStringList refused() const { return m_refused; }
 
 private:
-    int runLength() const;
+    /** Behind the last file of the run that begins here. */
+    int endOfRun(int from) const;
+    /** Roughly the bytes of what is written of a file. */
+    qint64 weightOf(int index) const;
     bool addRun(int from, int to);
-    void takeBackRun(Savepoint &savepoint);
+    bool gatherRun(int from, int to);
     bool addSingly(int from, int to);
     FileAdder::Outcome addFile(int index, qint64 &fileId);
     QVector<qint64> tagIdsFor(const QString &path);

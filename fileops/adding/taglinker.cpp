@@ -75,16 +75,5 @@ bool TagLinker::insertPairs(qint64 fileId, const qint64 *tagIds, int count)
         values.append(fileId);
         values.append(tagIds[i]);
     }
-    return m_queries.runFast(insertStatement(count), values);
-}
-
-QString TagLinker::insertStatement(int count)
-{
-    QString &statement = m_statements[count];
-    if (statement.isEmpty()) {
-        statement = QStringLiteral("INSERT INTO file_tag (file_id,tag_id) VALUES (?,?)");
-        for (int i = 1; i < count; ++i)
-            statement += QLatin1String(",(?,?)");
-    }
-    return statement;
+    return m_queries.insertRows(QStringLiteral("INSERT INTO file_tag (file_id,tag_id)"), 2, values);
 }

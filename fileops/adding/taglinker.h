@@ -25,8 +25,6 @@ public:
 
 private:
     bool insertPairs(qint64 fileId, const qint64 *tagIds, int count);
-    QString insertStatement(int count);
 
     FileOperationQueries &m_queries;
-    QHash<int, QString> m_statements;
 };

@@ -1,5 +1,7 @@
 #include "fileops/contents/blockremoval.h"
 
+#include "db/sql/sqltext.h"
+
 #include <algorithm>
 
 namespace {
@@ -50,11 +52,53 @@ bool BlockRemoval::readShape(qint64 firstId, qint64 recordedSize, Shape &shape) 
     QVariantList row;
     if (!m_connection.readRow(select, {firstId, firstId - 1}, row))
         return false;
+    shape = shapeOf(firstId, recordedSize, row);
+    return true;
+}
+
+BlockRemoval::Shape BlockRemoval::shapeOf(qint64 firstId, qint64 recordedSize, const QVariantList &row)
+{
+    Shape shape;
     const qint64 count = row.at(0).toLongLong();
     shape.lastId = row.at(2).toLongLong();
     shape.isOrdinary = row.at(1).toLongLong() == firstId && shape.lastId == firstId + count - 1 &&
                        row.at(3).toLongLong() == count && isSameSize(row.at(4).toLongLong(), recordedSize) &&
                        row.at(5).toLongLong() != firstId;
+    return shape;
+}
+
+bool BlockRemoval::removeOrdinary(const QVector<qint64> &fileIds)
+{
+    static const QString select = QStringLiteral(
+        "WITH RECURSIVE chain(file_id, block_id) AS (SELECT file_id, storage_id FROM files "
+        "WHERE file_id IN (%1) UNION SELECT chain.file_id, storage_info.continue_id FROM storage_info, chain "
+        "WHERE storage_info.storage_id=chain.block_id AND storage_info.continue_id>0) "
+        "SELECT files.storage_id, files.file_size, count(*), min(block_id), max(block_id), "
+        "count(storage.storage_id), sum(length(data)), max(before.continue_id) FROM chain "
+        "JOIN files ON files.file_id=chain.file_id LEFT JOIN storage ON storage.storage_id=chain.block_id "
+        "LEFT JOIN storage_info AS before ON before.storage_id=files.storage_id-1 "
+        "GROUP BY files.file_id, files.storage_id, files.file_size;");
+    QVector<QVariantList> rows;
+    // A few of a large library ask for their own blocks alone.
+    if (!lookAround() || (!m_areMeetingsKnown && fileIds.size() < fewFiles) || !readMeetings() ||
+        !m_connection.readOnce(SqlText::fill(select, {SqlText::idList(fileIds)}), rows))
+        return false;
+    QVector<qint64> blocks;
+    for (const QVariantList &row : qAsConst(rows)) {
+        const qint64 firstId = row.at(0).toLongLong();
+        const Shape shape = shapeOf(firstId, row.at(1).toLongLong(), row.mid(2));
+        if (!shape.isOrdinary || hasMeeting(firstId, shape.lastId))
+            return false;
+        for (qint64 id = firstId; id <= shape.lastId; ++id)
+            blocks.append(id);
+    }
+    for (const char *statement : {"DELETE FROM storage WHERE storage_id IN (%1);",
+                                  "DELETE FROM storage_info WHERE storage_id IN (%1);"}) {
+        if (!m_connection.run(SqlText::fill(QLatin1String(statement), {SqlText::idList(blocks)})))
+            return false;
+    }
+    for (const qint64 fileId : fileIds)
+        m_removedFiles.insert(fileId);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "db/sql/providerconnection.h"
 
 #include <QSet>
+#include <QVariant>
 #include <QVector>
 
 /**
@@ -21,6 +22,9 @@ public:
 
     /** Of a file with these in its record; false when a statement failed. */
     bool removeBlocksOf(qint64 fileId, qint64 firstId, qint64 recordedSize);
+    /** Of internal files that are not empty, all at once; false, too, when one of them is to be looked at by
+     * itself, and what was removed is to be rolled back. */
+    bool removeOrdinary(const QVector<qint64> &fileIds);
 
 private:
     /** What one look at a chain tells. */
@@ -29,6 +33,9 @@ private:
         qint64 lastId = 0;
         bool isOrdinary = false; ///< whole, of the recorded size, its ids in a row and nothing before them
     };
+    /** `row`: number of blocks, the first, the last, those that exist, their bytes, what follows the block
+     * before */
+    static Shape shapeOf(qint64 firstId, qint64 recordedSize, const QVariantList &row);
     bool readShape(qint64 firstId, qint64 recordedSize, Shape &shape) const;
     bool lookAround();
     /** Whether nothing else leads to the blocks of an ordinary chain. */

@@ -34,8 +34,9 @@ ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageI
         const qint64 wanted = qMin(BLOCK_SIZE, length - stored.size);
         m_block.resize(int(wanted));
         const qint64 count = source.read(m_block.data(), wanted);
+        // What is gathered of it can be taken back with all the others only.
         if (count < 0)
-            return Unreadable;
+            return m_worker.areRowsWaiting() && stored.size > 0 ? Failed : Unreadable;
         if (count == 0) {
             qDebug("Error! Zero bytes read.");
             break;
@@ -47,21 +48,35 @@ ContentWriter::Outcome ContentWriter::store(const QString &path, qint64 storageI
         // A read that came short has met the end of a file that shrank meanwhile.
         hasNext = count == wanted && stored.size < length;
         lastId = blockId;
-        if (!m_chain.insertBlock(m_block, lastId, hasNext ? askNextId : nullptr, blockId)) {
+        if (!writeBlock(lastId, hasNext ? askNextId : nullptr, blockId)) {
             qDebug("Inserting block failed.");
             return Failed;
         }
         if (atBlock)
             atBlock(stored.size);
     }
-    if (hasNext && lastId > 0 && !m_chain.endWith(lastId))
+    const bool isShorter = hasNext && lastId > 0;
+    if (isShorter && (m_worker.areRowsWaiting() || !m_chain.endWith(lastId)))
         return Failed;
     stored.modified = source.modified();
     stored.isSnapshot = source.isAsOpened();
     stored.checksum = isKnown ? known.checksum : checksum.take();
     // Written to while it was read: what was told before is no longer sure to be what was stored.
     const bool isSure = !isKnown || isStill(path, known, stored.size);
-    return isSure || readStoredChecksum(storageId, stored.size, stored.checksum) ? Stored : Failed;
+    const bool isReadable = !m_worker.areRowsWaiting();
+    return isSure || (isReadable && readStoredChecksum(storageId, stored.size, stored.checksum)) ? Stored
+                                                                                                 : Failed;
+}
+
+bool ContentWriter::writeBlock(qint64 id, const BlockChain::NextId &askNextId, qint64 &nextId)
+{
+    if (!m_worker.areRowsWaiting())
+        return m_chain.insertBlock(m_block, id, askNextId, nextId);
+    nextId = 0;
+    return (!askNextId || askNextId(nextId)) &&
+           m_worker.insertRows(QStringLiteral("INSERT INTO storage (storage_id,data)"), 2, {id, m_block}) &&
+           m_worker.insertRows(QStringLiteral("INSERT INTO storage_info (storage_id,continue_id)"), 2,
+                               {id, nextId});
 }
 
 bool ContentWriter::isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const

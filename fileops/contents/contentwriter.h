@@ -39,12 +39,14 @@ public:
     /**
      * Stores a file as the chain that begins with `storageId`; an empty file makes no block. `known` may hold
      * what an earlier reading told, and spares hashing while the file is unchanged. Unless the answer is
-     * Stored, what was written is to be rolled back.
+     * Stored, what was written is to be rolled back. A file that is written to meanwhile fails while rows
+     * are gathered.
      */
     Outcome store(const QString &path, qint64 storageId, const FileChecksum &known, StoredContents &stored,
                   const AtBlock &atBlock = {});
 
 private:
+    bool writeBlock(qint64 id, const BlockChain::NextId &askNextId, qint64 &nextId);
     bool isStill(const QString &path, const FileChecksum &known, qint64 storedSize) const;
     bool readStoredChecksum(qint64 storageId, qint64 size, quint32 &result);
 

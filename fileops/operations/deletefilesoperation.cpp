@@ -10,11 +10,17 @@
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDir>
+#include <QSignalBlocker>
 
 #include <algorithm>
 
 namespace {
 constexpr int rowsAtOnce = 10000;
+// Runs are what a cancel is heard between: a twentieth of all, as long as they stay long and short enough.
+constexpr int leastInRun = 8;
+constexpr int mostInRun = 500;
+constexpr int runs = 20;
+constexpr qint64 mostBytesInRun = 64 * 1024 * 1024;
 } // namespace
 
 DeleteFilesOperation::DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request,
@@ -41,28 +47,102 @@ void DeleteFilesOperation::run()
     emit m_worker.filesRemoved(removed);
 }
 
+bool DeleteFilesOperation::mayGoOn() const
+{
+    return !m_worker.shouldEnd() && !m_worker.isSavepointLost();
+}
+
 QVector<qint64> DeleteFilesOperation::removeContents()
 {
     QVector<qint64> removed;
-    int shownPercent = -1;
-    for (int i = 0; i < m_request.fileIds.size(); ++i) {
-        if (m_worker.shouldEnd() || m_worker.isSavepointLost())
-            break;
-        const int percent = FileOperationWorker::percent(i, m_request.fileIds.size());
-        if (percent != shownPercent)
-            emit m_worker.operationProgress(FileOperationType::DeleteFilesOperation, QString(), percent);
-        shownPercent = percent;
-
-        const qint64 fileId = m_request.fileIds.at(i);
-        int internal = 0;
-        qint64 size = 0;
-        qint64 storageId = 0;
-        if (m_worker.readFileStorageInfo(fileId, internal, size, storageId, m_request.idCodes.value(i)) &&
-            !(m_request.onlyMissing && isInPlace(fileId)) &&
-            removeContentsOf(fileId, internal, size, storageId))
-            removed.append(fileId);
+    const int filesInRun = qBound(leastInRun, m_request.fileIds.size() / runs, mostInRun);
+    for (int from = 0, to = 0; from < m_request.fileIds.size() && mayGoOn(); from = to) {
+        to = qMin(from + filesInRun, m_request.fileIds.size());
+        tellProgress(from);
+        if (removeRun(from, to, removed))
+            continue;
+        for (int i = from; i < to && mayGoOn(); ++i) {
+            tellProgress(i);
+            if (removeSingly(i))
+                removed.append(m_request.fileIds.at(i));
+        }
     }
     return removed;
+}
+
+void DeleteFilesOperation::tellProgress(int index)
+{
+    const int percent = FileOperationWorker::percent(index, m_request.fileIds.size());
+    if (percent != m_shownPercent)
+        emit m_worker.operationProgress(FileOperationType::DeleteFilesOperation, QString(), percent);
+    m_shownPercent = percent;
+}
+
+bool DeleteFilesOperation::removeRun(int from, int to, QVector<qint64> &removed)
+{
+    // Each of them is asked about by itself.
+    if (m_farewell || m_request.onlyMissing || to - from < 2)
+        return false;
+    const BlockRemoval before = m_blocks;
+    QHash<qint64, StorageInfo> files;
+    Savepoint savepoint(m_worker);
+    {
+        const QSignalBlocker blocker(&m_worker);
+        bool isDone =
+            savepoint.isActive() && m_worker.readStorageInfos(m_request.fileIds.mid(from, to - from), files);
+        for (int i = from; i < to && isDone; ++i) {
+            const QString idCode = m_request.idCodes.value(i).trimmed();
+            const auto file = files.find(m_request.fileIds.at(i));
+            if (file != files.end() && !idCode.isEmpty() && file->idCode != idCode)
+                files.erase(file);
+        }
+        isDone = isDone && removeContentsOf(files) && savepoint.release();
+        if (isDone) {
+            for (int i = from; i < to; ++i) {
+                if (files.contains(m_request.fileIds.at(i)))
+                    removed.append(m_request.fileIds.at(i));
+            }
+            return true;
+        }
+    }
+    m_blocks = before;
+    m_worker.takeBack(savepoint);
+    return false;
+}
+
+bool DeleteFilesOperation::removeContentsOf(const QHash<qint64, StorageInfo> &files)
+{
+    QVector<qint64> external;
+    QVector<qint64> internal;
+    qint64 bytes = 0;
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        if (file->internal == FileKind::external)
+            external.append(file.key());
+        else if (file->internal == FileKind::internal && file->size != 0)
+            internal.append(file.key());
+        bytes += file->internal == FileKind::internal ? file->size : 0;
+    }
+    // A cancel is heard between the files.
+    if (bytes > mostBytesInRun)
+        return false;
+    if (!external.isEmpty() &&
+        !m_worker.runAsync(SqlText::fill(
+            QStringLiteral("DELETE FROM file_paths WHERE path_id IN (SELECT storage_id FROM files "
+                           "WHERE internal=0 AND file_id IN (%1));"),
+            {SqlText::idList(external)})))
+        return false;
+    return internal.isEmpty() || m_blocks.removeOrdinary(internal);
+}
+
+bool DeleteFilesOperation::removeSingly(int index)
+{
+    const qint64 fileId = m_request.fileIds.at(index);
+    int internal = 0;
+    qint64 size = 0;
+    qint64 storageId = 0;
+    return m_worker.readFileStorageInfo(fileId, internal, size, storageId, m_request.idCodes.value(index)) &&
+           !(m_request.onlyMissing && isInPlace(fileId)) &&
+           removeContentsOf(fileId, internal, size, storageId);
 }
 
 bool DeleteFilesOperation::isInPlace(qint64 fileId)

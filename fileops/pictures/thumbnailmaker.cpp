@@ -26,18 +26,15 @@ bool ThumbnailMaker::store(const QByteArray &png, qint64 thumbnailId, bool isNew
     if (png.isEmpty())
         return false;
 
+    if (isNew)
+        return m_queries.insertRows(QStringLiteral("INSERT INTO thumbnails (thumbnail_id,thumbnail)"), 2,
+                                    {thumbnailId, png});
     const AbstractQueryConstructor &dialect = *m_queries.constructor();
     const QString place = QStringLiteral(":FILE");
-    const QString table = QStringLiteral("thumbnails");
-    const QString id = QString::number(thumbnailId);
-    QString statement;
-    if (isNew)
-        statement = dialect.insertQuery({QStringLiteral("thumbnail_id"), QStringLiteral("thumbnail")}, table,
-                                        {{id, place}});
-    else
-        statement = dialect.updateQuery({QStringLiteral("thumbnail")}, table, {place}) +
-                    dialect.whereClause(QStringLiteral("thumbnail_id=") + id);
-    statement.replace(QLatin1String("':FILE'"), place);
+    const QString statement =
+        dialect.updateQuery({QStringLiteral("thumbnail")}, QStringLiteral("thumbnails"), {place})
+            .replace(QLatin1String("':FILE'"), place) +
+        dialect.whereClause(QStringLiteral("thumbnail_id=") + QString::number(thumbnailId));
     return m_queries.runAsyncWithBlob(statement + dialect.statementEnd(), png, place);
 }
 

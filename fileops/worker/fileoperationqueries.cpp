@@ -8,7 +8,7 @@
 #include <QSet>
 
 namespace {
-constexpr int insertRows = 500;
+constexpr int tagsInStatement = 500;
 } // namespace
 
 bool FileOperationQueries::nextLoadId(qint64 &id)
@@ -85,6 +85,26 @@ bool FileOperationQueries::readFileStorageInfo(qint64 fileId, int &internal, qin
     internal = values.at(0).toInt();
     storageId = values.at(1).toLongLong();
     size = values.at(2).toLongLong();
+    return true;
+}
+
+bool FileOperationQueries::readStorageInfos(const QVector<qint64> &ids, QHash<qint64, StorageInfo> &infos)
+{
+    TableData table;
+    const QStringList columns = {QStringLiteral("file_id"), QStringLiteral("internal"),
+                                 QStringLiteral("storage_id"), QStringLiteral("file_size"),
+                                 QStringLiteral("id_code")};
+    if (!runAsync(constructor()->selectQuery(columns, QStringLiteral("files")) +
+                      constructor()->whereClause(
+                          constructor()->inClause(QStringLiteral("file_id"), SqlText::idTexts(ids))) +
+                      constructor()->statementEnd(),
+                  table))
+        return false;
+    for (const TableRowData *row : qAsConst(table)) {
+        infos.insert(row->at(0).toLongLong(), {row->at(1).toInt(), row->at(2).toLongLong(),
+                                               row->at(3).toLongLong(), row->at(4).toString().trimmed()});
+    }
+    freeRows(table);
     return true;
 }
 
@@ -273,9 +293,9 @@ bool FileOperationQueries::insertTags(const QStringList &names)
     const QStringList columns = {QStringLiteral("tag_name"), QStringLiteral("tag_description"),
                                  QStringLiteral("creation_date")};
     const QString now = QString::number(QDateTime::currentSecsSinceEpoch());
-    for (int start = 0; start < names.size(); start += insertRows) {
+    for (int start = 0; start < names.size(); start += tagsInStatement) {
         QVector<QStringList> rows;
-        for (int i = start; i < qMin(start + insertRows, names.size()); ++i)
+        for (int i = start; i < qMin(start + tagsInStatement, names.size()); ++i)
             rows.append({names.at(i), QString(), now});
         if (!runAsync(constructor()->insertQuery(columns, QStringLiteral("tags"), rows) +
                       constructor()->statementEnd()))
@@ -292,6 +312,22 @@ bool FileOperationQueries::runFast(const QString &statement, const QVariantList 
 bool FileOperationQueries::runFast(const QString &statement, const QVariantList &values, TableData &table)
 {
     return runPrepared(statement, values, table, Constants::workerConnection);
+}
+
+bool FileOperationQueries::insertRows(const QString &into, int columns, const QVariantList &values)
+{
+    const int rows = values.size() / columns;
+    QVector<QString> &statements = m_inserts[into];
+    if (statements.size() <= rows)
+        statements.resize(rows + 1);
+    QString &statement = statements[rows];
+    if (statement.isEmpty()) {
+        const QString places =
+            QLatin1String("(?") + QStringLiteral(",?").repeated(columns - 1) + QLatin1Char(')');
+        statement =
+            into + QLatin1String(" VALUES ") + places + (QLatin1Char(',') + places).repeated(rows - 1);
+    }
+    return runFast(statement, values);
 }
 
 bool FileOperationQueries::readRow(const QString &statement, const QVariantList &parameters,

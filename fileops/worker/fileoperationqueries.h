@@ -20,6 +20,15 @@ struct ExternalFileDetails
     qint64 size = 0;
 };
 
+/** What tells where the contents of a file are. */
+struct StorageInfo
+{
+    int internal = 0;
+    qint64 storageId = 0;
+    qint64 size = 0;
+    QString idCode;
+};
+
 /**
  * The statements that several file operations share, on the worker's connection and thread. What differs on a
  * back-end is overridden there. All answer false when their statement failed or found no row.
@@ -47,6 +56,8 @@ public:
     /** With an id code that is not empty it must be the file's, too. */
     virtual bool readFileStorageInfo(qint64 fileId, int &internal, qint64 &size, qint64 &storageId,
                                      const QString &idCode = QString());
+    /** The same of many files; those that are not there are left out. */
+    bool readStorageInfos(const QVector<qint64> &ids, QHash<qint64, StorageInfo> &infos);
     virtual bool readFileName(qint64 fileId, QString &name);
     virtual bool readInternal(qint64 fileId, int &internal);
     virtual bool readPath(qint64 fileId, QString &path);
@@ -69,6 +80,20 @@ public:
     bool runFast(const QString &statement, const QVariantList &values);
     bool runFast(const QString &statement, const QVariantList &values, TableData &table);
 
+    /**
+     * New rows: `into` is "INSERT INTO table (columns)", `values` are those of whole rows, one row behind the
+     * other. In between the two calls below, where the back-end gathers rows, they wait for the second one.
+     */
+    virtual bool insertRows(const QString &into, int columns, const QVariantList &values);
+    /** Whether rows of several files are better written together, as each statement takes its time. */
+    virtual bool gathersRows() const { return false; }
+    virtual void beginRows() {}
+    virtual bool writeRows() { return true; }
+    /** Forgets what waits. */
+    virtual void dropRows() {}
+    /** True from beginRows() on where the back-end gathers them. */
+    virtual bool areRowsWaiting() const { return false; }
+
     /** For the links that a server writes; 0 on a local database. */
     void setBrowsingTreeId(qint64 id) { m_browsingTreeId = id; }
     qint64 browsingTreeId() const { return m_browsingTreeId; }
@@ -81,4 +106,5 @@ private:
     bool insertTags(const QStringList &names);
 
     std::atomic<qint64> m_browsingTreeId{0};
+    QHash<QString, QVector<QString>> m_inserts; ///< statements by their beginning and number of rows
 };

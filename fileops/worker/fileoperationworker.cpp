@@ -7,9 +7,11 @@
 #include "db/sql/lockwait.h"
 #include "db/sql/readbound.h"
 #include "db/sql/serverwatch.h"
+#include "db/sql/transaction.h"
 #include "fileops/files/regularfile.h"
 
 #include <QDebug>
+#include <QSignalBlocker>
 #include <QSqlDatabase>
 
 #include <algorithm>
@@ -142,6 +144,20 @@ bool FileOperationWorker::nextIdCode(QString &idCode)
             return true;
     }
     return false;
+}
+
+void FileOperationWorker::takeBack(Savepoint &savepoint)
+{
+    const QSqlError cause = lastError();
+    {
+        const QSignalBlocker blocker(this);
+        savepoint.rollBack();
+    }
+    // Then nothing is tried again, and what was kept silent is the only word that says why.
+    if (isConnectionLost())
+        emit connectionError();
+    else if (isSavepointLost() && !shouldEnd())
+        m_report.note(cause);
 }
 
 void FileOperationWorker::sendThumbnail(qint64 fileId, QImage *image)

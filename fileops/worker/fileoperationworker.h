@@ -21,6 +21,7 @@
 #include <atomic>
 
 class FileOperationWorker;
+class Savepoint;
 
 /** Does what a record asks for, on the worker's thread, and returns when it is done. */
 using OperationRunner = void (*)(FileOperationWorker &worker, const FileOperation &operation);
@@ -78,10 +79,15 @@ public:
     void cancelAll();
     QString connectionName() const { return m_connectionName; }
     /** A handle that no file has yet. */
-    bool nextIdCode(QString &idCode);
+    virtual bool nextIdCode(QString &idCode);
     /** A handle that most likely no file has yet; when one has, the insert fails. */
     virtual QString drawIdCode() const { return m_idCodes.generate(); }
     /** Emits thumbnailLoaded; until imageTaken, the image counts as this worker's. */
+    /**
+     * Goes back from a run that failed while the signals were blocked, as its items are tried again one by
+     * one. Tells of the failure where that cannot be.
+     */
+    void takeBack(Savepoint &savepoint);
     void sendThumbnail(qint64 fileId, QImage *image);
     /** False: statements fail at once where a lock is in the way, until it is set to true again. */
     virtual void setPatient(bool /*isPatient*/) {}

@@ -3,13 +3,78 @@
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/changestamp.h"
 
+#include <QSet>
+
+#include <algorithm>
+
 namespace {
-constexpr int mostKeysAtOnce = 64;
+constexpr int mostKeysAtOnce = 512;
+constexpr int idCodesAtOnce = 256;
 } // namespace
 
 void PostgresFileOperationWorker::prepareConnection()
 {
     m_keys.clear();
+    dropRows();
+}
+
+bool PostgresFileOperationWorker::insertRows(const QString &into, int columns, const QVariantList &values)
+{
+    if (!m_areRowsWaiting)
+        return FileOperationWorker::insertRows(into, columns, values);
+    m_rows.add(into, columns, values);
+    return true;
+}
+
+void PostgresFileOperationWorker::beginRows()
+{
+    dropRows();
+    m_areRowsWaiting = true;
+}
+
+bool PostgresFileOperationWorker::writeRows()
+{
+    const QStringList statements = m_rows.take();
+    dropRows();
+    return std::all_of(statements.cbegin(), statements.cend(),
+                       [this](const QString &statement) { return runAsync(statement); });
+}
+
+void PostgresFileOperationWorker::dropRows()
+{
+    m_rows.clear();
+    m_areRowsWaiting = false;
+    // Others may have taken them by the next time.
+    m_idCodes.clear();
+}
+
+bool PostgresFileOperationWorker::nextIdCode(QString &idCode)
+{
+    if (!m_areRowsWaiting)
+        return FileOperationWorker::nextIdCode(idCode);
+    if (m_idCodes.isEmpty() && !drawIdCodes())
+        return false;
+    idCode = m_idCodes.takeLast();
+    return true;
+}
+
+bool PostgresFileOperationWorker::drawIdCodes()
+{
+    QSet<QString> drawn;
+    while (drawn.size() < idCodesAtOnce)
+        drawn.insert(drawIdCode());
+    TableData taken;
+    if (!runAsync(constructor()->selectQuery({QStringLiteral("id_code")}, QStringLiteral("files")) +
+                      constructor()->whereClause(
+                          constructor()->inClause(QStringLiteral("id_code"), drawn.values())) +
+                      constructor()->statementEnd(),
+                  taken))
+        return false;
+    for (const TableRowData *row : qAsConst(taken))
+        drawn.remove(row->at(0).toString());
+    freeRows(taken);
+    m_idCodes = drawn.values();
+    return !m_idCodes.isEmpty();
 }
 
 bool PostgresFileOperationWorker::nextId(const QString &table, const QString &column, qint64 &id)

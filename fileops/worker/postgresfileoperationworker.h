@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/sql/gatheredrows.h"
 #include "fileops/worker/fileoperationworker.h"
 
 /** The worker of a database on a server, where other clients write at the same time. */
@@ -20,6 +21,14 @@ public:
      */
     bool commitTransaction(const QString &connectionName) override;
     void setPatient(bool isPatient) override;
+    bool gathersRows() const override { return true; }
+    bool insertRows(const QString &into, int columns, const QVariantList &values) override;
+    void beginRows() override;
+    bool writeRows() override;
+    void dropRows() override;
+    bool areRowsWaiting() const override { return m_areRowsWaiting; }
+    /** While rows are gathered, the server is asked for many at once. */
+    bool nextIdCode(QString &idCode) override;
 
 protected:
     void prepareConnection() override;
@@ -32,7 +41,11 @@ private:
     };
     QDateTime readLastChange();
     bool takeKeys(const QString &table, const QString &column, Keys &keys);
+    bool drawIdCodes();
 
     QDateTime m_ownChange;
     QHash<QString, Keys> m_keys; ///< by table, for the life of a connection
+    GatheredRows m_rows;
+    bool m_areRowsWaiting = false;
+    QStringList m_idCodes; ///< that no file had when they were asked for
 };

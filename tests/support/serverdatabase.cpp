@@ -47,7 +47,12 @@ bool controlServer(const QStringList &arguments)
     const QString folder = serverFolder();
     QStringList command =
         QStringList{"runuser"_s, "-u"_s, QFileInfo(folder).owner(), "--"_s} +
-        QStringList{"/usr/lib/postgresql/15/bin/pg_ctl"_s, "-D"_s, folder, "-w"_s, "-l"_s, folder + "/log"_s};
+        QStringList{qEnvironmentVariable("VORNA_POSTGRES", "/usr/lib/postgresql/15/bin"_s) + "/pg_ctl"_s,
+                    "-D"_s,
+                    folder,
+                    "-w"_s,
+                    "-l"_s,
+                    folder + "/log"_s};
     if (::geteuid() != 0)
         command = command.mid(4);
     QProcess control;
@@ -56,6 +61,14 @@ bool controlServer(const QStringList &arguments)
     control.setStandardErrorFile(QProcess::nullDevice());
     control.start(command.first(), command.mid(1) + arguments);
     return control.waitForFinished() && control.exitCode() == 0;
+}
+
+/** How a database is copied: fast where the server can choose, which it can from PostgreSQL 15 on. */
+QString strategy()
+{
+    static const int version =
+        ServerConnection(maintenance(), "maintenance"_s).value("SHOW server_version_num"_s).toInt();
+    return version >= 150000 ? "STRATEGY wal_log"_s : QString();
 }
 
 /** A database of this process that was used and is as new: the next test gets it. */
@@ -111,7 +124,7 @@ ServerDatabase::ServerDatabase()
         if (number == 0)
             qAddPostRoutine([] { remove(emptiedDatabase); });
         m_name = "vorna_%1_%2"_s.arg(QCoreApplication::applicationPid()).arg(++number);
-        if (!runOnServer("CREATE DATABASE %1 TEMPLATE %2 STRATEGY wal_log"_s.arg(m_name, originalDatabase())))
+        if (!runOnServer("CREATE DATABASE %1 TEMPLATE %2 %3"_s.arg(m_name, originalDatabase(), strategy())))
             qFatal("no database on the server");
     }
     m_owner = std::make_unique<ServerConnection>(ownerDetails(), "owner"_s);
