@@ -1,3 +1,4 @@
+#include "tests/support/delayproxy.h"
 #include "tests/support/localmanager.h"
 #include "tests/support/serverdatabase.h"
 
@@ -42,6 +43,19 @@ const char *const orphans =
     "SELECT 'nodes without link', node_id FROM tb_nodes WHERE node_id NOT IN "
     "(SELECT child_id FROM tb_node_links) UNION ALL "
     "SELECT 'autolink', node_id FROM tb_nodes_autolinks WHERE node_id NOT IN (SELECT node_id FROM tb_nodes)";
+
+/** A server's database that is reached through a network. */
+class DistantDatabase : public ServerDatabase
+{
+public:
+    DBDetails details() const override
+    {
+        const DBDetails server = ServerDatabase::details();
+        return DBDetails(2, server.host(), network->port(), server.databaseName(), server.user(), QString());
+    }
+    const std::unique_ptr<DelayProxy> network =
+        std::make_unique<DelayProxy>(ServerDatabase::details().port(), 0);
+};
 } // namespace
 
 /** Edits of tags, groups, nodes and relationships: records and database say the same afterwards. */
@@ -290,6 +304,53 @@ private slots:
         manager->removeRelations({"7.12"_s, "7"_s});
         QCOMPARE(manager.count("tag_relationships"_s), 0);
         QVERIFY(manager->relationNodes().isEmpty());
+    }
+
+    void editsTakeFewMessages()
+    {
+        QFETCH_GLOBAL(bool, isOnServer);
+        if (!isOnServer)
+            QSKIP("of a server alone");
+        auto database = std::make_unique<DistantDatabase>();
+        DelayProxy &network = *database->network;
+        LocalManager manager(std::move(database));
+        manager.addFiles(3);
+        const qint64 tag = manager->addTag("tag"_s);
+        const qint64 other = manager->addTag("other"_s);
+        const qint64 group = manager->addGroup("group"_s, true);
+        const qint64 node = manager->addNodeBelow(tag, 0);
+        const auto messages = [&network](const std::function<void()> &edit) {
+            network.takeRoundTrips();
+            edit();
+            return int(network.takeRoundTrips());
+        };
+        // A begin, a commit, and in between what must be known, as the rows that an undo puts back.
+        QVERIFY(messages([&] { manager->renameTag(tag, "renamed"_s); }) <= 4);
+        QVERIFY(manager->hasTagNamed("renamed"_s));
+        QVERIFY(messages([&] { manager->updateFile(1, "file_description"_s, "text"_s); }) <= 4);
+        QCOMPARE(manager->file(1)->description(), "text"_s);
+        QVERIFY(messages([&] { manager->changeTags({1, 2}, {tag, other}, {}); }) <= 5);
+        QVERIFY(messages([&] { manager->changeTags({1, 2}, {}, {other}); }) <= 5);
+        QCOMPARE(manager->file(2)->tags(), Ids{tag});
+        QVERIFY(messages([&] { manager->setGroupTags(group, {tag, other}); }) <= 4);
+        QCOMPARE(manager->groups()->value(group)->tags().size(), 2);
+        QVERIFY(messages([&] { manager->addRelations(QString(), {tag, other}); }) <= 4);
+        QVERIFY(messages([&] { manager->addTag("with files"_s, {1, 2, 3}); }) <= 6);
+        QCOMPARE(manager->file(3)->tags().size(), 1);
+        QVERIFY(messages([&] { manager->addTagToGroup("in a group"_s, group); }) <= 5);
+        QVERIFY(messages([&] { manager->addNodesBelow({tag, other}, node); }) <= 7);
+        QVERIFY(messages([&] { manager->addNodeAbove(other, node); }) <= 7);
+        QCOMPARE(manager->nodes().size(), 4);
+        QVERIFY(messages([&] { manager->removeNodes({node}); }) <= 12);
+        QCOMPARE(manager->nodes().size(), 1);
+        QVERIFY(messages([&] { manager->removeTags({tag, other}); }) <= 16);
+        QCOMPARE(manager.rows(orphans), QStringList());
+        // What waited is refused with the commit: nothing is left of the edit, and what was there stays.
+        QSignalSpy errors(manager.get(), &DatabaseManger::errorOccured);
+        QVERIFY(manager.database().refuse("UPDATE ON files"_s));
+        QVERIFY(!manager->updateFile(1, "file_description"_s, "refused"_s));
+        QCOMPARE(errors.size(), 1);
+        QCOMPARE(manager->file(1)->description(), "text"_s);
     }
 };
 

@@ -237,7 +237,7 @@ private slots:
             }
         });
         m_files->loadFiles({3, 1, 2, 99});
-        QCOMPARE(seen, QStringList({"1|1|f1|"_s, "1|2||"_s, "2|0|f2|/a"_s, "3|2|f3|"_s}));
+        QCOMPARE(seen, QStringList({"1|1|f1|"_s, "1|2|f1|"_s, "2|0|f2|/a"_s, "3|2|f3|"_s}));
         // An internal file has no path: 1 is its block.
         m_files->updateFilePath(1, "path"_s, "/lost"_s);
         m_files->updateFilePath(2, "path"_s, "/new"_s);

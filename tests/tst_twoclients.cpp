@@ -123,8 +123,8 @@ private:
             void(isRare ? m_manager.removeNodes({oneOf(nodes)})
                         : m_manager.removeNodesKeepingChildren(some(nodes)));
         else if (kind == 17)
-            isRare ? m_manager.removeRelations({oneOf(places)})
-                   : m_manager.addRelations(oneOf(places), some(tags).mid(0, 2));
+            void(isRare ? void(m_manager.removeRelations({oneOf(places)}))
+                        : void(m_manager.addRelations(oneOf(places), some(tags).mid(0, 2))));
         else if (kind == 18)
             void(isEven ? m_manager.linkTags(some(files), some(tags))
                         : m_manager.unlinkTags(some(files), some(tags)));

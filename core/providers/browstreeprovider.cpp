@@ -5,6 +5,8 @@
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/transaction.h"
 
+#include <algorithm>
+
 namespace {
 const QLatin1String nodesTable("tb_nodes");
 const QLatin1String linksTable("tb_node_links");
@@ -28,20 +30,27 @@ void BrowsTreeProvider::loadAllNodes()
 void BrowsTreeProvider::loadNodes(const QVector<qint64> &ids)
 {
     Chunks::forEach(ids, Chunks::idsPerStatement, [this](const QVector<qint64> &part) {
-        const QString condition =
-            SqlText::fill(QStringLiteral(" WHERE node_id IN (%1)"), {SqlText::idList(part)});
-        request(selectText() + condition + constructor()->statementEnd(), &BrowsTreeProvider::gotNodesInfo);
+        request(nodesText(part), &BrowsTreeProvider::gotNodesInfo);
         return true;
     });
+}
+
+QString BrowsTreeProvider::nodesText(const QVector<qint64> &ids) const
+{
+    return selectText() + SqlText::fill(QStringLiteral(" WHERE node_id IN (%1)"), {SqlText::idList(ids)}) +
+           constructor()->statementEnd();
+}
+
+void BrowsTreeProvider::expectNodes(const QVector<qint64> &ids)
+{
+    expect(nodesText(ids));
 }
 
 bool BrowsTreeProvider::readNodes(const QVector<qint64> &ids, TableData &rows)
 {
     return Chunks::forEach(ids, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
-        const QString condition =
-            SqlText::fill(QStringLiteral(" WHERE node_id IN (%1)"), {SqlText::idList(part)});
         TableData read;
-        const bool isRead = runSync(selectText() + condition + constructor()->statementEnd(), read);
+        const bool isRead = runSync(nodesText(part), read);
         rows += read;
         return isRead;
     });
@@ -74,13 +83,11 @@ QVector<qint64> BrowsTreeProvider::addNodes(const QVector<qint64> &tagIds, bool 
 {
     Transaction transaction(*this);
     QVector<qint64> ids;
-    for (const qint64 tagId : tagIds) {
-        const qint64 id = transaction.isActive() ? insertNode(tagId, trOption, inverted) : 0;
-        if (id <= 0 || !addLink(parentId, id))
-            return {};
-        ids.append(id);
-    }
-    return transaction.commit() ? ids : QVector<qint64>();
+    if (!transaction.isActive() || !insertNodes(tagIds, trOption, inverted, ids))
+        return {};
+    const bool areLinked =
+        std::all_of(ids.cbegin(), ids.cend(), [this, parentId](qint64 id) { return addLink(parentId, id); });
+    return areLinked && transaction.commit() ? ids : QVector<qint64>();
 }
 
 QVector<qint64> BrowsTreeProvider::addPath(const QVector<NodeStep> &steps, qint64 parentId)
@@ -88,7 +95,10 @@ QVector<qint64> BrowsTreeProvider::addPath(const QVector<NodeStep> &steps, qint6
     Transaction transaction(*this);
     QVector<qint64> ids;
     for (const NodeStep &step : steps) {
-        const qint64 id = transaction.isActive() ? insertNode(step.tagId, step.trOption, step.inverted) : 0;
+        QVector<qint64> inserted;
+        if (transaction.isActive())
+            insertNodes({step.tagId}, step.trOption, step.inverted, inserted);
+        const qint64 id = inserted.value(0);
         if (id <= 0 || !addLink(ids.isEmpty() ? parentId : ids.last(), id))
             return {};
         ids.append(id);
@@ -101,12 +111,12 @@ QVector<qint64> BrowsTreeProvider::addNodesAbove(const QVector<qint64> &tagIds, 
 {
     Transaction transaction(*this);
     QVector<qint64> ids;
+    if (!transaction.isActive() || !insertNodes(tagIds, trOption, inverted, ids))
+        return {};
     qint64 above = parentId;
-    for (const qint64 tagId : tagIds) {
-        const qint64 id = transaction.isActive() ? insertNode(tagId, trOption, inverted) : 0;
-        if (id <= 0 || !addLink(above, id))
+    for (const qint64 id : qAsConst(ids)) {
+        if (!addLink(above, id))
             return {};
-        ids.append(id);
         above = id;
     }
     return writeParent({childId}, above) && transaction.commit() ? ids : QVector<qint64>();
@@ -241,11 +251,15 @@ QString BrowsTreeProvider::selectText() const
     return constructor()->selectQuery(nodeColumns(), nodesTable + tags + links);
 }
 
-QString BrowsTreeProvider::insertText(qint64 tagId, bool trOption, bool inverted) const
+QString BrowsTreeProvider::insertText(const QVector<qint64> &tagIds, bool trOption, bool inverted) const
 {
+    QVector<QStringList> rows;
+    rows.reserve(tagIds.size());
+    for (const qint64 tagId : tagIds)
+        rows.append({QString::number(tagId), flagText(trOption), flagText(inverted)});
     return constructor()->insertQuery(
         {QStringLiteral("tag_id"), QStringLiteral("tr_options"), QStringLiteral("inverted")}, nodesTable,
-        {{QString::number(tagId), flagText(trOption), flagText(inverted)}});
+        rows);
 }
 
 QString BrowsTreeProvider::linkInsertText(qint64 parentId, qint64 childId) const
@@ -254,11 +268,19 @@ QString BrowsTreeProvider::linkInsertText(qint64 parentId, qint64 childId) const
                                       {{QString::number(parentId), QString::number(childId)}});
 }
 
-qint64 BrowsTreeProvider::insertNode(qint64 tagId, bool trOption, bool inverted)
+bool BrowsTreeProvider::insertNodes(const QVector<qint64> &tagIds, bool trOption, bool inverted,
+                                    QVector<qint64> &ids)
 {
-    if (!runSync(insertText(tagId, trOption, inverted) + constructor()->statementEnd()))
-        return 0;
-    return SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("node_id"))).toLongLong();
+    for (const qint64 tagId : tagIds) {
+        if (!runSync(insertText({tagId}, trOption, inverted) + constructor()->statementEnd()))
+            return false;
+        const qint64 id =
+            SingleValue::read(*this, constructor()->lastIdQuery(QStringLiteral("node_id"))).toLongLong();
+        if (id <= 0)
+            return false;
+        ids.append(id);
+    }
+    return true;
 }
 
 bool BrowsTreeProvider::runForIds(const QString &statement, const QVector<qint64> &ids)

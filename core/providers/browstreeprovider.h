@@ -22,6 +22,8 @@ public:
      * failure.
      */
     bool readNodes(const QVector<qint64> &ids, TableData &rows);
+    /** loadNodes() of these comes when the edit that goes on is through. */
+    void expectNodes(const QVector<qint64> &ids);
 
     /**
      * Inserts a node with its link below a parent (0 the top level), both or neither, and emits nodesAdded;
@@ -92,12 +94,15 @@ protected:
     virtual QStringList nodeColumns() const;
     QString selectText() const;
     /** The insert of a node without its end, so that a dialect may add to it. */
-    QString insertText(qint64 tagId, bool trOption, bool inverted) const;
+    QString insertText(const QVector<qint64> &tagIds, bool trOption, bool inverted) const;
     virtual QString linkInsertText(qint64 parentId, qint64 childId) const;
     /** Runs the insert of a node and gives its id, 0 on failure. */
-    virtual qint64 insertNode(qint64 tagId, bool trOption, bool inverted);
+    /** One for each tag, in their order. */
+    virtual bool insertNodes(const QVector<qint64> &tagIds, bool trOption, bool inverted,
+                             QVector<qint64> &ids);
 
 private:
+    QString nodesText(const QVector<qint64> &ids) const;
     bool writeParent(const QVector<qint64> &ids, qint64 parentId);
     /** Fills %1 of a statement without values with the ids and runs it, all of them or none. */
     bool runForIds(const QString &statement, const QVector<qint64> &ids);

@@ -2,6 +2,7 @@
 
 #include "core/providers/foreignchanges.h"
 #include "db/sql/basedbprovider.h"
+#include "db/sql/statementqueue.h"
 
 /**
  * The journal that a server keeps of changed rows, as far as they are others'. A place in it is the stamp of
@@ -38,8 +39,13 @@ public:
         Outdated, ///< others have changed what the edit rests on since the last look
         Failed
     };
-    /** Ends the transaction of begin(); it is rolled back unless it was committed. */
+    /**
+     * Ends the transaction of begin(), with what waits in the queue; it is rolled back unless it was
+     * committed.
+     */
     Commit commit(const EditBase &base);
+    /** Of the edits between begin() and commit(). */
+    StatementQueue &queue() { return m_queue; }
 
 signals:
     /** Another program has committed. */
@@ -49,6 +55,7 @@ private:
     Look read(const QString &beginning, ForeignChanges &changes);
     static void note(const QSqlQuery &row, ForeignChanges &changes);
 
+    StatementQueue m_queue;
     bool m_isThere = false;
     qint64 m_place = 0;
 };

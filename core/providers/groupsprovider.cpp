@@ -37,22 +37,29 @@ void GroupsProvider::loadAllGroups()
 void GroupsProvider::loadGroups(const QVector<qint64> &ids)
 {
     Chunks::forEach(ids, Chunks::idsPerStatement, [this](const QVector<qint64> &part) {
-        const QString condition =
-            constructor()->inClause(QStringLiteral("tag_groups.tag_group_id"), SqlText::idTexts(part));
-        request(selectText() + constructor()->whereClause(condition) + constructor()->statementEnd(),
-                &GroupsProvider::groupsUpdated);
+        request(groupsText(part), &GroupsProvider::groupsUpdated);
         return true;
     });
+}
+
+void GroupsProvider::expectGroups(const QVector<qint64> &ids)
+{
+    expect(groupsText(ids));
+}
+
+QString GroupsProvider::groupsText(const QVector<qint64> &ids) const
+{
+    return selectText() +
+           constructor()->whereClause(
+               constructor()->inClause(QStringLiteral("tag_groups.tag_group_id"), SqlText::idTexts(ids))) +
+           constructor()->statementEnd();
 }
 
 bool GroupsProvider::readGroups(const QVector<qint64> &ids, TableData &rows)
 {
     return Chunks::forEach(ids, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
-        const QString condition =
-            constructor()->inClause(QStringLiteral("tag_groups.tag_group_id"), SqlText::idTexts(part));
         TableData read;
-        const bool isRead = runSync(
-            selectText() + constructor()->whereClause(condition) + constructor()->statementEnd(), read);
+        const bool isRead = runSync(groupsText(part), read);
         rows += read;
         return isRead;
     });
@@ -100,6 +107,7 @@ bool GroupsProvider::setGroupTags(const QVector<GroupTagChange> &changes)
         if (!transaction.isActive() || !std::all_of(real.cbegin(), real.cend(), run) || !transaction.commit())
             return false;
     }
+    expectGroups(groupIds);
     announce([this, groupIds] { loadGroups(groupIds); });
     return true;
 }

@@ -50,11 +50,14 @@ signals:
     void groupsUpdated(bool ok, const TableData &table);
 
 protected:
+    /** These will be read when the edit that goes on is through. */
+    void expectGroups(const QVector<qint64> &ids);
     QString selectText() const;
     /** The insert of a new group without its end, so that a dialect may add to it. */
     QString insertText(const QString &name) const;
 
 private:
+    QString groupsText(const QVector<qint64> &ids) const;
     bool runRemoval(const QVector<qint64> &ids);
     bool runTagChange(const GroupTagChange &change);
     bool removeTagLinks(qint64 groupId, const QVector<qint64> &tagIds);

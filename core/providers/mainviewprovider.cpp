@@ -10,6 +10,7 @@ namespace {
 constexpr int rowsPerSlice = 512;
 // Each part makes the models look at all files once more.
 constexpr int filesPerReload = 10000;
+constexpr int fewFiles = 20;
 } // namespace
 
 MainViewProvider::MainViewProvider(const AbstractQueryConstructor *constructor, QObject *parent)
@@ -72,7 +73,7 @@ bool MainViewProvider::changePaths(const PathChanges &changes)
     }
     if (!transaction.commit())
         return false;
-    announce([this, ids] { loadFiles(ids); });
+    announceFiles(ids);
     return true;
 }
 
@@ -84,7 +85,7 @@ bool MainViewProvider::renameFile(qint64 id, const QString &name, const QString 
         runSync(updatePathText(id, {QStringLiteral("path"), QStringLiteral("rel_path")}, {path, relPath})) &&
         transaction.commit();
     if (isDone)
-        announce([this, id] { loadFiles({id}); });
+        announceFiles({id});
     return isDone;
 }
 
@@ -136,8 +137,34 @@ QString MainViewProvider::tagsText(const QString &condition) const
            condition + QLatin1String(" ORDER BY file_id") + constructor()->statementEnd();
 }
 
+void MainViewProvider::announceFiles(const QVector<qint64> &ids)
+{
+    if (ids.size() <= fewFiles)
+        expect(fewFilesText(ids));
+    announce([this, ids] { loadFiles(ids); });
+}
+
+QString MainViewProvider::fewFilesText(const QVector<qint64> &ids) const
+{
+    const QString paths =
+        constructor()->joinQuery(LeftJoin, QStringLiteral("file_paths"),
+                                 QStringLiteral("files.storage_id=file_paths.path_id AND files.internal=0"));
+    const QString links = constructor()->joinQuery(LeftJoin, QStringLiteral("file_tag"),
+                                                   QStringLiteral("files.file_id=file_tag.file_id"));
+    return constructor()->selectQuery(
+               {QStringLiteral("files.*"), QStringLiteral("file_paths.*"), QStringLiteral("file_tag.tag_id")},
+               QLatin1String("files") + paths + links) +
+           constructor()->whereClause(
+               constructor()->inClause(QStringLiteral("files.file_id"), SqlText::idTexts(ids))) +
+           QLatin1String(" ORDER BY files.file_id,file_tag.tag_id") + constructor()->statementEnd();
+}
+
 bool MainViewProvider::readFiles(const QVector<qint64> &ids, TableData &rows)
 {
+    // One statement, which comes along with the end of an edit; of many files, each with its tags, the
+    // values would come again and again.
+    if (ids.size() <= fewFiles)
+        return runSync(fewFilesText(ids), rows);
     const QStringList texts = SqlText::idTexts(ids);
     const auto condition = [this, &texts](const QString &column) {
         return constructor()->whereClause(constructor()->inClause(column, texts));
@@ -192,7 +219,7 @@ bool MainViewProvider::updateAndLoad(qint64 id, const QString &update)
 {
     if (!runEdit(update))
         return false;
-    announce([this, id] { loadFiles({id}); });
+    announceFiles({id});
     return true;
 }
 

@@ -77,6 +77,9 @@ protected:
     QString tagsText(const QString &condition) const;
 
 private:
+    /** Their new rows, when the edit is through. */
+    void announceFiles(const QVector<qint64> &ids);
+    QString fewFilesText(const QVector<qint64> &ids) const;
     QString highestIdText() const;
     QString updateText(qint64 id, const QString &column, const QString &value) const;
     QString updatePathText(qint64 id, const QStringList &columns, const QStringList &values) const;

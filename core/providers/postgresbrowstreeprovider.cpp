@@ -89,11 +89,19 @@ QStringList PostgresBrowsTreeProvider::nodeColumns() const
     return BrowsTreeProvider::nodeColumns() << QStringLiteral("tb_node_links.browsing_tree_id");
 }
 
-qint64 PostgresBrowsTreeProvider::insertNode(qint64 tagId, bool trOption, bool inverted)
+bool PostgresBrowsTreeProvider::insertNodes(const QVector<qint64> &tagIds, bool trOption, bool inverted,
+                                            QVector<qint64> &ids)
 {
-    return SingleValue::read(*this, insertText(tagId, trOption, inverted) +
-                                        QLatin1String(" RETURNING node_id ") + constructor()->statementEnd())
-        .toLongLong();
+    if (tagIds.isEmpty())
+        return true;
+    TableData rows;
+    const QString statement = insertText(tagIds, trOption, inverted) + QLatin1String(" RETURNING node_id ") +
+                              constructor()->statementEnd();
+    const bool isDone = runSync(statement, rows) && rows.size() == tagIds.size();
+    for (const TableRowData *row : qAsConst(rows))
+        ids.append(row->at(0).toLongLong());
+    freeRows(rows);
+    return isDone;
 }
 
 QString PostgresBrowsTreeProvider::treeInsertText(const QString &name) const

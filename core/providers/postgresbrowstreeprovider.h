@@ -28,7 +28,8 @@ public:
 protected:
     QStringList nodeColumns() const override;
     QString linkInsertText(qint64 parentId, qint64 childId) const override;
-    qint64 insertNode(qint64 tagId, bool trOption, bool inverted) override;
+    bool insertNodes(const QVector<qint64> &tagIds, bool trOption, bool inverted,
+                     QVector<qint64> &ids) override;
 
     QString treeInsertText(const QString &name) const;
     QString treeUpdateText(qint64 id, const QString &column, const QString &value) const;

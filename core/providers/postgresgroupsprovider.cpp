@@ -13,7 +13,9 @@ qint64 PostgresGroupsProvider::addGroup(const QString &name)
     const QString statement =
         insertText(name) + QLatin1String(" RETURNING tag_group_id ") + constructor()->statementEnd();
     const qint64 id = SingleValue::read(*this, statement).toLongLong();
-    if (id > 0)
+    if (id > 0) {
+        expectGroups({id});
         announce([this, id] { loadGroups({id}); });
+    }
     return id;
 }

@@ -13,7 +13,9 @@ qint64 PostgresTagsProvider::addTag(const QString &name)
     const QString statement =
         insertText(name) + QLatin1String(" RETURNING tag_id ") + constructor()->statementEnd();
     const qint64 id = SingleValue::read(*this, statement).toLongLong();
-    if (id > 0)
+    if (id > 0) {
+        expectTags({id});
         announce([this, id] { loadTags({id}); });
+    }
     return id;
 }

@@ -67,6 +67,7 @@ bool TagsProvider::updateTag(qint64 id, const QString &column, const QString &va
                               constructor()->whereClause(condition) + constructor()->statementEnd();
     if (!runEdit(statement))
         return false;
+    expectTags({id});
     announce([this, id] { loadTags({id}); });
     return true;
 }
@@ -86,6 +87,11 @@ bool TagsProvider::removeTags(const QVector<qint64> &ids)
     transaction.rollBack();
     announce([this, ok, ids] { emit tagsRemoved(ok, ids); });
     return ok;
+}
+
+void TagsProvider::expectTags(const QVector<qint64> &ids)
+{
+    expect(selectText() + conditionText(ids) + constructor()->statementEnd());
 }
 
 QString TagsProvider::selectText() const

@@ -36,6 +36,8 @@ signals:
     void tagsRemoved(bool ok, const QVector<qint64> &ids);
 
 protected:
+    /** These will be read when the edit that goes on is through. */
+    void expectTags(const QVector<qint64> &ids);
     QString selectText() const;
     /** The insert of a new tag without its end, so that a dialect may add to it. */
     QString insertText(const QString &name) const;

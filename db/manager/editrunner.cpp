@@ -59,4 +59,5 @@ void EditRunner::tell(const EditResult &result)
     const QVector<BaseDBProvider *> providers = editors();
     for (BaseDBProvider *provider : providers)
         provider->tellNews();
+    m_host.toldEdit();
 }

@@ -31,6 +31,8 @@ public:
     /** Around all of it; what it changed is told when it is through, and may be empty. */
     virtual void editBegins() = 0;
     virtual void editEnded(const EditStep &step) = 0;
+    /** Behind the news of an edit, which may have been read together with its end. */
+    virtual void toldEdit() {}
     /** Notes the state of the database after a change of our own. */
     virtual void refreshModificationDate() = 0;
 };

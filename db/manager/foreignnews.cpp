@@ -107,6 +107,7 @@ bool ForeignNews::begin(const EditBase &base)
         if (look == ChangeJournal::Current && !base.isMetBy(m_merger.pending())) {
             m_base = base;
             m_justMerged = taken;
+            queue().open();
             return true;
         }
         m_journal.rollbackTransaction();
@@ -152,5 +153,6 @@ ChangeJournal::Commit ForeignNews::commit()
 
 void ForeignNews::rollBack()
 {
+    queue().close();
     m_journal.rollbackTransaction();
 }

@@ -37,6 +37,7 @@ public:
     void stop();
     bool isThere() const { return m_journal.isThere(); }
     BaseDBProvider *provider() { return &m_journal; }
+    StatementQueue &queue() { return m_journal.queue(); }
 
     /** Takes in what is new; whether an edit may go on that rests on this. Else it is dropped. */
     bool mayEdit(const EditBase &base);

@@ -155,7 +155,7 @@ bool PostgresDBManager::beginEdit(const EditBase &base)
     m_isInEdit = true;
     const QVector<BaseDBProvider *> joining = editors();
     for (BaseDBProvider *provider : joining)
-        provider->joinTransaction();
+        provider->joinTransaction(&m_news->queue());
     return true;
 }
 
@@ -184,7 +184,12 @@ void PostgresDBManager::include(BaseDBProvider *provider)
 {
     DatabaseManger::include(provider);
     if (m_isInEdit)
-        provider->joinTransaction();
+        provider->joinTransaction(&m_news->queue());
+}
+
+void PostgresDBManager::toldEdit()
+{
+    m_news->queue().close();
 }
 
 bool PostgresDBManager::haveOthersWritten()

@@ -51,6 +51,7 @@ protected:
     bool mayEdit(const EditBase &base) override;
     bool beginEdit(const EditBase &base) override;
     EditEnd endEdit(bool isDone) override;
+    void toldEdit() override;
     bool mayTouch(const EditBase &base) override;
     void include(BaseDBProvider *provider) override;
 

@@ -325,6 +325,7 @@ qint64 RecordEdits::addNodes(const QVector<qint64> &tagIds, const QVector<qint64
         m_host.notes().nodesAdded(ids, tagIds);
         // Read together with a node that they went above, which tells of its new parent.
         const QVector<qint64> reloaded = ids + nodeIds;
+        m_providers.browsTree->expectNodes(reloaded);
         return {!ids.isEmpty(), {}, [this, reloaded] { m_host.reloadNodes(reloaded); }};
     };
     return m_host.runEdit(PendingReloads::NodeReload, ofNodes(nodeIds, tagIds), run).isDone ? ids.first() : 0;

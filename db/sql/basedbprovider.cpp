@@ -7,6 +7,7 @@
 #include "db/sql/errorjudge.h"
 #include "db/sql/readbound.h"
 #include "db/sql/serverwatch.h"
+#include "db/sql/statementqueue.h"
 #include "db/sql/transaction.h"
 #include "db/sql/writeguard.h"
 
@@ -54,9 +55,46 @@ BaseDBProvider::~BaseDBProvider() = default;
 
 bool BaseDBProvider::runSync(const QString &query, TableData &table, const QString &connectionName)
 {
+    if (connectionName.isEmpty() && takeAnswer(query, table))
+        return true;
+    if (connectionName.isEmpty() && isQueueOpen())
+        return runInQueue(query, table);
     SyncRunner runner;
     forwardErrors(runner);
     return runner.run(query, table, connectionName);
+}
+
+bool BaseDBProvider::isQueueOpen() const
+{
+    return m_queue && m_queue->isOpen();
+}
+
+bool BaseDBProvider::takeAnswer(const QString &query, TableData &rows)
+{
+    return m_queue && m_queue->takeAnswer(query, rows);
+}
+
+void BaseDBProvider::expect(const QString &query)
+{
+    if (isQueueOpen())
+        m_queue->expect(query);
+}
+
+bool BaseDBProvider::runInQueue(const QString &query, TableData &table)
+{
+    const QSqlDatabase database = openConnection(QString());
+    if (!database.isOpen()) {
+        loseConnection();
+        return false;
+    }
+    QSqlQuery statement(database);
+    {
+        const ServerWatch::Waiting waiting(database, ServerWatch::Patient);
+        if (executeForwardOnly(statement, query) && QueryRunner::readRows(statement, table))
+            return true;
+    }
+    reportError(database, statement);
+    return false;
 }
 
 bool BaseDBProvider::runAsync(const QString &query, TableData &table)
@@ -74,8 +112,20 @@ bool BaseDBProvider::runAsyncWithBlob(const QString &query, const QByteArray &bl
     return runner.runWithBlob(query, blob, placeholder, table, QString());
 }
 
+bool BaseDBProvider::sendWaiting(const QString &connectionName)
+{
+    if (!connectionName.isEmpty() || !isQueueOpen() || !m_queue->isWaiting())
+        return true;
+    TableData none;
+    return runInQueue(QStringLiteral("SELECT WHERE false;"), none);
+}
+
 bool BaseDBProvider::runSync(const QString &query, const QString &connectionName)
 {
+    if (connectionName.isEmpty() && isQueueOpen()) {
+        m_queue->add(query);
+        return true;
+    }
     TableData table;
     const bool success = runSync(query, table, connectionName);
     freeRows(table);
@@ -109,6 +159,8 @@ bool BaseDBProvider::runAsyncWithBlob(const QString &query, const QByteArray &bl
 bool BaseDBProvider::runWithBlob(const QString &query, const QByteArray &blob, const QString &placeholder,
                                  const QString &connectionName)
 {
+    if (!sendWaiting(connectionName))
+        return false;
     SyncRunner runner;
     forwardErrors(runner);
     TableData table;
@@ -129,6 +181,8 @@ bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &v
 bool BaseDBProvider::runPrepared(const QString &statement, const QVariantList &values, TableData &table,
                                  const QString &connectionName)
 {
+    if (!sendWaiting(connectionName))
+        return false;
     const QString connection = orDefault(connectionName);
     QSqlQuery *query = preparedQuery(statement, connection);
     if (!query)
@@ -217,6 +271,8 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
         loseConnection();
         return false;
     }
+    if (!sendWaiting())
+        return false;
     QSqlQuery links(database);
     QSqlQuery statement(database);
     // A server sends one open result at a time: there the links are fetched whole before the other starts.
@@ -236,9 +292,15 @@ bool BaseDBProvider::runSyncJoined(const QString &query, const QString &linksQue
 
 bool BaseDBProvider::executeForwardOnly(QSqlQuery &statement, const QString &query)
 {
+    const QStringList before = isQueueOpen() ? m_queue->take() : QStringList();
     statement.setForwardOnly(true);
     ReadBound::beginStatement(query.size());
-    return statement.exec(query);
+    if (before.isEmpty())
+        return statement.exec(query);
+    bool isDone = statement.exec(before.join(QLatin1Char(' ')) + QLatin1Char(' ') + query);
+    for (int i = 0; i < before.size() && isDone; ++i)
+        isDone = statement.nextResult();
+    return isDone;
 }
 
 bool BaseDBProvider::reportError(const QSqlDatabase &database, const QSqlQuery &statement)
@@ -334,9 +396,11 @@ bool BaseDBProvider::rollbackTransaction(const QString &connectionName)
     return isDone;
 }
 
-void BaseDBProvider::joinTransaction()
+void BaseDBProvider::joinTransaction(StatementQueue *queue)
 {
     ++m_joinDepth;
+    if (queue)
+        m_queue = queue;
 }
 
 void BaseDBProvider::leaveTransaction(bool isCommitted)

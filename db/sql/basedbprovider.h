@@ -16,6 +16,7 @@
 #include <functional>
 
 class AbstractQueryConstructor;
+class StatementQueue;
 class WriteGuard;
 
 /**
@@ -90,9 +91,10 @@ public:
     /**
      * From here on the provider takes part in a transaction of another one on the default connection: begin
      * and commit are left to that one, and news wait. They are dropped in the end unless it was committed.
-     * Such transactions may stand inside each other: the outermost one counts.
+     * Such transactions may stand inside each other: the outermost one counts. While the queue, which is
+     * borrowed, is open, statements of the default connection wait in it.
      */
-    void joinTransaction();
+    void joinTransaction(StatementQueue *queue = nullptr);
     void leaveTransaction(bool isCommitted);
     /** Gives out the news that waited, in their order. */
     void tellNews();
@@ -135,8 +137,16 @@ protected:
         forwardErrors(runner);
         if (isSignalConnected(QMetaMethod::fromSignal(reply)))
             connect(&runner, &QueryRunner::queryFinished, static_cast<Provider *>(this), reply);
-        runner.run(query);
+        TableData rows;
+        if (takeAnswer(query, rows))
+            runner.answer(rows);
+        else
+            runner.run(query);
     }
+    /** What will be read when the edit that goes on is through: it may come with the commit then. */
+    void expect(const QString &query);
+    /** Runs a query behind what waits in the queue, in one message; its own result is the open one then. */
+    bool executeForwardOnly(QSqlQuery &statement, const QString &query);
     /** Emits a signal now, or when the transaction that was joined is through. */
     void announce(const std::function<void()> &news);
     /** Ends the running transaction and emits connectionError. */
@@ -155,7 +165,11 @@ protected:
 
 private:
     bool beginWriting(QSqlDatabase &database);
-    bool executeForwardOnly(QSqlQuery &statement, const QString &query);
+    bool takeAnswer(const QString &query, TableData &rows);
+    bool isQueueOpen() const;
+    bool runInQueue(const QString &query, TableData &table);
+    /** Before a statement that does not take along what waits. */
+    bool sendWaiting(const QString &connectionName = QString());
     bool runOnSavepoint(const QString &statement);
     void tellError(const QSqlError &error);
     /** The same, or that the connection is lost, after a failure on it. */
@@ -164,6 +178,7 @@ private:
 
     const AbstractQueryConstructor *m_constructor;
     WriteGuard *m_writeGuard = nullptr;
+    StatementQueue *m_queue = nullptr;
     QHash<QString, QHash<QString, QSqlQuery>> m_prepared;
     QSqlError m_lastError;
     QVector<std::function<void()>> m_news;

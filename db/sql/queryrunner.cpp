@@ -107,6 +107,14 @@ bool QueryRunner::runBlobOn(const QString &connectionName, const QString &query,
     return finish(database, statement, executed(), table);
 }
 
+void QueryRunner::answer(const TableData &rows)
+{
+    TableData table = rows;
+    emit queryFinished(true, table);
+    if (!isSignalConnected(QMetaMethod::fromSignal(&QueryRunner::queryFinished)))
+        freeRows(table);
+}
+
 bool QueryRunner::checkConnection(const QSqlDatabase &database)
 {
     if (database.isValid() && database.isOpen())

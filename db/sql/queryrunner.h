@@ -38,6 +38,8 @@ public:
      * tells a lost connection from a wrong statement.
      */
     static bool isConnectionAlive(const QSqlDatabase &database);
+    /** Answers as if the rows had just been read. */
+    void answer(const TableData &rows);
     /** Reads what an executed query holds; false when the reading broke off, with no row in `table`. */
     static bool readRows(QSqlQuery &query, TableData &table);
     /** The names of a query's columns, in their order. */
