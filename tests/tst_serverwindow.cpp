@@ -9,6 +9,7 @@
 #include "ui/dialogs/databaseconnectdialog.h"
 #include "ui/docks/tagstabledock.h"
 #include "ui/views/mainfilesview.h"
+#include "ui/views/tbtreeview.h"
 #include "ui/widgets/browsingtreesdelegate.h"
 #include "ui/widgets/tableview.h"
 
@@ -197,8 +198,9 @@ private slots:
         addRow("others",
                "INSERT INTO tags VALUES (70,'a theirs','',0,NULL); UPDATE tags SET tag_name='z' WHERE "
                "tag_id=2; INSERT INTO files SELECT i,'0'||i,'',0,0,0,'d'||i,1,0,0,0,2 FROM "
-               "generate_series(300,309) i"_s,
-               "2 tags, 10 files changed by others"_s);
+               "generate_series(300,309) i; INSERT INTO tb_nodes VALUES (70,3,1,0); "
+               "INSERT INTO tb_node_links VALUES (1,70)"_s,
+               "2 tags, 1 node, 10 files changed by others"_s);
         addRow("the tag itself", "UPDATE tags SET tag_name='theirs' WHERE tag_id=1"_s,
                "1 tag changed by others"_s);
     }
@@ -209,9 +211,18 @@ private slots:
         QVERIFY(
             m_server->owner().run("INSERT INTO tags SELECT i,'tag '||i,'',0,NULL FROM generate_series(1,9) "
                                   "i; INSERT INTO files SELECT "
-                                  "i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM generate_series(1,200) i"_s));
+                                  "i,'file '||i,'',0,0,0,'c'||i,1,0,0,0,2 FROM generate_series(1,200) i; "
+                                  "INSERT INTO tb_nodes SELECT i,i,1,0 FROM generate_series(1,2) i; "
+                                  "INSERT INTO tb_node_links VALUES (0,1), (1,2)"_s));
         QVERIFY(window().openDatabase(m_details));
         window().show();
+        auto *tree = window().findChild<TBtreeView *>();
+        const QPersistentModelIndex node = tree->model()
+                                               ->match(tree->model()->index(0, 0), Qt::DisplayRole, "tag 1"_s,
+                                                       1, Qt::MatchStartsWith | Qt::MatchRecursive)
+                                               .value(0);
+        QVERIFY(node.isValid());
+        tree->expand(node);
         window().collection()->mainViewController()->showSpecialNode(AllFiles);
         QAbstractItemView *files = nullptr;
         for (auto *view : window().findChild<MainFilesView *>()->findChildren<QAbstractItemView *>())
@@ -219,6 +230,14 @@ private slots:
         QVERIFY(files);
         files->setCurrentIndex(files->model()->index(199, ContentsModel::NameColumn));
         const QString selected = files->currentIndex().data().toString();
+        files->model()->sort(ContentsModel::NameColumn);
+        files->scrollTo(files->model()->index(100, ContentsModel::NameColumn),
+                        QAbstractItemView::PositionAtTop);
+        const auto firstShown = [files] {
+            return files->indexAt({12, 12}).siblingAtColumn(ContentsModel::NameColumn).data().toString();
+        };
+        const QString first = firstShown();
+        QVERIFY(first != files->model()->index(0, ContentsModel::NameColumn).data().toString());
         auto *tags = window().findChild<TagsTableDock *>()->findChild<TableView *>();
         for (int row = 0; row < tags->model()->rowCount(); ++row) {
             if (tags->model()->index(row, 0).data().toString() == "tag 1"_s)
@@ -239,6 +258,8 @@ private slots:
         QCOMPARE(editor->text(), "typed"_s);
         QCOMPARE(files->selectionModel()->selectedRows().size(), 1);
         QCOMPARE(files->currentIndex().data().toString(), selected);
+        QCOMPARE(firstShown(), first);
+        QVERIFY(node.isValid() && tree->isExpanded(node));
         QCOMPARE(m_fixture->takeBoxes(), QStringList());
     }
 

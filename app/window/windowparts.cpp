@@ -1,5 +1,6 @@
 #include "app/window/windowparts.h"
 
+#include "app/window/keptplaces.h"
 #include "app/window/statusline.h"
 #include "core/controllers/collection.h"
 #include "ui/docks/browsingtreeviewdock.h"
@@ -47,7 +48,8 @@ WindowParts::WindowParts(QMainWindow *window)
       m_metadataDock(new MetaInfoDock(window)),
       m_browsingDock(new BrowsingTreeViewDock(window)),
       m_externalFilesDock(new ExternalFilesDock(window)),
-      m_status(new StatusLine(window->statusBar()))
+      m_status(new StatusLine(window->statusBar())),
+      m_places(new KeptPlaces(window))
 {
     m_tagsDock->setObjectName(QStringLiteral("TagsDock"));
     m_relationsDock->setObjectName(QStringLiteral("RelationsDock"));
@@ -134,6 +136,8 @@ void WindowParts::arrangeTabOrder(const MainUi &ui)
 
 void WindowParts::followReloads(Collection *collection)
 {
+    connect(collection, &Collection::aboutToMergeForeignChanges, m_places, &KeptPlaces::note);
+    connect(collection, &Collection::foreignChangesShown, m_places, &KeptPlaces::restore);
     connect(collection, &Collection::foreignChangesMerged, m_status, &StatusLine::tellNews);
     connect(collection, &Collection::happened, m_status, &StatusLine::tell);
     connect(collection, &Collection::allDataReloaded, m_browsingDock, &BrowsingTreeViewDock::updateTitle);

@@ -6,6 +6,7 @@
 class BrowsingTreeViewDock;
 class Collection;
 class ExternalFilesDock;
+class KeptPlaces;
 class MainFilesView;
 class MainUi;
 class MetaInfoDock;
@@ -51,4 +52,5 @@ private:
     BrowsingTreeViewDock *m_browsingDock;
     ExternalFilesDock *m_externalFilesDock;
     StatusLine *m_status;
+    KeptPlaces *m_places;
 };

@@ -87,6 +87,9 @@ void Collection::connectManager()
     connect(m_manager, &DatabaseManger::connectionError, this, &Collection::connectionError);
     connect(m_manager, &DatabaseManger::errorOccured, this, &Collection::errorOccured);
     connect(m_manager, &DatabaseManger::operationFailed, this, &Collection::operationFailed);
+    connect(m_manager, &DatabaseManger::aboutToMergeForeignChanges, this,
+            &Collection::aboutToMergeForeignChanges);
+    connect(m_manager, &DatabaseManger::foreignChangesShown, this, &Collection::foreignChangesShown);
     connect(m_manager, &DatabaseManger::foreignChangesMerged, this, &Collection::foreignChangesMerged);
     connect(m_manager, &DatabaseManger::aboutToReloadAllData, this, &Collection::aboutToReloadAllData);
     connect(m_manager, &DatabaseManger::allDataReloaded, this, &Collection::allDataReloaded);

@@ -105,6 +105,9 @@ signals:
     void nodesMade(const QVector<qint64> &nodeIds);
     void duplicatesReady(PresentableDuplicates duplicates);
     void importNotification(QList<ShellFile> files);
+    /** Around the taking in of a part of what others changed. */
+    void aboutToMergeForeignChanges();
+    void foreignChangesShown();
     /** What others changed has been taken in. */
     void foreignChangesMerged(NewsCount count);
     void aboutToReloadAllData();

@@ -371,6 +371,9 @@ signals:
     void thumbnailUpdated(qlonglong fileId, QImage *image);
     /** Title and text. */
     void showTempWarning(QString title, QString text);
+    /** Around the taking in of a part of what others changed: whoever shows something keeps its place. */
+    void aboutToMergeForeignChanges();
+    void foreignChangesShown();
     /** What others changed has been taken in. */
     void foreignChangesMerged(NewsCount count);
     /** Around an edit of the window; with what it changed, if that can be taken back, and how it is told. */

@@ -75,7 +75,9 @@ ForeignNews::Reading ForeignNews::read()
 
 void ForeignNews::merge()
 {
+    emit aboutToMerge();
     m_merger.merge();
+    emit partMerged();
     if (m_merger.haveTreesChanged())
         emit treesChanged();
     if (!m_merger.pending().isEmpty()) {

@@ -58,6 +58,9 @@ signals:
     /** Nothing that is known holds any more. */
     void fullReloadDue();
     void treesChanged();
+    /** Around the taking in of a part. */
+    void aboutToMerge();
+    void partMerged();
     /** What others changed has been taken in. */
     void merged(NewsCount count);
 

@@ -63,6 +63,8 @@ void PostgresDBManager::followOthers()
     connectErrors(m_news->provider());
     connect(m_news, &ForeignNews::editDropped, this, &PostgresDBManager::warnOfChanges);
     connect(m_news, &ForeignNews::fullReloadDue, this, &PostgresDBManager::reloadLater);
+    connect(m_news, &ForeignNews::aboutToMerge, this, &PostgresDBManager::aboutToMergeForeignChanges);
+    connect(m_news, &ForeignNews::partMerged, this, &PostgresDBManager::foreignChangesShown);
     connect(m_news, &ForeignNews::merged, this, &PostgresDBManager::foreignChangesMerged);
     connect(m_news, &ForeignNews::treesChanged, this, [this] {
         loadBrowsingTrees();
