@@ -256,8 +256,12 @@ private slots:
         });
         const QList<QAction *> entries = w.ui.nodeMenu->actions();
         QAction *add = findAction(w.nodes, "Auto Link To Folder"_s);
-        QAction *menu = entries.last();
-        QCOMPARE(menu->text(), "Auto Link To Folder"_s);
+        const auto isMenu = [](const QAction *entry) {
+            return entry->menu() && entry->text() == "Auto Link To Folder"_s;
+        };
+        const auto place = std::find_if(entries.begin(), entries.end(), isMenu);
+        QVERIFY(place != entries.end());
+        QAction *menu = *place;
         QVERIFY(!add->isEnabled());
         w.activate(plain);
         QVERIFY(add->isEnabled() && add->isVisible() && !menu->isVisible());

@@ -247,6 +247,14 @@ Der Standardbaum wurde ausgewählt.</translation>
         <source>Select Directoty</source>
         <translation>Ordner auswählen</translation>
     </message>
+    <message>
+        <source>Save as Node</source>
+        <translation>Als Knoten speichern</translation>
+    </message>
+    <message>
+        <source>Make nodes of the tags that are required now</source>
+        <translation>Macht Knoten aus den Tags, die gerade verlangt werden</translation>
+    </message>
 </context>
 <context>
     <name>CaughtError</name>
@@ -279,6 +287,17 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
 </context>
 <context>
+    <name>Collection</name>
+    <message>
+        <source>Move the node</source>
+        <translation>Knoten verschieben</translation>
+    </message>
+    <message>
+        <source>The node moved</source>
+        <translation>Knoten verschoben</translation>
+    </message>
+</context>
+<context>
     <name>CollectionOpener</name>
     <message>
         <source>Error opening database</source>
@@ -286,7 +305,7 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
     <message>
         <source>The database is in use by another program. Waiting ...</source>
-        <translation>Die Datenbank wird von einem anderen Programm benutzt. Es wird gewartet …</translation>
+        <translation>Die Datenbank wird von einem anderen Programm benutzt. Es wird gewartet&#xa0;…</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -298,7 +317,7 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
     <message>
         <source>Opening database...</source>
-        <translation>Datenbank wird geöffnet …</translation>
+        <translation>Datenbank wird geöffnet&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -331,6 +350,24 @@ wird die Datenbank geöffnet, die zuletzt offen war.
   --help     diesen Text zeigen
   --version  die Version zeigen
 </translation>
+    </message>
+</context>
+<context>
+    <name>CompletionList</name>
+    <message>
+        <source>Names</source>
+        <translation>Namen</translation>
+    </message>
+</context>
+<context>
+    <name>CompletionModel</name>
+    <message>
+        <source>New tag &quot;%1&quot;</source>
+        <translation>Neuer Tag „%1“</translation>
+    </message>
+    <message>
+        <source>%1   (%2)</source>
+        <translation>%1   (%2)</translation>
     </message>
 </context>
 <context>
@@ -807,7 +844,34 @@ Der Grund: %2</translation>
     </message>
     <message>
         <source>%1 %</source>
-        <translation>%1 %</translation>
+        <translation>%1&#xa0;%</translation>
+    </message>
+</context>
+<context>
+    <name>DesktopOpener</name>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Failed opening hyperlink.</source>
+        <translation>Der Hyperlink konnte nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>Error opening file</source>
+        <translation>Fehler beim Öffnen der Datei</translation>
+    </message>
+    <message>
+        <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
+        <translation>Vorna kann diese Datei nicht öffnen. Möglicherweise ist dem Dateityp kein Programm zugeordnet.</translation>
+    </message>
+    <message>
+        <source>Error opening folder</source>
+        <translation>Fehler beim Öffnen des Ordners</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; could not be shown. There may not be any file manager installed.</source>
+        <translation>Der Ordner „%1“ konnte nicht gezeigt werden. Möglicherweise ist kein Dateimanager installiert.</translation>
     </message>
 </context>
 <context>
@@ -823,7 +887,7 @@ Der Grund: %2</translation>
     <message>
         <source>Grouping by content...
 Examining file number  %1</source>
-        <translation>Nach Inhalt zusammenstellen …
+        <translation>Nach Inhalt zusammenstellen&#xa0;…
 Datei Nummer  %1 wird untersucht</translation>
     </message>
 </context>
@@ -893,14 +957,6 @@ Datei Nummer  %1 wird untersucht</translation>
         <source>The database is closed.</source>
         <translation>Die Datenbank ist geschlossen.</translation>
     </message>
-    <message>
-        <source>1 file was not added, as another one has the same name:</source>
-        <translation>1 Datei wurde nicht hinzugefügt, weil eine andere denselben Namen hat:</translation>
-    </message>
-    <message>
-        <source>Files left out</source>
-        <translation>Ausgelassene Dateien</translation>
-    </message>
     <message numerus="yes">
         <source>%Ln files are there already.</source>
         <translation>
@@ -916,12 +972,345 @@ Datei Nummer  %1 wird untersucht</translation>
         <source>The following files have matching names. Deselect the checked file if you do not want it added.</source>
         <translation>Die folgenden Dateien haben gleiche Namen. Wählen Sie die angekreuzte Datei ab, wenn sie nicht hinzugefügt werden soll.</translation>
     </message>
+</context>
+<context>
+    <name>EditNotes</name>
+    <message>
+        <source>Change tags of 1 file</source>
+        <translation>Tags von 1 Datei ändern</translation>
+    </message>
     <message numerus="yes">
-        <source>%Ln files were not added, as others have the same names:</source>
+        <source>Change tags of %Ln files</source>
         <translation>
-            <numerusform>%Ln Datei wurde nicht hinzugefügt, weil eine andere denselben Namen hat:</numerusform>
-            <numerusform>%Ln Dateien wurden nicht hinzugefügt, weil andere dieselben Namen haben:</numerusform>
+            <numerusform>Tags von %Ln Datei ändern</numerusform>
+            <numerusform>Tags von %Ln Dateien ändern</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Tags of 1 file changed</source>
+        <translation>Tags von 1 Datei geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>Tags of %Ln files changed</source>
+        <translation>
+            <numerusform>Tags von %Ln Datei geändert</numerusform>
+            <numerusform>Tags von %Ln Dateien geändert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add tags to 1 file</source>
+        <translation>1 Datei Tags geben</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add tags to %Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei Tags geben</numerusform>
+            <numerusform>%Ln Dateien Tags geben</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 added to 1 file</source>
+        <translation>1 Datei hat jetzt %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 added to %Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei hat jetzt %1</numerusform>
+            <numerusform>%Ln Dateien haben jetzt %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 tags added to 1 file</source>
+        <translation>1 Datei hat %1 Tags mehr</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 tags added to %Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei hat %1 Tags mehr</numerusform>
+            <numerusform>%Ln Dateien haben %1 Tags mehr</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Remove tags from 1 file</source>
+        <translation>1 Datei Tags nehmen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove tags from %Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei Tags nehmen</numerusform>
+            <numerusform>%Ln Dateien Tags nehmen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 removed from 1 file</source>
+        <translation>%1 von 1 Datei entfernt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 removed from %Ln files</source>
+        <translation>
+            <numerusform>%1 von %Ln Datei entfernt</numerusform>
+            <numerusform>%1 von %Ln Dateien entfernt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 tags removed from 1 file</source>
+        <translation>%1 Tags von 1 Datei entfernt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 tags removed from %Ln files</source>
+        <translation>
+            <numerusform>%1 Tags von %Ln Datei entfernt</numerusform>
+            <numerusform>%1 Tags von %Ln Dateien entfernt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 file added</source>
+        <translation>1 Datei hinzugefügt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files added</source>
+        <translation>
+            <numerusform>%Ln Datei hinzugefügt</numerusform>
+            <numerusform>%Ln Dateien hinzugefügt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 was there already</source>
+        <translation>1 war schon da</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln were there already</source>
+        <translation>
+            <numerusform>%Ln war schon da</numerusform>
+            <numerusform>%Ln waren schon da</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>1 file added, 2 were there already</comment>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>Add the tag %1</source>
+        <translation>Tag %1 anlegen</translation>
+    </message>
+    <message>
+        <source>The tag %1 added</source>
+        <translation>Tag %1 angelegt</translation>
+    </message>
+    <message>
+        <source>Rename the tag %1</source>
+        <translation>Tag %1 umbenennen</translation>
+    </message>
+    <message>
+        <source>%1 renamed to %2</source>
+        <translation>%1 heißt jetzt %2</translation>
+    </message>
+    <message>
+        <source>Describe the tag %1</source>
+        <translation>Tag %1 beschreiben</translation>
+    </message>
+    <message>
+        <source>Description of %1 changed</source>
+        <translation>Beschreibung von %1 geändert</translation>
+    </message>
+    <message>
+        <source>Remove the tag %1</source>
+        <translation>Tag %1 entfernen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln tags</source>
+        <translation>
+            <numerusform>%Ln Tag entfernen</numerusform>
+            <numerusform>%Ln Tags entfernen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The tag %1 removed</source>
+        <translation>Tag %1 entfernt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags removed</source>
+        <translation>
+            <numerusform>%Ln Tag entfernt</numerusform>
+            <numerusform>%Ln Tags entfernt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add the group %1</source>
+        <translation>Gruppe %1 anlegen</translation>
+    </message>
+    <message>
+        <source>The group %1 added</source>
+        <translation>Gruppe %1 angelegt</translation>
+    </message>
+    <message>
+        <source>Rename the group %1</source>
+        <translation>Gruppe %1 umbenennen</translation>
+    </message>
+    <message>
+        <source>Remove the group %1</source>
+        <translation>Gruppe %1 entfernen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln groups</source>
+        <translation>
+            <numerusform>%Ln Gruppe entfernen</numerusform>
+            <numerusform>%Ln Gruppen entfernen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The group %1 removed</source>
+        <translation>Gruppe %1 entfernt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups removed</source>
+        <translation>
+            <numerusform>%Ln Gruppe entfernt</numerusform>
+            <numerusform>%Ln Gruppen entfernt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Change the tags of the group %1</source>
+        <translation>Tags der Gruppe %1 ändern</translation>
+    </message>
+    <message numerus="yes">
+        <source>Change the tags of %Ln groups</source>
+        <translation>
+            <numerusform>Tags von %Ln Gruppe ändern</numerusform>
+            <numerusform>Tags von %Ln Gruppen ändern</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Tags of the group %1 changed</source>
+        <translation>Tags der Gruppe %1 geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>Tags of %Ln groups changed</source>
+        <translation>
+            <numerusform>Tags von %Ln Gruppe geändert</numerusform>
+            <numerusform>Tags von %Ln Gruppen geändert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add the node %1</source>
+        <translation>Knoten %1 anlegen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %Ln nodes</source>
+        <translation>
+            <numerusform>%Ln Knoten anlegen</numerusform>
+            <numerusform>%Ln Knoten anlegen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The node %1 added</source>
+        <translation>Knoten %1 angelegt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes added</source>
+        <translation>
+            <numerusform>%Ln Knoten angelegt</numerusform>
+            <numerusform>%Ln Knoten angelegt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Remove 1 node</source>
+        <translation>1 Knoten entfernen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln nodes</source>
+        <translation>
+            <numerusform>%Ln Knoten entfernen</numerusform>
+            <numerusform>%Ln Knoten entfernen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 node removed</source>
+        <translation>1 Knoten entfernt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes removed</source>
+        <translation>
+            <numerusform>%Ln Knoten entfernt</numerusform>
+            <numerusform>%Ln Knoten entfernt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Invert the node %1</source>
+        <translation>Knoten %1 umkehren</translation>
+    </message>
+    <message>
+        <source>%1 inverted</source>
+        <translation>%1 umgekehrt</translation>
+    </message>
+    <message>
+        <source>%1 no longer inverted</source>
+        <translation>%1 nicht mehr umgekehrt</translation>
+    </message>
+    <message>
+        <source>Change the node %1</source>
+        <translation>Knoten %1 ändern</translation>
+    </message>
+    <message>
+        <source>Tag relationships of %1 switched on</source>
+        <translation>Tag-Beziehungen von %1 eingeschaltet</translation>
+    </message>
+    <message>
+        <source>Tag relationships of %1 switched off</source>
+        <translation>Tag-Beziehungen von %1 ausgeschaltet</translation>
+    </message>
+    <message>
+        <source>Add %1 to the tag relationships</source>
+        <translation>%1 in die Tag-Beziehungen aufnehmen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %Ln tag relationships</source>
+        <translation>
+            <numerusform>%Ln Tag-Beziehung anlegen</numerusform>
+            <numerusform>%Ln Tag-Beziehungen anlegen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 added to the tag relationships</source>
+        <translation>%1 in die Tag-Beziehungen aufgenommen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships added</source>
+        <translation>
+            <numerusform>%Ln Tag-Beziehung angelegt</numerusform>
+            <numerusform>%Ln Tag-Beziehungen angelegt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Remove 1 tag relationship</source>
+        <translation>1 Tag-Beziehung entfernen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln tag relationships</source>
+        <translation>
+            <numerusform>%Ln Tag-Beziehung entfernen</numerusform>
+            <numerusform>%Ln Tag-Beziehungen entfernen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 tag relationship removed</source>
+        <translation>1 Tag-Beziehung entfernt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships removed</source>
+        <translation>
+            <numerusform>%Ln Tag-Beziehung entfernt</numerusform>
+            <numerusform>%Ln Tag-Beziehungen entfernt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Rename the file %1</source>
+        <translation>Datei %1 umbenennen</translation>
+    </message>
+    <message>
+        <source>Describe the file %1</source>
+        <translation>Datei %1 beschreiben</translation>
     </message>
 </context>
 <context>
@@ -1058,6 +1447,25 @@ Dateien: %2, Tags: %3, Navigationsknoten: %4</translation>
     <message>
         <source>External Files</source>
         <translation>Externe Dateien</translation>
+    </message>
+</context>
+<context>
+    <name>FavouriteMenu</name>
+    <message>
+        <source>Favourite Key</source>
+        <translation>Taste für Favoriten</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1: free</source>
+        <translation>%1: frei</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
     </message>
 </context>
 <context>
@@ -1292,7 +1700,7 @@ Dateien: %2, Tags: %3, Navigationsknoten: %4</translation>
     </message>
     <message>
         <source>Copying files...</source>
-        <translation>Dateien werden kopiert …</translation>
+        <translation>Dateien werden kopiert&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -1438,6 +1846,10 @@ Sie wurden aus der Datenbank gelöscht.</translation>
         <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
         <translation>Diese Datei würde ein Programm starten, was Vorna aus einer Datenbank heraus nicht tut. Extrahieren Sie sie, wenn Sie ihr trauen, und starten Sie sie von dort.</translation>
     </message>
+    <message>
+        <source>The disk with &quot;%1&quot; does not answer.</source>
+        <translation>Der Datenträger mit „%1“ antwortet nicht.</translation>
+    </message>
 </context>
 <context>
     <name>FileOperationProgress</name>
@@ -1461,7 +1873,7 @@ Sie wurden aus der Datenbank gelöscht.</translation>
     <name>FileOperationWorker</name>
     <message>
         <source>Exporting files...</source>
-        <translation>Dateien werden exportiert …</translation>
+        <translation>Dateien werden exportiert&#xa0;…</translation>
     </message>
     <message>
         <source>Their contents in the database are damaged:</source>
@@ -1485,7 +1897,7 @@ Sie wurden aus der Datenbank gelöscht.</translation>
     </message>
     <message>
         <source>Creating hyperlinks into database...</source>
-        <translation>Hyperlinks werden in die Datenbank aufgenommen …</translation>
+        <translation>Hyperlinks werden in die Datenbank aufgenommen&#xa0;…</translation>
     </message>
     <message>
         <source>A database-related duplicate management error occurred while preparing to add files</source>
@@ -1497,11 +1909,11 @@ Sie wurden aus der Datenbank gelöscht.</translation>
     </message>
     <message>
         <source>Linking to files...</source>
-        <translation>Dateien werden verknüpft …</translation>
+        <translation>Dateien werden verknüpft&#xa0;…</translation>
     </message>
     <message>
         <source>Copying files into database...</source>
-        <translation>Dateien werden in die Datenbank kopiert …</translation>
+        <translation>Dateien werden in die Datenbank kopiert&#xa0;…</translation>
     </message>
     <message>
         <source>Export</source>
@@ -1537,7 +1949,7 @@ Der Grund: %2</translation>
     </message>
     <message>
         <source>Extracting Files...</source>
-        <translation>Dateien werden extrahiert …</translation>
+        <translation>Dateien werden extrahiert&#xa0;…</translation>
     </message>
     <message>
         <source>Only its beginning was written:
@@ -1585,31 +1997,31 @@ Der Grund: %2</translation>
     </message>
     <message>
         <source>Deleting files...</source>
-        <translation>Dateien werden gelöscht …</translation>
+        <translation>Dateien werden gelöscht&#xa0;…</translation>
     </message>
     <message>
         <source>Extracting files...</source>
-        <translation>Dateien werden extrahiert …</translation>
+        <translation>Dateien werden extrahiert&#xa0;…</translation>
     </message>
     <message>
         <source>Extracting to temporary file...</source>
-        <translation>Eine temporäre Datei wird extrahiert …</translation>
+        <translation>Eine temporäre Datei wird extrahiert&#xa0;…</translation>
     </message>
     <message>
         <source>Exporting...</source>
-        <translation>Export läuft …</translation>
+        <translation>Export läuft&#xa0;…</translation>
     </message>
     <message>
         <source>Importing...</source>
-        <translation>Import läuft …</translation>
+        <translation>Import läuft&#xa0;…</translation>
     </message>
     <message>
         <source>Transferring files into database...</source>
-        <translation>Dateien werden in die Datenbank übernommen …</translation>
+        <translation>Dateien werden in die Datenbank übernommen&#xa0;…</translation>
     </message>
     <message>
         <source>Remaking thumbnails...</source>
-        <translation>Miniaturbilder werden neu erstellt …</translation>
+        <translation>Miniaturbilder werden neu erstellt&#xa0;…</translation>
     </message>
     <message>
         <source>This picture could not be read and keeps its thumbnail:
@@ -1676,6 +2088,10 @@ Der Grund: %2</translation>
         <source>Their pages in the database file are damaged:</source>
         <translation>Ihre Seiten in der Datenbankdatei sind beschädigt:</translation>
     </message>
+    <message>
+        <source>Changing the tags of files...</source>
+        <translation>Tags von Dateien werden geändert …</translation>
+    </message>
 </context>
 <context>
     <name>FileRenamer</name>
@@ -1727,6 +2143,37 @@ Der Grund: %2</translation>
     </message>
 </context>
 <context>
+    <name>FileTagging</name>
+    <message>
+        <source>Add Tags:</source>
+        <translation>Tags geben:</translation>
+    </message>
+    <message>
+        <source>Add Tags...</source>
+        <translation>Tags geben …</translation>
+    </message>
+    <message>
+        <source>Favourite Tags</source>
+        <translation>Bevorzugte Tags</translation>
+    </message>
+    <message>
+        <source>&amp;Pin</source>
+        <translation>Anhe&amp;ften</translation>
+    </message>
+    <message>
+        <source>Return tags and goes on to the next file (Alt+P)</source>
+        <translation>Die Eingabetaste gibt die Tags und geht zur nächsten Datei (Alt+P)</translation>
+    </message>
+    <message>
+        <source>Add Tags (%1)</source>
+        <translation>Tags geben (%1)</translation>
+    </message>
+    <message>
+        <source>No tag</source>
+        <translation>Kein Tag</translation>
+    </message>
+</context>
+<context>
     <name>FileTagsDialog</name>
     <message>
         <source>Tags</source>
@@ -1775,7 +2222,7 @@ Der Grund: %2</translation>
     <name>FolderExtraction</name>
     <message>
         <source>Comparing with the files in the folder...</source>
-        <translation>Vergleich mit den Dateien im Ordner …</translation>
+        <translation>Vergleich mit den Dateien im Ordner&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -1968,7 +2415,7 @@ Der Grund: %2</translation>
     </message>
     <message>
         <source>Loading &quot;%1&quot;...</source>
-        <translation>„%1“ wird geladen …</translation>
+        <translation>„%1“ wird geladen&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -2020,6 +2467,14 @@ Legen Sie hier Dateien oder Ordner ab, um sie hinzuzufügen.</translation>
             <numerusform>%Ln Datei</numerusform>
             <numerusform>%Ln Dateien</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>This is the last file.</source>
+        <translation>Dies ist die letzte Datei.</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
     </message>
 </context>
 <context>
@@ -2246,6 +2701,17 @@ Rechte der Datenbank: %2</translation>
         <source>No file selected</source>
         <translation>Keine Datei ausgewählt</translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln files selected</source>
+        <translation>
+            <numerusform>%Ln Datei ausgewählt</numerusform>
+            <numerusform>%Ln Dateien ausgewählt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>none in common</source>
+        <translation>keine gemeinsam</translation>
+    </message>
 </context>
 <context>
     <name>MetadataMerger</name>
@@ -2329,6 +2795,17 @@ Bitte wählen Sie, wie diese Dateien extrahiert werden sollen.</translation>
     </message>
 </context>
 <context>
+    <name>NamesLine</name>
+    <message>
+        <source>Names of tags, parted by commas</source>
+        <translation>Namen von Tags, durch Kommas getrennt</translation>
+    </message>
+    <message>
+        <source>Close (Esc)</source>
+        <translation>Schließen (Esc)</translation>
+    </message>
+</context>
+<context>
     <name>NavigationBar</name>
     <message>
         <source>Navigation</source>
@@ -2391,10 +2868,37 @@ Bitte wählen Sie, wie diese Dateien extrahiert werden sollen.</translation>
     </message>
 </context>
 <context>
+    <name>NodeTyping</name>
+    <message>
+        <source>Add nodes:</source>
+        <translation>Knoten anlegen:</translation>
+    </message>
+    <message>
+        <source>Add Node...</source>
+        <translation>Knoten anlegen …</translation>
+    </message>
+    <message>
+        <source>Add Node Below...</source>
+        <translation>Knoten darunter anlegen …</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Below %1:</source>
+        <translation>Unter %1:</translation>
+    </message>
+</context>
+<context>
     <name>OpeningProgress</name>
     <message>
         <source>Opening database... %1 %</source>
-        <translation>Datenbank wird geöffnet … %1 %</translation>
+        <translation>Datenbank wird geöffnet&#xa0;… %1&#xa0;%</translation>
     </message>
 </context>
 <context>
@@ -2426,6 +2930,10 @@ Bitte wählen Sie, wie diese Dateien extrahiert werden sollen.</translation>
     <message>
         <source>Thumbnails remade: %1 of %2.</source>
         <translation>Neu erstellte Miniaturbilder: %1 von %2.</translation>
+    </message>
+    <message>
+        <source>Files whose tags were changed: %1 of %2.</source>
+        <translation>Dateien mit geänderten Tags: %1 von %2.</translation>
     </message>
 </context>
 <context>
@@ -2678,7 +3186,7 @@ Der Standardbaum wurde ausgewählt.</translation>
     </message>
     <message>
         <source>Locating files...</source>
-        <translation>Dateien werden gesucht …</translation>
+        <translation>Dateien werden gesucht&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -2725,7 +3233,7 @@ Relativer Pfad: %7
     <name>QObject</name>
     <message>
         <source>Opening database...</source>
-        <translation>Datenbank wird geöffnet …</translation>
+        <translation>Datenbank wird geöffnet&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -2733,6 +3241,25 @@ Relativer Pfad: %7
     <message>
         <source>Tag Relationships</source>
         <translation>Tag-Beziehungen</translation>
+    </message>
+</context>
+<context>
+    <name>RelationTyping</name>
+    <message>
+        <source>Add tags:</source>
+        <translation>Tags aufnehmen:</translation>
+    </message>
+    <message>
+        <source>Add Tag...</source>
+        <translation>Tag aufnehmen …</translation>
+    </message>
+    <message>
+        <source>Add Tag Below...</source>
+        <translation>Tag darunter aufnehmen …</translation>
+    </message>
+    <message>
+        <source>Below %1:</source>
+        <translation>Unter %1:</translation>
     </message>
 </context>
 <context>
@@ -2754,7 +3281,18 @@ Relativer Pfad: %7
     <name>ReloadProgress</name>
     <message>
         <source>Reading the database again... %1 %</source>
-        <translation>Datenbank wird neu gelesen … %1 %</translation>
+        <translation>Datenbank wird neu gelesen&#xa0;… %1&#xa0;%</translation>
+    </message>
+</context>
+<context>
+    <name>RenamedFiles</name>
+    <message>
+        <source>There is already a file with this name.</source>
+        <translation>Es gibt schon eine Datei mit diesem Namen.</translation>
+    </message>
+    <message>
+        <source>The file could not be renamed.</source>
+        <translation>Die Datei konnte nicht umbenannt werden.</translation>
     </message>
 </context>
 <context>
@@ -2780,7 +3318,7 @@ Relativer Pfad: %7
     <name>SQLiteImporter</name>
     <message>
         <source>Importing files...</source>
-        <translation>Dateien werden importiert …</translation>
+        <translation>Dateien werden importiert&#xa0;…</translation>
     </message>
     <message>
         <source>Nothing was imported.</source>
@@ -2792,19 +3330,19 @@ Relativer Pfad: %7
     </message>
     <message>
         <source>Comparing files...</source>
-        <translation>Dateien werden verglichen …</translation>
+        <translation>Dateien werden verglichen&#xa0;…</translation>
     </message>
     <message>
         <source>Importing tags...</source>
-        <translation>Tags werden importiert …</translation>
+        <translation>Tags werden importiert&#xa0;…</translation>
     </message>
     <message>
         <source>Merging descriptions...</source>
-        <translation>Beschreibungen werden zusammengeführt …</translation>
+        <translation>Beschreibungen werden zusammengeführt&#xa0;…</translation>
     </message>
     <message>
         <source>Linking tags...</source>
-        <translation>Tags werden zugeordnet …</translation>
+        <translation>Tags werden zugeordnet&#xa0;…</translation>
     </message>
     <message>
         <source>&quot;%1&quot; was not imported.
@@ -2859,7 +3397,7 @@ Relativer Pfad: %7
     </message>
     <message>
         <source>Connecting to %1 ...</source>
-        <translation>Verbindung mit %1 wird hergestellt …</translation>
+        <translation>Verbindung mit %1 wird hergestellt&#xa0;…</translation>
     </message>
     <message>
         <source>Connect</source>
@@ -3291,6 +3829,41 @@ Möchten Sie die benutzten Tags löschen?</translation>
     </message>
 </context>
 <context>
+    <name>TagsController</name>
+    <message>
+        <source>Tag Missing</source>
+        <translation>Tag fehlt</translation>
+    </message>
+    <message>
+        <source>One of the tags has been removed meanwhile.</source>
+        <translation>Einer der Tags ist inzwischen entfernt worden.</translation>
+    </message>
+    <message>
+        <source>Node Missing</source>
+        <translation>Knoten fehlt</translation>
+    </message>
+    <message>
+        <source>The node has been removed meanwhile.</source>
+        <translation>Der Knoten ist inzwischen entfernt worden.</translation>
+    </message>
+    <message>
+        <source>Tag Relationship Missing</source>
+        <translation>Tag-Beziehung fehlt</translation>
+    </message>
+    <message>
+        <source>The tag relationship has been removed meanwhile.</source>
+        <translation>Die Tag-Beziehung ist inzwischen entfernt worden.</translation>
+    </message>
+    <message>
+        <source>Error creating tag relationship</source>
+        <translation>Fehler beim Anlegen der Tag-Beziehung</translation>
+    </message>
+    <message>
+        <source>This is an illegal tag relationship.</source>
+        <translation>Diese Tag-Beziehung ist unzulässig.</translation>
+    </message>
+</context>
+<context>
     <name>TagsTableDock</name>
     <message>
         <source>Tags</source>
@@ -3345,6 +3918,13 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     </message>
 </context>
 <context>
+    <name>TakenNames</name>
+    <message>
+        <source>New: %1</source>
+        <translation>Neu: %1</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailSize</name>
     <message>
         <source>Size of the thumbnails</source>
@@ -3353,10 +3933,6 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
 </context>
 <context>
     <name>TitleWidget</name>
-    <message>
-        <source>Drop tags here to show the files that have them</source>
-        <translation>Tags hier ablegen, um die Dateien zu sehen, die sie haben</translation>
-    </message>
     <message>
         <source>Tag requirements</source>
         <translation>Gesuchte Tags</translation>
@@ -3386,6 +3962,117 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     <message>
         <source>&lt;i&gt;without:&lt;/i&gt; %1</source>
         <translation>&lt;i&gt;ohne:&lt;/i&gt; %1</translation>
+    </message>
+    <message>
+        <source>Drop tags here to show the files that have them; with Ctrl, those of the present ones</source>
+        <translation>Tags hier ablegen, um die Dateien zu sehen, die sie haben; mit Strg unter den jetzigen</translation>
+    </message>
+    <message>
+        <source>&amp;Require</source>
+        <translation>&amp;Verlangen</translation>
+    </message>
+    <message>
+        <source>&amp;Exclude</source>
+        <translation>&amp;Ausschließen</translation>
+    </message>
+    <message>
+        <source>&amp;Open Alone</source>
+        <translation>A&amp;llein öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Take Off</source>
+        <translation>&amp;Wegnehmen</translation>
+    </message>
+</context>
+<context>
+    <name>UndoActions</name>
+    <message>
+        <source>Undo %1</source>
+        <translation>Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo %1</source>
+        <translation>Wiederholen: %1</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+</context>
+<context>
+    <name>UndoHistory</name>
+    <message>
+        <source>Undone: %1</source>
+        <translation>Rückgängig gemacht: %1</translation>
+    </message>
+    <message>
+        <source>Done again: %1</source>
+        <translation>Wiederholt: %1</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 Datei</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 tag</source>
+        <translation>1 Tag</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags</source>
+        <translation>
+            <numerusform>%Ln Tag</numerusform>
+            <numerusform>%Ln Tags</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 node</source>
+        <translation>1 Knoten</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes</source>
+        <translation>
+            <numerusform>%Ln Knoten</numerusform>
+            <numerusform>%Ln Knoten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 link</source>
+        <translation>1 Verknüpfung</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln links</source>
+        <translation>
+            <numerusform>%Ln Verknüpfung</numerusform>
+            <numerusform>%Ln Verknüpfungen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between the parts of a list</comment>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>The rest is done. These have been changed or removed since, and were left as they are: %1.</source>
+        <translation>Das Übrige ist getan. Dies ist seither geändert oder entfernt worden und blieb, wie es ist: %1.</translation>
     </message>
 </context>
 <context>

@@ -40,11 +40,175 @@
             <numerusform>%Ln files are there already.</numerusform>
         </translation>
     </message>
+</context>
+<context>
+    <name>EditNotes</name>
     <message numerus="yes">
-        <source>%Ln files were not added, as others have the same names:</source>
+        <source>Change tags of %Ln files</source>
         <translation>
-            <numerusform>%Ln file was not added, as another one has the same name:</numerusform>
-            <numerusform>%Ln files were not added, as others have the same names:</numerusform>
+            <numerusform>Change tags of %Ln file</numerusform>
+            <numerusform>Change tags of %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Tags of %Ln files changed</source>
+        <translation>
+            <numerusform>Tags of %Ln file changed</numerusform>
+            <numerusform>Tags of %Ln files changed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Add tags to %Ln files</source>
+        <translation>
+            <numerusform>Add tags to %Ln file</numerusform>
+            <numerusform>Add tags to %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 added to %Ln files</source>
+        <translation>
+            <numerusform>%1 added to %Ln file</numerusform>
+            <numerusform>%1 added to %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 tags added to %Ln files</source>
+        <translation>
+            <numerusform>%1 tags added to %Ln file</numerusform>
+            <numerusform>%1 tags added to %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove tags from %Ln files</source>
+        <translation>
+            <numerusform>Remove tags from %Ln file</numerusform>
+            <numerusform>Remove tags from %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 removed from %Ln files</source>
+        <translation>
+            <numerusform>%1 removed from %Ln file</numerusform>
+            <numerusform>%1 removed from %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 tags removed from %Ln files</source>
+        <translation>
+            <numerusform>%1 tags removed from %Ln file</numerusform>
+            <numerusform>%1 tags removed from %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files added</source>
+        <translation>
+            <numerusform>%Ln file added</numerusform>
+            <numerusform>%Ln files added</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln were there already</source>
+        <translation>
+            <numerusform>%Ln was there already</numerusform>
+            <numerusform>%Ln were there already</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln tags</source>
+        <translation>
+            <numerusform>Remove %Ln tag</numerusform>
+            <numerusform>Remove %Ln tags</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags removed</source>
+        <translation>
+            <numerusform>%Ln tag removed</numerusform>
+            <numerusform>%Ln tags removed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln groups</source>
+        <translation>
+            <numerusform>Remove %Ln group</numerusform>
+            <numerusform>Remove %Ln groups</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups removed</source>
+        <translation>
+            <numerusform>%Ln group removed</numerusform>
+            <numerusform>%Ln groups removed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Change the tags of %Ln groups</source>
+        <translation>
+            <numerusform>Change the tags of %Ln group</numerusform>
+            <numerusform>Change the tags of %Ln groups</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Tags of %Ln groups changed</source>
+        <translation>
+            <numerusform>Tags of %Ln group changed</numerusform>
+            <numerusform>Tags of %Ln groups changed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %Ln nodes</source>
+        <translation>
+            <numerusform>Add %Ln node</numerusform>
+            <numerusform>Add %Ln nodes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes added</source>
+        <translation>
+            <numerusform>%Ln node added</numerusform>
+            <numerusform>%Ln nodes added</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln nodes</source>
+        <translation>
+            <numerusform>Remove %Ln node</numerusform>
+            <numerusform>Remove %Ln nodes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes removed</source>
+        <translation>
+            <numerusform>%Ln node removed</numerusform>
+            <numerusform>%Ln nodes removed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %Ln tag relationships</source>
+        <translation>
+            <numerusform>Add %Ln tag relationship</numerusform>
+            <numerusform>Add %Ln tag relationships</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships added</source>
+        <translation>
+            <numerusform>%Ln tag relationship added</numerusform>
+            <numerusform>%Ln tag relationships added</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln tag relationships</source>
+        <translation>
+            <numerusform>Remove %Ln tag relationship</numerusform>
+            <numerusform>Remove %Ln tag relationships</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships removed</source>
+        <translation>
+            <numerusform>%Ln tag relationship removed</numerusform>
+            <numerusform>%Ln tag relationships removed</numerusform>
         </translation>
     </message>
 </context>
@@ -127,6 +291,13 @@
             <numerusform>%1 bytes</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln files selected</source>
+        <translation>
+            <numerusform>%Ln file selected</numerusform>
+            <numerusform>%Ln files selected</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>PropertiesDialog</name>
@@ -190,6 +361,37 @@
         <translation>
             <numerusform>%Ln file</numerusform>
             <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>UndoHistory</name>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags</source>
+        <translation>
+            <numerusform>%Ln tag</numerusform>
+            <numerusform>%Ln tags</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes</source>
+        <translation>
+            <numerusform>%Ln node</numerusform>
+            <numerusform>%Ln nodes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln links</source>
+        <translation>
+            <numerusform>%Ln link</numerusform>
+            <numerusform>%Ln links</numerusform>
         </translation>
     </message>
 </context>

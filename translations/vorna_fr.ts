@@ -20,7 +20,7 @@
     </message>
     <message>
         <source>&amp;Hyperlink:</source>
-        <translation>&amp;Hyperlien :</translation>
+        <translation>&amp;Hyperlien&#xa0;:</translation>
     </message>
     <message>
         <source>https://</source>
@@ -28,7 +28,7 @@
     </message>
     <message>
         <source>&amp;Description:</source>
-        <translation>&amp;Description :</translation>
+        <translation>&amp;Description&#xa0;:</translation>
     </message>
     <message>
         <source>The address of a page or a mailbox, kept like a file.</source>
@@ -52,8 +52,8 @@
     <message>
         <source>Absolute path: %1
 Relative path: %2</source>
-        <translation>Chemin absolu : %1
-Chemin relatif : %2</translation>
+        <translation>Chemin absolu&#xa0;: %1
+Chemin relatif&#xa0;: %2</translation>
     </message>
     <message>
         <source>Ok</source>
@@ -69,7 +69,7 @@ Chemin relatif : %2</translation>
     <message>
         <source>1 file has a name that cannot be read:
 %1</source>
-        <translation>1 fichier a un nom illisible :
+        <translation>1 fichier a un nom illisible&#xa0;:
 %1</translation>
     </message>
     <message numerus="yes">
@@ -138,7 +138,7 @@ Chemin relatif : %2</translation>
     </message>
     <message>
         <source>Delete the tree of the current row for everybody; tags and files stay (%1)</source>
-        <translation>Supprimer pour tous l’arbre de la ligne courante ; les étiquettes et les fichiers restent (%1)</translation>
+        <translation>Supprimer pour tous l’arbre de la ligne courante&#x202f;; les étiquettes et les fichiers restent (%1)</translation>
     </message>
     <message>
         <source>Create new Browsing Tree</source>
@@ -146,7 +146,7 @@ Chemin relatif : %2</translation>
     </message>
     <message>
         <source>Name of new browsing tree:</source>
-        <translation>Nom du nouvel arbre de navigation :</translation>
+        <translation>Nom du nouvel arbre de navigation&#xa0;:</translation>
     </message>
     <message>
         <source>Delete browsing tree</source>
@@ -162,7 +162,7 @@ Chemin relatif : %2</translation>
     </message>
     <message>
         <source>The following Browsing Tree will be deleted: %1.</source>
-        <translation>L’arbre de navigation suivant sera supprimé : %1.</translation>
+        <translation>L’arbre de navigation suivant sera supprimé&#xa0;: %1.</translation>
     </message>
 </context>
 <context>
@@ -241,11 +241,19 @@ L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>Browsing Tree: %1</source>
-        <translation>Arbre de navigation : %1</translation>
+        <translation>Arbre de navigation&#xa0;: %1</translation>
     </message>
     <message>
         <source>Select Directoty</source>
         <translation>Choisir un dossier</translation>
+    </message>
+    <message>
+        <source>Save as Node</source>
+        <translation>Enregistrer comme nœud</translation>
+    </message>
+    <message>
+        <source>Make nodes of the tags that are required now</source>
+        <translation>Fait des nœuds avec les étiquettes exigées en ce moment</translation>
     </message>
 </context>
 <context>
@@ -256,7 +264,7 @@ L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>Something unexpected went wrong: %1</source>
-        <translation>Un incident imprévu s’est produit : %1</translation>
+        <translation>Un incident imprévu s’est produit&#xa0;: %1</translation>
     </message>
     <message>
         <source>Something unexpected went wrong.</source>
@@ -267,15 +275,26 @@ L’arbre par défaut a été choisi.</translation>
     <name>ChunkRows</name>
     <message>
         <source>External files without a path: %1</source>
-        <translation>Fichiers externes sans chemin : %1</translation>
+        <translation>Fichiers externes sans chemin&#xa0;: %1</translation>
     </message>
     <message>
         <source>Files with texts that are too long: %1</source>
-        <translation>Fichiers dont les textes sont trop longs : %1</translation>
+        <translation>Fichiers dont les textes sont trop longs&#xa0;: %1</translation>
     </message>
     <message>
         <source>Files whose contents are missing or damaged: %1</source>
-        <translation>Fichiers dont le contenu manque ou est endommagé : %1</translation>
+        <translation>Fichiers dont le contenu manque ou est endommagé&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Collection</name>
+    <message>
+        <source>Move the node</source>
+        <translation>Déplacer le nœud</translation>
+    </message>
+    <message>
+        <source>The node moved</source>
+        <translation>Nœud déplacé</translation>
     </message>
 </context>
 <context>
@@ -321,7 +340,7 @@ open last is opened.
   --help     show this text
   --version  show the version
 </source>
-        <translation>Utilisation : vorna [FICHIER]
+        <translation>Utilisation&#xa0;: vorna [FICHIER]
 
 Classe documents, images et hyperliens dans une base de données, avec des étiquettes au lieu de dossiers.
 
@@ -334,6 +353,24 @@ dernière base de données ouverte est rouverte.
     </message>
 </context>
 <context>
+    <name>CompletionList</name>
+    <message>
+        <source>Names</source>
+        <translation>Noms</translation>
+    </message>
+</context>
+<context>
+    <name>CompletionModel</name>
+    <message>
+        <source>New tag &quot;%1&quot;</source>
+        <translation>Nouvelle étiquette «&#x202f;%1&#x202f;»</translation>
+    </message>
+    <message>
+        <source>%1   (%2)</source>
+        <translation>%1   (%2)</translation>
+    </message>
+</context>
+<context>
     <name>ConflictList</name>
     <message>
         <source>Replace</source>
@@ -341,7 +378,7 @@ dernière base de données ouverte est rouverte.
     </message>
     <message>
         <source>Use New Name: %1</source>
-        <translation>Utiliser un nouveau nom : %1</translation>
+        <translation>Utiliser un nouveau nom&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -352,14 +389,14 @@ dernière base de données ouverte est rouverte.
     </message>
     <message>
         <source>The database file &quot;%1&quot; is missing.</source>
-        <translation>Le fichier de base de données « %1 » est introuvable.</translation>
+        <translation>Le fichier de base de données «&#x202f;%1&#x202f;» est introuvable.</translation>
     </message>
 </context>
 <context>
     <name>ContentGroups</name>
     <message>
         <source>Files of the same contents as another one, which has their tags: %1</source>
-        <translation>Fichiers de même contenu qu’un autre, qui a leurs étiquettes : %1</translation>
+        <translation>Fichiers de même contenu qu’un autre, qui a leurs étiquettes&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -377,14 +414,14 @@ dernière base de données ouverte est rouverte.
     <message numerus="yes">
         <source>The following%1 files and hyperlinks will not be added to the database:</source>
         <translation>
-            <numerusform>Le fichier ou hyperlien suivant ne sera pas ajouté à la base de données (nombre :%1) :</numerusform>
-            <numerusform>Les%1 fichiers et hyperliens suivants ne seront pas ajoutés à la base de données :</numerusform>
+            <numerusform>Le fichier ou hyperlien suivant ne sera pas ajouté à la base de données (nombre&#xa0;:%1)&#xa0;:</numerusform>
+            <numerusform>Les%1 fichiers et hyperliens suivants ne seront pas ajoutés à la base de données&#xa0;:</numerusform>
         </translation>
     </message>
     <message>
         <source>    Took the place of the following missing file in the database:
 </source>
-        <translation>    A pris la place du fichier manquant suivant de la base de données :
+        <translation>    A pris la place du fichier manquant suivant de la base de données&#xa0;:
 </translation>
     </message>
     <message>
@@ -412,40 +449,40 @@ dernière base de données ouverte est rouverte.
     <message>
         <source>    Content matched the following hyperlink in the database:
 </source>
-        <translation>    Contenu identique à l’hyperlien suivant de la base de données :
+        <translation>    Contenu identique à l’hyperlien suivant de la base de données&#xa0;:
 </translation>
     </message>
     <message>
         <source>    Content matched the following hyperlinks in the database:
 </source>
-        <translation>    Contenu identique aux hyperliens suivants de la base de données :
+        <translation>    Contenu identique aux hyperliens suivants de la base de données&#xa0;:
 </translation>
     </message>
     <message>
         <source>    Content matched the following file in the database:
 </source>
-        <translation>    Contenu identique au fichier suivant de la base de données :
+        <translation>    Contenu identique au fichier suivant de la base de données&#xa0;:
 </translation>
     </message>
     <message>
         <source>    Content matched the following files in the database:
 </source>
-        <translation>    Contenu identique aux fichiers suivants de la base de données :
+        <translation>    Contenu identique aux fichiers suivants de la base de données&#xa0;:
 </translation>
     </message>
     <message>
         <source>%1  Size: %2  Last Modified: %3</source>
-        <translation>%1  Taille : %2  Dernière modification : %3</translation>
+        <translation>%1  Taille&#xa0;: %2  Dernière modification&#xa0;: %3</translation>
     </message>
     <message>
         <source>
            Tags: %1</source>
         <translation>
-           Étiquettes : %1</translation>
+           Étiquettes&#xa0;: %1</translation>
     </message>
     <message>
         <source>Database file: %1   Size: %2 Last Modified: %3</source>
-        <translation>Fichier de la base : %1   Taille : %2 Dernière modification : %3</translation>
+        <translation>Fichier de la base&#xa0;: %1   Taille&#xa0;: %2 Dernière modification&#xa0;: %3</translation>
     </message>
 </context>
 <context>
@@ -503,7 +540,7 @@ dernière base de données ouverte est rouverte.
     </message>
     <message>
         <source>&amp;Host:</source>
-        <translation>&amp;Hôte :</translation>
+        <translation>&amp;Hôte&#xa0;:</translation>
     </message>
     <message>
         <source>server.example.com</source>
@@ -511,19 +548,19 @@ dernière base de données ouverte est rouverte.
     </message>
     <message>
         <source>Po&amp;rt:</source>
-        <translation>Po&amp;rt :</translation>
+        <translation>Po&amp;rt&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Database:</source>
-        <translation>&amp;Base de données :</translation>
+        <translation>&amp;Base de données&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;User:</source>
-        <translation>&amp;Utilisateur :</translation>
+        <translation>&amp;Utilisateur&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation>&amp;Mot de passe :</translation>
+        <translation>&amp;Mot de passe&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Connect</source>
@@ -582,11 +619,11 @@ dernière base de données ouverte est rouverte.
     </message>
     <message>
         <source>What should the files that this database shares with the shell &quot;%1&quot; take over?</source>
-        <translation>Que doivent reprendre les fichiers que cette base de données a en commun avec la coquille « %1 » ?</translation>
+        <translation>Que doivent reprendre les fichiers que cette base de données a en commun avec la coquille «&#x202f;%1&#x202f;»&#x202f;?</translation>
     </message>
     <message>
         <source>What should be imported from &quot;%1&quot;?</source>
-        <translation>Que faut-il importer de « %1 » ?</translation>
+        <translation>Que faut-il importer de «&#x202f;%1&#x202f;»&#x202f;?</translation>
     </message>
 </context>
 <context>
@@ -647,7 +684,7 @@ dernière base de données ouverte est rouverte.
         <source>Application can&apos;t continue to work with the current database, due to error.
 What do you want to do?</source>
         <translation>En raison d’une erreur, l’application ne peut pas continuer à utiliser la base de données ouverte.
-Que voulez-vous faire ?</translation>
+Que voulez-vous faire&#x202f;?</translation>
     </message>
     <message>
         <source>Open another database</source>
@@ -670,11 +707,11 @@ Que voulez-vous faire ?</translation>
     </message>
     <message>
         <source>A shell is imported into a database. Open a local database that may be changed, and choose Import, Shell.</source>
-        <translation>Une coquille s’importe dans une base de données. Ouvrez une base de données locale modifiable et choisissez « Importer », « Coquille ».</translation>
+        <translation>Une coquille s’importe dans une base de données. Ouvrez une base de données locale modifiable et choisissez «&#x202f;Importer&#x202f;», «&#x202f;Coquille&#x202f;».</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is no file, or is gone. Nothing was imported.</source>
-        <translation>« %1 » n’est pas un fichier, ou a disparu. Rien n’a été importé.</translation>
+        <translation>«&#x202f;%1&#x202f;» n’est pas un fichier, ou a disparu. Rien n’a été importé.</translation>
     </message>
 </context>
 <context>
@@ -702,7 +739,7 @@ Que voulez-vous faire ?</translation>
         <source>%1 already exists.
 Do you want to replace it?</source>
         <translation>%1 existe déjà.
-Voulez-vous le remplacer ?</translation>
+Voulez-vous le remplacer&#x202f;?</translation>
     </message>
     <message>
         <source>Failed to remove existent database.</source>
@@ -733,7 +770,7 @@ Voulez-vous le remplacer ?</translation>
     </message>
     <message>
         <source>The database could not be read completely, so it cannot be changed.</source>
-        <translation>La base de données n’a pas pu être lue en entier ; elle ne peut donc pas être modifiée.</translation>
+        <translation>La base de données n’a pas pu être lue en entier&#x202f;; elle ne peut donc pas être modifiée.</translation>
     </message>
     <message>
         <source>Local data is updating.</source>
@@ -759,9 +796,9 @@ Voulez-vous le remplacer ?</translation>
         <source>Nothing can be exported to &quot;%1&quot;.
 
 The reason: %2</source>
-        <translation>Rien ne peut être exporté vers « %1 ».
+        <translation>Rien ne peut être exporté vers «&#x202f;%1&#x202f;».
 
-La raison : %2</translation>
+La raison&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -792,7 +829,7 @@ La raison : %2</translation>
     </message>
     <message>
         <source>The database could be corrupted please check it.</source>
-        <translation>La base de données est peut-être endommagée ; veuillez la vérifier.</translation>
+        <translation>La base de données est peut-être endommagée&#x202f;; veuillez la vérifier.</translation>
     </message>
     <message>
         <source>Error opening database</source>
@@ -807,7 +844,34 @@ La raison : %2</translation>
     </message>
     <message>
         <source>%1 %</source>
-        <translation>%1 %</translation>
+        <translation>%1&#x202f;%</translation>
+    </message>
+</context>
+<context>
+    <name>DesktopOpener</name>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Failed opening hyperlink.</source>
+        <translation>Impossible d’ouvrir l’hyperlien.</translation>
+    </message>
+    <message>
+        <source>Error opening file</source>
+        <translation>Erreur à l’ouverture du fichier</translation>
+    </message>
+    <message>
+        <source>Vorna is unable to open this file. There may not be any application associated with the file type.</source>
+        <translation>Vorna ne peut pas ouvrir ce fichier. Il se peut qu’aucune application ne soit associée à ce type de fichier.</translation>
+    </message>
+    <message>
+        <source>Error opening folder</source>
+        <translation>Erreur à l’ouverture du dossier</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; could not be shown. There may not be any file manager installed.</source>
+        <translation>Le dossier «&#x202f;%1&#x202f;» n’a pas pu être affiché. Il se peut qu’aucun gestionnaire de fichiers ne soit installé.</translation>
     </message>
 </context>
 <context>
@@ -893,14 +957,6 @@ Examen du fichier numéro  %1</translation>
         <source>The database is closed.</source>
         <translation>La base de données est fermée.</translation>
     </message>
-    <message>
-        <source>1 file was not added, as another one has the same name:</source>
-        <translation>1 fichier n’a pas été ajouté, car un autre porte le même nom :</translation>
-    </message>
-    <message>
-        <source>Files left out</source>
-        <translation>Fichiers laissés de côté</translation>
-    </message>
     <message numerus="yes">
         <source>%Ln files are there already.</source>
         <translation>
@@ -916,19 +972,352 @@ Examen du fichier numéro  %1</translation>
         <source>The following files have matching names. Deselect the checked file if you do not want it added.</source>
         <translation>Les fichiers suivants ont le même nom. Désélectionnez le fichier coché si vous ne voulez pas l’ajouter.</translation>
     </message>
+</context>
+<context>
+    <name>EditNotes</name>
+    <message>
+        <source>Change tags of 1 file</source>
+        <translation>Modifier les étiquettes de 1 fichier</translation>
+    </message>
     <message numerus="yes">
-        <source>%Ln files were not added, as others have the same names:</source>
+        <source>Change tags of %Ln files</source>
         <translation>
-            <numerusform>%Ln fichier n’a pas été ajouté, car un autre porte le même nom :</numerusform>
-            <numerusform>%Ln fichiers n’ont pas été ajoutés, car d’autres portent les mêmes noms :</numerusform>
+            <numerusform>Modifier les étiquettes de %Ln fichier</numerusform>
+            <numerusform>Modifier les étiquettes de %Ln fichiers</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Tags of 1 file changed</source>
+        <translation>Étiquettes de 1 fichier modifiées</translation>
+    </message>
+    <message numerus="yes">
+        <source>Tags of %Ln files changed</source>
+        <translation>
+            <numerusform>Étiquettes de %Ln fichier modifiées</numerusform>
+            <numerusform>Étiquettes de %Ln fichiers modifiées</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add tags to 1 file</source>
+        <translation>Ajouter des étiquettes à 1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add tags to %Ln files</source>
+        <translation>
+            <numerusform>Ajouter des étiquettes à %Ln fichier</numerusform>
+            <numerusform>Ajouter des étiquettes à %Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 added to 1 file</source>
+        <translation>%1 ajoutée à 1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 added to %Ln files</source>
+        <translation>
+            <numerusform>%1 ajoutée à %Ln fichier</numerusform>
+            <numerusform>%1 ajoutée à %Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 tags added to 1 file</source>
+        <translation>%1 étiquettes ajoutées à 1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 tags added to %Ln files</source>
+        <translation>
+            <numerusform>%1 étiquettes ajoutées à %Ln fichier</numerusform>
+            <numerusform>%1 étiquettes ajoutées à %Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Remove tags from 1 file</source>
+        <translation>Retirer des étiquettes de 1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove tags from %Ln files</source>
+        <translation>
+            <numerusform>Retirer des étiquettes de %Ln fichier</numerusform>
+            <numerusform>Retirer des étiquettes de %Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 removed from 1 file</source>
+        <translation>%1 retirée de 1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 removed from %Ln files</source>
+        <translation>
+            <numerusform>%1 retirée de %Ln fichier</numerusform>
+            <numerusform>%1 retirée de %Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 tags removed from 1 file</source>
+        <translation>%1 étiquettes retirées de 1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 tags removed from %Ln files</source>
+        <translation>
+            <numerusform>%1 étiquettes retirées de %Ln fichier</numerusform>
+            <numerusform>%1 étiquettes retirées de %Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 file added</source>
+        <translation>1 fichier ajouté</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files added</source>
+        <translation>
+            <numerusform>%Ln fichier ajouté</numerusform>
+            <numerusform>%Ln fichiers ajoutés</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 was there already</source>
+        <translation>1 était déjà là</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln were there already</source>
+        <translation>
+            <numerusform>%Ln était déjà là</numerusform>
+            <numerusform>%Ln étaient déjà là</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>1 file added, 2 were there already</comment>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>Add the tag %1</source>
+        <translation>Ajouter l’étiquette %1</translation>
+    </message>
+    <message>
+        <source>The tag %1 added</source>
+        <translation>Étiquette %1 ajoutée</translation>
+    </message>
+    <message>
+        <source>Rename the tag %1</source>
+        <translation>Renommer l’étiquette %1</translation>
+    </message>
+    <message>
+        <source>%1 renamed to %2</source>
+        <translation>%1 renommé en %2</translation>
+    </message>
+    <message>
+        <source>Describe the tag %1</source>
+        <translation>Décrire l’étiquette %1</translation>
+    </message>
+    <message>
+        <source>Description of %1 changed</source>
+        <translation>Description de %1 modifiée</translation>
+    </message>
+    <message>
+        <source>Remove the tag %1</source>
+        <translation>Retirer l’étiquette %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln tags</source>
+        <translation>
+            <numerusform>Retirer %Ln étiquette</numerusform>
+            <numerusform>Retirer %Ln étiquettes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The tag %1 removed</source>
+        <translation>Étiquette %1 retirée</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags removed</source>
+        <translation>
+            <numerusform>%Ln étiquette retirée</numerusform>
+            <numerusform>%Ln étiquettes retirées</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add the group %1</source>
+        <translation>Ajouter le groupe %1</translation>
+    </message>
+    <message>
+        <source>The group %1 added</source>
+        <translation>Groupe %1 ajouté</translation>
+    </message>
+    <message>
+        <source>Rename the group %1</source>
+        <translation>Renommer le groupe %1</translation>
+    </message>
+    <message>
+        <source>Remove the group %1</source>
+        <translation>Retirer le groupe %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln groups</source>
+        <translation>
+            <numerusform>Retirer %Ln groupe</numerusform>
+            <numerusform>Retirer %Ln groupes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The group %1 removed</source>
+        <translation>Groupe %1 retiré</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups removed</source>
+        <translation>
+            <numerusform>%Ln groupe retiré</numerusform>
+            <numerusform>%Ln groupes retirés</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Change the tags of the group %1</source>
+        <translation>Modifier les étiquettes du groupe %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Change the tags of %Ln groups</source>
+        <translation>
+            <numerusform>Modifier les étiquettes de %Ln groupe</numerusform>
+            <numerusform>Modifier les étiquettes de %Ln groupes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Tags of the group %1 changed</source>
+        <translation>Étiquettes du groupe %1 modifiées</translation>
+    </message>
+    <message numerus="yes">
+        <source>Tags of %Ln groups changed</source>
+        <translation>
+            <numerusform>Étiquettes de %Ln groupe modifiées</numerusform>
+            <numerusform>Étiquettes de %Ln groupes modifiées</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add the node %1</source>
+        <translation>Ajouter le nœud %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %Ln nodes</source>
+        <translation>
+            <numerusform>Ajouter %Ln nœud</numerusform>
+            <numerusform>Ajouter %Ln nœuds</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The node %1 added</source>
+        <translation>Nœud %1 ajouté</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes added</source>
+        <translation>
+            <numerusform>%Ln nœud ajouté</numerusform>
+            <numerusform>%Ln nœuds ajoutés</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Remove 1 node</source>
+        <translation>Retirer 1 nœud</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln nodes</source>
+        <translation>
+            <numerusform>Retirer %Ln nœud</numerusform>
+            <numerusform>Retirer %Ln nœuds</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 node removed</source>
+        <translation>1 nœud retiré</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes removed</source>
+        <translation>
+            <numerusform>%Ln nœud retiré</numerusform>
+            <numerusform>%Ln nœuds retirés</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Invert the node %1</source>
+        <translation>Inverser le nœud %1</translation>
+    </message>
+    <message>
+        <source>%1 inverted</source>
+        <translation>%1 inversé</translation>
+    </message>
+    <message>
+        <source>%1 no longer inverted</source>
+        <translation>%1 n’est plus inversé</translation>
+    </message>
+    <message>
+        <source>Change the node %1</source>
+        <translation>Modifier le nœud %1</translation>
+    </message>
+    <message>
+        <source>Tag relationships of %1 switched on</source>
+        <translation>Relations d’étiquettes de %1 activées</translation>
+    </message>
+    <message>
+        <source>Tag relationships of %1 switched off</source>
+        <translation>Relations d’étiquettes de %1 désactivées</translation>
+    </message>
+    <message>
+        <source>Add %1 to the tag relationships</source>
+        <translation>Ajouter %1 aux relations d’étiquettes</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %Ln tag relationships</source>
+        <translation>
+            <numerusform>Ajouter %Ln relation d’étiquettes</numerusform>
+            <numerusform>Ajouter %Ln relations d’étiquettes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 added to the tag relationships</source>
+        <translation>%1 ajoutée aux relations d’étiquettes</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships added</source>
+        <translation>
+            <numerusform>%Ln relation d’étiquettes ajoutée</numerusform>
+            <numerusform>%Ln relations d’étiquettes ajoutées</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Remove 1 tag relationship</source>
+        <translation>Retirer 1 relation d’étiquettes</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln tag relationships</source>
+        <translation>
+            <numerusform>Retirer %Ln relation d’étiquettes</numerusform>
+            <numerusform>Retirer %Ln relations d’étiquettes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 tag relationship removed</source>
+        <translation>1 relation d’étiquettes retirée</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tag relationships removed</source>
+        <translation>
+            <numerusform>%Ln relation d’étiquettes retirée</numerusform>
+            <numerusform>%Ln relations d’étiquettes retirées</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Rename the file %1</source>
+        <translation>Renommer le fichier %1</translation>
+    </message>
+    <message>
+        <source>Describe the file %1</source>
+        <translation>Décrire le fichier %1</translation>
     </message>
 </context>
 <context>
     <name>ErrorJudge</name>
     <message>
         <source>The database is damaged: it tells of more rows than its file has room for.</source>
-        <translation>La base de données est endommagée : elle annonce plus de lignes que son fichier ne peut en contenir.</translation>
+        <translation>La base de données est endommagée&#xa0;: elle annonce plus de lignes que son fichier ne peut en contenir.</translation>
     </message>
 </context>
 <context>
@@ -954,13 +1343,13 @@ Examen du fichier numéro  %1</translation>
     </message>
     <message>
         <source>Cannot export to currently open database!</source>
-        <translation>Impossible d’exporter vers la base de données ouverte !</translation>
+        <translation>Impossible d’exporter vers la base de données ouverte&#x202f;!</translation>
     </message>
     <message>
         <source>&quot;%1&quot; already exists.
 Do you want to replace it?</source>
-        <translation>« %1 » existe déjà.
-Voulez-vous le remplacer ?</translation>
+        <translation>«&#x202f;%1&#x202f;» existe déjà.
+Voulez-vous le remplacer&#x202f;?</translation>
     </message>
     <message>
         <source>Export Target</source>
@@ -995,32 +1384,32 @@ Voulez-vous le remplacer ?</translation>
     <message>
         <source>Exported to &quot;%1&quot;.
 Files: %2</source>
-        <translation>Exporté vers « %1 ».
-Fichiers : %2</translation>
+        <translation>Exporté vers «&#x202f;%1&#x202f;».
+Fichiers&#xa0;: %2</translation>
     </message>
     <message>
         <source>Exported to &quot;%1&quot;.
 Files: %2, tags: %3, browsing nodes: %4</source>
-        <translation>Exporté vers « %1 ».
-Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
+        <translation>Exporté vers «&#x202f;%1&#x202f;».
+Fichiers&#xa0;: %2, étiquettes&#xa0;: %3, nœuds de navigation&#xa0;: %4</translation>
     </message>
     <message>
         <source>Not exported: %1. %2
 %3</source>
-        <translation>Non exportés : %1. %2
+        <translation>Non exportés&#xa0;: %1. %2
 %3</translation>
     </message>
     <message>
         <source>Not exported, as they are no longer in the database: %1.</source>
-        <translation>Non exportés, car ils ne sont plus dans la base de données : %1.</translation>
+        <translation>Non exportés, car ils ne sont plus dans la base de données&#xa0;: %1.</translation>
     </message>
     <message>
         <source>Tag relationships not exported, as they are too deep: %1.</source>
-        <translation>Relations d’étiquettes non exportées, car trop profondes : %1.</translation>
+        <translation>Relations d’étiquettes non exportées, car trop profondes&#xa0;: %1.</translation>
     </message>
     <message>
         <source>Fields that hold a double quote: %1. It stands in the file as it is, and other programs may take it for the end of the field.</source>
-        <translation>Champs qui contiennent un guillemet double : %1. Il figure tel quel dans le fichier, et d’autres programmes peuvent le prendre pour la fin du champ.</translation>
+        <translation>Champs qui contiennent un guillemet double&#xa0;: %1. Il figure tel quel dans le fichier, et d’autres programmes peuvent le prendre pour la fin du champ.</translation>
     </message>
 </context>
 <context>
@@ -1043,7 +1432,7 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>The database there is in use, or a change of it was broken off: there is a file &quot;%1&quot;.</source>
-        <translation>La base de données qui s’y trouve est utilisée, ou une modification y a été interrompue : il y a un fichier « %1 ».</translation>
+        <translation>La base de données qui s’y trouve est utilisée, ou une modification y a été interrompue&#xa0;: il y a un fichier «&#x202f;%1&#x202f;».</translation>
     </message>
 </context>
 <context>
@@ -1061,6 +1450,25 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
 </context>
 <context>
+    <name>FavouriteMenu</name>
+    <message>
+        <source>Favourite Key</source>
+        <translation>Touche de favori</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1: free</source>
+        <translation>%1&#xa0;: libre</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucune</translation>
+    </message>
+</context>
+<context>
     <name>FeedbackDialog</name>
     <message>
         <source>Feedback</source>
@@ -1068,15 +1476,15 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Message:</source>
-        <translation>Message :</translation>
+        <translation>Message&#xa0;:</translation>
     </message>
     <message>
         <source>Email address (optional):</source>
-        <translation>Adresse électronique (facultative) :</translation>
+        <translation>Adresse électronique (facultative)&#xa0;:</translation>
     </message>
     <message>
         <source>Version: %1</source>
-        <translation>Version : %1</translation>
+        <translation>Version&#xa0;: %1</translation>
     </message>
     <message>
         <source>&amp;Send</source>
@@ -1218,7 +1626,7 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     <name>FileCommands</name>
     <message>
         <source>&quot;%1&quot; has no tags that other files could share.</source>
-        <translation>« %1 » n’a pas d’étiquette que d’autres fichiers pourraient partager.</translation>
+        <translation>«&#x202f;%1&#x202f;» n’a pas d’étiquette que d’autres fichiers pourraient partager.</translation>
     </message>
     <message>
         <source>Select the tags in the tags dock first.</source>
@@ -1246,19 +1654,19 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Do you really want to delete the selected link?</source>
-        <translation>Voulez-vous vraiment supprimer le lien sélectionné ?</translation>
+        <translation>Voulez-vous vraiment supprimer le lien sélectionné&#x202f;?</translation>
     </message>
     <message>
         <source>Do you really want to delete the selected links?</source>
-        <translation>Voulez-vous vraiment supprimer les liens sélectionnés ?</translation>
+        <translation>Voulez-vous vraiment supprimer les liens sélectionnés&#x202f;?</translation>
     </message>
     <message>
         <source>Do you really want to delete the selected file?</source>
-        <translation>Voulez-vous vraiment supprimer le fichier sélectionné ?</translation>
+        <translation>Voulez-vous vraiment supprimer le fichier sélectionné&#x202f;?</translation>
     </message>
     <message>
         <source>Do you really want to delete the selected files?</source>
-        <translation>Voulez-vous vraiment supprimer les fichiers sélectionnés ?</translation>
+        <translation>Voulez-vous vraiment supprimer les fichiers sélectionnés&#x202f;?</translation>
     </message>
 </context>
 <context>
@@ -1269,7 +1677,7 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>What should be exported beside the files and their tags?</source>
-        <translation>Que faut-il exporter en plus des fichiers et de leurs étiquettes ?</translation>
+        <translation>Que faut-il exporter en plus des fichiers et de leurs étiquettes&#x202f;?</translation>
     </message>
     <message>
         <source>File descriptions</source>
@@ -1288,7 +1696,7 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     <name>FileImporter</name>
     <message>
         <source>Files that could not be read or written: %1</source>
-        <translation>Fichiers qui n’ont pas pu être lus ou écrits : %1</translation>
+        <translation>Fichiers qui n’ont pas pu être lus ou écrits&#xa0;: %1</translation>
     </message>
     <message>
         <source>Copying files...</source>
@@ -1350,11 +1758,11 @@ Fichiers : %2, étiquettes : %3, nœuds de navigation : %4</translation>
     </message>
     <message>
         <source>Found: %1 of %2.</source>
-        <translation>Trouvés : %1 sur %2.</translation>
+        <translation>Trouvés&#xa0;: %1 sur %2.</translation>
     </message>
     <message>
         <source>Do you really want to delete the selected links?</source>
-        <translation>Voulez-vous vraiment supprimer les liens sélectionnés ?</translation>
+        <translation>Voulez-vous vraiment supprimer les liens sélectionnés&#x202f;?</translation>
     </message>
 </context>
 <context>
@@ -1438,6 +1846,10 @@ Ils ont été supprimés de la base de données.</translation>
         <source>This file would start a program, which Vorna does not do out of a database. Extract it if you trust it, and start it from there.</source>
         <translation>Ce fichier lancerait un programme, ce que Vorna ne fait pas depuis une base de données. Si vous lui faites confiance, extrayez-le et lancez-le de là.</translation>
     </message>
+    <message>
+        <source>The disk with &quot;%1&quot; does not answer.</source>
+        <translation>Le disque avec «&#x202f;%1&#x202f;» ne répond pas.</translation>
+    </message>
 </context>
 <context>
     <name>FileOperationProgress</name>
@@ -1465,11 +1877,11 @@ Ils ont été supprimés de la base de données.</translation>
     </message>
     <message>
         <source>Their contents in the database are damaged:</source>
-        <translation>Leur contenu dans la base de données est endommagé :</translation>
+        <translation>Leur contenu dans la base de données est endommagé&#xa0;:</translation>
     </message>
     <message>
         <source>The database says: %1.</source>
-        <translation>La base de données indique : %1.</translation>
+        <translation>La base de données indique&#xa0;: %1.</translation>
     </message>
     <message>
         <source>Gathering file information</source>
@@ -1477,7 +1889,7 @@ Ils ont été supprimés de la base de données.</translation>
     </message>
     <message>
         <source>The tags for the folders could not be made, so nothing was added.</source>
-        <translation>Les étiquettes des dossiers n’ont pas pu être créées ; rien n’a donc été ajouté.</translation>
+        <translation>Les étiquettes des dossiers n’ont pas pu être créées&#x202f;; rien n’a donc été ajouté.</translation>
     </message>
     <message>
         <source>Error adding files</source>
@@ -1513,7 +1925,7 @@ Ils ont été supprimés de la base de données.</translation>
     </message>
     <message>
         <source>The export was canceled, and nothing was written to &quot;%1&quot;.</source>
-        <translation>L’exportation a été annulée, et rien n’a été écrit dans « %1 ».</translation>
+        <translation>L’exportation a été annulée, et rien n’a été écrit dans «&#x202f;%1&#x202f;».</translation>
     </message>
     <message>
         <source>The file could not get its name.</source>
@@ -1523,9 +1935,9 @@ Ils ont été supprimés de la base de données.</translation>
         <source>Nothing was exported to &quot;%1&quot;.
 
 The reason: %2</source>
-        <translation>Rien n’a été exporté vers « %1 ».
+        <translation>Rien n’a été exporté vers «&#x202f;%1&#x202f;».
 
-La raison : %2</translation>
+La raison&#xa0;: %2</translation>
     </message>
     <message>
         <source>Exporting</source>
@@ -1542,21 +1954,21 @@ La raison : %2</translation>
     <message>
         <source>Only its beginning was written:
 %1</source>
-        <translation>Seul le début a été écrit :
+        <translation>Seul le début a été écrit&#xa0;:
 %1</translation>
     </message>
     <message>
         <source>An error has occurred while extracting a file. This may be a memory-related problem, so closing any applications which consume large amounts of memory should fix it.</source>
-        <translation>Une erreur s’est produite lors de l’extraction d’un fichier. La mémoire est peut-être insuffisante ; fermer les applications qui en consomment beaucoup devrait y remédier.</translation>
+        <translation>Une erreur s’est produite lors de l’extraction d’un fichier. La mémoire est peut-être insuffisante&#x202f;; fermer les applications qui en consomment beaucoup devrait y remédier.</translation>
     </message>
     <message>
         <source>The system says: %1</source>
-        <translation>Le système indique : %1</translation>
+        <translation>Le système indique&#xa0;: %1</translation>
     </message>
     <message>
         <source>Not written:
 %1</source>
-        <translation>Non écrit :
+        <translation>Non écrit&#xa0;:
 %1</translation>
     </message>
     <message>
@@ -1567,7 +1979,7 @@ La raison : %2</translation>
         <source>This file could not be read, or could not get its name in the folder, and was not extracted:
 
 %1</source>
-        <translation>Ce fichier n’a pas pu être lu, ou recevoir son nom dans le dossier, et n’a pas été extrait :
+        <translation>Ce fichier n’a pas pu être lu, ou recevoir son nom dans le dossier, et n’a pas été extrait&#xa0;:
 
 %1</translation>
     </message>
@@ -1575,7 +1987,7 @@ La raison : %2</translation>
         <source>These files could not be read, or could not get their names in the folder, and were not extracted:
 
 %1</source>
-        <translation>Ces fichiers n’ont pas pu être lus, ou recevoir leur nom dans le dossier, et n’ont pas été extraits :
+        <translation>Ces fichiers n’ont pas pu être lus, ou recevoir leur nom dans le dossier, et n’ont pas été extraits&#xa0;:
 
 %1</translation>
     </message>
@@ -1615,7 +2027,7 @@ La raison : %2</translation>
         <source>This picture could not be read and keeps its thumbnail:
 
 %1</source>
-        <translation>Cette image n’a pas pu être lue et garde sa vignette :
+        <translation>Cette image n’a pas pu être lue et garde sa vignette&#xa0;:
 
 %1</translation>
     </message>
@@ -1627,7 +2039,7 @@ La raison : %2</translation>
         <source>This file could not be read, or changed meanwhile, and remains external:
 
 %1</source>
-        <translation>Ce fichier n’a pas pu être lu, ou a changé entre-temps, et reste externe :
+        <translation>Ce fichier n’a pas pu être lu, ou a changé entre-temps, et reste externe&#xa0;:
 
 %1</translation>
     </message>
@@ -1635,7 +2047,7 @@ La raison : %2</translation>
         <source>These files could not be read, or changed meanwhile, and remain external:
 
 %1</source>
-        <translation>Ces fichiers n’ont pas pu être lus, ou ont changé entre-temps, et restent externes :
+        <translation>Ces fichiers n’ont pas pu être lus, ou ont changé entre-temps, et restent externes&#xa0;:
 
 %1</translation>
     </message>
@@ -1652,10 +2064,10 @@ La raison : %2</translation>
 
 %1</source>
         <translation>
-            <numerusform>%Ln image n’a pas pu être lue et garde sa vignette :
+            <numerusform>%Ln image n’a pas pu être lue et garde sa vignette&#xa0;:
 
 %1</numerusform>
-            <numerusform>%Ln images n’ont pas pu être lues et gardent leurs vignettes :
+            <numerusform>%Ln images n’ont pas pu être lues et gardent leurs vignettes&#xa0;:
 
 %1</numerusform>
         </translation>
@@ -1666,22 +2078,26 @@ La raison : %2</translation>
     </message>
     <message>
         <source>The tag &quot;%1&quot;</source>
-        <translation>L’étiquette « %1 »</translation>
+        <translation>L’étiquette «&#x202f;%1&#x202f;»</translation>
     </message>
     <message>
         <source>The tag group &quot;%1&quot;</source>
-        <translation>Le groupe d’étiquettes « %1 »</translation>
+        <translation>Le groupe d’étiquettes «&#x202f;%1&#x202f;»</translation>
     </message>
     <message>
         <source>Their pages in the database file are damaged:</source>
-        <translation>Leurs pages dans le fichier de base de données sont endommagées :</translation>
+        <translation>Leurs pages dans le fichier de base de données sont endommagées&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Changing the tags of files...</source>
+        <translation>Modification des étiquettes des fichiers…</translation>
     </message>
 </context>
 <context>
     <name>FileRenamer</name>
     <message>
         <source>The name of a file must not contain &quot;/&quot;, nor be &quot;.&quot; or &quot;..&quot;.</source>
-        <translation>Le nom d’un fichier ne doit pas contenir « / », ni être « . » ou « .. ».</translation>
+        <translation>Le nom d’un fichier ne doit pas contenir «&#x202f;/&#x202f;», ni être «&#x202f;.&#x202f;» ou «&#x202f;..&#x202f;».</translation>
     </message>
     <message>
         <source>The file could not be renamed.</source>
@@ -1724,6 +2140,37 @@ La raison : %2</translation>
     <message>
         <source>Descending</source>
         <translation>Décroissant</translation>
+    </message>
+</context>
+<context>
+    <name>FileTagging</name>
+    <message>
+        <source>Add Tags:</source>
+        <translation>Ajouter des étiquettes&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Add Tags...</source>
+        <translation>Ajouter des étiquettes…</translation>
+    </message>
+    <message>
+        <source>Favourite Tags</source>
+        <translation>Étiquettes favorites</translation>
+    </message>
+    <message>
+        <source>&amp;Pin</source>
+        <translation>É&amp;pingler</translation>
+    </message>
+    <message>
+        <source>Return tags and goes on to the next file (Alt+P)</source>
+        <translation>Entrée pose les étiquettes et passe au fichier suivant (Alt+P)</translation>
+    </message>
+    <message>
+        <source>Add Tags (%1)</source>
+        <translation>Ajouter des étiquettes (%1)</translation>
+    </message>
+    <message>
+        <source>No tag</source>
+        <translation>Aucune étiquette</translation>
     </message>
 </context>
 <context>
@@ -1782,7 +2229,7 @@ La raison : %2</translation>
     <name>GroupImporter</name>
     <message>
         <source>Tag groups without a name: %1</source>
-        <translation>Groupes d’étiquettes sans nom : %1</translation>
+        <translation>Groupes d’étiquettes sans nom&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -1816,33 +2263,33 @@ La raison : %2</translation>
     </message>
     <message>
         <source>This is not a valid address: %1.</source>
-        <translation>Ce n’est pas une adresse valide : %1.</translation>
+        <translation>Ce n’est pas une adresse valide&#xa0;: %1.</translation>
     </message>
     <message>
         <source>Longer than %1 signs: %2</source>
-        <translation>De plus de %1 caractères : %2</translation>
+        <translation>De plus de %1 caractères&#xa0;: %2</translation>
     </message>
     <message>
         <source>With control signs: %1</source>
-        <translation>Avec caractères de contrôle : %1</translation>
+        <translation>Avec caractères de contrôle&#xa0;: %1</translation>
     </message>
     <message>
         <source>Of files that are not there: %1</source>
-        <translation>De fichiers inexistants : %1</translation>
+        <translation>De fichiers inexistants&#xa0;: %1</translation>
     </message>
     <message>
         <source>Not valid: %1</source>
-        <translation>Non valides : %1</translation>
+        <translation>Non valides&#xa0;: %1</translation>
     </message>
     <message>
         <source>One hyperlink was not added:</source>
-        <translation>Un hyperlien n’a pas été ajouté :</translation>
+        <translation>Un hyperlien n’a pas été ajouté&#xa0;:</translation>
     </message>
     <message numerus="yes">
         <source>%Ln hyperlinks were not added:</source>
         <translation>
-            <numerusform>%Ln hyperlien n’a pas été ajouté :</numerusform>
-            <numerusform>%Ln hyperliens n’ont pas été ajoutés :</numerusform>
+            <numerusform>%Ln hyperlien n’a pas été ajouté&#xa0;:</numerusform>
+            <numerusform>%Ln hyperliens n’ont pas été ajoutés&#xa0;:</numerusform>
         </translation>
     </message>
 </context>
@@ -1850,43 +2297,43 @@ La raison : %2</translation>
     <name>ImportReport</name>
     <message>
         <source>Imported from &quot;%1&quot;:</source>
-        <translation>Importé de « %1 » :</translation>
+        <translation>Importé de «&#x202f;%1&#x202f;»&#xa0;:</translation>
     </message>
     <message>
         <source>New files: %1</source>
-        <translation>Nouveaux fichiers : %1</translation>
+        <translation>Nouveaux fichiers&#xa0;: %1</translation>
     </message>
     <message>
         <source>Files that were here already: %1</source>
-        <translation>Fichiers déjà présents : %1</translation>
+        <translation>Fichiers déjà présents&#xa0;: %1</translation>
     </message>
     <message>
         <source>New tags: %1</source>
-        <translation>Nouvelles étiquettes : %1</translation>
+        <translation>Nouvelles étiquettes&#xa0;: %1</translation>
     </message>
     <message>
         <source>New links between tags and files: %1</source>
-        <translation>Nouveaux liens entre étiquettes et fichiers : %1</translation>
+        <translation>Nouveaux liens entre étiquettes et fichiers&#xa0;: %1</translation>
     </message>
     <message>
         <source>New tag groups: %1</source>
-        <translation>Nouveaux groupes d’étiquettes : %1</translation>
+        <translation>Nouveaux groupes d’étiquettes&#xa0;: %1</translation>
     </message>
     <message>
         <source>New browsing nodes: %1</source>
-        <translation>Nouveaux nœuds de navigation : %1</translation>
+        <translation>Nouveaux nœuds de navigation&#xa0;: %1</translation>
     </message>
     <message>
         <source>New tag relationships: %1</source>
-        <translation>Nouvelles relations d’étiquettes : %1</translation>
+        <translation>Nouvelles relations d’étiquettes&#xa0;: %1</translation>
     </message>
     <message>
         <source>Changed descriptions: %1</source>
-        <translation>Descriptions modifiées : %1</translation>
+        <translation>Descriptions modifiées&#xa0;: %1</translation>
     </message>
     <message>
         <source>Not imported:</source>
-        <translation>Non importés :</translation>
+        <translation>Non importés&#xa0;:</translation>
     </message>
 </context>
 <context>
@@ -1901,7 +2348,7 @@ La raison : %2</translation>
     </message>
     <message>
         <source>The file cannot be opened: %1</source>
-        <translation>Le fichier ne peut pas être ouvert : %1</translation>
+        <translation>Le fichier ne peut pas être ouvert&#xa0;: %1</translation>
     </message>
     <message>
         <source>It holds parts that Vorna did not make, such as views or triggers.</source>
@@ -1921,42 +2368,42 @@ La raison : %2</translation>
     </message>
     <message>
         <source>It cannot be read as a database: %1</source>
-        <translation>Le fichier ne peut pas être lu comme une base de données : %1</translation>
+        <translation>Le fichier ne peut pas être lu comme une base de données&#xa0;: %1</translation>
     </message>
 </context>
 <context>
     <name>ImportStatements</name>
     <message>
         <source>There are no free ids in its table &quot;%1&quot;.</source>
-        <translation>Il n’y a plus de numéro libre dans sa table « %1 ».</translation>
+        <translation>Il n’y a plus de numéro libre dans sa table «&#x202f;%1&#x202f;».</translation>
     </message>
 </context>
 <context>
     <name>LeftOutFiles</name>
     <message>
         <source>1 file has a name that cannot be read:</source>
-        <translation>1 fichier a un nom illisible :</translation>
+        <translation>1 fichier a un nom illisible&#xa0;:</translation>
     </message>
     <message>
         <source>Files left out because the names of their folders cannot be read: %1</source>
-        <translation>Fichiers laissés de côté parce que les noms de leurs dossiers sont illisibles : %1</translation>
+        <translation>Fichiers laissés de côté parce que les noms de leurs dossiers sont illisibles&#xa0;: %1</translation>
     </message>
     <message>
         <source>1 file or folder could not be read:</source>
-        <translation>1 fichier ou dossier n’a pas pu être lu :</translation>
+        <translation>1 fichier ou dossier n’a pas pu être lu&#xa0;:</translation>
     </message>
     <message numerus="yes">
         <source>%Ln files have names that cannot be read:</source>
         <translation>
-            <numerusform>%Ln fichier a un nom illisible :</numerusform>
-            <numerusform>%Ln fichiers ont des noms illisibles :</numerusform>
+            <numerusform>%Ln fichier a un nom illisible&#xa0;:</numerusform>
+            <numerusform>%Ln fichiers ont des noms illisibles&#xa0;:</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%Ln files or folders could not be read:</source>
         <translation>
-            <numerusform>%Ln fichier ou dossier n’a pas pu être lu :</numerusform>
-            <numerusform>%Ln fichiers ou dossiers n’ont pas pu être lus :</numerusform>
+            <numerusform>%Ln fichier ou dossier n’a pas pu être lu&#xa0;:</numerusform>
+            <numerusform>%Ln fichiers ou dossiers n’ont pas pu être lus&#xa0;:</numerusform>
         </translation>
     </message>
 </context>
@@ -1968,7 +2415,7 @@ La raison : %2</translation>
     </message>
     <message>
         <source>Loading &quot;%1&quot;...</source>
-        <translation>Chargement de « %1 »…</translation>
+        <translation>Chargement de «&#x202f;%1&#x202f;»…</translation>
     </message>
 </context>
 <context>
@@ -1992,13 +2439,13 @@ La raison : %2</translation>
         <source>No database is open.
 Open one or make a new one in the Database menu.</source>
         <translation>Aucune base de données n’est ouverte.
-Ouvrez-en une ou créez-en une dans le menu « Base de données ».</translation>
+Ouvrez-en une ou créez-en une dans le menu «&#x202f;Base de données&#x202f;».</translation>
     </message>
     <message>
         <source>Choose a browsing node or tags to see their files.
 Nothing can be changed: this database is read-only.</source>
         <translation>Choisissez un nœud de navigation ou des étiquettes pour voir leurs fichiers.
-Rien ne peut être modifié : cette base de données est en lecture seule.</translation>
+Rien ne peut être modifié&#xa0;: cette base de données est en lecture seule.</translation>
     </message>
     <message>
         <source>Choose a browsing node or tags to see their files.
@@ -2020,6 +2467,14 @@ Déposez ici des fichiers ou des dossiers pour les ajouter.</translation>
             <numerusform>%Ln fichier</numerusform>
             <numerusform>%Ln fichiers</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>This is the last file.</source>
+        <translation>C’est le dernier fichier.</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
     </message>
 </context>
 <context>
@@ -2137,8 +2592,8 @@ Déposez ici des fichiers ou des dossiers pour les ajouter.</translation>
     <message>
         <source>Version of Vorna used to create the currently open database: %1
 Database permissions: %2</source>
-        <translation>Version de Vorna utilisée pour créer la base de données ouverte : %1
-Droits de la base de données : %2</translation>
+        <translation>Version de Vorna utilisée pour créer la base de données ouverte&#xa0;: %1
+Droits de la base de données&#xa0;: %2</translation>
     </message>
     <message>
         <source>read-only</source>
@@ -2212,31 +2667,31 @@ Droits de la base de données : %2</translation>
     </message>
     <message>
         <source>Tags:</source>
-        <translation>Étiquettes :</translation>
+        <translation>Étiquettes&#xa0;:</translation>
     </message>
     <message>
         <source>Description:</source>
-        <translation>Description :</translation>
+        <translation>Description&#xa0;:</translation>
     </message>
     <message>
         <source>Kept as:</source>
-        <translation>Conservé comme :</translation>
+        <translation>Conservé comme&#xa0;:</translation>
     </message>
     <message>
         <source>Size:</source>
-        <translation>Taille :</translation>
+        <translation>Taille&#xa0;:</translation>
     </message>
     <message>
         <source>Modified:</source>
-        <translation>Modifié :</translation>
+        <translation>Modifié&#xa0;:</translation>
     </message>
     <message>
         <source>Added:</source>
-        <translation>Ajouté :</translation>
+        <translation>Ajouté&#xa0;:</translation>
     </message>
     <message>
         <source>ID code:</source>
-        <translation>Code ID :</translation>
+        <translation>Code ID&#xa0;:</translation>
     </message>
     <message>
         <source>none</source>
@@ -2246,12 +2701,23 @@ Droits de la base de données : %2</translation>
         <source>No file selected</source>
         <translation>Aucun fichier sélectionné</translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln files selected</source>
+        <translation>
+            <numerusform>%Ln fichier sélectionné</numerusform>
+            <numerusform>%Ln fichiers sélectionnés</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>none in common</source>
+        <translation>aucune en commun</translation>
+    </message>
 </context>
 <context>
     <name>MetadataMerger</name>
     <message>
         <source>Descriptions that would become too long: %1</source>
-        <translation>Descriptions qui deviendraient trop longues : %1</translation>
+        <translation>Descriptions qui deviendraient trop longues&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -2270,11 +2736,11 @@ Droits de la base de données : %2</translation>
     </message>
     <message>
         <source>There is already a file named %1 in folder %2. Do you instead want to rename the file to %3?</source>
-        <translation>Le dossier %2 contient déjà un fichier nommé %1. Voulez-vous plutôt renommer le fichier en %3 ?</translation>
+        <translation>Le dossier %2 contient déjà un fichier nommé %1. Voulez-vous plutôt renommer le fichier en %3&#x202f;?</translation>
     </message>
     <message>
         <source>There is a different file already in the folder %1 with the same name as file &apos;%2&apos;. Do you want to replace it or create a new file named &apos;%3&apos;?</source>
-        <translation>Le dossier %1 contient déjà un autre fichier du même nom que « %2 ». Voulez-vous le remplacer ou créer un nouveau fichier nommé « %3 » ?</translation>
+        <translation>Le dossier %1 contient déjà un autre fichier du même nom que «&#x202f;%2&#x202f;». Voulez-vous le remplacer ou créer un nouveau fichier nommé «&#x202f;%3&#x202f;»&#x202f;?</translation>
     </message>
 </context>
 <context>
@@ -2294,7 +2760,7 @@ Droits de la base de données : %2</translation>
     <message>
         <source>There are already different files in folder &apos;%1&apos; with the same names as the following database files.
 Please choose how these files should be extracted.</source>
-        <translation>Le dossier « %1 » contient déjà d’autres fichiers portant les mêmes noms que les fichiers suivants de la base de données.
+        <translation>Le dossier «&#x202f;%1&#x202f;» contient déjà d’autres fichiers portant les mêmes noms que les fichiers suivants de la base de données.
 Veuillez choisir comment ces fichiers doivent être extraits.</translation>
     </message>
 </context>
@@ -2306,7 +2772,7 @@ Veuillez choisir comment ces fichiers doivent être extraits.</translation>
     </message>
     <message>
         <source>Name of new group:</source>
-        <translation>Nom du nouveau groupe :</translation>
+        <translation>Nom du nouveau groupe&#xa0;:</translation>
     </message>
 </context>
 <context>
@@ -2325,7 +2791,18 @@ Veuillez choisir comment ces fichiers doivent être extraits.</translation>
     </message>
     <message>
         <source>Database file: %1</source>
-        <translation>Fichier de la base : %1</translation>
+        <translation>Fichier de la base&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
+    <name>NamesLine</name>
+    <message>
+        <source>Names of tags, parted by commas</source>
+        <translation>Noms d’étiquettes, séparés par des virgules</translation>
+    </message>
+    <message>
+        <source>Close (Esc)</source>
+        <translation>Fermer (Échap)</translation>
     </message>
 </context>
 <context>
@@ -2387,45 +2864,76 @@ Veuillez choisir comment ces fichiers doivent être extraits.</translation>
     <name>NodeImporter</name>
     <message>
         <source>Browsing nodes with values that are no numbers: %1</source>
-        <translation>Nœuds de navigation dont des valeurs ne sont pas des nombres : %1</translation>
+        <translation>Nœuds de navigation dont des valeurs ne sont pas des nombres&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
+    <name>NodeTyping</name>
+    <message>
+        <source>Add nodes:</source>
+        <translation>Ajouter des nœuds&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Add Node...</source>
+        <translation>Ajouter un nœud…</translation>
+    </message>
+    <message>
+        <source>Add Node Below...</source>
+        <translation>Ajouter un nœud au-dessous…</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Monter</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Descendre</translation>
+    </message>
+    <message>
+        <source>Below %1:</source>
+        <translation>Sous %1&#xa0;:</translation>
     </message>
 </context>
 <context>
     <name>OpeningProgress</name>
     <message>
         <source>Opening database... %1 %</source>
-        <translation>Ouverture de la base de données… %1 %</translation>
+        <translation>Ouverture de la base de données… %1&#x202f;%</translation>
     </message>
 </context>
 <context>
     <name>OperationReport</name>
     <message>
         <source>Files added: %1 of %2.</source>
-        <translation>Fichiers ajoutés : %1 sur %2.</translation>
+        <translation>Fichiers ajoutés&#xa0;: %1 sur %2.</translation>
     </message>
     <message>
         <source>Files linked: %1 of %2.</source>
-        <translation>Fichiers liés : %1 sur %2.</translation>
+        <translation>Fichiers liés&#xa0;: %1 sur %2.</translation>
     </message>
     <message>
         <source>Files deleted: %1 of %2.</source>
-        <translation>Fichiers supprimés : %1 sur %2.</translation>
+        <translation>Fichiers supprimés&#xa0;: %1 sur %2.</translation>
     </message>
     <message>
         <source>Files extracted: %1 of %2.</source>
-        <translation>Fichiers extraits : %1 sur %2.</translation>
+        <translation>Fichiers extraits&#xa0;: %1 sur %2.</translation>
     </message>
     <message>
         <source>Files located: %1 of %2.</source>
-        <translation>Fichiers localisés : %1 sur %2.</translation>
+        <translation>Fichiers localisés&#xa0;: %1 sur %2.</translation>
     </message>
     <message>
         <source>Files transferred: %1 of %2.</source>
-        <translation>Fichiers transférés : %1 sur %2.</translation>
+        <translation>Fichiers transférés&#xa0;: %1 sur %2.</translation>
     </message>
     <message>
         <source>Thumbnails remade: %1 of %2.</source>
-        <translation>Vignettes régénérées : %1 sur %2.</translation>
+        <translation>Vignettes régénérées&#xa0;: %1 sur %2.</translation>
+    </message>
+    <message>
+        <source>Files whose tags were changed: %1 of %2.</source>
+        <translation>Fichiers dont les étiquettes ont été modifiées&#xa0;: %1 sur %2.</translation>
     </message>
 </context>
 <context>
@@ -2492,7 +3000,7 @@ L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>Limit auto-tagging to folder level:</source>
-        <translation>Limiter l’étiquetage au niveau de dossier :</translation>
+        <translation>Limiter l’étiquetage au niveau de dossier&#xa0;:</translation>
     </message>
     <message>
         <source>External Files</source>
@@ -2524,7 +3032,7 @@ L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>Note: Nodes can be inserted above the level of the drop-point node by holding the Alt key when dragging.</source>
-        <translation>Remarque : en maintenant la touche Alt pendant le glissement, les nœuds s’insèrent au-dessus du niveau du point de dépôt.</translation>
+        <translation>Remarque&#xa0;: en maintenant la touche Alt pendant le glissement, les nœuds s’insèrent au-dessus du niveau du point de dépôt.</translation>
     </message>
     <message>
         <source>Auto Linking</source>
@@ -2552,11 +3060,11 @@ L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>Number of thumbnails to cache:</source>
-        <translation>Nombre de vignettes en mémoire :</translation>
+        <translation>Nombre de vignettes en mémoire&#xa0;:</translation>
     </message>
     <message>
         <source>Recent Files Timeout:</source>
-        <translation>Durée des fichiers récents :</translation>
+        <translation>Durée des fichiers récents&#xa0;:</translation>
     </message>
     <message>
         <source>minutes</source>
@@ -2576,7 +3084,7 @@ L’arbre par défaut a été choisi.</translation>
     </message>
     <message>
         <source>Slideshow increment time:</source>
-        <translation>Durée d’affichage du diaporama :</translation>
+        <translation>Durée d’affichage du diaporama&#xa0;:</translation>
     </message>
     <message>
         <source>seconds</source>
@@ -2696,13 +3204,13 @@ Size: %5
 Absolute path: %6
 Relative path: %7
 </source>
-        <translation>Nom : %1
-Description : %2
-Ajouté : %3
-Modifié : %4
-Taille : %5
-Chemin absolu : %6
-Chemin relatif : %7
+        <translation>Nom&#xa0;: %1
+Description&#xa0;: %2
+Ajouté&#xa0;: %3
+Modifié&#xa0;: %4
+Taille&#xa0;: %5
+Chemin absolu&#xa0;: %6
+Chemin relatif&#xa0;: %7
 </translation>
     </message>
     <message>
@@ -2736,25 +3244,55 @@ Chemin relatif : %7
     </message>
 </context>
 <context>
+    <name>RelationTyping</name>
+    <message>
+        <source>Add tags:</source>
+        <translation>Ajouter des étiquettes&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Add Tag...</source>
+        <translation>Ajouter une étiquette…</translation>
+    </message>
+    <message>
+        <source>Add Tag Below...</source>
+        <translation>Ajouter une étiquette au-dessous…</translation>
+    </message>
+    <message>
+        <source>Below %1:</source>
+        <translation>Sous %1&#xa0;:</translation>
+    </message>
+</context>
+<context>
     <name>RelationshipImporter</name>
     <message>
         <source>Tag relationships that are none: %1</source>
-        <translation>Relations d’étiquettes qui n’en sont pas : %1</translation>
+        <translation>Relations d’étiquettes qui n’en sont pas&#xa0;: %1</translation>
     </message>
     <message>
         <source>Tag relationships by which a tag would stand below itself: %1</source>
-        <translation>Relations par lesquelles une étiquette se trouverait au-dessous d’elle-même : %1</translation>
+        <translation>Relations par lesquelles une étiquette se trouverait au-dessous d’elle-même&#xa0;: %1</translation>
     </message>
     <message>
         <source>Tag relationships beyond the first million: %1</source>
-        <translation>Relations d’étiquettes au-delà du premier million : %1</translation>
+        <translation>Relations d’étiquettes au-delà du premier million&#xa0;: %1</translation>
     </message>
 </context>
 <context>
     <name>ReloadProgress</name>
     <message>
         <source>Reading the database again... %1 %</source>
-        <translation>Relecture de la base de données… %1 %</translation>
+        <translation>Relecture de la base de données… %1&#x202f;%</translation>
+    </message>
+</context>
+<context>
+    <name>RenamedFiles</name>
+    <message>
+        <source>There is already a file with this name.</source>
+        <translation>Il existe déjà un fichier de ce nom.</translation>
+    </message>
+    <message>
+        <source>The file could not be renamed.</source>
+        <translation>Le fichier n’a pas pu être renommé.</translation>
     </message>
 </context>
 <context>
@@ -2788,7 +3326,7 @@ Chemin relatif : %7
     </message>
     <message>
         <source>It has no tables of these names, or others: %1.</source>
-        <translation>Il y manque des tables de ces noms, ou elles sont différentes : %1.</translation>
+        <translation>Il y manque des tables de ces noms, ou elles sont différentes&#xa0;: %1.</translation>
     </message>
     <message>
         <source>Comparing files...</source>
@@ -2810,7 +3348,7 @@ Chemin relatif : %7
         <source>&quot;%1&quot; was not imported.
 
 %2</source>
-        <translation>« %1 » n’a pas été importé.
+        <translation>«&#x202f;%1&#x202f;» n’a pas été importé.
 
 %2</translation>
     </message>
@@ -2891,7 +3429,7 @@ Chemin relatif : %7
     <name>SourceFiles</name>
     <message>
         <source>Files with values that are no numbers: %1</source>
-        <translation>Fichiers dont des valeurs ne sont pas des nombres : %1</translation>
+        <translation>Fichiers dont des valeurs ne sont pas des nombres&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -3003,7 +3541,7 @@ Chemin relatif : %7
     </message>
     <message>
         <source>%1 changed by others</source>
-        <translation>Modifié par d’autres : %1</translation>
+        <translation>Modifié par d’autres&#xa0;: %1</translation>
     </message>
     <message>
         <source>, </source>
@@ -3031,11 +3569,11 @@ Chemin relatif : %7
     </message>
     <message>
         <source>Do you really want to delete a non-leaf node from this tree?</source>
-        <translation>Voulez-vous vraiment supprimer de cet arbre un nœud qui en contient d’autres ?</translation>
+        <translation>Voulez-vous vraiment supprimer de cet arbre un nœud qui en contient d’autres&#x202f;?</translation>
     </message>
     <message>
         <source>Do you really want to delete non-leaf nodes from this tree?</source>
-        <translation>Voulez-vous vraiment supprimer de cet arbre des nœuds qui en contiennent d’autres ?</translation>
+        <translation>Voulez-vous vraiment supprimer de cet arbre des nœuds qui en contiennent d’autres&#x202f;?</translation>
     </message>
 </context>
 <context>
@@ -3054,7 +3592,7 @@ Chemin relatif : %7
     </message>
     <message>
         <source>Do you really want to delete a non-leaf node from this tree?</source>
-        <translation>Voulez-vous vraiment supprimer de cet arbre un nœud qui en contient d’autres ?</translation>
+        <translation>Voulez-vous vraiment supprimer de cet arbre un nœud qui en contient d’autres&#x202f;?</translation>
     </message>
     <message>
         <source>Tag Relationship Operations</source>
@@ -3132,7 +3670,7 @@ Chemin relatif : %7
     </message>
     <message>
         <source>Tag name:</source>
-        <translation>Nom de l’étiquette :</translation>
+        <translation>Nom de l’étiquette&#xa0;:</translation>
     </message>
     <message>
         <source>Tags In Use</source>
@@ -3141,8 +3679,8 @@ Chemin relatif : %7
     <message>
         <source>Some of the tags chosen for deletion are in use by being linked to files, nodes or tag relationships. Deletion of these tags will result in the deletion of all of these links and all relevant nodes and tag relationships.
 Would you like to delete the tags that are in use?</source>
-        <translation>Certaines des étiquettes à supprimer sont utilisées : elles sont liées à des fichiers, à des nœuds ou à des relations d’étiquettes. Leur suppression entraînera celle de tous ces liens ainsi que de tous les nœuds et relations d’étiquettes concernés.
-Voulez-vous supprimer les étiquettes utilisées ?</translation>
+        <translation>Certaines des étiquettes à supprimer sont utilisées&#xa0;: elles sont liées à des fichiers, à des nœuds ou à des relations d’étiquettes. Leur suppression entraînera celle de tous ces liens ainsi que de tous les nœuds et relations d’étiquettes concernés.
+Voulez-vous supprimer les étiquettes utilisées&#x202f;?</translation>
     </message>
 </context>
 <context>
@@ -3245,7 +3783,7 @@ Voulez-vous supprimer les étiquettes utilisées ?</translation>
     </message>
     <message>
         <source>Groups arrange tags; a checked group is a tab below the table of tags.</source>
-        <translation>Les groupes rangent les étiquettes ; un groupe coché est un onglet sous leur tableau.</translation>
+        <translation>Les groupes rangent les étiquettes&#x202f;; un groupe coché est un onglet sous leur tableau.</translation>
     </message>
     <message>
         <source>Tag Groups</source>
@@ -3269,14 +3807,14 @@ Voulez-vous supprimer les étiquettes utilisées ?</translation>
     </message>
     <message>
         <source>Delete the selected groups; their tags stay (%1)</source>
-        <translation>Supprimer les groupes sélectionnés ; leurs étiquettes restent (%1)</translation>
+        <translation>Supprimer les groupes sélectionnés&#x202f;; leurs étiquettes restent (%1)</translation>
     </message>
 </context>
 <context>
     <name>TagImporter</name>
     <message>
         <source>Tags without a name, with a date that is none or with texts that are too long: %1</source>
-        <translation>Étiquettes sans nom, à date non valide ou à textes trop longs : %1</translation>
+        <translation>Étiquettes sans nom, à date non valide ou à textes trop longs&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -3291,6 +3829,41 @@ Voulez-vous supprimer les étiquettes utilisées ?</translation>
     </message>
 </context>
 <context>
+    <name>TagsController</name>
+    <message>
+        <source>Tag Missing</source>
+        <translation>Étiquette absente</translation>
+    </message>
+    <message>
+        <source>One of the tags has been removed meanwhile.</source>
+        <translation>L’une des étiquettes a été retirée entre-temps.</translation>
+    </message>
+    <message>
+        <source>Node Missing</source>
+        <translation>Nœud absent</translation>
+    </message>
+    <message>
+        <source>The node has been removed meanwhile.</source>
+        <translation>Le nœud a été retiré entre-temps.</translation>
+    </message>
+    <message>
+        <source>Tag Relationship Missing</source>
+        <translation>Relation d’étiquettes absente</translation>
+    </message>
+    <message>
+        <source>The tag relationship has been removed meanwhile.</source>
+        <translation>La relation d’étiquettes a été retirée entre-temps.</translation>
+    </message>
+    <message>
+        <source>Error creating tag relationship</source>
+        <translation>Erreur à la création de la relation d’étiquettes</translation>
+    </message>
+    <message>
+        <source>This is an illegal tag relationship.</source>
+        <translation>Cette relation d’étiquettes n’est pas permise.</translation>
+    </message>
+</context>
+<context>
     <name>TagsTableDock</name>
     <message>
         <source>Tags</source>
@@ -3302,7 +3875,7 @@ Voulez-vous supprimer les étiquettes utilisées ?</translation>
     </message>
     <message>
         <source>Open a tag or the node of one: the tags that some, but not all, of its files have stand here.</source>
-        <translation>Ouvrez une étiquette ou son nœud : les étiquettes que portent certains de ses fichiers, mais pas tous, figurent ici.</translation>
+        <translation>Ouvrez une étiquette ou son nœud&#xa0;: les étiquettes que portent certains de ses fichiers, mais pas tous, figurent ici.</translation>
     </message>
     <message>
         <source>No tags yet.
@@ -3345,6 +3918,13 @@ Déposez des étiquettes sur son onglet.</translation>
     </message>
 </context>
 <context>
+    <name>TakenNames</name>
+    <message>
+        <source>New: %1</source>
+        <translation>Nouveau&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
     <name>ThumbnailSize</name>
     <message>
         <source>Size of the thumbnails</source>
@@ -3353,10 +3933,6 @@ Déposez des étiquettes sur son onglet.</translation>
 </context>
 <context>
     <name>TitleWidget</name>
-    <message>
-        <source>Drop tags here to show the files that have them</source>
-        <translation>Déposez ici des étiquettes pour afficher les fichiers qui les portent</translation>
-    </message>
     <message>
         <source>Tag requirements</source>
         <translation>Étiquettes recherchées</translation>
@@ -3367,7 +3943,7 @@ Déposez des étiquettes sur son onglet.</translation>
     </message>
     <message>
         <source>Tag Requirements:</source>
-        <translation>Étiquettes recherchées :</translation>
+        <translation>Étiquettes recherchées&#xa0;:</translation>
     </message>
     <message>
         <source>and</source>
@@ -3381,11 +3957,122 @@ Déposez des étiquettes sur son onglet.</translation>
     </message>
     <message>
         <source>, &lt;i&gt;search:&lt;/i&gt; &quot;%1&quot;</source>
-        <translation>, &lt;i&gt;recherche :&lt;/i&gt; « %1 »</translation>
+        <translation>, &lt;i&gt;recherche&#xa0;:&lt;/i&gt; «&#x202f;%1&#x202f;»</translation>
     </message>
     <message>
         <source>&lt;i&gt;without:&lt;/i&gt; %1</source>
-        <translation>&lt;i&gt;sans :&lt;/i&gt; %1</translation>
+        <translation>&lt;i&gt;sans&#xa0;:&lt;/i&gt; %1</translation>
+    </message>
+    <message>
+        <source>Drop tags here to show the files that have them; with Ctrl, those of the present ones</source>
+        <translation>Déposez ici des étiquettes pour voir les fichiers qui les portent&#x202f;; avec Ctrl, parmi ceux affichés</translation>
+    </message>
+    <message>
+        <source>&amp;Require</source>
+        <translation>&amp;Exiger</translation>
+    </message>
+    <message>
+        <source>&amp;Exclude</source>
+        <translation>E&amp;xclure</translation>
+    </message>
+    <message>
+        <source>&amp;Open Alone</source>
+        <translation>&amp;Ouvrir seule</translation>
+    </message>
+    <message>
+        <source>&amp;Take Off</source>
+        <translation>&amp;Retirer</translation>
+    </message>
+</context>
+<context>
+    <name>UndoActions</name>
+    <message>
+        <source>Undo %1</source>
+        <translation>Annuler&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Redo %1</source>
+        <translation>Rétablir&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Rétablir</translation>
+    </message>
+</context>
+<context>
+    <name>UndoHistory</name>
+    <message>
+        <source>Undone: %1</source>
+        <translation>Annulé&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Done again: %1</source>
+        <translation>Rétabli&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Rétablir</translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln fichier</numerusform>
+            <numerusform>%Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 tag</source>
+        <translation>1 étiquette</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags</source>
+        <translation>
+            <numerusform>%Ln étiquette</numerusform>
+            <numerusform>%Ln étiquettes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 node</source>
+        <translation>1 nœud</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln nodes</source>
+        <translation>
+            <numerusform>%Ln nœud</numerusform>
+            <numerusform>%Ln nœuds</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 link</source>
+        <translation>1 lien</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln links</source>
+        <translation>
+            <numerusform>%Ln lien</numerusform>
+            <numerusform>%Ln liens</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between the parts of a list</comment>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>The rest is done. These have been changed or removed since, and were left as they are: %1.</source>
+        <translation>Le reste est fait. Ceci a été modifié ou retiré depuis et reste tel quel&#xa0;: %1.</translation>
     </message>
 </context>
 <context>
@@ -3404,7 +4091,7 @@ Déposez des étiquettes sur son onglet.</translation>
     </message>
     <message>
         <source>Downloading new version: </source>
-        <translation>Téléchargement de la nouvelle version : </translation>
+        <translation>Téléchargement de la nouvelle version&#xa0;: </translation>
     </message>
     <message>
         <source>Error Downloading Update</source>
