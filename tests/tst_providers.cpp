@@ -231,7 +231,10 @@ private slots:
         connect(m_files.get(), &MainViewProvider::filesUpdated, this, [&seen](bool, const TableData &table) {
             for (const TableRowData *row : table) {
                 QStringList values;
-                for (const char *column : {"file_id", "tag_id", "file_name", "path"})
+                // No tag is a null, whose text differs by back-end.
+                for (const char *column : {"file_id", "tag_id"})
+                    values.append(QString::number(row->value(QLatin1String(column)).toLongLong()));
+                for (const char *column : {"file_name", "path"})
                     values.append(row->value(QLatin1String(column)).toString());
                 seen.append(values.join(QLatin1Char('|')));
             }
