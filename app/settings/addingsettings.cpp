@@ -46,6 +46,7 @@ bool autoTagRecursionLimitSet()
 
 int autoTagRecursionLimit()
 {
+    // The bounds are those of the control in the preferences.
     return SettingValues::bounded(PreferenceKeys::autoTagRecursionLimit, 10000, 1, 10000);
 }
 

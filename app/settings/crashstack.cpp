@@ -8,12 +8,14 @@ void provideCrashStack() {}
 #include <sys/mman.h>
 
 namespace {
+// The handler formats its report there; SIGSTKSZ is no constant any more in newer C libraries.
 constexpr std::size_t stackSize = std::size_t(64) * 1024;
 
 class CrashStack
 {
 public:
     CrashStack()
+        // Not from the heap, which may be what is damaged when the handler runs.
         : m_memory(mmap(nullptr, stackSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
     {
         if (m_memory == MAP_FAILED)
@@ -42,6 +44,7 @@ private:
 
 void provideCrashStack()
 {
+    // Made by the first call on each thread; its destructor runs at the end of that thread.
     static thread_local const CrashStack stack;
     static_cast<void>(stack);
 }

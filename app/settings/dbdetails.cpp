@@ -29,6 +29,7 @@ bool operator==(const DBDetails &left, const DBDetails &right)
 {
     if (left.type() != right.type() || left.databaseName() != right.databaseName())
         return false;
+    // A path says all of a local database.
     if (left.type() != Constants::serverDatabase)
         return true;
     return left.host() == right.host() && left.port() == right.port() && left.user() == right.user();
@@ -47,6 +48,7 @@ QDataStream &operator<<(QDataStream &stream, const DBDetails &details)
 
 QDataStream &operator>>(QDataStream &stream, DBDetails &details)
 {
+    // Numbers have a fixed width in the stream, whatever an int is where it was written.
     qint32 type = 0;
     qint32 port = 0;
     QString host;

@@ -31,6 +31,7 @@ QDataStream &operator>>(QDataStream &stream, OldDBDetails &details)
     qint32 port = 0;
     stream >> read.isNull >> read.host >> port >> read.databaseName >> read.user >> read.password;
     read.port = port;
+    // Half a record would name a server that nobody has chosen.
     details = stream.status() == QDataStream::Ok ? read : OldDBDetails();
     return stream;
 }
@@ -90,6 +91,7 @@ QDataStream &operator>>(QDataStream &stream, DBSpecifierLackingPassword &specifi
     stream >> read.m_isNull >> read.m_kind >> read.m_path >> read.m_server;
     const bool known = read.m_kind == DBSpecifierLackingPassword::LocalPath ||
                        read.m_kind == DBSpecifierLackingPassword::Server;
+    // The text of the log is a given one, its line break included.
     if (!known)
         qDebug("ERROR deserialising DBSpecifier: Database specifier type not valid!\n");
     specifier = known && stream.status() == QDataStream::Ok ? read : DBSpecifierLackingPassword();

@@ -21,6 +21,7 @@ bool isReadable(const QSettings &store)
 
 bool isReadable(const QByteArray &lines)
 {
+    // The reader of the toolkit itself decides, on a store that holds nothing else.
     QTemporaryFile alone;
     if (!alone.open() || alone.write(lines) != lines.size() || !alone.flush())
         return false;
@@ -50,11 +51,13 @@ void SettingsMender::run()
     QFile store(settings.fileName());
     if (!store.open(QIODevice::ReadOnly))
         return;
+    // Each line by itself first: most users lose one list and keep all their other settings.
     const QByteArray lines = readableLines(store);
     QSaveFile mended(store.fileName());
     if (isReadable(lines) && mended.open(QIODevice::WriteOnly) && mended.write(lines) == lines.size() &&
         mended.commit())
         return;
+    // Not deleted: somebody who knows the format may still save something out of it.
     QFile::remove(store.fileName() + QLatin1String(".damaged"));
     store.rename(store.fileName() + QLatin1String(".damaged"));
 }

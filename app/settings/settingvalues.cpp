@@ -11,6 +11,7 @@ namespace SettingValues {
 
 QVariant any(const QString &key, const QVariant &fallback)
 {
+    // The second attempt reads what the mender has left.
     for (int attempt = 0; attempt < 2; ++attempt) {
         try {
             return QSettings().value(key, fallback);
@@ -47,6 +48,7 @@ int bounded(const QString &key, int fallback, int lowest, int highest)
 
 QString text(const QString &key, const QString &fallback)
 {
+    // An INI file gives a text with a comma as a list, which is none that this program wrote.
     const QVariant stored = any(key);
     return stored.type() == QVariant::String ? stored.toString() : fallback;
 }

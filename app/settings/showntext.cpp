@@ -33,6 +33,7 @@ QString cutLines(const QString &text, int longest)
 {
     if (text.size() <= longest)
         return text;
+    // Lines are cut one by one, as a short one between long ones is to be seen whole.
     QStringList lines;
     int from = 0;
     while (from <= text.size() && lines.size() < mostLines) {
@@ -52,6 +53,7 @@ QString breakable(const QString &text)
     QString result;
     int wordLength = 0;
     for (const QChar sign : text) {
+        // Never between the halves of a sign, nor between a letter and its accents.
         wordLength = sign.isSpace() ? 0 : wordLength + 1;
         if (wordLength > longestWord && !sign.isLowSurrogate() && !sign.isMark()) {
             result.append(breakHere);

@@ -19,6 +19,7 @@ QString allFiles()
 
 const QMap<int, QString> &longTexts()
 {
+    // Filled on first use, when the translators are installed; a global one would be too early.
     static const QMap<int, QString> texts{
         {2, Texts::tr("All files with tags")},
         {3, Texts::tr("All files without tags")},

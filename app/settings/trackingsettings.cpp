@@ -22,6 +22,7 @@ void TrackingSettings::setAdviseOfModifiedFiles(bool advise)
 
 QString TrackingSettings::lastLocationDir(const QString &defaultDir)
 {
+    // A folder that has gone is the caller's affair: a disk may only be unplugged.
     return SettingValues::text(lastDirKey, defaultDir);
 }
 

@@ -7,6 +7,7 @@ namespace ViewSettings {
 
 unsigned int newFilesTimeout()
 {
+    // Minutes in the store, seconds for the callers.
     return uint(SettingValues::bounded(PreferenceKeys::newFilesTimeout, 5, 1, 10000)) * 60;
 }
 

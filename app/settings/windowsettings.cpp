@@ -26,6 +26,7 @@ QString checksumOf(const QString &key, const QByteArray &state)
 {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(key.toUtf8());
+    // Another version may name its docks otherwise, for which a layout of old would leave some out of sight.
     hash.addData(QByteArray(qVersion()) + ' ' + Constants::programVersion.toUtf8() + ' ');
     hash.addData(state);
     return QString::fromLatin1(hash.result().toHex());
@@ -37,6 +38,7 @@ namespace WindowSettings {
 
 QByteArray layout(const QString &key)
 {
+    // restoreState() trusts the lengths in its bytes, so that a damaged state could end the program.
     const QByteArray state = SettingValues::any(key).toByteArray();
     const QString checksum = SettingValues::text(key + checksumSuffix, QString());
     return checksum == checksumOf(key, state) ? state : QByteArray();
@@ -85,6 +87,7 @@ QQueue<DBDetails> recentDatabases()
 {
     QQueue<DBDetails> databases;
     const auto stored = SettingValues::any(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>();
+    // Entries of a kind that a later version has made are passed over.
     for (const DBSpecifierLackingPassword &specifier : stored) {
         if (!specifier.isNull())
             databases.enqueue(specifier.toDetails());
@@ -100,6 +103,7 @@ void setRecentDatabases(const QQueue<DBDetails> &databases)
         if (!specifier.isNull())
             stored.enqueue(specifier);
     }
+    // Compared as lists, not as variants: those of a type of one's own never count as equal.
     if (SettingValues::any(recentDatabasesKey).value<QQueue<DBSpecifierLackingPassword>>() != stored)
         QSettings().setValue(recentDatabasesKey, QVariant::fromValue(stored));
 }

@@ -4,6 +4,7 @@
 
 UserPrompts &UserPrompts::nobody()
 {
+    // Shared by all who have nobody to ask, tests among them: no call below the window needs a null check.
     static UserPrompts prompts;
     return prompts;
 }
@@ -17,6 +18,7 @@ void UserPrompts::tell(Kind kind, const QString &title, const QString &text)
 bool UserPrompts::confirm(const Inquiry &inquiry)
 {
     qDebug() << "Nobody was asked:" << inquiry.title << inquiry.text;
+    // Nobody has agreed.
     return false;
 }
 
@@ -24,5 +26,6 @@ int UserPrompts::choose(const Inquiry &inquiry, const QStringList &choices)
 {
     Q_UNUSED(choices)
     qDebug() << "Nobody was asked:" << inquiry.title << inquiry.text;
+    // No choice is made for somebody.
     return -1;
 }

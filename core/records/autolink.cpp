@@ -8,6 +8,7 @@ AutoLink::AutoLink(const QString &absPath, const QString &relPath, const QString
 void AutoLink::addNode(qint64 nodeId, bool flagged)
 {
     m_nodes.append(nodeId);
+    // The order of the nodes is that of the database; flags are looked up by node.
     if (flagged)
         m_flaggedNodes.insert(nodeId, true);
 }

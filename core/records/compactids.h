@@ -2,6 +2,7 @@
 
 #include <QVector>
 
+#include <cstddef>
 #include <cstring>
 #include <utility>
 
@@ -33,7 +34,7 @@ public:
         if (!isWide())
             return m_block[1 + place];
         qint64 id = 0;
-        std::memcpy(&id, m_block + 1 + 2 * place, sizeof id);
+        std::memcpy(&id, m_block + 1 + 2 * std::ptrdiff_t(place), sizeof id);
         return id;
     }
     bool contains(qint64 id) const;

@@ -27,6 +27,7 @@ void CompactText::assign(QStringView text)
     if (text.isEmpty())
         return;
     const auto size = static_cast<size_t>(text.size());
+    // Latin-1 takes half of the room, and is what most names and paths are.
     const bool isWide = !fitsIntoBytes(text);
     void *memory = std::malloc(sizeof(quint32) + (isWide ? size * sizeof(QChar) : size));
     if (!memory)
@@ -51,5 +52,6 @@ bool CompactText::isEqual(QStringView text) const
 {
     if (!m_block || text.size() != size())
         return !m_block && text.isEmpty();
+    // Compared as it lies, without a QString for each of a million calls.
     return isWide() ? text == QStringView(wide(), size()) : text == QLatin1String(narrow(), size());
 }

@@ -35,6 +35,7 @@ File::File(qint64 id, qint64 size, qint64 additionSeconds, qint64 modificationSe
     m_record.setIdCode(idCode);
     m_record.setPath(path, name);
     m_record.setRelPath(relPath, name);
+    // Last: the type goes by the kind of file and by whether it has a thumbnail.
     m_record.deriveType(name);
 }
 
@@ -78,6 +79,7 @@ QVariant File::data(DataType type) const
 
 void File::setData(DataType type, const QVariant &value)
 {
+    // A value that was there already is no news: views and undo go by the signal.
     if (storeValue(type, value))
         emit dataChanged(type);
 }
@@ -190,6 +192,7 @@ bool File::insertTag(qint64 tagId)
 {
     if (hasTag(tagId))
         return false;
+    // Tags of a file are read in the order of their ids; one that comes by an edit takes the same place.
     QVector<qint64> ids = tags();
     ids.insert(std::upper_bound(ids.begin(), ids.end(), tagId), tagId);
     setTags(ids);
@@ -220,6 +223,7 @@ void File::removeTags(const QVector<qint64> &tagIds)
 
 void File::setTags(const QVector<qint64> &tagIds)
 {
+    // One assignment and one signal for any number of tags: the block is written anew each time.
     if (m_record.tags == tagIds)
         return;
     m_record.tags.assign(tagIds);

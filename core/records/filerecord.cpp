@@ -10,6 +10,7 @@
 
 namespace {
 
+// Kept as small numbers in each record; the models turn them into pictures, drawn once for all files.
 constexpr qint8 plainIcon = 0;
 constexpr qint8 pdfIcon = 1;
 constexpr qint8 documentIcon = 2;
@@ -27,6 +28,7 @@ struct KnownExtension
     qint8 iconKind;
 };
 
+// Searched in turn: a look through eleven short texts is quicker than the hash of one.
 const KnownExtension knownExtensions[] = {
     {QLatin1String("doc"), documentIcon}, {QLatin1String("docx"), documentIcon},
     {QLatin1String("xls"), sheetIcon},    {QLatin1String("pdf"), pdfIcon},
@@ -73,6 +75,7 @@ bool endsInName(QStringView path, QStringView name)
 
 QString packedPath(QStringView path, QStringView name, bool isFolderAlone)
 {
+    // Folders are shared: a million files lie in some thousands of them.
     return isFolderAlone ? folders().share(path.left(path.size() - name.size())) : path.toString();
 }
 
@@ -102,6 +105,7 @@ FileRecord::FileRecord(FileRecord &&other) noexcept
       iconKind(other.iconKind),
       m_path(std::move(other.m_path)),
       m_relPath(std::move(other.m_relPath)),
+      // The other one must not free the code that has moved.
       m_hasForeignIdCode(std::exchange(other.m_hasForeignIdCode, false)),
       m_pathEndsInName(other.m_pathEndsInName),
       m_relPathEndsInName(other.m_relPathEndsInName)
@@ -157,11 +161,13 @@ void FileRecord::deriveType(QStringView nameText)
         iconKind = hyperlinkIcon;
         return;
     }
+    // What is behind the last dot, also in a name that begins with its only one.
     const auto dot = std::find(nameText.rbegin(), nameText.rend(), QLatin1Char('.'));
     if (dot == nameText.rend())
         return;
     const QStringView dottedExtension = nameText.mid(nameText.size() - 1 - (dot - nameText.rbegin()));
     iconKind = iconKindOf(dottedExtension.mid(1), thumbnailId > 0 ? thumbnailIcon : plainIcon);
+    // With its dot, and as it is written: the column shows the letter case of the name.
     type = types().share(dottedExtension);
 }
 

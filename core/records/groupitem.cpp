@@ -41,6 +41,7 @@ bool GroupItem::addTag(qint64 tagId)
 {
     if (m_tags.contains(tagId))
         return false;
+    // At the end: a group keeps the order in which its tags came.
     m_tags.append(tagId);
     emit groupTagsChanged(m_tags);
     return true;

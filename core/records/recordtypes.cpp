@@ -2,6 +2,7 @@
 
 void registerRecordTypes()
 {
+    // The names as moc spells them in the signals: a queued connection looks its types up by these.
     qRegisterMetaType<NodeType>("NodeType");
     qRegisterMetaType<DataType>("DataType");
     qRegisterMetaType<FileMap>("Map<qint64,File*>");

@@ -6,5 +6,6 @@ SignalContainer::SignalContainer(const SignalContainer & /*other*/) : SignalCont
 
 SignalContainer &SignalContainer::operator=(const SignalContainer & /*other*/)
 {
+    // Connections stay with the container that they were made for.
     return *this;
 }

@@ -37,6 +37,7 @@ void TagItem::setFilesCount(qint64 filesCount)
     if (m_filesCount == filesCount)
         return;
     m_filesCount = filesCount;
+    // The signal carries an int, which nobody may change any more.
     const qint64 largest = std::numeric_limits<int>::max();
     emit tagFilesCountChanged(m_id, static_cast<int>(qMin(m_filesCount, largest)));
 }

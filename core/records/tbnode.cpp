@@ -104,6 +104,7 @@ TBnode *TBnode::takeChild(int index)
         return nullptr;
     const QList<TBnode *> taken{child};
     emit aboutToRemoveNodes(taken, this);
+    // The caller gives the node another place at once, and until then it can still be found by its parent.
     child->m_parentNode = this;
     m_children.removeAt(index);
     emit childrenNodesRemoved(taken);
@@ -142,6 +143,7 @@ void TBnode::removeAllChildren()
     for (TBnode *child : qAsConst(m_children))
         child->m_parentNode = nullptr;
     m_children.clear();
+    // Empty by now; whoever needs the nodes has them from the signal before.
     emit childrenNodesRemoved(m_children);
 }
 
@@ -150,6 +152,7 @@ QVector<qint64> TBnode::descendantIds() const
     const QVector<const TBnode *> nodes = TreeWalk::branch(this);
     QVector<qint64> ids;
     ids.reserve(nodes.size());
+    // The branch has each node before those below it, so that its reverse deletes leaves first.
     for (auto node = nodes.crbegin(); *node != this; ++node)
         ids.append((*node)->m_id);
     return ids;

@@ -8,6 +8,7 @@ QString TextPool::share(QStringView text)
     if (text == m_last)
         return m_last;
 
+    // Only a look: the text is copied when the pool has no equal one.
     const QString key = QString::fromRawData(text.data(), static_cast<int>(text.size()));
     const auto known = m_texts.constFind(key);
     if (known != m_texts.constEnd()) {
@@ -23,12 +24,15 @@ QString TextPool::share(QStringView text)
 
 void TextPool::dropUnused()
 {
+    // It would count as a user of its text.
     m_last.clear();
     for (auto text = m_texts.begin(); text != m_texts.end();) {
+        // The pool alone holds it.
         if (text->isDetached())
             text = m_texts.erase(text);
         else
             ++text;
     }
+    // Twice of what is left, so that a pass over all texts comes ever more seldom.
     m_limit = qMax(4096, 2 * m_texts.size());
 }

@@ -74,6 +74,7 @@ void TRnode::removeAllChildren()
 QVector<qint64> TRnode::ancestorIds() const
 {
     QVector<qint64> ids;
+    // The root of all trees has the id 0 and is no tag.
     for (const TRnode *node = m_parentNode; node && node->m_id > 0; node = node->m_parentNode)
         ids.append(node->m_id);
     std::reverse(ids.begin(), ids.end());

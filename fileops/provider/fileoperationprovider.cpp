@@ -15,6 +15,7 @@
 namespace {
 bool isFileUrl(const QString &path)
 {
+    // A URL of another host names a share here, not a path.
     return path.startsWith(QLatin1String("file:"), Qt::CaseInsensitive) && QUrl(path).isLocalFile();
 }
 
@@ -34,6 +35,7 @@ FileOperationProvider::FileOperationProvider(const AbstractQueryConstructor *con
                                              const DBDetails &details, QObject *parent)
     : BaseDBProvider(constructor, parent), m_details(details)
 {
+    // Before the first connection: queued signals look up their types when they are connected.
     registerFileOperationTypes();
 }
 
@@ -41,6 +43,8 @@ FileOperationProvider::~FileOperationProvider()
 {
     if (!m_worker)
         return;
+    // In this order: the operation ends at its next look, the event loop of the thread with it, and only a
+    // thread that stands still lets its objects be deleted from here.
     m_worker->stop();
     m_thread->quit();
     m_thread->wait();
@@ -64,6 +68,8 @@ void FileOperationProvider::connectWorker()
 {
     using Worker = FileOperationWorker;
     using Provider = FileOperationProvider;
+    // All cross to the window's thread, in the order in which the worker emits them: the news of rows come
+    // before the end of their operation.
     const auto queued = Qt::QueuedConnection;
     connect(m_worker, &Worker::filesAdded, this, &Provider::filesAdded);
     connect(m_worker, &Worker::filesUpdated, this, &Provider::filesUpdated);
@@ -281,6 +287,7 @@ void FileOperationProvider::checkExternalFiles(const QVector<qint64> &ids, bool 
     operation.marksOnly = marksOnly;
     if (!ids.isEmpty())
         enqueue(operation);
+    // Nothing is shown any more, so that a check of what was shown is of no use.
     else if (givesWay)
         endChecks();
 }
@@ -330,6 +337,7 @@ bool FileOperationProvider::isBusy() const
 
 void FileOperationProvider::takeThumbnail(qlonglong fileId, QImage *image)
 {
+    // From here on this side frees it; the worker frees those that never arrived.
     m_worker->imageTaken(image);
     if (isSignalConnected(QMetaMethod::fromSignal(&FileOperationProvider::thumbnailLoaded)))
         emit thumbnailLoaded(fileId, image);

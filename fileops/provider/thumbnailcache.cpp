@@ -36,6 +36,7 @@ QImage *ThumbnailCache::thumbnail(qint64 fileId)
         return nullptr;
     if (Entry *entry = m_images.object(fileId))
         return &entry->image;
+    // Put first: it keeps each repainting until the answer from asking once more.
     QImage *placeholder = insertPlaceholder(fileId);
     if (m_provider)
         m_provider->loadThumbnails({fileId});
@@ -58,6 +59,7 @@ void ThumbnailCache::reloadHeld(const QVector<qint64> &fileIds)
         if (m_images.contains(id))
             held.append(id);
     }
+    // Apart from the look above, as each insertion may push out another one that is held.
     for (const qint64 id : qAsConst(held))
         insertPlaceholder(id);
     if (m_provider && !held.isEmpty())
@@ -77,6 +79,7 @@ void ThumbnailCache::remove(const QVector<qint64> &fileIds)
 
 void ThumbnailCache::readSettings()
 {
+    // Each picture costs 1, so that the setting is a number of pictures.
     m_images.setMaxCost(qMax(m_least, ViewSettings::thumbnailCacheSize()));
 }
 
@@ -98,6 +101,7 @@ void ThumbnailCache::onThumbnailLoaded(qlonglong fileId, QImage *image)
 {
     const std::unique_ptr<QImage> received(image);
     Entry *held = m_images.object(fileId);
+    // Pushed out while it was being loaded; it is here now, and may be wanted again.
     if (!held) {
         m_images.insert(fileId, new Entry(*this, fileId, *received, false), 1);
         return;
@@ -105,6 +109,7 @@ void ThumbnailCache::onThumbnailLoaded(qlonglong fileId, QImage *image)
     held->isAwaited = false;
     if (received->isNull())
         received->load(QStringLiteral(":/icons/paper.png"));
+    // Within the entry, whose address a view may hold until its event is over.
     held->image.swap(*received);
     emit imageLoaded(fileId, &held->image);
 }
@@ -119,6 +124,7 @@ QImage *ThumbnailCache::insertPlaceholder(qint64 fileId)
 
 ThumbnailCache::Entry::~Entry()
 {
+    // Scrolled past before its turn came: the worker spares itself the reading.
     if (isAwaited && cache.m_provider)
         cache.m_provider->forgetThumbnail(fileId);
 }

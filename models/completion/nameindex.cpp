@@ -9,10 +9,12 @@ void NameIndex::setNames(const QHash<qint64, QString> &names)
     m_entries.clear();
     m_entries.reserve(names.size());
     for (auto it = names.cbegin(); it != names.cend(); ++it)
+        // Folded once, not with each key that is pressed.
         m_entries.append({it.key(), it.value(), it.value().toCaseFolded()});
     const auto isLess = [](const Entry &left, const Entry &right) {
         if (naturalLessThan(left.name, right.name))
             return true;
+        // Two names may be of one rank for the eye; the id keeps their order the same with each reading.
         return left.id < right.id && !naturalLessThan(right.name, left.name);
     };
     std::sort(m_entries.begin(), m_entries.end(), isLess);
@@ -24,6 +26,7 @@ void NameIndex::setNames(const QHash<qint64, QString> &names)
         if (!m_ids.contains(entry.name))
             m_ids.insert(entry.name, entry.id);
     }
+    // Places of the old names mean other ones now.
     setLastUsed({});
 }
 
@@ -42,6 +45,7 @@ void NameIndex::setLastUsed(const QVector<qint64> &ids)
 
 QVector<int> NameIndex::find(const QString &text) const
 {
+    // Blanks that were typed twice or left behind do not count, as names have none.
     const QString folded = text.simplified().toCaseFolded();
     QVector<int> whole;
     QVector<int> found;
@@ -52,6 +56,7 @@ QVector<int> NameIndex::find(const QString &text) const
         else if (name.contains(folded))
             found.append(place);
     };
+    // Two passes instead of a sort: the entries are in order, and so is what was used last.
     for (const int place : m_lastUsed)
         look(place);
     for (int place = 0; place < m_entries.size(); ++place) {

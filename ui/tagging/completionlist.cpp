@@ -12,6 +12,7 @@ CompletionList::CompletionList(QWidget *line) : QListView(line->window()), m_lin
 {
     setObjectName(QStringLiteral("completionList"));
     setAccessibleName(tr("Names"));
+    // Keys go on to the line, which moves the current row; a click must not end the typing either.
     setFocusPolicy(Qt::NoFocus);
     setEditTriggers(NoEditTriggers);
     setUniformItemSizes(true);
@@ -27,11 +28,15 @@ void CompletionList::showAt(const QWidget *edit)
         hide();
         return;
     }
+    // A child of the window and no popup, which would take the keyboard from the line.
     QWidget *window = m_line->window();
     const QPoint below = m_line->mapTo(window, QPoint(0, m_line->height()));
     const QPoint above = m_line->mapTo(window, QPoint(0, 0));
+    // The last row may be the new name with its icon, which is higher.
     const int row = qMax(1, qMax(sizeHintForRow(0), sizeHintForRow(rows - 1)));
     const int wanted = qMin(rows, mostRows) * row + 2 * frameWidth();
+    // Above only where not even a few rows fit below: a list that jumps from side to side while one types is
+    // hard to read.
     const bool isRoomBelow = window->height() - below.y() >= qMin(wanted, leastRows * row);
     const int height = qMin(wanted, isRoomBelow ? window->height() - below.y() : above.y());
     const int width = qMin(window->width(), qMax(edit->width(), FontScale::byFont(leastWidth, this)));
@@ -47,6 +52,7 @@ void CompletionList::move(int rows)
     if (count == 0)
         return;
     const int row = currentIndex().isValid() ? currentIndex().row() : -1;
+    // One row more goes round, a page ends at the last one.
     const bool isStep = qAbs(rows) == 1;
     moveTo(isStep ? (row + rows + count) % count : qBound(0, row + rows, count - 1));
 }

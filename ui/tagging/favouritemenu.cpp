@@ -16,6 +16,7 @@ FavouriteMenu::FavouriteMenu(TagsController *tags, qint64 tagId, QWidget *parent
         const QString key = FavouriteTags::keyOf(place).toString(QKeySequence::NativeText);
         const qint64 holder = tags->favourites()->tagAt(place);
         QString name = ShownText::cut(tags->tagName(holder), longestName);
+        // A single one would underline the letter behind it and go itself.
         name.replace(QLatin1Char('&'), QLatin1String("&&"));
         addPlace(place, holder > 0 ? tr("%1: %2").arg(key, name) : tr("%1: free").arg(key));
     }

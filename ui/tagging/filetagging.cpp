@@ -21,6 +21,7 @@ FileTagging::FileTagging(const Host &host, QWidget *window)
     m_addTags->setIcon(QIcon(QStringLiteral(":/icons/tag.png")));
     m_addTags->setShortcut(QKeySequence(QStringLiteral("Ctrl+T")));
     m_addTags->setToolTip(tr("Add Tags (%1)").arg(m_addTags->shortcut().toString(QKeySequence::NativeText)));
+    // A key that is held would tag file after file where the line is pinned.
     m_addTags->setAutoRepeat(false);
     connect(m_addTags, &QAction::triggered, m_line, &NamesLine::open);
     connect(m_line, &NamesLine::skipped, this, &FileTagging::goOn);
@@ -50,6 +51,7 @@ void FileTagging::takePlaces(QWidget &menuOrBar)
 
 void FileTagging::fillContextMenu(QMenu &menu)
 {
+    // A context menu holds what can be done; a menu of the bar shows the rest in grey.
     if (m_addTags->isEnabled())
         menu.addAction(m_addTags);
 }
@@ -92,6 +94,7 @@ bool FileTagging::take(const ChosenTags &tags)
     const QVector<qint64> fileIds = m_host.files();
     if (!m_tags || fileIds.isEmpty())
         return false;
+    // Before the tags are put: a file that got one may leave the selection that is shown.
     const std::function<void()> goOn = m_host.next();
     if (!m_tags->tagFiles(fileIds, tags))
         return false;

@@ -42,6 +42,7 @@ NamesLine::NamesLine(const QString &title, const Taker &take, QWidget *parent)
 
 NamesLine::~NamesLine()
 {
+    // The window would delete it with its other children, but the model that it shows goes with the line.
     delete m_list;
 }
 
@@ -67,6 +68,7 @@ void NamesLine::buildForm()
     m_pin->hide();
     m_close->setIcon(QIcon(QStringLiteral(":/icons/close.png")));
     m_close->setAutoRaise(true);
+    // By Tab alone: a click leaves the focus in the line, so that closing gives it back.
     m_close->setFocusPolicy(Qt::TabFocus);
     m_close->setToolTip(tr("Close (Esc)"));
     m_close->setAccessibleName(m_close->toolTip());
@@ -112,6 +114,7 @@ void NamesLine::readNames()
 {
     if (!m_tags)
         return;
+    // A hundred thousand names are put in order when they are needed, not with each tag that changes.
     if (m_areNamesOld)
         m_model->index().setNames(m_tags->allNames());
     m_areNamesOld = false;
@@ -125,8 +128,10 @@ void NamesLine::open()
     if (!m_tags)
         return;
     readNames();
+    // Opened again while it is open, the way back stays what it was.
     if (QApplication::focusWidget() != m_edit)
         m_focusBefore = QApplication::focusWidget();
+    // Made late: the constructor may run before the line stands in the window that the list belongs to.
     if (!m_list) {
         m_list = new CompletionList(this);
         m_list->setModel(m_model);
@@ -143,6 +148,7 @@ void NamesLine::open()
 void NamesLine::closeLine()
 {
     const bool wasOpen = !isHidden();
+    // Asked before it hides, as the toolkit gives the focus to whatever comes next in the order of Tab.
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     if (m_list)
         m_list->hide();
@@ -181,6 +187,7 @@ void NamesLine::edited(const QString &text)
     int from = 0;
     for (int end = rest.indexOf(comma); end >= 0; end = rest.indexOf(comma, from)) {
         const QString name = rest.left(end);
+        // A comma may stand in a name. It parts names unless one goes on with it and none ends before it.
         if (m_model->index().idOf(name.simplified()) == 0 && m_model->index().goesOnWithComma(name)) {
             from = end + 1;
             continue;
@@ -246,6 +253,7 @@ void NamesLine::commit()
     m_isTaking = true;
     const bool isDone = m_take(m_choice.tags(m_model->index()));
     m_isTaking = false;
+    // All that was named stays, so that nobody has to type it once more after a failure.
     if (!isDone) {
         m_edit->setFocus();
         return;
@@ -260,6 +268,7 @@ void NamesLine::commit()
 
 bool NamesLine::handleKey(int key, Qt::KeyboardModifiers modifiers)
 {
+    // With Ctrl, Alt or Shift the keys belong to the window's commands and the line's own editing.
     if (modifiers & ~Qt::KeypadModifier || !m_list)
         return false;
     switch (key) {
@@ -268,11 +277,13 @@ bool NamesLine::handleKey(int key, Qt::KeyboardModifiers modifiers)
         commit();
         return true;
     case Qt::Key_Tab:
+        // Tab takes a name while one is being typed, and leaves the line otherwise.
         if (m_edit->text().simplified().isEmpty())
             return false;
         takeOffered();
         return true;
     case Qt::Key_Backspace:
+        // While there is a text the key edits it, as everywhere.
         if (!m_edit->text().isEmpty() || m_choice.isEmpty())
             return false;
         takeBack();

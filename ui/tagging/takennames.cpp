@@ -35,6 +35,7 @@ void TakenNames::setNames(const QVector<Name> &names)
     for (const Name &name : names)
         texts.append(textOf(name));
     setAccessibleName(texts.join(QLatin1String(", ")));
+    // All of them, as the oldest are painted out of sight where the room is short.
     setToolTip(ShownText::toolTip(accessibleName()));
     setVisible(!names.isEmpty());
     updateGeometry();
@@ -55,6 +56,7 @@ void TakenNames::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     int right = width() - gap;
+    // From the end, so that the one taken last, which Backspace takes back, is always seen.
     for (int i = m_names.size() - 1; i >= 0 && right > 0; --i) {
         const Name &name = m_names.at(i);
         const int wide = widthOf(name);
