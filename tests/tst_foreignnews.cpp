@@ -190,7 +190,9 @@ private slots:
                 "WHERE tag_id="_s +
                 (isDropped ? "1"_s : "2"_s));
             isLocked = true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            const QString waiting = "SELECT count(*) FROM pg_locks WHERE NOT granted"_s;
+            for (int i = 0; i < 2000 && connection.value(waiting) == "0"_s; ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
             connection.run("COMMIT"_s);
         });
         while (!isLocked)

@@ -5,6 +5,7 @@
 #include "tests/support/serverdatabase.h"
 
 #include <QTcpServer>
+#include <QThread>
 
 /** A server that goes away while a manager works with it, and comes back. */
 class TestServerLoss : public QObject
@@ -97,15 +98,21 @@ private slots:
         for (int i = 0; i < 300; ++i)
             paths.append(m_manager->write("file%1.txt"_s.arg(i), QByteArray::number(i)));
         QSignalSpy finished(m_manager->get(), &DatabaseManger::finishedAddingFiles);
-        connect(m_manager->get(), &DatabaseManger::addingFilesProgress, this, [this](const QString &text) {
-            if (text.startsWith(QLatin1String("Adding ")))
-                interrupt();
+        // The add stands at this lock, within its transaction, when the server goes.
+        ServerConnection lock(m_server->ownerDetails(), "lock"_s);
+        QVERIFY(lock.run("BEGIN"_s) && lock.run("LOCK TABLE files IN EXCLUSIVE MODE"_s));
+        connect(m_manager->get(), &DatabaseManger::startedAddingFiles, this, [this, &lock] {
+            for (int i = 0;
+                 i < 2000 && lock.value("SELECT count(*) FROM pg_locks WHERE NOT granted"_s) == "0"_s; ++i)
+                QThread::msleep(1);
+            interrupt();
         });
         (*m_manager)->addFiles(paths, {}, false, 0);
         QTRY_COMPARE(finished.size(), 1);
         QTRY_COMPARE(m_lost->size(), 1);
         QTRY_VERIFY(!(*m_manager)->isBusy());
         reopen();
+        lock.run("ROLLBACK"_s);
         for (const char *table : {"files", "file_paths", "file_tag"})
             QCOMPARE(m_manager->count(QLatin1String(table)), 0);
         (*m_manager)->addFiles(paths, {}, false, 0);

@@ -18,7 +18,7 @@ QString RenamedFiles::rename(const EditStep &step, bool isUndo)
             // The row of a file stands before that of its path.
             if (row.table == UndoTable::Files)
                 fileId = row.id(QStringLiteral("file_id"));
-            const QString reason = row.table == UndoTable::Paths ? rename(fileId, row, isUndo) : QString();
+            QString reason = row.table == UndoTable::Paths ? rename(fileId, row, isUndo) : QString();
             if (!reason.isEmpty())
                 return reason;
         }

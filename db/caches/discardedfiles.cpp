@@ -25,6 +25,7 @@ public:
     bool isIdle();
 
 private:
+    // The analyzer does not follow the counts of shared maps. NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
     struct Lot
     {
         QMap<qint64, File *> files;
@@ -78,6 +79,7 @@ void Remover::run()
     provideCrashStack();
     std::unique_lock<std::mutex> lock(m_mutex);
     while (!m_isEnding) {
+        // The analyzer does not follow the counts of shared maps. NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
         m_isWorking = !m_lots.empty();
         if (!m_isWorking) {
             m_changed.wait(lock);
@@ -87,6 +89,7 @@ void Remover::run()
         m_lots.pop_front();
         lock.unlock();
         free(m_current.files);
+        // The analyzer does not follow the counts of shared maps. NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
         free(m_current.others);
         if (!m_isEnding)
             m_current = Lot();

@@ -181,7 +181,7 @@ QVector<qint64> FileCache::forgetTags(const QVector<qint64> &fileIds, const QVec
     for (const qint64 fileId : fileIds) {
         File *file = m_files.value(fileId);
         QVector<qint64> tags = file ? file->tags() : QVector<qint64>();
-        if (std::none_of(tags.cbegin(), tags.cend(), isGone))
+        if (!file || std::none_of(tags.cbegin(), tags.cend(), isGone))
             continue;
         tags.erase(std::remove_if(tags.begin(), tags.end(), isGone), tags.end());
         file->setTags(tags);

@@ -108,6 +108,8 @@ void ForeignWrites::changesUndone()
         {
             // What is in the way is told by the next edit.
             const QSignalBlocker silence(this);
+            // This object, whatever the analyzer takes it for.
+            // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker)
             if (!readVersion(*this, QString(), version))
                 return;
         }
@@ -201,6 +203,8 @@ void ForeignWrites::distrust()
         [this] {
             {
                 const QMutexLocker locker(&m_mutex);
+                // This object, whatever the analyzer takes it for.
+                // NOLINTNEXTLINE(clang-analyzer-core.NullDereference)
                 m_isTrusted = false;
             }
             emit newsFound();

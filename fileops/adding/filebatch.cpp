@@ -17,8 +17,8 @@ namespace {
 constexpr int filesInRun = 8;
 // Of rows that are gathered: what is held in memory, and repeated when one fails.
 constexpr int mostFilesGathered = 250;
-constexpr qint64 mostBytesGathered = 4 * 1024 * 1024;
-constexpr qint64 bytesOfThumbnail = 32 * 1024;
+constexpr qint64 mostBytesGathered = qint64(4) * 1024 * 1024;
+constexpr qint64 bytesOfThumbnail = qint64(32) * 1024;
 
 } // namespace
 

@@ -147,7 +147,7 @@ QString SpoiltRows::nameOf(QuietStatements &statements, const QStringList &texts
     for (const QString &text : texts) {
         TableData table;
         const bool isRead = statements.read(text, table, {id}) && !table.isEmpty();
-        const QString name = isRead ? table.constFirst()->at(0).toString() : QString();
+        QString name = isRead ? table.constFirst()->at(0).toString() : QString();
         freeRows(table);
         if (isRead)
             return name;

@@ -75,7 +75,7 @@ SilentPlaces::Token SilentPlaces::note(const QByteArray &path)
     const QByteArray mount = mountOf(path);
     // Behind a link the path leads to another disk than it seems to.
     const bool isMountSilent = mount.size() > 1 && !answers(mount);
-    const auto token =
+    auto token =
         std::make_shared<const QByteArray>(isMountSilent ? mount : path.left(qMax(1, path.lastIndexOf('/'))));
     const QMutexLocker locker(&known.mutex);
     known.places.append(token);

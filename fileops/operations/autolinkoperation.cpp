@@ -131,7 +131,7 @@ bool AutoLinkOperation::addInBatches(const FileBatchRequest &all)
 
 std::shared_ptr<ThumbnailsAhead> AutoLinkOperation::readPictures(const QStringList &paths) const
 {
-    const auto pictures = std::make_shared<ThumbnailsAhead>(paths, [this] { return m_worker.shouldEnd(); });
+    auto pictures = std::make_shared<ThumbnailsAhead>(paths, [this] { return m_worker.shouldEnd(); });
     for (const QString &path : paths) {
         if (ThumbnailMaker::isImageName(path))
             pictures->canvasOf(path);

@@ -20,7 +20,7 @@ constexpr int rowsAtOnce = 10000;
 constexpr int leastInRun = 8;
 constexpr int mostInRun = 500;
 constexpr int runs = 20;
-constexpr qint64 mostBytesInRun = 64 * 1024 * 1024;
+constexpr qint64 mostBytesInRun = qint64(64) * 1024 * 1024;
 } // namespace
 
 DeleteFilesOperation::DeleteFilesOperation(FileOperationWorker &worker, const FileOperation &request,

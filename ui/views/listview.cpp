@@ -36,15 +36,21 @@ ListView::ListView(QWidget *parent) : QListView(parent)
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectRows);
     setVerticalScrollMode(ScrollPerPixel);
-    setThumbnailSide(WindowSettings::largestThumbnail / 2);
+    resizeThumbnails(WindowSettings::largestThumbnail / 2);
+}
+
+void ListView::resizeThumbnails(int side)
+{
+    setIconSize({side, side});
+    verticalScrollBar()->setSingleStep(side / 4);
+    updateGrid();
 }
 
 void ListView::setThumbnailSide(int side)
 {
     const QModelIndex middle = indexAt(viewport()->rect().center());
-    setIconSize({side, side});
-    verticalScrollBar()->setSingleStep(side / 4);
-    updateGrid();
+    resizeThumbnails(side);
+    // The eye rests in the middle, so that what is there stays.
     if (middle.isValid())
         scrollTo(middle, PositionAtCenter);
 }

@@ -41,6 +41,7 @@ protected slots:
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
 
 private:
+    void resizeThumbnails(int side);
     void updateGrid();
 
     NameSearch m_nameSearch;
