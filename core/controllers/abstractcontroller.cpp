@@ -17,6 +17,7 @@ AbstractController::~AbstractController() = default;
 
 UserPrompts &AbstractController::prompts() const
 {
+    // Asked anew each time: the window sets itself only after the controllers are made.
     return m_collection ? m_collection->prompts() : UserPrompts::nobody();
 }
 
@@ -42,6 +43,7 @@ QVector<qint64> AbstractController::knownTags(const QVector<qint64> &tagIds) con
 {
     QVector<qint64> known;
     if (m_manager)
+        // Ids come from drags and dialogs, behind which others may have removed their tags.
         std::copy_if(tagIds.cbegin(), tagIds.cend(), std::back_inserter(known),
                      [this](qint64 tagId) { return m_manager->hasTag(tagId); });
     return known;

@@ -33,7 +33,9 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
       m_sorterModel(new BrTreeSorterModel(this, this))
 {
     m_sorterModel->setSourceModel(m_model);
+    // At once, not at the end of the program, which may be a crash.
     connect(m_sorterModel, &BrTreeSorterModel::orderChanged, this, &BrowsTreeController::storeOrder);
+    // Without an interval: many nodes and relations that come in one event are followed once, behind it.
     m_followTimer.setSingleShot(true);
     connect(&m_followTimer, &QTimer::timeout, this, &BrowsTreeController::followShownNode);
     if (!manager)
@@ -73,6 +75,7 @@ void BrowsTreeController::load()
         return;
     reloadSorting();
     manager()->loadBrowsingTrees();
+    // Between the two: the nodes that are loaded are those of the current tree.
     makeTreeCurrent(collection()->settings()->browsingTree());
     manager()->loadAllNodes();
 }
@@ -81,6 +84,8 @@ void BrowsTreeController::changeInversion(qint64 nodeId, bool inverted)
 {
     if (manager() && mayEdit())
         manager()->updateNode(nodeId, QStringLiteral("inverted"), flagText(inverted));
+    // Also when it was refused, which costs one comparison; an edit that went through has changed what is
+    // shown.
     followShownNode();
 }
 
@@ -110,6 +115,8 @@ void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 no
     const TBnode *parent = node->parentNode();
     const bool keepsPlace = allowsManualMoves() && parent;
     if (keepsPlace)
+        // A place can be kept only in an order that is stored: until now the children may have stood by their
+        // ids.
         m_manualOrder.fixOrder(parent->id(), nodeId);
     emit aboutToMoveBranches();
     if (tagIds.size() == 1)
@@ -135,6 +142,7 @@ void BrowsTreeController::saveAsNode()
         return;
     int standing = 0;
     qint64 nodeId = path.standing(m_model->allFilesNode(), standing)->id();
+    // The part of the path that stands already is used, so that saving twice makes nothing twice.
     const QVector<NodeStep> missing = path.steps().mid(standing);
     if (!missing.isEmpty())
         nodeId = manager()->addNodePath(missing, nodeId);
@@ -231,6 +239,8 @@ TagRequirements BrowsTreeController::requirementsOf(qint64 nodeId, const QVector
     // The option of the node itself counts, whatever the nodes above it say.
     const TBnode *node = nodeById(nodeId);
     if (node && node->trOption() && m_relations) {
+        // With relations the tags below a required one satisfy it, and those below an excluded one exclude,
+        // too.
         all.excludedWidened = m_relations->descendantsOf(excluded);
         all.requiredAlternatives = m_relations->descendantsOfEach(required);
     }
@@ -253,6 +263,7 @@ void BrowsTreeController::followShownNode()
     QVector<qint64> excluded;
     node->collectTagRequirements(required, excluded);
     const TagRequirements now = requirementsOf(node->id(), required, excluded);
+    // Filtering a million files anew for equal requirements would take away the selection for nothing.
     if (!(now == m_shown))
         show(now);
 }
@@ -294,6 +305,7 @@ void BrowsTreeController::markCurrentNode()
 
 void BrowsTreeController::nodesLoaded(const Map<qint64, TBnode *> &nodes)
 {
+    // All indexes are gone with it; the mark is found again by the node's id.
     m_model->initRootNode(nodes);
     if (m_currentType == TagNode && !nodes.contains(m_currentId))
         clearCurrentNode();
@@ -317,6 +329,7 @@ void BrowsTreeController::nodesAboutToGo(const QVector<qint64> &nodeIds)
 {
     emit aboutToMoveBranches();
     keepPlacesForChildren(nodeIds);
+    // The children move up, which is a row that moves for each of them.
     int rows = nodeIds.size();
     for (const qint64 nodeId : nodeIds) {
         if (const TBnode *node = nodeById(nodeId))
@@ -351,6 +364,7 @@ void BrowsTreeController::keepPlacesForChildren(const QVector<qint64> &nodeIds)
     for (const qint64 nodeId : nodeIds) {
         const TBnode *node = nodeById(nodeId);
         const TBnode *parent = node ? node->parentNode() : nullptr;
+        // Of a branch that goes as a whole only the topmost node leaves children to a parent that stays.
         if (parent && !removed.contains(parent->id()))
             parents.insert(parent);
     }
@@ -460,6 +474,7 @@ bool BrowsTreeController::removeTree(qint64 treeId)
     const QMap<qint64, QString> trees = browsingTrees();
     if (!trees.contains(treeId) || treeId == trees.firstKey() || !mayEdit())
         return false;
+    // The first tree cannot be removed, so that there is always one to go to.
     if (treeId == currentBrowsingTree())
         selectTree(trees.firstKey());
     return manager()->removeBrowsingTree(treeId);

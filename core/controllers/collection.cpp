@@ -35,7 +35,9 @@ Collection::Collection(const QString &driver, const QString &host, const QString
 
 Collection::~Collection()
 {
+    // Named, as a virtual call would not reach a derived class any more.
     Collection::close();
+    // It holds functions that look into the controllers.
     delete m_history;
     // Controllers and their models borrow the records, so they go before the manager.
     delete m_mainViewController;
@@ -48,6 +50,8 @@ Collection::~Collection()
 
 void Collection::build()
 {
+    // In this order: each step borrows what the one before has made. The base constructor cannot do it, as
+    // the manager's kind is up to the derived class.
     m_manager = makeManager();
     connectManager();
     m_queryConstructor = makeQueryConstructor();
@@ -61,6 +65,7 @@ void Collection::makeHistory()
     m_history = new UndoHistory(
         m_manager, [this] { return m_tagsController->mayEdit(); }, this);
     const QString order = QStringLiteral("node order");
+    // What no table holds is kept beside a step: its value before and after, put back together with the rows.
     BrowsTreeController *nodes = m_browsTreeController;
     m_history->keptState().add(order, {{UndoTable::Nodes, UndoTable::NodeLinks},
                                        [nodes] { return nodes->manualOrder(); },
@@ -117,6 +122,7 @@ void Collection::makeControllers()
 
 void Collection::introducePeers()
 {
+    // Controllers know each other only after all of them are there.
     m_tagsController->setPeers(m_browsTreeController, m_groupsController, m_mainViewController,
                                m_relationsController);
     m_browsTreeController->setPeers(m_mainViewController, m_tagsController, m_relationsController);
@@ -171,6 +177,7 @@ Collection::Loading Collection::load()
 
 Collection::Loading Collection::beginLoad()
 {
+    // The state of one moment is read from here to endLoad(), whatever others write meanwhile.
     if (m_manager && !m_manager->beginLoad())
         return m_manager->wasBusy() ? Locked : Unreadable;
     if (m_manager)

@@ -79,6 +79,7 @@ QMap<qint64, QList<qint64>> CollectionSettings::nodeOrder() const
 
 void CollectionSettings::setNodeOrder(const QMap<qint64, QList<qint64>> &order)
 {
+    // Stored as this type, under whose name the stream of earlier versions stands in the settings.
     ManualNodesSorter sorter;
     sorter.load(order);
     SettingValues::store(description() + QLatin1String("/BrowsingTreeOrder"), QVariant::fromValue(sorter));

@@ -99,6 +99,7 @@ void BrowsingTreeViewDock::setController(BrowsTreeController *controller)
 {
     const QString name = QStringLiteral("open nodes");
     if (m_controller)
+        // Its functions ask m_controller, which is another one from here on.
         m_controller->collection()->history()->keptState().remove(name);
     m_controller = controller;
     if (controller) {
@@ -171,8 +172,10 @@ void BrowsingTreeViewDock::updateActionsAvailability()
         m_actions.value(key)->setEnabled(isEnabled);
     m_actions.value(SaveAction)->setEnabled(m_controller && m_controller->canSaveAsNode());
     const bool hasLink = isTagNode && current.data(NodeRole::HasAutolinks).toBool();
+    // A server's database has no folders in common with all who use it.
     for (const int key : {LinkAction, LinkMenuAction, ViewLinkAction, RemoveLinkAction})
         m_actions.value(key)->setEnabled(isEnabled && m_controller->links().arePossible());
+    // One text in two guises: a command as long as the node has no folder, a menu of what to do with it then.
     m_actions.value(LinkAction)->setVisible(!hasLink);
     m_actions.value(LinkMenuAction)->setVisible(hasLink);
     m_actions.value(RelationsAction)->setChecked(isTagNode && current.data(NodeRole::TrOption).toBool());
@@ -199,6 +202,7 @@ void BrowsingTreeViewDock::openContextMenu(const QPoint &position)
     menu.addMenu(m_exports->menu());
     if (!m_controller->isReadOnly())
         m_typing->addTo(menu);
+    // The right button has made another node current, whose files nobody has asked for.
     menu.exec(m_view->viewport()->mapToGlobal(position));
     m_view->returnToShownNode();
 }
@@ -208,6 +212,7 @@ ExportSelection BrowsingTreeViewDock::exportSelection() const
     ExportSelection all;
     if (!m_controller || !m_view->selectionModel())
         return all;
+    // Several nodes are added up: a file that two of them show is exported once.
     for (const QModelIndex &index : m_view->selectionModel()->selectedRows())
         all.add(ExportSelection::ofNode(*m_controller, NodeType(index.data(NodeRole::Type).toInt()),
                                         index.data(NodeRole::Id).toLongLong()));

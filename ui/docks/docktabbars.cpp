@@ -13,6 +13,7 @@ DockTabBars::DockTabBars(QMainWindow *window) : QObject(window)
 bool DockTabBars::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ChildPolished) {
+        // The toolkit makes these bars by itself and tells nobody; polished, they have their type.
         if (auto *tabs = qobject_cast<QTabBar *>(static_cast<QChildEvent *>(event)->child()))
             tabs->installEventFilter(this);
     } else if (event->type() == QEvent::Show) {

@@ -13,5 +13,6 @@ ExternalFilesDock::ExternalFilesDock(QWidget *parent)
 
 void ExternalFilesDock::setController(MainViewController *controller)
 {
+    // It shows the computer's folders, but files dropped out of it have no place to go to.
     m_view->setEnabled(controller);
 }

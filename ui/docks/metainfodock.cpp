@@ -71,6 +71,7 @@ MetaInfoDock::MetaInfoDock(QWidget *parent) : AbstractDock(tr("Metadata"), paren
     auto *layout = new QVBoxLayout(contents);
     m_name = new QLabel(contents);
     m_name->setObjectName(QStringLiteral("nameLabel"));
+    // Names are anybody's: a marked up one could show what is not there, or load a picture.
     m_name->setTextFormat(Qt::PlainText);
     m_name->setWordWrap(true);
     m_name->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -116,6 +117,7 @@ QLabel *MetaInfoDock::addFact(QGridLayout *form, const QString &title, const cha
 void MetaInfoDock::setController(MainViewController *controller)
 {
     if (m_controller) {
+        // By sender, as this dock itself stays while collections come and go.
         m_controller->contentsModel()->disconnect(this);
         m_controller->collection()->tagsController()->tableModel()->disconnect(this);
     }
@@ -124,6 +126,7 @@ void MetaInfoDock::setController(MainViewController *controller)
     if (!m_controller)
         return;
     connect(m_controller->contentsModel(), &ContentsModel::contentsChanged, this, &MetaInfoDock::refresh);
+    // For renamed tags, which change no file.
     connect(m_controller->collection()->tagsController()->tableModel(), &QAbstractItemModel::dataChanged,
             this, &MetaInfoDock::refresh);
 }
@@ -141,6 +144,7 @@ void MetaInfoDock::refresh()
         const ContentsModel *model = m_controller->contentsModel();
         file = model->fileAt(model->rowOf(m_fileId));
     }
+    // Asked for only now: what many files have in common takes a look at each of them.
     const SharedFacts shared = file && m_sharedFacts ? m_sharedFacts() : SharedFacts();
     if (shared.count > 1)
         showShared(shared);
@@ -196,6 +200,7 @@ QString MetaInfoDock::tagNames(const QVector<qint64> &tagIds) const
         names.append(m_controller->tagNames({tagId}));
     names.removeAll(QString());
     QCollator order;
+    // As the tags table sorts them.
     order.setNumericMode(true);
     order.setCaseSensitivity(Qt::CaseInsensitive);
     std::sort(names.begin(), names.end(), order);

@@ -88,6 +88,7 @@ bool NodeTyping::take(const ChosenTags &tags)
 {
     if (!m_controller || !m_controller->collection()->tagsController()->addNodesOf(tags, m_parentId))
         return false;
+    // Nodes of the first level stand below the node of all files.
     const NodeType type = m_parentId > 0 ? TagNode : AllFiles;
     m_view->expand(m_controller->sorterModel()->indexOfNode(type, m_parentId));
     return true;
@@ -98,6 +99,7 @@ void NodeTyping::move(int rows)
     const QModelIndex current = m_view->currentIndex();
     const qint64 nodeId = current.data(NodeRole::Id).toLongLong();
     if (mayEdit(m_controller) && m_controller->sorterModel()->moveNode(current, rows))
+        // By its id: the index of before the move may lead to another node.
         makeCurrent(nodeId);
 }
 

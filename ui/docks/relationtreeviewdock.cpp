@@ -15,6 +15,7 @@ RelationTreeViewDock::RelationTreeViewDock(QWidget *parent)
 {
     putAboveTree(m_typing->line());
     connect(m_typing, &RelationTyping::opening, this, [this] {
+        // The commands are in the window's menu, too, from where the dock may lie behind another one's tab.
         show();
         raise();
         m_view->setFocus();

@@ -66,6 +66,7 @@ void RelationTyping::openFor(bool isBelow)
     const QModelIndex current = m_view->currentIndex();
     if (!mayEdit(m_controller))
         return;
+    // The path and no index: the tree may be read anew while the names are typed.
     m_parentPath = isBelow ? current.data(RelationRole::Path).toString() : QString();
     const QString name = ShownText::cut(current.data().toString(), longestName);
     m_line->setTitle(m_parentPath.isEmpty() ? tr("Add tags:") : tr("Below %1:").arg(name));

@@ -12,11 +12,13 @@ void TagColumns::restore()
     if (!header->restoreState(WindowSettings::layout(WindowSettings::tagTableHeader)))
         arrangeAtFirst();
     updateScrollBar();
+    // A restored header shows the mark of the order, but sorts nothing by itself.
     m_table->sortByColumn(header->sortIndicatorSection(), header->sortIndicatorOrder());
 }
 
 void TagColumns::arrangeAtFirst()
 {
+    // In letters of the table's font, so that it fits any resolution.
     constexpr int letters[TagsTableModel::ColumnCount] = {22, 26, 22, 8};
     QHeaderView *header = m_table->horizontalHeader();
     for (int column = 0; column < TagsTableModel::ColumnCount; ++column)

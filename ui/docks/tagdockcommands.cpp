@@ -33,6 +33,7 @@ void TagDockCommands::addTags()
 {
     if (!mayEdit(m_tags))
         return;
+    // The filter goes first, as it might hide the very tag that is made.
     emit aboutToAddTags();
     const auto add = [this](const QString &name) { return addTag(name); };
     do {
@@ -58,6 +59,7 @@ void TagDockCommands::deleteTags()
     const QVector<qint64> tagIds = m_selection->tagIds();
     if (tagIds.isEmpty() || !mayEdit(m_tags))
         return;
+    // The database may be closed behind the question.
     if (m_tags->isTagInUse(tagIds) && (!mayDeleteUsed() || !m_tags))
         return;
     m_tags->removeTags(tagIds);

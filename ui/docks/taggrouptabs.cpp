@@ -22,6 +22,7 @@ void TagGroupTabs::setController(GroupsController *controller)
 void TagGroupTabs::detach()
 {
     if (m_groups) {
+        // Before the tabs go: the bar holds the order until then.
         saveOrder();
         m_groups->setCurrentTab(m_bar->currentIndex());
         m_groups->collection()->disconnect(this);
@@ -43,6 +44,7 @@ void TagGroupTabs::attach()
     }
     m_bar->setOrder(m_groups->tabOrder());
     const int index = m_groups->currentTab();
+    // The stored index may be that of a group that another client has removed since.
     m_bar->setCurrentIndex(index < m_bar->count() ? index : 0);
 }
 
@@ -65,6 +67,8 @@ void TagGroupTabs::bringBack()
 
 void TagGroupTabs::saveOrder()
 {
+    // While tabs are put in their places each step is signalled as a move, and would be stored as the user's
+    // order.
     if (m_groups && !m_isArranging)
         m_groups->setTabOrder(m_bar->order());
 }

@@ -54,6 +54,7 @@ int TagSelection::rowOf(qint64 tagId) const
 
 void TagSelection::remember()
 {
+    // Rows mean nothing after a reload, ids do.
     m_rememberedTags = tagIds();
     m_rememberedCurrent = m_table->currentIndex().data(TagRoles::TagId).toLongLong();
     m_rememberedScroll = m_table->verticalScrollBar()->value();
@@ -69,6 +70,8 @@ void TagSelection::bringBack()
     QItemSelection selection;
     const int count = tags.isEmpty() ? 0 : model->rowCount();
     for (int row = 0; row < count; ++row) {
+        // One range for tags that follow each other: to select a hundred thousand rows one by one takes
+        // minutes.
         const int first = row;
         while (row < count && tags.contains(tagAt(row)))
             ++row;
@@ -76,6 +79,7 @@ void TagSelection::bringBack()
             selection.select(model->index(first, 0), model->index(row - 1, 0));
     }
     const QModelIndex current = model->index(rowOf(m_rememberedCurrent), 0);
+    // The current row by itself: a call that selects it, too, would replace the selection.
     selectionModel->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
     selectionModel->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     m_table->verticalScrollBar()->setValue(m_rememberedScroll);

@@ -53,6 +53,7 @@ TagsTableDock::TagsTableDock(QWidget *parent)
 
 TagsTableDock::~TagsTableDock()
 {
+    // A dock that never got its places has never read the setting either.
     if (m_actions->action(TagDockActions::EditMode))
         WindowSettings::setEditModeActivated(m_isEditMode);
     setGroupsController(nullptr);
@@ -166,6 +167,7 @@ void TagsTableDock::setTagsController(TagsController *controller)
 void TagsTableDock::detachTags()
 {
     if (m_table->model())
+        // The header loses its columns with the model.
         m_columns->save();
     if (m_tags) {
         const Collection *collection = m_tags->collection();
@@ -186,6 +188,7 @@ void TagsTableDock::clearFilter()
 void TagsTableDock::attachTags()
 {
     m_proxy = m_tags->groupProxy();
+    // Before the table sees the model, which would otherwise be filtered twice.
     m_proxy->setGroupId(m_bar->currentGroup());
     QSortFilterProxyModel *model = m_tags->filterProxy();
     m_table->setModel(model);
@@ -238,6 +241,7 @@ void TagsTableDock::updateActionsAvailability()
     m_actions->updateAvailability(situation);
     m_exports->updateAvailability(situation.hasSelection);
     if (QAction *link = m_actions->action(TagDockActions::LinkTags))
+        // What the command links is read by the file views, which do not know this table.
         link->setData(QVariant::fromValue(tagIds));
     if (m_filterEdit)
         m_filterEdit->setEnabled(m_tags);
@@ -285,6 +289,7 @@ void TagsTableDock::slotTagOpened(const QModelIndex &index)
     const qint64 tagId = index.data(TagRoles::TagId).toLongLong();
     if (!m_tags || tagId <= 0)
         return;
+    // A double click means the editor then; what is left to do here is to tell why none opens.
     if (m_isEditMode) {
         mayEdit(m_tags);
         return;
@@ -392,6 +397,7 @@ void TagsTableDock::setGroupsController(GroupsController *controller)
     if (const GroupMap *groups = m_groups ? m_groups->groups() : nullptr) {
         groups->disconnect(this);
         for (const GroupItem *group : qAsConst(*groups))
+            // Groups outlive the dock's interest in them: they belong to the manager.
             group->disconnect(this);
     }
     m_groups = controller;

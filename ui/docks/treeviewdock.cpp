@@ -11,6 +11,7 @@ TreeViewDock::TreeViewDock(const QString &title, QTreeView *view, QWidget *paren
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(0);
     m_layout->addWidget(view);
+    // The focus that is given to the dock is meant for the tree.
     form->setFocusProxy(view);
     setWidget(form);
     view->setEnabled(false);
