@@ -12,6 +12,8 @@
 namespace {
 QVector<qint64> filesOf(const MainViewController &files, const TagRequirements &requirements)
 {
+    // A filter of its own, made and thrown away: the one of the window holds what is shown, which need not
+    // change.
     FileFilterModel filter;
     filter.setTagRequirements(requirements);
     filter.setSourceModel(files.contentsModel());
@@ -32,12 +34,14 @@ void ExportSelection::add(const ExportSelection &other)
     const auto addNew = [](QVector<qint64> &to, const QVector<qint64> &from) {
         QSet<qint64> known(to.cbegin(), to.cend());
         for (const qint64 id : from) {
+            // One look into the set for each id, of which a node of all files has a million.
             const int count = known.size();
             known.insert(id);
             if (known.size() > count)
                 to.append(id);
         }
     };
+    // The first one brings its options along.
     if (isEmpty()) {
         *this = other;
         return;
@@ -63,6 +67,7 @@ ExportSelection ExportSelection::ofNode(const BrowsTreeController &tree, NodeTyp
         QVector<qint64> excluded;
         node->collectTagRequirements(selection.tagIds, excluded);
         selection.fileIds = filesOf(files, tree.requirementsOf(nodeId, selection.tagIds, excluded));
+        // The exported node needs the tags that it excludes, too.
         selection.tagIds += excluded;
     }
     return selection;
@@ -81,6 +86,7 @@ ExportSelection ExportSelection::ofTags(const MainViewController &files, const Q
 {
     ExportSelection selection;
     TagRequirements bearing;
+    // Without the tags below them: those are not exported, so that their files would come without a reason.
     bearing.eitherOr = tagIds;
     selection.fileIds = filesOf(files, bearing);
     selection.tagIds = tagIds;

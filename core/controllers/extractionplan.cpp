@@ -12,6 +12,7 @@ ExtractionPlan::ExtractionPlan(const QString &folder, const QVector<Source> &sou
     : m_folder(folder), m_sources(sources)
 {
     for (Source &source : m_sources)
+        // The database may come from anywhere, and its names must not lead out of the folder.
         source.name = Database::safeFileName(source.name);
 }
 
@@ -34,6 +35,7 @@ bool ExtractionPlan::compare(const ShouldEnd &shouldEnd)
         m_given.insert(source.name, i);
         addTarget(source.fileId, pathOf(source.name));
     }
+    // All that have to be read are read together.
     if (!readPresent(states, shouldEnd))
         return false;
     // New names come last, when all names that are given anyway are known.
@@ -60,6 +62,7 @@ ExtractionPlan::State ExtractionPlan::lookAt(const Source &source)
     const QString target = pathOf(source.name);
     if (!Database::isTaken(target))
         return Free;
+    // Extracted into its own folder a file is there already.
     if (!source.path.isEmpty() && RegularFile::isSame(source.path, target))
         return Present;
     return RegularFile::stampOf(target).size == source.size ? Unread : Conflict;
@@ -95,6 +98,7 @@ void ExtractionPlan::addConflict(const Source &source)
     const auto isGivenOrTaken = [this](const QString &name) {
         return m_given.contains(name) || Database::isTaken(pathOf(name));
     };
+    // Thousands of files of one name would otherwise count from 1 for each of them.
     int &number = m_numbers[source.name];
     number = qMax(number, 1);
     const QString name = Database::numberableFileName(source.name);

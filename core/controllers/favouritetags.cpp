@@ -17,6 +17,7 @@ CollectionSettings *FavouriteTags::settings() const
 
 QList<qint64> FavouriteTags::places() const
 {
+    // A list of the settings may be of any length.
     QList<qint64> ids = settings()->favouriteTags().mid(0, most);
     while (ids.size() < most)
         ids.append(0);
@@ -26,6 +27,7 @@ QList<qint64> FavouriteTags::places() const
 qint64 FavouriteTags::tagAt(int place) const
 {
     const qint64 tagId = places().value(place);
+    // Another client may have removed the tag.
     return m_tags->tagName(tagId).isEmpty() ? 0 : tagId;
 }
 
@@ -37,6 +39,7 @@ int FavouriteTags::placeOf(qint64 tagId) const
 void FavouriteTags::setPlace(qint64 tagId, int place)
 {
     QList<qint64> ids = places();
+    // A tag has one key.
     if (ids.contains(tagId))
         ids[ids.indexOf(tagId)] = 0;
     if (place >= 0 && place < most)
@@ -46,6 +49,7 @@ void FavouriteTags::setPlace(qint64 tagId, int place)
 
 QKeySequence FavouriteTags::keyOf(int place)
 {
+    // Alt+1 to Alt+9, then Alt+0, as the keys stand.
     return QKeySequence(Qt::ALT + Qt::Key_0 + (place + 1) % most);
 }
 

@@ -39,6 +39,7 @@ void waitFor(const QPointer<DatabaseManger> &manager)
             loop.quit();
     });
     timer.start(lookInterval);
+    // Asked by the other program in the middle of the drag, which leaves no way but to wait here.
     loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
@@ -57,6 +58,7 @@ FileDragData::FileDragData(const QVector<const File *> &files, DatabaseManger *m
         bytesCopied += isInternal ? file->size() : 0;
         m_isOffered = m_isOffered || isInternal || file->internal() == FileKind::external;
     }
+    // An address has nothing to be dropped elsewhere.
     m_isOffered = m_isOffered && bytesCopied <= mostBytesCopied;
     const std::unique_ptr<QMimeData> packed(IdListMime::pack(Constants::fileMimeType, m_fileIds));
     setData(Constants::fileMimeType, packed->data(Constants::fileMimeType));
@@ -77,6 +79,7 @@ QVariant FileDragData::retrieveData(const QString &format, QVariant::Type type) 
     if (!m_isOffered || format != Constants::uriMimeType)
         return QMimeData::retrieveData(format, type);
     promise();
+    // The copying runs events, in which this object may be deleted.
     const QByteArray urls = m_urls;
     // Some programs ask already while the pointer only comes by.
     return !m_isHovering && !makeCopies() ? QByteArray() : urls;
@@ -86,6 +89,7 @@ void FileDragData::promise() const
 {
     if (m_state != Unasked)
         return;
+    // The names are fixed with the first question: another one must get the same paths.
     m_state = Promised;
     QVector<ExtractionPlan::Source> sources;
     for (const qint64 fileId : m_fileIds) {
@@ -136,6 +140,7 @@ void FileDragData::order() const
         m_manager && QDir().mkdir(m_folder) &&
         QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     m_state = isReady ? Ordered : Failed;
+    // Noted before anything is in it, so that a crash leaves nothing behind for good.
     TemporaryCopies::noteFolder(m_folder);
     if (isReady)
         m_manager->extractFiles(m_copiedIds, m_copies);

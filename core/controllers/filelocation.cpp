@@ -44,6 +44,8 @@ FileLocation::~FileLocation()
 
 void FileLocation::start()
 {
+    // The locator is shared with the thread, which may be left behind on a silent disk and outlive this
+    // object.
     const auto walk = [locator = m_locator, folders = m_folders](const BackgroundLooks::ShouldEnd &) {
         locator->walk(folders);
         return true;
@@ -58,6 +60,7 @@ void FileLocation::finish()
     m_looks.forget();
     // It may be stuck in the middle of something, on a disk that does not answer.
     m_locator->freeze();
+    // A copy that nobody else writes to any more.
     m_locator = std::make_shared<FileLocator>(*m_locator);
     gatherCandidates();
     excludeRows(m_contents.rowCount());
@@ -79,6 +82,8 @@ void FileLocation::beginExcluding()
 
 void FileLocation::excludeSlice()
 {
+    // In slices of the event loop; the records may change in between, which only makes a proposal more or
+    // less, as it is looked at once more when it is written.
     excludeRows(qMin(m_nextRow + rowsInSlice, m_contents.rowCount()));
     if (m_nextRow < m_contents.rowCount())
         return;

@@ -46,6 +46,7 @@ FileRenamer::Outcome FileRenamer::tryRename(qint64 fileId, const QString &text) 
     FileRenaming renaming(file->path(), file->relPath(), name);
     if (renaming.isNameTaken())
         return NameTaken;
+    // Before the disk is touched: a rename there that the database refuses had to be taken back.
     if (!m_manager->isDataCurrent())
         return Unchanged;
     return renaming.run() ? store(renaming, fileId, name) : DiskRefused;
@@ -55,6 +56,7 @@ FileRenamer::Outcome FileRenamer::store(FileRenaming &renaming, qint64 fileId, c
 {
     if (!m_manager->renameFile(fileId, name, renaming.newPath(), renaming.newRelPath()))
         return Unchanged;
+    // Without it the destructor gives the file its old name again.
     renaming.keep();
     return Renamed;
 }
@@ -89,6 +91,7 @@ bool FileRenamer::isRecorded(const QString &path) const
 {
     const Map<qint64, File *> &files = m_manager->files();
     return std::any_of(files.begin(), files.end(), [&path](const File *file) {
+        // The name first, which lies at hand; the path has to be put together.
         return file->internal() == FileKind::external && path.endsWith(file->name()) && file->path() == path;
     });
 }

@@ -20,6 +20,7 @@ QVector<ExtractionPlan::Source> sourcesOf(const DatabaseManger &manager, const Q
     QSet<qint64> seen;
     for (const qint64 fileId : fileIds) {
         const File *file = manager.file(fileId);
+        // A file that was dragged twice would conflict with itself.
         if (!file || file->internal() == FileKind::hyperlink || seen.contains(fileId))
             continue;
         seen.insert(fileId);
@@ -33,6 +34,7 @@ QVector<ExtractionPlan::Source> sourcesOf(const DatabaseManger &manager, const Q
 void FolderExtraction::run(DatabaseManger *manager, const QString &folder, const QVector<qint64> &fileIds,
                            UserPrompts &prompts)
 {
+    // The comparison runs events, in which the command may be given once more.
     if (m_isRunning)
         return;
     const QPointer<FolderExtraction> self(this);

@@ -13,6 +13,7 @@ GroupsController::GroupsController(DatabaseManger *manager, const AbstractQueryC
 {
     if (!manager)
         return;
+    // Before the model is made, which asks which groups are visible.
     connect(manager, &DatabaseManger::groupsLoaded, this, &GroupsController::restoreTabs);
     m_model = new TagGroupModel(this, manager->groups(), this);
 }
@@ -80,6 +81,7 @@ void GroupsController::noteTab(qint64 groupId, bool visible)
 {
     QList<int> order = tabOrder();
     const int id = static_cast<int>(groupId);
+    // A second call must not add a second tab.
     if (order.contains(id) == visible)
         return;
     if (visible)
@@ -95,6 +97,7 @@ void GroupsController::removeGroups(const QVector<qint64> &groupIds)
         return;
     manager()->removeGroups(groupIds);
     for (const qint64 groupId : groupIds) {
+        // One that could not be removed keeps its tab.
         if (!groups()->contains(groupId))
             noteTab(groupId, false);
     }
@@ -108,6 +111,7 @@ bool GroupsController::assignTags(const QVector<qint64> &tagIds, const QVector<q
         if (!group)
             continue;
         QVector<qint64> tags = group->tags();
+        // The list keeps the order of the group, the set the time of a hundred thousand tags.
         QSet<qint64> members(tags.cbegin(), tags.cend());
         for (const qint64 tagId : tagIds) {
             if (!members.contains(tagId))

@@ -60,6 +60,7 @@ qint64 BrowsTreeProvider::addNode(qint64 tagId, bool trOption, bool inverted, qi
 {
     const qint64 id = addNodes({tagId}, trOption, inverted, parentId).value(0);
     if (id > 0)
+        // Behind the commit, when an edit of several statements is through as a whole.
         announce([this, id] { loadNode(id); });
     return id;
 }
@@ -85,6 +86,7 @@ QVector<qint64> BrowsTreeProvider::addNodes(const QVector<qint64> &tagIds, bool 
     QVector<qint64> ids;
     if (!transaction.isActive() || !insertNodes(tagIds, trOption, inverted, ids))
         return {};
+    // A node without a link to its parent would be shown at the top.
     const bool areLinked =
         std::all_of(ids.cbegin(), ids.cend(), [this, parentId](qint64 id) { return addLink(parentId, id); });
     return areLinked && transaction.commit() ? ids : QVector<qint64>();
@@ -115,6 +117,7 @@ QVector<qint64> BrowsTreeProvider::addNodesAbove(const QVector<qint64> &tagIds, 
         return {};
     qint64 above = parentId;
     for (const qint64 id : qAsConst(ids)) {
+        // Each below the one before, so that the tags stand one above the other.
         if (!addLink(above, id))
             return {};
         above = id;
@@ -288,6 +291,7 @@ bool BrowsTreeProvider::runForIds(const QString &statement, const QVector<qint64
     const auto run = [this, &statement](const QVector<qint64> &part) {
         return runSync(SqlText::fill(statement, {SqlText::idList(part)}) + constructor()->statementEnd());
     };
+    // One statement is a transaction by itself and saves two messages to a server.
     if (ids.size() <= Chunks::idsPerStatement)
         return Chunks::forEach(ids, Chunks::idsPerStatement, run);
     Transaction transaction(*this);

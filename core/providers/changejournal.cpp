@@ -43,6 +43,7 @@ QSet<qint64> *keysOf(const QString &table, ForeignChanges &changes)
 {
     static const QHash<QString, QSet<qint64> ForeignChanges::*> sets = {
         {QStringLiteral("files"), &ForeignChanges::files},
+        // Links and members change what is shown of the rows that they lead to.
         {QStringLiteral("file_tag"), &ForeignChanges::files},
         {QStringLiteral("file_paths"), &ForeignChanges::paths},
         {QStringLiteral("thumbnails"), &ForeignChanges::thumbnails},
@@ -68,6 +69,7 @@ void ChangeJournal::listen()
     using Told = void (QSqlDriver::*)(const QString &, QSqlDriver::NotificationSource, const QVariant &);
     connect(driver, static_cast<Told>(&QSqlDriver::notification), this,
             [this](const QString &, QSqlDriver::NotificationSource, const QVariant &author) {
+                // What this client has committed itself comes back as well.
                 if (author.toString() != Connections::clientName())
                     emit told();
             });
@@ -81,6 +83,7 @@ bool ChangeJournal::readPlace()
         freeRows(table);
         return runSync(statement, table) && !table.isEmpty();
     };
+    // A database that an older version has set up has no journal, and is followed by its stamps alone.
     m_isThere = false;
     const bool isRead = readValue(QStringLiteral("SELECT to_regclass('change_commits') IS NOT NULL;"));
     if (isRead && table.constFirst()->at(0).toBool() &&
@@ -120,6 +123,7 @@ ChangeJournal::Look ChangeJournal::read(const QString &beginning, ForeignChanges
         if (isRead && query.value(HasStamp).toBool()) {
             changes.isOfAll = changes.isOfAll || !query.value(IsWhole).toBool();
             result = Current;
+            // Also when the news are only of this client's own changes, which need not be read again.
             m_place = qMax(m_place, query.value(LastStamp).toLongLong());
             do {
                 if (query.isNull(Table))
@@ -132,6 +136,7 @@ ChangeJournal::Look ChangeJournal::read(const QString &beginning, ForeignChanges
     }
     reportError(database, query);
     query.finish();
+    // The BEGIN may have been run by itself.
     if (result == Unread && !beginning.isEmpty())
         rollbackTransaction();
     return result;
@@ -139,6 +144,7 @@ ChangeJournal::Look ChangeJournal::read(const QString &beginning, ForeignChanges
 
 void ChangeJournal::note(const QSqlQuery &row, ForeignChanges &changes)
 {
+    // A change whose rows were not noted one by one.
     if (row.isNull(Keys)) {
         changes.isOfAll = true;
         return;
@@ -185,6 +191,7 @@ ChangeJournal::Commit ChangeJournal::commit(const EditBase &base)
     }
     if (isCommitted)
         return Committed;
+    // The server's own check has refused it: somebody was quicker, which is no error.
     const bool isOutdated = query.lastError().nativeErrorCode() == outdatedEdit;
     if (!isOutdated)
         reportError(database, query);

@@ -37,6 +37,7 @@ void GeneralProvider::probeReadOnly()
 bool GeneralProvider::canWrite()
 {
     const QString statement =
+        // A row that no file has, taken back in any case: only a write shows whether one may.
         constructor()->insertQuery({QStringLiteral("file_id"), QStringLiteral("tag_id")},
                                    QStringLiteral("file_tag"), {{QStringLiteral("0"), QStringLiteral("0")}}) +
         constructor()->statementEnd();

@@ -107,6 +107,7 @@ bool GroupsProvider::setGroupTags(const QVector<GroupTagChange> &changes)
         if (!transaction.isActive() || !std::all_of(real.cbegin(), real.cend(), run) || !transaction.commit())
             return false;
     }
+    // Asked for together with the commit on a server, so that the answer is here when it is wanted.
     expectGroups(groupIds);
     announce([this, groupIds] { loadGroups(groupIds); });
     return true;
@@ -132,6 +133,7 @@ bool GroupsProvider::runRemoval(const QVector<qint64> &ids)
         const QString end =
             constructor()->whereClause(constructor()->inClause(groupColumn, SqlText::idTexts(part))) +
             constructor()->statementEnd();
+        // Links first, which refer to the group.
         return runSync(constructor()->deleteQuery(linksTable) + end) &&
                runSync(constructor()->deleteQuery(groupsTable) + end);
     };

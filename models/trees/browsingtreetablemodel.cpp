@@ -84,6 +84,7 @@ bool BrowsingTreeTableModel::select(const Tree &tree)
 {
     if (tree.id == m_host->currentBrowsingTree())
         return false;
+    // Others may have removed it since the list was read.
     m_host->loadTrees();
     const bool isThere = m_host->browsingTrees().contains(tree.id);
     const bool isSelected = isThere && m_host->selectTree(tree.id);
@@ -168,6 +169,7 @@ void BrowsingTreeTableModel::refresh()
     const QMap<qint64, QString> listed = m_host ? m_host->browsingTrees() : QMap<qint64, QString>();
     for (auto tree = listed.cbegin(); tree != listed.cend(); ++tree)
         trees.append({tree.key(), tree.value()});
+    // A reset would close the editor of the row that has just been renamed.
     const bool isSameSet =
         std::equal(trees.cbegin(), trees.cend(), m_trees.cbegin(), m_trees.cend(),
                    [](const Tree &left, const Tree &right) { return left.id == right.id; });

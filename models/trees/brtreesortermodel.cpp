@@ -49,6 +49,7 @@ NodeType typeOf(const QModelIndex &index)
 BrTreeSorterModel::BrTreeSorterModel(NodesHost *host, QObject *parent)
     : QSortFilterProxyModel(parent), m_host(host), m_sortMode(ViewSettings::ManualSorting)
 {
+    // Renamed and added nodes take their places without a call from outside.
     setDynamicSortFilter(true);
     setSortCaseSensitivity(Qt::CaseInsensitive);
     setSortRole(Qt::DisplayRole);
@@ -68,6 +69,7 @@ bool BrTreeSorterModel::lessThan(const QModelIndex &left, const QModelIndex &rig
     const NodeType rightType = typeOf(right);
     if (leftType == TagNode && rightType == TagNode)
         return tagNodeLessThan(left, right);
+    // Each fixed node stands once.
     if (leftType == rightType)
         return false;
     if (leftType == TagNode || rightType == TagNode)
@@ -82,6 +84,7 @@ bool BrTreeSorterModel::tagNodeLessThan(const QModelIndex &left, const QModelInd
     if (m_sortMode == ViewSettings::AlphabeticalSorting) {
         const QString leftText = left.data().toString();
         const QString rightText = right.data().toString();
+        // Nodes of one tag keep their order among each other.
         return leftText == rightText ? leftId < rightId : naturalLessThan(leftText, rightText);
     }
     if (m_sortMode == ViewSettings::ManualSorting && m_sorter)
@@ -109,6 +112,7 @@ bool BrTreeSorterModel::canDropMimeData(const QMimeData *data, Qt::DropAction ac
     if (!dragged.isValid() || !parent.isValid())
         return false;
     if (dragged.parent() == parent) {
+        // Between siblings; below "All files" not among the fixed nodes, which always come first.
         switch (typeOf(parent)) {
         case AllFiles:
             return row >= fixedTypes.size();
@@ -118,6 +122,7 @@ bool BrTreeSorterModel::canDropMimeData(const QMimeData *data, Qt::DropAction ac
             return false;
         }
     }
+    // Dropped on a sibling itself, before or behind which it is to stand.
     return typeOf(parent) == TagNode && dragged.parent() == parent.parent() && row < 0 && column < 0;
 }
 
@@ -143,6 +148,7 @@ bool BrTreeSorterModel::dropMimeData(const QMimeData *data, Qt::DropAction actio
     if (row < 0)
         m_sorter->moveNode(parentId, drag.nodeId, idOf(parent), !drag.below);
     else
+        // The sorter knows how many fixed nodes stand above.
         m_sorter->moveToRow(parentId, drag.nodeId, row);
     // The view still holds positions of the drag; the order changes when it has ended.
     QTimer::singleShot(0, this, [this] {

@@ -26,8 +26,10 @@ ExternalFileModel::ExternalFileModel(QObject *parent)
       m_folder(QStringLiteral(":/icons/folder.png")),
       m_file(QStringLiteral(":/icons/paper.png"))
 {
+    // Outlives all models, and with them the thread that asks it.
     static NoIconProvider noIcons;
     setIconProvider(&noIcons);
+    // Nobody is to rename or delete the computer's files in passing.
     setReadOnly(true);
     setFilter(QDir::AllEntries | QDir::AllDirs | QDir::NoDotAndDotDot);
 }

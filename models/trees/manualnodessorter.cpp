@@ -28,6 +28,7 @@ bool ManualNodesSorter::lessThan(qint64 parentId, qint64 leftId, qint64 rightId)
     const QHash<qint64, int> &places = positions(parentId);
     const int left = places.value(leftId, -1);
     const int right = places.value(rightId, -1);
+    // Nodes without a place, as others have added them, stand behind all that have one.
     if (left < 0 && right < 0)
         return leftId < rightId;
     if (left < 0 || right < 0)
@@ -39,6 +40,7 @@ void ManualNodesSorter::moveNode(qint64 parentId, qint64 nodeId, qint64 siblingI
 {
     if (nodeId == siblingId)
         return;
+    // A stored list may know only a part of the children; a place counts only among all of them.
     QList<qint64> &list = completeList(parentId, nodeId);
     list.removeAll(nodeId);
     const int at = list.indexOf(siblingId);
@@ -61,6 +63,7 @@ void ManualNodesSorter::moveToRow(qint64 parentId, qint64 nodeId, int row)
 void ManualNodesSorter::nodeAdded(qint64 parentId, qint64 nodeId)
 {
     const auto list = m_order.find(parentId);
+    // Children without a stored order go by their ids, which puts a new one last by itself.
     if (list == m_order.end() || list->contains(nodeId))
         return;
     list->append(nodeId);
@@ -101,6 +104,7 @@ void ManualNodesSorter::fixOrder(qint64 parentId, qint64 nodeId)
 void ManualNodesSorter::replaceNode(qint64 parentId, qint64 nodeId, qint64 newId)
 {
     QList<qint64> &list = m_order[parentId];
+    // Added at the end when its rows came in.
     list.removeAll(newId);
     const int at = list.indexOf(nodeId);
     if (at < 0)
@@ -119,6 +123,7 @@ void ManualNodesSorter::liftChildren(const TBnode &parent, const QSet<qint64> &r
         if (removed.contains(child->id()))
             appendLifted(*child, removed, list);
     }
+    // Nothing was lifted: without a stored order there is none to write.
     if (list.size() == children.size())
         return;
     m_order.insert(parent.id(), list);
@@ -128,6 +133,7 @@ void ManualNodesSorter::liftChildren(const TBnode &parent, const QSet<qint64> &r
 void ManualNodesSorter::appendLifted(const TBnode &removedNode, const QSet<qint64> &removed,
                                      QList<qint64> &list) const
 {
+    // A stack instead of recursion, the last child first, so that the first one is taken next.
     QList<const TBnode *> open = orderedChildren(removedNode);
     std::reverse(open.begin(), open.end());
     while (!open.isEmpty()) {
@@ -183,6 +189,7 @@ const QHash<qint64, int> &ManualNodesSorter::positions(qint64 parentId) const
 {
     auto places = m_positions.find(parentId);
     if (places == m_positions.end()) {
+        // Made on the first comparison after a change: sorting asks for the same list thousands of times.
         places = m_positions.insert(parentId, {});
         const QList<qint64> list = m_order.value(parentId);
         for (int i = 0; i < list.size(); ++i)
@@ -201,6 +208,7 @@ QDataStream &operator<<(QDataStream &stream, const ManualNodesSorter &sorter)
 QDataStream &operator>>(QDataStream &stream, ManualNodesSorter &sorter)
 {
     QMap<qint64, QList<qint64>> order;
+    // By hand and not by the toolkit's operator, which makes room for any count that a damaged store tells.
     quint32 count = 0;
     stream >> count;
     for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {

@@ -181,6 +181,7 @@ void TBtreeModel::clearCurrentNode()
 
 void TBtreeModel::initRootNode(const Map<qint64, TBnode *> &nodes)
 {
+    // By type and id, as the node itself belongs to records that go.
     const bool hadCurrent = m_currentNode;
     const NodeType currentType = hadCurrent ? m_currentNode->nodeType() : AllFiles;
     const qint64 currentId = hadCurrent ? m_currentNode->id() : 0;
@@ -194,6 +195,7 @@ void TBtreeModel::initRootNode(const Map<qint64, TBnode *> &nodes)
     }
     makeFixedNodes();
     {
+        // Within a reset: views must not be told of rows on top of it.
         const QSignalBlocker blocker(m_allFilesNode.get());
         attachAll(nodes.items());
     }
@@ -216,6 +218,7 @@ void TBtreeModel::attachAll(const QMap<qint64, TBnode *> &nodes)
 {
     QList<TBnode *> orphans;
     for (TBnode *node : nodes) {
+        // Those with a parent come below it with the branch that they belong to.
         if (!node->parentNode())
             orphans.append(node);
     }
@@ -225,6 +228,7 @@ void TBtreeModel::attachAll(const QMap<qint64, TBnode *> &nodes)
 
 void TBtreeModel::beginManyChanges()
 {
+    // From here on signals of nodes only gather; whoever reads in between sees the tree as it is.
     m_isResetting = true;
     beginResetModel();
 }
@@ -265,6 +269,7 @@ void TBtreeModel::beforeRemoveChildrenNode(const QList<TBnode *> &children, TBno
     m_isChangeShown = !m_isResetting && !TreeWalk::hidesChildren(*parentNode);
     if (m_isChangeShown) {
         const int first = parentNode->indexOf(children.first());
+        // Rows can be removed as one range only.
         m_isScattered = !ChildRuns::isRun(*parentNode, children, first);
         if (m_isScattered)
             beginResetModel();
@@ -338,6 +343,7 @@ void TBtreeModel::connectNode(TBnode *top)
 
 void TBtreeModel::followNode(TBnode *node)
 {
+    // Fixed nodes never change and have no children.
     if (node != m_allFilesNode.get() && node->nodeType() != TagNode)
         return;
     // A node may come back from another place of the tree.
@@ -363,6 +369,7 @@ void TBtreeModel::followNode(TBnode *node)
 void TBtreeModel::disconnectNode(TBnode *top)
 {
     for (TBnode *node : TreeWalk::branch(top)) {
+        // The node may be deleted behind this signal.
         if (node == m_currentNode)
             m_currentNode = nullptr;
         disconnect(node, nullptr, this, nullptr);
