@@ -77,6 +77,7 @@ void MainViewController::connectManager()
     connect(source, &DatabaseManger::filesAdded, m_contents, &ContentsModel::addFiles);
     connect(source, &DatabaseManger::filesRemoved, m_contents, &ContentsModel::removeFiles);
     connect(source, &DatabaseManger::filesChanged, m_contents, &ContentsModel::updateFiles);
+    // In slices at first, one repainting at the end of all.
     connect(source, &DatabaseManger::fileTagsChanged, m_contents, &ContentsModel::updateTags);
     connect(source, &DatabaseManger::fileTagsSettled, m_contents, &ContentsModel::showTags);
     connect(source, &DatabaseManger::updateMissedFiles, m_contents, &ContentsModel::repaintFiles);
@@ -116,6 +117,7 @@ void MainViewController::load()
 
 void MainViewController::readSettings()
 {
+    // How long a file counts as new is one of the settings.
     if (m_filter->nodeType() == RecentlyAddedFiles)
         m_filter->setSpecialNode(RecentlyAddedFiles);
 }
@@ -127,6 +129,7 @@ void MainViewController::loadedFilesDataFromDB(const Map<qint64, File *> &files)
 
 void MainViewController::showSpecialNode(NodeType type)
 {
+    // Before the filter changes, so that a million rows are sorted and searched once and not twice.
     m_sorter->prepareFilterText(QString());
     m_filter->setSpecialNode(type);
     emit tagRequirementsChanged(type, {}, {}, {});
@@ -198,6 +201,7 @@ void MainViewController::showRelated(const QVector<qint64> &fileIds)
     const QVector<qint64> tagIds = file->tags();
     // The tags are marked in their table, as if they had been chosen there.
     if (m_tags)
+        // This comes back here by way of the tags.
         m_tags->showTagsSelected(tagIds);
     else
         showTagsSelected(tagIds);
@@ -259,6 +263,7 @@ void MainViewController::transferToInternal(const QVector<qint64> &fileIds)
     QVector<qint64> external;
     for (const qint64 fileId : fileIds) {
         const File *file = m_contents->fileAt(m_contents->rowOf(fileId));
+        // The others have their contents where they belong, or none.
         if (file && file->internal() == FileKind::external)
             external.append(fileId);
     }
@@ -291,6 +296,7 @@ void MainViewController::openTemporaryCopy(qint64 fileId)
     const File *file = manager() ? manager()->file(fileId) : nullptr;
     if (!file || file->internal() != FileKind::internal)
         return;
+    // Counted, as the answer tells nothing but the path, and none at all of a failure.
     ++m_awaitedCopies;
     manager()->extractToTemporary(fileId);
 }
@@ -360,6 +366,7 @@ void MainViewController::reloadThumbnail(qint64 fileId)
 
 void MainViewController::forgetGoneTags()
 {
+    // Tags may have gone with a reload, which names none of them.
     const TagRequirements asked = m_filter->requirements();
     QVector<qint64> tagIds =
         asked.required + asked.eitherOr + asked.excluded + asked.eitherOrWidened + asked.excludedWidened;

@@ -19,6 +19,8 @@ template <class List>
 void registerListStream(const char *name)
 {
     qRegisterMetaTypeStreamOperators<List>(name);
+    // The later registration holds: the toolkit's own reading would make room for any count that the store
+    // tells.
     QMetaType::registerStreamOperators(
         name, [](QDataStream &stream, const void *list) { stream << *static_cast<const List *>(list); },
         [](QDataStream &stream, void *list) { readList(stream, *static_cast<List *>(list)); });
@@ -35,6 +37,7 @@ void registerMetaTypes()
     qRegisterMetaType<DeletedFileRepresentations>("DeletedFileRepresentations");
 
     qRegisterMetaTypeStreamOperators<DBDetails>("DBDetails");
+    // The names stand in the settings of all versions.
     registerListStream<QQueue<DBDetails>>("QQueue<DBDetails>");
     qRegisterMetaTypeStreamOperators<ManualNodesSorter>("ManualNodesSorter");
     registerListStream<QList<int>>("QList<int>");

@@ -42,6 +42,7 @@ int MiscOperationThread::askUserIfUserNewName(const QString &folder, const QStri
         return UseNewNameChoice;
     case 1:
         return ReplaceChoice;
+    // A closed box has chosen nothing.
     default:
         return CancelChoice;
     }

@@ -52,6 +52,7 @@ void Narrowing::require(const QVector<qint64> &tagIds)
     for (const qint64 tagId : tagIds) {
         if (now.required.contains(tagId))
             continue;
+        // A tag is asked for in one way only; the last word holds.
         forget(now, tagId);
         now.required.append(tagId);
         now.requiredAlternatives.insert(tagId, below({tagId}));
@@ -99,6 +100,7 @@ void Narrowing::askAgain()
     for (auto it = now.requiredAlternatives.begin(); it != now.requiredAlternatives.end(); ++it)
         *it = below({it.key()});
     now.eitherOrWidened = below(now.eitherOr);
+    // Nodes exclude a tag alone unless their option says otherwise.
     if (!now.excludedWidened.isEmpty())
         now.excludedWidened = below(now.excluded);
     ask(now);
@@ -109,6 +111,7 @@ void Narrowing::ask(const TagRequirements &requirements)
     if (m_browsTree)
         m_browsTree->clearCurrentNode();
     const QVector<qint64> marked = requirements.required + requirements.eitherOr;
+    // The last tag was taken off: no requirement would show all files as well, but under no name.
     if (marked.isEmpty() && requirements.excluded.isEmpty()) {
         m_mainView->showSpecialNode(AllFiles);
         if (m_tags)

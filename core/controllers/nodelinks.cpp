@@ -21,6 +21,7 @@ void NodeLinks::unlink(qint64 nodeId)
     const TBnode *node = m_controller.nodeById(nodeId);
     if (!m_manager || !node || !m_controller.mayEdit())
         return;
+    // A copy: each removal takes one off the node's own list.
     const QStringList links = node->autolinks();
     for (const QString &linkId : links)
         m_manager->removeAutoLink(linkId, nodeId);

@@ -6,6 +6,7 @@
 
 NodePath::NodePath(const TagRequirements &requirements)
 {
+    // A path of nodes asks for all of its tags; it cannot say "one of".
     if (requirements.eitherOr.size() > 1 || (requirements.required + requirements.eitherOr).isEmpty())
         return;
     const auto &alternatives = requirements.requiredAlternatives;
@@ -27,6 +28,7 @@ const TBnode *NodePath::standing(const TBnode *top, int &stepCount) const
     const TBnode *node = top;
     for (stepCount = 0; stepCount < m_steps.size(); ++stepCount) {
         const NodeStep &step = m_steps.at(stepCount);
+        // The option of nodes on the way does not matter, so that any of them serves.
         const bool isLast = stepCount == m_steps.size() - 1;
         const auto &children = node->children();
         const auto isStep = [&](const TBnode *child) {

@@ -7,6 +7,7 @@ PostgresCollection::PostgresCollection(const QString &host, const QString &datab
                                        const QString &password, int port, QObject *parent)
     : Collection(Constants::postgresDriver, host, databaseName, user, password, port, parent)
 {
+    // Not in the base class, whose constructor cannot reach makeManager() here.
     build();
 }
 

@@ -50,6 +50,7 @@ Remover::~Remover()
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        // Behind the lock, or the thread could miss it between its look and its wait.
         m_isEnding = true;
     }
     m_changed.notify_all();
@@ -88,9 +89,11 @@ void Remover::run()
         m_current = std::move(m_lots.front());
         m_lots.pop_front();
         lock.unlock();
+        // Without the lock: adding more must not wait for a million deletions.
         free(m_current.files);
         // The analyzer does not follow the counts of shared maps. NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
         free(m_current.others);
+        // At the end of the program the system frees the rest sooner.
         if (!m_isEnding)
             m_current = Lot();
         lock.lock();
@@ -122,6 +125,7 @@ void add(const QList<File *> &files)
 
 void add(Map<qint64, File *> &files, QSet<qint64> &ids)
 {
+    // Shared, not copied; the thread drops the last hold on it.
     const QMap<qint64, File *> items = files.items();
     files.clear();
     if (items.size() <= fewFiles)

@@ -13,6 +13,7 @@ FileCache::FileCache() = default;
 
 FileCache::~FileCache()
 {
+    // Records of a reading that was broken off belong to nobody yet.
     abandonLoad();
     DiscardedFiles::add(m_files, m_missing);
 }
@@ -58,6 +59,7 @@ void FileCache::addSlice(const TableData &rows)
     for (const TableRowData *row : rows) {
         const qint64 fileId = m_columns->fileId(*row);
         if (!m_current || m_current->id() != fileId) {
+            // Rows of a file follow each other: the next id ends it, and its tags are set at once.
             finishFile();
             startFile(*row, fileId);
         }
@@ -94,9 +96,11 @@ QList<File *> FileCache::finishLoad()
     m_highestId = 0;
     m_columns.reset();
     m_isLoading = false;
+    // The old records serve until here, so that views have something to show all the time.
     m_files.swap(m_loading);
     QList<File *> old = m_loading.values();
     m_loading.clear();
+    // Removed while the state from before was being read, which still had them.
     old += take(std::exchange(m_goneMeanwhile, {}));
     return old;
 }
@@ -162,6 +166,7 @@ QList<File *> FileCache::take(const QVector<qint64> &fileIds)
 {
     QList<File *> taken;
     if (m_isLoading)
+        // The running load may bring them once more.
         m_goneMeanwhile += fileIds;
     for (const qint64 fileId : fileIds) {
         File *file = m_files.take(fileId);

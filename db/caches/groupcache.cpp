@@ -36,6 +36,7 @@ void GroupCache::replaceAll(const TableData &rows)
         if (!groups.contains(it.key()))
             gone.append(it.key());
     }
+    // Items that stay keep their identity: docks follow them by pointer.
     remove(gone);
     mergeGroups(groups);
 }
@@ -53,6 +54,7 @@ void GroupCache::mergeGroups(const QMap<qint64, GroupRow> &groups)
             known->setName(it->name);
             known->setTags(it->tags);
         } else {
+            // Hidden at first; the settings say which have a tab.
             m_groups.insert(it.key(), new GroupItem(it.key(), it->name, it->tags, false));
         }
     }

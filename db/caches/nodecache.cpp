@@ -65,6 +65,7 @@ void breakCircles(ParentHash &parents, const QVector<TBnode *> &nodes)
             }
             way.insert(node);
         }
+        // Each node is walked over once, however long the chains are.
         safe.unite(way);
     }
 }
@@ -114,6 +115,7 @@ QList<TBnode *> NodeCache::replaceAll(const TableData &rows)
 {
     Map<qint64, TBnode *> old;
     old.swap(m_nodes);
+    // Into an empty map: with the old nodes there every one of them would be taken for a move.
     merge(rows);
     return old.values();
 }
@@ -177,6 +179,7 @@ Map<qint64, TBnode *> NodeCache::move(const QVector<qint64> &nodeIds, qint64 par
     TBnode *parent = parentId > 0 ? m_nodes.value(parentId) : nullptr;
     if (parentId > 0 && !parent)
         qDebug("Failed to update nodes parent id=%s", qPrintable(QString::number(parentId)));
+    // A node below itself would send every walk through the tree round for ever.
     Ancestors unmovable(parent);
     Map<qint64, TBnode *> moved;
     QList<TBnode *> newChildren;
@@ -190,6 +193,7 @@ Map<qint64, TBnode *> NodeCache::move(const QVector<qint64> &nodeIds, qint64 par
         if (moved.contains(nodeId))
             continue;
         leaving.insert(node);
+        // In the order that was asked for, which the new siblings keep.
         newChildren.append(node);
         moved.insert(nodeId, node);
     }
@@ -218,6 +222,7 @@ NodeCache::Removal NodeCache::take(const QVector<qint64> &nodeIds)
             staying.insert(child);
             removal.orphaned.insert(child->id(), child);
         }
+        // A branch leaves by its top alone; one signal for each node of it would take models minutes.
         if (!gone.contains(node->parentNode()))
             tops.insert(node);
     }

@@ -48,6 +48,7 @@ RelationCache::Nodes RelationCache::add(const QStringList &paths, const NameOf &
         m_nodes.append({path, node});
         m_nodesByPath.insert(path, node);
         added.append({path, node});
+        // Without one, at the top or damaged, the model puts it below its root.
         TRnode *parent = this->node(parentOf(path));
         if (parent)
             parent->addChild(node);
@@ -97,6 +98,7 @@ QList<TRnode *> RelationCache::take(const QStringList &paths)
     }
     for (auto tops = topsByParent.cbegin(); tops != topsByParent.cend(); ++tops)
         tops.key()->removeChildren(*tops);
+    // One pass over the list: taking the nodes out one by one would be quadratic.
     QVector<QPair<QString, TRnode *>> kept;
     kept.reserve(m_nodes.size());
     for (const auto &item : qAsConst(m_nodes)) {

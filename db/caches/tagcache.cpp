@@ -31,6 +31,7 @@ void cutLongTexts(TableRowData &row)
 void copyValues(const TableRowData &from, TableRowData &to)
 {
     for (int i = 0; i < from.columns().size(); ++i) {
+        // A row of an edit may hold only what was changed.
         if (from.at(i).isValid())
             to.setValue(from.columns().at(i), from.at(i));
     }
@@ -91,6 +92,7 @@ TableData TagCache::take(const QVector<qint64> &tagIds)
 {
     TableData taken;
     for (const qint64 tagId : tagIds) {
+        // The caller frees the rows when everybody has been told.
         TableRowData *row = m_rowsById.take(tagId);
         if (!row)
             continue;
@@ -112,6 +114,7 @@ void TagCache::enter(TableRowData *row)
 
 void TagCache::countName(const QString &name)
 {
+    // Counted, as two tags may have one name.
     ++m_nameCounts[name];
 }
 

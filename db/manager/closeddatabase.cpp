@@ -11,6 +11,7 @@
 #include <QSqlQuery>
 
 namespace {
+// In milliseconds.
 const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
 
 /** Neither locked, which each later look would wait for anew, nor made by another program. */
@@ -40,6 +41,7 @@ QStringList ClosedDatabase::tagNames() const
         while (query.next())
             names.append(LongText::kept(DriverTexts::read(query, 0).toString()));
     };
+    // In a function of its own: the connection is closed only when no query on it is left.
     read();
     Connections::close(name);
     return names;

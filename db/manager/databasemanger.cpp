@@ -260,6 +260,7 @@ QSqlError DatabaseManger::openDB()
         return worker.error;
     }
     const ReadBound bound(QSqlDatabase::database(Connections::mainName(), false));
+    // The version last, as it may only be read where the database is not locked.
     readReadOnlyState();
     if (m_providers.general && m_providers.general->isInUse())
         return {QString(), DatabaseLock::inUseText(), QSqlError::ConnectionError,
@@ -320,6 +321,7 @@ bool DatabaseManger::beginReading()
 
 bool DatabaseManger::beginLoad()
 {
+    // One word for the whole reading, instead of one for each table that a lock keeps back.
     m_errors.beginSilence();
     if (beginReading()) {
         m_records.loadState().begin();
@@ -477,6 +479,7 @@ std::unique_ptr<ImageLoading> DatabaseManger::loadImage(qint64 fileId)
 StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &picture)
 {
     EditBase base;
+    // The edit is dropped when others have changed this very file since it was read.
     base.files = {fileId};
     if (!m_pictures || !mayEdit(base))
         return StoredImage::Refused;

@@ -47,6 +47,7 @@ QSqlError tryToWrite(const QSqlDatabase &database)
 {
     const ServerWatch::Waiting waiting(database);
     QSqlQuery query(database);
+    // Rolled back in any case by the transaction around it.
     query.prepare(QStringLiteral("INSERT INTO file_tag VALUES(0,0);"));
     query.exec();
     return query.lastError();
@@ -79,6 +80,7 @@ bool DatabaseVersionCheck::askUser(QSqlDatabase database) const
 {
     // In one transaction: what could be read first, nobody locks until its end.
     const bool isBegun = database.transaction();
+    // The bound ends before anybody is asked, as a box may stand for minutes.
     const Finding finding = [&] {
         const ReadBound bound(database);
         return examine(database, isBegun);
@@ -120,6 +122,7 @@ DatabaseVersionCheck::Finding DatabaseVersionCheck::examine(QSqlDatabase &databa
     const DataBaseUpdater updater(constructor.get());
     if (!updater.isVersionKnown(database))
         return Unknown;
+    // Who may not write is not asked for an upgrade that could only fail.
     return updater.needsUpgrade(database) && !writeError.isValid() ? Old : Fit;
 }
 
@@ -145,6 +148,7 @@ bool DatabaseVersionCheck::upgrade(QSqlDatabase &database) const
     const std::unique_ptr<AbstractQueryConstructor> constructor = makeConstructor(m_details.type());
     const bool upgraded = DataBaseUpdater(constructor.get()).update(database);
     if (!upgraded) {
+        // Between the question and the answer somebody else may have opened it.
         const bool isInUse = database.transaction() && isLock(tryToWrite(database));
         database.rollback();
         if (isInUse) {

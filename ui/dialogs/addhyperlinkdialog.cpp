@@ -48,6 +48,7 @@ void AddHyperlinkDialog::accept()
     else if (!m_take)
         QDialog::accept();
     else if (m_take(hyperlink(), description()))
+        // What was typed stays until the worker tells that it is stored.
         setWaiting(true);
     m_ui->hyperlinkEdit->setFocus();
 }

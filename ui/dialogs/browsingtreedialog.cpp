@@ -50,6 +50,7 @@ BrowsingTreeDialog::BrowsingTreeDialog(BrowsTreeController *controller, QWidget 
     connect(controller->collection(), &Collection::connectionError, this, &QDialog::reject,
             Qt::QueuedConnection);
     m_model->load();
+    // The dialog opens with the shown tree as its current row.
     m_currentId = controller->currentBrowsingTree();
     buildTable();
 

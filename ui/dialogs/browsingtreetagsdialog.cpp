@@ -26,6 +26,7 @@ QVector<qint64> BrowsingTreeTagsDialog::tagsOfTree() const
 {
     QSet<qint64> tagIds;
     const BrowsTreeController *tree = controller()->collection()->browsTreeController();
+    // Without recursion, as a damaged database may chain more nodes than a stack has room for.
     QList<const TBnode *> waiting{tree->rootNode()};
     while (!waiting.isEmpty()) {
         const TBnode *node = waiting.takeLast();

@@ -73,6 +73,8 @@ void ConflictList::updateRows()
     if (m_conflicts.isEmpty())
         return;
     widget()->resize(qMax(viewport()->width(), m_widest), m_conflicts.size() * m_rowHeight);
+    // Rows for the page that is seen and one on either side: widgets for a hundred thousand conflicts would
+    // take minutes and gigabytes.
     const int page = viewport()->height() / m_rowHeight + 1;
     const int top = verticalScrollBar()->value() / m_rowHeight;
     const int first = qMax(0, top - page);
@@ -94,6 +96,7 @@ void ConflictList::updateRows()
             makeRow(row);
     }
     linkRows();
+    // A new row was wider than all before; the second pass makes none.
     if (m_widest > widget()->width())
         updateRows();
 }
@@ -128,6 +131,7 @@ void ConflictList::makeRow(int row)
     group->button(m_choices.at(row))->setChecked(true);
     connect(group, &QButtonGroup::idToggled, this, [this, row](int choice, bool isOn) {
         if (isOn)
+            // Noted at once, as the row's widgets go when it is scrolled away.
             m_choices[row] = choice;
     });
     m_groups.insert(row, group);

@@ -70,6 +70,8 @@ ContentMatchModel::ContentMatchModel(const PresentableDuplicates &duplicates, co
     const QVector<DuplicateMatch> &matches = m_duplicates.contentMatches;
     const QVector<ExternalDuplicateGroup> &groups = m_duplicates.externalDuplicateGroups;
     m_firstRows.reserve(matches.size() + groups.size() + 1);
+    // The first row of each group, so that the line of any row is found by bisection and no text is made
+    // before it is shown.
     m_firstRows.append(headingRows);
     for (const DuplicateMatch &match : matches) {
         const int added = match.addedFiles.size();

@@ -33,6 +33,7 @@ DatabaseConnectDialog::DatabaseConnectDialog(const DBDetails &details, QWidget *
     m_ui->databaseEdit->setText(details.databaseName());
     m_ui->userEdit->setText(details.user());
     m_ui->passwordEdit->setText(details.password());
+    // Still the Ok button, whose place goes by the desktop.
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("&Connect"));
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &DatabaseConnectDialog::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &DatabaseConnectDialog::reject);

@@ -56,6 +56,7 @@ void DatabaseContentsSelector::load()
     for (const auto &box : boxes(*m_ui))
         box.second->setChecked(ExchangeSettings::isWanted(box.first));
     if (m_isShell)
+        // A shell holds no contents.
         m_ui->filesBox->setChecked(false);
     const ExchangeSettings::DescriptionMerge merge = ExchangeSettings::descriptionMerge();
     m_ui->descriptionsBox->setChecked(merge != ExchangeSettings::LeaveDescriptions);
@@ -94,6 +95,7 @@ ImportOptions DatabaseContentsSelector::options() const
 void DatabaseContentsSelector::accept()
 {
     for (const auto &box : boxes(*m_ui)) {
+        // The stored choice outlasts a shell, for which it cannot be made.
         if (!m_isShell || box.first != Part::Files)
             ExchangeSettings::setWanted(box.first, box.second->isChecked());
     }
