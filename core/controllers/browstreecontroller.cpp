@@ -30,11 +30,10 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
     : AbstractController(manager, constructor, collection),
       m_links(*this, manager),
       m_model(new TBtreeModel(this, this)),
-      m_sorterModel(new BrTreeSorterModel(this, this))
+      m_sorterModel(new BrTreeSorterModel(this, this)),
+      m_places(*this, m_sorterModel)
 {
     m_sorterModel->setSourceModel(m_model);
-    // At once, not at the end of the program, which may be a crash.
-    connect(m_sorterModel, &BrTreeSorterModel::orderChanged, this, &BrowsTreeController::storeOrder);
     // Without an interval: many nodes and relations that come in one event are followed once, behind it.
     m_followTimer.setSingleShot(true);
     connect(&m_followTimer, &QTimer::timeout, this, &BrowsTreeController::followShownNode);
@@ -53,7 +52,7 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
 
 BrowsTreeController::~BrowsTreeController()
 {
-    forgetDeletedNodes();
+    m_places.forgetDeleted();
 }
 
 void BrowsTreeController::setPeers(MainViewController *mainView, TagsController *tags,
@@ -117,14 +116,14 @@ void BrowsTreeController::addNodesAbove(const QVector<qint64> &tagIds, qint64 no
     if (keepsPlace)
         // A place can be kept only in an order that is stored: until now the children may have stood by their
         // ids.
-        m_manualOrder.fixOrder(parent->id(), nodeId);
+        m_places.fix(parent->id(), nodeId);
     emit aboutToMoveBranches();
     if (tagIds.size() == 1)
         manager()->addNodeAbove(tagIds.first(), nodeId);
     else
         manager()->addNodesAbove(tagIds, nodeId);
     if (keepsPlace)
-        givePlaceToTop(parent, nodeId);
+        m_places.giveToTop(parent, nodeId);
     emit branchesMoved();
 }
 
@@ -154,19 +153,6 @@ void BrowsTreeController::saveAsNode()
     node->collectTagRequirements(required, excluded);
     nodeActivated(TagNode, nodeId, required, excluded);
     emit nodeSaved();
-}
-
-void BrowsTreeController::givePlaceToTop(const TBnode *parent, qint64 nodeId)
-{
-    const TBnode *top = nodeById(nodeId);
-    while (top && top->parentNode() && top->parentNode() != parent)
-        top = top->parentNode();
-    // Nothing has come between them when the database did not take the nodes.
-    if (!top || top->parentNode() != parent || top->id() == nodeId)
-        return;
-    m_manualOrder.replaceNode(parent->id(), nodeId, top->id());
-    m_sorterModel->invalidate();
-    storeOrder();
 }
 
 void BrowsTreeController::addTagNodes(const QVector<qint64> &tagIds, qint64 nodeId, bool above)
@@ -316,10 +302,9 @@ void BrowsTreeController::nodesLoaded(const Map<qint64, TBnode *> &nodes)
 void BrowsTreeController::nodesAdded(const Map<qint64, TBnode *> &nodes)
 {
     // The database may give the id of a removed node to a new one.
-    forgetDeletedNodes();
+    m_places.forgetDeleted();
     m_model->attachNodes(nodes);
-    for (const TBnode *node : nodes)
-        m_manualOrder.nodeAdded(node->parentNode() ? node->parentNode()->id() : 0, node->id());
+    m_places.nodesAdded(nodes);
     // A node that was moved has left the model for a moment, and its mark with it.
     markCurrentNode();
     m_followTimer.start();
@@ -328,7 +313,7 @@ void BrowsTreeController::nodesAdded(const Map<qint64, TBnode *> &nodes)
 void BrowsTreeController::nodesAboutToGo(const QVector<qint64> &nodeIds)
 {
     emit aboutToMoveBranches();
-    keepPlacesForChildren(nodeIds);
+    m_places.keepForChildren(nodeIds);
     // The children move up, which is a row that moves for each of them.
     int rows = nodeIds.size();
     for (const qint64 nodeId : nodeIds) {
@@ -350,85 +335,30 @@ void BrowsTreeController::tagsAboutToBeRenamed(const QVector<qint64> &tagIds)
         m_model->beginManyChanges();
 }
 
+void BrowsTreeController::nodeDeleted(const QVariant &nodeId)
+{
+    const qint64 id = nodeId.toLongLong();
+    if (currentTagNodeId() > 0 && id == currentTagNodeId())
+        clearCurrentNode();
+    m_places.nodeDeleted(id);
+}
+
 void BrowsTreeController::nodesGone()
 {
     m_model->endManyChanges();
     emit branchesMoved();
 }
 
-void BrowsTreeController::keepPlacesForChildren(const QVector<qint64> &nodeIds)
-{
-    forgetDeletedNodes();
-    const QSet<qint64> removed(nodeIds.cbegin(), nodeIds.cend());
-    QSet<const TBnode *> parents;
-    for (const qint64 nodeId : nodeIds) {
-        const TBnode *node = nodeById(nodeId);
-        const TBnode *parent = node ? node->parentNode() : nullptr;
-        // Of a branch that goes as a whole only the topmost node leaves children to a parent that stays.
-        if (parent && !removed.contains(parent->id()))
-            parents.insert(parent);
-    }
-    for (const TBnode *parent : qAsConst(parents))
-        m_manualOrder.liftChildren(*parent, removed);
-}
-
-void BrowsTreeController::nodeDeleted(const QVariant &nodeId)
-{
-    const qint64 id = nodeId.toLongLong();
-    if (currentTagNodeId() > 0 && id == currentTagNodeId())
-        clearCurrentNode();
-    // A whole branch goes node by node; its places are given up together.
-    if (m_deletedNodes.isEmpty())
-        QTimer::singleShot(0, this, &BrowsTreeController::forgetDeletedNodes);
-    m_deletedNodes.insert(id);
-}
-
-void BrowsTreeController::forgetDeletedNodes()
-{
-    if (m_deletedNodes.isEmpty())
-        return;
-    QMap<qint64, QList<qint64>> order;
-    m_manualOrder.save(order);
-    bool isChanged = false;
-    for (auto list = order.constBegin(); list != order.constEnd(); ++list) {
-        const bool isParentGone = m_deletedNodes.contains(list.key());
-        if (isParentGone)
-            m_manualOrder.nodeRemoved(0, list.key());
-        isChanged |= isParentGone;
-        for (const qint64 id : list.value()) {
-            if (!m_deletedNodes.contains(id))
-                continue;
-            m_manualOrder.nodeRemoved(list.key(), id);
-            isChanged = true;
-        }
-    }
-    m_deletedNodes.clear();
-    if (isChanged)
-        storeOrder();
-}
-
 void BrowsTreeController::reloadSorting()
 {
-    m_manualOrder.load(collection()->settings()->nodeOrder());
-    m_manualOrder.setTree(m_model->rootNode());
-    m_sorterModel->setSorting(ViewSettings::nodeSortingType(), &m_manualOrder);
+    m_places.read();
 }
 
 void BrowsTreeController::setManualOrder(const QVariant &value)
 {
-    forgetDeletedNodes();
     emit aboutToMoveBranches();
-    m_manualOrder = value.value<ManualNodesSorter>();
-    m_sorterModel->invalidate();
-    storeOrder();
+    m_places.setValue(value);
     emit branchesMoved();
-}
-
-void BrowsTreeController::storeOrder()
-{
-    QMap<qint64, QList<qint64>> order;
-    m_manualOrder.save(order);
-    collection()->settings()->setNodeOrder(order);
 }
 
 qint64 BrowsTreeController::currentBrowsingTree() const

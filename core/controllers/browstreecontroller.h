@@ -2,10 +2,10 @@
 
 #include "core/controllers/abstractcontroller.h"
 #include "core/controllers/nodelinks.h"
+#include "core/controllers/nodeplaces.h"
 #include "core/records/recordtypes.h"
 #include "models/contents/tagrequirements.h"
 #include "models/trees/browsingtreeshost.h"
-#include "models/trees/manualnodessorter.h"
 #include "models/trees/nodeshost.h"
 
 #include <QHash>
@@ -98,7 +98,7 @@ public:
     void reloadSorting();
 
     /** The order by hand, as a value of its sorter, and back. */
-    QVariant manualOrder() const { return QVariant::fromValue(m_manualOrder); }
+    QVariant manualOrder() const { return m_places.value(); }
     void setManualOrder(const QVariant &order);
 
     TBtreeModel *model() const { return m_model; }
@@ -137,15 +137,11 @@ private:
     void nodesGone();
     void tagsAboutToBeRenamed(const QVector<qint64> &tagIds);
     void nodeDeleted(const QVariant &nodeId);
-    void forgetDeletedNodes();
     void nodesLoaded(const Map<qint64, TBnode *> &nodes);
     void nodesAdded(const Map<qint64, TBnode *> &nodes);
     void markCurrentNode();
     void makeTreeCurrent(qint64 treeId);
     bool hasOtherTreeNamed(const QString &name, qint64 treeId) const;
-    void keepPlacesForChildren(const QVector<qint64> &nodeIds);
-    void givePlaceToTop(const TBnode *parent, qint64 nodeId);
-    void storeOrder();
 
     MainViewController *m_mainView = nullptr;
     TagsController *m_tags = nullptr;
@@ -153,10 +149,9 @@ private:
     NodeLinks m_links;
     TBtreeModel *m_model;
     BrTreeSorterModel *m_sorterModel;
-    ManualNodesSorter m_manualOrder;
+    NodePlaces m_places;
     TagRequirements m_shown;
     QTimer m_followTimer; ///< gathers the changes of one edit
     int m_currentType = 0;
     qint64 m_currentId = 0;
-    QSet<qint64> m_deletedNodes; ///< still in the order by hand
 };
