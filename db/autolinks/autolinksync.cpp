@@ -252,6 +252,11 @@ void AutoLinkSync::serve(const LinkedFolder &folder)
         else
             wait = wait == 0 ? missing : qMin(wait, missing);
     }
+    // What comes by itself comes together; whoever asks for it gets what there is.
+    const bool isAskedFor = !m_round.value(folder.linkId).notifyNodes.isEmpty();
+    const qint64 hold = holdOf(folder.linkId, wait > 0 && !fresh.isEmpty() && !isAskedFor);
+    if (hold > 0)
+        fresh.clear();
     // A file that one node took in is known from then on: the others would never get it.
     for (const qint64 nodeId : link->nodes()) {
         // A node that was linked just now gets what its folder holds, not only what comes to it.
@@ -265,7 +270,19 @@ void AutoLinkSync::serve(const LinkedFolder &folder)
     int &waits = m_waits[folder.linkId];
     waits = wait > 0 ? waits + 1 : 0;
     if (wait > 0)
-        requestLater(folder.linkId, qMin(m_untilLookBack, wait << qMin(waits / 2, 10)));
+        requestLater(folder.linkId, qMin(hold > 0 ? hold : m_untilLookBack, wait << qMin(waits / 2, 10)));
+}
+
+qint64 AutoLinkSync::holdOf(const QString &linkId, bool isHeld)
+{
+    const qint64 now = m_clock.elapsed();
+    // In a folder where something is always written the newest file never is old enough.
+    const qint64 rest = isHeld ? m_heldSince.value(linkId, now) + m_untilLookBack - now : 0;
+    if (rest <= 0)
+        m_heldSince.remove(linkId);
+    else if (!m_heldSince.contains(linkId))
+        m_heldSince.insert(linkId, now);
+    return qMax<qint64>(0, rest);
 }
 
 void AutoLinkSync::hand(AutoLink &link, qint64 nodeId, const QHash<QString, FolderFile> &files, bool isOfAll)

@@ -89,6 +89,8 @@ private:
     void arm();
     void startRound();
     void requestLater(const QString &linkId, qint64 milliseconds);
+    /** How long files that are whole wait for a younger one of their folder, in milliseconds. */
+    qint64 holdOf(const QString &linkId, bool isHeld);
     static Seen look(const QHash<QString, LinkedFolder> &links, const QStringList &due,
                      const QString &databasePath, const ShouldEnd &shouldEnd);
     void takeSeen(const Seen &seen);
@@ -123,7 +125,8 @@ private:
     qint64 m_lastRequest = 0;
     QHash<QString, StandIn> m_standIns;
     QHash<QString, Ahead> m_ahead;
-    QHash<QString, int> m_waits; ///< how often in turn something of a link's folder was not whole
+    QHash<QString, int> m_waits;        ///< how often in turn something of a link's folder was not whole
+    QHash<QString, qint64> m_heldSince; ///< when files of a link's folder began to wait for younger ones
     QHash<QString, QStringList> m_toldNames;
     qint64 m_untilWhole = 2000;
     qint64 m_untilLookBack = 30000;
