@@ -128,6 +128,22 @@ private slots:
         QVERIFY(isMissing(1));
     }
 
+    void pauseHoldsASingleLookToo()
+    {
+        MainViewController &view = m_fixture->mainView();
+        QVERIFY(remove("1.txt"));
+        QVERIFY(remove("2.txt"));
+        openFirst(1);
+        view.pauseChecking();
+        view.checkPresence(m_ids.at(2));
+        settle();
+        QVERIFY(!isMissing(1) && !isMissing(2));
+        view.resumeChecking();
+        settle();
+        QVERIFY(isMissing(1) && isMissing(2));
+        m_fixture->takeBoxes();
+    }
+
     void openingLooksForTheFile()
     {
         QVERIFY(remove("1.txt"));

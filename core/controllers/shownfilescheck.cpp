@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace {
 constexpr int retryMilliseconds = 10000;
@@ -41,7 +42,10 @@ void ShownFilesCheck::look(qint64 fileId)
     if (!m_manager)
         return;
     m_manager->refreshFilePaths(fileId);
-    m_manager->checkExternalFiles({fileId}, false);
+    if (isPaused())
+        m_heldFiles.append(fileId);
+    else
+        m_manager->checkExternalFiles({fileId}, false);
 }
 
 void ShownFilesCheck::pause()
@@ -50,13 +54,19 @@ void ShownFilesCheck::pause()
     const bool wasRunning = m_manager && m_manager->endChecks();
     m_isDue = m_isDue || wasRunning || m_timer.isActive();
     m_timer.stop();
+    if (m_manager)
+        m_heldFiles += m_manager->endSingleChecks();
 }
 
 void ShownFilesCheck::resume()
 {
     m_pauses = qMax(0, m_pauses - 1);
-    if (m_isDue && !isPaused())
+    if (isPaused())
+        return;
+    if (m_isDue)
         start();
+    if (m_manager && !m_heldFiles.isEmpty())
+        m_manager->checkExternalFiles(std::exchange(m_heldFiles, {}), false);
 }
 
 bool ShownFilesCheck::isShown(qint64 fileId) const

@@ -47,5 +47,6 @@ private:
     QTimer m_timer;
     mutable std::optional<bool> m_hasMissing; ///< null until it is asked for
     int m_pauses = 0;
-    bool m_isDue = false; ///< after the pause
+    QVector<qint64> m_heldFiles; ///< to be looked at by themselves after the pause
+    bool m_isDue = false;        ///< after the pause
 };

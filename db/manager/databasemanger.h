@@ -297,6 +297,8 @@ public:
     }
     /** Ends those that may be ended. True when one had not come to its end. */
     virtual bool endChecks() { return m_fileEdits.endChecks(); }
+    /** Ends the others as well. The files that are to be looked at once more. */
+    QVector<qint64> endSingleChecks() { return m_fileEdits.endSingleChecks(); }
     /** Mends the paths of external files that have moved with the database or away from it. */
     virtual void relinkPaths(const QVector<qint64> &fileIds) { Q_UNUSED(fileIds) }
     /** The same for one file, at once. False when it is not to be found. */

@@ -164,6 +164,11 @@ bool FileEdits::endChecks()
     return m_worker && m_worker->endChecks();
 }
 
+QVector<qint64> FileEdits::endSingleChecks()
+{
+    return m_worker ? m_worker->endSingleChecks() : QVector<qint64>();
+}
+
 void FileEdits::request(const std::function<void(FileOperationProvider &)> &task)
 {
     FileOperationProvider *worker = m_worker;

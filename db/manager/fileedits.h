@@ -77,6 +77,7 @@ public:
     void locateFiles(const QMap<qint64, QString> &paths);
     void checkExternalFiles(const QVector<qint64> &fileIds, bool givesWay, bool marksOnly);
     bool endChecks();
+    QVector<qint64> endSingleChecks();
 
 private:
     bool edit(const EditBase &base, const std::function<bool(MainViewProvider &)> &change);

@@ -308,6 +308,11 @@ bool FileOperationProvider::endChecks()
     return m_worker && m_worker->endChecks();
 }
 
+QVector<qint64> FileOperationProvider::endSingleChecks()
+{
+    return m_worker ? m_worker->endSingleChecks() : QVector<qint64>();
+}
+
 void FileOperationProvider::importDatabase(const QString &source, bool isShell, const ImportOptions &options)
 {
     FileOperation operation;

@@ -79,6 +79,8 @@ public:
     void locateFiles(const QVector<qint64> &ids, const QStringList &paths, const QStringList &idCodes = {});
     /** Ends the checks that give way. True when one had not come to its end. */
     bool endChecks();
+    /** Ends the others. The files that are to be looked at once more. */
+    QVector<qint64> endSingleChecks();
     void setBrowsingTreeId(qint64 id);
     /** Ends the running operation and those in the queue; nothing when idle. */
     void cancelOperations();

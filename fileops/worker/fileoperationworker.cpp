@@ -69,8 +69,31 @@ bool FileOperationWorker::dropChecks()
     const bool hasDropped = firstGone != m_queue.end();
     qDeleteAll(firstGone, m_queue.end());
     m_queue.erase(firstGone, m_queue.end());
-    m_isOutdated = m_isRunning && m_runsCheck;
-    return hasDropped || m_isOutdated;
+    const bool runsOne = m_isRunning && m_runsCheck;
+    if (runsOne)
+        m_isOutdated = true;
+    return hasDropped || runsOne;
+}
+
+QVector<qint64> FileOperationWorker::endSingleChecks()
+{
+    const QMutexLocker locker(&m_queueMutex);
+    QVector<qint64> ids;
+    const auto take = [&ids](FileOperation *record) {
+        if (record->type != FileOperationType::CheckExternalFilesOperation || record->givesWay)
+            return false;
+        ids += record->fileIds;
+        if (record->modifiedFiles)
+            ids += record->modifiedFiles->keys().toVector();
+        delete record;
+        return true;
+    };
+    m_queue.erase(std::remove_if(m_queue.begin(), m_queue.end(), take), m_queue.end());
+    if (m_isRunning && !m_filesInSingleCheck.isEmpty()) {
+        ids += m_filesInSingleCheck;
+        m_isOutdated = true;
+    }
+    return ids;
 }
 
 void FileOperationWorker::forgetThumbnail(qint64 fileId)
@@ -283,6 +306,12 @@ bool FileOperationWorker::takeNext(FileOperation &operation)
     FileOperation *first = m_queue.first();
     operation = *first;
     m_runsCheck = first->givesWay;
+    m_filesInSingleCheck.clear();
+    if (first->type == FileOperationType::CheckExternalFilesOperation && !first->givesWay) {
+        m_filesInSingleCheck = first->fileIds;
+        if (first->modifiedFiles)
+            m_filesInSingleCheck += first->modifiedFiles->keys().toVector();
+    }
     m_isOutdated = false;
     // The rest may be forgotten while these are loaded.
     if (first->type == FileOperationType::LoadThumbnailsOperation &&
@@ -335,6 +364,7 @@ void FileOperationWorker::finishRun()
     const QMutexLocker locker(&m_queueMutex);
     m_isRunning = false;
     m_runsCheck = false;
+    m_filesInSingleCheck.clear();
     // A record that came in the meantime keeps a cancel that was meant for it.
     if (m_queue.isEmpty()) {
         const QMutexLocker cancelLocker(&m_cancelMutex);

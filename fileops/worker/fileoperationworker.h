@@ -51,6 +51,8 @@ public:
     void postpone(const FileOperation &rest);
     /** Ends the checks that give way, running or queued. True when there was one. */
     bool endChecks();
+    /** Ends the others, running or queued, and gives the ids of their files. */
+    QVector<qint64> endSingleChecks();
     /** Takes the first request for this thumbnail out of the queue again. */
     void forgetThumbnail(qint64 fileId);
     /** Ends the running operation and, each at its first check, those in the queue; nothing when idle. */
@@ -173,8 +175,9 @@ private:
 
     mutable QMutex m_queueMutex;
     QList<FileOperation *> m_queue;
-    bool m_isRunning = false; ///< guarded with the queue
-    bool m_runsCheck = false; ///< one that gives way; guarded likewise
+    bool m_isRunning = false;             ///< guarded with the queue
+    bool m_runsCheck = false;             ///< one that gives way; guarded likewise
+    QVector<qint64> m_filesInSingleCheck; ///< of the running one that does not; guarded likewise
     std::atomic<bool> m_isOutdated{false};
 
     mutable QMutex m_stopMutex;
