@@ -39,6 +39,21 @@ private slots:
     void init() { m_fixture = std::make_unique<WindowFixture>(); }
     void cleanup() { m_fixture.reset(); }
 
+    void theTreesGetRoomForTheNameOfATree()
+    {
+        window().resize(1400, 800);
+        window().show();
+        auto *dock = window().findChild<QDockWidget *>("BrowsingTreeDock"_s);
+        const int first = dock->width();
+        dock->setWindowTitle("Browsing Tree: "_s + QString(18, QLatin1Char('m')));
+        const int wide = dock->width();
+        QVERIFY2(wide > first, qPrintable(QString::number(first)));
+        // As it is by hand, it stays.
+        window().resizeDocks({dock}, {wide - 20}, Qt::Horizontal);
+        dock->setWindowTitle("Browsing Tree: "_s + QString(40, QLatin1Char('m')));
+        QCOMPARE(dock->width(), wide - 20);
+    }
+
     void windowFollowsDatabase()
     {
         const QAction *info = m_fixture->action("Database Info"_s);

@@ -56,6 +56,8 @@ WindowParts::WindowParts(QMainWindow *window)
     m_metadataDock->setObjectName(QStringLiteral("MetaDataDock"));
     m_browsingDock->setObjectName(QStringLiteral("BrowsingTreeDock"));
     new DockTabBars(window);
+    // The name of a tree is not known before a database is open.
+    connect(m_browsingDock, &QDockWidget::windowTitleChanged, this, &WindowParts::widenTrees);
     connect(m_files, &MainFilesView::statusTextChanged, m_status, &StatusLine::setText);
     connect(m_files, &MainFilesView::sizesChanged, m_status, &StatusLine::setSizes);
     connect(m_files, &MainFilesView::fileSelected, m_metadataDock, &MetaInfoDock::selectFile);
@@ -105,14 +107,32 @@ void WindowParts::arrangeDocks()
     // The files are what the window is for: they get all room that the docks do not need.
     m_window->layout()->activate();
     const auto byFont = [this](int pixels) { return FontScale::byFont(pixels, m_window); };
-    m_window->resizeDocks(
-        {m_tagsDock, m_relationsDock},
-        {qMax(byFont(tagsWidth), m_tagsDock->tabsWidth()),
-         qBound(byFont(treesWidth), tabsWidth({m_relationsDock, m_browsingDock}), byFont(mostTreesWidth))},
-        Qt::Horizontal);
+    m_window->resizeDocks({m_tagsDock, m_relationsDock},
+                          {qMax(byFont(tagsWidth), m_tagsDock->tabsWidth()), wantedTreesWidth()},
+                          Qt::Horizontal);
     m_window->resizeDocks({m_externalFilesDock, m_relationsDock, m_metadataDock},
                           {byFont(externalFilesHeight), 3 * byFont(metadataHeight), byFont(metadataHeight)},
                           Qt::Vertical);
+    m_window->layout()->activate();
+    m_treesWidth = m_browsingDock->width();
+}
+
+int WindowParts::wantedTreesWidth() const
+{
+    return qBound(FontScale::byFont(treesWidth, m_window), tabsWidth({m_relationsDock, m_browsingDock}),
+                  FontScale::byFont(mostTreesWidth, m_window));
+}
+
+void WindowParts::widenTrees()
+{
+    // What somebody has dragged to another width stays as it is.
+    m_window->layout()->activate();
+    const int wanted = wantedTreesWidth();
+    if (wanted <= m_treesWidth || m_browsingDock->isFloating() || m_browsingDock->width() != m_treesWidth)
+        return;
+    m_window->resizeDocks({m_browsingDock}, {wanted}, Qt::Horizontal);
+    m_window->layout()->activate();
+    m_treesWidth = m_browsingDock->width();
 }
 
 void WindowParts::arrangeTabOrder(const MainUi &ui)

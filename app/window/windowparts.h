@@ -43,6 +43,8 @@ public:
 
 private:
     QList<QDockWidget *> docks() const;
+    int wantedTreesWidth() const;
+    void widenTrees();
 
     QMainWindow *m_window;
     MainFilesView *m_files;
@@ -53,4 +55,5 @@ private:
     ExternalFilesDock *m_externalFilesDock;
     StatusLine *m_status;
     KeptPlaces *m_places;
+    int m_treesWidth = 0; // as given by the arrangement, not by hand
 };
