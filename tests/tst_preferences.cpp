@@ -11,6 +11,7 @@
 #include "models/trees/brtreesortermodel.h"
 #include "net/updatehandler.h"
 #include "tests/support/windowfixture.h"
+#include "ui/dialogs/filemodificationdialog.h"
 #include "ui/dialogs/preferencesdialog.h"
 
 #include <QApplication>
@@ -158,8 +159,17 @@ private slots:
                 QVERIFY2(control(dialog, row), row.key);
                 QVERIFY2(shown(dialog, row) == row.fallback, row.key);
             }
+            const auto label = [&dialog](const QString &name) {
+                return dialog.findChild<QLabel *>(name)->text();
+            };
+            QCOMPARE(label("newFilesUnit"_s) + QLatin1Char(' ') + label("slideshowUnit"_s),
+                     "minutes seconds"_s);
+            QCOMPARE(label("nodePlaceNote"_s),
+                     "Note: Nodes can be inserted above the level of the drop-point "
+                     "node by holding the Alt key when dragging."_s);
+            // What is disabled cannot be clicked: the limit's switch comes first, those that others depend on
+            // last.
             enter(dialog, rowOf("PreferencesDialog/autoTagRecursionLimitSet"), true);
-            // Those that others depend on come last: what is disabled cannot be clicked.
             for (int i = rows().size() - 1; i >= 0; --i)
                 enter(dialog, rows().at(i), rows().at(i).other);
             press(dialog, QDialogButtonBox::Ok);
@@ -391,14 +401,15 @@ private slots:
         addColumns<QByteArray>("key");
         addRow("continuously", QByteArray("autoLinkContinuously"));
         addRow("when its node is selected", QByteArray("autoLinkWhenSelected"));
+        addRow("when the program starts", QByteArray("checkAutoLinkWhenLaunched"));
     }
 
     void linksFoldersAtOnce()
     {
         QFETCH(QByteArray, key);
-        for (const char *each : {"autoLinkContinuously", "autoLinkWhenSelected"})
+        for (const char *each : {"autoLinkContinuously", "autoLinkWhenSelected", "checkAutoLinkWhenLaunched"})
             QSettings().setValue("PreferencesDialog/"_s + QLatin1String(each), false);
-        m_fixture->openNew();
+        const QString path = m_fixture->openNew();
         const Collection *collection = m_fixture->window().collection();
         auto *manager = collection->findChild<DatabaseManger *>();
         auto *sync = manager->findChild<AutoLinkSync *>();
@@ -413,8 +424,37 @@ private slots:
         m_fixture->write("in/a.txt"_s, "a");
         if (key == "autoLinkWhenSelected")
             collection->browsTreeController()->nodeActivated(TagNode, node, {tag}, {});
+        if (key == "checkAutoLinkWhenLaunched") {
+            m_fixture->window().closeDatabase();
+            QVERIFY(m_fixture->window().openDatabase(DBDetails::local(path)));
+            manager = m_fixture->window().collection()->findChild<DatabaseManger *>();
+        }
         QTRY_COMPARE(manager->files().size(), 1);
         QTRY_VERIFY(!manager->isBusy());
+    }
+
+    void advisesOfModifiedFilesAtOnce()
+    {
+        m_fixture->openNew();
+        const Collection *collection = m_fixture->window().collection();
+        auto *manager = collection->findChild<DatabaseManger *>();
+        m_fixture->write("a.txt"_s, "");
+        collection->mainViewController()->addUrls({QUrl::fromLocalFile(m_fixture->path("a.txt"_s))});
+        QTRY_COMPARE(manager->files().size(), 1);
+        const auto isTold = [] {
+            const QWidgetList windows = QApplication::topLevelWidgets();
+            return std::any_of(windows.cbegin(), windows.cend(), [](QWidget *window) {
+                return qobject_cast<FileModificationDialog *>(window) && window->isVisible();
+            });
+        };
+        QByteArray contents;
+        for (const bool advises : {false, true}) {
+            runPreferences({{"PreferencesDialog/adviseOfModifiedFiles", advises}});
+            m_fixture->write("a.txt"_s, contents += "more");
+            collection->mainViewController()->showSpecialNode(advises ? AllFiles : AllExternalFiles);
+            QTRY_COMPARE(manager->files().begin().value()->size(), contents.size());
+            QTRY_COMPARE(isTold(), advises);
+        }
     }
 
     void looksForUpdatesOnceThatIsSwitchedOn()
