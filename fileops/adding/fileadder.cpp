@@ -96,12 +96,12 @@ bool FileAdder::addThumbnail(const QString &path, qint64 &thumbnailId)
 {
     if (thumbnailId == 0)
         return true;
-    const QImage canvas = m_thumbnails.canvasOf(path);
-    if (canvas.isNull())
+    const QByteArray png = m_thumbnails.pngOf(path);
+    if (png.isEmpty())
         thumbnailId = 0;
     // A row that does not go in may have ended the whole transaction, as a full disk does: going on would
     // write the rest of this file outside of it.
-    return thumbnailId == 0 || ThumbnailMaker(m_worker).store(canvas, thumbnailId, true);
+    return thumbnailId == 0 || ThumbnailMaker(m_worker).store(png, thumbnailId, true);
 }
 
 bool FileAdder::gatherExternal(const QString &path, const FileChecksum &known, NewFile &file)
@@ -143,9 +143,7 @@ FileAdder::Outcome FileAdder::storeContents(const QString &path, const FileCheck
 bool FileAdder::insertRows(const QString &path, const NewFile &file)
 {
     QString idCode;
-    if (!m_checksIdCodes)
-        idCode = m_worker.drawIdCode();
-    else if (!m_worker.nextIdCode(idCode))
+    if (!m_worker.nextIdCode(idCode))
         return false;
     static const QString intoFiles =
         QStringLiteral("INSERT INTO files (file_id,file_name,file_description,file_size,addition_date,"

@@ -28,12 +28,6 @@ public:
     /** `known` may hold what an earlier reading of the file told; it is used while the file is unchanged. */
     Outcome addFilesList(const QString &path, const FileChecksum &known, qint64 &fileId);
 
-    /**
-     * Whether handles are asked for in the database first. Without that, which saves a tenth of the time, a
-     * file fails by chance and is to be tried again with it.
-     */
-    void setChecksIdCodes(bool checks) { m_checksIdCodes = checks; }
-
     /** True for texts that name something on this computer, which never become hyperlinks. */
     static bool isLocal(const QString &text);
 
@@ -53,6 +47,5 @@ private:
     ContentWriter m_writer;
     const qint32 m_kind;
     qint64 m_loadId;
-    bool m_checksIdCodes = true;
     Database::RelativePaths m_relativePaths;
 };

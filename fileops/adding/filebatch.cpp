@@ -13,11 +13,9 @@
 
 namespace {
 
-// With a million files one drawn handle in eighty is taken, and a run in ten is repeated for it.
-constexpr int filesInRun = 8;
-// Of rows that are gathered: what is held in memory, and repeated when one fails.
-constexpr int mostFilesGathered = 250;
-constexpr qint64 mostBytesGathered = qint64(4) * 1024 * 1024;
+// What is repeated when one file fails, and held in memory where rows are gathered.
+constexpr int mostFilesInRun = 250;
+constexpr qint64 mostBytesInRun = qint64(4) * 1024 * 1024;
 constexpr qint64 bytesOfThumbnail = qint64(32) * 1024;
 
 } // namespace
@@ -58,11 +56,11 @@ int FileBatch::endOfRun(int from) const
 {
     const int rest = m_request.paths.size() - from;
     // Contents are too dear to be stored twice because another file of the run fails.
-    if (!m_worker.gathersRows())
-        return from + qMin(rest, m_request.kind == FileKind::internal ? 1 : filesInRun);
+    if (m_request.kind == FileKind::internal && !m_worker.gathersRows())
+        return from + 1;
     int to = from + 1;
     qint64 bytes = weightOf(from);
-    while (to < from + qMin(rest, mostFilesGathered) && (bytes += weightOf(to)) <= mostBytesGathered)
+    while (to < from + qMin(rest, mostFilesInRun) && (bytes += weightOf(to)) <= mostBytesInRun)
         ++to;
     return to;
 }
@@ -84,8 +82,6 @@ bool FileBatch::addRun(int from, int to)
 {
     const int addedBefore = m_added.size();
     const int unreadBefore = m_unread.size();
-    // Among so many, one whose handle is taken would be in each run.
-    m_adder->setChecksIdCodes(m_worker.gathersRows());
     Savepoint savepoint(m_worker);
     const bool isGood = savepoint.isActive() && gatherRun(from, to);
     if (isGood && savepoint.release())
@@ -122,7 +118,6 @@ bool FileBatch::gatherRun(int from, int to)
 
 bool FileBatch::addSingly(int from, int to)
 {
-    m_adder->setChecksIdCodes(true);
     for (int i = from; i < to; ++i) {
         if (!mayGoOn())
             return false;

@@ -41,9 +41,10 @@ struct FileBatchRequest
  * The inner loop of adding, within the running transaction of the worker and on its thread. A file that fails
  * leaves nothing behind and does not hinder the others.
  *
- * Files go in short runs under one savepoint, as a savepoint costs as much as a row; on a server, where each
- * statement takes its time to get there, in longer ones whose rows go together. A run in which one fails is
- * rolled back and repeated file by file, so that what remains is what a savepoint a file would leave.
+ * Files go in runs under one savepoint, as each savepoint has all pages copied that change under it, those at
+ * random places of an index among them; on a server, where each statement takes its time to get there, the
+ * rows of a run go together. A run in which one fails is rolled back and repeated file by file, so that what
+ * remains is what a savepoint a file would leave.
  */
 class FileBatch
 {

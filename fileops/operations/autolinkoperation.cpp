@@ -134,7 +134,7 @@ std::shared_ptr<ThumbnailsAhead> AutoLinkOperation::readPictures(const QStringLi
     auto pictures = std::make_shared<ThumbnailsAhead>(paths, [this] { return m_worker.shouldEnd(); });
     for (const QString &path : paths) {
         if (ThumbnailMaker::isImageName(path))
-            pictures->canvasOf(path);
+            pictures->pngOf(path);
     }
     return pictures;
 }

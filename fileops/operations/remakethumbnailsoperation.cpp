@@ -55,7 +55,7 @@ bool RemakeThumbnailsOperation::remakeBatch(const QVector<qint64> &ids, int from
         }
         const Source &source = sources.at(i - from);
         if (!source.path.isEmpty()) {
-            const QByteArray png = ThumbnailMaker::encoded(thumbnails.canvasOf(source.path));
+            const QByteArray png = thumbnails.pngOf(source.path);
             if (!png.isEmpty())
                 m_made.append({source.thumbnailId, png});
             else if (mayGoOn())

@@ -2,6 +2,7 @@
 
 #include "app/settings/crashstack.h"
 #include "fileops/pictures/picturedecoder.h"
+#include "fileops/pictures/thumbnailmaker.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -80,6 +81,11 @@ void PicturePool::serve(PictureTask &task)
         putBack(std::move(decoder));
         if (answer.state == PictureAnswer::Failed)
             m_failed.add(task.request(), answer.stamp);
+        // Here, where as many are made at once as there are cores: it takes longer than all of their rows.
+        if (task.request().isStored) {
+            answer.png = ThumbnailMaker::encoded(answer.image);
+            answer.image = QImage();
+        }
     }
     task.finish(answer);
 }

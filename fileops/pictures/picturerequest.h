@@ -42,6 +42,7 @@ struct PictureRequest
     PictureUse use = PictureUse::Thumbnail;
     QString path;
     QByteArray bytes;
+    bool isStored = false; ///< of a thumbnail: as the bytes of its table, in place of pixels
 };
 
 /** What became of it. */
@@ -57,6 +58,7 @@ struct PictureAnswer
 
     State state = Unavailable;
     QImage image;    ///< upright; null for facts
+    QByteArray png;  ///< of a thumbnail that is to be stored
     FileStamp stamp; ///< of the file as it was read
 
     // Of the facts.

@@ -24,18 +24,18 @@ ThumbnailsAhead::~ThumbnailsAhead()
         task->cancel();
 }
 
-QImage ThumbnailsAhead::canvasOf(const QString &path)
+QByteArray ThumbnailsAhead::pngOf(const QString &path)
 {
     startBehind(path);
     const PictureTaskPointer task = m_tasks.value(path);
     while (!task->wait(millisecondsBetweenLooks)) {
         if (m_shouldEnd())
-            return QImage();
+            return QByteArray();
     }
     const PictureAnswer answer = task->answer();
     if (answer.state != PictureAnswer::Read)
         qDebug("Failed load image data: %s", qUtf8Printable(path));
-    return answer.image;
+    return answer.png;
 }
 
 void ThumbnailsAhead::startBehind(const QString &path)
@@ -56,7 +56,7 @@ void ThumbnailsAhead::startBehind(const QString &path)
 void ThumbnailsAhead::start(const QString &path)
 {
     m_begun.append(path);
-    const auto task = PictureTaskPointer::create(PictureRequest{PictureUse::Thumbnail, path, {}});
+    const auto task = PictureTaskPointer::create(PictureRequest{PictureUse::Thumbnail, path, {}, true});
     m_tasks.insert(path, task);
     PicturePool::instance().start(task);
 }

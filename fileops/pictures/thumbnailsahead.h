@@ -9,7 +9,7 @@
 
 /**
  * The thumbnails of a list of files that is worked off from its start to its end: while one is stored, those
- * behind it are read by as many processes as there are cores. A few stay at hand for who goes back a step.
+ * behind it are read and encoded, as many at once as there are cores. A few stay at hand for who goes back a step.
  * Worker's thread.
  */
 class ThumbnailsAhead
@@ -21,8 +21,8 @@ public:
     ThumbnailsAhead(const ThumbnailsAhead &) = delete;
     ThumbnailsAhead &operator=(const ThumbnailsAhead &) = delete;
 
-    /** The canvas with the picture; null when the file is no picture that can be read. */
-    QImage canvasOf(const QString &path);
+    /** The bytes of its table; empty when the file is no picture that can be read. */
+    QByteArray pngOf(const QString &path);
 
 private:
     void startBehind(const QString &path);

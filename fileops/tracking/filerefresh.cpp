@@ -35,7 +35,7 @@ void FileRefresh::prepare(const ModifiedFileList &files)
     }
     ThumbnailsAhead ahead(paths, [this] { return m_worker.shouldEnd(); });
     for (int i = 0; i < paths.size() && !m_worker.shouldEnd(); ++i)
-        m_thumbnails.insert(ids.at(i), ThumbnailMaker::encoded(ahead.canvasOf(paths.at(i))));
+        m_thumbnails.insert(ids.at(i), ahead.pngOf(paths.at(i)));
     QStringList all;
     for (const ModifiedFile &file : files)
         all.append(file.path);

@@ -82,14 +82,15 @@ public:
 
     /**
      * New rows: `into` is "INSERT INTO table (columns)", `values` are those of whole rows, one row behind the
-     * other. In between the two calls below, where the back-end gathers rows, they wait for the second one.
+     * other. From beginRows() to writeRows(), where the back-end gathers rows, they wait.
      */
     virtual bool insertRows(const QString &into, int columns, const QVariantList &values);
     /** Whether rows of several files are better written together, as each statement takes its time. */
     virtual bool gathersRows() const { return false; }
+    /** Begins a run of new files. */
     virtual void beginRows() {}
     virtual bool writeRows() { return true; }
-    /** Forgets what waits. */
+    /** Ends the run and forgets what waits. */
     virtual void dropRows() {}
     /** True from beginRows() on where the back-end gathers them. */
     virtual bool areRowsWaiting() const { return false; }

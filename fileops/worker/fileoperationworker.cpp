@@ -2,6 +2,7 @@
 
 #include "app/settings/constants.h"
 #include "app/settings/crashstack.h"
+#include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/connections.h"
 #include "db/sql/errorjudge.h"
 #include "db/sql/lockwait.h"
@@ -19,7 +20,9 @@
 
 namespace {
 constexpr int thumbnailsAtOnce = 8;
-}
+// More than a run has files: those that wait to be written are not asked for again.
+constexpr int idCodesAtOnce = 256;
+} // namespace
 
 FileOperationWorker::FileOperationWorker(const QString &connectionName, const DBDetails &details,
                                          const AbstractQueryConstructor *constructor)
@@ -152,8 +155,46 @@ bool FileOperationWorker::isCanceled() const
     return m_cancel;
 }
 
+void FileOperationWorker::beginRows()
+{
+    dropRows();
+    m_isInRun = true;
+}
+
+void FileOperationWorker::dropRows()
+{
+    m_isInRun = false;
+    // Others may have taken them by the next time.
+    m_freeIdCodes.clear();
+}
+
+bool FileOperationWorker::drawIdCodes()
+{
+    QSet<QString> drawn;
+    while (drawn.size() < idCodesAtOnce)
+        drawn.insert(drawIdCode());
+    TableData taken;
+    if (!runAsync(constructor()->selectQuery({QStringLiteral("id_code")}, QStringLiteral("files")) +
+                      constructor()->whereClause(
+                          constructor()->inClause(QStringLiteral("id_code"), drawn.values())) +
+                      constructor()->statementEnd(),
+                  taken))
+        return false;
+    for (const TableRowData *row : qAsConst(taken))
+        drawn.remove(row->at(0).toString());
+    freeRows(taken);
+    m_freeIdCodes = drawn.values();
+    return !m_freeIdCodes.isEmpty();
+}
+
 bool FileOperationWorker::nextIdCode(QString &idCode)
 {
+    if (m_isInRun && (!m_freeIdCodes.isEmpty() || drawIdCodes())) {
+        idCode = m_freeIdCodes.takeLast();
+        return true;
+    }
+    if (m_isInRun)
+        return false;
     static const QString statement = QStringLiteral("SELECT 1 FROM files WHERE id_code=?;");
     // Some 80 million codes exist: so many misses in turn mean that none is free.
     for (int attempts = 0; attempts < 1000; ++attempts) {

@@ -80,16 +80,17 @@ public:
     /** For an operation whose failure must end those behind it too. */
     void cancelAll();
     QString connectionName() const { return m_connectionName; }
-    /** A handle that no file has yet. */
+    /** A handle that no file has yet. In a run of new files the database is asked for many at once. */
     virtual bool nextIdCode(QString &idCode);
-    /** A handle that most likely no file has yet; when one has, the insert fails. */
     virtual QString drawIdCode() const { return m_idCodes.generate(); }
-    /** Emits thumbnailLoaded; until imageTaken, the image counts as this worker's. */
+    void beginRows() override;
+    void dropRows() override;
     /**
      * Goes back from a run that failed while the signals were blocked, as its items are tried again one by
      * one. Tells of the failure where that cannot be.
      */
     void takeBack(Savepoint &savepoint);
+    /** Emits thumbnailLoaded; until imageTaken, the image counts as this worker's. */
     void sendThumbnail(qint64 fileId, QImage *image);
     /** False: statements fail at once where a lock is in the way, until it is set to true again. */
     virtual void setPatient(bool /*isPatient*/) {}
@@ -166,11 +167,14 @@ private:
     /** The first that is not about thumbnails; an unused one when there is none. */
     FileOperation dropQueue(const QSqlError &error);
     void finishRun();
+    bool drawIdCodes();
 
     OperationRunner m_operations = nullptr;
     const QString m_connectionName;
     const DBDetails m_details;
     IdCodeGenerator m_idCodes;
+    bool m_isInRun = false;
+    QStringList m_freeIdCodes; ///< that no file had when they were asked for; of the run
     OperationReport m_report;
 
     mutable QMutex m_queueMutex;

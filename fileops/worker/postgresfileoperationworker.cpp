@@ -3,13 +3,10 @@
 #include "db/sql/abstractqueryconstructor.h"
 #include "db/sql/changestamp.h"
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace {
 constexpr int mostKeysAtOnce = 512;
-constexpr int idCodesAtOnce = 256;
 } // namespace
 
 void PostgresFileOperationWorker::prepareConnection()
@@ -28,7 +25,7 @@ bool PostgresFileOperationWorker::insertRows(const QString &into, int columns, c
 
 void PostgresFileOperationWorker::beginRows()
 {
-    dropRows();
+    FileOperationWorker::beginRows();
     m_areRowsWaiting = true;
 }
 
@@ -44,37 +41,7 @@ void PostgresFileOperationWorker::dropRows()
 {
     m_rows.clear();
     m_areRowsWaiting = false;
-    // Others may have taken them by the next time.
-    m_idCodes.clear();
-}
-
-bool PostgresFileOperationWorker::nextIdCode(QString &idCode)
-{
-    if (!m_areRowsWaiting)
-        return FileOperationWorker::nextIdCode(idCode);
-    if (m_idCodes.isEmpty() && !drawIdCodes())
-        return false;
-    idCode = m_idCodes.takeLast();
-    return true;
-}
-
-bool PostgresFileOperationWorker::drawIdCodes()
-{
-    QSet<QString> drawn;
-    while (drawn.size() < idCodesAtOnce)
-        drawn.insert(drawIdCode());
-    TableData taken;
-    if (!runAsync(constructor()->selectQuery({QStringLiteral("id_code")}, QStringLiteral("files")) +
-                      constructor()->whereClause(
-                          constructor()->inClause(QStringLiteral("id_code"), drawn.values())) +
-                      constructor()->statementEnd(),
-                  taken))
-        return false;
-    for (const TableRowData *row : qAsConst(taken))
-        drawn.remove(row->at(0).toString());
-    freeRows(taken);
-    m_idCodes = drawn.values();
-    return !m_idCodes.isEmpty();
+    FileOperationWorker::dropRows();
 }
 
 bool PostgresFileOperationWorker::nextId(const QString &table, const QString &column, qint64 &id)

@@ -27,8 +27,6 @@ public:
     bool writeRows() override;
     void dropRows() override;
     bool areRowsWaiting() const override { return m_areRowsWaiting; }
-    /** While rows are gathered, the server is asked for many at once. */
-    bool nextIdCode(QString &idCode) override;
 
 protected:
     void prepareConnection() override;
@@ -41,11 +39,9 @@ private:
     };
     QDateTime readLastChange();
     bool takeKeys(const QString &table, const QString &column, Keys &keys);
-    bool drawIdCodes();
 
     QDateTime m_ownChange;
     QHash<QString, Keys> m_keys; ///< by table, for the life of a connection
     GatheredRows m_rows;
     bool m_areRowsWaiting = false;
-    QStringList m_idCodes; ///< that no file had when they were asked for
 };
