@@ -1,6 +1,6 @@
 // Adding files: the whole road from the request to the last signal, beside the same rows written by plain
-// sqlite3. Usage: bench_add [small|large|all] [runs] [folder]. It needs room for some 5 GB; in a folder that
-// is named the input files stay for the next time.
+// sqlite3. Usage: bench_add [small|large|pictures|all] [runs] [folder]. It needs room for some 5 GB; in a
+// folder that is named the input files stay for the next time.
 #include "app/settings/addingsettings.h"
 #include "app/settings/constants.h"
 #include "bench/measure.h"
@@ -12,10 +12,14 @@
 #include "fileops/files/idcodegenerator.h"
 #include "fileops/provider/sqlitefileoperationprovider.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QImage>
 #include <QLoggingCategory>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -23,8 +27,10 @@
 #include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
+#include <memory>
 #include <random>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <unordered_map>
@@ -35,6 +41,8 @@ namespace {
 
 const int smallFiles = Measure::amount(100000);
 constexpr int filesInFolder = 100;
+constexpr int filesToPicture = 5;
+constexpr int differentPictures = 100;
 const int largeFiles = Measure::amount(40);
 constexpr qint64 largeSize = 50LL * 1024 * 1024;
 
@@ -91,6 +99,10 @@ void removeDatabase(const QString &path)
 
 void makeSchema(PlainDatabase &database)
 {
+    // That of new databases, or one to compare with it.
+    const QByteArray pageSize =
+        qEnvironmentVariableIsSet("VORNA_BENCH_PAGE") ? qgetenv("VORNA_BENCH_PAGE") : QByteArray("65536");
+    database.run(QByteArray("PRAGMA page_size=" + pageSize).constData());
     database.run("BEGIN");
     for (const QString &statement : Schema::creationStatements())
         database.run(statement.toUtf8().constData());
@@ -122,8 +134,6 @@ class PlainAdder
 public:
     explicit PlainAdder(PlainDatabase &database)
         : m_database(database),
-          m_setSavepoint(database.prepare("SAVEPOINT S1")),
-          m_release(database.prepare("RELEASE SAVEPOINT S1")),
           m_insertFile(database.prepare("INSERT INTO files VALUES (?,?,'',?,?,?,?,1,?,0,?,0)")),
           m_insertPath(database.prepare("INSERT INTO file_paths VALUES (?,?,?)")),
           m_insertTag(database.prepare("INSERT INTO tags VALUES (?,?,'',?,NULL)")),
@@ -140,8 +150,8 @@ public:
     }
     ~PlainAdder()
     {
-        for (sqlite3_stmt *statement : {m_setSavepoint, m_release, m_insertFile, m_insertPath, m_insertTag,
-                                        m_insertNode, m_insertNodeLink})
+        for (sqlite3_stmt *statement :
+             {m_insertFile, m_insertPath, m_insertTag, m_insertNode, m_insertNodeLink})
             sqlite3_finalize(statement);
         for (sqlite3_stmt *statement : m_link)
             sqlite3_finalize(statement);
@@ -215,7 +225,6 @@ private:
         const quint32 checksum = hash.take();
         if (!m_seen.insert((quint64(size) << 32) + checksum).second)
             return;
-        m_database.step(m_setSavepoint);
         const qint64 id = ++m_lastFile;
         QByteArray code;
         do {
@@ -241,12 +250,9 @@ private:
             sqlite3_bind_int64(link, int(2 * i + 2), tags[i]);
         }
         m_database.step(link);
-        m_database.step(m_release);
     }
 
     PlainDatabase &m_database;
-    sqlite3_stmt *m_setSavepoint;
-    sqlite3_stmt *m_release;
     sqlite3_stmt *m_insertFile;
     sqlite3_stmt *m_insertPath;
     sqlite3_stmt *m_insertTag;
@@ -342,13 +348,22 @@ double copyLarge(const QString &target, const QString &top)
     return seconds;
 }
 
-template <class Work>
-double best(int runs, Work work)
+/** The least that each took, one after the other in each run. */
+struct Costs
 {
-    double result = work();
-    for (int i = 1; i < runs; ++i)
-        result = std::min(result, work());
-    return result;
+    double ours = 1e9;
+    double plain = 1e9;
+};
+
+template <class Ours, class Plain>
+Costs inTurn(int runs, Ours ours, Plain plain)
+{
+    Costs costs;
+    for (int i = 0; i < runs; ++i) {
+        costs.plain = std::min(costs.plain, plain());
+        costs.ours = std::min(costs.ours, ours());
+    }
+    return costs;
 }
 
 void printRow(const char *work, const char *reference, double seconds, double referenceSeconds)
@@ -364,9 +379,10 @@ void benchSmall(const QDir &folder, int runs)
     const QString database = folder.filePath(QStringLiteral("bench.vrn"));
     if (!QDir(top).exists())
         makeSmallTree(top);
-    const double plain = best(runs, [&] { return addSmallPlainly(database, top); });
-    const double ours = best(runs, [&] { return addByProgram(database, top, true); });
-    printRow("add 100,000 small external files", "plain sqlite3", ours, plain);
+    const Costs costs = inTurn(
+        runs, [&] { return addByProgram(database, top, true); },
+        [&] { return addSmallPlainly(database, top); });
+    printRow("add 100,000 small external files", "plain sqlite3", costs.ours, costs.plain);
     removeDatabase(database);
 }
 
@@ -376,12 +392,97 @@ void benchLarge(const QDir &folder, int runs)
     const QString database = folder.filePath(QStringLiteral("bench.vrn"));
     if (!QDir(top).exists())
         makeLargeFiles(top);
-    const double plain = best(runs, [&] { return addLargePlainly(database, top); });
+    double copy = 1e9;
+    double copyClock = 1e9;
+    double ourClock = 1e9;
+    const Costs costs = inTurn(
+        runs,
+        [&] {
+            QElapsedTimer clock;
+            clock.start();
+            const double cpu = addByProgram(database, top, false);
+            ourClock = std::min(ourClock, double(clock.nsecsElapsed()) / 1e9);
+            return cpu;
+        },
+        [&] {
+            const double cpu = addLargePlainly(database, top);
+            removeDatabase(database);
+            QElapsedTimer clock;
+            clock.start();
+            copy = std::min(copy, copyLarge(folder.filePath(QStringLiteral("copy")), top));
+            copyClock = std::min(copyClock, double(clock.nsecsElapsed()) / 1e9);
+            return cpu;
+        });
+    printRow("add 2 GB as 40 internal files", "plain sqlite3", costs.ours, costs.plain);
+    printRow("", "copy and fsync", costs.ours, copy);
+    printRow("by the clock", "copy and fsync", ourClock, copyClock);
     removeDatabase(database);
-    const double copy = best(runs, [&] { return copyLarge(folder.filePath(QStringLiteral("copy")), top); });
-    const double ours = best(runs, [&] { return addByProgram(database, top, false); });
-    printRow("add 2 GB as 40 internal files", "plain sqlite3", ours, plain);
-    printRow("", "copy and fsync", ours, copy);
+}
+
+/** Each fifth file of the small ones is a picture; no two are equal. */
+void makePictures(const QString &top)
+{
+    makeSmallTree(top);
+    std::mt19937 random(3);
+    QVector<QByteArray> pictures;
+    for (int i = 0; i < differentPictures; ++i) {
+        QImage image(300, 200, QImage::Format_RGB32);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                image.setPixel(x, y,
+                               qRgb((x * (i + 3)) / 4 % 256, (y + int(random() % 24)) % 256, (x + y) / 2));
+        }
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        if (!image.save(&buffer, "JPG", 85))
+            qFatal("no picture can be saved");
+        pictures.append(bytes);
+    }
+    for (int i = 0; i < smallFiles; i += filesToPicture) {
+        const int folder = i / filesInFolder;
+        const QString path = QStringLiteral("%1/area %2/topic %3/item %4/")
+                                 .arg(top)
+                                 .arg(folder / 100)
+                                 .arg(folder / 10 % 10)
+                                 .arg(folder % 10);
+        QFile::remove(path + QStringLiteral("document number %1.txt").arg(i));
+        writeFile(path + QStringLiteral("picture number %1.jpg").arg(i),
+                  pictures.at(i / filesToPicture % differentPictures) + QByteArray::number(i));
+    }
+}
+
+/** All pictures below the folder, one after the other in one thread: the processor's seconds. */
+double decodePictures(const QString &top)
+{
+    const double start = Measure::cpuSeconds();
+    QDirIterator pictures(top, {QStringLiteral("*.jpg")}, QDir::Files, QDirIterator::Subdirectories);
+    while (pictures.hasNext()) {
+        if (QImage(pictures.next()).isNull())
+            qFatal("a picture cannot be read");
+    }
+    return Measure::cpuSeconds() - start;
+}
+
+/** Ends the processes that read pictures, to have their time counted: the last of all. */
+void benchPictures(const QDir &folder, std::unique_ptr<QCoreApplication> &application)
+{
+    const QString top = folder.filePath(QStringLiteral("pictures"));
+    const QString database = folder.filePath(QStringLiteral("bench.vrn"));
+    if (!QDir(top).exists())
+        makePictures(top);
+    const double plain = addSmallPlainly(database, top) + decodePictures(top);
+    QElapsedTimer clock;
+    clock.start();
+    double ours = addByProgram(database, top, true);
+    const double elapsed = double(clock.nsecsElapsed()) / 1e9;
+    application.reset();
+    rusage used = {};
+    getrusage(RUSAGE_CHILDREN, &used);
+    ours += double(used.ru_utime.tv_sec + used.ru_stime.tv_sec) +
+            double(used.ru_utime.tv_usec + used.ru_stime.tv_usec) / 1e6;
+    printRow("add 100,000, a fifth small pictures", "plain sqlite3 and decoding", ours, plain);
+    std::printf("%.2f s by the clock; %.2f ms a picture beyond its decoding and all rows\n", elapsed,
+                (ours - plain) * 1000 * filesToPicture / smallFiles);
     removeDatabase(database);
 }
 
@@ -389,9 +490,9 @@ void benchLarge(const QDir &folder, int runs)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    auto application = std::make_unique<QCoreApplication>(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-    const QStringList arguments = application.arguments();
+    const QStringList arguments = application->arguments();
     const QString what = arguments.value(1, QStringLiteral("all"));
     const int runs = qMax(1, arguments.value(2, QStringLiteral("3")).toInt());
     QTemporaryDir temporary;
@@ -399,9 +500,14 @@ int main(int argc, char **argv)
     folder.mkpath(QStringLiteral("."));
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, temporary.path());
-    if (what != QLatin1String("large"))
+    const auto isWanted = [&what](QLatin1String part) {
+        return what == part || what == QLatin1String("all");
+    };
+    if (isWanted(QLatin1String("small")))
         benchSmall(folder, runs);
-    if (what != QLatin1String("small"))
+    if (isWanted(QLatin1String("large")))
         benchLarge(folder, runs);
+    if (isWanted(QLatin1String("pictures")))
+        benchPictures(folder, application);
     return 0;
 }

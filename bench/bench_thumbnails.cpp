@@ -88,7 +88,7 @@ void makeThumbnails(const QStringList &paths)
 {
     ThumbnailsAhead thumbnails(paths, [] { return false; });
     for (const QString &path : paths) {
-        const QByteArray png = ThumbnailMaker::encoded(thumbnails.canvasOf(path));
+        const QByteArray png = thumbnails.pngOf(path);
         if (png.isEmpty())
             qFatal("no thumbnail of %s", qPrintable(path));
         sink = sink + png.size();
