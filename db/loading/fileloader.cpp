@@ -7,6 +7,7 @@
 #include <utility>
 
 namespace {
+// Batches: the thread must not read a million files ahead of a window that takes its time.
 constexpr size_t mostWaiting = 16;
 } // namespace
 
@@ -14,6 +15,7 @@ FileLoader::FileLoader(std::unique_ptr<FileSource> source) : m_source(std::move(
 
 FileLoader::~FileLoader()
 {
+    // First the source, which may stand in a long read, then the thread, which may wait for room.
     m_source->cancel();
     {
         const QMutexLocker locker(&m_mutex);
@@ -41,6 +43,7 @@ void FileLoader::run()
         m_isEnded = true;
         m_changed.wakeAll();
     }
+    // Also without a batch, so that the end is noticed.
     emit arrived();
 }
 
@@ -54,6 +57,7 @@ bool FileLoader::put(FileBatch &&batch)
             m_changed.wait(&m_mutex);
         if (m_isUnwanted)
             return false;
+        // Told for the first one alone: whoever hears of it takes all that there are.
         isFirst = m_waiting.empty();
         m_waiting.push_back(std::move(batch));
         m_changed.wakeAll();

@@ -9,6 +9,7 @@ FileSource::~FileSource() = default;
 
 std::unique_ptr<FileSource> FileSource::make(const DBDetails &details, const FileStatements &statements)
 {
+    // Made on the window's thread, opened by begin() on the one that reads.
     if (details.type() == Constants::serverDatabase)
         return std::make_unique<PostgresFileSource>(details, statements);
     return std::make_unique<SqliteFileSource>(details, statements);

@@ -16,6 +16,7 @@
 #include <utility>
 
 namespace {
+// In the order of the COPY statement.
 enum Column {
     IdColumn,
     NameColumn,
@@ -44,9 +45,12 @@ struct Field
     bool isNull() const { return size == 2 && bytes[0] == '\\' && bytes[1] == 'N'; }
     qint64 number() const
     {
+        // By hand: the fields have no end but the next tab, and there are ten of them for each of a million
+        // files.
         const bool isNegative = size > 0 && *bytes == '-';
         quint64 value = 0;
         for (int i = isNegative ? 1 : 0; i < size && bytes[i] >= '0' && bytes[i] <= '9'; ++i)
+            // Unsigned, as the smallest number has no positive counterpart.
             value = value * 10 + static_cast<quint64>(bytes[i] - '0');
         return static_cast<qint64>(isNegative ? 0 - value : value);
     }
@@ -91,6 +95,7 @@ std::array<Field, columnCount> fieldsOf(char *line, int size)
     std::array<Field, columnCount> fields;
     char *const end = line + size;
     for (Field &field : fields) {
+        // A tab within a text comes escaped, so that each one seen parts two fields.
         char *const found = static_cast<char *>(std::memchr(line, '\t', static_cast<size_t>(end - line)));
         char *const last = found ? found : end;
         field = {line, static_cast<int>(last - line)};
@@ -138,7 +143,10 @@ bool PostgresFileSource::begin()
 {
     if (!open(QString()))
         return false;
+    // The connection is opened by the toolkit, as all others, and read by the client library, which alone
+    // knows COPY.
     m_database = QSqlDatabase::database(connectionName(), false);
+    // A cancel may have come before there was a connection to hear of it.
     if (isCanceled())
         ServerWatch::setCanceled(connectionName(), true);
     const QVariant handle = m_database.driver()->handle();
@@ -184,6 +192,7 @@ bool PostgresFileSource::read(FileBatch &batch)
     while (static_cast<int>(batch.size()) < filesPerBatch) {
         char *line = nullptr;
         const int size = PQgetCopyData(m_connection, &line, 0);
+        // -1 is the end and -2 an error; finish() tells which.
         if (size <= 0)
             return finish() && !batch.empty();
         // Without the end of the line.
@@ -199,6 +208,7 @@ bool PostgresFileSource::read(FileBatch &batch)
 bool PostgresFileSource::finish()
 {
     bool isWhole = true;
+    // To the last one: before that the connection takes no further statement.
     while (PGresult *result = PQgetResult(m_connection)) {
         if (PQresultStatus(result) != PGRES_COMMAND_OK) {
             isWhole =

@@ -12,6 +12,7 @@ bool ReadText::setAscii(const char *bytes, int size)
 {
     if (size > LongText::mostCharacters)
         return false;
+    // The buffer only grows: it serves all texts of a reading, without an allocation for each.
     if (m_characters.size() < static_cast<size_t>(size))
         m_characters.resize(static_cast<size_t>(size));
     QChar *target = m_characters.data();
@@ -30,6 +31,7 @@ void ReadText::setUtf8(const char *bytes, int size)
 {
     if (setAscii(bytes, size))
         return;
+    // The toolkit drops the mark, which is a part of the stored text.
     const bool isMarked = size >= 3 && std::memcmp(bytes, "\xEF\xBB\xBF", 3) == 0;
     const QString text = QString::fromUtf8(bytes, size);
     set(isMarked ? QChar(QChar::ByteOrderMark) + text : text);

@@ -9,6 +9,7 @@
 #include <sqlite3.h>
 
 namespace {
+// In milliseconds; a longer lock is waited for by whoever asked for the files.
 const QString busyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
 } // namespace
 
@@ -120,6 +121,8 @@ bool SqliteFileSource::readTags(qint64 fileId)
     m_tags.clear();
     while (m_hasLink) {
         const qint64 linkedId = sqlite3_column_int64(m_links, 0);
+        // Both statements are in the order of file ids; a link below the current file belongs to none and is
+        // passed over.
         if (linkedId > fileId)
             break;
         const qint64 tagId = sqlite3_column_int64(m_links, 1);

@@ -68,6 +68,7 @@ bool TagGroupModel::setData(const QModelIndex &index, const QVariant &value, int
         return false;
     const qint64 groupId = group->id();
     if (index.column() == GroupColumn && role == Qt::EditRole) {
+        // The edit reads the group anew, after which the pointer may be another one's.
         const QString before = group->name();
         if (value.toString() == before || value.toString().simplified().isEmpty() || !m_host->mayEdit())
             return false;
@@ -117,6 +118,7 @@ void TagGroupModel::loadModelData()
 
 void TagGroupModel::updateModel()
 {
+    // Rows stay; only what the views show of them is asked for once more.
     emit layoutAboutToBeChanged();
     emit layoutChanged();
 }
@@ -134,6 +136,7 @@ void TagGroupModel::groupInserted(const QVariant &groupId)
 {
     const qint64 id = groupId.toLongLong();
     const GroupItem *group = m_groups->value(id);
+    // Rows stand by their ids, as the map of the groups does.
     const auto place = std::lower_bound(m_groupIds.constBegin(), m_groupIds.constEnd(), id);
     if (!group || (place != m_groupIds.constEnd() && *place == id))
         return;

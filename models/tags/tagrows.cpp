@@ -11,6 +11,7 @@ const QString dateColumn = QStringLiteral("creation_date");
 
 int TagRows::rowOf(qint64 tagId) const
 {
+    // Made anew after rows came or went, on the first question, and not for each of them.
     if (m_rowsById.size() != m_items.size()) {
         m_rowsById.clear();
         m_rowsById.reserve(m_items.size());
@@ -60,9 +61,11 @@ TagItem *TagRows::append(TableRowData *row, const QVector<qint64> &groups)
 void TagRows::remove(int row)
 {
     TagItem *item = m_items.at(row);
+    // Every row behind this one has moved up.
     m_rowsById.clear();
     m_items.removeAt(row);
     emit m_items.itemRemoved(row);
+    // Later, as it may be this very item whose signal led here; nobody is to hear of it until then.
     item->disconnect();
     item->deleteLater();
 }

@@ -53,10 +53,12 @@ bool TagsFilterProxy::lessThan(const QModelIndex &left, const QModelIndex &right
         return QSortFilterProxyModel::lessThan(left, right);
     const QString firstText = first.toString();
     const QString secondText = second.toString();
+    // Keys are several times as long as their texts.
     if (firstText.size() > mostCharactersOfKey || secondText.size() > mostCharactersOfKey)
         return m_collator.compare(firstText, secondText) < 0;
     if (m_keys.size() > mostKeys)
         m_keys.clear();
+    // Collating is dear: a name is turned into its key once, and keys are compared by their bytes.
     return keyOf(firstText) < keyOf(secondText);
 }
 

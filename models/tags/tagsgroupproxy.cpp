@@ -34,6 +34,7 @@ bool TagsGroupProxy::filterAcceptsRow(int sourceRow, const QModelIndex &sourcePa
     if (m_groupId == DTagsTab)
         return m_dTagSet.contains(index.data(TagRoles::TagId).toLongLong());
     const QVariant groups = index.data(TagRoles::Groups);
+    // A source without groups shows nothing in the tab of one.
     return groups.userType() == qMetaTypeId<QVector<qint64>>() &&
            groups.value<QVector<qint64>>().contains(m_groupId);
 }

@@ -82,6 +82,7 @@ void DuplicatePrompt::build(const PresentableDuplicates &duplicates)
     if (!m_controller)
         return;
     connect(m_controller, &MainViewController::additionSettled, this, &DuplicatePrompt::settle);
+    // Nobody would answer any more, and what was chosen is still there.
     connect(m_controller, &QObject::destroyed, this, [this] { setWaiting(false); });
 }
 
@@ -203,6 +204,7 @@ QStringList DuplicatePrompt::chosenPaths() const
 
 void DuplicatePrompt::accept()
 {
+    // Return may be pressed once more while the worker adds.
     if (!m_awaited.isEmpty())
         return;
     const QStringList chosen = chosenPaths();

@@ -117,6 +117,7 @@ bool ExportCommand::isOpenDatabase(const QString &path) const
         return false;
     const QString open = collection->databaseName();
     const QString real = QFileInfo(path).canonicalFilePath();
+    // By name, by what links lead to, and by the file itself, which may have two names.
     return path == open || (!real.isEmpty() && real == QFileInfo(open).canonicalFilePath()) ||
            RegularFile::isSame(path, open);
 }

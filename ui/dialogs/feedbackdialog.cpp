@@ -57,6 +57,7 @@ void FeedbackDialog::finish(bool isRecorded)
 
 QWidget *FeedbackDialog::boxParent()
 {
+    // It may have been closed while the message was on its way.
     return isVisible() ? this : parentWidget();
 }
 

@@ -43,6 +43,7 @@ FileLocationDialog::FileLocationDialog(MainViewController *controller, const QVe
     // Its files are gone with the database.
     connect(controller, &QObject::destroyed, this, &QDialog::reject);
     for (const qint64 fileId : missingIds)
+        // An id may be another file's by the time that the dialog is accepted.
         m_idCodes.insert(fileId, idCodeOf(*controller->contentsModel(), fileId));
     showRemaining();
 }
@@ -128,6 +129,7 @@ void FileLocationDialog::locateFileFromItem(QListWidgetItem *item)
         return;
     const qint64 fileId = item->data(Qt::UserRole).toLongLong();
     const QString oldPath = m_controller->fileData(fileId, Path).toString();
+    // Files of the same kind first: it is mostly only the name or the folder that has changed.
     const int dot = oldPath.lastIndexOf(QLatin1Char('.'));
     const QString suffix = dot > oldPath.lastIndexOf(QLatin1Char('/')) ? oldPath.mid(dot) : QString();
     const QString filter = QLatin1Char('*') + suffix + QLatin1String(";;") + tr("All Files (*.*)");
@@ -167,11 +169,13 @@ void FileLocationDialog::evaluateFolderSelection()
         connect(&location, &FileLocation::finished, &progress, &ProgressDialog::accept);
         connect(m_controller, &QObject::destroyed, &progress, &ProgressDialog::reject);
         location.start();
+        // A cancel keeps what has been found so far.
         if (progress.exec() == QDialog::Rejected && m_controller)
             location.finish();
         if (m_controller)
             m_found = location.located();
     }
+    // What was chosen by hand comes before what was found.
     for (const QString &path : qAsConst(m_chosen))
         m_found.remove(m_found.key(path, 0));
     showRemaining();

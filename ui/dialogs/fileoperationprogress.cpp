@@ -63,6 +63,7 @@ void FileOperationProgress::setProgressUnknown()
 
 void FileOperationProgress::reject()
 {
+    // It stays until the worker has ended, which may take back what it has begun.
     emit canceled();
 }
 

@@ -47,6 +47,7 @@ void FileTagsDialog::countTags()
         if (!file)
             continue;
         for (const qint64 tagId : file->tags())
+            // As many as there are files: all have it; fewer: some do.
             ++m_counts[tagId];
     }
 }
