@@ -29,6 +29,7 @@ bool RelationsController::isLegal(const QString &nodePath, const QVector<qint64>
     const TRnode *target = manager() ? manager()->relationNode(nodePath) : nullptr;
     if (!target)
         return !nodePath.isEmpty() || !isAnyAtTop(tagIds);
+    // A tag above itself would widen every question by itself without end.
     return !tagIds.contains(target->id()) && !target->hasAncestorIn(tagIds) &&
            !target->hasDescendantIn(tagIds);
 }
@@ -64,6 +65,7 @@ QVector<qint64> RelationsController::collect(const QVector<qint64> &tagIds, Rela
     QVector<qint64> ids;
     if (!manager() || tagIds.isEmpty())
         return ids;
+    // A tag may stand at several places, so that all are passed over once, whatever was asked for.
     const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
     for (const auto &item : qAsConst(manager()->relationNodes())) {
         if (wanted.contains(item.second->id()))
@@ -84,6 +86,7 @@ QHash<qint64, QVector<qint64>> RelationsController::descendantsOfEach(const QVec
         return descendants;
     descendants.reserve(tagIds.size());
     for (const qint64 tagId : tagIds)
+        // Those without any below them have an entry, too: it says that relationships count.
         descendants.insert(tagId, {});
     for (const auto &item : qAsConst(manager()->relationNodes())) {
         const auto found = descendants.find(item.second->id());

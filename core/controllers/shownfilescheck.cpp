@@ -10,8 +10,9 @@
 #include <utility>
 
 namespace {
+// What broke the check off, mostly a lock, rarely ends sooner.
 constexpr int retryMilliseconds = 10000;
-}
+} // namespace
 
 ShownFilesCheck::ShownFilesCheck(DatabaseManger *manager, const FileFilterModel *shown, QObject *parent)
     : QObject(parent), m_manager(manager), m_shown(shown)
@@ -30,10 +31,12 @@ void ShownFilesCheck::start()
     if (!m_manager)
         return;
     forgetMissing();
+    // The one that runs is about files that may not be shown any more.
     m_manager->endChecks();
     if (isPaused())
         m_isDue = true;
     else
+        // Behind the event: several changes of what is shown come in a row.
         m_timer.start(0);
 }
 
@@ -104,6 +107,7 @@ void ShownFilesCheck::run()
 {
     m_isDue = false;
     const QVector<qint64> ids = shownExternalFiles();
+    // Paths first, so that the check finds files that have moved along with the database.
     m_manager->relinkPaths(ids);
     m_manager->checkExternalFiles(ids);
 }
@@ -112,6 +116,7 @@ QVector<qint64> ShownFilesCheck::shownExternalFiles() const
 {
     QVector<qint64> ids;
     const FileIndex &index = m_shown->contents()->fileIndex();
+    // By the index's flat arrays: a million records would be a million look-ups in the main memory.
     const quint8 *kinds = index.kinds();
     const int count = m_shown->rowCount();
     for (int row = 0; row < count; ++row) {

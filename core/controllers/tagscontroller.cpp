@@ -99,6 +99,7 @@ bool TagsController::areUsable(const ChosenTags &tags)
 {
     if (!manager() || !mayEdit())
         return false;
+    // The line with the names may have stood open for long.
     if (knownTags(tags.ids).size() != tags.ids.size())
         return refuse(tr("Tag Missing"), tr("One of the tags has been removed meanwhile."));
     return std::all_of(tags.newNames.cbegin(), tags.newNames.cend(),
@@ -162,6 +163,7 @@ QVector<qint64> TagsController::idsOf(const QStringList &names) const
         return ids;
     for (const TableRowData *row : manager()->tags()) {
         const qint64 tagId = row->value(QStringLiteral("tag_id")).toLongLong();
+        // One pass over all tags; new names are few.
         if (names.contains(manager()->tagName(tagId)))
             ids.append(tagId);
     }
