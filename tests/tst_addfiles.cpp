@@ -144,8 +144,9 @@ private slots:
             QCOMPARE(told.size(), 0);
         }
         QCOMPARE(AddingFixture::idsOf(m_fixture->files), QVector<qint64>{1});
-        QCOMPARE(Sql::rows("SELECT file_size,data_checksum,internal FROM files"),
-                 QStringList("%1|%2|1"_s.arg(size).arg(DataChecksum::ofBytes(bytes))));
+        const qint64 modified = QFileInfo(path).lastModified().toSecsSinceEpoch();
+        QCOMPARE(Sql::rows("SELECT file_size,data_checksum,internal,modification_date FROM files"),
+                 QStringList("%1|%2|1|%3"_s.arg(size).arg(DataChecksum::ofBytes(bytes)).arg(modified)));
         QTEST(Sql::count("storage"_s), "blocks");
         QCOMPARE(Sql::count("file_paths"_s), 0);
         TestDatabase &database = m_fixture->database();
