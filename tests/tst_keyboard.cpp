@@ -10,11 +10,13 @@
 #include "ui/dialogs/feedbackdialog.h"
 #include "ui/dialogs/fileexportdialog.h"
 #include "ui/dialogs/filemodificationdialog.h"
+#include "ui/dialogs/mergetagsdialog.h"
 #include "ui/dialogs/preferencesdialog.h"
 #include "ui/dialogs/shellimportnotification.h"
 #include "ui/dialogs/tagexportdialog.h"
 #include "ui/dialogs/taggroupform.h"
 #include "ui/dialogs/taggroupingdialog.h"
+#include "ui/dialogs/tagremovaldialog.h"
 #include "ui/widgets/mnemonics.h"
 
 #include <QAbstractItemView>
@@ -55,6 +57,14 @@ const QMap<QString, Maker> &makers()
         {"groups of tags"_s,
          [](auto &f, auto &) -> QWidget * {
              return new TagGroupForm(f.window().collection()->groupsController(), {});
+         }},
+        {"merged tags"_s,
+         [](auto &f, auto &) -> QWidget * {
+             return new MergeTagsDialog(f.window().collection()->tagsController(), {1, 2});
+         }},
+        {"tag removal"_s,
+         [](auto &f, auto &) -> QWidget * {
+             return new TagRemovalDialog(f.window().collection()->mainViewController(), {});
          }},
         {"box"_s,
          [](auto &, auto &) -> QWidget * {

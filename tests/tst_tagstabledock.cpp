@@ -219,8 +219,8 @@ private slots:
         const QString menu = "Add,Assign Tag Groups,Delete"_s;
         addRow("none", QString(), 0, "Add,Export"_s, true, 0, "blue,green,red"_s);
         addRow("unused", "blue"_s, 5, menu + ",Rename,Export,Favourite Key"_s, false, 0, "green,red"_s);
-        addRow("used, kept", "red,blue"_s, 5, menu + ",Export"_s, false, 1, "blue,green,red"_s);
-        addRow("used, deleted", "red,blue"_s, 5, menu + ",Export"_s, true, 1, "green"_s);
+        addRow("used, kept", "red,blue"_s, 5, menu + ",Merge Tags...,Export"_s, false, 1, "blue,green,red"_s);
+        addRow("used, deleted", "red,blue"_s, 5, menu + ",Merge Tags...,Export"_s, true, 1, "green"_s);
     }
 
     void selectedTags()

@@ -34,7 +34,7 @@ public:
     void edit()
     {
         const QString name = "name '%1' 100% ü"_s.arg(below(1000000));
-        switch (below(18)) {
+        switch (below(19)) {
         case 0:
             m_manager.addTag(name, below(2) ? files() : Ids());
             break;
@@ -79,6 +79,9 @@ public:
             break;
         case 14:
             m_manager.addRelationsOf(below(3) ? relation() : QString(), {tags(), {name}});
+            break;
+        case 15:
+            m_manager.mergeTags(tag(), tags());
             break;
         default:
             m_manager.changeTags(Tagging::of(files(), tags(), tags()));
@@ -211,6 +214,72 @@ private slots:
         // The records say what the database does when all is read anew.
         manager->reloadAllData();
         QCOMPARE(stateOf(manager), states.constLast());
+    }
+
+    void mergedTagsAreOneStep_data()
+    {
+        QTest::addColumn<int>("pairsAtOnce");
+        QTest::newRow("at once") << FileEdits::mostPairsAtOnce();
+        QTest::newRow("by the worker") << 1;
+    }
+    void mergedTagsAreOneStep()
+    {
+        QFETCH(int, pairsAtOnce);
+        LocalManager manager(makeTestDatabase());
+        manager.addFiles(3);
+        const qint64 post = manager->addTag("Post"_s);
+        const qint64 mail = manager->addTag("Mail"_s);
+        const qint64 desk = manager->addTag("Desk"_s);
+        const qint64 old = manager->addTag("Old"_s);
+        manager->changeTagDescription(mail, "by hand"_s);
+        manager->linkTags({1, 2}, {post});
+        manager->linkTags({2, 3}, {mail});
+        const qint64 group = manager->addGroup("Paper"_s, true);
+        manager->setGroupTags({{group, {mail, old}}});
+        const qint64 first = manager->addNodeBelow(post, 0);
+        const qint64 below = manager->addNodeBelow(old, first);
+        const qint64 second = manager->addNodeBelow(mail, 0);
+        const qint64 deep = manager->addNodeBelow(desk, manager->addNodeBelow(old, second));
+        const qint64 alone = manager->addNodeBelow(mail, below);
+        manager->addRelations(QString(), {desk});
+        manager->addRelations("3"_s, {post});
+        manager->addRelations("3.1"_s, {mail});
+        manager->addRelations("3.1.2"_s, {old});
+        QVERIFY(
+            manager.run("INSERT INTO tb_nodes_autolinks (link_id,node_id) VALUES ('folder',%1)"_s.arg(second)
+                            .toUtf8()
+                            .constData()));
+        manager->reloadAllData();
+        UndoHistory &history = *historyOf(manager);
+        const QByteArray before = stateOf(manager);
+        FileEdits::setMostPairsAtOnce(pairsAtOnce);
+        const auto restore = qScopeGuard([] { FileEdits::setMostPairsAtOnce(TagMerges::mostAtOnce); });
+
+        QVERIFY(manager->mergeTags(post, {mail}));
+        QTRY_COMPARE(history.undoText(), "Merge Mail into Post"_s);
+        const QByteArray after = stateOf(manager);
+        QCOMPARE(Sql::rows("SELECT file_id,tag_id FROM file_tag ORDER BY 1"),
+                 (QStringList{"1|1"_s, "2|1"_s, "3|1"_s}));
+        QCOMPARE(Sql::value("SELECT tag_description FROM tags WHERE tag_id=1"), "by hand"_s);
+        QCOMPARE(Sql::rows("SELECT tag_id FROM tag_group_links ORDER BY 1"), (QStringList{"1"_s, "4"_s}));
+        QCOMPARE(Sql::rows("SELECT relationship_path FROM tag_relationships ORDER BY 1"),
+                 (QStringList{"3"_s, "3.1"_s, "3.1.4"_s}));
+        // One of the twins is left, with what stood below and belonged to the other one.
+        QCOMPARE(manager->nodes().keys().size(), 4);
+        QCOMPARE(manager->nodes().value(deep)->parentNode()->id(), below);
+        QCOMPARE(manager->nodes().value(alone)->tagId(), post);
+        QCOMPARE(Sql::value("SELECT node_id FROM tb_nodes_autolinks"), QString::number(first));
+        QVERIFY(!manager->hasTag(mail));
+        QVERIFY(manager->file(3)->tags() == Ids{post});
+
+        history.undo();
+        QTRY_VERIFY(!history.canUndo());
+        QCOMPARE(stateOf(manager), before);
+        history.redo();
+        QTRY_VERIFY(!history.canRedo());
+        QCOMPARE(stateOf(manager), after);
+        manager->reloadAllData();
+        QCOMPARE(stateOf(manager), after);
     }
 
     void whatAnotherFileHasByNowIsLeftToIt()

@@ -3,6 +3,7 @@
 #include "app/settings/constants.h"
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collectionsettings.h"
+#include "core/controllers/favouritetags.h"
 #include "core/controllers/groupscontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/postgrescollection.h"
@@ -72,6 +73,11 @@ void Collection::makeHistory()
                                        [nodes](const QVariant &value) { nodes->setManualOrder(value); }});
     connect(nodes->sorterModel(), &BrTreeSorterModel::orderChanged, m_history,
             [this, order] { m_history->keptChanged(order, tr("Move the node"), tr("The node moved")); });
+    FavouriteTags *favourites = m_tagsController->favourites();
+    m_history->keptState().add(QStringLiteral("favourites"),
+                               {{UndoTable::Tags},
+                                [favourites] { return favourites->state(); },
+                                [favourites](const QVariant &value) { favourites->setState(value); }});
     GroupsController *groups = m_groupsController;
     m_history->keptState().add(
         QStringLiteral("tabs"),

@@ -4,6 +4,8 @@
 #include "core/controllers/collectionsettings.h"
 #include "core/controllers/tagscontroller.h"
 
+#include <algorithm>
+
 namespace {
 constexpr int mostLastUsed = 30;
 }
@@ -77,6 +79,30 @@ void FavouriteTags::noteUsed(const QVector<qint64> &tagIds)
         ids.prepend(tagId);
     }
     settings()->setLastUsedTags(ids.mid(0, mostLastUsed));
+}
+
+QVariant FavouriteTags::state() const
+{
+    return QVariant::fromValue(QList<QList<qint64>>{places(), settings()->lastUsedTags()});
+}
+
+void FavouriteTags::setState(const QVariant &state)
+{
+    const auto lists = state.value<QList<QList<qint64>>>();
+    settings()->setFavouriteTags(lists.value(0));
+    settings()->setLastUsedTags(lists.value(1));
+}
+
+void FavouriteTags::merge(qlonglong target, const QVector<qint64> &others)
+{
+    const QList<qint64> favourites = places();
+    const auto isOther = [&others](qint64 tagId) { return tagId > 0 && others.contains(tagId); };
+    const auto first = std::find_if(favourites.cbegin(), favourites.cend(), isOther);
+    if (first != favourites.cend() && !favourites.contains(target))
+        setPlace(target, int(first - favourites.cbegin()));
+    const QVector<qint64> used = lastUsed();
+    if (!used.contains(target) && std::any_of(used.cbegin(), used.cend(), isOther))
+        noteUsed({target});
 }
 
 void FavouriteTags::forget(const QVector<qint64> &tagIds)

@@ -4,6 +4,7 @@
 #include <QKeySequence>
 #include <QList>
 #include <QObject>
+#include <QVariant>
 #include <QVector>
 
 class CollectionSettings;
@@ -38,11 +39,16 @@ public:
 
     /** The newest first. */
     QVector<qint64> lastUsed() const;
+    /** All of it, as undo keeps it. */
+    QVariant state() const;
+    void setState(const QVariant &state);
     void noteUsed(const QVector<qint64> &tagIds);
 
 public slots:
     /** The database may give the ids of removed tags to new ones. */
     void forget(const QVector<qint64> &tagIds);
+    /** The tag that stays gets the key of one that goes, unless it has one. */
+    void merge(qlonglong target, const QVector<qint64> &others);
 
 private:
     CollectionSettings *settings() const;

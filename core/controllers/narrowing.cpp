@@ -94,6 +94,33 @@ void Narrowing::forget(TagRequirements &requirements, qint64 tagId) const
     }
 }
 
+void Narrowing::replace(qint64 target, const QVector<qint64> &others)
+{
+    TagRequirements now = present();
+    bool isAsked = false;
+    for (QVector<qint64> *ids : {&now.required, &now.eitherOr, &now.excluded}) {
+        QVector<qint64> kept;
+        for (const qint64 id : qAsConst(*ids)) {
+            const qint64 tagId = others.contains(id) ? target : id;
+            isAsked = isAsked || tagId != id;
+            if (!kept.contains(tagId))
+                kept.append(tagId);
+        }
+        *ids = kept;
+    }
+    if (!isAsked)
+        return;
+    QHash<qint64, QVector<qint64>> alternatives;
+    for (const qint64 tagId : qAsConst(now.required)) {
+        if (tagId == target || now.requiredAlternatives.contains(tagId))
+            alternatives.insert(tagId, below({tagId}));
+    }
+    now.requiredAlternatives = alternatives;
+    now.eitherOrWidened = below(now.eitherOr);
+    now.excludedWidened = now.excludedWidened.isEmpty() ? QVector<qint64>() : below(now.excluded);
+    ask(now);
+}
+
 void Narrowing::askAgain()
 {
     TagRequirements now = present();

@@ -34,6 +34,8 @@ public:
     void exclude(qint64 tagId);
     /** The tag is of no matter any more; without the last one all files are shown. */
     void takeOff(qint64 tagId);
+    /** One tag stands for the others from now on. */
+    void replace(qint64 target, const QVector<qint64> &others);
     /** The same question with the tags that stand below others now. */
     void askAgain();
 

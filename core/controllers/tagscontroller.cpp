@@ -6,6 +6,8 @@
 #include "core/controllers/narrowing.h"
 #include "core/controllers/relationscontroller.h"
 #include "core/prompts/userprompts.h"
+#include "core/records/tbnode.h"
+#include "core/records/trnode.h"
 #include "db/manager/databasemanger.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
@@ -17,6 +19,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                Collection *collection)
@@ -32,7 +35,10 @@ TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConst
     connect(manager, &DatabaseManger::tagsAdded, this, &TagsController::namesChanged);
     connect(manager, &DatabaseManger::tagsRenamed, this, &TagsController::namesChanged);
     connect(manager, &DatabaseManger::tagsRemoved, this, &TagsController::namesChanged);
+    connect(manager, &DatabaseManger::tagsMerged, m_favourites, &FavouriteTags::merge);
+    connect(manager, &DatabaseManger::tagsMerged, this, &TagsController::tagsMerged);
     connect(manager, &DatabaseManger::tagsRemoved, m_favourites, &FavouriteTags::forget);
+    connect(manager, &DatabaseManger::tagsRemoved, this, &TagsController::showMerged);
     // The tags below a tag count too, and relationships are the last that a reload brings.
     connect(manager, &DatabaseManger::allDataReloaded, this, &TagsController::showSelectionAgain);
     m_tableModel = new TagsTableModel(this, manager, this);
@@ -207,6 +213,52 @@ void TagsController::removeTags(const QVector<qint64> &tagIds)
     markTags(marked);
     if (m_mainView)
         m_mainView->forgetTags(tagIds);
+}
+
+bool TagsController::mergeTags(qint64 target, const QVector<qint64> &others)
+{
+    if (!manager() || !mayEdit())
+        return false;
+    if (knownTags(others + QVector<qint64>{target}).size() != others.size() + 1)
+        return refuse(tr("Tag Missing"), tr("One of the tags has been removed meanwhile."));
+    return manager()->mergeTags(target, others);
+}
+
+void TagsController::tagsMerged(qlonglong target, const QVector<qint64> &others)
+{
+    m_mergedInto = target;
+    m_merged = others;
+}
+
+void TagsController::showMerged()
+{
+    if (m_merged.isEmpty())
+        return;
+    const QVector<qint64> others = std::exchange(m_merged, {});
+    // A node that is shown is followed by its own controller.
+    if (m_mainView && !(m_browsTree && m_browsTree->currentTagNodeId() > 0))
+        m_mainView->narrowing()->replace(m_mergedInto, others);
+}
+
+int TagsController::nodesCount(const QVector<qint64> &tagIds) const
+{
+    if (!manager())
+        return 0;
+    const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
+    const Map<qint64, TBnode *> &nodes = manager()->nodes();
+    return int(std::count_if(nodes.begin(), nodes.end(),
+                             [&wanted](const TBnode *node) { return wanted.contains(node->tagId()); }));
+}
+
+int TagsController::relationsCount(const QVector<qint64> &tagIds) const
+{
+    if (!manager())
+        return 0;
+    const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
+    int count = 0;
+    for (const auto &place : qAsConst(manager()->relationNodes()))
+        count += wanted.contains(place.second->id()) ? 1 : 0;
+    return count;
 }
 
 void TagsController::setTagFilter(const QString &text)

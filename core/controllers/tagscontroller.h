@@ -56,6 +56,12 @@ public:
     /** Removes the tags with their nodes, relationships and links to files, all or nothing. */
     void removeTags(const QVector<qint64> &tagIds);
 
+    /** The others go, and all that they have goes to the target: one step of undo. */
+    bool mergeTags(qint64 target, const QVector<qint64> &others);
+    /** On how many nodes of the tree that is shown, and in how many relationships, one of the tags stands. */
+    int nodesCount(const QVector<qint64> &tagIds) const;
+    int relationsCount(const QVector<qint64> &tagIds) const;
+
     /** Narrows the table to names that match the text, in which * and ? stand for anything. */
     void setTagFilter(const QString &text);
     void linkFilesToTag(qint64 tagId, const QVector<qint64> &fileIds) override;
@@ -107,6 +113,9 @@ private:
     bool noteUse(bool isDone, const ChosenTags &tags);
     QVector<qint64> idsOf(const QStringList &names) const;
     void showSelectionAgain();
+    void tagsMerged(qlonglong target, const QVector<qint64> &others);
+    /** What was asked of files by tags that are gone is asked by the tag that they became. */
+    void showMerged();
 
     BrowsTreeController *m_browsTree = nullptr;
     GroupsController *m_groups = nullptr;
@@ -119,4 +128,6 @@ private:
     QVector<qint64> m_markedTagIds;
     enum class Shown { Nothing, AllOf, AnyOf, Narrowed };
     Shown m_shown = Shown::Nothing;
+    qint64 m_mergedInto = 0;
+    QVector<qint64> m_merged; ///< until they are gone
 };

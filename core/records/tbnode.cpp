@@ -34,6 +34,14 @@ void TBnode::setName(const QString &name)
     emit nameChanged(m_name);
 }
 
+void TBnode::setTag(qint64 tagId)
+{
+    if (m_tagId == tagId)
+        return;
+    m_tagId = tagId;
+    emit tagChanged(m_tagId);
+}
+
 void TBnode::setInverted(bool inverted)
 {
     if (m_inverted == inverted)

@@ -37,6 +37,7 @@ public:
     bool hasAutolinks() const { return !m_autolinks.isEmpty(); }
 
     void setName(const QString &name);
+    void setTag(qint64 tagId);
     void setInverted(bool inverted);
     void setTrOption(bool trOption);
     /** Only a node of a tag takes a link, and each link once; false otherwise. */
@@ -74,6 +75,7 @@ signals:
     void childrenNodesAdded(QList<TBnode *> children);
     void aboutToRemoveNodes(QList<TBnode *> children, TBnode *parentNode);
     void childrenNodesRemoved(QList<TBnode *> children);
+    void tagChanged(qint64 tagId);
     void isInvertedChanged(bool inverted);
     void trOptionChanged(bool trOption);
     void autolinkChanged();

@@ -48,10 +48,13 @@ UndoHistory::UndoHistory(DatabaseManger *manager, const std::function<bool()> &m
     m_steps.setUndoLimit(mostSteps);
     connect(manager, &DatabaseManger::aboutToEdit, this, &UndoHistory::noteState);
     connect(manager, &DatabaseManger::edited, this, &UndoHistory::add);
+    connect(manager, &DatabaseManger::replayed, this, &UndoHistory::finishReplay);
     // Refused, failed or canceled, when it has not been told by then.
-    connect(
-        manager, &DatabaseManger::finishedAddingFiles, this, [this] { m_awaited = Nothing; },
-        Qt::QueuedConnection);
+    const auto giveUp = [this] {
+        if (!m_manager->isTakingReplay())
+            m_awaited = Nothing;
+    };
+    connect(manager, &DatabaseManger::finishedAddingFiles, this, giveUp, Qt::QueuedConnection);
     const auto readKept = [this] { m_keptBefore = m_kept.read(); };
     connect(manager, &DatabaseManger::browsingNodeLoaded, this, readKept);
     connect(&m_steps, &QUndoStack::indexChanged, this, &UndoHistory::changed);
@@ -82,10 +85,6 @@ void UndoHistory::add(const EditStep &step)
     m_gone->editEnded(m_isReplaying || !step.edits.isEmpty());
     if (m_isReplaying)
         return;
-    if (m_awaited != Nothing && !step.edits.isEmpty()) {
-        move(std::exchange(m_awaited, Nothing) == Undoing);
-        return;
-    }
     if (!step.outcome.isEmpty())
         emit happened(step.outcome);
     if (m_scopes == 0) {
@@ -161,25 +160,33 @@ bool UndoHistory::isWholesale(const EditStep &step) const
 {
     qint64 pairs = 0;
     for (const ChangeSet &edit : step.edits) {
-        if (!edit.rows.isEmpty())
-            return false;
         for (const TagLinks &links : edit.links)
             pairs += links.fileIds.size();
     }
     return pairs > FileEdits::mostPairsAtOnce();
 }
 
-bool UndoHistory::requestLinks(const EditStep &step, bool isUndo)
+void UndoHistory::finishReplay(ReplayLosses losses)
 {
-    QMap<qint64, TagChange> changes;
-    for (const ChangeSet &edit : step.edits) {
-        for (const TagLinks &links : edit.links) {
-            TagChange &change = changes[links.tagId];
-            change.tagId = links.tagId;
-            (links.areAdded == isUndo ? change.unlinked : change.linked) += links.fileIds;
-        }
+    m_gone->editEnded(true);
+    const bool isUndo = m_awaited == Undoing;
+    if (std::exchange(m_awaited, Nothing) == Nothing)
+        return;
+    // What came in between has taken the place of the steps that were to be done again.
+    if (m_steps.index() != m_awaitedIndex) {
+        m_steps.clear();
+        return;
     }
-    return m_manager->changeTags(changes.values().toVector());
+    const int index = isUndo ? m_awaitedIndex - 1 : m_awaitedIndex;
+    auto *step = static_cast<Step *>(const_cast<QUndoCommand *>(m_steps.command(index)));
+    step->kept(!isUndo) = m_keptBefore;
+    m_kept.write(step->kept(isUndo), step->keepers());
+    m_keptBefore = m_kept.read();
+    losses.files += m_awaitedLosses.files;
+    losses.tags += m_awaitedLosses.tags;
+    if (!losses.isEmpty())
+        tellLosses(losses, isUndo);
+    move(isUndo);
 }
 
 bool UndoHistory::run(int index, bool isUndo)
@@ -193,9 +200,10 @@ bool UndoHistory::run(int index, bool isUndo)
     ReplayLosses losses;
     ReplayLosses gone;
     const EditStep living = m_gone->living(step->step(), step->number(), gone.files, gone.tags);
-    // Of several edits each would undo what the other needs; a scope has few links.
-    if (isWholesale(living) && living.edits.size() == 1) {
-        m_awaited = requestLinks(living, isUndo) ? (isUndo ? Undoing : Redoing) : Nothing;
+    if (isWholesale(living)) {
+        m_awaited = m_manager->requestReplay(living, isUndo) ? (isUndo ? Undoing : Redoing) : Nothing;
+        m_awaitedIndex = m_steps.index();
+        m_awaitedLosses = gone;
         return false;
     }
     RenamedFiles names(*m_manager);

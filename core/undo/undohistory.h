@@ -2,6 +2,7 @@
 
 #include "core/undo/keptstate.h"
 #include "db/undo/changeset.h"
+#include "db/undo/replaylosses.h"
 
 #include <QObject>
 #include <QUndoStack>
@@ -10,7 +11,6 @@
 
 class DatabaseManger;
 class GoneRecords;
-struct ReplayLosses;
 
 /**
  * The edits of the open database that can be taken back and done again, the last ones first. What an edit
@@ -62,7 +62,7 @@ private:
     bool run(int index, bool isUndo);
     void tellLosses(const ReplayLosses &losses, bool isUndo);
     bool isWholesale(const EditStep &step) const;
-    bool requestLinks(const EditStep &step, bool isUndo);
+    void finishReplay(ReplayLosses losses);
     void move(bool isUndo);
     void openScope(const QString &name);
     void closeScope();
@@ -76,6 +76,8 @@ private:
     bool m_isReplaying = false;
     enum Awaited { Nothing, Undoing, Redoing };
     Awaited m_awaited = Nothing; ///< from the worker
+    int m_awaitedIndex = 0;
+    ReplayLosses m_awaitedLosses;
     int m_scopes = 0;
     EditStep m_scopeStep;
     KeptState::Values m_keptBeforeScope;

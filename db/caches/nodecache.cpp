@@ -131,6 +131,7 @@ Map<qint64, TBnode *> NodeCache::merge(const TableData &rows)
             continue;
         TBnode *node = m_nodes.value(row.id);
         if (node) {
+            node->setTag(row.tagId);
             node->setName(row.name);
             node->setInverted(row.inverted);
             node->setTrOption(row.trOption);

@@ -119,6 +119,7 @@ void DatabaseManger::connectRecords()
     connect(&m_records, &Keeper::tagsLoaded, this, &Manager::tagsLoaded);
     connect(&m_records, &Keeper::tagsAdded, this, &Manager::tagsAdded);
     connect(&m_records, &Keeper::tagsRemoved, this, &Manager::tagsRemoved);
+    connect(&m_records, &Keeper::tagsMerged, this, &Manager::tagsMerged);
     connect(&m_records, &Keeper::aboutToRenameTags, this, &Manager::aboutToRenameTags);
     connect(&m_records, &Keeper::tagsRenamed, this, &Manager::tagsRenamed);
     connect(&m_records, &Keeper::groupsLoaded, this, &Manager::groupsLoaded);
@@ -194,6 +195,14 @@ void DatabaseManger::connectFileOperations()
         if (!outcome.nodes.isEmpty())
             emit nodesMade(outcome.nodes);
     });
+    connect(files, &Source::replayed, this, [this](const ReplayOutcome &outcome) {
+        emit aboutToEdit();
+        m_replays.take(outcome, [this](const TagChanges &tagged) { m_tagMerges.add(tagged); });
+        if (outcome.tagged.isEmpty())
+            tellReplay();
+        refreshModificationDate();
+    });
+    connect(&m_records, &RecordKeeper::fileTagsSettled, this, &DatabaseManger::tellReplay);
     connect(files, &Source::filesRemoved, this, [this](const QVector<qint64> &ids) {
         m_thumbnailCache->remove(ids);
         m_records.gotFilesRemoved(ids);
@@ -353,6 +362,7 @@ void DatabaseManger::reloadAllData()
         return;
     }
     m_tagMerges.clear();
+    m_replays.clear();
     emit aboutToReloadAllData();
     m_thumbnailCache->clearCache();
     beginFiles();
@@ -437,6 +447,36 @@ bool DatabaseManger::isNameGiven(const QString &name)
 EditResult DatabaseManger::runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit)
 {
     return m_runner.run(reload, base, edit);
+}
+
+bool DatabaseManger::mergeTags(qint64 target, const QVector<qint64> &others)
+{
+    const bool areFew =
+        qint64(m_records.files().map().size()) * (others.size() + 1) <= FileEdits::mostPairsAtOnce();
+    return areFew ? m_replays.mergeTags(target, others) : m_fileEdits.mergeTags(target, others);
+}
+
+bool DatabaseManger::requestReplay(const EditStep &step, bool isUndo)
+{
+    const QVector<ChangeSet> edits = Replays::editsOf(step, isUndo);
+    return m_fileEdits.replay(Replays::baseOf(edits), edits);
+}
+
+void DatabaseManger::tellReplay()
+{
+    ReplayOutcome outcome;
+    EditRecord record;
+    // The names of the tags that go are needed still.
+    if (m_replays.isTaking() && m_replays.taking().mergeTarget > 0)
+        EditNotes(record, m_records)
+            .tagsMerged(m_replays.taking().mergeTarget, m_replays.taking().mergedTags,
+                        m_replays.taking().merge);
+    if (!m_replays.settle(outcome))
+        return;
+    if (outcome.mergeTarget > 0)
+        emit edited(record.take());
+    else
+        emit replayed(outcome.losses);
 }
 
 bool DatabaseManger::areTagsOnNodes(const QVector<qint64> &tagIds)

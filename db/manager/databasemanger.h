@@ -131,6 +131,11 @@ public:
     {
         m_edits.changeTagDescription(tagId, text);
     }
+    /**
+     * Makes one tag of several: the others go, with one edit that can be taken back. In a database of many
+     * files it is queued for the worker, and true says that it is.
+     */
+    bool mergeTags(qint64 target, const QVector<qint64> &others);
     /** Whether a node has one of the tags, also one of a tree that is not shown; or it cannot be told. */
     bool areTagsOnNodes(const QVector<qint64> &tagIds);
     /** Removes the tags with all that refers to them, all or nothing; nodes below theirs move up. */
@@ -307,6 +312,10 @@ public:
         Q_UNUSED(fileId)
         return true;
     }
+    /** The same by the worker, for many files; replayed() tells of it. False when nothing is queued. */
+    bool requestReplay(const EditStep &step, bool isUndo);
+    /** What the worker has written is being taken in. */
+    bool isTakingReplay() const { return m_replays.isTaking(); }
     void cancelOperations();
     bool isBusy() const;
     /** Takes back what edited() told of, or does it again; false when that was refused or failed. */
@@ -346,6 +355,8 @@ signals:
     /** Tags that were not known before; a known one tells of its change by TableRowData::dataUpdated. */
     void tagsAdded(TableData tags);
     void tagsRemoved(QVector<qint64> tagIds);
+    /** Before the others go: for who keeps ids of tags. */
+    void tagsMerged(qlonglong target, QVector<qint64> others);
     void browsingNodeLoaded(const Map<qint64, TBnode *> &nodes);
     void addedBrowsingNodes(const Map<qint64, TBnode *> &nodes);
     /** Around the change of the records that follows a removal; children may move up in between. */
@@ -381,6 +392,8 @@ signals:
     /** Around an edit of the window; with what it changed, if that can be taken back, and how it is told. */
     void aboutToEdit();
     void edited(const EditStep &step);
+    /** In its place, what requestReplay() came to. */
+    void replayed(const ReplayLosses &losses);
     void startedAddingFiles(QString label);
     void addingFilesProgress(QString text, int percent);
     void finishedAddingFiles();
@@ -485,6 +498,7 @@ private:
     void connectLoads();
     void connectFileOperations();
     void connectFileNews();
+    void tellReplay();
     EditResult runEdit(int reload, const EditBase &base, const std::function<EditResult()> &edit) override;
     void editBegins() override { emit aboutToEdit(); }
     void editEnded(const EditStep &step) override { emit edited(step); }

@@ -169,6 +169,25 @@ bool EditNotes::tagDescribed(qint64 tagId)
     return m_record.watch(UndoTable::Tags, tagColumn, QVector<qint64>{tagId});
 }
 
+void EditNotes::tagsMerged(qint64 target, const QVector<qint64> &others, const ChangeSet &changes)
+{
+    const int tags = others.size();
+    QSet<qint64> files;
+    for (const TagLinks &links : changes.links) {
+        if (!links.areAdded)
+            files += QSet<qint64>(links.fileIds.cbegin(), links.fileIds.cend());
+    }
+    const QString name = tag(target);
+    const QString done = tags == 1 ? tr("%1 merged into %2").arg(tag(others.first()), name)
+                                   : tr("%Ln tags merged into %1", nullptr, tags).arg(name);
+    const int count = files.size();
+    const QString changed = count == 1 ? tr("1 file changed") : tr("%Ln files changed", nullptr, count);
+    m_record.keep(changes);
+    m_record.setWords(tags == 1 ? tr("Merge %1 into %2").arg(tag(others.first()), name)
+                                : tr("Merge %Ln tags into %1", nullptr, tags).arg(name),
+                      tr("%1, %2", "Letters merged into Mail, 3 files changed").arg(done, changed));
+}
+
 bool EditNotes::tagsRemoved(const QVector<qint64> &tagIds)
 {
     const int tags = tagIds.size();

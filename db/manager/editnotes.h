@@ -26,6 +26,8 @@ public:
     int links(const TagChanges &changes);
     bool tagRenamed(qint64 tagId, const QString &name);
     bool tagDescribed(qint64 tagId);
+    /** What was found out is all that it changes. */
+    void tagsMerged(qint64 target, const QVector<qint64> &others, const ChangeSet &changes);
     bool tagsRemoved(const QVector<qint64> &tagIds);
     bool groupRenamed(qint64 groupId, const QString &name);
     bool groupsRemoved(const QVector<qint64> &groupIds);

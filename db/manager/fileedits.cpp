@@ -76,6 +76,22 @@ bool FileEdits::changeTags(const TagChanges &changes)
     return true;
 }
 
+bool FileEdits::replay(const EditBase &base, const QVector<ChangeSet> &changes)
+{
+    if (!m_worker || !m_host.mayRequest(base))
+        return false;
+    request([changes](FileOperationProvider &files) { files.replay(changes); });
+    return true;
+}
+
+bool FileEdits::mergeTags(qint64 target, const QVector<qint64> &others)
+{
+    if (!m_worker || !m_host.mayRequest(ofFiles({}, others + QVector<qint64>{target})))
+        return false;
+    request([=](FileOperationProvider &files) { files.mergeTags(target, others); });
+    return true;
+}
+
 bool FileEdits::edit(const EditBase &base, const std::function<bool(MainViewProvider &)> &change)
 {
     return m_records && m_host.runFileEdit(base, [&] { return change(*m_records); });

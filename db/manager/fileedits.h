@@ -3,6 +3,7 @@
 #include "core/providers/foreignchanges.h"
 #include "core/records/recordtypes.h"
 #include "core/tagging/tagchange.h"
+#include "db/undo/changeset.h"
 
 #include <QHash>
 #include <QMap>
@@ -56,6 +57,9 @@ public:
     bool renameFile(qint64 fileId, const QString &name, const QString &path, const QString &relPath);
     /** All or nothing. Many pairs of file and tag are left to the worker: then true says that it has them. */
     bool changeTags(const TagChanges &changes);
+    /** For the worker: writes all of it, or merges tags. */
+    bool replay(const EditBase &base, const QVector<ChangeSet> &changes);
+    bool mergeTags(qint64 target, const QVector<qint64> &others);
     static int mostPairsAtOnce() { return mostPairs; }
     /** For tests. */
     static void setMostPairsAtOnce(int pairs) { mostPairs = pairs; }

@@ -52,6 +52,7 @@ public:
     void forgetTags(const QVector<qint64> &tagIds, const QVector<qint64> &unlinkedFileIds);
     /** These files, by rising ids, have the tag now, or have it no more; settleTags() follows the last. */
     void changeTag(qint64 tagId, bool isLinked, const QVector<qint64> &fileIds);
+    void tellMerge(qint64 target, const QVector<qint64> &others) { emit tagsMerged(target, others); }
     void settleTags() { emit fileTagsSettled(); }
     /** What tellNews() brings is told as one removal. */
     void removeNodes(const NodeRemovalPlan &plan, const std::function<void()> &tellNews);
@@ -84,6 +85,7 @@ signals:
     void tagsLoaded(TableData tags);
     void tagsAdded(TableData tags);
     void tagsRemoved(QVector<qint64> tagIds);
+    void tagsMerged(qlonglong target, QVector<qint64> others);
     void aboutToRenameTags(QVector<qint64> tagIds);
     void tagsRenamed(QVector<qint64> tagIds);
     void groupsLoaded();

@@ -1,17 +1,17 @@
 #include "db/manager/replays.h"
 
+#include "core/merging/tagmerger.h"
 #include "core/providers/browstreeprovider.h"
 #include "core/providers/mainviewprovider.h"
 #include "core/records/file.h"
+#include "db/manager/editnotes.h"
 #include "db/manager/pendingreloads.h"
 #include "db/manager/recordedits.h"
 #include "db/manager/recordkeeper.h"
 
 #include <algorithm>
 
-namespace {
-/** In the order in which they are to be written. */
-QVector<ChangeSet> editsOf(const EditStep &step, bool isUndo)
+QVector<ChangeSet> Replays::editsOf(const EditStep &step, bool isUndo)
 {
     if (!isUndo)
         return step.edits;
@@ -21,7 +21,7 @@ QVector<ChangeSet> editsOf(const EditStep &step, bool isUndo)
     return edits;
 }
 
-EditBase baseOf(const QVector<ChangeSet> &edits)
+EditBase Replays::baseOf(const QVector<ChangeSet> &edits)
 {
     EditBase base;
     for (const ChangeSet &edit : edits) {
@@ -56,7 +56,6 @@ EditBase baseOf(const QVector<ChangeSet> &edits)
     }
     return base;
 }
-} // namespace
 
 void Replays::setProviders(const DatabaseProviders &providers, const AbstractQueryConstructor *constructor)
 {
@@ -83,24 +82,102 @@ QHash<qint64, int> Replays::filesWithTagsOf(const QVector<ChangeSet> &edits) con
     return counts;
 }
 
+ChangeReplay::Files Replays::filesOf(QHash<qint64, int> &counts) const
+{
+    ChangeReplay::Files files;
+    files.changeTags = [this, &counts](const TagChanges &changes, QSet<qint64> &lost) {
+        for (const TagChange &change : changes) {
+            counts[change.tagId] += change.linked.size() - change.unlinked.size();
+            for (const qint64 fileId : change.linked + change.unlinked) {
+                if (!m_records.files().map().contains(fileId))
+                    lost.insert(fileId);
+            }
+        }
+        return m_providers.mainView->changeTags(changes);
+    };
+    files.readUsed = [&counts](const QVector<qint64> &tagIds, QSet<qint64> &used) {
+        for (const qint64 tagId : tagIds) {
+            if (counts.value(tagId) > 0)
+                used.insert(tagId);
+        }
+        return true;
+    };
+    return files;
+}
+
+bool Replays::write(const QVector<ChangeSet> &edits, ReplayLosses &losses, EditResult &result)
+{
+    QHash<qint64, int> counts = filesWithTagsOf(edits);
+    ChangeReplay writer(m_constructor, filesOf(counts));
+    m_host.include(&writer);
+    const bool isDone = std::all_of(edits.cbegin(), edits.cend(),
+                                    [&writer](const ChangeSet &edit) { return writer.run(edit); });
+    losses = writer.losses();
+    result.isDone = isDone;
+    result.reloadIds = {0};
+    result.tell = [this, touched = writer.touched(), areLinks = writer.areAutoLinksTouched()] {
+        tell(touched, areLinks);
+    };
+    return isDone;
+}
+
 bool Replays::run(const EditStep &step, bool isUndo, ReplayLosses &losses)
 {
     const QVector<ChangeSet> edits = editsOf(step, isUndo);
-    const auto replay = [&]() -> EditResult {
-        const QHash<qint64, int> counts = filesWithTagsOf(edits);
-        ChangeReplay::Records records;
-        records.hasFile = [this](qint64 fileId) { return m_records.files().map().contains(fileId); };
-        records.filesWith = [&counts](qint64 tagId) { return counts.value(tagId); };
-        ChangeReplay writer(m_constructor, *m_providers.mainView, records);
-        m_host.include(&writer);
-        const bool isDone = std::all_of(edits.cbegin(), edits.cend(),
-                                        [&writer](const ChangeSet &edit) { return writer.run(edit); });
-        losses = writer.losses();
-        return {isDone, {0}, [this, touched = writer.touched(), areLinks = writer.areAutoLinksTouched()] {
-                    tell(touched, areLinks);
-                }};
+    const auto replay = [&] {
+        EditResult result;
+        write(edits, losses, result);
+        return result;
     };
     return m_host.runEdit(PendingReloads::FullReload, baseOf(edits), replay).isDone;
+}
+
+bool Replays::mergeTags(qint64 target, const QVector<qint64> &others)
+{
+    const auto merge = [&] {
+        EditResult result;
+        TagMerger merger(m_constructor);
+        m_host.include(&merger);
+        ChangeSet changes;
+        ReplayLosses losses;
+        if (!merger.read(target, others, changes) || !m_host.mayTouch(baseOf({changes})) ||
+            changes.isEmpty() || !write({changes}, losses, result))
+            return EditResult();
+        m_host.notes().tagsMerged(target, others, changes);
+        result.tell = [this, target, others, tellRows = result.tell] {
+            m_records.tellMerge(target, others);
+            tellRows();
+        };
+        return result;
+    };
+    EditBase base;
+    base.tags = others + QVector<qint64>{target};
+    return m_host.runEdit(PendingReloads::FullReload, base, merge).isDone;
+}
+
+void Replays::take(const ReplayOutcome &outcome, const std::function<void(const TagChanges &)> &takeFiles)
+{
+    m_taking = outcome;
+    m_isTaking = true;
+    if (outcome.mergeTarget > 0)
+        m_records.tellMerge(outcome.mergeTarget, outcome.mergedTags);
+    const auto isNew = [this](qint64 tagId) { return !m_records.tags().row(tagId); };
+    m_areRowsTold = std::any_of(outcome.touched.tags.cbegin(), outcome.touched.tags.cend(), isNew);
+    if (m_areRowsTold)
+        tell(outcome.touched, outcome.areAutoLinksTouched);
+    takeFiles(outcome.tagged);
+}
+
+bool Replays::settle(ReplayOutcome &outcome)
+{
+    if (!m_isTaking)
+        return false;
+    m_isTaking = false;
+    outcome = m_taking;
+    m_taking = {};
+    if (!m_areRowsTold)
+        tell(outcome.touched, outcome.areAutoLinksTouched);
+    return true;
 }
 
 void Replays::tell(const ForeignChanges &touched, bool areAutoLinksTouched)

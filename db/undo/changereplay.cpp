@@ -1,8 +1,6 @@
 #include "db/undo/changereplay.h"
 
 #include "core/providers/chunks.h"
-#include "core/providers/mainviewprovider.h"
-#include "core/tagging/tagchange.h"
 #include "db/sql/abstractqueryconstructor.h"
 
 #include <algorithm>
@@ -17,6 +15,8 @@ const QString pathColumn = QStringLiteral("relationship_path");
 
 // Rows of one INSERT, which has all their values.
 constexpr int rowsPerInsert = 1000;
+// Each of its terms is tried on each path.
+constexpr int tagsPerCondition = 20;
 
 const QVector<UndoTable> allTables{UndoTable::Tags,      UndoTable::Groups,        UndoTable::GroupLinks,
                                    UndoTable::Nodes,     UndoTable::NodeLinks,     UndoTable::AutoLinks,
@@ -72,9 +72,14 @@ QString parentPath(const QString &path)
 }
 } // namespace
 
-ChangeReplay::ChangeReplay(const AbstractQueryConstructor *constructor, MainViewProvider &files,
-                           const Records &records, QObject *parent)
-    : RowReader(constructor, parent), m_files(files), m_records(records)
+ChangeReplay::ChangeReplay(const AbstractQueryConstructor *constructor, const Files &files, QObject *parent)
+    : RowReader(constructor, parent), m_files(files)
+{
+}
+
+ChangeReplay::ChangeReplay(const AbstractQueryConstructor *constructor, const Files &files,
+                           BaseDBProvider &runner, const QString &connectionName)
+    : RowReader(constructor, runner, connectionName), m_files(files)
 {
 }
 
@@ -311,29 +316,42 @@ bool ChangeReplay::keepUsed(UndoTable what, UndoTable user, const QString &colum
 
 bool ChangeReplay::keepUsedTags()
 {
+    QVector<qint64> ids;
+    for (const RowChange *change : rowsOf(UndoTable::Tags, isRemoval))
+        ids.append(change->id(tagId));
+    QSet<qint64> used;
+    if (!ids.isEmpty() && (!readTagsOnPaths(ids, used) || !m_files.readUsed(ids, used)))
+        return false;
+    dropRows(used, UndoTable::Tags);
+    return true;
+}
+
+bool ChangeReplay::readTagsOnPaths(const QVector<qint64> &tagIds, QSet<qint64> &used)
+{
     QSet<QString> leaving;
     for (const RowChange *change : rowsOf(UndoTable::Relations, isRemoval))
         leaving.insert(change->value(pathColumn).toString());
-    QSet<qint64> used;
-    for (const RowChange *change : rowsOf(UndoTable::Tags, isRemoval)) {
-        const qint64 id = change->id(tagId);
-        // Each tag of a path is the last one of a path, too.
-        const QString condition = SqlText::fill(
-            QStringLiteral("relationship_path='%1' OR relationship_path LIKE '%.%1'"), {QString::number(id)});
-        TableData paths;
-        if (!runSync(constructor()->selectQuery({pathColumn}, infoOf(UndoTable::Relations).name) +
-                         constructor()->whereClause(condition) + constructor()->statementEnd(),
-                     paths))
-            return false;
-        const bool isOnPath = std::any_of(paths.cbegin(), paths.cend(), [&](const TableRowData *row) {
-            return !leaving.contains(row->at(0).toString());
-        });
-        freeRows(paths);
-        if (isOnPath || m_records.filesWith(id) > m_unlinked.value(id))
-            used.insert(id);
-    }
-    dropRows(used, UndoTable::Tags);
-    return true;
+    // Each tag of a path is the last one of a path, too.
+    QStringList conditions;
+    for (const qint64 id : tagIds.size() > tagsPerCondition ? QVector<qint64>() : tagIds)
+        conditions.append(
+            SqlText::fill(QStringLiteral("relationship_path='%1' OR relationship_path LIKE '%.%1'"),
+                          {QString::number(id)}));
+    const QSet<qint64> wanted(tagIds.cbegin(), tagIds.cend());
+    const auto look = [&](const TableData &paths) {
+        for (const TableRowData *row : paths) {
+            const QString path = row->at(0).toString();
+            const qint64 last = tagsOfPath(path).constLast();
+            if (wanted.contains(last) && !leaving.contains(path))
+                used.insert(last);
+        }
+    };
+    return readSlices(constructor()->selectQuery({pathColumn}, infoOf(UndoTable::Relations).name) +
+                          (conditions.isEmpty()
+                               ? QString()
+                               : constructor()->whereClause(conditions.join(QLatin1String(" OR ")))) +
+                          constructor()->statementEnd(),
+                      look);
 }
 
 bool ChangeReplay::write()
@@ -366,7 +384,7 @@ bool ChangeReplay::removeRows(UndoTable table)
                                   : constructor()->inClause(info.keyColumns.first(), {group.key()}) +
                                         constructor()->logicalOperator(AndOperator);
         const bool isDone = Chunks::forEach(*group, Chunks::idsPerStatement, [&](const QStringList &part) {
-            return runSync(
+            return execute(
                 constructor()->deleteQuery(info.name) +
                 constructor()->whereClause(first + constructor()->inClause(info.keyColumns.last(), part)) +
                 constructor()->statementEnd());
@@ -386,7 +404,7 @@ bool ChangeReplay::insertRows(UndoTable table)
             std::transform(change->after.cbegin(), change->after.cend(), std::back_inserter(values), literal);
             rows.append(QLatin1Char('(') + values.join(QLatin1Char(',')) + QLatin1Char(')'));
         }
-        return runSync(QLatin1String("INSERT INTO ") + infoOf(table).name + QLatin1String(" (") +
+        return execute(QLatin1String("INSERT INTO ") + infoOf(table).name + QLatin1String(" (") +
                        part.constFirst()->columns.join(QLatin1Char(',')) + QLatin1String(") VALUES ") +
                        rows.join(QLatin1Char(',')) + constructor()->statementEnd());
     });
@@ -407,7 +425,7 @@ bool ChangeReplay::updateRows(UndoTable table)
     }
     for (auto group = keys.cbegin(); group != keys.cend(); ++group) {
         const bool isDone = Chunks::forEach(*group, Chunks::idsPerStatement, [&](const QStringList &part) {
-            return runSync(QLatin1String("UPDATE ") + infoOf(table).name + QLatin1String(" SET ") +
+            return execute(QLatin1String("UPDATE ") + infoOf(table).name + QLatin1String(" SET ") +
                            group.key() + constructor()->whereClause(constructor()->inClause(key, part)) +
                            constructor()->statementEnd());
         });
@@ -420,20 +438,16 @@ bool ChangeReplay::updateRows(UndoTable table)
 bool ChangeReplay::writeLinks(const QVector<TagLinks> &links, bool areAdded)
 {
     TagChanges changes;
-    QSet<qint64> lost;
     for (const TagLinks &link : links) {
         if (link.areAdded != areAdded)
             continue;
-        for (const qint64 fileId : link.fileIds) {
-            if (!m_records.hasFile(fileId))
-                lost.insert(fileId);
-        }
-        m_unlinked[link.tagId] += areAdded ? -link.fileIds.size() : link.fileIds.size();
         const QVector<qint64> none;
         changes.append({link.tagId, areAdded ? link.fileIds : none, areAdded ? none : link.fileIds});
     }
+    QSet<qint64> lost;
+    const bool isDone = changes.isEmpty() || m_files.changeTags(changes, lost);
     m_losses.files += lost.size();
-    return m_files.changeTags(changes);
+    return isDone;
 }
 
 void ChangeReplay::note(const RowChange &change)

@@ -1,50 +1,42 @@
 #pragma once
 
 #include "core/providers/foreignchanges.h"
+#include "core/tagging/tagchange.h"
+#include "db/undo/replaylosses.h"
 #include "db/undo/rowreader.h"
 
 #include <QMap>
 
 #include <functional>
 
-class MainViewProvider;
-
-/** What a replay could not write, as something else has been done to it since. */
-struct ReplayLosses
-{
-    int files = 0;
-    int tags = 0;
-    int nodes = 0;
-    int others = 0;
-
-    bool isEmpty() const { return files + tags + nodes + others == 0; }
-};
-
 /**
  * Writes changes of an edit once more, or those that take it back. A row is written only when it stands as
  * the change found it, and only when what it names is there; what somebody else has put to use is not
  * removed. The rest of the changes is written all the same. Lives for one edit on the stack of its caller,
- * which has opened the transaction. GUI thread, default connection.
+ * which has opened the transaction.
  */
 class ChangeReplay : public RowReader
 {
     Q_OBJECT
 
 public:
-    /** What it asks of the records, which are those of the database before the edit. */
-    struct Records
+    /** The tags of files, for which the window and the worker have ways of their own. */
+    struct Files
     {
-        std::function<bool(qint64 fileId)> hasFile;
-        /** How many files have the tag. */
-        std::function<int(qint64 tagId)> filesWith;
+        /** Links and unlinks; appends the files that are not there. */
+        std::function<bool(const TagChanges &changes, QSet<qint64> &lost)> changeTags;
+        /** Those of the tags that files have by now; false when it cannot be told. */
+        std::function<bool(const QVector<qint64> &tagIds, QSet<qint64> &used)> readUsed;
     };
-    ChangeReplay(const AbstractQueryConstructor *constructor, MainViewProvider &files, const Records &records,
-                 QObject *parent = nullptr);
+    ChangeReplay(const AbstractQueryConstructor *constructor, const Files &files, QObject *parent = nullptr);
+    /** The same on another connection, as RowReader has it. */
+    ChangeReplay(const AbstractQueryConstructor *constructor, const Files &files, BaseDBProvider &runner,
+                 const QString &connectionName);
 
     /** Within one transaction it may be called again. False when a statement failed. */
     bool run(const ChangeSet &changes);
     const ReplayLosses &losses() const { return m_losses; }
-    /** The keys of what was written; its provider tells of the files. */
+    /** The keys of what was written; whoever writes them tells of the files. */
     const ForeignChanges &touched() const { return m_touched; }
     bool areAutoLinksTouched() const { return m_areAutoLinksTouched; }
 
@@ -59,6 +51,7 @@ private:
     bool keepUsed();
     bool keepUsed(UndoTable what, UndoTable user, const QString &column);
     bool keepUsedTags();
+    bool readTagsOnPaths(const QVector<qint64> &tagIds, QSet<qint64> &used);
     void lose(const RowChange &change);
     void dropRows(const QSet<qint64> &ids, UndoTable table);
     bool write();
@@ -69,14 +62,12 @@ private:
     void note(const RowChange &change);
     Rows rowsOf(UndoTable table, bool (*isWanted)(const RowChange &)) const;
 
-    MainViewProvider &m_files;
-    Records m_records;
+    Files m_files;
     QMap<UndoTable, RowImages> m_current;
     Rows m_rows;                           ///< those that are to be written
     QMap<UndoTable, QSet<qint64>> m_there; ///< of the rows that are named, those that are there
     QMap<UndoTable, QSet<qint64>> m_taken; ///< keys that something else has got meanwhile
     QSet<QString> m_pathsThere;
-    QHash<qint64, int> m_unlinked; ///< from each tag; the records count these files still
     ReplayLosses m_losses;
     ForeignChanges m_touched;
     bool m_areAutoLinksTouched = false;

@@ -22,6 +22,12 @@ public:
     /** The same of rows that are new, once their ids are known. */
     void added(UndoTable table, const QString &column, const QVector<qint64> &ids);
     void addLinks(const TagLinks &links);
+    /** What is known to change, row by row, and is not read once more. */
+    void keep(const ChangeSet &changes)
+    {
+        m_changes.rows += changes.rows;
+        m_changes.links += changes.links;
+    }
     /** The name and the outcome of the step, whole texts. */
     void setWords(const QString &name, const QString &outcome);
     /** What is told though nothing, or not all of it, can be taken back. */

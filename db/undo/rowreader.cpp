@@ -26,6 +26,22 @@ RowReader::RowReader(const AbstractQueryConstructor *constructor, QObject *paren
 {
 }
 
+RowReader::RowReader(const AbstractQueryConstructor *constructor, BaseDBProvider &runner,
+                     const QString &connectionName)
+    : BaseDBProvider(constructor), m_runner(&runner), m_connectionName(connectionName)
+{
+}
+
+bool RowReader::execute(const QString &statement)
+{
+    return m_runner->runSync(statement, m_connectionName);
+}
+
+bool RowReader::readSlices(const QString &statement, const SliceTaker &take)
+{
+    return m_runner->runSyncInSlices(statement, Chunks::idsPerStatement, take, SliceKey(), m_connectionName);
+}
+
 const UndoTableInfo &RowReader::infoOf(UndoTable table)
 {
     // In the order of UndoTable.
@@ -55,10 +71,11 @@ bool RowReader::read(UndoTable table, const QString &column, const QStringList &
 {
     return Chunks::forEach(values, Chunks::idsPerStatement, [&](const QStringList &part) {
         TableData rows;
-        const bool isRead = runSync(constructor()->selectQuery({QStringLiteral("*")}, infoOf(table).name) +
-                                        constructor()->whereClause(constructor()->inClause(column, part)) +
-                                        constructor()->statementEnd(),
-                                    rows);
+        const bool isRead =
+            m_runner->runSync(constructor()->selectQuery({QStringLiteral("*")}, infoOf(table).name) +
+                                  constructor()->whereClause(constructor()->inClause(column, part)) +
+                                  constructor()->statementEnd(),
+                              rows, m_connectionName);
         for (const TableRowData *row : qAsConst(rows)) {
             images.columns = row->columns();
             RowImage image;
@@ -80,10 +97,10 @@ bool RowReader::readIds(const QString &table, const QString &column, const QVect
             found.insert(row->at(0).toLongLong());
     };
     return Chunks::forEach(ids, Chunks::idsPerStatement, [&](const QVector<qint64> &part) {
-        return runSyncInSlices(
+        return readSlices(
             constructor()->selectQuery({column}, table, true) +
                 constructor()->whereClause(constructor()->inClause(column, SqlText::idTexts(part))) +
                 constructor()->statementEnd(),
-            Chunks::idsPerStatement, collect);
+            collect);
     });
 }

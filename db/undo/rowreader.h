@@ -22,7 +22,7 @@ struct RowImages
 
 /**
  * Reads whole rows of the tables that edits change, with all their columns, also those that no record keeps.
- * GUI thread, default connection.
+ * On the default connection and the GUI thread, or on those of the provider that it is given.
  */
 class RowReader : public BaseDBProvider
 {
@@ -30,6 +30,9 @@ class RowReader : public BaseDBProvider
 
 public:
     explicit RowReader(const AbstractQueryConstructor *constructor, QObject *parent = nullptr);
+    /** Its statements are run by the owner of another connection, which is borrowed and tells of errors. */
+    RowReader(const AbstractQueryConstructor *constructor, BaseDBProvider &runner,
+              const QString &connectionName);
 
     static const UndoTableInfo &infoOf(UndoTable table);
     static QString keyOf(UndoTable table, const QStringList &columns, const RowImage &row);
@@ -39,4 +42,13 @@ public:
     /** Those of the numbers that stand in a column of a table. */
     bool readIds(const QString &table, const QString &column, const QVector<qint64> &ids,
                  QSet<qint64> &found);
+
+protected:
+    bool execute(const QString &statement);
+    /** Hands on the rows, which are lent. */
+    bool readSlices(const QString &statement, const SliceTaker &take);
+
+private:
+    BaseDBProvider *m_runner = this;
+    QString m_connectionName;
 };

@@ -14,6 +14,7 @@
 #include "fileops/operations/loadthumbnailsoperation.h"
 #include "fileops/operations/locatefilesoperation.h"
 #include "fileops/operations/remakethumbnailsoperation.h"
+#include "fileops/operations/replayoperation.h"
 #include "fileops/operations/transferfilesoperation.h"
 #include "fileops/worker/fileoperationworker.h"
 
@@ -80,6 +81,12 @@ void runOperationClass(FileOperationWorker &worker, const FileOperation &operati
     case FileOperationType::ChangeTagsOperation:
         runAnnounced<ChangeTagsOperation>(worker, operation,
                                           FileOperationWorker::tr("Changing the tags of files..."));
+        break;
+    case FileOperationType::ReplayOperation:
+        runAnnounced<ReplayOperation>(worker, operation,
+                                      operation.mergeTarget > 0
+                                          ? FileOperationWorker::tr("Merging tags...")
+                                          : FileOperationWorker::tr("Changing the tags of files..."));
         break;
     case FileOperationType::TransferFilesOperation:
         if (!operation.fileIds.isEmpty())

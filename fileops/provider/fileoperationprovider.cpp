@@ -83,6 +83,7 @@ void FileOperationProvider::connectWorker()
     connect(m_worker, &Worker::updateNodes, this, &Provider::updateNodes, queued);
     connect(m_worker, &Worker::updatedFiles, this, &Provider::updatedFiles, queued);
     connect(m_worker, &Worker::tagsChanged, this, &Provider::tagsChanged, queued);
+    connect(m_worker, &Worker::replayed, this, &Provider::replayed, queued);
     connect(m_worker, &Worker::fellShort, this, &Provider::fellShort, queued);
     connect(m_worker, &Worker::error, this, &Provider::error, queued);
     connect(m_worker, &Worker::exchangeDone, this, &Provider::exchangeDone, queued);
@@ -275,6 +276,23 @@ void FileOperationProvider::changeTags(const TagChanges &changes)
     FileOperation operation;
     operation.type = FileOperationType::ChangeTagsOperation;
     operation.tagChanges = changes;
+    enqueue(operation);
+}
+
+void FileOperationProvider::replay(const QVector<ChangeSet> &changes)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::ReplayOperation;
+    operation.changes = changes;
+    enqueue(operation);
+}
+
+void FileOperationProvider::mergeTags(qint64 target, const QVector<qint64> &others)
+{
+    FileOperation operation;
+    operation.type = FileOperationType::ReplayOperation;
+    operation.mergeTarget = target;
+    operation.tagIds = others;
     enqueue(operation);
 }
 

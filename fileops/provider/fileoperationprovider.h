@@ -9,6 +9,7 @@
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/operationshortfall.h"
 #include "fileops/worker/presentableduplicates.h"
+#include "fileops/worker/replayoutcome.h"
 
 #include <QDateTime>
 #include <QImage>
@@ -67,6 +68,10 @@ public:
     void remakeThumbnails(const QVector<qint64> &ids);
     /** All or nothing; tagsChanged() tells what came of it. */
     void changeTags(const TagChanges &changes);
+    /** Writes changes of edits one after the other, all or nothing; replayed() tells what came of it. */
+    void replay(const QVector<ChangeSet> &changes);
+    /** The same with what makes one tag of several. */
+    void mergeTags(qint64 target, const QVector<qint64> &others);
     /**
      * Looks whether these external files are in their places, refreshes the records of those that have
      * changed and removes those that are copies of others by now. A check that gives way ends, or never
@@ -103,6 +108,7 @@ signals:
     void updateNodes(QVector<qint64> ids);
     void updatedFiles(QVector<qint64> ids);
     void tagsChanged(TagChanges done);
+    void replayed(ReplayOutcome outcome);
     void startedFilesOperation(QString label);
     void filesOperationProgress(QString text, int percent);
     void finishedFilesOperation();

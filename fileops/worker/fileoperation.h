@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/tagging/tagchange.h"
+#include "db/undo/changeset.h"
 #include "fileops/worker/exportrequest.h"
 #include "fileops/worker/importoptions.h"
 
@@ -35,7 +36,8 @@ enum class FileOperationType {
     RemakeThumbnailsOperation = 12,
     TransferFilesOperation = 13,
     LocateFilesOperation = 14,
-    ChangeTagsOperation = 15
+    ChangeTagsOperation = 15,
+    ReplayOperation = 16
 };
 Q_DECLARE_METATYPE(FileOperationType)
 
@@ -50,6 +52,8 @@ struct FileOperation
     QStringList idCodes;           ///< theirs, as an id may be another file's by now; empty where nobody asks
     QVector<qint64> tagIds;        ///< tags for the added files
     TagChanges tagChanges;         ///< of files that there are
+    QVector<ChangeSet> changes;    ///< to be written one after the other
+    qint64 mergeTarget = 0;        ///< in place of these: the tag that tagIds go to
     bool fromSelectedNode = false; ///< the add may make browsing nodes
     qint64 nodeId = 0;             ///< the node under which new nodes go
     QPair<qint64, qint64> fileToExtract{-1, -1};

@@ -50,6 +50,8 @@ public:
     /** The key for a row that is written next. */
     virtual bool nextId(const QString &table, const QString &column, qint64 &id);
 
+    /** Lets nobody else use a tag until the end of the transaction, where others write meanwhile. */
+    virtual bool holdTags() { return true; }
     virtual bool insertBrowsingNode(qint64 nodeId, qint64 tagId);
     virtual bool insertBrowsingNodeLink(qint64 parentId, qint64 childId);
 

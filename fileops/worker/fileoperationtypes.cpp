@@ -9,6 +9,7 @@
 #include "fileops/worker/fileoperation.h"
 #include "fileops/worker/operationshortfall.h"
 #include "fileops/worker/presentableduplicates.h"
+#include "fileops/worker/replayoutcome.h"
 
 #include <QImage>
 #include <QSqlError>
@@ -26,6 +27,7 @@ void registerFileOperationTypes()
     qRegisterMetaType<AutoLinkOutcome>("AutoLinkOutcome");
     qRegisterMetaType<DeletedFileRepresentations>("DeletedFileRepresentations");
     qRegisterMetaType<AdditionOutcome>("AdditionOutcome");
+    qRegisterMetaType<ReplayOutcome>("ReplayOutcome");
     qRegisterMetaType<OperationShortfall>("OperationShortfall");
     qRegisterMetaType<QList<ShellFile>>("QList<ShellFile>");
 }

@@ -11,6 +11,7 @@
 #include "fileops/worker/fileoperationqueries.h"
 #include "fileops/worker/operationreport.h"
 #include "fileops/worker/presentableduplicates.h"
+#include "fileops/worker/replayoutcome.h"
 
 #include <QImage>
 #include <QList>
@@ -133,6 +134,7 @@ signals:
     void updatedFiles(QVector<qint64> ids);
     /** What was really changed: nobody has to read these files. */
     void tagsChanged(TagChanges done);
+    void replayed(ReplayOutcome outcome);
     void extractedTempFiles(QVector<QPair<qint64, QString>> files);
     void duplicatesReady(PresentableDuplicates duplicates);
     /** After the news of its rows. */

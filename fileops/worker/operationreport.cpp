@@ -23,6 +23,7 @@ QString sentence(FileOperationType type)
     case FileOperationType::TransferFilesOperation:
         return OperationReport::tr("Files transferred: %1 of %2.");
     case FileOperationType::ChangeTagsOperation:
+    case FileOperationType::ReplayOperation:
         return OperationReport::tr("Files whose tags were changed: %1 of %2.");
     case FileOperationType::RemakeThumbnailsOperation:
         return OperationReport::tr("Thumbnails remade: %1 of %2.");

@@ -93,6 +93,13 @@ bool PostgresFileOperationWorker::commitTransaction(const QString &connectionNam
     return isCommitted;
 }
 
+bool PostgresFileOperationWorker::holdTags()
+{
+    // In the order in which a tag is removed. Others read on.
+    return runAsync(QStringLiteral("LOCK TABLE file_tag, tag_group_links, tb_nodes, tag_relationships, tags "
+                                   "IN SHARE ROW EXCLUSIVE MODE;"));
+}
+
 void PostgresFileOperationWorker::setPatient(bool isPatient)
 {
     // The shortest that can be set; what the connection had comes back, however often it was set.

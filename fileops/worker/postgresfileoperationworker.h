@@ -21,6 +21,7 @@ public:
      */
     bool commitTransaction(const QString &connectionName) override;
     void setPatient(bool isPatient) override;
+    bool holdTags() override;
     bool gathersRows() const override { return true; }
     bool insertRows(const QString &into, int columns, const QVariantList &values) override;
     void beginRows() override;

@@ -362,6 +362,7 @@ void TBtreeModel::followNode(TBnode *node)
         chagedNodeName(name);
     });
     connect(node, &TBnode::autolinkChanged, this, changed);
+    connect(node, &TBnode::tagChanged, this, changed);
     connect(node, &TBnode::isInvertedChanged, this, changed);
     connect(node, &TBnode::trOptionChanged, this, changed);
 }

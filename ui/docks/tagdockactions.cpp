@@ -11,6 +11,7 @@ TagDockActions::TagDockActions(QObject *parent) : QObject(parent)
     add(AddTag, tr("Add"), ":icons/add.png");
     add(DeleteTag, tr("Delete"), ":icons/delete.png");
     add(RenameTag, tr("Rename"), ":icons/edit.png");
+    add(MergeTags, tr("Merge Tags..."))->setObjectName(QStringLiteral("mergeTagsAction"));
     add(ExportTags, tr("Export Tags"))->setObjectName(QStringLiteral("exportTagsAction"));
     add(ExportTagsFromContext, tr("Tags"));
     add(AddGroup, tr("Add Tag Group"), ":icons/add.png");
@@ -39,6 +40,7 @@ void TagDockActions::takePlaces(MainUi &ui)
     m_actions.insert(TagMenu, ui.tagMenu->menuAction());
     for (const Key key : {AssignGroups, AddTag, DeleteTag, RenameTag, ExportTags})
         ui.tagMenu->addAction(action(key));
+    ui.tagMenu->addAction(action(MergeTags));
     m_actions.insert(EditMode, ui.editMode);
     ui.tagToolsBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
     for (const Key key : {NewTag, ActivateAnd, ActivateOr, EditMode})
@@ -56,6 +58,7 @@ void TagDockActions::updateAvailability(const Situation &situation)
     };
     enable({TagMenu, AddTag, NewTag}, situation.areTagsWritable);
     enable({AssignGroups, DeleteTag, RenameTag}, situation.areTagsWritable && situation.hasSelection);
+    enable({MergeTags}, situation.areTagsWritable && situation.hasSeveral);
     enable({ExportTags, ExportTagsFromContext}, situation.isLocal && situation.hasSelection);
     enable({ActivateAnd, ActivateOr}, situation.hasSelection);
     enable({AddGroup, DeleteGroup}, situation.areGroupsWritable);

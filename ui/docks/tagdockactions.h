@@ -32,7 +32,8 @@ public:
         ActivateAnd = 16,
         ActivateOr = 17,
         EditMode = 18,
-        LinkTags = 19
+        LinkTags = 19,
+        MergeTags = 20
     };
 
     explicit TagDockActions(QObject *parent);
@@ -47,6 +48,7 @@ public:
         bool areTagsWritable = false;
         bool areGroupsWritable = false;
         bool hasSelection = false;
+        bool hasSeveral = false;
         bool isLocal = false;
     };
     void updateAvailability(const Situation &situation);

@@ -8,6 +8,7 @@
 #include "core/controllers/tagscontroller.h"
 #include "models/tags/tagstablemodel.h"
 #include "ui/dialogs/exportcommand.h"
+#include "ui/dialogs/mergetagsdialog.h"
 #include "ui/dialogs/nameinput.h"
 #include "ui/dialogs/taggroupform.h"
 #include "ui/docks/tagselection.h"
@@ -87,6 +88,15 @@ void TagDockCommands::assignGroups()
     // Not below the dock: the table of the form would be coloured with that of the dock.
     TagGroupForm form(m_groups, tagIds, m_dock->parentWidget());
     form.exec();
+}
+
+void TagDockCommands::mergeTags()
+{
+    const QVector<qint64> tagIds = m_selection->tagIds();
+    if (tagIds.size() < 2 || !mayEdit(m_tags))
+        return;
+    MergeTagsDialog dialog(m_tags, tagIds, m_dock->parentWidget());
+    dialog.exec();
 }
 
 void TagDockCommands::renameTag()

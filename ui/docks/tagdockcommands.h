@@ -34,6 +34,7 @@ public:
     void addTags();
     void deleteTags();
     void assignGroups();
+    void mergeTags();
     void renameTag();
     /** Asks as what; only these tags go out, with the files that bear them. */
     void exportTags();

@@ -120,6 +120,8 @@ void TagsTableDock::connectActions()
     onTriggered(TagDockActions::AddTag, &TagsTableDock::slotAddNewTag);
     onTriggered(TagDockActions::DeleteTag, &TagsTableDock::slotDeleteTag);
     onTriggered(TagDockActions::RenameTag, &TagsTableDock::slotRenameTag);
+    connect(m_actions->action(TagDockActions::MergeTags), &QAction::triggered, m_commands,
+            &TagDockCommands::mergeTags);
     onTriggered(TagDockActions::AddGroup, &TagsTableDock::slotAddGroup);
     onTriggered(TagDockActions::DeleteGroup, &TagsTableDock::slotRemoveCurrentGroup);
     onTriggered(TagDockActions::NewTag, &TagsTableDock::slotAddNewTag);
@@ -237,6 +239,7 @@ void TagsTableDock::updateActionsAvailability()
     situation.areTagsWritable = m_tags && !m_tags->isReadOnly();
     situation.areGroupsWritable = m_groups && !m_groups->isReadOnly();
     situation.hasSelection = m_tags && !tagIds.isEmpty();
+    situation.hasSeveral = m_tags && tagIds.size() > 1;
     situation.isLocal = m_exports->isLocal();
     m_actions->updateAvailability(situation);
     m_exports->updateAvailability(situation.hasSelection);
@@ -272,6 +275,8 @@ void TagsTableDock::execViewContextMenu(const QPoint &pos)
         }
         if (count == 1)
             menu.addAction(m_actions->action(TagDockActions::RenameTag));
+        if (count > 1)
+            menu.addAction(m_actions->action(TagDockActions::MergeTags));
     }
     menu.addMenu(m_exports->menu());
     if (count == 1 && !m_tags->isReadOnly())
