@@ -101,7 +101,7 @@ void makeSchema(PlainDatabase &database)
 {
     // That of new databases, or one to compare with it.
     const QByteArray pageSize =
-        qEnvironmentVariableIsSet("VORNA_BENCH_PAGE") ? qgetenv("VORNA_BENCH_PAGE") : QByteArray("65536");
+        qEnvironmentVariableIsSet("VORNA_BENCH_PAGE") ? qgetenv("VORNA_BENCH_PAGE") : QByteArray("16384");
     database.run(QByteArray("PRAGMA page_size=" + pageSize).constData());
     database.run("BEGIN");
     for (const QString &statement : Schema::creationStatements())

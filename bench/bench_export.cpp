@@ -24,7 +24,7 @@ constexpr int tagCount = 500;
 
 void makeTables(PlainDatabase &database)
 {
-    database.run("PRAGMA page_size=65536");
+    database.run("PRAGMA page_size=16384");
     database.run("BEGIN");
     for (const QString &statement : Schema::creationStatements())
         database.run(statement.toUtf8().constData());

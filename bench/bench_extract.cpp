@@ -111,7 +111,7 @@ void copyFile(const QString &from, const QString &to)
 void makeDatabase(const QString &path)
 {
     PlainDatabase database(path.toUtf8().constData());
-    database.run("PRAGMA page_size=65536");
+    database.run("PRAGMA page_size=16384");
     database.run("BEGIN");
     for (const QString &statement : Schema::creationStatements())
         database.run(statement.toUtf8().constData());

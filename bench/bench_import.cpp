@@ -65,7 +65,7 @@ Cost measured(const Work &work)
 
 void makeTables(PlainDatabase &database)
 {
-    database.run("PRAGMA page_size=65536");
+    database.run("PRAGMA page_size=16384");
     for (const QString &statement : Schema::creationStatements())
         database.run(statement.toUtf8().constData());
 }

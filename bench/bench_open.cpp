@@ -102,7 +102,7 @@ void makeDatabase(const QString &fileName, int files)
 {
     sqlite3 *database = nullptr;
     sqlite3_open(QFile::encodeName(fileName).constData(), &database);
-    run(database, QStringLiteral("PRAGMA page_size=65536;"));
+    run(database, QStringLiteral("PRAGMA page_size=16384;"));
     run(database, QStringLiteral("PRAGMA synchronous=OFF;"));
     for (const QString &statement : Schema::creationStatements())
         run(database, statement);

@@ -64,7 +64,7 @@ void makeDatabase(const std::string &path, const std::vector<std::string> &files
 {
     ::unlink(path.c_str());
     PlainDatabase database(path.c_str());
-    database.run("PRAGMA page_size=65536; PRAGMA journal_mode=OFF; BEGIN");
+    database.run("PRAGMA page_size=16384; PRAGMA journal_mode=OFF; BEGIN");
     for (const QString &statement : Schema::creationStatements())
         database.run(statement.toUtf8().constData());
     const auto folder = path.substr(0, path.rfind('/') + 1);

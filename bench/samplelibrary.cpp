@@ -144,7 +144,7 @@ QString SampleLibrary::preparedIn(const QString &folder, int files)
     QFile::remove(part);
     {
         PlainDatabase database(QFile::encodeName(part).constData());
-        database.run("PRAGMA page_size=65536");
+        database.run("PRAGMA page_size=16384");
         database.run("PRAGMA synchronous=OFF");
         database.run("PRAGMA cache_size=-400000");
         for (const QString &statement : Schema::creationStatements())

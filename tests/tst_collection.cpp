@@ -23,7 +23,7 @@ private slots:
             });
         {
             LocalCollection collection;
-            QCOMPARE(collection.value("PRAGMA page_size"), "65536"_s);
+            QCOMPARE(collection.value("PRAGMA page_size"), "16384"_s);
             QCOMPARE(collection.value("PRAGMA journal_mode"), "delete"_s);
             fill(collection);
             collection.tree().changeInversion(1, true);

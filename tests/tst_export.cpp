@@ -109,7 +109,7 @@ private slots:
             QVERIFY2(differences("main."_s + table, "other."_s + table) == 0, qPrintable(table));
         }
         QCOMPARE(Sql::value("PRAGMA other.integrity_check"), "ok"_s);
-        QCOMPARE(Sql::value("PRAGMA other.page_size"), "65536"_s);
+        QCOMPARE(Sql::value("PRAGMA other.page_size"), "16384"_s);
         QCOMPARE(Sql::rows("SELECT name, sql FROM other.sqlite_master ORDER BY 1"),
                  Sql::rows("SELECT name, sql FROM main.sqlite_master ORDER BY 1"));
         QCOMPARE(Sql::rows("SELECT * FROM other.scheme_version"), Sql::rows("SELECT * FROM scheme_version"));

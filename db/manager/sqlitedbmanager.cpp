@@ -23,8 +23,8 @@
 #include <QSqlDatabase>
 
 namespace {
-// Large blocks of file contents are stored at half the price of the default page size.
-const QString pageSizeStatement = QStringLiteral("PRAGMA page_size=65536;");
+// Large contents want large pages, and rows at random places of an index small ones.
+const QString pageSizeStatement = QStringLiteral("PRAGMA page_size=16384;");
 
 // How long the window waits for the worker's transaction before it asks to try again.
 const QString shortBusyTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=250");
