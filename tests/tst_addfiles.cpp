@@ -5,6 +5,7 @@
 #include "fileops/worker/fileoperationworker.h"
 #include "tests/support/addingfixture.h"
 #include "tests/support/serverdatabase.h"
+#include "tests/support/silentdisk.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -442,6 +443,29 @@ private slots:
         disconnect(connection);
         m_fixture->add({m_fixture->path("top/1"_s)});
         QCOMPARE(Sql::count("files"_s), 1);
+    }
+
+    void aDiskThatDoesNotAnswerAddsNothing()
+    {
+        SilentDisk disk(m_fixture->path("silent"_s));
+        if (!m_fixture->isLocal() || !disk.isThere())
+            QSKIP("Only root may mount, and the database has no part in it.");
+        FileOperationProvider &provider = m_fixture->provider();
+        QSignalSpy told(&provider, &FileOperationProvider::error);
+        const QStringList paths{m_fixture->write("a"_s, "a"), disk.path("b"_s)};
+        QElapsedTimer passed;
+        passed.start();
+        QTimer::singleShot(300, &provider, &FileOperationProvider::cancelOperations);
+        m_fixture->add(paths);
+        QVERIFY(passed.elapsed() < 3000);
+        QCOMPARE(m_fixture->errors.first().first().value<OperationShortfall>().outcome,
+                 "Files added: 0 of 2."_s);
+        QVERIFY(told.isEmpty());
+        m_fixture->add(paths);
+        QCOMPARE(told.size(), 1);
+        QCOMPARE(told.first().first().toString(),
+                 "The disk with \"%1\" does not answer, so nothing was added."_s.arg(paths.at(1)));
+        QCOMPARE(Sql::count("files"_s), 0);
     }
 
     void commitThatFailsIsNoAdd()

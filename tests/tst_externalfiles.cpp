@@ -1,7 +1,9 @@
+#include "fileops/looks/silentplaces.h"
 #include "models/trees/externalfilemodel.h"
 #include "resources/resources.h"
 #include "tests/support/database.h"
 #include "tests/support/drags.h"
+#include "tests/support/silentdisk.h"
 #include "tests/support/text.h"
 #include "ui/docks/externalfilesdock.h"
 #include "ui/views/externalfileview.h"
@@ -109,6 +111,24 @@ private slots:
             QCOMPARE(dropped.first().at(0).toString(), m_folder.filePath(row));
             QCOMPARE(dropped.first().at(1).value<QVector<qint64>>(), ids);
         }
+    }
+
+    void aDiskThatDoesNotAnswerHoldsNoEnd()
+    {
+        SilentDisk disk(m_folder.filePath("silent"_s));
+        if (!disk.isThere())
+            QSKIP("Only root may mount.");
+        QElapsedTimer passed;
+        {
+            ExternalFilesDock dock;
+            dock.show();
+            auto *view = dock.findChild<ExternalFileView *>();
+            QTRY_VERIFY(view->model());
+            // Meanwhile the thread of the model has come to that disk.
+            QVERIFY(SilentPlaces::isAnyDiskSilent());
+            passed.start();
+        }
+        QVERIFY(passed.elapsed() < 2000);
     }
 
 private:

@@ -41,7 +41,10 @@ void FolderExpansion::expand(const QStringList &droppedPaths)
 {
     QStringList folders;
     for (const QString &dropped : droppedPaths) {
+        if (shouldEnd())
+            return;
         const QString path = cleaned(dropped);
+        tellPath(path);
         const QFileInfo info(path);
         if (info.isDir())
             folders.append(path);
@@ -52,6 +55,12 @@ void FolderExpansion::expand(const QStringList &droppedPaths)
     }
     for (const QString &folder : outerFirst(folders))
         walk(folder);
+}
+
+void FolderExpansion::tellPath(const QString &path) const
+{
+    if (m_atPath)
+        m_atPath(path);
 }
 
 void FolderExpansion::leaveOut(const QString &path)
@@ -96,6 +105,7 @@ bool FolderExpansion::addFolder(const QString &path, const QString &relativePath
 void FolderExpansion::listFolder(int index)
 {
     const ExpandedFolder folder = m_folders.at(index);
+    tellPath(folder.path);
     const QString prefix =
         folder.path.endsWith(QLatin1Char('/')) ? folder.path : folder.path + QLatin1Char('/');
     const QString relativePrefix =

@@ -24,8 +24,14 @@ struct ExpandedFolder
 class FolderExpansion
 {
 public:
-    /** `shouldEnd` is asked before each folder and ends the walk with what there is. */
-    explicit FolderExpansion(const std::function<bool()> &shouldEnd = {}) : m_shouldEnd(shouldEnd) {}
+    using AtPath = std::function<void(const QString &path)>;
+
+    /** `shouldEnd` is asked at each path and ends the walk with what there is; `atPath` hears of it before.
+     */
+    explicit FolderExpansion(const std::function<bool()> &shouldEnd = {}, const AtPath &atPath = {})
+        : m_shouldEnd(shouldEnd), m_atPath(atPath)
+    {
+    }
 
     void expand(const QStringList &droppedPaths);
 
@@ -45,8 +51,10 @@ private:
     void listFolder(int index);
     bool addFolder(const QString &path, const QString &relativePath, int parent);
     bool shouldEnd() const { return m_shouldEnd && m_shouldEnd(); }
+    void tellPath(const QString &path) const;
 
     std::function<bool()> m_shouldEnd;
+    AtPath m_atPath;
     QVector<ExpandedFolder> m_folders;
     QStringList m_files;
     LeftOutFiles m_leftOut;

@@ -5,6 +5,7 @@
 #include "fileops/contents/filecomparison.h"
 #include "fileops/duplicates/duplicatechoice.h"
 #include "fileops/files/datachecksum.h"
+#include "fileops/looks/awaitedlook.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
@@ -12,6 +13,8 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <atomic>
+#include <memory>
 
 namespace {
 
@@ -87,20 +90,33 @@ bool DuplicateManager::readPaths(const QStringList &paths)
     m_candidates.reserve(paths.size());
     for (int from = 0; from < paths.size(); from += filesInRead) {
         const QStringList part = paths.mid(from, filesInRead);
-        const QVector<FileChecksum> read = FileChecksums::ofFiles(
-            part, [this] { return m_worker->shouldEnd(); },
-            [&](int index) {
-                const int percent = ProgressThrottle::percent(from + index, paths.size(), 0, readBand);
-                if (m_progress.isDue(percent))
-                    emit operationProgress(FileOperationType::AddFilesOperation,
-                                           tr("Grouping files with duplicate content"), percent);
-            });
+        tellReading(from, paths.size());
+        const auto current = std::make_shared<std::atomic<int>>(0);
+        const auto look = [part, current](const AwaitedLook::ShouldEnd &shouldEnd) {
+            return FileChecksums::ofFiles(part, shouldEnd, [current](int index) { *current = index; });
+        };
+        const auto read = AwaitedLook::run(look, [&] {
+            tellReading(from + *current, paths.size());
+            return m_worker->shouldEnd();
+        });
         if (hasEnded())
             return false;
+        if (!read) {
+            m_silentPath = part.at(*current);
+            return false;
+        }
         for (int i = 0; i < part.size(); ++i)
-            appendCandidate(part.at(i), read.at(i));
+            appendCandidate(part.at(i), read->at(i));
     }
     return true;
+}
+
+void DuplicateManager::tellReading(int number, int all)
+{
+    const int percent = ProgressThrottle::percent(number, all, 0, readBand);
+    if (m_progress.isDue(percent))
+        emit operationProgress(FileOperationType::AddFilesOperation,
+                               tr("Grouping files with duplicate content"), percent);
 }
 
 void DuplicateManager::appendCandidate(const QString &path, const FileChecksum &checksum)

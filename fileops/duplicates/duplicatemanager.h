@@ -38,6 +38,8 @@ public:
     PresentableDuplicates presentableDuplicates() const { return m_duplicates; }
     /** What the run read of the files in `outList`, in its order. */
     QVector<FileChecksum> checksums() const;
+    /** The file at which reading was given up, as its disk does not answer; empty when there was none. */
+    QString silentPath() const { return m_silentPath; }
 
 signals:
     void operationProgress(FileOperationType type, QString text, int percent);
@@ -61,6 +63,7 @@ private:
     };
 
     bool readPaths(const QStringList &paths);
+    void tellReading(int number, int all);
     void appendCandidate(const QString &path, const FileChecksum &checksum);
     bool groupByContent();
     void splitGroup(const QVector<int> &sameChecksum);
@@ -86,4 +89,5 @@ private:
     QHash<qint64, DatabaseFile> m_databaseFiles;
     PresentableDuplicates m_duplicates;
     ProgressThrottle m_progress;
+    QString m_silentPath;
 };

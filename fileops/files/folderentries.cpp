@@ -11,6 +11,8 @@
 #include <sys/stat.h>
 
 namespace {
+constexpr int entriesBetweenSigns = 1024;
+
 enum Kind { FileEntry, FolderEntry, OtherEntry, UnknownEntry };
 
 Kind kindOfStatus(DIR *folder, const char *name)
@@ -84,7 +86,11 @@ FolderEntries FolderEntries::of(const QString &folder, const std::function<bool(
     FolderEntries entries;
     QVector<QByteArray> outOfReach;
     const QByteArray path = QFile::encodeName(folder);
+    int count = 0;
     entries.isWhole = list(path, hidden, [&](Kind kind, const char *entryName) {
+        // A folder of a million takes its time, and this says that it goes on.
+        if (shouldEnd && ++count % entriesBetweenSigns == 0)
+            shouldEnd();
         // Behind a letter of its own: at the head of a text Qt drops a byte order mark.
         const QByteArray bytes = QByteArray("/") + entryName;
         const QString name = QFile::decodeName(bytes).mid(1);

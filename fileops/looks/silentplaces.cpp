@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 
 namespace {
 // So many threads are left behind at most before nothing is looked at any more.
@@ -36,6 +37,22 @@ QByteArray decoded(const QByteArray &column)
     return text;
 }
 
+/** Where disks are mounted. */
+QList<QByteArray> mounts()
+{
+    QList<QByteArray> places;
+    // The system's own table, which knows no disk by looking at it.
+    QFile table(QStringLiteral("/proc/self/mountinfo"));
+    if (!table.open(QIODevice::ReadOnly))
+        return places;
+    const QList<QByteArray> lines = table.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        if (!line.isEmpty())
+            places.append(decoded(line.split(' ').value(4)));
+    }
+    return places;
+}
+
 bool isBelow(const QByteArray &path, const QByteArray &place)
 {
     return path.startsWith(place) &&
@@ -54,16 +71,26 @@ bool answers(const QByteArray &place)
 }
 } // namespace
 
+bool SilentPlaces::isAnyDiskSilent()
+{
+    QElapsedTimer passed;
+    passed.start();
+    const auto look = [](const AwaitedLook::ShouldEnd &shouldEnd) {
+        // Its own answer, not what the system remembers of it.
+        struct statvfs status = {};
+        for (const QByteArray &place : mounts()) {
+            if (!shouldEnd())
+                ::statvfs(place.constData(), &status);
+        }
+        return true;
+    };
+    return !AwaitedLook::run(look, [&passed] { return passed.hasExpired(trialMilliseconds); });
+}
+
 QByteArray SilentPlaces::mountOf(const QByteArray &path)
 {
     QByteArray mount = "/";
-    // The system's own table, which knows no disk by looking at it.
-    QFile table(QStringLiteral("/proc/self/mountinfo"));
-    if (!table.open(QIODevice::ReadOnly))
-        return mount;
-    const QList<QByteArray> lines = table.readAll().split('\n');
-    for (const QByteArray &line : lines) {
-        const QByteArray place = decoded(line.split(' ').value(4));
+    for (const QByteArray &place : mounts()) {
         if (place.size() > mount.size() && isBelow(path, place))
             mount = place;
     }

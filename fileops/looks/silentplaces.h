@@ -19,4 +19,6 @@ bool contain(const QByteArray &path);
 bool areNone();
 /** The place where the disk is mounted that has a path, going by the text of the path; "/" in doubt. */
 QByteArray mountOf(const QByteArray &path);
+/** Whether one of the mounted disks, each of which is looked at for a moment, does not answer. */
+bool isAnyDiskSilent();
 } // namespace SilentPlaces

@@ -5,11 +5,35 @@
 #include "db/sql/transaction.h"
 #include "fileops/adding/folderexpansion.h"
 #include "fileops/adding/nodebuilder.h"
+#include "fileops/looks/awaitedlook.h"
 #include "fileops/worker/fileoperationworker.h"
 
 #include <QDebug>
+#include <QMutex>
+
+#include <memory>
 
 namespace {
+/** Where a look is that another thread may leave behind. */
+class Place
+{
+public:
+    void set(const QString &path)
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_path = path;
+    }
+    QString path()
+    {
+        const QMutexLocker locker(&m_mutex);
+        return m_path;
+    }
+
+private:
+    QMutex m_mutex;
+    QString m_path;
+};
+
 FileOperation transferOf(const QVector<qint64> &fileIds)
 {
     FileOperation transfer;
@@ -35,8 +59,11 @@ void AddFilesOperation::run()
 
 bool AddFilesOperation::addFilesToDB()
 {
-    FolderExpansion expansion([this] { return m_worker.shouldEnd(); });
-    expansion.expand(m_request.paths);
+    m_worker.report().setDone(0, m_request.paths.size());
+    const std::optional<FolderExpansion> expanded = expand();
+    if (!expanded)
+        return false;
+    const FolderExpansion &expansion = *expanded;
     m_worker.report().setDone(0, expansion.files().size());
     Transaction transaction(m_worker, m_worker.connectionName());
     if (!transaction.isActive())
@@ -71,6 +98,20 @@ bool AddFilesOperation::addFilesToDB()
         tellLeftOut(leftOut);
     }
     return true;
+}
+
+std::optional<FolderExpansion> AddFilesOperation::expand()
+{
+    const auto place = std::make_shared<Place>();
+    const auto look = [paths = m_request.paths, place](const AwaitedLook::ShouldEnd &shouldEnd) {
+        FolderExpansion expansion(shouldEnd, [&place = *place](const QString &path) { place.set(path); });
+        expansion.expand(paths);
+        return expansion;
+    };
+    std::optional<FolderExpansion> found = AwaitedLook::run(look, [this] { return m_worker.shouldEnd(); });
+    if (!found && !m_worker.shouldEnd())
+        tellSilence(place->path());
+    return found;
 }
 
 bool AddFilesOperation::makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch)

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "fileops/adding/folderexpansion.h"
 #include "fileops/operations/addoperation.h"
 
-class FolderExpansion;
+#include <optional>
+
 class Transaction;
 
 /**
@@ -17,8 +19,10 @@ public:
     void run();
 
 private:
-    /** False when duplicate management failed: then nothing more is to be told. */
+    /** False when duplicate management failed, or a disk does not answer: then nothing more is to be told. */
     bool addFilesToDB();
+    /** Nothing when what was dropped lies on a disk that does not answer, or nobody waits any more. */
+    std::optional<FolderExpansion> expand();
     /** False when the tags cannot be made; then nothing is to be added. */
     bool makeTagsAndNodes(const FolderExpansion &expansion, FileBatchRequest &batch);
     /** True once all is in. */

@@ -27,6 +27,10 @@ bool AddOperation::takeOutDuplicates(FileBatchRequest &batch)
         m_worker.cancelAll();
         return false;
     }
+    if (!manager.silentPath().isEmpty()) {
+        tellSilence(manager.silentPath());
+        return false;
+    }
     batch.checksums = manager.checksums();
     m_duplicates = manager.presentableDuplicates();
     return true;
@@ -123,6 +127,16 @@ QVector<qint64> AddOperation::addOtherCopies(const FileBatchRequest &all, QStrin
     const auto isSingle = [](const ExternalDuplicateGroup &group) { return group.ignoredFiles.isEmpty(); };
     groups.erase(std::remove_if(groups.begin(), groups.end(), isSingle), groups.end());
     return added;
+}
+
+void AddOperation::tellSilence(const QString &path)
+{
+    // What comes by itself is tried again by itself.
+    if (m_type == FileOperationType::AutoLinkFilesOperation && !m_request.notifyDuplicates)
+        return;
+    emit m_worker.error(
+        FileOperationWorker::tr("The disk with \"%1\" does not answer, so nothing was added.").arg(path),
+        FileOperationWorker::tr("Error adding files"));
 }
 
 void AddOperation::tellLeftOut(const LeftOutFiles &leftOut)

@@ -34,6 +34,8 @@ protected:
     void noteLeftOut(const FileBatch &batch);
     /** Adds another one of the same contents for each file that noteLeftOut() noted. */
     QVector<qint64> addOtherCopies(const FileBatchRequest &all, QStringList &unread);
+    /** Tells that nothing was added, as a file could not be looked at. */
+    void tellSilence(const QString &path);
     /** Tells of files that were left out, once the others are in. */
     void tellLeftOut(const LeftOutFiles &leftOut);
     /** Neither stopped nor cancelled, and the transaction is what it should be. */

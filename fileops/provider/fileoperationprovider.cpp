@@ -25,7 +25,8 @@ QString localPath(const QString &text)
     // Qt sees a file of its resources there.
     if (text.startsWith(QLatin1Char(':')))
         return QString();
-    if (QFile::exists(text) || QDir::isAbsolutePath(text))
+    // In this order: a disk that does not answer would hold the window.
+    if (QDir::isAbsolutePath(text) || QFile::exists(text))
         return text;
     return isFileUrl(text) ? QUrl(text).toLocalFile() : QString();
 }

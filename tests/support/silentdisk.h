@@ -8,6 +8,9 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
+// The system's word, which is a name of the program as well.
+#undef BLOCK_SIZE
+
 /**
  * A disk that does not answer, mounted on a new folder: a file system of which nobody serves the requests.
  * Whoever has the rights for it can have one; isThere() is false for others.

@@ -1,6 +1,7 @@
 #include "ui/views/externalfileview.h"
 
 #include "app/settings/constants.h"
+#include "fileops/looks/silentplaces.h"
 #include "models/base/idlistmime.h"
 #include "models/trees/externalfilemodel.h"
 #include "ui/widgets/dragpicture.h"
@@ -35,6 +36,15 @@ ExternalFileView::ExternalFileView(QWidget *parent) : QTreeView(parent), m_hover
     setUniformRowHeights(true);
     setIconSize({iconSide, iconSide});
     setTextElideMode(Qt::ElideMiddle);
+}
+
+ExternalFileView::~ExternalFileView()
+{
+    // The model waits for its thread, which waits for that disk: it is left behind then.
+    if (!m_model || !SilentPlaces::isAnyDiskSilent())
+        return;
+    setModel(nullptr);
+    m_model->setParent(nullptr);
 }
 
 void ExternalFileView::paintEvent(QPaintEvent *event)

@@ -20,6 +20,7 @@ class ExternalFileView : public QTreeView
 
 public:
     explicit ExternalFileView(QWidget *parent = nullptr);
+    ~ExternalFileView() override;
 
 signals:
     /** Files of the database were dropped on a folder. */
