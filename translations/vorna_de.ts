@@ -1312,6 +1312,44 @@ Datei Nummer  %1 wird untersucht</translation>
         <source>Describe the file %1</source>
         <translation>Datei %1 beschreiben</translation>
     </message>
+    <message>
+        <source>%1 merged into %2</source>
+        <translation>%1 in %2 aufgegangen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags merged into %1</source>
+        <translation>
+            <numerusform>%Ln Tag in %1 aufgegangen</numerusform>
+            <numerusform>%Ln Tags in %1 aufgegangen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 file changed</source>
+        <translation>1 Datei geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files changed</source>
+        <translation>
+            <numerusform>%Ln Datei geändert</numerusform>
+            <numerusform>%Ln Dateien geändert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Merge %1 into %2</source>
+        <translation>%1 mit %2 zusammenführen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Merge %Ln tags into %1</source>
+        <translation>
+            <numerusform>%Ln Tag mit %1 zusammenführen</numerusform>
+            <numerusform>%Ln Tags mit %1 zusammenführen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>Letters merged into Mail, 3 files changed</comment>
+        <translation>%1, %2</translation>
+    </message>
 </context>
 <context>
     <name>ErrorJudge</name>
@@ -2092,6 +2130,22 @@ Der Grund: %2</translation>
         <source>Changing the tags of files...</source>
         <translation>Tags von Dateien werden geändert …</translation>
     </message>
+    <message>
+        <source>The disk with &quot;%1&quot; does not answer, so nothing was added.</source>
+        <translation>Der Datenträger mit „%1“ antwortet nicht, daher wurde nichts hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>Merging tags...</source>
+        <translation>Tags werden zusammengeführt …</translation>
+    </message>
+    <message>
+        <source>The tags have been removed meanwhile.</source>
+        <translation>Die Tags wurden inzwischen entfernt.</translation>
+    </message>
+    <message>
+        <source>Merge Tags</source>
+        <translation>Tags zusammenführen</translation>
+    </message>
 </context>
 <context>
     <name>FileRenamer</name>
@@ -2630,6 +2684,41 @@ Rechte der Datenbank: %2</translation>
     <message>
         <source>Vorna - %1</source>
         <translation>Vorna – %1</translation>
+    </message>
+</context>
+<context>
+    <name>MergeTagsDialog</name>
+    <message>
+        <source>Merge Tags</source>
+        <translation>Tags zusammenführen</translation>
+    </message>
+    <message>
+        <source>Which of the tags stays?</source>
+        <translation>Welcher der Tags bleibt?</translation>
+    </message>
+    <message>
+        <source>Merge</source>
+        <translation>Zusammenführen</translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 Datei</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>the name of a tag and its files</comment>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Tags that go: %1. Their links to files: %2, their nodes: %3, their tag relationships: %4, and their places in groups go to the tag that stays. What it has already, and what would stand below itself, falls away. Edit &gt; Undo takes all of it back.</source>
+        <translation>Tags, die verschwinden: %1. Ihre Verknüpfungen mit Dateien: %2, ihre Knoten: %3, ihre Tag-Beziehungen: %4 und ihre Plätze in Gruppen gehen an den Tag über, der bleibt. Was er schon hat und was unter sich selbst stünde, entfällt. Bearbeiten &gt; Rückgängig nimmt alles zurück.</translation>
     </message>
 </context>
 <context>
@@ -3660,6 +3749,10 @@ Relativer Pfad: %7
     <message>
         <source>Show files having at least one of the selected tags (Ctrl+=)</source>
         <translation>Dateien anzeigen, die mindestens eines der ausgewählten Tags haben (Strg+=)</translation>
+    </message>
+    <message>
+        <source>Merge Tags...</source>
+        <translation>Tags zusammenführen …</translation>
     </message>
 </context>
 <context>

@@ -211,6 +211,27 @@
             <numerusform>%Ln tag relationships removed</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln tags merged into %1</source>
+        <translation>
+            <numerusform>%Ln tag merged into %1</numerusform>
+            <numerusform>%Ln tags merged into %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files changed</source>
+        <translation>
+            <numerusform>%Ln file changed</numerusform>
+            <numerusform>%Ln files changed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Merge %Ln tags into %1</source>
+        <translation>
+            <numerusform>Merge %Ln tag into %1</numerusform>
+            <numerusform>Merge %Ln tags into %1</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>FileOperationWorker</name>
@@ -274,6 +295,16 @@
             <numerusform>%1 selected</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>MergeTagsDialog</name>
     <message numerus="yes">
         <source>%Ln files</source>
         <translation>

@@ -1312,6 +1312,44 @@ Examen du fichier numéro  %1</translation>
         <source>Describe the file %1</source>
         <translation>Décrire le fichier %1</translation>
     </message>
+    <message>
+        <source>%1 merged into %2</source>
+        <translation>%1 fusionnée dans %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tags merged into %1</source>
+        <translation>
+            <numerusform>%Ln étiquette fusionnée dans %1</numerusform>
+            <numerusform>%Ln étiquettes fusionnées dans %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 file changed</source>
+        <translation>1 fichier modifié</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files changed</source>
+        <translation>
+            <numerusform>%Ln fichier modifié</numerusform>
+            <numerusform>%Ln fichiers modifiés</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Merge %1 into %2</source>
+        <translation>Fusionner %1 dans %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>Merge %Ln tags into %1</source>
+        <translation>
+            <numerusform>Fusionner %Ln étiquette dans %1</numerusform>
+            <numerusform>Fusionner %Ln étiquettes dans %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>Letters merged into Mail, 3 files changed</comment>
+        <translation>%1, %2</translation>
+    </message>
 </context>
 <context>
     <name>ErrorJudge</name>
@@ -2092,6 +2130,22 @@ La raison&#xa0;: %2</translation>
         <source>Changing the tags of files...</source>
         <translation>Modification des étiquettes des fichiers…</translation>
     </message>
+    <message>
+        <source>The disk with &quot;%1&quot; does not answer, so nothing was added.</source>
+        <translation>Le disque contenant «&#x202f;%1&#x202f;» ne répond pas, rien n’a donc été ajouté.</translation>
+    </message>
+    <message>
+        <source>Merging tags...</source>
+        <translation>Fusion des étiquettes…</translation>
+    </message>
+    <message>
+        <source>The tags have been removed meanwhile.</source>
+        <translation>Les étiquettes ont été supprimées entre-temps.</translation>
+    </message>
+    <message>
+        <source>Merge Tags</source>
+        <translation>Fusionner les étiquettes</translation>
+    </message>
 </context>
 <context>
     <name>FileRenamer</name>
@@ -2630,6 +2684,41 @@ Droits de la base de données&#xa0;: %2</translation>
     <message>
         <source>Vorna - %1</source>
         <translation>Vorna – %1</translation>
+    </message>
+</context>
+<context>
+    <name>MergeTagsDialog</name>
+    <message>
+        <source>Merge Tags</source>
+        <translation>Fusionner les étiquettes</translation>
+    </message>
+    <message>
+        <source>Which of the tags stays?</source>
+        <translation>Laquelle des étiquettes reste&#x202f;?</translation>
+    </message>
+    <message>
+        <source>Merge</source>
+        <translation>Fusionner</translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln fichier</numerusform>
+            <numerusform>%Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>the name of a tag and its files</comment>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Tags that go: %1. Their links to files: %2, their nodes: %3, their tag relationships: %4, and their places in groups go to the tag that stays. What it has already, and what would stand below itself, falls away. Edit &gt; Undo takes all of it back.</source>
+        <translation>Étiquettes qui disparaissent&#xa0;: %1. Leurs liens vers des fichiers&#xa0;: %2, leurs nœuds&#xa0;: %3, leurs relations&#xa0;: %4 et leurs places dans les groupes passent à l’étiquette qui reste. Ce qu’elle a déjà, et ce qui se trouverait sous soi-même, disparaît. Édition &gt; Annuler rétablit le tout.</translation>
     </message>
 </context>
 <context>
@@ -3660,6 +3749,10 @@ Chemin relatif&#xa0;: %7
     <message>
         <source>Show files having at least one of the selected tags (Ctrl+=)</source>
         <translation>Afficher les fichiers portant au moins une des étiquettes sélectionnées (Ctrl+=)</translation>
+    </message>
+    <message>
+        <source>Merge Tags...</source>
+        <translation>Fusionner les étiquettes…</translation>
     </message>
 </context>
 <context>
