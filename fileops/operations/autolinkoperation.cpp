@@ -83,7 +83,8 @@ bool AutoLinkOperation::linkToFiles()
     const QVector<qint64> linked = TagLinker::sortedOnce(known.values().toVector() + matchedIds());
     m_total = batch.paths.size() + linked.size();
     countDone(0);
-    m_outcome.isWhole = addInBatches(batch) && linkTags(linked);
+    // Ended among the duplicates, nothing is left to add, and that is no end either.
+    m_outcome.isWhole = mayCommit() && addInBatches(batch) && linkTags(linked);
     if (!m_outcome.isWhole) {
         qDebug("FileOperationWorker::autoLinkFiles() - stopped! Exiting.");
         // The rest comes with the next round, and with it what there is to tell.
