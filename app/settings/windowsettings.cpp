@@ -17,6 +17,7 @@ const QString recentDatabasesKey = QStringLiteral("MainWindow/recentDatabases_DB
 const QString showIconViewKey = QStringLiteral("MainWindow/showIconView");
 const QString thumbnailSideKey = QStringLiteral("MainWindow/thumbnailSide");
 const QString searchLineKey = QStringLiteral("MainWindow/fileSearchLineVisibility");
+const QString fileCountsKey = QStringLiteral("MainWindow/fileCounts");
 const QString editModeKey = QStringLiteral("MainWindow/editModeActivated");
 
 const QString checksumSuffix = QStringLiteral("Checksum");
@@ -136,6 +137,16 @@ bool isFileSearchLineVisible()
 void setFileSearchLineVisible(bool visible)
 {
     SettingValues::store(searchLineKey, visible);
+}
+
+bool areFileCountsShown()
+{
+    return SettingValues::flag(fileCountsKey, true);
+}
+
+void setFileCountsShown(bool shown)
+{
+    SettingValues::store(fileCountsKey, shown);
 }
 
 bool isEditModeActivated()

@@ -45,6 +45,9 @@ int thumbnailSide();
 void setThumbnailSide(int side);
 bool isFileSearchLineVisible();
 void setFileSearchLineVisible(bool visible);
+/** Whether the numbers of files stand beside the names of tags and nodes. */
+bool areFileCountsShown();
+void setFileCountsShown(bool shown);
 bool isEditModeActivated();
 void setEditModeActivated(bool activated);
 } // namespace WindowSettings

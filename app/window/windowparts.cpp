@@ -1,5 +1,6 @@
 #include "app/window/windowparts.h"
 
+#include "app/settings/windowsettings.h"
 #include "app/window/keptplaces.h"
 #include "app/window/statusline.h"
 #include "core/controllers/collection.h"
@@ -13,6 +14,7 @@
 #include "ui/widgets/fontscale.h"
 #include "ui/widgets/mainui.h"
 
+#include <QAction>
 #include <QLayout>
 #include <QMainWindow>
 #include <QMenu>
@@ -74,9 +76,27 @@ void WindowParts::takePlaces(MainUi &ui)
     m_relationsDock->takePlaces(ui);
     m_browsingDock->takePlaces(ui);
     m_status->takePlace();
+    takePlaceOfCounts(ui);
     ui.viewMenu->addSeparator();
     for (const QDockWidget *dock : docks())
         ui.viewMenu->addAction(dock->toggleViewAction());
+}
+
+void WindowParts::takePlaceOfCounts(MainUi &ui)
+{
+    QAction *counts = ui.viewMenu->addAction(tr("File Counts"));
+    counts->setObjectName(QStringLiteral("fileCounts"));
+    counts->setStatusTip(tr("Show how many files each tag has"));
+    counts->setCheckable(true);
+    counts->setChecked(WindowSettings::areFileCountsShown());
+    connect(counts, &QAction::toggled, this, &WindowParts::showCounts);
+}
+
+void WindowParts::showCounts(bool shown)
+{
+    WindowSettings::setFileCountsShown(shown);
+    if (m_collection)
+        m_collection->countFiles(shown);
 }
 
 QList<QDockWidget *> WindowParts::docks() const
@@ -167,6 +187,8 @@ void WindowParts::followReloads(Collection *collection)
 
 void WindowParts::attach(Collection &collection)
 {
+    m_collection = &collection;
+    collection.countFiles(WindowSettings::areFileCountsShown());
     m_tagsDock->setTagsController(collection.tagsController());
     m_tagsDock->setGroupsController(collection.groupsController());
     m_relationsDock->setController(collection.relationsController());

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 
 class BrowsingTreeViewDock;
 class Collection;
@@ -43,6 +44,8 @@ public:
 
 private:
     QList<QDockWidget *> docks() const;
+    void takePlaceOfCounts(MainUi &ui);
+    void showCounts(bool shown);
     int wantedTreesWidth() const;
     void widenTrees();
 
@@ -55,5 +58,6 @@ private:
     ExternalFilesDock *m_externalFilesDock;
     StatusLine *m_status;
     KeptPlaces *m_places;
+    QPointer<Collection> m_collection;
     int m_treesWidth = 0; // as given by the arrangement, not by hand
 };

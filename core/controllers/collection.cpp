@@ -16,6 +16,7 @@
 #include "db/sql/connections.h"
 #include "db/sql/postgresqueryconstructor.h"
 #include "db/sql/sqlitequeryconstructor.h"
+#include "models/counts/tagcounts.h"
 #include "models/trees/brtreesortermodel.h"
 
 #include <QTimer>
@@ -163,6 +164,11 @@ bool Collection::createDatabase()
 int Collection::dbType() const
 {
     return m_manager ? m_manager->dbType() : 0;
+}
+
+void Collection::countFiles(bool on)
+{
+    m_tagsController->counts()->setOn(on);
 }
 
 void Collection::readSettings()

@@ -62,6 +62,8 @@ public:
     bool areFilesMany() const;
     /** Takes over what the user has just set: all that is kept in memory of the settings. */
     void readSettings();
+    /** Whether the numbers of files are to be known beside tags; they are at first. */
+    void countFiles(bool on);
 
     virtual TagsController *tagsController() const { return m_tagsController; }
     virtual GroupsController *groupsController() const { return m_groupsController; }

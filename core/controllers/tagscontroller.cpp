@@ -11,6 +11,7 @@
 #include "db/manager/databasemanger.h"
 #include "models/contents/contentsmodel.h"
 #include "models/contents/filefiltermodel.h"
+#include "models/counts/tagcounts.h"
 #include "models/tags/tagsfilterproxy.h"
 #include "models/tags/tagsgroupproxy.h"
 #include "models/tags/tagstablemodel.h"
@@ -24,6 +25,7 @@
 TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                Collection *collection)
     : AbstractController(manager, constructor, collection),
+      m_counts(new TagCounts(this)),
       m_favourites(new FavouriteTags(this)),
       m_groupProxy(new TagsGroupProxy(this)),
       m_filterProxy(new TagsFilterProxy(this))
@@ -58,6 +60,7 @@ void TagsController::setPeers(BrowsTreeController *browsTree, GroupsController *
         return;
     connect(m_mainView->filterModel(), &FileFilterModel::dTagsChanged, m_groupProxy,
             &TagsGroupProxy::setDTagIds, Qt::UniqueConnection);
+    m_counts->setFiles(m_mainView->filterModel());
     // The table of files counts its tags, so it has to know of a change first.
     if (m_tableModel)
         connect(m_mainView->contentsModel(), &ContentsModel::contentsChanged, m_tableModel,
@@ -299,6 +302,11 @@ bool TagsController::isTagInUse(const QVector<qint64> &tagIds) const
 qint64 TagsController::filesCount(qint64 tagId) const
 {
     return m_mainView ? m_mainView->contentsModel()->fileIndex().useCount(tagId) : 0;
+}
+
+FileCount TagsController::fileCount(qint64 tagId) const
+{
+    return m_counts->of(tagId);
 }
 
 QHash<qint64, QString> TagsController::allNames() const

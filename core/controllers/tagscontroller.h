@@ -16,6 +16,7 @@ class GroupsController;
 class MainViewController;
 class QSortFilterProxyModel;
 class RelationsController;
+class TagCounts;
 class TagsFilterProxy;
 class TagsGroupProxy;
 class TagsTableModel;
@@ -72,6 +73,7 @@ public:
     bool isTagInUse(const QVector<qint64> &tagIds) const;
     /** How many files bear the tag itself. */
     qint64 filesCount(qint64 tagId) const override;
+    FileCount fileCount(qint64 tagId) const override;
     QHash<qint64, QString> allNames() const;
     QHash<qint64, QString> tagsNames(const QVector<qint64> &tagIds) const;
     /** Empty for an unknown tag. */
@@ -87,6 +89,8 @@ public:
     void markNarrowed(const QVector<qint64> &tagIds);
     void clearMark();
 
+    /** The numbers of files beside the names. */
+    TagCounts *counts() const { return m_counts; }
     /** The tags with keys of their own, and those that were typed last. */
     FavouriteTags *favourites() const { return m_favourites; }
     /** All tags; null without a manager. */
@@ -122,6 +126,7 @@ private:
     MainViewController *m_mainView = nullptr;
     RelationsController *m_relations = nullptr;
     TagsTableModel *m_tableModel = nullptr;
+    TagCounts *m_counts;
     FavouriteTags *m_favourites;
     TagsGroupProxy *m_groupProxy;
     TagsFilterProxy *m_filterProxy;

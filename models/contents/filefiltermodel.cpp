@@ -83,7 +83,31 @@ void FileFilterModel::runSelection()
         return;
     }
     m_selection.run(m_contents->fileIndex(), m_newRows);
+    m_tagCounts.clear();
     m_seenRevision = m_contents->fileIndex().revision();
+}
+
+bool FileFilterModel::isUpToDate() const
+{
+    return m_contents && m_contents->fileIndex().revision() == m_seenRevision;
+}
+
+int FileFilterModel::shownWith(qint64 tagId) const
+{
+    if (!isUpToDate())
+        return 0;
+    const FileIndex &index = m_contents->fileIndex();
+    const int number = index.tagNumber(tagId);
+    if (number < 0)
+        return 0;
+    // A pass over tags has counted them by itself.
+    if (nodeType() == TagNode)
+        return m_selection.count(number);
+    if (m_tagCounts.empty()) {
+        m_tagCounts.resize(static_cast<size_t>(index.numberCount()));
+        FileSelection::countTags(index, m_rows.data(), m_rows.data() + m_rows.size(), m_tagCounts);
+    }
+    return static_cast<int>(m_tagCounts[static_cast<size_t>(number)]);
 }
 
 void FileFilterModel::showNewRows()
@@ -221,6 +245,7 @@ void FileFilterModel::forgetAcceptedFiles()
 {
     m_areAcceptedFilesKnown = false;
     m_areKindsKnown = false;
+    m_tagCounts.clear();
 }
 
 const std::array<int, 256> &FileFilterModel::kindCounts() const

@@ -46,6 +46,12 @@ public:
     /** The bytes of all of them. */
     qint64 acceptedSize() const;
     const QVector<qint64> &dTags() const { return m_selection.dTags(); }
+    /** Whether the last pass has seen all files as they are now. */
+    bool isUpToDate() const;
+    /** Whether something is asked for that a file can fail to meet. */
+    bool tellsFilesApart() const { return nodeType() != NodeType(0) && nodeType() != AllFiles; }
+    /** How many of the shown files have the tag; 0 while they are not up to date. */
+    int shownWith(qint64 tagId) const;
 
     /** The row of the ContentsModel behind a row here. */
     int contentsRow(int row) const { return m_rows[static_cast<size_t>(row)]; }
@@ -102,6 +108,7 @@ private:
     mutable std::array<int, 256> m_kindCounts{};
     mutable bool m_areKindsKnown = false;
     mutable qint64 m_size = 0;
-    mutable quint64 m_kindsRevision = 0; // of the index, when they were counted
-    bool m_isRemoving = false;           // between the two signals of a removal below
+    mutable quint64 m_kindsRevision = 0;      // of the index, when they were counted
+    mutable std::vector<quint32> m_tagCounts; // by number; empty until somebody asks
+    bool m_isRemoving = false;                // between the two signals of a removal below
 };

@@ -153,7 +153,7 @@ int FileSelection::runTags(const FileIndex &index, int *rows)
             else
                 target = std::remove_if(blockStart, target, std::not_fn(isMet));
         }
-        countTags(index, blockStart, target);
+        countTags(index, blockStart, target, m_counts);
     }
     const int count = static_cast<int>(target - rows);
     findDTags(index, count);
@@ -195,11 +195,12 @@ FileSelection::Round FileSelection::compiledRound(const FileIndex &index,
     return round;
 }
 
-void FileSelection::countTags(const FileIndex &index, const int *first, const int *last)
+void FileSelection::countTags(const FileIndex &index, const int *first, const int *last,
+                              std::vector<quint32> &all)
 {
     const quint32 *starts = index.tagStarts();
     const quint32 *tagCounts = index.tagCounts();
-    quint32 *counts = m_counts.data();
+    quint32 *counts = all.data();
     for (; first != last; ++first) {
         const quint32 *tag = index.tagNumbers() + starts[*first];
         const quint32 *lastTag = tag + tagCounts[*first];

@@ -29,6 +29,11 @@ public:
 
     /** Tags that are on some but not on all of the accepted files, by rising id; only for TagNode. */
     const QVector<qint64> &dTags() const { return m_dTags; }
+    /** How many of the accepted files have the tag of a number of the index; only for TagNode. */
+    int count(int tagNumber) const { return static_cast<int>(m_counts[static_cast<size_t>(tagNumber)]); }
+    /** Adds the tags of some rows to counts by their numbers. */
+    static void countTags(const FileIndex &index, const int *first, const int *last,
+                          std::vector<quint32> &counts);
 
 private:
     // A table from tag number to the requirements that the tag meets, as bits. A file is accepted when the
@@ -45,7 +50,6 @@ private:
     QVector<QVector<qint64>> requiredGroups() const;
     int runSpecial(const FileIndex &index, int *rows) const;
     int runTags(const FileIndex &index, int *rows);
-    void countTags(const FileIndex &index, const int *first, const int *last);
     void findDTags(const FileIndex &index, int acceptedCount);
 
     NodeType m_nodeType = NodeType(0);

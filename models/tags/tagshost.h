@@ -1,6 +1,7 @@
 #pragma once
 
 #include "models/base/edithost.h"
+#include "models/counts/filecount.h"
 
 #include <QList>
 #include <QString>
@@ -14,6 +15,8 @@ class TagsHost : public virtual EditHost
 public:
     /** How many files bear the tag itself. */
     virtual qint64 filesCount(qint64 tagId) const = 0;
+    /** The same with those that are shown, for who wants to see it beside the name. */
+    virtual FileCount fileCount(qint64 tagId) const = 0;
 
     /** False when the name is taken or blank, or the edit was refused. */
     virtual bool renameTag(qint64 tagId, const QString &name) = 0;

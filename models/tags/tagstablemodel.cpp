@@ -11,6 +11,7 @@
 #include "models/tags/tagshost.h"
 
 #include <QDateTime>
+#include <QLocale>
 #include <QMimeData>
 #include <QSet>
 #include <QUrl>
@@ -84,6 +85,11 @@ QVariant TagsTableModel::data(const QModelIndex &index, int role) const
     }
     case Qt::EditRole:
         return text(*tag, index.column());
+    case Qt::AccessibleTextRole:
+        return index.column() == NameColumn ? fileCount(*tag).spoken(ShownText::cut(tag->name()))
+                                            : QVariant();
+    case TagRoles::FileCount:
+        return fileCount(*tag).text(QLocale());
     case TagRoles::TagId:
         return tag->id();
     case TagRoles::MarkedTagIds:
@@ -118,6 +124,11 @@ QVariant TagsTableModel::text(const TagItem &tag, int column) const
     default:
         return {};
     }
+}
+
+FileCount TagsTableModel::fileCount(const TagItem &tag) const
+{
+    return m_host ? m_host->fileCount(tag.id()) : FileCount();
 }
 
 QVariant TagsTableModel::headerData(int section, Qt::Orientation orientation, int role) const

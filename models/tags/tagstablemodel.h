@@ -11,6 +11,7 @@
 #include <QVector>
 
 class DatabaseManger;
+class FileCount;
 class TagRows;
 class TagsHost;
 
@@ -76,6 +77,7 @@ private:
     void connectManager();
     QVariant decoration(const TagItem &tag) const;
     QVariant text(const TagItem &tag, int column) const;
+    FileCount fileCount(const TagItem &tag) const;
     bool editTag(const TagItem &tag, int column, const QString &value);
     void followItem(const TagItem *item);
     QHash<qint64, QVector<qint64>> groupsOf(const QVector<qint64> &tagIds) const;

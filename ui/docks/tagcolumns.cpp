@@ -6,11 +6,17 @@
 #include <QHeaderView>
 #include <QTableView>
 
+namespace {
+constexpr int leastLetters = 4;
+} // namespace
+
 void TagColumns::restore()
 {
     QHeaderView *header = m_table->horizontalHeader();
     if (!header->restoreState(WindowSettings::layout(WindowSettings::tagTableHeader)))
         arrangeAtFirst();
+    // The toolkit's own bound, the widest letter of the font, may be wider than the whole dock.
+    header->setMinimumSectionSize(leastLetters * m_table->fontMetrics().averageCharWidth());
     updateScrollBar();
     // A restored header shows the mark of the order, but sorts nothing by itself.
     m_table->sortByColumn(header->sortIndicatorSection(), header->sortIndicatorOrder());
@@ -51,5 +57,11 @@ void TagColumns::showNameAlone(bool alone)
 /** The names alone are stretched to the width of the table, so that there is nothing to scroll to. */
 void TagColumns::updateScrollBar()
 {
-    m_table->setHorizontalScrollBarPolicy(isNameAlone() ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    const bool isAlone = isNameAlone();
+    QHeaderView *header = m_table->horizontalHeader();
+    // To stretch the last column makes it no narrower than somebody has made it, or it was at first.
+    header->setStretchLastSection(!isAlone);
+    header->setSectionResizeMode(TagsTableModel::NameColumn,
+                                 isAlone ? QHeaderView::Stretch : QHeaderView::Interactive);
+    m_table->setHorizontalScrollBarPolicy(isAlone ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
 }

@@ -6,8 +6,10 @@
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/narrowing.h"
 #include "core/controllers/tagscontroller.h"
+#include "models/counts/tagcounts.h"
 #include "models/tags/tagroles.h"
 #include "models/tags/tagsgroupproxy.h"
+#include "models/tags/tagstablemodel.h"
 #include "ui/docks/tagcolumns.h"
 #include "ui/docks/tagdockactions.h"
 #include "ui/docks/taggrouptabs.h"
@@ -15,7 +17,7 @@
 #include "ui/tagging/favouritemenu.h"
 #include "ui/views/exportmenu.h"
 #include "ui/views/taggroupbar.h"
-#include "ui/widgets/delegate.h"
+#include "ui/widgets/countdelegate.h"
 #include "ui/widgets/fontscale.h"
 #include "ui/widgets/greenground.h"
 #include "ui/widgets/mainui.h"
@@ -91,7 +93,7 @@ void TagsTableDock::buildTable()
 {
     m_table->setObjectName(QStringLiteral("tagsTable"));
     m_table->setAccessibleName(tr("Tags"));
-    m_table->setItemDelegate(new Delegate(m_table));
+    m_table->setItemDelegate(new CountDelegate(TagsTableModel::NameColumn, TagRoles::FileCount, m_table));
     m_table->setIconSize({markSide, markSide});
     m_table->setContextMenuPolicy(Qt::CustomContextMenu);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -175,6 +177,7 @@ void TagsTableDock::detachTags()
         const Collection *collection = m_tags->collection();
         disconnect(collection, &Collection::aboutToReloadAllData, this, &TagsTableDock::rememberTags);
         disconnect(collection, &Collection::allDataReloaded, this, &TagsTableDock::bringBackTags);
+        disconnect(m_tags->counts(), nullptr, m_table->viewport(), nullptr);
     }
     m_proxy = nullptr;
     m_table->setModel(nullptr);
@@ -202,6 +205,8 @@ void TagsTableDock::attachTags()
     connect(model, &QAbstractItemModel::modelReset, this, &TagsTableDock::updateActionsAvailability);
     connect(m_tags->collection(), &Collection::aboutToReloadAllData, this, &TagsTableDock::rememberTags);
     connect(m_tags->collection(), &Collection::allDataReloaded, this, &TagsTableDock::bringBackTags);
+    // One painting of what shows, whichever of the numbers are others.
+    connect(m_tags->counts(), &TagCounts::changed, m_table->viewport(), qOverload<>(&QWidget::update));
     slotFilterTags(m_filterEdit ? m_filterEdit->text() : QString());
 }
 
