@@ -91,7 +91,7 @@ private slots:
             return Messages::Answer{QMessageBox::NoButton, 1};
         });
         QTimer::singleShot(0, &window(), [this] { window().slotDBErrorOccured(sqlError(10)); });
-        QTimer::singleShot(5000, &window(), [] { QCoreApplication::exit(7); });
+        QTimer::singleShot(20000, &window(), [] { QCoreApplication::exit(7); });
         QCOMPARE(QApplication::exec(), 0);
         QTRY_VERIFY(!window().collection());
     }
@@ -297,7 +297,7 @@ private slots:
         QTimer::singleShot(0, &box, [] { raise(SIGTERM); });
         box.exec();
         window().setVisible(isWindowShown);
-        QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+        QTimer::singleShot(20000, &box, [] { QCoreApplication::exit(1); });
         QCOMPARE(QCoreApplication::exec(), 0);
     }
 

@@ -12,6 +12,10 @@ within() { # within SECONDS COMMAND...: waits until the command succeeds
     local end=$((SECONDS + $1)); shift
     until "$@" >/dev/null 2>&1; do [ $SECONDS -lt $end ] || return 1; sleep 0.2; done
 }
+# settled: what was asked for has been done, as no thread of the program runs, or has run for a moment
+ticks() { cat /proc/"$app"/task/*/stat | sed 's/.*) //' | awk '$1 ~ /[RD]/ { busy = 1 } { sum += $12 + $13 } END { print busy ? "busy" : sum }'; }
+is_settled() { local before; before=$(ticks); sleep 0.5; [ "$before" != busy ] && [ "$(ticks)" = "$before" ]; }
+settled() { within 20 is_settled || fail "the program does not come to rest"; }
 query() { sqlite3 -readonly -cmd '.timeout 3000' "$db" "$1"; }
 equals() { [ "$(query "$1")" = "$2" ]; }
 window() { xdotool search --onlyvisible --name "$1" | head -n 1 | grep .; }
@@ -23,7 +27,7 @@ start() {
     # Found and kept in one look: a search fails when a window, such as the splash screen, goes meanwhile.
     within 20 find_main || fail "no window"
     xdotool windowactivate --sync "$main" windowsize --sync "$main" 1260 "$height" windowmove "$main" 8 24
-    sleep 1
+    settled
 }
 # pull X1 Y1 X2 Y2: from one point to another with the button held, by the small and the large moves of a hand
 pull() {

@@ -27,10 +27,10 @@ equals "select parent_id from tb_node_links where child_id=$cooking" "$city" || 
 pull 60 138 340 160
 within 2 newest City 0 || fail "a fixed node took a tag"
 # Cooking lies open below City, which has its place; Soups goes above both.
-pull 345 380 345 263; sleep 0.5
+pull 345 380 345 263; settled
 
 # The relationships: Cooking, Outdoors, Garden, Workshop.
-xdotool mousemove 247 614 click 1; sleep 0.5
+xdotool mousemove 247 614 click 1; settled
 pull 60 138 340 138
 within 5 has_path "$(id Outdoors).$(id Baking)" || fail "no relationship below Outdoors"
 pull 335 248 335 270
@@ -40,16 +40,16 @@ for tag in Flowers Vegetables Herbs; do has_path "$place.$(id $tag)" || fail "$t
 paths=$(query "select count(*) from tag_relationships")
 pull 60 138 340 116
 within 5 window '^Error creating tag relationship' || fail "no warning"
-xdotool key Return; sleep 0.3
+xdotool key Return; settled
 equals "select count(*) from tag_relationships" "$paths" || fail "an illegal relationship was made"
 
 close_window
 start "$db"
-xdotool mousemove 374 614 click 1; sleep 0.5
+xdotool mousemove 374 614 click 1; settled
 pull 60 161 340 270
 within 5 newest City "$soups" || fail "the order by hand is not kept"
 # A file of Soups on City, the next node.
-xdotool mousemove 340 270 click 1; sleep 1
+xdotool mousemove 340 270 click 1; settled
 pull 564 180 340 314
 within 5 equals "select count(*) from file_tag where tag_id=$(id City) and file_id in
     (select file_id from file_tag where tag_id=$(id Soups))" 1 || fail "the file has not got the tag of City"

@@ -15,7 +15,7 @@ cp "$folder/note 1.txt" "$folder/O'Neil \"x\" %1/deep/Copy of note 1.txt"
 # A new database by the menu and the dialog.
 start
 db=$work/first.vrn
-xdotool key --clearmodifiers alt+d; sleep 0.5; xdotool key Down Down Return
+xdotool key --clearmodifiers alt+d; settled; xdotool key Down Down Return
 within 10 window '^Create New Database' || fail "no dialog"
 xdotool type --delay 20 "$db"; xdotool key Return
 within 10 equals "select count(*) from tags" 0 || fail "no new database"
@@ -34,7 +34,7 @@ equals "select count(*) from tb_nodes" 3 || fail "nodes"
 equals "select count(*) from file_tag ft join tags t using (tag_id) where tag_name like 'O''Neil%'" 21 || fail "links"
 within 10 window '^Duplicates' || fail "the copy was not reported"
 xdotool key Return
-sleep 0.5
+settled
 kill $source; wait $source 2>/dev/null || true
 
 # Pictures on the node of a tag, their contents copied into the database this time; one is known already.
@@ -54,15 +54,15 @@ equals "select count(*) from files join file_tag using (file_id) join tags using
 equals "select count(*) from files join file_tag using (file_id) join tags using (tag_id)
     where file_name='note 7.txt' and tag_name='Pictures'" 1 || fail "the matched file has not got its folder's tag"
 within 10 window '^Duplicates' || fail "the known file was not reported"
-xdotool key Return; sleep 0.5
+xdotool key Return; settled
 kill $source; wait $source 2>/dev/null || true
 
 # A search by name, then all that it shows deleted for good.
-xdotool mousemove 662 65 click 1; sleep 0.5
-xdotool type "view 3"; xdotool key Return; sleep 0.5
-xdotool mousemove 520 180 click 1; sleep 0.3
-xdotool key shift+Delete; sleep 0.5
-xdotool key Tab; sleep 0.2; xdotool key Return
+xdotool mousemove 662 65 click 1; settled
+xdotool type "view 3"; xdotool key Return; settled
+xdotool mousemove 520 180 click 1; settled
+xdotool key shift+Delete; settled
+xdotool key Tab; settled; xdotool key Return
 within 10 equals "select count(*) from files where file_name like 'view%'" 5 || fail "not deleted"
 equals "select count(*) from storage" 5 || fail "blocks of the deleted file"
 equals "select count(*) from file_tag where file_id not in (select file_id from files)" 0 || fail "orphans"
@@ -74,7 +74,7 @@ settings="$XDG_CONFIG_HOME/Tallowfen Software/Vorna.conf"
 sed -i '/^geometry=/d' "$settings"
 start
 within 10 window "^Vorna - $db" || fail "not opened again"
-xdotool mousemove 340 116 click 1; sleep 1
+xdotool mousemove 340 116 click 1; settled
 [ -z "${VORNA_E2E_PICTURE:-}" ] || import -window root "$VORNA_E2E_PICTURE"
 
 # A signal ends it as a person would: with its layout stored, and not as the signal's victim.
