@@ -25,23 +25,9 @@
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDir>
-#include <QSet>
 #include <QTimer>
 
 #include <algorithm>
-
-namespace {
-
-bool dropTags(QVector<qint64> &list, const QSet<qint64> &tagIds)
-{
-    const auto isGone = [&tagIds](qint64 tagId) { return tagIds.contains(tagId); };
-    const auto firstGone = std::remove_if(list.begin(), list.end(), isGone);
-    const bool isChanged = firstGone != list.end();
-    list.erase(firstGone, list.end());
-    return isChanged;
-}
-
-} // namespace
 
 MainViewController::MainViewController(DatabaseManger *manager, const AbstractQueryConstructor *constructor,
                                        Collection *collection)
@@ -367,11 +353,7 @@ void MainViewController::reloadThumbnail(qint64 fileId)
 void MainViewController::forgetGoneTags()
 {
     // Tags may have gone with a reload, which names none of them.
-    const TagRequirements asked = m_filter->requirements();
-    QVector<qint64> tagIds =
-        asked.required + asked.eitherOr + asked.excluded + asked.eitherOrWidened + asked.excludedWidened;
-    for (const QVector<qint64> &alternatives : asked.requiredAlternatives)
-        tagIds += alternatives;
+    QVector<qint64> tagIds = m_filter->requirements().allTags();
     const auto isThere = [this](qint64 tagId) { return manager()->hasTag(tagId); };
     tagIds.erase(std::remove_if(tagIds.begin(), tagIds.end(), isThere), tagIds.end());
     if (!tagIds.isEmpty())
@@ -382,19 +364,11 @@ void MainViewController::forgetTags(const QVector<qint64> &removedTags)
 {
     if (m_filter->nodeType() != TagNode)
         return;
-    const QSet<qint64> tagIds(removedTags.cbegin(), removedTags.cend());
     TagRequirements requirements = m_filter->requirements();
-    bool isAsked = false;
-    for (QVector<qint64> *list : {&requirements.required, &requirements.eitherOr, &requirements.excluded})
-        isAsked = dropTags(*list, tagIds) || isAsked;
-    // The database may give the id of a removed tag to a new one, which is no relative of those asked for.
-    bool isWidened = dropTags(requirements.eitherOrWidened, tagIds);
-    isWidened = dropTags(requirements.excludedWidened, tagIds) || isWidened;
-    for (QVector<qint64> &alternatives : requirements.requiredAlternatives)
-        isWidened = dropTags(alternatives, tagIds) || isWidened;
-    if (isAsked)
+    const TagRequirements::Change change = requirements.forget({removedTags.cbegin(), removedTags.cend()});
+    if (change == TagRequirements::LessAsked)
         showRequirements(requirements);
-    else if (isWidened)
+    else if (change == TagRequirements::LessWidened)
         m_filter->setTagRequirements(requirements);
 }
 

@@ -40,6 +40,7 @@ DatabaseManger::DatabaseManger(const QString &driver, const QString &database, c
       m_password(password),
       m_errors(details()),
       m_loads(m_records, m_errors),
+      m_reload(*this, m_records, m_loads, m_errors),
       m_tagMerges(m_records),
       m_runner(*this, m_errors, m_loads),
       m_fileEdits(*this),
@@ -151,11 +152,15 @@ void DatabaseManger::connectLoads()
             [this](const QVector<qint64> &ids) { m_loads.keep(PendingReloads::ThumbnailReload, ids); });
     connect(&m_loads, &RecordLoads::progress, this, &DatabaseManger::loadingProgress);
     connect(&m_loads, &RecordLoads::filesRead, this, &DatabaseManger::filesRead);
-    connect(&m_loads, &RecordLoads::filesRead, this, [this] {
-        if (m_isReloading)
-            fillAllData();
+    connect(&m_loads, &RecordLoads::filesRead, &m_reload, &WholeReload::goOn);
+    connect(&m_loads, &RecordLoads::fullReloadDue, &m_reload, &WholeReload::run);
+    connect(&m_reload, &WholeReload::aboutToReload, this, [this] {
+        m_tagMerges.clear();
+        m_replays.clear();
+        emit aboutToReloadAllData();
+        m_thumbnailCache->clearCache();
     });
-    connect(&m_loads, &RecordLoads::fullReloadDue, this, &DatabaseManger::reloadAllData);
+    connect(&m_reload, &WholeReload::reloaded, this, &DatabaseManger::allDataReloaded);
     connect(&m_loads, &RecordLoads::thumbnailDue, this,
             [this](qlonglong fileId) { emit thumbnailUpdated(fileId, nullptr); });
 }
@@ -208,7 +213,7 @@ void DatabaseManger::connectFileOperations()
         m_records.gotFilesRemoved(ids);
         refreshModificationDate();
     });
-    connect(files, &Source::filesImported, this, &DatabaseManger::reloadAllData);
+    connect(files, &Source::filesImported, &m_reload, &WholeReload::run);
     connect(files, &Source::noLongerPresent, &m_records, &RecordKeeper::gotMissedFileIds);
     connect(files, &Source::present, &m_records, &RecordKeeper::gotFoundFileIds);
     connect(files, &Source::fellShort, &m_errors, &ErrorTeller::tellShortfall);
@@ -328,69 +333,6 @@ bool DatabaseManger::beginReading()
     return true;
 }
 
-bool DatabaseManger::beginLoad()
-{
-    // One word for the whole reading, instead of one for each table that a lock keeps back.
-    m_errors.beginSilence();
-    if (beginReading()) {
-        m_records.loadState().begin();
-        return true;
-    }
-    m_errors.endSilence();
-    m_records.loadState().fail();
-    return false;
-}
-
-bool DatabaseManger::endLoad()
-{
-    endReading();
-    m_records.loadState().end();
-    m_errors.endSilence();
-    return m_records.loadState().isWhole();
-}
-
-void DatabaseManger::reloadAllData()
-{
-    // What came meanwhile is not in the state that is being read.
-    if (m_records.loadState().isLoading()) {
-        m_loads.keep(PendingReloads::FullReload, {0});
-        return;
-    }
-    if (!beginLoad()) {
-        if (m_errors.sawBusy())
-            m_loads.keep(PendingReloads::FullReload, {0});
-        return;
-    }
-    m_tagMerges.clear();
-    m_replays.clear();
-    emit aboutToReloadAllData();
-    m_thumbnailCache->clearCache();
-    beginFiles();
-    m_isReloading = areFilesMany();
-    if (m_isReloading)
-        m_errors.endSilence();
-    else
-        fillAllData();
-}
-
-void DatabaseManger::fillAllData()
-{
-    if (std::exchange(m_isReloading, false))
-        m_errors.beginSilence();
-    loadBrowsingTrees();
-    setCurrentBrowsingTree(currentBrowsingTree());
-    loadAllFiles();
-    loadAllNodes();
-    loadAllTags();
-    loadAllGroups();
-    loadAllRelationNodes();
-    endLoad();
-    emit allDataReloaded();
-    // What could not be read is missing now.
-    if (m_errors.sawBusy())
-        m_loads.keep(PendingReloads::FullReload, {0});
-}
-
 bool DatabaseManger::isReadyForEdits()
 {
     // A dialog that keeps the database from being closed may be tried once more.
@@ -398,10 +340,10 @@ bool DatabaseManger::isReadyForEdits()
         emit showTempWarning(tr("Warning"), tr("The connection to the database is lost."));
         return false;
     }
-    if (m_isReloading || m_records.loadState().isMerging())
+    if (m_reload.isReadingFiles() || m_records.loadState().isMerging())
         emit showTempWarning(tr("Warning"), tr("Local data is updating."));
     // The rest of an edit of several steps goes with its first one.
-    if (m_isReloadDue || m_records.loadState().isUnsettled())
+    if (isReloadDue() || m_records.loadState().isUnsettled())
         return false;
     if (m_records.loadState().isWhole())
         return true;
@@ -415,7 +357,7 @@ bool DatabaseManger::isReadyForEdits()
 
 void DatabaseManger::dropEdit()
 {
-    if (!m_isReloadDue)
+    if (!isReloadDue())
         warnOfChanges();
     reloadLater();
 }
@@ -423,17 +365,6 @@ void DatabaseManger::dropEdit()
 void DatabaseManger::warnOfChanges()
 {
     emit showTempWarning(tr("Warning"), tr("Local data is updating."));
-}
-
-void DatabaseManger::reloadLater()
-{
-    if (std::exchange(m_isReloadDue, true))
-        return;
-    // Callers of an edit may hold records still.
-    QTimer::singleShot(0, this, [this] {
-        m_isReloadDue = false;
-        reloadAllData();
-    });
 }
 
 bool DatabaseManger::isNameGiven(const QString &name)
@@ -526,7 +457,7 @@ StoredImage::Saving DatabaseManger::saveImage(qint64 fileId, const QImage &pictu
     QVector<qint64> changedIds;
     StoredImage::Saving saving = m_pictures->save(fileId, picture, changedIds);
     // It was dropped with a word for what others have changed.
-    if (saving == StoredImage::NotSaved && m_isReloadDue)
+    if (saving == StoredImage::NotSaved && isReloadDue())
         saving = StoredImage::Refused;
     if (!changedIds.isEmpty()) {
         reloadFiles(changedIds);

@@ -13,6 +13,7 @@
 #include "db/manager/recordloads.h"
 #include "db/manager/replays.h"
 #include "db/manager/tagmerges.h"
+#include "db/manager/wholereload.h"
 #include "db/sql/tabledata.h"
 #include "fileops/files/shellfile.h"
 #include "fileops/pictures/storedimage.h"
@@ -47,7 +48,11 @@ class WriteGuard;
  * Writing operations do nothing when isDataCurrent() says no. They do not ask whether the database is
  * read-only: whoever offers an edit does.
  */
-class DatabaseManger : public QObject, protected EditRunHost, private FileEditsHost, private RecordEditsHost
+class DatabaseManger : public QObject,
+                       protected EditRunHost,
+                       private FileEditsHost,
+                       private RecordEditsHost,
+                       private WholeReloadHost
 {
     Q_OBJECT
 
@@ -328,13 +333,13 @@ public:
      * To be called around the loads that fill all records, which then belong to one state of the database.
      * False when it cannot be read: then nothing may be loaded, and the records stay what they were.
      */
-    bool beginLoad();
+    bool beginLoad() { return m_reload.begin(); }
     /** Begins to read all files, after beginLoad(); loadAllFiles() ends it. */
-    void beginFiles() { m_loads.beginFiles(details(), sharedState()); }
+    void beginFiles() override { m_loads.beginFiles(details(), sharedState()); }
     /** Whether so many are being read that the event loop should go on until filesRead(). */
     bool areFilesMany() const { return m_loads.areFilesBeingRead() && m_loads.areFilesMany(); }
     /** True when everything was read. What was not keeps all edits out until a later load brings it. */
-    bool endLoad();
+    bool endLoad() { return m_reload.end(); }
     /** Whether the load failed, or would have, only for what another connection holds at the moment. */
     bool wasBusy() const { return m_errors.sawBusy(); }
     /** Whether the records are those of the database, so that an edit may go ahead. */
@@ -432,7 +437,7 @@ public slots:
      * Empties and fills everything; when the database is busy all stays as it is until a later try. With many
      * files it goes on after the return, until allDataReloaded().
      */
-    void reloadAllData();
+    void reloadAllData() { m_reload.run(); }
 
 protected slots:
     void loadedDBVerion(bool ok, const TableData &rows);
@@ -450,9 +455,8 @@ protected:
     virtual QString connectOptions() const { return {}; }
     /** Before all records are read anew; on a server. */
     virtual void aboutToLoad() {}
-    /** Holds the database for the reading of all records; false when it cannot be read. */
-    virtual bool beginReading();
-    virtual void endReading() {}
+    bool beginReading() override;
+    void endReading() override {}
     /** What another connection reads the same state by, while this one holds it; on a server. */
     virtual QString sharedState() const { return {}; }
     LoadState &loadState() { return m_records.loadState(); }
@@ -473,11 +477,11 @@ protected:
     bool isReadyForEdits();
     /** The database changed behind the records: the edit is dropped, and all is read anew. */
     void dropEdit();
-    void reloadLater() override;
+    void reloadLater() override { m_reload.runLater(); }
     void tellBusy() { m_errors.tellBusy(); }
     /** Runs what is tried again by itself. True when it met a lock, of which nothing is told. */
     bool runInSilence(const std::function<void()> &step) { return m_errors.runInSilence(step); }
-    bool isReloadDue() const { return m_isReloadDue; }
+    bool isReloadDue() const { return m_reload.isDue(); }
     /** Asked before each change of the window; before setProviders(). */
     void setWriteGuard(WriteGuard *guard) { m_writeGuard = guard; }
     void connectErrors(BaseDBProvider *provider);
@@ -493,7 +497,7 @@ protected:
     UserPrompts &prompts() const { return *m_prompts; }
 
 private:
-    void fillAllData();
+    void chooseBrowsingTree() override { setCurrentBrowsingTree(currentBrowsingTree()); }
     void connectRecords();
     void connectLoads();
     void connectFileOperations();
@@ -519,6 +523,7 @@ private:
     RecordKeeper m_records;
     ErrorTeller m_errors;
     RecordLoads m_loads;
+    WholeReload m_reload;
     TagMerges m_tagMerges;
     Map<QString, AutoLink *> m_autoLinks;
     Map<qint64, QString> m_browsingTrees;
@@ -531,8 +536,6 @@ private:
     ThumbnailCache *m_thumbnailCache;
     Replays m_replays;
     bool m_isOpen = false;
-    bool m_isReloadDue = false;
-    bool m_isReloading = false; ///< until the files are read
     WriteGuard *m_writeGuard = nullptr;
     UserPrompts *m_prompts;
 };

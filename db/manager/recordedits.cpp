@@ -8,6 +8,7 @@
 #include "core/providers/tagsprovider.h"
 #include "core/records/groupitem.h"
 #include "core/records/tbnode.h"
+#include "db/manager/editbases.h"
 #include "db/manager/editnotes.h"
 #include "db/manager/pendingreloads.h"
 #include "db/manager/recordkeeper.h"
@@ -29,79 +30,6 @@ QVector<qint64> without(const QVector<qint64> &ids, const QVector<qint64> &other
             rest.append(id);
     }
     return rest;
-}
-
-EditBase ofTags(const QVector<qint64> &tagIds)
-{
-    EditBase base;
-    base.tags = tagIds;
-    return base;
-}
-
-EditBase ofGroups(const QVector<qint64> &groupIds, const QVector<qint64> &tagIds = {})
-{
-    EditBase base;
-    base.groups = groupIds;
-    base.tags = tagIds;
-    return base;
-}
-
-EditBase ofNodes(const QVector<qint64> &nodeIds, const QVector<qint64> &tagIds = {})
-{
-    EditBase base;
-    base.nodes = nodeIds;
-    base.tags = tagIds;
-    return base;
-}
-
-EditBase ofTree(qint64 treeId)
-{
-    EditBase base;
-    base.trees = {treeId};
-    return base;
-}
-
-/** The tags on the way down to a place of the tag relationships. */
-QVector<qint64> tagsOf(const QString &path)
-{
-    QVector<qint64> tagIds;
-    const QVector<QStringRef> pieces = path.splitRef(QLatin1Char('.'), Qt::SkipEmptyParts);
-    for (const QStringRef &piece : pieces)
-        tagIds.append(piece.toLongLong());
-    return tagIds;
-}
-
-QString pathBelow(const QString &parentPath, qint64 tagId)
-{
-    return parentPath.isEmpty() ? QString::number(tagId)
-                                : parentPath + QLatin1Char('.') + QString::number(tagId);
-}
-
-QStringList pathsBelow(const QString &parentPath, const QVector<qint64> &tagIds)
-{
-    QStringList paths;
-    for (const qint64 tagId : tagIds)
-        paths.append(pathBelow(parentPath, tagId));
-    return paths;
-}
-
-EditBase ofRelations(const QString &parentPath, const QVector<qint64> &tagIds)
-{
-    EditBase base = ofTags(tagIds + tagsOf(parentPath));
-    if (!parentPath.isEmpty())
-        base.relations = QStringList{parentPath};
-    base.relations += pathsBelow(parentPath, tagIds);
-    return base;
-}
-
-/** All nodes that go or move, and those below which some move. */
-EditBase baseOf(const NodeRemovalPlan &plan)
-{
-    EditBase base;
-    base.nodes = plan.removedNodeIds;
-    for (const auto &move : plan.newParents)
-        base.nodes += move.second + QVector<qint64>{move.first};
-    return base;
 }
 } // namespace
 
@@ -141,13 +69,14 @@ qint64 RecordEdits::addTagToGroup(const QString &name, qint64 groupId)
         m_host.notes().groupJoined(tagIds);
         return EditResult{groups->setGroupTags(groupId, {}, tagIds), {groupId}, {}};
     };
-    return addTagsWith({name}, *groups, PendingReloads::GroupReload, ofGroups({groupId}), join).value(0);
+    return addTagsWith({name}, *groups, PendingReloads::GroupReload, EditBases::ofGroups({groupId}), join)
+        .value(0);
 }
 
 bool RecordEdits::tagFiles(const QVector<qint64> &fileIds, const ChosenTags &tags)
 {
     MainViewProvider *files = m_providers.mainView;
-    EditBase base = ofTags(tags.ids);
+    EditBase base = EditBases::ofTags(tags.ids);
     base.files = fileIds;
     const auto link = [&](const QVector<qint64> &newIds) {
         const int changed = m_host.notes().links(Tagging::of(fileIds, tags.ids + newIds, {}));
@@ -213,7 +142,7 @@ void RecordEdits::updateTag(qint64 tagId, const QString &column, const QString &
 {
     if (!m_providers.tags || !m_host.isStorable(value))
         return;
-    m_host.runEdit(PendingReloads::TagReload, ofTags({tagId}), [&] {
+    m_host.runEdit(PendingReloads::TagReload, EditBases::ofTags({tagId}), [&] {
         const bool isNoted = column == QLatin1String("tag_name") ? m_host.notes().tagRenamed(tagId, value)
                                                                  : m_host.notes().tagDescribed(tagId);
         return EditResult{isNoted && m_providers.tags->updateTag(tagId, column, value), {tagId}, {}};
@@ -227,7 +156,7 @@ bool RecordEdits::removeTags(const QVector<qint64> &tagIds)
     const auto remove = [&]() -> EditResult {
         const TagRemovalPlan plan =
             RemovalPlans::tags(m_records.nodes().map(), m_records.relations(), tagIds);
-        EditBase base = baseOf(plan);
+        EditBase base = EditBases::ofRemoval(plan);
         base.relations = plan.removedPaths;
         if (!m_host.mayTouch(base))
             return {};
@@ -246,7 +175,7 @@ bool RecordEdits::removeTags(const QVector<qint64> &tagIds)
                     m_providers.tags->tellNews();
                 }};
     };
-    return m_host.runEdit(PendingReloads::TagReload, ofTags(tagIds), remove).isDone;
+    return m_host.runEdit(PendingReloads::TagReload, EditBases::ofTags(tagIds), remove).isDone;
 }
 
 qint64 RecordEdits::addGroup(const QString &name, bool visible)
@@ -270,7 +199,7 @@ qint64 RecordEdits::addGroup(const QString &name, bool visible)
 void RecordEdits::renameGroup(qint64 groupId, const QString &name)
 {
     if (m_providers.groups && m_host.isNameGiven(name) && m_host.isStorable(name))
-        runEdit(PendingReloads::GroupReload, ofGroups({groupId}), [&] {
+        runEdit(PendingReloads::GroupReload, EditBases::ofGroups({groupId}), [&] {
             return m_host.notes().groupRenamed(groupId, name) &&
                    m_providers.groups->renameGroup(groupId, name);
         });
@@ -279,7 +208,7 @@ void RecordEdits::renameGroup(qint64 groupId, const QString &name)
 void RecordEdits::removeGroups(const QVector<qint64> &groupIds)
 {
     if (m_providers.groups)
-        runEdit(PendingReloads::GroupReload, ofGroups(groupIds), [&] {
+        runEdit(PendingReloads::GroupReload, EditBases::ofGroups(groupIds), [&] {
             return m_host.notes().groupsRemoved(groupIds) && m_providers.groups->removeGroups(groupIds);
         });
 }
@@ -309,7 +238,7 @@ bool RecordEdits::setGroupTags(const QMap<qint64, QVector<qint64>> &tagsOfGroups
                 groupIds,
                 {}};
     };
-    return m_host.runEdit(PendingReloads::GroupReload, ofGroups(groupIds), change).isDone;
+    return m_host.runEdit(PendingReloads::GroupReload, EditBases::ofGroups(groupIds), change).isDone;
 }
 
 qint64 RecordEdits::addNodes(const QVector<qint64> &tagIds, const QVector<qint64> &nodeIds,
@@ -328,7 +257,9 @@ qint64 RecordEdits::addNodes(const QVector<qint64> &tagIds, const QVector<qint64
         m_providers.browsTree->expectNodes(reloaded);
         return {!ids.isEmpty(), {}, [this, reloaded] { m_host.reloadNodes(reloaded); }};
     };
-    return m_host.runEdit(PendingReloads::NodeReload, ofNodes(nodeIds, tagIds), run).isDone ? ids.first() : 0;
+    return m_host.runEdit(PendingReloads::NodeReload, EditBases::ofNodes(nodeIds, tagIds), run).isDone
+               ? ids.first()
+               : 0;
 }
 
 qint64 RecordEdits::addNodeBelow(qint64 tagId, qint64 parentId)
@@ -368,9 +299,9 @@ bool RecordEdits::addNodesOf(const ChosenTags &tags, qint64 parentId)
                     m_host.reloadNodes(reloaded);
                 }};
     };
-    return tree &&
-           !addTagsWith(tags.newNames, *tree, PendingReloads::NodeReload, ofNodes(parents, tags.ids), use)
-                .isEmpty();
+    return tree && !addTagsWith(tags.newNames, *tree, PendingReloads::NodeReload,
+                                EditBases::ofNodes(parents, tags.ids), use)
+                        .isEmpty();
 }
 
 qint64 RecordEdits::addNodePath(const QVector<NodeStep> &steps, qint64 parentId)
@@ -408,20 +339,20 @@ bool RecordEdits::runRemoval(const QVector<qint64> &nodeIds, const std::function
 {
     const auto remove = [&]() -> EditResult {
         const NodeRemovalPlan plan = makePlan();
-        if (!m_host.mayTouch(baseOf(plan)))
+        if (!m_host.mayTouch(EditBases::ofRemoval(plan)))
             return {};
         NodeRemover remover(m_constructor, *m_providers.browsTree);
         m_host.include(&remover);
         return {
             m_host.notes().nodesRemoved(plan) && remover.run(plan), {}, [this, plan] { tellRemoval(plan); }};
     };
-    return m_host.runEdit(PendingReloads::NodeReload, ofNodes(nodeIds), remove).isDone;
+    return m_host.runEdit(PendingReloads::NodeReload, EditBases::ofNodes(nodeIds), remove).isDone;
 }
 
 void RecordEdits::updateNode(qint64 nodeId, const QString &column, const QString &value)
 {
     if (m_providers.browsTree)
-        runEdit(PendingReloads::NodeReload, ofNodes({nodeId}), [&] {
+        runEdit(PendingReloads::NodeReload, EditBases::ofNodes({nodeId}), [&] {
             return m_host.notes().nodeChanged(nodeId, column, value != QLatin1String("0")) &&
                    m_providers.browsTree->updateNode(nodeId, column, value);
         });
@@ -441,14 +372,14 @@ qint64 RecordEdits::addBrowsingTree(const QString &name)
 
 bool RecordEdits::removeBrowsingTree(qint64 treeId)
 {
-    return m_providers.browsTree && runEdit(PendingReloads::NodeReload, ofTree(treeId),
+    return m_providers.browsTree && runEdit(PendingReloads::NodeReload, EditBases::ofTree(treeId),
                                             [&] { return m_providers.browsTree->removeTree(treeId); });
 }
 
 bool RecordEdits::renameBrowsingTree(qint64 treeId, const QString &name)
 {
     return m_providers.browsTree && m_host.isNameGiven(name) &&
-           runEdit(PendingReloads::NodeReload, ofTree(treeId), [&] {
+           runEdit(PendingReloads::NodeReload, EditBases::ofTree(treeId), [&] {
                return m_providers.browsTree->updateTree(treeId, QStringLiteral("tree_name"), name);
            });
 }
@@ -458,21 +389,21 @@ bool RecordEdits::addRelationsOf(const QString &parentPath, const ChosenTags &ta
     RelationTreeProvider *trees = m_providers.relationTree;
     const auto use = [&](const QVector<qint64> &newIds) {
         const QVector<qint64> fresh = freshBelow(parentPath, tags.ids) + newIds;
-        const bool isNoted =
-            m_host.notes().relationsAdded(pathsBelow(parentPath, fresh), fresh, tags.newNames.value(0));
+        const bool isNoted = m_host.notes().relationsAdded(EditBases::pathsBelow(parentPath, fresh), fresh,
+                                                           tags.newNames.value(0));
         return EditResult{isNoted && trees->addPaths(parentPath, fresh), {}, {}};
     };
     return trees && !addTagsWith(tags.newNames, *trees, PendingReloads::NodeReload,
-                                 ofRelations(parentPath, tags.ids), use)
+                                 EditBases::ofRelations(parentPath, tags.ids), use)
                          .isEmpty();
 }
 
 bool RecordEdits::addRelations(const QString &parentPath, const QVector<qint64> &tagIds)
 {
     return m_providers.relationTree &&
-           runEdit(PendingReloads::NodeReload, ofRelations(parentPath, tagIds), [&] {
+           runEdit(PendingReloads::NodeReload, EditBases::ofRelations(parentPath, tagIds), [&] {
                const QVector<qint64> fresh = freshBelow(parentPath, tagIds);
-               return m_host.notes().relationsAdded(pathsBelow(parentPath, fresh), fresh) &&
+               return m_host.notes().relationsAdded(EditBases::pathsBelow(parentPath, fresh), fresh) &&
                       m_providers.relationTree->addPaths(parentPath, fresh);
            });
 }
@@ -482,7 +413,7 @@ QVector<qint64> RecordEdits::freshBelow(const QString &parentPath, const QVector
     QVector<qint64> fresh;
     // One path that is there already would fail the insert of all.
     for (const qint64 tagId : tagIds) {
-        if (!m_records.relations().contains(pathBelow(parentPath, tagId)))
+        if (!m_records.relations().contains(EditBases::pathBelow(parentPath, tagId)))
             fresh.append(tagId);
     }
     return fresh;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QVector>
 
 /**
@@ -18,6 +19,16 @@ struct TagRequirements
     /** Counts only beside an eitherOr that is not empty. */
     QVector<qint64> eitherOrWidened;
     QVector<qint64> excludedWidened;
+
+    enum Change {
+        Same,
+        LessWidened, ///< what is asked for stays
+        LessAsked
+    };
+    /** Tags that are no more are in no list. */
+    Change forget(const QSet<qint64> &tagIds);
+    /** Of all lists, in no order. */
+    QVector<qint64> allTags() const;
 
     bool operator==(const TagRequirements &other) const
     {
