@@ -8,6 +8,8 @@
 #include "bench/openwindow.h"
 #include "bench/samplelibrary.h"
 #include "bench/tagactions.h"
+#include "core/controllers/browstreecontroller.h"
+#include "core/controllers/collection.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/metatypes.h"
 #include "core/controllers/tagscontroller.h"
@@ -15,6 +17,7 @@
 #include "models/contents/sorter.h"
 #include "resources/resources.h"
 #include "ui/views/mainfilesview.h"
+#include "ui/views/tbtreeview.h"
 #include "ui/widgets/tableview.h"
 
 #include <QApplication>
@@ -50,6 +53,27 @@ void benchSelections(ActionTable &table, OpenWindow &window, const FlatLibrary &
     row("AND of two tags", [&window] { window.tags->showTagsSelected({1, 2}); });
     row("OR of three tags", [&window] { window.tags->showTagsEitherOr({1, 2, 3}); });
     row("all files", [&window] { window.showAll(); });
+}
+
+/** With all 5,000 nodes open, of which some dozens are on the screen. */
+void benchCounts(ActionTable &table, OpenWindow &window, const FlatLibrary &flat)
+{
+    const auto count = [&flat] { sink = sink + flat.countTags(); };
+    const auto countFiles = [&window](bool on) { window.tree->collection()->countFiles(on); };
+    const auto click = [&window] { window.clickNode(window.node(2)); };
+    window.settle([&window] { window.nodes->expandAll(); });
+    const auto prepare = [&window, countFiles](bool on) {
+        countFiles(on);
+        window.showNothing();
+    };
+    table.run({QStringLiteral("click on a node, all nodes open"), [=] { prepare(true); }, click, count});
+    table.run({QStringLiteral("click on a node, no file counts"), [=] { prepare(false); }, click, count});
+    table.run(
+        {QStringLiteral("switch file counts on"), [=] { prepare(false); }, [=] { countFiles(true); }, count});
+    window.settle([&window, countFiles] {
+        countFiles(true);
+        window.nodes->collapseAll();
+    });
 }
 
 void benchSorting(ActionTable &table, OpenWindow &window, const FlatLibrary &flat)
@@ -267,6 +291,7 @@ void benchAll(ActionTable &table, OpenWindow &window, const FlatLibrary &flat, c
     benchManyFiles(table, window, flat, QStringLiteral(", thumbnails"));
     window.settle([&window] { window.mainView->iconViewSelected(false); });
     tagActions.runMany();
+    benchCounts(table, window, flat);
 }
 
 void print(const char *work, const Settling::Cost &cost)

@@ -2,10 +2,12 @@
 #include "app/endsignals.h"
 #endif
 #include "app/window/databaseerrors.h"
+#include "core/controllers/browstreecontroller.h"
 #include "core/controllers/mainviewcontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/manager/databasemanger.h"
 #include "models/contents/sorter.h"
+#include "models/counts/nodecounts.h"
 #include "tests/support/windowfixture.h"
 #include "ui/preview/filepreview.h"
 #include "ui/preview/previewbox.h"
@@ -71,6 +73,28 @@ private slots:
         // The row that tries out writing is there already.
         QVERIFY(OtherConnection(path).run("INSERT INTO file_tag VALUES (0,0)"_s));
         QVERIFY(window().openDatabase(DBDetails::local(path)) && !groups->isEnabled());
+    }
+
+    void fileCountsAreSwitchedForGood()
+    {
+        const auto isKnown = [this] {
+            return m_fixture->window()
+                .collection()
+                ->browsTreeController()
+                ->counts()
+                ->of(AllFiles, 0)
+                .isKnown();
+        };
+        const auto action = [this] { return m_fixture->window().findChild<QAction *>("fileCounts"_s); };
+        const QString path = m_fixture->openNew();
+        QTRY_VERIFY(isKnown());
+        action()->trigger();
+        QVERIFY(!isKnown());
+        m_fixture->restart();
+        QVERIFY(m_fixture->window().openDatabase(DBDetails::local(path)));
+        QVERIFY(!action()->isChecked() && !isKnown());
+        action()->trigger();
+        QTRY_VERIFY(isKnown());
     }
 
     void boxesGoWithTheirDatabase()

@@ -86,7 +86,7 @@ void WindowParts::takePlaceOfCounts(MainUi &ui)
 {
     QAction *counts = ui.viewMenu->addAction(tr("File Counts"));
     counts->setObjectName(QStringLiteral("fileCounts"));
-    counts->setStatusTip(tr("Show how many files each tag has"));
+    counts->setStatusTip(tr("Show how many files each tag and node has"));
     counts->setCheckable(true);
     counts->setChecked(WindowSettings::areFileCountsShown());
     connect(counts, &QAction::toggled, this, &WindowParts::showCounts);

@@ -9,6 +9,7 @@
 #include "core/controllers/relationscontroller.h"
 #include "core/controllers/tagscontroller.h"
 #include "db/manager/databasemanger.h"
+#include "models/counts/nodecounts.h"
 #include "models/trees/brtreesortermodel.h"
 #include "models/trees/tbtreemodel.h"
 #include "models/trees/trmodel.h"
@@ -31,7 +32,8 @@ BrowsTreeController::BrowsTreeController(DatabaseManger *manager, const Abstract
       m_links(*this, manager),
       m_model(new TBtreeModel(this, this)),
       m_sorterModel(new BrTreeSorterModel(this, this)),
-      m_places(*this, m_sorterModel)
+      m_places(*this, m_sorterModel),
+      m_counts(new NodeCounts(*this, this))
 {
     m_sorterModel->setSourceModel(m_model);
     // Without an interval: many nodes and relations that come in one event are followed once, behind it.
@@ -61,11 +63,37 @@ void BrowsTreeController::setPeers(MainViewController *mainView, TagsController 
     m_mainView = mainView;
     m_tags = tags;
     m_relations = relations;
+    if (mainView)
+        m_counts->setFiles(mainView->filterModel());
+    followChanges();
     if (!relations)
         return;
     const auto follow = qOverload<>(&QTimer::start);
     connect(relations->model(), &QAbstractItemModel::rowsInserted, &m_followTimer, follow);
     connect(relations->model(), &QAbstractItemModel::rowsRemoved, &m_followTimer, follow);
+}
+
+/** The numbers depend on nodes, on those above them and on relationships, some of which no model shows. */
+void BrowsTreeController::followChanges()
+{
+    const auto follow = [this](const auto *sender, auto signal) {
+        connect(sender, signal, m_counts, &NodeCounts::lookAgain);
+    };
+    using Model = QAbstractItemModel;
+    follow(m_sorterModel, &Model::dataChanged);
+    follow(m_sorterModel, &Model::rowsInserted);
+    follow(m_sorterModel, &Model::rowsRemoved);
+    follow(m_sorterModel, &Model::layoutChanged);
+    follow(m_sorterModel, &Model::modelReset);
+    if (m_relations)
+        follow(m_relations->model(), &Model::modelReset);
+    if (!manager())
+        return;
+    follow(manager(), &DatabaseManger::edited);
+    follow(manager(), &DatabaseManger::replayed);
+    follow(manager(), &DatabaseManger::addedRelatshipsNodes);
+    follow(manager(), &DatabaseManger::foreignChangesShown);
+    follow(manager(), &DatabaseManger::allDataReloaded);
 }
 
 void BrowsTreeController::load()
@@ -195,6 +223,19 @@ TBnode *BrowsTreeController::rootNode() const
     return m_model->rootNode();
 }
 
+FileCount BrowsTreeController::fileCount(const TBnode &node) const
+{
+    return m_counts->of(node.nodeType(), node.id());
+}
+
+bool BrowsTreeController::findRequirements(qint64 nodeId, TagRequirements &found) const
+{
+    const TBnode *node = nodeById(nodeId);
+    if (node)
+        found = requirementsOf(*node);
+    return node;
+}
+
 bool BrowsTreeController::hasAutolinks(qint64 nodeId) const
 {
     const TBnode *node = nodeById(nodeId);
@@ -214,6 +255,14 @@ void BrowsTreeController::nodeActivated(NodeType type, qint64 nodeId, const QVec
     m_links.nodeSelected(nodeId);
     if (m_tags)
         m_tags->clearMark();
+}
+
+TagRequirements BrowsTreeController::requirementsOf(const TBnode &node) const
+{
+    QVector<qint64> required;
+    QVector<qint64> excluded;
+    node.collectTagRequirements(required, excluded);
+    return requirementsOf(node.id(), required, excluded);
 }
 
 TagRequirements BrowsTreeController::requirementsOf(qint64 nodeId, const QVector<qint64> &required,
@@ -245,10 +294,7 @@ void BrowsTreeController::followShownNode()
     const TBnode *node = nodeById(currentTagNodeId());
     if (currentTagNodeId() <= 0 || !node || !m_mainView)
         return;
-    QVector<qint64> required;
-    QVector<qint64> excluded;
-    node->collectTagRequirements(required, excluded);
-    const TagRequirements now = requirementsOf(node->id(), required, excluded);
+    const TagRequirements now = requirementsOf(*node);
     // Filtering a million files anew for equal requirements would take away the selection for nothing.
     if (!(now == m_shown))
         show(now);

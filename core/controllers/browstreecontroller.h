@@ -5,6 +5,7 @@
 #include "core/controllers/nodeplaces.h"
 #include "core/records/recordtypes.h"
 #include "models/contents/tagrequirements.h"
+#include "models/counts/noderequirements.h"
 #include "models/trees/browsingtreeshost.h"
 #include "models/trees/nodeshost.h"
 
@@ -18,12 +19,16 @@
 
 class BrTreeSorterModel;
 class MainViewController;
+class NodeCounts;
 class RelationsController;
 class TBtreeModel;
 class TagsController;
 
 /** The browsing tree: making and removing nodes, and showing the files that a node selects. GUI thread. */
-class BrowsTreeController : public AbstractController, public NodesHost, public BrowsingTreesHost
+class BrowsTreeController : public AbstractController,
+                            public NodesHost,
+                            public BrowsingTreesHost,
+                            private NodeRequirements
 {
     Q_OBJECT
 
@@ -56,6 +61,9 @@ public:
     bool hasChildren(const QVector<qint64> &nodeIds) const;
     /** The id 0 is that of "All files". Null for an unknown node. */
     TBnode *nodeById(qint64 nodeId) const override;
+    FileCount fileCount(const TBnode &node) const override;
+    /** The numbers of files beside the nodes. */
+    NodeCounts *counts() const { return m_counts; }
     /** The hidden root above "All files". */
     TBnode *rootNode() const;
     bool hasAutolinks(qint64 nodeId) const;
@@ -126,6 +134,9 @@ signals:
     void branchesMoved();
 
 private:
+    bool findRequirements(qint64 nodeId, TagRequirements &found) const override;
+    TagRequirements requirementsOf(const TBnode &node) const;
+    void followChanges();
     void show(const TagRequirements &requirements);
     /** Shows the current node's files anew when an edit of nodes or relationships makes them others. */
     void followShownNode();
@@ -150,6 +161,7 @@ private:
     TBtreeModel *m_model;
     BrTreeSorterModel *m_sorterModel;
     NodePlaces m_places;
+    NodeCounts *m_counts;
     TagRequirements m_shown;
     QTimer m_followTimer; ///< gathers the changes of one edit
     int m_currentType = 0;

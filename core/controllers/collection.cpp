@@ -16,6 +16,7 @@
 #include "db/sql/connections.h"
 #include "db/sql/postgresqueryconstructor.h"
 #include "db/sql/sqlitequeryconstructor.h"
+#include "models/counts/nodecounts.h"
 #include "models/counts/tagcounts.h"
 #include "models/trees/brtreesortermodel.h"
 
@@ -169,6 +170,7 @@ int Collection::dbType() const
 void Collection::countFiles(bool on)
 {
     m_tagsController->counts()->setOn(on);
+    m_browsTreeController->counts()->setOn(on);
 }
 
 void Collection::readSettings()

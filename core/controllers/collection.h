@@ -62,7 +62,7 @@ public:
     bool areFilesMany() const;
     /** Takes over what the user has just set: all that is kept in memory of the settings. */
     void readSettings();
-    /** Whether the numbers of files are to be known beside tags; they are at first. */
+    /** Whether the numbers of files are to be known beside tags and nodes; they are at first. */
     void countFiles(bool on);
 
     virtual TagsController *tagsController() const { return m_tagsController; }

@@ -13,6 +13,9 @@ namespace {
 constexpr qint64 largestSmallTagId = 1 << 20;
 constexpr qint32 noNumber = -1;
 
+// Longer lists are looked through for repeats by a note at each number.
+constexpr int longList = 64;
+
 // The room that so many tags take: whole groups, and one for none.
 size_t roomFor(size_t tags)
 {
@@ -45,14 +48,14 @@ void FileIndex::clear()
 {
     const quint64 revision = m_revision;
     *this = FileIndex();
-    m_revision = revision + 1;
+    m_revision = m_firstRevision = revision + 1;
 }
 
 void FileIndex::takeOver(FileIndex &other)
 {
     const quint64 revision = m_revision;
     *this = std::move(other);
-    m_revision = revision + 1;
+    m_revision = m_firstRevision = revision + 1;
 }
 
 void FileIndex::reserve(int rows)
@@ -80,6 +83,8 @@ void FileIndex::append(const File &file)
     m_tagCounts.push_back(static_cast<quint32>(m_scratch.size()));
     m_usedRoom += roomFor(m_scratch.size());
     countUses(size() - 1, 1);
+    for (const quint32 number : tagsAt(size() - 1))
+        noteChange(number);
     ++m_revision;
 }
 
@@ -91,6 +96,7 @@ bool FileIndex::update(int row, const File &file)
                             m_sizes[at] == file.size();
     if (isKindKept && hasScratchTags(row))
         return false;
+    noteDifference(row);
     countUses(row, -1);
     m_kinds[at] = kindOf(file);
     m_additions[at] = file.additionSeconds();
@@ -115,6 +121,8 @@ void FileIndex::removeRows(const QVector<int> &rows)
         return;
     for (int row : rows) {
         countUses(row, -1);
+        for (const quint32 number : tagsAt(row))
+            noteChange(number);
         m_usedRoom -= roomFor(m_tagCounts[static_cast<size_t>(row)]);
     }
     eraseAt(m_ids, rows);
@@ -187,8 +195,6 @@ quint32 FileIndex::numberOf(qint64 tagId)
 
 void FileIndex::readTags(const CompactIds &tagIds)
 {
-    // Longer lists are looked through for repeats by a note at each number.
-    constexpr int longList = 64;
     m_scratch.clear();
     const bool isLong = tagIds.size() > longList;
     const int count = tagIds.size();
@@ -226,6 +232,37 @@ void FileIndex::countUses(int row, int change)
     m_useCounts.resize(static_cast<size_t>(numberCount()));
     for (const quint32 number : tagsAt(row))
         m_useCounts[number] += change;
+}
+
+// The next revision is the first with other files.
+void FileIndex::noteChange(quint32 number)
+{
+    if (number >= m_numberRevisions.size())
+        m_numberRevisions.resize(static_cast<size_t>(numberCount()));
+    m_numberRevisions[number] = m_revision + 1;
+}
+
+// The tags that a row has now or will have, but not both.
+void FileIndex::noteDifference(int row)
+{
+    const TagNumbers present = tagsAt(row);
+    const bool isLong = m_scratch.size() > longList || m_tagCounts[static_cast<size_t>(row)] > longList;
+    for (const quint32 number : present) {
+        if (isLong || std::find(m_scratch.begin(), m_scratch.end(), number) == m_scratch.end())
+            noteChange(number);
+    }
+    for (const quint32 number : m_scratch) {
+        if (isLong || std::find(present.begin(), present.end(), number) == present.end())
+            noteChange(number);
+    }
+}
+
+quint64 FileIndex::revisionOf(qint64 tagId) const
+{
+    const int number = tagNumber(tagId);
+    const auto at = static_cast<size_t>(number);
+    return number < 0 || at >= m_numberRevisions.size() ? m_firstRevision
+                                                        : std::max(m_firstRevision, m_numberRevisions[at]);
 }
 
 int FileIndex::useCount(qint64 tagId) const

@@ -80,6 +80,8 @@ public:
 
     /** Grows with every change. */
     quint64 revision() const { return m_revision; }
+    /** Since this revision the same files have the tag, in rows that may have moved. */
+    quint64 revisionOf(qint64 tagId) const;
 
 private:
     quint32 numberOf(qint64 tagId);
@@ -87,6 +89,8 @@ private:
     bool isNoted(quint32 number);
     bool hasScratchTags(int row) const;
     void countUses(int row, int change);
+    void noteChange(quint32 number);
+    void noteDifference(int row);
     void writeScratch(size_t start);
     quint32 appendScratch();
     void dropUnusedTags();
@@ -113,4 +117,6 @@ private:
     bool m_areIdsAscending = true;
     mutable std::vector<int> m_rowsById;
     quint64 m_revision = 0;
+    quint64 m_firstRevision = 0;            // since it was filled
+    std::vector<quint64> m_numberRevisions; // by number
 };

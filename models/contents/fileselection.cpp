@@ -17,9 +17,6 @@ constexpr quint8 hyperlinkKind = 2;
 constexpr quint8 excludedMark = 0x80;
 constexpr int groupsPerRound = 7;
 
-// The tags of that many files fit into the second-level cache, from which they are then counted.
-constexpr int rowsPerBlock = 4096;
-
 void mark(std::vector<quint8> &marks, const FileIndex &index, const QVector<qint64> &tagIds, quint8 bits)
 {
     for (qint64 tagId : tagIds) {
@@ -89,19 +86,44 @@ void FileSelection::setRequirements(const TagRequirements &requirements)
     m_requirements = requirements;
 }
 
+// The tags of the files of one block fit into the second-level cache, from which they are then counted.
 void FileSelection::run(const FileIndex &index, std::vector<int> &rows)
 {
+    begin();
     m_dTags.clear();
+    m_counts.assign(static_cast<size_t>(index.numberCount()), 0);
     // One more, since each row is written before it is known whether it stays.
     rows.resize(static_cast<size_t>(index.size()) + 1);
-    const int count = m_nodeType == TagNode ? runTags(index, rows.data()) : runSpecial(index, rows.data());
+    int *target = rows.data();
+    for (int first = 0; first < index.size(); first += rowsPerBlock) {
+        int *const blockStart = target;
+        target = keep(index, first, std::min(first + rowsPerBlock, index.size()), blockStart);
+        if (m_nodeType == TagNode)
+            countTags(index, blockStart, target, m_counts);
+    }
+    const int count = static_cast<int>(target - rows.data());
     rows.resize(static_cast<size_t>(count));
+    if (m_nodeType == TagNode)
+        findDTags(index, count);
 }
 
-int FileSelection::runSpecial(const FileIndex &index, int *rows) const
+void FileSelection::begin()
 {
-    const auto keep = [&index, rows](auto condition) {
-        return static_cast<int>(keepRows(0, index.size(), rows, condition) - rows);
+    m_groups = m_nodeType == TagNode ? requiredGroups() : QVector<QVector<qint64>>();
+    m_rounds.clear();
+    m_oldestAddition = QDateTime::currentSecsSinceEpoch() - qint64(m_newFilesTimeout);
+}
+
+int *FileSelection::keep(const FileIndex &index, int first, int last, int *target)
+{
+    return m_nodeType == TagNode ? keepTagged(index, first, last, target)
+                                 : keepSpecial(index, first, last, target);
+}
+
+int *FileSelection::keepSpecial(const FileIndex &index, int first, int last, int *target) const
+{
+    const auto keep = [first, last, target](auto condition) {
+        return keepRows(first, last, target, condition);
     };
     const quint8 *kinds = index.kinds();
     const quint32 *tagCounts = index.tagCounts();
@@ -119,45 +141,31 @@ int FileSelection::runSpecial(const FileIndex &index, int *rows) const
     case AllHyperlinks:
         return keep([kinds](int row) { return kinds[row] == hyperlinkKind; });
     case RecentlyAddedFiles: {
-        const qint64 oldest = QDateTime::currentSecsSinceEpoch() - qint64(m_newFilesTimeout);
+        const qint64 oldest = m_oldestAddition;
         const qint64 *additions = index.additions();
         return keep([additions, oldest](int row) { return additions[row] > oldest; });
     }
     default:
-        return 0;
+        return target;
     }
 }
 
-int FileSelection::runTags(const FileIndex &index, int *rows)
+int *FileSelection::keepTagged(const FileIndex &index, int first, int last, int *target)
 {
-    const QVector<QVector<qint64>> groups = requiredGroups();
-    const int roundCount = (groups.size() + groupsPerRound - 1) / groupsPerRound;
-    std::vector<Round> rounds;
-    m_counts.assign(static_cast<size_t>(index.numberCount()), 0);
-    int *target = rows;
-    for (int first = 0; first < index.size() && roundCount > 0; first += rowsPerBlock) {
-        int *const blockStart = target;
-        for (int i = 0; i < roundCount && (i == 0 || target != blockStart); ++i) {
-            // Few files get as far as the later ones of many rounds, which are made for the first that does.
-            if (i == static_cast<int>(rounds.size()))
-                rounds.push_back(compiledRound(index, groups, i));
-            const Round &round = rounds[static_cast<size_t>(i)];
-            const Marker marker(index, round.marks);
-            const quint8 tested = round.tested;
-            const quint8 wanted = round.wanted;
-            const auto isMet = [&marker, tested, wanted](int row) {
-                return (marker(row) & tested) == wanted;
-            };
-            if (i == 0)
-                target = keepRows(first, std::min(first + rowsPerBlock, index.size()), blockStart, isMet);
-            else
-                target = std::remove_if(blockStart, target, std::not_fn(isMet));
-        }
-        countTags(index, blockStart, target, m_counts);
+    const int roundCount = (m_groups.size() + groupsPerRound - 1) / groupsPerRound;
+    int *end = target;
+    for (int i = 0; i < roundCount && (i == 0 || end != target); ++i) {
+        // Few files get as far as the later ones of many rounds, which are made for the first that does.
+        if (i == static_cast<int>(m_rounds.size()))
+            m_rounds.push_back(compiledRound(index, m_groups, i));
+        const Round &round = m_rounds[static_cast<size_t>(i)];
+        const Marker marker(index, round.marks);
+        const quint8 tested = round.tested;
+        const quint8 wanted = round.wanted;
+        const auto isMet = [&marker, tested, wanted](int row) { return (marker(row) & tested) == wanted; };
+        end = i == 0 ? keepRows(first, last, target, isMet) : std::remove_if(target, end, std::not_fn(isMet));
     }
-    const int count = static_cast<int>(target - rows);
-    findDTags(index, count);
-    return count;
+    return end;
 }
 
 QVector<QVector<qint64>> FileSelection::requiredGroups() const

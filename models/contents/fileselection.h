@@ -27,6 +27,16 @@ public:
     /** Looks at all rows anew and gives the accepted ones, ascending, in a vector that it takes over. */
     void run(const FileIndex &index, std::vector<int> &rows);
 
+    // The same in parts, for who wants the rows alone: what is known before the first one, then block by
+    // block.
+    static constexpr int rowsPerBlock = 4096;
+    void begin();
+    /**
+     * Writes the accepted ones of at most so many rows, ascending, and gives the end of what was written. The
+     * target has room for one more than these rows. The index is the same for all of them.
+     */
+    int *keep(const FileIndex &index, int first, int last, int *target);
+
     /** Tags that are on some but not on all of the accepted files, by rising id; only for TagNode. */
     const QVector<qint64> &dTags() const { return m_dTags; }
     /** How many of the accepted files have the tag of a number of the index; only for TagNode. */
@@ -48,13 +58,17 @@ private:
     /** The round of its number: seven groups each, with those excluded in the first. */
     Round compiledRound(const FileIndex &index, const QVector<QVector<qint64>> &groups, int number) const;
     QVector<QVector<qint64>> requiredGroups() const;
-    int runSpecial(const FileIndex &index, int *rows) const;
-    int runTags(const FileIndex &index, int *rows);
+    int *keepSpecial(const FileIndex &index, int first, int last, int *target) const;
+    int *keepTagged(const FileIndex &index, int first, int last, int *target);
     void findDTags(const FileIndex &index, int acceptedCount);
 
     NodeType m_nodeType = NodeType(0);
     TagRequirements m_requirements;
     unsigned int m_newFilesTimeout = 0;
+    // Of the present pass.
+    QVector<QVector<qint64>> m_groups;
+    std::vector<Round> m_rounds;
+    qint64 m_oldestAddition = 0;
     std::vector<quint32> m_counts;
     QVector<qint64> m_dTags;
 };

@@ -2,6 +2,13 @@
 
 #include <QLocale>
 
+FileCount FileCount::outdated(int total)
+{
+    FileCount count(total);
+    count.m_isOutdated = true;
+    return count;
+}
+
 QString FileCount::text(const QLocale &locale) const
 {
     if (!isKnown())
@@ -13,10 +20,10 @@ QString FileCount::text(const QLocale &locale) const
 
 QString FileCount::spoken(const QString &name) const
 {
-    if (!isKnown())
+    if (!isKnown() || m_isOutdated)
         return {};
     const QLocale locale;
-    //: what a screen reader says of a tag: its name, and how many files it has
+    //: what a screen reader says of a tag or a node: its name, and how many files it has
     const QString all = m_total == 1 ? tr("%1, 1 file") : tr("%1, %Ln files", nullptr, m_total);
     //: the same: its name, how many of its files are shown, and how many it has
     const QString part = tr("%1, %2 of %Ln files", nullptr, m_total);

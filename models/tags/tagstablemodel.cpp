@@ -11,7 +11,6 @@
 #include "models/tags/tagshost.h"
 
 #include <QDateTime>
-#include <QLocale>
 #include <QMimeData>
 #include <QSet>
 #include <QUrl>
@@ -89,7 +88,7 @@ QVariant TagsTableModel::data(const QModelIndex &index, int role) const
         return index.column() == NameColumn ? fileCount(*tag).spoken(ShownText::cut(tag->name()))
                                             : QVariant();
     case TagRoles::FileCount:
-        return fileCount(*tag).text(QLocale());
+        return QVariant::fromValue(fileCount(*tag));
     case TagRoles::TagId:
         return tag->id();
     case TagRoles::MarkedTagIds:

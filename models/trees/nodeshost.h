@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include "models/counts/filecount.h"
 
 class TBnode;
 
@@ -16,4 +16,6 @@ public:
     virtual bool allowsManualMoves() const = 0;
     /** Null for an unknown node. */
     virtual TBnode *nodeById(qint64 nodeId) const = 0;
+    /** How many files a click on the node shows, as far as that is known. */
+    virtual FileCount fileCount(const TBnode &node) const = 0;
 };

@@ -58,6 +58,10 @@ QVariant TBtreeModel::data(const QModelIndex &index, int role) const
         return node == m_currentNode ? QVariant(currentMark()) : QVariant();
     case Qt::ForegroundRole:
         return node->hasAutolinks() ? QVariant(QColor(Qt::blue)) : QVariant();
+    case Qt::AccessibleTextRole:
+        return fileCount(*node).spoken(displayText(*node));
+    case NodeRole::FileCount:
+        return QVariant::fromValue(fileCount(*node));
     case NodeRole::Type:
         return int(node->nodeType());
     case NodeRole::Id:
@@ -83,6 +87,11 @@ QVariant TBtreeModel::data(const QModelIndex &index, int role) const
     default:
         return {};
     }
+}
+
+FileCount TBtreeModel::fileCount(const TBnode &node) const
+{
+    return m_host && node.nodeType() > 0 ? m_host->fileCount(node) : FileCount();
 }
 
 Qt::ItemFlags TBtreeModel::flags(const QModelIndex &index) const

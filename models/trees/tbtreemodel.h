@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+class FileCount;
 class NodesHost;
 
 /**
@@ -75,6 +76,7 @@ private:
     void followNode(TBnode *node);
     void disconnectNode(TBnode *top);
     void repaint(TBnode *node);
+    FileCount fileCount(const TBnode &node) const;
     static QString toolTip(const TBnode &node);
     static QString displayText(const TBnode &node);
 

@@ -15,7 +15,8 @@ enum : int {
     TagId = 265,
     TreeId = 266,
     Required = 267,
-    CurrentId = 268
+    CurrentId = 268,
+    FileCount = 269
 };
 }
 

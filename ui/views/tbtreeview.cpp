@@ -8,9 +8,11 @@
 #include "core/records/tbnode.h"
 #include "models/base/droppedurls.h"
 #include "models/base/idlistmime.h"
+#include "models/counts/nodecounts.h"
 #include "models/trees/brtreesortermodel.h"
 #include "models/trees/treeroles.h"
 #include "ui/widgets/hoveropener.h"
+#include "ui/widgets/treecountdelegate.h"
 #include "ui/widgets/viewstyle.h"
 
 #include <QApplication>
@@ -69,6 +71,9 @@ TBtreeView::TBtreeView(QWidget *parent) : BranchView(parent)
     auto *style = new ViewStyle;
     style->setParent(this);
     setStyle(style);
+    setItemDelegate(new TreeCountDelegate(NodeRole::FileCount, this));
+    // Numbers stand at the edge of the view, and do not move with the names.
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, viewport(), qOverload<>(&QWidget::update));
     connect(this, &QAbstractItemView::clicked, this, &TBtreeView::clickedNode);
     connect(qApp, &QApplication::focusChanged, this,
             [this](const QWidget * /*old*/, const QWidget *now) { followFocus(now); });
@@ -80,6 +85,8 @@ void TBtreeView::setController(BrowsTreeController *controller)
         disconnect(model(), nullptr, this, nullptr);
     if (m_controller)
         disconnect(m_controller, nullptr, this, nullptr);
+    if (m_controller)
+        disconnect(m_controller->counts(), nullptr, viewport(), nullptr);
     m_controller = controller;
     m_expandedNodes.clear();
     m_selectedNodes.clear();
@@ -98,6 +105,8 @@ void TBtreeView::setController(BrowsTreeController *controller)
             qOverload<>(&TBtreeView::restoreExpandedState));
     connect(controller, &BrowsTreeController::currentNodeChanged, this, &TBtreeView::followShownNode);
     connect(controller, &BrowsTreeController::nodeSaved, this, [this] { scrollTo(shownNode()); });
+    // One painting of what shows, whichever of the numbers are others.
+    connect(controller->counts(), &NodeCounts::changed, viewport(), qOverload<>(&QWidget::update));
     expand(model()->index(0, 0));
 }
 

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "models/counts/filecount.h"
 #include "ui/widgets/delegate.h"
 
-/** Paints the names of a table with numbers at their right end. GUI thread. */
+/** Paints the names of a table with numbers of files at their right end. GUI thread. */
 class CountDelegate : public Delegate
 {
     Q_OBJECT
 
 public:
-    /** The column of the names, and the role of the model that has the numbers' texts; an empty one is none.
-     */
+    /** The column of the names, and the role of the model that has the FileCount. */
     CountDelegate(int nameColumn, int countRole, QObject *parent = nullptr);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -21,7 +21,7 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
-    QString countOf(const QModelIndex &index) const;
+    FileCount countOf(const QModelIndex &index) const;
 
     int m_nameColumn;
     int m_countRole;

@@ -1,5 +1,6 @@
 #include "ui/widgets/rowcount.h"
 
+#include "models/counts/filecount.h"
 #include "ui/widgets/itemtext.h"
 
 #include <QApplication>
@@ -9,7 +10,7 @@
 namespace {
 
 constexpr double opacity = 0.55;
-constexpr int leastLetters = 5;
+constexpr double outdatedOpacity = 0.3;
 
 QPalette::ColorGroup colorGroup(const QStyleOptionViewItem &option)
 {
@@ -20,30 +21,28 @@ QPalette::ColorGroup colorGroup(const QStyleOptionViewItem &option)
 
 } // namespace
 
-int RowCount::width(const QStyleOptionViewItem &option, const QString &count)
+int RowCount::width(const QStyleOptionViewItem &option, const FileCount &count)
 {
     const int gap = 2 * option.fontMetrics.averageCharWidth();
-    return gap + option.fontMetrics.horizontalAdvance(count) + ItemText::margin(option);
+    return gap + option.fontMetrics.horizontalAdvance(count.text(option.locale)) + ItemText::margin(option);
 }
 
-int RowCount::textWidth(const QStyleOptionViewItem &option, const QString &count)
+int RowCount::textWidth(const QStyleOptionViewItem &option, const QRect &row, const FileCount &count)
 {
     const QStyle &style = option.widget ? *option.widget->style() : *QApplication::style();
     const QRect text = style.subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget);
-    const int room = option.direction == Qt::RightToLeft ? text.right() - option.rect.left() + 1
-                                                         : option.rect.right() - text.left() + 1;
-    const int left = room - ItemText::margin(option) - width(option, count);
-    const int whole = option.fontMetrics.horizontalAdvance(option.text);
-    return left < qMin(whole, leastLetters * option.fontMetrics.averageCharWidth()) ? -1 : left;
+    const int room =
+        option.direction == Qt::RightToLeft ? text.right() - row.left() + 1 : row.right() - text.left() + 1;
+    return room - ItemText::margin(option) - width(option, count);
 }
 
 void RowCount::paint(QPainter *painter, const QStyleOptionViewItem &option, const QRect &row,
-                     const QString &count)
+                     const FileCount &count)
 {
     const bool isOnSelection = option.state.testFlag(QStyle::State_Selected);
     QColor color =
         option.palette.color(colorGroup(option), isOnSelection ? QPalette::HighlightedText : QPalette::Text);
-    color.setAlphaF(color.alphaF() * opacity);
+    color.setAlphaF(color.alphaF() * (count.isOutdated() ? outdatedOpacity : opacity));
     const int margin = ItemText::margin(option);
     painter->save();
     painter->setFont(option.font);
@@ -51,6 +50,6 @@ void RowCount::paint(QPainter *painter, const QStyleOptionViewItem &option, cons
     painter->drawText(row.adjusted(margin, 0, -margin, 0),
                       int(QStyle::visualAlignment(option.direction, Qt::AlignRight | Qt::AlignVCenter)) |
                           Qt::TextSingleLine,
-                      count);
+                      count.text(option.locale));
     painter->restore();
 }
