@@ -219,6 +219,9 @@ private slots:
             case 3:
                 open->history()->undo();
                 break;
+            case 4:
+                open.manager()->reloadAllData();
+                break;
             default:
                 editor.edit();
             }

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QScrollBar>
+#include <QToolTip>
 
 using Ids = QVector<qint64>;
 
@@ -444,6 +445,20 @@ private slots:
         QCOMPARE(bar->value(), shown);
         w.tree().removeNodes({4});
         QTRY_COMPARE(bar->maximum(), 0);
+    }
+
+    void longNamesTellTheirNumberInATip()
+    {
+        Window w;
+        w.tree().addNodesBelow(w.addTags({QString(200, QLatin1Char('w'))}), 0);
+        for (const qint64 id : {1, 4}) {
+            QTRY_VERIFY(w.node(id).data(NodeRole::FileCount).value<FileCount>().isKnown());
+            const QRect row = w.view->visualRect(w.node(id));
+            const QPoint place(row.left() + 4, row.center().y());
+            QHelpEvent asked(QEvent::ToolTip, place, w.view->viewport()->mapToGlobal(place));
+            QApplication::sendEvent(w.view->viewport(), &asked);
+            QTRY_COMPARE(QToolTip::text().contains(", 0 files"_s), id == 4);
+        }
     }
 
     void nodesByTheKeyboard_data()

@@ -93,7 +93,9 @@ void BrowsTreeController::followChanges()
     follow(manager(), &DatabaseManger::replayed);
     follow(manager(), &DatabaseManger::addedRelatshipsNodes);
     follow(manager(), &DatabaseManger::foreignChangesShown);
-    follow(manager(), &DatabaseManger::allDataReloaded);
+    connect(manager(), &DatabaseManger::aboutToReloadAllData, m_counts,
+            [this] { m_counts->setReading(true); });
+    connect(manager(), &DatabaseManger::allDataReloaded, m_counts, [this] { m_counts->setReading(false); });
 }
 
 void BrowsTreeController::load()

@@ -43,6 +43,8 @@ TagsController::TagsController(DatabaseManger *manager, const AbstractQueryConst
     connect(manager, &DatabaseManger::tagsRemoved, this, &TagsController::showMerged);
     // The tags below a tag count too, and relationships are the last that a reload brings.
     connect(manager, &DatabaseManger::allDataReloaded, this, &TagsController::showSelectionAgain);
+    connect(manager, &DatabaseManger::aboutToReloadAllData, m_counts, [this] { m_counts->setReading(true); });
+    connect(manager, &DatabaseManger::allDataReloaded, m_counts, [this] { m_counts->setReading(false); });
     m_tableModel = new TagsTableModel(this, manager, this);
     connect(this, &TagsController::markedTagsChanged, m_tableModel, &TagsTableModel::setMarkedTagIds);
     m_groupProxy->setSourceModel(m_tableModel);

@@ -42,17 +42,24 @@ void NodeCounts::setOn(bool on)
     tell();
 }
 
+void NodeCounts::setReading(bool isReading)
+{
+    m_isReading = isReading;
+    lookAgain();
+}
+
 FileCount NodeCounts::of(NodeType type, qint64 nodeId)
 {
     const Key key(type, type == TagNode ? nodeId : 0);
-    Wanted wanted;
-    if (!m_isOn || !m_files || !findWanted(key, wanted))
+    if (!m_isOn || !m_files)
         return {};
     if (m_entries.size() > mostEntries)
         forgetOld();
     Entry &entry = m_entries[key];
+    if (!findWanted(key, entry))
+        return {};
     entry.round = m_round;
-    if (isRight(entry, wanted))
+    if (isRight(entry))
         return FileCount(entry.count);
     await(key, entry);
     return entry.count < 0 ? FileCount() : FileCount::outdated(entry.count);
@@ -60,29 +67,33 @@ FileCount NodeCounts::of(NodeType type, qint64 nodeId)
 
 const FileIndex *NodeCounts::settledIndex() const
 {
-    return m_files && m_files->isUpToDate() ? &m_files->contents()->fileIndex() : nullptr;
+    return m_files && !m_isReading && m_files->isUpToDate() ? &m_files->contents()->fileIndex() : nullptr;
 }
 
-bool NodeCounts::findWanted(const Key &key, Wanted &wanted) const
+bool NodeCounts::findWanted(const Key &key, Entry &entry) const
 {
-    if (key.first == TagNode)
-        return m_nodes.findRequirements(key.second, wanted.requirements);
+    // A view asks with each painting, and large relationships take a while.
+    if (entry.structure == m_structure)
+        return entry.isThere;
+    entry.structure = m_structure;
+    entry.wanted = {};
+    entry.isThere = key.first != TagNode || m_nodes.findRequirements(key.second, entry.wanted.requirements);
     if (key.first == RecentlyAddedFiles)
-        wanted.timeout = ViewSettings::newFilesTimeout();
-    return true;
+        entry.wanted.timeout = ViewSettings::newFilesTimeout();
+    return entry.isThere;
 }
 
-bool NodeCounts::isRight(Entry &entry, const Wanted &wanted) const
+bool NodeCounts::isRight(Entry &entry) const
 {
     const FileIndex *index = settledIndex();
-    if (!index || entry.count < 0 || !(entry.counted == wanted))
+    if (!index || entry.count < 0 || !(entry.counted == entry.wanted))
         return false;
     if (entry.expiry > 0 && QDateTime::currentSecsSinceEpoch() >= entry.expiry)
         return false;
     if (entry.revision == index->revision())
         return true;
     // The fixed nodes, which require no tags, ask for all kinds of things.
-    const TagRequirements &asked = wanted.requirements;
+    const TagRequirements &asked = entry.wanted.requirements;
     if (asked.required.isEmpty() || lastChangeOf(*index, asked) > entry.revision)
         return false;
     entry.revision = index->revision();
@@ -126,6 +137,7 @@ void NodeCounts::forgetOld()
 
 void NodeCounts::lookAgain()
 {
+    ++m_structure;
     if (!m_look.isActive())
         m_look.start(0, this);
 }
@@ -182,9 +194,9 @@ bool NodeCounts::beginNext(const FileIndex &index)
         m_passKey = m_awaited.dequeue();
         Entry &entry = *m_entries.find(m_passKey);
         entry.isAwaited = false;
-        m_passWanted = {};
-        if (!findWanted(m_passKey, m_passWanted) || isRight(entry, m_passWanted))
+        if (!findWanted(m_passKey, entry) || isRight(entry))
             continue;
+        m_passWanted = entry.wanted;
         m_pass.begin(index, NodeType(m_passKey.first), m_passWanted.requirements, m_passWanted.timeout);
         return true;
     }

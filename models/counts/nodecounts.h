@@ -33,6 +33,8 @@ public:
     void setFiles(const FileFilterModel *files);
     /** Off, there are none. */
     void setOn(bool on);
+    /** While all is read anew the numbers of before are kept as outdated ones. */
+    void setReading(bool isReading);
     /** The id counts for nodes of tags alone. What is not known now is found out, and changed() tells when.
      */
     FileCount of(NodeType type, qint64 nodeId);
@@ -63,6 +65,9 @@ private:
 
     struct Entry
     {
+        Wanted wanted;
+        int structure = -1;   // at which it was wanted
+        bool isThere = false; // the node, at that time
         Wanted counted;
         int count = -1;
         quint64 revision = 0;   // of the index, the last one that the count was right at
@@ -73,9 +78,10 @@ private:
 
     /** Null without any, and while changes are on their way to it. */
     const FileIndex *settledIndex() const;
-    bool findWanted(const Key &key, Wanted &wanted) const;
-    /** Whether the count is that of what is wanted now; notes that it is right at the present revision. */
-    bool isRight(Entry &entry, const Wanted &wanted) const;
+    /** Finds out what is wanted now; false for a node that is gone. */
+    bool findWanted(const Key &key, Entry &entry) const;
+    /** Whether the count is that of what is wanted; notes that it is right at the present revision. */
+    bool isRight(Entry &entry) const;
     static quint64 lastChangeOf(const FileIndex &index, const TagRequirements &requirements);
     void await(const Key &key, Entry &entry);
     void lookAtShown();
@@ -88,6 +94,7 @@ private:
     const NodeRequirements &m_nodes;
     QPointer<const FileFilterModel> m_files;
     bool m_isOn = true;
+    bool m_isReading = false;
     QHash<Key, Entry> m_entries;
     QQueue<Key> m_awaited;
     CountPass m_pass;
@@ -96,5 +103,6 @@ private:
     QBasicTimer m_next;
     QBasicTimer m_look;   // gathers the changes of one edit
     QBasicTimer m_expiry; // until a file is no longer a recent one
+    int m_structure = 0;  // grows with the changes of what nodes may ask for
     int m_round = 0;      // grows whenever all who show some are told to ask again
 };

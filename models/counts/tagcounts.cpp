@@ -19,9 +19,15 @@ void TagCounts::setOn(bool on)
     emit changed();
 }
 
+void TagCounts::setReading(bool isReading)
+{
+    m_isReading = isReading;
+    emit changed();
+}
+
 FileCount TagCounts::of(qint64 tagId) const
 {
-    if (!m_isOn || !m_files || !m_files->isUpToDate())
+    if (!m_isOn || m_isReading || !m_files || !m_files->isUpToDate())
         return {};
     const int total = m_files->contents()->fileIndex().useCount(tagId);
     return FileCount(total, m_files->tellsFilesApart() ? m_files->shownWith(tagId) : -1);

@@ -23,6 +23,8 @@ public:
     void setFiles(const FileFilterModel *files);
     /** Off, there are none. */
     void setOn(bool on);
+    /** While all is read anew nothing is known. */
+    void setReading(bool isReading);
     /** Unknown, too, while changes are still on their way to the files that are shown. */
     FileCount of(qint64 tagId) const;
 
@@ -33,4 +35,5 @@ signals:
 private:
     QPointer<const FileFilterModel> m_files;
     bool m_isOn = true;
+    bool m_isReading = false;
 };

@@ -4,7 +4,8 @@
 
 namespace {
 
-constexpr int leastLetters = 5;
+// A shorter rest of a name says less than its number.
+constexpr int leastLetters = 9;
 
 /** What a name that is cut has beside its number; below 0 where the name alone is shown. */
 int widthOfName(const QStyleOptionViewItem &option, const FileCount &count)

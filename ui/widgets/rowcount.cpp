@@ -10,7 +10,7 @@
 namespace {
 
 constexpr double opacity = 0.55;
-constexpr double outdatedOpacity = 0.3;
+constexpr double opacityOnSelection = 0.75;
 
 QPalette::ColorGroup colorGroup(const QStyleOptionViewItem &option)
 {
@@ -39,17 +39,20 @@ int RowCount::textWidth(const QStyleOptionViewItem &option, const QRect &row, co
 void RowCount::paint(QPainter *painter, const QStyleOptionViewItem &option, const QRect &row,
                      const FileCount &count)
 {
+    const QString text = count.text(option.locale);
     const bool isOnSelection = option.state.testFlag(QStyle::State_Selected);
     QColor color =
         option.palette.color(colorGroup(option), isOnSelection ? QPalette::HighlightedText : QPalette::Text);
-    color.setAlphaF(color.alphaF() * (count.isOutdated() ? outdatedOpacity : opacity));
+    const double strength = isOnSelection ? opacityOnSelection : opacity;
+    color.setAlphaF(color.alphaF() * (count.isOutdated() ? strength / 2 : strength));
     const int margin = ItemText::margin(option);
+    const Qt::Alignment edge = QStyle::visualAlignment(option.direction, Qt::AlignRight | Qt::AlignVCenter);
     painter->save();
+    // The words of a language that runs the other way than the window keep their order.
+    painter->setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter->setFont(option.font);
     painter->setPen(color);
-    painter->drawText(row.adjusted(margin, 0, -margin, 0),
-                      int(QStyle::visualAlignment(option.direction, Qt::AlignRight | Qt::AlignVCenter)) |
-                          Qt::TextSingleLine,
-                      count.text(option.locale));
+    painter->drawText(row.adjusted(margin, 0, -margin, 0), int(edge | Qt::AlignAbsolute) | Qt::TextSingleLine,
+                      text);
     painter->restore();
 }

@@ -208,7 +208,10 @@ bool TableView::showWholeText(const QHelpEvent &event)
     const QRect cell = visualRect(index);
     if (itemDelegate(index)->sizeHint(viewOptions(), index).width() <= cell.width())
         return false;
-    QToolTip::showText(event.globalPos(), ShownText::toolTip(text), viewport(), cell);
+    // What stands at the end of the cell may have had no room either.
+    const QString spoken = index.data(Qt::AccessibleTextRole).toString();
+    QToolTip::showText(event.globalPos(), ShownText::toolTip(spoken.isEmpty() ? text : spoken), viewport(),
+                       cell);
     return true;
 }
 
