@@ -1,22 +1,33 @@
 #include "core/controllers/browstreecontroller.h"
 #include "core/controllers/collection.h"
 #include "core/controllers/groupscontroller.h"
+#include "core/controllers/mainviewcontroller.h"
+#include "core/records/file.h"
 #include "net/updatehandler.h"
 #include "tests/support/windowfixture.h"
 #include "ui/dialogs/addhyperlinkdialog.h"
 #include "ui/dialogs/autolinkdialog.h"
 #include "ui/dialogs/browsingtreedialog.h"
 #include "ui/dialogs/databaseconnectdialog.h"
+#include "ui/dialogs/databasecontentsselector.h"
+#include "ui/dialogs/duplicateprompt.h"
 #include "ui/dialogs/feedbackdialog.h"
 #include "ui/dialogs/fileexportdialog.h"
+#include "ui/dialogs/filelocationdialog.h"
 #include "ui/dialogs/filemodificationdialog.h"
+#include "ui/dialogs/fileoperationprogress.h"
+#include "ui/dialogs/helpwindow.h"
 #include "ui/dialogs/mergetagsdialog.h"
+#include "ui/dialogs/multiplefileconflicthandler.h"
 #include "ui/dialogs/preferencesdialog.h"
+#include "ui/dialogs/progressdialog.h"
+#include "ui/dialogs/propertiesdialog.h"
 #include "ui/dialogs/shellimportnotification.h"
 #include "ui/dialogs/tagexportdialog.h"
 #include "ui/dialogs/taggroupform.h"
 #include "ui/dialogs/taggroupingdialog.h"
 #include "ui/dialogs/tagremovaldialog.h"
+#include "ui/preview/previewbox.h"
 #include "ui/widgets/mnemonics.h"
 
 #include <QAbstractItemView>
@@ -31,6 +42,15 @@
 #include <QStackedWidget>
 
 namespace {
+
+PresentableDuplicates foundDuplicates()
+{
+    const DuplicateFileInfo file{0, {}, "/a/b"_s, 1, QDateTime::currentDateTime()};
+    PresentableDuplicates found;
+    found.contentMatches = {{{file}, {file}, false}};
+    found.nameMatches = found.contentMatches;
+    return found;
+}
 
 using Maker = QWidget *(*)(WindowFixture &, UpdateHandler &);
 
@@ -65,6 +85,30 @@ const QMap<QString, Maker> &makers()
         {"tag removal"_s,
          [](auto &f, auto &) -> QWidget * {
              return new TagRemovalDialog(f.window().collection()->mainViewController(), {});
+         }},
+        {"duplicates"_s,
+         [](auto &f, auto &) -> QWidget * {
+             return new DuplicatePrompt(foundDuplicates(), f.window().collection()->mainViewController());
+         }},
+        {"missing files"_s,
+         [](auto &f, auto &) -> QWidget * {
+             return new FileLocationDialog(f.window().collection()->mainViewController(), {1});
+         }},
+        {"conflicts"_s,
+         [](auto &, auto &) -> QWidget * {
+             return new MultipleFileConflictHandler("/a/"_s, {{1, "a"_s, "a-1"_s}, {2, "b"_s, "b-1"_s}});
+         }},
+        {"properties"_s,
+         [](auto &, auto &) -> QWidget * { return new PropertiesDialog(File(FileRecord())); }},
+        {"contents to import"_s,
+         [](auto &, auto &) -> QWidget * { return new DatabaseContentsSelector("/a.vrn"_s, false); }},
+        {"operation"_s, [](auto &, auto &) -> QWidget * { return new FileOperationProgress; }},
+        {"locating"_s, [](auto &, auto &) -> QWidget * { return new ProgressDialog; }},
+        {"manual"_s, [](auto &, auto &) -> QWidget * { return new HelpWindow(HelpWindow::Manual); }},
+        {"previewer"_s,
+         [](auto &f, auto &) -> QWidget * {
+             MainViewController *files = f.window().collection()->mainViewController();
+             return new PreviewBox(1, files->sorter(), files);
          }},
         {"box"_s,
          [](auto &, auto &) -> QWidget * {
@@ -145,7 +189,9 @@ private slots:
             shown->show();
         }
         QMap<QChar, QString> letters;
-        for (const auto *button : shown->findChildren<QPushButton *>()) {
+        // Letters are for dialogs.
+        const bool isDialog = !shown->inherits("QMainWindow");
+        for (const auto *button : isDialog ? shown->findChildren<QPushButton *>() : QList<QPushButton *>()) {
             const QKeySequence key = QKeySequence::mnemonic(button->text());
             QVERIFY2(button->text().isEmpty() || !key.isEmpty(), qPrintable(button->text()));
             const QChar letter(key.isEmpty() ? 0 : key[0] & 0xffff);
