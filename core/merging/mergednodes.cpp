@@ -14,6 +14,7 @@ const QString parentColumn = QStringLiteral("parent_id");
 qint64 MergedNodes::value(const Node &node, const QString &column) const
 {
     if (column == tagColumn) {
+        // The merge is only being thought out: rows still hold the tags of before.
         const qint64 tag = node.row.value(m_nodeColumns.indexOf(column)).toLongLong();
         return m_others.contains(tag) ? m_target : tag;
     }
@@ -74,6 +75,8 @@ bool MergedNodes::read(qint64 target, const QVector<qint64> &others)
     QSet<Place> places;
     if (!readNodes(tagColumn, others) || !readPlaces(places))
         return false;
+    // Nodes that become one bring their children beside each other, where twins may meet again: level by
+    // level, until no place has got any more.
     while (!places.isEmpty()) {
         QVector<qint64> gone;
         for (const Place &place : qAsConst(places))
@@ -118,6 +121,7 @@ void MergedNodes::merge(const Place &place, QVector<qint64> &gone)
             const bool isLeftChanged = m_nodes.value(left).isChanged;
             return isLeftChanged != m_nodes.value(right).isChanged ? !isLeftChanged : left < right;
         });
+        // Twins that nobody brought here were there before the merge, and stay two.
         for (int i = 1; i < nodes.size(); ++i) {
             if (!m_nodes.value(nodes.at(i)).isChanged)
                 continue;
@@ -150,6 +154,7 @@ bool MergedNodes::lift(const QVector<qint64> &gone, QSet<Place> &grown)
         return false;
     for (const qint64 nodeId : gone) {
         const Node node = m_nodes.value(nodeId);
+        // What moves stays in its tree.
         const Place place{node.into, node.place.second};
         const QVector<qint64> moving = m_children.take({nodeId, node.place.second});
         for (const qint64 child : moving) {
@@ -174,6 +179,7 @@ bool MergedNodes::readFolders()
 
 qint64 MergedNodes::survivor(qint64 nodeId) const
 {
+    // A node that took another one in may go itself, when its place gets more children.
     qint64 id = nodeId;
     while (m_nodes.value(id).into > 0)
         id = m_nodes.value(id).into;

@@ -47,6 +47,7 @@ QString MergedPaths::standingBelow(const QString &path, const QString &tag) cons
     const auto places = m_places.constFind(tag);
     if (places == m_places.cend())
         return {};
+    // With the separator, as "1.2" is no place above "1.23".
     const QString beginning = path + separator;
     const auto first = places->lower_bound(beginning);
     return first != places->cend() && first->startsWith(beginning) ? *first : QString();
@@ -54,12 +55,14 @@ QString MergedPaths::standingBelow(const QString &path, const QString &tag) cons
 
 QString MergedPaths::placeFor(const QString &parent, const QString &tag)
 {
+    // It would stand below itself.
     if (parent.split(separator).contains(tag))
         return parent;
     const QString path = parent.isEmpty() ? tag : parent + separator + tag;
     const auto places = m_places.constFind(tag);
     if (places != m_places.cend() && places->count(path) > 0)
         return path;
+    // Anywhere below the same parent counts, but at the top level a tag may stand once more.
     const QString standing = parent.isEmpty() ? QString() : standingBelow(parent, tag);
     if (!standing.isEmpty())
         return standing;

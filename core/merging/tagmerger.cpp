@@ -50,13 +50,13 @@ bool TagMerger::readTags(QVector<qint64> &others, ChangeSet &set)
         return false;
     const auto rowOf = [&tags](qint64 tagId) { return tags.rows.value(QString::number(tagId)); };
     const RowImage kept = rowOf(m_target);
-    m_isTargetGone = kept.isEmpty();
-    const auto isGone = [&](qint64 tagId) { return m_isTargetGone || rowOf(tagId).isEmpty(); };
+    const auto isGone = [&](qint64 tagId) { return kept.isEmpty() || rowOf(tagId).isEmpty(); };
     others.erase(std::remove_if(others.begin(), others.end(), isGone), others.end());
     RowImage described = kept;
     const int description = tags.columns.indexOf(QStringLiteral("tag_description"));
     for (const qint64 tagId : qAsConst(others)) {
         const RowImage row = rowOf(tagId);
+        // The one that stays keeps its own; the first of the others that has one lends it otherwise.
         if (described.at(description).toString().trimmed().isEmpty())
             described[description] = row.at(description);
         set.rows.append({UndoTable::Tags, tags.columns, row, {}});
@@ -81,6 +81,7 @@ bool TagMerger::readGroups(const QVector<qint64> &others, ChangeSet &set)
         RowImage moved = link;
         moved[column] = m_target;
         const QString key = keyOf(UndoTable::GroupLinks, links.columns, moved);
+        // Once in a group, however many of the tags stood there.
         if (!there.contains(key))
             set.rows.append({UndoTable::GroupLinks, links.columns, {}, moved});
         there.insert(key);
@@ -99,6 +100,7 @@ bool TagMerger::readRelations(const QVector<qint64> &others, ChangeSet &set)
                         constructor()->statementEnd(),
                     collect))
         return false;
+    // Paths hold ids as text, so that those of a tag are found by looking at all of them.
     const MergedPaths merged(paths, m_target, QSet<qint64>(others.cbegin(), others.cend()));
     for (const QString &path : merged.removed())
         set.rows.append({UndoTable::Relations, {pathColumn}, {path}, {}});
@@ -130,6 +132,7 @@ bool TagMerger::readFiles(const QVector<qint64> &others, ChangeSet &set)
                         collect))
             return false;
     }
+    // Files that have the target already only lose the others.
     QVector<qint64> linked;
     const QVector<qint64> known = files.take(m_target);
     for (QVector<qint64> &ids : files) {

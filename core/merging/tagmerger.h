@@ -14,17 +14,18 @@ class TagMerger : public RowReader
 public:
     using RowReader::RowReader;
 
-    /** Others that are not there any more are left out. False when a statement failed. */
+    /**
+     * Adds to the set what is to be written. Others that are not there any more are left out, and where the
+     * target is gone there is nothing to merge. False when a statement failed.
+     */
     bool read(qint64 target, const QVector<qint64> &others, ChangeSet &set);
-    /** True behind a read() that found nothing to merge with: the tag that was to stay is gone. */
-    bool isTargetGone() const { return m_isTargetGone; }
 
 private:
+    /** Leaves those of the others that are there. */
     bool readTags(QVector<qint64> &others, ChangeSet &set);
     bool readGroups(const QVector<qint64> &others, ChangeSet &set);
     bool readRelations(const QVector<qint64> &others, ChangeSet &set);
     bool readFiles(const QVector<qint64> &others, ChangeSet &set);
 
     qint64 m_target = 0;
-    bool m_isTargetGone = false;
 };

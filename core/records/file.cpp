@@ -175,11 +175,6 @@ bool File::setRelPath(const QString &relPath)
     return true;
 }
 
-void File::clearTags()
-{
-    setTags({});
-}
-
 bool File::addTag(qint64 tagId)
 {
     if (hasTag(tagId))

@@ -25,7 +25,6 @@ public:
     qint64 filesCount() const { return m_filesCount; }
     const QVector<qint64> &groups() const { return m_groups; }
 
-    void setId(qint64 id) { m_id = id; }
     void setName(const QString &name);
     void setDescription(const QString &description);
     void setCreationDate(int seconds) { m_creationDate = seconds; }

@@ -13,6 +13,7 @@ GoneRecords::GoneRecords(DatabaseManger *manager, const FileIds &namedFiles, QOb
     connect(manager, &Manager::filesRemoved, this,
             [this](const QVector<qint64> &ids) { mark(m_files, ids); });
     connect(manager, &Manager::tagsRemoved, this, [this](const QVector<qint64> &ids) {
+        // Whether the edit is a step, which brings them back under their ids, is known at its end.
         if (m_isEditing)
             m_tagsOfEdit += ids;
         else
@@ -61,6 +62,7 @@ void GoneRecords::editEnded(bool isStep)
 GoneRecords::Identities GoneRecords::files() const
 {
     Identities ids;
+    // Of a million files those alone that steps speak of.
     const QSet<qint64> named = m_namedFiles();
     for (const qint64 id : named) {
         if (const File *file = m_manager->file(id))
@@ -88,6 +90,7 @@ void GoneRecords::noteAll()
 
 void GoneRecords::compareAll()
 {
+    // An id with another code or date is another record, which only got the number of the one of before.
     const auto compare = [this](Marks &marks, Identities &&before, const Identities &now) {
         for (auto record = before.cbegin(); record != before.cend(); ++record) {
             if (now.value(record.key()) != record.value())

@@ -91,6 +91,7 @@ void UndoHistory::add(const EditStep &step)
         push(step, m_kept.keepersOf(step));
         return;
     }
+    // The first edit of a scope tells what there was before all of them.
     if (m_scopeStep.edits.isEmpty())
         m_keptBeforeScope = m_keptBefore;
     if (m_scopeStep.name.isEmpty())
@@ -200,6 +201,7 @@ bool UndoHistory::run(int index, bool isUndo)
     ReplayLosses losses;
     ReplayLosses gone;
     const EditStep living = m_gone->living(step->step(), step->number(), gone.files, gone.tags);
+    // The stack moves on when the worker has told what it wrote.
     if (isWholesale(living)) {
         m_awaited = m_manager->requestReplay(living, isUndo) ? (isUndo ? Undoing : Redoing) : Nothing;
         m_awaitedIndex = m_steps.index();
@@ -215,6 +217,7 @@ bool UndoHistory::run(int index, bool isUndo)
     const KeptState::Values now = m_kept.read();
     if (!living.edits.isEmpty() && !m_manager->replay(living, isUndo, losses))
         return false;
+    // From here on the files on the disk keep the names that the records have got.
     names.keep();
     step->kept(!isUndo) = now;
     m_kept.write(step->kept(isUndo), step->keepers());

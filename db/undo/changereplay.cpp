@@ -116,6 +116,7 @@ void ChangeReplay::judge(const RowChange &change)
 {
     const RowImage &named = isInsertion(change) ? change.after : change.before;
     const RowImage row = m_current[change.table].rows.value(keyOf(change.table, change.columns, named));
+    // What stands as the change would leave it is done already, and is no loss.
     if (agrees(change, row, change.before)) {
         m_rows.append(&change);
     } else if (!agrees(change, row, change.after)) {
@@ -303,6 +304,7 @@ bool ChangeReplay::keepUsed(UndoTable what, UndoTable user, const QString &colum
     RowImages users;
     if (!read(user, column, SqlText::idTexts(ids), users))
         return false;
+    // Users that go with the same step, or change their mind in it, hold nothing back.
     for (const RowChange *change : qAsConst(m_rows)) {
         if (change->table == user && !isInsertion(*change))
             users.rows.remove(keyOf(user, change->columns, change->before));

@@ -65,6 +65,7 @@ bool EditRecord::readAfter(QMap<UndoTable, RowImages> &after)
 
 bool EditRecord::finish()
 {
+    // Within the edit's transaction still: what others write behind it must not count as the edit's work.
     QMap<UndoTable, RowImages> after;
     if (!m_reader || !readAfter(after)) {
         m_isForgotten = true;
@@ -72,6 +73,7 @@ bool EditRecord::finish()
     }
     for (auto table = after.cbegin(); table != after.cend(); ++table) {
         const RowImages &before = m_before[table.key()];
+        // A reading that found no row names no columns.
         const QStringList columns = table->columns.isEmpty() ? before.columns : table->columns;
         const auto keep = [&](const RowImage &old, const RowImage &now) {
             if (old != now)
@@ -87,6 +89,7 @@ bool EditRecord::finish()
         }
         m_isForgotten = m_isForgotten || !areWhole;
     }
+    // In the order of UndoTable, in which rows can be put back behind those that they name.
     const auto byTable = [](const RowChange &left, const RowChange &right) {
         return left.table < right.table;
     };

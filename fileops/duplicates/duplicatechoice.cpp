@@ -4,6 +4,7 @@
 
 namespace {
 
+// Points against keeping a file of its group; the fewest win.
 constexpr int copyPenalty = 10;
 constexpr int numberedPenalty = 8;
 constexpr int digitsPenalty = 5;

@@ -87,6 +87,7 @@ bool DuplicateManager::hasEnded() const
 
 bool DuplicateManager::readPaths(const QStringList &paths)
 {
+    // In parts, so that a disk that falls silent is left behind with the files of one part.
     m_candidates.reserve(paths.size());
     for (int from = 0; from < paths.size(); from += filesInRead) {
         const QStringList part = paths.mid(from, filesInRead);
@@ -306,6 +307,7 @@ void DuplicateManager::keepOne(const Content &content, const FolderTags &folderT
 bool DuplicateManager::takeOutNameMatches(const FolderTags &folderTags)
 {
     emit operationProgress(FileOperationType::AddFilesOperation, tr("Grouping name duplicates"), wholeBand);
+    // Behind the contents: of equal files only the one that is kept can double a name.
     QHash<QString, QVector<int>> byName;
     QStringList names;
     for (int i = 0; i < m_candidates.size(); ++i) {

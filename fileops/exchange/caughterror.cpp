@@ -5,6 +5,7 @@
 
 QString CaughtError::text()
 {
+    // The exception that the caller is handling; without one this would end the program.
     try {
         throw;
     } catch (const std::bad_alloc &) {

@@ -19,8 +19,8 @@ bool IdTable::create()
 bool IdTable::add(const QVector<qint64> &ids)
 {
     const QString insert =
-        QStringLiteral("INSERT OR IGNORE INTO temp.%1 (id) SELECT value FROM json_each(?);")
-            .arg(m_name);
+        QStringLiteral("INSERT OR IGNORE INTO temp.%1 (id) SELECT value FROM json_each(?);").arg(m_name);
+    // As one value of a prepared statement: a list of ids in its text would be parsed anew each time.
     for (int first = 0; first < ids.size(); first += idsAtOnce) {
         const QString list = SqlText::idList(ids.mid(first, idsAtOnce));
         if (!m_statements.run(insert, {QString(QLatin1Char('[') + list + QLatin1Char(']'))}))

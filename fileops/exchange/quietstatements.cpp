@@ -15,6 +15,7 @@ bool QuietStatements::run(const QString &statement, const QVariantList &values)
 
 bool QuietStatements::read(const QString &statement, TableData &table, const QVariantList &values)
 {
+    // The worker would take an error of the other database for one of the open database, and tell of it.
     const QSignalBlocker silence(&m_worker);
     m_worker.forgetLastError();
     const bool isDone = m_worker.runFast(statement, values, table);
