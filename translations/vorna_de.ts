@@ -1708,6 +1708,34 @@ Dateien: %2, Tags: %3, Navigationsknoten: %4</translation>
     </message>
 </context>
 <context>
+    <name>FileCount</name>
+    <message>
+        <source>%1 of %2</source>
+        <extracomment>at the end of a tag&apos;s row: how many of its files are shown, and how many it has</extracomment>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1, 1 file</source>
+        <extracomment>what a screen reader says of a tag or a node: its name, and how many files it has</extracomment>
+        <translation>%1, 1 Datei</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %Ln files</source>
+        <translation>
+            <numerusform>%1, %Ln Datei</numerusform>
+            <numerusform>%1, %Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %2 of %Ln files</source>
+        <extracomment>the same: its name, how many of its files are shown, and how many it has</extracomment>
+        <translation>
+            <numerusform>%1, %2 von %Ln Datei</numerusform>
+            <numerusform>%1, %2 von %Ln Dateien</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FileExportDialog</name>
     <message>
         <source>Export Options</source>
@@ -4306,6 +4334,17 @@ Legen Sie Tags auf ihrem Reiter ab.</translation>
     <message>
         <source>Import</source>
         <translation>Importieren</translation>
+    </message>
+</context>
+<context>
+    <name>WindowParts</name>
+    <message>
+        <source>File Counts</source>
+        <translation>Anzahl der Dateien</translation>
+    </message>
+    <message>
+        <source>Show how many files each tag and node has</source>
+        <translation>Zeigt, wie viele Dateien jeder Tag und jeder Knoten hat</translation>
     </message>
 </context>
 </TS>

@@ -234,6 +234,24 @@
     </message>
 </context>
 <context>
+    <name>FileCount</name>
+    <message numerus="yes">
+        <source>%1, %Ln files</source>
+        <translation>
+            <numerusform>%1, %Ln file</numerusform>
+            <numerusform>%1, %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %2 of %Ln files</source>
+        <extracomment>the same: its name, how many of its files are shown, and how many it has</extracomment>
+        <translation>
+            <numerusform>%1, %2 of %Ln file</numerusform>
+            <numerusform>%1, %2 of %Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FileOperationWorker</name>
     <message numerus="yes">
         <source>%Ln pictures could not be read and keep their thumbnails:

@@ -1708,6 +1708,34 @@ Fichiers&#xa0;: %2, étiquettes&#xa0;: %3, nœuds de navigation&#xa0;: %4</trans
     </message>
 </context>
 <context>
+    <name>FileCount</name>
+    <message>
+        <source>%1 of %2</source>
+        <extracomment>at the end of a tag&apos;s row: how many of its files are shown, and how many it has</extracomment>
+        <translation>%1 sur %2</translation>
+    </message>
+    <message>
+        <source>%1, 1 file</source>
+        <extracomment>what a screen reader says of a tag or a node: its name, and how many files it has</extracomment>
+        <translation>%1, 1 fichier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %Ln files</source>
+        <translation>
+            <numerusform>%1, %Ln fichier</numerusform>
+            <numerusform>%1, %Ln fichiers</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %2 of %Ln files</source>
+        <extracomment>the same: its name, how many of its files are shown, and how many it has</extracomment>
+        <translation>
+            <numerusform>%1, %2 sur %Ln fichier</numerusform>
+            <numerusform>%1, %2 sur %Ln fichiers</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FileExportDialog</name>
     <message>
         <source>Export Options</source>
@@ -4306,6 +4334,17 @@ Déposez des étiquettes sur son onglet.</translation>
     <message>
         <source>Import</source>
         <translation>Importer</translation>
+    </message>
+</context>
+<context>
+    <name>WindowParts</name>
+    <message>
+        <source>File Counts</source>
+        <translation>Nombre de fichiers</translation>
+    </message>
+    <message>
+        <source>Show how many files each tag and node has</source>
+        <translation>Affiche le nombre de fichiers de chaque étiquette et de chaque nœud</translation>
     </message>
 </context>
 </TS>
