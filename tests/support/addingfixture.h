@@ -25,6 +25,12 @@ public:
     QString databasePath() const { return details().databaseName(); }
     bool isLocal() const { return details().type() == Constants::localDatabase; }
     FileOperationProvider &provider() { return *m_provider; }
+    /** Made at need; its signals come in its own thread to who is connected directly. */
+    FileOperationWorker &worker()
+    {
+        m_provider->start();
+        return *m_worker;
+    }
     QString path(const QString &name) const { return filePath("in/"_s + name); }
     QString write(const QString &name, const QByteArray &bytes) const
     {
@@ -76,14 +82,35 @@ public:
     QString integrity() const { return isLocal() ? value("PRAGMA integrity_check") : "ok"_s; }
 
 private:
-    static std::unique_ptr<FileOperationProvider> makeProvider(const TestDatabase &database)
+    /** Tells who its worker is. */
+    template <class Provider>
+    class OpenProvider : public Provider
+    {
+    public:
+        OpenProvider(const TestDatabase &database, FileOperationWorker *&worker)
+            : Provider(database.constructor(), database.details()), m_worker(worker)
+        {
+        }
+
+    protected:
+        FileOperationWorker *createWorker(const QString &connectionName) override
+        {
+            return m_worker = Provider::createWorker(connectionName);
+        }
+
+    private:
+        FileOperationWorker *&m_worker;
+    };
+
+    std::unique_ptr<FileOperationProvider> makeProvider(const TestDatabase &database)
     {
         if (database.details().type() == Constants::localDatabase)
-            return std::make_unique<SqliteFileOperationProvider>(database.constructor(), database.details());
-        return std::make_unique<PostgresFileOperationProvider>(database.constructor(), database.details());
+            return std::make_unique<OpenProvider<SqliteFileOperationProvider>>(database, m_worker);
+        return std::make_unique<OpenProvider<PostgresFileOperationProvider>>(database, m_worker);
     }
 
     std::unique_ptr<TestDatabase> m_database;
+    FileOperationWorker *m_worker = nullptr;
     std::unique_ptr<FileOperationProvider> m_provider;
 
 public:
