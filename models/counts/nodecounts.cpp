@@ -103,15 +103,8 @@ bool NodeCounts::isRight(Entry &entry) const
 quint64 NodeCounts::lastChangeOf(const FileIndex &index, const TagRequirements &requirements)
 {
     quint64 last = 0;
-    const auto look = [&index, &last](const QVector<qint64> &tagIds) {
-        for (const qint64 tagId : tagIds)
-            last = std::max(last, index.revisionOf(tagId));
-    };
-    look(requirements.required);
-    look(requirements.excluded);
-    look(requirements.excludedWidened);
-    for (const QVector<qint64> &alternatives : requirements.requiredAlternatives)
-        look(alternatives);
+    for (const qint64 tagId : requirements.allTags())
+        last = std::max(last, index.revisionOf(tagId));
     return last;
 }
 
