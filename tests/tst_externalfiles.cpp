@@ -128,7 +128,7 @@ private slots:
             QVERIFY(SilentPlaces::isAnyDiskSilent());
             passed.start();
         }
-        QVERIFY(passed.elapsed() < 8000);
+        QVERIFY(passed.elapsed() < 2000);
     }
 
 private:

@@ -145,11 +145,15 @@ private slots:
         if (!disk.isThere())
             QSKIP("Only root may mount.");
         QWidget window;
-        QElapsedTimer passed;
-        passed.start();
-        FileOpening::openExternalFile(&window, disk.path("a.txt"_s));
-        FileOpening::showInFileManager(&window, disk.path("b.txt"_s));
-        QVERIFY(passed.elapsed() < 5000);
+        const auto isQuick = [&] {
+            QElapsedTimer passed;
+            passed.start();
+            FileOpening::openExternalFile(&window, disk.path("a.txt"_s));
+            FileOpening::showInFileManager(&window, disk.path("b.txt"_s));
+            return passed.elapsed() < 200;
+        };
+        // A busy machine may be late once, a window that waits for the disk always is.
+        QVERIFY(isQuick() || isQuick() || isQuick());
         disk.unplug();
         // The second wish has taken the place of the first one.
         QTRY_COMPARE(m_boxes, QStringList{"File No Longer Present"_s});

@@ -93,7 +93,7 @@ private slots:
         if (isSilent)
             foreign("UPDATE tags SET tag_id=tag_id WHERE tag_id=1");
         QTRY_VERIFY(shown() == truth() && !merged.isEmpty());
-        QVERIFY(waited.elapsed() < 4000);
+        QVERIFY(waited.elapsed() < 1500);
         QTRY_VERIFY(merged.wait(ForeignNewsWait) || true);
         for (const QVariantList &arguments : qAsConst(merged)) {
             const NewsCount count = arguments.first().value<NewsCount>();
